@@ -1,0 +1,40 @@
+# Language, warnings and sanitizers, the same for every target.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+add_compile_options(
+    -Werror -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wcast-qual -Wcast-align -Wnon-virtual-dtor -Woverloaded-virtual -Wextra-semi
+    -Wredundant-decls -Wformat=2 -Wimplicit-fallthrough -Wundef -Wdouble-promotion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-Wsuggest-override -Wduplicated-cond -Wduplicated-branches -Wlogical-op)
+    if(NOT QUILLON_SANITIZE)
+        add_compile_options(-Wnull-dereference)
+    endif()
+else()
+    add_compile_options(-Wthread-safety)
+endif()
+
+# A fused multiply-add rounds once where the scorer rounds twice: scores would differ by machine.
+add_compile_options(-ffp-contract=off)
+
+add_compile_definitions(
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
+    QT_NO_URL_CAST_FROM_STRING)
+add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS> $<$<CONFIG:Debug>:QT_FORCE_ASSERTS>)
+
+if(QUILLON_SANITIZE)
+    add_compile_options(-fsanitize=${QUILLON_SANITIZE} -fno-omit-frame-pointer -O1)
+    add_link_options(-fsanitize=${QUILLON_SANITIZE})
+    if(QUILLON_SANITIZE MATCHES "undefined")
+        add_compile_options(-fno-sanitize-recover=undefined)
+    endif()
+endif()
+
+include(CheckIPOSupported)
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    check_ipo_supported(RESULT ipo OUTPUT ipoReason LANGUAGES CXX)
+    set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ${ipo})
+endif()

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+enum class SearchBaseResultType : std::uint8_t
+{
+    /// A match among the items that the front file manager window shows.
+    inFrontFinder,
+    /// A match from the index, or one of the most used folders.
+    standard,
+    /// The query itself, offered as a path to go to.
+    goToPath,
+};
+
+/// A run of characters: Unicode code points, an invalid byte counting as one.
+struct TextRange
+{
+    std::int64_t location = 0;
+    std::int64_t length = 0;
+    friend bool operator==(const TextRange &, const TextRange &) = default;
+};
+
+/// One row of an answer. Immutable and shared between threads; nothing compares rows by value.
+class SearchBaseResult
+{
+public:
+    SearchBaseResult(std::string text, std::string path, std::vector<TextRange> highlightRanges,
+                     SearchBaseResultType type);
+    SearchBaseResult(const SearchBaseResult &) = delete;
+    SearchBaseResult &operator=(const SearchBaseResult &) = delete;
+
+    /// The bytes shown and matched; not necessarily valid UTF-8.
+    const std::string &text() const { return text_; }
+    /// Ranges of text() to mark, free of overlaps.
+    const std::vector<TextRange> &highlightRanges() const { return highlightRanges_; }
+    /// The file or folder that an action works on.
+    const std::string &path() const { return path_; }
+    SearchBaseResultType type() const { return type_; }
+
+private:
+    std::string text_;
+    std::vector<TextRange> highlightRanges_;
+    std::string path_;
+    SearchBaseResultType type_;
+};
+
+using SearchBaseResultRef = std::shared_ptr<const SearchBaseResult>;
+
+} // namespace quillon
