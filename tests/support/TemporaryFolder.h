@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/Require.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace quillon {
+
+/// A fresh folder on the real disk, removed with everything below it at the end of its life.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder()
+    {
+        std::string pattern = std::filesystem::temp_directory_path() / "quillon-test-XXXXXX";
+        require(mkdtemp(pattern.data()) != nullptr, "a temporary folder can be made");
+        path_ = pattern;
+    }
+    TemporaryFolder(const TemporaryFolder &) = delete;
+    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
+    ~TemporaryFolder()
+    {
+        std::error_code ignored;
+        makeRemovable(path_);
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    /// Absolute, without a trailing slash.
+    const std::string &path() const { return path_; }
+    /// The absolute path of a relative one; nothing need be there.
+    std::string path(std::string_view relative) const
+    {
+        return std::string(path_).append("/").append(relative);
+    }
+    /// Makes the folder and those above it; returns its absolute path.
+    std::string makeFolder(std::string_view relative) const
+    {
+        std::filesystem::create_directories(path(relative));
+        return path(relative);
+    }
+    /// Writes the file in place, making the folders above it; returns its absolute path.
+    std::string writeFile(std::string_view relative, std::string_view text = {}) const
+    {
+        const std::filesystem::path file = path(relative);
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << text;
+        return file;
+    }
+    /// The file's bytes; empty when it cannot be read.
+    std::string readFile(std::string_view relative) const
+    {
+        std::ifstream stream(path(relative), std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+private:
+    /// Gives the owner back what a test took away.
+    static void makeRemovable(const std::filesystem::path &folder)
+    {
+        using std::filesystem::perm_options;
+        using std::filesystem::perms;
+        std::error_code error;
+        std::filesystem::permissions(folder, perms::owner_all, perm_options::add, error);
+        for (const auto &entry : std::filesystem::directory_iterator(folder, error))
+            if (entry.symlink_status(error).type() == std::filesystem::file_type::directory)
+                makeRemovable(entry.path());
+    }
+
+    std::string path_;
+};
+
+} // namespace quillon
