@@ -1,0 +1,152 @@
+#include "matching/RecentAccessScore.h"
+
+#include "platform/Require.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillon {
+namespace {
+
+/// The stored counts that can be used. One that would push the sum of all over its type is left
+/// out as well: the settings can be written by hand.
+UseCounts loadCounts(RecentAccessScoreDataStore &store)
+{
+    UseCounts counts;
+    std::int64_t total = 0;
+    const auto stored = store.dictionary(RecentAccessScoreData::KEY);
+    if (!stored)
+        return counts;
+    for (const auto &[path, value] : *stored) {
+        const auto count = value.asInteger();
+        if (count && *count > 0 && !__builtin_add_overflow(total, *count, &total))
+            counts.emplace(path, *count);
+    }
+    return counts;
+}
+
+std::int64_t sum(const UseCounts &counts)
+{
+    std::int64_t total = 0;
+    for (const auto &[path, count] : counts)
+        require(!__builtin_add_overflow(total, count, &total), "the sum of all use counts fits");
+    return total;
+}
+
+DefaultsValue storedForm(const UseCounts &counts)
+{
+    DefaultsDictionary dictionary;
+    for (const auto &[path, count] : counts)
+        dictionary.emplace(path, DefaultsValue{count});
+    return {std::move(dictionary)};
+}
+
+} // namespace
+
+double RecentAccessSnapshot::share(std::string_view path) const
+{
+    const auto found = counts.find(path);
+    if (found == counts.end())
+        return 0.0;
+    return static_cast<double>(found->second) / static_cast<double>(totalUsages);
+}
+
+std::optional<DefaultsDictionary>
+DefaultsRecentAccessScoreDataStore::dictionary(std::string_view key)
+{
+    return store_.dictionary(key);
+}
+
+bool DefaultsRecentAccessScoreDataStore::set(const DefaultsValue &value, std::string_view key)
+{
+    return store_.set(key, value);
+}
+
+RecentAccessScoreData::RecentAccessScoreData(UseCounts dataset,
+                                             RecentAccessScoreDataStore &dataStore)
+    : dataStore_(dataStore)
+{
+    replace(std::move(dataset));
+}
+
+void RecentAccessScoreData::recordUse(const std::string &path)
+{
+    // The running searches keep the map they have; a copy is changed.
+    UseCounts counts = snapshot()->counts;
+    std::int64_t &count = counts[path];
+    require(!__builtin_add_overflow(count, 1, &count), "a use count fits");
+    dataStore_.set(storedForm(counts), KEY);
+    replace(std::move(counts));
+}
+
+std::vector<std::string> RecentAccessScoreData::topPaths(int n) const
+{
+    require(n >= 0, "the number of most used paths asked for is not negative");
+    const auto current = snapshot();
+    std::vector<const UseCounts::value_type *> entries;
+    entries.reserve(current->counts.size());
+    for (const auto &entry : current->counts)
+        entries.push_back(&entry);
+
+    const auto end = entries.begin() + std::min<std::ptrdiff_t>(n, std::ssize(entries));
+    std::partial_sort(entries.begin(), end, entries.end(), [](const auto *a, const auto *b) {
+        return a->second != b->second ? a->second > b->second : a->first < b->first;
+    });
+
+    std::vector<std::string> paths;
+    std::transform(entries.begin(), end, std::back_inserter(paths),
+                   [](const auto *entry) { return entry->first; });
+    return paths;
+}
+
+void RecentAccessScoreData::reset()
+{
+    dataStore_.set({DefaultsDictionary()}, KEY);
+    replace({});
+}
+
+std::shared_ptr<const RecentAccessSnapshot> RecentAccessScoreData::snapshot() const
+{
+    const MutexLock lock(mutex_);
+    return current_;
+}
+
+void RecentAccessScoreData::replace(UseCounts dataset)
+{
+    const std::int64_t total = sum(dataset);
+    auto next = std::make_shared<const RecentAccessSnapshot>(
+        RecentAccessSnapshot{.counts = std::move(dataset), .totalUsages = total});
+    const MutexLock lock(mutex_);
+    current_.swap(next);
+}
+
+RecentAccessScore::RecentAccessScore(RecentAccessScoreDataStore &store)
+    : data_(loadCounts(store), store)
+{}
+
+void RecentAccessScore::addRecentAccess(const SearchBaseResult &result)
+{
+    data_.recordUse(result.path());
+}
+
+double RecentAccessScore::score(std::string_view path) const
+{
+    return snapshot()->share(path);
+}
+
+std::vector<std::string> RecentAccessScore::topScores(int n) const
+{
+    return data_.topPaths(n);
+}
+
+void RecentAccessScore::resetScores()
+{
+    data_.reset();
+}
+
+std::shared_ptr<const RecentAccessSnapshot> RecentAccessScore::snapshot() const
+{
+    return data_.snapshot();
+}
+
+} // namespace quillon

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "core/SearchBaseResult.h"
+#include "platform/DefaultsStore.h"
+#include "platform/Mutex.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quillon {
+
+/// Hashes strings and views alike, so that a map is searched without making a string.
+struct StringViewHash
+{
+    using is_transparent = void; // NOLINT(readability-identifier-naming): the library's name
+    std::size_t operator()(std::string_view text) const
+    {
+        return std::hash<std::string_view>{}(text);
+    }
+};
+
+using UseCounts = std::unordered_map<std::string, std::int64_t, StringViewHash, std::equal_to<>>;
+
+/// The recorded uses at one moment. Never changes once it is handed out.
+struct RecentAccessSnapshot
+{
+    /// Uses by path, every one above zero.
+    UseCounts counts;
+    /// The sum of all counts.
+    std::int64_t totalUsages = 0;
+
+    /// The path's share of all uses, 0 to 1; 0.0 for a path without uses.
+    double share(std::string_view path) const;
+};
+
+/// Where use counts are kept.
+class RecentAccessScoreDataStore
+{
+public:
+    RecentAccessScoreDataStore() = default;
+    virtual ~RecentAccessScoreDataStore() = default;
+    RecentAccessScoreDataStore(const RecentAccessScoreDataStore &) = delete;
+    RecentAccessScoreDataStore &operator=(const RecentAccessScoreDataStore &) = delete;
+
+    /// Absent when nothing, or no dictionary, is stored under the key.
+    virtual std::optional<DefaultsDictionary> dictionary(std::string_view key) = 0;
+    /// False when the value could not be kept.
+    virtual bool set(const DefaultsValue &value, std::string_view key) = 0;
+};
+
+/// Keeps use counts among the user's settings.
+class DefaultsRecentAccessScoreDataStore final : public RecentAccessScoreDataStore
+{
+public:
+    explicit DefaultsRecentAccessScoreDataStore(DefaultsStore &store) : store_(store) {}
+
+    std::optional<DefaultsDictionary> dictionary(std::string_view key) override;
+    bool set(const DefaultsValue &value, std::string_view key) override;
+
+private:
+    DefaultsStore &store_;
+};
+
+/// The use counts and their stored form. Changed by the main thread, read by any.
+class RecentAccessScoreData
+{
+public:
+    /// The settings key, under which stands a dictionary from path to use count.
+    static constexpr std::string_view KEY = "recent-access-score-data";
+
+    RecentAccessScoreData(UseCounts dataset, RecentAccessScoreDataStore &dataStore);
+
+    /// Counts one use and writes all counts at once. A count or a sum that no longer fits stops
+    /// the program.
+    void recordUse(const std::string &path);
+    /// The n most used paths, most used first, equal counts by path; n is not negative.
+    std::vector<std::string> topPaths(int n) const;
+    /// Forgets every count, in the store too.
+    void reset();
+    std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
+
+private:
+    void replace(UseCounts dataset);
+
+    RecentAccessScoreDataStore &dataStore_;
+    mutable Mutex mutex_;
+    std::shared_ptr<const RecentAccessSnapshot> current_ GUARDED_BY(mutex_);
+};
+
+/// How often the user opened each path, and the share of all uses that gives it.
+///
+/// Uses are recorded and reset by the main thread; everything else is safe from any thread.
+class RecentAccessScore
+{
+public:
+    /// Loads the stored counts. Whatever is no whole number above zero is left out.
+    explicit RecentAccessScore(RecentAccessScoreDataStore &store);
+
+    /// Records one use of the result's path; saved when this returns.
+    void addRecentAccess(const SearchBaseResult &result);
+    /// The path's share of all uses, 0 to 1.
+    double score(std::string_view path) const;
+    /// The n most used paths, most used first, equal counts by path; n is not negative.
+    std::vector<std::string> topScores(int n) const;
+    void resetScores();
+    /// What a search works with; later uses do not show in it.
+    std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
+
+private:
+    RecentAccessScoreData data_;
+};
+
+} // namespace quillon
