@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -25,8 +26,9 @@ struct DefaultsData
 /// One value of the defaults store.
 struct DefaultsValue
 {
+    /// The null pointer is JSON's null, which only ever stands inside a list or a dictionary.
     using Variant = std::variant<bool, std::int64_t, double, std::string, DefaultsData,
-                                 DefaultsArray, DefaultsDictionary>;
+                                 DefaultsArray, DefaultsDictionary, std::nullptr_t>;
     Variant value;
 
     /// The number, when this is a whole one that fits; a double without a fraction counts.

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/DefaultsStore.h"
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+class FolderIdentity;
+
+/// The folders the user chose to search, each kept as opaque bytes that still lead to the folder
+/// after it got a new name within its parent folder.
+///
+/// Holds nothing between calls: each one reads the store afresh. Safe from every thread, but
+/// changes are not atomic; make them on one thread. Bytes that are just an absolute path are a
+/// bookmark too, one that follows no renaming.
+class Bookmarks
+{
+public:
+    /// The diagnostic lines go to the stream; it, the store and the service outlive this object.
+    Bookmarks(DefaultsStore &store, const FolderIdentity &folders, std::string key,
+              std::FILE *diagnostics = stdout);
+
+    /// The stored entries, folder path to DefaultsData. Entries that are not data are left out,
+    /// each with a diagnostic line.
+    DefaultsDictionary load() const;
+    /// Adds the folder, or replaces its entry. A symbolic link to a folder is kept as the link.
+    /// False when no folder stands at the absolute path or the store cannot be written.
+    bool add(const std::string &path);
+    /// Removes the folder's entry and every other one that leads to it. False when the store
+    /// cannot be written.
+    bool remove(const std::string &path);
+    /// The absolute path the bytes lead to now, without a trailing slash. Absent when the folder
+    /// is gone or may not be read. A folder found under a new name gains an entry under it.
+    std::optional<std::string> resolve(const std::string &data);
+    /// Every entry resolved, the failing ones left out. In no particular order; a folder is
+    /// listed once for each entry that leads to it.
+    std::vector<std::string> allURLs();
+
+    const std::string BOOKMARKS_USER_DEFAULT_KEY;
+
+private:
+    struct Location;
+    std::optional<Location> locate(const std::string &data) const;
+    std::optional<std::string> makeData(const std::string &path) const;
+    bool store(const std::string &path, const std::string &data);
+    void print(std::string_view text) const;
+
+    DefaultsStore &store_;
+    const FolderIdentity &folders_;
+    std::FILE *diagnostics_;
+};
+
+} // namespace quillon
