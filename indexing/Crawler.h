@@ -1,0 +1,69 @@
+#pragma once
+
+#include "indexing/CrawlSink.h"
+#include "indexing/SkipRules.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <set>
+#include <stop_token>
+#include <string>
+#include <system_error>
+
+namespace quillon {
+
+class FolderLister;
+
+/// How the crawl of one root went.
+struct CrawlResult
+{
+    enum class Outcome
+    {
+        /// Crawled to the end, except for what was reported as an error on the way.
+        complete,
+        /// The root is a package, or nothing stands there to tell; nothing was crawled.
+        packageOrMissing,
+        /// The root could not be read; nothing was crawled.
+        unreadable,
+        /// Ended early on request.
+        stopped,
+    };
+    Outcome outcome = Outcome::complete;
+    /// Why the root could not be read.
+    std::error_code error;
+    /// What was kept below the root.
+    std::uint64_t folders = 0;
+    std::uint64_t files = 0;
+    /// What could not be read below the root.
+    std::uint64_t errors = 0;
+};
+
+/// Walks everything below a folder and hands over what belongs into the index.
+///
+/// Hidden names are left out, links are not followed (but the root may be one), packages are listed
+/// and not entered. Paths may be of any length and names hold any bytes. A folder that cannot be
+/// read is reported and the crawl goes on.
+class Crawler
+{
+public:
+    /// Called with "Processing " and a path, at most about 60 times a second, and with "Enumerator
+    /// error ", a path, a blank and a reason, always; on the thread that called crawl().
+    using Progress = std::function<void(const std::string &line)>;
+
+    /// The rules hold for the life of the crawler; the lister outlives it.
+    Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules);
+
+    /// Crawls the folder at the absolute path and returns when that is done or stop was requested.
+    /// Folders are handed to the sink, and files whose extension (the text after the last dot of
+    /// the name, upper and lower case told apart) is included. The root itself is always handed
+    /// over, before everything else, whatever it is. Reentrant.
+    CrawlResult crawl(const std::string &root, const std::set<std::string> &includedExtensions,
+                      CrawlSink &sink, const Progress &progress = {}, std::stop_token stop = {});
+
+private:
+    FolderLister &folderLister_;
+    std::shared_ptr<const SkipRules> rules_;
+};
+
+} // namespace quillon

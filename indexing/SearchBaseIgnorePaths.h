@@ -1,0 +1,40 @@
+#pragma once
+
+#include "indexing/SkipRules.h"
+#include "platform/Mutex.h"
+
+#include <memory>
+#include <string_view>
+
+namespace quillon {
+
+class SearchBaseFinder;
+
+/// Tells whether a folder must be skipped, for the crawl and the watcher alike.
+///
+/// The answers stay as they are until the next refresh, whatever the user changes meanwhile; before
+/// the first one nothing is skipped. Safe from every thread.
+class SearchBaseIgnorePaths
+{
+public:
+    explicit SearchBaseIgnorePaths(SearchBaseFinder &searchBaseFinder);
+
+    /// Takes over the patterns and include folders in force now: the user's patterns before the
+    /// built-in ones, the folders by path.
+    void refresh();
+
+    /// The test by a folder's path alone.
+    bool shouldSkipPath(std::string_view path) const;
+    /// The test for one item met in a crawl; only folders are ever skipped.
+    bool shouldSkip(std::string_view path, std::string_view name, bool isDirectory) const;
+
+    /// The rules of the last refresh, for whoever tests many paths; never null.
+    std::shared_ptr<const SkipRules> rules() const;
+
+private:
+    SearchBaseFinder &searchBaseFinder_;
+    mutable Mutex mutex_;
+    std::shared_ptr<const SkipRules> rules_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon

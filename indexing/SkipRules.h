@@ -1,0 +1,104 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+/// The rule that keeps folders out of the index, made ready for asking. Never changes; safe from
+/// every thread.
+///
+/// A folder is skipped when its name equals a pattern or when a pattern occurs in its path. The
+/// first such pattern decides alone: where an include folder's own path holds that pattern too, the
+/// first of those folders says which paths are kept all the same, namely those that contain it.
+/// What a path says about the paths below it is carried down in a State, so that a crawl looks at
+/// each name once.
+class SkipRules
+{
+public:
+    /// Skips nothing.
+    SkipRules() : SkipRules({}, {}) {}
+    /// Both in the order in which they are tried. Paths are compared as they are written.
+    SkipRules(const std::vector<std::string> &patterns, std::vector<std::string> includeFolders);
+
+    /// What is known of a folder from its path.
+    struct State
+    {
+        std::uint32_t node = 0;
+        /// Number of the first pattern that occurs in the path, or NONE.
+        std::uint32_t pattern = NONE;
+        /// The include folder that overrides this pattern is known to occur in the path.
+        bool overridden = false;
+    };
+
+    State stateOf(std::string_view path) const
+    {
+        return advance({ROOT, nodes_[ROOT].best, false}, path);
+    }
+    /// The state of the path + "/" + name.
+    State below(State folder, std::string_view name) const
+    {
+        return advance(advance(folder, "/"), name);
+    }
+
+    /// Whether the folder is skipped by its name or path. path() gives its whole path and is called
+    /// only when that is needed; state is its state and learns from the answer.
+    template <typename PathOf>
+    bool skips(State &state, std::string_view name, const PathOf &path) const
+    {
+        return isPattern(name) || (anyWithSlash_ && skipsPath(state, path));
+    }
+    /// The same by the path alone.
+    template <typename PathOf>
+    bool skipsPath(State &state, const PathOf &path) const
+    {
+        if (state.pattern == NONE || state.overridden)
+            return false;
+        const std::string *folder = overridingFolder(state.pattern);
+        if (folder != nullptr)
+            state.overridden = std::string_view(path()).find(*folder) != std::string_view::npos;
+        return !state.overridden;
+    }
+
+private:
+    static constexpr std::uint32_t NONE = std::numeric_limits<std::uint32_t>::max();
+    static constexpr std::uint32_t ROOT = 0;
+
+    /// A node of the automaton over all patterns: the text read so far ends in the node's text and
+    /// in no longer beginning of a pattern.
+    struct Node
+    {
+        std::uint32_t firstChild = NONE;
+        std::uint32_t nextSibling = NONE;
+        /// The node of the longest shorter ending.
+        std::uint32_t fallback = ROOT;
+        /// The first pattern that the node's text ends in.
+        std::uint32_t best = NONE;
+        char byte = 0;
+    };
+
+    State advance(State state, std::string_view text) const;
+    std::uint32_t child(std::uint32_t node, char byte) const;
+    std::uint32_t next(std::uint32_t node, char byte) const;
+    void insert(std::string_view pattern, std::uint32_t number);
+    void link();
+    bool isPattern(std::string_view name) const { return patterns_.contains(name); }
+    const std::string *overridingFolder(std::uint32_t pattern) const;
+
+    std::vector<Node> nodes_;
+    /// What follows the empty text, by byte.
+    std::array<std::uint32_t, 256> start_ = {};
+    std::vector<std::string> includeFolders_;
+    /// By pattern: the number of the include folder that overrides it, or NONE.
+    std::vector<std::uint32_t> overriding_;
+    std::set<std::string, std::less<>> patterns_;
+    bool anyWithSlash_ = false;
+};
+
+} // namespace quillon

@@ -1,0 +1,61 @@
+#include "platform/linux/MountPoints.h"
+
+#include <fstream>
+#include <sstream>
+#include <string_view>
+
+namespace quillon {
+
+namespace {
+
+bool isOctal(char c)
+{
+    return c >= '0' && c <= '7';
+}
+
+/// The kernel writes blank, tab, line feed and backslash as a backslash and three octal digits.
+std::string unescaped(std::string_view text)
+{
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 3 < text.size() && isOctal(text[i + 1]) &&
+            isOctal(text[i + 2]) && isOctal(text[i + 3])) {
+            plain += static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 +
+                                       (text[i + 3] - '0'));
+            i += 3;
+        } else {
+            plain += text[i];
+        }
+    }
+    return plain;
+}
+
+} // namespace
+
+std::vector<std::string> parseMountPoints(const std::string &mountInfo)
+{
+    std::vector<std::string> points;
+    std::istringstream lines(mountInfo);
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream fields(line);
+        std::string field;
+        // Mount, parent, device and root within the file system stand before it.
+        for (int i = 0; i < 5; ++i)
+            fields >> field;
+        if (fields && field.starts_with('/'))
+            points.push_back(unescaped(field));
+    }
+    return points;
+}
+
+std::optional<std::vector<std::string>> mountPoints()
+{
+    std::ifstream file("/proc/self/mountinfo", std::ios::binary);
+    if (!file)
+        return std::nullopt;
+    std::ostringstream text;
+    text << file.rdbuf();
+    return parseMountPoints(text.str());
+}
+
+} // namespace quillon
