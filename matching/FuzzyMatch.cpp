@@ -1,0 +1,102 @@
+#include "matching/FuzzyMatch.h"
+
+#include "matching/Highlights.h"
+#include "matching/RecentAccessScore.h"
+#include "matching/TreeSearch.h"
+
+#include <algorithm>
+#include <climits>
+#include <thread>
+
+namespace quillon {
+
+namespace {
+
+/// More helpers than this gain little: one search is a few milliseconds of memory reads.
+constexpr unsigned MOST_SEARCH_THREADS = 2;
+constexpr double MOST_ACCESSED_SCORE = 1.0;
+
+} // namespace
+
+FuzzyMatch::FuzzyMatch(RecentAccessScore *recentAccessScore)
+    : recentAccessScore_(recentAccessScore), index_(std::make_unique<PathIndex>()),
+      searchThreads_(std::clamp(std::thread::hardware_concurrency(), 1U, MOST_SEARCH_THREADS))
+{}
+
+void FuzzyMatch::reset()
+{
+    const WritingIndex writing(index_->lock);
+    index_->tree.removeFlagsEverywhere(PathTree::CANDIDATE);
+}
+
+void FuzzyMatch::add(std::string_view result)
+{
+    add(std::span(&result, 1));
+}
+
+void FuzzyMatch::add(std::span<const std::string_view> results)
+{
+    const WritingIndex writing(index_->lock);
+    for (const std::string_view result : results)
+        index_->tree.insert(result, PathTree::CANDIDATE);
+}
+
+void FuzzyMatch::remove(std::string_view result)
+{
+    const WritingIndex writing(index_->lock);
+    const PathTree::NodeId node = index_->tree.find(result);
+    if (node != PathTree::NONE)
+        index_->tree.removeFlags(node, PathTree::CANDIDATE);
+}
+
+std::vector<FuzzyMatchResult> FuzzyMatch::match(std::string_view pattern, std::size_t top) const
+{
+    const auto uses = recentAccessScore_ == nullptr ? nullptr : recentAccessScore_->snapshot();
+    TreeSearch search(pattern, *index_, uses.get(), top);
+    std::vector<FuzzyMatchResult> results;
+    for (TreeSearch::Match &match : search.run(searchThreads_)) {
+        std::vector<TextRange> ranges = highlights(pattern, match.text);
+        results.emplace_back(std::move(match.text), match.score, std::move(ranges));
+    }
+    return results;
+}
+
+std::vector<FuzzyMatchResult> FuzzyMatch::mostAccessedResults(std::size_t top) const
+{
+    std::vector<FuzzyMatchResult> results;
+    if (recentAccessScore_ == nullptr)
+        return results;
+    const std::vector<std::string> paths = recentAccessScore_->topScores(static_cast<int>(std::min<std::size_t>(top, INT_MAX)));
+    const ReadingIndex reading(index_->lock);
+    for (const std::string &path : paths) {
+        const PathTree::NodeId node = index_->tree.find(path);
+        if (node != PathTree::NONE && (index_->tree.node(node).flags & PathTree::CANDIDATE) != 0)
+            results.emplace_back(path, MOST_ACCESSED_SCORE, std::vector<TextRange>());
+    }
+    return results;
+}
+
+std::vector<TextRange> FuzzyMatch::highlights(std::string_view pattern, std::string_view text) const
+{
+    return highlightRanges(pattern, text);
+}
+
+void FuzzyMatch::uprankResult(const SearchBaseResult &result)
+{
+    if (recentAccessScore_ != nullptr)
+        recentAccessScore_->addRecentAccess(result);
+}
+
+std::size_t FuzzyMatch::count() const
+{
+    const ReadingIndex reading(index_->lock);
+    return index_->tree.count(PathTree::CANDIDATE);
+}
+
+std::size_t FuzzyMatch::bytes() const
+{
+    const ReadingIndex reading(index_->lock);
+    return index_->tree.bytes();
+}
+
+} // namespace quillon

@@ -1,0 +1,397 @@
+#include "matching/PathTree.h"
+
+#include "platform/Require.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace quillon {
+
+namespace {
+
+std::uint16_t saturated(std::size_t length)
+{
+    return static_cast<std::uint16_t>(std::min<std::size_t>(length, PathTree::LONG));
+}
+
+/// Multiply and fold: every bit of the product's halves depends on every bit of the operands.
+std::uint64_t mix(std::uint64_t a, std::uint64_t b)
+{
+    __extension__ using Wide = unsigned __int128;
+    const Wide product = static_cast<Wide>(a) * b;
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+std::uint64_t loadWord(const char *bytes, std::size_t count)
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, count);
+    return word;
+}
+
+} // namespace
+
+PathTree::PathTree()
+{
+    clear();
+}
+
+void PathTree::clear()
+{
+    chunks_.clear();
+    names_.clear();
+    children_.clear();
+    trail_ = {};
+    counts_ = {};
+    dead_ = 0;
+    parentsOfDead_.clear();
+    givenUp_.clear();
+    free_.clear();
+    used_ = 0;
+    ++generation_;
+    const NodeId root = allocate();
+    require(root == ROOT, "the root is the first node");
+}
+
+PathTree::NodeId PathTree::insert(std::string_view text, Flags flags)
+{
+    // The components that the last text began with as well need no look-up.
+    auto &steps = trail_.steps;
+    const auto [common, end] =
+        std::mismatch(text.begin(), text.end(), trail_.text.begin(), trail_.text.end());
+    const auto shared = static_cast<std::size_t>(common - text.begin());
+    const auto isComponentOfBoth = [&](const Trail::Step &step) {
+        return step.end <= shared && (step.end == text.size() || text[step.end] == '/') &&
+               (step.end == trail_.text.size() || trail_.text[step.end] == '/');
+    };
+    while (!steps.empty() && !isComponentOfBoth(steps.back()))
+        steps.pop_back();
+    trail_.text.resize(shared);
+    trail_.text.append(text.substr(shared));
+
+    NodeId node = steps.empty() ? ROOT : steps.back().node;
+    std::size_t begin = steps.empty() ? 0 : steps.back().end + 1;
+    while (begin <= text.size()) {
+        const std::size_t slash = std::min(text.find('/', begin), text.size());
+        node = child(node, text.substr(begin, slash - begin));
+        steps.push_back({slash, node});
+        begin = slash + 1;
+    }
+    keep(node, flags);
+    return node;
+}
+
+PathTree::NodeId PathTree::insertChild(NodeId parent, std::string_view name, Flags flags)
+{
+    const NodeId id = child(parent, name);
+    keep(id, flags);
+    return id;
+}
+
+void PathTree::keep(NodeId id, Flags flags)
+{
+    addFlags(id, flags);
+    buryIfDead(id);
+}
+
+PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
+{
+    const std::uint64_t hash = hashOf(parent, name);
+    const NodeId present = children_.find(hash, [&](NodeId id) {
+        const Node &candidate = node(id);
+        return candidate.parent == parent && this->name(candidate) == name;
+    });
+    if (present != NONE)
+        return present;
+
+    const NodeId id = allocate();
+    const Node &above = node(parent);
+    Node &fresh = mutableNode(id);
+    fresh = {};
+    fresh.below = classesOf(name);
+    fresh.parent = parent;
+    fresh.nextSibling = above.firstChild;
+    fresh.nameLength = saturated(name.size());
+    fresh.textLength = saturated(parent == ROOT ? name.size()
+                                                : std::size_t{above.textLength} + 1 + name.size());
+    if (fresh.nameLength == LONG) {
+        std::string withLength(sizeof(std::uint32_t), '\0');
+        const auto length = static_cast<std::uint32_t>(name.size());
+        std::memcpy(withLength.data(), &length, sizeof(length));
+        fresh.name = names_.store(withLength.append(name));
+    } else {
+        fresh.name = names_.store(name);
+    }
+    children_.insert(hash, id, [this](NodeId other) { return hashOf(other); });
+    Node &owner = mutableNode(parent);
+    owner.firstChild = id;
+    revive(owner);
+    widenAncestors(parent, fresh.below);
+    return id;
+}
+
+PathTree::NodeId PathTree::allocate()
+{
+    if (free_.empty() && !givenUp_.empty())
+        recycle();
+    if (!free_.empty()) {
+        const NodeId id = free_.back();
+        free_.pop_back();
+        return id;
+    }
+    require(used_ != ~NodeId{0}, "an index holds fewer than 2^32 components");
+    if ((used_ & CHUNK_MASK) == 0)
+        chunks_.push_back(std::make_unique<Node[]>(CHUNK_SIZE));
+    return used_++;
+}
+
+void PathTree::widenAncestors(NodeId parent, ByteClassSet below)
+{
+    // A child contributes the slash before it. What a node has, its ancestors have.
+    for (NodeId id = parent; id != ROOT; id = node(id).parent) {
+        below |= classesOf('/');
+        if ((node(id).below & below) == below)
+            return;
+        mutableNode(id).below |= below;
+    }
+}
+
+PathTree::NodeId PathTree::find(std::string_view text) const
+{
+    NodeId id = ROOT;
+    std::size_t begin = 0;
+    while (begin <= text.size()) {
+        const std::size_t slash = std::min(text.find('/', begin), text.size());
+        id = findChild(id, text.substr(begin, slash - begin));
+        if (id == NONE)
+            return NONE;
+        begin = slash + 1;
+    }
+    return id;
+}
+
+PathTree::NodeId PathTree::findChild(NodeId parent, std::string_view name) const
+{
+    return children_.find(hashOf(parent, name), [&](NodeId id) {
+        const Node &candidate = node(id);
+        return candidate.parent == parent && this->name(candidate) == name;
+    });
+}
+
+void PathTree::addFlags(NodeId id, Flags flags)
+{
+    Node &node = mutableNode(id);
+    const auto added = static_cast<Flags>(flags & ~node.flags & COUNTED_FLAGS);
+    if (added == 0)
+        return;
+    revive(node);
+    node.flags |= added;
+    for (unsigned bits = added; bits != 0; bits &= bits - 1)
+        ++counts_[static_cast<std::size_t>(std::countr_zero(bits))];
+}
+
+void PathTree::removeFlags(NodeId id, Flags flags)
+{
+    Node &node = mutableNode(id);
+    const auto removed = static_cast<Flags>(flags & node.flags & COUNTED_FLAGS);
+    if (removed == 0)
+        return;
+    node.flags &= static_cast<Flags>(~removed);
+    for (unsigned bits = removed; bits != 0; bits &= bits - 1)
+        --counts_[static_cast<std::size_t>(std::countr_zero(bits))];
+    buryIfDead(id);
+    if (dead_ > FEWEST_DEAD_TO_COLLECT + used_ / 4)
+        collectDead();
+}
+
+void PathTree::removeFlagsEverywhere(Flags flags)
+{
+    std::size_t left = 0;
+    for (std::size_t i = 0; i < counts_.size(); ++i)
+        left += (flags >> i & 1) != 0 ? 0 : counts_[i];
+    if (left == 0) {
+        clear();
+        return;
+    }
+    for (NodeId id = 1; id < used_; ++id)
+        removeFlags(id, flags);
+}
+
+void PathTree::revive(Node &node)
+{
+    if ((node.flags & DEAD) == 0)
+        return;
+    node.flags &= static_cast<Flags>(~DEAD);
+    --dead_;
+}
+
+void PathTree::buryIfDead(NodeId id)
+{
+    Node &node = mutableNode(id);
+    if (id == ROOT || node.firstChild != NONE || (node.flags & (COUNTED_FLAGS | DEAD)) != 0)
+        return;
+    node.flags |= DEAD;
+    ++dead_;
+    rememberParentOfDead(node.parent);
+}
+
+void PathTree::rememberParentOfDead(NodeId parent)
+{
+    Node &node = mutableNode(parent);
+    if ((node.flags & HAS_DEAD_CHILDREN) != 0)
+        return;
+    node.flags |= HAS_DEAD_CHILDREN;
+    parentsOfDead_.push_back(parent);
+}
+
+void PathTree::collectDead()
+{
+    trail_ = {};
+    while (!parentsOfDead_.empty()) {
+        const NodeId parent = parentsOfDead_.back();
+        parentsOfDead_.pop_back();
+        mutableNode(parent).flags &= static_cast<Flags>(~HAS_DEAD_CHILDREN);
+        removeDeadChildren(parent);
+        buryIfDead(parent);
+    }
+    recycle();
+}
+
+void PathTree::removeDeadChildren(NodeId parent)
+{
+    NodeId before = NONE;
+    for (NodeId id = node(parent).firstChild; id != NONE;) {
+        const Node &child = node(id);
+        const NodeId next = child.nextSibling;
+        if ((child.flags & DEAD) == 0) {
+            before = id;
+        } else {
+            // The dead node keeps its own link: a search that stands on it finds its way back.
+            (before == NONE ? mutableNode(parent).firstChild : mutableNode(before).nextSibling) =
+                next;
+            children_.erase(hashOf(id), id);
+            givenUp_.push_back(id);
+            --dead_;
+        }
+        id = next;
+    }
+}
+
+void PathTree::recycle()
+{
+    if (pins_.load() != 0)
+        return;
+    for (const NodeId id : givenUp_) {
+        const Node &node = this->node(id);
+        names_.release(node.name, node.nameLength);
+        mutableNode(id) = {};
+        free_.push_back(id);
+    }
+    givenUp_.clear();
+}
+
+std::uint64_t PathTree::hashOf(NodeId parent, std::string_view name) const
+{
+    // Constants: fractional digits of pi, odd.
+    constexpr std::uint64_t SEED = 0x243f6a8885a308d3;
+    constexpr std::uint64_t FACTOR = 0x13198a2e03707345;
+    std::uint64_t hash = mix(SEED ^ parent, FACTOR ^ name.size());
+    const char *bytes = name.data();
+    std::size_t left = name.size();
+    for (; left >= sizeof(std::uint64_t); left -= sizeof(std::uint64_t)) {
+        hash = mix(hash ^ loadWord(bytes, sizeof(std::uint64_t)), FACTOR);
+        bytes += sizeof(std::uint64_t);
+    }
+    return left == 0 ? mix(hash, FACTOR) : mix(hash ^ loadWord(bytes, left), FACTOR);
+}
+
+std::uint64_t PathTree::hashOf(NodeId id) const
+{
+    const Node &node = this->node(id);
+    return hashOf(node.parent, name(node));
+}
+
+std::string_view PathTree::name(const Node &node) const
+{
+    const char *bytes = names_.at(node.name);
+    if (node.nameLength != LONG)
+        return {bytes, node.nameLength};
+    std::uint32_t length = 0;
+    std::memcpy(&length, bytes, sizeof(length));
+    return {bytes + sizeof(length), length};
+}
+
+void PathTree::path(NodeId id, std::vector<NodeId> &nodes) const
+{
+    nodes.clear();
+    for (; id != ROOT; id = node(id).parent)
+        nodes.push_back(id);
+    std::ranges::reverse(nodes);
+}
+
+void PathTree::appendText(NodeId id, std::string &text) const
+{
+    std::size_t length = 0;
+    for (NodeId n = id; n != ROOT; n = node(n).parent)
+        length += name(node(n)).size() + (node(n).parent == ROOT ? 0 : 1);
+    const std::size_t begin = text.size();
+    text.resize(begin + length);
+    char *end = text.data() + begin + length;
+    for (NodeId n = id; n != ROOT; n = node(n).parent) {
+        const std::string_view component = name(node(n));
+        end -= component.size();
+        std::ranges::copy(component, end);
+        if (node(n).parent != ROOT)
+            *--end = '/';
+    }
+}
+
+std::string PathTree::text(NodeId id) const
+{
+    std::string text;
+    appendText(id, text);
+    return text;
+}
+
+std::strong_ordering PathTree::compareTexts(NodeId a, NodeId b) const
+{
+    std::vector<NodeId> pathA;
+    std::vector<NodeId> pathB;
+    path(a, pathA);
+    path(b, pathB);
+    const auto [restA, restB] = std::ranges::mismatch(pathA, pathB);
+    if (restA == pathA.end() || restB == pathB.end())
+        return pathA.size() <=> pathB.size();
+
+    // Where the names part, the shorter one goes on with a slash or ends its text.
+    const std::string_view nameA = name(node(*restA));
+    const std::string_view nameB = name(node(*restB));
+    const auto [differA, differB] = std::ranges::mismatch(nameA, nameB);
+    const auto following = [](auto byte, auto end, bool isLast) {
+        if (byte != end)
+            return static_cast<int>(static_cast<unsigned char>(*byte));
+        return isLast ? -1 : static_cast<int>('/');
+    };
+    const int byteA = following(differA, nameA.end(), *restA == a);
+    const int byteB = following(differB, nameB.end(), *restB == b);
+    if (byteA != byteB)
+        return byteA <=> byteB;
+    // A name that holds the other's slash as a byte cannot be: components hold none.
+    return a <=> b;
+}
+
+std::size_t PathTree::count(Flag flag) const
+{
+    return counts_[static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(flag)))];
+}
+
+std::size_t PathTree::bytes() const
+{
+    return sizeof(*this) + chunks_.size() * CHUNK_SIZE * sizeof(Node) +
+           chunks_.capacity() * sizeof(chunks_[0]) + (names_.bytes() - sizeof(names_)) +
+           (children_.bytes() - sizeof(children_)) +
+           (parentsOfDead_.capacity() + givenUp_.capacity() + free_.capacity()) * sizeof(NodeId);
+}
+
+} // namespace quillon

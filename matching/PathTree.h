@@ -1,0 +1,160 @@
+#pragma once
+
+#include "matching/ByteClasses.h"
+#include "matching/ChildTable.h"
+#include "matching/NameArena.h"
+
+#include <array>
+#include <atomic>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+/// A set of texts, kept as a tree of their components between slashes, so that a million folder
+/// paths cost little more than their last names and share the work of matching their beginnings.
+///
+/// Any text can be kept and is given back byte for byte; "a//b" and "a/" have empty components.
+/// Each node stands for one text and carries flags; a node without flags and children is dead and
+/// removed when enough of them have gathered. An id stays valid until its node is dead. Not
+/// synchronised: PathIndex pairs the tree with its lock.
+class PathTree
+{
+public:
+    using NodeId = std::uint32_t;
+    /// The parent of first components, and no node wherever a node may be absent.
+    static constexpr NodeId ROOT = 0;
+    static constexpr NodeId NONE = 0;
+
+    /// What a node is kept for.
+    enum Flag : std::uint8_t
+    {
+        /// The path store holds the text.
+        STORED = 1,
+        /// Searches find the text.
+        CANDIDATE = 2,
+        /// The path store lists the text under its parent.
+        LISTED = 4,
+        /// The path store holds a set of children for the text, even when it is empty.
+        HAS_CHILD_SET = 8,
+    };
+    using Flags = std::uint8_t;
+
+    struct Node
+    {
+        /// Every class of byte that stands in the name or anywhere below, and perhaps more.
+        ByteClassSet below = 0;
+        NodeId parent = NONE;
+        NodeId firstChild = NONE;
+        NodeId nextSibling = NONE;
+        NameArena::Offset name = 0;
+        /// Saturates at LONG; the true length then stands before the name.
+        std::uint16_t nameLength = 0;
+        /// Length of the whole text, saturating at LONG.
+        std::uint16_t textLength = 0;
+        Flags flags = 0;
+    };
+    static_assert(sizeof(Node) == 32, "a node is half a cache line");
+    static constexpr std::uint16_t LONG = 0xffff;
+
+    PathTree();
+    PathTree(const PathTree &) = delete;
+    PathTree &operator=(const PathTree &) = delete;
+
+    /// The node of a text with these flags added, made where it is missing.
+    NodeId insert(std::string_view text, Flags flags);
+    /// As insert() of the parent's text, a slash (none below ROOT) and the name, which holds none.
+    NodeId insertChild(NodeId parent, std::string_view name, Flags flags);
+    /// NONE where the tree has no such node; a node may be there without any flag.
+    NodeId find(std::string_view text) const;
+    NodeId findChild(NodeId parent, std::string_view name) const;
+    void addFlags(NodeId id, Flags flags);
+    void removeFlags(NodeId id, Flags flags);
+    /// Takes the flags from every node.
+    void removeFlagsEverywhere(Flags flags);
+    void clear();
+
+    const Node &node(NodeId id) const { return chunks_[id >> CHUNK_BITS][id & CHUNK_MASK]; }
+    std::string_view name(const Node &node) const;
+    std::string text(NodeId id) const;
+    /// Appends rather than returns, for callers that reuse the buffer.
+    void appendText(NodeId id, std::string &text) const;
+    /// Order of the texts by bytes, which is not the order of the components: ' ', '-' and '.' sort
+    /// before '/'.
+    std::strong_ordering compareTexts(NodeId a, NodeId b) const;
+
+    /// Number of nodes that carry the flag.
+    std::size_t count(Flag flag) const;
+    /// Memory held, slack included.
+    std::size_t bytes() const;
+    /// Changes when clear() makes every id invalid.
+    std::uint64_t generation() const { return generation_; }
+
+    /// While pinned, the nodes and names that removals give up are not used again, so that a search
+    /// that stepped aside for a writer can go on along the links it has seen. May be called by
+    /// readers.
+    void pin() const { pins_.fetch_add(1); }
+    void unpin() const { pins_.fetch_sub(1); }
+
+private:
+    static constexpr unsigned CHUNK_BITS = 12;
+    static constexpr NodeId CHUNK_SIZE = NodeId{1} << CHUNK_BITS;
+    static constexpr NodeId CHUNK_MASK = CHUNK_SIZE - 1;
+    static constexpr Flags COUNTED_FLAGS = STORED | CANDIDATE | LISTED | HAS_CHILD_SET;
+    /// Dead, counted as such, and still in the hash and in its parent's list.
+    static constexpr Flags DEAD = 64;
+    /// Has dead children and stands in parentsOfDead_.
+    static constexpr Flags HAS_DEAD_CHILDREN = 128;
+    /// Removals are paid for in batches: a singly linked list is walked once for all of them.
+    static constexpr std::size_t FEWEST_DEAD_TO_COLLECT = 1024;
+
+    /// The text inserted last, with its nodes: in crawl order the next one shares most of them.
+    struct Trail
+    {
+        std::string text;
+        struct Step
+        {
+            /// Where the component ends in the text.
+            std::size_t end = 0;
+            NodeId node = NONE;
+        };
+        std::vector<Step> steps;
+    };
+
+    Node &mutableNode(NodeId id) { return chunks_[id >> CHUNK_BITS][id & CHUNK_MASK]; }
+    std::uint64_t hashOf(NodeId parent, std::string_view name) const;
+    std::uint64_t hashOf(NodeId id) const;
+    NodeId child(NodeId parent, std::string_view name);
+    void keep(NodeId id, Flags flags);
+    NodeId allocate();
+    void widenAncestors(NodeId parent, ByteClassSet below);
+    void revive(Node &node);
+    void buryIfDead(NodeId id);
+    void rememberParentOfDead(NodeId parent);
+    void collectDead();
+    void removeDeadChildren(NodeId parent);
+    void recycle();
+    void path(NodeId id, std::vector<NodeId> &nodes) const;
+
+    std::vector<std::unique_ptr<Node[]>> chunks_;
+    NodeId used_ = 0;
+    NameArena names_;
+    ChildTable children_;
+    Trail trail_;
+    std::array<std::size_t, 8> counts_{};
+    std::size_t dead_ = 0;
+    std::vector<NodeId> parentsOfDead_;
+    /// Removed from hash and lists, but perhaps still on the way of a pinned search.
+    std::vector<NodeId> givenUp_;
+    /// Ready to be used again.
+    std::vector<NodeId> free_;
+    std::uint64_t generation_ = 0;
+    mutable std::atomic<int> pins_ = 0;
+};
+
+} // namespace quillon

@@ -1,0 +1,157 @@
+#include "matching/TreeSearch.h"
+
+#include "matching/FuzzyScore.h"
+#include "matching/TreeSearchWorker.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace quillon {
+
+namespace {
+
+/// Below this a second thread costs more than it saves: starting one takes some 30 microseconds.
+constexpr std::size_t FEWEST_CANDIDATES_FOR_HELPERS = 20'000;
+
+} // namespace
+
+TreeSearch::TreeSearch(std::string_view query, const PathIndex &index,
+                       const RecentAccessSnapshot *uses, std::size_t top)
+    : query_(query), index_(index), uses_(uses), top_(top), needed_(query.size() + 1),
+      threshold_(scoring::SCORE_MIN)
+{
+    for (std::size_t i = query.size(); i-- > 0;)
+        needed_[i] = needed_[i + 1] | classesOf(query[i]);
+    if (!query.empty() && query.size() <= scoring::MAX_LENGTH)
+        scorer_.emplace(query);
+}
+
+std::vector<TreeSearch::Match> TreeSearch::run(unsigned threads)
+{
+    if (top_ == 0)
+        return {};
+    index_.lock.lockShared();
+    begin();
+    if (index_.tree.count(PathTree::CANDIDATE) < FEWEST_CANDIDATES_FOR_HELPERS)
+        threads = 1;
+    index_.lock.unlockShared();
+    {
+        std::vector<std::jthread> helpers;
+        for (unsigned i = 1; i < threads; ++i)
+            helpers.emplace_back([this] { runWorker(); });
+        runWorker();
+    }
+    const ReadingIndex reading(index_.lock);
+    return finish();
+}
+
+void TreeSearch::begin()
+{
+    index_.tree.pin();
+    generation_ = index_.tree.generation();
+    {
+        const MutexLock guard(mutex_);
+        hits_ = std::make_unique<TopHits>(index_.tree, top_);
+        work_.push_back({PathTree::ROOT, index_.tree.node(PathTree::ROOT).firstChild});
+    }
+    if (uses_ != nullptr && uses_->totalUsages > 0)
+        scoreUsedTexts();
+}
+
+void TreeSearch::scoreUsedTexts()
+{
+    // On their own, so that their shares never loosen the bound for all the others.
+    const MutexLock guard(mutex_);
+    for (const auto &[text, count] : uses_->counts) {
+        if (!isSubsequence(query_, text))
+            continue;
+        const NodeId node = index_.tree.find(text);
+        if (node == PathTree::NONE || (index_.tree.node(node).flags & PathTree::CANDIDATE) == 0)
+            continue;
+        used_.insert(node);
+        hits_->add({fuzzyScore(query_, text) + uses_->share(text), node});
+    }
+    if (hits_->isFull())
+        raiseThreshold(hits_->worst().score);
+}
+
+void TreeSearch::runWorker()
+{
+    TreeSearchWorker worker(*this);
+    bool isWorthKeeping = true;
+    while (const std::optional<Work> work = take()) {
+        {
+            const ReadingIndex reading(index_.lock);
+            isWorthKeeping = isWorthKeeping && index_.tree.generation() == generation_ &&
+                             worker.walk(*work);
+        }
+        finishWork();
+    }
+    const ReadingIndex reading(index_.lock);
+    if (isWorthKeeping && index_.tree.generation() == generation_)
+        collect(worker.hits());
+}
+
+void TreeSearch::collect(const TopHits &hits)
+{
+    const MutexLock guard(mutex_);
+    hits_->merge(hits);
+}
+
+void TreeSearch::give(const Work &work)
+{
+    {
+        const MutexLock guard(mutex_);
+        work_.push_back(work);
+    }
+    workOrEnd_.notifyOne();
+}
+
+std::optional<TreeSearch::Work> TreeSearch::take()
+{
+    const MutexLock guard(mutex_);
+    idleWorkers_.fetch_add(1, std::memory_order_relaxed);
+    while (work_.empty() && busyWorkers_ > 0)
+        workOrEnd_.wait(mutex_);
+    idleWorkers_.fetch_sub(1, std::memory_order_relaxed);
+    if (work_.empty())
+        return std::nullopt;
+    const Work work = work_.back();
+    work_.pop_back();
+    ++busyWorkers_;
+    return work;
+}
+
+void TreeSearch::finishWork()
+{
+    {
+        const MutexLock guard(mutex_);
+        if (--busyWorkers_ > 0 || !work_.empty())
+            return;
+    }
+    workOrEnd_.notifyAll();
+}
+
+void TreeSearch::raiseThreshold(double score)
+{
+    double current = threshold_.load(std::memory_order_relaxed);
+    while (current < score && !threshold_.compare_exchange_weak(current, score)) {
+    }
+}
+
+std::vector<TreeSearch::Match> TreeSearch::finish()
+{
+    index_.tree.unpin();
+    std::vector<Match> matches;
+    if (index_.tree.generation() != generation_)
+        return matches;
+    const MutexLock guard(mutex_);
+    for (const Hit &hit : hits_->takeSorted()) {
+        // A writer that was let in may have removed it.
+        if ((index_.tree.node(hit.node).flags & PathTree::CANDIDATE) != 0)
+            matches.push_back({index_.tree.text(hit.node), hit.score});
+    }
+    return matches;
+}
+
+} // namespace quillon

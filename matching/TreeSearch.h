@@ -1,0 +1,85 @@
+#pragma once
+
+#include "matching/ColumnScorer.h"
+#include "matching/PathIndex.h"
+#include "matching/RecentAccessScore.h"
+#include "matching/TopHits.h"
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace quillon {
+
+/// One query over the candidates of a tree. Used once, by one thread, which may bring helpers.
+class TreeSearch
+{
+public:
+    struct Match
+    {
+        std::string text;
+        double score = 0;
+    };
+
+    /// Uses may be null. The query, the index and the uses outlive the search.
+    TreeSearch(std::string_view query, const PathIndex &index, const RecentAccessSnapshot *uses,
+               std::size_t top);
+
+    /// The best matches, best first. Takes the index's lock shared, in slices.
+    std::vector<Match> run(unsigned threads);
+
+private:
+    friend class TreeSearchWorker;
+
+    using NodeId = PathTree::NodeId;
+
+    /// A node and the siblings behind it, all below parent.
+    struct Work
+    {
+        NodeId parent = PathTree::NONE;
+        NodeId first = PathTree::NONE;
+    };
+
+    void begin() REQUIRES_SHARED(index_.lock);
+    void scoreUsedTexts() REQUIRES_SHARED(index_.lock);
+    double scoreAlone(NodeId node, std::string_view text) const;
+    void runWorker() EXCLUDES(index_.lock);
+    std::vector<Match> finish() REQUIRES_SHARED(index_.lock);
+
+    // What the workers share.
+    bool isWorkWanted() const { return idleWorkers_.load(std::memory_order_relaxed) > 0; }
+    void give(const Work &work);
+    /// Waits for work, to be followed by finishWork(); absent once nobody has any.
+    std::optional<Work> take();
+    void finishWork();
+    void raiseThreshold(double score);
+    void collect(const TopHits &hits);
+
+    const std::string_view query_;
+    const PathIndex &index_;
+    const RecentAccessSnapshot *uses_;
+    const std::size_t top_;
+    /// Element i: the classes of byte that the query needs from byte i on.
+    std::vector<ByteClassSet> needed_;
+    /// Absent when no text can have a finite score.
+    std::optional<ColumnScorer> scorer_;
+    std::uint64_t generation_ = 0;
+    /// Texts with recorded uses, ranked before the walk.
+    std::unordered_set<NodeId> used_;
+    /// No text below this score can be among the best.
+    std::atomic<double> threshold_;
+
+    Mutex mutex_;
+    Condition workOrEnd_;
+    std::vector<Work> work_ GUARDED_BY(mutex_);
+    unsigned busyWorkers_ GUARDED_BY(mutex_) = 0;
+    std::atomic<unsigned> idleWorkers_ = 0;
+    std::unique_ptr<TopHits> hits_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "matching/TreeSearch.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+/// Walks parts of the tree for one search, on one thread.
+class TreeSearchWorker
+{
+public:
+    explicit TreeSearchWorker(TreeSearch &search);
+
+    /// Walks the work and everything below it, except for what it gives away on the way. False
+    /// when the tree was emptied meanwhile; nothing is worth keeping then.
+    bool walk(const TreeSearch::Work &work) REQUIRES_SHARED(search_.index_.lock);
+    const TopHits &hits() const { return hits_; }
+
+private:
+    using Node = PathTree::Node;
+    using NodeId = PathTree::NodeId;
+
+    /// The children of one node that are still to be visited.
+    struct Level
+    {
+        NodeId parent = PathTree::NONE;
+        NodeId next = PathTree::NONE;
+        /// Query bytes that the parent's text and the slash behind it use up.
+        std::size_t consumed = 0;
+        /// Length of the parent's text with the slash; exact where texts are scored.
+        std::size_t position = 0;
+        /// Whether state and bounds are those of this level.
+        bool hasState = false;
+        ColumnScorer::State state;
+        std::vector<double> bounds;
+    };
+
+    void descendTo(const TreeSearch::Work &work);
+    bool stepAside() REQUIRES_SHARED(search_.index_.lock);
+    void shareWork();
+    bool isHopeless(const Node &node);
+    void visit(NodeId id, const Node &node);
+    void push(NodeId id, const Node &node, std::size_t consumed);
+    void scoreAndAdd(NodeId id, const Node &node, Level *children);
+    void add(const Hit &hit);
+    std::size_t consume(std::size_t consumed, std::string_view bytes) const;
+    void computeState(std::size_t depth);
+    void finishState(Level &level, char lastByte);
+
+    TreeSearch &search_;
+    const PathTree &tree_;
+    const std::string_view query_;
+    TopHits hits_;
+    std::vector<Level> levels_;
+    std::size_t depth_ = 0;
+    unsigned visits_ = 0;
+    ColumnScorer::State scratch_;
+};
+
+} // namespace quillon
