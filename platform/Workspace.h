@@ -20,6 +20,8 @@ public:
     virtual bool open(const std::string &path) = 0;
     /// Names in the icon theme for the item, the most fitting first; empty when it is gone.
     virtual std::vector<std::string> iconNames(const std::string &path) const = 0;
+    /// Symbolic links are followed.
+    virtual bool isFolder(const std::string &path) const = 0;
     /// The path with every symbolic link resolved; the path itself where that fails.
     virtual std::string resolvingSymlinks(const std::string &path) const = 0;
 };

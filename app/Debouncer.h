@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+namespace quillon {
+
+/// Runs a callback once calls have stopped coming for a while. Needs a Qt event loop.
+class Debouncer
+{
+public:
+    Debouncer(std::chrono::milliseconds delay, std::function<void()> callback);
+
+    /// Runs the callback after the delay, counted anew from this call; at once when it is zero.
+    void call();
+    /// Runs the callback now and forgets a pending call.
+    void fireNow();
+    void cancel();
+    bool isPending() const { return timer_.isActive(); }
+
+private:
+    std::function<void()> callback_;
+    QTimer timer_;
+};
+
+} // namespace quillon

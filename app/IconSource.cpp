@@ -1,0 +1,93 @@
+#include "app/IconSource.h"
+
+#include "platform/TaskQueue.h"
+#include "platform/Workspace.h"
+
+#include <QDir>
+
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// More than the rows of many queries; beyond it everything is learned anew.
+constexpr qsizetype MOST_ICONS = 4000;
+
+/// The first of the names that the icon theme has.
+QIcon themedIcon(const std::vector<std::string> &names)
+{
+    for (const std::string &name : names) {
+        const QString themeName = QString::fromStdString(name);
+        if (QIcon::hasThemeIcon(themeName))
+            return QIcon::fromTheme(themeName);
+    }
+    return {};
+}
+
+QIcon folderIcon()
+{
+    return QIcon::fromTheme(QStringLiteral("folder"),
+                            QIcon(QStringLiteral(":/quillon/folder.svg")));
+}
+
+/// Desktops without a Qt integration name no icon theme; one that is installed is better than none.
+void chooseFallbackTheme()
+{
+    if (QIcon::hasThemeIcon(QStringLiteral("folder")) || !QIcon::fallbackThemeName().isEmpty())
+        return;
+    for (const auto *theme : {"breeze", "Papirus", "Adwaita"}) {
+        for (const QString &directory : QIcon::themeSearchPaths()) {
+            const QString name = QLatin1String(theme);
+            if (QDir(directory).exists(name + QStringLiteral("/index.theme"))) {
+                QIcon::setFallbackThemeName(name);
+                return;
+            }
+        }
+    }
+}
+
+} // namespace
+
+IconSource::IconSource(Workspace &workspace, TaskQueue &background, TaskQueue &main)
+    : workspace_(workspace), background_(background), main_(main)
+{
+    chooseFallbackTheme();
+    folder_ = folderIcon();
+}
+
+QIcon IconSource::icon(const std::string &path)
+{
+    const auto key = QByteArray::fromStdString(path);
+    const auto known = icons_.constFind(key);
+    if (known != icons_.constEnd())
+        return *known;
+    if (!asked_.contains(key)) {
+        asked_.insert(key);
+        learn(path);
+    }
+    return folder_;
+}
+
+void IconSource::learn(const std::string &path)
+{
+    background_.post([this, path] {
+        main_.post([this, path, names = workspace_.iconNames(path)] {
+            const QIcon themed = themedIcon(names);
+            if (icons_.size() >= MOST_ICONS)
+                icons_.clear();
+            const auto key = QByteArray::fromStdString(path);
+            asked_.remove(key);
+            icons_.insert(key, themed.isNull() ? folder_ : themed);
+            Q_EMIT iconsChanged();
+        });
+    });
+}
+
+void IconSource::clear()
+{
+    icons_.clear();
+    folder_ = folderIcon();
+}
+
+} // namespace quillon

@@ -1,0 +1,303 @@
+#include "app/LightningSearchViewController.h"
+
+#include "actions/ActionRunner.h"
+#include "app/PanelFooter.h"
+#include "app/PanelMessage.h"
+#include "app/PanelMetrics.h"
+#include "app/SearchIndicator.h"
+#include "app/SearchPanelView.h"
+#include "platform/TaskQueue.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QLocale>
+
+#include <algorithm>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto SEARCH_DELAY = 50ms;
+constexpr auto SPINNER_DELAY = 200ms;
+constexpr auto STATE_INTERVAL = 250ms;
+/// Shorter texts show the most used folders.
+constexpr qsizetype SHORTEST_QUERY = 2;
+
+ActionShortcutFlags shortcutFlags(Qt::KeyboardModifiers modifiers)
+{
+    return {.option = modifiers.testFlag(Qt::AltModifier),
+            .shift = modifiers.testFlag(Qt::ShiftModifier),
+            .command = modifiers.testFlag(Qt::ControlModifier)};
+}
+
+bool areSameRows(const std::vector<SearchBaseResultRef> &one,
+                 const std::vector<SearchBaseResultRef> &other)
+{
+    return std::ranges::equal(one, other, [](const auto &a, const auto &b) {
+        return a->type() == b->type() && a->path() == b->path() &&
+               a->highlightRanges() == b->highlightRanges();
+    });
+}
+
+} // namespace
+
+LightningSearchViewController::LightningSearchViewController(ActionRunner &actionRunner,
+                                                             PanelSource &source,
+                                                             IconSource &icons, Queues queues,
+                                                             SearchPanelDelegate &delegate)
+    : actionRunner_(actionRunner), source_(source), queues_(queues), delegate_(delegate),
+      ownedView_(std::make_unique<SearchPanelView>(searchResults_, icons)),
+      view_(ownedView_.get()), debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); })
+{
+    spinnerDelay_.setSingleShot(true);
+    spinnerDelay_.setInterval(SPINNER_DELAY);
+    connect(&spinnerDelay_, &QTimer::timeout, this, [this] { showSpinner(hasPendingSearch_); });
+    stateTimer_.setInterval(STATE_INTERVAL);
+    connect(&stateTimer_, &QTimer::timeout, this, [this] { updateState(); });
+
+    QLineEdit &field = view_->searchTextField();
+    field.installEventFilter(this);
+    connect(&field, &QLineEdit::textChanged, this, [this] { textChanged(); });
+    connect(&view_->tableView(), &QListView::clicked, this, [this](const QModelIndex &index) {
+        if (const auto result = searchResults_.result(index.row()))
+            open(result, shortcutFlags(QGuiApplication::keyboardModifiers()));
+    });
+    view_->footer().setHints({{tr("Return"), tr("Open")}});
+    searchNow();
+}
+
+LightningSearchViewController::~LightningSearchViewController() = default;
+
+// Appearing and disappearing
+
+void LightningSearchViewController::viewWillAppear()
+{
+    isSelectionMoved_ = false;
+    select(0);
+    searchNow();
+    updateState();
+}
+
+void LightningSearchViewController::windowDidBecomeKey()
+{
+    view_->searchTextField().setFocus();
+    view_->searchTextField().selectAll();
+}
+
+void LightningSearchViewController::viewDidDisappear()
+{
+    pendingOpen_.reset();
+    stateTimer_.stop();
+}
+
+void LightningSearchViewController::indexChanged()
+{
+    searchNow();
+    updateState();
+}
+
+// Searching
+
+std::string LightningSearchViewController::query() const
+{
+    return view_->searchTextField().text().toStdString();
+}
+
+void LightningSearchViewController::textChanged()
+{
+    pendingOpen_.reset();
+    debouncedSearch_.call();
+}
+
+void LightningSearchViewController::searchNow()
+{
+    debouncedSearch_.cancel();
+    // Characters of the user: a letter beyond the basic plane is one.
+    if (view_->searchTextField().text().toUcs4().size() >= SHORTEST_QUERY)
+        startSearch(query());
+    else
+        searchFinished(query(), source_.mostAccessedResults());
+}
+
+void LightningSearchViewController::startSearch(const std::string &query)
+{
+    if (!hasPendingSearch_)
+        spinnerDelay_.start();
+    hasPendingSearch_ = true;
+    queues_.background.post([this, query] {
+        queues_.main.post([this, query, results = source_.search(query)]() mutable {
+            searchFinished(query, std::move(results));
+        });
+    });
+}
+
+void LightningSearchViewController::searchFinished(const std::string &query,
+                                                   std::vector<SearchBaseResultRef> results)
+{
+    // The user typed on: the answer to the newer text is on its way.
+    if (query != this->query())
+        return;
+    hasPendingSearch_ = false;
+    spinnerDelay_.stop();
+    showSpinner(false);
+
+    // The same question asked again, of a newer index: not below the hands of whoever is choosing.
+    const bool isRefresh = isAnswered();
+    answeredQuery_ = query;
+    if (!isRefresh || (!isSelectionMoved_ && !areSameRows(results, searchResults_.results())))
+        showResults(std::move(results));
+    updateState();
+
+    if (const auto flags = std::exchange(pendingOpen_, std::nullopt)) {
+        if (const auto first = searchResults_.result(0))
+            open(first, *flags);
+    }
+}
+
+void LightningSearchViewController::showResults(std::vector<SearchBaseResultRef> results)
+{
+    isSelectionMoved_ = false;
+    searchResults_.setResults(std::move(results));
+    select(0);
+}
+
+void LightningSearchViewController::showSpinner(bool isSpinning)
+{
+    view_->activityIndicator().setSpinning(isSpinning);
+}
+
+// Keyboard
+
+bool LightningSearchViewController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && handleKey(static_cast<QKeyEvent &>(*event)))
+        return true;
+    return QObject::eventFilter(watched, event);
+}
+
+bool LightningSearchViewController::handleKey(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        confirm(shortcutFlags(event.modifiers()));
+        return true;
+    case Qt::Key_Tab:
+        confirm({});
+        return true;
+    case Qt::Key_Escape:
+        delegate_.closeSearchWindow();
+        return true;
+    case Qt::Key_Down:
+        selectBy(1);
+        return true;
+    case Qt::Key_Up:
+        selectBy(-1);
+        return true;
+    case Qt::Key_PageDown:
+        selectBy(metrics::VISIBLE_ROWS);
+        return true;
+    case Qt::Key_PageUp:
+        selectBy(-metrics::VISIBLE_ROWS);
+        return true;
+    case Qt::Key_Q:
+        if (!event.modifiers().testFlag(Qt::ControlModifier))
+            return false;
+        delegate_.terminate();
+        return true;
+    default:
+        return false;
+    }
+}
+
+int LightningSearchViewController::selectedRow() const
+{
+    return view_->tableView().currentIndex().row();
+}
+
+void LightningSearchViewController::select(int row)
+{
+    const QModelIndex index = searchResults_.index(row);
+    view_->tableView().setCurrentIndex(index);
+    view_->tableView().scrollTo(index);
+}
+
+void LightningSearchViewController::selectBy(int rows)
+{
+    pendingOpen_.reset();
+    const int last = searchResults_.rowCount() - 1;
+    const int row = std::clamp(selectedRow() + rows, 0, std::max(last, 0));
+    if (last < 0 || row == selectedRow())
+        return;
+    isSelectionMoved_ = true;
+    select(row);
+}
+
+void LightningSearchViewController::confirm(ActionShortcutFlags flags)
+{
+    if (isAnswered()) {
+        if (const auto result = searchResults_.result(selectedRow()))
+            open(result, flags);
+        return;
+    }
+    // The rows belong to an older text; what the user means is the answer to this one.
+    if (debouncedSearch_.isPending())
+        searchNow();
+    pendingOpen_ = flags;
+    if (isAnswered())
+        confirm(flags);
+}
+
+void LightningSearchViewController::open(const SearchBaseResultRef &result,
+                                         ActionShortcutFlags flags)
+{
+    pendingOpen_.reset();
+    source_.recordUse(result);
+    if (!actionRunner_.hasAction(flags))
+        return;
+    delegate_.closeSearchWindow();
+    actionRunner_.runAction(flags, result);
+}
+
+// What the panel says about the index
+
+void LightningSearchViewController::updateState()
+{
+    const PanelSource::State state = source_.state();
+    const QString count = QLocale().toString(static_cast<qulonglong>(state.count));
+    const QString folders = state.count == 1 ? tr("1 folder") : tr("%1 folders").arg(count);
+    view_->footer().setStatus(state.isBuilding ? tr("Indexing: %1").arg(folders) : folders);
+    updateMessage(state);
+    if (!state.isBuilding || !view_->isVisible())
+        stateTimer_.stop();
+    else if (!stateTimer_.isActive())
+        stateTimer_.start();
+}
+
+void LightningSearchViewController::updateMessage(const PanelSource::State &state)
+{
+    view_->setShowsMessage(searchResults_.rowCount() == 0);
+    PanelMessage &message = view_->message();
+    const QString text = view_->searchTextField().text();
+    if (!state.hasLocations) {
+        message.setMessage(tr("No folders to search yet"),
+                           tr("Name one under “qln-bookmarks” in %1").arg(settingsPlace_));
+    } else if (state.isBuilding) {
+        const QString count = QLocale().toString(static_cast<qulonglong>(state.count));
+        message.setMessage(tr("Indexing your folders…"),
+                           tr("%1 folders so far: you can already search").arg(count));
+    } else if (text.size() < SHORTEST_QUERY) {
+        message.setMessage(tr("Type a part of a folder’s name"),
+                           tr("The folders you open most will be listed here"));
+    } else {
+        message.setMessage(tr("No folder matches “%1”").arg(text), tr("Try fewer letters"));
+    }
+}
+
+} // namespace quillon

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "actions/ActionShortcutFlags.h"
+#include "app/Debouncer.h"
+#include "app/PanelSource.h"
+#include "app/SearchResultsModel.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+class QKeyEvent;
+
+namespace quillon {
+
+class ActionRunner;
+class IconSource;
+class SearchPanelView;
+class TaskQueue;
+
+/// What the panel asks of the application around it.
+class SearchPanelDelegate
+{
+public:
+    SearchPanelDelegate() = default;
+    virtual ~SearchPanelDelegate() = default;
+    SearchPanelDelegate(const SearchPanelDelegate &) = delete;
+    SearchPanelDelegate &operator=(const SearchPanelDelegate &) = delete;
+
+    virtual void closeSearchWindow() = 0;
+    virtual void terminate() = 0;
+};
+
+/// The behaviour of the search panel: searches for what is typed once typing pauses, shows the rows
+/// of the newest answer only, moves the selection with the keyboard and opens the chosen row. Main
+/// thread only.
+class LightningSearchViewController : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Queues
+    {
+        /// Where searches run; concurrent. Must end before the controller does.
+        TaskQueue &background;
+        /// The thread of the controller.
+        TaskQueue &main;
+    };
+
+    LightningSearchViewController(ActionRunner &actionRunner, PanelSource &source,
+                                  IconSource &icons, Queues queues, SearchPanelDelegate &delegate);
+    ~LightningSearchViewController() override;
+
+    /// Null once given to a window, which then owns it.
+    std::unique_ptr<SearchPanelView> takeView() { return std::move(ownedView_); }
+
+    /// The panel is about to be seen: brings rows and state up to date.
+    void viewWillAppear();
+    /// Gives the field the keyboard and selects its text, so that typing replaces it.
+    void windowDidBecomeKey();
+    void viewDidDisappear();
+    /// A build began or ended, or the folders to index are others.
+    void indexChanged();
+
+    /// Where the settings are kept, shown to whoever has no folder to search.
+    void setSettingsPlace(const QString &place) { settingsPlace_ = place; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    /// True when the key was one of the panel's own.
+    bool handleKey(const QKeyEvent &event);
+    void select(int row);
+    void selectBy(int rows);
+    int selectedRow() const;
+
+    void textChanged();
+    void searchNow();
+    void startSearch(const std::string &query);
+    void searchFinished(const std::string &query, std::vector<SearchBaseResultRef> results);
+    void showResults(std::vector<SearchBaseResultRef> results);
+    void showSpinner(bool isSpinning);
+    std::string query() const;
+    /// True when the rows are the answer to the text in the field.
+    bool isAnswered() const { return answeredQuery_ == query(); }
+
+    void confirm(ActionShortcutFlags flags);
+    void open(const SearchBaseResultRef &result, ActionShortcutFlags flags);
+
+    void updateState();
+    void updateMessage(const PanelSource::State &state);
+
+    ActionRunner &actionRunner_;
+    PanelSource &source_;
+    Queues queues_;
+    SearchPanelDelegate &delegate_;
+    SearchResultsModel searchResults_;
+    std::unique_ptr<SearchPanelView> ownedView_;
+    SearchPanelView *view_;
+    Debouncer debouncedSearch_;
+    QTimer spinnerDelay_;
+    QTimer stateTimer_;
+    QString settingsPlace_;
+
+    bool hasPendingSearch_ = false;
+    std::optional<std::string> answeredQuery_;
+    /// Return came before the answer to the typed text: its first row is opened with these.
+    std::optional<ActionShortcutFlags> pendingOpen_;
+    bool isSelectionMoved_ = false;
+};
+
+} // namespace quillon

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+namespace quillon {
+
+/// The colours of the panel. Text and quiet text keep a contrast of 4.5 to 1 or better on the
+/// background and on the tint.
+struct PanelPalette
+{
+    QColor background;
+    QColor text;
+    QColor quiet;
+    /// Below the selected row.
+    QColor tint;
+    QColor accent;
+    QColor hairline;
+    /// Behind the name of a key.
+    QColor keyCap;
+
+    static PanelPalette light();
+    static PanelPalette dark();
+    /// The desktop's own colours where it sets any; light() or dark() otherwise.
+    static PanelPalette forDesktop(const QPalette &desktop, bool prefersDark);
+
+    bool isDark() const;
+    /// For the widgets of the toolkit inside the panel.
+    QPalette widgetPalette() const;
+};
+
+/// How well two colours are told apart: 1 (not) to 21 (black on white), as WCAG counts it.
+double contrast(const QColor &a, const QColor &b);
+
+} // namespace quillon

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/SearchBaseResult.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+/// What the search panel asks of the index.
+class PanelSource
+{
+public:
+    struct State
+    {
+        /// Paths indexed so far.
+        std::size_t count = 0;
+        bool isBuilding = false;
+        /// False when there is no folder to index.
+        bool hasLocations = true;
+    };
+
+    PanelSource() = default;
+    virtual ~PanelSource() = default;
+    PanelSource(const PanelSource &) = delete;
+    PanelSource &operator=(const PanelSource &) = delete;
+
+    /// Called on a background thread, several at a time.
+    virtual std::vector<SearchBaseResultRef> search(const std::string &query) const = 0;
+    /// The rows for a query too short to search for.
+    virtual std::vector<SearchBaseResultRef> mostAccessedResults() const = 0;
+    /// Counts one use of the result's path, saved at once.
+    virtual void recordUse(const SearchBaseResultRef &result) = 0;
+    virtual State state() const = 0;
+};
+
+} // namespace quillon

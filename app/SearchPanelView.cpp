@@ -1,0 +1,138 @@
+#include "app/SearchPanelView.h"
+
+#include "app/IconSource.h"
+#include "app/LightningSearchTableRowView.h"
+#include "app/PanelFooter.h"
+#include "app/PanelMessage.h"
+#include "app/PanelMetrics.h"
+#include "app/SearchIndicator.h"
+#include "app/SearchResultsModel.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QListView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// QLineEdit keeps this much to itself left of its text.
+constexpr int FIELD_OWN_MARGIN = 2;
+
+QString scrollBarStyle(const PanelPalette &palette)
+{
+    return QStringLiteral("QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
+                          "QScrollBar::handle:vertical { background: %1; min-height: 32px;"
+                          " border-radius: 2px; margin: 0 2px 0 2px; }"
+                          "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
+                          "QScrollBar::add-page, QScrollBar::sub-page { background: none; }")
+        .arg(palette.hairline.name());
+}
+
+} // namespace
+
+SearchPanelView::SearchPanelView(SearchResultsModel &model, IconSource &icons)
+{
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(buildHeader());
+    column->addWidget(buildBody(model, icons));
+    footer_ = new PanelFooter(this);
+    column->addWidget(footer_);
+    setFixedWidth(metrics::WIDTH);
+    setPanelPalette(PanelPalette::light());
+}
+
+QWidget *SearchPanelView::buildHeader()
+{
+    header_ = new QWidget(this);
+    auto *line = new QHBoxLayout(header_);
+    line->setContentsMargins(metrics::ICON_LEFT, 0, metrics::EDGE, 0);
+    line->setSpacing(metrics::TEXT_LEFT - metrics::ICON_LEFT - metrics::ICON - FIELD_OWN_MARGIN);
+
+    indicator_ = new SearchIndicator(header_);
+    line->addWidget(indicator_);
+
+    field_ = new QLineEdit(header_);
+    field_->setFrame(false);
+    field_->setPlaceholderText(tr("Find a folder"));
+    field_->setAccessibleName(tr("Find a folder"));
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    field_->setFont(large);
+    line->addWidget(field_);
+
+    header_->setFixedHeight(
+        std::max(metrics::FIELD_HEIGHT, (QFontMetrics(large).height() + 31) / 4 * 4));
+    return header_;
+}
+
+QWidget *SearchPanelView::buildBody(SearchResultsModel &model, IconSource &icons)
+{
+    auto *body = new QWidget(this);
+    auto *stack = new QVBoxLayout(body);
+    stack->setContentsMargins(0, metrics::INSET, 0, metrics::INSET);
+    buildTable(model, icons);
+    stack->addWidget(table_);
+    message_ = new PanelMessage(body);
+    message_->hide();
+    stack->addWidget(message_);
+    body->setFixedHeight(metrics::VISIBLE_ROWS * metrics::rowHeight(fontMetrics()) +
+                         2 * metrics::INSET);
+    return body;
+}
+
+void SearchPanelView::buildTable(SearchResultsModel &model, IconSource &icons)
+{
+    table_ = new QListView(this);
+    rows_ = new LightningSearchTableRowView(model, icons, table_);
+    table_->setModel(&model);
+    table_->setItemDelegate(rows_);
+    table_->setAccessibleName(tr("Folders"));
+    table_->setFrameShape(QFrame::NoFrame);
+    table_->setFocusPolicy(Qt::NoFocus);
+    table_->setUniformItemSizes(true);
+    table_->setSelectionMode(QAbstractItemView::SingleSelection);
+    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table_->verticalScrollBar()->setSingleStep(metrics::rowHeight(fontMetrics()));
+
+    connect(&icons, &IconSource::iconsChanged, table_->viewport(),
+            qOverload<>(&QWidget::update));
+}
+
+void SearchPanelView::setPanelPalette(const PanelPalette &palette)
+{
+    palette_ = palette;
+    setPalette(palette.widgetPalette());
+    rows_->setPalette(palette);
+    indicator_->setPalette(palette);
+    message_->setPalette(palette);
+    footer_->setPalette(palette);
+    table_->verticalScrollBar()->setStyleSheet(scrollBarStyle(palette));
+    update();
+}
+
+void SearchPanelView::setShowsMessage(bool showsMessage)
+{
+    if (message_->isHidden() != showsMessage)
+        return;
+    // One goes before the other comes, or the layout asks for room for both.
+    (showsMessage ? static_cast<QWidget *>(table_) : message_)->hide();
+    (showsMessage ? static_cast<QWidget *>(message_) : table_)->show();
+}
+
+void SearchPanelView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(0, header_->geometry().bottom(), width(), 1, palette_.hairline);
+}
+
+} // namespace quillon

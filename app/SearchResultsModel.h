@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/SearchBaseResult.h"
+
+#include <QAbstractListModel>
+
+#include <vector>
+
+namespace quillon {
+
+/// The rows of the panel.
+class SearchResultsModel : public QAbstractListModel
+{
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    void setResults(std::vector<SearchBaseResultRef> results);
+    const std::vector<SearchBaseResultRef> &results() const { return results_; }
+    /// Null when there is no such row.
+    SearchBaseResultRef result(int row) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    /// The text, for drawing and for assistive technology.
+    QVariant data(const QModelIndex &index, int role) const override;
+
+private:
+    std::vector<SearchBaseResultRef> results_;
+};
+
+} // namespace quillon

@@ -1,0 +1,138 @@
+#include "app/SearchWindow.h"
+
+#include "app/PanelMetrics.h"
+#include "app/SearchPanelView.h"
+#include "platform/WindowSystem.h"
+
+#include <QBitmap>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace quillon {
+
+namespace {
+
+/// Room for the shadow, and how far it falls below the panel.
+constexpr int SHADOW = 32;
+constexpr int SHADOW_DROP = 8;
+constexpr int SHADOW_ALPHA = 90;
+/// The hairline around the panel.
+constexpr int BORDER = 1;
+/// Of the free height, above the panel.
+constexpr double SHARE_ABOVE = 0.3;
+
+} // namespace
+
+SearchWindow::SearchWindow(SearchPanelView *view, WindowSystem &windowSystem)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), view_(view),
+      windowSystem_(windowSystem)
+{
+    setWindowTitle(QStringLiteral("Quillon"));
+    setAttribute(Qt::WA_TranslucentBackground);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(BORDER, BORDER, BORDER, BORDER);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(view);
+    fitToCompositing();
+    windowSystem_.keepOutOfTaskbar(winId());
+}
+
+void SearchWindow::present()
+{
+    if (!isVisible()) {
+        fitToCompositing();
+        placeOnScreenWithPointer();
+        show();
+    }
+    raise();
+    activateWindow();
+}
+
+void SearchWindow::fitToCompositing()
+{
+    const bool isComposited = windowSystem_.isComposited();
+    const int margin = isComposited ? SHADOW : 0;
+    setContentsMargins(margin, margin, margin, margin);
+    layout()->activate();
+    adjustSize();
+    if (isComposited) {
+        clearMask();
+        return;
+    }
+    // Nothing is blended here: what lies outside the round corners is cut off.
+    QBitmap shape(size());
+    shape.fill(Qt::color0);
+    QPainter painter(&shape);
+    painter.setBrush(Qt::color1);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(rect(), metrics::CORNER, metrics::CORNER);
+    painter.end();
+    setMask(shape);
+}
+
+void SearchWindow::placeOnScreenWithPointer()
+{
+    const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
+    const QRect free = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const QRect panel = panelRect();
+    const int left = free.left() + (free.width() - panel.width()) / 2;
+    const int top = free.top() + static_cast<int>((free.height() - panel.height()) * SHARE_ABOVE);
+    move(left - panel.left(), std::max(top, free.top()) - panel.top());
+}
+
+void SearchWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange)
+        return;
+    if (isActiveWindow())
+        Q_EMIT becameKey();
+    else
+        hide();
+}
+
+void SearchWindow::showEvent(QShowEvent *) { Q_EMIT appeared(); }
+void SearchWindow::hideEvent(QHideEvent *) { Q_EMIT disappeared(); }
+
+void SearchWindow::mousePressEvent(QMouseEvent *event)
+{
+    // The shadow looks like a place outside the panel, so a click there dismisses it, too.
+    if (!panelRect().contains(event->pos()))
+        hide();
+}
+
+void SearchWindow::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRect panel = panelRect();
+    if (panel != rect())
+        paintShadow(painter);
+    const PanelPalette &palette = view_->panelPalette();
+    painter.setBrush(palette.background);
+    painter.setPen(QPen(palette.hairline, BORDER));
+    painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), metrics::CORNER,
+                            metrics::CORNER);
+}
+
+void SearchWindow::paintShadow(QPainter &painter)
+{
+    // Rings from the outside in, each a little darker: a soft edge without an image to keep.
+    const QRectF panel(panelRect());
+    painter.setPen(Qt::NoPen);
+    for (int reach = SHADOW - SHADOW_DROP; reach > 0; --reach) {
+        const double share = 1.0 - double(reach) / (SHADOW - SHADOW_DROP);
+        const int steps = SHADOW - SHADOW_DROP;
+        painter.setBrush(QColor(0, 0, 0, static_cast<int>(2.0 * SHADOW_ALPHA * share / steps)));
+        painter.drawRoundedRect(panel.adjusted(-reach, -reach, reach, reach)
+                                    .translated(0, SHADOW_DROP),
+                                metrics::CORNER + reach, metrics::CORNER + reach);
+    }
+}
+
+} // namespace quillon

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <functional>
+
+namespace quillon {
+
+class SearchPanelView;
+class WindowSystem;
+
+/// The frameless window around the panel: rounded, above the others, out of the taskbar, gone when
+/// another window becomes active. Kept when closed and shown again.
+class SearchWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The view becomes a child of this window. The native window is made at once, so that the first
+    /// showing is as quick as the others.
+    SearchWindow(SearchPanelView *view, WindowSystem &windowSystem);
+
+    /// Brings the panel up on the screen with the pointer and gives it the keyboard.
+    void present();
+
+Q_SIGNALS:
+    /// It was shown and now has the keyboard.
+    void becameKey();
+    void appeared();
+    void disappeared();
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void fitToCompositing();
+    void placeOnScreenWithPointer();
+    QRect panelRect() const { return rect().marginsRemoved(contentsMargins()); }
+    void paintShadow(QPainter &painter);
+
+    SearchPanelView *view_;
+    WindowSystem &windowSystem_;
+};
+
+} // namespace quillon

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+namespace quillon {
+
+/// What the window system is told or asked beyond what the toolkit does. Main thread only.
+class WindowSystem
+{
+public:
+    WindowSystem() = default;
+    virtual ~WindowSystem() = default;
+    WindowSystem(const WindowSystem &) = delete;
+    WindowSystem &operator=(const WindowSystem &) = delete;
+
+    /// Keeps a window that was never shown out of the taskbar and the pager. The window is given by
+    /// the system's own number for it.
+    virtual void keepOutOfTaskbar(std::uintptr_t window) = 0;
+    /// True when translucent windows are blended with what is below them.
+    virtual bool isComposited() const = 0;
+};
+
+} // namespace quillon

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+namespace quillon {
+
+/// The desktop's default applications and icon names, as GIO knows them.
+class GioWorkspace : public Workspace
+{
+public:
+    bool open(const std::string &path) override;
+    std::vector<std::string> iconNames(const std::string &path) const override;
+    bool isFolder(const std::string &path) const override;
+    std::string resolvingSymlinks(const std::string &path) const override;
+};
+
+} // namespace quillon

@@ -1,0 +1,38 @@
+#include "platform/linux/QtTaskQueues.h"
+
+#include <QMetaObject>
+#include <QTimer>
+
+#include <utility>
+
+namespace quillon {
+
+void MainTaskQueue::post(Task task)
+{
+    QMetaObject::invokeMethod(&context_, std::move(task), Qt::QueuedConnection);
+}
+
+void MainTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
+{
+    // A timer belongs to the thread that starts it, hence the hop.
+    post([this, delay, task = std::move(task)]() mutable {
+        QTimer::singleShot(delay, Qt::PreciseTimer, &context_, std::move(task));
+    });
+}
+
+PoolTaskQueue::PoolTaskQueue(int threads) { pool_.setMaxThreadCount(threads); }
+
+PoolTaskQueue::~PoolTaskQueue()
+{
+    pool_.clear();
+    pool_.waitForDone();
+}
+
+void PoolTaskQueue::post(Task task) { pool_.start(std::move(task)); }
+
+void PoolTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
+{
+    timer_.postDelayed(delay, [this, task = std::move(task)]() mutable { post(std::move(task)); });
+}
+
+} // namespace quillon
