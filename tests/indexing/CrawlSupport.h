@@ -1,0 +1,107 @@
+#pragma once
+
+#include "indexing/Crawler.h"
+#include "platform/Require.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace quillon {
+
+/// Keeps what a crawl hands over as whole paths, a file's with the mark "file:" before it.
+class RecordingSink final : public CrawlSink
+{
+public:
+    Token root(const std::string &path) override
+    {
+        const std::lock_guard lock(mutex_);
+        rootPath = path;
+        parents_.push_back(path == "/" ? "" : path);
+        return 0;
+    }
+    void add(Token parent, std::span<Entry> entries) override
+    {
+        const std::lock_guard lock(mutex_);
+        require(!entries.empty(), "a folder that keeps nothing is not handed over");
+        require(parent < parents_.size(), "a folder comes before what is below it");
+        require(given_.insert(parent).second, "a folder is handed over once");
+        for (Entry &entry : entries) {
+            const std::string path = parents_[parent] + "/" + std::string(entry.name);
+            require(kept.insert(entry.isFolder ? path : "file:" + path).second, "kept once");
+            entry.token = static_cast<Token>(parents_.size());
+            parents_.push_back(path);
+        }
+    }
+
+    std::string rootPath;
+    std::set<std::string> kept;
+
+private:
+    std::mutex mutex_;
+    std::vector<std::string> parents_;
+    std::set<Token> given_;
+};
+
+/// The rule of SkipRules, written down as it is stated and without memory.
+struct PlainSkipRule
+{
+    std::vector<std::string> patterns;
+    std::vector<std::string> includeFolders;
+
+    bool skipsPath(const std::string &path) const
+    {
+        const auto occursIn = [](const std::string &text) {
+            return
+                [&text](const std::string &part) { return text.find(part) != std::string::npos; };
+        };
+        const auto pattern = std::ranges::find_if(patterns, occursIn(path));
+        if (pattern == patterns.end())
+            return false;
+        for (const std::string &folder : includeFolders)
+            if (folder.find(*pattern) != std::string::npos)
+                return path.find(folder) == std::string::npos;
+        return true;
+    }
+    bool skips(const std::string &path, const std::string &name) const
+    {
+        bool skip = false;
+        for (const std::string &pattern : patterns) {
+            const bool isName = std::ranges::find(patterns, name) != patterns.end();
+            if (pattern.find('/') == std::string::npos)
+                skip = skip || isName;
+            else
+                skip = skip || skipsPath(path) || isName;
+        }
+        return skip;
+    }
+};
+
+/// Runs a scope as a user without rights where the tests run as root.
+class UnprivilegedUser
+{
+public:
+    UnprivilegedUser()
+    {
+        if (wasRoot_)
+            require(seteuid(65534) == 0, "root can become another user");
+    }
+    UnprivilegedUser(const UnprivilegedUser &) = delete;
+    UnprivilegedUser &operator=(const UnprivilegedUser &) = delete;
+    ~UnprivilegedUser()
+    {
+        if (wasRoot_)
+            require(seteuid(0) == 0, "root comes back");
+    }
+
+private:
+    bool wasRoot_ = geteuid() == 0;
+};
+
+} // namespace quillon
