@@ -99,8 +99,8 @@ DefaultsDictionary Bookmarks::load() const
 {
     DefaultsDictionary entries;
     for (auto &[path, value] : store_.dictionary(BOOKMARKS_USER_DEFAULT_KEY).value_or(entries)) {
-        if (auto bytes = value.asData())
-            entries.emplace(path, DefaultsValue{DefaultsData{std::move(*bytes)}});
+        if (value.asData())
+            entries.emplace(path, std::move(value));
         else
             print("Unable to resolve " + value.description());
     }

@@ -25,8 +25,8 @@ public:
     Bookmarks(DefaultsStore &store, const FolderIdentity &folders, std::string key,
               std::FILE *diagnostics = stdout);
 
-    /// The stored entries, folder path to DefaultsData. Entries that are not data are left out,
-    /// each with a diagnostic line.
+    /// The stored entries, folder path to data or the text it was written as. Entries that are
+    /// neither are left out, each with a diagnostic line.
     DefaultsDictionary load() const;
     /// Adds the folder, or replaces its entry. A symbolic link to a folder is kept as the link.
     /// False when no folder stands at the absolute path or the store cannot be written.

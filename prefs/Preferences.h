@@ -107,6 +107,7 @@ private:
 class Preferences
 {
 public:
+    // NOLINTBEGIN(readability-identifier-naming): read like the values of an enum
     /// What choosing a quick-search row does.
     struct QuickSearchBehavior
     {
@@ -119,6 +120,7 @@ public:
         static const PreferencesSelectListItem newWindow;
         static const PreferencesSelectListItem existing;
     };
+    // NOLINTEND(readability-identifier-naming)
 
     explicit Preferences(DefaultsStore &store);
 

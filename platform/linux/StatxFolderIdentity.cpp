@@ -20,14 +20,14 @@ bool isFolderAt(int folder, const char *name)
 std::optional<FolderId> identifyAt(int folder, const char *name)
 {
     struct statx status = {};
-    constexpr unsigned WANTED = STATX_INO | STATX_BTIME;
-    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, WANTED, &status) != 0)
+    constexpr unsigned wanted = STATX_INO | STATX_BTIME;
+    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, wanted, &status) != 0)
         return std::nullopt;
-    if ((status.stx_mask & WANTED) != WANTED)
+    if ((status.stx_mask & wanted) != wanted)
         return std::nullopt;
-    constexpr std::int64_t NANOSECONDS = 1'000'000'000;
+    constexpr std::int64_t nanoseconds = 1'000'000'000;
     return FolderId{.inode = status.stx_ino,
-                    .birthTime = status.stx_btime.tv_sec * NANOSECONDS + status.stx_btime.tv_nsec};
+                    .birthTime = status.stx_btime.tv_sec * nanoseconds + status.stx_btime.tv_nsec};
 }
 
 bool mayBeFolder(const dirent &entry)
@@ -60,6 +60,7 @@ std::optional<std::string> StatxFolderIdentity::find(const std::string &parent,
     const std::unique_ptr<DIR, int (*)(DIR *)> folder(::opendir(parent.c_str()), ::closedir);
     if (!folder)
         return std::nullopt;
+    const std::string prefix = parent == "/" ? parent : parent + "/";
     const int handle = ::dirfd(folder.get());
     // The inode number of the entry itself is not asked: some stacked and remote file systems
     // give another one there than in the status.
@@ -68,7 +69,7 @@ std::optional<std::string> StatxFolderIdentity::find(const std::string &parent,
         if (name == "." || name == ".." || !mayBeFolder(*entry))
             continue;
         if (identifyAt(handle, name.c_str()) == id && isFolderAt(handle, name.c_str()))
-            return (parent == "/" ? parent : parent + "/") + name;
+            return prefix + name;
     }
     return std::nullopt;
 }
