@@ -34,19 +34,19 @@ private:
 using Words = std::span<const std::string_view>;
 
 constexpr std::array<std::string_view, 64> NOUNS = {
-    "harbour", "invoice",  "ledger",  "garden",  "engine",  "signal",   "parser",  "render",
-    "cache",   "archive",  "beacon",  "canvas",  "kernel",  "lantern",  "meadow",  "network",
-    "orchard", "packet",   "quarry",  "report",  "schema",  "travel",   "update",  "vector",
-    "window",  "yield",    "budget",  "client",  "design",  "export",   "folder",  "graph",
-    "history", "index",    "journal", "keyring", "layout",  "matrix",   "notes",   "output",
-    "plans",   "query",    "router",  "search",  "theme",   "upload",   "viewer",  "worker",
-    "account", "bridge",   "compiler", "driver", "editor",  "filter",   "gateway", "handler",
-    "insight", "launcher", "monitor", "planner", "runtime", "scheduler", "tracker", "validator"};
+    "harbour", "invoice",  "ledger",   "garden",  "engine",  "signal",    "parser",  "render",
+    "cache",   "archive",  "beacon",   "canvas",  "kernel",  "lantern",   "meadow",  "network",
+    "orchard", "packet",   "quarry",   "report",  "schema",  "travel",    "update",  "vector",
+    "window",  "yield",    "budget",   "client",  "design",  "export",    "folder",  "graph",
+    "history", "index",    "journal",  "keyring", "layout",  "matrix",    "notes",   "output",
+    "plans",   "query",    "router",   "search",  "theme",   "upload",    "viewer",  "worker",
+    "account", "bridge",   "compiler", "driver",  "editor",  "filter",    "gateway", "handler",
+    "insight", "launcher", "monitor",  "planner", "runtime", "scheduler", "tracker", "validator"};
 constexpr std::array<std::string_view, 32> ADJECTIVES = {
-    "amber", "bright", "calm",  "daily",  "early",  "fast",   "great",  "hidden",
-    "inner", "joint",  "keen",  "local",  "modern", "native", "open",   "plain",
-    "quick", "remote", "small", "tiny",   "urban",  "vivid",  "wide",   "young",
-    "blue",  "cross",  "deep",  "extra",  "flat",   "green",  "hollow", "iron"};
+    "amber", "bright", "calm",  "daily", "early",  "fast",   "great",  "hidden",
+    "inner", "joint",  "keen",  "local", "modern", "native", "open",   "plain",
+    "quick", "remote", "small", "tiny",  "urban",  "vivid",  "wide",   "young",
+    "blue",  "cross",  "deep",  "extra", "flat",   "green",  "hollow", "iron"};
 constexpr std::array<std::string_view, 32> MODULES = {
     "src",    "include", "lib",     "docs",    "tests",   "utils",     "internal", "core",
     "common", "api",     "assets",  "images",  "scripts", "config",    "fixtures", "components",
@@ -56,13 +56,13 @@ constexpr std::array<std::string_view, 16> LANGUAGES = {"en",    "de", "fr", "es
                                                         "ja",    "ko", "nl", "pl", "ru",    "sv",
                                                         "zh_CN", "tr", "uk", "cs"};
 constexpr std::array<std::string_view, 24> TOPICS = {
-    "Taxes",    "Contracts", "Insurance", "Letters", "Recipes", "Holiday", "Manuals",  "Research",
-    "Teaching", "Meetings",  "Proposals", "Invoices", "House",   "Car",     "School",   "Health",
-    "Music",    "Choir",     "Archive",   "Drafts",  "Scans",   "Club",    "Genealogy", "Garden"};
+    "Taxes",    "Contracts", "Insurance", "Letters",  "Recipes", "Holiday", "Manuals",   "Research",
+    "Teaching", "Meetings",  "Proposals", "Invoices", "House",   "Car",     "School",    "Health",
+    "Music",    "Choir",     "Archive",   "Drafts",   "Scans",   "Club",    "Genealogy", "Garden"};
 constexpr std::array<std::string_view, 24> PLACES = {
-    "Harbour", "Lake",   "Mountain", "Beach",   "Birthday", "Wedding",  "Old Town", "Zoo",
-    "Concert", "Island", "Forest",   "Castle",  "Market",   "Snow",     "Regatta",  "Museum",
-    "Airport", "River",  "Camping",  "Bicycle", "Autumn",   "Fireworks", "Garden",  "Family"};
+    "Harbour", "Lake",   "Mountain", "Beach",   "Birthday", "Wedding",   "Old Town", "Zoo",
+    "Concert", "Island", "Forest",   "Castle",  "Market",   "Snow",      "Regatta",  "Museum",
+    "Airport", "River",  "Camping",  "Bicycle", "Autumn",   "Fireworks", "Garden",   "Family"};
 
 class Generator
 {
@@ -79,7 +79,8 @@ private:
     bool isDone() const { return paths_.size() >= count_; }
 
     /// Adds the folder below the current one, then what make() adds below it.
-    template <typename Make> void enter(const std::string &name, const Make &make)
+    template <typename Make>
+    void enter(const std::string &name, const Make &make)
     {
         if (isDone())
             return;
@@ -181,9 +182,7 @@ private:
             case 0:
                 enter("/src", [this] {
                     enter("/main", [this] {
-                        enter("/java", [this] {
-                            enter("/org", [this] { modules(5); });
-                        });
+                        enter("/java", [this] { enter("/org", [this] { modules(5); }); });
                         enter("/resources", [this] { languages(); });
                     });
                     enter("/test", [this] { modules(3); });

@@ -5,7 +5,9 @@
 #include "indexing/SearchBaseIgnorePaths.h"
 #include "matching/FuzzyMatch.h"
 
+#include <cstddef>
 #include <functional>
+#include <set>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -39,6 +41,8 @@ public:
     void reset();
     /// Crawls every include folder and adds what it finds, until stop is requested.
     void build(const Progress &progress, std::stop_token stop = {});
+    /// The extensions of the files to index besides folders.
+    std::set<std::string> includeFilePatterns() const;
     /// Number of paths indexed.
     std::size_t count() const;
 

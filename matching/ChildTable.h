@@ -19,9 +19,11 @@ public:
     using Id = std::uint32_t;
 
     /// The first id with this hash for which isMatch(id) holds, or 0.
-    template <typename IsMatch> Id find(std::uint64_t hash, const IsMatch &isMatch) const;
+    template <typename IsMatch>
+    Id find(std::uint64_t hash, const IsMatch &isMatch) const;
     /// id is not 0 and not present. hashOf(id) gives the hash of ids inserted before.
-    template <typename HashOf> void insert(std::uint64_t hash, Id id, const HashOf &hashOf);
+    template <typename HashOf>
+    void insert(std::uint64_t hash, Id id, const HashOf &hashOf);
     /// id is present under this hash.
     void erase(std::uint64_t hash, Id id);
     void clear();
@@ -54,7 +56,8 @@ private:
         const auto tag = static_cast<std::uint8_t>(hash >> 48);
         return tag > ERASED ? tag : static_cast<std::uint8_t>(tag + 2);
     }
-    template <typename HashOf> static void grow(Segment &segment, const HashOf &hashOf);
+    template <typename HashOf>
+    static void grow(Segment &segment, const HashOf &hashOf);
 
     std::array<Segment, std::size_t{1} << SEGMENT_BITS> segments_;
 };
@@ -83,7 +86,8 @@ void ChildTable::insert(std::uint64_t hash, Id id, const HashOf &hashOf)
     segment.put(hash, id);
 }
 
-template <typename HashOf> void ChildTable::grow(Segment &segment, const HashOf &hashOf)
+template <typename HashOf>
+void ChildTable::grow(Segment &segment, const HashOf &hashOf)
 {
     Segment larger;
     larger.capacity = SMALLEST_CAPACITY;

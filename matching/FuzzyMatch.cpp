@@ -4,8 +4,9 @@
 #include "matching/RecentAccessScore.h"
 #include "matching/TreeSearch.h"
 
-#include <algorithm>
 #include <climits>
+
+#include <algorithm>
 #include <thread>
 
 namespace quillon {
@@ -19,7 +20,8 @@ constexpr double MOST_ACCESSED_SCORE = 1.0;
 } // namespace
 
 FuzzyMatch::FuzzyMatch(RecentAccessScore *recentAccessScore)
-    : recentAccessScore_(recentAccessScore), index_(std::make_unique<PathIndex>()),
+    : recentAccessScore_(recentAccessScore),
+      index_(std::make_unique<PathIndex>()),
       searchThreads_(std::clamp(std::thread::hardware_concurrency(), 1U, MOST_SEARCH_THREADS))
 {}
 
@@ -66,7 +68,8 @@ std::vector<FuzzyMatchResult> FuzzyMatch::mostAccessedResults(std::size_t top) c
     std::vector<FuzzyMatchResult> results;
     if (recentAccessScore_ == nullptr)
         return results;
-    const std::vector<std::string> paths = recentAccessScore_->topScores(static_cast<int>(std::min<std::size_t>(top, INT_MAX)));
+    const std::vector<std::string> paths =
+        recentAccessScore_->topScores(static_cast<int>(std::min<std::size_t>(top, INT_MAX)));
     const ReadingIndex reading(index_->lock);
     for (const std::string &path : paths) {
         const PathTree::NodeId node = index_->tree.find(path);

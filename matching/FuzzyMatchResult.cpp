@@ -33,8 +33,9 @@ std::string FuzzyMatchResult::description() const
         ranges += "NSRange(location: " + std::to_string(range.location) +
                   ", length: " + std::to_string(range.length) + ")";
     }
-    return "FuzzyMatchResult(\n    text: \"" + text_ + "\",\n    score: " +
-           shortestDecimal(score_) + ",\n    highlightRanges: [" + ranges + "]\n)";
+    return "FuzzyMatchResult(\n    text: \"" + text_ +
+           "\",\n    score: " + shortestDecimal(score_) + ",\n    highlightRanges: [" + ranges +
+           "]\n)";
 }
 
 bool operator==(const FuzzyMatchResult &a, const FuzzyMatchResult &b)

@@ -18,8 +18,12 @@ std::size_t sequenceLength(std::string_view bytes)
 {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     const unsigned char first = byte(0);
-    const std::size_t length = first < 0x80 ? 1 : first < 0xc2 ? 0 : first < 0xe0 ? 2
-                               : first < 0xf0 ? 3 : first < 0xf5 ? 4 : 0;
+    const std::size_t length = first < 0x80   ? 1
+                               : first < 0xc2 ? 0
+                               : first < 0xe0 ? 2
+                               : first < 0xf0 ? 3
+                               : first < 0xf5 ? 4
+                                              : 0;
     if (length == 0 || length > bytes.size())
         return 0;
     for (std::size_t i = 1; i < length; ++i) {
@@ -27,10 +31,9 @@ std::size_t sequenceLength(std::string_view bytes)
             return 0;
     }
     // Overlong forms, surrogates and what lies beyond the last code point.
-    const bool isBad = length > 1 && ((first == 0xe0 && byte(1) < 0xa0) ||
-                                      (first == 0xed && byte(1) > 0x9f) ||
-                                      (first == 0xf0 && byte(1) < 0x90) ||
-                                      (first == 0xf4 && byte(1) > 0x8f));
+    const bool isBad =
+        length > 1 && ((first == 0xe0 && byte(1) < 0xa0) || (first == 0xed && byte(1) > 0x9f) ||
+                       (first == 0xf0 && byte(1) < 0x90) || (first == 0xf4 && byte(1) > 0x8f));
     return isBad ? 0 : length;
 }
 
@@ -102,8 +105,8 @@ std::vector<TextRange> highlightRanges(std::string_view query, std::string_view 
     }
     std::vector<TextRange> ranges;
     for (const Run &run : kept)
-        ranges.push_back({static_cast<std::int64_t>(run.location),
-                          static_cast<std::int64_t>(run.length)});
+        ranges.push_back(
+            {static_cast<std::int64_t>(run.location), static_cast<std::int64_t>(run.length)});
     return ranges;
 }
 

@@ -113,8 +113,8 @@ PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
     fresh.parent = parent;
     fresh.nextSibling = above.firstChild;
     fresh.nameLength = saturated(name.size());
-    fresh.textLength = saturated(parent == ROOT ? name.size()
-                                                : std::size_t{above.textLength} + 1 + name.size());
+    fresh.textLength =
+        saturated(parent == ROOT ? name.size() : std::size_t{above.textLength} + 1 + name.size());
     if (fresh.nameLength == LONG) {
         std::string withLength(sizeof(std::uint32_t), '\0');
         const auto length = static_cast<std::uint32_t>(name.size());

@@ -17,7 +17,11 @@ constexpr std::size_t FEWEST_CANDIDATES_FOR_HELPERS = 20'000;
 
 TreeSearch::TreeSearch(std::string_view query, const PathIndex &index,
                        const RecentAccessSnapshot *uses, std::size_t top)
-    : query_(query), index_(index), uses_(uses), top_(top), needed_(query.size() + 1),
+    : query_(query),
+      index_(index),
+      uses_(uses),
+      top_(top),
+      needed_(query.size() + 1),
       threshold_(scoring::SCORE_MIN)
 {
     for (std::size_t i = query.size(); i-- > 0;)
@@ -82,8 +86,8 @@ void TreeSearch::runWorker()
     while (const std::optional<Work> work = take()) {
         {
             const ReadingIndex reading(index_.lock);
-            isWorthKeeping = isWorthKeeping && index_.tree.generation() == generation_ &&
-                             worker.walk(*work);
+            isWorthKeeping =
+                isWorthKeeping && index_.tree.generation() == generation_ && worker.walk(*work);
         }
         finishWork();
     }

@@ -30,7 +30,9 @@ constexpr unsigned VISITS_PER_SLICE = 512;
 } // namespace
 
 TreeSearchWorker::TreeSearchWorker(TreeSearch &search)
-    : search_(search), tree_(search.index_.tree), query_(search.query_),
+    : search_(search),
+      tree_(search.index_.tree),
+      query_(search.query_),
       hits_(search.index_.tree, search.top_)
 {}
 
@@ -129,8 +131,7 @@ bool TreeSearchWorker::isHopeless(const Node &node)
 void TreeSearchWorker::visit(NodeId id, const Node &node)
 {
     const std::size_t consumed = consume(levels_[depth_].consumed, tree_.name(node));
-    const bool isMatch =
-        (node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size();
+    const bool isMatch = (node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size();
     const bool isLeaf = node.firstChild == PathTree::NONE;
     if (!isLeaf)
         push(id, node, consumed);
