@@ -35,15 +35,13 @@ QJsonValue lookUp(const QJsonObject &contents, std::string_view key)
 /// "LINE:COLUMN: REASON", both counted from one and columns in characters.
 std::string describe(const QByteArray &bytes, const QJsonParseError &error)
 {
-    const auto offset =
-        static_cast<std::size_t>(std::clamp<qsizetype>(error.offset, 0, bytes.size()));
-    const std::string_view before(bytes.constData(), offset);
-    const auto lineStart = before.rfind('\n') + 1; // npos + 1 is 0
-    const auto line = std::ranges::count(before, '\n') + 1;
-    const auto column =
-        std::ranges::count_if(before.substr(lineStart), [](char c) { return (c & 0xC0) != 0x80; }) +
-        1;
-    return std::to_string(line) + ":" + std::to_string(column) + ": " +
+    // The parser stands behind the character that it stumbled over.
+    const qsizetype offset = std::clamp<qsizetype>(error.offset - 1, 0, bytes.size());
+    const std::string_view before(bytes.constData(), static_cast<std::size_t>(offset));
+    const std::string_view line = before.substr(before.rfind('\n') + 1); // npos + 1 is 0
+    const auto startsCharacter = [](char c) { return (c & 0xC0) != 0x80; };
+    return std::to_string(std::ranges::count(before, '\n') + 1) + ":" +
+           std::to_string(std::ranges::count_if(line, startsCharacter) + 1) + ": " +
            error.errorString().toStdString();
 }
 

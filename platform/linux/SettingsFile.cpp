@@ -120,7 +120,8 @@ bool save(const fs::path &target, const QByteArray &bytes, std::string &reason)
                        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
                        file.write(bytes) == bytes.size() && file.flush() && file.commit();
     if (!saved)
-        reason = file.errorString().toStdString();
+        reason = file.error() == QFileDevice::NoError ? "the disk took not all of it"
+                                                      : file.errorString().toStdString();
     return saved;
 }
 

@@ -1,0 +1,307 @@
+#include "tests/platform/StoreSupport.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <ostream>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace quillon {
+namespace {
+
+namespace fs = std::filesystem;
+using Strings = std::vector<std::string>;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class JsonDefaultsStoreDisk : public StoreTest
+{
+protected:
+    static std::string document(std::string_view word)
+    {
+        return R"({"word": ")" + std::string(word) + "\"}";
+    }
+    /// Replaces the file by another one of the given text with the same time stamp.
+    void replaceByHand(const std::string &text) const
+    {
+        struct stat old = {};
+        ASSERT_EQ(::stat(path.c_str(), &old), 0);
+        const std::string other = folder.writeFile("other", text);
+        const timespec times[] = {old.st_atim, old.st_mtim};
+        ASSERT_EQ(::utimensat(AT_FDCWD, other.c_str(), times, 0), 0);
+        fs::rename(other, path);
+    }
+    /// The files that were kept, oldest name first.
+    Strings keptTexts() const
+    {
+        Strings texts;
+        for (const std::string &name : filesBeside())
+            if (name.starts_with("quillon.json.bad-"))
+                texts.push_back(folder.readFile("config/quillon/" + name));
+        return texts;
+    }
+};
+
+TEST_F(JsonDefaultsStoreDisk, showsAHandEditOnTheNextRead)
+{
+    writeByHand(document("one"));
+    const JsonDefaultsStore store(path);
+    EXPECT_EQ(store.string("word"), "one");
+    // Same size, most likely within the same tick of the clock.
+    for (const std::string word : {"two", "ten", "six", "one", "two"}) {
+        writeByHand(document(word));
+        EXPECT_EQ(store.string("word"), word);
+    }
+    // Size and time of the last change as before, once the file is old enough to be relied on.
+    ASSERT_TRUE(becomesTrue([&] { return SettingsFile(path).read().settled; }));
+    EXPECT_EQ(store.string("word"), "two");
+    replaceByHand(document("ten"));
+    std::thread([&] { EXPECT_EQ(store.string("word"), "ten"); }).join();
+    fs::remove(path);
+    EXPECT_EQ(store.string("word"), std::nullopt);
+    writeByHand(document("new"));
+    EXPECT_EQ(store.string("word"), "new");
+}
+
+TEST_F(JsonDefaultsStoreDisk, losesNothingBetweenTwoProcesses)
+{
+    constexpr int WRITES = 100;
+    const auto writer = [&](const std::string &name) {
+        return fork([&, name] {
+            JsonDefaultsStore store(path);
+            bool written = true;
+            for (std::int64_t i = 0; i < WRITES; ++i)
+                written = store.set(name + std::to_string(i), {i}) && written;
+            return written;
+        });
+    };
+    const pid_t children[] = {writer("a"), writer("b")};
+    for (const pid_t child : children)
+        EXPECT_TRUE(succeeded(child));
+    const JsonDefaultsStore store(path);
+    for (std::int64_t i = 0; i < WRITES; ++i)
+        for (const std::string name : {"a", "b"})
+            EXPECT_EQ(store.value(name + std::to_string(i)), DefaultsValue{i}) << name << i;
+}
+
+TEST_F(JsonDefaultsStoreDisk, survivesAKilledWriter)
+{
+    const auto entries = [](std::int64_t number) {
+        DefaultsDictionary dictionary;
+        for (int i = 0; i < 300; ++i)
+            dictionary.emplace("/some/folder/" + std::to_string(i), DefaultsValue{number});
+        return DefaultsValue{std::move(dictionary)};
+    };
+    JsonDefaultsStore store(path);
+    ASSERT_TRUE(store.set("counts", entries(0)));
+    testing::internal::CaptureStderr();
+    for (std::int64_t round = 1; round <= 15; ++round) {
+        const pid_t child = fork([&]() -> bool {
+            JsonDefaultsStore own(path);
+            for (std::int64_t i = 0;; ++i)
+                own.set("counts", entries(round * 1'000'000 + i));
+        });
+        const bool started = becomesTrue([&] {
+            return store.dictionary("counts").value().at("/some/folder/0").asInteger() >=
+                   round * 1'000'000 + round;
+        });
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        ASSERT_TRUE(started);
+        const DefaultsDictionary counts = store.dictionary("counts").value();
+        ASSERT_EQ(counts.size(), 300U);
+        for (const auto &[name, count] : counts)
+            ASSERT_EQ(count, counts.begin()->second);
+        ASSERT_TRUE(store.set("round", {round}));
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(keptTexts(), Strings());
+}
+
+TEST_F(JsonDefaultsStoreDisk, keepsTheOldDataOnAFullDisk)
+{
+    JsonDefaultsStore store(path);
+    ASSERT_TRUE(store.set("key", {"small"}));
+    const auto writeTooMuch = [&] {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {.rlim_cur = 4096, .rlim_max = 4096};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        return !store.set("key", {std::string(20'000, 'x')}) && store.string("key") != "x";
+    };
+    EXPECT_TRUE(succeeded(fork(writeTooMuch)));
+    EXPECT_EQ(store.string("key"), "small");
+    EXPECT_EQ(filesBeside(), Strings());
+
+    // A file that was to be kept aside stays where it is.
+    writeByHand("{bad");
+    EXPECT_TRUE(succeeded(fork(writeTooMuch)));
+    EXPECT_EQ(text(), "{bad");
+    EXPECT_EQ(filesBeside(), Strings());
+}
+
+struct FaultRow
+{
+    std::string name;
+    std::string text;
+    std::string diagnostic;
+
+    friend std::ostream &operator<<(std::ostream &out, const FaultRow &row)
+    {
+        return out << row.name;
+    }
+};
+
+class JsonDefaultsStoreFaults : public JsonDefaultsStoreDisk,
+                                public testing::WithParamInterface<FaultRow>
+{};
+
+TEST_P(JsonDefaultsStoreFaults, keepTheFileAndTheSettingsReadLast)
+{
+    JsonDefaultsStore store(path);
+    ASSERT_TRUE(store.set("old", {"value"}));
+    testing::internal::CaptureStderr();
+    writeByHand(GetParam().text);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(store.string("old"), "value");
+    EXPECT_TRUE(store.remove("absent"));
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
+    EXPECT_THAT(said, StartsWith("quillon: " + path + GetParam().diagnostic));
+    EXPECT_EQ(text(), GetParam().text);
+    EXPECT_EQ(filesBeside(), Strings());
+
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(store.set("old", {"value"})); // No change, but it is not on the disk.
+    EXPECT_THAT(keptTexts(), ElementsAre(GetParam().text));
+    writeByHand("[again]");
+    EXPECT_TRUE(store.set("new", {true}));
+    EXPECT_THAT(keptTexts(), ElementsAre(GetParam().text, "[again]"));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(filesBeside().back()));
+    const JsonDefaultsStore restarted(path);
+    EXPECT_EQ(restarted.string("old"), "value");
+    EXPECT_EQ(restarted.boolean("new"), true);
+}
+
+const FaultRow FAULT_ROWS[] = {
+    {"trailingComma", "{\n  \"\xC3\xA4\": \"\xC3\xA4\",\n}\n", ":3:1: "},
+    {"strayWord", "{\n  \"\xC3\xA4\": \"\xC3\xA4\" and\n}\n", ":2:12: "},
+    {"cutShort", "{\"a\": [1", ":1:"},
+    {"noObject", "[1, 2]", ":1:1: "},
+    {"noUtf8", "{\"a\": \"\xFF\"}", ":1:"},
+};
+INSTANTIATE_TEST_SUITE_P(Rows, JsonDefaultsStoreFaults, testing::ValuesIn(FAULT_ROWS),
+                         [](const auto &row) { return row.param.name; });
+
+TEST_F(JsonDefaultsStoreDisk, keepsAFileThatMayNotBeRead)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root may read everything";
+    writeByHand(document("secret"));
+    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+    JsonDefaultsStore store(path);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(store.string("word"), std::nullopt);
+    EXPECT_TRUE(store.set("key", {true}));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Permission denied"));
+    ASSERT_EQ(filesBeside().size(), 1U);
+    ASSERT_EQ(::chmod(folder.path("config/quillon/" + filesBeside()[0]).c_str(), 0600), 0);
+    EXPECT_THAT(keptTexts(), ElementsAre(document("secret")));
+
+    ASSERT_EQ(::chmod(folder.path("config/quillon").c_str(), 0500), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(store.set("key", {false}));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Permission denied"));
+    EXPECT_EQ(store.boolean("key"), true);
+}
+
+TEST_F(JsonDefaultsStoreDisk, reportsAFolderThatCannotBeMade)
+{
+    folder.writeFile("config", "a file");
+    JsonDefaultsStore store(path);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(store.set("key", {true}));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Not a directory"));
+    EXPECT_FALSE(store.contains("key"));
+}
+
+TEST_F(JsonDefaultsStoreDisk, writesThroughASymbolicLink)
+{
+    const std::string target = folder.writeFile("dotfiles/settings", document("one"));
+    fs::create_directories(fs::path(path).parent_path());
+    fs::create_symlink("../../dotfiles/settings", path);
+    JsonDefaultsStore store(path);
+    EXPECT_EQ(store.string("word"), "one");
+    EXPECT_TRUE(store.set("word", {"two"}));
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_THAT(folder.readFile("dotfiles/settings"), HasSubstr("two"));
+
+    folder.writeFile("dotfiles/settings", "{bad");
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(store.set("word", {"six"}));
+    testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_EQ(JsonDefaultsStore(path).string("word"), "six");
+    fs::remove(target);
+    EXPECT_FALSE(store.contains("word"));
+    EXPECT_TRUE(store.set("word", {"ten"}));
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_TRUE(store.synchronize());
+}
+
+TEST_F(JsonDefaultsStoreDisk, clearsAwayWhatKilledWritersLeft)
+{
+    const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(2);
+    for (const std::string name : {"aBcDeF", "backup", "Backup", "BACKUP", "1BcDeF", "abcdefG"}) {
+        const std::string file = folder.writeFile("config/quillon/quillon.json." + name);
+        fs::last_write_time(file, old);
+    }
+    folder.writeFile("config/quillon/quillon.json.FeDcBa");
+    const JsonDefaultsStore store(path);
+    EXPECT_THAT(filesBeside(),
+                ElementsAre("quillon.json.1BcDeF", "quillon.json.BACKUP", "quillon.json.Backup",
+                            "quillon.json.FeDcBa", "quillon.json.abcdefG", "quillon.json.backup"));
+}
+
+TEST_F(JsonDefaultsStoreDisk, isReadByThreadsWhileOneWrites)
+{
+    const auto pair = [](std::int64_t number) {
+        return DefaultsValue{DefaultsDictionary{{"a", {number}}, {"b", {number}}}};
+    };
+    JsonDefaultsStore store(path);
+    ASSERT_TRUE(store.set("pair", pair(0)));
+    std::atomic<bool> done = false;
+    std::atomic<int> faults = 0;
+    std::atomic<int> begun = 0;
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 4; ++i)
+        readers.emplace_back([&] {
+            std::int64_t last = 0;
+            for (bool first = true; !done; first = false) {
+                const DefaultsDictionary read = store.dictionary("pair").value_or(
+                    DefaultsDictionary{{"a", {std::int64_t{-1}}}, {"b", {std::int64_t{-2}}}});
+                const auto number = read.at("a").asInteger();
+                if (number != read.at("b").asInteger() || number < last)
+                    ++faults;
+                last = number.value_or(last);
+                begun += first ? 1 : 0;
+            }
+        });
+    EXPECT_TRUE(becomesTrue([&] { return begun == 4; }));
+    for (std::int64_t i = 1; i <= 300; ++i)
+        EXPECT_TRUE(store.set("pair", pair(i)));
+    done = true;
+    for (std::thread &reader : readers)
+        reader.join();
+    EXPECT_EQ(faults, 0);
+    EXPECT_EQ(store.value("pair"), pair(300));
+}
+
+} // namespace
+} // namespace quillon
