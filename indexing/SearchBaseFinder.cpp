@@ -45,8 +45,9 @@ std::vector<Location> locationsOf(const Texts &texts)
 
 } // namespace
 
-SearchBaseFinder::SearchBaseFinder(DefaultsStore &store, const FolderIdentity &folders)
-    : bookmarks(store, folders, std::string(PreferenceKeys::BOOKMARKS)),
+SearchBaseFinder::SearchBaseFinder(DefaultsStore &store, const FolderIdentity &folders,
+                                   std::FILE *diagnostics)
+    : bookmarks(store, folders, std::string(PreferenceKeys::BOOKMARKS), diagnostics),
       excludePatternsPreferences(
           store, std::string(PreferenceKeys::EXCLUDE_FOLDER_PATTERNS), true,
           {"node_modules", "_extras", "wp-content", "wp-admin", "wp-includes", ".pgadmin"}),

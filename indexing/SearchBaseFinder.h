@@ -4,6 +4,7 @@
 #include "prefs/Bookmarks.h"
 #include "prefs/Preferences.h"
 
+#include <cstdio>
 #include <memory>
 #include <vector>
 
@@ -31,7 +32,10 @@ public:
 class SearchBaseFinder
 {
 public:
-    SearchBaseFinder(DefaultsStore &store, const FolderIdentity &folders);
+    /// The bookmarks' diagnostic lines go to the stream; it, the store and the service outlive this
+    /// object.
+    SearchBaseFinder(DefaultsStore &store, const FolderIdentity &folders,
+                     std::FILE *diagnostics = stdout);
 
     /// Every include folder that resolves, listed once, ascending by path.
     std::vector<IncludePathSearchBaseLocation> includeLocations();

@@ -1,0 +1,103 @@
+#include "ctl/CommandLine.h"
+
+#include "ctl/FindCommand.h"
+#include "ctl/MatchCommand.h"
+#include "ctl/Output.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <functional>
+
+namespace quillon {
+
+namespace {
+
+/// A whole number of at least least. The library's own reading takes hexadecimal digits and lets
+/// numbers wrap round.
+void addNumber(CLI::App &command, const std::string &option, std::size_t &value, std::size_t least,
+               const std::string &help)
+{
+    const auto read = [&value, least, option](const std::string &text) {
+        const char *end = text.data() + text.size();
+        const auto [rest, error] = std::from_chars(text.data(), end, value);
+        if (error != std::errc() || rest != end || value < least)
+            throw CLI::ValidationError(option, "not a whole number of " + std::to_string(least) +
+                                                   " or more: " + text);
+    };
+    command.add_option_function<std::string>(option, read, help)->type_name("N");
+}
+
+void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &chosen)
+{
+    CLI::App *command = app.add_subcommand("match", "Rank the paths on standard input");
+    command->add_option("QUERY", match.query, "What to look for")->required();
+    addNumber(*command, "--top", match.top, 0, "Print at most N paths (25)");
+    command->add_option("--counts", match.countsFile, "JSON object, path to use count")
+        ->type_name("FILE");
+    addNumber(*command, "--repeat", match.repeat, 1, "Run the query N times (1)");
+    command->add_flag("-0", match.nulSeparated, "Paths and answers end with NUL, not a line feed");
+    command->add_flag("--stats", match.stats, "Print size and times to standard error");
+    command->final_callback([&] { chosen = [&](Output &output) { return match.run(output); }; });
+}
+
+void addFind(CLI::App &app, FindCommand &find, std::function<int(Output &)> &chosen)
+{
+    CLI::App *command = app.add_subcommand("find", "Crawl folders and search them");
+    command->add_option("QUERY", find.query, "What to look for")->required();
+    // One folder for each option: a list would be taken apart at commas.
+    command
+        ->add_option(
+            "--in", find.folders,
+            "Crawl this folder; may be repeated (the configured ones, else the home folder)")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    addNumber(*command, "--top", find.top, 0, "Print at most N paths (25)");
+    command->add_flag("-0", find.nulSeparated, "End each path with NUL, not a line feed");
+    command->add_flag("--json", find.json, "Print one array of objects");
+    command->final_callback([&] { chosen = [&](Output &output) { return find.run(output); }; });
+}
+
+} // namespace
+
+std::string absolutePath(const std::string &name)
+{
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path typed(name);
+    // Only the disk knows where ".." leads once links are about.
+    const bool leadsUp = std::ranges::find(typed, fs::path("..")) != typed.end();
+    fs::path path = leadsUp ? fs::canonical(typed, error) : fs::absolute(typed, error);
+    if (error)
+        return name;
+    std::string text = path.lexically_normal().string();
+    while (text.size() > 1 && text.ends_with('/'))
+        text.pop_back();
+    return text;
+}
+
+int runCommandLine(int argc, const char *const *argv, Output &output)
+{
+    CLI::App app("Searches folders by name, without a window.", "quillonctl");
+    app.require_subcommand(1);
+    std::function<int(Output &)> chosen;
+    MatchCommand match;
+    FindCommand find;
+    addMatch(app, match, chosen);
+    addFind(app, find, chosen);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success &request) {
+        return app.exit(request);
+    } catch (const CLI::ParseError &error) {
+        std::string line = error.what();
+        std::ranges::replace(line, '\n', ' ');
+        complain(line);
+        return USAGE_ERROR;
+    }
+    return chosen(output);
+}
+
+} // namespace quillon

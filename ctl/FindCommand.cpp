@@ -1,0 +1,100 @@
+#include "ctl/FindCommand.h"
+
+#include "core/SearchBase.h"
+#include "ctl/CommandLine.h"
+#include "ctl/Output.h"
+#include "ctl/ReadOnlySettings.h"
+#include "indexing/SearchBaseFinder.h"
+#include "matching/RecentAccessScore.h"
+#include "platform/JsonValues.h"
+#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/StatxFolderIdentity.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace quillon {
+
+namespace {
+
+QJsonObject toJson(const FuzzyMatchResult &result)
+{
+    QJsonArray ranges;
+    for (const TextRange &range : result.highlightRanges())
+        ranges.append(QJsonArray{qint64{range.location}, qint64{range.length}});
+    // JSON knows no infinity.
+    const QJsonValue score =
+        std::isfinite(result.score())
+            ? QJsonValue(result.score())
+            : QJsonValue(QString::fromStdString(shortestDecimal(result.score())));
+    return {{QStringLiteral("path"), bytesToText(result.text())},
+            {QStringLiteral("score"), score},
+            {QStringLiteral("ranges"), ranges}};
+}
+
+void print(const std::vector<FuzzyMatchResult> &results, const FindCommand &how, Output &output)
+{
+    QJsonArray rows;
+    for (const FuzzyMatchResult &result : results) {
+        if (how.json)
+            rows.append(toJson(result));
+        else
+            output.write(result.text() + (how.nulSeparated ? '\0' : '\n'));
+    }
+    if (how.json)
+        output.write(QJsonDocument(rows).toJson(QJsonDocument::Compact).toStdString() +
+                     (how.nulSeparated ? '\0' : '\n'));
+}
+
+/// The folders to crawl instead of those in the settings; sets failed where one cannot be read.
+std::vector<std::string> readableFolders(const std::vector<std::string> &typed, bool &failed)
+{
+    const StatxFolderIdentity identity;
+    std::vector<std::string> folders;
+    for (const std::string &name : typed) {
+        std::string path = absolutePath(name);
+        if (identity.isFolder(path) && identity.isReadable(path)) {
+            folders.push_back(std::move(path));
+        } else {
+            complain(name + ": is no folder that can be read");
+            failed = true;
+        }
+    }
+    return folders;
+}
+
+} // namespace
+
+int FindCommand::run(Output &output) const
+{
+    JsonDefaultsStore user(standardDefaultsPath());
+    ReadOnlySettings settings(user);
+    StatxFolderIdentity identity;
+    SearchBaseFinder finder(settings, identity, stderr);
+
+    bool failed = false;
+    if (!folders.empty())
+        settings.includeOnly(readableFolders(folders, failed));
+    else if (const char *home = std::getenv("HOME"); finder.bookmarks.load().empty() && home)
+        settings.includeOnly(readableFolders({home}, failed));
+
+    DefaultsRecentAccessScoreDataStore counts(settings);
+    RecentAccessScore score(counts);
+    FuzzyMatch matcher(&score);
+    PosixFolderLister lister;
+    SearchBase searchBase(finder, matcher, lister);
+    searchBase.build([](const std::string &line) {
+        if (line.starts_with("Enumerator error "))
+            complain(line);
+    });
+    print(matcher.match(query, top), *this, output);
+    return output.finish() && !failed ? SUCCESS : FAILURE;
+}
+
+} // namespace quillon

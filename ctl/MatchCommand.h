@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace quillon {
+
+class Output;
+
+/// Ranks the paths that stand on standard input.
+struct MatchCommand
+{
+    std::string query;
+    std::size_t top = 25;
+    /// A JSON file, path to use count; empty for none.
+    std::string countsFile;
+    std::size_t repeat = 1;
+    bool nulSeparated = false;
+    bool stats = false;
+
+    /// Returns the exit status.
+    int run(Output &output) const;
+};
+
+} // namespace quillon

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/DefaultsStore.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+/// The user's settings, which this program reads and never writes, with other include folders in
+/// place of the user's where some are given.
+class ReadOnlySettings final : public DefaultsStore
+{
+public:
+    /// The user's settings outlive this.
+    explicit ReadOnlySettings(const DefaultsStore &user) : user_(user) {}
+
+    /// From now on exactly these folders, absolute paths, are the ones to include.
+    void includeOnly(const std::vector<std::string> &folders);
+
+    std::optional<DefaultsValue> value(std::string_view key) const override;
+    bool set(std::string_view, const DefaultsValue &) override { return false; }
+    bool remove(std::string_view) override { return false; }
+    bool removeAll() override { return false; }
+    bool synchronize() override { return true; }
+
+private:
+    const DefaultsStore &user_;
+    std::optional<DefaultsDictionary> bookmarks_;
+};
+
+} // namespace quillon

@@ -1,0 +1,19 @@
+// The program's engine on the command line.
+//
+//   CommandLine    reads the arguments and chooses the command
+//   MatchCommand   ranks paths from standard input        (RecordReader reads them)
+//   FindCommand    crawls folders and searches them       (ReadOnlySettings says which)
+//   Output         standard output, which scripts read; everything else goes to standard error
+
+#include "ctl/CommandLine.h"
+#include "ctl/Output.h"
+
+#include <csignal>
+
+int main(int argc, char **argv)
+{
+    // A reader that has seen enough shows as an error of writing, not as our end.
+    std::signal(SIGPIPE, SIG_IGN);
+    quillon::Output output;
+    return quillon::runCommandLine(argc, argv, output);
+}
