@@ -64,10 +64,11 @@ void print(const std::vector<FuzzyMatchResult> &results, char end, Output &outpu
         std::string line = shortestDecimal(result.score()) + "\t" + result.text() + "\t";
         const char *separator = "";
         for (const TextRange &range : result.highlightRanges()) {
-            line += separator + std::to_string(range.location) + ":" + std::to_string(range.length);
+            line.append(separator).append(std::to_string(range.location));
+            line.append(":").append(std::to_string(range.length));
             separator = ",";
         }
-        output.write(line + end);
+        output.write(line += end);
     }
 }
 
@@ -81,7 +82,7 @@ void printStats(const FuzzyMatch &matcher, const std::vector<double> &millisecon
                        ", \"milliseconds\": [";
     const char *separator = "";
     for (const double time : milliseconds) {
-        line += separator + shortestDecimal(time);
+        line.append(separator).append(shortestDecimal(time));
         separator = ", ";
     }
     line += "]}\n";

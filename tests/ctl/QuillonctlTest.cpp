@@ -1,0 +1,211 @@
+// Runs the real program through the shell, in a folder and with settings of its own.
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+
+namespace quillon {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+using Bytes = std::string;
+
+/// A string literal with the NUL bytes in it.
+template <std::size_t SIZE>
+Bytes bytes(const char (&text)[SIZE])
+{
+    return {text, SIZE - 1};
+}
+
+struct Ending
+{
+    int status = -1;
+    Bytes out;
+    std::string err;
+};
+
+class Session
+{
+public:
+    Session()
+    {
+        disk_.makeFolder("work");
+        disk_.makeFolder("home");
+        disk_.makeFolder("config");
+        disk_.makeFolder("runtime");
+    }
+    /// The shell line sees the program as "ctl"; "pipefail" holds.
+    Ending run(const std::string &line) const
+    {
+        disk_.writeFile("line", "set -o pipefail; ctl() { " QUILLONCTL " \"$@\"; }\n" + line);
+        const std::string command =
+            "cd " + disk_.path("work") + " && env HOME=" + disk_.path("home") +
+            " XDG_CONFIG_HOME=" + disk_.path("config") +
+            " XDG_RUNTIME_DIR=" + disk_.path("runtime") + " timeout 60 bash " + disk_.path("line") +
+            " >" + disk_.path("out") + " 2>" + disk_.path("err");
+        const int status = std::system(command.c_str());
+        return {WEXITSTATUS(status), disk_.readFile("out"), disk_.readFile("err")};
+    }
+    const TemporaryFolder &disk() const { return disk_; }
+
+private:
+    TemporaryFolder disk_;
+};
+
+struct Row
+{
+    const char *name;
+    std::string line;
+    Bytes out;
+    int status = 0;
+    /// Part of standard error; empty: nothing is said there.
+    std::string err = {};
+
+    friend std::ostream &operator<<(std::ostream &stream, const Row &row)
+    {
+        return stream << row.line;
+    }
+};
+
+std::string nameOf(const testing::TestParamInfo<Row> &row)
+{
+    return row.param.name;
+}
+
+class MatchRows : public testing::TestWithParam<Row>
+{};
+
+TEST_P(MatchRows, endAsExpected)
+{
+    const Ending ending = Session().run(GetParam().line);
+    EXPECT_EQ(ending.status, GetParam().status) << ending.err;
+    EXPECT_EQ(ending.out, GetParam().out);
+    const bool quiet = GetParam().err.empty();
+    EXPECT_THAT(ending.err, quiet ? testing::Matcher<std::string>("") : HasSubstr(GetParam().err));
+    if (ending.status == 2) {
+        EXPECT_THAT(ending.err, MatchesRegex("quillonctl: [^\n]+\n")) << "one line";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, MatchRows,
+    testing::Values(
+        Row{"ranksAndMarks", "printf '/u/d/o/c/s\\n/u/docs\\n/v\\n' | ctl match docs | cut -f 2,3",
+            "/u/docs\t3:4\n/u/d/o/c/s\t\n"},
+        Row{"lastLineNeedsNoEnd", "printf /u/docs | ctl match docs | cut -f 2", "/u/docs\n"},
+        Row{"emptyLinesAreNoCandidates", "printf '\\n\\nab\\n\\n' | ctl match '' | wc -l", "1\n"},
+        Row{"noInput", "ctl match x </dev/null", ""},
+        Row{"nulSeparated",
+            "printf 'a\\nb\\0\\0abc\\0' | ctl match -0 ab | tr '\\0\\n' '\\n_' | cut -f 2",
+            "abc\na_b\n"},
+        Row{"oddBytes", "printf '/\\377\\r\\t\\342\\202x\\n' | ctl match x | cut -f 2-",
+            bytes("/\377\r\t\342\202x\t\n")},
+        Row{"nulInALine", "printf '/a\\0b\\n' | ctl match b | cut -f 2", bytes("/a\0b\n")},
+        Row{"top", "printf 'ab\\nabc\\nabcd\\n' | ctl match --top 2 ab | cut -f 2", "ab\nabc\n"},
+        Row{"topZero", "echo ab | ctl match --top 0 ab", ""},
+        Row{"negativeInfinity", "head -c 1100 /dev/zero | tr '\\0' a | ctl match a | cut -f 1",
+            "-inf\n"},
+        Row{"queryLikeAnOption", "echo /-0 | ctl match -- -0 | cut -f 2", "/-0\n"},
+        Row{"queryLikeACommand", "echo /find | ctl match find | cut -f 2", "/find\n"},
+        Row{"queryLikeAList", "echo '/[a,b]' | ctl match '[a,b]' | cut -f 2", "/[a,b]\n"},
+        Row{"counts",
+            "echo '{\"/b\\udcff\": 3, \"/c\": \"no\", \"/d\": -1}' >c.json;"
+            "printf '/a\\n/b\\377\\n' | ctl match --counts c.json / | cut -f 2",
+            "/b\377\n/a\n"},
+        Row{"readerThatLeaves",
+            "seq 20000 | sed 's/^/dir/' | ctl match --top 20000 d | head -n 1 | wc -l", "1\n"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, MatchRows,
+    testing::Values(
+        Row{"noCommand", "ctl", "", 2, "subcommand"},
+        Row{"unknownCommand", "ctl grep", "", 2, "subcommand"},
+        Row{"noQuery", "ctl match </dev/null", "", 2, "QUERY"},
+        Row{"twoQueries", "ctl match a b </dev/null", "", 2, "b"},
+        Row{"unknownOption", "ctl match --bogus a </dev/null", "", 2, "--bogus"},
+        Row{"topIsNegative", "ctl match --top -1 a </dev/null", "", 2, "--top"},
+        Row{"topIsHuge", "ctl match --top 99999999999999999999 a </dev/null", "", 2, "--top"},
+        Row{"topIsNoNumber", "ctl match --top 0x5 a </dev/null", "", 2, "--top"},
+        Row{"repeatIsZero", "ctl match --repeat 0 a </dev/null", "", 2, "--repeat"},
+        Row{"lineFeedInTheWrongPlace", "ctl match a $'b\\nc' </dev/null", "", 2, "b c"},
+        Row{"countsAreMissing", "ctl match --counts no.json a </dev/null", "", 2, "no.json"},
+        Row{"countsAreNoObject", "echo '[1]' >c.json; ctl match --counts c.json a </dev/null", "",
+            2, "c.json"},
+        Row{"inputIsAFolder", "ctl match a <.", "", 1, "standard input"},
+        Row{"diskIsFull", "echo a | ctl match a >/dev/full", "", 1, "standard output"},
+        Row{"folderIsMissing", "ctl find --in nowhere a", "", 1, "nowhere"}),
+    nameOf);
+
+TEST(Match, tellsItsStatisticsInOneLastLine)
+{
+    const Ending ending = Session().run("printf 'a\\nb\\n\\n' | ctl match --stats --repeat 3 a");
+    EXPECT_EQ(ending.status, 0);
+    EXPECT_THAT(ending.err, MatchesRegex("\\{\"candidates\": 2, \"bytesPerCandidate\": [0-9.]+, "
+                                         "\"milliseconds\": \\[[0-9.e-]+, [0-9.e-]+, "
+                                         "[0-9.e-]+\\]\\}\n"));
+}
+
+class FindTest : public testing::Test
+{
+protected:
+    FindTest()
+    {
+        session_.disk().makeFolder("work/[a,b]/alpha");
+        session_.disk().makeFolder("work/odd \xff\n/alpha");
+        session_.disk().makeFolder("work/node_modules/alpha");
+        session_.disk().makeFolder("home/alpha");
+    }
+    Session session_;
+    std::string work_ = session_.disk().path("work");
+    std::string home_ = session_.disk().path("home");
+};
+
+TEST_F(FindTest, crawlsExactlyTheFoldersGiven)
+{
+    const Ending ending = session_.run("ctl find --in '[a,b]/../[a,b]/' --in ./*$'\\n' -0 alpha");
+    EXPECT_EQ(ending.status, 0) << ending.err;
+    EXPECT_EQ(ending.out, work_ + "/[a,b]/alpha" + '\0' + work_ + "/odd \xff\n/alpha" + '\0');
+}
+
+TEST_F(FindTest, writesNamesAsJsonThatGivesBackTheBytes)
+{
+    const Ending ending = session_.run("ctl find --in . --json --top 1 odd");
+    EXPECT_THAT(ending.out, MatchesRegex("\\[\\{\"path\":\".*/work/odd \\\\udcff\\\\n\",\"ranges\":"
+                                         "\\[\\[[0-9]+,3\\]\\],\"score\":[0-9.]+\\}\\]\n"));
+}
+
+TEST_F(FindTest, takesTheConfiguredFoldersElseTheHomeFolder)
+{
+    EXPECT_EQ(session_.run("ctl find alpha").out, home_ + "/alpha\n");
+
+    const std::string inside = work_ + "/[a,b]";
+    session_.disk().writeFile("config/quillon/quillon.json",
+                              R"({"qln-bookmarks": {")" + inside + R"(": ")" + inside +
+                                  R"("}, "recent-access-score-data": {}})");
+    const std::string before = session_.disk().readFile("config/quillon/quillon.json");
+    EXPECT_EQ(session_.run("ctl find alpha").out, inside + "/alpha\n");
+    EXPECT_EQ(session_.disk().readFile("config/quillon/quillon.json"), before);
+}
+
+TEST_F(FindTest, goesOnWhereOneFolderIsMissing)
+{
+    const Ending ending = session_.run("ctl find --in nowhere --in '[a,b]' alpha");
+    EXPECT_EQ(ending.status, 1);
+    EXPECT_EQ(ending.out, work_ + "/[a,b]/alpha\n");
+    EXPECT_THAT(ending.err, MatchesRegex("quillonctl: nowhere: [^\n]+\n"));
+}
+
+} // namespace
+
+} // namespace quillon
