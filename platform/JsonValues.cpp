@@ -1,6 +1,7 @@
 #include "platform/JsonValues.h"
 
 #include "platform/Require.h"
+#include "platform/Utf8.h"
 
 #include <QByteArray>
 #include <QJsonArray>
@@ -14,49 +15,6 @@ namespace {
 
 constexpr QLatin1StringView DATA_KEY("$data");
 constexpr char32_t ESCAPE_BASE = 0xDC00;
-
-bool isContinuation(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-/// How many bytes the lead byte announces and the smallest code point that may take as many.
-struct Sequence
-{
-    std::size_t length = 0;
-    char32_t smallest = 0;
-    char32_t leadBits = 0;
-};
-
-Sequence sequenceOf(unsigned char lead)
-{
-    if (lead < 0x80)
-        return {1, 0, lead};
-    if ((lead & 0xE0U) == 0xC0U)
-        return {2, 0x80, lead & 0x1FU};
-    if ((lead & 0xF0U) == 0xE0U)
-        return {3, 0x800, lead & 0x0FU};
-    if ((lead & 0xF8U) == 0xF0U)
-        return {4, 0x10000, lead & 0x07U};
-    return {};
-}
-
-/// Takes one character off the bytes; an invalid byte is one, escaped.
-char32_t takeCharacter(std::string_view &bytes)
-{
-    const auto lead = static_cast<unsigned char>(bytes.front());
-    const Sequence sequence = sequenceOf(lead);
-    char32_t character = sequence.leadBits;
-    bool valid = sequence.length > 0 && sequence.length <= bytes.size();
-    for (std::size_t i = 1; valid && i < sequence.length; ++i) {
-        valid = isContinuation(bytes[i]);
-        character = (character << 6) | (static_cast<unsigned char>(bytes[i]) & 0x3FU);
-    }
-    valid = valid && character >= sequence.smallest && character <= QChar::LastValidCodePoint &&
-            !QChar::isSurrogate(character);
-    bytes.remove_prefix(valid ? sequence.length : 1);
-    return valid ? character : ESCAPE_BASE + lead;
-}
 
 void appendUtf8(std::string &bytes, char32_t character)
 {
@@ -154,7 +112,10 @@ QString bytesToText(std::string_view bytes)
     QString text;
     text.reserve(static_cast<qsizetype>(bytes.size()));
     while (!bytes.empty()) {
-        const char32_t character = takeCharacter(bytes);
+        const Utf8Character first = firstUtf8Character(bytes);
+        const auto escaped = ESCAPE_BASE + static_cast<unsigned char>(bytes.front());
+        const char32_t character = first.isValid ? first.codePoint : escaped;
+        bytes.remove_prefix(first.length);
         if (QChar::requiresSurrogates(character)) {
             text += QChar(QChar::highSurrogate(character));
             text += QChar(QChar::lowSurrogate(character));

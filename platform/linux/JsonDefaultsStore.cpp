@@ -88,13 +88,9 @@ JsonDefaultsStore::JsonDefaultsStore(std::string path) : file_(std::move(path))
 
 std::optional<DefaultsValue> JsonDefaultsStore::value(std::string_view key) const
 {
-    QJsonValue found;
-    {
-        const MutexLock lock(mutex_);
-        refresh();
-        found = lookUp(contents_, key);
-    }
-    return fromJson(found);
+    const MutexLock lock(mutex_);
+    refresh();
+    return fromJson(lookUp(contents_, key));
 }
 
 bool JsonDefaultsStore::set(std::string_view key, const DefaultsValue &value)
@@ -140,16 +136,18 @@ bool JsonDefaultsStore::change(const Edit &edit)
     if (!fileLock.isHeld())
         return false;
     QJsonObject contents;
+    QByteArray bytes;
     bool faulty = false;
     {
         const MutexLock lock(mutex_);
         refresh();
         contents = contents_;
         faulty = faulty_;
+        if (!edit(contents) && !faulty)
+            return true;
+        bytes = QJsonDocument(contents).toJson();
     }
-    if (!edit(contents) && !faulty)
-        return true;
-    if (!file_.replace(QJsonDocument(contents).toJson(), faulty))
+    if (!file_.replace(bytes, faulty))
         return false;
 
     // The next look reads the file again: someone who takes no lock may have been faster.

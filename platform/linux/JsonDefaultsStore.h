@@ -23,7 +23,7 @@ std::string standardDefaultsPath();
 class JsonDefaultsStore final : public DefaultsStore
 {
 public:
-    /// The file, or its folder, need not be there.
+    /// The path is absolute; neither the file nor its folder need be there.
     explicit JsonDefaultsStore(std::string path);
 
     std::optional<DefaultsValue> value(std::string_view key) const override EXCLUDES(mutex_);

@@ -1,5 +1,6 @@
 #include "matching/RecentAccessScore.h"
 
+#include "prefs/PreferenceKeys.h"
 #include "tests/support/FakeDefaultsStore.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@ namespace quillon {
 namespace {
 
 using Strings = std::vector<std::string>;
+static_assert(RecentAccessScoreData::KEY == PreferenceKeys::RECENT_ACCESS_SCORE_DATA);
 constexpr std::int64_t MOST = std::numeric_limits<std::int64_t>::max();
 
 class RecentAccessScoreTest : public testing::Test
