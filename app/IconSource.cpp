@@ -3,9 +3,9 @@
 #include "platform/TaskQueue.h"
 #include "platform/Workspace.h"
 
-#include <QDir>
+#include <QFileInfo>
 
-#include <utility>
+#include <algorithm>
 
 namespace quillon {
 
@@ -31,18 +31,24 @@ QIcon folderIcon()
                             QIcon(QStringLiteral(":/quillon/folder.svg")));
 }
 
-/// Desktops without a Qt integration name no icon theme; one that is installed is better than none.
-void chooseFallbackTheme()
+bool isInstalled(const QString &theme)
 {
-    if (QIcon::hasThemeIcon(QStringLiteral("folder")) || !QIcon::fallbackThemeName().isEmpty())
+    return std::ranges::any_of(QIcon::themeSearchPaths(), [&theme](const QString &directory) {
+        return QFileInfo::exists(directory + u'/' + theme + QStringLiteral("/index.theme"));
+    });
+}
+
+/// Desktops without a Qt integration name no icon theme, and the one that stands for none has no
+/// folders; one that is installed is better. To be called before the first icon is asked for.
+void chooseTheme()
+{
+    const QString chosen = QIcon::themeName();
+    if (!chosen.isEmpty() && chosen != QStringLiteral("hicolor") && isInstalled(chosen))
         return;
     for (const auto *theme : {"breeze", "Papirus", "Adwaita"}) {
-        for (const QString &directory : QIcon::themeSearchPaths()) {
-            const QString name = QLatin1String(theme);
-            if (QDir(directory).exists(name + QStringLiteral("/index.theme"))) {
-                QIcon::setFallbackThemeName(name);
-                return;
-            }
+        if (isInstalled(QLatin1String(theme))) {
+            QIcon::setThemeName(QLatin1String(theme));
+            return;
         }
     }
 }
@@ -52,7 +58,7 @@ void chooseFallbackTheme()
 IconSource::IconSource(Workspace &workspace, TaskQueue &background, TaskQueue &main)
     : workspace_(workspace), background_(background), main_(main)
 {
-    chooseFallbackTheme();
+    chooseTheme();
     folder_ = folderIcon();
 }
 

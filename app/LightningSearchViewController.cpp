@@ -6,6 +6,7 @@
 #include "app/PanelMetrics.h"
 #include "app/SearchIndicator.h"
 #include "app/SearchPanelView.h"
+#include "app/SearchResultsModel.h"
 #include "platform/TaskQueue.h"
 
 #include <QGuiApplication>
@@ -49,11 +50,10 @@ bool areSameRows(const std::vector<SearchBaseResultRef> &one,
 
 LightningSearchViewController::LightningSearchViewController(ActionRunner &actionRunner,
                                                              PanelSource &source,
-                                                             IconSource &icons, Queues queues,
+                                                             SearchPanelView &view, Queues queues,
                                                              SearchPanelDelegate &delegate)
     : actionRunner_(actionRunner), source_(source), queues_(queues), delegate_(delegate),
-      ownedView_(std::make_unique<SearchPanelView>(searchResults_, icons)),
-      view_(ownedView_.get()), debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); })
+      view_(view), searchResults_(view.searchResults()), debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); })
 {
     spinnerDelay_.setSingleShot(true);
     spinnerDelay_.setInterval(SPINNER_DELAY);
@@ -61,18 +61,15 @@ LightningSearchViewController::LightningSearchViewController(ActionRunner &actio
     stateTimer_.setInterval(STATE_INTERVAL);
     connect(&stateTimer_, &QTimer::timeout, this, [this] { updateState(); });
 
-    QLineEdit &field = view_->searchTextField();
+    QLineEdit &field = view_.searchTextField();
     field.installEventFilter(this);
     connect(&field, &QLineEdit::textChanged, this, [this] { textChanged(); });
-    connect(&view_->tableView(), &QListView::clicked, this, [this](const QModelIndex &index) {
+    connect(&view_.tableView(), &QListView::clicked, this, [this](const QModelIndex &index) {
         if (const auto result = searchResults_.result(index.row()))
             open(result, shortcutFlags(QGuiApplication::keyboardModifiers()));
     });
-    view_->footer().setHints({{tr("Return"), tr("Open")}});
     searchNow();
 }
-
-LightningSearchViewController::~LightningSearchViewController() = default;
 
 // Appearing and disappearing
 
@@ -86,8 +83,8 @@ void LightningSearchViewController::viewWillAppear()
 
 void LightningSearchViewController::windowDidBecomeKey()
 {
-    view_->searchTextField().setFocus();
-    view_->searchTextField().selectAll();
+    view_.searchTextField().setFocus();
+    view_.searchTextField().selectAll();
 }
 
 void LightningSearchViewController::viewDidDisappear()
@@ -106,7 +103,7 @@ void LightningSearchViewController::indexChanged()
 
 std::string LightningSearchViewController::query() const
 {
-    return view_->searchTextField().text().toStdString();
+    return view_.searchTextField().text().toStdString();
 }
 
 void LightningSearchViewController::textChanged()
@@ -119,7 +116,7 @@ void LightningSearchViewController::searchNow()
 {
     debouncedSearch_.cancel();
     // Characters of the user: a letter beyond the basic plane is one.
-    if (view_->searchTextField().text().toUcs4().size() >= SHORTEST_QUERY)
+    if (view_.searchTextField().text().toUcs4().size() >= SHORTEST_QUERY)
         startSearch(query());
     else
         searchFinished(query(), source_.mostAccessedResults());
@@ -169,7 +166,7 @@ void LightningSearchViewController::showResults(std::vector<SearchBaseResultRef>
 
 void LightningSearchViewController::showSpinner(bool isSpinning)
 {
-    view_->activityIndicator().setSpinning(isSpinning);
+    view_.activityIndicator().setSpinning(isSpinning);
 }
 
 // Keyboard
@@ -218,14 +215,14 @@ bool LightningSearchViewController::handleKey(const QKeyEvent &event)
 
 int LightningSearchViewController::selectedRow() const
 {
-    return view_->tableView().currentIndex().row();
+    return view_.tableView().currentIndex().row();
 }
 
 void LightningSearchViewController::select(int row)
 {
     const QModelIndex index = searchResults_.index(row);
-    view_->tableView().setCurrentIndex(index);
-    view_->tableView().scrollTo(index);
+    view_.tableView().setCurrentIndex(index);
+    view_.tableView().scrollTo(index);
 }
 
 void LightningSearchViewController::selectBy(int rows)
@@ -241,6 +238,10 @@ void LightningSearchViewController::selectBy(int rows)
 
 void LightningSearchViewController::confirm(ActionShortcutFlags flags)
 {
+    if (!source_.state().hasLocations) {
+        source_.addHomeFolder();
+        return;
+    }
     if (isAnswered()) {
         if (const auto result = searchResults_.result(selectedRow()))
             open(result, flags);
@@ -272,9 +273,9 @@ void LightningSearchViewController::updateState()
     const PanelSource::State state = source_.state();
     const QString count = QLocale().toString(static_cast<qulonglong>(state.count));
     const QString folders = state.count == 1 ? tr("1 folder") : tr("%1 folders").arg(count);
-    view_->footer().setStatus(state.isBuilding ? tr("Indexing: %1").arg(folders) : folders);
+    view_.footer().setStatus(state.isBuilding ? tr("Indexing: %1").arg(folders) : folders);
     updateMessage(state);
-    if (!state.isBuilding || !view_->isVisible())
+    if (!state.isBuilding || !view_.isVisible())
         stateTimer_.stop();
     else if (!stateTimer_.isActive())
         stateTimer_.start();
@@ -282,12 +283,17 @@ void LightningSearchViewController::updateState()
 
 void LightningSearchViewController::updateMessage(const PanelSource::State &state)
 {
-    view_->setShowsMessage(searchResults_.rowCount() == 0);
-    PanelMessage &message = view_->message();
-    const QString text = view_->searchTextField().text();
+    const bool isEmpty = searchResults_.rowCount() == 0;
+    view_.setShowsMessage(isEmpty);
+    view_.footer().setHints(isEmpty ? std::vector<PanelFooter::Hint>{}
+                                     : std::vector<PanelFooter::Hint>{{tr("Return"), tr("Open")}});
+    PanelMessage &message = view_.message();
+    const QString text = view_.searchTextField().text();
     if (!state.hasLocations) {
         message.setMessage(tr("No folders to search yet"),
-                           tr("Name one under “qln-bookmarks” in %1").arg(settingsPlace_));
+                           tr("Press Return to search your home folder, or name other folders "
+                              "under “qln-bookmarks” in %1")
+                               .arg(settingsPlace_));
     } else if (state.isBuilding) {
         const QString count = QLocale().toString(static_cast<qulonglong>(state.count));
         message.setMessage(tr("Indexing your folders…"),

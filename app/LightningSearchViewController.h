@@ -3,13 +3,11 @@
 #include "actions/ActionShortcutFlags.h"
 #include "app/Debouncer.h"
 #include "app/PanelSource.h"
-#include "app/SearchResultsModel.h"
 
 #include <QObject>
 #include <QTimer>
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -18,8 +16,8 @@ class QKeyEvent;
 namespace quillon {
 
 class ActionRunner;
-class IconSource;
 class SearchPanelView;
+class SearchResultsModel;
 class TaskQueue;
 
 /// What the panel asks of the application around it.
@@ -52,11 +50,8 @@ public:
     };
 
     LightningSearchViewController(ActionRunner &actionRunner, PanelSource &source,
-                                  IconSource &icons, Queues queues, SearchPanelDelegate &delegate);
-    ~LightningSearchViewController() override;
-
-    /// Null once given to a window, which then owns it.
-    std::unique_ptr<SearchPanelView> takeView() { return std::move(ownedView_); }
+                                  SearchPanelView &view, Queues queues,
+                                  SearchPanelDelegate &delegate);
 
     /// The panel is about to be seen: brings rows and state up to date.
     void viewWillAppear();
@@ -99,9 +94,8 @@ private:
     PanelSource &source_;
     Queues queues_;
     SearchPanelDelegate &delegate_;
-    SearchResultsModel searchResults_;
-    std::unique_ptr<SearchPanelView> ownedView_;
-    SearchPanelView *view_;
+    SearchPanelView &view_;
+    SearchResultsModel &searchResults_;
     Debouncer debouncedSearch_;
     QTimer spinnerDelay_;
     QTimer stateTimer_;

@@ -48,22 +48,24 @@ void PanelFooter::paintEvent(QPaintEvent *)
     painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, status_);
 
     const int capHeight = font.height() + 4;
-    int x = line.left();
+    // Texts share one rectangle's height, so that they share one base line.
+    QRect text = line;
     for (const Hint &hint : hints_) {
-        const QRect cap(x, line.center().y() - capHeight / 2 + 1,
-                        font.horizontalAdvance(hint.key) + 16, capHeight);
+        text.setWidth(font.horizontalAdvance(hint.key) + 16);
+        const QRectF cap(text.left(), line.top() + (line.height() - capHeight) / 2.0, text.width(),
+                         capHeight);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette_.keyCap);
         painter.drawRoundedRect(cap, 4, 4);
         painter.setPen(palette_.text);
-        painter.drawText(cap, Qt::AlignCenter, hint.key);
-        x = cap.right() + 1 + 8;
+        painter.drawText(text, Qt::AlignCenter, hint.key);
 
+        text.moveLeft(text.left() + text.width() + 8);
+        text.setWidth(font.horizontalAdvance(hint.meaning));
         painter.setPen(palette_.quiet);
-        painter.drawText(QRect(x, line.top(), line.right() - x, line.height()),
-                         Qt::AlignLeft | Qt::AlignVCenter, hint.meaning);
-        x += font.horizontalAdvance(hint.meaning) + 20;
+        painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter, hint.meaning);
+        text.moveLeft(text.left() + text.width() + 20);
     }
 }
 

@@ -33,6 +33,8 @@ public:
     /// Counts one use of the result's path, saved at once.
     virtual void recordUse(const SearchBaseResultRef &result) = 0;
     virtual State state() const = 0;
+    /// Makes the user's home folder the folder to index.
+    virtual void addHomeFolder() = 0;
 };
 
 } // namespace quillon

@@ -1,5 +1,7 @@
 #include "app/RowText.h"
 
+#include "platform/Utf8.h"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -7,37 +9,7 @@ namespace quillon {
 
 namespace {
 
-struct Decoded
-{
-    char32_t character = 0;
-    std::size_t bytes = 1;
-};
-
-constexpr char32_t REPLACEMENT = 0xFFFD;
-
-/// The first character of the bytes, which are not empty; a byte that begins none is the
-/// replacement mark.
-Decoded decodeFirst(std::string_view bytes)
-{
-    const auto byte = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-    const unsigned char lead = byte(0);
-    if (lead < 0x80)
-        return {lead, 1};
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || bytes.size() < length)
-        return {REPLACEMENT, 1};
-    char32_t character = lead & (0xFFU >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80)
-            return {REPLACEMENT, 1};
-        character = (character << 6) | (byte(i) & 0x3FU);
-    }
-    constexpr char32_t SMALLEST[] = {0, 0, 0x80, 0x800, 0x10000};
-    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
-    if (character < SMALLEST[length] || isSurrogate || character > 0x10FFFF)
-        return {REPLACEMENT, 1};
-    return {character, length};
-}
+constexpr char32_t REPLACEMENT = 0xfffd;
 
 /// A name may hold anything; these would break the line or let it read other than it is.
 bool isUnfitToDraw(char32_t c)
@@ -54,9 +26,10 @@ void appendDecoded(std::string_view bytes, QString &text, std::vector<int> *star
     while (!bytes.empty()) {
         if (starts)
             starts->push_back(static_cast<int>(text.size()));
-        const Decoded first = decodeFirst(bytes);
-        text += QChar::fromUcs4(isUnfitToDraw(first.character) ? REPLACEMENT : first.character);
-        bytes.remove_prefix(first.bytes);
+        const Utf8Character first = firstUtf8Character(bytes);
+        const bool isFit = first.isValid && !isUnfitToDraw(first.codePoint);
+        text += QChar::fromUcs4(isFit ? first.codePoint : REPLACEMENT);
+        bytes.remove_prefix(first.length);
     }
     if (starts)
         starts->push_back(static_cast<int>(text.size()));

@@ -6,8 +6,8 @@
 #include "app/PanelMessage.h"
 #include "app/PanelMetrics.h"
 #include "app/SearchIndicator.h"
-#include "app/SearchResultsModel.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListView>
@@ -24,25 +24,57 @@ namespace {
 /// QLineEdit keeps this much to itself left of its text.
 constexpr int FIELD_OWN_MARGIN = 2;
 
-QString scrollBarStyle(const PanelPalette &palette)
+/// Where in a list the visible rows are: a slim mark in the inset beside them, which takes no room
+/// from them. The wheel and the keys do the scrolling.
+class ScrollMark : public QWidget
 {
-    return QStringLiteral("QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
-                          "QScrollBar::handle:vertical { background: %1; min-height: 32px;"
-                          " border-radius: 2px; margin: 0 2px 0 2px; }"
-                          "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
-                          "QScrollBar::add-page, QScrollBar::sub-page { background: none; }")
-        .arg(palette.hairline.name());
-}
+public:
+    ScrollMark(QAbstractScrollArea *area, const PanelPalette &palette)
+        : QWidget(area), bar_(area->verticalScrollBar()), palette_(palette)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        connect(bar_, &QScrollBar::valueChanged, this, qOverload<>(&QWidget::update));
+        connect(bar_, &QScrollBar::rangeChanged, this, qOverload<>(&QWidget::update));
+        area->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Resize)
+            setGeometry(parentWidget()->width() - metrics::INSET, 0, metrics::INSET,
+                        parentWidget()->height());
+        return QWidget::eventFilter(watched, event);
+    }
+
+    void paintEvent(QPaintEvent *) override
+    {
+        const double all = bar_->maximum() - bar_->minimum() + bar_->pageStep();
+        if (bar_->maximum() <= bar_->minimum())
+            return;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette_.hairline);
+        painter.drawRoundedRect(QRectF(2, bar_->value() / all * height(), 4,
+                                       bar_->pageStep() / all * height()),
+                                2, 2);
+    }
+
+private:
+    QScrollBar *bar_;
+    const PanelPalette &palette_;
+};
 
 } // namespace
 
-SearchPanelView::SearchPanelView(SearchResultsModel &model, IconSource &icons)
+SearchPanelView::SearchPanelView(IconSource &icons, QWidget *parent) : QWidget(parent)
 {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(buildHeader());
-    column->addWidget(buildBody(model, icons));
+    column->addWidget(buildBody(icons));
     footer_ = new PanelFooter(this);
     column->addWidget(footer_);
     setFixedWidth(metrics::WIDTH);
@@ -73,12 +105,12 @@ QWidget *SearchPanelView::buildHeader()
     return header_;
 }
 
-QWidget *SearchPanelView::buildBody(SearchResultsModel &model, IconSource &icons)
+QWidget *SearchPanelView::buildBody(IconSource &icons)
 {
     auto *body = new QWidget(this);
     auto *stack = new QVBoxLayout(body);
     stack->setContentsMargins(0, metrics::INSET, 0, metrics::INSET);
-    buildTable(model, icons);
+    buildTable(icons);
     stack->addWidget(table_);
     message_ = new PanelMessage(body);
     message_->hide();
@@ -88,11 +120,11 @@ QWidget *SearchPanelView::buildBody(SearchResultsModel &model, IconSource &icons
     return body;
 }
 
-void SearchPanelView::buildTable(SearchResultsModel &model, IconSource &icons)
+void SearchPanelView::buildTable(IconSource &icons)
 {
     table_ = new QListView(this);
-    rows_ = new LightningSearchTableRowView(model, icons, table_);
-    table_->setModel(&model);
+    rows_ = new LightningSearchTableRowView(searchResults_, icons, table_);
+    table_->setModel(&searchResults_);
     table_->setItemDelegate(rows_);
     table_->setAccessibleName(tr("Folders"));
     table_->setFrameShape(QFrame::NoFrame);
@@ -101,6 +133,8 @@ void SearchPanelView::buildTable(SearchResultsModel &model, IconSource &icons)
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    new ScrollMark(table_, palette_);
     table_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     table_->verticalScrollBar()->setSingleStep(metrics::rowHeight(fontMetrics()));
 
@@ -116,7 +150,6 @@ void SearchPanelView::setPanelPalette(const PanelPalette &palette)
     indicator_->setPalette(palette);
     message_->setPalette(palette);
     footer_->setPalette(palette);
-    table_->verticalScrollBar()->setStyleSheet(scrollBarStyle(palette));
     update();
 }
 

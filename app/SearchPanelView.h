@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/PanelPalette.h"
+#include "app/SearchResultsModel.h"
 
 #include <QWidget>
 
@@ -14,7 +15,6 @@ class LightningSearchTableRowView;
 class PanelFooter;
 class PanelMessage;
 class SearchIndicator;
-class SearchResultsModel;
 
 /// The widgets of the panel and nothing of its behaviour: the field with its indicator above, the
 /// rows or a message below, the footer at the bottom. Its size does not depend on what it shows.
@@ -23,11 +23,13 @@ class SearchPanelView : public QWidget
     Q_OBJECT
 
 public:
-    SearchPanelView(SearchResultsModel &model, IconSource &icons);
+    explicit SearchPanelView(IconSource &icons, QWidget *parent = nullptr);
 
     void setPanelPalette(const PanelPalette &palette);
     const PanelPalette &panelPalette() const { return palette_; }
 
+    /// The rows, in the order shown.
+    SearchResultsModel &searchResults() { return searchResults_; }
     QLineEdit &searchTextField() { return *field_; }
     QListView &tableView() { return *table_; }
     SearchIndicator &activityIndicator() { return *indicator_; }
@@ -42,9 +44,10 @@ protected:
 
 private:
     QWidget *buildHeader();
-    QWidget *buildBody(SearchResultsModel &model, IconSource &icons);
-    void buildTable(SearchResultsModel &model, IconSource &icons);
+    QWidget *buildBody(IconSource &icons);
+    void buildTable(IconSource &icons);
 
+    SearchResultsModel searchResults_;
     PanelPalette palette_;
     QWidget *header_ = nullptr;
     SearchIndicator *indicator_ = nullptr;

@@ -28,16 +28,16 @@ constexpr double SHARE_ABOVE = 0.3;
 
 } // namespace
 
-SearchWindow::SearchWindow(SearchPanelView *view, WindowSystem &windowSystem)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), view_(view),
-      windowSystem_(windowSystem)
+SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), 
+      view_(new SearchPanelView(icons, this)), windowSystem_(windowSystem)
 {
     setWindowTitle(QStringLiteral("Quillon"));
     setAttribute(Qt::WA_TranslucentBackground);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(BORDER, BORDER, BORDER, BORDER);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    layout->addWidget(view);
+    layout->addWidget(view_);
     fitToCompositing();
     windowSystem_.keepOutOfTaskbar(winId());
 }

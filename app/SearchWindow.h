@@ -7,6 +7,7 @@
 
 namespace quillon {
 
+class IconSource;
 class SearchPanelView;
 class WindowSystem;
 
@@ -17,9 +18,10 @@ class SearchWindow : public QWidget
     Q_OBJECT
 
 public:
-    /// The view becomes a child of this window. The native window is made at once, so that the first
-    /// showing is as quick as the others.
-    SearchWindow(SearchPanelView *view, WindowSystem &windowSystem);
+    /// The native window is made at once, so that the first showing is as quick as the others.
+    SearchWindow(IconSource &icons, WindowSystem &windowSystem);
+
+    SearchPanelView &view() { return *view_; }
 
     /// Brings the panel up on the screen with the pointer and gives it the keyboard.
     void present();

@@ -79,15 +79,23 @@ RemoteControl::Claim BusRemoteControl::claim(Handler handler)
 
 bool BusRemoteControl::send(const std::string &action)
 {
-    auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
-        return false;
-    auto call = QDBusMessage::createMethodCall(busName(), objectPath(), interfaceName(),
-                                               QStringLiteral("ActivateAction"));
-    call.setAutoStartService(false);
-    call << QString::fromStdString(action) << QVariantList() << QVariantMap();
-    return bus.call(call, QDBus::Block, SEND_TIMEOUT_MILLISECONDS).type() ==
-           QDBusMessage::ReplyMessage;
+    // A connection of its own: the shared one delivers nothing before the Qt loop runs, and would
+    // stay that way for a program that goes on to make its application object only now.
+    const QString connection = QStringLiteral("quillon-request");
+    bool isAnswered = false;
+    {
+        const auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connection);
+        if (bus.isConnected()) {
+            auto call = QDBusMessage::createMethodCall(busName(), objectPath(), interfaceName(),
+                                                       QStringLiteral("ActivateAction"));
+            call.setAutoStartService(false);
+            call << QString::fromStdString(action) << QVariantList() << QVariantMap();
+            const auto reply = bus.call(call, QDBus::Block, SEND_TIMEOUT_MILLISECONDS);
+            isAnswered = reply.type() == QDBusMessage::ReplyMessage;
+        }
+    }
+    QDBusConnection::disconnectFromBus(connection);
+    return isAnswered;
 }
 
 } // namespace quillon

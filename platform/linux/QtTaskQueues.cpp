@@ -22,10 +22,12 @@ void MainTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
 
 PoolTaskQueue::PoolTaskQueue(int threads) { pool_.setMaxThreadCount(threads); }
 
-PoolTaskQueue::~PoolTaskQueue()
+PoolTaskQueue::~PoolTaskQueue() { pool_.clear(); }
+
+bool PoolTaskQueue::finish(std::chrono::milliseconds patience)
 {
     pool_.clear();
-    pool_.waitForDone();
+    return pool_.waitForDone(static_cast<int>(patience.count()));
 }
 
 void PoolTaskQueue::post(Task task) { pool_.start(std::move(task)); }

@@ -29,6 +29,9 @@ public:
 
     void post(Task task) override;
     void postDelayed(std::chrono::milliseconds delay, Task task) override;
+    /// Drops the tasks that wait and waits for the others; false when the time is over before
+    /// they end. Nothing is posted afterwards.
+    bool finish(std::chrono::milliseconds patience);
 
 private:
     QThreadPool pool_;

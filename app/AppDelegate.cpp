@@ -1,0 +1,98 @@
+#include "app/AppDelegate.h"
+
+#include "app/SearchPanelView.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QEvent>
+#include <QThread>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How long a disk that does not answer may hold up the end of the program.
+constexpr auto PATIENCE_AT_THE_END = 1000ms;
+/// Room for a build beside the searches.
+constexpr int FEWEST_BACKGROUND_THREADS = 3;
+
+} // namespace
+
+AppDelegate::AppDelegate()
+    : backgroundQueue_(std::max(FEWEST_BACKGROUND_THREADS, QThread::idealThreadCount())),
+      iconQueue_(1), actionQueue_(1), defaults_(standardDefaultsPath()),
+      recentAccessScoreDataStore_(defaults_),
+      searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
+      searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
+      searchBaseFinder_(defaults_, folderIdentity_),
+      searchBase_(searchBaseFinder_, searchBaseFuzzyMatch_, folderLister_),
+      source_(searchBase_, searchBaseFinder_, backgroundQueue_, mainQueue_),
+      actionRunner_(workspace_, actionQueue_), icons_(workspace_, iconQueue_, mainQueue_),
+      searchWindow_(icons_, windowSystem_),
+      lightningSearchViewController_(actionRunner_, source_, searchWindow_.view(),
+                                     {.background = backgroundQueue_, .main = mainQueue_}, *this)
+{
+    auto &controller = lightningSearchViewController_;
+    QString settings = QString::fromStdString(standardDefaultsPath());
+    if (settings.startsWith(QDir::homePath() + u'/'))
+        settings.replace(0, QDir::homePath().size(), u'~');
+    controller.setSettingsPlace(settings);
+
+    connect(&searchWindow_, &SearchWindow::appeared, &controller,
+            &LightningSearchViewController::viewWillAppear);
+    connect(&searchWindow_, &SearchWindow::becameKey, &controller,
+            &LightningSearchViewController::windowDidBecomeKey);
+    connect(&searchWindow_, &SearchWindow::disappeared, &controller,
+            &LightningSearchViewController::viewDidDisappear);
+    source_.onChange([&controller] { controller.indexChanged(); });
+    appearance_.onChange([this] { applyPalette(); });
+    qApp->installEventFilter(this);
+    applyPalette();
+}
+
+AppDelegate::~AppDelegate()
+{
+    // The threads end before what they use does. Everything worth keeping is on the disk already,
+    // so a thread that hangs on a dead file system is left behind with the process.
+    source_.stop();
+    for (PoolTaskQueue *queue : {&backgroundQueue_, &actionQueue_, &iconQueue_}) {
+        if (!queue->finish(PATIENCE_AT_THE_END))
+            std::_Exit(EXIT_SUCCESS);
+    }
+}
+
+void AppDelegate::perform(const std::string &action)
+{
+    if (action == "quit")
+        terminate();
+    else if (action == "toggle" && searchWindow_.isVisible())
+        closeSearchWindow();
+    else
+        searchWindow_.present();
+}
+
+void AppDelegate::closeSearchWindow() { searchWindow_.hide(); }
+
+void AppDelegate::terminate() { QApplication::quit(); }
+
+bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
+        icons_.clear();
+        applyPalette();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void AppDelegate::applyPalette()
+{
+    searchWindow_.view().setPanelPalette(
+        PanelPalette::forDesktop(QApplication::palette(), appearance_.prefersDark()));
+}
+
+} // namespace quillon

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "actions/ActionRunner.h"
+#include "app/IconSource.h"
+#include "app/LightningSearchViewController.h"
+#include "app/SearchBaseSource.h"
+#include "app/SearchWindow.h"
+#include "core/SearchBase.h"
+#include "indexing/SearchBaseFinder.h"
+#include "matching/FuzzyMatch.h"
+#include "matching/RecentAccessScore.h"
+#include "platform/linux/GioWorkspace.h"
+#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/PortalAppearance.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/X11WindowSystem.h"
+
+namespace quillon {
+
+/// Owns the long-lived objects, in the order in which they need each other, and joins them. Lives
+/// as long as the Qt loop runs.
+class AppDelegate : public QObject, public SearchPanelDelegate
+{
+    Q_OBJECT
+
+public:
+    AppDelegate();
+    ~AppDelegate() override;
+
+    /// Builds the index in the background; the panel answers meanwhile.
+    void startBuilding() { source_.startBuilding(); }
+    /// Carries out "toggle", "show" or "quit".
+    void perform(const std::string &action);
+
+    void closeSearchWindow() override;
+    void terminate() override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void applyPalette();
+
+    MainTaskQueue mainQueue_;
+    PoolTaskQueue backgroundQueue_;
+    PoolTaskQueue iconQueue_;
+    PoolTaskQueue actionQueue_;
+
+    JsonDefaultsStore defaults_;
+    GioWorkspace workspace_;
+    PosixFolderLister folderLister_;
+    StatxFolderIdentity folderIdentity_;
+    X11WindowSystem windowSystem_;
+    PortalAppearance appearance_;
+
+    DefaultsRecentAccessScoreDataStore recentAccessScoreDataStore_;
+    RecentAccessScore searchBaseRecentAccessScore_;
+    FuzzyMatch searchBaseFuzzyMatch_;
+    SearchBaseFinder searchBaseFinder_;
+    SearchBase searchBase_;
+    SearchBaseSource source_;
+
+    ActionRunner actionRunner_;
+    IconSource icons_;
+    SearchWindow searchWindow_;
+    LightningSearchViewController lightningSearchViewController_;
+};
+
+} // namespace quillon

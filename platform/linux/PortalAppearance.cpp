@@ -1,0 +1,63 @@
+#include "platform/linux/PortalAppearance.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+namespace quillon {
+
+namespace {
+
+constexpr uint DARK_PREFERRED = 1;
+
+QString service() { return QStringLiteral("org.freedesktop.portal.Desktop"); }
+QString path() { return QStringLiteral("/org/freedesktop/portal/desktop"); }
+QString interfaceName() { return QStringLiteral("org.freedesktop.portal.Settings"); }
+QString group() { return QStringLiteral("org.freedesktop.appearance"); }
+QString key() { return QStringLiteral("color-scheme"); }
+
+} // namespace
+
+PortalAppearance::PortalAppearance()
+{
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return;
+    bus.connect(service(), path(), interfaceName(), QStringLiteral("SettingChanged"), this,
+                SLOT(settingChanged(QString, QString, QDBusVariant)));
+
+    auto call = QDBusMessage::createMethodCall(service(), path(), interfaceName(),
+                                               QStringLiteral("Read"));
+    call << group() << key();
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher *finished) {
+                const QDBusPendingReply<QDBusVariant> reply = *finished;
+                if (reply.isValid())
+                    setColorScheme(reply.value().variant());
+                finished->deleteLater();
+            });
+}
+
+void PortalAppearance::settingChanged(const QString &changedGroup, const QString &changedKey,
+                                      const QDBusVariant &value)
+{
+    if (changedGroup == group() && changedKey == key())
+        setColorScheme(value.variant());
+}
+
+void PortalAppearance::setColorScheme(const QVariant &value)
+{
+    // Read() wraps its answer in one variant more than the signal does.
+    const QVariant scheme =
+        value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
+    const bool prefersDark = scheme.toUInt() == DARK_PREFERRED;
+    if (prefersDark == prefersDark_)
+        return;
+    prefersDark_ = prefersDark;
+    if (changed_)
+        changed_();
+}
+
+} // namespace quillon

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Appearance.h"
+
+#include <QDBusVariant>
+#include <QObject>
+
+namespace quillon {
+
+/// The colour scheme that the desktop tells through org.freedesktop.portal.Settings. Asked without
+/// waiting; a desktop without the portal never answers.
+class PortalAppearance : public QObject, public Appearance
+{
+    Q_OBJECT
+
+public:
+    PortalAppearance();
+
+    bool prefersDark() const override { return prefersDark_; }
+    void onChange(std::function<void()> changed) override { changed_ = std::move(changed); }
+
+private Q_SLOTS:
+    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+
+private:
+    void setColorScheme(const QVariant &value);
+
+    bool prefersDark_ = false;
+    std::function<void()> changed_;
+};
+
+} // namespace quillon
