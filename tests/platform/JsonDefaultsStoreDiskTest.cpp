@@ -72,12 +72,12 @@ TEST_F(JsonDefaultsStoreDisk, showsAHandEditOnTheNextRead)
 
 TEST_F(JsonDefaultsStoreDisk, losesNothingBetweenTwoProcesses)
 {
-    constexpr int WRITES = 100;
+    constexpr int writes = 100;
     const auto writer = [&](const std::string &name) {
         return fork([&, name] {
             JsonDefaultsStore store(path);
             bool written = true;
-            for (std::int64_t i = 0; i < WRITES; ++i)
+            for (std::int64_t i = 0; i < writes; ++i)
                 written = store.set(name + std::to_string(i), {i}) && written;
             return written;
         });
@@ -86,7 +86,7 @@ TEST_F(JsonDefaultsStoreDisk, losesNothingBetweenTwoProcesses)
     for (const pid_t child : children)
         EXPECT_TRUE(succeeded(child));
     const JsonDefaultsStore store(path);
-    for (std::int64_t i = 0; i < WRITES; ++i)
+    for (std::int64_t i = 0; i < writes; ++i)
         for (const std::string name : {"a", "b"})
             EXPECT_EQ(store.value(name + std::to_string(i)), DefaultsValue{i}) << name << i;
 }

@@ -5,13 +5,12 @@
 
 #include <QJsonDocument>
 
+#include <cstdlib>
 #include <limits>
 #include <ostream>
 #include <random>
 
 #include <sys/stat.h>
-
-#include <stdlib.h>
 
 using namespace std::literals;
 

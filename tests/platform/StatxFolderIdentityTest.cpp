@@ -24,7 +24,7 @@ protected:
     }
 
     TemporaryFolder root;
-    const StatxFolderIdentity folders;
+    StatxFolderIdentity folders;
 };
 
 TEST_F(StatxFolderIdentityTest, findsAFolderUnderItsNewName)

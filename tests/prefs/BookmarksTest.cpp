@@ -4,7 +4,7 @@
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -17,8 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Strings = std::vector<std::string>;
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 
 class BookmarksTest : public testing::Test
 {
