@@ -22,10 +22,13 @@ TreeSearch::TreeSearch(std::string_view query, const PathIndex &index,
       uses_(uses),
       top_(top),
       needed_(query.size() + 1),
+      scored_(query.size() + 1),
       threshold_(scoring::SCORE_MIN)
 {
-    for (std::size_t i = query.size(); i-- > 0;)
+    for (std::size_t i = query.size(); i-- > 0;) {
         needed_[i] = needed_[i + 1] | classesOf(query[i]);
+        scored_[i] = scored_[i + 1] | classesOf(scoring::lower(query[i]));
+    }
     if (!query.empty() && query.size() <= scoring::MAX_LENGTH)
         scorer_.emplace(query);
 }

@@ -64,8 +64,10 @@ private:
     const PathIndex &index_;
     const RecentAccessSnapshot *uses_;
     const std::size_t top_;
-    /// Element i: the classes of byte that the query needs from byte i on.
+    /// Element i: the classes of byte that a match needs from the query's byte i on.
     std::vector<ByteClassSet> needed_;
+    /// The same for the scorer, to which a capital is worth as much as its small letter.
+    std::vector<ByteClassSet> scored_;
     /// Absent when no text can have a finite score.
     std::optional<ColumnScorer> scorer_;
     std::uint64_t generation_ = 0;

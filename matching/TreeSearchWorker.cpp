@@ -41,6 +41,8 @@ bool TreeSearchWorker::walk(const TreeSearch::Work &work)
     descendTo(work);
     const std::size_t top = depth_;
     while (true) {
+        if (++visits_ % VISITS_PER_SLICE == 0 && !stepAside())
+            return false;
         const NodeId id = levels_[depth_].next;
         if (id == PathTree::NONE) {
             if (depth_ == top)
@@ -48,8 +50,6 @@ bool TreeSearchWorker::walk(const TreeSearch::Work &work)
             --depth_;
             continue;
         }
-        if (++visits_ % VISITS_PER_SLICE == 0 && !stepAside())
-            return false;
         const Node &node = tree_.node(id);
         levels_[depth_].next = node.nextSibling;
         if (!isHopeless(node))
@@ -119,7 +119,7 @@ bool TreeSearchWorker::isHopeless(const Node &node)
     if (!level.hasState)
         computeState(depth_);
     std::size_t first = n;
-    while (first > 0 && (search_.needed_[first - 1] & ~node.below) == 0)
+    while (first > 0 && (search_.scored_[first - 1] & ~node.below) == 0)
         --first;
     const std::size_t matchable = n - first;
     const std::size_t gaps = node.nameLength > matchable ? node.nameLength - matchable : 0;

@@ -1,0 +1,209 @@
+#include "matching/FuzzyMatch.h"
+
+#include "matching/FuzzyScore.h"
+#include "matching/Highlights.h"
+#include "matching/RecentAccessScore.h"
+#include "tests/matching/RandomTexts.h"
+#include "tests/support/FakeDefaultsStore.h"
+
+#include <climits>
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <bit>
+#include <set>
+#include <thread>
+
+namespace quillon {
+namespace {
+
+using testing::ElementsAre;
+using Scored = std::pair<std::string, double>;
+
+/// The rule itself: every text on its own.
+std::vector<Scored> rankPlainly(const std::set<std::string> &texts, const std::string &query,
+                                std::size_t top, const RecentAccessSnapshot &uses)
+{
+    std::vector<Scored> ranked;
+    for (const std::string &text : texts) {
+        if (isSubsequence(query, text))
+            ranked.emplace_back(text, fuzzyScore(query, text) + uses.share(text));
+    }
+    std::ranges::stable_sort(ranked, std::ranges::greater(), &Scored::second);
+    ranked.resize(std::min(top, ranked.size()));
+    return ranked;
+}
+
+class FuzzyMatchRanking : public testing::Test
+{
+protected:
+    void recordUse(const std::string &path)
+    {
+        match.uprankResult({path, path, {}, SearchBaseResultType::standard});
+    }
+    void expectPlainRanking(const std::set<std::string> &texts, const std::string &query,
+                            std::size_t top)
+    {
+        const auto expected = rankPlainly(texts, query, top, *uses.snapshot());
+        const auto actual = match.match(query, top);
+        ASSERT_EQ(actual.size(), expected.size()) << query;
+        for (std::size_t i = 0; i < actual.size(); ++i) {
+            ASSERT_EQ(actual[i].text(), expected[i].first) << query << " at " << i;
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(actual[i].score()),
+                      std::bit_cast<std::uint64_t>(expected[i].second))
+                << query << " for " << actual[i].text();
+            ASSERT_EQ(actual[i].highlightRanges(), highlightRanges(query, actual[i].text()));
+        }
+    }
+    std::vector<std::string> textsFor(const std::string &query, std::size_t top = 25)
+    {
+        std::vector<std::string> texts;
+        for (const FuzzyMatchResult &result : match.match(query, top))
+            texts.push_back(result.text());
+        return texts;
+    }
+
+    FakeDefaultsStore defaults;
+    DefaultsRecentAccessScoreDataStore store{defaults};
+    RecentAccessScore uses{store};
+    FuzzyMatch match{&uses};
+};
+
+TEST_F(FuzzyMatchRanking, equalsThePlainRuleUnderRandomEdits)
+{
+    RandomTexts random(3);
+    std::set<std::string> texts;
+    for (int round = 0; round < 40; ++round) {
+        for (int i = 0; i < 60; ++i) {
+            const std::string text = random.text();
+            match.add(text);
+            texts.insert(text);
+        }
+        for (int i = 0; i < 30; ++i) {
+            const auto victim =
+                std::next(texts.begin(), static_cast<long>(random.below(texts.size())));
+            match.remove(*victim);
+            texts.erase(victim);
+        }
+        match.remove("/never/added");
+        recordUse(random.below(3) == 0 ? "/not/indexed" : *texts.begin());
+        for (int i = 0; i < 12; ++i)
+            expectPlainRanking(texts, random.query(), i % 3 == 0 ? 10'000 : 1 + random.below(30));
+        expectPlainRanking(texts, *texts.begin(), 25);
+        expectPlainRanking(texts, "", 5);
+    }
+    EXPECT_EQ(match.count(), texts.size());
+}
+
+TEST_F(FuzzyMatchRanking, equalsThePlainRuleWithLongQueries)
+{
+    std::set<std::string> texts;
+    for (const std::size_t length : {31U, 32U, 33U, 100U, 1023U, 1024U, 1025U, 3'000U}) {
+        texts.insert("/" + std::string(length - 1, 'a'));
+        texts.insert("/" + std::string(length / 2, 'a') + "/" + std::string(length / 2, 'b'));
+    }
+    for (const std::string &text : texts)
+        match.add(text);
+    for (const std::size_t length : {8U, 9U, 31U, 32U, 33U, 500U, 1024U, 1025U, 3'000U}) {
+        expectPlainRanking(texts, std::string(length, 'a'), 25);
+        expectPlainRanking(texts, "/" + std::string(length - 1, 'a'), 25);
+        expectPlainRanking(texts, std::string(length / 2, 'a') + std::string(length / 2, 'b'), 3);
+    }
+}
+
+TEST_F(FuzzyMatchRanking, equalsThePlainRuleOnTwoThreads)
+{
+    RandomTexts random(5);
+    std::set<std::string> texts;
+    while (texts.size() < 30'000)
+        texts.insert("/" + random.name() + random.text() + random.name());
+    for (const std::string &text : texts)
+        match.add(text);
+    match.setSearchThreads(2);
+    for (int i = 0; i < 25; ++i)
+        expectPlainRanking(texts, random.query(), 25);
+}
+
+TEST_F(FuzzyMatchRanking, ordersAsAUserExpects)
+{
+    for (const char *text : {"/u/docs", "/u/odoxcs", "/U/A", "/u/a.docs", "/u/Docs", "docs"})
+        match.add(text);
+    match.add("docs");
+    EXPECT_THAT(textsFor("docs"),
+                ElementsAre("docs", "/u/Docs", "/u/docs", "/u/a.docs", "/u/odoxcs"));
+    EXPECT_THAT(textsFor("D"), ElementsAre("/u/Docs"));
+    EXPECT_THAT(textsFor("docs", 2), ElementsAre("docs", "/u/Docs"));
+    EXPECT_THAT(textsFor("docs", 0), ElementsAre());
+    recordUse("/u/docs");
+    EXPECT_THAT(textsFor("docs", 2), ElementsAre("docs", "/u/docs"));
+}
+
+TEST_F(FuzzyMatchRanking, listsTheMostUsedAmongTheCandidates)
+{
+    EXPECT_THAT(match.mostAccessedResults(10), ElementsAre());
+    for (const char *path : {"/a", "/b", "/gone", "/b", "/gone", "/gone"})
+        recordUse(path);
+    match.add("/a");
+    match.add("/b");
+    EXPECT_THAT(match.mostAccessedResults(10),
+                ElementsAre(FuzzyMatchResult("/b", 1.0, {}), FuzzyMatchResult("/a", 1.0, {})));
+    EXPECT_THAT(match.mostAccessedResults(2), ElementsAre(FuzzyMatchResult("/b", 1.0, {})));
+    match.reset();
+    EXPECT_EQ(match.count(), 0U);
+    EXPECT_EQ(uses.score("/gone"), 0.5);
+}
+
+TEST_F(FuzzyMatchRanking, findsWhatIsThereWhileTheIndexChanges)
+{
+    // What stays must be found by every search; what comes and goes may be.
+    for (int i = 0; i < 25'000; ++i)
+        match.add("/stays/" + std::to_string(i % 50) + "/folder" + std::to_string(i));
+    match.add("/stays/wanted");
+    std::atomic<bool> done = false;
+    std::jthread writer([&] {
+        for (int round = 0; !done; ++round) {
+            const std::string folder = "/comes/" + std::to_string(round % 7);
+            std::vector<std::string> texts;
+            for (int i = 0; i < 300; ++i)
+                texts.push_back(folder + "/wanted" + std::to_string(i));
+            const std::vector<std::string_view> views(texts.begin(), texts.end());
+            match.add(views);
+            for (const std::string &text : texts)
+                match.remove(text);
+        }
+    });
+    std::jthread reader([&] {
+        while (!done)
+            match.match("folder7", 25);
+    });
+    for (int i = 0; i < 40; ++i) {
+        const std::vector<std::string> texts = textsFor("/stays/wanted");
+        ASSERT_FALSE(texts.empty());
+        ASSERT_EQ(texts.front(), "/stays/wanted");
+    }
+    done = true;
+    writer.join();
+    reader.join();
+    EXPECT_EQ(match.count(), 25'001U);
+}
+
+TEST_F(FuzzyMatchRanking, survivesBeingEmptiedDuringASearch)
+{
+    std::atomic<bool> done = false;
+    std::jthread searcher([&] {
+        while (!done)
+            textsFor("a1/f2");
+    });
+    for (int round = 0; round < 5; ++round) {
+        for (int i = 0; i < 3000; ++i)
+            match.add("/a" + std::to_string(i % 100) + "/f" + std::to_string(i));
+        match.reset();
+    }
+    done = true;
+    searcher.join();
+    EXPECT_THAT(textsFor("a1"), ElementsAre());
+}
+
+} // namespace
+} // namespace quillon

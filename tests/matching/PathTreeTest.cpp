@@ -1,0 +1,144 @@
+#include "matching/PathTree.h"
+
+#include "tests/matching/RandomTexts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace quillon {
+namespace {
+
+using Flags = PathTree::Flags;
+
+Flags flagsOf(const PathTree &tree, const std::string &text)
+{
+    const PathTree::NodeId node = tree.find(text);
+    constexpr Flags KEPT = PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED;
+    return node == PathTree::NONE ? Flags{0} : static_cast<Flags>(tree.node(node).flags & KEPT);
+}
+
+TEST(PathTree, givesEveryTextBackByteForByte)
+{
+    PathTree tree;
+    const std::vector<std::string> texts = {"",
+                                            "/",
+                                            "//",
+                                            "a",
+                                            "a/",
+                                            "a//b",
+                                            "/a",
+                                            "/a/b",
+                                            "/a b",
+                                            "/a-b",
+                                            "/a.b/",
+                                            "///",
+                                            "a/b",
+                                            "/\xff",
+                                            std::string(70'000, 'n'),
+                                            "/x/" + std::string(300'000, 'm')};
+    for (const std::string &text : texts)
+        EXPECT_EQ(tree.text(tree.insert(text, PathTree::CANDIDATE)), text);
+    EXPECT_EQ(tree.count(PathTree::CANDIDATE), texts.size());
+    for (const std::string &text : texts)
+        EXPECT_EQ(flagsOf(tree, text), PathTree::CANDIDATE);
+    EXPECT_EQ(tree.find("/x"), tree.node(tree.find(texts.back())).parent);
+    EXPECT_EQ(tree.find("/y"), PathTree::NONE);
+}
+
+TEST(PathTree, comparesAsWholeTextsDo)
+{
+    PathTree tree;
+    RandomTexts random(7);
+    std::vector<std::string> texts = {"/a", "/a/b", "/a b", "/a-b/c", "/a.b", "/ab", "/a/", ""};
+    for (int i = 0; i < 200; ++i)
+        texts.push_back(random.text());
+    std::vector<PathTree::NodeId> nodes;
+    for (const std::string &text : texts)
+        nodes.push_back(tree.insert(text, PathTree::CANDIDATE));
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        for (std::size_t k = 0; k < texts.size(); ++k)
+            ASSERT_EQ(tree.compareTexts(nodes[i], nodes[k]), texts[i] <=> texts[k])
+                << texts[i] << " and " << texts[k];
+    }
+}
+
+TEST(PathTree, staysEqualToAMapUnderRandomEdits)
+{
+    PathTree tree;
+    std::map<std::string, Flags> model;
+    RandomTexts random(11);
+    const auto randomFlags = [&] { return static_cast<Flags>(1 + random.below(7)); };
+    std::vector<std::string> known;
+    for (int round = 0; round < 60; ++round) {
+        // Rounds that add and rounds that remove, enough of both to have dead nodes collected.
+        const bool adding = round % 4 < 2;
+        for (int i = 0; i < 600; ++i) {
+            const Flags flags = randomFlags();
+            if (adding) {
+                known.push_back(random.text());
+                tree.insert(known.back(), flags);
+                model[known.back()] |= flags;
+                continue;
+            }
+            const std::string &text = known[random.below(known.size())];
+            const PathTree::NodeId node = tree.find(text);
+            if (node != PathTree::NONE)
+                tree.removeFlags(node, flags);
+            model[text] &= static_cast<Flags>(~flags);
+        }
+        std::size_t stored = 0;
+        for (const auto &[text, flags] : model) {
+            ASSERT_EQ(flagsOf(tree, text), flags) << text;
+            stored += flags & PathTree::STORED;
+        }
+        ASSERT_EQ(tree.count(PathTree::STORED), stored);
+    }
+}
+
+TEST(PathTree, usesTheRoomOfRemovedTextsAgain)
+{
+    PathTree tree;
+    const auto fillAndEmpty = [&tree] {
+        for (int i = 0; i < 20'000; ++i)
+            tree.insert("/folder/" + std::to_string(i), PathTree::CANDIDATE);
+        // One folder with many children: removals must not walk them again and again.
+        for (int i = 0; i < 20'000; ++i)
+            tree.removeFlags(tree.find("/folder/" + std::to_string(i)), PathTree::CANDIDATE);
+    };
+    fillAndEmpty();
+    const std::size_t bytes = tree.bytes();
+    for (int round = 0; round < 5; ++round)
+        fillAndEmpty();
+    EXPECT_LT(tree.bytes(), bytes * 5 / 4);
+    EXPECT_EQ(tree.count(PathTree::CANDIDATE), 0U);
+}
+
+TEST(PathTree, keepsTheLinksOfRemovedNodesWhilePinned)
+{
+    PathTree tree;
+    const PathTree::NodeId folder = tree.insert("/f", PathTree::STORED);
+    for (int i = 0; i < 10'000; ++i)
+        tree.insertChild(folder, "before" + std::to_string(i), PathTree::CANDIDATE);
+    const PathTree::NodeId standing = tree.findChild(folder, "before5000");
+    tree.pin();
+    for (int i = 0; i < 10'000; ++i) {
+        if (i != 17)
+            tree.removeFlags(tree.findChild(folder, "before" + std::to_string(i)),
+                             PathTree::CANDIDATE);
+        tree.insertChild(folder, "after" + std::to_string(i), PathTree::CANDIDATE);
+    }
+    // A search that stood on a removed node goes on to what is left of the list behind it.
+    EXPECT_EQ(tree.text(standing), "/f/before5000");
+    bool meetsSurvivor = false;
+    for (PathTree::NodeId id = standing; id != PathTree::NONE; id = tree.node(id).nextSibling)
+        meetsSurvivor = meetsSurvivor || tree.text(id) == "/f/before17";
+    EXPECT_TRUE(meetsSurvivor);
+    tree.unpin();
+}
+
+} // namespace
+} // namespace quillon
