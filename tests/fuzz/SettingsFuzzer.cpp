@@ -1,0 +1,29 @@
+// Any file: what is read of it is written so that the same is read again. Any bytes: they survive
+// being JSON text.
+
+#include "platform/JsonValues.h"
+#include "platform/Require.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    using namespace quillon;
+    const std::string bytes(reinterpret_cast<const char *>(data), size);
+    require(textToBytes(bytesToText(bytes)) == bytes, "bytes survive being text");
+
+    const QJsonObject object =
+        QJsonDocument::fromJson(QByteArray::fromStdString(bytes)).object();
+    for (const QJsonValue entry : object) {
+        const std::optional<DefaultsValue> value = fromJson(entry);
+        if (!value)
+            continue;
+        const QByteArray written =
+            QJsonDocument(QJsonObject{{QStringLiteral("key"), toJson(*value)}}).toJson();
+        const QJsonValue again =
+            QJsonDocument::fromJson(written).object().value(QStringLiteral("key"));
+        require(fromJson(again) == value, "a setting is read as it was written");
+    }
+    return 0;
+}

@@ -1,0 +1,3 @@
+#include "platform/linux/PosixFolderLister.h"
+
+#include <unistd.h>
