@@ -3,6 +3,7 @@
 #include "indexing/CrawlSink.h"
 #include "indexing/SkipRules.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -39,11 +40,23 @@ struct CrawlResult
     std::uint64_t errors = 0;
 };
 
+struct CrawlOptions
+{
+    /// Threads that share the work.
+    unsigned threads = 2;
+    /// A thread that is this long in one call into the file system gets a substitute.
+    std::chrono::milliseconds stall{1000};
+    /// Once nothing else is left, a folder whose call takes longer than this is reported as an
+    /// error and waited for no more.
+    std::chrono::milliseconds patience{20000};
+};
+
 /// Walks everything below a folder and hands over what belongs into the index.
 ///
 /// Hidden names are left out, links are not followed (but the root may be one), packages are listed
 /// and not entered. Paths may be of any length and names hold any bytes. A folder that cannot be
-/// read is reported and the crawl goes on.
+/// read is reported and the crawl goes on. A file system that does not answer holds up neither the
+/// rest of the crawl, nor its end for long, nor a stop.
 class Crawler
 {
 public:
@@ -51,8 +64,10 @@ public:
     /// error ", a path, a blank and a reason, always; on the thread that called crawl().
     using Progress = std::function<void(const std::string &line)>;
 
-    /// The rules hold for the life of the crawler; the lister outlives it.
-    Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules);
+    /// The rules hold for the life of the crawler. The lister outlives it and also the calls that a
+    /// crawl no longer waits for.
+    Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
+            CrawlOptions options = {});
 
     /// Crawls the folder at the absolute path and returns when that is done or stop was requested.
     /// Folders are handed to the sink, and files whose extension (the text after the last dot of
@@ -64,6 +79,7 @@ public:
 private:
     FolderLister &folderLister_;
     std::shared_ptr<const SkipRules> rules_;
+    CrawlOptions options_;
 };
 
 } // namespace quillon

@@ -2,6 +2,7 @@
 
 #include "platform/ThreadAnnotations.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -43,6 +44,13 @@ public:
     {
         std::unique_lock lock(mutex.mutex_, std::adopt_lock);
         condition_.wait(lock);
+        lock.release();
+    }
+    /// Returns after this time at the latest.
+    void waitFor(Mutex &mutex, std::chrono::milliseconds time) REQUIRES(mutex)
+    {
+        std::unique_lock lock(mutex.mutex_, std::adopt_lock);
+        condition_.wait_for(lock, time);
         lock.release();
     }
     void notifyOne() { condition_.notify_one(); }

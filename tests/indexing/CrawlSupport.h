@@ -1,13 +1,12 @@
 #pragma once
 
 #include "indexing/Crawler.h"
+#include "platform/Mutex.h"
 #include "platform/Require.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <mutex>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,37 +15,38 @@
 namespace quillon {
 
 /// Keeps what a crawl hands over as whole paths, a file's with the mark "file:" before it.
-class RecordingSink final : public CrawlSink
+class RecordingSink : public CrawlSink
 {
 public:
     Token root(const std::string &path) override
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         rootPath = path;
-        parents_.push_back(path == "/" ? "" : path);
+        paths_.push_back(path == "/" ? "" : path);
         return 0;
     }
     void add(Token parent, std::span<Entry> entries) override
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         require(!entries.empty(), "a folder that keeps nothing is not handed over");
-        require(parent < parents_.size(), "a folder comes before what is below it");
+        require(parent < paths_.size(), "a folder comes before what is below it");
         require(given_.insert(parent).second, "a folder is handed over once");
         for (Entry &entry : entries) {
-            const std::string path = parents_[parent] + "/" + std::string(entry.name);
-            require(kept.insert(entry.isFolder ? path : "file:" + path).second, "kept once");
-            entry.token = static_cast<Token>(parents_.size());
-            parents_.push_back(path);
+            const std::string path = paths_[parent] + "/" + std::string(entry.name);
+            kept.insert(entry.isFolder ? path : "file:" + path);
+            entry.token = static_cast<Token>(paths_.size());
+            paths_.push_back(path);
         }
     }
 
+    // Read after the crawl.
     std::string rootPath;
     std::set<std::string> kept;
 
 private:
-    std::mutex mutex_;
-    std::vector<std::string> parents_;
-    std::set<Token> given_;
+    Mutex mutex_;
+    std::vector<std::string> paths_ GUARDED_BY(mutex_);
+    std::set<Token> given_ GUARDED_BY(mutex_);
 };
 
 /// The rule of SkipRules, written down as it is stated and without memory.
@@ -57,11 +57,9 @@ struct PlainSkipRule
 
     bool skipsPath(const std::string &path) const
     {
-        const auto occursIn = [](const std::string &text) {
-            return
-                [&text](const std::string &part) { return text.find(part) != std::string::npos; };
-        };
-        const auto pattern = std::ranges::find_if(patterns, occursIn(path));
+        const auto pattern = std::ranges::find_if(patterns, [&](const std::string &part) {
+            return path.find(part) != std::string::npos;
+        });
         if (pattern == patterns.end())
             return false;
         for (const std::string &folder : includeFolders)

@@ -2,25 +2,348 @@
 
 #include "platform/linux/PosixFolderLister.h"
 #include "tests/indexing/CrawlSupport.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <memory>
+#include <ostream>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace quillon {
+
 namespace {
 
+namespace fs = std::filesystem;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+using Outcome = CrawlResult::Outcome;
 
-TEST(Crawler, keepsFoldersAndIncludedFiles)
+/// A crawl of the real disk and everything that came out of it.
+struct Crawl
 {
-    TemporaryFolder disk;
-    disk.makeFolder("a/b");
-    disk.writeFile("a/x.txt");
+    explicit Crawl(const std::string &root, const std::set<std::string> &extensions = {},
+                   const PlainSkipRule &rule = {}, CrawlOptions options = {},
+                   const std::stop_token &stop = {})
+    {
+        Crawler crawler(lister, std::make_shared<SkipRules>(rule.patterns, rule.includeFolders),
+                        options);
+        const auto progress = [&](const std::string &line) {
+            (line.starts_with("Enumerator error ") ? errors : others).insert(line);
+        };
+        result = crawler.crawl(root, extensions, sink, progress, stop);
+    }
+
     PosixFolderLister lister;
     RecordingSink sink;
-    Crawler(lister, std::make_shared<SkipRules>()).crawl(disk.path(), {"txt"}, sink);
-    EXPECT_THAT(sink.kept,
-                ElementsAre(disk.path("a"), disk.path("a/b"), "file:" + disk.path("a/x.txt")));
+    std::multiset<std::string> errors;
+    std::multiset<std::string> others;
+    CrawlResult result;
+};
+
+TEST(Crawler, keepsFoldersAndIncludedFilesAndEntersNeitherPackagesNorLinks)
+{
+    const TemporaryFolder disk;
+    disk.writeFile("a/b/work.sublime-project");
+    disk.writeFile("a/WORK.SUBLIME-PROJECT");
+    disk.writeFile("a/sublime-project");
+    disk.writeFile("a/no-extension.");
+    disk.writeFile(".hidden/x.sublime-project");
+    disk.writeFile("a/.x.sublime-project");
+    disk.writeFile("App.xcodeproj/inside/x.sublime-project");
+    disk.writeFile("node_modules/x.sublime-project");
+    fs::create_symlink(disk.path("a"), disk.path("link"));
+    fs::create_symlink(disk.path("a"), disk.path("link.sublime-project"));
+    disk.makeFolder("folder.sublime-project");
+
+    const Crawl crawl(disk.path() + "//", {"sublime-project"}, {{"node_modules"}, {}});
+    EXPECT_EQ(crawl.sink.rootPath, disk.path());
+    EXPECT_THAT(crawl.sink.kept, ElementsAre(disk.path("App.xcodeproj"), disk.path("a"),
+                                             disk.path("a/b"), disk.path("folder.sublime-project"),
+                                             "file:" + disk.path("a/b/work.sublime-project"),
+                                             "file:" + disk.path("link.sublime-project")));
+    EXPECT_EQ(crawl.result.outcome, Outcome::complete);
+    EXPECT_EQ(crawl.result.folders, 4U);
+    EXPECT_EQ(crawl.result.files, 2U);
+    EXPECT_THAT(crawl.others, Contains(StartsWith("Processing " + disk.path())));
+}
+
+TEST(Crawler, tellsWhatIsWrongWithARoot)
+{
+    const TemporaryFolder disk;
+    disk.makeFolder("x.app/inside");
+    disk.makeFolder("real/inside");
+    disk.writeFile("file");
+    fs::create_symlink("real", disk.path("link"));
+    fs::create_symlink("nothing", disk.path("dangling"));
+
+    EXPECT_EQ(Crawl(disk.path("x.app")).result.outcome, Outcome::packageOrMissing);
+    EXPECT_EQ(Crawl(disk.path("missing")).result.outcome, Outcome::packageOrMissing);
+    EXPECT_EQ(Crawl(disk.path("dangling")).result.outcome, Outcome::packageOrMissing);
+    const Crawl file(disk.path("file"));
+    EXPECT_EQ(file.result.outcome, Outcome::unreadable);
+    EXPECT_EQ(file.result.error, std::errc::not_a_directory);
+    EXPECT_THAT(file.errors,
+                ElementsAre("Enumerator error " + disk.path("file") + " Not a directory"));
+    EXPECT_EQ(file.sink.rootPath, disk.path("file")) << "handed over whatever it is";
+    const Crawl link(disk.path("link"));
+    EXPECT_THAT(link.sink.kept, ElementsAre(disk.path("link/inside")));
+    const Crawl kernel("/proc");
+    EXPECT_THAT(kernel.sink.kept, IsEmpty());
+}
+
+TEST(Crawler, writesThePathsBelowTheRootOfAllFoldersWithOneSlash)
+{
+    // Everything two levels down is skipped.
+    PlainSkipRule rule;
+    std::set<std::string> expected;
+    for (const auto &entry : fs::directory_iterator("/")) {
+        const std::string name = entry.path().filename();
+        if (entry.is_symlink() || !entry.is_directory() || name.starts_with('.'))
+            continue;
+        expected.insert("/" + name);
+        rule.patterns.push_back("/" + name + "/");
+    }
+    const Crawl crawl("/", {}, rule);
+    EXPECT_EQ(crawl.sink.rootPath, "/");
+    EXPECT_EQ(crawl.sink.kept, expected);
+}
+
+/// What a crawl should find, by plain recursion over paths.
+struct Reference
+{
+    Reference(const fs::path &root, const std::set<std::string> &extensions_,
+              const PlainSkipRule &rule_)
+        : extensions(extensions_), rule(rule_)
+    {
+        visit(root);
+    }
+    void visit(const fs::path &folder)
+    {
+        std::error_code error;
+        fs::directory_iterator entries(folder, error);
+        if (error)
+            errors.insert("Enumerator error " + folder.string() + " " + error.message());
+        for (const fs::directory_entry &entry : entries) {
+            const std::string path = entry.path().string();
+            const std::string name = path.substr(path.rfind('/') + 1);
+            if (name.starts_with('.'))
+                continue;
+            const std::size_t dot = name.rfind('.');
+            if (entry.is_symlink() || !entry.is_directory()) {
+                if (dot != std::string::npos && extensions.contains(name.substr(dot + 1)))
+                    kept.insert("file:" + path);
+            } else if (!rule.skips(path, name)) {
+                kept.insert(path);
+                if (!name.ends_with(".app"))
+                    visit(entry.path());
+            }
+        }
+    }
+    const std::set<std::string> &extensions;
+    const PlainSkipRule &rule;
+    std::set<std::string> kept;
+    std::multiset<std::string> errors;
+};
+
+class RandomTree
+{
+public:
+    explicit RandomTree(unsigned seed) : random_(seed) { fill(disk_.path(), 0); }
+    const std::string &path() const { return disk_.path(); }
+    std::size_t pick(std::size_t below) { return random_() % below; }
+
+private:
+    void fill(const std::string &folder, int depth)
+    {
+        static const std::vector<std::string> NAMES{
+            "a",     "b c",     "node_modules", "Library", ".git",      "x.app",
+            "y.txt", "odd\xff", "line\nfeed",   ".hidden", "z.app.txt", "node_modules_2"};
+        for (std::size_t count = pick(8); count > 0; --count) {
+            const std::string path = folder + "/" + NAMES[pick(NAMES.size())];
+            if (fs::exists(fs::symlink_status(path)))
+                continue;
+            switch (pick(depth < 5 ? 8 : 2)) {
+            case 0:
+                fs::create_symlink(pick(2) == 0 ? disk_.path() : "..", path);
+                break;
+            case 1:
+                close(open(path.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+                break;
+            default:
+                fs::create_directory(path);
+                fill(path, depth + 1);
+                if (pick(10) == 0)
+                    chmod(path.c_str(), pick(2) == 0 ? 0300 : 0400);
+            }
+        }
+    }
+
+    TemporaryFolder disk_;
+    std::mt19937 random_;
+};
+
+TEST(Crawler, findsWhatAPlainRecursionFindsInRandomTrees)
+{
+    const UnprivilegedUser user;
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        RandomTree tree(seed);
+        PlainSkipRule rule{{"node_modules", "/Library/"}, {tree.path() + "/a"}};
+        if (seed % 3 == 0)
+            rule.includeFolders = {tree.path() + "/Library/a", tree.path() + "/node_modules"};
+        std::set<std::string> extensions;
+        if (seed % 2 == 0)
+            extensions = {"txt"};
+        const Reference expected(tree.path(), extensions, rule);
+        const Crawl crawl(tree.path(), extensions, rule, {.threads = seed % 4 + 1});
+        ASSERT_EQ(crawl.sink.kept, expected.kept) << seed;
+        ASSERT_EQ(crawl.errors, expected.errors) << seed;
+        ASSERT_EQ(crawl.result.errors, expected.errors.size());
+        ASSERT_EQ(crawl.result.folders + crawl.result.files, expected.kept.size());
+    }
+}
+
+/// Makes a chain of folders of this name, each with a folder "side" in it, below the path.
+void makeDeepChain(const std::string &path, const std::string &name, int depth)
+{
+    int folder = open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    for (int level = 0; level < depth; ++level) {
+        mkdirat(folder, name.c_str(), 0700);
+        mkdirat(folder, "side", 0700);
+        const int below = openat(folder, name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        close(folder);
+        folder = below;
+    }
+    close(folder);
+}
+
+class DescriptorLimit
+{
+public:
+    explicit DescriptorLimit(rlim_t limit)
+    {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        const rlimit changed{limit, before_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &changed);
+    }
+    DescriptorLimit(const DescriptorLimit &) = delete;
+    DescriptorLimit &operator=(const DescriptorLimit &) = delete;
+    ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+private:
+    rlimit before_ = {};
+};
+
+struct DeepRow
+{
+    const char *name;
+    rlim_t descriptors;
+    std::set<std::string> extensions;
+    friend std::ostream &operator<<(std::ostream &stream, const DeepRow &row)
+    {
+        return stream << row.name;
+    }
+};
+
+class DeepCrawl : public testing::TestWithParam<DeepRow>
+{};
+
+TEST_P(DeepCrawl, reachesTheEndOfATreeDeeperThanPathsMayBeLong)
+{
+    constexpr int DEPTH = 700;
+    const std::string name(50, 'd');
+    const TemporaryFolder disk;
+    makeDeepChain(disk.path(), name, DEPTH);
+
+    const DescriptorLimit limit(GetParam().descriptors);
+    const Crawl crawl(disk.path(), GetParam().extensions);
+    EXPECT_THAT(crawl.errors, IsEmpty());
+    ASSERT_EQ(crawl.sink.kept.size(), 2U * DEPTH);
+    std::string path = disk.path();
+    for (int level = 0; level < DEPTH; ++level) {
+        ASSERT_TRUE(crawl.sink.kept.contains(path + "/side")) << level;
+        path += "/" + name;
+        ASSERT_TRUE(crawl.sink.kept.contains(path)) << level;
+    }
+    const Crawl again(path.substr(0, path.size() - 2 * (name.size() + 1)));
+    EXPECT_EQ(again.sink.kept.size(), 4U) << "a root's path may be long too";
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, DeepCrawl,
+                         testing::Values(DeepRow{"plenty", 1024, {}},
+                                         DeepRow{"plentyWithFiles", 1024, {"txt"}},
+                                         DeepRow{"fewDescriptors", 40, {"txt"}}),
+                         [](const auto &row) { return row.param.name; });
+
+TEST(Crawler, survivesATreeThatChangesWhileItIsCrawled)
+{
+    const TemporaryFolder outside;
+    outside.makeFolder("never");
+    const TemporaryFolder disk;
+    for (int i = 0; i < 20; ++i)
+        disk.makeFolder("f" + std::to_string(i) + "/g/h");
+    const std::jthread changes([&](const std::stop_token &stop) {
+        std::mt19937 random(1);
+        std::error_code ignored;
+        while (!stop.stop_requested()) {
+            const std::string path = disk.path("f" + std::to_string(random() % 20));
+            const std::string other = disk.path("f" + std::to_string(random() % 20) + "/g");
+            fs::rename(path, other + "/moved" + std::to_string(random() % 3), ignored);
+            fs::remove_all(other, ignored);
+            fs::create_symlink(outside.path(), other, ignored);
+            fs::remove(other, ignored);
+            fs::create_directories(path + "/g/h", ignored);
+        }
+    });
+    for (int round = 0; round < 200; ++round) {
+        const Crawl crawl(disk.path());
+        ASSERT_EQ(crawl.result.outcome, Outcome::complete);
+        for (const std::string &path : crawl.sink.kept) {
+            ASSERT_THAT(path, StartsWith(disk.path() + "/"));
+            ASSERT_EQ(path.find("/never"), std::string::npos);
+        }
+    }
+}
+
+TEST(Crawler, endsEarlyWhenItIsStopped)
+{
+    class StoppingSink final : public RecordingSink
+    {
+    public:
+        explicit StoppingSink(std::stop_source &source) : source_(source) {}
+        void add(Token parent, std::span<Entry> entries) override
+        {
+            RecordingSink::add(parent, entries);
+            source_.request_stop();
+        }
+
+    private:
+        std::stop_source &source_;
+    };
+    const TemporaryFolder disk;
+    for (int i = 0; i < 1000; ++i)
+        disk.makeFolder("a/" + std::to_string(i) + "/b");
+    std::stop_source source;
+    StoppingSink sink(source);
+    PosixFolderLister lister;
+    Crawler crawler(lister, std::make_shared<SkipRules>());
+    const CrawlResult result = crawler.crawl(disk.path(), {"x"}, sink, {}, source.get_token());
+    EXPECT_EQ(result.outcome, Outcome::stopped);
+    EXPECT_LT(sink.kept.size(), 1002U);
+    EXPECT_EQ(Crawl(disk.path(), {}, {}, {}, source.get_token()).result.outcome, Outcome::stopped);
 }
 
 } // namespace
+
 } // namespace quillon

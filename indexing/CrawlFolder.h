@@ -1,0 +1,63 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace quillon {
+
+/// A folder that a crawl has been to, by its name and the folder above it. Never changes; shared
+/// between threads and held by whatever is still to be visited below it.
+class CrawlFolder
+{
+public:
+    /// Shares a folder. Letting go of the last one below a long chain of folders takes no stack.
+    class Ref
+    {
+    public:
+        Ref() = default;
+        Ref(const Ref &other) : folder_(other.folder_) { acquire(); }
+        Ref(Ref &&other) noexcept : folder_(std::exchange(other.folder_, nullptr)) {}
+        Ref &operator=(Ref other) noexcept
+        {
+            std::swap(folder_, other.folder_);
+            return *this;
+        }
+        ~Ref() { release(std::exchange(folder_, nullptr)); }
+
+        explicit operator bool() const { return folder_ != nullptr; }
+        const CrawlFolder *operator->() const { return folder_; }
+        const CrawlFolder *get() const { return folder_; }
+
+    private:
+        friend class CrawlFolder;
+        explicit Ref(CrawlFolder *folder) : folder_(folder) { acquire(); }
+        void acquire() const
+        {
+            if (folder_ != nullptr)
+                folder_->references_.fetch_add(1, std::memory_order_relaxed);
+        }
+        static void release(CrawlFolder *folder);
+
+        CrawlFolder *folder_ = nullptr;
+    };
+
+    /// The name of a root, which is below nothing, is its path; that of "/" is empty.
+    static Ref make(Ref parent, std::string_view name);
+
+    const Ref &parent() const { return parent_; }
+    const std::string &name() const { return name_; }
+    /// What stands before "/" in the paths of whatever is in the folder; empty for "/".
+    std::string path() const;
+
+private:
+    CrawlFolder(Ref parent, std::string_view name) : parent_(std::move(parent)), name_(name) {}
+
+    std::atomic<std::uint32_t> references_ = 0;
+    Ref parent_;
+    std::string name_;
+};
+
+} // namespace quillon

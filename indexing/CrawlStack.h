@@ -1,0 +1,92 @@
+#pragma once
+
+#include "indexing/CrawlFolder.h"
+#include "indexing/CrawlSink.h"
+#include "indexing/SkipRules.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+class OpenFolder;
+
+/// A folder to be visited.
+struct CrawlItem
+{
+    /// Null for the root, whose name is then that of a CrawlFolder's root.
+    CrawlFolder::Ref parent;
+    /// The folder above; null when it was closed again for want of descriptors.
+    std::shared_ptr<const OpenFolder> parentHandle;
+    std::string name;
+    CrawlSink::Token token = 0;
+    SkipRules::State state;
+
+    /// The folder's own path, "" for "/".
+    std::string path() const;
+};
+
+/// The folders that one worker has still to visit: for each folder on its way down those of its
+/// subfolders that are left. Not locked.
+class CrawlStack
+{
+public:
+    /// Folders kept open at a time. Those nearest to the root are closed first.
+    static constexpr std::size_t MAX_OPEN = 128;
+
+    struct Child
+    {
+        std::string_view name;
+        CrawlSink::Token token = 0;
+        SkipRules::State state;
+    };
+
+    /// Goes down into a folder that has these subfolders, one at least.
+    void push(CrawlFolder::Ref folder, std::shared_ptr<const OpenFolder> handle,
+              const std::vector<Child> &children);
+    /// Takes the next folder to visit; false when there is none.
+    bool take(CrawlItem &item);
+    /// Gives an empty stack half of what is left nearest to the root.
+    void share(CrawlStack &other);
+    /// Number of folders to visit.
+    std::size_t pending() const { return pending_; }
+
+    /// Takes note that a folder on the way down is open again. Called for folders from the root
+    /// downwards; position starts at zero and is carried from call to call.
+    void reopened(std::size_t &position, const CrawlFolder &folder,
+                  const std::shared_ptr<const OpenFolder> &handle);
+    /// Closes every folder.
+    void close();
+
+private:
+    struct StoredChild
+    {
+        std::size_t nameOffset = 0;
+        std::size_t nameSize = 0;
+        CrawlSink::Token token = 0;
+        SkipRules::State state;
+    };
+    struct Level
+    {
+        CrawlFolder::Ref folder;
+        std::shared_ptr<const OpenFolder> handle;
+        std::string names;
+        /// From next on they are still to be visited, the last one first.
+        std::vector<StoredChild> children;
+        std::size_t next = 0;
+
+        bool isEmpty() const { return next == children.size(); }
+    };
+
+    void add(Level level);
+
+    std::vector<Level> levels_;
+    /// Levels below this one are closed.
+    std::size_t lowestOpen_ = 0;
+    std::size_t pending_ = 0;
+};
+
+} // namespace quillon

@@ -1,0 +1,299 @@
+#include "indexing/CrawlTeam.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Between two looks at the workers and two "Processing" messages.
+constexpr auto TICK = 17ms;
+/// How long a stop waits for a call into the file system.
+constexpr auto STOP_GRACE = 100ms;
+/// More calls that do not return than this are not waited for side by side.
+constexpr std::size_t MAX_MEMBERS = 16;
+
+} // namespace
+
+CrawlTeam::CrawlTeam(Task task, const CrawlOptions &options)
+    : task_(std::move(task)), options_(options), pathWanted_(task_.reportsProgress)
+{}
+
+CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_token &stop)
+{
+    {
+        const std::stop_callback whenStopped(stop, [this] { requestStop(); });
+        {
+            const MutexLock lock(mutex_);
+            // One thread is enough to crawl, none is not.
+            while (!stopped_ && members_.size() < options_.threads && addMember()) {
+            }
+            if (!stopped_ && members_.empty()) {
+                fail(std::make_error_code(std::errc::resource_unavailable_try_again));
+                finish();
+            }
+        }
+        for (bool isOver = false; !isOver;) {
+            {
+                const MutexLock lock(mutex_);
+                if (!finished_ && !stopped_)
+                    over_.waitFor(mutex_, TICK);
+                isOver = finished_ || stopped_;
+                if (!isOver)
+                    lookAfterMembers();
+            }
+            deliver(progress);
+        }
+    }
+    endThreads();
+    deliver(progress);
+
+    const MutexLock lock(mutex_);
+    if (!finished_)
+        result_.outcome = CrawlResult::Outcome::stopped;
+    for (const Member &member : members_) {
+        result_.folders += member.worker->counts().folders;
+        result_.files += member.worker->counts().files;
+        result_.errors += member.worker->counts().errors;
+    }
+    return result_;
+}
+
+bool CrawlTeam::addMember()
+{
+    auto worker = std::make_unique<CrawlWorker>(*this);
+    const auto life = [team = shared_from_this(), worker = worker.get(),
+                       isFirst = members_.empty()] {
+        worker->run(isFirst);
+        const MutexLock lock(team->mutex_);
+        team->over_.notifyAll();
+    };
+    try {
+        std::thread thread(life);
+        members_.push_back({std::move(worker), std::move(thread), 0, Clock::now(), false});
+        return true;
+    } catch (const std::system_error &) {
+        return false;
+    }
+}
+
+// Idle workers
+
+bool CrawlTeam::waitForWork(CrawlWorker &worker)
+{
+    const MutexLock lock(mutex_);
+    // Counted before it looks: whoever gets something to share afterwards sees it and tells.
+    ++idle_;
+    for (;;) {
+        told_ = false;
+        if (finished_ || stopped_)
+            return false;
+        if (takeFromOthers(worker)) {
+            --idle_;
+            return true;
+        }
+        if (idle_ == aliveMembers()) {
+            finish();
+            return false;
+        }
+        work_.wait(mutex_);
+    }
+}
+
+bool CrawlTeam::takeFromOthers(CrawlWorker &worker)
+{
+    return std::ranges::any_of(members_, [&](Member &member) {
+        return member.worker.get() != &worker &&
+               member.worker->share(worker, member.isStalled || member.worker->isGivenUp());
+    });
+}
+
+void CrawlTeam::workAppeared()
+{
+    if (idle_ > 0 && !told_.exchange(true)) {
+        const MutexLock lock(mutex_);
+        work_.notifyAll();
+    }
+}
+
+std::size_t CrawlTeam::aliveMembers()
+{
+    return static_cast<std::size_t>(std::ranges::count_if(
+        members_, [](const Member &member) { return !member.worker->isGivenUp(); }));
+}
+
+void CrawlTeam::finish()
+{
+    finished_ = true;
+    work_.notifyAll();
+    over_.notifyAll();
+}
+
+// Workers whose call into the file system does not return
+
+/// Returns how many are stalled.
+std::size_t CrawlTeam::observeMembers()
+{
+    const Clock::time_point now = Clock::now();
+    std::size_t stalled = 0;
+    for (Member &member : members_) {
+        const std::uint64_t activity = member.worker->activity();
+        if (member.worker->isGivenUp())
+            continue;
+        if (activity != member.activity || !CrawlWorker::isInCall(activity)) {
+            member.activity = activity;
+            member.since = now;
+            member.isStalled = false;
+        } else if (now - member.since >= options_.stall) {
+            if (!member.isStalled)
+                work_.notifyAll(); // what it has left is now everyone's
+            member.isStalled = true;
+            ++stalled;
+        }
+    }
+    return stalled;
+}
+
+bool CrawlTeam::isAnythingLeft()
+{
+    return std::ranges::any_of(
+        members_, [](const Member &member) { return member.worker->hasFoldersLeft(); });
+}
+
+void CrawlTeam::lookAfterMembers()
+{
+    const std::size_t stalled = observeMembers();
+    if (stalled == 0 && aliveMembers() > 0)
+        return;
+    const bool isLeft = isAnythingLeft();
+    if (isLeft && idle_ == 0 && aliveMembers() - stalled < options_.threads &&
+        aliveMembers() < MAX_MEMBERS) {
+        addMember();
+        return;
+    }
+    if (idle_ + stalled < aliveMembers())
+        return;
+    // Nobody is getting on. Waiting for several costs no more than for one.
+    for (Member &member : members_)
+        if (member.isStalled && Clock::now() - member.since >= options_.patience)
+            giveUp(member);
+    if (!isLeft && idle_ == aliveMembers())
+        finish();
+}
+
+void CrawlTeam::giveUp(Member &member)
+{
+    if (!member.worker->giveUp(member.activity))
+        return;
+    member.isStalled = false;
+    const std::error_code error = std::make_error_code(std::errc::timed_out);
+    const std::string path = member.worker->currentPath();
+    if (path.empty()) {
+        fail(error);
+    } else {
+        ++result_.errors;
+        addErrorLine(path, error);
+    }
+}
+
+// Messages
+
+void CrawlTeam::rootFailed(const std::error_code &error)
+{
+    const MutexLock lock(mutex_);
+    fail(error);
+}
+
+void CrawlTeam::fail(const std::error_code &error)
+{
+    result_.error = error;
+    if (error == std::errc::no_such_file_or_directory) {
+        result_.outcome = CrawlResult::Outcome::packageOrMissing;
+        return;
+    }
+    result_.outcome = CrawlResult::Outcome::unreadable;
+    addErrorLine(task_.rootPath, error);
+}
+
+void CrawlTeam::setProcessing(std::string path)
+{
+    const MutexLock lock(mutex_);
+    processing_ = std::move(path);
+}
+
+void CrawlTeam::addError(const std::string &path, const std::error_code &error)
+{
+    const MutexLock lock(mutex_);
+    addErrorLine(path.empty() ? "/" : path, error);
+}
+
+void CrawlTeam::addErrorLine(const std::string &path, const std::error_code &error)
+{
+    if (task_.reportsProgress)
+        errorLines_.push_back("Enumerator error " + path + " " + error.message());
+}
+
+void CrawlTeam::deliver(const Crawler::Progress &progress)
+{
+    if (!progress)
+        return;
+    std::vector<std::string> errors;
+    std::string processing;
+    {
+        const MutexLock lock(mutex_);
+        errors.swap(errorLines_);
+        processing.swap(processing_);
+    }
+    for (const std::string &line : errors)
+        progress(line);
+    if (processing.empty())
+        return;
+    progress("Processing " + processing);
+    pathWanted_ = true;
+}
+
+// The end
+
+void CrawlTeam::requestStop()
+{
+    const MutexLock lock(mutex_);
+    stopped_ = true;
+    work_.notifyAll();
+    over_.notifyAll();
+}
+
+bool CrawlTeam::isEveryoneGone()
+{
+    return std::ranges::all_of(members_, [](const Member &member) {
+        return member.worker->hasEnded() || member.worker->isGivenUp();
+    });
+}
+
+void CrawlTeam::endThreads()
+{
+    const Clock::time_point deadline = Clock::now() + STOP_GRACE;
+    std::vector<std::thread> threads;
+    {
+        const MutexLock lock(mutex_);
+        while (!isEveryoneGone()) {
+            over_.waitFor(mutex_, TICK);
+            if (Clock::now() < deadline)
+                continue;
+            for (const Member &member : members_)
+                member.worker->giveUp(member.worker->activity());
+        }
+        for (Member &member : members_) {
+            if (member.worker->isGivenUp())
+                member.thread.detach();
+            else
+                threads.push_back(std::move(member.thread));
+        }
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+}
+
+} // namespace quillon

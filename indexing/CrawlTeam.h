@@ -1,0 +1,117 @@
+#pragma once
+
+#include "indexing/CrawlSink.h"
+#include "indexing/CrawlWorker.h"
+#include "indexing/Crawler.h"
+#include "indexing/NameKinds.h"
+#include "platform/Mutex.h"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <stop_token>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace quillon {
+
+class FolderLister;
+class OpenFolder;
+
+/// The workers of one crawl and what they share.
+///
+/// Held by the threads too, since one that was given up may outlive the crawl. Locks are taken in
+/// the order team, worker, idle worker.
+class CrawlTeam : public std::enable_shared_from_this<CrawlTeam>
+{
+public:
+    struct Task
+    {
+        FolderLister &folderLister;
+        std::shared_ptr<const SkipRules> rules;
+        ExtensionSet extensions;
+        CrawlSink &sink;
+        std::string rootPath;
+        CrawlItem root;
+        bool reportsProgress = false;
+    };
+
+    CrawlTeam(Task task, const CrawlOptions &options);
+
+    /// Crawls. Messages come out on this thread.
+    CrawlResult run(const Crawler::Progress &progress, const std::stop_token &stop)
+        EXCLUDES(mutex_);
+
+    // The rest is for the workers.
+
+    const Task &task() const { return task_; }
+    bool isStopped() const { return stopped_.load(std::memory_order_relaxed); }
+    /// Set once, by the first worker, before anything can be shared.
+    void setRoot(std::shared_ptr<const OpenFolder> handle) { rootHandle_ = std::move(handle); }
+    const std::shared_ptr<const OpenFolder> &rootHandle() const { return rootHandle_; }
+    void rootFailed(const std::error_code &error) EXCLUDES(mutex_);
+    /// Returns once the worker has got something to visit; false when the crawl is over.
+    bool waitForWork(CrawlWorker &worker) EXCLUDES(mutex_);
+    /// Tells that there is something to share.
+    void workAppeared() EXCLUDES(mutex_);
+    /// True once for each path that is wanted for a message.
+    bool wantsPath()
+    {
+        return pathWanted_.load(std::memory_order_relaxed) && pathWanted_.exchange(false);
+    }
+    void setProcessing(std::string path) EXCLUDES(mutex_);
+    void addError(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Member
+    {
+        std::unique_ptr<CrawlWorker> worker;
+        std::thread thread;
+        /// As it was last seen, and since when.
+        std::uint64_t activity = 0;
+        Clock::time_point since;
+        bool isStalled = false;
+    };
+
+    bool addMember() REQUIRES(mutex_);
+    bool takeFromOthers(CrawlWorker &worker) REQUIRES(mutex_);
+    std::size_t aliveMembers() REQUIRES(mutex_);
+    std::size_t observeMembers() REQUIRES(mutex_);
+    bool isAnythingLeft() REQUIRES(mutex_);
+    void lookAfterMembers() REQUIRES(mutex_);
+    void giveUp(Member &member) REQUIRES(mutex_);
+    void finish() REQUIRES(mutex_);
+    void fail(const std::error_code &error) REQUIRES(mutex_);
+    void addErrorLine(const std::string &path, const std::error_code &error) REQUIRES(mutex_);
+
+    void requestStop() EXCLUDES(mutex_);
+    /// Waits until every thread has ended that can be expected to.
+    void endThreads() EXCLUDES(mutex_);
+    bool isEveryoneGone() REQUIRES(mutex_);
+    void deliver(const Crawler::Progress &progress) EXCLUDES(mutex_);
+
+    const Task task_;
+    const CrawlOptions options_;
+    std::shared_ptr<const OpenFolder> rootHandle_;
+
+    std::atomic<bool> stopped_ = false;
+    std::atomic<bool> pathWanted_;
+    std::atomic<std::size_t> idle_ = 0;
+    /// An idle worker was told and has not looked yet.
+    std::atomic<bool> told_ = false;
+
+    Mutex mutex_;
+    Condition work_;
+    Condition over_;
+    std::vector<Member> members_ GUARDED_BY(mutex_);
+    bool finished_ GUARDED_BY(mutex_) = false;
+    std::vector<std::string> errorLines_ GUARDED_BY(mutex_);
+    std::string processing_ GUARDED_BY(mutex_);
+    CrawlResult result_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon

@@ -1,0 +1,233 @@
+#include "indexing/CrawlWorker.h"
+
+#include "indexing/CrawlTeam.h"
+#include "indexing/NameKinds.h"
+
+#include <utility>
+
+namespace quillon {
+
+void CrawlWorker::run(bool isFirst)
+{
+    CrawlItem item;
+    bool goesOn = !isFirst || visitRoot();
+    while (goesOn && (take(item) || (team_.waitForWork(*this) && take(item))))
+        goesOn = visit(item);
+    ended_ = true;
+}
+
+template <typename Call>
+bool CrawlWorker::inCall(const Call &call)
+{
+    if (team_.isStopped())
+        return false;
+    std::uint64_t activity = activity_.load(std::memory_order_relaxed) + STATE + 1;
+    activity_.store(activity | IN_CALL);
+    activity |= IN_CALL;
+    call();
+    return activity_.compare_exchange_strong(activity, activity & ~STATE);
+}
+
+bool CrawlWorker::giveUp(std::uint64_t activity)
+{
+    return isInCall(activity) &&
+           activity_.compare_exchange_strong(activity, (activity & ~STATE) | GIVEN_UP);
+}
+
+bool CrawlWorker::share(CrawlWorker &idle, bool everything)
+{
+    const MutexLock lock(mutex_);
+    if (stack_.pending() < (everything ? 1U : 2U))
+        return false;
+    const MutexLock otherLock(idle.mutex_);
+    stack_.share(idle.stack_);
+    return true;
+}
+
+bool CrawlWorker::hasFoldersLeft()
+{
+    const MutexLock lock(mutex_);
+    return stack_.pending() > 0;
+}
+
+std::string CrawlWorker::currentPath()
+{
+    const MutexLock lock(mutex_);
+    return parent_ ? parent_->path() + "/" + name_ : std::string();
+}
+
+bool CrawlWorker::take(CrawlItem &item)
+{
+    const MutexLock lock(mutex_);
+    if (!stack_.take(item))
+        return false;
+    parent_ = item.parent;
+    name_ = item.name;
+    return true;
+}
+
+bool CrawlWorker::visitRoot()
+{
+    const CrawlTeam::Task &task = team_.task();
+    std::error_code error;
+    std::shared_ptr<OpenFolder> folder;
+    const auto wanted = task.extensions.isEmpty() ? FolderLister::Wanted::subfolders
+                                                  : FolderLister::Wanted::everything;
+    if (!inCall([&] { folder = task.folderLister.open(task.rootPath, wanted, error); }))
+        return false;
+    if (!folder) {
+        if (error)
+            team_.rootFailed(error);
+        return true;
+    }
+    team_.setRoot(folder);
+    if (!readEntries(*folder, task.root, error))
+        return false;
+    if (error)
+        report(task.root, error);
+    if (handOver(task.root))
+        goInto(task.root, std::move(folder));
+    return true;
+}
+
+bool CrawlWorker::visit(CrawlItem &item)
+{
+    if (team_.wantsPath())
+        team_.setProcessing(item.path());
+    std::error_code error;
+    std::unique_ptr<OpenFolder> folder;
+    if (!openItem(item, folder, error))
+        return false;
+    if (error == std::errc::too_many_files_open ||
+        error == std::errc::too_many_files_open_in_system) {
+        closeStack();
+        error.clear();
+        if (!openItem(item, folder, error))
+            return false;
+    }
+    // A chain of folders keeps no folder open but the one it has reached.
+    item.parentHandle.reset();
+    if (folder && !readEntries(*folder, item, error))
+        return false;
+    if (error)
+        report(item, error);
+    if (folder && handOver(item))
+        goInto(item, std::move(folder));
+    return true;
+}
+
+void CrawlWorker::closeStack()
+{
+    const MutexLock lock(mutex_);
+    stack_.close();
+}
+
+bool CrawlWorker::openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder,
+                           std::error_code &error)
+{
+    if (!item.parentHandle && !reopenParent(item, error))
+        return false;
+    return !item.parentHandle ||
+           inCall([&] { folder = item.parentHandle->open(item.name, error); });
+}
+
+/// Goes down from the root once more to the folder above the item.
+bool CrawlWorker::reopenParent(CrawlItem &item, std::error_code &error)
+{
+    std::vector<const CrawlFolder *> way;
+    for (const CrawlFolder *folder = item.parent.get(); folder != nullptr;
+         folder = folder->parent().get())
+        way.push_back(folder);
+
+    std::shared_ptr<const OpenFolder> handle = team_.rootHandle();
+    std::size_t position = 0;
+    for (auto folder = way.rbegin(); folder != way.rend(); ++folder) {
+        if (folder != way.rbegin()) {
+            std::unique_ptr<OpenFolder> next;
+            if (!inCall([&] { next = handle->open((*folder)->name(), error); }))
+                return false;
+            if (!next)
+                return true;
+            handle = std::move(next);
+        }
+        const MutexLock lock(mutex_);
+        stack_.reopened(position, **folder, handle);
+    }
+    item.parentHandle = std::move(handle);
+    return true;
+}
+
+bool CrawlWorker::readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error)
+{
+    names_.clear();
+    kept_.clear();
+    for (;;) {
+        bool more = false;
+        if (!inCall([&] { more = folder.read(batch_, error); }))
+            return false;
+        if (!more)
+            return true;
+        for (const FolderEntry &entry : batch_.entries)
+            keep(entry, item);
+    }
+}
+
+void CrawlWorker::keep(const FolderEntry &entry, const CrawlItem &item)
+{
+    if (isHiddenName(entry.name))
+        return;
+    const CrawlTeam::Task &task = team_.task();
+    SkipRules::State state;
+    if (entry.isFolder) {
+        state = task.rules->below(item.state, entry.name);
+        const auto path = [&] { return item.path() + "/" + std::string(entry.name); };
+        if (task.rules->skips(state, entry.name, path))
+            return;
+    } else if (!task.extensions.holdsExtensionOf(entry.name)) {
+        return;
+    }
+    kept_.push_back({names_.size(), entry.name.size(), state, entry.isFolder});
+    names_ += entry.name;
+}
+
+/// Gives the sink what was kept. False when there is no folder in it to go into.
+bool CrawlWorker::handOver(const CrawlItem &item)
+{
+    if (kept_.empty())
+        return false;
+    entries_.clear();
+    const std::string_view names = names_;
+    for (const Kept &kept : kept_) {
+        ++(kept.isFolder ? counts_.folders : counts_.files);
+        entries_.push_back(
+            {.name = names.substr(kept.nameOffset, kept.nameSize), .isFolder = kept.isFolder});
+    }
+    team_.task().sink.add(item.token, entries_);
+    children_.clear();
+    for (std::size_t i = 0; i < kept_.size(); ++i)
+        if (kept_[i].isFolder && !isPackageName(entries_[i].name))
+            children_.push_back({entries_[i].name, entries_[i].token, kept_[i].state});
+    return !children_.empty();
+}
+
+void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder)
+{
+    CrawlFolder::Ref below = CrawlFolder::make(item.parent, item.name);
+    bool canShare = false;
+    {
+        const MutexLock lock(mutex_);
+        stack_.push(std::move(below), std::move(folder), children_);
+        canShare = stack_.pending() > 1;
+    }
+    if (canShare)
+        team_.workAppeared();
+}
+
+void CrawlWorker::report(const CrawlItem &item, const std::error_code &error)
+{
+    ++counts_.errors;
+    if (team_.task().reportsProgress)
+        team_.addError(item.path(), error);
+}
+
+} // namespace quillon

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "indexing/CrawlStack.h"
+#include "platform/FolderLister.h"
+#include "platform/Mutex.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace quillon {
+
+class CrawlTeam;
+
+/// One thread's part in a crawl.
+///
+/// It visits the folders of its own stack, from which others may take. A call into the file system
+/// may take for ever; so that nobody has to wait for it, the worker can be given up while it is in
+/// one. It then ends, when the call ever does, without touching anything but itself.
+class CrawlWorker
+{
+public:
+    struct Counts
+    {
+        std::uint64_t folders = 0;
+        std::uint64_t files = 0;
+        std::uint64_t errors = 0;
+    };
+
+    explicit CrawlWorker(CrawlTeam &team) : team_(team) {}
+
+    /// The thread's whole life. The first worker begins with the root.
+    void run(bool isFirst);
+
+    /// Hands half of what is left to an idle worker. False when there is nothing to share or,
+    /// unless everything is asked for, only what the worker itself is about to visit. One caller
+    /// at a time.
+    bool share(CrawlWorker &idle, bool everything);
+    bool hasFoldersLeft() EXCLUDES(mutex_);
+
+    /// A number that changes whenever a call begins or ends.
+    std::uint64_t activity() const { return activity_.load(); }
+    static bool isInCall(std::uint64_t activity) { return (activity & STATE) == IN_CALL; }
+    /// Gives the worker up if it is still in the call that the number was read in.
+    bool giveUp(std::uint64_t activity);
+    bool isGivenUp() const { return (activity_.load() & STATE) == GIVEN_UP; }
+    bool hasEnded() const { return ended_.load(); }
+    /// The path of what it is busy with; empty for the root.
+    std::string currentPath() EXCLUDES(mutex_);
+    /// Read only once the worker has ended or was given up.
+    const Counts &counts() const { return counts_; }
+
+private:
+    // The lowest bits of the activity; above them calls are counted.
+    static constexpr std::uint64_t STATE = 3;
+    static constexpr std::uint64_t WORKING = 0;
+    static constexpr std::uint64_t IN_CALL = 1;
+    static constexpr std::uint64_t GIVEN_UP = 2;
+
+    struct Kept
+    {
+        std::size_t nameOffset = 0;
+        std::size_t nameSize = 0;
+        SkipRules::State state;
+        bool isFolder = false;
+    };
+
+    /// Runs a call into the file system. False when the worker was given up meanwhile, or when the
+    /// crawl was stopped before.
+    template <typename Call>
+    bool inCall(const Call &call);
+
+    bool take(CrawlItem &item) EXCLUDES(mutex_);
+    // These return as inCall().
+    bool visitRoot();
+    bool visit(CrawlItem &item);
+    bool openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder, std::error_code &error);
+    bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
+    bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);
+
+    void keep(const FolderEntry &entry, const CrawlItem &item);
+    bool handOver(const CrawlItem &item);
+    void goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder) EXCLUDES(mutex_);
+    void closeStack() EXCLUDES(mutex_);
+    void report(const CrawlItem &item, const std::error_code &error);
+
+    CrawlTeam &team_;
+    std::atomic<std::uint64_t> activity_ = WORKING;
+    std::atomic<bool> ended_ = false;
+    Counts counts_;
+
+    Mutex mutex_;
+    CrawlStack stack_ GUARDED_BY(mutex_);
+    /// What is being visited.
+    CrawlFolder::Ref parent_ GUARDED_BY(mutex_);
+    std::string name_ GUARDED_BY(mutex_);
+
+    // What the folder being visited keeps. The room is used again for the next one.
+    FolderBatch batch_;
+    std::string names_;
+    std::vector<Kept> kept_;
+    std::vector<CrawlSink::Entry> entries_;
+    std::vector<CrawlStack::Child> children_;
+};
+
+} // namespace quillon
