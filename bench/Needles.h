@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace quillon::bench {
+
+/// A query and what is notable about it.
+struct Needle
+{
+    std::string_view query;
+    std::string_view kind;
+};
+
+/// The queries that every measurement of the matcher is taken over, each one once.
+const std::vector<Needle> &needles();
+
+} // namespace quillon::bench
