@@ -49,7 +49,7 @@ public:
               const std::vector<Child> &children);
     /// Takes the next folder to visit; false when there is none.
     bool take(CrawlItem &item);
-    /// Gives an empty stack half of what is left nearest to the root.
+    /// Gives another stack half of what is left nearest to the root.
     void share(CrawlStack &other);
     /// Number of folders to visit.
     std::size_t pending() const { return pending_; }

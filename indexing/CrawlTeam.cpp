@@ -105,10 +105,15 @@ bool CrawlTeam::waitForWork(CrawlWorker &worker)
 
 bool CrawlTeam::takeFromOthers(CrawlWorker &worker)
 {
-    return std::ranges::any_of(members_, [&](Member &member) {
-        return member.worker.get() != &worker &&
-               member.worker->share(worker, member.isStalled || member.worker->isGivenUp());
-    });
+    CrawlStack given;
+    for (const Member &member : members_) {
+        const bool everything = member.isStalled || member.worker->isGivenUp();
+        if (member.worker.get() != &worker && member.worker->share(given, everything)) {
+            worker.receive(std::move(given));
+            return true;
+        }
+    }
+    return false;
 }
 
 void CrawlTeam::workAppeared()

@@ -22,8 +22,8 @@ class OpenFolder;
 
 /// The workers of one crawl and what they share.
 ///
-/// Held by the threads too, since one that was given up may outlive the crawl. Locks are taken in
-/// the order team, worker, idle worker.
+/// Held by the threads too, since one that was given up may outlive the crawl. A worker's lock is
+/// taken after the team's.
 class CrawlTeam : public std::enable_shared_from_this<CrawlTeam>
 {
 public:

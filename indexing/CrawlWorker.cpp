@@ -11,8 +11,9 @@ void CrawlWorker::run(bool isFirst)
 {
     CrawlItem item;
     bool goesOn = !isFirst || visitRoot();
-    while (goesOn && (take(item) || (team_.waitForWork(*this) && take(item))))
-        goesOn = visit(item);
+    // What was got may be taken away again before it is taken up.
+    while (goesOn)
+        goesOn = take(item) ? visit(item) : team_.waitForWork(*this);
     ended_ = true;
 }
 
@@ -34,14 +35,19 @@ bool CrawlWorker::giveUp(std::uint64_t activity)
            activity_.compare_exchange_strong(activity, (activity & ~STATE) | GIVEN_UP);
 }
 
-bool CrawlWorker::share(CrawlWorker &idle, bool everything)
+bool CrawlWorker::share(CrawlStack &given, bool everything)
 {
     const MutexLock lock(mutex_);
     if (stack_.pending() < (everything ? 1U : 2U))
         return false;
-    const MutexLock otherLock(idle.mutex_);
-    stack_.share(idle.stack_);
+    stack_.share(given);
     return true;
+}
+
+void CrawlWorker::receive(CrawlStack given)
+{
+    const MutexLock lock(mutex_);
+    stack_ = std::move(given);
 }
 
 bool CrawlWorker::hasFoldersLeft()

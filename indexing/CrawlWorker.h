@@ -36,10 +36,11 @@ public:
     /// The thread's whole life. The first worker begins with the root.
     void run(bool isFirst);
 
-    /// Hands half of what is left to an idle worker. False when there is nothing to share or,
-    /// unless everything is asked for, only what the worker itself is about to visit. One caller
-    /// at a time.
-    bool share(CrawlWorker &idle, bool everything);
+    /// Gives away half of what is left. False when there is nothing to share or, unless everything
+    /// is asked for, only what the worker itself is about to visit.
+    bool share(CrawlStack &given, bool everything) EXCLUDES(mutex_);
+    /// Takes over what another gave away. The worker has nothing left itself.
+    void receive(CrawlStack given) EXCLUDES(mutex_);
     bool hasFoldersLeft() EXCLUDES(mutex_);
 
     /// A number that changes whenever a call begins or ends.
