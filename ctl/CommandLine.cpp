@@ -1,5 +1,6 @@
 #include "ctl/CommandLine.h"
 
+#include "ctl/CrawlCommand.h"
 #include "ctl/FindCommand.h"
 #include "ctl/MatchCommand.h"
 #include "ctl/Output.h"
@@ -10,6 +11,7 @@
 #include <charconv>
 #include <filesystem>
 #include <functional>
+#include <memory>
 
 namespace quillon {
 
@@ -30,10 +32,21 @@ void addNumber(CLI::App &command, const std::string &option, std::size_t &value,
     command.add_option_function<std::string>(option, read, help)->type_name("N");
 }
 
+/// Leaves out of the usage line what is in no group, as it is left out below.
+class Formatter final : public CLI::Formatter
+{
+public:
+    std::string make_option_usage( // NOLINT(readability-identifier-naming): the library's name
+        const CLI::Option *option) const override
+    {
+        return option->get_group().empty() ? "" : CLI::Formatter::make_option_usage(option);
+    }
+};
+
 void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &chosen)
 {
     CLI::App *command = app.add_subcommand("match", "Rank the paths on standard input");
-    command->add_option("QUERY", match.query, "What to look for")->required();
+    command->add_option("QUERY", match.query, "What to look for")->required()->type_name("");
     addNumber(*command, "--top", match.top, 0, "Print at most N paths (25)");
     command->add_option("--counts", match.countsFile, "JSON object, path to use count")
         ->type_name("FILE");
@@ -46,7 +59,7 @@ void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &
 void addFind(CLI::App &app, FindCommand &find, std::function<int(Output &)> &chosen)
 {
     CLI::App *command = app.add_subcommand("find", "Crawl folders and search them");
-    command->add_option("QUERY", find.query, "What to look for")->required();
+    command->add_option("QUERY", find.query, "What to look for")->required()->type_name("");
     // One folder for each option: a list would be taken apart at commas.
     command
         ->add_option(
@@ -58,6 +71,32 @@ void addFind(CLI::App &app, FindCommand &find, std::function<int(Output &)> &cho
     command->add_flag("-0", find.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--json", find.json, "Print one array of objects");
     command->final_callback([&] { chosen = [&](Output &output) { return find.run(output); }; });
+}
+
+void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, std::function<int(Output &)> &chosen)
+{
+    CLI::App *command = app.add_subcommand("crawl", "Print what would be indexed");
+    const auto addTexts = [&](const char *option, std::vector<std::string> &texts, const char *type,
+                              const char *help) {
+        command->add_option(option, texts, help)->type_name(type)->allow_extra_args(false);
+    };
+    addTexts("--exclude", crawl.excludes, "PATTERN", "Skip folders with this in their path");
+    command->add_flag("--no-default-excludes", crawl.noDefaultExcludes,
+                      "Without the patterns that a user begins with");
+    command->add_flag("--no-builtin-excludes", crawl.noBuiltInExcludes,
+                      "Without the patterns that always hold");
+    addTexts("--ext", crawl.extensions, "EXT", "Print files with this extension too");
+    addNumber(*command, "--threads", crawl.threads, 1, "Share the work between N threads (2)");
+    command->add_flag("-0", crawl.nulSeparated, "End each path with NUL, not a line feed");
+    command->add_flag("--stats", crawl.stats, "Print numbers to standard error");
+    // One place for each argument there can be: a list would take a folder named [a,b] apart.
+    const auto take = [&](const std::string &folder) { crawl.folders.push_back(folder); };
+    command->add_option_function<std::string>("DIR", take, "Folder to crawl; may be repeated")
+        ->required()
+        ->type_name("");
+    for (int i = 1; i < argc; ++i)
+        command->add_option_function<std::string>("DIR" + std::to_string(i), take)->group("");
+    command->final_callback([&] { chosen = [&](Output &output) { return crawl.run(output); }; });
 }
 
 } // namespace
@@ -82,11 +121,14 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
 {
     CLI::App app("Searches folders by name, without a window.", "quillonctl");
     app.require_subcommand(1);
+    app.formatter(std::make_shared<Formatter>());
     std::function<int(Output &)> chosen;
     MatchCommand match;
     FindCommand find;
     addMatch(app, match, chosen);
+    CrawlCommand crawl;
     addFind(app, find, chosen);
+    addCrawl(app, argc, crawl, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &request) {

@@ -48,9 +48,8 @@ std::vector<Location> locationsOf(const Texts &texts)
 SearchBaseFinder::SearchBaseFinder(DefaultsStore &store, const FolderIdentity &folders,
                                    std::FILE *diagnostics)
     : bookmarks(store, folders, std::string(PreferenceKeys::BOOKMARKS), diagnostics),
-      excludePatternsPreferences(
-          store, std::string(PreferenceKeys::EXCLUDE_FOLDER_PATTERNS), true,
-          {"node_modules", "_extras", "wp-content", "wp-admin", "wp-includes", ".pgadmin"}),
+      excludePatternsPreferences(store, std::string(PreferenceKeys::EXCLUDE_FOLDER_PATTERNS), true,
+                                 defaultExcludePatterns()),
       includeFilePatternPreferences(
           store, std::string(PreferenceKeys::INCLUDE_FILE_PATTERNS), true,
           {"xcodeproj", "xcworkspace", "sublime-project", "sublime-workspace"})
@@ -80,6 +79,11 @@ SearchBaseFinder::includeFilePatternLocations() const
 std::vector<ExcludePatternSearchBaseLocation> SearchBaseFinder::builtInExcludeLocations()
 {
     return locationsOf<ExcludePatternSearchBaseLocation>(BUILT_IN_EXCLUDE_PATTERNS);
+}
+
+std::vector<std::string> SearchBaseFinder::defaultExcludePatterns()
+{
+    return {"node_modules", "_extras", "wp-content", "wp-admin", "wp-includes", ".pgadmin"};
 }
 
 void SearchBaseFinder::remove(const SearchBaseLocation &location)

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace quillon {
@@ -45,6 +46,8 @@ public:
     std::vector<IncludeFilePatternSearchBaseLocation> includeFilePatternLocations() const;
     /// The patterns that always hold, in their order; nowhere stored or shown.
     static std::vector<ExcludePatternSearchBaseLocation> builtInExcludeLocations();
+    /// The user's patterns as long as the user has changed nothing.
+    static std::vector<std::string> defaultExcludePatterns();
 
     /// Takes the location out of the list it came from; an include folder goes with every bookmark
     /// that leads to it. The delegate, if still alive, is told in every case.
