@@ -25,14 +25,17 @@ constexpr int FEWEST_BACKGROUND_THREADS = 3;
 
 AppDelegate::AppDelegate()
     : backgroundQueue_(std::max(FEWEST_BACKGROUND_THREADS, QThread::idealThreadCount())),
-      iconQueue_(1), actionQueue_(1), defaults_(standardDefaultsPath()),
+      iconQueue_(1),
+      actionQueue_(1),
+      defaults_(standardDefaultsPath()),
       recentAccessScoreDataStore_(defaults_),
       searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
       searchBaseFinder_(defaults_, folderIdentity_),
       searchBase_(searchBaseFinder_, searchBaseFuzzyMatch_, folderLister_),
       source_(searchBase_, searchBaseFinder_, backgroundQueue_, mainQueue_),
-      actionRunner_(workspace_, actionQueue_), icons_(workspace_, iconQueue_, mainQueue_),
+      actionRunner_(workspace_, actionQueue_),
+      icons_(workspace_, iconQueue_, mainQueue_),
       searchWindow_(icons_, windowSystem_),
       lightningSearchViewController_(actionRunner_, source_, searchWindow_.view(),
                                      {.background = backgroundQueue_, .main = mainQueue_}, *this)
@@ -76,9 +79,15 @@ void AppDelegate::perform(const std::string &action)
         searchWindow_.present();
 }
 
-void AppDelegate::closeSearchWindow() { searchWindow_.hide(); }
+void AppDelegate::closeSearchWindow()
+{
+    searchWindow_.hide();
+}
 
-void AppDelegate::terminate() { QApplication::quit(); }
+void AppDelegate::terminate()
+{
+    QApplication::quit();
+}
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {

@@ -27,6 +27,9 @@ void Debouncer::fireNow()
     callback_();
 }
 
-void Debouncer::cancel() { timer_.stop(); }
+void Debouncer::cancel()
+{
+    timer_.stop();
+}
 
 } // namespace quillon

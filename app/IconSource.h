@@ -12,8 +12,8 @@ namespace quillon {
 class TaskQueue;
 class Workspace;
 
-/// Icons of the icon theme for files and folders. A slow disk never holds up a row: the plain folder
-/// stands until the item's own icon is known. Main thread only.
+/// Icons of the icon theme for files and folders. A slow disk never holds up a row: the plain
+/// folder stands until the item's own icon is known. Main thread only.
 class IconSource : public QObject
 {
     Q_OBJECT

@@ -52,8 +52,13 @@ LightningSearchViewController::LightningSearchViewController(ActionRunner &actio
                                                              PanelSource &source,
                                                              SearchPanelView &view, Queues queues,
                                                              SearchPanelDelegate &delegate)
-    : actionRunner_(actionRunner), source_(source), queues_(queues), delegate_(delegate),
-      view_(view), searchResults_(view.searchResults()), debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); })
+    : actionRunner_(actionRunner),
+      source_(source),
+      queues_(queues),
+      delegate_(delegate),
+      view_(view),
+      searchResults_(view.searchResults()),
+      debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); })
 {
     spinnerDelay_.setSingleShot(true);
     spinnerDelay_.setInterval(SPINNER_DELAY);
@@ -286,7 +291,7 @@ void LightningSearchViewController::updateMessage(const PanelSource::State &stat
     const bool isEmpty = searchResults_.rowCount() == 0;
     view_.setShowsMessage(isEmpty);
     view_.footer().setHints(isEmpty ? std::vector<PanelFooter::Hint>{}
-                                     : std::vector<PanelFooter::Hint>{{tr("Return"), tr("Open")}});
+                                    : std::vector<PanelFooter::Hint>{{tr("Return"), tr("Open")}});
     PanelMessage &message = view_.message();
     const QString text = view_.searchTextField().text();
     if (!state.hasLocations) {

@@ -35,8 +35,8 @@ void PanelMessage::paintEvent(QPaintEvent *)
     constexpr int GAP = 8;
     const QRect area = rect().adjusted(metrics::EDGE, 0, -metrics::EDGE, 0);
     const int titleHeight = QFontMetrics(bold).height();
-    const QRect sentenceRect = painter.boundingRect(
-        area, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, sentence_);
+    const QRect sentenceRect =
+        painter.boundingRect(area, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, sentence_);
     const int top = area.top() + (area.height() - titleHeight - GAP - sentenceRect.height()) / 2;
 
     painter.setFont(bold);

@@ -6,8 +6,8 @@
 
 namespace quillon {
 
-/// What stands in place of the rows when there are none: a short line in bold and a quieter one that
-/// says what to do.
+/// What stands in place of the rows when there are none: a short line in bold and a quieter one
+/// that says what to do.
 class PanelMessage : public QWidget
 {
 public:

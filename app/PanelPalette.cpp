@@ -107,7 +107,10 @@ PanelPalette PanelPalette::forDesktop(const QPalette &desktop, bool prefersDark)
     return palette;
 }
 
-bool PanelPalette::isDark() const { return luminance(background) < luminance(text); }
+bool PanelPalette::isDark() const
+{
+    return luminance(background) < luminance(text);
+}
 
 QPalette PanelPalette::widgetPalette() const
 {

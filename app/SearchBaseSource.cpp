@@ -55,9 +55,7 @@ void SearchBaseSource::recordUse(const SearchBaseResultRef &result)
 
 PanelSource::State SearchBaseSource::state() const
 {
-    return {.count = searchBase_.count(),
-            .isBuilding = isBuilding_,
-            .hasLocations = hasLocations_};
+    return {.count = searchBase_.count(), .isBuilding = isBuilding_, .hasLocations = hasLocations_};
 }
 
 void SearchBaseSource::addHomeFolder()

@@ -14,7 +14,10 @@ constexpr int SIXTEENTHS_OF_A_TURN = 360 * 16;
 
 } // namespace
 
-SearchIndicator::SearchIndicator(QWidget *parent) : QWidget(parent) { setFixedSize(SIZE, SIZE); }
+SearchIndicator::SearchIndicator(QWidget *parent) : QWidget(parent)
+{
+    setFixedSize(SIZE, SIZE);
+}
 
 void SearchIndicator::setPalette(const PanelPalette &palette)
 {
@@ -48,8 +51,14 @@ void SearchIndicator::timerEvent(QTimerEvent *)
     update();
 }
 
-void SearchIndicator::showEvent(QShowEvent *) { updateTimer(); }
-void SearchIndicator::hideEvent(QHideEvent *) { timer_.stop(); }
+void SearchIndicator::showEvent(QShowEvent *)
+{
+    updateTimer();
+}
+void SearchIndicator::hideEvent(QHideEvent *)
+{
+    timer_.stop();
+}
 
 void SearchIndicator::paintEvent(QPaintEvent *)
 {

@@ -56,9 +56,8 @@ protected:
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette_.hairline);
-        painter.drawRoundedRect(QRectF(2, bar_->value() / all * height(), 4,
-                                       bar_->pageStep() / all * height()),
-                                2, 2);
+        painter.drawRoundedRect(
+            QRectF(2, bar_->value() / all * height(), 4, bar_->pageStep() / all * height()), 2, 2);
     }
 
 private:
@@ -138,8 +137,7 @@ void SearchPanelView::buildTable(IconSource &icons)
     table_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     table_->verticalScrollBar()->setSingleStep(metrics::rowHeight(fontMetrics()));
 
-    connect(&icons, &IconSource::iconsChanged, table_->viewport(),
-            qOverload<>(&QWidget::update));
+    connect(&icons, &IconSource::iconsChanged, table_->viewport(), qOverload<>(&QWidget::update));
 }
 
 void SearchPanelView::setPanelPalette(const PanelPalette &palette)

@@ -4,19 +4,26 @@
 #include "app/SearchPanelView.h"
 #include "platform/WindowSystem.h"
 
+#include <QApplication>
 #include <QBitmap>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QScreen>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <QWindow>
+
+#include <algorithm>
 
 namespace quillon {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+/// Qt tells a loss of the keyboard up to 100 ms late.
+constexpr auto SETTLING = 200ms;
 /// Room for the shadow, and how far it falls below the panel.
 constexpr int SHADOW = 32;
 constexpr int SHADOW_DROP = 8;
@@ -29,8 +36,9 @@ constexpr double SHARE_ABOVE = 0.3;
 } // namespace
 
 SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), 
-      view_(new SearchPanelView(icons, this)), windowSystem_(windowSystem)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      view_(new SearchPanelView(icons, this)),
+      windowSystem_(windowSystem)
 {
     setWindowTitle(QStringLiteral("Quillon"));
     setAttribute(Qt::WA_TranslucentBackground);
@@ -39,7 +47,8 @@ SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(view_);
     fitToCompositing();
-    windowSystem_.keepOutOfTaskbar(winId());
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &SearchWindow::hideWithoutFocus);
+    winId();
 }
 
 void SearchWindow::present()
@@ -47,10 +56,32 @@ void SearchWindow::present()
     if (!isVisible()) {
         fitToCompositing();
         placeOnScreenWithPointer();
+        // Window managers forget it each time that the window goes.
+        windowSystem_.keepOutOfTaskbar(winId());
         show();
     }
     raise();
     activateWindow();
+    presented_.start();
+    // Shown again before Qt has noticed that it lost the keyboard, it would not become active.
+    if (QGuiApplication::focusWindow() == windowHandle()) {
+        QT_WARNING_PUSH
+        QT_WARNING_DISABLE_DEPRECATED
+        QApplication::setActiveWindow(this);
+        QT_WARNING_POP
+    }
+}
+
+void SearchWindow::hideWithoutFocus()
+{
+    if (!isVisible() || QGuiApplication::focusWindow() == windowHandle())
+        return;
+    // The loss may be one from before it was shown, told late; the gain then is on its way.
+    const auto remaining = SETTLING - std::chrono::milliseconds(presented_.elapsed());
+    if (remaining > 0ms)
+        QTimer::singleShot(remaining, this, &SearchWindow::hideWithoutFocus);
+    else
+        hide();
 }
 
 void SearchWindow::fitToCompositing()
@@ -88,16 +119,18 @@ void SearchWindow::placeOnScreenWithPointer()
 void SearchWindow::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() != QEvent::ActivationChange)
-        return;
-    if (isActiveWindow())
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
         Q_EMIT becameKey();
-    else
-        hide();
 }
 
-void SearchWindow::showEvent(QShowEvent *) { Q_EMIT appeared(); }
-void SearchWindow::hideEvent(QHideEvent *) { Q_EMIT disappeared(); }
+void SearchWindow::showEvent(QShowEvent *)
+{
+    Q_EMIT appeared();
+}
+void SearchWindow::hideEvent(QHideEvent *)
+{
+    Q_EMIT disappeared();
+}
 
 void SearchWindow::mousePressEvent(QMouseEvent *event)
 {
@@ -129,9 +162,9 @@ void SearchWindow::paintShadow(QPainter &painter)
         const double share = 1.0 - double(reach) / (SHADOW - SHADOW_DROP);
         const int steps = SHADOW - SHADOW_DROP;
         painter.setBrush(QColor(0, 0, 0, static_cast<int>(2.0 * SHADOW_ALPHA * share / steps)));
-        painter.drawRoundedRect(panel.adjusted(-reach, -reach, reach, reach)
-                                    .translated(0, SHADOW_DROP),
-                                metrics::CORNER + reach, metrics::CORNER + reach);
+        painter.drawRoundedRect(
+            panel.adjusted(-reach, -reach, reach, reach).translated(0, SHADOW_DROP),
+            metrics::CORNER + reach, metrics::CORNER + reach);
     }
 }
 

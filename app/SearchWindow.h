@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QPixmap>
+#include <QElapsedTimer>
 #include <QWidget>
-
-#include <functional>
 
 namespace quillon {
 
@@ -40,6 +38,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    void hideWithoutFocus();
     void fitToCompositing();
     void placeOnScreenWithPointer();
     QRect panelRect() const { return rect().marginsRemoved(contentsMargins()); }
@@ -47,6 +46,8 @@ private:
 
     SearchPanelView *view_;
     WindowSystem &windowSystem_;
+    /// Since it was last brought up.
+    QElapsedTimer presented_;
 };
 
 } // namespace quillon

@@ -46,7 +46,6 @@ struct Options
 
     /// What a running instance is asked to do; a plain second start shows the panel.
     std::string action() const { return quit ? "quit" : toggle ? "toggle" : "show"; }
-
 };
 
 /// An exit status when there is nothing more to do.

@@ -13,8 +13,8 @@ public:
     WindowSystem(const WindowSystem &) = delete;
     WindowSystem &operator=(const WindowSystem &) = delete;
 
-    /// Keeps a window that was never shown out of the taskbar and the pager. The window is given by
-    /// the system's own number for it.
+    /// Keeps a window that is about to be shown out of the taskbar and the pager until it is
+    /// hidden. The window is given by the system's own number for it.
     virtual void keepOutOfTaskbar(std::uintptr_t window) = 0;
     /// True when translucent windows are blended with what is below them.
     virtual bool isComposited() const = 0;

@@ -18,9 +18,18 @@ namespace {
 constexpr int SEND_TIMEOUT_MILLISECONDS = 3000;
 constexpr std::array<std::string_view, 3> ACTIONS{"toggle", "show", "quit"};
 
-QString busName() { return QStringLiteral("org.quillon.Quillon"); }
-QString objectPath() { return QStringLiteral("/org/quillon/Quillon"); }
-QString interfaceName() { return QStringLiteral("org.freedesktop.Application"); }
+QString busName()
+{
+    return QStringLiteral("org.quillon.Quillon");
+}
+QString objectPath()
+{
+    return QStringLiteral("/org/quillon/Quillon");
+}
+QString interfaceName()
+{
+    return QStringLiteral("org.freedesktop.Application");
+}
 
 } // namespace
 
@@ -36,9 +45,12 @@ public:
     {}
 
 public Q_SLOTS:
-    void Activate(const QVariantMap &) { handler_("show"); } // NOLINT(readability-identifier-naming)
+    void Activate(const QVariantMap &)
+    {
+        handler_("show");
+    } // NOLINT(readability-identifier-naming)
     // Nothing is opened from outside; asking for it brings the panel up.
-    void Open(const QStringList &, const QVariantMap &) { handler_("show"); } // NOLINT
+    void Open(const QStringList &, const QVariantMap &) { handler_("show"); }             // NOLINT
     void ActivateAction(const QString &action, const QVariantList &, const QVariantMap &) // NOLINT
     {
         const std::string name = action.toStdString();

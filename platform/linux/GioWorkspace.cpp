@@ -17,11 +17,15 @@ struct Unref
 {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
-template <typename T> using Object = std::unique_ptr<T, Unref>;
+template <typename T>
+using Object = std::unique_ptr<T, Unref>;
 
-/// Runs in the started program: a session of its own, so that a Control-C or the end of the terminal
-/// that quillon was started from does not end it.
-void detach(gpointer) { setsid(); }
+/// Runs in the started program: a session of its own, so that a Control-C or the end of the
+/// terminal that quillon was started from does not end it.
+void detach(gpointer)
+{
+    setsid();
+}
 
 bool launch(GAppInfo *application, GFile *file)
 {
@@ -40,8 +44,7 @@ bool launch(GAppInfo *application, GFile *file)
 bool GioWorkspace::open(const std::string &path)
 {
     const Object<GFile> file(g_file_new_for_path(path.c_str()));
-    const Object<GAppInfo> application(
-        g_file_query_default_handler(file.get(), nullptr, nullptr));
+    const Object<GAppInfo> application(g_file_query_default_handler(file.get(), nullptr, nullptr));
     return application && launch(application.get(), file.get());
 }
 
@@ -55,9 +58,10 @@ std::vector<std::string> GioWorkspace::iconNames(const std::string &path) const
     if (!icon || !G_IS_THEMED_ICON(icon))
         return names;
     for (auto name = g_themed_icon_get_names(G_THEMED_ICON(icon)); *name; ++name) {
-        // Symbolic icons are line drawings in one colour; the rows show the coloured ones.
-        if (!std::string_view(*name).ends_with("-symbolic"))
-            names.emplace_back(*name);
+        // Line drawings in one colour, the second by its type's name; the rows show the others.
+        const std::string_view text(*name);
+        if (!text.ends_with("-symbolic") && text != "inode-directory")
+            names.emplace_back(text);
     }
     return names;
 }
@@ -70,7 +74,7 @@ bool GioWorkspace::isFolder(const std::string &path) const
 std::string GioWorkspace::resolvingSymlinks(const std::string &path) const
 {
     const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
-                                                              &std::free);
+                                                               &std::free);
     return resolved ? resolved.get() : path;
 }
 

@@ -11,11 +11,26 @@ namespace {
 
 constexpr uint DARK_PREFERRED = 1;
 
-QString service() { return QStringLiteral("org.freedesktop.portal.Desktop"); }
-QString path() { return QStringLiteral("/org/freedesktop/portal/desktop"); }
-QString interfaceName() { return QStringLiteral("org.freedesktop.portal.Settings"); }
-QString group() { return QStringLiteral("org.freedesktop.appearance"); }
-QString key() { return QStringLiteral("color-scheme"); }
+QString service()
+{
+    return QStringLiteral("org.freedesktop.portal.Desktop");
+}
+QString path()
+{
+    return QStringLiteral("/org/freedesktop/portal/desktop");
+}
+QString interfaceName()
+{
+    return QStringLiteral("org.freedesktop.portal.Settings");
+}
+QString group()
+{
+    return QStringLiteral("org.freedesktop.appearance");
+}
+QString key()
+{
+    return QStringLiteral("color-scheme");
+}
 
 } // namespace
 
@@ -27,8 +42,8 @@ PortalAppearance::PortalAppearance()
     bus.connect(service(), path(), interfaceName(), QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
 
-    auto call = QDBusMessage::createMethodCall(service(), path(), interfaceName(),
-                                               QStringLiteral("Read"));
+    auto call =
+        QDBusMessage::createMethodCall(service(), path(), interfaceName(), QStringLiteral("Read"));
     call << group() << key();
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,

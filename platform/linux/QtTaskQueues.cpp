@@ -20,9 +20,15 @@ void MainTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
     });
 }
 
-PoolTaskQueue::PoolTaskQueue(int threads) { pool_.setMaxThreadCount(threads); }
+PoolTaskQueue::PoolTaskQueue(int threads)
+{
+    pool_.setMaxThreadCount(threads);
+}
 
-PoolTaskQueue::~PoolTaskQueue() { pool_.clear(); }
+PoolTaskQueue::~PoolTaskQueue()
+{
+    pool_.clear();
+}
 
 bool PoolTaskQueue::finish(std::chrono::milliseconds patience)
 {
@@ -30,7 +36,10 @@ bool PoolTaskQueue::finish(std::chrono::milliseconds patience)
     return pool_.waitForDone(static_cast<int>(patience.count()));
 }
 
-void PoolTaskQueue::post(Task task) { pool_.start(std::move(task)); }
+void PoolTaskQueue::post(Task task)
+{
+    pool_.start(std::move(task));
+}
 
 void PoolTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
 {

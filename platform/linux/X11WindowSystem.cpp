@@ -14,7 +14,8 @@ namespace quillon {
 
 namespace {
 
-template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
+template <typename T>
+using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
 /// Null where Qt does not run on X11.
 xcb_connection_t *connection()
@@ -25,8 +26,7 @@ xcb_connection_t *connection()
 
 xcb_atom_t atom(xcb_connection_t *x, std::string_view name)
 {
-    const auto cookie =
-        xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());
     const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr),
                                                &std::free);
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};

@@ -1,0 +1,118 @@
+#include "app/RowText.h"
+
+#include "app/RowLayout.h"
+
+#include <QFontMetricsF>
+
+#include <gmock/gmock.h>
+
+namespace quillon {
+
+namespace {
+
+SearchBaseResult result(std::string text, std::vector<TextRange> ranges)
+{
+    return {text, text, std::move(ranges), SearchBaseResultType::standard};
+}
+
+struct TextRow
+{
+    const char *name;
+    std::string bytes;
+    std::vector<TextRange> ranges;
+    QString text;
+    QString lastComponent;
+    QStringList matches;
+};
+
+std::ostream &operator<<(std::ostream &out, const TextRow &row)
+{
+    return out << row.name;
+}
+
+} // namespace
+
+class RowTextTable : public testing::TestWithParam<TextRow>
+{};
+
+TEST_P(RowTextTable, countsCharactersAndMarksWhatIsNoText)
+{
+    const TextRow &expected = GetParam();
+    const RowText row = rowText(result(expected.bytes, expected.ranges));
+    EXPECT_EQ(row.text, expected.text);
+    EXPECT_EQ(row.text.mid(row.nameStart), expected.lastComponent);
+    QStringList matches;
+    for (const RowText::Span &span : row.matches)
+        matches << row.text.mid(span.start, span.length);
+    EXPECT_EQ(matches, expected.matches);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, RowTextTable,
+    testing::Values(TextRow{"plain",
+                            "/home/a/harbour",
+                            {{8, 3}},
+                            u"/home/a/harbour"_qs,
+                            u"harbour"_qs,
+                            {u"har"_qs}},
+                    TextRow{"umlautsCountOnce",
+                            "/\u00fcber/gr\u00fcn",
+                            {{6, 4}},
+                            u"/über/grün"_qs,
+                            u"grün"_qs,
+                            {u"grün"_qs}},
+                    TextRow{"beyondTheBasicPlane",
+                            "/\U0001F600\U0001F600ab/cd",
+                            {{3, 2}},
+                            u"/\U0001F600\U0001F600ab/cd"_qs,
+                            u"cd"_qs,
+                            {u"ab"_qs}},
+                    TextRow{"anInvalidByteIsOne",
+                            "/a\xff\xfe/b\xe2\x82x",
+                            {{5, 4}},
+                            u"/a\uFFFD\uFFFD/b\uFFFD\uFFFDx"_qs,
+                            u"b\uFFFD\uFFFDx"_qs,
+                            {u"b\uFFFD\uFFFDx"_qs}},
+                    TextRow{"overlongAndSurrogates",
+                            "\xc0\xaf\xed\xa0\x80z",
+                            {{5, 1}},
+                            u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz"_qs,
+                            u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz"_qs,
+                            {u"z"_qs}},
+                    TextRow{"linesAndDirections",
+                            "/a\nb\u202egpj.exe",
+                            {},
+                            u"/a\uFFFDb\uFFFDgpj.exe"_qs,
+                            u"a\uFFFDb\uFFFDgpj.exe"_qs,
+                            {}},
+                    TextRow{"trailingSlash", "/home/alex/", {}, u"/home/alex/"_qs, u"alex/"_qs, {}},
+                    TextRow{"root", "/", {}, u"/"_qs, u"/"_qs, {}},
+                    TextRow{"rangesBeyondTheEnd",
+                            "/ab",
+                            {{1, 9}, {12, 3}},
+                            u"/ab"_qs,
+                            u"ab"_qs,
+                            {u"ab"_qs, QString()}}),
+    [](const auto &test) { return std::string(test.param.name); });
+
+TEST(RowLayout, losesTheBeginningAndNeverTheEnd)
+{
+    const std::string path =
+        "/home/alex/first folder/second folder/third folder/a name of some length";
+    const RowText row = rowText(result(path, {{5, 6}, {63, 4}}));
+    const QFont font;
+    const qreal full = RowLayout(row, font, PanelPalette::light(), 10000).width();
+    EXPECT_EQ(RowLayout(row, font, PanelPalette::light(), full).text(), row.text);
+
+    for (qreal width = full - 1; width > 40; width -= 7) {
+        const RowLayout layout(row, font, PanelPalette::light(), width);
+        const QString text = layout.text();
+        EXPECT_LE(layout.width(), width) << text.toStdString();
+        EXPECT_TRUE(text.startsWith(QChar(0x2026))) << text.toStdString();
+        EXPECT_TRUE(row.text.endsWith(text.mid(1))) << text.toStdString();
+        // Components are kept whole as long as the last one has room.
+        EXPECT_TRUE(text.at(1) == u'/' || !text.contains(u'/')) << text.toStdString();
+    }
+}
+
+} // namespace quillon
