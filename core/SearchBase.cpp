@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -42,26 +43,46 @@ SearchBaseResultRef standardResult(const FuzzyMatchResult &match)
                                               SearchBaseResultType::standard);
 }
 
-/// Puts what a crawl keeps into the index, one folder's entries at a time.
+/// Puts what a crawl keeps into the index, one folder's entries at a time, until the index is
+/// reset: what the crawl knows of it no longer holds then, and the crawl is to end.
 class IndexSink final : public CrawlSink
 {
 public:
-    explicit IndexSink(SearchBasePaths &paths) : paths_(paths) {}
+    IndexSink(SearchBasePaths &paths, std::stop_source end)
+        : paths_(paths), end_(std::move(end)), generation_(generation(paths.index()))
+    {}
 
     Token root(const std::string &path) override
     {
         const WritingIndex writing(paths_.index().lock);
-        return paths_.add(path);
+        return isReset() ? PathTree::NONE : paths_.add(path);
     }
     void add(Token parent, std::span<Entry> entries) override
     {
         const WritingIndex writing(paths_.index().lock);
+        if (isReset())
+            return;
         for (Entry &entry : entries)
             entry.token = paths_.add(parent, entry.name);
     }
 
 private:
+    static std::uint64_t generation(const PathIndex &index)
+    {
+        const ReadingIndex reading(index.lock);
+        return index.tree.generation();
+    }
+    bool isReset() REQUIRES(paths_.index().lock)
+    {
+        const bool isReset = paths_.index().tree.generation() != generation_;
+        if (isReset)
+            end_.request_stop();
+        return isReset;
+    }
+
     SearchBasePaths &paths_;
+    std::stop_source end_;
+    const std::uint64_t generation_;
 };
 
 } // namespace
@@ -123,11 +144,13 @@ void SearchBase::build(const Progress &progress, std::stop_token stop)
     progress(starting);
 
     Crawler crawler(folderLister_, searchBaseIgnorePaths_.rules());
-    IndexSink sink(searchBasePaths_);
+    std::stop_source end;
+    const std::stop_callback endOnRequest(stop, [&end] { end.request_stop(); });
+    IndexSink sink(searchBasePaths_, end);
     for (const IncludePathSearchBaseLocation &location : locations) {
         progress("Scanning " + location.url());
-        crawler.crawl(location.url(), patterns, sink, progress, stop);
-        if (stop.stop_requested())
+        crawler.crawl(location.url(), patterns, sink, progress, end.get_token());
+        if (end.stop_requested())
             return;
         progress("Added " + std::to_string(count()) + " items");
     }

@@ -39,7 +39,8 @@ public:
 
     /// Forgets everything; the use counts stay.
     void reset();
-    /// Crawls every include folder and adds what it finds, until stop is requested.
+    /// Crawls every include folder and adds what it finds, until stop is requested or the index is
+    /// reset.
     void build(const Progress &progress, std::stop_token stop = {});
     /// The extensions of the files to index besides folders.
     std::set<std::string> includeFilePatterns() const;

@@ -1,0 +1,191 @@
+#include "core/SearchBase.h"
+#include "tests/core/SearchBaseSupport.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <filesystem>
+#include <mutex>
+#include <stop_token>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+using RealBase = SearchBaseOver<PosixFolderLister>;
+using FakeBase = SearchBaseOver<FakeFolderLister>;
+
+TEST(SearchBaseBuild, tellsOfEveryIncludeFolderByPathWithARunningTotal)
+{
+    const TemporaryFolder disk;
+    const std::string inner = disk.makeFolder("a/inner/x").substr(0, disk.path("a/inner").size());
+    const std::string a = disk.path("a");
+    const std::string b = disk.makeFolder("b");
+    const std::string package = disk.makeFolder("c.app");
+    disk.makeFolder("b/one/two");
+    disk.makeFolder("c.app/Contents");
+
+    RealBase base;
+    base.includeFolders({b, package, inner, a});
+    EXPECT_THAT(base.build(),
+                ElementsAre("Starting search with " + a + inner + b + package, "Scanning " + a,
+                            "Processing", "Added 3 items", "Scanning " + inner, "Processing",
+                            "Added 3 items", "Scanning " + b, "Processing", "Added 6 items",
+                            "Scanning " + package, "Added 7 items"));
+    EXPECT_THAT(base.indexed(),
+                ElementsAre(a, inner, inner + "/x", b, b + "/one", b + "/one/two", package));
+    EXPECT_EQ(base.searchBase.count(), 7U);
+
+    base.includeFolders({});
+    EXPECT_THAT(base.build(), ElementsAre("Starting search with "));
+}
+
+TEST(SearchBaseBuild, followsTheSettingsOfItsTime)
+{
+    const TemporaryFolder disk;
+    for (const char *folder : {".hidden/x", "_extras/x", "App.xcodeproj/inside", "Library/Caches",
+                               "node_modules/x", "raw \xff\n/x"})
+        disk.makeFolder(folder);
+    for (const char *file : {"node_modules/n.txt", "Notes.TXT", "notes.txt", "w.sublime-project"})
+        disk.writeFile(file);
+    std::filesystem::create_symlink(disk.path("Library"), disk.path("link"));
+    const auto found = [&](const RealBase &base) {
+        std::vector<std::string> names;
+        for (const std::string &path : base.indexed())
+            names.push_back(path.substr(disk.path().size()));
+        return names;
+    };
+
+    RealBase base;
+    base.includeFolders({disk.path()});
+    base.build();
+    EXPECT_THAT(base.searchBase.includeFilePatterns(),
+                ElementsAre("sublime-project", "sublime-workspace", "xcodeproj", "xcworkspace"));
+    EXPECT_THAT(found(base), ElementsAre("", "/App.xcodeproj", "/Library", "/raw \xff\n",
+                                         "/raw \xff\n/x", "/w.sublime-project"));
+
+    const auto texts = [](const std::string &text) {
+        return DefaultsValue{DefaultsArray{DefaultsValue{text}}};
+    };
+    base.store.set("exclude-folder-patterns", texts("raw"));
+    base.store.set("include-file-patterns", texts("txt"));
+    base.searchBase.reset();
+    EXPECT_EQ(base.searchBase.count(), 0U);
+    EXPECT_THAT(base.searchBase.search("Library"), IsEmpty());
+    base.build();
+    EXPECT_THAT(found(base), ElementsAre("", "/App.xcodeproj", "/Library", "/_extras", "/_extras/x",
+                                         "/node_modules", "/node_modules/n.txt", "/node_modules/x",
+                                         "/notes.txt"));
+}
+
+TEST(SearchBaseBuild, indexesTheWholeFileSystemUnderItsPlainNames)
+{
+    FakeBase base;
+    for (const char *folder : {"/home/u/docs", "/usr/bin", "/srv"})
+        base.lister.add(folder);
+    base.includeFolders({"/", "/usr"});
+    EXPECT_THAT(base.build(),
+                ElementsAre("Starting search with //usr", "Scanning /", "Processing",
+                            "Added 7 items", "Scanning /usr", "Processing", "Added 7 items"));
+    EXPECT_THAT(base.indexed(),
+                ElementsAre("/", "/home", "/home/u", "/home/u/docs", "/srv", "/usr", "/usr/bin"));
+}
+
+/// A base over "/" with a few thousand folders, which stand in all.
+struct LargeBase : FakeBase
+{
+    LargeBase()
+    {
+        for (int i = 0; i < 60; ++i)
+            for (int k = 0; k < 60; ++k)
+                lister.add("/folder " + std::to_string(i) + "/sub " + std::to_string(k));
+        includeFolders({"/", "/usr"});
+        lister.add("/usr");
+    }
+    static constexpr std::size_t ALL = 1 + 60 + 60 * 60 + 1;
+};
+
+TEST(SearchBaseBuild, isSearchedWhileItRuns)
+{
+    LargeBase base;
+    std::atomic<int> opened = 0;
+    std::atomic<int> answers = 0;
+    std::atomic<bool> isOver = false;
+    base.lister.onOpen = [&](const std::string &) {
+        if (++opened % 1000 != 0)
+            return;
+        // Goes on when a search has begun and ended in the middle of the build.
+        for (const int seen = answers; answers < seen + 4 && !isOver;)
+            std::this_thread::yield();
+    };
+    {
+        std::vector<std::jthread> searchers;
+        for (const char *query : {"sub", "/folder 1/sub 2"})
+            searchers.emplace_back([&base, &answers, &isOver, query] {
+                std::size_t last = 0;
+                while (!isOver) {
+                    const auto rows = base.searchBase.search(query);
+                    EXPECT_LE(rows.size(), 25U);
+                    for (const SearchBaseResultRef &row : rows) {
+                        EXPECT_TRUE(row->text() == query || row->text().starts_with("/folder "));
+                    }
+                    base.searchBase.mostAccessedResults();
+                    const std::size_t now = base.searchBase.count();
+                    EXPECT_GE(now, last);
+                    last = now;
+                    ++answers;
+                }
+            });
+        base.build();
+        isOver = true;
+    }
+    EXPECT_EQ(base.searchBase.count(), LargeBase::ALL);
+    EXPECT_EQ(base.searchBase.search("/folder 1/sub 2").front()->text(), "/folder 1/sub 2");
+}
+
+TEST(SearchBaseBuild, endsEarlyOnRequestAndCanBeBuiltAgain)
+{
+    LargeBase base;
+    std::stop_source source;
+    base.lister.onOpen = [&](const std::string &path) {
+        if (path == "/folder 7")
+            source.request_stop();
+    };
+    EXPECT_THAT(base.build(source.get_token()),
+                AllOf(Each(Not(StartsWith("Added "))), Not(Contains("Scanning /usr"))));
+    EXPECT_LT(base.searchBase.count(), LargeBase::ALL);
+
+    EXPECT_THAT(base.build(), Contains("Added " + std::to_string(LargeBase::ALL) + " items"));
+    EXPECT_EQ(base.searchBase.count(), LargeBase::ALL);
+}
+
+TEST(SearchBaseBuild, leavesAnIndexAloneThatWasResetMeanwhile)
+{
+    LargeBase base;
+    std::once_flag once;
+    base.lister.onOpen = [&](const std::string &path) {
+        if (path.starts_with("/folder 2/"))
+            std::call_once(once, [&] {
+                base.searchBase.reset();
+                base.matcher.add("/new");
+            });
+    };
+    EXPECT_THAT(base.build(), Each(Not(StartsWith("Added "))));
+    EXPECT_THAT(base.indexed(), ElementsAre("/new"));
+    base.build();
+    EXPECT_EQ(base.matcher.count(), LargeBase::ALL + 1);
+}
+
+} // namespace
+
+} // namespace quillon

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "core/SearchBase.h"
+#include "indexing/SearchBaseFinder.h"
+#include "matching/FuzzyMatch.h"
+#include "matching/RecentAccessScore.h"
+#include "platform/FolderLister.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/StatxFolderIdentity.h"
+#include "tests/support/FakeDefaultsStore.h"
+#include "tests/support/FakeFolderLister.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+/// A search base with everything it works with, over the folders that a lister shows.
+template <typename Lister>
+struct SearchBaseOver
+{
+    void includeFolders(const std::vector<std::string> &paths)
+    {
+        DefaultsDictionary bookmarks;
+        for (const std::string &path : paths)
+            bookmarks.emplace(path, DefaultsValue{DefaultsData{path}});
+        store.set("qln-bookmarks", {bookmarks});
+    }
+    /// The lines of a build, neighbours that begin with the same "Processing " as one.
+    std::vector<std::string> build(const std::stop_token &stop = {})
+    {
+        std::vector<std::string> lines;
+        searchBase.build(
+            [&](const std::string &line) {
+                const bool isProcessing = line.starts_with("Processing ");
+                if (!isProcessing || lines.empty() || lines.back() != "Processing")
+                    lines.push_back(isProcessing ? "Processing" : line);
+            },
+            stop);
+        return lines;
+    }
+    /// Every text that searches find.
+    std::vector<std::string> indexed() const
+    {
+        std::vector<std::string> texts;
+        for (const FuzzyMatchResult &match : matcher.match("", matcher.count()))
+            texts.push_back(match.text());
+        return texts;
+    }
+
+    FakeDefaultsStore store;
+    StatxFolderIdentity identity;
+    SearchBaseFinder finder{store, identity};
+    DefaultsRecentAccessScoreDataStore counts{store};
+    RecentAccessScore score{counts};
+    FuzzyMatch matcher{&score};
+    Lister lister;
+    SearchBase searchBase{finder, matcher, lister};
+};
+
+} // namespace quillon

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "platform/FolderLister.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace quillon {
+
+/// Folders in memory, from "/" down, to be listed by a crawl.
+class FakeFolderLister final : public FolderLister
+{
+public:
+    /// Adds the folder at the absolute path and those above it. Not while a crawl runs.
+    void add(std::string_view path)
+    {
+        while (path.size() > 1) {
+            const std::size_t slash = path.rfind('/');
+            const std::string_view parent = slash == 0 ? "/" : path.substr(0, slash);
+            names_[std::string(path)];
+            names_[std::string(parent)].emplace(path.substr(slash + 1));
+            path = parent;
+        }
+    }
+
+    std::unique_ptr<OpenFolder> open(const std::string &path, Wanted,
+                                     std::error_code &error) override
+    {
+        if (onOpen)
+            onOpen(path);
+        const auto found = names_.find(path);
+        if (found != names_.end())
+            return std::make_unique<Folder>(*this, path, found->second);
+        error = std::make_error_code(std::errc::no_such_file_or_directory);
+        return nullptr;
+    }
+
+    /// Called with each path to open, by the crawl's threads.
+    std::function<void(const std::string &path)> onOpen;
+
+private:
+    class Folder final : public OpenFolder
+    {
+    public:
+        Folder(FakeFolderLister &lister, std::string path, const std::set<std::string> &names)
+            : lister_(lister), path_(std::move(path)), names_(names)
+        {}
+
+        bool read(FolderBatch &batch, std::error_code &) override
+        {
+            batch.entries.clear();
+            if (std::exchange(isRead_, true))
+                return false;
+            for (const std::string &name : names_)
+                batch.entries.push_back({name, true});
+            return !names_.empty();
+        }
+        std::unique_ptr<OpenFolder> open(const std::string &name,
+                                         std::error_code &error) const override
+        {
+            return lister_.open((path_ == "/" ? path_ : path_ + "/") + name, Wanted::subfolders,
+                                error);
+        }
+
+    private:
+        FakeFolderLister &lister_;
+        const std::string path_;
+        const std::set<std::string> &names_;
+        bool isRead_ = false;
+    };
+
+    std::map<std::string, std::set<std::string>> names_;
+};
+
+} // namespace quillon
