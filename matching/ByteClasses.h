@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -12,17 +13,17 @@ using ByteClassSet = std::uint64_t;
 
 namespace byteclasses {
 
+inline constexpr unsigned FIRST_DIGIT = 26;
+inline constexpr unsigned FIRST_SEPARATOR = 36;
+inline constexpr std::string_view SEPARATORS = "/ -_.";
+inline constexpr unsigned FIRST_CAPITAL_GROUP = 41;
+inline constexpr unsigned CAPITAL_GROUPS = 8;
+inline constexpr unsigned FIRST_OTHER_GROUP = FIRST_CAPITAL_GROUP + CAPITAL_GROUPS;
+inline constexpr unsigned OTHER_GROUPS = 64 - FIRST_OTHER_GROUP;
+
 constexpr std::array<ByteClassSet, 256> makeTable()
 {
-    constexpr unsigned FIRST_DIGIT = 26;
-    constexpr unsigned FIRST_SEPARATOR = 36;
-    constexpr std::string_view SEPARATORS = "/ -_.";
-    constexpr unsigned FIRST_CAPITAL_GROUP = 41;
-    constexpr unsigned CAPITAL_GROUPS = 8;
-    constexpr unsigned FIRST_OTHER_GROUP = FIRST_CAPITAL_GROUP + CAPITAL_GROUPS;
-    constexpr unsigned OTHER_GROUPS = 64 - FIRST_OTHER_GROUP;
     const auto bit = [](unsigned index) { return ByteClassSet{1} << index; };
-
     std::array<ByteClassSet, 256> table{};
     for (unsigned c = 0; c < 256; ++c) {
         const auto separator = SEPARATORS.find(static_cast<char>(c));
@@ -56,6 +57,36 @@ constexpr ByteClassSet classesOf(std::string_view bytes)
     ByteClassSet set = 0;
     for (const char byte : bytes)
         set |= classesOf(byte);
+    return set;
+}
+
+/// The classes of which one occurs wherever a capital does.
+inline constexpr ByteClassSet CAPITAL_CLASSES =
+    ((ByteClassSet{1} << byteclasses::CAPITAL_GROUPS) - 1) << byteclasses::FIRST_CAPITAL_GROUP;
+
+/// Pairs of neighbouring bytes, letter case aside, sorted into 64 classes.
+using BytePairSet = std::uint64_t;
+
+constexpr BytePairSet pairOf(char first, char second)
+{
+    const auto lowered = [](char byte) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(
+            byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte));
+    };
+    // Fibonacci hashing: the top bits of a product with 2^32 divided by the golden ratio.
+    constexpr std::uint32_t FACTOR = 0x9e3779b1;
+    return BytePairSet{1} << (((lowered(first) << 8 | lowered(second)) * FACTOR) >> 26);
+}
+
+/// The pairs of a path component with the slash before it.
+constexpr BytePairSet pairsOf(std::string_view name)
+{
+    BytePairSet set = 0;
+    char before = '/';
+    for (const char byte : name) {
+        set |= pairOf(before, byte);
+        before = byte;
+    }
     return set;
 }
 

@@ -70,22 +70,4 @@ void ColumnScorer::extendByByte(double *best, double *ending, std::size_t positi
         best[positions_[r]] = std::max(ending[positions_[r]], best[positions_[r]]);
 }
 
-void ColumnScorer::potentials(const State &state, std::size_t position,
-                              std::vector<double> &bounds) const
-{
-    const double *best = state.data();
-    const double *ending = best + rows_;
-    bounds.resize(rows_ + 1);
-    bounds[rows_] = best[rows_ - 1];
-    for (std::size_t i = rows_; i-- > 0;) {
-        // The first byte behind follows a slash, or goes on from a match on it; each later one
-        // earns at most what a consecutive match does.
-        const double first =
-            i == 0 ? static_cast<double>(position) * GAP_LEADING + BONUS_SLASH
-                   : std::max(best[i - 1] + BONUS_SLASH, ending[i - 1] + MATCH_CONSECUTIVE);
-        const double bound = first + static_cast<double>(rows_ - 1 - i) * MATCH_CONSECUTIVE;
-        bounds[i] = std::max(bound, bounds[i + 1]);
-    }
-}
-
 } // namespace quillon

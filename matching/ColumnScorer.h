@@ -32,11 +32,6 @@ public:
     /// The score of a text longer than the query.
     double score(const State &state) const { return state[rows_ - 1]; }
 
-    /// Upper bounds for every text that goes on from this state at the beginning of a component,
-    /// after position bytes: element i, from 0 to n, is for texts that match at most the query's
-    /// bytes from i on behind it, the gaps behind left out. Rounding may take a text a hair higher.
-    void potentials(const State &state, std::size_t position, std::vector<double> &bounds) const;
-
 private:
     struct Rows
     {

@@ -10,11 +10,6 @@ namespace quillon {
 
 namespace {
 
-std::uint16_t saturated(std::size_t length)
-{
-    return static_cast<std::uint16_t>(std::min<std::size_t>(length, PathTree::LONG));
-}
-
 /// Multiply and fold: every bit of the product's halves depends on every bit of the operands.
 std::uint64_t mix(std::uint64_t a, std::uint64_t b)
 {
@@ -28,6 +23,18 @@ std::uint64_t loadWord(const char *bytes, std::size_t count)
     std::uint64_t word = 0;
     std::memcpy(&word, bytes, count);
     return word;
+}
+
+std::size_t commonPrefix(std::string_view a, std::string_view b)
+{
+    const std::size_t shorter = std::min(a.size(), b.size());
+    constexpr std::size_t WORD = sizeof(std::uint64_t);
+    std::size_t same = 0;
+    while (same + WORD <= shorter && loadWord(&a[same], WORD) == loadWord(&b[same], WORD))
+        same += WORD;
+    while (same < shorter && a[same] == b[same])
+        ++same;
+    return same;
 }
 
 } // namespace
@@ -58,9 +65,7 @@ PathTree::NodeId PathTree::insert(std::string_view text, Flags flags)
 {
     // The components that the last text began with as well need no look-up.
     auto &steps = trail_.steps;
-    const auto [common, end] =
-        std::mismatch(text.begin(), text.end(), trail_.text.begin(), trail_.text.end());
-    const auto shared = static_cast<std::size_t>(common - text.begin());
+    const std::size_t shared = commonPrefix(text, trail_.text);
     const auto isComponentOfBoth = [&](const Trail::Step &step) {
         return step.end <= shared && (step.end == text.size() || text[step.end] == '/') &&
                (step.end == trail_.text.size() || trail_.text[step.end] == '/');
@@ -110,25 +115,32 @@ PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
     Node &fresh = mutableNode(id);
     fresh = {};
     fresh.below = classesOf(name);
+    fresh.pairsBelow = pairsOf(name);
     fresh.parent = parent;
-    fresh.nextSibling = above.firstChild;
-    fresh.nameLength = saturated(name.size());
+    const std::size_t before = parent == ROOT ? 0 : std::size_t{above.textLength} + 1;
     fresh.textLength =
-        saturated(parent == ROOT ? name.size() : std::size_t{above.textLength} + 1 + name.size());
-    if (fresh.nameLength == LONG) {
-        std::string withLength(sizeof(std::uint32_t), '\0');
-        const auto length = static_cast<std::uint32_t>(name.size());
-        std::memcpy(withLength.data(), &length, sizeof(length));
-        fresh.name = names_.store(withLength.append(name));
-    } else {
+        static_cast<std::uint16_t>(std::min<std::size_t>(before + name.size(), LONG_TEXT));
+    if (name.size() < LONG_NAME) {
+        fresh.nameLength = static_cast<std::uint8_t>(name.size());
         fresh.name = names_.store(name);
+    } else {
+        const auto length = static_cast<std::uint32_t>(name.size());
+        std::string withLength(sizeof(length), '\0');
+        std::memcpy(withLength.data(), &length, sizeof(length));
+        fresh.nameLength = LONG_NAME;
+        fresh.name = names_.store(withLength.append(name));
     }
-    children_.insert(hash, id, [this](NodeId other) { return hashOf(other); });
-    Node &owner = mutableNode(parent);
-    owner.firstChild = id;
-    revive(owner);
-    widenAncestors(parent, fresh.below);
+    children_.insert(hash, id);
+    append(mutableNode(parent), id);
+    widenAncestors(id);
     return id;
+}
+
+void PathTree::append(Node &parent, NodeId id)
+{
+    (parent.lastChild == NONE ? parent.firstChild : mutableNode(parent.lastChild).nextSibling) = id;
+    parent.lastChild = id;
+    revive(parent);
 }
 
 PathTree::NodeId PathTree::allocate()
@@ -146,14 +158,23 @@ PathTree::NodeId PathTree::allocate()
     return used_++;
 }
 
-void PathTree::widenAncestors(NodeId parent, ByteClassSet below)
+void PathTree::widenAncestors(NodeId id)
 {
-    // A child contributes the slash before it. What a node has, its ancestors have.
-    for (NodeId id = parent; id != ROOT; id = node(id).parent) {
-        below |= classesOf('/');
-        if ((node(id).below & below) == below)
+    // A child brings the slash before it, and so a pair of that with the parent's last byte. What
+    // a node has, its ancestors have.
+    const Node &child = node(id);
+    const ByteClassSet below = child.below | classesOf('/');
+    BytePairSet pairs = child.pairsBelow;
+    if (child.parent != ROOT) {
+        const std::string_view name = this->name(node(child.parent));
+        pairs |= pairOf(name.empty() ? '/' : name.back(), '/');
+    }
+    for (NodeId above = child.parent; above != ROOT; above = node(above).parent) {
+        Node &ancestor = mutableNode(above);
+        if ((ancestor.below & below) == below && (ancestor.pairsBelow & pairs) == pairs)
             return;
-        mutableNode(id).below |= below;
+        ancestor.below |= below;
+        ancestor.pairsBelow |= pairs;
     }
 }
 
@@ -260,22 +281,22 @@ void PathTree::collectDead()
 
 void PathTree::removeDeadChildren(NodeId parent)
 {
-    NodeId before = NONE;
+    NodeId kept = NONE;
     for (NodeId id = node(parent).firstChild; id != NONE;) {
         const Node &child = node(id);
         const NodeId next = child.nextSibling;
         if ((child.flags & DEAD) == 0) {
-            before = id;
+            kept = id;
         } else {
             // The dead node keeps its own link: a search that stands on it finds its way back.
-            (before == NONE ? mutableNode(parent).firstChild : mutableNode(before).nextSibling) =
-                next;
+            (kept == NONE ? mutableNode(parent).firstChild : mutableNode(kept).nextSibling) = next;
             children_.erase(hashOf(id), id);
             givenUp_.push_back(id);
             --dead_;
         }
         id = next;
     }
+    mutableNode(parent).lastChild = kept;
 }
 
 void PathTree::recycle()
@@ -315,7 +336,7 @@ std::uint64_t PathTree::hashOf(NodeId id) const
 std::string_view PathTree::name(const Node &node) const
 {
     const char *bytes = names_.at(node.name);
-    if (node.nameLength != LONG)
+    if (node.nameLength != LONG_NAME)
         return {bytes, node.nameLength};
     std::uint32_t length = 0;
     std::memcpy(&length, bytes, sizeof(length));

@@ -49,18 +49,24 @@ public:
     {
         /// Every class of byte that stands in the name or anywhere below, and perhaps more.
         ByteClassSet below = 0;
+        /// The same for pairs of bytes, the slash before the name included.
+        BytePairSet pairsBelow = 0;
         NodeId parent = NONE;
+        /// In the order of insertion, so that after a crawl a walk reads memory from one end to the
+        /// other.
         NodeId firstChild = NONE;
+        NodeId lastChild = NONE;
         NodeId nextSibling = NONE;
         NameArena::Offset name = 0;
-        /// Saturates at LONG; the true length then stands before the name.
-        std::uint16_t nameLength = 0;
-        /// Length of the whole text, saturating at LONG.
+        /// Length of the whole text, saturating at LONG_TEXT.
         std::uint16_t textLength = 0;
+        /// Saturates at LONG_NAME; the true length then stands before the name.
+        std::uint8_t nameLength = 0;
         Flags flags = 0;
     };
-    static_assert(sizeof(Node) == 32, "a node is half a cache line");
-    static constexpr std::uint16_t LONG = 0xffff;
+    static_assert(sizeof(Node) == 40);
+    static constexpr std::uint16_t LONG_TEXT = 0xffff;
+    static constexpr std::uint8_t LONG_NAME = 0xff;
 
     PathTree();
     PathTree(const PathTree &) = delete;
@@ -131,8 +137,9 @@ private:
     std::uint64_t hashOf(NodeId id) const;
     NodeId child(NodeId parent, std::string_view name);
     void keep(NodeId id, Flags flags);
+    void append(Node &parent, NodeId id);
     NodeId allocate();
-    void widenAncestors(NodeId parent, ByteClassSet below);
+    void widenAncestors(NodeId id);
     void revive(Node &node);
     void buryIfDead(NodeId id);
     void rememberParentOfDead(NodeId parent);

@@ -17,20 +17,14 @@ constexpr std::size_t FEWEST_CANDIDATES_FOR_HELPERS = 20'000;
 
 TreeSearch::TreeSearch(std::string_view query, const PathIndex &index,
                        const RecentAccessSnapshot *uses, std::size_t top)
-    : query_(query),
-      index_(index),
-      uses_(uses),
-      top_(top),
-      needed_(query.size() + 1),
-      scored_(query.size() + 1),
-      threshold_(scoring::SCORE_MIN)
+    : query_(query), index_(index), uses_(uses), top_(top), needed_(query.size() + 1)
 {
-    for (std::size_t i = query.size(); i-- > 0;) {
+    for (std::size_t i = query.size(); i-- > 0;)
         needed_[i] = needed_[i + 1] | classesOf(query[i]);
-        scored_[i] = scored_[i + 1] | classesOf(scoring::lower(query[i]));
-    }
     if (!query.empty() && query.size() <= scoring::MAX_LENGTH)
         scorer_.emplace(query);
+    if (scorer_ && query.size() <= UnitScorer::LONGEST_QUERY)
+        unitScorer_.emplace(query);
 }
 
 std::vector<TreeSearch::Match> TreeSearch::run(unsigned threads)
@@ -141,8 +135,9 @@ void TreeSearch::finishWork()
 
 void TreeSearch::raiseThreshold(double score)
 {
-    double current = threshold_.load(std::memory_order_relaxed);
-    while (current < score && !threshold_.compare_exchange_weak(current, score)) {
+    const int units = UnitScorer::unitsToReach(score);
+    int current = threshold_.load(std::memory_order_relaxed);
+    while (current < units && !threshold_.compare_exchange_weak(current, units)) {
     }
 }
 

@@ -4,9 +4,11 @@
 #include "matching/PathIndex.h"
 #include "matching/RecentAccessScore.h"
 #include "matching/TopHits.h"
+#include "matching/UnitScorer.h"
 
 #include <atomic>
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,6 +38,8 @@ public:
 private:
     friend class TreeSearchWorker;
 
+    static constexpr int NO_THRESHOLD = std::numeric_limits<int>::min();
+
     using NodeId = PathTree::NodeId;
 
     /// A node and the siblings behind it, all below parent.
@@ -57,6 +61,7 @@ private:
     /// Waits for work, to be followed by finishWork(); absent once nobody has any.
     std::optional<Work> take();
     void finishWork();
+    /// From now on no text is wanted that scores less.
     void raiseThreshold(double score);
     void collect(const TopHits &hits);
 
@@ -66,15 +71,15 @@ private:
     const std::size_t top_;
     /// Element i: the classes of byte that a match needs from the query's byte i on.
     std::vector<ByteClassSet> needed_;
-    /// The same for the scorer, to which a capital is worth as much as its small letter.
-    std::vector<ByteClassSet> scored_;
     /// Absent when no text can have a finite score.
     std::optional<ColumnScorer> scorer_;
+    /// Absent for long queries too: so few texts hold them that each is scored.
+    std::optional<UnitScorer> unitScorer_;
     std::uint64_t generation_ = 0;
     /// Texts with recorded uses, ranked before the walk.
     std::unordered_set<NodeId> used_;
-    /// No text below this score can be among the best.
-    std::atomic<double> threshold_;
+    /// No text that scores fewer units can be among the best.
+    std::atomic<int> threshold_ = NO_THRESHOLD;
 
     Mutex mutex_;
     Condition workOrEnd_;

@@ -4,12 +4,13 @@
 // everything below it:
 //  - how much of the query it uses up: the subsequence test is greedy, so a text goes on where its
 //    beginning stopped;
-//  - the scorer's state behind it, computed only when something below needs it.
+//  - the scorer's state behind it, computed only when something below needs it: in units to tell
+//    what is worth a closer look, in doubles for the score itself.
 // A subtree is left out when a byte that the query still needs does not occur in it, or, once
 // enough hits are held, when no text in it can reach the worst of them. The bound of a subtree
-// takes the best that the beginning allows (ColumnScorer::potentials) for the query bytes that can
-// still be matched below, and the gaps that the name's length forces: most leaves are settled from
-// the 32 bytes of their node, without a look at their names.
+// (UnitScorer::bound) takes the best that the beginning allows for the query bytes that can still
+// be matched below, the pairs of bytes that occur there, and the gaps that the name's length
+// forces: most leaves are settled from the 40 bytes of their node, without a look at their names.
 // A text as long as the query scores infinity, so nodes of up to that length are never left out.
 
 #include "matching/TreeSearchWorker.h"
@@ -22,8 +23,6 @@ namespace quillon {
 
 namespace {
 
-/// Sums of up to 1024 multiples of 0.005 are off by less than 1e-12.
-constexpr double ROUNDING_SLACK = 1e-9;
 /// Nodes between two looks at waiting writers and idle workers: some 10 to 50 microseconds.
 constexpr unsigned VISITS_PER_SLICE = 512;
 
@@ -67,9 +66,13 @@ void TreeSearchWorker::descendTo(const TreeSearch::Work &work)
     Level &root = levels_.front();
     root.parent = PathTree::ROOT;
     root.next = PathTree::NONE;
+    if (search_.unitScorer_ && !root.hasUnits) {
+        root.units = search_.unitScorer_->initialState();
+        search_.unitScorer_->computeStarts(root.units, 0, root.starts);
+        root.hasUnits = true;
+    }
     if (search_.scorer_ && !root.hasState) {
         root.state = search_.scorer_->initialState();
-        search_.scorer_->potentials(root.state, 0, root.bounds);
         root.hasState = true;
     }
     for (auto id = ancestors.rbegin(); id != ancestors.rend(); ++id) {
@@ -109,34 +112,25 @@ bool TreeSearchWorker::isHopeless(const Node &node)
     Level &level = levels_[depth_];
     if ((search_.needed_[level.consumed] & ~node.below) != 0)
         return true;
-    const double threshold = search_.threshold_.load(std::memory_order_relaxed);
-    if (threshold == scoring::SCORE_MIN || node.textLength <= n)
+    const int threshold = search_.threshold_.load(std::memory_order_relaxed);
+    if (threshold == TreeSearch::NO_THRESHOLD || node.textLength <= n)
         return false;
     if (node.textLength > scoring::MAX_LENGTH)
         return true;
-    if (!search_.scorer_)
+    if (!search_.unitScorer_)
         return false;
-    if (!level.hasState)
-        computeState(depth_);
-    std::size_t first = n;
-    while (first > 0 && (search_.scored_[first - 1] & ~node.below) == 0)
-        --first;
-    const std::size_t matchable = n - first;
-    const std::size_t gaps = node.nameLength > matchable ? node.nameLength - matchable : 0;
-    const double bound =
-        level.bounds[first] + static_cast<double>(gaps) * scoring::GAP_TRAILING + ROUNDING_SLACK;
-    return bound < threshold;
+    if (!level.hasUnits)
+        computeUnits(depth_);
+    return search_.unitScorer_->bound(level.starts, node) < threshold;
 }
 
 void TreeSearchWorker::visit(NodeId id, const Node &node)
 {
     const std::size_t consumed = consume(levels_[depth_].consumed, tree_.name(node));
-    const bool isMatch = (node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size();
-    const bool isLeaf = node.firstChild == PathTree::NONE;
-    if (!isLeaf)
+    if ((node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size())
+        addIfGood(id, node, depth_);
+    if (node.firstChild != PathTree::NONE)
         push(id, node, consumed);
-    if (isMatch)
-        scoreAndAdd(id, node, isLeaf ? nullptr : &levels_[depth_]);
 }
 
 void TreeSearchWorker::push(NodeId id, const Node &node, std::size_t consumed)
@@ -150,31 +144,39 @@ void TreeSearchWorker::push(NodeId id, const Node &node, std::size_t consumed)
     const bool usesSlash = consumed < query_.size() && query_[consumed] == '/';
     level.consumed = usesSlash ? consumed + 1 : consumed;
     level.position = std::size_t{node.textLength} + 1;
+    level.hasUnits = false;
     level.hasState = false;
 }
 
-void TreeSearchWorker::scoreAndAdd(NodeId id, const Node &node, Level *children)
+void TreeSearchWorker::addIfGood(NodeId id, const Node &node, std::size_t above)
 {
-    if (node.textLength == query_.size() && node.textLength <= scoring::MAX_LENGTH &&
-        !query_.empty()) {
-        add({scoring::SCORE_MAX, id});
-        return;
-    }
     if (!search_.scorer_ || node.textLength > scoring::MAX_LENGTH) {
         add({scoring::SCORE_MIN, id});
         return;
     }
-    const std::size_t above = children == nullptr ? depth_ : depth_ - 1;
+    if (node.textLength == query_.size()) {
+        add({scoring::SCORE_MAX, id});
+        return;
+    }
+    if (isBelowThreshold(node, above))
+        return;
     if (!levels_[above].hasState)
         computeState(above);
-    const Level &level = levels_[above];
-    ColumnScorer::State &state = children == nullptr ? scratch_ : children->state;
-    state = level.state;
-    const std::string_view name = tree_.name(node);
-    search_.scorer_->extend(state, level.position, '/', name);
-    add({search_.scorer_->score(state), id});
-    if (children != nullptr)
-        finishState(*children, name.empty() ? '/' : name.back());
+    stateOfText_ = levels_[above].state;
+    search_.scorer_->extend(stateOfText_, levels_[above].position, '/', tree_.name(node));
+    add({search_.scorer_->score(stateOfText_), id});
+}
+
+bool TreeSearchWorker::isBelowThreshold(const Node &node, std::size_t above)
+{
+    const int threshold = search_.threshold_.load(std::memory_order_relaxed);
+    if (threshold == TreeSearch::NO_THRESHOLD || !search_.unitScorer_)
+        return false;
+    if (!levels_[above].hasUnits)
+        computeUnits(above);
+    search_.unitScorer_->extend(levels_[above].units, unitsOfText_, levels_[above].position, '/',
+                                tree_.name(node));
+    return search_.unitScorer_->score(unitsOfText_) < threshold;
 }
 
 void TreeSearchWorker::add(const Hit &hit)
@@ -196,25 +198,43 @@ std::size_t TreeSearchWorker::consume(std::size_t consumed, std::string_view byt
     return consumed;
 }
 
+std::string_view TreeSearchWorker::parentName(const Level &level) const
+{
+    return tree_.name(tree_.node(level.parent));
+}
+
+void TreeSearchWorker::computeUnits(std::size_t depth)
+{
+    std::size_t known = depth;
+    while (!levels_[known].hasUnits)
+        --known;
+    for (; known < depth; ++known) {
+        const Level &above = levels_[known];
+        Level &level = levels_[known + 1];
+        const std::string_view name = parentName(level);
+        search_.unitScorer_->extend(above.units, level.units, above.position, '/', name);
+        search_.unitScorer_->extend(level.units, level.units, level.position - 1,
+                                    name.empty() ? '/' : name.back(), "/");
+        search_.unitScorer_->computeStarts(level.units, level.position, level.starts);
+        level.hasUnits = true;
+    }
+}
+
 void TreeSearchWorker::computeState(std::size_t depth)
 {
     std::size_t known = depth;
     while (!levels_[known].hasState)
         --known;
     for (; known < depth; ++known) {
+        const Level &above = levels_[known];
         Level &level = levels_[known + 1];
-        level.state = levels_[known].state;
-        const std::string_view name = tree_.name(tree_.node(level.parent));
-        search_.scorer_->extend(level.state, levels_[known].position, '/', name);
-        finishState(level, name.empty() ? '/' : name.back());
+        const std::string_view name = parentName(level);
+        level.state = above.state;
+        search_.scorer_->extend(level.state, above.position, '/', name);
+        search_.scorer_->extend(level.state, level.position - 1, name.empty() ? '/' : name.back(),
+                                "/");
+        level.hasState = true;
     }
-}
-
-void TreeSearchWorker::finishState(Level &level, char lastByte)
-{
-    search_.scorer_->extend(level.state, level.position - 1, lastByte, "/");
-    search_.scorer_->potentials(level.state, level.position, level.bounds);
-    level.hasState = true;
 }
 
 } // namespace quillon

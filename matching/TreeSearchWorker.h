@@ -32,10 +32,13 @@ private:
         std::size_t consumed = 0;
         /// Length of the parent's text with the slash; exact where texts are scored.
         std::size_t position = 0;
-        /// Whether state and bounds are those of this level.
+        /// Whether units and starts are those of this level.
+        bool hasUnits = false;
+        UnitScorer::State units;
+        UnitScorer::Starts starts;
+        /// Whether state is that of this level.
         bool hasState = false;
         ColumnScorer::State state;
-        std::vector<double> bounds;
     };
 
     void descendTo(const TreeSearch::Work &work);
@@ -44,11 +47,13 @@ private:
     bool isHopeless(const Node &node);
     void visit(NodeId id, const Node &node);
     void push(NodeId id, const Node &node, std::size_t consumed);
-    void scoreAndAdd(NodeId id, const Node &node, Level *children);
+    void addIfGood(NodeId id, const Node &node, std::size_t above);
+    bool isBelowThreshold(const Node &node, std::size_t above);
     void add(const Hit &hit);
     std::size_t consume(std::size_t consumed, std::string_view bytes) const;
+    void computeUnits(std::size_t depth);
     void computeState(std::size_t depth);
-    void finishState(Level &level, char lastByte);
+    std::string_view parentName(const Level &level) const;
 
     TreeSearch &search_;
     const PathTree &tree_;
@@ -57,7 +62,8 @@ private:
     std::vector<Level> levels_;
     std::size_t depth_ = 0;
     unsigned visits_ = 0;
-    ColumnScorer::State scratch_;
+    UnitScorer::State unitsOfText_;
+    ColumnScorer::State stateOfText_;
 };
 
 } // namespace quillon
