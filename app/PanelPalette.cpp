@@ -101,7 +101,7 @@ PanelPalette PanelPalette::forDesktop(const QPalette &desktop, bool prefersDark)
     palette.keyCap = mixed(palette.background, palette.text, 0.08);
     // A tint is a breath of the accent: selected text keeps its own three tones on it.
     const bool isDark = palette.isDark();
-    palette.tint = mixed(palette.background, role(QPalette::Highlight), isDark ? 0.35 : 0.14);
+    palette.tint = mixed(palette.background, role(QPalette::Highlight), isDark ? 0.3 : 0.14);
     palette.quiet = readable(mixed(palette.text, palette.background, 0.4), palette);
     palette.accent = readable(role(QPalette::Highlight), palette);
     return palette;

@@ -25,9 +25,9 @@ using namespace std::chrono_literals;
 /// Qt tells a loss of the keyboard up to 100 ms late.
 constexpr auto SETTLING = 200ms;
 /// Room for the shadow, and how far it falls below the panel.
-constexpr int SHADOW = 32;
-constexpr int SHADOW_DROP = 8;
-constexpr int SHADOW_ALPHA = 90;
+constexpr int SHADOW = 44;
+constexpr int SHADOW_DROP = 12;
+constexpr int SHADOW_ALPHA = 72;
 /// The hairline around the panel.
 constexpr int BORDER = 1;
 /// Of the free height, above the panel.
@@ -144,9 +144,12 @@ void SearchWindow::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRect panel = panelRect();
-    if (panel != rect())
-        paintShadow(painter);
     const PanelPalette &palette = view_->panelPalette();
+    // Without blending the half-covered pixels of the corners would come out black.
+    if (panel == rect())
+        painter.fillRect(panel, palette.hairline);
+    else
+        paintShadow(painter);
     painter.setBrush(palette.background);
     painter.setPen(QPen(palette.hairline, BORDER));
     painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), metrics::CORNER,
@@ -155,13 +158,13 @@ void SearchWindow::paintEvent(QPaintEvent *)
 
 void SearchWindow::paintShadow(QPainter &painter)
 {
-    // Rings from the outside in, each a little darker: a soft edge without an image to keep.
+    // Rings from the outside in, each adding a little more: a soft edge without an image to keep.
+    constexpr int REACH = SHADOW - SHADOW_DROP;
     const QRectF panel(panelRect());
     painter.setPen(Qt::NoPen);
-    for (int reach = SHADOW - SHADOW_DROP; reach > 0; --reach) {
-        const double share = 1.0 - double(reach) / (SHADOW - SHADOW_DROP);
-        const int steps = SHADOW - SHADOW_DROP;
-        painter.setBrush(QColor(0, 0, 0, static_cast<int>(2.0 * SHADOW_ALPHA * share / steps)));
+    for (int reach = REACH; reach > 0; --reach) {
+        const double nearness = 1.0 - static_cast<double>(reach) / REACH;
+        painter.setBrush(QColor(0, 0, 0, qRound(2.0 * SHADOW_ALPHA * nearness / REACH)));
         painter.drawRoundedRect(
             panel.adjusted(-reach, -reach, reach, reach).translated(0, SHADOW_DROP),
             metrics::CORNER + reach, metrics::CORNER + reach);

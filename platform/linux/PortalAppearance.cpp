@@ -1,9 +1,9 @@
 #include "platform/linux/PortalAppearance.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 
 namespace quillon {
 
@@ -40,7 +40,7 @@ PortalAppearance::PortalAppearance()
     if (!bus.isConnected())
         return;
     bus.connect(service(), path(), interfaceName(), QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+                SLOT(settingChanged(QDBusMessage)));
 
     auto call =
         QDBusMessage::createMethodCall(service(), path(), interfaceName(), QStringLiteral("Read"));
@@ -55,18 +55,19 @@ PortalAppearance::PortalAppearance()
             });
 }
 
-void PortalAppearance::settingChanged(const QString &changedGroup, const QString &changedKey,
-                                      const QDBusVariant &value)
+void PortalAppearance::settingChanged(const QDBusMessage &signal)
 {
-    if (changedGroup == group() && changedKey == key())
-        setColorScheme(value.variant());
+    const QVariantList arguments = signal.arguments();
+    if (arguments.size() == 3 && arguments[0] == group() && arguments[1] == key())
+        setColorScheme(arguments[2]);
 }
 
 void PortalAppearance::setColorScheme(const QVariant &value)
 {
-    // Read() wraps its answer in one variant more than the signal does.
-    const QVariant scheme =
-        value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
+    // The answer is wrapped in one variant more than the signal's value.
+    QVariant scheme = value;
+    while (scheme.canConvert<QDBusVariant>())
+        scheme = scheme.value<QDBusVariant>().variant();
     const bool prefersDark = scheme.toUInt() == DARK_PREFERRED;
     if (prefersDark == prefersDark_)
         return;

@@ -2,7 +2,7 @@
 
 #include "platform/Appearance.h"
 
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 
 namespace quillon {
@@ -20,7 +20,7 @@ public:
     void onChange(std::function<void()> changed) override { changed_ = std::move(changed); }
 
 private Q_SLOTS:
-    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    void settingChanged(const QDBusMessage &signal);
 
 private:
     void setColorScheme(const QVariant &value);

@@ -1,0 +1,185 @@
+#include "platform/linux/BusRemoteControl.h"
+#include "platform/linux/GioWorkspace.h"
+#include "platform/linux/PortalAppearance.h"
+#include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/TerminationSignals.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QTest>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <csignal>
+#include <latch>
+#include <memory>
+
+namespace quillon {
+
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+const QString PORTAL_PATH = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString SETTINGS = QStringLiteral("org.freedesktop.portal.Settings");
+const QString APPEARANCE = QStringLiteral("org.freedesktop.appearance");
+
+QVariant colorScheme(uint scheme)
+{
+    return QVariant::fromValue(QDBusVariant(scheme));
+}
+
+} // namespace
+
+/// The part of the desktop portal that tells settings, on a bus of the test's own.
+class FakePortal : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    explicit FakePortal(uint scheme) : scheme_(scheme)
+    {
+        bus_.registerObject(PORTAL_PATH, this, QDBusConnection::ExportAllSlots);
+        bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    }
+    ~FakePortal() override { QDBusConnection::disconnectFromBus(bus_.name()); }
+
+    void change(uint scheme)
+    {
+        auto signal =
+            QDBusMessage::createSignal(PORTAL_PATH, SETTINGS, QStringLiteral("SettingChanged"));
+        signal << APPEARANCE << QStringLiteral("color-scheme") << colorScheme(scheme);
+        bus_.send(signal);
+    }
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString &, const QString &) // NOLINT(readability-identifier-naming)
+    {
+        return QDBusVariant(colorScheme(scheme_));
+    }
+
+private:
+    QDBusConnection bus_ =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
+    uint scheme_;
+};
+
+TEST(PortalAppearance, followsTheDesktopsColourScheme)
+{
+    FakePortal portal(1);
+    int changes = 0;
+    PortalAppearance appearance;
+    EXPECT_FALSE(appearance.prefersDark()) << "the answer is not waited for";
+    appearance.onChange([&changes] { ++changes; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return appearance.prefersDark(); }));
+    portal.change(1);
+    portal.change(2);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !appearance.prefersDark(); }));
+    EXPECT_EQ(changes, 2);
+}
+
+TEST(BusRemoteControl, handsOverTheActionsItKnows)
+{
+    std::vector<std::string> actions;
+    BusRemoteControl remote;
+    ASSERT_EQ(remote.claim([&](const std::string &action) { actions.push_back(action); }),
+              RemoteControl::Claim::owner);
+    std::atomic<int> answered = 0;
+    const std::unique_ptr<QThread> other(QThread::create([&answered] {
+        for (const char *action : {"toggle", "no such action", "show"})
+            answered += BusRemoteControl().send(action) ? 1 : 0;
+    }));
+    other->start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return other->isFinished(); }, 20000));
+    EXPECT_EQ(answered, 3);
+    EXPECT_THAT(actions, ElementsAre("toggle", "show"));
+}
+
+TEST(BusRemoteControl, reachesNobodyOnceTheOwnerIsGone)
+{
+    EXPECT_FALSE(BusRemoteControl().send("show"));
+}
+
+TEST(PoolTaskQueue, withOneThreadKeepsTheOrder)
+{
+    std::vector<int> order;
+    PoolTaskQueue queue(1);
+    std::latch done(1);
+    for (int i = 0; i < 100; ++i)
+        queue.post([&order, i] { order.push_back(i); });
+    queue.post([&done] { done.count_down(); });
+    done.wait();
+    EXPECT_EQ(order.size(), 100U);
+    EXPECT_TRUE(std::ranges::is_sorted(order));
+}
+
+TEST(PoolTaskQueue, finishesWithoutTheTasksThatWait)
+{
+    PoolTaskQueue queue(1);
+    std::latch started(1);
+    std::latch released(1);
+    std::atomic<bool> hasRunOn = false;
+    queue.post([&] {
+        started.count_down();
+        released.wait();
+    });
+    queue.post([&] { hasRunOn = true; });
+    started.wait();
+    EXPECT_FALSE(queue.finish(1ms)) << "the first task hangs";
+    released.count_down();
+    EXPECT_TRUE(queue.finish(20s));
+    EXPECT_FALSE(hasRunOn);
+}
+
+TEST(TaskQueues, delaysRunInTheOrderOfTheirDeadlines)
+{
+    std::vector<int> order;
+    MainTaskQueue queue;
+    queue.postDelayed(30ms, [&] { order.push_back(3); });
+    queue.postDelayed(5ms, [&] { order.push_back(1); });
+    queue.postDelayed(5ms, [&] { order.push_back(2); });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return order.size() == 3; }));
+    EXPECT_THAT(order, ElementsAre(1, 2, 3));
+}
+
+TEST(GioWorkspace, knowsFoldersIconsAndLinks)
+{
+    const TemporaryFolder tree;
+    tree.makeFolder("real");
+    const std::string file = tree.writeFile("notes.txt");
+    std::filesystem::create_directory_symlink("real", tree.path("link"));
+    const GioWorkspace workspace;
+
+    EXPECT_THAT(workspace.iconNames(tree.path("real")), Contains("folder"));
+    EXPECT_THAT(workspace.iconNames(file), Contains("text-x-generic"));
+    EXPECT_THAT(workspace.iconNames(tree.path("none")), IsEmpty());
+    EXPECT_TRUE(workspace.isFolder(tree.path("link")));
+    EXPECT_FALSE(workspace.isFolder(file));
+    EXPECT_EQ(workspace.resolvingSymlinks(tree.path("link")),
+              std::filesystem::canonical(tree.path("real")));
+    EXPECT_EQ(workspace.resolvingSymlinks(tree.path("none")), tree.path("none"));
+}
+
+TEST(TerminationSignals, callOnceOnTheLoop)
+{
+    int calls = 0;
+    const TerminationSignals signals([&calls] { ++calls; });
+    std::raise(SIGTERM);
+    std::raise(SIGINT);
+    EXPECT_EQ(calls, 0) << "not from the signal handler";
+    ASSERT_TRUE(QTest::qWaitFor([&calls] { return calls > 0; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(calls, 1);
+}
+
+} // namespace quillon
+
+#include "DesktopServicesTest.moc"
