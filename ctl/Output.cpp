@@ -13,6 +13,11 @@ void complain(std::string_view line)
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
+Output::Output()
+{
+    std::setvbuf(stdout, nullptr, _IOFBF, std::size_t{1} << 16);
+}
+
 void Output::write(std::string_view bytes)
 {
     if (error_ == 0 && std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size())

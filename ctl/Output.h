@@ -12,6 +12,7 @@ void complain(std::string_view line);
 class Output
 {
 public:
+    Output();
     void write(std::string_view bytes);
     /// Nobody can see any more of what is written.
     bool isClosed() const { return error_ != 0; }

@@ -8,9 +8,14 @@ namespace quillon {
 
 namespace {
 
-bool isOctal(char c)
+/// Whether the text begins with a backslash and the three octal digits of a byte.
+bool isEscaped(std::string_view text)
 {
-    return c >= '0' && c <= '7';
+    const auto isUpTo = [&](std::size_t at, char last) {
+        return text[at] >= '0' && text[at] <= last;
+    };
+    return text.size() >= 4 && text[0] == '\\' && isUpTo(1, '3') && isUpTo(2, '7') &&
+           isUpTo(3, '7');
 }
 
 /// The kernel writes blank, tab, line feed and backslash as a backslash and three octal digits.
@@ -18,8 +23,7 @@ std::string unescaped(std::string_view text)
 {
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\\' && i + 3 < text.size() && isOctal(text[i + 1]) &&
-            isOctal(text[i + 2]) && isOctal(text[i + 3])) {
+        if (isEscaped(text.substr(i))) {
             plain += static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 +
                                        (text[i + 3] - '0'));
             i += 3;

@@ -10,8 +10,6 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 namespace quillon {
 
 /// Keeps what a crawl hands over as whole paths, a file's with the mark "file:" before it.
@@ -79,27 +77,6 @@ struct PlainSkipRule
         }
         return skip;
     }
-};
-
-/// Runs a scope as a user without rights where the tests run as root.
-class UnprivilegedUser
-{
-public:
-    UnprivilegedUser()
-    {
-        if (wasRoot_)
-            require(seteuid(65534) == 0, "root can become another user");
-    }
-    UnprivilegedUser(const UnprivilegedUser &) = delete;
-    UnprivilegedUser &operator=(const UnprivilegedUser &) = delete;
-    ~UnprivilegedUser()
-    {
-        if (wasRoot_)
-            require(seteuid(0) == 0, "root comes back");
-    }
-
-private:
-    bool wasRoot_ = geteuid() == 0;
 };
 
 } // namespace quillon

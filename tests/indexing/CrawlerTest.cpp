@@ -3,6 +3,7 @@
 #include "platform/linux/PosixFolderLister.h"
 #include "tests/indexing/CrawlSupport.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/UnprivilegedUser.h"
 
 #include <gmock/gmock.h>
 

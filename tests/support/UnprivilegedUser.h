@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Require.h"
+
+#include <unistd.h>
+
+namespace quillon {
+
+/// Runs a scope as a user without rights where the tests run as root.
+class UnprivilegedUser
+{
+public:
+    UnprivilegedUser()
+    {
+        if (wasRoot_)
+            require(seteuid(65534) == 0, "root can become another user");
+    }
+    UnprivilegedUser(const UnprivilegedUser &) = delete;
+    UnprivilegedUser &operator=(const UnprivilegedUser &) = delete;
+    ~UnprivilegedUser()
+    {
+        if (wasRoot_)
+            require(seteuid(0) == 0, "root comes back");
+    }
+
+private:
+    bool wasRoot_ = geteuid() == 0;
+};
+
+} // namespace quillon
