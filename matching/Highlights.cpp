@@ -84,6 +84,7 @@ std::vector<TextRange> highlightRanges(std::string_view query, std::string_view 
         (isRepeated ? repeated : kept).push_back(run);
     }
     std::vector<TextRange> ranges;
+    ranges.reserve(kept.size());
     for (const Run &run : kept)
         ranges.push_back(
             {static_cast<std::int64_t>(run.location), static_cast<std::int64_t>(run.length)});

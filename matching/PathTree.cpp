@@ -402,7 +402,7 @@ std::strong_ordering PathTree::compareTexts(NodeId a, NodeId b) const
     return a <=> b;
 }
 
-std::size_t PathTree::count(Flag flag) const
+std::size_t PathTree::count(Flags flag) const
 {
     return counts_[static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(flag)))];
 }

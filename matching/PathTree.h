@@ -32,18 +32,15 @@ public:
     static constexpr NodeId NONE = 0;
 
     /// What a node is kept for.
-    enum Flag : std::uint8_t
-    {
-        /// The path store holds the text.
-        STORED = 1,
-        /// Searches find the text.
-        CANDIDATE = 2,
-        /// The path store lists the text under its parent.
-        LISTED = 4,
-        /// The path store holds a set of children for the text, even when it is empty.
-        HAS_CHILD_SET = 8,
-    };
     using Flags = std::uint8_t;
+    /// The path store holds the text.
+    static constexpr Flags STORED = 1;
+    /// Searches find the text.
+    static constexpr Flags CANDIDATE = 2;
+    /// The path store lists the text under its parent.
+    static constexpr Flags LISTED = 4;
+    /// The path store holds a set of children for the text, even when it is empty.
+    static constexpr Flags HAS_CHILD_SET = 8;
 
     struct Node
     {
@@ -95,7 +92,7 @@ public:
     std::strong_ordering compareTexts(NodeId a, NodeId b) const;
 
     /// Number of nodes that carry the flag.
-    std::size_t count(Flag flag) const;
+    std::size_t count(Flags flag) const;
     /// Memory held, slack included.
     std::size_t bytes() const;
     /// Changes when clear() makes every id invalid.

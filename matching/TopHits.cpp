@@ -1,6 +1,7 @@
 #include "matching/TopHits.h"
 
 #include <algorithm>
+#include <compare>
 #include <utility>
 
 namespace quillon {
@@ -9,7 +10,7 @@ bool TopHits::isBetter(const Hit &a, const Hit &b) const
 {
     if (a.score != b.score)
         return a.score > b.score;
-    return tree_.compareTexts(a.node, b.node) < 0;
+    return std::is_lt(tree_.compareTexts(a.node, b.node));
 }
 
 bool TopHits::wants(const Hit &hit) const

