@@ -28,8 +28,19 @@ void CrawlStack::add(Level level)
 {
     pending_ += level.children.size() - level.next;
     levels_.push_back(std::move(level));
-    if (levels_.size() - lowestOpen_ > MAX_OPEN)
+    closeSurplus();
+}
+
+void CrawlStack::closeSurplus()
+{
+    while (levels_.size() - lowestOpen_ > maxOpen_)
         levels_[lowestOpen_++].handle.reset();
+}
+
+void CrawlStack::setMaxOpen(std::size_t count)
+{
+    maxOpen_ = count;
+    closeSurplus();
 }
 
 bool CrawlStack::take(CrawlItem &item)
@@ -84,18 +95,11 @@ void CrawlStack::reopened(std::size_t &position, const CrawlFolder &folder,
     // Not every folder on the way down still has subfolders to visit.
     if (position == levels_.size() || levels_[position].folder.get() != &folder)
         return;
-    if (levels_.size() - position <= MAX_OPEN / 2) {
+    if (levels_.size() - position <= maxOpen_ / 2) {
         levels_[position].handle = handle;
         lowestOpen_ = std::min(lowestOpen_, position);
     }
     ++position;
-}
-
-void CrawlStack::close()
-{
-    for (Level &level : levels_)
-        level.handle.reset();
-    lowestOpen_ = levels_.size();
 }
 
 } // namespace quillon

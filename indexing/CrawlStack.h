@@ -34,7 +34,6 @@ struct CrawlItem
 class CrawlStack
 {
 public:
-    /// Folders kept open at a time. Those nearest to the root are closed first.
     static constexpr std::size_t MAX_OPEN = 128;
 
     struct Child
@@ -58,8 +57,9 @@ public:
     /// downwards; position starts at zero and is carried from call to call.
     void reopened(std::size_t &position, const CrawlFolder &folder,
                   const std::shared_ptr<const OpenFolder> &handle);
-    /// Closes every folder.
-    void close();
+    /// Number of folders kept open at a time; those nearest to the root are closed first.
+    std::size_t maxOpen() const { return maxOpen_; }
+    void setMaxOpen(std::size_t count);
 
 private:
     struct StoredChild
@@ -82,11 +82,13 @@ private:
     };
 
     void add(Level level);
+    void closeSurplus();
 
     std::vector<Level> levels_;
     /// Levels below this one are closed.
     std::size_t lowestOpen_ = 0;
     std::size_t pending_ = 0;
+    std::size_t maxOpen_ = MAX_OPEN;
 };
 
 } // namespace quillon

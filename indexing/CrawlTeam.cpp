@@ -15,6 +15,8 @@ constexpr auto TICK = 17ms;
 constexpr auto STOP_GRACE = 100ms;
 /// More calls that do not return than this are not waited for side by side.
 constexpr std::size_t MAX_MEMBERS = 16;
+/// Folders that a worker may keep open even where descriptors are scarce.
+constexpr std::size_t LEAST_OPEN = 4;
 
 } // namespace
 
@@ -65,6 +67,7 @@ CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_to
 bool CrawlTeam::addMember()
 {
     auto worker = std::make_unique<CrawlWorker>(*this);
+    worker->setMaxOpen(maxOpen_);
     const auto life = [team = shared_from_this(), worker = worker.get(),
                        isFirst = members_.empty()] {
         worker->run(isFirst);
@@ -122,6 +125,17 @@ void CrawlTeam::workAppeared()
         const MutexLock lock(mutex_);
         work_.notifyAll();
     }
+}
+
+bool CrawlTeam::openFewer()
+{
+    const MutexLock lock(mutex_);
+    if (maxOpen_ <= LEAST_OPEN)
+        return false;
+    maxOpen_ /= 2;
+    for (const Member &member : members_)
+        member.worker->setMaxOpen(maxOpen_);
+    return true;
 }
 
 std::size_t CrawlTeam::aliveMembers()

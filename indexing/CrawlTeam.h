@@ -56,6 +56,9 @@ public:
     bool waitForWork(CrawlWorker &worker) EXCLUDES(mutex_);
     /// Tells that there is something to share.
     void workAppeared() EXCLUDES(mutex_);
+    /// Closes folders that workers keep open, for want of descriptors, and lets them keep fewer
+    /// from now on. False when that has been done often enough.
+    bool openFewer() EXCLUDES(mutex_);
     /// True once for each path that is wanted for a message.
     bool wantsPath()
     {
@@ -108,6 +111,7 @@ private:
     Condition work_;
     Condition over_;
     std::vector<Member> members_ GUARDED_BY(mutex_);
+    std::size_t maxOpen_ GUARDED_BY(mutex_) = CrawlStack::MAX_OPEN;
     bool finished_ GUARDED_BY(mutex_) = false;
     std::vector<std::string> errorLines_ GUARDED_BY(mutex_);
     std::string processing_ GUARDED_BY(mutex_);

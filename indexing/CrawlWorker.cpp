@@ -7,6 +7,16 @@
 
 namespace quillon {
 
+namespace {
+
+bool isShortage(const std::error_code &error)
+{
+    return error == std::errc::too_many_files_open ||
+           error == std::errc::too_many_files_open_in_system;
+}
+
+} // namespace
+
 void CrawlWorker::run(bool isFirst)
 {
     CrawlItem item;
@@ -47,6 +57,7 @@ bool CrawlWorker::share(CrawlStack &given, bool everything)
 void CrawlWorker::receive(CrawlStack given)
 {
     const MutexLock lock(mutex_);
+    given.setMaxOpen(stack_.maxOpen());
     stack_ = std::move(given);
 }
 
@@ -104,9 +115,7 @@ bool CrawlWorker::visit(CrawlItem &item)
     std::unique_ptr<OpenFolder> folder;
     if (!openItem(item, folder, error))
         return false;
-    if (error == std::errc::too_many_files_open ||
-        error == std::errc::too_many_files_open_in_system) {
-        closeStack();
+    while (isShortage(error) && team_.openFewer()) {
         error.clear();
         if (!openItem(item, folder, error))
             return false;
@@ -122,10 +131,10 @@ bool CrawlWorker::visit(CrawlItem &item)
     return true;
 }
 
-void CrawlWorker::closeStack()
+void CrawlWorker::setMaxOpen(std::size_t count)
 {
     const MutexLock lock(mutex_);
-    stack_.close();
+    stack_.setMaxOpen(count);
 }
 
 bool CrawlWorker::openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder,

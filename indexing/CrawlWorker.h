@@ -42,6 +42,8 @@ public:
     /// Takes over what another gave away. The worker has nothing left itself.
     void receive(CrawlStack given) EXCLUDES(mutex_);
     bool hasFoldersLeft() EXCLUDES(mutex_);
+    /// Number of folders it may keep open while it is below them.
+    void setMaxOpen(std::size_t count) EXCLUDES(mutex_);
 
     /// A number that changes whenever a call begins or ends.
     std::uint64_t activity() const { return activity_.load(); }
@@ -86,7 +88,6 @@ private:
     void keep(const FolderEntry &entry, const CrawlItem &item);
     bool handOver(const CrawlItem &item);
     void goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder) EXCLUDES(mutex_);
-    void closeStack() EXCLUDES(mutex_);
     void report(const CrawlItem &item, const std::error_code &error);
 
     CrawlTeam &team_;

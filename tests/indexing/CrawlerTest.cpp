@@ -175,7 +175,7 @@ private:
             const std::string path = folder + "/" + NAMES[pick(NAMES.size())];
             if (fs::exists(fs::symlink_status(path)))
                 continue;
-            switch (pick(depth < 5 ? 8 : 2)) {
+            switch (pick(depth < 4 ? 8 : 2)) {
             case 0:
                 fs::create_symlink(pick(2) == 0 ? disk_.path() : "..", path);
                 break;
@@ -198,7 +198,7 @@ private:
 TEST(Crawler, findsWhatAPlainRecursionFindsInRandomTrees)
 {
     const UnprivilegedUser user;
-    for (unsigned seed = 0; seed < 40; ++seed) {
+    for (unsigned seed = 0; seed < 24; ++seed) {
         RandomTree tree(seed);
         PlainSkipRule rule{{"node_modules", "/Library/"}, {tree.path() + "/a"}};
         if (seed % 3 == 0)
@@ -262,7 +262,7 @@ class DeepCrawl : public testing::TestWithParam<DeepRow>
 
 TEST_P(DeepCrawl, reachesTheEndOfATreeDeeperThanPathsMayBeLong)
 {
-    constexpr int DEPTH = 700;
+    constexpr int DEPTH = 400;
     const std::string name(50, 'd');
     const TemporaryFolder disk;
     makeDeepChain(disk.path(), name, DEPTH);
@@ -333,7 +333,7 @@ TEST(Crawler, endsEarlyWhenItIsStopped)
         std::stop_source &source_;
     };
     const TemporaryFolder disk;
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 300; ++i)
         disk.makeFolder("a/" + std::to_string(i) + "/b");
     std::stop_source source;
     StoppingSink sink(source);
@@ -341,7 +341,7 @@ TEST(Crawler, endsEarlyWhenItIsStopped)
     Crawler crawler(lister, std::make_shared<SkipRules>());
     const CrawlResult result = crawler.crawl(disk.path(), {"x"}, sink, {}, source.get_token());
     EXPECT_EQ(result.outcome, Outcome::stopped);
-    EXPECT_LT(sink.kept.size(), 1002U);
+    EXPECT_LT(sink.kept.size(), 302U);
     EXPECT_EQ(Crawl(disk.path(), {}, {}, {}, source.get_token()).result.outcome, Outcome::stopped);
 }
 
