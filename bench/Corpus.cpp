@@ -212,8 +212,8 @@ private:
     }
     std::string moduleName()
     {
-        const std::string module = random_.pick(words::MODULES);
-        const std::string noun = random_.pick(words::NOUNS);
+        std::string module = random_.pick(words::MODULES);
+        std::string noun = random_.pick(words::NOUNS);
         switch (random_.below(18)) {
         case 0:
             return capitalised(module) + capitalised(noun);
