@@ -3,12 +3,14 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <mutex>
 #include <stop_token>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -115,40 +117,51 @@ struct LargeBase : FakeBase
     static constexpr std::size_t ALL = 1 + 60 + 60 * 60 + 1;
 };
 
+/// Asks the base over and over until it is told to end, and holds each answer to what is always
+/// true.
+struct Searcher
+{
+    void operator()(const std::string &query)
+    {
+        for (std::size_t last = 0; !isOver; ++answers) {
+            const auto rows = searchBase.search(query);
+            const std::size_t now = searchBase.count();
+            const bool isRight =
+                searchBase.mostAccessedResults().empty() && rows.size() <= 25 &&
+                now >= std::exchange(last, now) &&
+                std::ranges::all_of(rows, [&](const SearchBaseResultRef &row) {
+                    return row->text() == query || row->text().starts_with("/folder ");
+                });
+            if (!isRight)
+                areRight = false;
+        }
+    }
+
+    const SearchBase &searchBase;
+    std::atomic<bool> isOver = false;
+    std::atomic<bool> areRight = true;
+    std::atomic<int> answers = 0;
+};
+
 TEST(SearchBaseBuild, isSearchedWhileItRuns)
 {
     LargeBase base;
+    Searcher search{base.searchBase};
     std::atomic<int> opened = 0;
-    std::atomic<int> answers = 0;
-    std::atomic<bool> isOver = false;
     base.lister.onOpen = [&](const std::string &) {
         if (++opened % 1000 != 0)
             return;
-        // Goes on when a search has begun and ended in the middle of the build.
-        for (const int seen = answers; answers < seen + 4 && !isOver;)
+        // Goes on when each thread may have begun and ended a search in the middle of the build.
+        for (const int seen = search.answers; search.answers < seen + 4;)
             std::this_thread::yield();
     };
     {
-        std::vector<std::jthread> searchers;
-        for (const char *query : {"sub", "/folder 1/sub 2"})
-            searchers.emplace_back([&base, &answers, &isOver, query] {
-                std::size_t last = 0;
-                while (!isOver) {
-                    const auto rows = base.searchBase.search(query);
-                    EXPECT_LE(rows.size(), 25U);
-                    for (const SearchBaseResultRef &row : rows) {
-                        EXPECT_TRUE(row->text() == query || row->text().starts_with("/folder "));
-                    }
-                    base.searchBase.mostAccessedResults();
-                    const std::size_t now = base.searchBase.count();
-                    EXPECT_GE(now, last);
-                    last = now;
-                    ++answers;
-                }
-            });
+        const std::jthread one([&] { search("sub"); });
+        const std::jthread two([&] { search("/folder 1/sub 2"); });
         base.build();
-        isOver = true;
+        search.isOver = true;
     }
+    EXPECT_TRUE(search.areRight);
     EXPECT_EQ(base.searchBase.count(), LargeBase::ALL);
     EXPECT_EQ(base.searchBase.search("/folder 1/sub 2").front()->text(), "/folder 1/sub 2");
 }
