@@ -132,7 +132,7 @@ std::set<std::string> SearchBase::includeFilePatterns() const
     return patterns;
 }
 
-void SearchBase::build(const Progress &progress, std::stop_token stop)
+void SearchBase::build(const Progress &progress, const std::stop_token &stop)
 {
     const std::vector<IncludePathSearchBaseLocation> locations =
         searchBaseFinder_.includeLocations();

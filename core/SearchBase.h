@@ -41,7 +41,7 @@ public:
     void reset();
     /// Crawls every include folder and adds what it finds, until stop is requested or the index is
     /// reset.
-    void build(const Progress &progress, std::stop_token stop = {});
+    void build(const Progress &progress, const std::stop_token &stop = {});
     /// The extensions of the files to index besides folders.
     std::set<std::string> includeFilePatterns() const;
     /// Number of paths indexed.
