@@ -150,10 +150,8 @@ void UnitScorer::computeStarts(const State &state, std::size_t position, Starts 
                      state.ending[(i - 1) / LANES][(i - 1) % LANES] + CONSECUTIVE};
 }
 
-int UnitScorer::mostBonus(const Row &row, const PathTree::Node &node)
+int UnitScorer::bonusInside(const Row &row, const PathTree::Node &node)
 {
-    if ((row.behindSlash & node.pairsBelow) != 0)
-        return SLASH;
     if ((row.behindSeparator & node.pairsBelow) != 0 &&
         (node.below & classesOf(WORD_SEPARATORS)) != 0)
         return WORD;
@@ -162,6 +160,7 @@ int UnitScorer::mostBonus(const Row &row, const PathTree::Node &node)
 
 int UnitScorer::bound(const Starts &starts, const PathTree::Node &node) const
 {
+    const bool hasSlashBelow = (node.below & classesOf('/')) != 0;
     // Each byte of the name that stays unmatched costs at least one unit.
     int gaps = node.nameLength;
     int best = starts[rows_].apart - gaps;
@@ -169,13 +168,16 @@ int UnitScorer::bound(const Starts &starts, const PathTree::Node &node) const
     for (std::size_t i = rows_; i-- > 0 && (queryRows_[i].needed & ~node.below) == 0;) {
         const Row &row = queryRows_[i];
         const bool mayFollow = (row.behindPrevious & node.pairsBelow) != 0;
-        const int bonus = mostBonus(row, node);
-        int start = starts[i].apart + bonus;
+        const int inside = bonusInside(row, node);
+        const int atSlash = (row.behindSlash & node.pairsBelow) != 0 ? SLASH : inside;
+        int start = starts[i].apart + atSlash;
         if (mayFollow)
             start = std::max(start, starts[i].consecutive);
         gaps -= gaps > 0 ? 1 : 0;
         best = std::max(best, start + earnedBehind - gaps);
-        earnedBehind += mayFollow ? CONSECUTIVE : bonus;
+        // Of the name's own bytes only the first one stands behind a slash.
+        const int apart = hasSlashBelow ? atSlash : inside;
+        earnedBehind += mayFollow ? CONSECUTIVE : apart;
     }
     return best;
 }

@@ -64,7 +64,7 @@ public:
 
 private:
     struct Row;
-    static int mostBonus(const Row &row, const PathTree::Node &node);
+    static int bonusInside(const Row &row, const PathTree::Node &node);
     void matchByte(State &state, std::size_t position, std::int16_t earned,
                    const Vector *matched) const;
 
