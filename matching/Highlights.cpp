@@ -69,19 +69,16 @@ std::vector<TextRange> highlightRanges(std::string_view query, std::string_view 
     const auto textOf = [&](const Run &run) {
         return std::u32string_view(characters).substr(run.location, run.length);
     };
-    // What reads like a kept run is not marked, but no part of it is marked in its stead either.
+    // Each part of the query is marked where it stands at its longest, and nowhere else.
     std::vector<Run> kept;
-    std::vector<Run> repeated;
     for (const Run &run : runs) {
-        const auto overlaps = [&](const Run &other) {
-            return run.location < other.location + other.length &&
-                   other.location < run.location + run.length;
-        };
-        if (std::ranges::any_of(kept, overlaps) || std::ranges::any_of(repeated, overlaps))
-            continue;
-        const bool isRepeated = std::ranges::any_of(
-            kept, [&](const Run &other) { return textOf(run) == textOf(other); });
-        (isRepeated ? repeated : kept).push_back(run);
+        const bool isMarkedAlready = std::ranges::any_of(kept, [&](const Run &other) {
+            const bool overlaps = run.location < other.location + other.length &&
+                                  other.location < run.location + run.length;
+            return overlaps || textOf(other).find(textOf(run)) != std::u32string_view::npos;
+        });
+        if (!isMarkedAlready)
+            kept.push_back(run);
     }
     std::vector<TextRange> ranges;
     ranges.reserve(kept.size());

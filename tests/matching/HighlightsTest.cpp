@@ -38,6 +38,8 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, Highlights,
     testing::Values(
         HighlightRow{"partsOfSeveralWords", "harplans", "/harbour plans", {{9, 5}, {1, 3}}},
+        HighlightRow{
+            "noPartOfWhatIsMarked", "harplans", "/Archive/Sons/harvest plans", {{22, 5}, {14, 3}}},
         HighlightRow{"theLaterOfTwoAlike", "src", "/src/a/src", {{7, 3}}},
         HighlightRow{"letterCaseAside", "DocS", "/dOCs", {{1, 4}}},
         HighlightRow{"noSingleCharacters", "abc", "/a/b/c", {}},
