@@ -35,13 +35,12 @@ QColor mixed(const QColor &a, const QColor &b, double share)
 /// The weakest mix of the colour with full text that can be read on both grounds.
 QColor readable(const QColor &color, const PanelPalette &palette)
 {
+    const auto isReadable = [&palette](const QColor &mix) {
+        return std::min(contrast(mix, palette.background), contrast(mix, palette.tint)) >= READABLE;
+    };
     QColor result = color;
-    for (double share = 0.1; share <= 1.0; share += 0.1) {
-        if (std::min(contrast(result, palette.background), contrast(result, palette.tint)) >=
-            READABLE)
-            break;
-        result = mixed(color, palette.text, share);
-    }
+    for (int tenths = 1; tenths <= 10 && !isReadable(result); ++tenths)
+        result = mixed(color, palette.text, tenths / 10.0);
     return result;
 }
 

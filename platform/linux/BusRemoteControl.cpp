@@ -44,19 +44,18 @@ public:
         : QDBusAbstractAdaptor(parent), handler_(std::move(handler))
     {}
 
+    // The names are those of the interface. NOLINTBEGIN(readability-identifier-naming)
 public Q_SLOTS:
-    void Activate(const QVariantMap &)
-    {
-        handler_("show");
-    } // NOLINT(readability-identifier-naming)
-    // Nothing is opened from outside; asking for it brings the panel up.
-    void Open(const QStringList &, const QVariantMap &) { handler_("show"); }             // NOLINT
-    void ActivateAction(const QString &action, const QVariantList &, const QVariantMap &) // NOLINT
+    void Activate(const QVariantMap &) { handler_("show"); }
+    /// Nothing is opened from outside; asking for it brings the panel up.
+    void Open(const QStringList &, const QVariantMap &) { handler_("show"); }
+    void ActivateAction(const QString &action, const QVariantList &, const QVariantMap &)
     {
         const std::string name = action.toStdString();
         if (std::ranges::find(ACTIONS, name) != ACTIONS.end())
             handler_(name);
     }
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     RemoteControl::Handler handler_;
