@@ -70,6 +70,18 @@ public:
     /// holds for everything opened from there.
     virtual std::unique_ptr<OpenFolder> open(const std::string &path, Wanted wanted,
                                              std::error_code &error) = 0;
+
+    enum class Kind
+    {
+        /// Also what cannot be reached.
+        nothing,
+        folder,
+        /// Whatever is no folder, symbolic links included.
+        other,
+    };
+    /// What stands at an absolute path of any length; a symbolic link at its end is not followed,
+    /// those before are.
+    virtual Kind kind(const std::string &path) = 0;
 };
 
 } // namespace quillon

@@ -16,10 +16,14 @@ public:
     TaskQueue(const TaskQueue &) = delete;
     TaskQueue &operator=(const TaskQueue &) = delete;
 
-    /// A serial queue runs its tasks one at a time, first in first out.
+    /// A serial queue runs its tasks one at a time, first in first out. One that has been closed
+    /// destroys the task instead.
     virtual void post(Task task) = 0;
     /// Runs the task no earlier than after the delay; equal deadlines keep their order.
     virtual void postDelayed(std::chrono::milliseconds delay, Task task) = 0;
+    /// Returns when the task has run; false when the queue drops it instead, because it is closed.
+    /// Not called from a task of the same queue, unless the queue says that it allows it.
+    virtual bool postAndWait(Task task);
 };
 
 } // namespace quillon

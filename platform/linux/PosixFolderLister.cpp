@@ -60,8 +60,16 @@ Descriptor openAt(int folder, const char *path, int flags)
     }
 }
 
-/// Opens a path that is longer than the system takes at once, piece by piece.
-Descriptor openLong(const std::string &path)
+/// A path that the system takes at once, relative to a folder.
+struct ShortPath
+{
+    Descriptor folder;
+    const char *path = nullptr;
+};
+
+/// Goes down a path that is longer than the system takes at once, piece by piece. Absent, with
+/// errno set, where a piece cannot be opened. The result points into the path.
+std::optional<ShortPath> shorten(const std::string &path)
 {
     Descriptor folder(AT_FDCWD);
     std::size_t begin = 0;
@@ -69,18 +77,24 @@ Descriptor openLong(const std::string &path)
         const std::size_t end = path.rfind('/', begin + PATH_MAX - 2);
         if (end == std::string::npos || end <= begin) {
             errno = ENAMETOOLONG;
-            return Descriptor();
+            return std::nullopt;
         }
         const std::string piece = path.substr(begin, end - begin);
         Descriptor next = openAt(folder.get(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
         if (!next)
-            return next;
+            return std::nullopt;
         folder = std::move(next);
         begin = path.find_first_not_of('/', end);
         if (begin == std::string::npos)
-            return openAt(folder.get(), ".", OPEN_FOLDER);
+            return ShortPath{std::move(folder), "."};
     }
-    return openAt(folder.get(), path.c_str() + begin, OPEN_FOLDER);
+    return ShortPath{std::move(folder), path.c_str() + begin};
+}
+
+Descriptor openLong(const std::string &path)
+{
+    const auto place = shorten(path);
+    return place ? openAt(place->folder.get(), place->path, OPEN_FOLDER) : Descriptor();
 }
 
 std::optional<FileSystemType> fileSystemOf(const Descriptor &file)
@@ -253,6 +267,16 @@ std::unique_ptr<OpenFolder> PosixFolderLister::open(const std::string &path, Wan
     terms->wanted = wanted;
     const Device device = deviceOf(folder);
     return std::make_unique<PosixOpenFolder>(std::move(folder), std::move(terms), device);
+}
+
+FolderLister::Kind PosixFolderLister::kind(const std::string &path)
+{
+    const auto place = shorten(path);
+    const auto status =
+        place ? statusOf(place->folder.get(), place->path, AT_SYMLINK_NOFOLLOW) : std::nullopt;
+    if (!status)
+        return Kind::nothing;
+    return S_ISDIR(status->stx_mode) ? Kind::folder : Kind::other;
 }
 
 } // namespace quillon

@@ -11,6 +11,7 @@ class PosixFolderLister final : public FolderLister
 public:
     std::unique_ptr<OpenFolder> open(const std::string &path, Wanted wanted,
                                      std::error_code &error) override;
+    Kind kind(const std::string &path) override;
 };
 
 } // namespace quillon

@@ -1,6 +1,8 @@
 #include "platform/linux/QtTaskQueues.h"
 
+#include <QCoreApplication>
 #include <QMetaObject>
+#include <QThread>
 #include <QTimer>
 
 #include <utility>
@@ -9,7 +11,9 @@ namespace quillon {
 
 void MainTaskQueue::post(Task task)
 {
-    QMetaObject::invokeMethod(&context_, std::move(task), Qt::QueuedConnection);
+    const MutexLock lock(mutex_);
+    if (!isClosed_)
+        QMetaObject::invokeMethod(&context_, std::move(task), Qt::QueuedConnection);
 }
 
 void MainTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
@@ -18,6 +22,23 @@ void MainTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
     post([this, delay, task = std::move(task)]() mutable {
         QTimer::singleShot(delay, Qt::PreciseTimer, &context_, std::move(task));
     });
+}
+
+bool MainTaskQueue::postAndWait(Task task)
+{
+    if (QThread::currentThread() != context_.thread())
+        return TaskQueue::postAndWait(std::move(task));
+    task();
+    return true;
+}
+
+void MainTaskQueue::close()
+{
+    {
+        const MutexLock lock(mutex_);
+        isClosed_ = true;
+    }
+    QCoreApplication::removePostedEvents(&context_);
 }
 
 PoolTaskQueue::PoolTaskQueue(int threads)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Mutex.h"
 #include "platform/TaskQueue.h"
 
 #include <QObject>
@@ -14,9 +15,16 @@ class MainTaskQueue : public TaskQueue
 public:
     void post(Task task) override;
     void postDelayed(std::chrono::milliseconds delay, Task task) override;
+    /// On the queue's own thread the task runs at once.
+    bool postAndWait(Task task) override;
+    /// Drops the tasks that wait and every later one, so that nobody waits for a loop that has
+    /// ended. On the thread that made the queue.
+    void close() EXCLUDES(mutex_);
 
 private:
     QObject context_;
+    Mutex mutex_;
+    bool isClosed_ GUARDED_BY(mutex_) = false;
 };
 
 /// Tasks on threads of its own; with one thread a serial queue. Delays are timed by the Qt loop of

@@ -42,6 +42,7 @@ public:
     {
         return make(path.substr(1), depth_);
     }
+    Kind kind(const std::string &) override { return Kind::folder; }
     int hanging() const { return hanging_; }
     void release()
     {

@@ -41,6 +41,11 @@ public:
         return nullptr;
     }
 
+    Kind kind(const std::string &path) override
+    {
+        return names_.contains(path) ? Kind::folder : Kind::nothing;
+    }
+
     /// Called with each path to open, by the crawl's threads.
     std::function<void(const std::string &path)> onOpen;
 
