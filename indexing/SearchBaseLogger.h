@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/Mutex.h"
+#include "prefs/Preferences.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <deque>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+class DefaultsStore;
+
+/// Keeps the last lines about the index, and echoes them while the user wants to see them.
+///
+/// Safe from every thread. An echo may wait for whoever reads it, so nothing is logged while the
+/// index is locked: lines are collected and logged afterwards. Reading never waits for an echo.
+class SearchBaseLogger
+{
+public:
+    using Now = std::function<std::chrono::system_clock::time_point()>;
+    static constexpr std::size_t MAX_RECENT_ITEMS = 100;
+
+    /// The store and the output outlive this object.
+    explicit SearchBaseLogger(DefaultsStore &store, std::FILE *output = stdout,
+                              Now now = std::chrono::system_clock::now);
+
+    /// Keeps the message behind the date and time, and echoes it when it must or when the setting
+    /// "debug-log-fs-events" says so at this moment.
+    void log(std::string_view message, bool forcePrint = false);
+    /// As one call for each message, at the cost of little more than one.
+    void log(std::span<const std::string> messages, bool forcePrint = false);
+    /// Writes a line to the output and keeps nothing.
+    void print(std::string_view line) EXCLUDES(outputMutex_);
+
+    /// The lines that are kept, oldest first, at most MAX_RECENT_ITEMS.
+    std::vector<std::string> recentLogItems() const EXCLUDES(mutex_);
+
+private:
+    PreferencesBoolean isEchoWanted_;
+    const Now now_;
+    Mutex outputMutex_;
+    std::FILE *const output_ PT_GUARDED_BY(outputMutex_);
+    mutable Mutex mutex_;
+    std::deque<std::string> recentLogItems_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon
