@@ -32,7 +32,10 @@ AppDelegate::AppDelegate()
       searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
       searchBaseFinder_(defaults_, folderIdentity_),
-      searchBase_(searchBaseFinder_, searchBaseFuzzyMatch_, folderLister_),
+      searchBaseLogger_(defaults_),
+      searchBase_(
+          nullptr, searchBaseFinder_, searchBaseFuzzyMatch_,
+          {.folderLister = folderLister_, .logger = searchBaseLogger_, .mainQueue = mainQueue_}),
       source_(searchBase_, searchBaseFinder_, backgroundQueue_, mainQueue_),
       actionRunner_(workspace_, actionQueue_),
       icons_(workspace_, iconQueue_, mainQueue_),
@@ -63,6 +66,7 @@ AppDelegate::~AppDelegate()
     // The threads end before what they use does. Everything worth keeping is on the disk already,
     // so a thread that hangs on a dead file system is left behind with the process.
     source_.stop();
+    mainQueue_.close();
     for (PoolTaskQueue *queue : {&backgroundQueue_, &actionQueue_, &iconQueue_}) {
         if (!queue->finish(PATIENCE_AT_THE_END))
             std::_Exit(EXIT_SUCCESS);

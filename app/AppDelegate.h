@@ -7,6 +7,7 @@
 #include "app/SearchWindow.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseLogger.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/linux/GioWorkspace.h"
@@ -59,6 +60,7 @@ private:
     RecentAccessScore searchBaseRecentAccessScore_;
     FuzzyMatch searchBaseFuzzyMatch_;
     SearchBaseFinder searchBaseFinder_;
+    SearchBaseLogger searchBaseLogger_;
     SearchBase searchBase_;
     SearchBaseSource source_;
 

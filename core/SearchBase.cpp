@@ -1,13 +1,18 @@
 #include "core/SearchBase.h"
 
-#include "indexing/CrawlSink.h"
+#include "core/FrontFinderSearch.h"
+#include "core/IndexSink.h"
+#include "core/IndexUpdate.h"
 #include "indexing/Crawler.h"
 #include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseLogger.h"
+#include "platform/TaskQueue.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <memory>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 namespace quillon {
@@ -17,6 +22,9 @@ namespace {
 constexpr std::size_t RESULT_LIMIT = 25;
 constexpr std::size_t GO_TO_PATH_LIMIT = 24;
 constexpr std::size_t MOST_ACCESSED_COUNT = 10;
+constexpr std::chrono::duration<double> LONG_UPDATE_THRESHOLD(1.0);
+/// Bytes of a dump between two times that writers get in.
+constexpr std::size_t DUMP_PIECE = std::size_t{64} * 1024;
 
 /// Tab and the Unicode space separators, in UTF-8.
 constexpr std::array<std::string_view, 18> BLANKS = {
@@ -43,62 +51,52 @@ SearchBaseResultRef standardResult(const FuzzyMatchResult &match)
                                               SearchBaseResultType::standard);
 }
 
-/// Puts what a crawl keeps into the index, one folder's entries at a time, until the index is
-/// reset: what the crawl knows of it no longer holds then, and the crawl is to end.
-class IndexSink final : public CrawlSink
+bool isInsideApplication(std::string_view path)
+{
+    return path.find(".app/") != std::string_view::npos && !path.ends_with(".app/");
+}
+
+/// Stops as soon as one of two others does.
+class EitherStop
 {
 public:
-    IndexSink(SearchBasePaths &paths, std::stop_source end)
-        : paths_(paths), end_(std::move(end)), generation_(generation(paths.index()))
+    EitherStop(const std::stop_token &a, const std::stop_token &b)
+        : onA_(a, [this] { source_.request_stop(); }), onB_(b, [this] { source_.request_stop(); })
     {}
-
-    Token root(const std::string &path) override
-    {
-        const WritingIndex writing(paths_.index().lock);
-        return isReset() ? PathTree::NONE : paths_.add(path);
-    }
-    void add(Token parent, std::span<Entry> entries) override
-    {
-        const WritingIndex writing(paths_.index().lock);
-        if (isReset())
-            return;
-        for (Entry &entry : entries)
-            entry.token = paths_.add(parent, entry.name);
-    }
+    std::stop_token token() const { return source_.get_token(); }
 
 private:
-    static std::uint64_t generation(const PathIndex &index)
-    {
-        const ReadingIndex reading(index.lock);
-        return index.tree.generation();
-    }
-    bool isReset() REQUIRES(paths_.index().lock)
-    {
-        const bool isReset = paths_.index().tree.generation() != generation_;
-        if (isReset)
-            end_.request_stop();
-        return isReset;
-    }
-
-    SearchBasePaths &paths_;
-    std::stop_source end_;
-    const std::uint64_t generation_;
+    std::stop_source source_;
+    std::stop_callback<std::function<void()>> onA_;
+    std::stop_callback<std::function<void()>> onB_;
 };
 
 } // namespace
 
-SearchBase::SearchBase(SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
-                       FolderLister &folderLister)
+SearchBase::SearchBase(const FrontFinderSearch *frontFinderSearch,
+                       SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
+                       Services services)
     : searchBaseMatcher_(searchBaseMatcher),
-      searchBasePaths_(searchBaseMatcher.index()),
+      index_(searchBaseMatcher.index()),
+      searchBasePaths_(index_),
+      frontFinderSearch_(frontFinderSearch),
       searchBaseFinder_(searchBaseFinder),
       searchBaseIgnorePaths_(searchBaseFinder),
-      folderLister_(folderLister)
+      services_(std::move(services))
 {}
+
+// Answers
 
 std::vector<SearchBaseResultRef> SearchBase::search(std::string_view query) const
 {
     std::vector<SearchBaseResultRef> results;
+    const bool isFrontSearched = frontFinderSearch_ != nullptr && frontFinderSearch_->isActive();
+    if (const auto matcher = isFrontSearched ? frontFinderSearch_->matcher() : nullptr) {
+        for (const FuzzyMatchResult &match : matcher->match(query, RESULT_LIMIT))
+            results.push_back(std::make_shared<SearchBaseResult>(
+                match.text(), frontFinderSearch_->fullPath(match.text()).value_or(match.text()),
+                match.highlightRanges(), SearchBaseResultType::inFrontFinder));
+    }
     for (const FuzzyMatchResult &match : searchBaseMatcher_.match(query, RESULT_LIMIT))
         results.push_back(standardResult(match));
     if (results.size() <= GO_TO_PATH_LIMIT && trimBlanks(query).starts_with('/'))
@@ -117,12 +115,6 @@ std::vector<SearchBaseResultRef> SearchBase::mostAccessedResults() const
     return results;
 }
 
-void SearchBase::reset()
-{
-    const WritingIndex writing(searchBasePaths_.index().lock);
-    searchBasePaths_.index().tree.clear();
-}
-
 std::set<std::string> SearchBase::includeFilePatterns() const
 {
     std::set<std::string> patterns;
@@ -132,34 +124,205 @@ std::set<std::string> SearchBase::includeFilePatterns() const
     return patterns;
 }
 
+std::size_t SearchBase::count() const
+{
+    const ReadingIndex reading(index_.lock);
+    return searchBasePaths_.count();
+}
+
+// Changes
+
+std::stop_token SearchBase::beginAnew()
+{
+    anew_.request_stop();
+    anew_ = {};
+    return anew_.get_token();
+}
+
+void SearchBase::reset()
+{
+    const WritingIndex writing(index_.lock);
+    beginAnew();
+    searchBasePaths_.clear();
+}
+
 void SearchBase::build(const Progress &progress, const std::stop_token &stop)
 {
-    const std::vector<IncludePathSearchBaseLocation> locations =
-        searchBaseFinder_.includeLocations();
+    std::stop_token isReset;
+    {
+        const WritingIndex writing(index_.lock);
+        isReset = beginAnew();
+    }
+    const EitherStop end(stop, isReset);
+    const MutexLock changing(changing_);
     const std::set<std::string> patterns = includeFilePatterns();
     searchBaseIgnorePaths_.refresh();
+    roots_.clear();
     std::string starting = "Starting search with ";
-    for (const IncludePathSearchBaseLocation &location : locations)
+    for (const IncludePathSearchBaseLocation &location : searchBaseFinder_.includeLocations()) {
+        roots_.push_back(location.url());
         starting += location.url();
+    }
     progress(starting);
 
-    Crawler crawler(folderLister_, searchBaseIgnorePaths_.rules());
-    std::stop_source end;
-    const std::stop_callback endOnRequest(stop, [&end] { end.request_stop(); });
-    IndexSink sink(searchBasePaths_, end);
-    for (const IncludePathSearchBaseLocation &location : locations) {
-        progress("Scanning " + location.url());
-        crawler.crawl(location.url(), patterns, sink, progress, end.get_token());
-        if (end.stop_requested())
+    IndexSink sink(searchBasePaths_, isReset);
+    for (const std::string &root : roots_) {
+        progress("Scanning " + root);
+        const CrawlResult result = enumerate(root, patterns, sink, progress, end.token());
+        if (end.token().stop_requested())
             return;
+        if (result.outcome == CrawlResult::Outcome::packageOrMissing)
+            services_.logger.log(PACKAGE_TAG + root);
         progress("Added " + std::to_string(count()) + " items");
     }
 }
 
-std::size_t SearchBase::count() const
+void SearchBase::add(std::string_view path)
 {
-    const ReadingIndex reading(searchBasePaths_.index().lock);
-    return searchBasePaths_.count();
+    const WritingIndex writing(index_.lock);
+    index_.tree.insert(normalizePath(path), PathTree::CANDIDATE);
+    searchBasePaths_.add(path);
+}
+
+CrawlResult SearchBase::enumerate(const std::string &url, const std::set<std::string> &patterns,
+                                  CrawlSink &sink, const Progress &progress,
+                                  const std::stop_token &stop)
+{
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules());
+    return crawler.crawl(url, patterns, sink, progress, stop);
+}
+
+CrawlResult SearchBase::enumerateForUpdate(const std::string &url,
+                                           const std::set<std::string> &patterns, CrawlSink &sink,
+                                           const std::stop_token &stop)
+{
+    return enumerate(url, patterns, sink, {}, stop);
+}
+
+void SearchBase::update(const std::string &path, const std::stop_token &stop)
+{
+    services_.logger.log("sbl_change: " + path);
+    if (isInsideApplication(path)) {
+        services_.logger.log("sbl_ignore_app " + path);
+        return;
+    }
+    std::stop_token isReset;
+    {
+        const ReadingIndex reading(index_.lock);
+        isReset = anew_.get_token();
+    }
+    const EitherStop end(stop, isReset);
+    const MutexLock changing(changing_);
+    if (end.token().stop_requested())
+        return;
+    const std::string url(withoutTrailingSlashes(path));
+    const std::set<std::string> patterns = includeFilePatterns();
+    IndexUpdate update({.paths = searchBasePaths_,
+                        .folderLister = services_.folderLister,
+                        .patterns = patterns,
+                        .roots = roots_,
+                        .isReset = isReset,
+                        .now = services_.now},
+                       url);
+    if (findOut(update, url, patterns, end.token()))
+        applyInMainQueue(update);
+}
+
+/// False when nothing is to be applied.
+bool SearchBase::findOut(IndexUpdate &update, const std::string &url,
+                         const std::set<std::string> &patterns, const std::stop_token &stop)
+{
+    if (update.isFolder()) {
+        const CrawlResult result = enumerateForUpdate(url, patterns, update.found(), stop);
+        // Nothing is known of a file system that does not answer.
+        if (stop.stop_requested() || result.error == std::errc::timed_out)
+            return false;
+        if (result.outcome == CrawlResult::Outcome::packageOrMissing || result.error)
+            update.crawlFailed(result);
+    }
+    return update.compare();
+}
+
+void SearchBase::applyInMainQueue(IndexUpdate &update)
+{
+    bool isApplied = false;
+    const bool hasRun = services_.mainQueue.postAndWait([&] {
+        const WritingIndex writing(index_.lock);
+        isApplied = update.apply();
+    });
+    if (!hasRun || !isApplied)
+        return;
+    // Nothing waits for the receiver of these lines but this thread.
+    services_.logger.log(update.log());
+    if (update.insertionTime() > LONG_UPDATE_THRESHOLD)
+        services_.logger.print("*>*>*>*> SB: Long delta " +
+                               shortestDecimal(update.insertionTime().count()) + " " +
+                               std::to_string(update.operations()));
+}
+
+void SearchBase::remove(std::string_view path)
+{
+    std::vector<std::string> lines;
+    {
+        const WritingIndex writing(index_.lock);
+        const PathTree::NodeId node = searchBasePaths_.remove(path, lines);
+        index_.tree.removeFlags(node, PathTree::CANDIDATE);
+    }
+    services_.logger.log(lines);
+}
+
+// The dump
+
+void SearchBase::treeDescription(const std::function<void(std::string_view)> &receive) const
+{
+    receive("\n\n*** Begin paths list ***\n\n");
+    describe(SortedPathWalk::Of::paths, receive);
+    receive("\n\n*** Begin children tree mapping ***\n\n");
+    describe(SortedPathWalk::Of::childSets, receive);
+}
+
+std::string SearchBase::treeDescription() const
+{
+    std::string text;
+    treeDescription([&text](std::string_view piece) { text += piece; });
+    return text;
+}
+
+void SearchBase::describe(SortedPathWalk::Of of,
+                          const std::function<void(std::string_view)> &receive) const
+{
+    std::optional<SortedPathWalk> walk;
+    bool isFirst = true;
+    for (bool goesOn = true; goesOn;) {
+        std::string piece;
+        {
+            const ReadingIndex reading(index_.lock);
+            const PathTree &tree = index_.tree;
+            if (!walk) {
+                tree.pin();
+                walk.emplace(tree, of);
+                if (of == SortedPathWalk::Of::childSets)
+                    searchBasePaths_.appendTreeMapping(PathTree::ROOT, true, piece);
+            }
+            while (goesOn && piece.size() < DUMP_PIECE) {
+                const PathTree::NodeId node = walk->next();
+                goesOn = node != PathTree::NONE;
+                if (!goesOn) {
+                    tree.unpin();
+                    break;
+                }
+                isFirst = isFirst && piece.empty();
+                if (of == SortedPathWalk::Of::childSets) {
+                    searchBasePaths_.appendTreeMapping(node, isFirst, piece);
+                } else {
+                    piece += isFirst ? "" : "\n";
+                    tree.appendText(node, piece);
+                }
+                isFirst = false;
+            }
+        }
+        receive(piece);
+    }
 }
 
 } // namespace quillon

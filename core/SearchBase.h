@@ -4,9 +4,12 @@
 #include "core/SearchBaseResult.h"
 #include "indexing/SearchBaseIgnorePaths.h"
 #include "matching/FuzzyMatch.h"
+#include "platform/Mutex.h"
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <set>
 #include <stop_token>
 #include <string>
@@ -15,46 +18,106 @@
 
 namespace quillon {
 
+class CrawlSink;
 class FolderLister;
+class FrontFinderSearch;
+class IndexUpdate;
 class SearchBaseFinder;
+class SearchBaseLogger;
+class TaskQueue;
+struct CrawlResult;
 
 /// The index in memory and the one object through which the program searches it.
 ///
-/// search() and mostAccessedResults() may be called from any thread, also while build() runs; they
-/// then answer from what is there.
+/// Every operation may be called from any thread. Searches answer from what is there, also during a
+/// build or an update. A build and an update exclude each other: each waits for the other to end,
+/// so neither is called from the main queue nor from a progress callback.
 class SearchBase
 {
 public:
     /// Called with one line about the state of a build, on the thread that builds.
     using Progress = std::function<void(const std::string &line)>;
 
-    SearchBase(SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
-               FolderLister &folderLister);
+    struct Services
+    {
+        FolderLister &folderLister;
+        SearchBaseLogger &logger;
+        /// Where updates change the index.
+        TaskQueue &mainQueue;
+        std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+    };
 
-    /// At most 25 matches, best first; then the query itself as a path to go to, when it begins
-    /// with "/" once blanks are trimmed and fewer than 25 rows stand.
+    /// Without a front window search its items are no part of the answers.
+    SearchBase(const FrontFinderSearch *frontFinderSearch, SearchBaseFinder &searchBaseFinder,
+               FuzzyMatch &searchBaseMatcher, Services services);
+    virtual ~SearchBase() = default;
+    SearchBase(const SearchBase &) = delete;
+    SearchBase &operator=(const SearchBase &) = delete;
+
+    /// At most 25 matches among the front window's items, then at most 25 of the index, both best
+    /// first; then the query itself as a path to go to, when it begins with "/" once blanks are
+    /// trimmed and fewer than 25 rows stand.
     std::vector<SearchBaseResultRef> search(std::string_view query) const;
     /// At most 10 of the folders that the user opened most, most used first.
     std::vector<SearchBaseResultRef> mostAccessedResults() const;
 
-    /// Forgets everything; the use counts stay.
+    /// Forgets everything; the use counts stay. A build or an update that is under way ends and
+    /// changes nothing any more.
     void reset();
-    /// Crawls every include folder and adds what it finds, until stop is requested or the index is
-    /// reset.
-    void build(const Progress &progress, const std::stop_token &stop = {});
+    /// Crawls every include folder and adds what it finds, until stop is requested, the index is
+    /// reset or another build begins.
+    virtual void build(const Progress &progress, const std::stop_token &stop = {});
+    /// Crawls a path that has changed and brings what the index holds of it and below up to date,
+    /// in one task of the main queue. Changes nothing when that queue is closed, stop is requested
+    /// before, or a reset or build begins meanwhile.
+    void update(const std::string &path, const std::stop_token &stop = {});
+    /// Forgets one path; what is below it stays.
+    void remove(std::string_view path);
+
     /// The extensions of the files to index besides folders.
     std::set<std::string> includeFilePatterns() const;
     /// Number of paths indexed.
     std::size_t count() const;
 
+    /// Everything that is indexed as text: the paths, then the children under each parent. Handed
+    /// over piece by piece with the index unlocked in between, so what changes meanwhile may or may
+    /// not show.
+    void treeDescription(const std::function<void(std::string_view piece)> &receive) const;
+    std::string treeDescription() const;
+
     FuzzyMatch &searchBaseMatcher() { return searchBaseMatcher_; }
 
+protected:
+    /// Adds one path, as a build does.
+    void add(std::string_view path);
+
 private:
+    /// Ends what is under way. Returns what ends with the next call.
+    std::stop_token beginAnew() REQUIRES(index_.lock);
+    CrawlResult enumerate(const std::string &url, const std::set<std::string> &patterns,
+                          CrawlSink &sink, const Progress &progress, const std::stop_token &stop);
+    CrawlResult enumerateForUpdate(const std::string &url, const std::set<std::string> &patterns,
+                                   CrawlSink &sink, const std::stop_token &stop);
+    bool findOut(IndexUpdate &update, const std::string &url, const std::set<std::string> &patterns,
+                 const std::stop_token &stop);
+    void applyInMainQueue(IndexUpdate &update);
+    void describe(SortedPathWalk::Of of,
+                  const std::function<void(std::string_view piece)> &receive) const;
+
     FuzzyMatch &searchBaseMatcher_;
+    PathIndex &index_;
     SearchBasePaths searchBasePaths_;
+    const FrontFinderSearch *const frontFinderSearch_;
     SearchBaseFinder &searchBaseFinder_;
     SearchBaseIgnorePaths searchBaseIgnorePaths_;
-    FolderLister &folderLister_;
+    const Services services_;
+
+    /// Held by a build or an update as long as it takes; taken before the index's lock.
+    Mutex changing_;
+    /// The include folders of the last build.
+    std::vector<std::string> roots_ GUARDED_BY(changing_);
+    /// Requested when the index is reset or built anew.
+    std::stop_source anew_ GUARDED_BY(index_.lock);
 };
 
 } // namespace quillon

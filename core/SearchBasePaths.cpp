@@ -1,36 +1,288 @@
 #include "core/SearchBasePaths.h"
 
+#include <utility>
+
 namespace quillon {
 
 namespace {
 
-constexpr PathTree::Flags INDEXED = PathTree::STORED | PathTree::CANDIDATE;
+using NodeId = PathTree::NodeId;
+
+bool has(const PathTree &tree, NodeId node, PathTree::Flags flag)
+{
+    return node != PathTree::NONE && (tree.node(node).flags & flag) != 0;
+}
+
+/// Whether the tree's shape says that the parent lists the path. What stands below "/" reads
+/// "/name": its first component is the empty one.
+bool isParentByShape(std::string_view parent, std::string_view path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash != std::string_view::npos &&
+           parent == (slash == 0 ? std::string_view("/") : path.substr(0, slash));
+}
+
+/// The text of the node that keeps a path's set of children.
+std::string_view keyText(std::string_view parent)
+{
+    return parent == "/" ? std::string_view() : parent;
+}
+
+std::vector<NodeId> childrenWith(const PathTree &tree, NodeId parent, PathTree::Flags flag)
+{
+    std::vector<NodeId> children;
+    if (parent == PathTree::NONE)
+        return children;
+    for (NodeId id = tree.node(parent).firstChild; id != PathTree::NONE;
+         id = tree.node(id).nextSibling)
+        if (has(tree, id, flag))
+            children.push_back(id);
+    return children;
+}
+
+/// The node that comes after this one when everything below a node comes after it.
+NodeId nextInTree(const PathTree &tree, NodeId id)
+{
+    if (tree.node(id).firstChild != PathTree::NONE)
+        return tree.node(id).firstChild;
+    while (id != PathTree::ROOT && tree.node(id).nextSibling == PathTree::NONE)
+        id = tree.node(id).parent;
+    return id == PathTree::ROOT ? PathTree::NONE : tree.node(id).nextSibling;
+}
+
+constexpr const char *REMOVE_TAG = "sbp_remove: ";
+constexpr std::string_view CHILD = "\n\t";
 
 } // namespace
 
-std::string_view normalizePath(std::string_view path)
+std::vector<SearchBasePathsInsertionOperation>
+makeInsertionOperations(std::string_view url, std::span<const std::string> children)
 {
-    if (path.size() >= 2 && path.back() == '/')
-        path.remove_suffix(1);
-    return path;
+    const auto operation = [](std::string_view path) {
+        return SearchBasePathsInsertionOperation{
+            std::string(normalizePath(path)),
+            std::string(normalizePath(StringPathParent::getParentFolderPath(path)))};
+    };
+    std::vector<SearchBasePathsInsertionOperation> operations;
+    operations.reserve(1 + children.size());
+    operations.push_back(operation(url));
+    for (const std::string &child : children)
+        operations.push_back(operation(child));
+    return operations;
 }
 
-PathTree::NodeId SearchBasePaths::add(std::string_view path)
+// The set of paths
+
+bool SearchBasePaths::Paths::contains(std::string_view path) const
+{
+    return has(tree_, tree_.find(path), PathTree::STORED);
+}
+
+std::size_t SearchBasePaths::Paths::count() const
+{
+    return tree_.count(PathTree::STORED);
+}
+
+void SearchBasePaths::Paths::forEach(const Receiver &receive) const
+{
+    std::string text;
+    for (NodeId id = nextInTree(tree_, PathTree::ROOT); id != PathTree::NONE;
+         id = nextInTree(tree_, id)) {
+        if (!has(tree_, id, PathTree::STORED))
+            continue;
+        text.clear();
+        tree_.appendText(id, text);
+        receive(text);
+    }
+}
+
+// The map of children
+
+bool SearchBasePaths::ParentToChildren::contains(std::string_view parent) const
+{
+    if (parent.empty())
+        return store_.listedElsewhere(parent) != nullptr;
+    return has(tree_, tree_.find(keyText(parent)), PathTree::HAS_CHILD_SET);
+}
+
+std::size_t SearchBasePaths::ParentToChildren::count() const
+{
+    return tree_.count(PathTree::HAS_CHILD_SET) + (contains("") ? 1 : 0);
+}
+
+std::optional<std::vector<std::string>>
+SearchBasePaths::ParentToChildren::children(std::string_view parent) const
+{
+    if (!contains(parent))
+        return std::nullopt;
+    std::vector<std::string> texts;
+    if (!parent.empty())
+        for (const NodeId child :
+             childrenWith(tree_, tree_.find(keyText(parent)), PathTree::LISTED))
+            texts.push_back(tree_.text(child));
+    if (const Children *others = store_.listedElsewhere(parent))
+        texts.insert(texts.end(), others->begin(), others->end());
+    return texts;
+}
+
+void SearchBasePaths::ParentToChildren::forEach(const Receiver &receive) const
+{
+    if (contains(""))
+        receive("");
+    SortedPathWalk walk(tree_, SortedPathWalk::Of::childSets);
+    for (NodeId node = walk.next(); node != PathTree::NONE; node = walk.next()) {
+        const std::string text = tree_.text(node);
+        receive(text.empty() ? "/" : text);
+    }
+}
+
+// Operations
+
+NodeId SearchBasePaths::add(std::string_view path)
 {
     const std::string_view normalized = normalizePath(path);
-    const PathTree::NodeId node = index_.tree.insert(normalized, INDEXED);
-    // What stands below "/" reads "/name": its first component is the empty one.
-    return normalized == "/" ? index_.tree.insert("", PathTree::HAS_CHILD_SET) : node;
+    const NodeId node =
+        list(normalized, normalizePath(StringPathParent::getParentFolderPath(normalized)));
+    return normalized == "/" ? index_.tree.node(node).parent : node;
 }
 
-PathTree::NodeId SearchBasePaths::add(PathTree::NodeId parent, std::string_view name)
+NodeId SearchBasePaths::add(NodeId parent, std::string_view name)
 {
-    return index_.tree.insertChild(parent, name, INDEXED);
+    index_.tree.addFlags(parent, PathTree::HAS_CHILD_SET);
+    return index_.tree.insertChild(parent, name, PathTree::STORED | PathTree::LISTED);
 }
 
-std::size_t SearchBasePaths::count() const
+void SearchBasePaths::insert(std::span<const SearchBasePathsInsertionOperation> operations)
 {
-    return index_.tree.count(PathTree::STORED);
+    for (const SearchBasePathsInsertionOperation &operation : operations)
+        list(operation.normalizedPath, operation.normalizedParentPath);
+}
+
+NodeId SearchBasePaths::list(std::string_view path, std::string_view parent)
+{
+    if (!isParentByShape(parent, path)) {
+        elsewhere_[std::string(parent)].emplace(path);
+        makeChildSet(parent);
+        return index_.tree.insert(path, PathTree::STORED);
+    }
+    const NodeId node = index_.tree.insert(path, PathTree::STORED | PathTree::LISTED);
+    index_.tree.addFlags(index_.tree.node(node).parent, PathTree::HAS_CHILD_SET);
+    return node;
+}
+
+NodeId SearchBasePaths::makeChildSet(std::string_view parent)
+{
+    if (!parent.empty())
+        return index_.tree.insert(keyText(parent), PathTree::HAS_CHILD_SET);
+    elsewhere_.try_emplace("");
+    return PathTree::NONE;
+}
+
+NodeId SearchBasePaths::remove(std::string_view path, std::vector<std::string> &log)
+{
+    const std::string_view normalized = normalizePath(path);
+    log.push_back(REMOVE_TAG + std::string(normalized));
+    PathTree &tree = index_.tree;
+
+    const NodeId above = makeChildSet(normalized);
+    for (const NodeId child : childrenWith(tree, above, PathTree::LISTED))
+        tree.removeFlags(child, PathTree::LISTED);
+    if (const auto others = elsewhere_.find(normalized); others != elsewhere_.end()) {
+        if (normalized.empty())
+            others->second.clear();
+        else
+            elsewhere_.erase(others);
+    }
+    const NodeId node = keyText(normalized) == normalized && above != PathTree::NONE
+                            ? above
+                            : tree.find(normalized);
+    if (node != PathTree::NONE)
+        tree.removeFlags(node, PathTree::STORED);
+    return node;
+}
+
+NodeId SearchBasePaths::forget(std::string_view path, std::vector<std::string> &log)
+{
+    const std::string_view normalized = normalizePath(path);
+    PathTree &tree = index_.tree;
+    if (paths().contains(normalized))
+        log.push_back(REMOVE_TAG + std::string(normalized));
+
+    const NodeId above = nodeAbove(normalized);
+    if (has(tree, above, PathTree::HAS_CHILD_SET) && listedElsewhere(normalized) == nullptr &&
+        childrenWith(tree, above, PathTree::LISTED).empty())
+        tree.removeFlags(above, PathTree::HAS_CHILD_SET);
+    const std::string_view parent =
+        normalizePath(StringPathParent::getParentFolderPath(normalized));
+    if (const auto others = elsewhere_.find(parent); others != elsewhere_.end()) {
+        others->second.erase(std::string(normalized));
+        if (others->second.empty())
+            elsewhere_.erase(others);
+    }
+    const NodeId node = tree.find(normalized);
+    if (node != PathTree::NONE)
+        tree.removeFlags(node, PathTree::STORED | PathTree::LISTED);
+    return node;
+}
+
+void SearchBasePaths::listStoredChildren(std::string_view parent)
+{
+    const NodeId above = nodeAbove(parent);
+    for (const NodeId child : childrenWith(index_.tree, above, PathTree::STORED)) {
+        index_.tree.addFlags(above, PathTree::HAS_CHILD_SET);
+        index_.tree.addFlags(child, PathTree::LISTED);
+    }
+}
+
+void SearchBasePaths::clear()
+{
+    index_.tree.clear();
+    elsewhere_.clear();
+}
+
+// The dump
+
+std::string SearchBasePaths::treeMappingDescription() const
+{
+    std::string text;
+    appendTreeMapping(PathTree::ROOT, true, text);
+    SortedPathWalk walk(index_.tree, SortedPathWalk::Of::childSets);
+    for (NodeId node = walk.next(); node != PathTree::NONE; node = walk.next())
+        appendTreeMapping(node, text.empty(), text);
+    return text;
+}
+
+void SearchBasePaths::appendTreeMapping(NodeId node, bool isFirst, std::string &text) const
+{
+    const std::string prefix = index_.tree.text(node);
+    std::string_view parent = prefix;
+    if (node == PathTree::ROOT && listedElsewhere("") == nullptr)
+        return;
+    if (node != PathTree::ROOT && prefix.empty())
+        parent = "/";
+    text.append(isFirst ? "" : "\n").append(parent).append(": ");
+    const std::size_t end = text.size();
+    if (node != PathTree::ROOT)
+        for (const NodeId child : childrenWith(index_.tree, node, PathTree::LISTED)) {
+            text.append(CHILD).append(prefix).append("/");
+            text.append(index_.tree.name(index_.tree.node(child)));
+        }
+    if (const Children *others = listedElsewhere(parent))
+        for (const std::string &child : *others)
+            text.append(CHILD).append(child);
+    if (text.size() == end)
+        text += CHILD;
+}
+
+NodeId SearchBasePaths::nodeAbove(std::string_view parent) const
+{
+    return parent.empty() ? PathTree::NONE : index_.tree.find(keyText(parent));
+}
+
+const SearchBasePaths::Children *SearchBasePaths::listedElsewhere(std::string_view parent) const
+{
+    const auto others = elsewhere_.find(parent);
+    return others == elsewhere_.end() ? nullptr : &others->second;
 }
 
 } // namespace quillon

@@ -1,34 +1,138 @@
 #pragma once
 
+#include "core/SortedPathWalk.h"
+#include "core/StringPathParent.h"
 #include "matching/PathIndex.h"
 
 #include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillon {
 
-/// Drops one "/" from the end of a path of two or more bytes.
-std::string_view normalizePath(std::string_view path);
+/// A path to store and the path that lists it, both normalized.
+struct SearchBasePathsInsertionOperation
+{
+    std::string normalizedPath;
+    std::string normalizedParentPath;
 
-/// The paths that are indexed, kept in the tree that the matcher searches. Operations that change
-/// or read the tree are called with the index's lock held, so that a caller can combine them.
+    friend bool operator==(const SearchBasePathsInsertionOperation &,
+                           const SearchBasePathsInsertionOperation &) = default;
+};
+
+/// The operations that insert a folder and then what was found below it, each below its own parent.
+std::vector<SearchBasePathsInsertionOperation>
+makeInsertionOperations(std::string_view url, std::span<const std::string> children);
+
+/// The paths that are indexed and the children that are listed under each.
+///
+/// Both are flags in the tree that the matcher searches; the matcher's candidates are flags of
+/// their own and not touched here, but for clear(). Operations are called with the index's lock
+/// held, so that a caller can combine them; what paths() and parentToChildren() return is used
+/// while it is held.
 class SearchBasePaths
 {
 public:
+    using Receiver = std::function<void(std::string_view path)>;
+
+    /// The set of paths.
+    class Paths
+    {
+    public:
+        bool contains(std::string_view path) const;
+        std::size_t count() const;
+        /// In no particular order.
+        void forEach(const Receiver &receive) const;
+
+    private:
+        friend class SearchBasePaths;
+        explicit Paths(const PathTree &tree) : tree_(tree) {}
+        const PathTree &tree_;
+    };
+
+    /// The map from a path to the set of its children.
+    class ParentToChildren
+    {
+    public:
+        bool contains(std::string_view parent) const;
+        std::size_t count() const;
+        /// Absent when there is no set, not even an empty one.
+        std::optional<std::vector<std::string>> children(std::string_view parent) const;
+        /// Every path with a set, ascending by bytes.
+        void forEach(const Receiver &receive) const;
+
+    private:
+        friend class SearchBasePaths;
+        explicit ParentToChildren(const SearchBasePaths &store, const PathTree &tree)
+            : store_(store), tree_(tree)
+        {}
+        const SearchBasePaths &store_;
+        const PathTree &tree_;
+    };
+
     explicit SearchBasePaths(PathIndex &index) : index_(index) {}
 
-    /// Stores a path given in any form and makes it a candidate of searches. Returns the node that
-    /// its children go below.
+    /// Stores a path given in any form and lists it under its parent. Returns the node that its
+    /// children go below.
     PathTree::NodeId add(std::string_view path) REQUIRES(index_.lock);
     /// As add() for a name below what add() returned.
     PathTree::NodeId add(PathTree::NodeId parent, std::string_view name) REQUIRES(index_.lock);
-    std::size_t count() const REQUIRES_SHARED(index_.lock);
+    void insert(std::span<const SearchBasePathsInsertionOperation> operations)
+        REQUIRES(index_.lock);
+    /// Takes the path out and leaves it an empty set of children, whether or not it was there; its
+    /// parent lists it as before. Adds the line for the log, to be logged once the lock is free.
+    /// Returns the path's node.
+    PathTree::NodeId remove(std::string_view path, std::vector<std::string> &log)
+        REQUIRES(index_.lock);
+    /// Keeps nothing of the path: neither the listing under its parent nor its set of children,
+    /// unless that lists something still. Adds the line of remove() where the path was stored.
+    /// Returns the path's node, which may be NONE.
+    PathTree::NodeId forget(std::string_view path, std::vector<std::string> &log)
+        REQUIRES(index_.lock);
+    /// Lists under a path again what is stored directly below it.
+    void listStoredChildren(std::string_view parent) REQUIRES(index_.lock);
+    /// Forgets everything, the matcher's candidates too.
+    void clear() REQUIRES(index_.lock);
+
+    Paths paths() const REQUIRES_SHARED(index_.lock) { return Paths(index_.tree); }
+    ParentToChildren parentToChildren() const REQUIRES_SHARED(index_.lock)
+    {
+        return ParentToChildren(*this, index_.tree);
+    }
+    std::size_t count() const REQUIRES_SHARED(index_.lock) { return paths().count(); }
+
+    /// Every set of children as text, ascending by path: the path, ": ", and each child on a line
+    /// of its own behind a tab.
+    std::string treeMappingDescription() const REQUIRES_SHARED(index_.lock);
+    /// Appends one set of it, given by its node, and a line feed before it unless it is the first;
+    /// for ROOT that of the empty path, if it has one, which comes before all others.
+    void appendTreeMapping(PathTree::NodeId node, bool isFirst, std::string &text) const
+        REQUIRES_SHARED(index_.lock);
+
+    /// The node that the children of a path go below; NONE when there is none.
+    PathTree::NodeId nodeAbove(std::string_view parent) const REQUIRES_SHARED(index_.lock);
 
     /// The tree and its lock, shared with the matcher.
     PathIndex &index() const { return index_; }
 
 private:
+    using Children = std::set<std::string, std::less<>>;
+
+    PathTree::NodeId list(std::string_view path, std::string_view parent) REQUIRES(index_.lock);
+    /// Makes the set of children where it is missing; NONE for the empty path.
+    PathTree::NodeId makeChildSet(std::string_view parent) REQUIRES(index_.lock);
+    const Children *listedElsewhere(std::string_view parent) const NO_THREAD_SAFETY_ANALYSIS;
+
     PathIndex &index_;
+    /// Children whose parent is not what stands before their last slash, and the set of the empty
+    /// path, whose node is that of "/". Nothing that a crawl finds comes here.
+    std::map<std::string, Children, std::less<>> elsewhere_ GUARDED_BY(index_.lock);
 };
 
 } // namespace quillon

@@ -5,7 +5,9 @@
 #include "ctl/Output.h"
 #include "ctl/ReadOnlySettings.h"
 #include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseLogger.h"
 #include "matching/RecentAccessScore.h"
+#include "platform/InlineTaskQueue.h"
 #include "platform/JsonValues.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/PosixFolderLister.h"
@@ -88,7 +90,10 @@ int FindCommand::run(Output &output) const
     RecentAccessScore score(counts);
     FuzzyMatch matcher(&score);
     PosixFolderLister lister;
-    SearchBase searchBase(finder, matcher, lister);
+    SearchBaseLogger logger(settings, stderr);
+    InlineTaskQueue queue;
+    SearchBase searchBase(nullptr, finder, matcher,
+                          {.folderLister = lister, .logger = logger, .mainQueue = queue});
     searchBase.build([](const std::string &line) {
         if (line.starts_with("Enumerator error "))
             complain(line);

@@ -1,20 +1,45 @@
 #pragma once
 
+#include "core/FrontFinderSearch.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseLogger.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/FolderLister.h"
+#include "platform/InlineTaskQueue.h"
 #include "platform/linux/PosixFolderLister.h"
 #include "platform/linux/StatxFolderIdentity.h"
+#include "tests/support/CapturedOutput.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/FakeFolderLister.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillon {
+
+/// The front window's items as a test sets them; none at first.
+struct FakeFrontFinderSearch final : FrontFinderSearch
+{
+    bool isActive() const override { return active; }
+    std::shared_ptr<const FuzzyMatch> matcher() const override { return items; }
+    std::optional<std::string> fullPath(std::string_view text) const override
+    {
+        const auto found = paths.find(text);
+        return found == paths.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    bool active = false;
+    std::shared_ptr<FuzzyMatch> items;
+    std::map<std::string, std::string, std::less<>> paths;
+};
 
 /// A search base with everything it works with, over the folders that a lister shows.
 template <typename Lister>
@@ -56,7 +81,12 @@ struct SearchBaseOver
     RecentAccessScore score{counts};
     FuzzyMatch matcher{&score};
     Lister lister;
-    SearchBase searchBase{finder, matcher, lister};
+    CapturedOutput output;
+    SearchBaseLogger logger{store, output.stream()};
+    InlineTaskQueue queue;
+    FakeFrontFinderSearch front;
+    SearchBase searchBase{
+        &front, finder, matcher, {.folderLister = lister, .logger = logger, .mainQueue = queue}};
 };
 
 } // namespace quillon

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/SearchBase.h"
+
+namespace quillon {
+
+/// A search base that shows made-up folders and never looks at the disk to build, for pictures and
+/// for trying things out.
+class DemoSearchBase final : public SearchBase
+{
+public:
+    using SearchBase::SearchBase;
+
+    void build(const Progress &progress, const std::stop_token &stop = {}) override;
+};
+
+} // namespace quillon
