@@ -42,7 +42,7 @@ private:
 
     PathIndex index_;
     SearchBasePaths paths_{index_};
-    Output &output_ PT_GUARDED_BY(index_.lock);
+    Output &output_;
     const char end_;
     std::stop_source closed_;
     std::string newRoot_;

@@ -37,7 +37,7 @@ Crawler::Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> ru
 {}
 
 CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> &includedExtensions,
-                           CrawlSink &sink, const Progress &progress, std::stop_token stop)
+                           CrawlSink &sink, const Progress &progress, const std::stop_token &stop)
 {
     const std::string path = withoutTrailingSlashes(root);
     CrawlItem item;

@@ -74,7 +74,8 @@ public:
     /// the name, upper and lower case told apart) is included. The root itself is always handed
     /// over, before everything else, whatever it is. Reentrant.
     CrawlResult crawl(const std::string &root, const std::set<std::string> &includedExtensions,
-                      CrawlSink &sink, const Progress &progress = {}, std::stop_token stop = {});
+                      CrawlSink &sink, const Progress &progress = {},
+                      const std::stop_token &stop = {});
 
 private:
     FolderLister &folderLister_;

@@ -59,8 +59,7 @@ std::vector<IncludePathSearchBaseLocation> SearchBaseFinder::includeLocations()
 {
     std::vector<std::string> paths = bookmarks.allURLs();
     std::ranges::sort(paths);
-    const auto repeated = std::ranges::unique(paths);
-    paths.erase(repeated.begin(), repeated.end());
+    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
     return locationsOf<IncludePathSearchBaseLocation>(paths);
 }
 

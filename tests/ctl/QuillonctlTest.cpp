@@ -82,10 +82,10 @@ std::string nameOf(const testing::TestParamInfo<Row> &row)
     return row.param.name;
 }
 
-class MatchRows : public testing::TestWithParam<Row>
+class CommandRows : public testing::TestWithParam<Row>
 {};
 
-TEST_P(MatchRows, endAsExpected)
+TEST_P(CommandRows, endAsExpected)
 {
     const Ending ending = Session().run(GetParam().line);
     EXPECT_EQ(ending.status, GetParam().status) << ending.err;
@@ -98,7 +98,7 @@ TEST_P(MatchRows, endAsExpected)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Answers, MatchRows,
+    Answers, CommandRows,
     testing::Values(
         Row{"ranksAndMarks", "printf '/u/d/o/c/s\\n/u/docs\\n/v\\n' | ctl match docs | cut -f 2,3",
             "/u/docs\t3:4\n/u/d/o/c/s\t\n"},
@@ -127,7 +127,7 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
-    Failures, MatchRows,
+    Failures, CommandRows,
     testing::Values(
         Row{"noCommand", "ctl", "", 2, "subcommand"},
         Row{"unknownCommand", "ctl grep", "", 2, "subcommand"},
@@ -154,6 +154,48 @@ TEST(Match, tellsItsStatisticsInOneLastLine)
     EXPECT_THAT(ending.err, MatchesRegex("\\{\"candidates\": 2, \"bytesPerCandidate\": [0-9.]+, "
                                          "\"milliseconds\": \\[[0-9.e-]+, [0-9.e-]+, "
                                          "[0-9.e-]+\\]\\}\n"));
+}
+
+/// A tree for the crawl and the end of a line that shows what was printed.
+std::string crawl(const std::string &arguments)
+{
+    return "mkdir -p d/a/b d/.h d/node_modules/x d/Library/x 'd/[p,q]' d/z.app/in; touch d/a/f.txt "
+           "d/a/f.TXT d/z.app/f.txt; ctl crawl " +
+           arguments + R"( | sort | sed "s|$PWD/||")";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Crawls, CommandRows,
+    testing::Values(
+        Row{"foldersAndFiles", crawl("--ext txt --ext no d/"),
+            "d\nd/Library\nd/[p,q]\nd/a\nd/a/b\nd/a/f.txt\nd/z.app\n"},
+        Row{"withoutDefaults", crawl("--no-default-excludes d"),
+            "d\nd/Library\nd/[p,q]\nd/a\nd/a/b\nd/node_modules\nd/node_modules/x\nd/z.app\n"},
+        Row{"withoutAnyPattern", crawl("--no-default-excludes --no-builtin-excludes d | grep -c x"),
+            "2\n"},
+        Row{"excludes", crawl("--exclude z.a --exclude '[p' --exclude a/b --threads 1 d"),
+            "d\nd/Library\nd/a\n"},
+        Row{"folderThatHoldsThePattern", crawl("--exclude d/a d d/a"),
+            "d\nd/Library\nd/[p,q]\nd/a\n"
+            "d/a/b\nd/z.app\n"},
+        Row{"foldersWithinEachOther", crawl("d 'd/[p,q]' d/a/b d | uniq -d"), ""},
+        Row{"endsWithNul", crawl("-0 d/a | tr '\\0\\n' '\\n!'"), "d/a\nd/a/b\n"},
+        Row{"package", crawl("d/z.app"), "d/z.app\n"},
+        Row{"missing", crawl("nowhere d/a"), "d/a\nd/a/b\n", 1,
+            "nowhere No such file or directory"},
+        Row{"file", crawl("d/a/f.txt"), "", 1, "d/a/f.txt Not a directory"},
+        Row{"noFolder", "ctl crawl", "", 2, "DIR"},
+        Row{"noThreads", "ctl crawl --threads 0 .", "", 2, "--threads"},
+        Row{"leftByItsReader", "ctl crawl /usr | head -n 1 | wc -l", "1\n"}),
+    nameOf);
+
+TEST(Crawl, tellsItsStatisticsInOneLine)
+{
+    const Ending ending = Session().run(crawl("--stats --ext txt d nowhere d"));
+    EXPECT_EQ(ending.status, 1);
+    EXPECT_THAT(ending.err, MatchesRegex("quillonctl: [^\n]*\n\\{\"folders\": 6, \"files\": 1, "
+                                         "\"errors\": 1, \"seconds\": [0-9.e-]+, "
+                                         "\"bytesPerFolder\": [0-9.]+\\}\n"));
 }
 
 class FindTest : public testing::Test

@@ -122,14 +122,19 @@ TEST(Crawler, writesThePathsBelowTheRootOfAllFoldersWithOneSlash)
 }
 
 /// What a crawl should find, by plain recursion over paths.
-struct Reference
+class Reference
 {
-    Reference(const fs::path &root, const std::set<std::string> &extensions_,
-              const PlainSkipRule &rule_)
-        : extensions(extensions_), rule(rule_)
+public:
+    Reference(const fs::path &root, const std::set<std::string> &extensions,
+              const PlainSkipRule &rule)
+        : extensions_(extensions), rule_(rule)
     {
         visit(root);
     }
+    std::set<std::string> kept;
+    std::multiset<std::string> errors;
+
+private:
     void visit(const fs::path &folder)
     {
         std::error_code error;
@@ -139,23 +144,22 @@ struct Reference
         for (const fs::directory_entry &entry : entries) {
             const std::string path = entry.path().string();
             const std::string name = path.substr(path.rfind('/') + 1);
+            const std::size_t dot = name.rfind('.');
             if (name.starts_with('.'))
                 continue;
-            const std::size_t dot = name.rfind('.');
             if (entry.is_symlink() || !entry.is_directory()) {
-                if (dot != std::string::npos && extensions.contains(name.substr(dot + 1)))
+                if (dot != std::string::npos && extensions_.contains(name.substr(dot + 1)))
                     kept.insert("file:" + path);
-            } else if (!rule.skips(path, name)) {
+            } else if (!rule_.skips(path, name)) {
                 kept.insert(path);
                 if (!name.ends_with(".app"))
                     visit(entry.path());
             }
         }
     }
-    const std::set<std::string> &extensions;
-    const PlainSkipRule &rule;
-    std::set<std::string> kept;
-    std::multiset<std::string> errors;
+
+    const std::set<std::string> &extensions_;
+    const PlainSkipRule &rule_;
 };
 
 class RandomTree
