@@ -10,23 +10,21 @@ IndexSink::IndexSink(SearchBasePaths &paths, std::stop_token isReset)
 
 CrawlSink::Token IndexSink::root(const std::string &path)
 {
-    PathIndex &index = paths_.index();
-    const WritingIndex writing(index.lock);
+    const WritingIndex writing(paths_.lock());
     if (isReset_.stop_requested())
         return PathTree::NONE;
-    index.tree.insert(normalizePath(path), PathTree::CANDIDATE);
+    paths_.mutableTree().insert(normalizePath(path), PathTree::CANDIDATE);
     return paths_.add(path);
 }
 
 void IndexSink::add(Token parent, std::span<Entry> entries)
 {
-    PathIndex &index = paths_.index();
-    const WritingIndex writing(index.lock);
+    const WritingIndex writing(paths_.lock());
     if (isReset_.stop_requested())
         return;
     for (Entry &entry : entries) {
         entry.token = paths_.add(parent, entry.name);
-        index.tree.addFlags(entry.token, PathTree::CANDIDATE);
+        paths_.mutableTree().addFlags(entry.token, PathTree::CANDIDATE);
     }
 }
 

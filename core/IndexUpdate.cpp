@@ -25,21 +25,21 @@ constexpr std::uint32_t SLICE = 1024;
 class Pin
 {
 public:
-    explicit Pin(const PathIndex &index) : index_(index)
+    explicit Pin(const SearchBasePaths &paths) : paths_(paths)
     {
-        const ReadingIndex reading(index_.lock);
-        index_.tree.pin();
+        const ReadingIndex reading(paths_.lock());
+        paths_.tree().pin();
     }
     ~Pin()
     {
-        const ReadingIndex reading(index_.lock);
-        index_.tree.unpin();
+        const ReadingIndex reading(paths_.lock());
+        paths_.tree().unpin();
     }
     Pin(const Pin &) = delete;
     Pin &operator=(const Pin &) = delete;
 
 private:
-    const PathIndex &index_;
+    const SearchBasePaths &paths_;
 };
 
 std::string description(const std::vector<std::string> &set)
@@ -52,10 +52,10 @@ std::string description(const std::vector<std::string> &set)
 
 } // namespace
 
-IndexUpdate::IndexUpdate(Terms terms, std::string path)
-    : terms_(std::move(terms)),
+IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, std::string path)
+    : paths_(paths),
+      terms_(std::move(terms)),
       extensions_(terms_.patterns),
-      index_(terms_.paths.index()),
       path_(std::move(path)),
       kind_(kindOf(path_))
 {}
@@ -95,7 +95,7 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path) const
 
 bool IndexUpdate::compare()
 {
-    const Pin pin(index_);
+    const Pin pin(paths_);
     if (!compareFound())
         return false;
     std::ranges::sort(foundNodes_);
@@ -113,18 +113,18 @@ bool IndexUpdate::compare()
 
 bool IndexUpdate::stepAside() const
 {
-    if (index_.lock.isWriterWaiting())
-        index_.lock.yieldShared();
+    if (paths_.lock().isWriterWaiting())
+        paths_.lock().yieldShared();
     return !terms_.isReset.stop_requested();
 }
 
 bool IndexUpdate::compareFound()
 {
-    const ReadingIndex reading(index_.lock);
+    const ReadingIndex reading(paths_.lock());
     if (!stepAside())
         return false;
-    const PathTree &tree = index_.tree;
-    top_ = terms_.paths.nodeAbove(path_);
+    const PathTree &tree = paths_.tree();
+    top_ = paths_.nodeAbove(path_);
     std::vector<NodeId> nodes(std::size_t{found_.last()} + 1, PathTree::NONE);
     nodes[FoundPaths::ROOT] = top_;
     for (FoundPaths::Token path = 1; path <= found_.last(); ++path) {
@@ -155,13 +155,13 @@ bool IndexUpdate::compareIndexed()
     };
     std::vector<Unfound> unfound;
     {
-        const ReadingIndex reading(index_.lock);
+        const ReadingIndex reading(paths_.lock());
         if (!stepAside())
             return false;
         std::vector<Level> levels;
         if (top_ != PathTree::NONE)
             levels.push_back(
-                {index_.tree.node(top_).firstChild, isFolder() ? IN_FOLDER : IN_NO_FOLDER});
+                {paths_.tree().node(top_).firstChild, isFolder() ? IN_FOLDER : IN_NO_FOLDER});
         for (std::uint32_t count = 1; !levels.empty(); ++count) {
             if (count % SLICE == 0 && !stepAside())
                 return false;
@@ -170,9 +170,9 @@ bool IndexUpdate::compareIndexed()
                 levels.pop_back();
                 continue;
             }
-            levels.back().next = index_.tree.node(node).nextSibling;
+            levels.back().next = paths_.tree().node(node).nextSibling;
             const std::size_t place = placeOf(node, levels.back().place, unfound);
-            levels.push_back({index_.tree.node(node).firstChild, place});
+            levels.push_back({paths_.tree().node(node).firstChild, place});
         }
     }
     judge(unfound);
@@ -185,11 +185,11 @@ std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, std::vector<Un
     const auto found = std::ranges::lower_bound(foundNodes_, std::pair(node, false));
     if (found != foundNodes_.end() && found->first == node)
         return found->second ? IN_FOLDER : IN_NO_FOLDER;
-    const bool isIndexed = (index_.tree.node(node).flags & WHOLE) != 0;
-    if (!isIndexed && index_.tree.node(node).firstChild == PathTree::NONE)
+    const bool isIndexed = (paths_.tree().node(node).flags & WHOLE) != 0;
+    if (!isIndexed && paths_.tree().node(node).firstChild == PathTree::NONE)
         return IN_FOLDER;
     // What stands below "/" has the node of "/" itself beside it.
-    std::string text = index_.tree.text(node);
+    std::string text = paths_.tree().text(node);
     if (text == path_)
         return IN_FOLDER;
     unfound.push_back({std::move(text), parent, isIndexed});
@@ -215,24 +215,25 @@ void IndexUpdate::judge(const std::vector<Unfound> &unfound)
 
 bool IndexUpdate::apply()
 {
+    const WritingIndex writing(paths_.lock());
     if (terms_.isReset.stop_requested())
         return false;
-    stored_ = terms_.paths.parentToChildren().children(path_).value_or(std::vector<std::string>());
+    stored_ = paths_.parentToChildren().children(path_).value_or(std::vector<std::string>());
     for (const std::string &child : stored_)
         remove(child);
     remove(path_);
     if (kind_ != Kind::nothing)
         insert();
     for (const std::string &root : innerRoots_) {
-        index_.tree.insert(normalizePath(root), PathTree::CANDIDATE);
-        terms_.paths.add(root);
-        terms_.paths.listStoredChildren(root);
+        paths_.mutableTree().insert(normalizePath(root), PathTree::CANDIDATE);
+        paths_.add(root);
+        paths_.listStoredChildren(root);
     }
     if (kind_ == Kind::nothing)
         gone_.push_back(path_);
     for (const std::string &path : gone_) {
-        const NodeId node = terms_.paths.forget(path, removals_);
-        index_.tree.removeFlags(node, PathTree::CANDIDATE);
+        const NodeId node = paths_.forget(path, removals_);
+        paths_.mutableTree().removeFlags(node, PathTree::CANDIDATE);
     }
     return true;
 }
@@ -252,17 +253,17 @@ std::vector<std::string> IndexUpdate::log() const
 
 void IndexUpdate::remove(const std::string &path)
 {
-    const NodeId node = terms_.paths.remove(path, removals_);
-    index_.tree.removeFlags(node, PathTree::CANDIDATE);
+    const NodeId node = paths_.remove(path, removals_);
+    paths_.mutableTree().removeFlags(node, PathTree::CANDIDATE);
 }
 
 void IndexUpdate::insert()
 {
     const auto start = terms_.now();
-    terms_.paths.insert(operations_);
+    paths_.insert(operations_);
     insertionTime_ = terms_.now() - start;
     for (const SearchBasePathsInsertionOperation &operation : operations_)
-        index_.tree.insert(operation.normalizedPath, PathTree::CANDIDATE);
+        paths_.mutableTree().insert(operation.normalizedPath, PathTree::CANDIDATE);
 }
 
 } // namespace quillon

@@ -34,7 +34,6 @@ public:
 
     struct Terms
     {
-        SearchBasePaths &paths;
         FolderLister &folderLister;
         /// Extensions of the files that are indexed.
         std::set<std::string> patterns;
@@ -46,7 +45,7 @@ public:
     };
 
     /// The path has no slash at its end.
-    IndexUpdate(Terms terms, std::string path);
+    IndexUpdate(SearchBasePaths &paths, Terms terms, std::string path);
 
     /// Whether a folder is there, which is then to be crawled into found().
     bool isFolder() const { return kind_ == FolderLister::Kind::folder; }
@@ -56,8 +55,8 @@ public:
 
     /// Compares, reading the index in slices. False when it was reset.
     bool compare();
-    /// Applies. False when the index was reset.
-    bool apply() REQUIRES(index_.lock);
+    /// Applies with the index locked. False when it was reset.
+    bool apply() EXCLUDES(paths_.lock());
 
     /// The lines for the log, in their order.
     std::vector<std::string> log() const;
@@ -83,18 +82,18 @@ private:
     Kind kindOf(const std::string &path) const;
     bool isRoot(const std::string &path) const;
     bool isBelow(const std::string &path) const;
-    bool stepAside() const REQUIRES_SHARED(index_.lock);
-    bool compareFound() EXCLUDES(index_.lock);
-    bool compareIndexed() EXCLUDES(index_.lock);
+    bool stepAside() const REQUIRES_SHARED(paths_.lock());
+    bool compareFound() EXCLUDES(paths_.lock());
+    bool compareIndexed() EXCLUDES(paths_.lock());
     std::size_t placeOf(NodeId node, std::size_t parent, std::vector<Unfound> &unfound)
-        REQUIRES_SHARED(index_.lock);
+        REQUIRES_SHARED(paths_.lock());
     void judge(const std::vector<Unfound> &unfound);
-    void remove(const std::string &path) REQUIRES(index_.lock);
-    void insert() REQUIRES(index_.lock);
+    void remove(const std::string &path) REQUIRES(paths_.lock());
+    void insert() REQUIRES(paths_.lock());
 
+    SearchBasePaths &paths_;
     const Terms terms_;
     const ExtensionSet extensions_;
-    PathIndex &index_;
     const std::string path_;
     Kind kind_;
     bool isPackage_ = false;

@@ -77,8 +77,7 @@ SearchBase::SearchBase(const FrontFinderSearch *frontFinderSearch,
                        SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
                        Services services)
     : searchBaseMatcher_(searchBaseMatcher),
-      index_(searchBaseMatcher.index()),
-      searchBasePaths_(index_),
+      searchBasePaths_(searchBaseMatcher.index()),
       frontFinderSearch_(frontFinderSearch),
       searchBaseFinder_(searchBaseFinder),
       searchBaseIgnorePaths_(searchBaseFinder),
@@ -126,7 +125,7 @@ std::set<std::string> SearchBase::includeFilePatterns() const
 
 std::size_t SearchBase::count() const
 {
-    const ReadingIndex reading(index_.lock);
+    const ReadingIndex reading(searchBasePaths_.lock());
     return searchBasePaths_.count();
 }
 
@@ -141,7 +140,7 @@ std::stop_token SearchBase::beginAnew()
 
 void SearchBase::reset()
 {
-    const WritingIndex writing(index_.lock);
+    const WritingIndex writing(searchBasePaths_.lock());
     beginAnew();
     searchBasePaths_.clear();
 }
@@ -150,7 +149,7 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
 {
     std::stop_token isReset;
     {
-        const WritingIndex writing(index_.lock);
+        const WritingIndex writing(searchBasePaths_.lock());
         isReset = beginAnew();
     }
     const EitherStop end(stop, isReset);
@@ -179,8 +178,8 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
 
 void SearchBase::add(std::string_view path)
 {
-    const WritingIndex writing(index_.lock);
-    index_.tree.insert(normalizePath(path), PathTree::CANDIDATE);
+    const WritingIndex writing(searchBasePaths_.lock());
+    searchBasePaths_.mutableTree().insert(normalizePath(path), PathTree::CANDIDATE);
     searchBasePaths_.add(path);
 }
 
@@ -208,7 +207,7 @@ void SearchBase::update(const std::string &path, const std::stop_token &stop)
     }
     std::stop_token isReset;
     {
-        const ReadingIndex reading(index_.lock);
+        const ReadingIndex reading(searchBasePaths_.lock());
         isReset = anew_.get_token();
     }
     const EitherStop end(stop, isReset);
@@ -217,8 +216,8 @@ void SearchBase::update(const std::string &path, const std::stop_token &stop)
         return;
     const std::string url(withoutTrailingSlashes(path));
     const std::set<std::string> patterns = includeFilePatterns();
-    IndexUpdate update({.paths = searchBasePaths_,
-                        .folderLister = services_.folderLister,
+    IndexUpdate update(searchBasePaths_,
+                       {.folderLister = services_.folderLister,
                         .patterns = patterns,
                         .roots = roots_,
                         .isReset = isReset,
@@ -246,10 +245,7 @@ bool SearchBase::findOut(IndexUpdate &update, const std::string &url,
 void SearchBase::applyInMainQueue(IndexUpdate &update)
 {
     bool isApplied = false;
-    const bool hasRun = services_.mainQueue.postAndWait([&] {
-        const WritingIndex writing(index_.lock);
-        isApplied = update.apply();
-    });
+    const bool hasRun = services_.mainQueue.postAndWait([&] { isApplied = update.apply(); });
     if (!hasRun || !isApplied)
         return;
     // Nothing waits for the receiver of these lines but this thread.
@@ -264,9 +260,9 @@ void SearchBase::remove(std::string_view path)
 {
     std::vector<std::string> lines;
     {
-        const WritingIndex writing(index_.lock);
+        const WritingIndex writing(searchBasePaths_.lock());
         const PathTree::NodeId node = searchBasePaths_.remove(path, lines);
-        index_.tree.removeFlags(node, PathTree::CANDIDATE);
+        searchBasePaths_.mutableTree().removeFlags(node, PathTree::CANDIDATE);
     }
     services_.logger.log(lines);
 }
@@ -296,8 +292,8 @@ void SearchBase::describe(SortedPathWalk::Of of,
     for (bool goesOn = true; goesOn;) {
         std::string piece;
         {
-            const ReadingIndex reading(index_.lock);
-            const PathTree &tree = index_.tree;
+            const ReadingIndex reading(searchBasePaths_.lock());
+            const PathTree &tree = searchBasePaths_.tree();
             if (!walk) {
                 tree.pin();
                 walk.emplace(tree, of);

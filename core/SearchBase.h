@@ -93,7 +93,7 @@ protected:
 
 private:
     /// Ends what is under way. Returns what ends with the next call.
-    std::stop_token beginAnew() REQUIRES(index_.lock);
+    std::stop_token beginAnew() REQUIRES(searchBasePaths_.lock());
     CrawlResult enumerate(const std::string &url, const std::set<std::string> &patterns,
                           CrawlSink &sink, const Progress &progress, const std::stop_token &stop);
     CrawlResult enumerateForUpdate(const std::string &url, const std::set<std::string> &patterns,
@@ -105,7 +105,6 @@ private:
                   const std::function<void(std::string_view piece)> &receive) const;
 
     FuzzyMatch &searchBaseMatcher_;
-    PathIndex &index_;
     SearchBasePaths searchBasePaths_;
     const FrontFinderSearch *const frontFinderSearch_;
     SearchBaseFinder &searchBaseFinder_;
@@ -117,7 +116,7 @@ private:
     /// The include folders of the last build.
     std::vector<std::string> roots_ GUARDED_BY(changing_);
     /// Requested when the index is reset or built anew.
-    std::stop_source anew_ GUARDED_BY(index_.lock);
+    std::stop_source anew_ GUARDED_BY(searchBasePaths_.lock());
 };
 
 } // namespace quillon

@@ -119,7 +119,9 @@ public:
     PathTree::NodeId nodeAbove(std::string_view parent) const REQUIRES_SHARED(index_.lock);
 
     /// The tree and its lock, shared with the matcher.
-    PathIndex &index() const { return index_; }
+    IndexLock &lock() const RETURNS_CAPABILITY(index_.lock) { return index_.lock; }
+    PathTree &mutableTree() REQUIRES(index_.lock) { return index_.tree; }
+    const PathTree &tree() const REQUIRES_SHARED(index_.lock) { return index_.tree; }
 
 private:
     using Children = std::set<std::string, std::less<>>;

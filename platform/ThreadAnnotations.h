@@ -18,5 +18,6 @@
 #define RELEASE(...) QUILLON_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
 #define RELEASE_SHARED(...) QUILLON_THREAD_ANNOTATION(release_shared_capability(__VA_ARGS__))
 #define RELEASE_GENERIC(...) QUILLON_THREAD_ANNOTATION(release_generic_capability(__VA_ARGS__))
+#define RETURNS_CAPABILITY(x) QUILLON_THREAD_ANNOTATION(lock_returned(x))
 #define EXCLUDES(...) QUILLON_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
 #define NO_THREAD_SAFETY_ANALYSIS QUILLON_THREAD_ANNOTATION(no_thread_safety_analysis)
