@@ -14,12 +14,13 @@ bool has(const PathTree &tree, NodeId node, PathTree::Flags flag)
 }
 
 /// Whether the tree's shape says that the parent lists the path. What stands below "/" reads
-/// "/name": its first component is the empty one.
+/// "/name": its first component is the empty one, not the two of "/".
 bool isParentByShape(std::string_view parent, std::string_view path)
 {
     const std::size_t slash = path.rfind('/');
-    return slash != std::string_view::npos &&
-           parent == (slash == 0 ? std::string_view("/") : path.substr(0, slash));
+    if (slash == std::string_view::npos)
+        return false;
+    return slash == 0 ? parent == "/" : parent != "/" && parent == path.substr(0, slash);
 }
 
 /// The text of the node that keeps a path's set of children.
