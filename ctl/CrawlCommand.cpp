@@ -38,7 +38,7 @@ public:
     double bytesPerPath();
 
 private:
-    void print(std::string_view path) REQUIRES(index_.lock);
+    void print(std::string_view path) REQUIRES(paths_.lock());
 
     PathIndex index_;
     SearchBasePaths paths_{index_};
@@ -46,14 +46,14 @@ private:
     const char end_;
     std::stop_source closed_;
     std::string newRoot_;
-    std::string text_ GUARDED_BY(index_.lock);
+    std::string text_ GUARDED_BY(paths_.lock());
     std::size_t folders_ = 0;
     std::size_t files_ = 0;
 };
 
 CrawlSink::Token PrintingSink::root(const std::string &path)
 {
-    const WritingIndex writing(index_.lock);
+    const WritingIndex writing(paths_.lock());
     const std::size_t before = paths_.count();
     const Token token = paths_.add(path);
     newRoot_ = paths_.count() > before ? path : "";
@@ -64,16 +64,16 @@ void PrintingSink::acceptRoot()
 {
     if (newRoot_.empty())
         return;
-    const WritingIndex writing(index_.lock);
+    const WritingIndex writing(paths_.lock());
     ++folders_;
     print(newRoot_);
 }
 
 void PrintingSink::add(Token parent, std::span<Entry> entries)
 {
-    const WritingIndex writing(index_.lock);
+    const WritingIndex writing(paths_.lock());
     text_.clear();
-    index_.tree.appendText(parent, text_);
+    paths_.tree().appendText(parent, text_);
     text_ += '/';
     const std::size_t prefix = text_.size();
     for (Entry &entry : entries) {
@@ -97,8 +97,8 @@ void PrintingSink::print(std::string_view path)
 
 double PrintingSink::bytesPerPath()
 {
-    const ReadingIndex reading(index_.lock);
-    return static_cast<double>(index_.tree.bytes()) /
+    const ReadingIndex reading(paths_.lock());
+    return static_cast<double>(paths_.tree().bytes()) /
            static_cast<double>(std::max<std::size_t>(paths_.count(), 1));
 }
 
