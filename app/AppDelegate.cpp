@@ -51,6 +51,11 @@ AppDelegate::AppDelegate()
 
     connect(&searchWindow_, &SearchWindow::appeared, &controller,
             &LightningSearchViewController::viewWillAppear);
+    connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
+        // Folders may have been named in the settings by hand since.
+        if (!source_.state().hasLocations)
+            source_.startBuilding();
+    });
     connect(&searchWindow_, &SearchWindow::becameKey, &controller,
             &LightningSearchViewController::windowDidBecomeKey);
     connect(&searchWindow_, &SearchWindow::disappeared, &controller,

@@ -247,17 +247,13 @@ void LightningSearchViewController::confirm(ActionShortcutFlags flags)
         source_.addHomeFolder();
         return;
     }
-    if (isAnswered()) {
-        if (const auto result = searchResults_.result(selectedRow()))
-            open(result, flags);
-        return;
-    }
-    // The rows belong to an older text; what the user means is the answer to this one.
-    if (debouncedSearch_.isPending())
+    // While the rows belong to an older text, what the user means is the answer to this one.
+    if (!isAnswered() && debouncedSearch_.isPending())
         searchNow();
-    pendingOpen_ = flags;
-    if (isAnswered())
-        confirm(flags);
+    if (!isAnswered())
+        pendingOpen_ = flags;
+    else if (const auto result = searchResults_.result(selectedRow()))
+        open(result, flags);
 }
 
 void LightningSearchViewController::open(const SearchBaseResultRef &result,
@@ -296,7 +292,7 @@ void LightningSearchViewController::updateMessage(const PanelSource::State &stat
     const QString text = view_.searchTextField().text();
     if (!state.hasLocations) {
         message.setMessage(tr("No folders to search yet"),
-                           tr("Press Return to search your home folder, or name other folders "
+                           tr("Press Return to search your home folder,\nor name other folders "
                               "under “qln-bookmarks” in %1")
                                .arg(settingsPlace_));
     } else if (state.isBuilding) {
@@ -307,7 +303,9 @@ void LightningSearchViewController::updateMessage(const PanelSource::State &stat
         message.setMessage(tr("Type a part of a folder’s name"),
                            tr("The folders you open most will be listed here"));
     } else {
-        message.setMessage(tr("No folder matches “%1”").arg(text), tr("Try fewer letters"));
+        message.setMessage(tr("No folder matches “%1”").arg(text),
+                           text.contains(u' ') ? tr("Try it without the blanks")
+                                               : tr("Try fewer letters"));
     }
 }
 

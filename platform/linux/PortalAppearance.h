@@ -5,6 +5,8 @@
 #include <QDBusMessage>
 #include <QObject>
 
+#include <utility>
+
 namespace quillon {
 
 /// The colour scheme that the desktop tells through org.freedesktop.portal.Settings. Asked without

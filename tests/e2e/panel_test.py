@@ -235,6 +235,20 @@ class PanelTest(Desktop):
         self.assertEqual(eventually("the folder", lambda: record.exists() and record.read_text()),
                          str(self.tree / "real"))
 
+    def test_starts_from_nothing(self):
+        record = self.open_folders_with_recorder()
+        self.make_folders("first steps")
+        self.start()
+        def chosen():
+            self.press("Return")
+            return self.settings.exists() and json.loads(self.settings.read_text())
+        settings = eventually("the home folder as the one to search", chosen)
+        self.assertEqual(list(settings["qln-bookmarks"]), [str(self.home)])
+        self.type("firste")
+        self.press_return_until_opened()
+        self.assertEqual(eventually("the folder", lambda: record.exists() and record.read_text()),
+                         str(self.tree / "first steps"))
+
     def test_runs_without_a_session_bus(self):
         self.write_settings()
         environment = dict(self.environment(),
