@@ -37,4 +37,6 @@ include(CheckIPOSupported)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
     check_ipo_supported(RESULT ipo OUTPUT ipoReason LANGUAGES CXX)
     set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ${ipo})
+    # Optimising across units sees a size in Qt's hash that cannot occur.
+    add_link_options($<$<CXX_COMPILER_ID:GNU>:-Wno-alloc-size-larger-than>)
 endif()
