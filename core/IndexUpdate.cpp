@@ -3,6 +3,7 @@
 #include "indexing/Crawler.h"
 
 #include <algorithm>
+#include <optional>
 
 // An update takes the path and the children listed under it out of the index and puts in whatever a
 // crawl has found. Removals do not reach further down, so that alone would leave behind what stood
@@ -57,12 +58,12 @@ IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, std::string path)
       terms_(std::move(terms)),
       extensions_(terms_.patterns),
       path_(std::move(path)),
-      kind_(kindOf(path_))
+      kind_(kindOfChanged())
 {}
 
 void IndexUpdate::crawlFailed(const CrawlResult &result)
 {
-    kind_ = kindOf(path_);
+    kind_ = kindOfChanged();
     isPackage_ = isFolder() && result.outcome == CrawlResult::Outcome::packageOrMissing;
 }
 
@@ -89,6 +90,24 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path) const
         return extensions_.holdsExtensionOf(path.substr(path.rfind('/') + 1));
     };
     return kind == Kind::other && !isIncluded() ? Kind::nothing : kind;
+}
+
+/// A path that a link has come to lead to is not there, wherever the link leads.
+FolderLister::Kind IndexUpdate::kindOfChanged() const
+{
+    std::optional<std::size_t> nearestRoot;
+    for (const std::string &root : terms_.roots) {
+        const std::size_t size = root == "/" ? 0 : root.size();
+        if (path_.starts_with(root) && path_.size() > size && path_[size] == '/')
+            nearestRoot = std::max(nearestRoot.value_or(0), size);
+    }
+    if (nearestRoot && !isRoot(path_)) {
+        for (std::size_t slash = path_.find('/', *nearestRoot + 1); slash != std::string::npos;
+             slash = path_.find('/', slash + 1))
+            if (terms_.folderLister.kind(path_.substr(0, slash)) != Kind::folder)
+                return Kind::nothing;
+    }
+    return kindOf(path_);
 }
 
 // Comparing

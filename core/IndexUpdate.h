@@ -80,6 +80,7 @@ private:
     static constexpr std::size_t IN_NO_FOLDER = IN_FOLDER - 1;
 
     Kind kindOf(const std::string &path) const;
+    Kind kindOfChanged() const;
     bool isRoot(const std::string &path) const;
     bool isBelow(const std::string &path) const;
     bool stepAside() const REQUIRES_SHARED(paths_.lock());

@@ -1,0 +1,535 @@
+#include "core/DemoSearchBase.h"
+#include "core/SearchBase.h"
+#include "tests/core/SearchBaseSupport.h"
+#include "tests/support/ManualTaskQueue.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <regex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+using testing::UnorderedElementsAreArray;
+using RealBase = SearchBaseOver<PosixFolderLister>;
+using FakeBase = SearchBaseOver<FakeFolderLister>;
+
+/// The dump without the sets of children that are empty: they say no more than no set.
+std::string dumpOf(const SearchBase &base)
+{
+    const std::string text = base.treeDescription() + "\n";
+    return std::regex_replace(text, std::regex("\n/[^\n]*: \n\t(?=\n)"), "");
+}
+
+/// Lines of a dump in an order that does not depend on that of the sets.
+std::vector<std::string> sortedLines(const std::string &text)
+{
+    std::vector<std::string> lines;
+    std::string line;
+    for (std::istringstream stream(text); std::getline(stream, line);)
+        lines.push_back(line);
+    std::ranges::sort(lines);
+    return lines;
+}
+
+/// A real tree and a base that has indexed it.
+class Changed
+{
+public:
+    explicit Changed(const std::vector<std::string> &folders,
+                     const std::vector<std::string> &roots = {""})
+    {
+        for (const std::string &folder : folders)
+            disk.makeFolder(folder);
+        for (const std::string &root : roots)
+            roots_.push_back(root.empty() ? disk.path() : disk.path(root));
+        base.includeFolders(roots_);
+        base.build();
+    }
+    /// The lines logged since the last call, without time and place.
+    std::vector<std::string> log()
+    {
+        std::vector<std::string> lines;
+        for (const std::string &line : base.logger.recentLogItems())
+            lines.push_back(
+                std::regex_replace(line.substr(line.find(' ') + 1), std::regex(disk.path()), "D"));
+        lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(logged_));
+        logged_ += lines.size();
+        return lines;
+    }
+    void update(const std::string &relative = {})
+    {
+        base.searchBase.update(relative.empty() ? disk.path() : disk.path(relative));
+    }
+    /// The index holds what one built now would hold.
+    void expectFresh()
+    {
+        RealBase fresh;
+        fresh.includeFolders(roots_);
+        fresh.build();
+        EXPECT_EQ(sortedLines(dumpOf(base.searchBase)), sortedLines(dumpOf(fresh.searchBase)));
+        EXPECT_THAT(base.indexed(), UnorderedElementsAreArray(fresh.indexed()));
+    }
+    bool has(const std::string &relative)
+    {
+        return testing::Value(base.indexed(), Contains(disk.path(relative)));
+    }
+
+    TemporaryFolder disk;
+    RealBase base;
+
+private:
+    std::vector<std::string> roots_;
+    std::size_t logged_ = 0;
+};
+
+struct ChangeRow
+{
+    const char *name;
+    std::vector<std::string> folders;
+    std::function<void(const TemporaryFolder &)> change;
+    std::vector<std::string> updates;
+    std::vector<std::string> roots = {""};
+
+    friend std::ostream &operator<<(std::ostream &stream, const ChangeRow &row)
+    {
+        return stream << row.name;
+    }
+};
+
+class SearchBaseChange : public testing::TestWithParam<ChangeRow>
+{};
+
+TEST_P(SearchBaseChange, leavesWhatAFreshBuildWouldHold)
+{
+    const ChangeRow &row = GetParam();
+    Changed changed(row.folders, row.roots);
+    row.change(changed.disk);
+    for (const std::string &path : row.updates)
+        changed.update(path);
+    changed.expectFresh();
+}
+
+void moveInto(const TemporaryFolder &disk, const char *from, const char *to)
+{
+    fs::rename(disk.path(from), disk.path(to));
+}
+void replace(const TemporaryFolder &disk, const char *path)
+{
+    fs::remove_all(disk.path(path));
+}
+
+const std::vector<ChangeRow> CHANGES = {
+    {"createdSubtree", {"a"}, [](auto &d) { d.makeFolder("a/b/c d/e"); }, {"a"}},
+    {"createdItself", {"a"}, [](auto &d) { d.makeFolder("a/b/c"); }, {"a/b"}},
+    {"deletedSubtreeByItsParent",
+     {"a/b/c/d/e", "a/b c/x"},
+     [](auto &d) { replace(d, "a/b"); },
+     {"a"}},
+    {"deletedItself", {"a/b/c/d/e", "a/x"}, [](auto &d) { replace(d, "a/b"); }, {"a/b"}},
+    {"deletedFarAbove", {"a/b/c/d/e"}, [](auto &d) { replace(d, "a"); }, {""}},
+    {"deletedDeepBelow", {"a/b/c/d/e/f"}, [](auto &d) { replace(d, "a/b/c/d"); }, {"a"}},
+    {"renamed", {"a/b/c/d"}, [](auto &d) { moveInto(d, "a/b", "a/z"); }, {"a"}},
+    {"movedElsewhere",
+     {"a/b/c/d", "z"},
+     [](auto &d) { moveInto(d, "a/b", "z/b"); },
+     {"a/b", "z/b"}},
+    {"swapped",
+     {"a/x/1", "b/y/2"},
+     [](auto &d) {
+         moveInto(d, "a", "t");
+         moveInto(d, "b", "a");
+         moveInto(d, "t", "b");
+     },
+     {"a", "b"}},
+    {"becameAFile",
+     {"a/b/c"},
+     [](auto &d) {
+         replace(d, "a/b");
+         d.writeFile("a/b");
+     },
+     {"a/b"}},
+    {"becameAnIncludedFile",
+     {"a/b.sublime-project/c/d"},
+     [](auto &d) {
+         replace(d, "a/b.sublime-project");
+         d.writeFile("a/b.sublime-project");
+     },
+     {"a"}},
+    {"includedFileItself",
+     {"a"},
+     [](auto &d) { d.writeFile("a/x.sublime-project"); },
+     {"a/x.sublime-project"}},
+    {"otherFile", {"a"}, [](auto &d) { d.writeFile("a/x.txt"); }, {"a/x.txt", "a"}},
+    {"becameALinkToTheLike",
+     {"a/b/c/d", "z/c/d"},
+     [](auto &d) {
+         replace(d, "a/b");
+         fs::create_directory_symlink(d.path("z"), d.path("a/b"));
+     },
+     {"a"}},
+    {"becameALinkItself",
+     {"a/b/c/d", "z/c/d"},
+     [](auto &d) {
+         replace(d, "a/b");
+         fs::create_directory_symlink(d.path("z"), d.path("a/b"));
+     },
+     {"a/b"}},
+    {"hidden", {"a/b/c/d"}, [](auto &d) { moveInto(d, "a/b", "a/.b"); }, {"a"}},
+    {"excludedNamesBelow",
+     {"a"},
+     [](auto &d) {
+         d.makeFolder("a/node_modules/x");
+         d.makeFolder("a/Library/Caches/x");
+     },
+     {"a"}},
+    {"packageBelow", {"a"}, [](auto &d) { d.makeFolder("a/B.xcodeproj/x"); }, {"a"}},
+    {"packageItself", {"a"}, [](auto &d) { d.makeFolder("a/B.app/Contents"); }, {"a/B.app/"}},
+    {"insideAnApplication",
+     {"a/B.app"},
+     [](auto &d) { d.makeFolder("a/B.app/Contents"); },
+     {"a/B.app/Contents"}},
+    {"includeFolderInAnExcludedOne",
+     {"a/node_modules/in/x/y", "a/b"},
+     [](auto &d) { replace(d, "a/b"); },
+     {"a", "", "a/node_modules/in"},
+     {"", "a/node_modules/in"}},
+    {"includeFolderThatIsHidden",
+     {"a/.in/x/y"},
+     [](auto &d) { d.makeFolder("a/.in/x/z"); },
+     {"a/.in", "a"},
+     {"", "a/.in"}},
+    {"underAnIncludeFolderThatStays",
+     {"a/.in/x/y"},
+     [](auto &d) { replace(d, "a/.in/x"); },
+     {"a"},
+     {"", "a/.in"}},
+    {"includeFolderGone",
+     {"a/in/x/y", "b"},
+     [](auto &d) { replace(d, "a/in"); },
+     {"a"},
+     {"b", "a"}},
+    {"oddNames",
+     {"a", "a b", "a-b/x"},
+     [](auto &d) {
+         d.makeFolder("a\n\xff/ ");
+         replace(d, "a-b");
+     },
+     {""}},
+    {"everything", {"a/b", "c/d"}, [](auto &d) { replace(d, "a"); }, {"a/b", "a", ""}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, SearchBaseChange, testing::ValuesIn(CHANGES),
+                         [](const auto &row) { return row.param.name; });
+
+TEST(SearchBaseUpdate, tellsTheLogWhatItDoesInOrder)
+{
+    Changed changed({"a/b/c", "a/P.app/x", "a/d"});
+    changed.log();
+    fs::remove_all(changed.disk.path("a/b"));
+    changed.update("a/");
+    auto lines = changed.log();
+    ASSERT_EQ(lines.size(), 7U);
+    EXPECT_EQ(lines[0], "sbl_change: D/a/");
+    EXPECT_THAT(lines[1],
+                testing::MatchesRegex(R"(sbl_stored_desc: \["D/a/.*", "D/a/.*", "D/a/.*"\])"));
+    std::sort(lines.begin() + 2, lines.begin() + 5);
+    EXPECT_THAT(std::vector(lines.begin() + 2, lines.end()),
+                ElementsAre("sbp_remove: D/a/P.app", "sbp_remove: D/a/b", "sbp_remove: D/a/d",
+                            "sbp_remove: D/a", "sbp_remove: D/a/b/c"));
+
+    changed.update("gone");
+    EXPECT_THAT(changed.log(), ElementsAre("sbl_change: D/gone", "sbl_stored_desc: []",
+                                           "sbp_remove: D/gone", "sbl_root_gone: D/gone"));
+    changed.update("a/P.app/x");
+    EXPECT_THAT(changed.log(),
+                ElementsAre("sbl_change: D/a/P.app/x", "sbl_ignore_app D/a/P.app/x"));
+    changed.update("a/P.app/");
+    EXPECT_THAT(changed.log(), ElementsAre("sbl_change: D/a/P.app/", "sbl_stored_desc: []",
+                                           "sbp_remove: D/a/P.app", "sb_grd is_package D/a/P.app"));
+    changed.base.searchBase.remove(changed.disk.path("a/d/"));
+    EXPECT_THAT(changed.log(), ElementsAre("sbp_remove: D/a/d"));
+    EXPECT_FALSE(changed.has("a/d"));
+
+    Changed package({"in.app/x"}, {"in.app"});
+    EXPECT_THAT(package.log(), ElementsAre("sb_grd is_package D/in.app"));
+}
+
+TEST(SearchBaseUpdate, reportsInsertionsThatTakeLong)
+{
+    for (const auto &[step, line] :
+         {std::pair(1000ms, ""), std::pair(1500ms, "*>*>*>*> SB: Long delta 1.5 3\n")}) {
+        FakeBase base;
+        base.lister.add("/a/b/c");
+        std::chrono::steady_clock::time_point now;
+        SearchBase timed(nullptr, base.finder, base.matcher,
+                         {.folderLister = base.lister,
+                          .logger = base.logger,
+                          .mainQueue = base.queue,
+                          .now = [&, tick = step] { return now += tick; }});
+        timed.update("/a");
+        EXPECT_EQ(base.output.take(), line);
+        EXPECT_THAT(base.indexed(), ElementsAre("/a", "/a/b", "/a/b/c"));
+    }
+}
+
+/// Drops what it is given, as a closed queue.
+struct ClosedQueue final : TaskQueue
+{
+    void post(Task) override {}
+    void postDelayed(std::chrono::milliseconds, Task) override {}
+};
+
+TEST(SearchBaseUpdate, changesNothingOnceTheQueueIsClosedOrAStopRequested)
+{
+    FakeBase base;
+    base.lister.add("/a/b");
+    ClosedQueue closed;
+    SearchBase refused(nullptr, base.finder, base.matcher,
+                       {.folderLister = base.lister, .logger = base.logger, .mainQueue = closed});
+    refused.update("/a");
+    std::stop_source stop;
+    stop.request_stop();
+    base.searchBase.update("/a", stop.get_token());
+    EXPECT_THAT(base.indexed(), IsEmpty());
+}
+
+TEST(SearchBaseUpdate, writesNothingIntoAnIndexThatWasResetMeanwhile)
+{
+    FakeBase base;
+    base.lister.add("/a/b");
+    base.lister.onOpen = [&](const std::string &path) {
+        if (path == "/a/b")
+            base.searchBase.reset();
+    };
+    base.searchBase.update("/a");
+    EXPECT_THAT(base.indexed(), IsEmpty());
+    EXPECT_EQ(base.logger.recentLogItems().size(), 1U);
+    base.lister.onOpen = {};
+
+    // The reset comes between the crawl and the hop.
+    ManualTaskQueue queue;
+    std::atomic<bool> isPosted = false;
+    struct Posting final : TaskQueue
+    {
+        explicit Posting(ManualTaskQueue &to, std::atomic<bool> &flag) : to_(to), flag_(flag) {}
+        void post(Task task) override
+        {
+            to_.post(std::move(task));
+            flag_ = true;
+            flag_.notify_all();
+        }
+        void postDelayed(std::chrono::milliseconds, Task) override {}
+        ManualTaskQueue &to_;
+        std::atomic<bool> &flag_;
+    } posting(queue, isPosted);
+    SearchBase late(nullptr, base.finder, base.matcher,
+                    {.folderLister = base.lister, .logger = base.logger, .mainQueue = posting});
+    std::jthread updating([&] { late.update("/a"); });
+    isPosted.wait(false);
+    late.reset();
+    queue.runAll();
+    updating.join();
+    EXPECT_THAT(base.indexed(), IsEmpty());
+}
+
+TEST(SearchBaseUpdate, waitsForABuildAndThenCorrectsIt)
+{
+    FakeBase base;
+    for (const char *folder : {"/usr/a/b", "/usr/z/y"})
+        base.lister.add(folder);
+    base.includeFolders({"/usr"});
+    std::jthread updating;
+    std::atomic<bool> isChanged = false;
+    base.lister.onOpen = [&](const std::string &path) {
+        if (path == "/usr" && !isChanged.exchange(true))
+            updating = std::jthread([&] { base.searchBase.update("/usr/new"); });
+    };
+    base.build();
+    updating.join();
+    EXPECT_THAT(base.logger.recentLogItems(), Contains(EndsWith("sbl_root_gone: /usr/new")));
+    EXPECT_EQ(base.searchBase.count(), 5U);
+}
+
+/// Whether events tell of a change in this folder: it is none of those that the index leaves out.
+bool isTold(const std::string &folder)
+{
+    static const std::regex LEFT_OUT("/(\\.h|_extras|n\\.app)(/|$)");
+    const std::string inner = "r/.h/b";
+    return !std::regex_search(folder.starts_with(inner) ? folder.substr(inner.size()) : folder,
+                              LEFT_OUT);
+}
+
+/// Random changes of a small tree, of which the base is told as events tell: each changed path, or
+/// the folder it is in, or something above.
+TEST(SearchBaseUpdate, followsRandomChangesOfTheDisk)
+{
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        std::mt19937 random(seed);
+        const auto pick = [&random](std::size_t count) { return random() % count; };
+        const std::vector<std::string> names = {
+            "a", "b", "a b", ".h", "n.app", "_extras", "f.sublime-project"};
+        const auto path = [&] {
+            std::string text = "r";
+            for (auto depth = 1 + pick(4); depth > 0; --depth)
+                text += "/" + names[pick(names.size())];
+            return text;
+        };
+        Changed changed({"r/a/b/a", "r/.h/b"}, {"r", "r/.h/b"});
+        std::vector<std::string> touched;
+        for (int i = 0; i < 300 && !testing::Test::HasFailure(); ++i) {
+            const std::string one = path();
+            const std::string two = path();
+            std::error_code ignored;
+            switch (pick(5)) {
+            case 0:
+                fs::remove_all(changed.disk.path(one), ignored);
+                break;
+            case 1:
+                fs::rename(changed.disk.path(one), changed.disk.path(two), ignored);
+                break;
+            case 2:
+                fs::create_directory_symlink(changed.disk.path("r/a"), changed.disk.path(one),
+                                             ignored);
+                break;
+            case 3:
+                if (fs::is_directory(
+                        changed.disk.path(one).substr(0, changed.disk.path(one).rfind('/')),
+                        ignored))
+                    std::ofstream(changed.disk.path(one));
+                break;
+            default:
+                fs::create_directories(changed.disk.path(one), ignored);
+            }
+            touched.push_back(one);
+            touched.push_back(two);
+            if (pick(6) != 0)
+                continue;
+            // Nearest to the root first, and told of the folder around.
+            std::ranges::sort(touched, {}, &std::string::size);
+            for (const std::string &at : touched)
+                if (isTold(at.substr(0, at.rfind('/'))))
+                    changed.update(at.substr(0, at.rfind('/')));
+            touched.clear();
+            changed.update("r");
+            changed.update("r/.h/b");
+            changed.expectFresh();
+        }
+        if (testing::Test::HasFailure())
+            ADD_FAILURE() << "seed " << seed;
+    }
+}
+
+TEST(SearchBaseUpdate, neverHidesAnUnchangedFolderFromASearch)
+{
+    Changed changed({"stays/deep/needle", "comes"});
+    const std::string needle = changed.disk.path("stays/deep/needle");
+    std::atomic<bool> isOver = false;
+    std::atomic<int> answers = 0;
+    std::jthread searcher([&] {
+        while (!isOver) {
+            const auto rows = changed.base.searchBase.search("stays/deep/needle");
+            ASSERT_FALSE(rows.empty());
+            EXPECT_EQ(rows.front()->text(), needle);
+            changed.base.searchBase.treeDescription();
+            ++answers;
+        }
+    });
+    for (int i = 0; i < 60 || answers < 20; ++i) {
+        for (int k = 0; k < 30; ++k)
+            changed.disk.makeFolder("comes/" + std::to_string(i % 3) + "/" + std::to_string(k));
+        changed.update(i % 2 == 0 ? "" : "stays/deep");
+        fs::remove_all(changed.disk.path("comes/" + std::to_string(i % 3)));
+        changed.update("comes");
+    }
+    isOver = true;
+    searcher.join();
+    changed.update();
+    changed.expectFresh();
+}
+
+TEST(SearchBase, putsTheFrontWindowsItemsFirst)
+{
+    struct Row
+    {
+        bool active;
+        std::size_t items;
+        std::size_t indexed;
+        std::size_t rows;
+        bool goesToPath;
+    };
+    for (const Row &row : {Row{false, 3, 3, 4, true}, Row{true, 3, 3, 7, true},
+                           Row{true, 0, 3, 4, true}, Row{true, 30, 30, 50, false},
+                           Row{true, 12, 12, 25, true}, Row{true, 12, 13, 25, false}}) {
+        FakeBase base;
+        base.front.active = row.active;
+        if (row.items > 0)
+            base.front.items = std::make_shared<FuzzyMatch>();
+        for (std::size_t i = 0; i < row.items; ++i)
+            base.front.items->add("/x item " + std::to_string(10 + i));
+        base.front.paths["/x item 10"] = "/folder/x item 10";
+        for (std::size_t i = 0; i < row.indexed; ++i)
+            base.matcher.add("/x/" + std::to_string(10 + i));
+        const auto rows = base.searchBase.search("/x");
+        ASSERT_EQ(rows.size(), row.rows);
+        EXPECT_EQ(rows.back()->type() == SearchBaseResultType::goToPath, row.goesToPath);
+        if (row.active && row.items > 0) {
+            EXPECT_EQ(rows[0]->type(), SearchBaseResultType::inFrontFinder);
+            EXPECT_EQ(rows[0]->text(), "/x item 10");
+            EXPECT_EQ(rows[0]->path(), "/folder/x item 10");
+            EXPECT_EQ(rows[1]->path(), rows[1]->text());
+            EXPECT_EQ(rows[0]->highlightRanges(), (std::vector{TextRange{0, 2}}));
+        }
+    }
+}
+
+TEST(SearchBase, describesEverythingItHolds)
+{
+    FakeBase base;
+    for (const char *folder : {"/a/b", "/a b", "/a-"})
+        base.lister.add(folder);
+    EXPECT_EQ(base.searchBase.treeDescription(),
+              "\n\n*** Begin paths list ***\n\n\n\n*** Begin children tree mapping ***\n\n");
+    base.includeFolders({"/"});
+    base.build();
+    const std::string text = base.searchBase.treeDescription();
+    EXPECT_THAT(text, StartsWith("\n\n*** Begin paths list ***\n\n/\n/a\n/a b\n/a-\n/a/b"
+                                 "\n\n*** Begin children tree mapping ***\n\n/: \n\t/"));
+    EXPECT_THAT(text, EndsWith("\n/a: \n\t/a/b"));
+    EXPECT_THAT(text, Not(HasSubstr("\n\n\n")));
+}
+
+TEST(DemoSearchBase, showsSampleFoldersInsteadOfTheDisk)
+{
+    FakeBase base;
+    base.lister.onOpen = [](const std::string &path) { ADD_FAILURE() << path; };
+    base.includeFolders({"/"});
+    DemoSearchBase demo(
+        nullptr, base.finder, base.matcher,
+        {.folderLister = base.lister, .logger = base.logger, .mainQueue = base.queue});
+    demo.build({});
+    EXPECT_GT(demo.count(), 20U);
+    EXPECT_THAT(demo.search("recip").front()->text(), EndsWith("/Recipes"));
+}
+
+} // namespace
+
+} // namespace quillon
