@@ -255,7 +255,7 @@ struct DeepRow
 {
     const char *name;
     rlim_t descriptors;
-    std::set<std::string> extensions;
+    unsigned threads;
     friend std::ostream &operator<<(std::ostream &stream, const DeepRow &row)
     {
         return stream << row.name;
@@ -273,7 +273,7 @@ TEST_P(DeepCrawl, reachesTheEndOfATreeDeeperThanPathsMayBeLong)
     makeDeepChain(disk.path(), name, DEPTH);
 
     const DescriptorLimit limit(GetParam().descriptors);
-    const Crawl crawl(disk.path(), GetParam().extensions);
+    const Crawl crawl(disk.path(), {"txt"}, {}, {.threads = GetParam().threads});
     EXPECT_THAT(crawl.errors, IsEmpty());
     ASSERT_EQ(crawl.sink.kept.size(), 3U * DEPTH);
     std::string path = disk.path();
@@ -287,9 +287,8 @@ TEST_P(DeepCrawl, reachesTheEndOfATreeDeeperThanPathsMayBeLong)
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, DeepCrawl,
-                         testing::Values(DeepRow{"plenty", 1024, {}},
-                                         DeepRow{"plentyWithFiles", 1024, {"txt"}},
-                                         DeepRow{"fewDescriptors", 40, {"txt"}}),
+                         testing::Values(DeepRow{"shared", 1024, 2}, DeepRow{"alone", 1024, 1},
+                                         DeepRow{"fewDescriptors", 40, 2}),
                          [](const auto &row) { return row.param.name; });
 
 TEST(Crawler, survivesATreeThatChangesWhileItIsCrawled)
