@@ -1,0 +1,63 @@
+// Makes the first COUNT folders of the corpus real below FOLDER, each with a few empty files, seven
+// on average.
+
+#include "bench/Corpus.h"
+
+#include <charconv>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char *EXTENSIONS[] = {"txt", "cpp", "h", "jpg", "sublime-project", "json", "o"};
+
+bool makeFile(int folder, std::size_t number)
+{
+    const std::string name =
+        "item-" + std::to_string(number * 7919 % 100003) + "." + EXTENSIONS[number % 7];
+    const int file = openat(folder, name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+    return file >= 0 && close(file) == 0;
+}
+
+bool makeFolder(const std::string &path, std::size_t files)
+{
+    for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
+         slash = path.find('/', slash + 1))
+        mkdir(path.substr(0, slash).c_str(), 0700);
+    mkdir(path.c_str(), 0700);
+    const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return false;
+    bool made = true;
+    for (std::size_t i = 0; i < files; ++i)
+        made = made && makeFile(folder, i);
+    close(folder);
+    return made;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::size_t count = 0;
+    const std::string_view argument = argc == 3 ? argv[2] : "";
+    const auto [end, error] =
+        std::from_chars(argument.data(), argument.data() + argument.size(), count);
+    if (argument.empty() || error != std::errc() || end != argument.data() + argument.size()) {
+        std::fputs("usage: crawl_tree FOLDER COUNT\n", stderr);
+        return 2;
+    }
+    std::size_t number = 0;
+    for (const std::string &path : quillon::bench::makeCorpus(count)) {
+        if (!makeFolder(argv[1] + path, number++ % 15)) {
+            std::perror(path.c_str());
+            return 1;
+        }
+    }
+    return 0;
+}
