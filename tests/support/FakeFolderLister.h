@@ -43,7 +43,8 @@ public:
 
     Kind kind(const std::string &path) override
     {
-        return names_.contains(path) ? Kind::folder : Kind::nothing;
+        const std::size_t dot = path.ends_with("/.") ? 2 : 0;
+        return names_.contains(path.substr(0, path.size() - dot)) ? Kind::folder : Kind::nothing;
     }
 
     /// Called with each path to open, by the crawl's threads.
