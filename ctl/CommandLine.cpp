@@ -121,6 +121,7 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
 {
     CLI::App app("Searches folders by name, without a window.", "quillonctl");
     app.require_subcommand(1);
+    app.set_version_flag("--version", "quillonctl " QUILLON_VERSION, "Print the version and exit");
     app.formatter(std::make_shared<Formatter>());
     std::function<int(Output &)> chosen;
     MatchCommand match;
