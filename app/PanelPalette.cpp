@@ -15,21 +15,19 @@ constexpr double READABLE = 4.5;
 
 double luminance(const QColor &color)
 {
-    const auto linear = [](double channel) {
-        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    const auto linear = [](int channel) {
+        const double share = channel / 255.0;
+        return share <= 0.03928 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
     };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
+    return 0.2126 * linear(color.red()) + 0.7152 * linear(color.green()) +
+           0.0722 * linear(color.blue());
 }
 
 /// From a to b by the share of 0 to 1.
 QColor mixed(const QColor &a, const QColor &b, double share)
 {
-    const auto channel = [share](double from, double to) {
-        return static_cast<float>(from + (to - from) * share);
-    };
-    return QColor::fromRgbF(channel(a.redF(), b.redF()), channel(a.greenF(), b.greenF()),
-                            channel(a.blueF(), b.blueF()));
+    const auto channel = [share](int from, int to) { return qRound(from + (to - from) * share); };
+    return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
 }
 
 /// The weakest mix of the colour with full text that can be read on both grounds.
