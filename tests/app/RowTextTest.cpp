@@ -2,7 +2,8 @@
 
 #include "app/RowLayout.h"
 
-#include <QFontMetricsF>
+#include <QFont>
+#include <QtMath>
 
 #include <gmock/gmock.h>
 
@@ -10,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-SearchBaseResult result(std::string text, std::vector<TextRange> ranges)
+SearchBaseResult result(const std::string &text, std::vector<TextRange> ranges)
 {
     return {text, text, std::move(ranges), SearchBaseResultType::standard};
 }
@@ -104,7 +105,7 @@ TEST(RowLayout, losesTheBeginningAndNeverTheEnd)
     const qreal full = RowLayout(row, font, PanelPalette::light(), 10000).width();
     EXPECT_EQ(RowLayout(row, font, PanelPalette::light(), full).text(), row.text);
 
-    for (qreal width = full - 1; width > 40; width -= 7) {
+    for (int width = qFloor(full) - 1; width > 40; width -= 7) {
         const RowLayout layout(row, font, PanelPalette::light(), width);
         const QString text = layout.text();
         EXPECT_LE(layout.width(), width) << text.toStdString();
