@@ -41,7 +41,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         if (isSubsequence(query, text))
             expected.emplace_back(fuzzyScore(query, text), text);
     }
-    std::ranges::stable_sort(expected, [](const auto &a, const auto &b) { return a.first > b.first; });
+    std::ranges::stable_sort(expected,
+                             [](const auto &a, const auto &b) { return a.first > b.first; });
     expected.resize(std::min(expected.size(), top));
 
     const std::vector<FuzzyMatchResult> actual = match.match(query, top);

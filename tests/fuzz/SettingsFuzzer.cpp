@@ -13,8 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string bytes(reinterpret_cast<const char *>(data), size);
     require(textToBytes(bytesToText(bytes)) == bytes, "bytes survive being text");
 
-    const QJsonObject object =
-        QJsonDocument::fromJson(QByteArray::fromStdString(bytes)).object();
+    const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(bytes)).object();
     for (const QJsonValue entry : object) {
         const std::optional<DefaultsValue> value = fromJson(entry);
         if (!value)
