@@ -28,31 +28,46 @@ CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_to
 {
     {
         const std::stop_callback whenStopped(stop, [this] { requestStop(); });
-        {
-            const MutexLock lock(mutex_);
-            // One thread is enough to crawl, none is not.
-            while (!stopped_ && members_.size() < options_.threads && addMember()) {
-            }
-            if (!stopped_ && members_.empty()) {
-                fail(std::make_error_code(std::errc::resource_unavailable_try_again));
-                finish();
-            }
-        }
-        for (bool isOver = false; !isOver;) {
-            {
-                const MutexLock lock(mutex_);
-                if (!finished_ && !stopped_)
-                    over_.waitFor(mutex_, TICK);
-                isOver = finished_ || stopped_;
-                if (!isOver)
-                    lookAfterMembers();
-            }
+        start();
+        while (!isOver()) {
+            waitAWhile();
             deliver(progress);
         }
     }
     endThreads();
     deliver(progress);
+    return total();
+}
 
+void CrawlTeam::start()
+{
+    const MutexLock lock(mutex_);
+    // One thread is enough to crawl, none is not.
+    while (!stopped_ && members_.size() < options_.threads && addMember()) {
+    }
+    if (!stopped_ && members_.empty()) {
+        fail(std::make_error_code(std::errc::resource_unavailable_try_again));
+        finish();
+    }
+}
+
+bool CrawlTeam::isOver()
+{
+    const MutexLock lock(mutex_);
+    return finished_ || stopped_;
+}
+
+void CrawlTeam::waitAWhile()
+{
+    const MutexLock lock(mutex_);
+    if (!finished_ && !stopped_)
+        over_.waitFor(mutex_, TICK);
+    if (!finished_ && !stopped_)
+        lookAfterMembers();
+}
+
+CrawlResult CrawlTeam::total()
+{
     const MutexLock lock(mutex_);
     if (!finished_)
         result_.outcome = CrawlResult::Outcome::stopped;

@@ -80,6 +80,11 @@ private:
         bool isStalled = false;
     };
 
+    void start() EXCLUDES(mutex_);
+    bool isOver() EXCLUDES(mutex_);
+    void waitAWhile() EXCLUDES(mutex_);
+    CrawlResult total() EXCLUDES(mutex_);
+
     bool addMember() REQUIRES(mutex_);
     bool takeFromOthers(CrawlWorker &worker) REQUIRES(mutex_);
     std::size_t aliveMembers() REQUIRES(mutex_);
