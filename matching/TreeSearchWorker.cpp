@@ -26,6 +26,12 @@ namespace {
 /// Nodes between two looks at waiting writers and idle workers: some 10 to 50 microseconds.
 constexpr unsigned VISITS_PER_SLICE = 512;
 
+/// The last byte of a text that ends in the component, behind a slash.
+char lastByte(std::string_view component)
+{
+    return component.empty() ? '/' : component.back();
+}
+
 } // namespace
 
 TreeSearchWorker::TreeSearchWorker(TreeSearch &search)
@@ -127,10 +133,17 @@ bool TreeSearchWorker::isHopeless(const Node &node)
 void TreeSearchWorker::visit(NodeId id, const Node &node)
 {
     const std::size_t consumed = consume(levels_[depth_].consumed, tree_.name(node));
+    hasUnitsOfText_ = false;
     if ((node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size())
         addIfGood(id, node, depth_);
-    if (node.firstChild != PathTree::NONE)
-        push(id, node, consumed);
+    if (node.firstChild == PathTree::NONE)
+        return;
+    push(id, node, consumed);
+    if (hasUnitsOfText_) {
+        Level &level = levels_[depth_];
+        level.units = unitsOfText_;
+        finishUnits(level, lastByte(tree_.name(node)));
+    }
 }
 
 void TreeSearchWorker::push(NodeId id, const Node &node, std::size_t consumed)
@@ -176,6 +189,7 @@ bool TreeSearchWorker::isBelowThreshold(const Node &node, std::size_t above)
         computeUnits(above);
     search_.unitScorer_->extend(levels_[above].units, unitsOfText_, levels_[above].position, '/',
                                 tree_.name(node));
+    hasUnitsOfText_ = true;
     return search_.unitScorer_->score(unitsOfText_) < threshold;
 }
 
@@ -213,11 +227,15 @@ void TreeSearchWorker::computeUnits(std::size_t depth)
         Level &level = levels_[known + 1];
         const std::string_view name = parentName(level);
         search_.unitScorer_->extend(above.units, level.units, above.position, '/', name);
-        search_.unitScorer_->extend(level.units, level.units, level.position - 1,
-                                    name.empty() ? '/' : name.back(), "/");
-        search_.unitScorer_->computeStarts(level.units, level.position, level.starts);
-        level.hasUnits = true;
+        finishUnits(level, lastByte(name));
     }
+}
+
+void TreeSearchWorker::finishUnits(Level &level, char lastByte)
+{
+    search_.unitScorer_->extend(level.units, level.units, level.position - 1, lastByte, "/");
+    search_.unitScorer_->computeStarts(level.units, level.position, level.starts);
+    level.hasUnits = true;
 }
 
 void TreeSearchWorker::computeState(std::size_t depth)
@@ -231,8 +249,7 @@ void TreeSearchWorker::computeState(std::size_t depth)
         const std::string_view name = parentName(level);
         level.state = above.state;
         search_.scorer_->extend(level.state, above.position, '/', name);
-        search_.scorer_->extend(level.state, level.position - 1, name.empty() ? '/' : name.back(),
-                                "/");
+        search_.scorer_->extend(level.state, level.position - 1, lastByte(name), "/");
         level.hasState = true;
     }
 }

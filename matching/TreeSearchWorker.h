@@ -53,6 +53,7 @@ private:
     void add(const Hit &hit);
     std::size_t consume(std::size_t consumed, std::string_view bytes) const;
     void computeUnits(std::size_t depth);
+    void finishUnits(Level &level, char lastByte);
     void computeState(std::size_t depth);
     std::string_view parentName(const Level &level) const;
 
@@ -63,7 +64,9 @@ private:
     std::vector<Level> levels_;
     std::size_t depth_ = 0;
     unsigned visits_ = 0;
+    /// Of the text visited last, when hasUnitsOfText_.
     UnitScorer::State unitsOfText_;
+    bool hasUnitsOfText_ = false;
     ColumnScorer::State stateOfText_;
 };
 
