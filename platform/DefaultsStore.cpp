@@ -26,9 +26,9 @@ struct ToBoolean
     bool operator()(double value) const { return std::fpclassify(value) != FP_ZERO; }
     bool operator()(const std::string &value) const
     {
-        constexpr std::array<std::string_view, 3> trueTexts = {"true", "yes", "1"};
+        constexpr std::array<std::string_view, 3> TRUE_TEXTS = {"true", "yes", "1"};
         return std::ranges::any_of(
-            trueTexts, [&](std::string_view text) { return equalInAnyCase(value, text); });
+            TRUE_TEXTS, [&](std::string_view text) { return equalInAnyCase(value, text); });
     }
     template <typename Other>
     bool operator()(const Other &) const
@@ -54,8 +54,8 @@ std::optional<std::int64_t> DefaultsValue::asInteger() const
     if (const auto *number = std::get_if<std::int64_t>(&value))
         return *number;
     const auto *number = std::get_if<double>(&value);
-    constexpr double limit = 0x1p63;
-    const bool whole = number && *number >= -limit && *number < limit &&
+    constexpr double LIMIT = 0x1p63;
+    const bool whole = number && *number >= -LIMIT && *number < LIMIT &&
                        std::fpclassify(*number - std::trunc(*number)) == FP_ZERO;
     if (!whole)
         return std::nullopt;

@@ -24,8 +24,8 @@ void appendUtf8(std::string &bytes, char32_t character)
         return;
     }
     const int continuations = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-    constexpr std::array<char32_t, 4> leads = {0, 0xC0, 0xE0, 0xF0};
-    append(leads.at(static_cast<std::size_t>(continuations)) | (character >> (6 * continuations)));
+    constexpr std::array<char32_t, 4> LEADS = {0, 0xC0, 0xE0, 0xF0};
+    append(LEADS.at(static_cast<std::size_t>(continuations)) | (character >> (6 * continuations)));
     for (int i = continuations - 1; i >= 0; --i)
         append(0x80 | ((character >> (6 * i)) & 0x3F));
 }

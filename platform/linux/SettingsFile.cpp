@@ -78,9 +78,9 @@ void complain(const std::string &path, const char *what, const std::string &reas
 /// What the path leads to when the links at its end are followed, whether or not it is there.
 fs::path followLinks(fs::path path)
 {
-    constexpr int mostLinks = 40;
+    constexpr int MOST_LINKS = 40;
     std::error_code error;
-    for (int i = 0; i < mostLinks && fs::is_symlink(path, error); ++i)
+    for (int i = 0; i < MOST_LINKS && fs::is_symlink(path, error); ++i)
         path = path.parent_path() / fs::read_symlink(path, error);
     return path;
 }
@@ -146,14 +146,14 @@ bool waitFor(int descriptor)
 /// Returns the errno of what failed, 0 when all bytes were read.
 int readAll(int descriptor, const struct stat &status, QByteArray &bytes)
 {
-    constexpr qsizetype more = 4096;
+    constexpr qsizetype MORE = 4096;
     if (!S_ISREG(status.st_mode))
         return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
     qsizetype length = 0;
     bytes.resize(static_cast<qsizetype>(status.st_size));
     for (;;) {
         if (length == bytes.size())
-            bytes.resize(length + more);
+            bytes.resize(length + MORE);
         const ssize_t count = ::read(descriptor, bytes.data() + length,
                                      static_cast<std::size_t>(bytes.size() - length));
         if (count == 0) {
@@ -170,8 +170,8 @@ int readAll(int descriptor, const struct stat &status, QByteArray &bytes)
 /// "quillon.json.backup", is not to be mistaken for one: upper and lower case must be mixed.
 bool isTemporaryName(std::string_view name, const std::string &file)
 {
-    constexpr std::size_t randomLetters = 6;
-    if (!name.starts_with(file + ".") || name.size() != file.size() + 1 + randomLetters)
+    constexpr std::size_t RANDOM_LETTERS = 6;
+    if (!name.starts_with(file + ".") || name.size() != file.size() + 1 + RANDOM_LETTERS)
         return false;
     const std::string_view letters = name.substr(file.size() + 1);
     const auto isUpper = [](char c) { return c >= 'A' && c <= 'Z'; };

@@ -20,14 +20,14 @@ bool isFolderAt(int folder, const char *name)
 std::optional<FolderId> identifyAt(int folder, const char *name)
 {
     struct statx status = {};
-    constexpr unsigned wanted = STATX_INO | STATX_BTIME;
-    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, wanted, &status) != 0)
+    constexpr unsigned WANTED = STATX_INO | STATX_BTIME;
+    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, WANTED, &status) != 0)
         return std::nullopt;
-    if ((status.stx_mask & wanted) != wanted)
+    if ((status.stx_mask & WANTED) != WANTED)
         return std::nullopt;
-    constexpr std::int64_t nanoseconds = 1'000'000'000;
+    constexpr std::int64_t NANOSECONDS = 1'000'000'000;
     return FolderId{.inode = status.stx_ino,
-                    .birthTime = status.stx_btime.tv_sec * nanoseconds + status.stx_btime.tv_nsec};
+                    .birthTime = status.stx_btime.tv_sec * NANOSECONDS + status.stx_btime.tv_nsec};
 }
 
 bool mayBeFolder(const dirent &entry)
