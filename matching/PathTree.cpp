@@ -377,6 +377,9 @@ std::string PathTree::text(NodeId id) const
 
 std::strong_ordering PathTree::compareTexts(NodeId a, NodeId b) const
 {
+    // Folders of numbered names score alike by the thousand.
+    if (node(a).parent == node(b).parent)
+        return name(node(a)) <=> name(node(b));
     std::vector<NodeId> pathA;
     std::vector<NodeId> pathB;
     path(a, pathA);
