@@ -223,7 +223,7 @@ TEST_F(FindTest, crawlsExactlyTheFoldersGiven)
 TEST_F(FindTest, writesNamesAsJsonThatGivesBackTheBytes)
 {
     const Ending ending = session_.run("ctl find --in . --json --top 1 odd");
-    EXPECT_THAT(ending.out, MatchesRegex("\\[\\{\"path\":\".*/work/odd \\\\udcff\\\\n\",\"ranges\":"
+    EXPECT_THAT(ending.out, MatchesRegex("\\[\\{\"path\":\".*/odd \\\\udcff\\\\n\",\"ranges\":"
                                          "\\[\\[[0-9]+,3\\]\\],\"score\":[0-9.]+\\}\\]\n"));
 }
 
