@@ -1,0 +1,152 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace quillon {
+
+class TaskQueue;
+
+/// What the service asks about the items below the folders it watches. Safe from every thread, and
+/// answers the same as long as the watch lasts, but for isIndexed().
+class FSEventItemTest
+{
+public:
+    enum class Folder
+    {
+        /// Neither it nor anything below it concerns anybody.
+        skipped,
+        /// Its coming and going counts, its content does not.
+        listed,
+        entered,
+    };
+
+    FSEventItemTest() = default;
+    virtual ~FSEventItemTest() = default;
+    FSEventItemTest(const FSEventItemTest &) = delete;
+    FSEventItemTest &operator=(const FSEventItemTest &) = delete;
+
+    /// Judges a folder by its absolute path, for folders whose parents are entered.
+    virtual Folder folder(std::string_view path) const = 0;
+    /// Judges anything else by its name.
+    virtual bool includesFile(std::string_view name) const = 0;
+    /// Whether the index holds the path at this moment.
+    virtual bool isIndexed(std::string_view path) const = 0;
+};
+
+/// The folders that a crawl is about to list, watched from before that on. Safe from every thread.
+///
+/// Destroyed without becoming a stream it gives all its watches back, on a thread of its own.
+class FSEventArming
+{
+public:
+    /// The service's own name for a folder it was told of.
+    using Folder = std::uint32_t;
+
+    FSEventArming() = default;
+    virtual ~FSEventArming() = default;
+    FSEventArming(const FSEventArming &) = delete;
+    FSEventArming &operator=(const FSEventArming &) = delete;
+
+    /// Called before a root of the crawl is opened.
+    virtual Folder armRoot(const std::string &path) = 0;
+    /// Called before a folder below is opened; parent is what the call for the folder above gave.
+    virtual Folder arm(Folder parent, std::string_view name) = 0;
+};
+
+/// How much of what lies below the roots is watched at this moment.
+struct FSEventStatus
+{
+    /// Folders whose changes the system tells.
+    std::size_t watched = 0;
+    /// All folders; the others are looked at from time to time.
+    std::size_t folders = 0;
+    /// The most watches that this stream allows itself.
+    std::size_t budget = 0;
+};
+
+/// A stream's paths as the receiver is given them: a list, or else a printout of what came instead.
+using FSEventPaths = std::variant<std::vector<std::string>, std::string>;
+
+/// Called on the stream's queue: the info pointer that the stream was made with, the number of
+/// events, and the path, the flags and the ID of each.
+using FSEventStreamCallback =
+    std::function<void(void *info, std::size_t count, const FSEventPaths &paths,
+                       const std::vector<std::uint32_t> &flags,
+                       const std::vector<std::uint64_t> &ids)>;
+
+/// Tells which folders below some roots have come, gone or changed. Each operation may be called
+/// from any thread, the destructor once invalidate() has been called.
+class FSEventStream
+{
+public:
+    FSEventStream() = default;
+    virtual ~FSEventStream() = default;
+    FSEventStream(const FSEventStream &) = delete;
+    FSEventStream &operator=(const FSEventStream &) = delete;
+
+    /// Where the callback runs; a serial queue, set before start().
+    virtual void setDispatchQueue(TaskQueue &queue) = 0;
+    /// False when nothing can be watched.
+    virtual bool start() = 0;
+    /// No callback begins any more once this returns, unless the queue is in one; what was not
+    /// delivered is dropped. Does not wait for the system.
+    virtual void stop() = 0;
+    /// Gives back what the stream holds, without waiting for it. It cannot be started again.
+    virtual void invalidate() = 0;
+
+    virtual std::uint64_t latestEventID() const = 0;
+    virtual std::vector<std::string> pathsBeingWatched() const = 0;
+    /// Lets what has happened so far be delivered now instead of after the latency.
+    virtual void flushAsync() = 0;
+    /// The same; returns once it has been handed to the queue. Not called on that queue.
+    virtual void flushSync() = 0;
+    /// Nothing at or below these paths is delivered from now on. False when they are too many.
+    virtual bool setExclusionPaths(const std::vector<std::string> &paths) = 0;
+    virtual std::string description() const = 0;
+
+    virtual FSEventStatus status() const = 0;
+};
+
+/// Makes streams. Safe from every thread.
+class FSEventStreamService
+{
+public:
+    /// All ones: events from now on.
+    static constexpr std::uint64_t SINCE_NOW = ~std::uint64_t{0};
+
+    struct Request
+    {
+        FSEventStreamCallback callback;
+        void *info = nullptr;
+        /// Absolute paths of folders, which need not exist.
+        std::vector<std::string> paths;
+        std::uint64_t sinceWhen = SINCE_NOW;
+        /// Seconds from the first change to the delivery.
+        double latency = 0;
+        std::uint32_t flags = 0;
+        /// Outlives the stream.
+        const FSEventItemTest *items = nullptr;
+        /// What a crawl of these paths has armed; null when nobody has crawled them.
+        std::unique_ptr<FSEventArming> armed;
+    };
+
+    FSEventStreamService() = default;
+    virtual ~FSEventStreamService() = default;
+    FSEventStreamService(const FSEventStreamService &) = delete;
+    FSEventStreamService &operator=(const FSEventStreamService &) = delete;
+
+    /// To be called before the crawl begins. What happens from then on is delivered by the stream
+    /// that takes this over. Null when nothing can be watched.
+    virtual std::unique_ptr<FSEventArming> beginArming(const FSEventItemTest &items) = 0;
+    /// Null when there is nothing to watch.
+    virtual std::unique_ptr<FSEventStream> create(Request request) = 0;
+};
+
+} // namespace quillon
