@@ -76,10 +76,9 @@ using FSEventPaths = std::variant<std::vector<std::string>, std::string>;
 
 /// Called on the stream's queue: the info pointer that the stream was made with, the number of
 /// events, and the path, the flags and the ID of each.
-using FSEventStreamCallback =
-    std::function<void(void *info, std::size_t count, const FSEventPaths &paths,
-                       const std::vector<std::uint32_t> &flags,
-                       const std::vector<std::uint64_t> &ids)>;
+using FSEventStreamCallback = std::function<void(
+    void *info, std::size_t count, const FSEventPaths &paths,
+    const std::vector<std::uint32_t> &flags, const std::vector<std::uint64_t> &ids)>;
 
 /// Tells which folders below some roots have come, gone or changed. Each operation may be called
 /// from any thread, the destructor once invalidate() has been called.
