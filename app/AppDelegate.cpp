@@ -28,6 +28,8 @@ AppDelegate::AppDelegate()
       iconQueue_(1),
       actionQueue_(1),
       defaults_(standardDefaultsPath()),
+      folderLister_(diskLister_),
+      folderIdentity_(diskIdentity_),
       recentAccessScoreDataStore_(defaults_),
       searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),

@@ -10,6 +10,7 @@
 #include "indexing/SearchBaseLogger.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
+#include "platform/PatientFolders.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/PortalAppearance.h"
@@ -51,8 +52,10 @@ private:
 
     JsonDefaultsStore defaults_;
     GioWorkspace workspace_;
-    PosixFolderLister folderLister_;
-    StatxFolderIdentity folderIdentity_;
+    PosixFolderLister diskLister_;
+    PatientFolderLister folderLister_;
+    StatxFolderIdentity diskIdentity_;
+    PatientFolderIdentity folderIdentity_;
     X11WindowSystem windowSystem_;
     PortalAppearance appearance_;
 

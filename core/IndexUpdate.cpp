@@ -81,11 +81,14 @@ bool IndexUpdate::isBelow(const std::string &path) const
 
 /// As the index sees it: a file counts only with an included extension, and an include folder may
 /// be behind a link.
-FolderLister::Kind IndexUpdate::kindOf(const std::string &path) const
+FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
 {
+    if (isUnanswered_)
+        return Kind::unknown;
+    const Kind kind = terms_.folderLister.kind(isRoot(path) ? path + "/." : path);
+    isUnanswered_ = kind == Kind::unknown;
     if (isRoot(path))
-        return terms_.folderLister.kind(path + "/.") == Kind::folder ? Kind::folder : Kind::nothing;
-    const Kind kind = terms_.folderLister.kind(path);
+        return kind == Kind::other ? Kind::nothing : kind;
     const auto isIncluded = [&] {
         return extensions_.holdsExtensionOf(path.substr(path.rfind('/') + 1));
     };
@@ -93,7 +96,7 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path) const
 }
 
 /// A path that a link has come to lead to is not there, wherever the link leads.
-FolderLister::Kind IndexUpdate::kindOfChanged() const
+FolderLister::Kind IndexUpdate::kindOfChanged()
 {
     std::optional<std::size_t> nearestRoot;
     for (const std::string &root : terms_.roots) {
@@ -103,9 +106,12 @@ FolderLister::Kind IndexUpdate::kindOfChanged() const
     }
     if (nearestRoot && !isRoot(path_)) {
         for (std::size_t slash = path_.find('/', *nearestRoot + 1); slash != std::string::npos;
-             slash = path_.find('/', slash + 1))
-            if (terms_.folderLister.kind(path_.substr(0, slash)) != Kind::folder)
+             slash = path_.find('/', slash + 1)) {
+            const Kind kind = terms_.folderLister.kind(path_.substr(0, slash));
+            isUnanswered_ = isUnanswered_ || kind == Kind::unknown;
+            if (kind != Kind::folder)
                 return Kind::nothing;
+        }
     }
     return kindOf(path_);
 }
@@ -115,7 +121,7 @@ FolderLister::Kind IndexUpdate::kindOfChanged() const
 bool IndexUpdate::compare()
 {
     const Pin pin(paths_);
-    if (!compareFound())
+    if (isUnanswered_ || !compareFound())
         return false;
     std::ranges::sort(foundNodes_);
     if (!compareIndexed())
@@ -123,6 +129,8 @@ bool IndexUpdate::compare()
     for (const std::string &root : terms_.roots)
         if (isBelow(root) && kindOf(root) == Kind::folder)
             innerRoots_.push_back(root);
+    if (isUnanswered_)
+        return false;
     if (kind_ != Kind::nothing) {
         operations_ = makeInsertionOperations(path_, missing_);
         missing_.clear();

@@ -53,7 +53,8 @@ public:
     /// To be called when the folder could not be crawled: it may be gone since.
     void crawlFailed(const CrawlResult &result);
 
-    /// Compares, reading the index in slices. False when it was reset.
+    /// Compares, reading the index in slices. False when it was reset, or when a file system does
+    /// not answer and so nothing is known of what is gone.
     bool compare();
     /// Applies with the index locked. False when it was reset.
     bool apply() EXCLUDES(paths_.lock());
@@ -79,8 +80,8 @@ private:
     static constexpr std::size_t IN_FOLDER = ~std::size_t{0};
     static constexpr std::size_t IN_NO_FOLDER = IN_FOLDER - 1;
 
-    Kind kindOf(const std::string &path) const;
-    Kind kindOfChanged() const;
+    Kind kindOf(const std::string &path);
+    Kind kindOfChanged();
     bool isRoot(const std::string &path) const;
     bool isBelow(const std::string &path) const;
     bool stepAside() const REQUIRES_SHARED(paths_.lock());
@@ -96,6 +97,8 @@ private:
     const Terms terms_;
     const ExtensionSet extensions_;
     const std::string path_;
+    /// A file system was asked and did not answer. Stands before what the constructor asks for.
+    bool isUnanswered_ = false;
     Kind kind_;
     bool isPackage_ = false;
     FoundPaths found_;

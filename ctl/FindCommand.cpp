@@ -9,6 +9,7 @@
 #include "matching/RecentAccessScore.h"
 #include "platform/InlineTaskQueue.h"
 #include "platform/JsonValues.h"
+#include "platform/PatientFolders.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/PosixFolderLister.h"
 #include "platform/linux/StatxFolderIdentity.h"
@@ -57,7 +58,8 @@ void print(const std::vector<FuzzyMatchResult> &results, const FindCommand &how,
 /// The folders to crawl instead of those in the settings; sets failed where one cannot be read.
 std::vector<std::string> readableFolders(const std::vector<std::string> &typed, bool &failed)
 {
-    const StatxFolderIdentity identity;
+    const StatxFolderIdentity disk;
+    const PatientFolderIdentity identity(disk);
     std::vector<std::string> folders;
     for (const std::string &name : typed) {
         std::string path = absolutePath(name);
@@ -77,7 +79,8 @@ int FindCommand::run(Output &output) const
 {
     JsonDefaultsStore user(standardDefaultsPath());
     ReadOnlySettings settings(user);
-    StatxFolderIdentity identity;
+    const StatxFolderIdentity disk;
+    const PatientFolderIdentity identity(disk);
     SearchBaseFinder finder(settings, identity, stderr);
 
     bool failed = false;

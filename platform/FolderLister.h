@@ -78,6 +78,8 @@ public:
         folder,
         /// Whatever is no folder, symbolic links included.
         other,
+        /// The file system does not answer.
+        unknown,
     };
     /// What stands at an absolute path of any length; a symbolic link at its end is not followed,
     /// those before are.

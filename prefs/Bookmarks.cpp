@@ -3,6 +3,7 @@
 #include "platform/FolderIdentity.h"
 
 #include <charconv>
+#include <set>
 #include <utility>
 
 // The stored bytes are one line of text, "v1 INODE BIRTHTIME PATH", or "v1 - - PATH" where the
@@ -117,13 +118,15 @@ bool Bookmarks::add(const std::string &path)
 bool Bookmarks::remove(const std::string &path)
 {
     const std::string folder = withoutTrailingSlashes(path);
+    std::set<std::string> doomed = {folder};
+    for (const auto &[name, value] : load()) {
+        const auto location = locate(*value.asData());
+        if (location && location->path == folder)
+            doomed.insert(name);
+    }
+    const MutexLock lock(changing_);
     DefaultsDictionary entries = load();
-    std::erase_if(entries, [&](const auto &entry) {
-        if (entry.first == folder)
-            return true;
-        const auto location = locate(*entry.second.asData());
-        return location && location->path == folder;
-    });
+    std::erase_if(entries, [&](const auto &entry) { return doomed.contains(entry.first); });
     return store_.set(BOOKMARKS_USER_DEFAULT_KEY, {std::move(entries)});
 }
 
@@ -180,6 +183,7 @@ std::optional<std::string> Bookmarks::makeData(const std::string &path) const
 
 bool Bookmarks::store(const std::string &path, const std::string &data)
 {
+    const MutexLock lock(changing_);
     DefaultsDictionary entries = load();
     entries.insert_or_assign(path, DefaultsValue{DefaultsData{data}});
     return store_.set(BOOKMARKS_USER_DEFAULT_KEY, {std::move(entries)});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/DefaultsStore.h"
+#include "platform/Mutex.h"
 
 #include <cstdio>
 #include <optional>
@@ -15,9 +16,8 @@ class FolderIdentity;
 /// The folders the user chose to search, each kept as opaque bytes that still lead to the folder
 /// after it got a new name within its parent folder.
 ///
-/// Holds nothing between calls: each one reads the store afresh. Safe from every thread, but
-/// changes are not atomic; make them on one thread. Bytes that are just an absolute path are a
-/// bookmark too, one that follows no renaming.
+/// Holds nothing between calls: each one reads the store afresh. Safe from every thread. Bytes that
+/// are just an absolute path are a bookmark too, one that follows no renaming.
 class Bookmarks
 {
 public:
@@ -53,6 +53,8 @@ private:
     DefaultsStore &store_;
     const FolderIdentity &folders_;
     std::FILE *diagnostics_;
+    /// Held from reading the dictionary to writing it back.
+    Mutex changing_;
 };
 
 } // namespace quillon

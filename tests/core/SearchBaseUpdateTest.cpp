@@ -315,6 +315,26 @@ TEST(SearchBaseUpdate, changesNothingOnceTheQueueIsClosedOrAStopRequested)
     EXPECT_THAT(base.indexed(), IsEmpty());
 }
 
+TEST(SearchBaseUpdate, removesNothingThatAFileSystemDoesNotAnswerFor)
+{
+    FakeBase base;
+    base.lister.add("/a/b/c");
+    base.searchBase.update("/a");
+    base.searchBase.update("/a/b");
+    const auto before = base.indexed();
+    for (const char *dead : {"/a", "/a/b/c"}) {
+        FakeFolderLister others;
+        others.unanswered.insert(dead);
+        if (std::string_view(dead) != "/a")
+            others.add("/a/b");
+        SearchBase mounted(
+            nullptr, base.finder, base.matcher,
+            {.folderLister = others, .logger = base.logger, .mainQueue = base.queue});
+        mounted.update("/a");
+        EXPECT_EQ(base.indexed(), before) << dead;
+    }
+}
+
 TEST(SearchBaseUpdate, writesNothingIntoAnIndexThatWasResetMeanwhile)
 {
     FakeBase base;

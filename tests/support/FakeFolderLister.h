@@ -43,10 +43,14 @@ public:
 
     Kind kind(const std::string &path) override
     {
+        if (unanswered.contains(path))
+            return Kind::unknown;
         const std::size_t dot = path.ends_with("/.") ? 2 : 0;
         return names_.contains(path.substr(0, path.size() - dot)) ? Kind::folder : Kind::nothing;
     }
 
+    /// Paths that kind() knows nothing of.
+    std::set<std::string> unanswered;
     /// Called with each path to open, by the crawl's threads.
     std::function<void(const std::string &path)> onOpen;
 

@@ -1,0 +1,69 @@
+#include "platform/PatientFolders.h"
+
+#include "tests/support/FakeFolderLister.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <semaphore>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(BoundedCalls, bringResultsBackToTheThreadsThatAskedForThem)
+{
+    BoundedCalls calls(60s);
+    std::atomic<int> wrong = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int first = 0; first < 4; ++first)
+            threads.emplace_back([&, first] {
+                for (int i = first; i < 2000; i += 4)
+                    wrong += calls.run([i] { return std::to_string(i); }) != std::to_string(i);
+            });
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST(BoundedCalls, leaveACallBehindThatDoesNotReturn)
+{
+    const auto released = std::make_shared<std::binary_semaphore>(0);
+    const auto ended = std::make_shared<std::binary_semaphore>(0);
+    {
+        BoundedCalls calls(20ms);
+        const auto hang = [released, ended] {
+            released->acquire();
+            ended->release();
+            return 1;
+        };
+        EXPECT_EQ(calls.run(hang), std::nullopt);
+        BoundedCalls others(60s);
+        EXPECT_EQ(others.run([] { return 2; }), 2);
+    }
+    released->release();
+    ended->acquire();
+}
+
+TEST(PatientFolderLister, knowsNothingOfAFolderThatDoesNotAnswer)
+{
+    FakeFolderLister folders;
+    folders.add("/here");
+    folders.unanswered.insert("/dead");
+    PatientFolderLister patient(folders, 60s);
+    EXPECT_EQ(patient.kind("/here"), FolderLister::Kind::folder);
+    EXPECT_EQ(patient.kind("/gone"), FolderLister::Kind::nothing);
+    EXPECT_EQ(patient.kind("/dead"), FolderLister::Kind::unknown);
+}
+
+} // namespace
+
+} // namespace quillon
