@@ -32,7 +32,8 @@ public:
     FSEventItemTest(const FSEventItemTest &) = delete;
     FSEventItemTest &operator=(const FSEventItemTest &) = delete;
 
-    /// Judges a folder by its absolute path, for folders whose parents are entered.
+    /// Judges a folder by its absolute path: a root, which is never skipped, or a folder whose
+    /// parent is entered.
     virtual Folder folder(std::string_view path) const = 0;
     /// Judges anything else by its name.
     virtual bool includesFile(std::string_view name) const = 0;
@@ -42,7 +43,9 @@ public:
 
 /// The folders that a crawl is about to list, watched from before that on. Safe from every thread.
 ///
-/// Destroyed without becoming a stream it gives all its watches back, on a thread of its own.
+/// Destroyed without becoming a stream it gives all its watches back, on a thread of its own. A
+/// crawl that no longer waits for a call leaves that one behind: it may end when this has long
+/// become a stream, or when that has ended.
 class FSEventArming
 {
 public:
@@ -130,10 +133,10 @@ public:
         /// Seconds from the first change to the delivery.
         double latency = 0;
         std::uint32_t flags = 0;
-        /// Outlives the stream.
-        const FSEventItemTest *items = nullptr;
+        /// As given to beginArming(), if that was called.
+        std::shared_ptr<const FSEventItemTest> items;
         /// What a crawl of these paths has armed; null when nobody has crawled them.
-        std::unique_ptr<FSEventArming> armed;
+        std::shared_ptr<FSEventArming> armed;
     };
 
     FSEventStreamService() = default;
@@ -143,7 +146,8 @@ public:
 
     /// To be called before the crawl begins. What happens from then on is delivered by the stream
     /// that takes this over. Null when nothing can be watched.
-    virtual std::unique_ptr<FSEventArming> beginArming(const FSEventItemTest &items) = 0;
+    virtual std::shared_ptr<FSEventArming>
+    beginArming(std::shared_ptr<const FSEventItemTest> items) = 0;
     /// Null when there is nothing to watch.
     virtual std::unique_ptr<FSEventStream> create(Request request) = 0;
 };
