@@ -18,6 +18,9 @@ public:
     /// Opens the file or folder with its default application. False when there is none or the
     /// item is gone.
     virtual bool open(const std::string &path) = 0;
+    /// The desktop id of the default application for the file or folder; empty when there is none
+    /// or the item is gone.
+    virtual std::string applicationToOpen(const std::string &path) const = 0;
     /// Names in the icon theme for the item, the most fitting first; empty when it is gone.
     virtual std::vector<std::string> iconNames(const std::string &path) const = 0;
     /// Symbolic links are followed.

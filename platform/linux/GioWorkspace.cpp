@@ -39,13 +39,27 @@ bool launch(GAppInfo *application, GFile *file)
                                                      nullptr, nullptr, nullptr);
 }
 
+/// Null when there is none or the item is gone.
+Object<GAppInfo> defaultApplication(GFile *file)
+{
+    return Object<GAppInfo>(g_file_query_default_handler(file, nullptr, nullptr));
+}
+
 } // namespace
 
 bool GioWorkspace::open(const std::string &path)
 {
     const Object<GFile> file(g_file_new_for_path(path.c_str()));
-    const Object<GAppInfo> application(g_file_query_default_handler(file.get(), nullptr, nullptr));
+    const Object<GAppInfo> application = defaultApplication(file.get());
     return application && launch(application.get(), file.get());
+}
+
+std::string GioWorkspace::applicationToOpen(const std::string &path) const
+{
+    const Object<GFile> file(g_file_new_for_path(path.c_str()));
+    const Object<GAppInfo> application = defaultApplication(file.get());
+    const char *id = application ? g_app_info_get_id(application.get()) : nullptr;
+    return id ? id : "";
 }
 
 std::vector<std::string> GioWorkspace::iconNames(const std::string &path) const

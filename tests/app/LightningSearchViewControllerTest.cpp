@@ -70,6 +70,7 @@ public:
         opened.push_back(path);
         return true;
     }
+    std::string applicationToOpen(const std::string &) const override { return {}; }
     std::vector<std::string> iconNames(const std::string &) const override { return {}; }
     bool isFolder(const std::string &) const override { return true; }
     std::string resolvingSymlinks(const std::string &path) const override { return path; }
