@@ -1,8 +1,8 @@
 #pragma once
 
 #include "matching/ByteClasses.h"
-#include "matching/ChildTable.h"
-#include "matching/NameArena.h"
+#include "platform/ChildTable.h"
+#include "platform/NameArena.h"
 
 #include <array>
 #include <atomic>

@@ -61,6 +61,9 @@ public:
     virtual Folder armRoot(const std::string &path) = 0;
     /// Called before a folder below is opened; parent is what the call for the folder above gave.
     virtual Folder arm(Folder parent, std::string_view name) = 0;
+    /// Called with a folder that was armed and could not be listed to its end, or with a root whose
+    /// crawl ended early: the stream lists it and everything below itself.
+    virtual void notListed(Folder folder) = 0;
 };
 
 /// How much of what lies below the roots is watched at this moment.
@@ -93,21 +96,24 @@ public:
     FSEventStream(const FSEventStream &) = delete;
     FSEventStream &operator=(const FSEventStream &) = delete;
 
-    /// Where the callback runs; a serial queue, set before start().
+    /// Where the callback runs; a serial queue with a thread of its own, set before start().
     virtual void setDispatchQueue(TaskQueue &queue) = 0;
     /// False when nothing can be watched.
     virtual bool start() = 0;
     /// No callback begins any more once this returns, unless the queue is in one; what was not
-    /// delivered is dropped. Does not wait for the system.
+    /// delivered is dropped. Does not wait for the system. The item test may be asked a little
+    /// longer.
     virtual void stop() = 0;
     /// Gives back what the stream holds, without waiting for it. It cannot be started again.
     virtual void invalidate() = 0;
 
     virtual std::uint64_t latestEventID() const = 0;
     virtual std::vector<std::string> pathsBeingWatched() const = 0;
-    /// Lets what has happened so far be delivered now instead of after the latency.
+    /// Lets what has happened so far be delivered now instead of after the latency, in the folders
+    /// that are not watched too.
     virtual void flushAsync() = 0;
-    /// The same; returns once it has been handed to the queue. Not called on that queue.
+    /// The same; returns once it has been handed to the queue, or after two seconds as for file
+    /// systems that do not answer. Not called on that queue.
     virtual void flushSync() = 0;
     /// Nothing at or below these paths is delivered from now on. False when they are too many.
     virtual bool setExclusionPaths(const std::vector<std::string> &paths) = 0;

@@ -1,4 +1,4 @@
-#include "matching/ChildTable.h"
+#include "platform/ChildTable.h"
 
 #include "platform/Require.h"
 

@@ -1,4 +1,4 @@
-#include "matching/NameArena.h"
+#include "platform/NameArena.h"
 
 #include "platform/Require.h"
 
