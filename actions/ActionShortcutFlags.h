@@ -1,5 +1,9 @@
 #pragma once
 
+#include <span>
+#include <string>
+#include <string_view>
+
 namespace quillon {
 
 /// The modifier keys that choose an action: Alt, Shift and Ctrl, in this order. The Super key is
@@ -10,6 +14,14 @@ struct ActionShortcutFlags
     bool shift = false;
     bool command = false;
     friend bool operator==(const ActionShortcutFlags &, const ActionShortcutFlags &) = default;
+
+    /// The symbols of the keys held and "Return", joined by dashes: "⌥-⇧-Return".
+    std::string title() const;
 };
+
+/// The flags whose symbols stand anywhere in the title; none for a title without any.
+ActionShortcutFlags flagsFromShortcutTitle(std::string_view title);
+/// The combinations that the user may assign, in the order of their menu.
+std::span<const ActionShortcutFlags> allShortcutFlags();
 
 } // namespace quillon

@@ -1,0 +1,100 @@
+#include "actions/ActionModelFinder.h"
+
+#include "actions/ActionListJson.h"
+#include "platform/DefaultsStore.h"
+#include "prefs/PreferenceKeys.h"
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+std::vector<ActionModel> defaultActions()
+{
+    return {
+        {.flags = {},
+         .actionType = ActionType::openInDefaultApp,
+         .actionTarget = ActionTarget::selectedRow},
+        {.flags = {.command = true},
+         .actionType = ActionType::showParentInFinder,
+         .actionTarget = ActionTarget::selectedRow},
+        {.flags = {.option = true},
+         .actionType = ActionType::copyPathToClipboard,
+         .actionTarget = ActionTarget::selectedRow},
+        {.flags = {.option = true, .shift = true},
+         .actionType = ActionType::openApplication,
+         .actionTarget = ActionTarget("Terminal")},
+    };
+}
+
+} // namespace
+
+ActionModelFinder::ActionModelFinder(DefaultsStore &store) : store_(store) {}
+
+std::vector<ActionModel> ActionModelFinder::loadActions() const
+{
+    const auto stored = store_.data(PreferenceKeys::ACTIONS_LIST);
+    auto actions = stored ? decodeActions(*stored) : std::nullopt;
+    if (!actions)
+        return defaultActions();
+    if (actions->empty())
+        actions->push_back({.flags = {},
+                            .actionType = ActionType::showInFinder,
+                            .actionTarget = ActionTarget::selectedRow});
+    return *actions;
+}
+
+bool ActionModelFinder::saveActions(const std::vector<ActionModel> &actions)
+{
+    auto bytes = encodeActions(actions);
+    return bytes &&
+           store_.set(PreferenceKeys::ACTIONS_LIST, {DefaultsData{.bytes = std::move(*bytes)}});
+}
+
+bool ActionModelFinder::containsAction(const ActionModel &action,
+                                       const std::vector<ActionModel> &actions)
+{
+    return std::ranges::find(actions, action) != actions.end();
+}
+
+bool ActionModelFinder::addAction(const ActionModel &action)
+{
+    std::vector<ActionModel> actions = loadActions();
+    if (containsAction(action, actions))
+        return true;
+    actions.push_back(action);
+    return saveActions(actions);
+}
+
+bool ActionModelFinder::removeAction(const ActionModel &action)
+{
+    std::vector<ActionModel> actions = loadActions();
+    std::erase(actions, action);
+    return saveActions(actions);
+}
+
+std::optional<ActionModel> ActionModelFinder::actionFor(ActionShortcutFlags flags) const
+{
+    const std::vector<ActionModel> actions = loadActions();
+    const auto found = std::ranges::find(actions, flags, &ActionModel::flags);
+    if (found == actions.end())
+        return std::nullopt;
+    return *found;
+}
+
+std::vector<std::string> ActionModelFinder::availableShortcutTitles() const
+{
+    std::vector<std::string> used;
+    for (const ActionModel &action : loadActions())
+        used.push_back(action.flags.title());
+    std::vector<std::string> available;
+    for (const ActionShortcutFlags flags : allShortcutFlags()) {
+        const std::string title = flags.title();
+        if (std::ranges::find(used, title) == used.end())
+            available.push_back(title);
+    }
+    return available;
+}
+
+} // namespace quillon

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace quillon {
+
+/// What an action works with beside the row: the name of an application or the path of an
+/// executable, as the user typed it.
+class ActionTarget
+{
+public:
+    /// As stored; nothing about the key is checked.
+    explicit ActionTarget(std::string key);
+    /// Absent for the empty text; anything else is taken as typed.
+    static std::optional<ActionTarget> fromText(std::string text);
+
+    const std::string &key() const { return key_; }
+
+    friend bool operator==(const ActionTarget &, const ActionTarget &) = default;
+
+    // NOLINTBEGIN(readability-identifier-naming): reads like the value of an enum
+    /// No target of its own: the action works on the row itself.
+    static const ActionTarget selectedRow;
+    // NOLINTEND(readability-identifier-naming)
+
+private:
+    std::string key_;
+};
+
+} // namespace quillon
