@@ -2,11 +2,13 @@
 
 #include "platform/linux/PosixFolderLister.h"
 #include "tests/indexing/CrawlSupport.h"
+#include "tests/support/FakeFolderLister.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnprivilegedUser.h"
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <ostream>
@@ -319,6 +321,25 @@ TEST(Crawler, survivesATreeThatChangesWhileItIsCrawled)
             ASSERT_EQ(path.find("/never"), std::string::npos);
         }
     }
+}
+
+TEST(Crawler, tellsOfNoMoreFoldersThanALabelCanShow)
+{
+    FakeFolderLister lister;
+    constexpr int FOLDERS = 20'000;
+    for (int i = 0; i < FOLDERS; ++i)
+        lister.add("/a/" + std::to_string(i % 100) + "/" + std::to_string(i));
+    Crawler crawler(lister, std::make_shared<SkipRules>());
+    RecordingSink sink;
+    int told = 0;
+    const auto start = std::chrono::steady_clock::now();
+    crawler.crawl("/a", {}, sink, [&](const std::string &line) {
+        EXPECT_THAT(line, StartsWith("Processing /a"));
+        ++told;
+    });
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(told, 1);
+    EXPECT_LE(told, 2 + time.count() * 65);
 }
 
 TEST(Crawler, endsEarlyWhenItIsStopped)
