@@ -1,0 +1,28 @@
+#include "indexing/Coalesce.h"
+
+#include <utility>
+
+namespace quillon {
+
+void Coalesce::coalesce(const std::string &key, TaskQueue &queue, Callback callback)
+{
+    const auto [pending, isNew] = callbacks_.try_emplace(key);
+    if (!isNew)
+        return;
+    pending->second = {std::move(callback), ++lastNumber_};
+    queue.postDelayed(delay_, [this, key, number = lastNumber_] { deliver(key, number); });
+}
+
+/// The number tells a call that was dropped from one that is pending under its key since.
+void Coalesce::deliver(const std::string &key, std::uint64_t number)
+{
+    const auto pending = callbacks_.find(key);
+    if (pending == callbacks_.end() || pending->second.number != number)
+        return;
+    // Asked for again by the call itself, the key is still pending.
+    const Callback callback = std::exchange(pending->second.callback, nullptr);
+    callback(key);
+    callbacks_.erase(key);
+}
+
+} // namespace quillon

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "indexing/RillFSEvents.h"
+#include "platform/FSEventStream.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace quillon {
+
+/// A stream of the event service that hands over one event for each changed path.
+///
+/// Each operation is one call of the service; its rules on threads hold. Destroyed after
+/// invalidate() and while no handler runs, thus on its queue or when that is idle.
+class RillFSEventStream
+{
+public:
+    /// Called on the stream's queue.
+    using Handler = std::function<void(const RillFSEventsEvent &event)>;
+
+    struct Terms
+    {
+        std::vector<std::string> pathsToWatch;
+        RillFSEventsEventID sinceWhen = RillFSEventsEventID::sinceNow();
+        /// Seconds.
+        double latency = 0;
+        RillFSEventsCreateFlags flags;
+        Handler handler;
+        std::shared_ptr<const FSEventItemTest> items;
+        /// What a crawl of these paths has armed; null when there was none.
+        std::shared_ptr<FSEventArming> armed;
+    };
+    /// The stream, or why there is none.
+    using Made = std::variant<std::unique_ptr<RillFSEventStream>, RillFSEventsError>;
+    static Made make(FSEventStreamService &service, Terms terms);
+
+    ~RillFSEventStream() = default;
+    RillFSEventStream(const RillFSEventStream &) = delete;
+    RillFSEventStream &operator=(const RillFSEventStream &) = delete;
+
+    void setDispatchQueue(TaskQueue &queue) { rawref_->setDispatchQueue(queue); }
+    /// Absent when the stream has started.
+    std::optional<RillFSEventsError> start();
+    void stop() { rawref_->stop(); }
+    void invalidate() { rawref_->invalidate(); }
+
+    RillFSEventsEventID getLatestEventID() const { return {rawref_->latestEventID()}; }
+    std::vector<std::string> copyPathsBeingWatched() const { return rawref_->pathsBeingWatched(); }
+    void flushAsync() { rawref_->flushAsync(); }
+    void flushSync() { rawref_->flushSync(); }
+    bool setExclusionPaths(const std::vector<std::string> &paths)
+    {
+        return rawref_->setExclusionPaths(paths);
+    }
+    std::string description() const { return rawref_->description(); }
+    FSEventStatus status() const { return rawref_->status(); }
+
+private:
+    explicit RillFSEventStream(Handler handler) : handler_(std::move(handler)) {}
+    static void receive(void *info, std::size_t count, const FSEventPaths &paths,
+                        const std::vector<std::uint32_t> &flags,
+                        const std::vector<std::uint64_t> &ids);
+
+    const Handler handler_;
+    std::unique_ptr<FSEventStream> rawref_;
+};
+
+} // namespace quillon

@@ -1,0 +1,148 @@
+#include "indexing/SearchBaseWatcher.h"
+
+#include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseIgnorePaths.h"
+
+#include <algorithm>
+#include <future>
+#include <utility>
+
+// Events and what is told of them run on the event queue, starting and stopping elsewhere. Three
+// things keep an old watch out of a new one. Its stop token travels with each of its events and is
+// looked at again by whoever is told. What is pending is dropped by a task of the event queue,
+// which comes before anything of the next stream since the queue is serial. And a stream is
+// destroyed by such a task too, so that no event is being handled then.
+
+namespace quillon {
+
+SearchBaseWatcher::SearchBaseWatcher(SearchBaseFinder &searchBaseFinder,
+                                     const SearchBaseIgnorePaths &searchBaseIgnorePaths,
+                                     const Services &services)
+    : searchBaseFinder_(searchBaseFinder),
+      searchBaseIgnorePaths_(searchBaseIgnorePaths),
+      services_(services),
+      coalesce_(WITHIN_PERIOD, services.coalesceDelay)
+{}
+
+SearchBaseWatcher::~SearchBaseWatcher()
+{
+    const MutexLock lock(mutex_);
+    stop_.request_stop();
+    if (eventStream_) {
+        eventStream_->stop();
+        eventStream_->invalidate();
+    }
+}
+
+void SearchBaseWatcher::setDelegate(std::weak_ptr<SearchBaseWatcherDelegate> delegate)
+{
+    const MutexLock lock(mutex_);
+    delegate_ = std::move(delegate);
+}
+
+std::shared_ptr<FSEventArming>
+SearchBaseWatcher::beginArming(std::shared_ptr<const FSEventItemTest> items)
+{
+    return services_.events.beginArming(std::move(items));
+}
+
+void SearchBaseWatcher::startWatching(std::shared_ptr<const FSEventItemTest> items,
+                                      std::shared_ptr<FSEventArming> armed)
+{
+    stopWatching();
+    std::vector<std::string> paths;
+    for (const IncludePathSearchBaseLocation &location : searchBaseFinder_.includeLocations())
+        paths.push_back(location.url());
+    const std::stop_source stop;
+    auto made = RillFSEventStream::make(
+        services_.events,
+        {.pathsToWatch = paths,
+         .sinceWhen = RillFSEventsEventID::sinceNow(),
+         .latency = services_.latency,
+         .flags = {RillFSEventsCreateFlags::WATCH_ROOT},
+         .handler = [this, paths, token = stop.get_token()](
+                        const RillFSEventsEvent &event) { received(event, paths, token); },
+         .items = std::move(items),
+         .armed = std::move(armed)});
+    std::shared_ptr<RillFSEventStream> stream;
+    if (auto *one = std::get_if<std::unique_ptr<RillFSEventStream>>(&made))
+        stream = std::move(*one);
+    if (stream)
+        stream->setDispatchQueue(services_.eventQueue);
+    {
+        const MutexLock lock(mutex_);
+        stop_ = stop;
+        std::swap(eventStream_, stream);
+        if (eventStream_)
+            eventStream_->start(); // one that does not start is one without events
+    }
+    if (stream)
+        services_.eventQueue.post([stream = std::move(stream)] {});
+}
+
+void SearchBaseWatcher::stopWatching()
+{
+    const MutexLock lock(mutex_);
+    if (!eventStream_ || !stop_.request_stop())
+        return;
+    eventStream_->stop();
+    eventStream_->invalidate();
+    services_.eventQueue.post([this] { coalesce_.forgetAll(); });
+}
+
+void SearchBaseWatcher::received(const RillFSEventsEvent &event,
+                                 const std::vector<std::string> &roots, const std::stop_token &stop)
+{
+    if (stop.stop_requested())
+        return;
+    if (event.flag == RillFSEventsEventFlags{RillFSEventsEventFlags::HISTORY_DONE})
+        return;
+    // An include folder is indexed whatever its path.
+    const bool isRoot = std::ranges::binary_search(roots, event.path);
+    if (!isRoot && searchBaseIgnorePaths_.shouldSkipPath(event.path))
+        return;
+    coalesce_.coalesce(event.path, services_.eventQueue,
+                       [this, stop](const std::string &path) { tell(path, stop); });
+}
+
+void SearchBaseWatcher::tell(const std::string &path, const std::stop_token &stop)
+{
+    std::shared_ptr<SearchBaseWatcherDelegate> delegate;
+    {
+        const MutexLock lock(mutex_);
+        delegate = delegate_.lock();
+    }
+    if (delegate && !stop.stop_requested())
+        delegate->watchedFolderChanged(path, stop);
+}
+
+void SearchBaseWatcher::settle()
+{
+    std::shared_ptr<RillFSEventStream> stream;
+    {
+        const MutexLock lock(mutex_);
+        if (eventStream_ && !stop_.stop_requested())
+            stream = eventStream_;
+    }
+    if (!stream)
+        return;
+    stream->flushSync();
+    // The events stand before this in the queue and ask for what is to be told later; that in turn
+    // is due no later than the second task, and was posted before it.
+    services_.eventQueue.postAndWait([stream = std::move(stream)] {});
+    auto end = std::make_shared<std::promise<void>>();
+    const std::future<void> ended = end->get_future();
+    services_.eventQueue.postDelayed(services_.coalesceDelay,
+                                     [end = std::move(end)] { end->set_value(); });
+    ended.wait();
+}
+
+std::optional<FSEventStatus> SearchBaseWatcher::status() const
+{
+    const MutexLock lock(mutex_);
+    if (!eventStream_ || stop_.stop_requested())
+        return std::nullopt;
+    return eventStream_->status();
+}
+
+} // namespace quillon

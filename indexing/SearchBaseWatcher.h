@@ -1,0 +1,95 @@
+#pragma once
+
+#include "indexing/Coalesce.h"
+#include "indexing/RillFSEventStream.h"
+#include "platform/Mutex.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+class SearchBaseFinder;
+class SearchBaseIgnorePaths;
+
+/// Told of changed folders.
+class SearchBaseWatcherDelegate
+{
+public:
+    SearchBaseWatcherDelegate() = default;
+    virtual ~SearchBaseWatcherDelegate() = default;
+    SearchBaseWatcherDelegate(const SearchBaseWatcherDelegate &) = delete;
+    SearchBaseWatcherDelegate &operator=(const SearchBaseWatcherDelegate &) = delete;
+
+    /// A folder, or an included file, has come, gone or changed. Called on the event queue with the
+    /// path as the service says it. Stop is requested once that watch has been stopped.
+    virtual void watchedFolderChanged(const std::string &path, const std::stop_token &stop) = 0;
+};
+
+/// Watches the include folders and tells of each change once, some seconds after a burst of them
+/// began, skipped folders left out.
+///
+/// Its operations may be called from any thread, starting and stopping one at a time. Nothing is
+/// told any more of a watch that has been stopped, and the next one begins with nothing pending.
+/// When this is destroyed the event queue runs nothing of it any more.
+class SearchBaseWatcher
+{
+public:
+    static constexpr double LATENCY = 10.0;
+    static constexpr double WITHIN_PERIOD = 3.0;
+
+    struct Services
+    {
+        FSEventStreamService &events;
+        /// Serial; events and what is told of them run there.
+        TaskQueue &eventQueue;
+        /// Seconds from the first change to the event.
+        double latency = LATENCY;
+        std::chrono::milliseconds coalesceDelay = Coalesce::DELAY;
+    };
+
+    SearchBaseWatcher(SearchBaseFinder &searchBaseFinder,
+                      const SearchBaseIgnorePaths &searchBaseIgnorePaths, const Services &services);
+    ~SearchBaseWatcher();
+    SearchBaseWatcher(const SearchBaseWatcher &) = delete;
+    SearchBaseWatcher &operator=(const SearchBaseWatcher &) = delete;
+
+    void setDelegate(std::weak_ptr<SearchBaseWatcherDelegate> delegate);
+
+    /// What a crawl is given so that each folder is watched from before it is listed; null when
+    /// nothing can be watched.
+    std::shared_ptr<FSEventArming> beginArming(std::shared_ptr<const FSEventItemTest> items);
+    /// Watches the include folders, in place of what was watched before.
+    void startWatching(std::shared_ptr<const FSEventItemTest> items,
+                       std::shared_ptr<FSEventArming> armed) EXCLUDES(mutex_);
+    void stopWatching() EXCLUDES(mutex_);
+
+    /// Lets everything that has happened so far be told. Not called on the event queue.
+    void settle() EXCLUDES(mutex_);
+    /// Absent while nothing is watched.
+    std::optional<FSEventStatus> status() const EXCLUDES(mutex_);
+
+private:
+    void received(const RillFSEventsEvent &event, const std::vector<std::string> &roots,
+                  const std::stop_token &stop) EXCLUDES(mutex_);
+    void tell(const std::string &path, const std::stop_token &stop) EXCLUDES(mutex_);
+
+    SearchBaseFinder &searchBaseFinder_;
+    const SearchBaseIgnorePaths &searchBaseIgnorePaths_;
+    const Services services_;
+    /// For the event queue alone.
+    Coalesce coalesce_;
+
+    mutable Mutex mutex_;
+    std::weak_ptr<SearchBaseWatcherDelegate> delegate_ GUARDED_BY(mutex_);
+    /// Absent at first and when none could be made; kept when it is stopped.
+    std::shared_ptr<RillFSEventStream> eventStream_ GUARDED_BY(mutex_);
+    /// Requested when the stream has been stopped.
+    std::stop_source stop_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon

@@ -1,0 +1,150 @@
+#pragma once
+
+#include "platform/FSEventStream.h"
+#include "platform/Mutex.h"
+#include "platform/TaskQueue.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+
+/// A service whose events a test makes up.
+///
+/// Streams are made and used on one thread; arming is safe from every thread.
+class FakeFSEventService final : public FSEventStreamService
+{
+public:
+    /// What a stream was made with and what was asked of it since, also when it is gone.
+    struct Stream
+    {
+        Request request;
+        TaskQueue *queue = nullptr;
+        bool isAbleToStart = true;
+        bool isStarted = false;
+        bool isStopped = false;
+        bool isInvalidated = false;
+        bool isDestroyed = false;
+        int flushes = 0;
+        std::vector<std::string> excluded;
+
+        /// Calls back on the stream's queue, as long as it is not stopped.
+        void send(std::vector<std::string> paths, std::uint32_t flags = 0)
+        {
+            const std::size_t count = paths.size();
+            queue->post([this, count, flags, paths = std::move(paths)] {
+                if (!isStopped)
+                    request.callback(request.info, count, FSEventPaths{paths},
+                                     std::vector(count, flags),
+                                     std::vector(count, std::uint64_t{1}));
+            });
+        }
+    };
+
+    std::shared_ptr<FSEventArming>
+    beginArming(std::shared_ptr<const FSEventItemTest> items) override
+    {
+        if (!isAbleToWatch)
+            return nullptr;
+        armingItems = std::move(items);
+        return std::make_shared<Arming>(*this);
+    }
+    std::unique_ptr<FSEventStream> create(Request request) override
+    {
+        if (!isAbleToWatch)
+            return nullptr;
+        auto stream = std::make_shared<Stream>();
+        stream->request = std::move(request);
+        stream->isAbleToStart = isAbleToStart;
+        streams.push_back(stream);
+        return std::make_unique<Handle>(std::move(stream));
+    }
+
+    /// What has been armed and, added by whoever else takes notes, in which order.
+    std::vector<std::string> notes() const
+    {
+        const MutexLock lock(mutex_);
+        return notes_;
+    }
+    void note(const std::string &text)
+    {
+        const MutexLock lock(mutex_);
+        notes_.push_back(text);
+    }
+
+    bool isAbleToWatch = true;
+    /// Of the streams to come.
+    bool isAbleToStart = true;
+    std::vector<std::shared_ptr<Stream>> streams;
+    std::shared_ptr<const FSEventItemTest> armingItems;
+
+private:
+    class Arming final : public FSEventArming
+    {
+    public:
+        explicit Arming(FakeFSEventService &service) : service_(service) {}
+        Folder armRoot(const std::string &path) override { return arm(path == "/" ? "" : path); }
+        Folder arm(Folder parent, std::string_view name) override
+        {
+            std::string path;
+            {
+                const MutexLock lock(mutex_);
+                path = paths_.at(parent);
+            }
+            return arm(path.append("/").append(name));
+        }
+
+    private:
+        Folder arm(const std::string &path)
+        {
+            service_.note("arm " + path);
+            const MutexLock lock(mutex_);
+            paths_.push_back(path);
+            return static_cast<Folder>(paths_.size() - 1);
+        }
+
+        FakeFSEventService &service_;
+        Mutex mutex_;
+        std::vector<std::string> paths_ GUARDED_BY(mutex_);
+    };
+
+    class Handle final : public FSEventStream
+    {
+    public:
+        explicit Handle(std::shared_ptr<Stream> stream) : stream_(std::move(stream)) {}
+        ~Handle() override { stream_->isDestroyed = true; }
+
+        void setDispatchQueue(TaskQueue &queue) override { stream_->queue = &queue; }
+        bool start() override
+        {
+            stream_->isStarted = stream_->isAbleToStart;
+            return stream_->isStarted;
+        }
+        void stop() override { stream_->isStopped = true; }
+        void invalidate() override { stream_->isInvalidated = true; }
+        std::uint64_t latestEventID() const override { return 7; }
+        std::vector<std::string> pathsBeingWatched() const override
+        {
+            return stream_->request.paths;
+        }
+        void flushAsync() override { ++stream_->flushes; }
+        void flushSync() override { ++stream_->flushes; }
+        bool setExclusionPaths(const std::vector<std::string> &paths) override
+        {
+            stream_->excluded = paths;
+            return true;
+        }
+        std::string description() const override { return "made up"; }
+        FSEventStatus status() const override { return {.watched = 2, .folders = 3, .budget = 4}; }
+
+    private:
+        std::shared_ptr<Stream> stream_;
+    };
+
+    mutable Mutex mutex_;
+    std::vector<std::string> notes_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon
