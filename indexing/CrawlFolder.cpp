@@ -2,9 +2,9 @@
 
 namespace quillon {
 
-CrawlFolder::Ref CrawlFolder::make(Ref parent, std::string_view name)
+CrawlFolder::Ref CrawlFolder::make(Ref parent, std::string_view name, FSEventArming::Folder armed)
 {
-    return Ref(new CrawlFolder(std::move(parent), name)); // owned by its references
+    return Ref(new CrawlFolder(std::move(parent), name, armed)); // owned by its references
 }
 
 void CrawlFolder::Ref::release(CrawlFolder *folder)

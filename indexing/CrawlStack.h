@@ -3,6 +3,7 @@
 #include "indexing/CrawlFolder.h"
 #include "indexing/CrawlSink.h"
 #include "indexing/SkipRules.h"
+#include "platform/FSEventStream.h"
 
 #include <cstddef>
 #include <memory>
@@ -24,6 +25,8 @@ struct CrawlItem
     std::string name;
     CrawlSink::Token token = 0;
     SkipRules::State state;
+    /// As CrawlFolder::armed(), once the visit has begun.
+    FSEventArming::Folder armed = 0;
 
     /// The folder's own path, "" for "/".
     std::string path() const;

@@ -35,6 +35,8 @@ public:
         CrawlSink &sink;
         std::string rootPath;
         CrawlItem root;
+        /// Null when nobody watches.
+        std::shared_ptr<FSEventArming> arming;
         bool reportsProgress = false;
     };
 

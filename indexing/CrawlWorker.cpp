@@ -86,6 +86,9 @@ bool CrawlWorker::take(CrawlItem &item)
 bool CrawlWorker::visitRoot()
 {
     const CrawlTeam::Task &task = team_.task();
+    CrawlItem root = task.root;
+    if (!arm(root))
+        return false;
     std::error_code error;
     std::shared_ptr<OpenFolder> folder;
     const auto wanted = task.extensions.isEmpty() ? FolderLister::Wanted::subfolders
@@ -98,12 +101,12 @@ bool CrawlWorker::visitRoot()
         return true;
     }
     team_.setRoot(folder);
-    if (!readEntries(*folder, task.root, error))
+    if (!readEntries(*folder, root, error))
         return false;
     if (error)
-        report(task.root, error);
-    if (handOver(task.root))
-        goInto(task.root, std::move(folder));
+        report(root, error);
+    if (handOver(root))
+        goInto(root, std::move(folder));
     return true;
 }
 
@@ -111,6 +114,8 @@ bool CrawlWorker::visit(CrawlItem &item)
 {
     if (team_.wantsPath())
         team_.setProcessing(item.path());
+    if (!arm(item))
+        return false;
     std::error_code error;
     std::unique_ptr<OpenFolder> folder;
     if (!openItem(item, folder, error))
@@ -129,6 +134,18 @@ bool CrawlWorker::visit(CrawlItem &item)
     if (folder && handOver(item))
         goInto(item, std::move(folder));
     return true;
+}
+
+/// What happens in the folder from now on will be told: it is listed only afterwards.
+bool CrawlWorker::arm(CrawlItem &item)
+{
+    FSEventArming *arming = team_.task().arming.get();
+    if (arming == nullptr)
+        return true;
+    return inCall([&] {
+        item.armed = item.parent ? arming->arm(item.parent->armed(), item.name)
+                                 : arming->armRoot(team_.task().rootPath);
+    });
 }
 
 void CrawlWorker::setMaxOpen(std::size_t count)
@@ -227,7 +244,7 @@ bool CrawlWorker::handOver(const CrawlItem &item)
 
 void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder)
 {
-    CrawlFolder::Ref below = CrawlFolder::make(item.parent, item.name);
+    CrawlFolder::Ref below = CrawlFolder::make(item.parent, item.name, item.armed);
     bool canShare = false;
     {
         const MutexLock lock(mutex_);

@@ -81,6 +81,7 @@ private:
     // These return as inCall().
     bool visitRoot();
     bool visit(CrawlItem &item);
+    bool arm(CrawlItem &item);
     bool openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder, std::error_code &error);
     bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
     bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);

@@ -13,6 +13,9 @@
 // again when they are needed. A path exists as text only where a message or a rule asks for it: a
 // folder is its name and the folder above (CrawlFolder).
 //
+// Whoever watches the folders (FSEventArming) is told of each by the worker that is about to open
+// it, under the name that it gave the folder above: what changes after the listing is seen.
+//
 // The thread that crawls looks after the workers and passes on their messages (CrawlTeam). Any call
 // into the file system may be one that never returns. A worker that is long in one is stalled: the
 // others take over what it has left, a substitute takes its place, and once nothing else is left to
@@ -32,8 +35,11 @@ std::string withoutTrailingSlashes(std::string path)
 } // namespace
 
 Crawler::Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
-                 CrawlOptions options)
-    : folderLister_(folderLister), rules_(std::move(rules)), options_(options)
+                 CrawlOptions options, std::shared_ptr<FSEventArming> arming)
+    : folderLister_(folderLister),
+      rules_(std::move(rules)),
+      options_(options),
+      arming_(std::move(arming))
 {}
 
 CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> &includedExtensions,
@@ -53,6 +59,7 @@ CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> 
                                                     .sink = sink,
                                                     .rootPath = path,
                                                     .root = std::move(item),
+                                                    .arming = arming_,
                                                     .reportsProgress = progress != nullptr},
                                     options_);
     return team->run(progress, stop);

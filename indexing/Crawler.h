@@ -14,6 +14,7 @@
 
 namespace quillon {
 
+class FSEventArming;
 class FolderLister;
 
 /// How the crawl of one root went.
@@ -65,9 +66,9 @@ public:
     using Progress = std::function<void(const std::string &line)>;
 
     /// The rules hold for the life of the crawler. The lister outlives it and also the calls that a
-    /// crawl no longer waits for.
+    /// crawl no longer waits for. Arming, if any, is told of each folder before it is opened.
     Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
-            CrawlOptions options = {});
+            CrawlOptions options = {}, std::shared_ptr<FSEventArming> arming = nullptr);
 
     /// Crawls the folder at the absolute path and returns when that is done or stop was requested.
     /// Folders are handed to the sink, and files whose extension (the text after the last dot of
@@ -81,6 +82,7 @@ private:
     FolderLister &folderLister_;
     std::shared_ptr<const SkipRules> rules_;
     CrawlOptions options_;
+    std::shared_ptr<FSEventArming> arming_;
 };
 
 } // namespace quillon

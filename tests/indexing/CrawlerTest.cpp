@@ -2,6 +2,7 @@
 
 #include "platform/linux/PosixFolderLister.h"
 #include "tests/indexing/CrawlSupport.h"
+#include "tests/support/FakeFSEventService.h"
 #include "tests/support/FakeFolderLister.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnprivilegedUser.h"
@@ -80,6 +81,44 @@ TEST(Crawler, keepsFoldersAndIncludedFilesAndEntersNeitherPackagesNorLinks)
     EXPECT_EQ(crawl.result.folders, 4U);
     EXPECT_EQ(crawl.result.files, 2U);
     EXPECT_THAT(crawl.others, Contains(StartsWith("Processing " + disk.path())));
+}
+
+TEST(Crawler, armsEachFolderThatItEntersBeforeItIsOpened)
+{
+    FakeFolderLister lister;
+    for (const char *folder : {"/r/a/b", "/r/z.app/inside", "/r/.hidden/x", "/r/skipped/x"})
+        lister.add(folder);
+    FakeFSEventService service;
+    lister.onOpen = [&](const std::string &path) { service.note("open " + path); };
+    RecordingSink sink;
+    const auto rules = std::make_shared<SkipRules>(std::vector<std::string>{"skipped"},
+                                                   std::vector<std::string>());
+    Crawler(lister, rules, {.threads = 1}, service.beginArming(nullptr)).crawl("/r/", {}, sink);
+    EXPECT_THAT(service.notes(), ElementsAre("arm /r", "open /r", "arm /r/a", "open /r/a",
+                                             "arm /r/a/b", "open /r/a/b"));
+    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/a/b", "/r/z.app"));
+}
+
+TEST(Crawler, tellsArmingWhichFolderEachOneIsIn)
+{
+    // Much is handed from thread to thread, and folders on the way down are opened again.
+    FakeFolderLister lister;
+    std::set<std::string> expected = {"arm ", "arm /r"};
+    std::string chain = "/r";
+    for (int depth = 0; depth < 300; ++depth) {
+        chain += "/d";
+        for (const char *side : {"/a", "/b/c"})
+            lister.add(chain + side);
+        for (const char *armed : {"", "/a", "/b", "/b/c"})
+            expected.insert("arm " + chain + armed);
+    }
+    FakeFSEventService service;
+    RecordingSink sink;
+    Crawler(lister, std::make_shared<SkipRules>(), {.threads = 4}, service.beginArming(nullptr))
+        .crawl("/", {}, sink);
+    const std::vector<std::string> notes = service.notes();
+    EXPECT_EQ(notes.size(), expected.size());
+    EXPECT_EQ(std::set(notes.begin(), notes.end()), expected);
 }
 
 TEST(Crawler, tellsWhatIsWrongWithARoot)

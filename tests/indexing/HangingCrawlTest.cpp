@@ -1,3 +1,4 @@
+#include "platform/FSEventStream.h"
 #include "platform/FolderLister.h"
 #include "tests/indexing/CrawlSupport.h"
 
@@ -130,6 +131,46 @@ constexpr CrawlOptions PATIENT{.threads = 2, .stall = 10ms, .patience = 1h};
 std::size_t allFolders(int depth)
 {
     return (std::size_t{1} << depth) - 1;
+}
+
+/// Hangs on folders called "arm-hang".
+class HangingArming final : public FSEventArming
+{
+public:
+    HangingArming(std::latch &released, std::atomic<int> &living)
+        : released_(released), living_(living)
+    {
+        ++living_;
+    }
+    ~HangingArming() override { --living_; }
+    Folder armRoot(const std::string &) override { return 0; }
+    Folder arm(Folder, std::string_view name) override
+    {
+        if (name == "arm-hang")
+            released_.wait();
+        return 0;
+    }
+
+private:
+    std::latch &released_;
+    std::atomic<int> &living_;
+};
+
+TEST(HangingCrawl, leavesArmingBehindToo)
+{
+    HangingLister lister({"a", "arm-hang"}, 1);
+    std::latch released{1};
+    std::atomic<int> living = 0;
+    RecordingSink sink;
+    const auto result = Crawler(lister, std::make_shared<SkipRules>(), IMPATIENT,
+                                std::make_shared<HangingArming>(released, living))
+                            .crawl("/r", {}, sink);
+    EXPECT_EQ(result.errors, 1U);
+    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/arm-hang"));
+    EXPECT_EQ(living, 1) << "a call uses it still";
+    released.count_down();
+    while (living > 0)
+        std::this_thread::yield();
 }
 
 TEST(HangingCrawl, visitsEverythingElseAndReportsWhatHangs)
