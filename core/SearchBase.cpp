@@ -1,11 +1,11 @@
 #include "core/SearchBase.h"
 
-#include "core/FrontFinderSearch.h"
 #include "core/IndexSink.h"
 #include "core/IndexUpdate.h"
 #include "indexing/Crawler.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
+#include "matching/FrontItems.h"
 #include "platform/TaskQueue.h"
 
 #include <algorithm>
@@ -73,7 +73,7 @@ private:
 
 } // namespace
 
-SearchBase::SearchBase(const FrontFinderSearch *frontFinderSearch,
+SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
                        SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
                        Services services)
     : searchBaseMatcher_(searchBaseMatcher),
@@ -89,12 +89,14 @@ SearchBase::SearchBase(const FrontFinderSearch *frontFinderSearch,
 std::vector<SearchBaseResultRef> SearchBase::search(std::string_view query) const
 {
     std::vector<SearchBaseResultRef> results;
-    const bool isFrontSearched = frontFinderSearch_ != nullptr && frontFinderSearch_->isActive();
-    if (const auto matcher = isFrontSearched ? frontFinderSearch_->matcher() : nullptr) {
-        for (const FuzzyMatchResult &match : matcher->match(query, RESULT_LIMIT))
+    FrontItems front;
+    if (frontFinderSearch_ != nullptr && frontFinderSearch_->isFinderFrontmost())
+        front = frontFinderSearch_->frontItems();
+    if (front.cachedMatcher != nullptr) {
+        for (const FuzzyMatchResult &match : front.cachedMatcher->match(query, RESULT_LIMIT))
             results.push_back(std::make_shared<SearchBaseResult>(
-                match.text(), frontFinderSearch_->fullPath(match.text()).value_or(match.text()),
-                match.highlightRanges(), SearchBaseResultType::inFrontFinder));
+                match.text(), front.path(match.text()), match.highlightRanges(),
+                SearchBaseResultType::inFrontFinder));
     }
     for (const FuzzyMatchResult &match : searchBaseMatcher_.match(query, RESULT_LIMIT))
         results.push_back(standardResult(match));

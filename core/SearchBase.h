@@ -20,7 +20,7 @@ namespace quillon {
 
 class CrawlSink;
 class FolderLister;
-class FrontFinderSearch;
+class FrontItemsSource;
 class IndexUpdate;
 class SearchBaseFinder;
 class SearchBaseLogger;
@@ -48,7 +48,7 @@ public:
     };
 
     /// Without a front window search its items are no part of the answers.
-    SearchBase(const FrontFinderSearch *frontFinderSearch, SearchBaseFinder &searchBaseFinder,
+    SearchBase(const FrontItemsSource *frontFinderSearch, SearchBaseFinder &searchBaseFinder,
                FuzzyMatch &searchBaseMatcher, Services services);
     virtual ~SearchBase() = default;
     SearchBase(const SearchBase &) = delete;
@@ -106,7 +106,7 @@ private:
 
     FuzzyMatch &searchBaseMatcher_;
     SearchBasePaths searchBasePaths_;
-    const FrontFinderSearch *const frontFinderSearch_;
+    const FrontItemsSource *const frontFinderSearch_;
     SearchBaseFinder &searchBaseFinder_;
     SearchBaseIgnorePaths searchBaseIgnorePaths_;
     const Services services_;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/FrontFinderSearch.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
+#include "matching/FrontItems.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/FolderLister.h"
@@ -16,29 +16,26 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <functional>
-#include <map>
 #include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace quillon {
 
 /// The front window's items as a test sets them; none at first.
-struct FakeFrontFinderSearch final : FrontFinderSearch
+struct FakeFrontItems final : FrontItemsSource
 {
-    bool isActive() const override { return active; }
-    std::shared_ptr<const FuzzyMatch> matcher() const override { return items; }
-    std::optional<std::string> fullPath(std::string_view text) const override
+    bool isFinderFrontmost() const override { return isFrontmost; }
+    FrontItems frontItems() const override
     {
-        const auto found = paths.find(text);
-        return found == paths.end() ? std::nullopt : std::optional(found->second);
+        return {.cachedMatcher = matcher,
+                .cachedFilenameToPathMapping =
+                    std::make_shared<FrontItems::FilenameToPathMapping>(paths)};
     }
 
-    bool active = false;
-    std::shared_ptr<FuzzyMatch> items;
-    std::map<std::string, std::string, std::less<>> paths;
+    bool isFrontmost = false;
+    std::shared_ptr<FuzzyMatch> matcher;
+    FrontItems::FilenameToPathMapping paths;
 };
 
 /// A search base with everything it works with, over the folders that a lister shows.
@@ -84,7 +81,7 @@ struct SearchBaseOver
     CapturedOutput output;
     SearchBaseLogger logger{store, output.stream()};
     InlineTaskQueue queue;
-    FakeFrontFinderSearch front;
+    FakeFrontItems front;
     SearchBase searchBase{
         &front, finder, matcher, {.folderLister = lister, .logger = logger, .mainQueue = queue}};
 };

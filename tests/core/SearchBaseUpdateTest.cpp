@@ -504,11 +504,11 @@ TEST(SearchBase, putsTheFrontWindowsItemsFirst)
                            Row{true, 0, 3, 4, true}, Row{true, 30, 30, 50, false},
                            Row{true, 12, 12, 25, true}, Row{true, 12, 13, 25, false}}) {
         FakeBase base;
-        base.front.active = row.active;
+        base.front.isFrontmost = row.active;
         if (row.items > 0)
-            base.front.items = std::make_shared<FuzzyMatch>();
+            base.front.matcher = std::make_shared<FuzzyMatch>();
         for (std::size_t i = 0; i < row.items; ++i)
-            base.front.items->add("/x item " + std::to_string(10 + i));
+            base.front.matcher->add("/x item " + std::to_string(10 + i));
         base.front.paths["/x item 10"] = "/folder/x item 10";
         for (std::size_t i = 0; i < row.indexed; ++i)
             base.matcher.add("/x/" + std::to_string(10 + i));

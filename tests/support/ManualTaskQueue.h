@@ -23,6 +23,12 @@ public:
         tasks_.pop_front();
         task();
     }
+    /// Hands the oldest task, which must be there, to another queue.
+    void moveNextTo(ManualTaskQueue &other)
+    {
+        other.post(std::move(tasks_.front()));
+        tasks_.pop_front();
+    }
     void runAll()
     {
         while (!isEmpty())

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "matching/FuzzyMatch.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+namespace quillon {
+
+/// The items of the front file manager window as they stood at one moment. Searches on several
+/// threads share them; nobody changes them.
+struct FrontItems
+{
+    using FilenameToPathMapping = std::unordered_map<std::string, std::string>;
+
+    /// The file names; null when there is nothing to search.
+    std::shared_ptr<const FuzzyMatch> cachedMatcher;
+    /// The whole path of each file name, and of names that stood there earlier.
+    std::shared_ptr<const FilenameToPathMapping> cachedFilenameToPathMapping;
+
+    /// The file name itself when its path is not known.
+    std::string path(const std::string &filename) const
+    {
+        if (cachedFilenameToPathMapping != nullptr) {
+            const auto found = cachedFilenameToPathMapping->find(filename);
+            if (found != cachedFilenameToPathMapping->end())
+                return found->second;
+        }
+        return filename;
+    }
+};
+
+/// Who knows the items of the front file manager window. Safe from every thread.
+class FrontItemsSource
+{
+public:
+    FrontItemsSource() = default;
+    virtual ~FrontItemsSource() = default;
+    FrontItemsSource(const FrontItemsSource &) = delete;
+    FrontItemsSource &operator=(const FrontItemsSource &) = delete;
+
+    /// Whether the user wants them searched and a file manager was in front when the panel came.
+    virtual bool isFinderFrontmost() const = 0;
+    virtual FrontItems frontItems() const = 0;
+};
+
+} // namespace quillon
