@@ -1,63 +1,37 @@
 #include "platform/linux/GioWorkspace.h"
 
-#include <gio/gdesktopappinfo.h>
+#include "platform/linux/Applications.h"
+#include "platform/linux/FileUri.h"
+
 #include <gio/gio.h>
 
 #include <cstdlib>
 #include <memory>
 #include <string_view>
 
-#include <unistd.h>
-
 namespace quillon {
 
 namespace {
 
-struct Unref
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-template <typename T>
-using Object = std::unique_ptr<T, Unref>;
-
-/// Runs in the started program: a session of its own, so that a Control-C or the end of the
-/// terminal that quillon was started from does not end it.
-void detach(gpointer)
-{
-    setsid();
-}
-
-bool launch(GAppInfo *application, GFile *file)
-{
-    const std::unique_ptr<char, decltype(&g_free)> uri(g_file_get_uri(file), &g_free);
-    GList uris{uri.get(), nullptr, nullptr};
-    if (!G_IS_DESKTOP_APP_INFO(application))
-        return g_app_info_launch_uris(application, &uris, nullptr, nullptr);
-    // Without G_SPAWN_DO_NOT_REAP_CHILD nothing of the started program is left to us.
-    return g_desktop_app_info_launch_uris_as_manager(G_DESKTOP_APP_INFO(application), &uris,
-                                                     nullptr, G_SPAWN_SEARCH_PATH, detach, nullptr,
-                                                     nullptr, nullptr, nullptr);
-}
-
 /// Null when there is none or the item is gone.
-Object<GAppInfo> defaultApplication(GFile *file)
+ObjectRef<GAppInfo> defaultApplication(GFile *file)
 {
-    return Object<GAppInfo>(g_file_query_default_handler(file, nullptr, nullptr));
+    return ObjectRef<GAppInfo>(g_file_query_default_handler(file, nullptr, nullptr));
 }
 
 } // namespace
 
 bool GioWorkspace::open(const std::string &path)
 {
-    const Object<GFile> file(g_file_new_for_path(path.c_str()));
-    const Object<GAppInfo> application = defaultApplication(file.get());
-    return application && launch(application.get(), file.get());
+    const ObjectRef<GFile> file(g_file_new_for_path(path.c_str()));
+    const ObjectRef<GAppInfo> application = defaultApplication(file.get());
+    return application && launch(application.get(), fileUri(path));
 }
 
 std::string GioWorkspace::applicationToOpen(const std::string &path) const
 {
-    const Object<GFile> file(g_file_new_for_path(path.c_str()));
-    const Object<GAppInfo> application = defaultApplication(file.get());
+    const ObjectRef<GFile> file(g_file_new_for_path(path.c_str()));
+    const ObjectRef<GAppInfo> application = defaultApplication(file.get());
     const char *id = application ? g_app_info_get_id(application.get()) : nullptr;
     return id ? id : "";
 }
@@ -65,9 +39,9 @@ std::string GioWorkspace::applicationToOpen(const std::string &path) const
 std::vector<std::string> GioWorkspace::iconNames(const std::string &path) const
 {
     std::vector<std::string> names;
-    const Object<GFile> file(g_file_new_for_path(path.c_str()));
-    const Object<GFileInfo> info(g_file_query_info(file.get(), G_FILE_ATTRIBUTE_STANDARD_ICON,
-                                                   G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
+    const ObjectRef<GFile> file(g_file_new_for_path(path.c_str()));
+    const ObjectRef<GFileInfo> info(g_file_query_info(file.get(), G_FILE_ATTRIBUTE_STANDARD_ICON,
+                                                      G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
     GIcon *icon = info ? g_file_info_get_icon(info.get()) : nullptr;
     if (!icon || !G_IS_THEMED_ICON(icon))
         return names;

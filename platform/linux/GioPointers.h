@@ -1,0 +1,28 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <memory>
+
+namespace quillon {
+
+struct ObjectUnref
+{
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+struct VariantUnref
+{
+    void operator()(GVariant *variant) const { g_variant_unref(variant); }
+};
+struct GFree
+{
+    void operator()(gpointer memory) const { g_free(memory); }
+};
+
+/// A counted reference to an object of GIO; null where there is none.
+template <typename T>
+using ObjectRef = std::unique_ptr<T, ObjectUnref>;
+using VariantRef = std::unique_ptr<GVariant, VariantUnref>;
+using GString8 = std::unique_ptr<char, GFree>;
+
+} // namespace quillon

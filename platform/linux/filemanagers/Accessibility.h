@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/linux/filemanagers/BusConnection.h"
+#include "platform/linux/filemanagers/X11Windows.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+/// The controls inside other programs' windows, as they show them to screen readers. Any thread;
+/// where there is no accessibility bus nothing is found.
+class Accessibility
+{
+public:
+    /// One control of a program.
+    struct Control
+    {
+        std::string service;
+        std::string path;
+    };
+    enum class Role : std::uint32_t
+    {
+        list = 31,
+        menuBar = 34,
+        menuItem = 35,
+        pageTabList = 38,
+        layeredPane = 44,
+        statusBar = 54,
+        table = 55,
+        text = 61,
+        toggleButton = 62,
+        tree = 65,
+        treeTable = 66,
+        entry = 79,
+    };
+
+    explicit Accessibility(BusConnection &session);
+
+    /// The control that is the whole window.
+    std::optional<Control> frame(const DesktopWindow &window, const X11Windows &windows,
+                                 Deadline deadline);
+
+    std::vector<Control> children(const Control &control, Deadline deadline);
+    std::string name(const Control &control, Deadline deadline);
+    Role role(const Control &control, Deadline deadline);
+    /// Whether a button that stays down is down.
+    bool isChecked(const Control &control, Deadline deadline);
+    /// What an entry holds; absent where nothing can be written.
+    std::optional<std::string> text(const Control &control, Deadline deadline);
+    bool setText(const Control &control, const std::string &text, Deadline deadline);
+    /// The name of a control's first action, as "activate"; empty when it has none.
+    std::string action(const Control &control, Deadline deadline);
+    /// The keys for its first action, as "l;<Alt>v:l;<Primary>l".
+    std::string keyBinding(const Control &control, Deadline deadline);
+    bool act(const Control &control, Deadline deadline);
+
+    using Visitor = std::function<bool(const Control &, Role)>;
+    enum class Menus
+    {
+        leftOut,
+        searched
+    };
+    /// Goes through the controls inside another, depth first, until the visitor returns true for
+    /// one, which is returned. What stands in lists, tables and trees is left out.
+    std::optional<Control> find(const Control &root, const Visitor &visitor, Deadline deadline,
+                                Menus menus = Menus::leftOut);
+
+private:
+    VariantRef call(const Control &control, const std::string &interface, const std::string &method,
+                    GVariant *arguments, Deadline deadline);
+    std::optional<Control> program(pid_t process, Deadline deadline);
+
+    BusConnection bus_;
+};
+
+} // namespace quillon

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+
+namespace quillon {
+
+/// The time by which something has to be done, handed down so that all steps together keep to it.
+class Deadline
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    explicit Deadline(std::chrono::milliseconds fromNow) : end_(Clock::now() + fromNow) {}
+
+    /// Never negative.
+    std::chrono::milliseconds remaining() const
+    {
+        using std::chrono::milliseconds;
+        const auto left = std::chrono::ceil<milliseconds>(end_ - Clock::now());
+        return std::max(left, milliseconds::zero());
+    }
+    bool hasPassed() const { return remaining() == std::chrono::milliseconds::zero(); }
+    /// The nearer of this one and the one that is this far from now.
+    Deadline atMost(std::chrono::milliseconds fromNow) const
+    {
+        return Deadline(std::min(remaining(), fromNow));
+    }
+
+private:
+    Clock::time_point end_;
+};
+
+} // namespace quillon

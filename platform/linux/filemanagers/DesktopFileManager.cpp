@@ -1,0 +1,216 @@
+#include "platform/linux/filemanagers/DesktopFileManager.h"
+
+#include "platform/linux/Applications.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/filemanagers/FolderItems.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// For all that one call asks of a file manager.
+constexpr auto CALL_LIMIT = 3000ms;
+/// Until a window that was opened is there.
+constexpr auto WINDOW_LIMIT = 2000ms;
+
+/// Asked in a way that a dead network mount cannot hold up.
+bool isFolder(const std::string &path)
+{
+    return PosixFolderLister().kind(path) == FolderLister::Kind::folder;
+}
+
+bool isThere(const std::string &path)
+{
+    const auto kind = PosixFolderLister().kind(path);
+    return kind == FolderLister::Kind::folder || kind == FolderLister::Kind::other;
+}
+
+std::string withoutSuffix(const std::string &desktopId)
+{
+    constexpr std::string_view SUFFIX = ".desktop";
+    return desktopId.ends_with(SUFFIX) ? desktopId.substr(0, desktopId.size() - SUFFIX.size())
+                                       : desktopId;
+}
+
+bool hasDesktopId(const ManagerDriver &driver, const std::string &desktopId)
+{
+    return std::ranges::find(driver.identity().desktopIds, withoutSuffix(desktopId)) !=
+           driver.identity().desktopIds.end();
+}
+
+} // namespace
+
+DesktopFileManager::DesktopFileManager(Choice choice)
+    : choice_(std::move(choice)), session_(BusConnection::session()), accessibility_(session_)
+{
+    const Surroundings surroundings{session_, accessibility_, windows_};
+    for (const auto make : {makeNautilusDriver, makeNemoDriver, makeCajaDriver, makeThunarDriver,
+                            makeDolphinDriver, makePcmanfmQtDriver})
+        drivers_.push_back(make(surroundings));
+    generic_ = std::make_unique<ManagerDriver>(ManagerDriver::Identity{}, surroundings);
+}
+
+// The front window
+
+void DesktopFileManager::noteFrontWindow()
+{
+    auto window = frontWindows_.active();
+    const MutexLock lock(mutex_);
+    frontWindow_ = std::move(window);
+}
+
+std::optional<DesktopWindow> DesktopFileManager::frontWindow() const
+{
+    const MutexLock lock(mutex_);
+    return frontWindow_;
+}
+
+ManagerDriver *DesktopFileManager::driverOf(const DesktopWindow &window) const
+{
+    const auto found = std::ranges::find_if(drivers_, [&](const auto &driver) {
+        return driver->identity().windowClass == window.windowClass;
+    });
+    return found == drivers_.end() ? nullptr : found->get();
+}
+
+bool DesktopFileManager::isFrontmost() const
+{
+    const auto window = frontWindow();
+    return window && driverOf(*window);
+}
+
+std::optional<std::string> DesktopFileManager::frontWindowFolder()
+{
+    const auto window = frontWindow();
+    ManagerDriver *driver = window ? driverOf(*window) : nullptr;
+    return driver ? driver->folderOf(*window, Deadline(CALL_LIMIT)) : std::nullopt;
+}
+
+std::vector<std::string> DesktopFileManager::frontWindowItems()
+{
+    const auto folder = frontWindowFolder();
+    return folder && isThere(*folder) ? folderItems(*folder) : std::vector<std::string>{};
+}
+
+// Which file manager
+
+ManagerDriver &DesktopFileManager::driverFor(const std::string &desktopId)
+{
+    const auto found = std::ranges::find_if(
+        drivers_, [&](const auto &driver) { return hasDesktopId(*driver, desktopId); });
+    return found == drivers_.end() ? *generic_ : **found;
+}
+
+std::string DesktopFileManager::application() const
+{
+    if (const auto choice = choice_()) {
+        if (const auto application = installedApplication(*choice))
+            return g_app_info_get_id(G_APP_INFO(application.get()));
+    }
+    // Anything may have made itself the default for folders: an editor, a disk analyser.
+    const auto isSuitable = [this](const std::string &id) {
+        const auto application = installedApplication(id);
+        return application && (isFileManager(application.get()) ||
+                               std::ranges::any_of(drivers_, [&](const auto &driver) {
+                                   return hasDesktopId(*driver, id);
+                               }));
+    };
+    const auto ids = folderApplications();
+    const auto found = std::ranges::find_if(ids, isSuitable);
+    return found == ids.end() ? std::string() : *found;
+}
+
+DesktopFileManager::Chosen DesktopFileManager::chosen()
+{
+    const std::string id = application();
+    return {installedApplication(id), driverFor(id)};
+}
+
+// Showing folders
+
+bool DesktopFileManager::bringUp(const ManagerDriver &driver, const std::function<bool()> &open,
+                                 Deadline deadline)
+{
+    const std::string &windowClass = driver.identity().windowClass;
+    const auto before = windows_.clients();
+    if (!open())
+        return false;
+    if (!windows_.isAvailable() || windowClass.empty())
+        return true;
+    // It has the keyboard already unless the window manager is on guard against thieves.
+    std::uint32_t opened = 0;
+    windows_.waitUntil(
+        0,
+        [&] {
+            const auto windows = windows_.stacked();
+            const auto found = std::ranges::find_if(windows, [&](const DesktopWindow &window) {
+                return window.windowClass == windowClass &&
+                       std::ranges::find(before, window.id) == before.end();
+            });
+            opened = found == windows.end() ? 0 : found->id;
+            return opened != 0;
+        },
+        deadline.atMost(WINDOW_LIMIT));
+    if (opened != 0 && windows_.activeId() != opened)
+        windows_.activate(opened);
+    return true;
+}
+
+bool DesktopFileManager::openNewWindow(const Chosen &chosen, const std::string &folder,
+                                       Deadline deadline)
+{
+    return bringUp(
+        chosen.driver,
+        [&] { return chosen.driver.openNewWindow(chosen.application.get(), folder, deadline); },
+        deadline);
+}
+
+bool DesktopFileManager::openNewWindow(const std::string &folder)
+{
+    return isFolder(folder) && openNewWindow(chosen(), folder, Deadline(CALL_LIMIT));
+}
+
+bool DesktopFileManager::openInFrontWindow(const std::string &folder)
+{
+    if (!isFolder(folder))
+        return false;
+    const Deadline deadline(CALL_LIMIT);
+    const Chosen chosen = this->chosen();
+    const auto windows = windows_.stacked();
+    const auto front = std::ranges::find_if(windows, [&](const DesktopWindow &window) {
+        return driverOf(window) == &chosen.driver && !window.isMinimised;
+    });
+    if (front == windows.end() || !chosen.driver.retarget(*front, folder, deadline))
+        return openNewWindow(chosen, folder, deadline);
+    windows_.activate(front->id);
+    return true;
+}
+
+bool DesktopFileManager::select(const std::string &item, const std::string &folder)
+{
+    if (!isThere(item) || !isFolder(folder))
+        return false;
+    const Deadline deadline(CALL_LIMIT);
+    const Chosen chosen = this->chosen();
+    return bringUp(
+        chosen.driver,
+        [&] { return chosen.driver.select(chosen.application.get(), item, folder, deadline); },
+        deadline);
+}
+
+bool DesktopFileManager::probe()
+{
+    // The two things that a desktop may guard: the bus, and other programs' windows.
+    const Deadline deadline(CALL_LIMIT);
+    const bool hasBus = session_.hasOwner("org.freedesktop.DBus", deadline);
+    return hasBus || windows_.isAvailable();
+}
+
+} // namespace quillon

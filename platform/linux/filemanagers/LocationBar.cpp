@@ -1,0 +1,95 @@
+#include "platform/linux/filemanagers/LocationBar.h"
+
+#include "platform/linux/FileUri.h"
+
+#include <utility>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+using Role = Accessibility::Role;
+
+bool isLocation(const std::string &text)
+{
+    return text.starts_with('/') || text.starts_with("file://");
+}
+
+} // namespace
+
+LocationBar::LocationBar(Accessibility &accessibility, Accessibility::Control frame,
+                         Deadline deadline)
+    : accessibility_(accessibility), frame_(std::move(frame)), deadline_(deadline)
+{}
+
+std::optional<Accessibility::Control> LocationBar::entry()
+{
+    return accessibility_.find(
+        frame_,
+        [this](const Accessibility::Control &control, Role role) {
+            return (role == Role::text || role == Role::entry) &&
+                   isLocation(accessibility_.text(control, deadline_).value_or("")) &&
+                   accessibility_.action(control, deadline_) == "activate";
+        },
+        deadline_);
+}
+
+std::optional<std::string> LocationBar::folder()
+{
+    const auto entry = this->entry();
+    if (!entry)
+        return folderOfButtons();
+    std::string text = accessibility_.text(*entry, deadline_).value_or("");
+    if (!text.starts_with('/'))
+        return localPath(text);
+    while (text.size() > 1 && text.ends_with('/'))
+        text.pop_back();
+    return text;
+}
+
+std::optional<std::string> LocationBar::folderOfButtons()
+{
+    // The buttons stand side by side, that of the root is the last one; the one of the folder
+    // shown is pressed, and those before it lead to where the user has been.
+    std::optional<std::string> path;
+    accessibility_.find(
+        frame_,
+        [&](const Accessibility::Control &control, Role) {
+            path.reset();
+            for (const auto &child : accessibility_.children(control, deadline_)) {
+                if (accessibility_.role(child, deadline_) != Role::toggleButton)
+                    continue;
+                if (!path && !accessibility_.isChecked(child, deadline_))
+                    continue;
+                const std::string name = accessibility_.name(child, deadline_);
+                if (name.empty() || name == "/")
+                    return path.has_value() || accessibility_.isChecked(child, deadline_);
+                path = "/" + name + path.value_or("");
+            }
+            return false;
+        },
+        deadline_);
+    return path;
+}
+
+bool LocationBar::go(const std::string &uri)
+{
+    const auto entry = this->entry();
+    return entry && accessibility_.setText(*entry, uri, deadline_) &&
+           accessibility_.act(*entry, deadline_);
+}
+
+bool LocationBar::showEntry()
+{
+    const auto item = accessibility_.find(
+        frame_,
+        [this](const Accessibility::Control &control, Role role) {
+            return role == Role::menuItem &&
+                   accessibility_.keyBinding(control, deadline_).ends_with("<Primary>l");
+        },
+        deadline_, Accessibility::Menus::searched);
+    return item && accessibility_.act(*item, deadline_);
+}
+
+} // namespace quillon

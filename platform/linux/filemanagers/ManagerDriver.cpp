@@ -1,0 +1,183 @@
+#include "platform/linux/filemanagers/ManagerDriver.h"
+
+#include "platform/linux/Applications.h"
+#include "platform/linux/FileUri.h"
+#include "platform/linux/filemanagers/WatchedFolders.h"
+
+#include <filesystem>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::string COMMON_NAME = "org.freedesktop.FileManager1";
+/// For one question to a file manager: one that hangs leaves time for another way.
+constexpr auto ANSWER_LIMIT = 1500ms;
+/// Until a window that was asked shows the folder.
+constexpr auto SHOWING_LIMIT = 1000ms;
+/// A file manager takes its name before it answers to it.
+constexpr auto RETRY_INTERVAL = 200ms;
+constexpr auto SEARCH_LIMIT = 700ms;
+
+std::string lastName(const std::string &path)
+{
+    const std::string name = std::filesystem::path(path).filename().string();
+    return name.empty() ? path : name;
+}
+
+/// Titles are the folder's name, some with the program's name after it.
+bool isTitleFor(const std::string &title, const std::string &folder)
+{
+    const std::string name = lastName(folder);
+    return title == name || title.starts_with(name + " - ") || title.starts_with(name + " \u2014 ");
+}
+
+/// The folder's name in a title.
+std::string nameInTitle(const std::string &title)
+{
+    for (const char *separator : {" \u2014 ", " - "}) {
+        const std::size_t at = title.rfind(separator);
+        if (at != std::string::npos)
+            return title.substr(0, at);
+    }
+    return title;
+}
+
+} // namespace
+
+ManagerDriver::ManagerDriver(Identity identity, Surroundings surroundings)
+    : identity_(std::move(identity)), surroundings_(surroundings)
+{}
+
+BusObject ManagerDriver::commonObject(const std::string &service)
+{
+    return {service, "/org/freedesktop/FileManager1", COMMON_NAME};
+}
+
+bool ManagerDriver::callCommon(const std::string &service, const std::string &method,
+                               const std::string &path, Deadline deadline,
+                               BusConnection::Activation activation)
+{
+    const std::string uri = fileUri(path);
+    const std::array<const char *, 2> uris{uri.c_str(), nullptr};
+    return surroundings_.session.call(commonObject(service), method,
+                                      g_variant_new("(^ass)", uris.data(), ""),
+                                      deadline.atMost(ANSWER_LIMIT), activation) != nullptr;
+}
+
+bool ManagerDriver::start(const std::vector<std::string> &options, const std::string &path)
+{
+    if (identity_.newWindowCommand.empty())
+        return false;
+    std::vector<std::string> command{identity_.newWindowCommand.front()};
+    command.insert(command.end(), options.begin(), options.end());
+    command.push_back(fileUri(path));
+    return startProgram(command);
+}
+
+// Opening
+
+bool ManagerDriver::openNewWindow(GDesktopAppInfo *application, const std::string &folder,
+                                  Deadline deadline)
+{
+    const auto &command = identity_.newWindowCommand;
+    const char *program =
+        application ? g_app_info_get_executable(G_APP_INFO(application)) : nullptr;
+    // One in a sandbox is started by another program, which has other options.
+    if (!command.empty() && program && lastName(program) == command.front() &&
+        start({command.begin() + 1, command.end()}, folder))
+        return true;
+    if (application && launch(G_APP_INFO(application), fileUri(folder)))
+        return true;
+    return callCommon(COMMON_NAME, "ShowFolders", folder, deadline,
+                      BusConnection::Activation::allowed);
+}
+
+// Selecting
+
+std::optional<std::string> ManagerDriver::commonName(Deadline deadline)
+{
+    const std::string &name = identity_.busName;
+    if (!name.empty() && surroundings_.session.hasOwner(name, deadline.atMost(ANSWER_LIMIT)))
+        return name;
+    return std::nullopt;
+}
+
+bool ManagerDriver::selectOnceStarted(const std::string &item, Deadline deadline)
+{
+    // Nothing tells when it is ready but its answer.
+    return surroundings_.windows.waitUntil(
+        0,
+        [&] {
+            const auto name = commonName(deadline);
+            return name &&
+                   callCommon(*name, "ShowItems", item, deadline, BusConnection::Activation::never);
+        },
+        deadline);
+}
+
+bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item,
+                           const std::string &folder, Deadline deadline)
+{
+    constexpr auto never = BusConnection::Activation::never;
+    const auto name = commonName(deadline);
+    if (name && callCommon(*name, "ShowItems", item, deadline, never))
+        return true;
+    if (selectByOwnMeans(item, folder, deadline))
+        return true;
+    if (identity_.busName.empty() &&
+        callCommon(COMMON_NAME, "ShowItems", item, deadline, BusConnection::Activation::allowed))
+        return true;
+    return openNewWindow(application, folder, deadline);
+}
+
+bool ManagerDriver::selectByOwnMeans(const std::string &, const std::string &, Deadline)
+{
+    return false;
+}
+
+// The folder of a window
+
+bool ManagerDriver::show(const DesktopWindow &, const std::string &, Deadline)
+{
+    return false;
+}
+
+bool ManagerDriver::retarget(const DesktopWindow &window, const std::string &folder,
+                             Deadline deadline)
+{
+    return show(window, folder, deadline) && isShown(window, window.title, folder, deadline);
+}
+
+bool ManagerDriver::isShown(const DesktopWindow &window, const std::string &oldTitle,
+                            const std::string &folder, Deadline deadline)
+{
+    // A title that was fitting before proves nothing.
+    const bool isTitleTelling = !isTitleFor(oldTitle, folder);
+    const Deadline limit = deadline.atMost(SHOWING_LIMIT);
+    const auto hasArrived = [&] {
+        if (isTitleTelling && isTitleFor(surroundings_.windows.title(window.id), folder))
+            return true;
+        DesktopWindow now = window;
+        now.title = surroundings_.windows.title(window.id);
+        return toldFolder(now, limit) == folder;
+    };
+    return surroundings_.windows.waitUntil(window.id, hasArrived, limit);
+}
+
+std::optional<std::string> ManagerDriver::toldFolder(const DesktopWindow &, Deadline)
+{
+    return std::nullopt;
+}
+
+std::optional<std::string> ManagerDriver::folderOf(const DesktopWindow &window, Deadline deadline)
+{
+    if (auto folder = toldFolder(window, deadline.atMost(ANSWER_LIMIT)))
+        return folder;
+    return watchedFolder(window.process, nameInTitle(window.title), deadline.atMost(SEARCH_LIMIT));
+}
+
+} // namespace quillon

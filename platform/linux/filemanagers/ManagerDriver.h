@@ -1,0 +1,98 @@
+#pragma once
+
+#include "platform/linux/filemanagers/Accessibility.h"
+#include "platform/linux/filemanagers/BusConnection.h"
+#include "platform/linux/filemanagers/X11Windows.h"
+
+#include <gio/gdesktopappinfo.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+/// What a driver works with.
+struct Surroundings
+{
+    BusConnection &session;
+    Accessibility &accessibility;
+    const X11Windows &windows;
+};
+
+/// How one file manager is asked to do things. The base class asks it in the ways that hold for
+/// all, and thereby serves those that are not known better. One call at a time for actions;
+/// folderOf() may run beside them.
+class ManagerDriver
+{
+public:
+    /// Texts are empty where a file manager has no such thing or it is not known.
+    struct Identity
+    {
+        /// Without ".desktop".
+        std::vector<std::string> desktopIds;
+        /// As DesktopWindow has it.
+        std::string windowClass;
+        /// The name on the session bus that is its own.
+        std::string busName;
+        /// The command for a window of its own: the program and its options, a URI follows.
+        std::vector<std::string> newWindowCommand;
+    };
+
+    ManagerDriver(Identity identity, Surroundings surroundings);
+    virtual ~ManagerDriver() = default;
+    ManagerDriver(const ManagerDriver &) = delete;
+    ManagerDriver &operator=(const ManagerDriver &) = delete;
+
+    const Identity &identity() const { return identity_; }
+
+    // False when nothing was done. The application is the one whose windows are meant.
+
+    bool openNewWindow(GDesktopAppInfo *application, const std::string &folder, Deadline deadline);
+    /// Shows the item selected in its folder.
+    bool select(GDesktopAppInfo *application, const std::string &item, const std::string &folder,
+                Deadline deadline);
+    /// Has an existing window show the folder and makes sure that it does.
+    bool retarget(const DesktopWindow &window, const std::string &folder, Deadline deadline);
+    /// The folder that a window shows.
+    std::optional<std::string> folderOf(const DesktopWindow &window, Deadline deadline);
+
+protected:
+    /// Has the window show the folder; false when it cannot be asked.
+    virtual bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline);
+    /// Selects an item in a way of the file manager's own, where the usual one was of no use.
+    virtual bool selectByOwnMeans(const std::string &item, const std::string &folder,
+                                  Deadline deadline);
+    /// What the file manager tells about a window; absent when it tells nothing.
+    virtual std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline);
+    /// The name on the bus under which the file manager itself offers the interface that all have.
+    virtual std::optional<std::string> commonName(Deadline deadline);
+
+    /// ShowItems or ShowFolders of the interface that all have, with one URI.
+    bool callCommon(const std::string &service, const std::string &method, const std::string &path,
+                    Deadline deadline, BusConnection::Activation activation);
+    /// Waits until the file manager answers on the bus, then has it select the item.
+    bool selectOnceStarted(const std::string &item, Deadline deadline);
+    /// Starts the file manager's program with these arguments before the URI.
+    bool start(const std::vector<std::string> &options, const std::string &path);
+
+    Surroundings &surroundings() { return surroundings_; }
+    static BusObject commonObject(const std::string &service);
+
+private:
+    bool isShown(const DesktopWindow &window, const std::string &oldTitle,
+                 const std::string &folder, Deadline deadline);
+
+    const Identity identity_;
+    Surroundings surroundings_;
+};
+
+std::unique_ptr<ManagerDriver> makeNautilusDriver(Surroundings surroundings);
+std::unique_ptr<ManagerDriver> makeNemoDriver(Surroundings surroundings);
+std::unique_ptr<ManagerDriver> makeCajaDriver(Surroundings surroundings);
+std::unique_ptr<ManagerDriver> makeThunarDriver(Surroundings surroundings);
+std::unique_ptr<ManagerDriver> makeDolphinDriver(Surroundings surroundings);
+std::unique_ptr<ManagerDriver> makePcmanfmQtDriver(Surroundings surroundings);
+
+} // namespace quillon

@@ -1,0 +1,85 @@
+#include "platform/linux/FileUri.h"
+#include "platform/linux/filemanagers/ManagerDriver.h"
+
+#include <filesystem>
+
+namespace quillon {
+
+namespace {
+
+constexpr const char *ACTION = "open-location";
+
+/// GNOME's: its windows are objects on the bus with actions of their own.
+class NautilusDriver : public ManagerDriver
+{
+public:
+    explicit NautilusDriver(Surroundings surroundings)
+        : ManagerDriver({.desktopIds = {"org.gnome.Nautilus", "nautilus"},
+                         .windowClass = "org.gnome.nautilus",
+                         .busName = "org.gnome.Nautilus",
+                         .newWindowCommand = {"nautilus", "--new-window"}},
+                        surroundings)
+    {}
+
+protected:
+    bool selectByOwnMeans(const std::string &item, const std::string &, Deadline) override
+    {
+        return start({"--select"}, item);
+    }
+
+    bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
+    {
+        auto &session = surroundings().session;
+        const BusObject actions{window.gtkBusName, window.gtkObjectPath, "org.gtk.Actions"};
+        if (actions.service.empty() || actions.path.empty())
+            return false;
+        // An unknown action would be answered as if it had been carried out.
+        const auto known =
+            session.call(actions, "Describe", g_variant_new("(s)", ACTION), deadline);
+        if (!known)
+            return false;
+        GVariantBuilder parameter;
+        g_variant_builder_init(&parameter, G_VARIANT_TYPE("av"));
+        g_variant_builder_add(&parameter, "v", g_variant_new_string(fileUri(folder).c_str()));
+        return session.call(actions, "Activate",
+                            g_variant_new("(sava{sv})", ACTION, &parameter, nullptr),
+                            deadline) != nullptr;
+    }
+
+    std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline) override
+    {
+        const auto windows = surroundings().session.property(commonObject(identity().busName),
+                                                             "OpenWindowsWithLocations", deadline);
+        if (!windows || !g_variant_is_of_type(windows.get(), G_VARIANT_TYPE("a{sas}")))
+            return std::nullopt;
+        const VariantRef tabs(g_variant_lookup_value(windows.get(), window.gtkObjectPath.c_str(),
+                                                     G_VARIANT_TYPE_STRING_ARRAY));
+        return tabs ? shownTab(tabs.get(), window.title) : std::nullopt;
+    }
+
+private:
+    /// Which tab is in front is not told, but the title is its folder's name.
+    static std::optional<std::string> shownTab(GVariant *tabs, const std::string &title)
+    {
+        std::optional<std::string> first;
+        for (gsize i = 0; i < g_variant_n_children(tabs); ++i) {
+            const char *uri = nullptr;
+            g_variant_get_child(tabs, i, "&s", &uri);
+            auto path = localPath(uri);
+            if (path && std::filesystem::path(*path).filename() == title)
+                return path;
+            if (i == 0)
+                first = std::move(path);
+        }
+        return first;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<ManagerDriver> makeNautilusDriver(Surroundings surroundings)
+{
+    return std::make_unique<NautilusDriver>(surroundings);
+}
+
+} // namespace quillon

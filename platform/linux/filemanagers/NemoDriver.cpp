@@ -1,0 +1,41 @@
+#include "platform/linux/filemanagers/LocationBarDriver.h"
+
+namespace quillon {
+
+namespace {
+
+/// Cinnamon's.
+class NemoDriver : public LocationBarDriver
+{
+public:
+    explicit NemoDriver(Surroundings surroundings)
+        : LocationBarDriver({.desktopIds = {"nemo"},
+                             .windowClass = "nemo",
+                             .busName = "org.Nemo",
+                             .newWindowCommand = {"nemo"}},
+                            surroundings)
+    {}
+
+protected:
+    bool selectByOwnMeans(const std::string &item, const std::string &folder,
+                          Deadline deadline) override
+    {
+        return start({"--no-default-window"}, folder) && selectOnceStarted(item, deadline);
+    }
+
+    bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
+    {
+        // A tab of the window that was last in use.
+        return LocationBarDriver::show(window, folder, deadline) ||
+               start({"--existing-window"}, folder);
+    }
+};
+
+} // namespace
+
+std::unique_ptr<ManagerDriver> makeNemoDriver(Surroundings surroundings)
+{
+    return std::make_unique<NemoDriver>(surroundings);
+}
+
+} // namespace quillon

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/linux/filemanagers/Deadline.h"
+
+#include <optional>
+#include <string>
+
+#include <sys/types.h>
+
+namespace quillon {
+
+/// A folder of this name that the process watches for changes, as a file manager does with what
+/// it shows: looked for below the user's home folder and then everywhere, nearest first, without
+/// the hidden folders. Absent when none is found in time.
+std::optional<std::string> watchedFolder(pid_t process, const std::string &name, Deadline deadline);
+
+/// Whether the process watches this folder; unknown, and thus false, for another user's processes.
+bool isWatchedFolder(pid_t process, const std::string &path);
+
+} // namespace quillon

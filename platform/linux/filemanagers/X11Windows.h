@@ -1,0 +1,100 @@
+#pragma once
+
+#include "platform/linux/filemanagers/Deadline.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/types.h>
+
+struct xcb_connection_t;
+
+namespace quillon {
+
+/// A top-level window as its program and the window manager describe it.
+struct DesktopWindow
+{
+    std::uint32_t id = 0;
+    /// Zero when the program does not tell.
+    pid_t process = 0;
+    /// The second part of WM_CLASS in small letters.
+    std::string windowClass;
+    std::string title;
+    /// Where GTK programs put the window on the session bus; empty for the others.
+    std::string gtkObjectPath;
+    std::string gtkBusName;
+    bool isMinimised = false;
+};
+
+/// The windows of all programs on the X11 display, by a connection of its own. Where there is no
+/// X11 nothing is found and nothing happens. Safe from every thread, but only one at a time waits.
+class X11Windows
+{
+public:
+    /// Joins the display that the environment names.
+    X11Windows();
+    X11Windows(const X11Windows &) = delete;
+    X11Windows &operator=(const X11Windows &) = delete;
+    ~X11Windows();
+
+    bool isAvailable() const { return x_ != nullptr; }
+
+    /// The window with the keyboard; of a dialogue the window that it belongs to. Absent when it is
+    /// no ordinary window.
+    std::optional<DesktopWindow> active() const;
+    /// The window with the keyboard as it is, 0 when there is none.
+    std::uint32_t activeId() const;
+    /// The ordinary windows of the current desktop, the topmost first.
+    std::vector<DesktopWindow> stacked() const;
+    /// All windows that the window manager knows, in the order they came.
+    std::vector<std::uint32_t> clients() const;
+    std::string title(std::uint32_t window) const;
+
+    struct Box
+    {
+        int left = 0;
+        int top = 0;
+        int width = 0;
+        int height = 0;
+
+        bool operator==(const Box &) const = default;
+    };
+    /// The window's contents on the screen; absent when it has gone.
+    std::optional<Box> box(std::uint32_t window) const;
+
+    /// Asks the window manager to raise the window and to give it the keyboard.
+    void activate(std::uint32_t window) const;
+    /// One stroke on the keyboard; the symbol of an ASCII letter is the letter.
+    struct Stroke
+    {
+        std::uint32_t symbol = 0;
+        bool withControl = false;
+    };
+    /// Hands the window these strokes, which reach no other one whatever the user does meanwhile.
+    /// False when the keyboard lacks one of them; none is sent then. GTK ignores such strokes.
+    bool type(std::uint32_t window, const std::vector<Stroke> &strokes) const;
+
+    /// Tries until the answer is true or the deadline has passed, each time that a property of
+    /// the window or of the root window changes. Returns the last answer.
+    bool waitUntil(std::uint32_t window, const std::function<bool()> &answer,
+                   Deadline deadline) const;
+
+private:
+    struct Atoms;
+    struct Description;
+
+    std::vector<std::uint32_t> windowList(std::uint32_t property) const;
+    std::vector<Description> describe(const std::vector<std::uint32_t> &windows) const;
+    void watch(std::uint32_t window, bool isWatched) const;
+
+    xcb_connection_t *x_ = nullptr;
+    std::uint32_t root_ = 0;
+    std::unique_ptr<const Atoms> atoms_;
+};
+
+} // namespace quillon
