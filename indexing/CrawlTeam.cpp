@@ -223,6 +223,7 @@ void CrawlTeam::giveUp(Member &member)
     if (!member.worker->giveUp(member.activity))
         return;
     member.isStalled = false;
+    member.worker->giveUpListing();
     const std::error_code error = std::make_error_code(std::errc::timed_out);
     const std::string path = member.worker->currentPath();
     if (path.empty()) {

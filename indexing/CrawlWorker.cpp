@@ -80,6 +80,7 @@ bool CrawlWorker::take(CrawlItem &item)
         return false;
     parent_ = item.parent;
     name_ = item.name;
+    armed_ = item.parent->armed();
     return true;
 }
 
@@ -96,8 +97,10 @@ bool CrawlWorker::visitRoot()
     if (!inCall([&] { folder = task.folderLister.open(task.rootPath, wanted, error); }))
         return false;
     if (!folder) {
-        if (error)
+        if (error) {
+            giveUpListing();
             team_.rootFailed(error);
+        }
         return true;
     }
     team_.setRoot(folder);
@@ -142,10 +145,22 @@ bool CrawlWorker::arm(CrawlItem &item)
     FSEventArming *arming = team_.task().arming.get();
     if (arming == nullptr)
         return true;
-    return inCall([&] {
+    const bool goesOn = inCall([&] {
         item.armed = item.parent ? arming->arm(item.parent->armed(), item.name)
                                  : arming->armRoot(team_.task().rootPath);
     });
+    if (!goesOn)
+        return false;
+    const MutexLock lock(mutex_);
+    armed_ = item.armed;
+    return true;
+}
+
+void CrawlWorker::giveUpListing()
+{
+    const MutexLock lock(mutex_);
+    if (team_.task().arming && armed_)
+        team_.task().arming->notListed(*armed_);
 }
 
 void CrawlWorker::setMaxOpen(std::size_t count)
@@ -258,6 +273,7 @@ void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder
 void CrawlWorker::report(const CrawlItem &item, const std::error_code &error)
 {
     ++counts_.errors;
+    giveUpListing();
     if (team_.task().reportsProgress)
         team_.addError(item.path(), error);
 }

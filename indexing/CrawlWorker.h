@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -54,6 +55,8 @@ public:
     bool hasEnded() const { return ended_.load(); }
     /// The path of what it is busy with; empty for the root.
     std::string currentPath() EXCLUDES(mutex_);
+    /// Tells whoever watches that what it is busy with will not be listed.
+    void giveUpListing() EXCLUDES(mutex_);
     /// Read only once the worker has ended or was given up.
     const Counts &counts() const { return counts_; }
 
@@ -81,7 +84,7 @@ private:
     // These return as inCall().
     bool visitRoot();
     bool visit(CrawlItem &item);
-    bool arm(CrawlItem &item);
+    bool arm(CrawlItem &item) EXCLUDES(mutex_);
     bool openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder, std::error_code &error);
     bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
     bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);
@@ -101,6 +104,8 @@ private:
     /// What is being visited.
     CrawlFolder::Ref parent_ GUARDED_BY(mutex_);
     std::string name_ GUARDED_BY(mutex_);
+    /// What watches it, or the folder above as long as it is not armed itself.
+    std::optional<FSEventArming::Folder> armed_ GUARDED_BY(mutex_);
 
     // What the folder being visited keeps. The room is used again for the next one.
     FolderBatch batch_;

@@ -121,6 +121,26 @@ TEST(Crawler, tellsArmingWhichFolderEachOneIsIn)
     EXPECT_EQ(std::set(notes.begin(), notes.end()), expected);
 }
 
+TEST(Crawler, tellsArmingWhatItCannotList)
+{
+    const TemporaryFolder disk;
+    const std::string locked = disk.makeFolder("locked");
+    fs::permissions(disk.path(), fs::perms(0755));
+    fs::permissions(locked, fs::perms::none);
+    FakeFSEventService service;
+    PosixFolderLister lister;
+    const UnprivilegedUser user;
+    for (const std::string &root : {disk.path(), disk.path("missing")}) {
+        RecordingSink sink;
+        Crawler(lister, std::make_shared<SkipRules>(), {}, service.beginArming(nullptr))
+            .crawl(root, {"x"}, sink);
+    }
+    const std::string missing = disk.path("missing");
+    EXPECT_THAT(service.notes(),
+                ElementsAre("arm " + disk.path(), "arm " + locked, "not listed " + locked,
+                            "arm " + missing, "not listed " + missing));
+}
+
 TEST(Crawler, tellsWhatIsWrongWithARoot)
 {
     const TemporaryFolder disk;

@@ -21,6 +21,7 @@ using namespace std::chrono_literals;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 /// A file system in memory where some calls do not return until they are released.
 ///
@@ -137,37 +138,45 @@ std::size_t allFolders(int depth)
 class HangingArming final : public FSEventArming
 {
 public:
-    HangingArming(std::latch &released, std::atomic<int> &living)
-        : released_(released), living_(living)
+    HangingArming(std::latch &released, std::atomic<int> &living, std::vector<Folder> &notListed)
+        : released_(released), living_(living), notListed_(notListed)
     {
         ++living_;
     }
     ~HangingArming() override { --living_; }
-    Folder armRoot(const std::string &) override { return 0; }
-    Folder arm(Folder, std::string_view name) override
+    static constexpr Folder ROOT = 10;
+
+    Folder armRoot(const std::string &) override { return ROOT; }
+    Folder arm(Folder parent, std::string_view name) override
     {
         if (name == "arm-hang")
             released_.wait();
-        return 0;
+        return parent + 1;
     }
+    void notListed(Folder folder) override { notListed_.push_back(folder); }
 
 private:
     std::latch &released_;
     std::atomic<int> &living_;
+    std::vector<Folder> &notListed_;
 };
 
 TEST(HangingCrawl, leavesArmingBehindToo)
 {
-    HangingLister lister({"a", "arm-hang"}, 1);
+    HangingLister lister({"a", "arm-hang", "read-hang"}, 1);
     std::latch released{1};
     std::atomic<int> living = 0;
+    std::vector<FSEventArming::Folder> notListed;
     RecordingSink sink;
     const auto result = Crawler(lister, std::make_shared<SkipRules>(), IMPATIENT,
-                                std::make_shared<HangingArming>(released, living))
+                                std::make_shared<HangingArming>(released, living, notListed))
                             .crawl("/r", {}, sink);
-    EXPECT_EQ(result.errors, 1U);
-    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/arm-hang"));
+    EXPECT_EQ(result.errors, 2U);
+    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/arm-hang", "/r/read-hang"));
+    EXPECT_THAT(notListed, UnorderedElementsAre(HangingArming::ROOT, HangingArming::ROOT + 1))
+        << "what cannot be armed is not listed in the folder above";
     EXPECT_EQ(living, 1) << "a call uses it still";
+    lister.release();
     released.count_down();
     while (living > 0)
         std::this_thread::yield();

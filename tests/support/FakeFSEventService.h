@@ -95,6 +95,11 @@ private:
             }
             return arm(path.append("/").append(name));
         }
+        void notListed(Folder folder) override
+        {
+            const MutexLock lock(mutex_);
+            service_.note("not listed " + paths_.at(folder));
+        }
 
     private:
         Folder arm(const std::string &path)
