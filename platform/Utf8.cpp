@@ -24,4 +24,16 @@ Utf8Character firstUtf8Character(std::string_view bytes)
     return {.codePoint = codePoint, .length = length, .isValid = true};
 }
 
+std::string replacingInvalidUtf8(std::string_view bytes)
+{
+    constexpr std::string_view REPLACEMENT = "\xef\xbf\xbd";
+    std::string text;
+    while (!bytes.empty()) {
+        const Utf8Character first = firstUtf8Character(bytes);
+        text += first.isValid ? bytes.substr(0, first.length) : REPLACEMENT;
+        bytes.remove_prefix(first.length);
+    }
+    return text;
+}
+
 } // namespace quillon

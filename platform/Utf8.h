@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace quillon {
@@ -19,5 +20,7 @@ struct Utf8Character
 /// The first character of bytes, which are not empty. Overlong forms, surrogates and what lies
 /// beyond the last code point are not valid.
 Utf8Character firstUtf8Character(std::string_view bytes);
+/// The bytes as text, with U+FFFD in place of each byte that is not valid.
+std::string replacingInvalidUtf8(std::string_view bytes);
 
 } // namespace quillon

@@ -19,11 +19,16 @@ std::vector<std::string> folderApplications();
 /// Whether an application calls itself a file manager.
 bool isFileManager(GDesktopAppInfo *application);
 
-/// Opens the URI with the application, which goes on by itself. False when it could not be started.
-bool launch(GAppInfo *application, const std::string &uri);
+// What is started goes on by itself, whatever becomes of this process, and its output is dropped.
 
-/// Starts a program with its arguments, the program's name first; it goes on by itself and its
-/// output is dropped. False when there is no such program.
-bool startProgram(const std::vector<std::string> &arguments);
+/// Opens the URI with the application. False when it could not be started.
+bool launch(GAppInfo *application, const std::string &uri);
+/// Starts an application that takes no files, with the folder as its working folder. False as
+/// above.
+bool launchIn(GDesktopAppInfo *application, const std::string &folder);
+
+/// Starts a program with its arguments, the program's name first, in the folder, or in that of
+/// this process. False when there is no such program or folder.
+bool startProgram(const std::vector<std::string> &arguments, const std::string &folder = {});
 
 } // namespace quillon

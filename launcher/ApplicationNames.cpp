@@ -1,0 +1,125 @@
+#include "launcher/ApplicationNames.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::string_view DESKTOP = ".desktop";
+constexpr std::size_t MOST_NAMES = 3;
+
+QString folded(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toCaseFolded();
+}
+
+std::string_view withoutSuffix(std::string_view id)
+{
+    if (id.ends_with(DESKTOP))
+        id.remove_suffix(DESKTOP.size());
+    return id;
+}
+
+/// "Terminal" of "org.example.Terminal.desktop".
+std::string_view lastPart(const Application &application)
+{
+    const std::string_view id = withoutSuffix(application.id);
+    return id.substr(id.rfind('.') + 1);
+}
+
+using NameOf = std::string_view (*)(const Application &);
+
+/// The kinds of name, those that settle it first.
+constexpr std::array<NameOf, 7> NAMES{
+    [](const Application &a) -> std::string_view { return a.id; },
+    [](const Application &a) { return withoutSuffix(a.id); },
+    [](const Application &a) -> std::string_view { return a.name; },
+    [](const Application &a) -> std::string_view { return a.untranslatedName; },
+    [](const Application &a) -> std::string_view { return a.executable; },
+    lastPart,
+    [](const Application &a) -> std::string_view { return a.genericName; },
+};
+
+/// How many letters have to be put in, left out or changed to make one text of the other.
+int editDistance(const QString &one, const QString &other)
+{
+    std::vector<int> row(static_cast<std::size_t>(other.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (const QChar letter : one) {
+        int diagonal = std::exchange(row[0], row[0] + 1);
+        for (std::size_t i = 1; i < row.size(); ++i) {
+            const int changed = diagonal + (letter != other[static_cast<qsizetype>(i) - 1]);
+            diagonal = std::exchange(row[i], std::min({row[i] + 1, row[i - 1] + 1, changed}));
+        }
+    }
+    return row.back();
+}
+
+/// Absent when nobody who means the name would type the text: more than a third of it is wrong,
+/// and neither is a part of the other.
+std::optional<int> distance(const QString &typed, const QString &name)
+{
+    if (name.isEmpty())
+        return std::nullopt;
+    if (name.contains(typed) || typed.contains(name))
+        return 0;
+    const int edits = editDistance(typed, name);
+    if (edits * 3 > std::max(typed.size(), name.size()))
+        return std::nullopt;
+    return edits;
+}
+
+} // namespace
+
+const Application *findApplication(std::string_view name, std::span<const Application> applications,
+                                   NameKinds kinds)
+{
+    const QString wanted = folded(name);
+    const std::size_t kindCount = NAMES.size() - (kinds == NameKinds::own ? 1 : 0);
+    if (wanted.isEmpty())
+        return nullptr;
+    for (const bool isShown : {true, false}) {
+        for (const NameOf nameOf : std::span(NAMES).first(kindCount)) {
+            const auto found = std::ranges::find_if(applications, [&](const Application &each) {
+                return each.isShown == isShown && folded(nameOf(each)) == wanted;
+            });
+            if (found != applications.end())
+                return &*found;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<std::string> nearestNames(std::string_view name,
+                                      std::span<const Application> applications)
+{
+    const QString typed = folded(name);
+    std::vector<std::pair<int, std::string>> near;
+    for (const Application &application : applications) {
+        if (!application.isShown || typed.isEmpty())
+            continue;
+        std::optional<int> nearest;
+        for (const std::string_view each :
+             {std::string_view(application.name), std::string_view(application.executable)}) {
+            const auto edits = distance(typed, folded(each));
+            if (edits && (!nearest || *edits < *nearest))
+                nearest = edits;
+        }
+        if (nearest)
+            near.emplace_back(*nearest, application.name);
+    }
+    std::ranges::sort(near);
+    std::vector<std::string> names;
+    for (auto &[edits, each] : near)
+        if (names.size() < MOST_NAMES && std::ranges::find(names, each) == names.end())
+            names.push_back(std::move(each));
+    return names;
+}
+
+} // namespace quillon

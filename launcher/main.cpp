@@ -1,0 +1,18 @@
+// The program "open": opens a file or folder with an application that is found by its name. It
+// stands in a folder of Quillon's own, first on the PATH of what "Open Application" runs.
+
+#include "launcher/OpenCommand.h"
+#include "platform/linux/GioApplicationLauncher.h"
+#include "platform/linux/GioWorkspace.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+int main(int argc, char **argv)
+{
+    quillon::GioApplicationLauncher launcher;
+    quillon::GioWorkspace workspace;
+    return quillon::OpenCommand(launcher, workspace, stderr)
+        .run(std::vector<std::string>(argv + 1, argv + argc));
+}
