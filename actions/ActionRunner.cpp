@@ -1,31 +1,164 @@
 #include "actions/ActionRunner.h"
 
+#include "platform/Clipboard.h"
+#include "platform/FileManager.h"
+#include "platform/ProcessRunner.h"
 #include "platform/TaskQueue.h"
 #include "platform/Workspace.h"
+#include "prefs/Preferences.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <initializer_list>
+#include <string_view>
+#include <utility>
 
 namespace quillon {
 
-ActionRunner::ActionRunner(Workspace &workspace, TaskQueue &queue)
-    : workspace_(workspace), queue_(queue)
-{}
+namespace {
 
-bool ActionRunner::hasAction(ActionShortcutFlags flags) const
+/// Replaces each occurrence of the first character in the text by a backslash and the second.
+struct Escape
 {
-    return flags == ActionShortcutFlags{};
+    char character;
+    char letter;
+};
+
+std::string escaped(std::string_view text, std::initializer_list<Escape> escapes)
+{
+    std::string result;
+    for (const char character : text) {
+        const auto *escape = std::ranges::find(escapes, character, &Escape::character);
+        if (escape == escapes.end())
+            result += character;
+        else
+            (result += '\\') += escape->letter;
+    }
+    return result;
 }
 
-void ActionRunner::runAction(ActionShortcutFlags flags, const SearchBaseResultRef &result)
+std::string onOneLine(std::string_view text)
 {
-    if (!hasAction(flags))
-        return;
-    queue_.post([&workspace = workspace_, result] {
-        const std::string &path = result->path();
-        // A file keeps the name it is reached by: its type may depend on it.
-        if (!workspace.open(workspace.isFolder(path) ? workspace.resolvingSymlinks(path) : path))
-            std::fprintf(stderr, "quillon: nothing opens %s\n", path.c_str());
-    });
+    return escaped(text, {{'\\', '\\'}, {'"', '"'}, {'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}});
+}
+
+/// In one write, so that lines of several threads do not mix.
+void writeLine(std::FILE *stream, std::string line)
+{
+    line += '\n';
+    std::fwrite(line.data(), 1, line.size(), stream);
+    std::fflush(stream);
+}
+
+/// The absolute path without its last component, by its text alone.
+std::string parentOf(const std::string &path)
+{
+    const std::size_t end = path.find_last_not_of('/');
+    const std::size_t slash = end == std::string::npos ? end : path.rfind('/', end);
+    if (slash == std::string::npos)
+        return "/";
+    const std::size_t parentEnd = path.find_last_not_of('/', slash);
+    return parentEnd == std::string::npos ? "/" : path.substr(0, parentEnd + 1);
+}
+
+} // namespace
+
+ActionRunner::ActionRunner(const Services &services, const Preferences &preferences,
+                           const AppleScriptRunner &appleScriptRunner, TaskQueue &queue,
+                           std::string programsFolder, Streams streams)
+    : services_(services),
+      preferences_(preferences),
+      appleScriptRunner_(appleScriptRunner),
+      queue_(queue),
+      programsFolder_(std::move(programsFolder)),
+      streams_(streams)
+{}
+
+void ActionRunner::runAction(const ActionModel &action, const SearchBaseResultRef &result)
+{
+    const bool isQuickSearch = result->type() == SearchBaseResultType::inFrontFinder;
+    if (!isQuickSearch && action.actionType == ActionType::copyPathToClipboard)
+        services_.clipboard.setString(result->path());
+    else
+        queue_.post([this, action, result] { perform(action, *result); });
+}
+
+void ActionRunner::perform(const ActionModel &action, const SearchBaseResult &result)
+{
+    const std::string &path = result.path();
+    const ActionType &type = action.actionType;
+    if (result.type() == SearchBaseResultType::inFrontFinder)
+        performQuickSearch(path);
+    else if (type == ActionType::openInDefaultApp)
+        openInDefaultApp(path);
+    else if (type == ActionType::openApplication)
+        openApplication(action.actionTarget.key(), path);
+    else if (type == ActionType::showInFinder)
+        showInFinder(path);
+    else if (type == ActionType::showParentInFinder)
+        showParentInFinder(path);
+    else if (type == ActionType::executeShellCommand)
+        executeShellCommand(action.actionTarget.key(), path);
+}
+
+void ActionRunner::performQuickSearch(const std::string &path)
+{
+    const auto &behavior = preferences_.quickSearchBehavior.selected();
+    if (behavior == Preferences::QuickSearchBehavior::select)
+        showParentInFinder(path);
+    else
+        openInDefaultApp(path);
+}
+
+void ActionRunner::openInDefaultApp(const std::string &path)
+{
+    Workspace &workspace = services_.workspace;
+    const bool isForFileManager =
+        workspace.isFolder(path) &&
+        workspace.applicationToOpen(path) == services_.fileManager.application();
+    if (isForFileManager)
+        showInFinder(path);
+    else
+        workspace.open(path);
+}
+
+void ActionRunner::showInFinder(const std::string &path)
+{
+    const std::string folder = services_.workspace.resolvingSymlinks(path);
+    const auto &behavior = preferences_.openInFinderBehavior.selected();
+    if (behavior == Preferences::OpenInFinder::newWindow)
+        services_.fileManager.openNewWindow(folder);
+    else
+        AppleScriptRunner::callHandler(appleScriptRunner_.openInExistingFinderWindowAppleScript,
+                                       AppleScriptRunner::OPEN_IN_EXISTING_FINDER_WINDOW, {folder});
+}
+
+void ActionRunner::showParentInFinder(const std::string &path)
+{
+    const Workspace &workspace = services_.workspace;
+    services_.fileManager.select(workspace.resolvingSymlinks(path),
+                                 workspace.resolvingSymlinks(parentOf(path)));
+}
+
+void ActionRunner::openApplication(const std::string &application, const std::string &path)
+{
+    // Quotes alone are escaped, on purpose: the shell expands dollar signs and backquotes.
+    const std::string command =
+        "open -a \"" + application + "\" \"" + escaped(path, {{'"', '"'}}) + "\"";
+    services_.processRunner.run(
+        {.executable = "/bin/bash", .arguments = {"-c", command}, .firstOnPath = programsFolder_},
+        [](const ProcessRunner::Output &) {});
+}
+
+void ActionRunner::executeShellCommand(const std::string &executable, const std::string &path)
+{
+    const auto failure = services_.processRunner.run(
+        {.executable = executable, .arguments = {path}},
+        [stream = streams_.output](const ProcessRunner::Output &output) {
+            writeLine(stream, "Shell script result: (\"" + onOneLine(output.standardOutput) +
+                                  "\", \"" + onOneLine(output.standardError) + "\")");
+        });
+    if (failure)
+        writeLine(streams_.diagnostics, "quillon: " + onOneLine(*failure));
 }
 
 } // namespace quillon

@@ -1,29 +1,66 @@
 #pragma once
 
-#include "actions/ActionShortcutFlags.h"
+#include "actions/ActionModel.h"
+#include "actions/AppleScriptRunner.h"
 #include "core/SearchBaseResult.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
 
 namespace quillon {
 
+class Clipboard;
+class FileManager;
+class Preferences;
+class ProcessRunner;
 class TaskQueue;
 class Workspace;
 
-/// Carries out on a result what the user bound to the keys pressed. Main thread only.
+/// Carries out an action on a row. Nobody is told how it went, but for a line after an executable
+/// of the user's: on the output when it has ended, on the diagnostics when it does not start.
 class ActionRunner
 {
 public:
-    /// The actions run on the queue, which must be serial, one after the other.
-    ActionRunner(Workspace &workspace, TaskQueue &queue);
+    struct Services
+    {
+        Workspace &workspace;
+        FileManager &fileManager;
+        Clipboard &clipboard;
+        ProcessRunner &processRunner;
+    };
+    struct Streams
+    {
+        std::FILE *output;
+        std::FILE *diagnostics;
+    };
 
-    /// False when nothing is bound to these modifiers.
-    bool hasAction(ActionShortcutFlags flags) const;
-    /// Queues the action bound to the modifiers; nothing when there is none. An action that fails
-    /// says so in one line on standard error.
-    void runAction(ActionShortcutFlags flags, const SearchBaseResultRef &result);
+    /// The actions run on the queue, which must be serial, one after the other; it ends before this
+    /// object does. The folder holds the program "open", which serves "Open Application". The
+    /// scripts are the ones that all the application shares.
+    ActionRunner(const Services &services, const Preferences &preferences,
+                 const AppleScriptRunner &appleScriptRunner, TaskQueue &queue,
+                 std::string programsFolder, Streams streams = {stdout, stderr});
+
+    /// Queues the action; copying a path is done at once. A row of the front file manager window
+    /// is opened or selected as the settings say, whatever the action. Main thread only.
+    void runAction(const ActionModel &action, const SearchBaseResultRef &result);
 
 private:
-    Workspace &workspace_;
+    void perform(const ActionModel &action, const SearchBaseResult &result);
+    void performQuickSearch(const std::string &path);
+    void openInDefaultApp(const std::string &path);
+    void showInFinder(const std::string &path);
+    void showParentInFinder(const std::string &path);
+    void openApplication(const std::string &application, const std::string &path);
+    void executeShellCommand(const std::string &executable, const std::string &path);
+
+    Services services_;
+    const Preferences &preferences_;
+    const AppleScriptRunner &appleScriptRunner_;
     TaskQueue &queue_;
+    std::string programsFolder_;
+    Streams streams_;
 };
 
 } // namespace quillon

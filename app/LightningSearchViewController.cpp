@@ -1,7 +1,8 @@
 #include "app/LightningSearchViewController.h"
 
+#include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
-#include "app/PanelFooter.h"
+#include "app/ActionHints.h"
 #include "app/PanelMessage.h"
 #include "app/PanelMetrics.h"
 #include "app/SearchIndicator.h"
@@ -48,11 +49,10 @@ bool areSameRows(const std::vector<SearchBaseResultRef> &one,
 
 } // namespace
 
-LightningSearchViewController::LightningSearchViewController(ActionRunner &actionRunner,
-                                                             PanelSource &source,
+LightningSearchViewController::LightningSearchViewController(Actions actions, PanelSource &source,
                                                              SearchPanelView &view, Queues queues,
                                                              SearchPanelDelegate &delegate)
-    : actionRunner_(actionRunner),
+    : actions_(actions),
       source_(source),
       queues_(queues),
       delegate_(delegate),
@@ -73,6 +73,7 @@ LightningSearchViewController::LightningSearchViewController(ActionRunner &actio
         if (const auto result = searchResults_.result(index.row()))
             open(result, shortcutFlags(QGuiApplication::keyboardModifiers()));
     });
+    updateHints();
     searchNow();
 }
 
@@ -82,6 +83,7 @@ void LightningSearchViewController::viewWillAppear()
 {
     isSelectionMoved_ = false;
     select(0);
+    updateHints();
     searchNow();
     updateState();
 }
@@ -261,13 +263,19 @@ void LightningSearchViewController::open(const SearchBaseResultRef &result,
 {
     pendingOpen_.reset();
     source_.recordUse(result);
-    if (!actionRunner_.hasAction(flags))
+    const auto action = actions_.list.actionFor(flags);
+    if (!action)
         return;
     delegate_.closeSearchWindow();
-    actionRunner_.runAction(flags, result);
+    actions_.runner.runAction(*action, result);
 }
 
-// What the panel says about the index
+// What the panel says about the keys and the index
+
+void LightningSearchViewController::updateHints()
+{
+    hints_ = actionHints(actions_.list.loadActions());
+}
 
 void LightningSearchViewController::updateState()
 {
@@ -286,8 +294,7 @@ void LightningSearchViewController::updateMessage(const PanelSource::State &stat
 {
     const bool isEmpty = searchResults_.rowCount() == 0;
     view_.setShowsMessage(isEmpty);
-    view_.footer().setHints(isEmpty ? std::vector<PanelFooter::Hint>{}
-                                    : std::vector<PanelFooter::Hint>{{tr("Return"), tr("Open")}});
+    view_.footer().setHints(isEmpty ? std::vector<PanelFooter::Hint>{} : hints_);
     PanelMessage &message = view_.message();
     const QString text = view_.searchTextField().text();
     if (!state.hasLocations) {

@@ -2,6 +2,7 @@
 
 #include "actions/ActionShortcutFlags.h"
 #include "app/Debouncer.h"
+#include "app/PanelFooter.h"
 #include "app/PanelSource.h"
 
 #include <QObject>
@@ -10,11 +11,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 class QKeyEvent;
 
 namespace quillon {
 
+class ActionModelFinder;
 class ActionRunner;
 class SearchPanelView;
 class SearchResultsModel;
@@ -49,9 +52,15 @@ public:
         TaskQueue &main;
     };
 
-    LightningSearchViewController(ActionRunner &actionRunner, PanelSource &source,
-                                  SearchPanelView &view, Queues queues,
-                                  SearchPanelDelegate &delegate);
+    /// What can be done with a row.
+    struct Actions
+    {
+        const ActionModelFinder &list;
+        ActionRunner &runner;
+    };
+
+    LightningSearchViewController(Actions actions, PanelSource &source, SearchPanelView &view,
+                                  Queues queues, SearchPanelDelegate &delegate);
 
     /// The panel is about to be seen: brings rows and state up to date.
     void viewWillAppear();
@@ -85,12 +94,14 @@ private:
     bool isAnswered() const { return answeredQuery_ == query(); }
 
     void confirm(ActionShortcutFlags flags);
+    /// Counts the use, and carries out what is bound to the keys, if anything is.
     void open(const SearchBaseResultRef &result, ActionShortcutFlags flags);
 
+    void updateHints();
     void updateState();
     void updateMessage(const PanelSource::State &state);
 
-    ActionRunner &actionRunner_;
+    Actions actions_;
     PanelSource &source_;
     Queues queues_;
     SearchPanelDelegate &delegate_;
@@ -106,6 +117,8 @@ private:
     /// Return came before the answer to the typed text: its first row is opened with these.
     std::optional<ActionShortcutFlags> pendingOpen_;
     bool isSelectionMoved_ = false;
+    /// What the keys do, for the footer while there are rows.
+    std::vector<PanelFooter::Hint> hints_;
 };
 
 } // namespace quillon

@@ -12,11 +12,11 @@ struct Application
     std::string id;
     /// In the user's language, and as it stands untranslated.
     std::string name;
-    std::string untranslatedName;
+    std::string untranslatedName = {};
     /// What kind of program it is, in the user's language.
-    std::string genericName;
+    std::string genericName = {};
     /// The name of its program, without a folder.
-    std::string executable;
+    std::string executable = {};
     /// False for what the desktop's menus leave out.
     bool isShown = true;
     bool isTerminalEmulator = false;

@@ -1,0 +1,224 @@
+#include "actions/ActionRunner.h"
+
+#include "prefs/Preferences.h"
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/FakeActionServices.h"
+#include "tests/support/FakeDefaultsStore.h"
+#include "tests/support/ManualTaskQueue.h"
+
+#include <gmock/gmock.h>
+
+#include <ostream>
+
+namespace quillon {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+SearchBaseResultRef row(const std::string &path,
+                        SearchBaseResultType type = SearchBaseResultType::standard)
+{
+    return std::make_shared<SearchBaseResult>("a text", path, std::vector<TextRange>{}, type);
+}
+
+} // namespace
+
+class Actions : public testing::Test
+{
+protected:
+    void run(const ActionType &type, const SearchBaseResultRef &result,
+             const std::string &target = "the selected row")
+    {
+        runner_.runAction({.flags = {}, .actionType = type, .actionTarget = ActionTarget(target)},
+                          result);
+        queue_.runAll();
+    }
+
+    FakeActionServices fakes_;
+    FakeDefaultsStore store_;
+    Preferences preferences_{store_};
+    AppleScriptRunner scripts_{fakes_.fileManager};
+    ManualTaskQueue queue_;
+    CapturedOutput output_;
+    CapturedOutput diagnostics_;
+    ActionRunner runner_{fakes_.services(),  preferences_,
+                         scripts_,           queue_,
+                         "/libexec/quillon", {output_.stream(), diagnostics_.stream()}};
+};
+
+/// What becomes of an item: a call of the file manager, or it is opened.
+struct OpenRow
+{
+    const char *name;
+    const char *kind;
+    const char *path;
+    Texts calls;
+    Texts opened;
+    const char *openBehavior = "new";
+    const char *folderApplication = "fake.desktop";
+    const char *quickSearch = "open";
+    SearchBaseResultType type = SearchBaseResultType::standard;
+
+    friend std::ostream &operator<<(std::ostream &out, const OpenRow &row)
+    {
+        return out << row.name;
+    }
+};
+
+class OpenActions : public Actions, public testing::WithParamInterface<OpenRow>
+{};
+
+TEST_P(OpenActions, reachTheFileManagerOrTheDefaultApplication)
+{
+    const OpenRow &expected = GetParam();
+    fakes_.workspace.files = {"/file"};
+    fakes_.workspace.links = {{"/link", "/real"}, {"/link/in", "/far/in"}};
+    fakes_.workspace.folderApplication = expected.folderApplication;
+    store_.set("open-finder-behavior", {std::string(expected.openBehavior)});
+    store_.set("quick-search-behavior", {std::string(expected.quickSearch)});
+    run(ActionType(expected.kind, false), row(expected.path, expected.type));
+    EXPECT_EQ(fakes_.fileManager.takeCalls(), expected.calls);
+    EXPECT_EQ(fakes_.workspace.opened, expected.opened);
+    EXPECT_THAT(fakes_.clipboard.text, IsEmpty());
+    EXPECT_THAT(fakes_.processRunner.commands, IsEmpty());
+}
+
+constexpr const char *OPEN = "Open in Default App";
+constexpr const char *SHOW = "Show in Finder";
+constexpr const char *PARENT = "Show Parent in Finder";
+constexpr auto FRONT = SearchBaseResultType::inFrontFinder;
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, OpenActions,
+    testing::Values(
+        OpenRow{"openAFolder", OPEN, "/link", {"new /real"}, {}},
+        OpenRow{"openAFolderInTheFrontWindow", OPEN, "/link", {"front /real"}, {}, "existing"},
+        OpenRow{"openAFile", OPEN, "/file", {}, {"/file"}},
+        OpenRow{"anotherProgramOpensFolders", OPEN, "/link", {}, {"/link"}, "new", "other.desktop"},
+        OpenRow{"nothingOpensFolders", OPEN, "/link", {}, {"/link"}, "new", ""},
+        OpenRow{"show", SHOW, "/link", {"new /real"}, {}},
+        OpenRow{"showInTheFrontWindow", SHOW, "/link", {"front /real"}, {}, "existing"},
+        OpenRow{"parent", PARENT, "/a/b", {"select /a/b in /a"}, {}},
+        OpenRow{"parentThroughLinks", PARENT, "/link/in", {"select /far/in in /real"}, {}},
+        OpenRow{"parentOfAPathWithSlashes", PARENT, "/a//b//", {"select /a//b// in /a"}, {}},
+        OpenRow{"parentAtTheTop", PARENT, "/b", {"select /b in /"}, {}},
+        OpenRow{"parentOfTheRoot", PARENT, "/", {"select / in /"}, {}},
+        OpenRow{"frontRowsOpen",
+                "Copy Path to Clipboard",
+                "/file",
+                {},
+                {"/file"},
+                "new",
+                "",
+                "open",
+                FRONT},
+        OpenRow{"frontRowsAreSelected",
+                "Open Application",
+                "/a/b",
+                {"select /a/b in /a"},
+                {},
+                "new",
+                "",
+                "select",
+                FRONT},
+        OpenRow{"unknownKind", "Sing", "/link", {}, {}}),
+    [](const auto &test) { return std::string(test.param.name); });
+
+TEST_F(Actions, endSilentlyWhereTheFileManagerFails)
+{
+    fakes_.fileManager.isWorking = false;
+    run(ActionType::showInFinder, row("/a"));
+    EXPECT_THAT(fakes_.fileManager.takeCalls(), ElementsAre("new /a"));
+    EXPECT_THAT(diagnostics_.take(), IsEmpty());
+}
+
+TEST_F(Actions, copyThePathAsItStands)
+{
+    const std::string path = "/tmp/a b\n\"$HOME\" \xff";
+    fakes_.workspace.links = {{path, "/elsewhere"}};
+    runner_.runAction({.flags = {},
+                       .actionType = ActionType::copyPathToClipboard,
+                       .actionTarget = ActionTarget::selectedRow},
+                      row(path));
+    EXPECT_TRUE(queue_.isEmpty()) << "on the clipboard before anything else can happen";
+    EXPECT_EQ(fakes_.clipboard.text, path);
+}
+
+struct CommandRow
+{
+    const char *name;
+    const char *application;
+    const char *path;
+    const char *command;
+
+    friend std::ostream &operator<<(std::ostream &out, const CommandRow &row)
+    {
+        return out << row.name;
+    }
+};
+
+class OpenApplicationCommands : public Actions, public testing::WithParamInterface<CommandRow>
+{};
+
+TEST_P(OpenApplicationCommands, escapeQuotesOfThePathAlone)
+{
+    run(ActionType::openApplication, row(GetParam().path), GetParam().application);
+    ASSERT_THAT(fakes_.processRunner.commands, SizeIs(1));
+    const ProcessRunner::Command &command = fakes_.processRunner.commands.front();
+    EXPECT_EQ(command.executable, "/bin/bash");
+    EXPECT_THAT(command.arguments, ElementsAre("-c", GetParam().command));
+    EXPECT_EQ(command.firstOnPath, "/libexec/quillon");
+    fakes_.processRunner.running.front()({"some", "text"});
+    EXPECT_EQ(output_.take() + diagnostics_.take(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, OpenApplicationCommands,
+    testing::Values(
+        CommandRow{"plain", "Terminal", "/tmp/a b", R"(open -a "Terminal" "/tmp/a b")"},
+        CommandRow{"quotes", "x", R"(/a "b" 'c')", R"(open -a "x" "/a \"b\" 'c'")"},
+        CommandRow{"theShellsOwn", "x", R"(/$HOME/`id`/\)", R"(open -a "x" "/$HOME/`id`/\")"},
+        CommandRow{"theTargetAsTyped", R"(a "b")", "/p\n\xff", "open -a \"a \"b\"\" \"/p\n\xff\""}),
+    [](const auto &test) { return std::string(test.param.name); });
+
+TEST_F(Actions, runTheUsersExecutableAndTellWhatItSaid)
+{
+    const std::string path = "/a \"b\" $c\n\xff";
+    run(ActionType::executeShellCommand, row(path), "/home/u/my script");
+    ASSERT_THAT(fakes_.processRunner.commands, SizeIs(1));
+    const ProcessRunner::Command &command = fakes_.processRunner.commands.front();
+    EXPECT_EQ(command.executable, "/home/u/my script");
+    EXPECT_THAT(command.arguments, ElementsAre(path));
+    EXPECT_EQ(command.firstOnPath, "");
+    EXPECT_EQ(output_.take(), "") << "it still runs";
+
+    fakes_.processRunner.running.front()({"a \"b\" \\ c\n\r\té", ""});
+    EXPECT_EQ(output_.take(), "Shell script result: (\"a \\\"b\\\" \\\\ c\\n\\r\\té\", \"\")\n");
+    EXPECT_EQ(diagnostics_.take(), "");
+}
+
+TEST_F(Actions, goOnWhileAnExecutableRuns)
+{
+    run(ActionType::executeShellCommand, row("/a"), "/bin/first");
+    run(ActionType::executeShellCommand, row("/a"), "/bin/second");
+    ASSERT_THAT(fakes_.processRunner.running, SizeIs(2));
+    fakes_.processRunner.running[1]({"", "2"});
+    fakes_.processRunner.running[0]({"1", ""});
+    EXPECT_EQ(output_.take(), "Shell script result: (\"\", \"2\")\n"
+                              "Shell script result: (\"1\", \"\")\n");
+}
+
+TEST_F(Actions, sayInOneLineThatAnExecutableDoesNotStart)
+{
+    fakes_.processRunner.failure = "no \"/a\nb\" here";
+    run(ActionType::executeShellCommand, row("/a"), "/a\nb");
+    EXPECT_EQ(diagnostics_.take(), "quillon: no \\\"/a\\nb\\\" here\n");
+    EXPECT_EQ(output_.take(), "");
+}
+
+} // namespace quillon

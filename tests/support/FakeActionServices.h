@@ -1,0 +1,53 @@
+#pragma once
+
+#include "actions/ActionRunner.h"
+#include "platform/Clipboard.h"
+#include "platform/ProcessRunner.h"
+#include "tests/support/FakeFileManager.h"
+#include "tests/support/FakeWorkspace.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+
+class FakeClipboard final : public Clipboard
+{
+public:
+    std::string text;
+
+    void setString(const std::string &newText) override { text = newText; }
+};
+
+/// Notes what should run; a test ends it.
+class FakeProcessRunner final : public ProcessRunner
+{
+public:
+    std::vector<Command> commands;
+    std::vector<Ended> running;
+    /// Why nothing starts.
+    std::optional<std::string> failure;
+
+    std::optional<std::string> run(const Command &command, Ended ended) override
+    {
+        commands.push_back(command);
+        if (!failure)
+            running.push_back(std::move(ended));
+        return failure;
+    }
+};
+
+/// All that actions use.
+struct FakeActionServices
+{
+    FakeWorkspace workspace;
+    FakeFileManager fileManager;
+    FakeClipboard clipboard;
+    FakeProcessRunner processRunner;
+
+    ActionRunner::Services services() { return {workspace, fileManager, clipboard, processRunner}; }
+};
+
+} // namespace quillon

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+/// A desktop on which everything is a folder behind no link, unless a test says otherwise, and the
+/// file manager opens folders.
+class FakeWorkspace final : public Workspace
+{
+public:
+    std::vector<std::string> opened;
+    std::set<std::string> files;
+    std::map<std::string, std::string> links;
+    std::string folderApplication = "fake.desktop";
+
+    bool open(const std::string &path) override
+    {
+        opened.push_back(path);
+        return true;
+    }
+    std::string applicationToOpen(const std::string &path) const override
+    {
+        return isFolder(path) ? folderApplication : "editor.desktop";
+    }
+    std::vector<std::string> iconNames(const std::string &) const override { return {}; }
+    bool isFolder(const std::string &path) const override { return !files.contains(path); }
+    std::string resolvingSymlinks(const std::string &path) const override
+    {
+        const auto link = links.find(path);
+        return link == links.end() ? path : link->second;
+    }
+};
+
+} // namespace quillon
