@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/SearchPanelView.h"
+#include "prefs/PreferenceKeys.h"
 
 #include <QApplication>
 #include <QDir>
@@ -21,6 +22,13 @@ constexpr auto PATIENCE_AT_THE_END = 1000ms;
 /// Room for a build beside the searches.
 constexpr int FEWEST_BACKGROUND_THREADS = 3;
 
+/// Where the programs stand that serve this one, built or installed.
+std::string programsFolder()
+{
+    const QString beside = QStringLiteral("/" QUILLON_PROGRAMS_FROM_BIN);
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + beside).toStdString();
+}
+
 } // namespace
 
 AppDelegate::AppDelegate()
@@ -28,6 +36,8 @@ AppDelegate::AppDelegate()
       iconQueue_(1),
       actionQueue_(1),
       defaults_(standardDefaultsPath()),
+      preferences_(defaults_),
+      fileManager_([this] { return defaults_.string(PreferenceKeys::FILE_MANAGER); }),
       folderLister_(diskLister_),
       folderIdentity_(diskIdentity_),
       recentAccessScoreDataStore_(defaults_),
@@ -39,10 +49,14 @@ AppDelegate::AppDelegate()
           nullptr, searchBaseFinder_, searchBaseFuzzyMatch_,
           {.folderLister = folderLister_, .logger = searchBaseLogger_, .mainQueue = mainQueue_}),
       source_(searchBase_, searchBaseFinder_, backgroundQueue_, mainQueue_),
-      actionRunner_(workspace_, actionQueue_),
+      appleScriptRunner_(fileManager_),
+      actionModelFinder_(defaults_),
+      actionRunner_({workspace_, fileManager_, clipboard_, processRunner_}, preferences_,
+                    appleScriptRunner_, actionQueue_, programsFolder()),
       icons_(workspace_, iconQueue_, mainQueue_),
       searchWindow_(icons_, windowSystem_),
-      lightningSearchViewController_(actionRunner_, source_, searchWindow_.view(),
+      lightningSearchViewController_({.list = actionModelFinder_, .runner = actionRunner_}, source_,
+                                     searchWindow_.view(),
                                      {.background = backgroundQueue_, .main = mainQueue_}, *this)
 {
     auto &controller = lightningSearchViewController_;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
+#include "actions/AppleScriptRunner.h"
 #include "app/IconSource.h"
 #include "app/LightningSearchViewController.h"
 #include "app/SearchBaseSource.h"
@@ -11,13 +13,17 @@
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/PatientFolders.h"
+#include "platform/linux/GioProcessRunner.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/QtClipboard.h"
 #include "platform/linux/QtTaskQueues.h"
 #include "platform/linux/StatxFolderIdentity.h"
 #include "platform/linux/X11WindowSystem.h"
+#include "platform/linux/filemanagers/DesktopFileManager.h"
+#include "prefs/Preferences.h"
 
 namespace quillon {
 
@@ -51,7 +57,11 @@ private:
     PoolTaskQueue actionQueue_;
 
     JsonDefaultsStore defaults_;
+    Preferences preferences_;
     GioWorkspace workspace_;
+    GioProcessRunner processRunner_;
+    QtClipboard clipboard_;
+    DesktopFileManager fileManager_;
     PosixFolderLister diskLister_;
     PatientFolderLister folderLister_;
     StatxFolderIdentity diskIdentity_;
@@ -67,6 +77,8 @@ private:
     SearchBase searchBase_;
     SearchBaseSource source_;
 
+    AppleScriptRunner appleScriptRunner_;
+    ActionModelFinder actionModelFinder_;
     ActionRunner actionRunner_;
     IconSource icons_;
     SearchWindow searchWindow_;

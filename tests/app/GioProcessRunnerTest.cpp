@@ -16,6 +16,7 @@
 namespace quillon {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using testing::HasSubstr;
 
 namespace {
@@ -63,7 +64,7 @@ TEST(GioProcessRunner, replacesWhatIsNoText)
 {
     GioProcessRunner runner;
     const Output output = outputOf(runner, shell(R"(printf 'caf\351 \303\251 \000.\342\202')"));
-    EXPECT_EQ(output.standardOutput, std::string("caf\uFFFD é \0.\uFFFD\uFFFD", 22));
+    EXPECT_EQ(output.standardOutput, "caf\uFFFD é \0.\uFFFD\uFFFD"s);
     EXPECT_EQ(output.standardError, "");
 }
 

@@ -1,11 +1,15 @@
 #include "app/LightningSearchViewController.h"
 
+#include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
 #include "app/IconSource.h"
+#include "app/PanelFooter.h"
 #include "app/PanelMessage.h"
 #include "app/SearchIndicator.h"
 #include "app/SearchPanelView.h"
-#include "platform/Workspace.h"
+#include "prefs/Preferences.h"
+#include "tests/support/FakeActionServices.h"
+#include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/ManualTaskQueue.h"
 
 #include <QLineEdit>
@@ -59,23 +63,6 @@ private:
     }
 };
 
-/// A desktop on which everything is a folder behind no link.
-class FakeWorkspace : public Workspace
-{
-public:
-    Texts opened;
-
-    bool open(const std::string &path) override
-    {
-        opened.push_back(path);
-        return true;
-    }
-    std::string applicationToOpen(const std::string &) const override { return {}; }
-    std::vector<std::string> iconNames(const std::string &) const override { return {}; }
-    bool isFolder(const std::string &) const override { return true; }
-    std::string resolvingSymlinks(const std::string &path) const override { return path; }
-};
-
 class FakeDelegate : public SearchPanelDelegate
 {
 public:
@@ -102,8 +89,9 @@ protected:
     LightningSearchViewController &panel()
     {
         if (!panel_)
-            panel_.emplace(runner_, source_, view_,
-                           LightningSearchViewController::Queues{background_, main_}, delegate_);
+            panel_.emplace(LightningSearchViewController::Actions{actionList_, runner_}, source_,
+                           view_, LightningSearchViewController::Queues{background_, main_},
+                           delegate_);
         return *panel_;
     }
 
@@ -137,13 +125,28 @@ protected:
     int selected() { return view_.tableView().currentIndex().row(); }
 
     FakePanelSource source_;
-    FakeWorkspace workspace_;
+    /// What the actions have done.
+    Texts done()
+    {
+        Texts done = fakes_.fileManager.takeCalls();
+        if (!fakes_.clipboard.text.empty())
+            done.push_back("copied " + fakes_.clipboard.text);
+        for (const auto &command : fakes_.processRunner.commands)
+            done.push_back("ran " + command.arguments.back());
+        return done;
+    }
+
+    FakeActionServices fakes_;
+    FakeDefaultsStore store_;
+    Preferences preferences_{store_};
+    AppleScriptRunner scripts_{fakes_.fileManager};
+    ActionModelFinder actionList_{store_};
     FakeDelegate delegate_;
     ManualTaskQueue background_;
     ManualTaskQueue main_;
     ManualTaskQueue actions_;
-    ActionRunner runner_{workspace_, actions_};
-    IconSource icons_{workspace_, actions_, actions_};
+    ActionRunner runner_{fakes_.services(), preferences_, scripts_, actions_, "/programs"};
+    IconSource icons_{fakes_.workspace, actions_, actions_};
     SearchPanelView view_{icons_};
     std::optional<LightningSearchViewController> panel_;
 };
@@ -188,7 +191,7 @@ struct KeyRow
     Qt::KeyboardModifiers modifiers;
     int selected;
     Texts used;
-    Texts opened;
+    Texts done;
     int closed;
 };
 
@@ -209,21 +212,21 @@ TEST_P(SearchPanelKeys, selectAndOpen)
         press(row.keys[i], i + 1 == row.keys.size() ? row.modifiers : Qt::NoModifier);
     EXPECT_EQ(selected(), row.selected);
     EXPECT_EQ(source_.used, row.used);
-    EXPECT_EQ(workspace_.opened, row.opened);
+    EXPECT_EQ(done(), row.done);
     EXPECT_EQ(delegate_.closed, row.closed);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Keys, SearchPanelKeys,
     testing::Values(
-        KeyRow{"returnOpensTheFirst", "ab", {Qt::Key_Return}, {}, 0, {"/ab/1"}, {"/ab/1"}, 1},
+        KeyRow{"returnOpensTheFirst", "ab", {Qt::Key_Return}, {}, 0, {"/ab/1"}, {"new /ab/1"}, 1},
         KeyRow{"enterOnTheKeypad",
                "ab",
                {Qt::Key_Down, Qt::Key_Enter},
                Qt::KeypadModifier,
                1,
                {"/ab/2"},
-               {"/ab/2"},
+               {"new /ab/2"},
                1},
         KeyRow{"superIsNotConsidered",
                "ab",
@@ -231,7 +234,31 @@ INSTANTIATE_TEST_SUITE_P(
                Qt::MetaModifier,
                0,
                {"/ab/1"},
+               {"new /ab/1"},
+               1},
+        KeyRow{"controlShowsTheParent",
+               "ab",
+               {Qt::Key_Return},
+               Qt::ControlModifier,
+               0,
                {"/ab/1"},
+               {"select /ab/1 in /ab"},
+               1},
+        KeyRow{"altCopies",
+               "ab",
+               {Qt::Key_Enter},
+               Qt::KeypadModifier | Qt::AltModifier,
+               0,
+               {"/ab/1"},
+               {"copied /ab/1"},
+               1},
+        KeyRow{"altAndShiftRunTheTerminal",
+               "ab",
+               {Qt::Key_Return},
+               Qt::AltModifier | Qt::ShiftModifier,
+               0,
+               {"/ab/1"},
+               {"ran open -a \"Terminal\" \"/ab/1\""},
                1},
         KeyRow{"unboundModifiersCountOnly",
                "ab",
@@ -241,7 +268,15 @@ INSTANTIATE_TEST_SUITE_P(
                {"/ab/1"},
                {},
                0},
-        KeyRow{"tabOpens", "ab", {Qt::Key_Down, Qt::Key_Tab}, {}, 1, {"/ab/2"}, {"/ab/2"}, 1},
+        KeyRow{"allModifiersAreUnbound",
+               "ab",
+               {Qt::Key_Return},
+               Qt::AltModifier | Qt::ShiftModifier | Qt::ControlModifier,
+               0,
+               {"/ab/1"},
+               {},
+               0},
+        KeyRow{"tabOpens", "ab", {Qt::Key_Down, Qt::Key_Tab}, {}, 1, {"/ab/2"}, {"new /ab/2"}, 1},
         KeyRow{"upStopsAtTheFirst", "ab", {Qt::Key_Up}, {}, 0, {}, {}, 0},
         KeyRow{"downStopsAtTheLast",
                "ab",
@@ -266,6 +301,34 @@ INSTANTIATE_TEST_SUITE_P(
         KeyRow{"escapeCloses", "ab", {Qt::Key_Escape}, {}, 0, {}, {}, 1}),
     [](const auto &test) { return std::string(test.param.name); });
 
+TEST_F(SearchPanel, saysWhatTheKeysDo)
+{
+    const auto hints = [this] {
+        QStringList texts;
+        for (const PanelFooter::Hint &hint : view_.footer().hints())
+            texts << hint.key + u": "_qs + hint.meaning;
+        return texts;
+    };
+    panel();
+    EXPECT_EQ(hints(),
+              QStringList({u"Return: Open"_qs, u"Ctrl Return: Show parent"_qs,
+                           u"Alt Return: Copy path"_qs, u"Alt Shift Return: Terminal"_qs}));
+    EXPECT_EQ(view_.footer().hints().back().toolTip, u"Open with the application “Terminal”"_qs);
+
+    const ActionShortcutFlags shift{.shift = true};
+    EXPECT_TRUE(actionList_.saveActions(
+        {{shift, ActionType::executeShellCommand, ActionTarget("/home/u/100% %1")},
+         {shift, ActionType::showInFinder, ActionTarget::selectedRow},
+         {{}, ActionType("Sing", false), ActionTarget::selectedRow}}));
+    panel().viewWillAppear();
+    EXPECT_EQ(hints(), QStringList({u"Shift Return: 100% %1"_qs, u"Return: Nothing"_qs}))
+        << "the second action with the same keys is never reached";
+    EXPECT_EQ(view_.footer().hints().front().toolTip, u"Run /home/u/100% %1"_qs);
+    type("no such");
+    answer();
+    EXPECT_EQ(hints(), QStringList()) << "no row to work on";
+}
+
 TEST_F(SearchPanel, quitsOnControlQAndTypesQ)
 {
     type("qq");
@@ -284,7 +347,7 @@ TEST_F(SearchPanel, returnWaitsForTheAnswerToTheTypedText)
     EXPECT_THAT(source_.used, IsEmpty()) << "the rows are still those of \"ab\"";
     answer();
     actions_.runAll();
-    EXPECT_THAT(workspace_.opened, ElementsAre("/abc"));
+    EXPECT_THAT(done(), ElementsAre("new /abc"));
     EXPECT_EQ(delegate_.closed, 1);
 }
 
