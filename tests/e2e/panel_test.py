@@ -83,7 +83,7 @@ class Desktop(unittest.TestCase):
             f"[Default Applications]\ninode/directory={desktop_file}\n")
 
     def open_folders_with_recorder(self):
-        """Folders are opened by a program that writes its arguments down; returns the file."""
+        """The file manager is a program that writes its argument down; returns the file."""
         record = self.home / "opened"
         recorder = self.home / "recorder"
         recorder.write_text(f'#!/bin/sh\nprintf "%s" "$1" > "{record}.new"\n'
@@ -93,7 +93,7 @@ class Desktop(unittest.TestCase):
         applications.mkdir(parents=True)
         (applications / "recorder.desktop").write_text(
             f"[Desktop Entry]\nType=Application\nName=Recorder\nExec={recorder} %f\n"
-            "MimeType=inode/directory;\n")
+            "MimeType=inode/directory;\nCategories=FileManager;\n")
         self.open_folders_with("recorder.desktop")
         return record
 
