@@ -6,137 +6,10 @@ Runs on a private desktop: tools/private-desktop python3 tests/e2e/panel_test.py
 
 import json
 import os
-import pathlib
 import signal
 import subprocess
-import sys
-import tempfile
-import time
-import unittest
 
-PATIENCE = 60  # seconds until something that should happen counts as missing
-QUILLON = ""
-
-
-def eventually(what, probe):
-    """The first true answer of the probe; the test fails when none comes in time."""
-    deadline = time.monotonic() + PATIENCE
-    while True:
-        answer = probe()
-        if answer:
-            return answer
-        if time.monotonic() > deadline:
-            raise AssertionError(f"never came: {what}")
-        time.sleep(0.05)
-
-
-def output(*command):
-    return subprocess.run(command, capture_output=True, text=True, check=False).stdout
-
-
-def windows(window_class, title=None):
-    """The visible windows of the class, with the title if one is given."""
-    found = output("xdotool", "search", "--onlyvisible", "--class", f"^{window_class}$").split()
-    return [window for window in found
-            if title in (None, output("xdotool", "getwindowname", window).rstrip("\n"))]
-
-
-class Desktop(unittest.TestCase):
-    """A home folder and a running quillon of its own for each test."""
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="quillon-e2e-")
-        self.addCleanup(folder.cleanup)
-        self.home = pathlib.Path(folder.name)
-        self.config = self.home / ".config"
-        self.settings = self.config / "quillon" / "quillon.json"
-        self.tree = self.home / "tree"
-        self.tree.mkdir()
-        self.children = []
-        self.addCleanup(self.end_children)
-
-    def end_children(self):
-        for child in self.children:
-            child.kill()
-            child.wait()
-
-    def environment(self):
-        return dict(os.environ, HOME=str(self.home), XDG_CONFIG_HOME=str(self.config),
-                    XDG_DATA_HOME=str(self.home / ".local/share"),
-                    XDG_CACHE_HOME=str(self.home / ".cache"))
-
-    def make_folders(self, *paths):
-        for path in paths:
-            os.makedirs(os.path.join(os.fsencode(self.tree), os.fsencode(path)))
-
-    def write_settings(self):
-        self.settings.parent.mkdir(parents=True)
-        self.settings.write_text(json.dumps({
-            "ShowQLNShortcut": "Ctrl+Alt+Space",
-            "preemptive-apple-event-access": True,
-            "qln-bookmarks": {str(self.tree): str(self.tree)},
-        }))
-
-    def open_folders_with(self, desktop_file):
-        self.config.mkdir(exist_ok=True)
-        (self.config / "mimeapps.list").write_text(
-            f"[Default Applications]\ninode/directory={desktop_file}\n")
-
-    def open_folders_with_recorder(self):
-        """The file manager is a program that writes its argument down; returns the file."""
-        record = self.home / "opened"
-        recorder = self.home / "recorder"
-        recorder.write_text(f'#!/bin/sh\nprintf "%s" "$1" > "{record}.new"\n'
-                            f'mv "{record}.new" "{record}"\n')
-        recorder.chmod(0o755)
-        applications = self.home / ".local/share/applications"
-        applications.mkdir(parents=True)
-        (applications / "recorder.desktop").write_text(
-            f"[Desktop Entry]\nType=Application\nName=Recorder\nExec={recorder} %f\n"
-            "MimeType=inode/directory;\nCategories=FileManager;\n")
-        self.open_folders_with("recorder.desktop")
-        return record
-
-    def start(self):
-        child = subprocess.Popen([QUILLON], env=self.environment())
-        self.children.append(child)
-        self.wait_for_panel()
-        return child
-
-    def request(self, *options):
-        return subprocess.run([QUILLON, *options], env=self.environment(), timeout=PATIENCE,
-                              check=False).returncode
-
-    def panel(self):
-        return windows("quillon")
-
-    def wait_for_panel(self):
-        panel = eventually("the panel", self.panel)[0]
-        eventually("the keyboard in the panel",
-                   lambda: output("xdotool", "getactivewindow").strip() == panel)
-
-    def wait_for_no_panel(self):
-        eventually("the panel's end", lambda: not self.panel())
-
-    def type(self, text, *keys):
-        """Types the text and right after it presses the keys."""
-        subprocess.run(["xdotool", "type", "--delay", "5", "--args", "1", text,
-                        *(word for key in keys for word in ("key", key))], check=True)
-
-    def press(self, key):
-        subprocess.run(["xdotool", "key", key], check=True)
-
-    def press_return_until_opened(self):
-        """Without rows, as long as the first crawl runs, Return leaves the panel open."""
-        def opened():
-            if self.panel():
-                self.press("Return")
-                time.sleep(0.2)
-            return not self.panel()
-        eventually("the opened row", opened)
-
-    def uses(self):
-        return json.loads(self.settings.read_text()).get("recent-access-score-data", {})
+from desktop import PATIENCE, Desktop, eventually, main, output, windows
 
 
 class PanelTest(Desktop):
@@ -253,7 +126,7 @@ class PanelTest(Desktop):
         self.write_settings()
         environment = dict(self.environment(),
                            DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent/bus")
-        child = subprocess.Popen([QUILLON], env=environment, stderr=subprocess.PIPE, text=True)
+        child = subprocess.Popen([self.program], env=environment, stderr=subprocess.PIPE, text=True)
         self.children.append(child)
         self.wait_for_panel()
         child.send_signal(signal.SIGINT)
@@ -264,5 +137,4 @@ class PanelTest(Desktop):
 
 
 if __name__ == "__main__":
-    QUILLON = os.path.abspath(sys.argv.pop(1))
-    unittest.main(verbosity=2)
+    main()
