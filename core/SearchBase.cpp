@@ -2,6 +2,7 @@
 
 #include "core/IndexSink.h"
 #include "core/IndexUpdate.h"
+#include "core/IndexedItems.h"
 #include "indexing/Crawler.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
@@ -73,6 +74,30 @@ private:
 
 } // namespace
 
+/// Brings each path that the watcher reports up to date.
+class SearchBase::Changes final : public SearchBaseWatcherDelegate
+{
+public:
+    explicit Changes(SearchBase &searchBase) : searchBase_(searchBase) {}
+
+    void watchedFolderChanged(const std::string &path, const std::stop_token &stop) override
+    {
+        if (searchBase_.services_.onReport)
+            searchBase_.services_.onReport(path);
+        searchBase_.update(path, stop);
+    }
+
+private:
+    SearchBase &searchBase_;
+};
+
+/// What a crawl arms on behalf of a watch that is to come.
+struct SearchBase::Watched
+{
+    std::shared_ptr<const FSEventItemTest> items;
+    std::shared_ptr<FSEventArming> arming;
+};
+
 SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
                        SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
                        Services services)
@@ -81,8 +106,22 @@ SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
       frontFinderSearch_(frontFinderSearch),
       searchBaseFinder_(searchBaseFinder),
       searchBaseIgnorePaths_(searchBaseFinder),
-      services_(std::move(services))
-{}
+      services_(std::move(services)),
+      changes_(std::make_shared<Changes>(*this)),
+      searchBaseWatcher_(services_.watching
+                             ? std::make_unique<SearchBaseWatcher>(
+                                   searchBaseFinder_, searchBaseIgnorePaths_, *services_.watching)
+                             : nullptr)
+{
+    if (searchBaseWatcher_)
+        searchBaseWatcher_->setDelegate(changes_);
+}
+
+SearchBase::~SearchBase()
+{
+    const MutexLock lock(watching_);
+    stopWatching();
+}
 
 // Answers
 
@@ -142,6 +181,9 @@ std::stop_token SearchBase::beginAnew()
 
 void SearchBase::reset()
 {
+    // In this order, so that a change reported before never takes the emptied index for its own.
+    const MutexLock lock(watching_);
+    stopWatching();
     const WritingIndex writing(searchBasePaths_.lock());
     beginAnew();
     searchBasePaths_.clear();
@@ -149,11 +191,7 @@ void SearchBase::reset()
 
 void SearchBase::build(const Progress &progress, const std::stop_token &stop)
 {
-    std::stop_token isReset;
-    {
-        const WritingIndex writing(searchBasePaths_.lock());
-        isReset = beginAnew();
-    }
+    const std::stop_token isReset = beginBuild();
     const EitherStop end(stop, isReset);
     const MutexLock changing(changing_);
     const std::set<std::string> patterns = includeFilePatterns();
@@ -166,16 +204,69 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
     }
     progress(starting);
 
+    Watched watched = beginArming(patterns);
     IndexSink sink(searchBasePaths_, isReset);
     for (const std::string &root : roots_) {
         progress("Scanning " + root);
-        const CrawlResult result = enumerate(root, patterns, sink, progress, end.token());
+        const CrawlResult result =
+            enumerate(root, patterns, sink, progress, end.token(), watched.arming);
         if (end.token().stop_requested())
             return;
         if (result.outcome == CrawlResult::Outcome::packageOrMissing)
             services_.logger.log(PACKAGE_TAG + root);
         progress("Added " + std::to_string(count()) + " items");
     }
+    startWatching(std::move(watched), end.token());
+}
+
+std::stop_token SearchBase::beginBuild()
+{
+    const MutexLock lock(watching_);
+    stopWatching();
+    const WritingIndex writing(searchBasePaths_.lock());
+    return beginAnew();
+}
+
+SearchBase::Watched SearchBase::beginArming(const std::set<std::string> &patterns)
+{
+    if (!searchBaseWatcher_)
+        return {};
+    auto items = std::make_shared<IndexedItems>(searchBasePaths_, searchBaseIgnorePaths_.rules(),
+                                                ExtensionSet(patterns), roots_);
+    {
+        const MutexLock lock(watching_);
+        if (items_)
+            items_->close();
+        items_ = items;
+    }
+    return {.items = items, .arming = searchBaseWatcher_->beginArming(items)};
+}
+
+void SearchBase::startWatching(Watched watched, const std::stop_token &stop)
+{
+    const MutexLock lock(watching_);
+    if (searchBaseWatcher_ && !stop.stop_requested())
+        searchBaseWatcher_->startWatching(std::move(watched.items), std::move(watched.arming));
+}
+
+void SearchBase::stopWatching()
+{
+    if (searchBaseWatcher_)
+        searchBaseWatcher_->stopWatching();
+    if (items_)
+        items_->close();
+    items_.reset();
+}
+
+std::optional<FSEventStatus> SearchBase::watchStatus() const
+{
+    return searchBaseWatcher_ ? searchBaseWatcher_->status() : std::nullopt;
+}
+
+void SearchBase::settle()
+{
+    if (searchBaseWatcher_)
+        searchBaseWatcher_->settle();
 }
 
 void SearchBase::add(std::string_view path)
@@ -187,9 +278,10 @@ void SearchBase::add(std::string_view path)
 
 CrawlResult SearchBase::enumerate(const std::string &url, const std::set<std::string> &patterns,
                                   CrawlSink &sink, const Progress &progress,
-                                  const std::stop_token &stop)
+                                  const std::stop_token &stop,
+                                  std::shared_ptr<FSEventArming> arming)
 {
-    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules());
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, std::move(arming));
     return crawler.crawl(url, patterns, sink, progress, stop);
 }
 
@@ -197,7 +289,8 @@ CrawlResult SearchBase::enumerateForUpdate(const std::string &url,
                                            const std::set<std::string> &patterns, CrawlSink &sink,
                                            const std::stop_token &stop)
 {
-    return enumerate(url, patterns, sink, {}, stop);
+    // What reports changes has armed the folders before.
+    return enumerate(url, patterns, sink, {}, stop, nullptr);
 }
 
 void SearchBase::update(const std::string &path, const std::stop_token &stop)

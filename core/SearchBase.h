@@ -3,6 +3,7 @@
 #include "core/SearchBasePaths.h"
 #include "core/SearchBaseResult.h"
 #include "indexing/SearchBaseIgnorePaths.h"
+#include "indexing/SearchBaseWatcher.h"
 #include "matching/FuzzyMatch.h"
 #include "platform/Mutex.h"
 
@@ -10,6 +11,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stop_token>
 #include <string>
@@ -22,6 +24,7 @@ class CrawlSink;
 class FolderLister;
 class FrontItemsSource;
 class IndexUpdate;
+class IndexedItems;
 class SearchBaseFinder;
 class SearchBaseLogger;
 class TaskQueue;
@@ -45,12 +48,17 @@ public:
         /// Where updates change the index.
         TaskQueue &mainQueue;
         std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+        /// Absent, the index is as fresh as its last build.
+        std::optional<SearchBaseWatcher::Services> watching = std::nullopt;
+        /// Told of each path that the watcher reports, on its event queue, before the update.
+        std::function<void(const std::string &path)> onReport = nullptr;
     };
 
     /// Without a front window search its items are no part of the answers.
     SearchBase(const FrontItemsSource *frontFinderSearch, SearchBaseFinder &searchBaseFinder,
                FuzzyMatch &searchBaseMatcher, Services services);
-    virtual ~SearchBase() = default;
+    /// The event queue runs nothing of the index any more by then.
+    virtual ~SearchBase();
     SearchBase(const SearchBase &) = delete;
     SearchBase &operator=(const SearchBase &) = delete;
 
@@ -61,11 +69,12 @@ public:
     /// At most 10 of the folders that the user opened most, most used first.
     std::vector<SearchBaseResultRef> mostAccessedResults() const;
 
-    /// Forgets everything; the use counts stay. A build or an update that is under way ends and
-    /// changes nothing any more.
-    void reset();
+    /// Forgets everything and watches nothing any more; the use counts stay. A build or an update
+    /// that is under way ends and changes nothing any more.
+    void reset() EXCLUDES(watching_);
     /// Crawls every include folder and adds what it finds, until stop is requested, the index is
-    /// reset or another build begins.
+    /// reset or another build begins. The folders are watched from before they are crawled on, and
+    /// changes update the index once the build has come to its end.
     virtual void build(const Progress &progress, const std::stop_token &stop = {});
     /// Crawls a path that has changed and brings what the index holds of it and below up to date,
     /// in one task of the main queue. Changes nothing when that queue is closed, stop is requested
@@ -78,6 +87,11 @@ public:
     std::set<std::string> includeFilePatterns() const;
     /// Number of paths indexed.
     std::size_t count() const;
+    /// How the include folders are watched; absent while they are not.
+    std::optional<FSEventStatus> watchStatus() const;
+    /// Lets every change of the disk so far come into the index. Not called on the event queue nor
+    /// on the main queue.
+    void settle();
 
     /// Everything that is indexed as text: the paths, then the children under each parent. Handed
     /// over piece by piece with the index unlocked in between, so what changes meanwhile may or may
@@ -92,10 +106,20 @@ protected:
     void add(std::string_view path);
 
 private:
+    class Changes;
+    struct Watched;
+
     /// Ends what is under way. Returns what ends with the next call.
     std::stop_token beginAnew() REQUIRES(searchBasePaths_.lock());
+    std::stop_token beginBuild() EXCLUDES(watching_);
+    /// Nothing in it when nobody tells of changes.
+    Watched beginArming(const std::set<std::string> &patterns) REQUIRES(changing_)
+        EXCLUDES(watching_);
+    void startWatching(Watched watched, const std::stop_token &stop) EXCLUDES(watching_);
+    void stopWatching() REQUIRES(watching_);
     CrawlResult enumerate(const std::string &url, const std::set<std::string> &patterns,
-                          CrawlSink &sink, const Progress &progress, const std::stop_token &stop);
+                          CrawlSink &sink, const Progress &progress, const std::stop_token &stop,
+                          std::shared_ptr<FSEventArming> arming);
     CrawlResult enumerateForUpdate(const std::string &url, const std::set<std::string> &patterns,
                                    CrawlSink &sink, const std::stop_token &stop);
     bool findOut(IndexUpdate &update, const std::string &url, const std::set<std::string> &patterns,
@@ -110,11 +134,17 @@ private:
     SearchBaseFinder &searchBaseFinder_;
     SearchBaseIgnorePaths searchBaseIgnorePaths_;
     const Services services_;
+    const std::shared_ptr<Changes> changes_;
+    const std::unique_ptr<SearchBaseWatcher> searchBaseWatcher_;
 
     /// Held by a build or an update as long as it takes; taken before the index's lock.
     Mutex changing_;
     /// The include folders of the last build.
     std::vector<std::string> roots_ GUARDED_BY(changing_);
+    /// Held while watching begins or ends; taken after the one above, before the index's lock.
+    Mutex watching_;
+    /// Of the build whose folders are watched, or are about to be.
+    std::shared_ptr<IndexedItems> items_ GUARDED_BY(watching_);
     /// Requested when the index is reset or built anew.
     std::stop_source anew_ GUARDED_BY(searchBasePaths_.lock());
 };

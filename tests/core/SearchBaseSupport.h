@@ -42,6 +42,9 @@ struct FakeFrontItems final : FrontItemsSource
 template <typename Lister>
 struct SearchBaseOver
 {
+    SearchBaseOver() = default;
+    explicit SearchBaseOver(const SearchBaseWatcher::Services &howToWatch) : watching(howToWatch) {}
+
     void includeFolders(const std::vector<std::string> &paths)
     {
         DefaultsDictionary bookmarks;
@@ -82,8 +85,12 @@ struct SearchBaseOver
     SearchBaseLogger logger{store, output.stream()};
     InlineTaskQueue queue;
     FakeFrontItems front;
+    std::optional<SearchBaseWatcher::Services> watching;
     SearchBase searchBase{
-        &front, finder, matcher, {.folderLister = lister, .logger = logger, .mainQueue = queue}};
+        &front,
+        finder,
+        matcher,
+        {.folderLister = lister, .logger = logger, .mainQueue = queue, .watching = watching}};
 };
 
 } // namespace quillon

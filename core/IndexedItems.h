@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/SearchBasePaths.h"
+#include "indexing/NameKinds.h"
+#include "indexing/SkipRules.h"
+#include "platform/FSEventStream.h"
+#include "platform/Mutex.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+/// What one build would index, as the event service asks for it.
+///
+/// The service may ask a little longer than the index lives; close() tells it the end.
+class IndexedItems final : public FSEventItemTest
+{
+public:
+    /// The include folders are sorted.
+    IndexedItems(const SearchBasePaths &paths, std::shared_ptr<const SkipRules> rules,
+                 ExtensionSet extensions, std::vector<std::string> roots);
+
+    Folder folder(std::string_view path) const override;
+    bool includesFile(std::string_view name) const override;
+    bool isIndexed(std::string_view path) const override EXCLUDES(mutex_);
+
+    /// From now on the index is not looked at, and nothing is indexed.
+    void close() EXCLUDES(mutex_);
+
+private:
+    const std::shared_ptr<const SkipRules> rules_;
+    const ExtensionSet extensions_;
+    const std::vector<std::string> roots_;
+    mutable Mutex mutex_;
+    const SearchBasePaths *paths_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon

@@ -1,0 +1,166 @@
+#include "core/SearchBase.h"
+#include "tests/core/SearchBaseSupport.h"
+#include "tests/support/FakeFSEventService.h"
+#include "tests/support/TimedTaskQueue.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <ostream>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Folder = FSEventItemTest::Folder;
+
+class SearchBaseWatchTest : public testing::Test
+{
+protected:
+    SearchBaseWatchTest() { base_.includeFolders({root_}); }
+    FakeFSEventService::Stream &stream(std::size_t number) { return *service_.streams.at(number); }
+
+    TemporaryFolder disk_;
+    const std::string root_ = disk_.makeFolder("home");
+    const std::string docs_ = disk_.makeFolder("home/docs");
+    FakeFSEventService service_;
+    TimedTaskQueue events_;
+    SearchBaseOver<PosixFolderLister> base_{{.events = service_, .eventQueue = events_}};
+};
+
+TEST_F(SearchBaseWatchTest, bringsReportedChangesIntoTheIndex)
+{
+    EXPECT_FALSE(base_.searchBase.watchStatus());
+    base_.build();
+    ASSERT_EQ(service_.streams.size(), 1U);
+    EXPECT_THAT(service_.notes(), ElementsAre("arm " + root_, "arm " + docs_));
+    EXPECT_NE(stream(0).request.armed, nullptr);
+    EXPECT_EQ(stream(0).request.items, service_.armingItems);
+    EXPECT_THAT(stream(0).request.paths, ElementsAre(root_));
+    EXPECT_TRUE(base_.searchBase.watchStatus());
+
+    const std::string inside = disk_.makeFolder("home/new/inside");
+    fs::remove(docs_);
+    stream(0).send({root_ + "/docs", root_ + "/new"});
+    events_.advance(2999ms);
+    EXPECT_THAT(base_.indexed(), ElementsAre(root_, docs_));
+    events_.advance(1ms);
+    EXPECT_THAT(base_.indexed(), ElementsAre(root_, root_ + "/new", inside));
+    EXPECT_EQ(service_.notes().size(), 2U) << "an update arms nothing";
+}
+
+TEST_F(SearchBaseWatchTest, letsNothingOfAnOldWatchIntoANewIndex)
+{
+    base_.build();
+    const auto items = stream(0).request.items;
+    EXPECT_TRUE(items->isIndexed(docs_));
+    const std::string other = disk_.makeFolder("other");
+    stream(0).send({docs_});
+    events_.advance(1s);
+    base_.searchBase.reset();
+    EXPECT_TRUE(stream(0).isStopped && stream(0).isInvalidated);
+    EXPECT_FALSE(base_.searchBase.watchStatus());
+    events_.advance(1h);
+    EXPECT_THAT(base_.indexed(), IsEmpty());
+    EXPECT_FALSE(items->isIndexed(docs_));
+
+    // Other folders are included by now.
+    base_.build();
+    stream(1).send({docs_});
+    events_.advance(1s);
+    base_.includeFolders({other});
+    base_.build();
+    EXPECT_TRUE(stream(1).isStopped);
+    events_.advance(1h);
+    EXPECT_THAT(base_.indexed(), ElementsAre(root_, docs_, other)) << "this build found them again";
+    EXPECT_THAT(stream(2).request.paths, ElementsAre(other));
+    EXPECT_FALSE(items->isIndexed(docs_)) << "an old watch sees no index";
+}
+
+TEST_F(SearchBaseWatchTest, doesNotWatchABuildThatEndsEarly)
+{
+    std::stop_source stop;
+    stop.request_stop();
+    base_.build(stop.get_token());
+    EXPECT_THAT(service_.streams, IsEmpty());
+    base_.searchBase.build([&](const std::string &line) {
+        if (line.starts_with("Added "))
+            base_.searchBase.reset();
+    });
+    EXPECT_THAT(service_.streams, IsEmpty());
+
+    service_.isAbleToWatch = false;
+    base_.build();
+    EXPECT_THAT(base_.indexed(), ElementsAre(root_, docs_));
+    EXPECT_FALSE(base_.searchBase.watchStatus());
+    base_.searchBase.settle();
+}
+
+struct ItemRow
+{
+    const char *path = "";
+    Folder expected = Folder::entered;
+
+    friend std::ostream &operator<<(std::ostream &stream, const ItemRow &row)
+    {
+        return stream << row.path;
+    }
+};
+
+class ItemRows : public testing::TestWithParam<ItemRow>
+{};
+
+TEST_P(ItemRows, areJudgedAsTheCrawlJudges)
+{
+    const TemporaryFolder disk;
+    std::vector<std::string> roots;
+    for (const char *root : {"home", "home/.git/kept", "home/Box.app"})
+        roots.push_back(disk.makeFolder(root));
+    FakeFSEventService service;
+    TimedTaskQueue events;
+    SearchBaseOver<PosixFolderLister> base{{.events = service, .eventQueue = events}};
+    base.includeFolders(roots);
+    base.store.set("exclude-folder-patterns", {DefaultsArray{{"node_modules"}, {"a/deep"}}});
+    base.build();
+    EXPECT_EQ(service.armingItems->folder(disk.path(GetParam().path)), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, ItemRows,
+                         testing::Values(ItemRow{"home"}, ItemRow{"home/docs"},
+                                         ItemRow{"home/App.xcodeproj", Folder::listed},
+                                         ItemRow{"home/.hidden", Folder::skipped},
+                                         ItemRow{"home/node_modules", Folder::skipped},
+                                         ItemRow{"home/a/deep", Folder::skipped},
+                                         ItemRow{"home/deep"},
+                                         ItemRow{"home/node_modules.app", Folder::skipped},
+                                         ItemRow{"home/.git/kept"}, ItemRow{"home/.git/kept/x"},
+                                         ItemRow{"home/.git/kept/.x", Folder::skipped},
+                                         ItemRow{"home/x/.git/y", Folder::skipped},
+                                         ItemRow{"home/Box.app", Folder::listed}));
+
+TEST_F(SearchBaseWatchTest, judgesFilesByTheExtensionsOfTheBuild)
+{
+    base_.store.set("include-file-patterns", {DefaultsArray{{"txt"}}});
+    const std::string file = disk_.writeFile("home/a.txt");
+    base_.build();
+    base_.store.set("include-file-patterns", {DefaultsArray{{"pdf"}}});
+    const FSEventItemTest &items = *service_.armingItems;
+    EXPECT_TRUE(items.includesFile("a.txt"));
+    EXPECT_FALSE(items.includesFile("a.TXT"));
+    EXPECT_FALSE(items.includesFile("a.pdf"));
+    EXPECT_FALSE(items.includesFile(".a.txt"));
+    EXPECT_TRUE(items.isIndexed(file));
+    EXPECT_FALSE(items.isIndexed(root_ + "/b.txt"));
+}
+
+} // namespace
+
+} // namespace quillon
