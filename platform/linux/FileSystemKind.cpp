@@ -39,6 +39,11 @@ constexpr std::array PSEUDO{
     RPC_PIPEFS,
 };
 
+// A disk that a program mounts ("fuseblk") is changed through that mount alone, so it is none.
+constexpr std::array<std::string_view, 13> REMOTE{"nfs",   "nfs4",     "cifs",  "smb3", "smbfs",
+                                                  "9p",    "ceph",     "afs",   "coda", "fuse",
+                                                  "ncpfs", "virtiofs", "lustre"};
+
 constexpr FileSystemType F2FS = 0xF2F52010;
 constexpr FileSystemType XFS = 0x58465342;
 constexpr std::array EXACT_LINKS{FileSystemType{EXT4_SUPER_MAGIC}, FileSystemType{TMPFS_MAGIC},
@@ -49,6 +54,11 @@ constexpr std::array EXACT_LINKS{FileSystemType{EXT4_SUPER_MAGIC}, FileSystemTyp
 bool isPseudoFileSystem(FileSystemType type)
 {
     return std::ranges::find(PSEUDO, type) != PSEUDO.end();
+}
+
+bool isRemoteFileSystem(std::string_view typeName)
+{
+    return std::ranges::find(REMOTE, typeName) != REMOTE.end() || typeName.starts_with("fuse.");
 }
 
 bool countsSubfoldersAsLinks(FileSystemType type)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace quillon {
 
@@ -9,6 +10,11 @@ using FileSystemType = std::uint64_t;
 
 /// Shows the state of the kernel and holds no files of anyone: proc, sysfs, cgroup and their kind.
 bool isPseudoFileSystem(FileSystemType type);
+
+/// Changes may be made by another machine or a program behind it, and the system here is not told
+/// of them: NFS, SMB, FUSE and their kind. Goes by the name of the type, as it stands in the table
+/// of mounts, since a server that is gone does not answer statfs().
+bool isRemoteFileSystem(std::string_view typeName);
 
 /// A folder's link count is exactly two and one for each of its subfolders, as long as it is not
 /// one, which these file systems use for "too many to count".

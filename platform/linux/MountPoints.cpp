@@ -3,6 +3,7 @@
 #include <fstream>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace quillon {
 
@@ -36,9 +37,9 @@ std::string unescaped(std::string_view text)
 
 } // namespace
 
-std::vector<std::string> parseMountPoints(const std::string &mountInfo)
+std::vector<Mount> parseMounts(const std::string &mountInfo)
 {
-    std::vector<std::string> points;
+    std::vector<Mount> mounts;
     std::istringstream lines(mountInfo);
     for (std::string line; std::getline(lines, line);) {
         std::istringstream fields(line);
@@ -46,20 +47,45 @@ std::vector<std::string> parseMountPoints(const std::string &mountInfo)
         // Mount, parent, device and root within the file system stand before it.
         for (int i = 0; i < 5; ++i)
             fields >> field;
-        if (fields && field.starts_with('/'))
-            points.push_back(unescaped(field));
+        if (!fields || !field.starts_with('/'))
+            continue;
+        Mount mount{unescaped(field), {}};
+        // Any number of optional fields, closed by a dash; then the type.
+        while (fields >> field && field != "-") {
+        }
+        fields >> mount.type;
+        mounts.push_back(std::move(mount));
     }
+    return mounts;
+}
+
+std::vector<std::string> parseMountPoints(const std::string &mountInfo)
+{
+    std::vector<std::string> points;
+    for (Mount &mount : parseMounts(mountInfo))
+        points.push_back(std::move(mount.point));
     return points;
 }
 
-std::optional<std::vector<std::string>> mountPoints()
+std::optional<std::vector<Mount>> mounts()
 {
     std::ifstream file("/proc/self/mountinfo", std::ios::binary);
     if (!file)
         return std::nullopt;
     std::ostringstream text;
     text << file.rdbuf();
-    return parseMountPoints(text.str());
+    return parseMounts(text.str());
+}
+
+std::optional<std::vector<std::string>> mountPoints()
+{
+    auto all = mounts();
+    if (!all)
+        return std::nullopt;
+    std::vector<std::string> points;
+    for (Mount &mount : *all)
+        points.push_back(std::move(mount.point));
+    return points;
 }
 
 } // namespace quillon

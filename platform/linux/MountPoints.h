@@ -6,6 +6,21 @@
 
 namespace quillon {
 
+struct Mount
+{
+    /// Absolute.
+    std::string point;
+    /// The name of the file system's type, as "ext4".
+    std::string type;
+};
+
+/// What is mounted, as this process sees it, earlier mounts first; absent when the kernel does not
+/// tell.
+std::optional<std::vector<Mount>> mounts();
+
+/// The mounts in the text of /proc/self/mountinfo. Lines that make no sense are left out.
+std::vector<Mount> parseMounts(const std::string &mountInfo);
+
 /// Where something is mounted, as this process sees it; absent when the kernel does not tell.
 std::optional<std::vector<std::string>> mountPoints();
 

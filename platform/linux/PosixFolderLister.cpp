@@ -2,9 +2,8 @@
 
 #include "platform/linux/DirectoryRecords.h"
 #include "platform/linux/FileSystemKind.h"
+#include "platform/linux/LongPath.h"
 #include "platform/linux/MountPoints.h"
-
-#include <climits>
 
 #include <cerrno>
 #include <optional>
@@ -27,68 +26,6 @@ constexpr std::size_t ROOM = std::size_t{64} * 1024;
 std::error_code lastError()
 {
     return {errno, std::generic_category()};
-}
-
-class Descriptor
-{
-public:
-    explicit Descriptor(int fd = -1) : fd_(fd) {}
-    Descriptor(Descriptor &&other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-    Descriptor &operator=(Descriptor &&other) noexcept
-    {
-        std::swap(fd_, other.fd_);
-        return *this;
-    }
-    ~Descriptor()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    explicit operator bool() const { return fd_ >= 0; }
-    int get() const { return fd_; }
-
-private:
-    int fd_;
-};
-
-Descriptor openAt(int folder, const char *path, int flags)
-{
-    for (;;) {
-        const int fd = ::openat(folder, path, flags);
-        if (fd >= 0 || errno != EINTR)
-            return Descriptor(fd);
-    }
-}
-
-/// A path that the system takes at once, relative to a folder.
-struct ShortPath
-{
-    Descriptor folder;
-    const char *path = nullptr;
-};
-
-/// Goes down a path that is longer than the system takes at once, piece by piece. Absent, with
-/// errno set, where a piece cannot be opened. The result points into the path.
-std::optional<ShortPath> shorten(const std::string &path)
-{
-    Descriptor folder(AT_FDCWD);
-    std::size_t begin = 0;
-    while (path.size() - begin >= PATH_MAX) {
-        const std::size_t end = path.rfind('/', begin + PATH_MAX - 2);
-        if (end == std::string::npos || end <= begin) {
-            errno = ENAMETOOLONG;
-            return std::nullopt;
-        }
-        const std::string piece = path.substr(begin, end - begin);
-        Descriptor next = openAt(folder.get(), piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-        if (!next)
-            return std::nullopt;
-        folder = std::move(next);
-        begin = path.find_first_not_of('/', end);
-        if (begin == std::string::npos)
-            return ShortPath{std::move(folder), "."};
-    }
-    return ShortPath{std::move(folder), path.c_str() + begin};
 }
 
 Descriptor openLong(const std::string &path)

@@ -1,0 +1,73 @@
+#include "platform/linux/watching/ChangeLog.h"
+
+#include "platform/FSEventStream.h"
+
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// Calls visit with each folder above an absolute path, "/" first, until it answers true. False
+/// when it never did.
+template <typename Visit>
+bool anyAbove(std::string_view path, const Visit &visit)
+{
+    for (std::size_t slash = path.find('/'); slash != std::string_view::npos && path.size() > 1;
+         slash = path.find('/', slash + 1))
+        if (visit(slash == 0 ? path.substr(0, 1) : path.substr(0, slash)))
+            return true;
+    return false;
+}
+
+} // namespace
+
+void ChangeLog::add(const std::string &path, Found found, std::uint32_t flags)
+{
+    Entry &entry = entries_[path];
+    entry.flags |= flags;
+    entry.found = found;
+}
+
+void ChangeLog::compare(const std::string &path, Found found)
+{
+    if (items_.isIndexed(path) != (found != Found::nothing) || wasToldLately(path))
+        add(path, found);
+}
+
+bool ChangeLog::wasToldLately(std::string_view path) const
+{
+    const auto isTold = [this](std::string_view above) { return told_.contains(above); };
+    return isTold(path) || anyAbove(path, isTold);
+}
+
+ChangeLog::Entry *ChangeLog::covering(std::string_view path)
+{
+    Entry *cover = nullptr;
+    anyAbove(path, [&](std::string_view above) {
+        const auto entry = entries_.find(above);
+        if (entry != entries_.end() && entry->second.found == Found::folder)
+            cover = &entry->second;
+        return cover != nullptr;
+    });
+    return cover;
+}
+
+std::vector<ChangeLog::Change> ChangeLog::take(Clock::time_point now)
+{
+    std::erase_if(told_, [now](const auto &told) { return now - told.second > SETTLED; });
+    // A folder that is covered itself covers nothing that its own cover does not.
+    for (auto &[path, entry] : entries_)
+        if (Entry *cover = covering(path))
+            cover->flags |= entry.flags;
+    std::vector<Change> changes;
+    for (const auto &[path, entry] : entries_)
+        if (covering(path) == nullptr)
+            changes.push_back({path, entry.flags});
+    entries_.clear();
+    for (const Change &change : changes)
+        told_.insert_or_assign(change.path, now);
+    return changes;
+}
+
+} // namespace quillon

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quillon {
+
+class FSEventItemTest;
+
+/// What a flush has found to tell. Not locked.
+class ChangeLog
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    struct Change
+    {
+        std::string path;
+        std::uint32_t flags = 0;
+    };
+    enum class Found
+    {
+        nothing,
+        /// A file, or a folder that is not entered.
+        item,
+        /// Whoever is told of it looks at everything below as well.
+        folder,
+    };
+
+    explicit ChangeLog(const FSEventItemTest &items) : items_(items) {}
+
+    void add(const std::string &path, Found found, std::uint32_t flags = 0);
+    /// Adds the path only when the index disagrees, or may be about to: an update that looked at
+    /// the disk earlier may not have reached it yet.
+    void compare(const std::string &path, Found found);
+    /// Everything added since, in byte order of the paths, without what is below a folder that is
+    /// told itself.
+    std::vector<Change> take(Clock::time_point now);
+
+private:
+    /// By far longer than an update takes from its event to the index.
+    static constexpr std::chrono::seconds SETTLED{60};
+
+    struct Entry
+    {
+        std::uint32_t flags = 0;
+        Found found = Found::nothing;
+    };
+
+    bool wasToldLately(std::string_view path) const;
+    /// The topmost folder above the path that is told itself, or null.
+    Entry *covering(std::string_view path);
+
+    const FSEventItemTest &items_;
+    std::map<std::string, Entry, std::less<>> entries_;
+    std::map<std::string, Clock::time_point, std::less<>> told_;
+};
+
+} // namespace quillon

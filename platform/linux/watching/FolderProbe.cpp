@@ -1,0 +1,101 @@
+#include "platform/linux/watching/FolderProbe.h"
+
+#include "platform/linux/DirectoryRecords.h"
+#include "platform/linux/FileSystemKind.h"
+#include "platform/linux/LongPath.h"
+
+#include <cerrno>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/vfs.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t ROOM = std::size_t{64} * 1024;
+constexpr std::int64_t NANOSECONDS = 1'000'000'000;
+
+Listing failureOf(int error)
+{
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+    case ELOOP:
+        return Listing::gone;
+    case EACCES:
+    case EPERM:
+        return Listing::denied;
+    default:
+        return Listing::failed;
+    }
+}
+
+} // namespace
+
+FolderProbe probeFolder(const std::string &path, bool followsLink)
+{
+    const auto place = shorten(path);
+    if (!place)
+        return {};
+    struct statx status = {};
+    // Attributes as the file system keeps them: a cached answer would hide a server's changes.
+    const int flags =
+        AT_NO_AUTOMOUNT | AT_STATX_SYNC_AS_STAT | (followsLink ? 0 : AT_SYMLINK_NOFOLLOW);
+    if (::statx(place->folder.get(), place->path, flags, STATX_TYPE | STATX_INO | STATX_CTIME,
+                &status) != 0)
+        return {};
+    if (!S_ISDIR(status.stx_mode))
+        return {FolderLister::Kind::other, {}};
+    return {FolderLister::Kind::folder,
+            {::makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino,
+             status.stx_ctime.tv_sec * NANOSECONDS + status.stx_ctime.tv_nsec}};
+}
+
+Listing listFolder(const std::string &path, bool followsLink,
+                   const std::function<void(const FolderEntry &entry)> &receive)
+{
+    const auto place = shorten(path);
+    if (!place)
+        return failureOf(errno);
+    const Descriptor folder =
+        openAt(place->folder.get(), place->path,
+               O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followsLink ? 0 : O_NOFOLLOW));
+    if (!folder)
+        return failureOf(errno);
+    thread_local const auto room = std::make_unique<std::byte[]>(ROOM);
+    std::vector<FolderEntry> entries;
+    for (;;) {
+        const ssize_t size = ::getdents64(folder.get(), room.get(), ROOM);
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size < 0)
+            return failureOf(errno);
+        if (size == 0)
+            return Listing::complete;
+        entries.clear();
+        readDirectoryRecords({room.get(), static_cast<std::size_t>(size)}, folder.get(), entries);
+        for (const FolderEntry &entry : entries)
+            receive(entry);
+    }
+}
+
+bool isOnPseudoFileSystem(const std::string &path)
+{
+    const auto place = shorten(path);
+    if (!place)
+        return false;
+    // Without O_DIRECTORY, so that nothing is mounted by asking.
+    const Descriptor folder = openAt(place->folder.get(), place->path, O_PATH | O_CLOEXEC);
+    struct statfs status = {};
+    return folder && ::fstatfs(folder.get(), &status) == 0 &&
+           isPseudoFileSystem(static_cast<FileSystemType>(status.f_type));
+}
+
+} // namespace quillon

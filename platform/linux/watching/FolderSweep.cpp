@@ -1,0 +1,112 @@
+#include "platform/linux/watching/FolderSweep.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr FolderSweep::Clock::duration SLICE = 5ms;
+constexpr FolderSweep::Clock::duration PAUSE = 45ms;
+/// A sweep takes one part in so many of the time.
+constexpr int SHARE = 200;
+
+} // namespace
+
+FolderSweep::Clock::time_point FolderSweep::due() const
+{
+    return left_.empty() && !hasWork() ? Clock::time_point::max() : next_;
+}
+
+void FolderSweep::begin()
+{
+    spent_ = {};
+    unlisted_ = verifier_.takeUnlisted();
+    for (const auto &[id, known] : folders_.unwatched())
+        if (!known.isClosed)
+            left_.push_back(id);
+    // The folders nearest to the root come first, and so at the end.
+    std::ranges::sort(left_, std::ranges::greater(),
+                      [this](Id id) { return folders_.tree().depth(id); });
+}
+
+bool FolderSweep::goOn(Clock::time_point now)
+{
+    if (left_.empty())
+        begin();
+    const Clock::time_point end = now + SLICE;
+    Clock::time_point at = now;
+    for (; !left_.empty() && at < end; at = Clock::now()) {
+        const Id id = left_.back();
+        left_.pop_back();
+        lookAt(id);
+    }
+    spent_ += at - now;
+    if (!left_.empty()) {
+        next_ = at + PAUSE;
+        return false;
+    }
+    for (const Id id : std::exchange(unlisted_, {}))
+        if (folders_.tree().isLive(id))
+            verifier_.reconcile(id);
+    next_ =
+        at + std::clamp(spent_ * SHARE, pace_.interval, std::max(pace_.interval, pace_.longest));
+    return true;
+}
+
+void FolderSweep::lookAtAll()
+{
+    left_.clear();
+    begin();
+    while (!left_.empty()) {
+        const Id id = left_.back();
+        left_.pop_back();
+        lookAt(id);
+    }
+    for (const Id id : std::exchange(unlisted_, {}))
+        if (folders_.tree().isLive(id))
+            verifier_.reconcile(id);
+}
+
+void FolderSweep::lookAt(Id id)
+{
+    WatchTree &tree = folders_.tree();
+    const auto *known = std::as_const(folders_).unwatched(id);
+    // Ids are used again.
+    if (known == nullptr || known->isClosed || !tree.isLive(id))
+        return;
+    if (!verifier_.lookAt(id) && tree.isLive(id) && !tree.isRoot(id))
+        verifier_.verify(tree.parent(id), std::string(tree.name(id)));
+}
+
+void FolderSweep::afterLoss(std::optional<std::int64_t> since, std::uint32_t flags,
+                            const std::function<bool()> &goesOn)
+{
+    WatchTree &tree = folders_.tree();
+    std::vector<Id> all;
+    for (Id id = 1; id < tree.idLimit(); ++id)
+        if (tree.isLive(id))
+            all.push_back(id);
+    std::ranges::stable_sort(all, {}, [&](Id id) { return tree.depth(id); });
+    for (const Id id : all) {
+        if (!goesOn())
+            return;
+        // Those that were found since are as they were listed.
+        if (!tree.isLive(id))
+            continue;
+        if (std::as_const(folders_).unwatched(id) != nullptr) {
+            lookAt(id);
+            continue;
+        }
+        const FolderProbe found = probeFolder(tree.path(id), tree.isRoot(id));
+        if (found.isFolder() && (!since || found.stamp.changed >= *since))
+            verifier_.reconcile(id, flags);
+        else if (!found.isFolder() && !tree.isRoot(id))
+            verifier_.verify(tree.parent(id), std::string(tree.name(id)), flags);
+    }
+}
+
+} // namespace quillon

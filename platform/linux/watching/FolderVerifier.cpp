@@ -1,0 +1,287 @@
+#include "platform/linux/watching/FolderVerifier.h"
+
+#include "platform/FSEventStream.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <system_error>
+#include <utility>
+
+namespace quillon {
+
+FolderVerifier::FolderVerifier(WatchedFolders &folders, const FSEventItemTest &items,
+                               ChangeLog &changes, const MountTable *mounts, Hooks hooks)
+    : folders_(folders),
+      tree_(folders.tree()),
+      items_(items),
+      changes_(changes),
+      mounts_(mounts),
+      hooks_(std::move(hooks))
+{}
+
+// Single names
+
+void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flags)
+{
+    const std::string path = tree_.path(parent, name);
+    const Border border = borderAt(parent, name, path);
+    if (border == Border::remote) {
+        verifyRemote(parent, name, path);
+        return;
+    }
+    const FolderProbe found = probeFolder(path, false);
+    const Id child = tree_.find(parent, name);
+    const auto verdict = found.isFolder() ? items_.folder(path) : FSEventItemTest::Folder::skipped;
+    if (verdict != FSEventItemTest::Folder::entered) {
+        if (child != WatchTree::NONE)
+            folders_.drop(child);
+        const bool counts =
+            found.isFolder() ? verdict == FSEventItemTest::Folder::listed
+                             : found.kind == FolderLister::Kind::other && items_.includesFile(name);
+        changes_.compare(path, counts ? ChangeLog::Found::item : ChangeLog::Found::nothing);
+        return;
+    }
+    if (child != WatchTree::NONE) {
+        if (isStill(child, path, found))
+            return;
+        folders_.drop(child);
+    }
+    if (border == Border::pseudo) {
+        close(tree_.add(parent, name), border, path, found.stamp);
+    } else if (const Id fresh = admit(parent, name, path); fresh != WatchTree::NONE) {
+        adopt(fresh);
+    } else {
+        changes_.compare(path, ChangeLog::Found::nothing);
+        return;
+    }
+    changes_.add(path, ChangeLog::Found::folder, flags);
+}
+
+/// Nothing is asked of the server here. Whoever looks after the remote folders tells them.
+void FolderVerifier::verifyRemote(Id parent, std::string_view name, const std::string &path)
+{
+    if (const Id child = tree_.find(parent, name); child != WatchTree::NONE) {
+        const auto *known = folders_.unwatched(child);
+        if (known != nullptr && known->isClosed && known->stamp.inode == 0)
+            return;
+        folders_.drop(child);
+    }
+    if (items_.folder(path) == FSEventItemTest::Folder::entered)
+        close(tree_.add(parent, name), Border::remote, path, {});
+}
+
+bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &found)
+{
+    const auto *known = folders_.unwatched(id);
+    const int watch = tree_.watch(id);
+    if (known == nullptr && watch == WatchTree::NO_WATCH)
+        return false;
+    if (known != nullptr && !known->stamp.isSameFolder(found.stamp))
+        return false;
+    if (known != nullptr && known->isClosed)
+        return true;
+
+    const bool isReserved = known != nullptr && folders_.reserve();
+    const bool mayWatch = isReserved || known == nullptr;
+    const Sighting seen = folders_.sight(path, tree_.isRoot(id), mayWatch);
+    if (known == nullptr) {
+        if (seen.watch == watch)
+            return true;
+        folders_.discard(seen);
+        return false;
+    }
+    folders_.settle(isReserved, seen);
+    // What happened between the look and the watch shows in a second look.
+    const bool isArmed = seen.watch != WatchTree::NO_WATCH;
+    const bool isChanged = hasChanged(id, isArmed ? probeFolder(path, tree_.isRoot(id)) : found);
+    if (isArmed)
+        folders_.nowWatched(id, seen.watch);
+    if (isChanged)
+        pending_.push_back(id);
+    reconcilePending();
+    return true;
+}
+
+bool FolderVerifier::hasChanged(Id id, const FolderProbe &found) const
+{
+    const auto *known = folders_.unwatched(id);
+    return known == nullptr || !known->isTrusted || known->stamp.changed != found.stamp.changed;
+}
+
+bool FolderVerifier::lookAt(Id id)
+{
+    const std::string path = tree_.path(id);
+    const FolderProbe found = probeFolder(path, tree_.isRoot(id));
+    const auto *known = folders_.unwatched(id);
+    if (known == nullptr || !found.isFolder() || !known->stamp.isSameFolder(found.stamp))
+        return false;
+    return !hasChanged(id, found) || isStill(id, path, found);
+}
+
+// New folders
+
+FolderVerifier::Border FolderVerifier::borderAt(Id parent, std::string_view name,
+                                                const std::string &path) const
+{
+    if (mounts_ == nullptr || !mounts_->mayBeMountPoint(name))
+        return Border::none;
+    std::error_code error;
+    const auto above = std::filesystem::canonical(tree_.path(parent), error);
+    if (!error && mounts_->isRemoteMountPoint(above / name))
+        return Border::remote;
+    return isOnPseudoFileSystem(path) ? Border::pseudo : Border::none;
+}
+
+void FolderVerifier::close(Id id, Border border, const std::string &path, const FolderStamp &stamp)
+{
+    folders_.recordClosed(id, stamp);
+    if (border == Border::remote)
+        hooks_.onRemote(path);
+}
+
+WatchTree::Id FolderVerifier::admit(Id parent, std::string_view name, const std::string &path)
+{
+    const bool isReserved = folders_.reserve();
+    const Sighting seen = folders_.sight(path, false, isReserved);
+    if (seen.isGone()) {
+        folders_.settle(isReserved, seen);
+        return WatchTree::NONE;
+    }
+    const Id id = tree_.add(parent, name);
+    folders_.record(id, seen, isReserved);
+    return id;
+}
+
+WatchTree::Id FolderVerifier::adoptRoot(const std::string &path)
+{
+    const bool isReserved = folders_.reserve();
+    const Sighting seen = folders_.sight(path, true, isReserved);
+    if (seen.isGone()) {
+        folders_.settle(isReserved, seen);
+        return WatchTree::NONE;
+    }
+    const Id id = tree_.addRoot(path);
+    folders_.record(id, seen, isReserved);
+    return id;
+}
+
+void FolderVerifier::adopt(Id id, std::optional<std::int64_t> since)
+{
+    // Breadth first, so that a short budget goes to the folders nearest to the root.
+    std::deque<Id> adopted{id};
+    while (!adopted.empty() && hooks_.goesOn()) {
+        const Id next = adopted.front();
+        adopted.pop_front();
+        if (tree_.isLive(next))
+            adoptChildren(next, adopted, since);
+    }
+}
+
+void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
+                                   std::optional<std::int64_t> since)
+{
+    const std::string path = tree_.path(id);
+    if (hooks_.beforeListing)
+        hooks_.beforeListing(path);
+    Content content;
+    if (list(id, path, content) == Listing::failed)
+        unlisted_.push_back(id);
+    if (since && probeFolder(path, tree_.isRoot(id)).stamp.changed >= *since)
+        changes_.add(path, ChangeLog::Found::folder);
+    if (auto *known = folders_.unwatched(id))
+        known->files = content.files;
+    for (const std::string &name : content.folders) {
+        // A folder that changes while it is read may name an entry twice.
+        if (tree_.find(id, name) != WatchTree::NONE)
+            continue;
+        const std::string childPath = tree_.path(id, name);
+        if (const Border border = borderAt(id, name, childPath); border != Border::none)
+            close(tree_.add(id, name), border, childPath,
+                  border == Border::remote ? FolderStamp() : probeFolder(childPath, false).stamp);
+        else if (const Id child = admit(id, name, childPath); child != WatchTree::NONE)
+            adopted.push_back(child);
+    }
+}
+
+Listing FolderVerifier::list(Id id, const std::string &path, Content &content) const
+{
+    return listFolder(path, tree_.isRoot(id), [&](const FolderEntry &entry) {
+        bool counts = !entry.isFolder && items_.includesFile(entry.name);
+        if (entry.isFolder) {
+            const auto verdict = items_.folder(tree_.path(id, entry.name));
+            counts = verdict == FSEventItemTest::Folder::listed;
+            if (verdict == FSEventItemTest::Folder::entered)
+                content.folders.emplace_back(entry.name);
+        }
+        if (counts)
+            content.files += std::hash<std::string_view>()(entry.name);
+    });
+}
+
+// Folders that have changed
+
+void FolderVerifier::reconcile(Id id, std::uint32_t flags)
+{
+    reconcileOne(id, flags);
+    reconcilePending();
+}
+
+/// Not one inside the other: a tree may be deeper than the stack.
+void FolderVerifier::reconcilePending()
+{
+    if (std::exchange(isReconciling_, true))
+        return;
+    while (!pending_.empty() && hooks_.goesOn()) {
+        const Id id = pending_.back();
+        pending_.pop_back();
+        if (tree_.isLive(id))
+            reconcileOne(id, 0);
+    }
+    pending_.clear();
+    isReconciling_ = false;
+}
+
+void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
+{
+    const std::string path = tree_.path(id);
+    // The stamp before the listing: what happens meanwhile shows in the next one.
+    const Sighting before = folders_.sight(path, tree_.isRoot(id), false);
+    if (hooks_.beforeListing)
+        hooks_.beforeListing(path);
+    Content content;
+    const Listing listing = list(id, path, content);
+    if (listing == Listing::gone || !before.probe.isFolder())
+        return; // the folder above tells that
+    if (listing == Listing::failed) {
+        unlisted_.push_back(id);
+        return;
+    }
+    const std::unordered_set<std::string_view> onDisk(content.folders.begin(),
+                                                      content.folders.end());
+    std::vector<std::string> missing;
+    for (Id child = tree_.firstChild(id); child != WatchTree::NONE;
+         child = tree_.nextSibling(child))
+        if (!onDisk.contains(tree_.name(child)))
+            missing.emplace_back(tree_.name(child));
+    for (const std::string &name : missing)
+        verify(id, name, flags);
+    for (const std::string &name : content.folders)
+        verify(id, name, flags);
+
+    auto *known = folders_.unwatched(id);
+    if (known == nullptr || flags != 0 || known->files != content.files)
+        changes_.add(path, ChangeLog::Found::folder, flags);
+    if (known != nullptr) {
+        known->stamp = before.probe.stamp;
+        known->isTrusted = before.isTrusted;
+        known->files = content.files;
+    }
+}
+
+std::vector<WatchTree::Id> FolderVerifier::takeUnlisted()
+{
+    return std::exchange(unlisted_, {});
+}
+
+} // namespace quillon

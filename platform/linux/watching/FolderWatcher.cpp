@@ -1,0 +1,520 @@
+#include "platform/linux/watching/FolderWatcher.h"
+
+#include "platform/linux/LongPath.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <limits>
+#include <system_error>
+#include <thread>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <time.h>
+
+// How the changes below some folders are noticed, without losing any.
+//
+// The kernel tells by inotify which names come and go in a folder that has a watch. Its events are
+// not replayed: they may be late, doubled, in an order that names alone do not explain (an exchange
+// of two folders), or lost altogether. An event only marks a name in a folder as worth a look; at
+// the next flush, one latency after the first mark, the disk is read and compared with the tree of
+// folders that stands here (FolderVerifier). Whatever was wrong before is right after that look,
+// and a folder that lives shorter than the latency costs nothing.
+//
+// A look at a name asks for a watch on what stands there. The kernel gives the watch that a folder
+// has already, so the same watch means the same folder; everything in it has been told by events of
+// its own. Any other watch means another folder, which is entered: a watch on it first, its listing
+// after that, and so on below. What changes after the watch raises an event and what changed before
+// it is in the listing, so nothing falls in between. For the same reason a change is told to the
+// receiver only when everything below it has its watches: what changes after the receiver's look is
+// told again. When a crawl arms the folders that it lists, the same order holds: arm(), then list.
+//
+// Folders that are no longer in their place leave the tree at once and give up their watches only
+// at the end of the flush, when nobody else has turned up with the same watch. Until then a folder
+// that has been moved within the tree takes its watches along.
+//
+// There are never enough watches. Half of what the user may have is left to other programs, and
+// within that the folders nearest to the roots come first (WatchBudget). The others are known by
+// their stamps: inode and time of the last change of status, which unlike the time of modification
+// no program can set back. A sweep compares the stamps from time to time and lists the folders in
+// which something has changed (FolderSweep); where a stamp is so young that another change might
+// not show in it, the folder is listed the next time as well. The same comparison finds what was
+// missed when the kernel's queue has overflown. Remote file systems, where the kernel knows nothing
+// of what others change, are swept only, by a thread of their own.
+//
+// A root may come and go, as may the folders above it. Those have a watch each, of which only the
+// name that leads to the root counts (WatchRoots). Mounts raise no events in the folders that they
+// cover; the table of mounts tells of them, and the mount points are marked.
+//
+// The thread reads at most every 20 milliseconds while events keep coming: reading each at once
+// takes a third of the time of the program that causes them. It sleeps without a time-out while
+// nothing is marked and nothing has to be swept.
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto RETRY_BUDGET = 1h;
+constexpr std::size_t LARGEST_BUDGET = 524'288;
+
+WallClock wallClockOf(const InotifyOptions &options)
+{
+    return options.wallClock ? options.wallClock : [] {
+        timespec time = {};
+        ::clock_gettime(CLOCK_REALTIME, &time);
+        return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
+    };
+}
+
+Descriptor openMountInfo(FolderWatcher::Kind kind)
+{
+    return kind == FolderWatcher::Kind::local
+               ? openAt(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)
+               : Descriptor();
+}
+
+std::size_t budgetOf(const InotifyOptions &options, const InotifyQueue &queue)
+{
+    if (!queue.isOpen())
+        return 0;
+    return options.watchBudget.value_or(std::min(maxUserWatches() / 2, LARGEST_BUDGET));
+}
+
+/// What poll() takes: rounded up, so that the time has come when it returns.
+int millisecondsUntil(std::chrono::steady_clock::time_point time)
+{
+    if (time == std::chrono::steady_clock::time_point::max())
+        return -1;
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(time - std::chrono::steady_clock::now());
+    return static_cast<int>(
+        std::clamp<std::int64_t>(left.count(), 0, std::numeric_limits<int>::max()));
+}
+
+} // namespace
+
+FolderWatcher::FolderWatcher(std::shared_ptr<const FSEventItemTest> items, InotifyOptions options,
+                             Kind kind)
+    : items_(std::move(items)),
+      options_(std::move(options)),
+      kind_(kind),
+      wallClock_(wallClockOf(options_)),
+      wakeUp_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
+      mountInfo_(openMountInfo(kind)),
+      queue_(std::make_shared<InotifyQueue>(kind == Kind::local))
+{
+    core_ = std::make_unique<WatchCore>(
+        *queue_, items_, options_, budgetOf(options_, *queue_), kind == Kind::local,
+        WatchCore::Hooks{[this] { return goesOn(); },
+                         [this](const std::string &path, bool hasCome) {
+                             remoteOrNew()->orderRoot(path, hasCome);
+                         }});
+    budget_ = core_->folders().budget();
+}
+
+FolderWatcher::~FolderWatcher() = default;
+
+bool FolderWatcher::startThread()
+{
+    try {
+        std::thread([self = shared_from_this()] { self->run(); }).detach();
+    } catch (const std::system_error &) {
+        return false;
+    }
+    return true;
+}
+
+// The thread
+
+void FolderWatcher::run()
+{
+    while (wait()) {
+        const MutexLock lock(mutex_);
+        turn();
+    }
+    end();
+}
+
+/// Sleeps until there is something to do. False when all is over.
+bool FolderWatcher::wait()
+{
+    std::array<pollfd, 3> files{};
+    int timeOut = 0;
+    {
+        const MutexLock lock(mutex_);
+        const Clock::time_point now = Clock::now();
+        files[0] = {now >= readNext_ ? queue_->descriptor() : -1, POLLIN, 0};
+        files[1] = {wakeUp_.get(), POLLIN, 0};
+        files[2] = {mountInfo_.get(), POLLPRI, 0};
+        timeOut = millisecondsUntil(nextWakeUp());
+    }
+    if (stopping_)
+        return false;
+    ::poll(files.data(), files.size(), timeOut);
+    std::uint64_t ignored = 0;
+    if (files[1].revents != 0 && ::read(wakeUp_.get(), &ignored, sizeof ignored) < 0)
+        ignored = 0; // somebody's wake-up that was read along with another
+    const MutexLock lock(mutex_);
+    eventsWait_ = files[0].revents != 0;
+    mountsChanged_ = files[2].revents != 0;
+    return !stopping_;
+}
+
+FolderWatcher::Clock::time_point FolderWatcher::nextWakeUp() const
+{
+    Clock::time_point next = Clock::time_point::max();
+    if (Clock::now() < readNext_)
+        next = readNext_;
+    if (!begun_)
+        return next;
+    return std::min({next, deadline_, core_->sweepDue(), retryBudget_});
+}
+
+void FolderWatcher::turn()
+{
+    if (mountsChanged_)
+        core_->mountsChanged();
+    if (eventsWait_) {
+        core_->drain();
+        readNext_ = Clock::now() + options_.readingInterval;
+    }
+    if (stream_) {
+        followOrders();
+        if (!begun_)
+            begin();
+        flushIfDue();
+        sweepIfDue();
+        if (deadline_ == Clock::time_point::max() && core_->hasDirt())
+            deadline_ = Clock::now() + stream_->latency;
+    }
+    publish();
+}
+
+void FolderWatcher::begin()
+{
+    begun_ = true;
+    // The roots of a remote one are those it has been given.
+    core_->beginStream(kind_ == Kind::remote ? core_->roots().paths() : stream_->roots,
+                       stream_->rootFlags, stream_->quietSince);
+    deliver();
+}
+
+void FolderWatcher::flushIfDue()
+{
+    std::uint64_t requested = 0;
+    std::uint64_t done = 0;
+    {
+        const MutexLock lock(mailMutex_);
+        requested = flushRequested_;
+        done = flushDone_;
+    }
+    const bool isAsked = requested != done;
+    if (!isAsked && Clock::now() < deadline_)
+        return;
+    deadline_ = Clock::time_point::max();
+    core_->flush(isAsked);
+    deliver();
+    const MutexLock lock(mailMutex_);
+    flushDone_ = requested;
+    flushed_.notifyAll();
+}
+
+void FolderWatcher::sweepIfDue()
+{
+    const Clock::time_point now = Clock::now();
+    if (now >= retryBudget_) {
+        core_->retryBudget();
+        retryBudget_ = Clock::time_point::max();
+        deliver();
+    }
+    if (now >= core_->sweepDue() && core_->sweep())
+        deliver();
+    if (retryBudget_ == Clock::time_point::max() && kind_ == Kind::local &&
+        !core_->folders().unwatched().empty())
+        retryBudget_ = now + RETRY_BUDGET;
+}
+
+void FolderWatcher::followOrders()
+{
+    std::vector<RootOrder> orders;
+    {
+        const MutexLock lock(mailMutex_);
+        orders.swap(orders_);
+    }
+    for (const RootOrder &order : orders) {
+        if (order.hasCome)
+            core_->roots().add(order.path);
+        else
+            core_->roots().remove(order.path);
+        core_->suspectRoots();
+    }
+}
+
+void FolderWatcher::deliver()
+{
+    if (options_.beforeDelivery)
+        options_.beforeDelivery();
+    if (!stopping_)
+        stream_->delivery->deliver(core_->takeChanges());
+}
+
+/// During long work events are read all the same, or the kernel's queue would fill.
+bool FolderWatcher::goesOn()
+{
+    if (Clock::now() >= readNext_) {
+        core_->drain();
+        readNext_ = Clock::now() + options_.readingInterval;
+    }
+    return !stopping_;
+}
+
+void FolderWatcher::publish()
+{
+    const WatchedFolders &folders = core_->folders();
+    watched_ = folders.tree().watches();
+    folders_ = folders.tree().folders();
+    budget_ = folders.budget();
+    bytes_ = folders.bytes();
+    if (kind_ == Kind::local && begun_)
+        reportShortage();
+}
+
+void FolderWatcher::reportShortage()
+{
+    const WatchTree &tree = core_->folders().tree();
+    const bool isShort =
+        core_->takeRefused() || (queue_->isOpen() && tree.watches() >= core_->folders().budget() &&
+                                 !core_->folders().unwatched().empty());
+    if (isShort && options_.report)
+        options_.report("watching " + std::to_string(tree.watches()) + " of " +
+                        std::to_string(tree.folders()) +
+                        " folders, the others are looked at from time to time; "
+                        "fs.inotify.max_user_watches is " +
+                        std::to_string(maxUserWatches()));
+}
+
+void FolderWatcher::end()
+{
+    std::shared_ptr<InotifyQueue> queue;
+    {
+        const MutexLock lock(mutex_);
+        core_.reset();
+        // Closed here, which takes its time, or by the last call that arms something.
+        queue = std::move(queue_);
+        queue_ = nullptr;
+    }
+    const MutexLock lock(mailMutex_);
+    ended_ = true;
+    flushed_.notifyAll();
+}
+
+// Arming
+
+FolderWatcher::Folder FolderWatcher::armRoot(const std::string &path)
+{
+    std::shared_ptr<InotifyQueue> queue;
+    bool isReserved = false;
+    bool isRemote = false;
+    std::error_code error;
+    const std::string real = std::filesystem::canonical(path, error);
+    {
+        const MutexLock lock(mutex_);
+        if (!core_ || stream_)
+            return WatchTree::NONE;
+        queue = queue_;
+        isRemote = !error && core_->mounts() != nullptr && core_->mounts()->isRemote(real);
+        isReserved = !isRemote && core_->folders().reserve();
+        if (isRemote)
+            core_->roots().addRemote(path);
+    }
+    if (isRemote)
+        return remoteOrNew()->armRoot(path) | REMOTE;
+    const auto guards = WatchRoots::guard(*queue, path);
+    const Sighting seen = sightFolder(*queue, wallClock_, path, true, isReserved);
+    const MutexLock lock(mutex_);
+    if (!core_)
+        return WatchTree::NONE;
+    core_->roots().own(guards);
+    if (stream_ || seen.isGone()) {
+        core_->folders().settle(isReserved, seen);
+        return WatchTree::NONE;
+    }
+    const Folder root = core_->folders().tree().addRoot(path);
+    core_->folders().record(root, seen, isReserved);
+    core_->roots().add(path, root);
+    return root;
+}
+
+FolderWatcher::Folder FolderWatcher::arm(Folder parent, std::string_view name)
+{
+    if (parent == WatchTree::NONE)
+        return WatchTree::NONE;
+    if ((parent & REMOTE) != 0) {
+        const auto other = remote();
+        const Folder folder = other ? other->arm(parent & ~REMOTE, name) : WatchTree::NONE;
+        return folder == WatchTree::NONE ? folder : folder | REMOTE;
+    }
+    std::shared_ptr<InotifyQueue> queue;
+    std::string path;
+    bool isReserved = false;
+    auto border = FolderVerifier::Border::none;
+    {
+        const MutexLock lock(mutex_);
+        if (!core_ || stream_)
+            return WatchTree::NONE;
+        WatchTree &tree = core_->folders().tree();
+        if (const Folder known = tree.find(parent, name); known != WatchTree::NONE)
+            return known;
+        queue = queue_;
+        path = tree.path(parent, name);
+        border = core_->verifier().borderAt(parent, name, path);
+        isReserved = border == FolderVerifier::Border::none && core_->folders().reserve();
+    }
+    if (border != FolderVerifier::Border::none)
+        return armBorder(border, parent, name, path);
+    const Sighting seen = sightFolder(*queue, wallClock_, path, false, isReserved);
+    const MutexLock lock(mutex_);
+    if (!core_)
+        return WatchTree::NONE;
+    if (stream_ || seen.isGone()) {
+        core_->folders().settle(isReserved, seen);
+        core_->folders().discard(seen);
+        return WatchTree::NONE;
+    }
+    const Folder folder = core_->folders().tree().add(parent, name);
+    core_->folders().record(folder, seen, isReserved);
+    return folder;
+}
+
+FolderWatcher::Folder FolderWatcher::armBorder(FolderVerifier::Border border, Folder parent,
+                                               std::string_view name, const std::string &path)
+{
+    const bool isRemote = border == FolderVerifier::Border::remote;
+    {
+        const MutexLock lock(mutex_);
+        if (!core_ || stream_)
+            return WatchTree::NONE;
+        core_->folders().recordClosed(core_->folders().tree().add(parent, name),
+                                      isRemote ? FolderStamp() : probeFolder(path, false).stamp);
+    }
+    return isRemote ? remoteOrNew()->armRoot(path) | REMOTE : WatchTree::NONE;
+}
+
+void FolderWatcher::notListed(Folder folder)
+{
+    if (folder == WatchTree::NONE)
+        return;
+    if ((folder & REMOTE) != 0) {
+        if (const auto other = remote())
+            other->notListed(folder & ~REMOTE);
+        return;
+    }
+    const MutexLock lock(mutex_);
+    if (core_ && !stream_)
+        core_->notListed(folder);
+}
+
+// From other threads
+
+void FolderWatcher::watch(Stream stream)
+{
+    std::shared_ptr<FolderWatcher> remote;
+    Stream remoteStream = stream;
+    // Of those only what the local one hands over.
+    remoteStream.roots.clear();
+    {
+        const MutexLock lock(mailMutex_);
+        remoteStream_ = remoteStream;
+        remote = remote_;
+    }
+    if (remote)
+        remote->watch(std::move(remoteStream));
+    {
+        const MutexLock lock(mutex_);
+        stream_ = std::move(stream);
+    }
+    wake();
+}
+
+void FolderWatcher::stop()
+{
+    stopping_ = true;
+    wake();
+    if (const auto other = remote())
+        other->stop();
+}
+
+void FolderWatcher::wake() const
+{
+    const std::uint64_t one = 1;
+    if (::write(wakeUp_.get(), &one, sizeof one) < 0)
+        return; // it is about to wake up anyway
+}
+
+std::uint64_t FolderWatcher::requestFlush()
+{
+    std::uint64_t number = 0;
+    {
+        const MutexLock lock(mailMutex_);
+        number = ++flushRequested_;
+    }
+    wake();
+    return number;
+}
+
+void FolderWatcher::waitForFlush(std::uint64_t number,
+                                 std::optional<std::chrono::milliseconds> patience)
+{
+    const Clock::time_point end = patience ? Clock::now() + *patience : Clock::time_point::max();
+    const MutexLock lock(mailMutex_);
+    while (flushDone_ < number && !ended_ && Clock::now() < end)
+        flushed_.waitFor(mailMutex_, patience.value_or(1s));
+}
+
+std::shared_ptr<FolderWatcher> FolderWatcher::remote() const
+{
+    const MutexLock lock(mailMutex_);
+    return remote_;
+}
+
+std::shared_ptr<FolderWatcher> FolderWatcher::remoteOrNew()
+{
+    std::shared_ptr<FolderWatcher> made;
+    {
+        const MutexLock lock(mailMutex_);
+        if (remote_)
+            return remote_;
+        made = std::make_shared<FolderWatcher>(items_, options_, Kind::remote);
+        remote_ = made;
+        made->startThread();
+        if (remoteStream_)
+            made->watch(*remoteStream_);
+    }
+    if (stopping_)
+        made->stop();
+    return made;
+}
+
+void FolderWatcher::orderRoot(const std::string &path, bool hasCome)
+{
+    {
+        const MutexLock lock(mailMutex_);
+        orders_.push_back({path, hasCome});
+    }
+    wake();
+}
+
+FSEventStatus FolderWatcher::status() const
+{
+    FSEventStatus status{watched_, folders_, budget_};
+    if (const auto other = remote())
+        status.folders += other->status().folders;
+    return status;
+}
+
+} // namespace quillon

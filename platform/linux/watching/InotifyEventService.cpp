@@ -1,0 +1,75 @@
+#include "platform/linux/watching/InotifyEventService.h"
+
+#include "platform/linux/watching/InotifyEventStream.h"
+
+#include <iostream>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::uint32_t WATCH_ROOT = 0x4;
+constexpr std::uint32_t ROOT_CHANGED = 0x20;
+
+std::string withoutTrailingSlashes(std::string path)
+{
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    return path;
+}
+
+} // namespace
+
+InotifyEventService::InotifyEventService(InotifyOptions options)
+    : options_(std::move(options)), lastID_(std::make_shared<std::atomic<std::uint64_t>>(0))
+{
+    // The shortage lasts, so it is said once.
+    const auto report = options_.report ? options_.report : [](const std::string &line) {
+        std::cerr << "quillon: " + line + "\n";
+    };
+    options_.report =
+        [report, isSaid = std::make_shared<std::atomic<bool>>(false)](const std::string &line) {
+            if (!isSaid->exchange(true))
+                report(line);
+        };
+}
+
+std::shared_ptr<FSEventArming>
+InotifyEventService::beginArming(std::shared_ptr<const FSEventItemTest> items)
+{
+    auto watcher =
+        std::make_shared<FolderWatcher>(std::move(items), options_, FolderWatcher::Kind::local);
+    if (!watcher->startThread())
+        return nullptr;
+    return std::make_shared<InotifyArming>(std::move(watcher));
+}
+
+std::unique_ptr<FSEventStream> InotifyEventService::create(Request request)
+{
+    if (request.paths.empty())
+        return nullptr;
+    FolderWatcher::Stream stream;
+    for (std::string &path : request.paths)
+        stream.roots.push_back(withoutTrailingSlashes(std::move(path)));
+    stream.latency = std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+        std::chrono::duration<double>(request.latency));
+    stream.rootFlags = (request.flags & WATCH_ROOT) != 0 ? ROOT_CHANGED : 0;
+    stream.delivery =
+        std::make_shared<EventDelivery>(std::move(request.callback), request.info, lastID_);
+    std::shared_ptr<FolderWatcher> watcher;
+    if (const auto armed = std::dynamic_pointer_cast<InotifyArming>(request.armed)) {
+        watcher = armed->take();
+    } else {
+        watcher = std::make_shared<FolderWatcher>(std::move(request.items), options_,
+                                                  FolderWatcher::Kind::local);
+        stream.quietSince = watcher->wallClock();
+        if (!watcher->startThread())
+            return nullptr;
+    }
+    if (!watcher)
+        return nullptr;
+    return std::make_unique<InotifyEventStream>(std::move(watcher), std::move(stream));
+}
+
+} // namespace quillon

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace quillon {
+
+/// How the service watches. The defaults are for the program; tests and measurements change them.
+struct InotifyOptions
+{
+    /// The most watches of a stream; by default half of what the system grants the user.
+    std::optional<std::size_t> watchBudget;
+    /// From one look at the folders that are not watched to the next, at least.
+    std::chrono::milliseconds sweepInterval{60000};
+    /// Events are read at most this often while they keep coming.
+    std::chrono::milliseconds readingInterval{20};
+    /// Events beyond this number in one reading count as lost, as if the system's queue were so
+    /// short.
+    std::optional<std::size_t> queueLimit;
+    /// Called on the watching thread between the arming and the listing of a folder.
+    std::function<void(const std::string &path)> beforeListing;
+    /// Called on the watching thread when the disk has been read and before that is delivered.
+    std::function<void()> beforeDelivery;
+    /// Nanoseconds since 1970, by default the system's.
+    std::function<std::int64_t()> wallClock;
+    /// Tells by the name of its type whether a file system is one whose changes are not reported.
+    std::function<bool(std::string_view typeName)> isRemote;
+    /// Receives the line about too few watches, by default on standard error.
+    std::function<void(const std::string &line)> report;
+};
+
+} // namespace quillon

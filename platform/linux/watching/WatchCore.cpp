@@ -1,0 +1,284 @@
+#include "platform/linux/watching/WatchCore.h"
+
+#include "platform/FSEventStream.h"
+#include "platform/linux/FileSystemKind.h"
+#include "platform/linux/watching/WatchBudget.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include <time.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::uint32_t EVENTS_LOST = 0x1 | 0x4; // must scan subfolders, kernel dropped
+constexpr std::int64_t NANOSECONDS = 1'000'000'000;
+/// Stamps are by the kernel's tick and may be older than they say.
+constexpr std::int64_t SLACK = 2 * NANOSECONDS;
+constexpr std::int64_t STEP = NANOSECONDS;
+
+std::int64_t readClock(clockid_t clock)
+{
+    timespec time = {};
+    ::clock_gettime(clock, &time);
+    return time.tv_sec * NANOSECONDS + time.tv_nsec;
+}
+
+std::int64_t bootClock()
+{
+    return readClock(CLOCK_BOOTTIME);
+}
+
+std::function<std::int64_t()> wallClockOf(const InotifyOptions &options)
+{
+    return options.wallClock ? options.wallClock : [] { return readClock(CLOCK_REALTIME); };
+}
+
+std::optional<MountTable> mountTableOf(const InotifyOptions &options, bool knowsMounts)
+{
+    if (!knowsMounts)
+        return std::nullopt;
+    return MountTable(options.isRemote ? options.isRemote : isRemoteFileSystem);
+}
+
+} // namespace
+
+WatchCore::WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest> items,
+                     const InotifyOptions &options, std::size_t budget, bool knowsMounts,
+                     Hooks hooks)
+    : queue_(queue),
+      items_(std::move(items)),
+      wallClock_(wallClockOf(options)),
+      queueLimit_(options.queueLimit),
+      fullBudget_(budget),
+      hooks_(std::move(hooks)),
+      changes_(*items_),
+      mounts_(mountTableOf(options, knowsMounts)),
+      folders_(queue_, budget, wallClock_),
+      verifier_(folders_, *items_, changes_, mounts(),
+                {options.beforeListing, hooks_.goesOn,
+                 [this](const std::string &path) { hooks_.onRemote(path, true); }}),
+      roots_(queue_, folders_, *items_, changes_, mounts()),
+      sweep_(folders_, verifier_,
+             {options.sweepInterval, knowsMounts
+                                         ? FolderSweep::Clock::duration(std::chrono::hours(24))
+                                         : FolderSweep::Clock::duration(std::chrono::minutes(10))}),
+      readAt_(wallClock_()),
+      readAtBoot_(bootClock())
+{
+    folders_.onClosedDropped = [this](const std::string &path) { hooks_.onRemote(path, false); };
+    folders_.isWantedElsewhere = [this](int watch) { return roots_.owns(watch); };
+    roots_.onRemote = hooks_.onRemote;
+}
+
+// Events
+
+void WatchCore::drain()
+{
+    if (!queue_.isOpen())
+        return;
+    const std::int64_t now = wallClock_();
+    const std::int64_t nowBoot = bootClock();
+    std::size_t count = 0;
+    queue_.read([&](const InotifyQueue::Event &event) {
+        if (queueLimit_ && ++count > *queueLimit_)
+            overflow_ = true;
+        else
+            note(event);
+    });
+    if (overflow_)
+        return; // what was lost came after the last reading that was complete
+    readAt_ = now;
+    readAtBoot_ = nowBoot;
+}
+
+void WatchCore::note(const InotifyQueue::Event &event)
+{
+    if (event.watch < 0) {
+        overflow_ = true;
+        return;
+    }
+    if (roots_.note(event))
+        rootsSuspect_ = true;
+    if (!event.isOwn && !event.isFolder && !items_->includesFile(event.name))
+        return;
+    const auto owners = folders_.tree().ownersOf(event.watch);
+    if (event.isEnd)
+        folders_.watchEnded(event.watch);
+    for (const Id owner : owners) {
+        if (!folders_.tree().isLive(owner))
+            continue;
+        if (event.isOwn)
+            noteOwn(owner);
+        else if (matters(owner, event))
+            mark(owner, event.name);
+    }
+}
+
+void WatchCore::noteOwn(Id id)
+{
+    const WatchTree &tree = folders_.tree();
+    if (tree.isRoot(id))
+        rootsSuspect_ = true;
+    else
+        mark(tree.parent(id), tree.name(id));
+}
+
+bool WatchCore::matters(Id folder, const InotifyQueue::Event &event) const
+{
+    if (!event.isFolder)
+        return true;
+    if (const auto marked = dirty_.find(folder);
+        marked != dirty_.end() && marked->second.contains(event.name))
+        return false;
+    return items_->folder(folders_.tree().path(folder, event.name)) !=
+           FSEventItemTest::Folder::skipped;
+}
+
+void WatchCore::mark(Id folder, std::string_view name)
+{
+    auto &names = dirty_[folder];
+    if (!names.contains(name))
+        names.emplace(name);
+}
+
+void WatchCore::mountsChanged()
+{
+    if (!mounts_)
+        return;
+    for (const std::string &point : mounts_->reload()) {
+        // A mount may cover a root or anything above it.
+        rootsSuspect_ = true;
+        for (const auto &[root, node] : roots_.entered()) {
+            std::error_code error;
+            const std::string real = std::filesystem::canonical(root, error);
+            if (!error && point.size() > real.size() && point.starts_with(real) &&
+                (real == "/" || point[real.size()] == '/'))
+                markMountPoint(node, point.substr(real == "/" ? 1 : real.size() + 1));
+        }
+    }
+}
+
+void WatchCore::markMountPoint(Id root, std::string_view below)
+{
+    Id folder = root;
+    for (;;) {
+        const std::size_t slash = below.find('/');
+        const std::string_view name = below.substr(0, slash);
+        if (slash == std::string_view::npos) {
+            mark(folder, name);
+            return;
+        }
+        folder = folders_.tree().find(folder, name);
+        if (folder == WatchTree::NONE)
+            return;
+        below.remove_prefix(slash + 1);
+    }
+}
+
+bool WatchCore::hasDirt() const
+{
+    return overflow_ || rootsSuspect_ || !dirty_.empty() || !notListed_.empty();
+}
+
+// Flush
+
+void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t rootFlags,
+                            std::optional<std::int64_t> quietSince)
+{
+    rootFlags_ = rootFlags;
+    roots_.keepOnly(roots);
+    for (const std::string &path : roots)
+        roots_.add(path);
+    roots_.check(verifier_, rootFlags_, quietSince);
+    fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
+    finish();
+}
+
+void WatchCore::flush(bool looksEverywhere)
+{
+    drain();
+    const bool hadLoss = std::exchange(overflow_, false);
+    const bool wasStepped = hadLoss && wasClockStepped();
+    const std::int64_t lostSince = readAt_ - SLACK;
+    if (hadLoss) {
+        readAt_ = wallClock_();
+        readAtBoot_ = bootClock();
+    }
+    if (std::exchange(rootsSuspect_, false) || hadLoss || looksEverywhere)
+        roots_.check(verifier_, rootFlags_);
+    if (hadLoss)
+        sweep_.afterLoss(wasStepped ? std::nullopt : std::optional(lostSince), EVENTS_LOST,
+                         hooks_.goesOn);
+    for (const Id id : std::exchange(notListed_, {}))
+        listAnew(id);
+    verifyDirt();
+    if (looksEverywhere)
+        sweep_.lookAtAll();
+    finish();
+}
+
+bool WatchCore::wasClockStepped() const
+{
+    const std::int64_t drift = (wallClock_() - readAt_) - (bootClock() - readAtBoot_);
+    return std::abs(drift) > STEP;
+}
+
+void WatchCore::verifyDirt()
+{
+    const WatchTree &tree = folders_.tree();
+    const auto dirty = std::exchange(dirty_, {});
+    std::vector<Id> marked;
+    for (const auto &[id, names] : dirty)
+        marked.push_back(id);
+    std::ranges::sort(marked, {}, [&](Id id) { return tree.depth(id); });
+    for (const Id id : marked)
+        for (const std::string &name : dirty.at(id))
+            if (tree.isLive(id) && hooks_.goesOn())
+                verifier_.verify(id, name);
+}
+
+void WatchCore::listAnew(Id id)
+{
+    WatchTree &tree = folders_.tree();
+    if (!tree.isLive(id))
+        return;
+    while (tree.firstChild(id) != WatchTree::NONE)
+        folders_.drop(tree.firstChild(id));
+    verifier_.adopt(id);
+    changes_.add(tree.path(id), ChangeLog::Found::folder);
+}
+
+void WatchCore::finish()
+{
+    folders_.releaseDropped();
+    if (folders_.takeRefused()) {
+        // Others need watches too: leave them some of ours, those farthest down.
+        wasRefused_ = true;
+        folders_.setBudget(folders_.budget() - folders_.budget() / GIVEN_BACK);
+        fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
+        folders_.releaseDropped();
+    }
+}
+
+bool WatchCore::sweep()
+{
+    if (!queue_.isOpen() || !roots_.areGuarded())
+        roots_.check(verifier_, rootFlags_);
+    const bool isOver = sweep_.goOn(Clock::now());
+    finish();
+    return isOver;
+}
+
+void WatchCore::retryBudget()
+{
+    folders_.setBudget(fullBudget_);
+    fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
+    finish();
+}
+
+} // namespace quillon

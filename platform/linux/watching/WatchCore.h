@@ -1,0 +1,118 @@
+#pragma once
+
+#include "platform/linux/watching/ChangeLog.h"
+#include "platform/linux/watching/FolderSweep.h"
+#include "platform/linux/watching/FolderVerifier.h"
+#include "platform/linux/watching/InotifyOptions.h"
+#include "platform/linux/watching/InotifyQueue.h"
+#include "platform/linux/watching/MountTable.h"
+#include "platform/linux/watching/WatchRoots.h"
+#include "platform/linux/watching/WatchedFolders.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+
+class FSEventItemTest;
+
+/// What a watching thread knows and how it finds out what has changed. Not locked.
+class WatchCore
+{
+public:
+    using Id = WatchTree::Id;
+    using Clock = std::chrono::steady_clock;
+
+    struct Hooks
+    {
+        /// Called between folders during long work. False when it is to end.
+        std::function<bool()> goesOn;
+        /// A root on a remote file system has come or gone.
+        std::function<void(const std::string &path, bool hasCome)> onRemote;
+    };
+
+    /// The queue outlives it. Without mounts it takes everything below its roots for its own.
+    WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest> items,
+              const InotifyOptions &options, std::size_t budget, bool knowsMounts, Hooks hooks);
+
+    WatchedFolders &folders() { return folders_; }
+    const WatchedFolders &folders() const { return folders_; }
+    WatchRoots &roots() { return roots_; }
+    const FolderVerifier &verifier() const { return verifier_; }
+    const MountTable *mounts() const { return mounts_ ? &*mounts_ : nullptr; }
+
+    /// Reads what has happened and marks it for the next flush.
+    void drain();
+    /// The table of mounts has changed.
+    void mountsChanged();
+    void suspectRoots() { rootsSuspect_ = true; }
+    /// Could not be listed to its end by the crawl that armed it.
+    void notListed(Id id) { notListed_.push_back(id); }
+    bool hasDirt() const;
+
+    /// To be called once, when all that was armed has been: forgets roots that are not wanted,
+    /// takes on those that are missing, and hands out the watches anew.
+    void beginStream(const std::vector<std::string> &roots, std::uint32_t rootFlags,
+                     std::optional<std::int64_t> quietSince);
+    /// Compares with the disk what was marked; looksEverywhere: and every folder without a watch.
+    void flush(bool looksEverywhere);
+    std::vector<ChangeLog::Change> takeChanges() { return changes_.take(Clock::now()); }
+
+    Clock::time_point sweepDue() const { return sweep_.due(); }
+    /// Spends a few milliseconds on the folders without a watch. True at the end of a sweep.
+    bool sweep();
+    /// Tries the whole budget again.
+    void retryBudget();
+    /// The system has refused a watch since this was last asked.
+    bool takeRefused() { return std::exchange(wasRefused_, false); }
+
+private:
+    /// One part in so many.
+    static constexpr std::size_t GIVEN_BACK = 10;
+
+    void note(const InotifyQueue::Event &event);
+    void noteOwn(Id id);
+    bool matters(Id folder, const InotifyQueue::Event &event) const;
+    void mark(Id folder, std::string_view name);
+    void markMountPoint(Id root, std::string_view below);
+    void verifyDirt();
+    void listAnew(Id id);
+    void finish();
+    bool wasClockStepped() const;
+
+    InotifyQueue &queue_;
+    const std::shared_ptr<const FSEventItemTest> items_;
+    const std::function<std::int64_t()> wallClock_;
+    const std::optional<std::size_t> queueLimit_;
+    const std::size_t fullBudget_;
+    const Hooks hooks_;
+
+    ChangeLog changes_;
+    std::optional<MountTable> mounts_;
+    WatchedFolders folders_;
+    FolderVerifier verifier_;
+    WatchRoots roots_;
+    FolderSweep sweep_;
+
+    std::unordered_map<Id, std::set<std::string, std::less<>>> dirty_;
+    std::vector<Id> notListed_;
+    std::uint32_t rootFlags_ = 0;
+    bool overflow_ = false;
+    bool rootsSuspect_ = false;
+    bool wasRefused_ = false;
+    /// When the last reading that lost nothing began, by the clock of the stamps and by one that
+    /// nobody sets.
+    std::int64_t readAt_ = 0;
+    std::int64_t readAtBoot_ = 0;
+};
+
+} // namespace quillon

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "platform/linux/watching/FolderVerifier.h"
+#include "platform/linux/watching/InotifyQueue.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+
+/// The roots of a stream, and the watches on the folders above them that tell when one comes, goes
+/// or becomes another. Not locked.
+class WatchRoots
+{
+public:
+    using Id = WatchTree::Id;
+
+    WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const FSEventItemTest &items,
+               ChangeLog &changes, const MountTable *mounts);
+
+    /// Adds a root that nothing is known of; it is looked for at the next check.
+    void add(const std::string &path);
+    /// Adds a root that a crawl has entered; NONE when it was not there.
+    void add(const std::string &path, Id node);
+    void addRemote(const std::string &path)
+    {
+        roots_.push_back({.path = path, .isRemote = true, .isKnown = true});
+    }
+    bool contains(std::string_view path) const;
+    /// Forgets the root, its folders and what guards it.
+    void remove(std::string_view path);
+    /// Forgets all roots but these.
+    void keepOnly(const std::vector<std::string> &paths);
+    std::vector<std::string> paths() const;
+    /// The roots that are there, and their folders.
+    std::vector<std::pair<std::string, Id>> entered() const;
+    /// False when only looking tells that a root has come.
+    bool areGuarded() const { return !guards_.empty(); }
+
+    /// Watches the folders above a path. Safe from every thread but for the watches it returns,
+    /// which are to be given to own().
+    static std::vector<std::pair<int, std::string>> guard(const InotifyQueue &queue,
+                                                          const std::string &path);
+    void own(const std::vector<std::pair<int, std::string>> &guards);
+    bool owns(int watch) const { return guards_.contains(watch); }
+    /// Takes note of an event. True when a root may be concerned.
+    bool note(const InotifyQueue::Event &event);
+
+    /// Compares the roots with the disk. Those that have come, gone or become another are told with
+    /// these flags. Where nothing is to be told of roots that are new here, what has changed in
+    /// them since then is told instead.
+    void check(FolderVerifier &verifier, std::uint32_t flags,
+               std::optional<std::int64_t> quietSince = {});
+    /// Called with each root on a remote file system that comes or is forgotten.
+    std::function<void(const std::string &path, bool hasCome)> onRemote;
+
+private:
+    struct Root
+    {
+        std::string path = {};
+        Id node = WatchTree::NONE;
+        bool isRemote = false;
+        /// Was looked for before.
+        bool isKnown = false;
+    };
+
+    bool isRemote(const std::string &path) const;
+    void checkOne(Root &root, FolderVerifier &verifier, std::uint32_t flags,
+                  std::optional<std::int64_t> quietSince);
+
+    const InotifyQueue &queue_;
+    WatchedFolders &folders_;
+    const FSEventItemTest &items_;
+    ChangeLog &changes_;
+    const MountTable *const mounts_;
+    std::vector<Root> roots_;
+    /// Watch -> the names in that folder that lead to a root.
+    std::unordered_map<int, std::vector<std::string>> guards_;
+};
+
+} // namespace quillon

@@ -1,0 +1,206 @@
+#include "platform/linux/watching/WatchTree.h"
+
+#include "platform/Require.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::uint64_t ODD = 0x9E3779B97F4A7C15U;
+
+std::uint64_t hashOf(WatchTree::Id parent, std::string_view name)
+{
+    const std::uint64_t hash = (std::hash<std::string_view>()(name) ^ (parent * ODD)) * ODD;
+    return hash ^ (hash >> 32);
+}
+
+std::uint64_t hashOf(int watch)
+{
+    return static_cast<std::uint64_t>(watch) * ODD;
+}
+
+constexpr std::uint16_t DEEPEST = std::numeric_limits<std::uint16_t>::max();
+
+} // namespace
+
+WatchTree::WatchTree()
+{
+    nodes_.emplace_back();
+}
+
+WatchTree::Id WatchTree::newNode()
+{
+    Id id = NONE;
+    if (free_.empty()) {
+        id = static_cast<Id>(nodes_.size());
+        nodes_.emplace_back();
+    } else {
+        id = free_.back();
+        free_.pop_back();
+    }
+    nodes_[id] = Node();
+    nodes_[id].state = State::live;
+    ++folders_;
+    return id;
+}
+
+WatchTree::Id WatchTree::addRoot(std::string path)
+{
+    if (path == "/")
+        path.clear();
+    const Id id = newNode();
+    // There are few; a root that comes again finds its own place.
+    const auto known = std::ranges::find(rootPaths_, path);
+    nodes_[id].name = static_cast<NameArena::Offset>(known - rootPaths_.begin());
+    if (known == rootPaths_.end())
+        rootPaths_.push_back(std::move(path));
+    return id;
+}
+
+WatchTree::Id WatchTree::add(Id parent, std::string_view name)
+{
+    require(!name.empty() && name.size() <= 255, "a file system's names have 1 to 255 bytes");
+    const Id id = newNode();
+    Node &above = nodes_[parent];
+    Node &node = nodes_[id];
+    node.parent = parent;
+    node.nextSibling = std::exchange(above.firstChild, id);
+    if (node.nextSibling != NONE)
+        nodes_[node.nextSibling].previousSibling = id;
+    node.name = names_.store(name);
+    node.nameLength = static_cast<std::uint8_t>(name.size());
+    node.depth = above.depth == DEEPEST ? DEEPEST : static_cast<std::uint16_t>(above.depth + 1);
+    children_.insert(hashOf(parent, name), id);
+    return id;
+}
+
+WatchTree::Id WatchTree::find(Id parent, std::string_view name) const
+{
+    return children_.find(hashOf(parent, name), [&](Id id) {
+        return nodes_[id].parent == parent && this->name(id) == name;
+    });
+}
+
+std::string_view WatchTree::name(Id id) const
+{
+    const Node &node = nodes_[id];
+    if (node.parent == NONE)
+        return {};
+    return {names_.at(node.name), node.nameLength};
+}
+
+std::string WatchTree::path(Id id) const
+{
+    const std::string_view ownName = name(id);
+    if (!isRoot(id))
+        return path(parent(id), ownName);
+    return rootPath(id).empty() ? "/" : rootPath(id);
+}
+
+std::string WatchTree::path(Id parent, std::string_view name) const
+{
+    std::size_t size = name.size() + 1;
+    Id at = parent;
+    for (; !isRoot(at); at = this->parent(at))
+        size += nodes_[at].nameLength + std::size_t{1};
+    size += rootPath(at).size();
+
+    std::string path(size, '/');
+    const auto put = [&](std::string_view piece) {
+        size -= piece.size();
+        path.replace(size, piece.size(), piece);
+    };
+    put(name);
+    for (at = parent; !isRoot(at); at = this->parent(at)) {
+        --size; // the slash
+        put(this->name(at));
+    }
+    --size;
+    put(rootPath(at));
+    return path;
+}
+
+void WatchTree::unlink(Id id)
+{
+    const Node &node = nodes_[id];
+    if (node.previousSibling != NONE)
+        nodes_[node.previousSibling].nextSibling = node.nextSibling;
+    else if (node.parent != NONE)
+        nodes_[node.parent].firstChild = node.nextSibling;
+    if (node.nextSibling != NONE)
+        nodes_[node.nextSibling].previousSibling = node.previousSibling;
+}
+
+void WatchTree::detach(Id top, std::vector<Id> &detached)
+{
+    unlink(top);
+    std::size_t next = detached.size();
+    detached.push_back(top);
+    for (; next < detached.size(); ++next) {
+        const Id id = detached[next];
+        Node &node = nodes_[id];
+        for (Id child = node.firstChild; child != NONE; child = nextSibling(child))
+            detached.push_back(child);
+        if (!isRoot(id))
+            children_.erase(hashOf(node.parent, name(id)), id);
+        node.state = State::detached;
+        --folders_;
+    }
+}
+
+void WatchTree::release(Id id)
+{
+    Node &node = nodes_[id];
+    require(node.state == State::detached && node.watch == NO_WATCH,
+            "a released folder is detached and has no watch");
+    if (!isRoot(id))
+        names_.release(node.name, node.nameLength);
+    node = Node();
+    free_.push_back(id);
+}
+
+void WatchTree::setWatch(Id id, int watch)
+{
+    require(nodes_[id].watch == NO_WATCH, "a folder has one watch at a time");
+    const std::uint64_t hash = hashOf(watch);
+    const bool isNew =
+        owners_.find(hash, [&](Id other) { return nodes_[other].watch == watch; }) == NONE;
+    watches_ += isNew ? 1U : 0U;
+    nodes_[id].watch = watch;
+    owners_.insert(hash, id);
+}
+
+bool WatchTree::clearWatch(Id id)
+{
+    const int watch = std::exchange(nodes_[id].watch, NO_WATCH);
+    const std::uint64_t hash = hashOf(watch);
+    owners_.erase(hash, id);
+    const bool wasLast =
+        owners_.find(hash, [&](Id other) { return nodes_[other].watch == watch; }) == NONE;
+    watches_ -= wasLast ? 1U : 0U;
+    return wasLast;
+}
+
+std::vector<WatchTree::Id> WatchTree::ownersOf(int watch) const
+{
+    std::vector<Id> owners;
+    owners_.find(hashOf(watch), [&](Id id) {
+        if (nodes_[id].watch == watch)
+            owners.push_back(id);
+        return false;
+    });
+    return owners;
+}
+
+std::size_t WatchTree::bytes() const
+{
+    return sizeof(*this) + nodes_.size() * sizeof(Node) + free_.capacity() * sizeof(Id) +
+           names_.bytes() + children_.bytes() + owners_.bytes();
+}
+
+} // namespace quillon

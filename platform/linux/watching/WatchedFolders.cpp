@@ -1,0 +1,145 @@
+#include "platform/linux/watching/WatchedFolders.h"
+
+#include <cerrno>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// Some file systems keep time by the kernel's tick, and two changes within one look the same.
+constexpr std::int64_t YOUNG = 2'000'000'000;
+
+} // namespace
+
+Sighting sightFolder(const InotifyQueue &queue, const WallClock &wallClock, const std::string &path,
+                     bool isRoot, bool mayWatch)
+{
+    Sighting seen;
+    if (mayWatch) {
+        const auto added =
+            queue.add(path, isRoot ? InotifyQueue::Links::follow : InotifyQueue::Links::refuse);
+        seen.watch = added.watch;
+        seen.error = added.error;
+        if (added.watch != WatchTree::NO_WATCH)
+            return seen;
+    }
+    const std::int64_t now = wallClock();
+    seen.probe = probeFolder(path, isRoot);
+    seen.isTrusted = now - seen.probe.stamp.changed > YOUNG;
+    return seen;
+}
+
+WatchedFolders::WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock)
+    : queue_(queue), wallClock_(std::move(wallClock)), budget_(budget)
+{}
+
+bool WatchedFolders::reserve()
+{
+    if (tree_.watches() + reserved_ >= budget_)
+        return false;
+    ++reserved_;
+    return true;
+}
+
+void WatchedFolders::record(Id id, const Sighting &seen, bool wasReserved)
+{
+    settle(wasReserved, seen);
+    if (seen.watch != WatchTree::NO_WATCH)
+        tree_.setWatch(id, seen.watch);
+    else
+        unwatched_[id] = {seen.probe.stamp, seen.isTrusted, false, std::nullopt};
+}
+
+void WatchedFolders::settle(bool wasReserved, const Sighting &seen)
+{
+    reserved_ -= wasReserved ? 1U : 0U;
+    if (seen.error == ENOSPC) {
+        refused_ = true;
+        budget_ = tree_.watches();
+    }
+}
+
+void WatchedFolders::recordClosed(Id id, const FolderStamp &stamp)
+{
+    unwatched_[id] = {stamp, true, true, std::nullopt};
+}
+
+void WatchedFolders::discard(const Sighting &seen)
+{
+    if (seen.watch != WatchTree::NO_WATCH && tree_.ownersOf(seen.watch).empty() &&
+        !isWantedElsewhere(seen.watch))
+        queue_.remove(seen.watch);
+}
+
+const WatchedFolders::Unwatched *WatchedFolders::unwatched(Id id) const
+{
+    const auto found = unwatched_.find(id);
+    return found == unwatched_.end() ? nullptr : &found->second;
+}
+
+WatchedFolders::Unwatched *WatchedFolders::unwatched(Id id)
+{
+    const auto found = unwatched_.find(id);
+    return found == unwatched_.end() ? nullptr : &found->second;
+}
+
+void WatchedFolders::nowWatched(Id id, int watch)
+{
+    unwatched_.erase(id);
+    tree_.setWatch(id, watch);
+}
+
+void WatchedFolders::nowUnwatched(Id id, const Sighting &seen)
+{
+    unwatched_[id] = {seen.probe.stamp, seen.isTrusted, false, std::nullopt};
+}
+
+void WatchedFolders::dropWatch(Id id)
+{
+    const int watch = tree_.watch(id);
+    if (watch != WatchTree::NO_WATCH && tree_.clearWatch(id) && !isWantedElsewhere(watch))
+        queue_.remove(watch);
+}
+
+void WatchedFolders::watchEnded(int watch)
+{
+    for (const Id owner : tree_.ownersOf(watch))
+        tree_.clearWatch(owner);
+}
+
+void WatchedFolders::drop(Id top)
+{
+    const std::size_t first = dropped_.size();
+    tree_.detach(top, dropped_);
+    for (std::size_t i = first; i < dropped_.size(); ++i) {
+        const auto known = unwatched_.find(dropped_[i]);
+        if (known == unwatched_.end())
+            continue;
+        if (known->second.isClosed)
+            onClosedDropped(tree_.path(dropped_[i]));
+        unwatched_.erase(known);
+    }
+}
+
+void WatchedFolders::releaseDropped()
+{
+    for (const Id id : dropped_) {
+        dropWatch(id);
+    }
+    for (const Id id : std::exchange(dropped_, {}))
+        tree_.release(id);
+}
+
+bool WatchedFolders::takeRefused()
+{
+    return std::exchange(refused_, false);
+}
+
+std::size_t WatchedFolders::bytes() const
+{
+    return tree_.bytes() + dropped_.capacity() * sizeof(Id) +
+           unwatched_.size() * (sizeof(std::pair<Id, Unwatched>) + 2 * sizeof(void *));
+}
+
+} // namespace quillon

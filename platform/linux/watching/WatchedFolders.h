@@ -1,0 +1,116 @@
+#pragma once
+
+#include "platform/linux/watching/FolderProbe.h"
+#include "platform/linux/watching/InotifyQueue.h"
+#include "platform/linux/watching/WatchTree.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace quillon {
+
+/// A folder as it was found: with a watch, or else by its stamp.
+struct Sighting
+{
+    int watch = WatchTree::NO_WATCH;
+    /// Why there is no watch, as in errno; 0 when none was asked for.
+    int error = 0;
+    FolderProbe probe;
+    /// The stamp is old enough for a later change to show in it.
+    bool isTrusted = false;
+
+    bool isGone() const { return watch == WatchTree::NO_WATCH && !probe.isFolder(); }
+};
+
+/// Nanoseconds since 1970.
+using WallClock = std::function<std::int64_t()>;
+
+/// Looks at a folder and arms it where that is allowed.
+Sighting sightFolder(const InotifyQueue &queue, const WallClock &wallClock, const std::string &path,
+                     bool isRoot, bool mayWatch);
+
+/// The tree of folders, what is known of those without a watch, and the budget. Not locked.
+class WatchedFolders
+{
+public:
+    using Id = WatchTree::Id;
+
+    /// A folder without a watch.
+    struct Unwatched
+    {
+        FolderStamp stamp;
+        /// Must be listed again the next time, whatever the stamp says then.
+        bool isTrusted = false;
+        /// Is not entered: what is mounted there is looked after elsewhere, or by nobody.
+        bool isClosed = false;
+        /// A sum over the names of the files in it that count; absent when somebody else listed it.
+        std::optional<std::uint64_t> files;
+    };
+
+    WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock);
+
+    WatchTree &tree() { return tree_; }
+    const WatchTree &tree() const { return tree_; }
+
+    Sighting sight(const std::string &path, bool isRoot, bool mayWatch) const
+    {
+        return sightFolder(queue_, wallClock_, path, isRoot, mayWatch);
+    }
+    /// Whether one more watch is within the budget; if so, it is set aside until record().
+    bool reserve();
+    /// Enters what was seen of a new folder. The watch was reserved before it was asked for.
+    void record(Id id, const Sighting &seen, bool wasReserved);
+    /// The same where nothing new is entered.
+    void settle(bool wasReserved, const Sighting &seen);
+    /// A folder that is not entered.
+    void recordClosed(Id id, const FolderStamp &stamp);
+    /// Gives the watch of a sighting back if nobody owns it.
+    void discard(const Sighting &seen);
+
+    const Unwatched *unwatched(Id id) const;
+    Unwatched *unwatched(Id id);
+    const std::unordered_map<Id, Unwatched> &unwatched() const { return unwatched_; }
+
+    /// An unwatched folder has got a watch.
+    void nowWatched(Id id, int watch);
+    /// A watched folder is about to lose its watch to the budget: its stamp from now on counts. The
+    /// watch itself stays until dropWatch(), so that what was reported up to now is still read.
+    void nowUnwatched(Id id, const Sighting &seen);
+    /// Gives the watch of a folder back if no other owns it.
+    void dropWatch(Id id);
+    /// The kernel has ended a watch.
+    void watchEnded(int watch);
+
+    /// Takes a folder and what is below it out of the tree. The watches stay until
+    /// releaseDropped(), since a folder found elsewhere may take them over.
+    void drop(Id top);
+    void releaseDropped();
+    /// Called for each closed folder that is dropped.
+    std::function<void(const std::string &path)> onClosedDropped;
+    /// Asked before a watch is given back that no folder owns any more.
+    std::function<bool(int watch)> isWantedElsewhere;
+
+    std::size_t budget() const { return budget_; }
+    void setBudget(std::size_t budget) { budget_ = budget; }
+    /// The system has refused a watch for want of room since this was last asked.
+    bool takeRefused();
+
+    std::size_t bytes() const;
+
+private:
+    const InotifyQueue &queue_;
+    const WallClock wallClock_;
+    WatchTree tree_;
+    std::unordered_map<Id, Unwatched> unwatched_;
+    std::vector<Id> dropped_;
+    std::size_t budget_;
+    std::size_t reserved_ = 0;
+    bool refused_ = false;
+};
+
+} // namespace quillon
