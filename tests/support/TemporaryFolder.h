@@ -16,9 +16,10 @@ namespace quillon {
 class TemporaryFolder
 {
 public:
-    TemporaryFolder()
+    explicit TemporaryFolder(
+        const std::filesystem::path &place = std::filesystem::temp_directory_path())
     {
-        std::string pattern = std::filesystem::temp_directory_path() / "quillon-test-XXXXXX";
+        std::string pattern = place / "quillon-test-XXXXXX";
         require(mkdtemp(pattern.data()) != nullptr, "a temporary folder can be made");
         path_ = pattern;
     }

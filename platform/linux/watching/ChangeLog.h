@@ -35,9 +35,11 @@ public:
     explicit ChangeLog(const FSEventItemTest &items) : items_(items) {}
 
     void add(const std::string &path, Found found, std::uint32_t flags = 0);
-    /// Adds the path only when the index disagrees, or may be about to: an update that looked at
-    /// the disk earlier may not have reached it yet.
+    /// Adds the path only when the index disagrees, or may be about to.
     void compare(const std::string &path, Found found);
+    /// Whether an update that looked at the path on the disk earlier may not have reached the index
+    /// yet.
+    bool wasToldLately(std::string_view path) const;
     /// Everything added since, in byte order of the paths, without what is below a folder that is
     /// told itself.
     std::vector<Change> take(Clock::time_point now);
@@ -52,7 +54,6 @@ private:
         Found found = Found::nothing;
     };
 
-    bool wasToldLately(std::string_view path) const;
     /// The topmost folder above the path that is told itself, or null.
     Entry *covering(std::string_view path);
 

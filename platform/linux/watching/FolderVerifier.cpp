@@ -43,8 +43,11 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
         return;
     }
     if (child != WatchTree::NONE) {
-        if (isStill(child, path, found))
+        if (isStill(child, path, found)) {
+            // It may have been away while the receiver looked.
+            changes_.compare(path, ChangeLog::Found::folder);
             return;
+        }
         folders_.drop(child);
     }
     if (border == Border::pseudo) {
@@ -270,7 +273,8 @@ void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
         verify(id, name, flags);
 
     auto *known = folders_.unwatched(id);
-    if (known == nullptr || flags != 0 || known->files != content.files)
+    if (known == nullptr || flags != 0 || known->files != content.files ||
+        changes_.wasToldLately(path))
         changes_.add(path, ChangeLog::Found::folder, flags);
     if (known != nullptr) {
         known->stamp = before.probe.stamp;

@@ -218,6 +218,7 @@ void FolderWatcher::flushIfDue()
         return;
     deadline_ = Clock::time_point::max();
     core_->flush(isAsked);
+    publish();
     deliver();
     const MutexLock lock(mailMutex_);
     flushDone_ = requested;

@@ -1,0 +1,187 @@
+#pragma once
+
+#include "platform/FSEventStream.h"
+#include "platform/Mutex.h"
+#include "platform/linux/watching/InotifyEventService.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/ThreadTaskQueue.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace quillon {
+
+/// An index that holds nothing but paths and brings each told path up to date by reading the disk
+/// below it. What counts: folders and files "*.txt"; "*.app" is listed and not entered; hidden
+/// names and "skipped" do not count.
+class ModelIndex final : public FSEventItemTest
+{
+public:
+    using Paths = std::set<std::string, std::less<>>;
+
+    explicit ModelIndex(std::string root) : root_(std::move(root)) {}
+
+    Folder folder(std::string_view path) const override
+    {
+        const std::string_view name = path.substr(path.rfind('/') + 1);
+        if (path == root_)
+            return Folder::entered;
+        if (name.starts_with('.') || name == "skipped")
+            return Folder::skipped;
+        return name.ends_with(".app") ? Folder::listed : Folder::entered;
+    }
+    bool includesFile(std::string_view name) const override
+    {
+        return name.ends_with(".txt") && !name.starts_with('.');
+    }
+    bool isIndexed(std::string_view path) const override
+    {
+        const MutexLock lock(mutex_);
+        return paths_.contains(path);
+    }
+
+    /// What the index would hold of this path and below if it were built now.
+    Paths onDisk(const std::string &path) const
+    {
+        namespace fs = std::filesystem;
+        Paths found;
+        std::error_code error;
+        const auto type = fs::symlink_status(path, error).type();
+        const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+        if (type == fs::file_type::directory || path == root_) {
+            if (path == root_ && !fs::is_directory(path, error))
+                return found;
+            const Folder verdict = folder(path);
+            if (verdict == Folder::skipped)
+                return found;
+            found.insert(path);
+            if (verdict == Folder::entered)
+                for (fs::directory_iterator at(path, error), end; !error && at != end;
+                     at.increment(error))
+                    found.merge(onDisk(at->path()));
+        } else if (type != fs::file_type::not_found && type != fs::file_type::none &&
+                   includesFile(name)) {
+            found.insert(path);
+        }
+        return found;
+    }
+    Paths onDisk() const { return onDisk(root_); }
+
+    void update(const std::string &path)
+    {
+        const Paths found = onDisk(path);
+        const MutexLock lock(mutex_);
+        std::erase_if(paths_, [&](const std::string &old) {
+            return old == path || (old.starts_with(path) && old[path.size()] == '/');
+        });
+        paths_.insert(found.begin(), found.end());
+    }
+    Paths paths() const
+    {
+        const MutexLock lock(mutex_);
+        return paths_;
+    }
+    const std::string &root() const { return root_; }
+
+private:
+    const std::string root_;
+    mutable Mutex mutex_;
+    Paths paths_ GUARDED_BY(mutex_);
+};
+
+/// A stream over one root, the index that it keeps current, and what it has told.
+class WatchRig
+{
+public:
+    /// Ten seconds: nothing is told before flush() asks for it.
+    static constexpr double LATENCY = 10;
+
+    explicit WatchRig(std::string root, InotifyOptions options = {}, double latency = LATENCY)
+        : index(std::make_shared<ModelIndex>(std::move(root))), service_(std::move(options))
+    {
+        index->update(index->root());
+        FSEventStreamService::Request request;
+        request.callback = [this](void *, std::size_t, const FSEventPaths &paths,
+                                  const std::vector<std::uint32_t> &flags,
+                                  const std::vector<std::uint64_t> &ids) {
+            receive(std::get<std::vector<std::string>>(paths), flags, ids);
+        };
+        request.paths = {index->root()};
+        request.latency = latency;
+        request.flags = 0x4;
+        request.items = index;
+        stream_ = service_.create(std::move(request));
+        stream_->setDispatchQueue(queue_);
+        stream_->start();
+        flush();
+    }
+    ~WatchRig() { stream_->invalidate(); }
+    WatchRig(const WatchRig &) = delete;
+    WatchRig &operator=(const WatchRig &) = delete;
+
+    /// Lets everything that has happened reach the index.
+    void flush()
+    {
+        stream_->flushSync();
+        queue_.postAndWait([] {});
+    }
+    /// The paths told since the last call, relative to the root, "" for the root itself.
+    std::vector<std::string> takeTold()
+    {
+        const MutexLock lock(mutex_);
+        return std::exchange(told_, {});
+    }
+    /// The same after a flush.
+    std::vector<std::string> told()
+    {
+        flush();
+        return takeTold();
+    }
+    /// The flags told of a path lately.
+    std::uint32_t flagsOf(const std::string &path)
+    {
+        const MutexLock lock(mutex_);
+        const auto found = flags_.find(path);
+        return found == flags_.end() ? 0 : found->second;
+    }
+    bool areIDsRising()
+    {
+        const MutexLock lock(mutex_);
+        return std::ranges::is_sorted(ids_, std::ranges::less_equal());
+    }
+    FSEventStream &stream() { return *stream_; }
+
+    const std::shared_ptr<ModelIndex> index;
+
+private:
+    void receive(const std::vector<std::string> &paths, const std::vector<std::uint32_t> &flags,
+                 const std::vector<std::uint64_t> &ids)
+    {
+        for (std::size_t i = 0; i < paths.size(); ++i) {
+            index->update(paths[i]);
+            const MutexLock lock(mutex_);
+            const std::size_t cut = std::min(paths[i].size(), index->root().size() + 1);
+            told_.push_back(paths[i].substr(cut));
+            flags_[told_.back()] = flags[i];
+            ids_.push_back(ids[i]);
+        }
+    }
+
+    InotifyEventService service_;
+    ThreadTaskQueue queue_;
+    Mutex mutex_;
+    std::vector<std::string> told_ GUARDED_BY(mutex_);
+    std::map<std::string, std::uint32_t> flags_ GUARDED_BY(mutex_);
+    std::vector<std::uint64_t> ids_ GUARDED_BY(mutex_);
+    std::unique_ptr<FSEventStream> stream_;
+};
+
+} // namespace quillon

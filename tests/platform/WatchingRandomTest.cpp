@@ -1,0 +1,259 @@
+#include "tests/platform/WatchSupport.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace quillon {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+/// What one inotify instance of this process watches, by the kernel's own account. Waits for those
+/// that are about to be closed.
+std::multiset<std::uint64_t> watchedInodes()
+{
+    for (;;) {
+        std::vector<std::multiset<std::uint64_t>> instances;
+        std::error_code error;
+        for (const auto &entry : fs::directory_iterator("/proc/self/fd", error)) {
+            if (fs::read_symlink(entry.path(), error) != "anon_inode:inotify")
+                continue;
+            instances.emplace_back();
+            std::ifstream file("/proc/self/fdinfo/" + entry.path().filename().string());
+            for (std::string line; std::getline(file, line);)
+                if (const std::size_t at = line.find(" ino:");
+                    line.starts_with("inotify ") && at != std::string::npos)
+                    instances.back().insert(std::stoull(line.substr(at + 5), nullptr, 16));
+        }
+        if (instances.size() == 1)
+            return instances.front();
+        std::this_thread::yield();
+    }
+}
+
+std::uint64_t inodeOf(const std::string &path)
+{
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
+/// Does to a tree whatever a user's programs may do, at full speed.
+class RandomUser
+{
+public:
+    RandomUser(std::string root, std::string outside, unsigned seed)
+        : root_(std::move(root)), outside_(std::move(outside)), random_(seed)
+    {}
+
+    void act()
+    {
+        std::error_code ignored;
+        const std::string one = somePath();
+        const std::string other = somePath();
+        switch (number(13)) {
+        case 0:
+        case 1:
+        case 2:
+            fs::create_directories(one, ignored);
+            break;
+        case 3:
+            fs::remove_all(one, ignored);
+            break;
+        case 4:
+        case 5:
+            ::rename(one.c_str(), other.c_str());
+            break;
+        case 6:
+            ::rename(one.c_str(), (outside_ + "/" + std::to_string(number(4))).c_str());
+            break;
+        case 7:
+            ::rename((outside_ + "/" + std::to_string(number(4))).c_str(), one.c_str());
+            break;
+        case 8:
+            ::syscall(SYS_renameat2, AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(),
+                      RENAME_EXCHANGE);
+            break;
+        case 9:
+            if (!other.starts_with(one + "/") && one != root_)
+                fs::copy(one, other, fs::copy_options::recursive, ignored);
+            break;
+        case 10:
+            ::rename(one.c_str(), (one.substr(0, one.rfind('/') + 1) + ".hidden").c_str());
+            break;
+        case 11:
+            if (std::ofstream file(one + "/" + std::to_string(number(3)) + ".txt"); file)
+                file << one;
+            else
+                ::unlink(one.c_str());
+            break;
+        default:
+            fs::remove_all(one, ignored);
+            if (number(2) == 0)
+                fs::create_directory_symlink(other, one, ignored);
+            else
+                std::ofstream(one) << "a file";
+        }
+    }
+
+private:
+    unsigned number(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
+    std::string somePath()
+    {
+        static constexpr std::array NAMES{"a",     "b",       "c",       "d.app",
+                                          "e.txt", "skipped", ".hidden", "f \n\xff"};
+        std::string path = root_;
+        for (unsigned depth = 1 + number(5); depth > 0; --depth)
+            path +=
+                std::string("/") + NAMES.at(number(number(3) == 0 ? unsigned{NAMES.size()} : 3));
+        return path;
+    }
+
+    const std::string root_;
+    const std::string outside_;
+    std::mt19937 random_;
+};
+
+struct Circumstances
+{
+    std::string name;
+    std::string disk;
+    InotifyOptions options;
+    bool isPlenty = true;
+};
+
+std::ostream &operator<<(std::ostream &out, const Circumstances &circumstances)
+{
+    return out << circumstances.name;
+}
+
+InotifyOptions options(std::optional<std::size_t> budget, std::optional<std::size_t> queueLimit)
+{
+    InotifyOptions made;
+    made.watchBudget = budget;
+    made.sweepInterval = 20ms;
+    made.readingInterval = 1ms;
+    made.queueLimit = queueLimit;
+    made.report = [](const std::string &) {};
+    return made;
+}
+
+std::vector<Circumstances> allCircumstances()
+{
+    std::vector<Circumstances> all;
+    const std::string disk = fs::temp_directory_path();
+    for (const auto &[where, folder] :
+         {std::pair{"Disk", disk}, std::pair{"Memory", std::string("/dev/shm")}}) {
+        all.push_back({std::string("plenty") + where, folder, options({}, {}), true});
+        all.push_back({std::string("thirty") + where, folder, options(30, {}), false});
+        all.push_back({std::string("none") + where, folder, options(0, {}), false});
+        all.push_back({std::string("shortQueue") + where, folder, options({}, 64), true});
+        all.push_back({std::string("shortOfBoth") + where, folder, options(30, 64), false});
+    }
+    return all;
+}
+
+class WatchingRandomTest : public testing::TestWithParam<Circumstances>
+{
+protected:
+    static int runs()
+    {
+        const char *text = std::getenv("QUILLON_WATCH_RUNS");
+        return text != nullptr ? std::atoi(text) : 1;
+    }
+    void run(unsigned seed);
+    static void expectWatchesOnFoldersOnly(const ModelIndex &index, FSEventStream &stream,
+                                           bool isPlenty);
+};
+
+void WatchingRandomTest::expectWatchesOnFoldersOnly(const ModelIndex &index, FSEventStream &stream,
+                                                    bool isPlenty)
+{
+    const auto watched = watchedInodes();
+    std::size_t entered = 0;
+    for (const std::string &path : index.onDisk()) {
+        if (!fs::is_directory(fs::symlink_status(path)) || path.ends_with(".app"))
+            continue;
+        ++entered;
+        if (isPlenty) {
+            EXPECT_EQ(watched.count(inodeOf(path)), 1U) << path;
+        }
+    }
+    // The folders above the root are watched besides. A sweep may be about to arm another one.
+    const auto above = static_cast<std::size_t>(std::ranges::count(index.root(), '/'));
+    FSEventStatus status = stream.status();
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    while (watchedInodes().size() != status.watched + above &&
+           std::chrono::steady_clock::now() < end) {
+        stream.flushSync();
+        status = stream.status();
+    }
+    EXPECT_EQ(watchedInodes().size(), status.watched + above);
+    EXPECT_EQ(status.folders, entered);
+    EXPECT_LE(status.watched, status.budget);
+}
+
+/// Paths that the index lacks, with a "+", and that it holds wrongly, with a "-".
+std::vector<std::string> differences(const ModelIndex &index)
+{
+    const auto held = index.paths();
+    const auto wanted = index.onDisk();
+    std::vector<std::string> found;
+    for (const std::string &path : wanted)
+        if (!held.contains(path))
+            found.push_back("+" + path);
+    for (const std::string &path : held)
+        if (!wanted.contains(path))
+            found.push_back("-" + path);
+    return found;
+}
+
+void WatchingRandomTest::run(unsigned seed)
+{
+    const TemporaryFolder disk(GetParam().disk);
+    const std::string root = disk.makeFolder("root");
+    RandomUser user(root, disk.makeFolder("outside"), seed);
+    for (int i = 0; i < 100; ++i)
+        user.act();
+    WatchRig rig(root, GetParam().options, 0.002 * (seed % 16));
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 1000; ++i)
+            user.act();
+        rig.flush();
+        ASSERT_THAT(differences(*rig.index), testing::IsEmpty()) << "seed " << seed;
+        expectWatchesOnFoldersOnly(*rig.index, rig.stream(), GetParam().isPlenty);
+        ASSERT_FALSE(HasFailure()) << "seed " << seed;
+    }
+    EXPECT_TRUE(rig.areIDsRising());
+}
+
+TEST_P(WatchingRandomTest, losesNothing)
+{
+    for (int i = 0; i < runs() && !HasFailure(); ++i)
+        run(static_cast<unsigned>(i));
+}
+
+INSTANTIATE_TEST_SUITE_P(Everywhere, WatchingRandomTest, testing::ValuesIn(allCircumstances()),
+                         [](const auto &row) { return row.param.name; });
+
+} // namespace
+
+} // namespace quillon
