@@ -41,7 +41,8 @@ class Desktop(unittest.TestCase):
     program = ""
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="quillon-e2e-")
+        # A program that was opened may write into it until its very end.
+        folder = tempfile.TemporaryDirectory(prefix="quillon-e2e-", ignore_cleanup_errors=True)
         self.addCleanup(folder.cleanup)
         self.home = pathlib.Path(folder.name)
         self.config = self.home / ".config"
@@ -65,12 +66,13 @@ class Desktop(unittest.TestCase):
         for path in paths:
             os.makedirs(os.path.join(os.fsencode(self.tree), os.fsencode(path)))
 
-    def write_settings(self):
+    def write_settings(self, more=None):
         self.settings.parent.mkdir(parents=True)
         self.settings.write_text(json.dumps({
             "ShowQLNShortcut": "Ctrl+Alt+Space",
             "preemptive-apple-event-access": True,
             "qln-bookmarks": {str(self.tree): str(self.tree)},
+            **(more or {}),
         }))
 
     def open_folders_with(self, desktop_file):
@@ -78,23 +80,32 @@ class Desktop(unittest.TestCase):
         (self.config / "mimeapps.list").write_text(
             f"[Default Applications]\ninode/directory={desktop_file}\n")
 
+    def add_application(self, name, entry):
+        """Installs an application for this user; the entry goes below its name."""
+        applications = self.home / ".local/share/applications"
+        applications.mkdir(parents=True, exist_ok=True)
+        (applications / f"{name}.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\n{entry}\n")
+
+    def recorder(self, name="recorder"):
+        """A program that writes its arguments down, each ended by a null byte; with the file."""
+        record = self.home / f"{name}.arguments"
+        program = self.home / name
+        program.write_text(f'#!/bin/sh\nprintf "%s\\0" "$@" > "{record}.new"\n'
+                           f'mv "{record}.new" "{record}"\n')
+        program.chmod(0o755)
+        return program, record
+
     def open_folders_with_recorder(self):
         """The file manager is a program that writes its argument down; returns the file."""
-        record = self.home / "opened"
-        recorder = self.home / "recorder"
-        recorder.write_text(f'#!/bin/sh\nprintf "%s" "$1" > "{record}.new"\n'
-                            f'mv "{record}.new" "{record}"\n')
-        recorder.chmod(0o755)
-        applications = self.home / ".local/share/applications"
-        applications.mkdir(parents=True)
-        (applications / "recorder.desktop").write_text(
-            f"[Desktop Entry]\nType=Application\nName=Recorder\nExec={recorder} %f\n"
-            "MimeType=inode/directory;\nCategories=FileManager;\n")
+        program, record = self.recorder()
+        self.add_application("recorder", f"Name=Recorder\nExec={program} %f\n"
+                             "MimeType=inode/directory;\nCategories=FileManager;")
         self.open_folders_with("recorder.desktop")
         return record
 
-    def start(self):
-        child = subprocess.Popen([self.program], env=self.environment())
+    def start(self, **streams):
+        child = subprocess.Popen([self.program], env=self.environment(), **streams)
         self.children.append(child)
         self.wait_for_panel()
         return child
@@ -122,14 +133,21 @@ class Desktop(unittest.TestCase):
     def press(self, key):
         subprocess.run(["xdotool", "key", key], check=True)
 
-    def press_return_until_opened(self):
+    def press_return_until_opened(self, key="Return"):
         """Without rows, as long as the first crawl runs, Return leaves the panel open."""
         def opened():
             if self.panel():
-                self.press("Return")
+                self.press(key)
                 time.sleep(0.2)
             return not self.panel()
         eventually("the opened row", opened)
+
+    def recorded(self, record):
+        """The arguments that a recorder was given, once it was; forgotten with this."""
+        eventually("the recorded arguments", record.exists)
+        arguments = record.read_bytes().split(b"\0")[:-1]
+        record.unlink()
+        return arguments
 
     def uses(self):
         return json.loads(self.settings.read_text()).get("recent-access-score-data", {})

@@ -78,16 +78,14 @@ class PanelTest(Desktop):
         self.start()
         self.type("aard")
         self.press_return_until_opened()
-        eventually("the first folder", record.exists)
-        record.unlink()
+        self.recorded(record)
 
         # The rows of "aard" are still shown when Return comes.
         self.request("--show")
         self.wait_for_panel()
         self.type("aarhus", "Return")
         self.wait_for_no_panel()
-        self.assertEqual(eventually("the folder", lambda: record.exists() and record.read_text()),
-                         str(self.tree / "aarhus"))
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "aarhus")])
 
     def test_opens_names_that_are_no_text_and_paths_through_links(self):
         record = self.open_folders_with_recorder()
@@ -97,16 +95,14 @@ class PanelTest(Desktop):
         self.start()
         self.type("caf noir")
         self.press_return_until_opened()
-        eventually("the folder", record.exists)
-        self.assertEqual(record.read_bytes(), os.fsencode(self.tree) + b"/caf\xe9 \xff noir")
-        record.unlink()
+        self.assertEqual(self.recorded(record),
+                         [os.fsencode(self.tree) + b"/caf\xe9 \xff noir"])
 
         self.request("--show")
         self.wait_for_panel()
         self.type(str(self.tree / "link"), "Return")
         self.wait_for_no_panel()
-        self.assertEqual(eventually("the folder", lambda: record.exists() and record.read_text()),
-                         str(self.tree / "real"))
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "real")])
 
     def test_starts_from_nothing(self):
         record = self.open_folders_with_recorder()
@@ -119,8 +115,7 @@ class PanelTest(Desktop):
         self.assertEqual(list(settings["qln-bookmarks"]), [str(self.home)])
         self.type("firste")
         self.press_return_until_opened()
-        self.assertEqual(eventually("the folder", lambda: record.exists() and record.read_text()),
-                         str(self.tree / "first steps"))
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "first steps")])
 
     def test_runs_without_a_session_bus(self):
         self.write_settings()

@@ -1,0 +1,181 @@
+#!/usr/bin/env python3
+"""What Return does together with other keys: each kind of action, with real programs.
+
+Runs on a private desktop: tools/private-desktop python3 tests/e2e/actions_test.py QUILLON
+"""
+
+import json
+import os
+import pathlib
+import signal
+import subprocess
+
+from desktop import Desktop, eventually, main, output, windows
+
+# Everything that a shell, a URI or a list of settings might trip over.
+AWKWARD = b'it\'s a "b"  50%25\n#\xff'
+KEYS = {"Return": (False, False, False), "ctrl+Return": (False, False, True),
+        "alt+Return": (True, False, False), "shift+Return": (False, True, False),
+        "alt+shift+KP_Enter": (True, True, False)}
+
+
+def actions(*rows):
+    """Settings with a list of (key, kind, target), as a person writes them."""
+    return {"qln-actions-list": json.dumps([{
+        "actionTarget": {"key": str(target)},
+        "actionType": {"requiresTarget": True, "key": kind},
+        "flags": dict(zip(("option", "shift", "command"), KEYS[key])),
+    } for key, kind, target in rows], indent=2)}
+
+
+class ActionsTest(Desktop):
+    def script(self, name, text):
+        program = self.home / name
+        program.write_text("#!/bin/sh\n" + text)
+        program.chmod(0o755)
+        return program
+
+    def start_with_streams(self):
+        """Starts quillon and returns where its output and its diagnostics go."""
+        streams = [self.home / "output", self.home / "diagnostics"]
+        with open(streams[0], "wb") as out, open(streams[1], "wb") as err:
+            self.start(stdout=out, stderr=err)
+        return streams
+
+    def choose(self, query, key):
+        """Presses the key on the first row for the query."""
+        if not self.panel():
+            self.request("--show")
+            self.wait_for_panel()
+        self.type(query)
+        self.wait_for_row()
+        self.press(key)
+        self.wait_for_no_panel()
+
+    def wait_for_row(self):
+        """While the first crawl runs there may be none. Keys without an action count its use."""
+        before = self.uses()
+        def counted():
+            self.press("ctrl+shift+Return")
+            return self.uses() != before
+        eventually("the row", counted)
+        self.assertTrue(self.panel(), "nothing was opened")
+
+    def test_opens_a_terminal_in_the_folder(self):
+        self.make_folders(AWKWARD)
+        self.write_settings()
+        self.add_application("a-terminal", "Name=Terminal\nExec=xterm\nIcon=utilities-terminal")
+        self.start()
+        self.choose("itsab50", "alt+shift+KP_Enter")
+        window = eventually("the terminal", lambda: windows("XTerm"))[0]
+        terminal = output("xdotool", "getwindowpid", window).strip()
+        folder = os.fsencode(self.tree) + b"/" + AWKWARD
+        self.assertEqual(os.readlink(f"/proc/{terminal}/cwd".encode()), folder)
+        environment = pathlib.Path(f"/proc/{terminal}/environ").read_bytes().split(b"\0")
+        path = next(entry for entry in environment if entry.startswith(b"PATH="))
+        self.assertEqual(path, b"PATH=" + os.fsencode(os.environ["PATH"]),
+                         "the program that opened it is out of the way")
+        self.assertNotEqual(os.getsid(int(terminal)), os.getsid(self.children[0].pid))
+        subprocess.run(["xdotool", "windowclose", window], check=True)
+
+    def test_opens_an_application_by_its_name(self):
+        program, record = self.recorder("editor")
+        self.add_application("org.example.Sketch", f'Name=Sketch Pad\nExec={program} %F')
+        self.make_folders(AWKWARD, "sum $SUM `echo`", "sum 5 ")
+        self.write_settings(actions(("Return", "Open Application", "sketch pad"),
+                                    ("ctrl+Return", "Open Application", "no such program")))
+        os.environ["SUM"] = "5"
+        self.addCleanup(os.environ.pop, "SUM")
+        streams = self.start_with_streams()
+        self.choose("itsab50", "Return")
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree) + b"/" + AWKWARD])
+        # The shell sees what stands in the name of the folder.
+        self.choose("sum$SUM", "Return")
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "sum 5 ")])
+        self.choose("sum$SUM", "ctrl+Return")
+        self.choose("itsab50", "Return")
+        self.recorded(record)
+        self.assertEqual([stream.read_text() for stream in streams], ["", ""],
+                         "what goes wrong stays between open and the shell")
+
+    def test_runs_an_executable_and_tells_what_it_said(self):
+        program, record = self.recorder("arguments")
+        script = self.script("my script", f"'{program}' \"$PATH\" \"$@\"\n"
+                             "printf 'a \"b\" \\\\ \\tc\\r\\n\\377'\nprintf 'oh' >&2\n")
+        self.make_folders(AWKWARD, "plain")
+        self.write_settings(actions(("Return", "Execute Shell Command", script),
+                                    ("ctrl+Return", "Execute Shell Command", self.tree / "none"),
+                                    ("alt+Return", "Execute Shell Command", self.settings)))
+        out, err = self.start_with_streams()
+        self.choose("itsab50", "Return")
+        self.assertEqual(self.recorded(record), [os.fsencode(os.environ["PATH"]),
+                                                 os.fsencode(self.tree) + b"/" + AWKWARD])
+        line = 'Shell script result: ("a \\"b\\" \\\\ \\tc\\r\\n\ufffd", "oh")\n'
+        eventually("the line", lambda: out.read_text() == line)
+
+        self.choose("plain", "ctrl+Return")
+        self.choose("plain", "alt+Return")
+        eventually("two complaints", lambda: err.read_text().count("\n") == 2)
+        for target, complaint in zip((self.tree / "none", self.settings),
+                                     err.read_text().splitlines()):
+            self.assertTrue(complaint.startswith("quillon: "), complaint)
+            self.assertIn(str(target), complaint)
+        self.choose("plain", "Return")
+        eventually("the second line", lambda: out.read_text() == 2 * line)
+
+    def test_goes_on_while_an_executable_runs(self):
+        os.mkfifo(self.home / "gate")
+        script = self.script("waits", f"read answer <'{self.home}/gate'\necho \"$answer\"\n")
+        program, record = self.recorder("other")
+        self.make_folders("plain")
+        self.write_settings(actions(("Return", "Execute Shell Command", script),
+                                    ("ctrl+Return", "Execute Shell Command", program)))
+        out, _ = self.start_with_streams()
+        self.choose("plain", "Return")
+        self.choose("plain", "ctrl+Return")
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "plain")])
+        self.assertNotIn("free", out.read_text())
+        (self.home / "gate").write_text("free\n")
+        eventually("its line", lambda: 'Shell script result: ("free\\n", "")\n' in out.read_text())
+
+    def test_copies_the_path(self):
+        self.make_folders(AWKWARD, "plain")
+        self.write_settings()
+        self.start()
+        for query, name in (("plain", b"plain"), ("itsab50", AWKWARD)):
+            self.choose(query, "alt+Return")
+            copied = subprocess.run(["xclip", "-selection", "clipboard", "-o", "-t", "UTF8_STRING"],
+                                    capture_output=True, check=True).stdout
+            self.assertEqual(copied, os.fsencode(self.tree) + b"/" + name)
+        kinds = output("xclip", "-selection", "clipboard", "-o", "-t", "TARGETS").split()
+        self.assertNotIn("text/uri-list", kinds)
+
+    def test_opens_a_file_with_its_default_application(self):
+        program, record = self.recorder("reader")
+        self.add_application("reader", f"Name=Reader\nExec={program} %f\nMimeType=text/plain;")
+        self.config.mkdir()
+        (self.config / "mimeapps.list").write_text(
+            "[Default Applications]\ntext/plain=reader.desktop\n")
+        self.make_folders("letters")
+        (self.tree / "letters" / "to anna.txt").write_text("Dear Anna")
+        self.write_settings({"include-file-patterns": ["txt"]})
+        self.start()
+        self.choose("toannatxt", "Return")
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "letters/to anna.txt")])
+
+    def test_shows_folders_in_the_file_manager(self):
+        self.make_folders("Documents/harbour plans", "Music")
+        self.write_settings(actions(("ctrl+Return", "Show Parent in Finder", "the selected row"),
+                                    ("shift+Return", "Show in Finder", "the selected row")))
+        self.open_folders_with("pcmanfm-qt.desktop")
+        self.start()
+        self.choose("harplan", "ctrl+Return")
+        window = eventually("the parent", lambda: windows("pcmanfm-qt", "Documents"))[0]
+        manager = int(output("xdotool", "getwindowpid", window))
+        self.addCleanup(os.kill, manager, signal.SIGKILL)
+        self.choose("music", "shift+Return")
+        eventually("the folder", lambda: windows("pcmanfm-qt", "Music"))
+
+
+if __name__ == "__main__":
+    main()
