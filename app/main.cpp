@@ -5,7 +5,8 @@
 //   indexing/          what is indexed (SearchBaseFinder), what is skipped, the crawl
 //   matching/          the tree of all paths, fuzzy scores and ranking, use counts
 //   core/              SearchBase: the index that ties the three above together
-//   actions/           what Return does with the chosen row
+//   actions/           the user's actions: what Return does with the chosen row
+//   launcher/          the program "open", which finds applications by name
 //   app/               this folder: the panel, and the objects joined to a program
 //
 // Start: main() looks for a running instance on the session bus and hands it the request; without
@@ -17,8 +18,9 @@
 // main queue, dropped when the text has changed since -> SearchResultsModel ->
 // LightningSearchTableRowView (RowText, RowLayout, IconSource).
 //
-// Return: LightningSearchViewController counts the use (RecentAccessScore), has the window hidden
-// and hands the row to ActionRunner, which opens it through Workspace on a queue of its own.
+// Return: LightningSearchViewController counts the use (RecentAccessScore), takes the action that is
+// bound to the keys held (ActionModelFinder), has the window hidden and hands both to ActionRunner,
+// which asks FileManager, Workspace or ProcessRunner on a queue of its own.
 
 #include "app/AppDelegate.h"
 #include "platform/linux/BusRemoteControl.h"
