@@ -9,13 +9,18 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <thread>
+#include <utility>
 #include <vector>
+
+#include <sys/stat.h>
 
 namespace quillon {
 
@@ -183,5 +188,35 @@ private:
     std::vector<std::uint64_t> ids_ GUARDED_BY(mutex_);
     std::unique_ptr<FSEventStream> stream_;
 };
+
+/// What one inotify instance of this process watches, by the kernel's own account. Waits for those
+/// that are about to be closed.
+inline std::multiset<std::uint64_t> watchedInodes()
+{
+    namespace fs = std::filesystem;
+    for (;;) {
+        std::vector<std::multiset<std::uint64_t>> instances;
+        std::error_code error;
+        for (const auto &entry : fs::directory_iterator("/proc/self/fd", error)) {
+            if (fs::read_symlink(entry.path(), error) != "anon_inode:inotify")
+                continue;
+            instances.emplace_back();
+            std::ifstream file("/proc/self/fdinfo/" + entry.path().filename().string());
+            for (std::string line; std::getline(file, line);)
+                if (const std::size_t at = line.find(" ino:");
+                    line.starts_with("inotify ") && at != std::string::npos)
+                    instances.back().insert(std::stoull(line.substr(at + 5), nullptr, 16));
+        }
+        if (instances.size() == 1)
+            return instances.front();
+        std::this_thread::yield();
+    }
+}
+
+inline std::uint64_t inodeOf(const std::string &path)
+{
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
 
 } // namespace quillon

@@ -8,15 +8,12 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <linux/fs.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -26,35 +23,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
-
-/// What one inotify instance of this process watches, by the kernel's own account. Waits for those
-/// that are about to be closed.
-std::multiset<std::uint64_t> watchedInodes()
-{
-    for (;;) {
-        std::vector<std::multiset<std::uint64_t>> instances;
-        std::error_code error;
-        for (const auto &entry : fs::directory_iterator("/proc/self/fd", error)) {
-            if (fs::read_symlink(entry.path(), error) != "anon_inode:inotify")
-                continue;
-            instances.emplace_back();
-            std::ifstream file("/proc/self/fdinfo/" + entry.path().filename().string());
-            for (std::string line; std::getline(file, line);)
-                if (const std::size_t at = line.find(" ino:");
-                    line.starts_with("inotify ") && at != std::string::npos)
-                    instances.back().insert(std::stoull(line.substr(at + 5), nullptr, 16));
-        }
-        if (instances.size() == 1)
-            return instances.front();
-        std::this_thread::yield();
-    }
-}
-
-std::uint64_t inodeOf(const std::string &path)
-{
-    struct stat status = {};
-    return ::lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
-}
 
 /// Does to a tree whatever a user's programs may do, at full speed.
 class RandomUser

@@ -31,7 +31,8 @@ void ChangeLog::add(const std::string &path, Found found, std::uint32_t flags)
 
 void ChangeLog::compare(const std::string &path, Found found)
 {
-    if (items_.isIndexed(path) != (found != Found::nothing) || wasToldLately(path))
+    if (items_.isIndexed(path) != (found != Found::nothing) || wasToldLately(path) ||
+        !namesToldLately(path).empty())
         add(path, found);
 }
 
@@ -39,6 +40,17 @@ bool ChangeLog::wasToldLately(std::string_view path) const
 {
     const auto isTold = [this](std::string_view above) { return told_.contains(above); };
     return isTold(path) || anyAbove(path, isTold);
+}
+
+std::set<std::string> ChangeLog::namesToldLately(std::string_view folder) const
+{
+    const std::string prefix = std::string(folder) + (folder == "/" ? "" : "/");
+    std::set<std::string> names;
+    for (auto told = told_.lower_bound(prefix);
+         told != told_.end() && told->first.starts_with(prefix); ++told)
+        names.insert(told->first.substr(prefix.size(),
+                                        told->first.find('/', prefix.size()) - prefix.size()));
+    return names;
 }
 
 ChangeLog::Entry *ChangeLog::covering(std::string_view path)

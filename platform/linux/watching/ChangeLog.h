@@ -3,9 +3,9 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace quillon {
@@ -40,6 +40,8 @@ public:
     /// Whether an update that looked at the path on the disk earlier may not have reached the index
     /// yet.
     bool wasToldLately(std::string_view path) const;
+    /// The names in a folder at or below which something was told lately.
+    std::set<std::string> namesToldLately(std::string_view folder) const;
     /// Everything added since, in byte order of the paths, without what is below a folder that is
     /// told itself.
     std::vector<Change> take(Clock::time_point now);

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -39,7 +40,12 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
         const bool counts =
             found.isFolder() ? verdict == FSEventItemTest::Folder::listed
                              : found.kind == FolderLister::Kind::other && items_.includesFile(name);
-        changes_.compare(path, counts ? ChangeLog::Found::item : ChangeLog::Found::nothing);
+        const auto what = counts ? ChangeLog::Found::item : ChangeLog::Found::nothing;
+        // A file in the place of a folder leaves what was below the folder to be forgotten.
+        if (child != WatchTree::NONE && counts)
+            changes_.add(path, what);
+        else
+            changes_.compare(path, what);
         return;
     }
     if (child != WatchTree::NONE) {
@@ -120,6 +126,26 @@ bool FolderVerifier::lookAt(Id id)
     if (known == nullptr || !found.isFolder() || !known->stamp.isSameFolder(found.stamp))
         return false;
     return !hasChanged(id, found) || isStill(id, path, found);
+}
+
+void FolderVerifier::armInOrder(const std::vector<Id> &ids)
+{
+    std::vector<Id> others;
+    // A listing would give the watches to what is below.
+    const bool wasReconciling = std::exchange(isReconciling_, true);
+    for (const Id id : ids) {
+        if (!tree_.isLive(id) || folders_.unwatched(id) == nullptr || !hooks_.goesOn())
+            continue;
+        const std::string path = tree_.path(id);
+        const FolderProbe found = probeFolder(path, tree_.isRoot(id));
+        if (!found.isFolder() || !isStill(id, path, found))
+            others.push_back(id);
+    }
+    isReconciling_ = wasReconciling;
+    reconcilePending();
+    for (const Id id : others)
+        if (tree_.isLive(id) && !tree_.isRoot(id))
+            verify(tree_.parent(id), std::string(tree_.name(id)));
 }
 
 // New folders
@@ -262,11 +288,12 @@ void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
     }
     const std::unordered_set<std::string_view> onDisk(content.folders.begin(),
                                                       content.folders.end());
-    std::vector<std::string> missing;
+    std::set<std::string> missing = changes_.namesToldLately(path);
+    std::erase_if(missing, [&](const std::string &name) { return onDisk.contains(name); });
     for (Id child = tree_.firstChild(id); child != WatchTree::NONE;
          child = tree_.nextSibling(child))
         if (!onDisk.contains(tree_.name(child)))
-            missing.emplace_back(tree_.name(child));
+            missing.emplace(tree_.name(child));
     for (const std::string &name : missing)
         verify(id, name, flags);
     for (const std::string &name : content.folders)

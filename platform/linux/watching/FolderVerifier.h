@@ -53,6 +53,9 @@ public:
     /// Looks at an unwatched folder, and lists it when its stamp has changed. False when it is not
     /// there any more, or is another one.
     bool lookAt(Id id);
+    /// Arms unwatched folders one after the other, as far as the budget goes, and only then lists
+    /// those that have changed.
+    void armInOrder(const std::vector<Id> &ids);
     /// Whether what was found in the place of a folder of the tree is still the same. May arm it,
     /// and lists it when it has changed unseen.
     bool isStill(Id id, const std::string &path, const FolderProbe &found);

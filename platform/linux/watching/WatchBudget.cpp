@@ -58,16 +58,7 @@ void fitWatchesToBudget(WatchedFolders &folders, FolderVerifier &verifier,
         drain();
     for (const Id id : plan.give)
         folders.dropWatch(id);
-    for (const Id id : plan.arm) {
-        if (std::as_const(folders).unwatched(id) == nullptr || !tree.isLive(id))
-            continue;
-        const std::string path = tree.path(id);
-        const FolderProbe found = probeFolder(path, tree.isRoot(id));
-        if (!found.isFolder() || !verifier.isStill(id, path, found)) {
-            if (!tree.isRoot(id))
-                verifier.verify(tree.parent(id), std::string(tree.name(id)));
-        }
-    }
+    verifier.armInOrder(plan.arm);
 }
 
 } // namespace quillon
