@@ -1,5 +1,7 @@
 #include "platform/linux/PortalAppearance.h"
 
+#include "platform/linux/DesktopPortal.h"
+
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -11,17 +13,9 @@ namespace {
 
 constexpr uint DARK_PREFERRED = 1;
 
-QString service()
-{
-    return QStringLiteral("org.freedesktop.portal.Desktop");
-}
-QString path()
-{
-    return QStringLiteral("/org/freedesktop/portal/desktop");
-}
 QString interfaceName()
 {
-    return QStringLiteral("org.freedesktop.portal.Settings");
+    return portal::interfaceName(QStringLiteral("Settings"));
 }
 QString group()
 {
@@ -39,11 +33,10 @@ PortalAppearance::PortalAppearance()
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    bus.connect(service(), path(), interfaceName(), QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QDBusMessage)));
+    bus.connect(portal::service(), portal::path(), interfaceName(),
+                QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QDBusMessage)));
 
-    auto call =
-        QDBusMessage::createMethodCall(service(), path(), interfaceName(), QStringLiteral("Read"));
+    auto call = portal::methodCall(interfaceName(), QStringLiteral("Read"));
     call << group() << key();
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/DefaultsChanges.h"
+
+#include <QFileSystemWatcher>
+#include <QString>
+#include <QTimer>
+
+#include <string>
+#include <utility>
+
+namespace quillon {
+
+/// Has the kernel report changes of the settings file, so that nothing wakes up without one. The
+/// file may be missing, be a symbolic link, and be written in place or replaced.
+class SettingsFileChanges : public QObject, public DefaultsChanges
+{
+    Q_OBJECT
+
+public:
+    /// The path is absolute; neither the file nor its folder need be there.
+    explicit SettingsFileChanges(const std::string &path);
+
+    void onChange(std::function<void()> changed) override { changed_ = std::move(changed); }
+
+private:
+    void watch();
+    void tell();
+
+    const QString path_;
+    QFileSystemWatcher watcher_;
+    QTimer settling_;
+    std::function<void()> changed_;
+};
+
+} // namespace quillon
