@@ -1,0 +1,143 @@
+#include "shortcut/QLNShortcut.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::string_view BOUND_BY_DESKTOP = "desktop";
+
+constexpr std::array<ShortcutModifier, 4> MODIFIERS{{
+    {"Ctrl", &KeyCombination::control},
+    {"Alt", &KeyCombination::alt},
+    {"Shift", &KeyCombination::shift},
+    {"Super", &KeyCombination::super},
+}};
+
+struct OtherName
+{
+    std::string_view other;
+    std::string_view name;
+};
+
+constexpr std::array<OtherName, 6> OTHER_MODIFIER_NAMES{{
+    {"Control", "Ctrl"},
+    {"Option", "Alt"},
+    {"Meta", "Super"},
+    {"Win", "Super"},
+    {"Windows", "Super"},
+    {"Logo", "Super"},
+}};
+
+/// The symbols whose names people do not write as X does. The first name of a symbol is the one
+/// shown.
+constexpr std::array<OtherName, 21> KEY_NAMES{{
+    {"Space", "space"},   {"Return", "Return"},  {"Enter", "Return"},        {"Esc", "Escape"},
+    {"Escape", "Escape"}, {"Tab", "Tab"},        {"Backspace", "BackSpace"}, {"Delete", "Delete"},
+    {"Del", "Delete"},    {"Insert", "Insert"},  {"Ins", "Insert"},          {"PageUp", "Prior"},
+    {"PgUp", "Prior"},    {"Page_Up", "Prior"},  {"PageDown", "Next"},       {"PgDown", "Next"},
+    {"PgDn", "Next"},     {"Page_Down", "Next"}, {"Home", "Home"},           {"End", "End"},
+    {"Print", "Print"},
+}};
+
+QString decoded(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+bool isSame(std::string_view a, std::string_view b)
+{
+    return decoded(a).compare(decoded(b), Qt::CaseInsensitive) == 0;
+}
+
+bool isOneCharacter(const QString &text)
+{
+    return text.toUcs4().size() == 1;
+}
+
+/// The names as they are shown: "F5" and "Z" for "f5" and "z".
+std::string shownKey(const std::string &key)
+{
+    const auto *known = std::ranges::find(KEY_NAMES, std::string_view(key), &OtherName::name);
+    if (known != KEY_NAMES.end())
+        return std::string(known->other);
+    const QString text = QString::fromStdString(key);
+    // Not where the capital is another number of letters, as that of "ß".
+    if (const QString upper = text.toUpper(); isOneCharacter(text) && isOneCharacter(upper))
+        return upper.toStdString();
+    return key;
+}
+
+} // namespace
+
+const ShortcutModifier *ShortcutModifier::begin()
+{
+    return MODIFIERS.data();
+}
+const ShortcutModifier *ShortcutModifier::end()
+{
+    return MODIFIERS.data() + MODIFIERS.size();
+}
+
+const ShortcutModifier *ShortcutModifier::named(std::string_view name)
+{
+    const auto *other = std::ranges::find_if(
+        OTHER_MODIFIER_NAMES, [name](const OtherName &o) { return isSame(o.other, name); });
+    const std::string_view usual = other == OTHER_MODIFIER_NAMES.end() ? name : other->name;
+    const auto *found = std::ranges::find_if(
+        MODIFIERS, [usual](const ShortcutModifier &m) { return isSame(m.name, usual); });
+    return found == end() ? nullptr : found;
+}
+
+std::string keyFromText(std::string_view text)
+{
+    const auto *known = std::ranges::find_if(
+        KEY_NAMES, [text](const OtherName &name) { return isSame(name.other, text); });
+    if (known != KEY_NAMES.end())
+        return std::string(known->name);
+    const QString key = decoded(text);
+    return (isOneCharacter(key) ? key.toLower() : key).toStdString();
+}
+
+std::optional<QLNShortcut> QLNShortcut::fromText(std::string_view text)
+{
+    const QString whole = decoded(text).trimmed();
+    if (isSame(whole.toStdString(), BOUND_BY_DESKTOP))
+        return boundByDesktop();
+    // The key itself may be the plus, as in "Ctrl++".
+    QStringList words = whole.chopped(whole.isEmpty() ? 0 : 1).split(u'+');
+    words.back() += whole.right(1);
+
+    KeyCombination keys;
+    keys.key = keyFromText(words.takeLast().trimmed().toStdString());
+    // "Ctrl+Alt+" has no key; nor has "Ctrl+Alt", which ends with a modifier.
+    if (keys.key.empty() || ShortcutModifier::named(keys.key) ||
+        (keys.key.size() > 1 && keys.key.ends_with('+')))
+        return std::nullopt;
+    for (const QString &word : words) {
+        const auto *modifier = ShortcutModifier::named(word.trimmed().toStdString());
+        if (!modifier)
+            return std::nullopt;
+        keys.*modifier->isHeld = true;
+    }
+    return QLNShortcut{.keys = keys};
+}
+
+std::string QLNShortcut::text() const
+{
+    if (!keys)
+        return std::string(BOUND_BY_DESKTOP);
+    std::string text;
+    for (const ShortcutModifier &modifier : MODIFIERS)
+        if ((*keys).*modifier.isHeld)
+            text.append(modifier.name).append("+");
+    return text + shownKey(keys->key);
+}
+
+} // namespace quillon

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "shortcut/QLNHotKey.h"
+#include "shortcut/QLNShortcut.h"
+
+#include <QObject>
+
+#include <optional>
+
+namespace quillon {
+
+class QLNShortcutMonitor;
+
+/// Keeps the stored shortcut registered as the hot key, whatever it is at the time. Main thread
+/// only; monitor and service outlive it.
+class QLNShortcutBinder : public QObject
+{
+    Q_OBJECT
+
+public:
+    QLNShortcutBinder(QLNShortcutMonitor &monitor, HotKey &service);
+
+    /// Registers what is stored now and follows it from here on. A key that cannot be had is
+    /// complained of on standard error.
+    void start();
+    /// Gives the key back while another one is recorded; each call wants its resume().
+    void pause();
+    void resume();
+
+    /// What came of the stored shortcut; absent while there is nothing to register or no answer.
+    std::optional<HotKey::Outcome> outcome() const { return outcome_; }
+
+Q_SIGNALS:
+    void pressed();
+    void outcomeChanged();
+
+private:
+    void bind();
+    void setOutcome(std::optional<HotKey::Outcome> outcome);
+
+    QLNShortcutMonitor &monitor_;
+    HotKey &service_;
+    bool isStarted_ = false;
+    int pauses_ = 0;
+    std::optional<QLNHotKey> hotKey_;
+    std::optional<HotKey::Outcome> outcome_;
+    /// What hotKey_ is registered for, or was before a pause.
+    std::optional<QLNShortcut> bound_;
+};
+
+} // namespace quillon

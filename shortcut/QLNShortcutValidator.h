@@ -1,0 +1,42 @@
+#pragma once
+
+#include "shortcut/QLNShortcut.h"
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace quillon {
+
+/// Whether a key combination can be the global shortcut. Main thread only.
+class QLNShortcutValidator
+{
+public:
+    enum class Fault
+    {
+        /// Pressed alone or with Shift it types something.
+        needsModifier,
+        inUse,
+        noSuchKey,
+        refused,
+        impossible,
+    };
+
+    /// The service outlives this.
+    explicit QLNShortcutValidator(HotKey &service) : service_(service) {}
+
+    /// Absent when nothing is wrong. Tries the combination where that asks the user nothing, so no
+    /// other one may be grabbed meanwhile.
+    std::optional<Fault> fault(const KeyCombination &keys) const;
+
+    /// Absent for a key that is grabbed.
+    static std::optional<Fault> fault(HotKey::Outcome outcome);
+    /// One sentence for the user, in the user's language.
+    static QString words(Fault fault, const QLNShortcut &shortcut);
+
+private:
+    HotKey &service_;
+};
+
+} // namespace quillon

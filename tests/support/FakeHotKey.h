@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/HotKey.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace quillon {
+
+/// A keyboard without a desktop: keys are pressed by the test.
+class FakeHotKey : public HotKey
+{
+public:
+    void grab(const KeyCombination &keys, Told told) override
+    {
+        ++grabs;
+        grabbed_.reset();
+        told_ = std::move(told);
+        if (isAnswering)
+            answer(keys == taken ? Outcome::inUse : Outcome::grabbed, keys);
+        else
+            asked_ = keys;
+    }
+    void release() override
+    {
+        grabbed_.reset();
+        told_ = nullptr;
+    }
+    void onPressed(std::function<void()> pressed) override { pressed_ = std::move(pressed); }
+    bool isPossible() const override { return possible; }
+    bool isSilent() const override { return isAnswering; }
+    std::string keyName(std::uint32_t scanCode, std::uint32_t) const override
+    {
+        const auto found = keyNames.find(scanCode);
+        return found == keyNames.end() ? std::string() : found->second;
+    }
+
+    /// The answer to the last grab, or another one later.
+    void answer(Outcome outcome) { answer(outcome, *asked_); }
+    /// False when nothing would come of it.
+    bool press(const KeyCombination &keys)
+    {
+        if (grabbed_ != keys || !pressed_)
+            return false;
+        pressed_();
+        return true;
+    }
+    const std::optional<KeyCombination> &grabbed() const { return grabbed_; }
+
+    /// Held by another program.
+    std::optional<KeyCombination> taken;
+    bool possible = true;
+    /// False: as a desktop that asks the user first.
+    bool isAnswering = true;
+    int grabs = 0;
+    std::map<std::uint32_t, std::string> keyNames;
+
+private:
+    void answer(Outcome outcome, const KeyCombination &keys)
+    {
+        asked_ = keys;
+        grabbed_ = outcome == Outcome::grabbed ? std::optional(keys) : std::nullopt;
+        if (const Told told = told_)
+            told(outcome);
+    }
+
+    std::optional<KeyCombination> asked_;
+    std::optional<KeyCombination> grabbed_;
+    Told told_;
+    std::function<void()> pressed_;
+};
+
+} // namespace quillon
