@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/SearchPanelView.h"
+#include "platform/linux/SessionHotKey.h"
 #include "prefs/PreferenceKeys.h"
 
 #include <QApplication>
@@ -36,10 +37,12 @@ AppDelegate::AppDelegate()
       iconQueue_(1),
       actionQueue_(1),
       defaults_(standardDefaultsPath()),
+      defaultsChanges_(standardDefaultsPath()),
       preferences_(defaults_),
       fileManager_([this] { return defaults_.string(PreferenceKeys::FILE_MANAGER); }),
       folderLister_(diskLister_),
       folderIdentity_(diskIdentity_),
+      hotKey_(makeSessionHotKey()),
       recentAccessScoreDataStore_(defaults_),
       searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
@@ -57,7 +60,9 @@ AppDelegate::AppDelegate()
       searchWindow_(icons_, windowSystem_),
       lightningSearchViewController_({.list = actionModelFinder_, .runner = actionRunner_}, source_,
                                      searchWindow_.view(),
-                                     {.background = backgroundQueue_, .main = mainQueue_}, *this)
+                                     {.background = backgroundQueue_, .main = mainQueue_}, *this),
+      shortcutMonitor_(defaults_, defaultsChanges_),
+      shortcutBinder_(shortcutMonitor_, *hotKey_)
 {
     auto &controller = lightningSearchViewController_;
     QString settings = QString::fromStdString(standardDefaultsPath());
@@ -92,6 +97,12 @@ AppDelegate::~AppDelegate()
         if (!queue->finish(PATIENCE_AT_THE_END))
             std::_Exit(EXIT_SUCCESS);
     }
+}
+
+void AppDelegate::bindShortcut()
+{
+    connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this, [this] { perform("toggle"); });
+    shortcutBinder_.start();
 }
 
 void AppDelegate::perform(const std::string &action)

@@ -20,10 +20,15 @@
 #include "platform/linux/PosixFolderLister.h"
 #include "platform/linux/QtClipboard.h"
 #include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/SettingsFileChanges.h"
 #include "platform/linux/StatxFolderIdentity.h"
 #include "platform/linux/X11WindowSystem.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
 #include "prefs/Preferences.h"
+#include "shortcut/QLNShortcutBinder.h"
+#include "shortcut/QLNShortcutMonitor.h"
+
+#include <memory>
 
 namespace quillon {
 
@@ -39,6 +44,8 @@ public:
 
     /// Builds the index in the background; the panel answers meanwhile.
     void startBuilding() { source_.startBuilding(); }
+    /// From here on the stored shortcut toggles the panel.
+    void bindShortcut();
     /// Carries out "toggle", "show" or "quit".
     void perform(const std::string &action);
 
@@ -57,6 +64,7 @@ private:
     PoolTaskQueue actionQueue_;
 
     JsonDefaultsStore defaults_;
+    SettingsFileChanges defaultsChanges_;
     Preferences preferences_;
     GioWorkspace workspace_;
     GioProcessRunner processRunner_;
@@ -68,6 +76,7 @@ private:
     PatientFolderIdentity folderIdentity_;
     X11WindowSystem windowSystem_;
     PortalAppearance appearance_;
+    std::unique_ptr<HotKey> hotKey_;
 
     DefaultsRecentAccessScoreDataStore recentAccessScoreDataStore_;
     RecentAccessScore searchBaseRecentAccessScore_;
@@ -83,6 +92,9 @@ private:
     IconSource icons_;
     SearchWindow searchWindow_;
     LightningSearchViewController lightningSearchViewController_;
+
+    QLNShortcutMonitor shortcutMonitor_;
+    QLNShortcutBinder shortcutBinder_;
 };
 
 } // namespace quillon

@@ -7,11 +7,15 @@
 //   core/              SearchBase: the index that ties the three above together
 //   actions/           the user's actions: what Return does with the chosen row
 //   launcher/          the program "open", which finds applications by name
+//   shortcut/          the global shortcut: among the settings, and bound to the panel
 //   app/               this folder: the panel, and the objects joined to a program
 //
 // Start: main() looks for a running instance on the session bus and hands it the request; without
 // one it makes an AppDelegate, which builds every object, begins the build on a background queue
 // and shows the panel.
+//
+// The hot key: HotKey (a grab, or the desktop's portal) -> QLNShortcutBinder, which keeps the
+// stored shortcut bound -> AppDelegate -> SearchWindow.
 //
 // A keystroke: SearchPanelView's field -> LightningSearchViewController (Debouncer, 50 ms) ->
 // PanelSource on a background queue (SearchBaseSource -> SearchBase -> FuzzyMatch) -> back on the
@@ -102,6 +106,7 @@ int run(int &argc, char **argv, const Options &options)
     if (claim == quillon::RemoteControl::Claim::unavailable)
         std::fputs("quillon: no session bus; a second start will not reach this one\n", stderr);
 
+    delegate.bindShortcut();
     delegate.startBuilding();
     // The bus starts the program for a request that it delivers afterwards.
     if (!qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS"))
