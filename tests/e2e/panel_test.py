@@ -71,6 +71,36 @@ class PanelTest(Desktop):
         quillon.send_signal(signal.SIGTERM)
         self.assertEqual(quillon.wait(PATIENCE), 0)
 
+    def test_is_toggled_by_the_hot_key_from_any_window(self):
+        self.write_settings()
+        self.start()
+        self.press("Escape")
+        self.wait_for_no_panel()
+        self.children.append(subprocess.Popen(["xmessage", "other"], env=self.environment()))
+        message = eventually("the other window", lambda: windows("Xmessage"))[0]
+        subprocess.run(["xdotool", "windowactivate", "--sync", message], check=True)
+        for _ in range(2):
+            self.press("ctrl+alt+space")
+            self.wait_for_panel()
+            self.press("ctrl+alt+space")
+            self.wait_for_no_panel()
+            eventually("the keyboard back where it was",
+                       lambda: output("xdotool", "getactivewindow").strip() == message)
+
+        # Another key, written by hand in place; until it is taken up the press does nothing.
+        settings = json.loads(self.settings.read_text())
+        settings["ShowQLNShortcut"] = {"key": "F7", "modifiers": ["Super"]}
+        self.settings.write_text(json.dumps(settings))
+        def comes():
+            self.press("super+F7")
+            time.sleep(0.2)
+            return self.panel()
+        eventually("the panel by the new key", comes)
+        self.wait_for_panel()
+        self.press("ctrl+alt+space")
+        self.press("super+F7")
+        self.wait_for_no_panel()
+
     def test_opens_the_first_row_of_the_answer_to_all_that_was_typed(self):
         record = self.open_folders_with_recorder()
         self.make_folders("aardvark", "aardvark zoo", "aarhus")

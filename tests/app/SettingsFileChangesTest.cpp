@@ -1,0 +1,87 @@
+#include "platform/linux/SettingsFileChanges.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+
+namespace quillon {
+
+namespace {
+
+namespace fs = std::filesystem;
+constexpr int PATIENCE = 20000; // milliseconds
+
+} // namespace
+
+class SettingsFileChangesTest : public testing::Test
+{
+protected:
+    /// Writes in place, as some editors do.
+    static void write(const fs::path &file, const std::string &text)
+    {
+        std::ofstream(file) << text;
+    }
+    /// Puts another file in its place, as others do.
+    static void replace(const fs::path &file, const std::string &text)
+    {
+        const fs::path fresh = file.string() + ".new";
+        write(fresh, text);
+        fs::rename(fresh, file);
+    }
+    void watch()
+    {
+        changes.emplace(file.string());
+        changes->onChange([this] {
+            std::ifstream stream(file);
+            seen.assign(std::istreambuf_iterator<char>(stream), {});
+        });
+    }
+    /// Whoever reads the file when told gets to see this in the end.
+    bool comesTo(const std::string &text)
+    {
+        return QTest::qWaitFor([&] { return seen == text; }, PATIENCE);
+    }
+
+    TemporaryFolder tree;
+    fs::path file = fs::path(tree.path("quillon")) / "quillon.json";
+    std::optional<SettingsFileChanges> changes;
+    std::string seen;
+};
+
+TEST_F(SettingsFileChangesTest, tellsOfAFileThatIsMadeWrittenReplacedAndRemoved)
+{
+    watch();
+    for (int round = 0; round < 2; ++round) {
+        fs::create_directory(file.parent_path());
+        for (const std::string text : {"made", "once", "twice"}) {
+            write(file, text);
+            ASSERT_TRUE(comesTo(text)) << "written";
+            replace(file, text + ", another");
+            ASSERT_TRUE(comesTo(text + ", another")) << "replaced";
+        }
+        fs::remove_all(file.parent_path());
+        ASSERT_TRUE(comesTo("")) << "removed with its folder";
+    }
+}
+
+TEST_F(SettingsFileChangesTest, followsALinkToWhereTheFileIsKept)
+{
+    fs::create_directory(file.parent_path());
+    const fs::path kept = tree.writeFile("kept/quillon.json");
+    fs::create_symlink(kept, file);
+    watch();
+    for (const char *text : {"once", "twice"}) {
+        replace(kept, text);
+        ASSERT_TRUE(comesTo(text));
+    }
+}
+
+} // namespace quillon
