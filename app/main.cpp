@@ -22,9 +22,9 @@
 // main queue, dropped when the text has changed since -> SearchResultsModel ->
 // LightningSearchTableRowView (RowText, RowLayout, IconSource).
 //
-// Return: LightningSearchViewController counts the use (RecentAccessScore), takes the action that is
-// bound to the keys held (ActionModelFinder), has the window hidden and hands both to ActionRunner,
-// which asks FileManager, Workspace or ProcessRunner on a queue of its own.
+// Return: LightningSearchViewController counts the use (RecentAccessScore), takes the action that
+// is bound to the keys held (ActionModelFinder), has the window hidden and hands both to
+// ActionRunner, which asks FileManager, Workspace or ProcessRunner on a queue of its own.
 
 #include "app/AppDelegate.h"
 #include "platform/linux/BusRemoteControl.h"

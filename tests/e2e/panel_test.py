@@ -8,6 +8,7 @@ import json
 import os
 import signal
 import subprocess
+import time
 
 from desktop import PATIENCE, Desktop, eventually, main, output, windows
 
