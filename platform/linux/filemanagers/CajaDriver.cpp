@@ -21,8 +21,31 @@ protected:
     bool selectByOwnMeans(const std::string &item, const std::string &folder,
                           Deadline deadline) override
     {
-        return start({"--no-desktop", "--no-default-window"}, folder) &&
-               selectOnceStarted(item, deadline);
+        if (!start({"--no-desktop"}, folder))
+            return false;
+        const X11Windows &windows = surroundings().windows;
+        std::vector<std::uint32_t> first;
+        windows.waitUntil(
+            0, [&] { return !(first = ownWindows()).empty(); }, deadline);
+        if (!selectOnceReady(item, deadline))
+            return !first.empty();
+        // The selection comes in a second window.
+        if (!first.empty() &&
+            windows.waitUntil(
+                0, [&] { return ownWindows().size() > first.size(); }, deadline))
+            windows.close(first.front());
+        return true;
+    }
+
+private:
+    std::vector<std::uint32_t> ownWindows() const
+    {
+        std::vector<std::uint32_t> ids;
+        for (const DesktopWindow &window : surroundings().windows.stacked()) {
+            if (window.windowClass == identity().windowClass)
+                ids.push_back(window.id);
+        }
+        return ids;
     }
 };
 

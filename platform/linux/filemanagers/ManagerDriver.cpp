@@ -18,8 +18,6 @@ const std::string COMMON_NAME = "org.freedesktop.FileManager1";
 constexpr auto ANSWER_LIMIT = 1500ms;
 /// Until a window that was asked shows the folder.
 constexpr auto SHOWING_LIMIT = 1000ms;
-/// A file manager takes its name before it answers to it.
-constexpr auto RETRY_INTERVAL = 200ms;
 constexpr auto SEARCH_LIMIT = 700ms;
 
 std::string lastName(const std::string &path)
@@ -106,17 +104,25 @@ std::optional<std::string> ManagerDriver::commonName(Deadline deadline)
     return std::nullopt;
 }
 
-bool ManagerDriver::selectOnceStarted(const std::string &item, Deadline deadline)
+bool ManagerDriver::selectOnceReady(const std::string &item, Deadline deadline)
 {
-    // Nothing tells when it is ready but its answer.
+    // It has its name before it answers to it, so nothing tells when it is ready but an answer.
     return surroundings_.windows.waitUntil(
         0,
         [&] {
             const auto name = commonName(deadline);
-            return name &&
-                   callCommon(*name, "ShowItems", item, deadline, BusConnection::Activation::never);
+            return name && callCommon(*name, "ShowItems", item, deadline,
+                                      BusConnection::Activation::never);
         },
         deadline);
+}
+
+bool ManagerDriver::selectOnceStarted(const std::vector<std::string> &options,
+                                      const std::string &item, Deadline deadline)
+{
+    std::vector<std::string> command{identity_.newWindowCommand.front()};
+    command.insert(command.end(), options.begin(), options.end());
+    return startProgram(command) && selectOnceReady(item, deadline);
 }
 
 bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item,

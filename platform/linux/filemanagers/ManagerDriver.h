@@ -72,12 +72,15 @@ protected:
     /// ShowItems or ShowFolders of the interface that all have, with one URI.
     bool callCommon(const std::string &service, const std::string &method, const std::string &path,
                     Deadline deadline, BusConnection::Activation activation);
-    /// Waits until the file manager answers on the bus, then has it select the item.
-    bool selectOnceStarted(const std::string &item, Deadline deadline);
-    /// Starts the file manager's program with these arguments before the URI.
+    /// Waits until the file manager answers on the bus and has it select the item.
+    bool selectOnceReady(const std::string &item, Deadline deadline);
+    /// The same, after starting its program with options that have it wait for work.
+    bool selectOnceStarted(const std::vector<std::string> &options, const std::string &item,
+                           Deadline deadline);
+    /// Starts the file manager's program with these options and the URI of the path.
     bool start(const std::vector<std::string> &options, const std::string &path);
 
-    Surroundings &surroundings() { return surroundings_; }
+    const Surroundings &surroundings() const { return surroundings_; }
     static BusObject commonObject(const std::string &service);
 
 private:

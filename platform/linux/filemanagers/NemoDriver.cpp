@@ -17,10 +17,9 @@ public:
     {}
 
 protected:
-    bool selectByOwnMeans(const std::string &item, const std::string &folder,
-                          Deadline deadline) override
+    bool selectByOwnMeans(const std::string &item, const std::string &, Deadline deadline) override
     {
-        return start({"--no-default-window"}, folder) && selectOnceStarted(item, deadline);
+        return selectOnceStarted({"--no-default-window"}, item, deadline);
     }
 
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override

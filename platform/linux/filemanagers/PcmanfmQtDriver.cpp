@@ -1,6 +1,8 @@
 #include "platform/linux/GioPointers.h"
 #include "platform/linux/filemanagers/LocationBarDriver.h"
 
+#include <thread>
+
 namespace quillon {
 
 namespace {
@@ -10,6 +12,9 @@ using namespace std::chrono_literals;
 const std::string SHARED_NAME = "org.freedesktop.FileManager1";
 constexpr auto ACTIVATION_LIMIT = 500ms;
 constexpr std::uint32_t RETURN = 0xff0d;
+constexpr int IDLE_ANSWERS = 4;
+/// A key takes longer to arrive than a message on the bus.
+constexpr auto KEY_DELAY = 50ms;
 
 /// A URI of the characters that every keyboard has within reach.
 std::string typedUri(const std::string &path)
@@ -41,6 +46,14 @@ protected:
                                                                     : std::nullopt;
     }
 
+    bool selectByOwnMeans(const std::string &item, const std::string &, Deadline deadline) override
+    {
+        auto &session = surroundings().session;
+        return !session.hasOwner(SHARED_NAME, deadline) &&
+               !session.hasOwner(identity().busName, deadline) &&
+               selectOnceStarted({"--daemon-mode"}, item, deadline);
+    }
+
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
     {
         const X11Windows &windows = surroundings().windows;
@@ -49,11 +62,26 @@ protected:
                 window.id, [&] { return windows.activeId() == window.id; },
                 deadline.atMost(ACTIVATION_LIMIT)))
             return false;
-        std::vector<X11Windows::Stroke> strokes{{.symbol = 'l', .withControl = true}};
+        if (!windows.type(window.id, {{.symbol = 'l', .withControl = true}}))
+            return false;
+        settle(deadline);
+        std::vector<X11Windows::Stroke> strokes;
         for (const char letter : typedUri(folder))
             strokes.push_back({.symbol = static_cast<std::uint8_t>(letter)});
         strokes.push_back({.symbol = RETURN});
         return windows.type(window.id, strokes);
+    }
+
+private:
+    /// Lets what the program has been sent take effect: it puts off giving its entry the keyboard
+    /// until it is idle. That it is cannot be seen, but it answers the bus no sooner.
+    void settle(Deadline deadline)
+    {
+        const BusObject program{identity().busName, "/Application",
+                                "org.freedesktop.DBus.Introspectable"};
+        std::this_thread::sleep_for(deadline.atMost(KEY_DELAY).remaining());
+        for (int i = 0; i < IDLE_ANSWERS; ++i)
+            surroundings().session.call(program, "Introspect", nullptr, deadline);
     }
 };
 

@@ -130,6 +130,7 @@ struct X11Windows::Atoms
     xcb_atom_t activeWindow = 0;
     xcb_atom_t clientList = 0;
     xcb_atom_t clientListStacking = 0;
+    xcb_atom_t closeWindow = 0;
     xcb_atom_t currentDesktop = 0;
     xcb_atom_t desktop = 0;
     xcb_atom_t name = 0;
@@ -151,6 +152,7 @@ struct X11Windows::Atoms
         const std::array wanted{Wanted{"_NET_ACTIVE_WINDOW", activeWindow},
                                 Wanted{"_NET_CLIENT_LIST", clientList},
                                 Wanted{"_NET_CLIENT_LIST_STACKING", clientListStacking},
+                                Wanted{"_NET_CLOSE_WINDOW", closeWindow},
                                 Wanted{"_NET_CURRENT_DESKTOP", currentDesktop},
                                 Wanted{"_NET_WM_DESKTOP", desktop},
                                 Wanted{"_NET_WM_NAME", name},
@@ -325,20 +327,32 @@ std::optional<X11Windows::Box> X11Windows::box(std::uint32_t window) const
     return Box{origin->dst_x, origin->dst_y, geometry->width, geometry->height};
 }
 
-void X11Windows::activate(std::uint32_t window) const
+void X11Windows::tellRoot(std::uint32_t type, std::uint32_t window, std::uint32_t first,
+                          std::uint32_t second) const
 {
-    if (!x_ || window == 0)
-        return;
     xcb_client_message_event_t request{};
     request.response_type = XCB_CLIENT_MESSAGE;
     request.format = 32;
     request.window = window;
-    request.type = atoms_->activeWindow;
-    request.data.data32[0] = SOURCE_PAGER;
+    request.type = type;
+    request.data.data32[0] = first;
+    request.data.data32[1] = second;
     xcb_send_event(x_, 0, root_,
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char *>(&request));
     xcb_flush(x_);
+}
+
+void X11Windows::activate(std::uint32_t window) const
+{
+    if (x_ && window != 0)
+        tellRoot(atoms_->activeWindow, window, SOURCE_PAGER, XCB_CURRENT_TIME);
+}
+
+void X11Windows::close(std::uint32_t window) const
+{
+    if (x_ && window != 0)
+        tellRoot(atoms_->closeWindow, window, XCB_CURRENT_TIME, SOURCE_PAGER);
 }
 
 bool X11Windows::type(std::uint32_t window, const std::vector<Stroke> &strokes) const

@@ -69,6 +69,9 @@ public:
 
     /// Asks the window manager to raise the window and to give it the keyboard.
     void activate(std::uint32_t window) const;
+    /// Asks the window to close as its own button does.
+    void close(std::uint32_t window) const;
+
     /// One stroke on the keyboard; the symbol of an ASCII letter is the letter.
     struct Stroke
     {
@@ -90,6 +93,8 @@ private:
 
     std::vector<std::uint32_t> windowList(std::uint32_t property) const;
     std::vector<Description> describe(const std::vector<std::uint32_t> &windows) const;
+    void tellRoot(std::uint32_t type, std::uint32_t window, std::uint32_t first,
+                  std::uint32_t second) const;
     void watch(std::uint32_t window, bool isWatched) const;
 
     xcb_connection_t *x_ = nullptr;
