@@ -2,7 +2,7 @@
 // what a call really did they see from the windows.
 //
 //   file_manager_driver [--application ID] new FOLDER | existing FOLDER | select ITEM FOLDER |
-//                       front | application
+//                       front | application | close WINDOW
 
 #include "platform/linux/FileUri.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
@@ -58,6 +58,10 @@ QJsonObject answer(DesktopFileManager &manager, const Arguments &arguments)
         return front(manager);
     if (operation == "application")
         return {{QStringLiteral("application"), QString::fromStdString(manager.application())}};
+    if (operation == "close") {
+        X11Windows().close(static_cast<std::uint32_t>(std::stoul(arguments.at(1))));
+        return {};
+    }
     const auto start = std::chrono::steady_clock::now();
     const bool isDone = operation == "new"        ? manager.openNewWindow(arguments.at(1))
                         : operation == "existing" ? manager.openInFrontWindow(arguments.at(1))

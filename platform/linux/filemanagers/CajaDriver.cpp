@@ -30,9 +30,8 @@ protected:
         if (!selectOnceReady(item, deadline))
             return !first.empty();
         // The selection comes in a second window.
-        if (!first.empty() &&
-            windows.waitUntil(
-                0, [&] { return ownWindows().size() > first.size(); }, deadline))
+        if (!first.empty() && windows.waitUntil(
+                                  0, [&] { return ownWindows().size() > first.size(); }, deadline))
             windows.close(first.front());
         return true;
     }

@@ -73,10 +73,10 @@ std::optional<std::string> LocationBar::folderOfButtons()
     return path;
 }
 
-bool LocationBar::go(const std::string &uri)
+bool LocationBar::go(const std::string &location)
 {
     const auto entry = this->entry();
-    return entry && accessibility_.setText(*entry, uri, deadline_) &&
+    return entry && accessibility_.setText(*entry, location, deadline_) &&
            accessibility_.act(*entry, deadline_);
 }
 

@@ -17,8 +17,8 @@ public:
     /// The path shown, of which nothing is known but that it is absolute. Absent when there is
     /// neither entry nor buttons.
     std::optional<std::string> folder();
-    /// Writes a location into the entry and confirms it. False without an entry.
-    bool go(const std::string &uri);
+    /// Writes a location, a path or a URI, into the entry and confirms it. False without an entry.
+    bool go(const std::string &location);
     /// Has the window show its entry, as the key Control-L does. False when it cannot be asked.
     bool showEntry();
 

@@ -15,8 +15,16 @@ bool LocationBarDriver::show(const DesktopWindow &window, const std::string &fol
     if (!frame)
         return false;
     LocationBar bar(accessibility, *frame, deadline);
-    const std::string uri = fileUri(folder);
-    return bar.go(uri) || (bar.showEntry() && bar.go(uri));
+    const std::string location = typedLocation(folder);
+    if (location.empty())
+        return false;
+    return bar.go(location) || (bar.showEntry() && bar.go(location));
+}
+
+std::string LocationBarDriver::typedLocation(const std::string &folder)
+{
+    const bool isText = g_utf8_validate(folder.data(), static_cast<gssize>(folder.size()), nullptr);
+    return isText ? folder : fileUri(folder);
 }
 
 std::optional<std::string> LocationBarDriver::toldFolder(const DesktopWindow &window,

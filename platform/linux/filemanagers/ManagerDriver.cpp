@@ -26,10 +26,14 @@ std::string lastName(const std::string &path)
     return name.empty() ? path : name;
 }
 
-/// Titles are the folder's name, some with the program's name after it.
+/// Titles are the folder's name, some with the program's name after it. Of a name that is no text
+/// they show the beginning.
 bool isTitleFor(const std::string &title, const std::string &folder)
 {
     const std::string name = lastName(folder);
+    const char *end = nullptr;
+    if (!g_utf8_validate(name.data(), static_cast<gssize>(name.size()), &end))
+        return title.starts_with(name.substr(0, static_cast<std::size_t>(end - name.data())));
     return title == name || title.starts_with(name + " - ") || title.starts_with(name + " \u2014 ");
 }
 
@@ -72,7 +76,7 @@ bool ManagerDriver::start(const std::vector<std::string> &options, const std::st
         return false;
     std::vector<std::string> command{identity_.newWindowCommand.front()};
     command.insert(command.end(), options.begin(), options.end());
-    command.push_back(fileUri(path));
+    command.push_back(identity_.takesPath ? path : fileUri(path));
     return startProgram(command);
 }
 
@@ -111,8 +115,8 @@ bool ManagerDriver::selectOnceReady(const std::string &item, Deadline deadline)
         0,
         [&] {
             const auto name = commonName(deadline);
-            return name && callCommon(*name, "ShowItems", item, deadline,
-                                      BusConnection::Activation::never);
+            return name &&
+                   callCommon(*name, "ShowItems", item, deadline, BusConnection::Activation::never);
         },
         deadline);
 }
@@ -155,21 +159,25 @@ bool ManagerDriver::show(const DesktopWindow &, const std::string &, Deadline)
 bool ManagerDriver::retarget(const DesktopWindow &window, const std::string &folder,
                              Deadline deadline)
 {
-    return show(window, folder, deadline) && isShown(window, window.title, folder, deadline);
+    return show(window, folder, deadline.atMost(ANSWER_LIMIT)) &&
+           isShown(window, window.title, folder, deadline);
 }
 
 bool ManagerDriver::isShown(const DesktopWindow &window, const std::string &oldTitle,
                             const std::string &folder, Deadline deadline)
 {
-    // A title that was fitting before proves nothing.
+    // A title that was fitting before proves nothing, and neither does a location that has been
+    // written but not gone to.
     const bool isTitleTelling = !isTitleFor(oldTitle, folder);
     const Deadline limit = deadline.atMost(SHOWING_LIMIT);
     const auto hasArrived = [&] {
-        if (isTitleTelling && isTitleFor(surroundings_.windows.title(window.id), folder))
-            return true;
         DesktopWindow now = window;
         now.title = surroundings_.windows.title(window.id);
-        return toldFolder(now, limit) == folder;
+        const bool isTitled = isTitleFor(now.title, folder);
+        if (isTitled && isTitleTelling)
+            return true;
+        return isWatchedFolder(window.process, folder) &&
+               (isTitled || toldFolder(now, limit) == folder);
     };
     return surroundings_.windows.waitUntil(window.id, hasArrived, limit);
 }

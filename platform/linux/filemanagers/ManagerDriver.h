@@ -36,8 +36,10 @@ public:
         std::string windowClass;
         /// The name on the session bus that is its own.
         std::string busName;
-        /// The command for a window of its own: the program and its options, a URI follows.
+        /// The command for a window of its own: the program and its options; the folder follows.
         std::vector<std::string> newWindowCommand;
+        /// Whether the command takes a folder as its path and not as its URI.
+        bool takesPath = false;
     };
 
     ManagerDriver(Identity identity, Surroundings surroundings);
@@ -77,7 +79,7 @@ protected:
     /// The same, after starting its program with options that have it wait for work.
     bool selectOnceStarted(const std::vector<std::string> &options, const std::string &item,
                            Deadline deadline);
-    /// Starts the file manager's program with these options and the URI of the path.
+    /// Starts the file manager's program with these options and the item or folder.
     bool start(const std::vector<std::string> &options, const std::string &path);
 
     const Surroundings &surroundings() const { return surroundings_; }

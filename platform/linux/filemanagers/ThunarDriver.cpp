@@ -12,11 +12,19 @@ public:
         : LocationBarDriver({.desktopIds = {"thunar", "Thunar", "thunar-folder-handler"},
                              .windowClass = "thunar",
                              .busName = "org.xfce.Thunar",
-                             .newWindowCommand = {"thunar"}},
+                             .newWindowCommand = {"thunar"},
+                             .takesPath = true},
                             surroundings)
     {}
 
 protected:
+    /// A URI of what is no text is answered with a dialogue.
+    std::string typedLocation(const std::string &folder) override
+    {
+        const std::string location = LocationBarDriver::typedLocation(folder);
+        return location == folder ? location : std::string();
+    }
+
     bool selectByOwnMeans(const std::string &item, const std::string &, Deadline deadline) override
     {
         return selectOnceStarted({"--daemon"}, item, deadline);

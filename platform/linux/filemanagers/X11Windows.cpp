@@ -340,7 +340,8 @@ void X11Windows::tellRoot(std::uint32_t type, std::uint32_t window, std::uint32_
     xcb_send_event(x_, 0, root_,
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char *>(&request));
-    xcb_flush(x_);
+    // Has arrived once something later is answered, even if the program ends right now.
+    reply(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr));
 }
 
 void X11Windows::activate(std::uint32_t window) const

@@ -1,0 +1,327 @@
+#!/usr/bin/env python3
+"""Real file managers on a real screen, asked through the program's own service.
+
+What a call did is seen from outside: by the windows' titles and states, and by the folders that
+the file manager's process watches.
+
+    tools/private-desktop --home DIR python3 tests/e2e/file_managers_test.py DRIVER [--table FILE]
+        [MANAGER...]
+
+With --table a page with what was seen and how long it took is written.
+"""
+
+import argparse
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import urllib.parse
+
+PATIENCE = float(os.environ.get("PATIENCE", 60))  # seconds until something that should happen counts as missing
+DRIVER = ""
+# Window class and desktop id.
+MANAGERS = {
+    "nautilus": ("org.gnome.Nautilus", "org.gnome.Nautilus"),
+    "nemo": ("Nemo", "nemo"),
+    "caja": ("Caja", "caja-folder-handler"),
+    "thunar": ("Thunar", "thunar"),
+    "dolphin": ("dolphin", "org.kde.dolphin"),
+    "pcmanfm-qt": ("pcmanfm-qt", "pcmanfm-qt"),
+}
+# Names as bytes. Qt's file managers show no name that is not valid UTF-8.
+NAMES = {
+    "blanks": b"two  words", "quotes": b"it's \"so\"", "umlauts": "Übergrößen".encode(),
+    "percent": b"100%25 sure", "line feed": b"one\ntwo", "not UTF-8": b"caf\xe9",
+}
+CANNOT = {("dolphin", "not UTF-8"), ("pcmanfm-qt", "not UTF-8")}
+# Cannot be written into the entry, so the front window stays as it is.
+OPENED_ANEW = {("thunar", "not UTF-8")}
+SEEN = {}  # manager -> operation -> milliseconds or a remark
+
+
+def eventually(what, probe):
+    """The first true answer of the probe; the test fails when none comes in time."""
+    deadline = time.monotonic() + PATIENCE
+    while True:
+        answer = probe()
+        if answer:
+            return answer
+        if time.monotonic() > deadline:
+            raise AssertionError(f"never came: {what}")
+        time.sleep(0.02)
+
+
+def output(*command):
+    return subprocess.run(command, capture_output=True, check=False).stdout.decode(errors="replace")
+
+
+def active_window():
+    return output("xdotool", "getactivewindow").strip()
+
+
+def is_minimised(window):
+    return "_NET_WM_STATE_HIDDEN" in output("xprop", "-id", window, "_NET_WM_STATE")
+
+
+def watched_inodes(process):
+    """Of the folders that a process watches for changes, as the kernel tells."""
+    inodes = set()
+    for path in pathlib.Path(f"/proc/{process}/fdinfo").iterdir():
+        try:
+            text = path.read_text()
+        except OSError:
+            continue
+        inodes.update(int(word[4:], 16) for line in text.splitlines() if line.startswith("inotify")
+                      for word in line.split() if word.startswith("ino:"))
+    return inodes
+
+
+class FileManager:
+    """The steps that hold for every file manager; a class for each is made of it below."""
+
+    manager = ""
+
+    def setUp(self):
+        self.window_class, self.desktop_id = MANAGERS[self.manager]
+        folder = tempfile.TemporaryDirectory(prefix="fm-", dir=os.environ["HOME"])
+        self.addCleanup(folder.cleanup)
+        self.addCleanup(self.end_manager)
+        self.tree = os.fsencode(folder.name)
+        self.other = None
+
+    def folder(self, *names):
+        path = os.path.join(self.tree, *(os.fsencode(name) for name in names))
+        os.makedirs(path, exist_ok=True)
+        return path
+
+    def ask(self, *arguments):
+        run = subprocess.run([DRIVER, "--application", self.desktop_id, *arguments],
+                             capture_output=True, timeout=PATIENCE, check=True)
+        return json.loads(run.stdout)
+
+    def do(self, operation, *arguments, seen=None):
+        answer = self.ask(operation, *arguments)
+        self.assertTrue(answer["isDone"], (operation, arguments))
+        self.note(seen, answer["milliseconds"])
+
+    def note(self, operation, milliseconds):
+        if operation:
+            SEEN.setdefault(self.manager, {})[operation] = f"{milliseconds:.0f} ms"
+
+    def windows(self):
+        """All of its windows but dialogues and the desktop, by number."""
+        listed = output("xprop", "-root", "_NET_CLIENT_LIST").partition("# ")[2]
+        windows = [str(int(number, 16)) for number in listed.split(", ") if number.strip()]
+        return [window for window in windows if self.is_own(window)]
+
+    def is_own(self, window):
+        told = output("xprop", "-id", window, "WM_CLASS", "_NET_WM_WINDOW_TYPE")
+        return f'"{self.window_class}"' in told and "TYPE_NORMAL" in told
+
+    def shows(self, window, path):
+        """The title names the folder, and the process watches it or tells that it shows it."""
+        name = os.path.basename(path).decode(errors="replace").partition("\n")[0]
+        title = output("xdotool", "getwindowname", window)
+        process = output("xdotool", "getwindowpid", window).strip()
+        if not process or not title.startswith(name.partition("\ufffd")[0]):
+            return False
+        if self.manager == "nautilus":
+            told = output("gdbus", "call", "--session", "--dest", "org.gnome.Nautilus",
+                          "--object-path", "/org/freedesktop/FileManager1", "--method",
+                          "org.freedesktop.DBus.Properties.Get", "org.freedesktop.FileManager1",
+                          "OpenWindowsWithLocations")
+            return path in urllib.parse.unquote_to_bytes(told)
+        return os.stat(path).st_ino in watched_inodes(process)
+
+    def wait_for(self, path, count):
+        """So many windows, and the active one shows the folder; returns that one."""
+        def found():
+            windows = self.windows()
+            active = active_window()
+            return len(windows) == count and active in windows and self.shows(active, path) and active
+        try:
+            return eventually(path, found)
+        except AssertionError as missing:
+            windows = {window: (output("xdotool", "getwindowname", window).rstrip("\n"),
+                                self.shows(window, path)) for window in self.windows()}
+            raise AssertionError(f"{missing}; active {active_window()} of {windows}") from missing
+
+    def end_manager(self):
+        """Ends every process that this test made its windows with."""
+        for window in self.windows():
+            process = output("xdotool", "getwindowpid", window).strip()
+            if process:
+                os.kill(int(process), signal.SIGKILL)
+                eventually("the end of the window", lambda: window not in self.windows())
+
+    def open_other_window(self):
+        other = subprocess.Popen(["xmessage", "other"])
+        self.addCleanup(other.wait)
+        self.addCleanup(other.kill)
+        window = eventually("the other window",
+                            lambda: output("xdotool", "search", "--class", "^Xmessage$").split())[0]
+        eventually("the other window in front", lambda: active_window() == window)
+
+    def test_opens_folders_in_windows(self):
+        one, two, three = (self.folder(name) for name in ("first", "second", "third"))
+        self.do("existing", one, seen="front window, none open")
+        first = self.wait_for(one, 1)
+        self.do("new", two, seen="new window")
+        second = self.wait_for(two, 2)
+
+        self.open_other_window()
+        self.do("existing", three, seen="front window")
+        self.assertEqual(self.wait_for(three, 2), second)
+        self.do("existing", three)
+        self.assertEqual(self.wait_for(three, 2), second, "shown already")
+
+        for window in (first, second):
+            output("xdotool", "windowminimize", window)
+            eventually("a minimised window", lambda: is_minimised(window))
+        self.do("existing", one, seen="front window, all minimised")
+        third = self.wait_for(one, 3)
+        self.assertNotIn(third, (first, second))
+        self.assertTrue(is_minimised(second))
+
+    def test_selects_items(self):
+        wanted = self.folder("items", "m wanted")
+        for name in ("a", "z"):
+            self.folder("items", name)
+        for seen in ("select, not running", "select"):
+            before = set(self.windows())
+            self.do("select", wanted, os.path.dirname(wanted), seen=seen)
+            self.wait_for(os.path.dirname(wanted), len(before) + 1)
+            # Return opens what is selected, and nothing when nothing is.
+            def opened():
+                output("xdotool", "key", "Return")
+                time.sleep(0.2)
+                return any(self.shows(window, wanted) for window in set(self.windows()) - before)
+            eventually("the selected folder, opened", opened)
+
+    def test_tells_the_front_window(self):
+        shown = self.folder("shown folder")
+        self.folder("shown folder", "inside")
+        self.folder("shown folder", ".hidden")
+        pathlib.Path(os.fsdecode(shown), "file").touch()
+        self.do("new", shown)
+        self.wait_for(shown, 1)
+        # The window is there before the file manager has its controls ready.
+        answer = eventually("the folder", lambda: (found := self.ask("front"))["folder"] and found)
+        path = pathlib.Path(os.fsdecode(shown))
+        self.assertEqual(answer["folder"], path.as_uri())
+        self.assertTrue(answer["isFrontmost"])
+        self.assertEqual(sorted(answer["items"]),
+                         [(path / "file").as_uri(), (path / "inside").as_uri() + "/"])
+        self.note("folder of the front window", answer["milliseconds"])
+
+        self.open_other_window()
+        answer = self.ask("front")
+        self.assertEqual((answer["isFrontmost"], answer["folder"], answer["items"]), (False, "", []))
+
+    def test_opens_names_exactly(self):
+        self.do("new", self.folder("plain"))
+        self.wait_for(self.folder("plain"), 1)
+        seen = []
+        for what, name in NAMES.items():
+            if (self.manager, what) in CANNOT:
+                continue
+            path = os.path.join(self.tree, name)
+            os.mkdir(path)
+            for operation in ("existing", "new"):
+                isNew = operation == "new" or (self.manager, what) in OPENED_ANEW
+                self.do(operation, path)
+                self.wait_for(path, 2 if isNew else 1)
+                if isNew:
+                    self.ask("close", active_window())
+                    eventually("one window", lambda: len(self.windows()) == 1)
+            seen.append(what)
+        SEEN.setdefault(self.manager, {})["names"] = ", ".join(seen)
+
+    def test_leaves_alone_what_is_gone(self):
+        here = self.folder("here")
+        self.do("new", here)
+        self.wait_for(here, 1)
+        before = output("xprop", "-root", "_NET_CLIENT_LIST")
+        gone = os.path.join(self.tree, b"gone")
+        for call in (("new", gone), ("existing", gone), ("select", gone, self.tree)):
+            self.assertFalse(self.ask(*call)["isDone"], call)
+        self.assertEqual(output("xprop", "-root", "_NET_CLIENT_LIST"), before)
+
+    def test_is_not_waited_for_when_it_hangs(self):
+        here, there = self.folder("here"), self.folder("there")
+        self.do("new", here)
+        window = self.wait_for(here, 1)
+        process = int(output("xdotool", "getwindowpid", window))
+        os.kill(process, signal.SIGSTOP)
+        try:
+            for call in (("front",), ("existing", there)):
+                self.assertLess(self.ask(*call)["milliseconds"], 8000, call)
+        finally:
+            os.kill(process, signal.SIGCONT)
+        try:
+            eventually("the folder after all",
+                       lambda: any(self.shows(window, there) for window in self.windows()))
+        except AssertionError as missing:
+            titles = [output("xdotool", "getwindowname", window) for window in self.windows()]
+            raise AssertionError(f"{missing}; {titles}") from missing
+
+
+def page():
+    operations = ["new window", "front window", "front window, none open",
+                  "front window, all minimised", "select", "select, not running",
+                  "folder of the front window", "names"]
+    managers = [manager for manager in MANAGERS if manager in SEEN]
+    lines = ["# File managers", "",
+             "What `./dev check --desktop` saw on a private X11 desktop with openbox: each call was",
+             "followed by a look at the windows and at the folders that the file manager watches. The",
+             "times are how long a call took until its effect was there; programs that were not running",
+             "had to start. This page is written by that command.", "",
+             "| | " + " | ".join(f"{manager} {version(manager)}" for manager in managers) + " |",
+             "|---" * (len(managers) + 1) + "|"]
+    for operation in operations:
+        cells = [SEEN[manager].get(operation, "failed") for manager in managers]
+        lines.append(f"| {operation} | " + " | ".join(cells) + " |")
+    return "\n".join(lines) + "\n" + NOTES
+
+
+def version(manager):
+    told = output("dpkg-query", "-W", "-f=${Version}", manager)
+    return told.partition(":")[2].partition("-")[0] if ":" in told else told.partition("-")[0]
+
+
+NOTES = """
+- "front window" has the topmost window of the file manager that is not minimised show the folder; its
+  other windows stay as they are. dolphin and, where it cannot be asked otherwise, nemo open a tab of it.
+- "select" with nothing running starts the file manager first. caja shows a window of its own then,
+  which is closed once the selection is there.
+- dolphin and pcmanfm-qt show no names that are not valid UTF-8.
+- The folder of the front window: nautilus tells it on the bus, the other GTK file managers by their
+  location bar through the accessibility bus. Where neither helps, as with Qt's, which join that bus only
+  when assistive technology is switched on, the folders below the home folder and then all others are
+  searched, for at most 0.7 s, for one with the title's name that the file manager's process watches.
+- thunar with its path bar instead of the entry opens a new window, and so does every file manager that
+  is not one of these six.
+"""
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser()
+    parser.add_argument("driver")
+    parser.add_argument("--table")
+    parser.add_argument("managers", nargs="*", default=list(MANAGERS))
+    options = parser.parse_args()
+    DRIVER = os.path.abspath(options.driver)
+    suite = unittest.TestSuite()
+    for name in options.managers or MANAGERS:
+        case = type(name, (FileManager, unittest.TestCase), {"manager": name})
+        suite.addTests(unittest.defaultTestLoader.loadTestsFromTestCase(case))
+    result = unittest.TextTestRunner(verbosity=2).run(suite)
+    if options.table and result.wasSuccessful():
+        pathlib.Path(options.table).write_text(page())
+    sys.exit(not result.wasSuccessful())
