@@ -4,11 +4,13 @@
 #include "ctl/FindCommand.h"
 #include "ctl/MatchCommand.h"
 #include "ctl/Output.h"
+#include "ctl/WatchCommand.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -19,17 +21,51 @@ namespace {
 
 /// A whole number of at least least. The library's own reading takes hexadecimal digits and lets
 /// numbers wrap round.
-void addNumber(CLI::App &command, const std::string &option, std::size_t &value, std::size_t least,
+template <typename Number>
+void addNumber(CLI::App &command, const std::string &option, Number &value, std::size_t least,
                const std::string &help)
 {
     const auto read = [&value, least, option](const std::string &text) {
+        std::size_t number = 0;
         const char *end = text.data() + text.size();
-        const auto [rest, error] = std::from_chars(text.data(), end, value);
-        if (error != std::errc() || rest != end || value < least)
+        const auto [rest, error] = std::from_chars(text.data(), end, number);
+        if (error != std::errc() || rest != end || number < least)
             throw CLI::ValidationError(option, "not a whole number of " + std::to_string(least) +
                                                    " or more: " + text);
+        value = number;
     };
     command.add_option_function<std::string>(option, read, help)->type_name("N");
+}
+
+/// A time of zero seconds or more, up to days.
+void addSeconds(CLI::App &command, const std::string &option,
+                const std::function<void(double seconds)> &set, const std::string &help)
+{
+    const auto read = [set, option](const std::string &text) {
+        double seconds = 0;
+        const char *end = text.data() + text.size();
+        const auto [rest, error] = std::from_chars(text.data(), end, seconds);
+        constexpr double MOST = 1e6;
+        if (error != std::errc() || rest != end || !(seconds >= 0 && seconds <= MOST))
+            throw CLI::ValidationError(option, "not a time in seconds: " + text);
+        set(seconds);
+    };
+    command.add_option_function<std::string>(option, read, help)->type_name("S");
+}
+
+std::chrono::milliseconds wholeMilliseconds(double seconds)
+{
+    return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
+}
+
+/// One place for each argument there can be: a list would take a folder named [a,b] apart.
+void addFolders(CLI::App &command, int argc, std::vector<std::string> &folders,
+                const std::string &help)
+{
+    const auto take = [&folders](const std::string &folder) { folders.push_back(folder); };
+    command.add_option_function<std::string>("DIR", take, help)->required()->type_name("");
+    for (int i = 1; i < argc; ++i)
+        command.add_option_function<std::string>("DIR" + std::to_string(i), take)->group("");
 }
 
 /// Leaves out of the usage line what is in no group, as it is left out below.
@@ -89,14 +125,26 @@ void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, std::function<int(Ou
     addNumber(*command, "--threads", crawl.threads, 1, "Share the work between N threads (2)");
     command->add_flag("-0", crawl.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--stats", crawl.stats, "Print numbers to standard error");
-    // One place for each argument there can be: a list would take a folder named [a,b] apart.
-    const auto take = [&](const std::string &folder) { crawl.folders.push_back(folder); };
-    command->add_option_function<std::string>("DIR", take, "Folder to crawl; may be repeated")
-        ->required()
-        ->type_name("");
-    for (int i = 1; i < argc; ++i)
-        command->add_option_function<std::string>("DIR" + std::to_string(i), take)->group("");
+    addFolders(*command, argc, crawl.folders, "Folder to crawl; may be repeated");
     command->final_callback([&] { chosen = [&](Output &output) { return crawl.run(output); }; });
+}
+
+void addWatch(CLI::App &app, int argc, WatchCommand &watch, std::function<int(Output &)> &chosen)
+{
+    CLI::App *command = app.add_subcommand("watch", "Keep an index current and print it on demand");
+    addSeconds(
+        *command, "--latency", [&](double seconds) { watch.latency = seconds; },
+        "From a change to its report (10)");
+    addSeconds(
+        *command, "--window", [&](double seconds) { watch.window = wholeMilliseconds(seconds); },
+        "From a report to the update (3)");
+    addSeconds(
+        *command, "--sweep", [&](double seconds) { watch.sweep = wholeMilliseconds(seconds); },
+        "Between looks at folders that are not watched (60)");
+    addNumber(*command, "--budget", watch.budget, 0, "Watch at most N folders (half the limit)");
+    command->add_flag("-0", watch.nulSeparated, "End each path with NUL, not a line feed");
+    addFolders(*command, argc, watch.folders, "Folder to watch; may be repeated");
+    command->final_callback([&] { chosen = [&](Output &output) { return watch.run(output); }; });
 }
 
 } // namespace
@@ -128,8 +176,10 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
     FindCommand find;
     addMatch(app, match, chosen);
     CrawlCommand crawl;
+    WatchCommand watch;
     addFind(app, find, chosen);
     addCrawl(app, argc, crawl, chosen);
+    addWatch(app, argc, watch, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &request) {

@@ -4,6 +4,7 @@
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"
 #include "ctl/ReadOnlySettings.h"
+#include "ctl/ReadableFolders.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 #include "matching/RecentAccessScore.h"
@@ -53,24 +54,6 @@ void print(const std::vector<FuzzyMatchResult> &results, const FindCommand &how,
     if (how.json)
         output.write(QJsonDocument(rows).toJson(QJsonDocument::Compact).toStdString() +
                      (how.nulSeparated ? '\0' : '\n'));
-}
-
-/// The folders to crawl instead of those in the settings; sets failed where one cannot be read.
-std::vector<std::string> readableFolders(const std::vector<std::string> &typed, bool &failed)
-{
-    const StatxFolderIdentity disk;
-    const PatientFolderIdentity identity(disk);
-    std::vector<std::string> folders;
-    for (const std::string &name : typed) {
-        std::string path = absolutePath(name);
-        if (identity.isFolder(path) && identity.isReadable(path)) {
-            folders.push_back(std::move(path));
-        } else {
-            complain(name + ": is no folder that can be read");
-            failed = true;
-        }
-    }
-    return folders;
 }
 
 } // namespace

@@ -2,9 +2,10 @@
 //
 //   CommandLine    reads the arguments and chooses the command
 //   MatchCommand   ranks paths from standard input        (RecordReader reads them)
-//   FindCommand    crawls folders and searches them       (ReadOnlySettings says which)
-//   CrawlCommand   crawls folders and prints what would be indexed
-//   Output         standard output, which scripts read; everything else goes to standard error
+//   FindCommand    crawls folders and searches them       (ReadableFolders, ReadOnlySettings say
+//   which) CrawlCommand   crawls folders and prints what would be indexed WatchCommand   keeps an
+//   index of folders current and prints it Output         standard output, which scripts read;
+//   everything else goes to standard error
 
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"

@@ -1,0 +1,100 @@
+#include "ctl/WatchCommand.h"
+
+#include "core/SearchBase.h"
+#include "ctl/CommandLine.h"
+#include "ctl/Output.h"
+#include "ctl/ReadOnlySettings.h"
+#include "ctl/ReadableFolders.h"
+#include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseLogger.h"
+#include "platform/InlineTaskQueue.h"
+#include "platform/PatientFolders.h"
+#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/SerialTaskQueue.h"
+#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/watching/InotifyEventService.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+
+namespace quillon {
+
+namespace {
+
+/// How long a disk that does not answer may hold up the end of the program.
+constexpr std::chrono::seconds PATIENCE_AT_THE_END(5);
+
+/// Paths are told one a line; a line is written at once, since others wait for it.
+void tell(const std::string &path)
+{
+    const std::string line = path + "\n";
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+/// Prints every path, ascending by bytes, and a dot.
+bool print(const FuzzyMatch &matcher, char end, Output &output)
+{
+    std::vector<std::string> paths;
+    for (const FuzzyMatchResult &match : matcher.match("", matcher.count()))
+        paths.push_back(match.text());
+    std::ranges::sort(paths);
+    for (const std::string &path : paths) {
+        output.write(path);
+        output.write({&end, 1});
+    }
+    output.write(".");
+    output.write({&end, 1});
+    return output.finish();
+}
+
+} // namespace
+
+int WatchCommand::run(Output &output) const
+{
+    JsonDefaultsStore user(standardDefaultsPath());
+    ReadOnlySettings settings(user);
+    const StatxFolderIdentity disk;
+    const PatientFolderIdentity identity(disk);
+    SearchBaseFinder finder(settings, identity, stderr);
+    bool failed = false;
+    settings.includeOnly(readableFolders(folders, failed));
+
+    FuzzyMatch matcher(nullptr);
+    PosixFolderLister lister;
+    SearchBaseLogger logger(settings, stderr);
+    InlineTaskQueue mainQueue;
+    SerialTaskQueue eventQueue("org.quillon.Quillon.sbw-fs-events");
+    InotifyOptions options;
+    options.watchBudget = budget;
+    options.sweepInterval = sweep;
+    InotifyEventService events(std::move(options));
+    SearchBase searchBase(nullptr, finder, matcher,
+                          {.folderLister = lister,
+                           .logger = logger,
+                           .mainQueue = mainQueue,
+                           .watching = {{.events = events,
+                                         .eventQueue = eventQueue,
+                                         .latency = latency,
+                                         .coalesceDelay = window}},
+                           .onReport = tell});
+    searchBase.build([](const std::string &line) {
+        if (line.starts_with("Enumerator error "))
+            complain(line);
+    });
+    bool written = true;
+    for (std::string line; written && !output.isClosed() && std::getline(std::cin, line);) {
+        if (line == "settle")
+            searchBase.settle();
+        else if (!line.empty())
+            complain("watch: not understood: " + line);
+        if (line == "settle" || line.empty())
+            written = print(matcher, nulSeparated ? '\0' : '\n', output);
+    }
+    searchBase.reset();
+    eventQueue.finish(PATIENCE_AT_THE_END);
+    return written && !failed ? SUCCESS : FAILURE;
+}
+
+} // namespace quillon

@@ -1,0 +1,291 @@
+// Changes a real tree at random while the real program watches it, and compares what it then holds
+// with what a crawl finds. QUILLON_WATCH_RUNS says how often, each time from another seed.
+
+#include "platform/Require.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <spawn.h>
+
+namespace quillon {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+/// The program in a session of its own, at the other end of two pipes. Ends with its input. What it
+/// says on standard error comes into a file named as the command.
+class Program
+{
+public:
+    Program(const TemporaryFolder &session, Lines arguments)
+    {
+        std::array<int, 2> input{};
+        std::array<int, 2> output{};
+        require(::pipe2(input.data(), O_CLOEXEC) == 0 && ::pipe2(output.data(), O_CLOEXEC) == 0,
+                "pipes can be made");
+        posix_spawn_file_actions_t actions;
+        ::posix_spawn_file_actions_init(&actions);
+        ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
+        ::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
+        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO,
+                                           session.path(arguments[0]).c_str(),
+                                           O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        arguments.insert(arguments.begin(), QUILLONCTL);
+        Lines environment = {"HOME=" + session.path(), "XDG_CONFIG_HOME=" + session.path("config"),
+                             "XDG_RUNTIME_DIR=" + session.path()};
+        require(::posix_spawn(&process_, QUILLONCTL, &actions, nullptr, pointers(arguments).data(),
+                              pointers(environment).data()) == 0,
+                "the program can be started");
+        ::posix_spawn_file_actions_destroy(&actions);
+        ::close(input[0]);
+        ::close(output[1]);
+        to_ = ::fdopen(input[1], "w");
+        from_ = ::fdopen(output[0], "r");
+    }
+    Program(const Program &) = delete;
+    Program &operator=(const Program &) = delete;
+    ~Program() { finish(); }
+
+    /// The records up to a dot, or to the end.
+    Lines ask(const std::string &line)
+    {
+        std::fputs((line + "\n").c_str(), to_);
+        std::fflush(to_);
+        return read();
+    }
+    Lines read()
+    {
+        Lines lines;
+        std::string line;
+        for (int byte = std::fgetc(from_); byte != EOF; byte = std::fgetc(from_)) {
+            if (byte != '\0') {
+                line += static_cast<char>(byte);
+            } else if (line == ".") {
+                break;
+            } else {
+                lines.push_back(std::exchange(line, {}));
+            }
+        }
+        return lines;
+    }
+    /// The exit status.
+    int finish()
+    {
+        if (to_ == nullptr)
+            return status_;
+        std::fclose(std::exchange(to_, nullptr));
+        int status = 0;
+        ::waitpid(process_, &status, 0);
+        std::fclose(from_);
+        return status_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+private:
+    static std::vector<char *> pointers(Lines &texts)
+    {
+        std::vector<char *> all;
+        for (std::string &text : texts)
+            all.push_back(text.data());
+        all.push_back(nullptr);
+        return all;
+    }
+
+    pid_t process_ = -1;
+    std::FILE *to_ = nullptr;
+    std::FILE *from_ = nullptr;
+    int status_ = -1;
+};
+
+/// Random operations on a tree, some of which reach out of it. Failures belong to it: whatever is
+/// on the disk afterwards counts.
+class Changes
+{
+public:
+    Changes(fs::path root, fs::path outside, unsigned seed)
+        : root_(std::move(root)), outside_(std::move(outside)), random_(seed)
+    {}
+
+    void make(int count)
+    {
+        for (int i = 0; i < count; ++i)
+            makeOne();
+    }
+
+private:
+    int number(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
+    std::string name()
+    {
+        static const Lines NAMES = {"a", "b",  "c",       "d",     "e",     ".h",    "node_modules",
+                                    "f", "a2", "\n \xff", "x.app", "p.txt", "q.txt", "r.dat"};
+        return NAMES.at(static_cast<std::size_t>(number(static_cast<int>(NAMES.size()))));
+    }
+    fs::path place()
+    {
+        fs::path path = root_;
+        for (int depth = number(5) + 1; depth > 0; --depth)
+            path /= name();
+        return path;
+    }
+    /// Leaves large trees alone: copied again and again they would grow without end.
+    static void copy(const fs::path &from, const fs::path &to)
+    {
+        std::error_code error;
+        const auto size = std::distance(fs::recursive_directory_iterator(from, error), {});
+        if (!error && size < 50 && !to.string().starts_with(from.string()))
+            fs::copy(from, to, fs::copy_options::recursive, error);
+    }
+    void makeOne()
+    {
+        std::error_code error;
+        const fs::path path = place();
+        switch (number(12)) {
+        case 0:
+        case 1:
+        case 2:
+        case 3:
+            fs::create_directories(path, error);
+            break;
+        case 4:
+            fs::remove_all(path, error);
+            break;
+        case 5:
+            fs::rename(path, place(), error);
+            break;
+        case 6:
+            fs::rename(path, outside_ / std::to_string(number(5)), error);
+            break;
+        case 7:
+            fs::rename(outside_ / std::to_string(number(5)), path, error);
+            break;
+        case 8:
+            ::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, place().c_str(), RENAME_EXCHANGE);
+            break;
+        case 9:
+            copy(path, place());
+            break;
+        case 10:
+            std::ofstream(path) << "text";
+            break;
+        case 11: // replaced by a link
+            fs::remove_all(path, error);
+            fs::create_symlink(outside_, path, error);
+            break;
+        default:
+            break;
+        }
+    }
+
+    const fs::path root_;
+    const fs::path outside_;
+    std::mt19937 random_;
+};
+
+int runs()
+{
+    const char *wanted = std::getenv("QUILLON_WATCH_RUNS");
+    return wanted == nullptr ? 6 : std::atoi(wanted);
+}
+
+Lines without(const Lines &all, const Lines &some)
+{
+    Lines rest;
+    std::ranges::set_difference(all, some, std::back_inserter(rest));
+    return rest;
+}
+
+class WatchedTree
+{
+public:
+    WatchedTree()
+    {
+        session_.writeFile("config/quillon/quillon.json", R"({"include-file-patterns": ["txt"]})");
+        disk_.makeFolder("root");
+        disk_.makeFolder("outside");
+    }
+
+    Lines crawled() const
+    {
+        Lines lines = Program(session_, {"crawl", "-0", "--ext", "txt", disk_.path("root")}).read();
+        std::ranges::sort(lines);
+        return lines;
+    }
+    Lines watchArguments(const Lines &options) const
+    {
+        Lines arguments = {"watch", "-0", "--latency", "0.02", "--window", "0.02"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        arguments.push_back(disk_.path("root"));
+        return arguments;
+    }
+    const TemporaryFolder &session() const { return session_; }
+    const TemporaryFolder &disk() const { return disk_; }
+
+private:
+    const TemporaryFolder session_;
+    const TemporaryFolder disk_;
+};
+
+TEST(Watch, holdsWhatACrawlFindsAfterRandomChanges)
+{
+    const std::vector<Lines> options = {{}, {"--budget", "10", "--sweep", "0.05"}};
+
+    for (int seed = 1; seed <= runs(); ++seed) {
+        const WatchedTree tree;
+        Changes changes(tree.disk().path("root"), tree.disk().path("outside"),
+                        static_cast<unsigned>(seed));
+        changes.make(200);
+        Program watch(tree.session(),
+                      tree.watchArguments(options.at(static_cast<std::size_t>(seed) % 2)));
+        // While the build runs, too.
+        changes.make(100);
+        for (int round = 0; round < 4; ++round) {
+            const Lines held = watch.ask("settle");
+            const Lines found = tree.crawled();
+            ASSERT_TRUE(held == found)
+                << "seed " << seed << " round " << round
+                << "\nstale: " << testing::PrintToString(without(held, found))
+                << "\nmissing: " << testing::PrintToString(without(found, held)) << "\ntold:\n"
+                << tree.session().readFile("watch");
+            changes.make(300);
+        }
+        ASSERT_EQ(watch.finish(), 0) << tree.session().readFile("watch");
+    }
+}
+
+TEST(Watch, tellsEachChangeOnceAndAnswersEveryLine)
+{
+    const WatchedTree tree;
+    const std::string root = tree.disk().path("root");
+    Program watch(tree.session(), tree.watchArguments({}));
+    EXPECT_EQ(watch.ask(""), Lines{root});
+    const std::string fresh = tree.disk().makeFolder("root/fresh");
+    tree.disk().makeFolder("root/fresh/below");
+    const std::string file = tree.disk().writeFile("root/a.txt");
+    const Lines expected = {root, file, fresh, fresh + "/below"};
+    EXPECT_EQ(watch.ask("settle"), expected);
+    EXPECT_EQ(watch.ask(""), expected);
+    EXPECT_EQ(watch.finish(), 0);
+    EXPECT_EQ(tree.session().readFile("watch"), file + "\n" + fresh + "\n");
+}
+
+} // namespace
+
+} // namespace quillon
