@@ -36,6 +36,7 @@ AppDelegate::AppDelegate()
     : backgroundQueue_(std::max(FEWEST_BACKGROUND_THREADS, QThread::idealThreadCount())),
       iconQueue_(1),
       actionQueue_(1),
+      eventQueue_("org.quillon.Quillon.sbw-fs-events"),
       defaults_(standardDefaultsPath()),
       defaultsChanges_(standardDefaultsPath()),
       preferences_(defaults_),
@@ -48,9 +49,11 @@ AppDelegate::AppDelegate()
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
       searchBaseFinder_(defaults_, folderIdentity_),
       searchBaseLogger_(defaults_),
-      searchBase_(
-          nullptr, searchBaseFinder_, searchBaseFuzzyMatch_,
-          {.folderLister = folderLister_, .logger = searchBaseLogger_, .mainQueue = mainQueue_}),
+      searchBase_(nullptr, searchBaseFinder_, searchBaseFuzzyMatch_,
+                  {.folderLister = folderLister_,
+                   .logger = searchBaseLogger_,
+                   .mainQueue = mainQueue_,
+                   .watching = {{.events = eventService_, .eventQueue = eventQueue_}}}),
       source_(searchBase_, searchBaseFinder_, backgroundQueue_, mainQueue_),
       appleScriptRunner_(fileManager_),
       actionModelFinder_(defaults_),
@@ -93,10 +96,12 @@ AppDelegate::~AppDelegate()
     // so a thread that hangs on a dead file system is left behind with the process.
     source_.stop();
     mainQueue_.close();
-    for (PoolTaskQueue *queue : {&backgroundQueue_, &actionQueue_, &iconQueue_}) {
-        if (!queue->finish(PATIENCE_AT_THE_END))
-            std::_Exit(EXIT_SUCCESS);
-    }
+    searchBase_.reset(); // ends an update that is under way
+    bool haveEnded = eventQueue_.finish(PATIENCE_AT_THE_END);
+    for (PoolTaskQueue *queue : {&backgroundQueue_, &actionQueue_, &iconQueue_})
+        haveEnded = haveEnded && queue->finish(PATIENCE_AT_THE_END);
+    if (!haveEnded)
+        std::_Exit(EXIT_SUCCESS);
 }
 
 void AppDelegate::bindShortcut()

@@ -20,10 +20,12 @@
 #include "platform/linux/PosixFolderLister.h"
 #include "platform/linux/QtClipboard.h"
 #include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/SerialTaskQueue.h"
 #include "platform/linux/SettingsFileChanges.h"
 #include "platform/linux/StatxFolderIdentity.h"
 #include "platform/linux/X11WindowSystem.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
+#include "platform/linux/watching/InotifyEventService.h"
 #include "prefs/Preferences.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
@@ -62,6 +64,7 @@ private:
     PoolTaskQueue backgroundQueue_;
     PoolTaskQueue iconQueue_;
     PoolTaskQueue actionQueue_;
+    SerialTaskQueue eventQueue_;
 
     JsonDefaultsStore defaults_;
     SettingsFileChanges defaultsChanges_;
@@ -72,6 +75,7 @@ private:
     DesktopFileManager fileManager_;
     PosixFolderLister diskLister_;
     PatientFolderLister folderLister_;
+    InotifyEventService eventService_;
     StatxFolderIdentity diskIdentity_;
     PatientFolderIdentity folderIdentity_;
     X11WindowSystem windowSystem_;

@@ -2,7 +2,7 @@
 //
 //   platform/          services of the desktop, abstract; platform/linux/ implements them
 //   prefs/             typed settings over the defaults store, bookmarks of the folders to search
-//   indexing/          what is indexed (SearchBaseFinder), what is skipped, the crawl
+//   indexing/          what is indexed (SearchBaseFinder), what is skipped, the crawl, the watcher
 //   matching/          the tree of all paths, fuzzy scores and ranking, use counts
 //   core/              SearchBase: the index that ties the three above together
 //   actions/           the user's actions: what Return does with the chosen row
@@ -25,6 +25,9 @@
 // Return: LightningSearchViewController counts the use (RecentAccessScore), takes the action that
 // is bound to the keys held (ActionModelFinder), has the window hidden and hands both to
 // ActionRunner, which asks FileManager, Workspace or ProcessRunner on a queue of its own.
+//
+// A change on the disk: FSEventStream (platform/linux/watching/) -> SearchBaseWatcher on the event
+// queue (Coalesce, 3 s) -> SearchBase::update, which crawls there and applies on the main queue.
 
 #include "app/AppDelegate.h"
 #include "platform/linux/BusRemoteControl.h"

@@ -202,7 +202,7 @@ private:
 int runs()
 {
     const char *wanted = std::getenv("QUILLON_WATCH_RUNS");
-    return wanted == nullptr ? 6 : std::atoi(wanted);
+    return wanted == nullptr ? 4 : std::atoi(wanted);
 }
 
 Lines without(const Lines &all, const Lines &some)
