@@ -23,8 +23,8 @@ std::vector<Application> applicationsFor(const std::string &path,
 {
     std::vector<Application> applications = launcher.applications();
     const std::string first = workspace.applicationToOpen(path);
-    std::ranges::stable_partition(applications,
-                                  [&first](const Application &each) { return each.id == first; });
+    std::stable_partition(applications.begin(), applications.end(),
+                          [&first](const Application &each) { return each.id == first; });
     return applications;
 }
 
