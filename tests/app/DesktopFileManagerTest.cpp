@@ -1,0 +1,184 @@
+#include "platform/linux/filemanagers/DesktopFileManager.h"
+
+#include "platform/linux/filemanagers/FolderItems.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QTest>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+/// A file manager as far as the bus sees it.
+class FakeManager : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    enum class Manner
+    {
+        answers,
+        hangs
+    };
+
+    explicit FakeManager(const QString &name, Manner manner = Manner::answers)
+        : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)), manner_(manner)
+    {
+        bus_.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), this,
+                            QDBusConnection::ExportAllSlots);
+        bus_.registerService(name);
+    }
+    ~FakeManager() override { QDBusConnection::disconnectFromBus(bus_.name()); }
+
+    std::vector<std::string> selected;
+
+public Q_SLOTS:
+    void ShowItems(const QStringList &uris,
+                   const QString &) // NOLINT(readability-identifier-naming)
+    {
+        for (const QString &uri : uris)
+            selected.push_back(uri.toStdString());
+        setDelayedReply(manner_ == Manner::hangs);
+    }
+
+private:
+    QDBusConnection bus_;
+    Manner manner_;
+};
+
+namespace {
+
+const QString OWN_NAME = QStringLiteral("org.xfce.Thunar");
+const QString SHARED_NAME = QStringLiteral("org.freedesktop.FileManager1");
+
+/// A desktop without windows, whose file manager is a script that writes down how it is started.
+class DesktopFileManagerTest : public testing::Test
+{
+protected:
+    DesktopFileManagerTest()
+    {
+        const std::string script =
+            home_.writeFile("bin/thunar", "#!/bin/sh\nprintf '%s\\n' \"$*\" >>\"$HOME/started\"\n");
+        std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+        home_.writeFile("data/applications/thunar.desktop",
+                        "[Desktop Entry]\nType=Application\nName=Files\nExec=thunar %U\n"
+                        "Categories=FileManager;\nMimeType=inode/directory;\n");
+        home_.writeFile("data/applications/editor.desktop",
+                        "[Desktop Entry]\nType=Application\nName=Editor\nExec=true %U\n"
+                        "MimeType=inode/directory;\n");
+        home_.writeFile("config/mimeapps.list",
+                        "[Default Applications]\ninode/directory=editor.desktop\n"
+                        "[Added Associations]\ninode/directory=editor.desktop;thunar.desktop;\n");
+        const QByteArray path =
+            QByteArray::fromStdString(home_.path("bin")) + ':' + qgetenv("PATH");
+        qputenv("PATH", path);
+        qputenv("HOME", QByteArray::fromStdString(home_.path()));
+        qputenv("XDG_DATA_HOME", QByteArray::fromStdString(home_.path("data")));
+        qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(home_.path("config")));
+        qputenv("XDG_DATA_DIRS", "/nonexistent");
+        qunsetenv("DISPLAY");
+    }
+
+    /// Runs the call on a thread of its own, as the program does; the bus is served meanwhile.
+    bool run(const std::function<bool(DesktopFileManager &)> &call)
+    {
+        bool answer = false;
+        const std::unique_ptr<QThread> thread(QThread::create([&] {
+            DesktopFileManager manager([] { return std::optional<std::string>("thunar"); });
+            answer = call(manager);
+        }));
+        thread->start();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return thread->isFinished(); }, 60000));
+        return answer;
+    }
+
+    /// The arguments of each start.
+    std::string started()
+    {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !home_.readFile("started").empty(); }, 20000));
+        return home_.readFile("started");
+    }
+
+    TemporaryFolder home_;
+};
+
+TEST_F(DesktopFileManagerTest, asksTheUsersManagerThoughAnotherOneOwnsTheSharedName)
+{
+    FakeManager other(SHARED_NAME);
+    FakeManager own(OWN_NAME);
+    const std::string item = home_.makeFolder("a b/it's \"100%\" \xff\n\xc3\xbc");
+    EXPECT_TRUE(run([&](auto &manager) { return manager.select(item, home_.path("a b")); }));
+    EXPECT_THAT(other.selected, IsEmpty());
+    EXPECT_THAT(own.selected, ElementsAre("file://" + home_.path("a%20b/it's%20%22100%25%22%20%FF"
+                                                                 "%0A%C3%BC")));
+}
+
+TEST_F(DesktopFileManagerTest, turnsToTheCommandWhenTheManagerHangs)
+{
+    FakeManager hanging(OWN_NAME, FakeManager::Manner::hangs);
+    const std::string item = home_.makeFolder("folder/item");
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(run([&](auto &manager) { return manager.select(item, home_.path("folder")); }));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 30s)
+        << "the bus alone would wait 25 s a call";
+    EXPECT_THAT(started(), HasSubstr(home_.path("folder") + "\n"));
+}
+
+TEST_F(DesktopFileManagerTest, opensFoldersWithoutABus)
+{
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    const std::string folder = home_.makeFolder("two\nlines \xff");
+    DesktopFileManager manager([] { return std::optional<std::string>("thunar.desktop"); });
+    EXPECT_TRUE(manager.openInFrontWindow(folder)) << "in a new window: there are none";
+    EXPECT_EQ(started(), folder + "\n");
+    EXPECT_FALSE(manager.openNewWindow(home_.path("gone")));
+    EXPECT_FALSE(manager.select(home_.path("gone"), home_.path()));
+    manager.noteFrontWindow();
+    EXPECT_FALSE(manager.isFrontmost());
+    EXPECT_THAT(manager.frontWindowItems(), IsEmpty());
+}
+
+TEST_F(DesktopFileManagerTest, takesNoEditorForAFileManager)
+{
+    std::optional<std::string> choice;
+    const DesktopFileManager manager([&choice] { return choice; });
+    EXPECT_EQ(manager.application(), "thunar.desktop") << "though the editor is the default";
+    choice = "editor";
+    EXPECT_EQ(manager.application(), "editor.desktop") << "the user says so";
+    choice = "not-installed.desktop";
+    EXPECT_EQ(manager.application(), "thunar.desktop");
+}
+
+TEST_F(DesktopFileManagerTest, listsWhatAFolderShows)
+{
+    home_.makeFolder("tree/folder");
+    home_.makeFolder("tree/.hidden");
+    home_.writeFile("tree/file\n\xff");
+    std::filesystem::create_symlink("folder", home_.path("tree/link"));
+    std::filesystem::create_symlink("nowhere", home_.path("tree/dangling"));
+    EXPECT_THAT(folderItems(home_.path("tree")),
+                UnorderedElementsAre(home_.path("tree/folder/"), home_.path("tree/link/"),
+                                     home_.path("tree/file\n\xff"), home_.path("tree/dangling")));
+    EXPECT_THAT(folderItems(home_.path("gone")), IsEmpty());
+}
+
+} // namespace
+
+} // namespace quillon
+
+#include "DesktopFileManagerTest.moc"
