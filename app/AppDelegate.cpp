@@ -115,14 +115,17 @@ void AppDelegate::perform(const std::string &action)
     if (action == "quit")
         terminate();
     else if (action == "toggle" && searchWindow_.isVisible())
-        closeSearchWindow();
+        closeSearchWindow(Closing::dismissed);
     else
         searchWindow_.present();
 }
 
-void AppDelegate::closeSearchWindow()
+void AppDelegate::closeSearchWindow(Closing closing)
 {
-    searchWindow_.hide();
+    if (closing == Closing::dismissed)
+        searchWindow_.dismiss();
+    else
+        searchWindow_.hide();
 }
 
 void AppDelegate::terminate()

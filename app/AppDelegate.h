@@ -51,7 +51,7 @@ public:
     /// Carries out "toggle", "show" or "quit".
     void perform(const std::string &action);
 
-    void closeSearchWindow() override;
+    void closeSearchWindow(Closing closing) override;
     void terminate() override;
 
 protected:

@@ -196,7 +196,7 @@ bool LightningSearchViewController::handleKey(const QKeyEvent &event)
         confirm({});
         return true;
     case Qt::Key_Escape:
-        delegate_.closeSearchWindow();
+        delegate_.closeSearchWindow(SearchPanelDelegate::Closing::dismissed);
         return true;
     case Qt::Key_Down:
         selectBy(1);
@@ -266,7 +266,7 @@ void LightningSearchViewController::open(const SearchBaseResultRef &result,
     const auto action = actions_.list.actionFor(flags);
     if (!action)
         return;
-    delegate_.closeSearchWindow();
+    delegate_.closeSearchWindow(SearchPanelDelegate::Closing::forAction);
     actions_.runner.runAction(*action, result);
 }
 

@@ -32,7 +32,13 @@ public:
     SearchPanelDelegate(const SearchPanelDelegate &) = delete;
     SearchPanelDelegate &operator=(const SearchPanelDelegate &) = delete;
 
-    virtual void closeSearchWindow() = 0;
+    enum class Closing
+    {
+        dismissed,
+        /// Another window is about to come up.
+        forAction
+    };
+    virtual void closeSearchWindow(Closing closing) = 0;
     virtual void terminate() = 0;
 };
 

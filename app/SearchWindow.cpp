@@ -54,6 +54,7 @@ SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
 void SearchWindow::present()
 {
     if (!isVisible()) {
+        previousWindow_ = windowSystem_.activeWindow();
         fitToCompositing();
         placeOnScreenWithPointer();
         // Window managers forget it each time that the window goes.
@@ -70,6 +71,15 @@ void SearchWindow::present()
         QApplication::setActiveWindow(this);
         QT_WARNING_POP
     }
+}
+
+void SearchWindow::dismiss()
+{
+    // Whoever took the keyboard away meanwhile keeps it.
+    const bool hasKeyboard = isActiveWindow();
+    hide();
+    if (hasKeyboard)
+        windowSystem_.activate(previousWindow_);
 }
 
 void SearchWindow::hideWithoutFocus()
@@ -136,7 +146,7 @@ void SearchWindow::mousePressEvent(QMouseEvent *event)
 {
     // The shadow looks like a place outside the panel, so a click there dismisses it, too.
     if (!panelRect().contains(event->pos()))
-        hide();
+        dismiss();
 }
 
 void SearchWindow::paintEvent(QPaintEvent *)

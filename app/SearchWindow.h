@@ -3,6 +3,8 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
+#include <cstdint>
+
 namespace quillon {
 
 class IconSource;
@@ -23,6 +25,9 @@ public:
 
     /// Brings the panel up on the screen with the pointer and gives it the keyboard.
     void present();
+    /// Hides the panel and gives the keyboard back to the window that had it. Where another window
+    /// is about to come up, hide() does not get in its way.
+    void dismiss();
 
 Q_SIGNALS:
     /// It was shown and now has the keyboard.
@@ -46,6 +51,8 @@ private:
 
     SearchPanelView *view_;
     WindowSystem &windowSystem_;
+    /// Had the keyboard before the panel came up.
+    std::uintptr_t previousWindow_ = 0;
     /// Since it was last brought up.
     QElapsedTimer presented_;
 };

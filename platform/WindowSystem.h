@@ -18,6 +18,12 @@ public:
     virtual void keepOutOfTaskbar(std::uintptr_t window) = 0;
     /// True when translucent windows are blended with what is below them.
     virtual bool isComposited() const = 0;
+
+    /// The window that has the keyboard, of whichever program; 0 when there is none or the system
+    /// does not tell.
+    virtual std::uintptr_t activeWindow() const = 0;
+    /// Asks for the keyboard for a window that activeWindow() told. Nothing happens when it has gone.
+    virtual void activate(std::uintptr_t window) = 0;
 };
 
 } // namespace quillon

@@ -58,4 +58,14 @@ bool X11WindowSystem::isComposited() const
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
+std::uintptr_t X11WindowSystem::activeWindow() const
+{
+    return windows_.activeId();
+}
+
+void X11WindowSystem::activate(std::uintptr_t window)
+{
+    windows_.activate(static_cast<std::uint32_t>(window));
+}
+
 } // namespace quillon

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/WindowSystem.h"
+#include "platform/linux/filemanagers/X11Windows.h"
 
 namespace quillon {
 
@@ -10,6 +11,11 @@ class X11WindowSystem : public WindowSystem
 public:
     void keepOutOfTaskbar(std::uintptr_t window) override;
     bool isComposited() const override;
+    std::uintptr_t activeWindow() const override;
+    void activate(std::uintptr_t window) override;
+
+private:
+    const X11Windows windows_;
 };
 
 } // namespace quillon

@@ -68,7 +68,7 @@ class FakeDelegate : public SearchPanelDelegate
 public:
     int closed = 0;
     int terminated = 0;
-    void closeSearchWindow() override { ++closed; }
+    void closeSearchWindow(Closing) override { ++closed; }
     void terminate() override { ++terminated; }
 };
 

@@ -69,6 +69,10 @@ class PanelTest(Desktop):
         for atom in ("ABOVE", "SKIP_TASKBAR", "SKIP_PAGER"):
             self.assertIn(atom, state)
 
+        self.press("Escape")
+        eventually("the keyboard back in the other window",
+                   lambda: output("xdotool", "getactivewindow").strip() == message)
+
         quillon.send_signal(signal.SIGTERM)
         self.assertEqual(quillon.wait(PATIENCE), 0)
 
