@@ -22,7 +22,8 @@ public:
     /// The window that has the keyboard, of whichever program; 0 when there is none or the system
     /// does not tell.
     virtual std::uintptr_t activeWindow() const = 0;
-    /// Asks for the keyboard for a window that activeWindow() told. Nothing happens when it has gone.
+    /// Asks for the keyboard for a window that activeWindow() told; nothing happens when it has
+    /// gone.
     virtual void activate(std::uintptr_t window) = 0;
 };
 
