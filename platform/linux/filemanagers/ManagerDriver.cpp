@@ -4,6 +4,7 @@
 #include "platform/linux/FileUri.h"
 #include "platform/linux/filemanagers/WatchedFolders.h"
 
+#include <array>
 #include <filesystem>
 #include <utility>
 
@@ -115,8 +116,11 @@ bool ManagerDriver::selectOnceReady(const std::string &item, Deadline deadline)
         0,
         [&] {
             const auto name = commonName(deadline);
+            const Deadline limit = deadline.atMost(ANSWER_LIMIT);
+            // Asked again because its answer comes late, it would show two windows.
             return name &&
-                   callCommon(*name, "ShowItems", item, deadline, BusConnection::Activation::never);
+                   (callCommon(*name, "ShowItems", item, limit, BusConnection::Activation::never) ||
+                    limit.hasPassed());
         },
         deadline);
 }
