@@ -70,8 +70,8 @@ public:
 
     std::int64_t wallClock() const { return wallClock_(); }
     FSEventStatus status() const;
-    /// Memory that folders take here.
-    std::size_t bytes() const { return bytes_; }
+    /// The number of folders and the memory in bytes that they take here.
+    std::pair<std::size_t, std::size_t> measure() const EXCLUDES(mutex_);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -114,10 +114,9 @@ private:
     std::atomic<std::size_t> watched_ = 0;
     std::atomic<std::size_t> folders_ = 0;
     std::atomic<std::size_t> budget_ = 0;
-    std::atomic<std::size_t> bytes_ = 0;
 
     /// Held by the thread while it works.
-    Mutex mutex_;
+    mutable Mutex mutex_;
     /// Both gone once the thread has ended.
     std::shared_ptr<InotifyQueue> queue_ GUARDED_BY(mutex_);
     std::unique_ptr<WatchCore> core_ GUARDED_BY(mutex_);

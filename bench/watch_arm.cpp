@@ -1,0 +1,104 @@
+// Crawls FOLDER again and again, alone and with each folder armed before it is listed, and tells
+// the medians, their ratio and the memory that the watches take here.
+
+#include "indexing/Crawler.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/watching/FolderWatcher.h"
+#include "platform/linux/watching/InotifyEventStream.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace quillon;
+
+constexpr int ROUNDS = 7;
+
+class NoSink final : public CrawlSink
+{
+public:
+    Token root(const std::string &) override { return 0; }
+    void add(Token, std::span<Entry>) override {}
+};
+
+class EnterAll final : public FSEventItemTest
+{
+public:
+    Folder folder(std::string_view) const override { return Folder::entered; }
+    bool includesFile(std::string_view) const override { return false; }
+    bool isIndexed(std::string_view) const override { return true; }
+};
+
+struct Times
+{
+    std::vector<double> wall;
+    std::vector<double> processor;
+};
+
+void crawl(const std::string &folder, const std::shared_ptr<FSEventArming> &arming, Times &times)
+{
+    PosixFolderLister lister;
+    NoSink sink;
+    Crawler crawler(lister, std::make_shared<const SkipRules>(), {}, arming);
+    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t processorBegin = std::clock();
+    crawler.crawl(folder, {"txt"}, sink);
+    times.processor.push_back(static_cast<double>(std::clock() - processorBegin) / CLOCKS_PER_SEC);
+    times.wall.push_back(
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+}
+
+double median(std::vector<double> times)
+{
+    std::ranges::sort(times);
+    return times[times.size() / 2];
+}
+
+void print(const char *what, const std::vector<double> &alone, const std::vector<double> &armed)
+{
+    std::printf("%s: crawl %.3f s, armed %.3f s, ratio %.2f\n", what, median(alone), median(armed),
+                median(armed) / median(alone));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc != 2) {
+        std::fputs("usage: watch_arm FOLDER\n", stderr);
+        return 2;
+    }
+    InotifyOptions options;
+    options.watchBudget = maxUserWatches() * 9 / 10;
+    Times alone;
+    Times armed;
+    for (int i = 0; i < ROUNDS; ++i) {
+        crawl(argv[1], nullptr, alone);
+        auto watcher = std::make_shared<FolderWatcher>(std::make_shared<EnterAll>(), options,
+                                                       FolderWatcher::Kind::local);
+        if (!watcher->startThread())
+            return 1;
+        auto arming = std::make_shared<InotifyArming>(watcher);
+        crawl(argv[1], arming, armed);
+        const auto [folders, bytes] = watcher->measure();
+        if (i + 1 == ROUNDS)
+            std::printf("%zu folders, %.1f bytes each\n", folders,
+                        static_cast<double>(bytes) / static_cast<double>(folders));
+        // Its thread gives the watches back, which must not fall into the next crawl.
+        const std::weak_ptr<FolderWatcher> ending = watcher;
+        watcher.reset();
+        arming.reset();
+        while (!ending.expired())
+            std::this_thread::yield();
+    }
+    print("wall", alone.wall, armed.wall);
+    print("processor", alone.processor, armed.processor);
+    return 0;
+}
