@@ -69,7 +69,7 @@ Listing listFolder(const std::string &path, bool followsLink,
                O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followsLink ? 0 : O_NOFOLLOW));
     if (!folder)
         return failureOf(errno);
-    thread_local const auto room = std::make_unique<std::byte[]>(ROOM);
+    thread_local auto room = std::make_unique<std::byte[]>(ROOM);
     std::vector<FolderEntry> entries;
     for (;;) {
         const ssize_t size = ::getdents64(folder.get(), room.get(), ROOM);
