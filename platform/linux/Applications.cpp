@@ -114,6 +114,7 @@ bool startProgram(const std::vector<std::string> &arguments, const std::string &
 {
     std::vector<std::string> texts = arguments;
     std::vector<char *> argv;
+    argv.reserve(texts.size() + 1);
     for (std::string &text : texts)
         argv.push_back(text.data());
     argv.push_back(nullptr);
