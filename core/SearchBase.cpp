@@ -170,6 +170,19 @@ std::size_t SearchBase::count() const
     return searchBasePaths_.count();
 }
 
+std::vector<std::string> SearchBase::paths() const
+{
+    std::vector<std::string> paths;
+    {
+        const ReadingIndex reading(searchBasePaths_.lock());
+        paths.reserve(searchBasePaths_.count());
+        searchBasePaths_.paths().forEach(
+            [&paths](std::string_view path) { paths.emplace_back(path); });
+    }
+    std::ranges::sort(paths);
+    return paths;
+}
+
 // Changes
 
 std::stop_token SearchBase::beginAnew()

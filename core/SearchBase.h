@@ -87,6 +87,8 @@ public:
     std::set<std::string> includeFilePatterns() const;
     /// Number of paths indexed.
     std::size_t count() const;
+    /// Every path indexed, ascending by bytes.
+    std::vector<std::string> paths() const;
     /// How the include folders are watched; absent while they are not.
     std::optional<FSEventStatus> watchStatus() const;
     /// Lets every change of the disk so far come into the index. Not called on the event queue nor

@@ -15,7 +15,6 @@
 #include "platform/linux/StatxFolderIdentity.h"
 #include "platform/linux/watching/InotifyEventService.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <iostream>
 
@@ -34,13 +33,9 @@ void tell(const std::string &path)
 }
 
 /// Prints every path, ascending by bytes, and a dot.
-bool print(const FuzzyMatch &matcher, char end, Output &output)
+bool print(const SearchBase &searchBase, char end, Output &output)
 {
-    std::vector<std::string> paths;
-    for (const FuzzyMatchResult &match : matcher.match("", matcher.count()))
-        paths.push_back(match.text());
-    std::ranges::sort(paths);
-    for (const std::string &path : paths) {
+    for (const std::string &path : searchBase.paths()) {
         output.write(path);
         output.write({&end, 1});
     }
@@ -90,7 +85,7 @@ int WatchCommand::run(Output &output) const
         else if (!line.empty())
             complain("watch: not understood: " + line);
         if (line == "settle" || line.empty())
-            written = print(matcher, nulSeparated ? '\0' : '\n', output);
+            written = print(searchBase, nulSeparated ? '\0' : '\n', output);
     }
     searchBase.reset();
     eventQueue.finish(PATIENCE_AT_THE_END);
