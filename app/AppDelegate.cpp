@@ -44,18 +44,24 @@ AppDelegate::AppDelegate()
       folderLister_(diskLister_),
       folderIdentity_(diskIdentity_),
       hotKey_(makeSessionHotKey()),
+      appleEventAccess_(defaults_),
+      appleScriptRunner_(fileManager_),
+      frontFinderSearch_({.appleScriptRunner = appleScriptRunner_,
+                          .fileManager = fileManager_,
+                          .preferences = preferences_,
+                          .background = backgroundQueue_,
+                          .main = mainQueue_}),
       recentAccessScoreDataStore_(defaults_),
       searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
       searchBaseFinder_(defaults_, folderIdentity_),
       searchBaseLogger_(defaults_),
-      searchBase_(nullptr, searchBaseFinder_, searchBaseFuzzyMatch_,
+      searchBase_(&frontFinderSearch_, searchBaseFinder_, searchBaseFuzzyMatch_,
                   {.folderLister = folderLister_,
                    .logger = searchBaseLogger_,
                    .mainQueue = mainQueue_,
                    .watching = {{.events = eventService_, .eventQueue = eventQueue_}}}),
-      source_(searchBase_, searchBaseFinder_, backgroundQueue_, mainQueue_),
-      appleScriptRunner_(fileManager_),
+      source_(searchBase_, searchBaseFinder_, frontFinderSearch_, backgroundQueue_, mainQueue_),
       actionModelFinder_(defaults_),
       actionRunner_({workspace_, fileManager_, clipboard_, processRunner_}, preferences_,
                     appleScriptRunner_, actionQueue_, programsFolder()),
@@ -73,6 +79,8 @@ AppDelegate::AppDelegate()
         settings.replace(0, QDir::homePath().size(), u'~');
     controller.setSettingsPlace(settings);
 
+    connect(&searchWindow_, &SearchWindow::willAppear, this,
+            [this] { fileManager_.noteFrontWindow(); });
     connect(&searchWindow_, &SearchWindow::appeared, &controller,
             &LightningSearchViewController::viewWillAppear);
     connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
@@ -110,10 +118,21 @@ void AppDelegate::bindShortcut()
     shortcutBinder_.start();
 }
 
+void AppDelegate::start(bool isStartedByHand)
+{
+    isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
+    if (isAccessSettled_)
+        source_.startBuilding();
+    if (isStartedByHand)
+        perform("show");
+}
+
 void AppDelegate::perform(const std::string &action)
 {
     if (action == "quit")
         terminate();
+    else if (!isAccessSettled_)
+        startPermissionFlow();
     else if (action == "toggle" && searchWindow_.isVisible())
         closeSearchWindow(Closing::dismissed);
     else
@@ -130,7 +149,27 @@ void AppDelegate::closeSearchWindow(Closing closing)
 
 void AppDelegate::terminate()
 {
-    QApplication::quit();
+    // Unlike quit() this asks no window whether it may be closed.
+    QCoreApplication::exit();
+}
+
+void AppDelegate::startPermissionFlow()
+{
+    if (!appleEventPermissionCoordinator_)
+        appleEventPermissionCoordinator_.emplace(
+            AppleEventPermissionViewController::Services{.access = appleEventAccess_,
+                                                         .appleScriptRunner = appleScriptRunner_,
+                                                         .background = backgroundQueue_,
+                                                         .main = mainQueue_},
+            windowSystem_, *this);
+    appleEventPermissionCoordinator_->show(palette());
+}
+
+void AppDelegate::permissionFinished()
+{
+    isAccessSettled_ = true;
+    source_.startBuilding();
+    searchWindow_.present();
 }
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
@@ -142,10 +181,17 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
+PanelPalette AppDelegate::palette() const
+{
+    return PanelPalette::forDesktop(QApplication::palette(), appearance_.prefersDark());
+}
+
 void AppDelegate::applyPalette()
 {
-    searchWindow_.view().setPanelPalette(
-        PanelPalette::forDesktop(QApplication::palette(), appearance_.prefersDark()));
+    searchWindow_.setFramePalette(palette());
+    searchWindow_.view().setPanelPalette(palette());
+    if (appleEventPermissionCoordinator_)
+        appleEventPermissionCoordinator_->setPanelPalette(palette());
 }
 
 } // namespace quillon

@@ -2,7 +2,10 @@
 
 #include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
+#include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
+#include "actions/FrontFinderSearch.h"
+#include "app/AppleEventPermissionCoordinator.h"
 #include "app/IconSource.h"
 #include "app/LightningSearchViewController.h"
 #include "app/SearchBaseSource.h"
@@ -31,12 +34,13 @@
 #include "shortcut/QLNShortcutMonitor.h"
 
 #include <memory>
+#include <optional>
 
 namespace quillon {
 
 /// Owns the long-lived objects, in the order in which they need each other, and joins them. Lives
 /// as long as the Qt loop runs.
-class AppDelegate : public QObject, public SearchPanelDelegate
+class AppDelegate : public QObject, public SearchPanelDelegate, public AppleEventPermissionDelegate
 {
     Q_OBJECT
 
@@ -44,21 +48,26 @@ public:
     AppDelegate();
     ~AppDelegate() override;
 
-    /// Builds the index in the background; the panel answers meanwhile.
-    void startBuilding() { source_.startBuilding(); }
     /// From here on the stored shortcut toggles the panel.
     void bindShortcut();
-    /// Carries out "toggle", "show" or "quit".
+    /// Builds the index in the background, once the user has been asked about the file manager;
+    /// started by hand also shows what the user sees first.
+    void start(bool isStartedByHand);
+    /// Carries out "toggle", "show" or "quit". While the user is being asked, the former two bring
+    /// the question to the front.
     void perform(const std::string &action);
 
     void closeSearchWindow(Closing closing) override;
     void terminate() override;
+    void permissionFinished() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    PanelPalette palette() const;
     void applyPalette();
+    void startPermissionFlow();
 
     MainTaskQueue mainQueue_;
     PoolTaskQueue backgroundQueue_;
@@ -82,6 +91,10 @@ private:
     PortalAppearance appearance_;
     std::unique_ptr<HotKey> hotKey_;
 
+    AppleEventAccess appleEventAccess_;
+    AppleScriptRunner appleScriptRunner_;
+    FrontFinderSearch frontFinderSearch_;
+
     DefaultsRecentAccessScoreDataStore recentAccessScoreDataStore_;
     RecentAccessScore searchBaseRecentAccessScore_;
     FuzzyMatch searchBaseFuzzyMatch_;
@@ -90,7 +103,6 @@ private:
     SearchBase searchBase_;
     SearchBaseSource source_;
 
-    AppleScriptRunner appleScriptRunner_;
     ActionModelFinder actionModelFinder_;
     ActionRunner actionRunner_;
     IconSource icons_;
@@ -99,6 +111,11 @@ private:
 
     QLNShortcutMonitor shortcutMonitor_;
     QLNShortcutBinder shortcutBinder_;
+
+    /// The user has been asked whether the file manager may be talked to.
+    bool isAccessSettled_ = false;
+    /// Made when it is first needed.
+    std::optional<AppleEventPermissionCoordinator> appleEventPermissionCoordinator_;
 };
 
 } // namespace quillon

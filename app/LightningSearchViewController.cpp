@@ -62,7 +62,10 @@ LightningSearchViewController::LightningSearchViewController(Actions actions, Pa
 {
     spinnerDelay_.setSingleShot(true);
     spinnerDelay_.setInterval(SPINNER_DELAY);
-    connect(&spinnerDelay_, &QTimer::timeout, this, [this] { showSpinner(hasPendingSearch_); });
+    connect(&spinnerDelay_, &QTimer::timeout, this, [this] {
+        isSearchSlow_ = hasPendingSearch_;
+        updateSpinner();
+    });
     stateTimer_.setInterval(STATE_INTERVAL);
     connect(&stateTimer_, &QTimer::timeout, this, [this] { updateState(); });
 
@@ -86,6 +89,7 @@ void LightningSearchViewController::viewWillAppear()
     updateHints();
     searchNow();
     updateState();
+    fetchFrontWindow();
 }
 
 void LightningSearchViewController::windowDidBecomeKey()
@@ -98,6 +102,9 @@ void LightningSearchViewController::viewDidDisappear()
 {
     pendingOpen_.reset();
     stateTimer_.stop();
+    isFetchingFrontWindow_ = false;
+    updateSpinner();
+    source_.forgetFrontWindow();
 }
 
 void LightningSearchViewController::indexChanged()
@@ -134,9 +141,10 @@ void LightningSearchViewController::startSearch(const std::string &query)
     if (!hasPendingSearch_)
         spinnerDelay_.start();
     hasPendingSearch_ = true;
-    queues_.background.post([this, query] {
-        queues_.main.post([this, query, results = source_.search(query)]() mutable {
-            searchFinished(query, std::move(results));
+    queues_.background.post([this, query, number = ++newestSearch_] {
+        queues_.main.post([this, query, number, results = source_.search(query)]() mutable {
+            if (number == newestSearch_)
+                searchFinished(query, std::move(results));
         });
     });
 }
@@ -149,7 +157,8 @@ void LightningSearchViewController::searchFinished(const std::string &query,
         return;
     hasPendingSearch_ = false;
     spinnerDelay_.stop();
-    showSpinner(false);
+    isSearchSlow_ = false;
+    updateSpinner();
 
     // The same question asked again, of a newer index: not below the hands of whoever is choosing.
     const bool isRefresh = isAnswered();
@@ -171,9 +180,22 @@ void LightningSearchViewController::showResults(std::vector<SearchBaseResultRef>
     select(0);
 }
 
-void LightningSearchViewController::showSpinner(bool isSpinning)
+void LightningSearchViewController::fetchFrontWindow()
 {
-    view_.activityIndicator().setSpinning(isSpinning);
+    isFetchingFrontWindow_ = source_.isFrontWindowSearched();
+    updateSpinner();
+    if (!isFetchingFrontWindow_)
+        return;
+    source_.refreshFrontWindow([this] {
+        isFetchingFrontWindow_ = false;
+        updateSpinner();
+        searchNow();
+    });
+}
+
+void LightningSearchViewController::updateSpinner()
+{
+    view_.activityIndicator().setSpinning(isSearchSlow_ || isFetchingFrontWindow_);
 }
 
 // Keyboard

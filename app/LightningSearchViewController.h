@@ -94,7 +94,8 @@ private:
     void startSearch(const std::string &query);
     void searchFinished(const std::string &query, std::vector<SearchBaseResultRef> results);
     void showResults(std::vector<SearchBaseResultRef> results);
-    void showSpinner(bool isSpinning);
+    void fetchFrontWindow();
+    void updateSpinner();
     std::string query() const;
     /// True when the rows are the answer to the text in the field.
     bool isAnswered() const { return answeredQuery_ == query(); }
@@ -119,6 +120,11 @@ private:
     QString settingsPlace_;
 
     bool hasPendingSearch_ = false;
+    /// It has been pending for long enough to say so.
+    bool isSearchSlow_ = false;
+    bool isFetchingFrontWindow_ = false;
+    /// Number of the newest search: one that began earlier may have known less and ends in vain.
+    std::uint64_t newestSearch_ = 0;
     std::optional<std::string> answeredQuery_;
     /// Return came before the answer to the typed text: its first row is opened with these.
     std::optional<ActionShortcutFlags> pendingOpen_;

@@ -3,6 +3,7 @@
 #include "core/SearchBaseResult.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,15 @@ public:
     /// Counts one use of the result's path, saved at once.
     virtual void recordUse(const SearchBaseResultRef &result) = 0;
     virtual State state() const = 0;
+
+    /// Whether searches are to find the items of the file manager window that is in front.
+    virtual bool isFrontWindowSearched() const = 0;
+    /// Has later searches find the items that the window shows now, and calls back when they do;
+    /// never when forgetFrontWindow() comes first.
+    virtual void refreshFrontWindow(std::function<void()> completion) = 0;
+    /// Has later searches find none of them.
+    virtual void forgetFrontWindow() = 0;
+
     /// Makes the user's home folder the folder to index.
     virtual void addHomeFolder() = 0;
 };

@@ -1,16 +1,24 @@
 #include "app/SearchBaseSource.h"
 
+#include "actions/FrontFinderSearch.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 #include "platform/TaskQueue.h"
 
 #include <QDir>
 
+#include <utility>
+
 namespace quillon {
 
 SearchBaseSource::SearchBaseSource(SearchBase &searchBase, SearchBaseFinder &finder,
-                                   TaskQueue &background, TaskQueue &main)
-    : searchBase_(searchBase), finder_(finder), background_(background), main_(main)
+                                   FrontFinderSearch &frontFinderSearch, TaskQueue &background,
+                                   TaskQueue &main)
+    : searchBase_(searchBase),
+      finder_(finder),
+      frontFinderSearch_(frontFinderSearch),
+      background_(background),
+      main_(main)
 {}
 
 void SearchBaseSource::startBuilding()
@@ -56,6 +64,21 @@ void SearchBaseSource::recordUse(const SearchBaseResultRef &result)
 PanelSource::State SearchBaseSource::state() const
 {
     return {.count = searchBase_.count(), .isBuilding = isBuilding_, .hasLocations = hasLocations_};
+}
+
+bool SearchBaseSource::isFrontWindowSearched() const
+{
+    return frontFinderSearch_.isFinderFrontmost();
+}
+
+void SearchBaseSource::refreshFrontWindow(std::function<void()> completion)
+{
+    frontFinderSearch_.refresh(std::move(completion));
+}
+
+void SearchBaseSource::forgetFrontWindow()
+{
+    frontFinderSearch_.forget();
 }
 
 void SearchBaseSource::addHomeFolder()

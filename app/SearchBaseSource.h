@@ -8,6 +8,7 @@
 
 namespace quillon {
 
+class FrontFinderSearch;
 class SearchBase;
 class SearchBaseFinder;
 class TaskQueue;
@@ -17,8 +18,8 @@ class SearchBaseSource : public PanelSource
 {
 public:
     /// Builds run on the background queue; what comes of them is told through the main one.
-    SearchBaseSource(SearchBase &searchBase, SearchBaseFinder &finder, TaskQueue &background,
-                     TaskQueue &main);
+    SearchBaseSource(SearchBase &searchBase, SearchBaseFinder &finder,
+                     FrontFinderSearch &frontFinderSearch, TaskQueue &background, TaskQueue &main);
 
     /// Calls back on the main thread when a build begins, knows its folders, or ends. One receiver.
     void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
@@ -31,6 +32,9 @@ public:
     std::vector<SearchBaseResultRef> mostAccessedResults() const override;
     void recordUse(const SearchBaseResultRef &result) override;
     State state() const override;
+    bool isFrontWindowSearched() const override;
+    void refreshFrontWindow(std::function<void()> completion) override;
+    void forgetFrontWindow() override;
     void addHomeFolder() override;
 
 private:
@@ -39,6 +43,7 @@ private:
 
     SearchBase &searchBase_;
     SearchBaseFinder &finder_;
+    FrontFinderSearch &frontFinderSearch_;
     TaskQueue &background_;
     TaskQueue &main_;
     std::function<void()> changed_;

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "app/RoundedWindow.h"
+
 #include <QElapsedTimer>
-#include <QWidget>
 
 #include <cstdint>
 
@@ -11,9 +12,9 @@ class IconSource;
 class SearchPanelView;
 class WindowSystem;
 
-/// The frameless window around the panel: rounded, above the others, out of the taskbar, gone when
-/// another window becomes active. Kept when closed and shown again.
-class SearchWindow : public QWidget
+/// The window around the panel: above the others, out of the taskbar, gone when another window
+/// becomes active. Kept when closed and shown again.
+class SearchWindow : public RoundedWindow
 {
     Q_OBJECT
 
@@ -30,6 +31,8 @@ public:
     void dismiss();
 
 Q_SIGNALS:
+    /// Nothing of it is seen yet, and the window in front is still another one.
+    void willAppear();
     /// It was shown and now has the keyboard.
     void becameKey();
     void appeared();
@@ -39,18 +42,13 @@ protected:
     void changeEvent(QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
     void hideWithoutFocus();
-    void fitToCompositing();
     void placeOnScreenWithPointer();
-    QRect panelRect() const { return rect().marginsRemoved(contentsMargins()); }
-    void paintShadow(QPainter &painter);
 
     SearchPanelView *view_;
-    WindowSystem &windowSystem_;
     /// Had the keyboard before the panel came up.
     std::uintptr_t previousWindow_ = 0;
     /// Since it was last brought up.

@@ -94,13 +94,12 @@ int run(int &argc, char **argv, const Options &options)
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("quillon"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Quillon"));
     QApplication::setDesktopFileName(QStringLiteral("org.quillon.Quillon"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/quillon/icon.svg")));
 
     quillon::AppDelegate delegate;
-    const quillon::TerminationSignals signals([] { QApplication::quit(); });
+    const quillon::TerminationSignals signals([&delegate] { delegate.terminate(); });
     quillon::BusRemoteControl remote;
     const auto claim =
         remote.claim([&delegate](const std::string &action) { delegate.perform(action); });
@@ -110,10 +109,8 @@ int run(int &argc, char **argv, const Options &options)
         std::fputs("quillon: no session bus; a second start will not reach this one\n", stderr);
 
     delegate.bindShortcut();
-    delegate.startBuilding();
     // The bus starts the program for a request that it delivers afterwards.
-    if (!qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS"))
-        delegate.perform("show");
+    delegate.start(!qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS"));
     return QApplication::exec();
 }
 

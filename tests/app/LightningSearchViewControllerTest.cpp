@@ -18,6 +18,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <map>
 
 namespace quillon {
@@ -38,6 +39,10 @@ public:
     State current;
     Texts used;
     int homeFolderAdded = 0;
+    bool isFileManagerInFront = false;
+    int refreshes = 0;
+    /// Ends the fetch of the front window.
+    std::function<void()> fetched;
 
     std::vector<SearchBaseResultRef> search(const std::string &query) const override
     {
@@ -50,6 +55,13 @@ public:
     }
     void recordUse(const SearchBaseResultRef &result) override { used.push_back(result->path()); }
     State state() const override { return current; }
+    bool isFrontWindowSearched() const override { return isFileManagerInFront; }
+    void refreshFrontWindow(std::function<void()> completion) override
+    {
+        ++refreshes;
+        fetched = std::move(completion);
+    }
+    void forgetFrontWindow() override { fetched = nullptr; }
     void addHomeFolder() override { ++homeFolderAdded; }
 
 private:
@@ -386,6 +398,50 @@ TEST_F(SearchPanel, spinsOnlyForSlowSearches)
     ASSERT_TRUE(QTest::qWaitFor([this] { return view_.activityIndicator().isSpinning(); }));
     answer();
     EXPECT_FALSE(view_.activityIndicator().isSpinning());
+}
+
+TEST_F(SearchPanel, searchesAgainOnceTheFrontWindowIsKnown)
+{
+    type("ab");
+    answer();
+    panel().viewWillAppear();
+    EXPECT_EQ(source_.refreshes, 0) << "no file manager is in front";
+    EXPECT_FALSE(view_.activityIndicator().isSpinning());
+
+    source_.isFileManagerInFront = true;
+    panel().viewDidDisappear();
+    panel().viewWillAppear();
+    EXPECT_TRUE(view_.activityIndicator().isSpinning());
+    answer();
+    EXPECT_TRUE(view_.activityIndicator().isSpinning()) << "the window is still waited for";
+    EXPECT_THAT(rows(), ElementsAre("/ab/1", "/ab/2", "/ab/3"));
+
+    source_.answers["ab"].insert(source_.answers["ab"].begin(), "able");
+    source_.fetched();
+    EXPECT_FALSE(view_.activityIndicator().isSpinning());
+    answer();
+    EXPECT_THAT(rows(), ElementsAre("able", "/ab/1", "/ab/2", "/ab/3"));
+    EXPECT_EQ(selected(), 0);
+
+    panel().viewWillAppear();
+    panel().viewDidDisappear();
+    EXPECT_FALSE(source_.fetched);
+    EXPECT_FALSE(view_.activityIndicator().isSpinning());
+}
+
+TEST_F(SearchPanel, dropsAnAnswerThatANewerSearchForTheSameTextOvertook)
+{
+    source_.isFileManagerInFront = true;
+    type("ab");
+    background_.runNext();
+    const auto early = [this] { main_.runNext(); };
+    panel().viewWillAppear();
+    source_.answers["ab"] = {"able", "/ab/1"};
+    source_.fetched();
+    early();
+    EXPECT_THAT(rows(), ElementsAre("/most", "/used")) << "a newer answer is on its way";
+    answer();
+    EXPECT_THAT(rows(), ElementsAre("able", "/ab/1"));
 }
 
 TEST_F(SearchPanel, keepsTheRowsThatTheUserIsChoosingFromWhenTheIndexChanges)
