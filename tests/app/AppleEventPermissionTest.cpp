@@ -41,6 +41,8 @@ class PlainWindowSystem : public WindowSystem
 public:
     void keepOutOfTaskbar(std::uintptr_t) override {}
     bool isComposited() const override { return false; }
+    std::uintptr_t activeWindow() const override { return 0; }
+    void activate(std::uintptr_t) override {}
 };
 
 } // namespace

@@ -115,7 +115,7 @@ class Desktop(unittest.TestCase):
                               check=False).returncode
 
     def panel(self):
-        return windows("quillon")
+        return windows("quillon", "Quillon")
 
     def wait_for_panel(self):
         panel = eventually("the panel", self.panel)[0]

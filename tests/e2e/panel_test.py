@@ -139,13 +139,45 @@ class PanelTest(Desktop):
         self.wait_for_no_panel()
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "real")])
 
+    def question(self):
+        return windows("quillon", "Quillon – Permissions")
+
+    def start_with_question(self):
+        child = subprocess.Popen([self.program], env=self.environment())
+        self.children.append(child)
+        window = eventually("the question", self.question)[0]
+        eventually("the keyboard in the question",
+                   lambda: output("xdotool", "getactivewindow").strip() == window)
+        return child
+
+    def test_asks_first_and_takes_no_for_an_answer(self):
+        quillon = self.start_with_question()
+        for key in ("Escape", "alt+F4"):
+            self.press(key)
+        self.assertEqual(self.request("--toggle"), 0)
+        self.assertTrue(self.question(), "only the buttons take it away")
+        self.assertFalse(self.panel(), "nothing else is shown before the answer")
+        self.press("shift+Tab")
+        self.press("Return")
+        self.assertEqual(quillon.wait(PATIENCE), 0)
+        self.assertFalse(self.settings.exists())
+
+        quillon = self.start_with_question()
+        self.assertEqual(self.request("--quit"), 0)
+        self.assertEqual(quillon.wait(PATIENCE), 0)
+
     def test_starts_from_nothing(self):
         record = self.open_folders_with_recorder()
         self.make_folders("first steps")
-        self.start()
+        self.start_with_question()
+        self.press("Return")
+        self.wait_for_panel()
+        self.assertFalse(self.question())
+        self.assertIs(json.loads(self.settings.read_text())["preemptive-apple-event-access"], True)
         def chosen():
             self.press("Return")
-            return self.settings.exists() and json.loads(self.settings.read_text())
+            settings = json.loads(self.settings.read_text())
+            return "qln-bookmarks" in settings and settings
         settings = eventually("the home folder as the one to search", chosen)
         self.assertEqual(list(settings["qln-bookmarks"]), [str(self.home)])
         self.type("firste")

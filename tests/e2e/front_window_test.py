@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""The items of the file manager window in front, searched and chosen, on a real screen.
+
+Runs on a private desktop: tools/private-desktop python3 tests/e2e/front_window_test.py QUILLON
+"""
+
+import os
+import subprocess
+
+from desktop import Desktop, eventually, main, output, windows
+
+
+class FrontWindowTest(Desktop):
+    def setUp(self):
+        super().setUp()
+        # Not below the folders to search: what is found here is found in the window alone.
+        self.shown = self.home / "shown"
+        self.shown.mkdir()
+        program, self.record = self.recorder()
+        self.add_application("reader", f"Name=Reader\nExec={program} %f\nMimeType=text/plain;")
+        self.open_folders_with("pcmanfm-qt.desktop")
+        with open(self.config / "mimeapps.list", "a", encoding="utf-8") as file:
+            file.write("text/plain=reader.desktop\n")
+
+    def show_in_front(self):
+        manager = subprocess.Popen(["pcmanfm-qt", str(self.shown)], env=self.environment())
+        self.children.append(manager)
+        self.window = eventually("the file manager", lambda: windows("pcmanfm-qt", "shown"))[0]
+        self.put_in_front()
+
+    def put_in_front(self):
+        subprocess.run(["xdotool", "windowactivate", self.window], check=True)
+        eventually("the file manager in front", lambda: self.active() == self.window)
+
+    @staticmethod
+    def active():
+        return output("xdotool", "getactivewindow").strip()
+
+    def choose(self, text):
+        self.assertEqual(self.request("--toggle"), 0)
+        self.wait_for_panel()
+        self.type(text)
+        self.press_return_until_opened()
+
+    def test_opens_an_item_with_its_default_application(self):
+        item = os.fsencode(self.shown) + b"/zebra \"quoted\" 100% \xc3\xa4.txt"
+        with open(item, "w", encoding="utf-8"):
+            pass
+        self.write_settings({"finder-quick-search": True})
+        self.start()
+        self.press("Escape")
+        self.wait_for_no_panel()
+        self.show_in_front()
+        self.choose("zequo")
+        self.assertEqual(self.recorded(self.record), [item])
+
+        # Over another window the same text finds nothing, so that Return leaves the panel open.
+        other = subprocess.Popen(["xmessage", "other"], env=self.environment())
+        self.children.append(other)
+        message = eventually("the other window", lambda: windows("Xmessage"))[0]
+        eventually("the other window in front", lambda: self.active() == message)
+        self.assertEqual(self.request("--toggle"), 0)
+        self.wait_for_panel()
+        self.type("zequo", "Return")
+        self.press("Return")
+        self.assertTrue(self.panel())
+        self.assertFalse(self.record.exists())
+
+    def test_selects_an_item_where_the_user_wants_that(self):
+        (self.shown / "aardvark.txt").touch()
+        (self.shown / "zebra.txt").touch()
+        self.write_settings({"finder-quick-search": True, "quick-search-behavior": "select"})
+        self.start()
+        self.press("Escape")
+        self.wait_for_no_panel()
+        self.show_in_front()
+        self.choose("zebra")
+        # The selected item is the one that Return in the file manager opens.
+        def opened():
+            if windows("pcmanfm-qt") and self.active() in windows("pcmanfm-qt"):
+                self.press("Return")
+            return self.record.exists()
+        eventually("the selection", opened)
+        self.assertEqual(self.recorded(self.record), [os.fsencode(self.shown / "zebra.txt")])
+
+
+if __name__ == "__main__":
+    main()
