@@ -70,7 +70,7 @@ std::optional<int> distance(const QString &typed, const QString &name)
     if (name.contains(typed) || typed.contains(name))
         return 0;
     const int edits = editDistance(typed, name);
-    if (edits * 3 > std::max(typed.size(), name.size()))
+    if (edits > std::max(typed.size(), name.size()) / 3)
         return std::nullopt;
     return edits;
 }

@@ -2,10 +2,12 @@
 
 #include "tests/support/TemporaryFolder.h"
 
+#include <QByteArray>
+#include <QtGlobal>
+
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
 #include <future>
 #include <memory>
@@ -80,7 +82,7 @@ TEST(GioProcessRunner, drainsMoreThanPipesHold)
 
 TEST(GioProcessRunner, putsAFolderFirstOnThePathOfThatProgramAlone)
 {
-    const std::string path = std::getenv("PATH");
+    const std::string path = qgetenv("PATH").toStdString();
     GioProcessRunner runner;
     auto command = shell("printf '%s' \"$PATH\"");
     command.firstOnPath = "/first one";
