@@ -302,8 +302,9 @@ CrawlResult SearchBase::enumerateForUpdate(const std::string &url,
                                            const std::set<std::string> &patterns, CrawlSink &sink,
                                            const std::stop_token &stop)
 {
-    // What reports changes has armed the folders before.
-    return enumerate(url, patterns, sink, {}, stop, nullptr);
+    // What reports changes has armed the folders before. Mostly there is just one of them.
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {.threads = 1});
+    return crawler.crawl(url, patterns, sink, {}, stop);
 }
 
 void SearchBase::update(const std::string &path, const std::stop_token &stop)

@@ -226,7 +226,7 @@ X11Windows::describe(const std::vector<std::uint32_t> &windows) const
         name,
         pid,
         state,
-        type,
+        windowType,
         desktop,
         objectPath,
         busName
@@ -257,7 +257,7 @@ X11Windows::describe(const std::vector<std::uint32_t> &windows) const
         found.window.title = text(get(name).get());
         found.window.process = static_cast<pid_t>(firstWord(get(pid).get(), 0));
         found.window.isMinimised = contains(words(get(state).get()), atoms_->stateHidden);
-        const auto types = get(type);
+        const auto types = get(windowType);
         found.isNormal = contains(words(types.get()), atoms_->typeNormal) ||
                          (words(types.get()).empty() && found.transientFor == 0);
         found.desktop = firstWord(get(desktop).get(), ALL_DESKTOPS);

@@ -19,11 +19,6 @@ std::uint64_t hashOf(WatchTree::Id parent, std::string_view name)
     return hash ^ (hash >> 32);
 }
 
-std::uint64_t hashOf(int watch)
-{
-    return static_cast<std::uint64_t>(watch) * ODD;
-}
-
 constexpr std::uint16_t DEEPEST = std::numeric_limits<std::uint16_t>::max();
 
 } // namespace
@@ -167,34 +162,16 @@ void WatchTree::release(Id id)
 void WatchTree::setWatch(Id id, int watch)
 {
     require(nodes_[id].watch == NO_WATCH, "a folder has one watch at a time");
-    const std::uint64_t hash = hashOf(watch);
-    const bool isNew =
-        owners_.find(hash, [&](Id other) { return nodes_[other].watch == watch; }) == NONE;
-    watches_ += isNew ? 1U : 0U;
     nodes_[id].watch = watch;
-    owners_.insert(hash, id);
+    watches_ += owners_.add(watch, id) ? 1U : 0U;
 }
 
 bool WatchTree::clearWatch(Id id)
 {
     const int watch = std::exchange(nodes_[id].watch, NO_WATCH);
-    const std::uint64_t hash = hashOf(watch);
-    owners_.erase(hash, id);
-    const bool wasLast =
-        owners_.find(hash, [&](Id other) { return nodes_[other].watch == watch; }) == NONE;
+    const bool wasLast = owners_.remove(watch, id);
     watches_ -= wasLast ? 1U : 0U;
     return wasLast;
-}
-
-std::vector<WatchTree::Id> WatchTree::ownersOf(int watch) const
-{
-    std::vector<Id> owners;
-    owners_.find(hashOf(watch), [&](Id id) {
-        if (nodes_[id].watch == watch)
-            owners.push_back(id);
-        return false;
-    });
-    return owners;
 }
 
 std::size_t WatchTree::bytes() const

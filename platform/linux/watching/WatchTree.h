@@ -2,6 +2,7 @@
 
 #include "platform/ChildTable.h"
 #include "platform/NameArena.h"
+#include "platform/linux/watching/WatchOwners.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -55,7 +56,7 @@ public:
     /// True when no other folder has the watch it had.
     bool clearWatch(Id id);
     /// Detached folders are among them.
-    std::vector<Id> ownersOf(int watch) const;
+    std::vector<Id> ownersOf(int watch) const { return owners_.of(watch); }
 
     /// Ids are below this.
     Id idLimit() const { return static_cast<Id>(nodes_.size()); }
@@ -97,7 +98,7 @@ private:
     /// "" for "/".
     std::vector<std::string> rootPaths_;
     ChildTable children_;
-    ChildTable owners_;
+    WatchOwners owners_;
     std::size_t folders_ = 0;
     std::size_t watches_ = 0;
 };
