@@ -138,9 +138,12 @@ bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item
 {
     constexpr auto never = BusConnection::Activation::never;
     const auto name = commonName(deadline);
-    if (name && callCommon(*name, "ShowItems", item, deadline, never))
+    const Deadline limit = deadline.atMost(ANSWER_LIMIT);
+    if (name && callCommon(*name, "ShowItems", item, limit, never))
         return true;
-    if (selectByOwnMeans(item, folder, deadline))
+    // One that runs and does not answer would not answer once it is started again either.
+    const bool hangs = name && limit.hasPassed();
+    if (!hangs && selectByOwnMeans(item, folder, deadline))
         return true;
     if (identity_.busName.empty() &&
         callCommon(COMMON_NAME, "ShowItems", item, deadline, BusConnection::Activation::allowed))
