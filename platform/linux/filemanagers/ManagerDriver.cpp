@@ -136,10 +136,9 @@ bool ManagerDriver::selectOnceStarted(const std::vector<std::string> &options,
 bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item,
                            const std::string &folder, Deadline deadline)
 {
-    constexpr auto never = BusConnection::Activation::never;
     const auto name = commonName(deadline);
     const Deadline limit = deadline.atMost(ANSWER_LIMIT);
-    if (name && callCommon(*name, "ShowItems", item, limit, never))
+    if (name && callCommon(*name, "ShowItems", item, limit, BusConnection::Activation::never))
         return true;
     // One that runs and does not answer would not answer once it is started again either.
     const bool hangs = name && limit.hasPassed();

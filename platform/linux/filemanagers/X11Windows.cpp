@@ -68,7 +68,8 @@ std::string classPart(const std::string &property)
     const std::size_t first = property.find('\0');
     if (first == std::string::npos)
         return {};
-    std::string part = property.substr(first + 1).c_str();
+    const std::size_t second = property.find('\0', first + 1);
+    std::string part = property.substr(first + 1, second - first - 1);
     for (char &letter : part)
         letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
     return part;

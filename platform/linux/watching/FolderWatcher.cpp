@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ctime>
 #include <limits>
 #include <system_error>
 #include <thread>
@@ -11,8 +12,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
-
-#include <time.h>
 
 // How the changes below some folders are noticed, without losing any.
 //

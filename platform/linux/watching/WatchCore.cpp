@@ -6,10 +6,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <utility>
-
-#include <time.h>
 
 namespace quillon {
 
@@ -233,6 +232,7 @@ void WatchCore::verifyDirt()
     const WatchTree &tree = folders_.tree();
     const auto dirty = std::exchange(dirty_, {});
     std::vector<Id> marked;
+    marked.reserve(dirty.size());
     for (const auto &[id, names] : dirty)
         marked.push_back(id);
     std::ranges::sort(marked, {}, [&](Id id) { return tree.depth(id); });
