@@ -1,10 +1,12 @@
 #include "platform/linux/filemanagers/DesktopFileManager.h"
 
+#include "platform/linux/filemanagers/Accessibility.h"
 #include "platform/linux/filemanagers/FolderItems.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
+#include <QProcess>
 #include <QTest>
 #include <QThread>
 
@@ -47,8 +49,8 @@ public:
     std::vector<std::string> selected;
 
 public Q_SLOTS:
-    void ShowItems(const QStringList &uris,
-                   const QString &) // NOLINT(readability-identifier-naming)
+    // NOLINTNEXTLINE(readability-identifier-naming): the name is the interface's
+    void ShowItems(const QStringList &uris, const QString &)
     {
         for (const QString &uri : uris)
             selected.push_back(uri.toStdString());
@@ -153,6 +155,33 @@ TEST_F(DesktopFileManagerTest, opensFoldersWithoutABus)
     manager.noteFrontWindow();
     EXPECT_FALSE(manager.isFrontmost());
     EXPECT_THAT(manager.frontWindowItems(), IsEmpty());
+}
+
+TEST_F(DesktopFileManagerTest, findsNothingInWindowsWithoutAnAccessibilityBus)
+{
+    const std::string config = home_.writeFile(
+        "bus.conf", "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>"
+                    "<policy context='default'><allow send_destination='*' eavesdrop='true'/>"
+                    "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+    QProcess bus;
+    bus.start(QStringLiteral("dbus-daemon"),
+              {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+               QStringLiteral("--config-file=") + QString::fromStdString(config)});
+    ASSERT_TRUE(bus.waitForReadyRead(20000));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.readAllStandardOutput().trimmed());
+
+    BusConnection session = BusConnection::session();
+    const Deadline deadline(20s);
+    EXPECT_TRUE(session.hasOwner("org.freedesktop.DBus", deadline));
+    Accessibility accessibility(session);
+    const X11Windows windows;
+    DesktopWindow window;
+    window.process = 1;
+    window.title = "folder";
+    EXPECT_FALSE(accessibility.frame(window, windows, deadline));
+    EXPECT_FALSE(deadline.hasPassed());
+    bus.terminate();
+    EXPECT_TRUE(bus.waitForFinished(20000));
 }
 
 TEST_F(DesktopFileManagerTest, takesNoEditorForAFileManager)
