@@ -21,11 +21,11 @@ def eventually(what, probe):
             return answer
         if time.monotonic() > deadline:
             raise AssertionError(f"never came: {what}")
-        time.sleep(0.05)
+        time.sleep(0.02)
 
 
 def output(*command):
-    return subprocess.run(command, capture_output=True, text=True, check=False).stdout
+    return subprocess.run(command, capture_output=True, check=False).stdout.decode(errors="replace")
 
 
 def windows(window_class, title=None):

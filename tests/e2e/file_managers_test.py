@@ -23,7 +23,8 @@ import time
 import unittest
 import urllib.parse
 
-PATIENCE = float(os.environ.get("PATIENCE", 60))  # seconds until something that should happen counts as missing
+from desktop import PATIENCE, eventually, output
+
 DRIVER = ""
 # Window class and desktop id.
 MANAGERS = {
@@ -43,22 +44,6 @@ CANNOT = {("dolphin", "not UTF-8"), ("pcmanfm-qt", "not UTF-8")}
 # Cannot be written into the entry, so the front window stays as it is.
 OPENED_ANEW = {("thunar", "not UTF-8")}
 SEEN = {}  # manager -> operation -> milliseconds or a remark
-
-
-def eventually(what, probe):
-    """The first true answer of the probe; the test fails when none comes in time."""
-    deadline = time.monotonic() + PATIENCE
-    while True:
-        answer = probe()
-        if answer:
-            return answer
-        if time.monotonic() > deadline:
-            raise AssertionError(f"never came: {what}")
-        time.sleep(0.02)
-
-
-def output(*command):
-    return subprocess.run(command, capture_output=True, check=False).stdout.decode(errors="replace")
 
 
 def active_window():

@@ -321,8 +321,8 @@ TEST_F(WatchingTest, losesNothingThatHappensBetweenListingAndDelivery)
 
 TEST_F(WatchingTest, keepsWatchingARootThatGoesAndComesBack)
 {
-    disk_.makeFolder("above/root/a");
-    WatchRig rig(disk_.path("above/root"));
+    disk_.makeFolder("above/top/a");
+    WatchRig rig(disk_.path("above/top"));
     rig.takeTold();
     const auto expectRoot = [&](std::size_t folders) {
         EXPECT_THAT(rig.told(), ElementsAre(""));
@@ -330,15 +330,15 @@ TEST_F(WatchingTest, keepsWatchingARootThatGoesAndComesBack)
         EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
         EXPECT_EQ(rig.stream().status().watched, folders);
     };
-    remove("above/root");
+    remove("above/top");
     expectRoot(0);
-    disk_.makeFolder("above/root/b");
+    disk_.makeFolder("above/top/b");
     expectRoot(2);
     move("above", "elsewhere");
     expectRoot(0);
     move("elsewhere", "above");
     expectRoot(2);
-    disk_.makeFolder("above/root/c");
+    disk_.makeFolder("above/top/c");
     EXPECT_THAT(rig.told(), ElementsAre("c"));
 }
 
