@@ -1,6 +1,6 @@
 #include "app/AppDelegate.h"
 
-#include "app/SearchPanelView.h"
+#include "app/panel/SearchPanelView.h"
 #include "platform/linux/SessionHotKey.h"
 #include "prefs/PreferenceKeys.h"
 

@@ -5,11 +5,11 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
 #include "actions/FrontFinderSearch.h"
-#include "app/AppleEventPermissionCoordinator.h"
-#include "app/IconSource.h"
-#include "app/LightningSearchViewController.h"
-#include "app/SearchBaseSource.h"
-#include "app/SearchWindow.h"
+#include "app/panel/IconSource.h"
+#include "app/panel/LightningSearchViewController.h"
+#include "app/panel/SearchBaseSource.h"
+#include "app/panel/SearchWindow.h"
+#include "app/setup/AppleEventPermissionCoordinator.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
@@ -58,6 +58,10 @@ public:
     void perform(const std::string &action);
 
     void closeSearchWindow(Closing closing) override;
+    void openPreferences() override {}
+    void sendFeedback() override {}
+    void checkForUpdates() override {}
+    bool hasUninstalledUpdate() const override { return false; }
     void terminate() override;
     void permissionFinished() override;
 

@@ -8,7 +8,8 @@
 //   actions/           the user's actions: what Return does with the chosen row
 //   launcher/          the program "open", which finds applications by name
 //   shortcut/          the global shortcut: among the settings, and bound to the panel
-//   app/               this folder: the panel, and the objects joined to a program
+//   app/               this folder: the objects joined to a program; app/panel/ and its neighbours
+//                      are the windows, app/widgets/ what they share
 //
 // Start: main() looks for a running instance on the session bus and hands it the request; without
 // one it makes an AppDelegate, which builds every object, begins the build on a background queue

@@ -1,6 +1,6 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
-#include "app/AppleEventPermissionCoordinator.h"
+#include "app/setup/AppleEventPermissionCoordinator.h"
 #include "platform/WindowSystem.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/FakeFileManager.h"

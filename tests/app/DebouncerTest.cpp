@@ -1,4 +1,4 @@
-#include "app/Debouncer.h"
+#include "app/panel/Debouncer.h"
 
 #include <QTest>
 

@@ -1,12 +1,12 @@
-#include "app/LightningSearchViewController.h"
+#include "app/panel/LightningSearchViewController.h"
 
 #include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
-#include "app/IconSource.h"
-#include "app/PanelFooter.h"
-#include "app/PanelMessage.h"
-#include "app/SearchIndicator.h"
-#include "app/SearchPanelView.h"
+#include "app/panel/IconSource.h"
+#include "app/panel/PanelFooter.h"
+#include "app/panel/PanelMessage.h"
+#include "app/panel/SearchIndicator.h"
+#include "app/panel/SearchPanelView.h"
 #include "prefs/Preferences.h"
 #include "tests/support/FakeActionServices.h"
 #include "tests/support/FakeDefaultsStore.h"
@@ -81,6 +81,10 @@ public:
     int closed = 0;
     int terminated = 0;
     void closeSearchWindow(Closing) override { ++closed; }
+    void openPreferences() override {}
+    void sendFeedback() override {}
+    void checkForUpdates() override {}
+    bool hasUninstalledUpdate() const override { return false; }
     void terminate() override { ++terminated; }
 };
 

@@ -1,4 +1,4 @@
-#include "app/PanelPalette.h"
+#include "app/widgets/PanelPalette.h"
 
 #include <QStyle>
 #include <QStyleFactory>

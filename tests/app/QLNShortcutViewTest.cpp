@@ -1,4 +1,4 @@
-#include "app/QLNShortcutView.h"
+#include "app/widgets/QLNShortcutView.h"
 
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"

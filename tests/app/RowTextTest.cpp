@@ -1,6 +1,6 @@
-#include "app/RowText.h"
+#include "app/panel/RowText.h"
 
-#include "app/RowLayout.h"
+#include "app/panel/RowLayout.h"
 
 #include <QFont>
 #include <QtMath>

@@ -1,6 +1,6 @@
 #include "platform/linux/X11HotKey.h"
 
-#include "app/QLNShortcutView.h"
+#include "app/widgets/QLNShortcutView.h"
 #include "platform/linux/SessionHotKey.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"

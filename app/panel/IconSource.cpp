@@ -1,0 +1,99 @@
+#include "app/panel/IconSource.h"
+
+#include "platform/TaskQueue.h"
+#include "platform/Workspace.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// More than the rows of many queries; beyond it everything is learned anew.
+constexpr qsizetype MOST_ICONS = 4000;
+
+/// The first of the names that the icon theme has.
+QIcon themedIcon(const std::vector<std::string> &names)
+{
+    for (const std::string &name : names) {
+        const QString themeName = QString::fromStdString(name);
+        if (QIcon::hasThemeIcon(themeName))
+            return QIcon::fromTheme(themeName);
+    }
+    return {};
+}
+
+QIcon folderIcon()
+{
+    return QIcon::fromTheme(QStringLiteral("folder"),
+                            QIcon(QStringLiteral(":/quillon/folder.svg")));
+}
+
+bool isInstalled(const QString &theme)
+{
+    return std::ranges::any_of(QIcon::themeSearchPaths(), [&theme](const QString &directory) {
+        return QFileInfo::exists(directory + u'/' + theme + QStringLiteral("/index.theme"));
+    });
+}
+
+/// Desktops without a Qt integration name no icon theme, and the one that stands for none has no
+/// folders; one that is installed is better. To be called before the first icon is asked for.
+void chooseTheme()
+{
+    const QString chosen = QIcon::themeName();
+    if (!chosen.isEmpty() && chosen != QStringLiteral("hicolor") && isInstalled(chosen))
+        return;
+    for (const auto *theme : {"breeze", "Papirus", "Adwaita"}) {
+        if (isInstalled(QLatin1String(theme))) {
+            QIcon::setThemeName(QLatin1String(theme));
+            return;
+        }
+    }
+}
+
+} // namespace
+
+IconSource::IconSource(Workspace &workspace, TaskQueue &background, TaskQueue &main)
+    : workspace_(workspace), background_(background), main_(main)
+{
+    chooseTheme();
+    folder_ = folderIcon();
+}
+
+QIcon IconSource::icon(const std::string &path)
+{
+    const auto key = QByteArray::fromStdString(path);
+    const auto known = icons_.constFind(key);
+    if (known != icons_.constEnd())
+        return *known;
+    if (!asked_.contains(key)) {
+        asked_.insert(key);
+        learn(path);
+    }
+    return folder_;
+}
+
+void IconSource::learn(const std::string &path)
+{
+    background_.post([this, path] {
+        main_.post([this, path, names = workspace_.iconNames(path)] {
+            const QIcon themed = themedIcon(names);
+            if (icons_.size() >= MOST_ICONS)
+                icons_.clear();
+            const auto key = QByteArray::fromStdString(path);
+            asked_.remove(key);
+            icons_.insert(key, themed.isNull() ? folder_ : themed);
+            Q_EMIT iconsChanged();
+        });
+    });
+}
+
+void IconSource::clear()
+{
+    icons_.clear();
+    folder_ = folderIcon();
+}
+
+} // namespace quillon

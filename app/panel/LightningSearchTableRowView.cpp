@@ -1,0 +1,83 @@
+#include "app/panel/LightningSearchTableRowView.h"
+
+#include "app/panel/IconSource.h"
+#include "app/panel/LightningTableRowBackgroundView.h"
+#include "app/panel/RowLayout.h"
+#include "app/panel/SearchResultsModel.h"
+#include "app/widgets/PanelMetrics.h"
+
+#include <QPainter>
+
+namespace quillon {
+
+void LightningTableRowBackgroundView::paint(QPainter &painter, const QRect &row,
+                                            const PanelPalette &palette, bool isSelected)
+{
+    if (!isSelected)
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette.tint);
+    painter.drawRoundedRect(row.adjusted(metrics::INSET, 0, -metrics::INSET, 0),
+                            metrics::ROW_CORNER, metrics::ROW_CORNER);
+    painter.restore();
+}
+
+LightningSearchTableRowView::LightningSearchTableRowView(const SearchResultsModel &model,
+                                                         IconSource &icons, QObject *parent)
+    : QStyledItemDelegate(parent), model_(model), icons_(icons)
+{}
+
+void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                        const QModelIndex &index) const
+{
+    const SearchBaseResultRef result = model_.result(index.row());
+    if (!result)
+        return;
+    const QRect &row = option.rect;
+    LightningTableRowBackgroundView::paint(*painter, row, palette_,
+                                           option.state.testFlag(QStyle::State_Selected));
+
+    const QRect icon(row.left() + metrics::ICON_LEFT,
+                     row.top() + (row.height() - metrics::ICON) / 2, metrics::ICON, metrics::ICON);
+    paintIcon(*painter, icon, result->path());
+
+    QRect text = row.adjusted(metrics::TEXT_LEFT, 0, -metrics::EDGE, 0);
+    if (result->type() == SearchBaseResultType::inFrontFinder)
+        text.setWidth(text.width() - paintFrontWindowMark(*painter, text, option.font));
+    RowLayout(rowText(*result), option.font, palette_, text.width()).draw(*painter, text);
+}
+
+void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area,
+                                            const std::string &path) const
+{
+    // Themes draw their small folders as bare outlines; the coloured ones begin at 32.
+    constexpr int COLOURED = 48;
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    const QPixmap pixmap = icons_.icon(path).pixmap(QSize(COLOURED, COLOURED), ratio);
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(area, pixmap);
+    painter.restore();
+}
+
+int LightningSearchTableRowView::paintFrontWindowMark(QPainter &painter, const QRect &area,
+                                                      const QFont &font) const
+{
+    QFont small = font;
+    small.setPointSizeF(font.pointSizeF() * 0.85);
+    const QString mark = tr("front window");
+    painter.setFont(small);
+    painter.setPen(palette_.quiet);
+    painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, mark);
+    return QFontMetrics(small).horizontalAdvance(mark) + 16;
+}
+
+QSize LightningSearchTableRowView::sizeHint(const QStyleOptionViewItem &option,
+                                            const QModelIndex &) const
+{
+    return {metrics::WIDTH, metrics::rowHeight(QFontMetrics(option.font))};
+}
+
+} // namespace quillon

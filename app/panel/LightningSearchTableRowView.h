@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QStyledItemDelegate>
+
+#include <string>
+
+namespace quillon {
+
+class IconSource;
+class SearchResultsModel;
+
+/// Draws the rows of a SearchResultsModel: the item's icon, its text with the matches in bold and,
+/// for an item of the front file manager window, a small mark at the right.
+class LightningSearchTableRowView : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    LightningSearchTableRowView(const SearchResultsModel &model, IconSource &icons,
+                                QObject *parent);
+
+    void setPalette(const PanelPalette &palette) { palette_ = palette; }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+private:
+    void paintIcon(QPainter &painter, const QRect &area, const std::string &path) const;
+    /// Returns the width that the mark takes from the text.
+    int paintFrontWindowMark(QPainter &painter, const QRect &area, const QFont &font) const;
+
+    const SearchResultsModel &model_;
+    IconSource &icons_;
+    PanelPalette palette_ = PanelPalette::light();
+};
+
+} // namespace quillon

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "actions/ActionShortcutFlags.h"
+#include "app/panel/Debouncer.h"
+#include "app/panel/PanelFooter.h"
+#include "app/panel/PanelSource.h"
+#include "app/panel/SearchPanelDelegate.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+class QKeyEvent;
+
+namespace quillon {
+
+class ActionModelFinder;
+class ActionRunner;
+class SearchPanelView;
+class SearchResultsModel;
+class TaskQueue;
+
+/// The behaviour of the search panel: searches for what is typed once typing pauses, shows the rows
+/// of the newest answer only, moves the selection with the keyboard and opens the chosen row. Main
+/// thread only.
+class LightningSearchViewController : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Queues
+    {
+        /// Where searches run; concurrent. Must end before the controller does.
+        TaskQueue &background;
+        /// The thread of the controller.
+        TaskQueue &main;
+    };
+
+    /// What can be done with a row.
+    struct Actions
+    {
+        const ActionModelFinder &list;
+        ActionRunner &runner;
+    };
+
+    LightningSearchViewController(Actions actions, PanelSource &source, SearchPanelView &view,
+                                  Queues queues, SearchPanelDelegate &delegate);
+
+    /// The panel is about to be seen: brings rows and state up to date.
+    void viewWillAppear();
+    /// Gives the field the keyboard and selects its text, so that typing replaces it.
+    void windowDidBecomeKey();
+    void viewDidDisappear();
+    /// A build began or ended, or the folders to index are others.
+    void indexChanged();
+
+    /// Where the settings are kept, shown to whoever has no folder to search.
+    void setSettingsPlace(const QString &place) { settingsPlace_ = place; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    /// True when the key was one of the panel's own.
+    bool handleKey(const QKeyEvent &event);
+    void select(int row);
+    void selectBy(int rows);
+    int selectedRow() const;
+
+    void textChanged();
+    void searchNow();
+    void startSearch(const std::string &query);
+    void searchFinished(const std::string &query, std::vector<SearchBaseResultRef> results);
+    void showResults(std::vector<SearchBaseResultRef> results);
+    void fetchFrontWindow();
+    void updateSpinner();
+    std::string query() const;
+    /// True when the rows are the answer to the text in the field.
+    bool isAnswered() const { return answeredQuery_ == query(); }
+
+    void confirm(ActionShortcutFlags flags);
+    /// Counts the use, and carries out what is bound to the keys, if anything is.
+    void open(const SearchBaseResultRef &result, ActionShortcutFlags flags);
+
+    void updateHints();
+    void updateState();
+    void updateMessage(const PanelSource::State &state);
+
+    Actions actions_;
+    PanelSource &source_;
+    Queues queues_;
+    SearchPanelDelegate &delegate_;
+    SearchPanelView &view_;
+    SearchResultsModel &searchResults_;
+    Debouncer debouncedSearch_;
+    QTimer spinnerDelay_;
+    QTimer stateTimer_;
+    QString settingsPlace_;
+
+    bool hasPendingSearch_ = false;
+    /// It has been pending for long enough to say so.
+    bool isSearchSlow_ = false;
+    bool isFetchingFrontWindow_ = false;
+    /// Number of the newest search: one that began earlier may have known less and ends in vain.
+    std::uint64_t newestSearch_ = 0;
+    std::optional<std::string> answeredQuery_;
+    /// Return came before the answer to the typed text: its first row is opened with these.
+    std::optional<ActionShortcutFlags> pendingOpen_;
+    bool isSelectionMoved_ = false;
+    /// What the keys do, for the footer while there are rows.
+    std::vector<PanelFooter::Hint> hints_;
+};
+
+} // namespace quillon

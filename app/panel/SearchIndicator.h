@@ -1,0 +1,35 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QBasicTimer>
+#include <QWidget>
+
+namespace quillon {
+
+/// The place left of the field: a magnifying glass, or a spinner while a search takes its time.
+class SearchIndicator : public QWidget
+{
+public:
+    explicit SearchIndicator(QWidget *parent);
+
+    void setPalette(const PanelPalette &palette);
+    void setSpinning(bool isSpinning);
+    bool isSpinning() const { return isSpinning_; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void updateTimer();
+
+    QColor color_;
+    QBasicTimer timer_;
+    bool isSpinning_ = false;
+    int step_ = 0;
+};
+
+} // namespace quillon

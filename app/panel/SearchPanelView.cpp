@@ -1,0 +1,169 @@
+#include "app/panel/SearchPanelView.h"
+
+#include "app/panel/IconSource.h"
+#include "app/panel/LightningSearchTableRowView.h"
+#include "app/panel/PanelFooter.h"
+#include "app/panel/PanelMessage.h"
+#include "app/panel/SearchIndicator.h"
+#include "app/widgets/PanelMetrics.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QListView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// QLineEdit keeps this much to itself left of its text.
+constexpr int FIELD_OWN_MARGIN = 2;
+
+/// Where in a list the visible rows are: a slim mark in the inset beside them, which takes no room
+/// from them. The wheel and the keys do the scrolling.
+class ScrollMark : public QWidget
+{
+public:
+    ScrollMark(QAbstractScrollArea *area, const PanelPalette &palette)
+        : QWidget(area), bar_(area->verticalScrollBar()), palette_(palette)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        connect(bar_, &QScrollBar::valueChanged, this, qOverload<>(&QWidget::update));
+        connect(bar_, &QScrollBar::rangeChanged, this, qOverload<>(&QWidget::update));
+        area->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Resize)
+            setGeometry(parentWidget()->width() - metrics::INSET, 0, metrics::INSET,
+                        parentWidget()->height());
+        return QWidget::eventFilter(watched, event);
+    }
+
+    void paintEvent(QPaintEvent *) override
+    {
+        const double all = bar_->maximum() - bar_->minimum() + bar_->pageStep();
+        if (bar_->maximum() <= bar_->minimum())
+            return;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette_.hairline);
+        painter.drawRoundedRect(
+            QRectF(2, bar_->value() / all * height(), 4, bar_->pageStep() / all * height()), 2, 2);
+    }
+
+private:
+    QScrollBar *bar_;
+    const PanelPalette &palette_;
+};
+
+} // namespace
+
+SearchPanelView::SearchPanelView(IconSource &icons, QWidget *parent) : QWidget(parent)
+{
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(buildHeader());
+    column->addWidget(buildBody(icons));
+    footer_ = new PanelFooter(this);
+    column->addWidget(footer_);
+    setFixedWidth(metrics::WIDTH);
+    setPanelPalette(PanelPalette::light());
+}
+
+QWidget *SearchPanelView::buildHeader()
+{
+    header_ = new QWidget(this);
+    auto *line = new QHBoxLayout(header_);
+    line->setContentsMargins(metrics::ICON_LEFT, 0, metrics::EDGE, 0);
+    line->setSpacing(metrics::TEXT_LEFT - metrics::ICON_LEFT - metrics::ICON - FIELD_OWN_MARGIN);
+
+    indicator_ = new SearchIndicator(header_);
+    line->addWidget(indicator_);
+
+    field_ = new QLineEdit(header_);
+    field_->setFrame(false);
+    field_->setPlaceholderText(tr("Find a folder"));
+    field_->setAccessibleName(tr("Find a folder"));
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.5);
+    field_->setFont(large);
+    line->addWidget(field_);
+
+    header_->setFixedHeight(
+        std::max(metrics::FIELD_HEIGHT, (QFontMetrics(large).height() + 31) / 4 * 4));
+    return header_;
+}
+
+QWidget *SearchPanelView::buildBody(IconSource &icons)
+{
+    auto *body = new QWidget(this);
+    auto *stack = new QVBoxLayout(body);
+    stack->setContentsMargins(0, metrics::INSET, 0, metrics::INSET);
+    buildTable(icons);
+    stack->addWidget(table_);
+    message_ = new PanelMessage(body);
+    message_->hide();
+    stack->addWidget(message_);
+    body->setFixedHeight(metrics::VISIBLE_ROWS * metrics::rowHeight(fontMetrics()) +
+                         2 * metrics::INSET);
+    return body;
+}
+
+void SearchPanelView::buildTable(IconSource &icons)
+{
+    table_ = new QListView(this);
+    rows_ = new LightningSearchTableRowView(searchResults_, icons, table_);
+    table_->setModel(&searchResults_);
+    table_->setItemDelegate(rows_);
+    table_->setAccessibleName(tr("Folders"));
+    table_->setFrameShape(QFrame::NoFrame);
+    table_->setFocusPolicy(Qt::NoFocus);
+    table_->setUniformItemSizes(true);
+    table_->setSelectionMode(QAbstractItemView::SingleSelection);
+    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    new ScrollMark(table_, palette_);
+    table_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table_->verticalScrollBar()->setSingleStep(metrics::rowHeight(fontMetrics()));
+
+    connect(&icons, &IconSource::iconsChanged, table_->viewport(), qOverload<>(&QWidget::update));
+}
+
+void SearchPanelView::setPanelPalette(const PanelPalette &palette)
+{
+    palette_ = palette;
+    setPalette(palette.widgetPalette());
+    rows_->setPalette(palette);
+    indicator_->setPalette(palette);
+    message_->setPalette(palette);
+    footer_->setPalette(palette);
+    update();
+}
+
+void SearchPanelView::setShowsMessage(bool showsMessage)
+{
+    if (message_->isHidden() != showsMessage)
+        return;
+    // One goes before the other comes, or the layout asks for room for both.
+    (showsMessage ? static_cast<QWidget *>(table_) : message_)->hide();
+    (showsMessage ? static_cast<QWidget *>(message_) : table_)->show();
+}
+
+void SearchPanelView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(0, header_->geometry().bottom(), width(), 1, palette_.hairline);
+}
+
+} // namespace quillon

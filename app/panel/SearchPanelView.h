@@ -1,0 +1,61 @@
+#pragma once
+
+#include "app/panel/SearchResultsModel.h"
+#include "app/widgets/PanelPalette.h"
+
+#include <QWidget>
+
+class QLineEdit;
+class QListView;
+
+namespace quillon {
+
+class IconSource;
+class LightningSearchTableRowView;
+class PanelFooter;
+class PanelMessage;
+class SearchIndicator;
+
+/// The widgets of the panel and nothing of its behaviour: the field with its indicator above, the
+/// rows or a message below, the footer at the bottom. Its size does not depend on what it shows.
+class SearchPanelView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SearchPanelView(IconSource &icons, QWidget *parent = nullptr);
+
+    void setPanelPalette(const PanelPalette &palette);
+    const PanelPalette &panelPalette() const { return palette_; }
+
+    /// The rows, in the order shown.
+    SearchResultsModel &searchResults() { return searchResults_; }
+    QLineEdit &searchTextField() { return *field_; }
+    QListView &tableView() { return *table_; }
+    SearchIndicator &activityIndicator() { return *indicator_; }
+    PanelFooter &footer() { return *footer_; }
+    PanelMessage &message() { return *message_; }
+
+    /// Shows the message in place of the rows, or the rows again.
+    void setShowsMessage(bool showsMessage);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QWidget *buildHeader();
+    QWidget *buildBody(IconSource &icons);
+    void buildTable(IconSource &icons);
+
+    SearchResultsModel searchResults_;
+    PanelPalette palette_;
+    QWidget *header_ = nullptr;
+    SearchIndicator *indicator_ = nullptr;
+    QLineEdit *field_ = nullptr;
+    QListView *table_ = nullptr;
+    LightningSearchTableRowView *rows_ = nullptr;
+    PanelMessage *message_ = nullptr;
+    PanelFooter *footer_ = nullptr;
+};
+
+} // namespace quillon

@@ -1,0 +1,116 @@
+#include "app/panel/SearchWindow.h"
+
+#include "app/panel/SearchPanelView.h"
+#include "platform/WindowSystem.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Qt tells a loss of the keyboard up to 100 ms late.
+constexpr auto SETTLING = 200ms;
+/// Of the free height, above the panel.
+constexpr double SHARE_ABOVE = 0.3;
+
+} // namespace
+
+SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
+    : RoundedWindow(windowSystem, Qt::Tool | Qt::WindowStaysOnTopHint),
+      view_(new SearchPanelView(icons, this))
+{
+    setWindowTitle(QStringLiteral("Quillon"));
+    setContent(view_);
+    fitToCompositing();
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &SearchWindow::hideWithoutFocus);
+    winId();
+}
+
+void SearchWindow::present()
+{
+    if (!isVisible()) {
+        Q_EMIT willAppear();
+        previousWindow_ = windowSystem().activeWindow();
+        fitToCompositing();
+        placeOnScreenWithPointer();
+        // Window managers forget it each time that the window goes.
+        windowSystem().keepOutOfTaskbar(winId());
+        show();
+    }
+    raise();
+    activateWindow();
+    presented_.start();
+    // Shown again before Qt has noticed that it lost the keyboard, it would not become active.
+    if (QGuiApplication::focusWindow() == windowHandle()) {
+        QT_WARNING_PUSH
+        QT_WARNING_DISABLE_DEPRECATED
+        QApplication::setActiveWindow(this);
+        QT_WARNING_POP
+    }
+}
+
+void SearchWindow::dismiss()
+{
+    // Whoever took the keyboard away meanwhile keeps it.
+    const bool hasKeyboard = isActiveWindow();
+    hide();
+    if (hasKeyboard)
+        windowSystem().activate(previousWindow_);
+}
+
+void SearchWindow::hideWithoutFocus()
+{
+    if (!isVisible() || QGuiApplication::focusWindow() == windowHandle())
+        return;
+    // The loss may be one from before it was shown, told late; the gain then is on its way.
+    const auto remaining = SETTLING - std::chrono::milliseconds(presented_.elapsed());
+    if (remaining > 0ms)
+        QTimer::singleShot(remaining, this, &SearchWindow::hideWithoutFocus);
+    else
+        hide();
+}
+
+void SearchWindow::placeOnScreenWithPointer()
+{
+    const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
+    const QRect free = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const QRect panel = panelRect();
+    const int left = free.left() + (free.width() - panel.width()) / 2;
+    const int top = free.top() + static_cast<int>((free.height() - panel.height()) * SHARE_ABOVE);
+    move(left - panel.left(), std::max(top, free.top()) - panel.top());
+}
+
+void SearchWindow::changeEvent(QEvent *event)
+{
+    RoundedWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        Q_EMIT becameKey();
+}
+
+void SearchWindow::showEvent(QShowEvent *)
+{
+    Q_EMIT appeared();
+}
+void SearchWindow::hideEvent(QHideEvent *)
+{
+    Q_EMIT disappeared();
+}
+
+void SearchWindow::mousePressEvent(QMouseEvent *event)
+{
+    // The shadow looks like a place outside the panel, so a click there dismisses it, too.
+    if (!panelRect().contains(event->pos()))
+        dismiss();
+}
+
+} // namespace quillon

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "app/setup/AppleEventPermissionViewController.h"
+#include "app/widgets/PanelPalette.h"
+
+#include <memory>
+
+namespace quillon {
+
+class WindowSystem;
+
+/// What the permission flow asks of the application around it.
+class AppleEventPermissionDelegate
+{
+public:
+    AppleEventPermissionDelegate() = default;
+    virtual ~AppleEventPermissionDelegate() = default;
+    AppleEventPermissionDelegate(const AppleEventPermissionDelegate &) = delete;
+    AppleEventPermissionDelegate &operator=(const AppleEventPermissionDelegate &) = delete;
+
+    /// The user has been asked and the window is gone: the start goes on.
+    virtual void permissionFinished() = 0;
+    virtual void terminate() = 0;
+};
+
+/// Shows the permission window, which nothing but its two buttons takes away. Main thread only.
+class AppleEventPermissionCoordinator : public AppleEventPermissionViewDelegate
+{
+public:
+    AppleEventPermissionCoordinator(const AppleEventPermissionViewController::Services &services,
+                                    WindowSystem &windowSystem,
+                                    AppleEventPermissionDelegate &delegate);
+    ~AppleEventPermissionCoordinator() override;
+
+    /// Shows the window, or brings it to the front when it is shown already.
+    void show(const PanelPalette &palette);
+    void setPanelPalette(const PanelPalette &palette);
+    /// Null while it is not shown.
+    QWidget *window() const;
+
+    void permissionFinished() override;
+    void terminate() override;
+
+private:
+    class Window;
+
+    AppleEventPermissionViewController::Services services_;
+    WindowSystem &windowSystem_;
+    AppleEventPermissionDelegate &delegate_;
+    std::unique_ptr<Window> window_;
+};
+
+} // namespace quillon

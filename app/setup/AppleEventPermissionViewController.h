@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QWidget>
+
+namespace quillon {
+
+class AppleEventAccess;
+class AppleScriptRunner;
+class PanelButton;
+class TaskQueue;
+
+/// What the permission window asks of who shows it.
+class AppleEventPermissionViewDelegate
+{
+public:
+    AppleEventPermissionViewDelegate() = default;
+    virtual ~AppleEventPermissionViewDelegate() = default;
+    AppleEventPermissionViewDelegate(const AppleEventPermissionViewDelegate &) = delete;
+    AppleEventPermissionViewDelegate &operator=(const AppleEventPermissionViewDelegate &) = delete;
+
+    /// The user has allowed it; the view may be deleted.
+    virtual void permissionFinished() = 0;
+    virtual void terminate() = 0;
+};
+
+/// Tells the user what the program asks of the file manager, and has the user allow it or quit.
+class AppleEventPermissionViewController : public QWidget
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        AppleEventAccess &access;
+        const AppleScriptRunner &appleScriptRunner;
+        /// Where the file manager is asked.
+        TaskQueue &background;
+        TaskQueue &main;
+    };
+
+    /// Without a delegate the buttons do nothing.
+    AppleEventPermissionViewController(const Services &services,
+                                       AppleEventPermissionViewDelegate *delegate);
+
+    void setPanelPalette(const PanelPalette &palette);
+
+    /// Stores that the user was asked and sends the file manager a harmless event, so that a
+    /// desktop that asks for consent does it now. Whatever comes of it, the permission is finished
+    /// then, or after a few seconds without an answer.
+    void enable();
+    /// Ends the program.
+    void disable();
+
+private:
+    QWidget *buildHeading();
+    QWidget *buildReason(const QString &title, const QString &sentence);
+    QLayout *buildButtons();
+
+    Services services_;
+    AppleEventPermissionViewDelegate *delegate_;
+    PanelButton *disableButton_ = nullptr;
+    PanelButton *enableButton_ = nullptr;
+    bool isEnabling_ = false;
+};
+
+} // namespace quillon

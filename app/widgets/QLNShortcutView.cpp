@@ -1,0 +1,191 @@
+#include "app/widgets/QLNShortcutView.h"
+
+#include "shortcut/QLNShortcutBinder.h"
+#include "shortcut/QLNShortcutMonitor.h"
+#include "shortcut/QLNShortcutValidator.h"
+
+#include <QAccessible>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace quillon {
+
+QLNShortcutView::QLNShortcutView(QLNShortcutMonitor &monitor, QLNShortcutBinder &binder,
+                                 HotKey &service, QWidget *parent)
+    : QWidget(parent),
+      monitor_(monitor),
+      binder_(binder),
+      service_(service),
+      button_(new QPushButton(this)),
+      message_(new QLabel(this))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    buildButton();
+    buildMessage();
+    layout->addWidget(button_);
+    layout->addWidget(message_);
+    connect(&monitor_, &QLNShortcutMonitor::changed, this, &QLNShortcutView::showShortcut);
+    connect(&binder_, &QLNShortcutBinder::outcomeChanged, this, &QLNShortcutView::showFault);
+    showShortcut();
+    showFault();
+}
+
+QLNShortcutView::~QLNShortcutView()
+{
+    stopRecording();
+}
+
+void QLNShortcutView::buildButton()
+{
+    button_->setToolTip(tr("Click, then press the keys that bring the panel up"));
+    button_->installEventFilter(this);
+    setFocusProxy(button_);
+    connect(button_, &QPushButton::clicked, this, [this] {
+        if (isRecording_)
+            stopRecording();
+        else
+            startRecording();
+    });
+}
+
+void QLNShortcutView::buildMessage()
+{
+    message_->setWordWrap(true);
+    message_->setBuddy(button_);
+    message_->hide();
+}
+
+void QLNShortcutView::startRecording()
+{
+    if (isRecording_)
+        return;
+    if (!service_.isPossible()) {
+        say(QLNShortcutValidator::words(QLNShortcutValidator::Fault::impossible, {}));
+        return;
+    }
+    isRecording_ = true;
+    // Neither our own key nor the window manager's may keep the press from us.
+    binder_.pause();
+    button_->setFocus();
+    button_->grabKeyboard();
+    say(tr("Escape keeps the shortcut as it is, Backspace removes it."));
+    showShortcut();
+    Q_EMIT recordingChanged(true);
+}
+
+void QLNShortcutView::stopRecording()
+{
+    if (!isRecording_)
+        return;
+    isRecording_ = false;
+    button_->releaseKeyboard();
+    binder_.resume();
+    showShortcut();
+    showFault();
+    Q_EMIT recordingChanged(false);
+}
+
+bool QLNShortcutView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != button_ || !isRecording_)
+        return QWidget::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        // What is a command elsewhere in the window is a key like any other here.
+        event->accept();
+        return true;
+    case QEvent::KeyPress:
+        keyPressed(*static_cast<QKeyEvent *>(event));
+        return true;
+    case QEvent::KeyRelease:
+        return true;
+    case QEvent::FocusOut:
+        stopRecording();
+        return false;
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+void QLNShortcutView::hideEvent(QHideEvent *event)
+{
+    stopRecording();
+    QWidget::hideEvent(event);
+}
+
+void QLNShortcutView::keyPressed(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers held = event.modifiers();
+    const bool isAlone = (held & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isAlone && event.key() == Qt::Key_Escape)
+        return stopRecording();
+    if (isAlone && event.key() == Qt::Key_Tab) {
+        stopRecording();
+        focusNextChild();
+        return;
+    }
+    if (isAlone && event.key() == Qt::Key_Backspace) {
+        monitor_.store(std::nullopt);
+        return stopRecording();
+    }
+    const std::string key = service_.keyName(event.nativeScanCode(), event.nativeVirtualKey());
+    // A modifier: the key that goes with it is still to come.
+    if (key.empty() || event.isAutoRepeat())
+        return;
+    choose({.control = held.testFlag(Qt::ControlModifier),
+            .alt = held.testFlag(Qt::AltModifier),
+            .shift = held.testFlag(Qt::ShiftModifier),
+            .super = held.testFlag(Qt::MetaModifier),
+            .key = key});
+}
+
+void QLNShortcutView::choose(const KeyCombination &keys)
+{
+    const QLNShortcut shortcut{.keys = keys};
+    if (const auto fault = QLNShortcutValidator(service_).fault(keys))
+        return say(QLNShortcutValidator::words(*fault, shortcut));
+    const bool isStored = monitor_.store(shortcut);
+    stopRecording();
+    if (!isStored)
+        say(tr("The settings could not be written."));
+}
+
+void QLNShortcutView::showShortcut()
+{
+    const auto &shortcut = monitor_.shortcut();
+    QString text = tr("Record Shortcut");
+    if (isRecording_)
+        text = tr("Press the keys…");
+    else if (shortcut && !shortcut->keys)
+        text = tr("Bound by the desktop");
+    else if (shortcut)
+        text = QString::fromStdString(shortcut->text());
+    button_->setText(text);
+    button_->setAccessibleName(tr("Shortcut that shows the panel: %1").arg(text));
+}
+
+void QLNShortcutView::showFault()
+{
+    if (isRecording_)
+        return;
+    const auto outcome = binder_.outcome();
+    const auto fault = outcome ? QLNShortcutValidator::fault(*outcome) : std::nullopt;
+    const auto &shortcut = monitor_.shortcut();
+    say(fault && shortcut ? QLNShortcutValidator::words(*fault, *shortcut) : QString());
+}
+
+void QLNShortcutView::say(const QString &message)
+{
+    message_->setText(message);
+    message_->setVisible(!message.isEmpty());
+    button_->setAccessibleDescription(message);
+    if (message.isEmpty())
+        return;
+    QAccessibleEvent event(message_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace quillon

@@ -1,0 +1,95 @@
+#include "app/widgets/RoundedWindow.h"
+
+#include "app/widgets/PanelMetrics.h"
+#include "platform/WindowSystem.h"
+
+#include <QBitmap>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace quillon {
+
+namespace {
+
+/// Room for the shadow, and how far it falls below the panel.
+constexpr int SHADOW = 44;
+constexpr int SHADOW_DROP = 12;
+constexpr int SHADOW_ALPHA = 72;
+/// The hairline around the panel.
+constexpr int BORDER = 1;
+
+} // namespace
+
+RoundedWindow::RoundedWindow(WindowSystem &windowSystem, Qt::WindowFlags flags)
+    : QWidget(nullptr, flags | Qt::FramelessWindowHint), windowSystem_(windowSystem)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+}
+
+void RoundedWindow::setContent(QWidget *content)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(BORDER, BORDER, BORDER, BORDER);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(content);
+}
+
+void RoundedWindow::setFramePalette(const PanelPalette &palette)
+{
+    palette_ = palette;
+    update();
+}
+
+void RoundedWindow::fitToCompositing()
+{
+    const bool isComposited = windowSystem_.isComposited();
+    const int margin = isComposited ? SHADOW : 0;
+    setContentsMargins(margin, margin, margin, margin);
+    layout()->activate();
+    if (isComposited) {
+        clearMask();
+        return;
+    }
+    // Nothing is blended here: what lies outside the round corners is cut off.
+    QBitmap shape(size());
+    shape.fill(Qt::color0);
+    QPainter painter(&shape);
+    painter.setBrush(Qt::color1);
+    painter.setPen(Qt::NoPen);
+    painter.drawRoundedRect(rect(), metrics::CORNER, metrics::CORNER);
+    painter.end();
+    setMask(shape);
+}
+
+void RoundedWindow::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRect panel = panelRect();
+    // Without blending the half-covered pixels of the corners would come out black.
+    if (panel == rect())
+        painter.fillRect(panel, palette_.hairline);
+    else
+        paintShadow(painter);
+    painter.setBrush(palette_.background);
+    painter.setPen(QPen(palette_.hairline, BORDER));
+    painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), metrics::CORNER,
+                            metrics::CORNER);
+}
+
+void RoundedWindow::paintShadow(QPainter &painter)
+{
+    // Rings from the outside in, each adding a little more: a soft edge without an image to keep.
+    constexpr int REACH = SHADOW - SHADOW_DROP;
+    const QRectF panel(panelRect());
+    painter.setPen(Qt::NoPen);
+    for (int reach = REACH; reach > 0; --reach) {
+        const double nearness = 1.0 - static_cast<double>(reach) / REACH;
+        painter.setBrush(QColor(0, 0, 0, qRound(2.0 * SHADOW_ALPHA * nearness / REACH)));
+        painter.drawRoundedRect(
+            panel.adjusted(-reach, -reach, reach, reach).translated(0, SHADOW_DROP),
+            metrics::CORNER + reach, metrics::CORNER + reach);
+    }
+}
+
+} // namespace quillon
