@@ -412,12 +412,12 @@ TEST_F(WatchingTest, looksAtRemoteFoldersNowAndThen)
     WatchRig rig(memory.path("root"), options);
     memory.makeFolder("root/a/new/deep");
     memory.writeFile("root/a/new.txt");
-    rig.flush();
+    rig.flushUntilCurrent();
     EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
     EXPECT_EQ(rig.stream().status().watched, 0U);
     EXPECT_EQ(rig.stream().status().folders, 4U);
     fs::remove_all(memory.path("root/a/new"));
-    rig.flush();
+    rig.flushUntilCurrent();
     EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
 }
 
@@ -511,6 +511,7 @@ protected:
     {
         service_.emplace(std::move(options));
         index_ = std::make_shared<ModelIndex>(disk_.path("root"));
+        receiver_.emplace(index_);
         arming_ = service_->beginArming(index_);
         root_ = arming_->armRoot(index_->root());
         crawl(root_, index_->root());
@@ -527,14 +528,7 @@ protected:
     void makeStream()
     {
         FSEventStreamService::Request request;
-        request.callback = [this](void *, std::size_t, const FSEventPaths &paths,
-                                  const std::vector<std::uint32_t> &,
-                                  const std::vector<std::uint64_t> &) {
-            for (const std::string &path : std::get<std::vector<std::string>>(paths)) {
-                index_->update(path);
-                told_.push_back(path.substr(std::min(path.size(), index_->root().size() + 1)));
-            }
-        };
+        request.callback = receiver_->callback();
         request.paths = {index_->root()};
         request.latency = WatchRig::LATENCY;
         request.items = index_;
@@ -547,7 +541,7 @@ protected:
     {
         stream_->flushSync();
         queue_.postAndWait([] {});
-        return std::exchange(told_, {});
+        return receiver_->takeTold();
     }
     void TearDown() override
     {
@@ -559,7 +553,7 @@ protected:
     std::shared_ptr<ModelIndex> index_;
     std::shared_ptr<FSEventArming> arming_;
     FSEventArming::Folder root_ = 0;
-    std::vector<std::string> told_;
+    std::optional<WatchReceiver> receiver_;
     ThreadTaskQueue queue_;
     std::unique_ptr<FSEventStream> stream_;
 };

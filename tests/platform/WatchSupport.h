@@ -7,6 +7,7 @@
 #include "tests/support/ThreadTaskQueue.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -102,6 +103,62 @@ private:
     Paths paths_ GUARDED_BY(mutex_);
 };
 
+/// The receiving end of a stream: brings an index up to date and keeps account of what was told.
+/// Safe from every thread.
+class WatchReceiver
+{
+public:
+    explicit WatchReceiver(std::shared_ptr<ModelIndex> index) : index_(std::move(index)) {}
+
+    /// A stream's callback; the receiver outlives the queue on which it runs.
+    FSEventStreamCallback callback()
+    {
+        return
+            [this](void *, std::size_t, const FSEventPaths &paths,
+                   const std::vector<std::uint32_t> &flags, const std::vector<std::uint64_t> &ids) {
+                receive(std::get<std::vector<std::string>>(paths), flags, ids);
+            };
+    }
+    /// The paths told since the last call, relative to the root, "" for the root itself.
+    std::vector<std::string> takeTold()
+    {
+        const MutexLock lock(mutex_);
+        return std::exchange(told_, {});
+    }
+    /// The flags told of a path lately.
+    std::uint32_t flagsOf(const std::string &path) const
+    {
+        const MutexLock lock(mutex_);
+        const auto found = flags_.find(path);
+        return found == flags_.end() ? 0 : found->second;
+    }
+    bool areIDsRising() const
+    {
+        const MutexLock lock(mutex_);
+        return std::ranges::is_sorted(ids_, std::ranges::less_equal());
+    }
+
+private:
+    void receive(const std::vector<std::string> &paths, const std::vector<std::uint32_t> &flags,
+                 const std::vector<std::uint64_t> &ids)
+    {
+        for (std::size_t i = 0; i < paths.size(); ++i) {
+            index_->update(paths[i]);
+            const MutexLock lock(mutex_);
+            const std::size_t cut = std::min(paths[i].size(), index_->root().size() + 1);
+            told_.push_back(paths[i].substr(cut));
+            flags_[told_.back()] = flags[i];
+            ids_.push_back(ids[i]);
+        }
+    }
+
+    const std::shared_ptr<ModelIndex> index_;
+    mutable Mutex mutex_;
+    std::vector<std::string> told_ GUARDED_BY(mutex_);
+    std::map<std::string, std::uint32_t> flags_ GUARDED_BY(mutex_);
+    std::vector<std::uint64_t> ids_ GUARDED_BY(mutex_);
+};
+
 /// A stream over one root, the index that it keeps current, and what it has told.
 class WatchRig
 {
@@ -110,15 +167,13 @@ public:
     static constexpr double LATENCY = 10;
 
     explicit WatchRig(std::string root, InotifyOptions options = {}, double latency = LATENCY)
-        : index(std::make_shared<ModelIndex>(std::move(root))), service_(std::move(options))
+        : index(std::make_shared<ModelIndex>(std::move(root))),
+          receiver_(index),
+          service_(std::move(options))
     {
         index->update(index->root());
         FSEventStreamService::Request request;
-        request.callback = [this](void *, std::size_t, const FSEventPaths &paths,
-                                  const std::vector<std::uint32_t> &flags,
-                                  const std::vector<std::uint64_t> &ids) {
-            receive(std::get<std::vector<std::string>>(paths), flags, ids);
-        };
+        request.callback = receiver_.callback();
         request.paths = {index->root()};
         request.latency = latency;
         request.flags = 0x4;
@@ -138,54 +193,31 @@ public:
         stream_->flushSync();
         queue_.postAndWait([] {});
     }
-    /// The paths told since the last call, relative to the root, "" for the root itself.
-    std::vector<std::string> takeTold()
+    /// The same where a flush is not waited for to its end, as on remote file systems.
+    void flushUntilCurrent()
     {
-        const MutexLock lock(mutex_);
-        return std::exchange(told_, {});
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        do
+            flush();
+        while (index->paths() != index->onDisk() && std::chrono::steady_clock::now() < end);
     }
+    std::vector<std::string> takeTold() { return receiver_.takeTold(); }
     /// The same after a flush.
     std::vector<std::string> told()
     {
         flush();
         return takeTold();
     }
-    /// The flags told of a path lately.
-    std::uint32_t flagsOf(const std::string &path)
-    {
-        const MutexLock lock(mutex_);
-        const auto found = flags_.find(path);
-        return found == flags_.end() ? 0 : found->second;
-    }
-    bool areIDsRising()
-    {
-        const MutexLock lock(mutex_);
-        return std::ranges::is_sorted(ids_, std::ranges::less_equal());
-    }
+    std::uint32_t flagsOf(const std::string &path) const { return receiver_.flagsOf(path); }
+    bool areIDsRising() const { return receiver_.areIDsRising(); }
     FSEventStream &stream() { return *stream_; }
 
     const std::shared_ptr<ModelIndex> index;
 
 private:
-    void receive(const std::vector<std::string> &paths, const std::vector<std::uint32_t> &flags,
-                 const std::vector<std::uint64_t> &ids)
-    {
-        for (std::size_t i = 0; i < paths.size(); ++i) {
-            index->update(paths[i]);
-            const MutexLock lock(mutex_);
-            const std::size_t cut = std::min(paths[i].size(), index->root().size() + 1);
-            told_.push_back(paths[i].substr(cut));
-            flags_[told_.back()] = flags[i];
-            ids_.push_back(ids[i]);
-        }
-    }
-
+    WatchReceiver receiver_;
     InotifyEventService service_;
     ThreadTaskQueue queue_;
-    Mutex mutex_;
-    std::vector<std::string> told_ GUARDED_BY(mutex_);
-    std::map<std::string, std::uint32_t> flags_ GUARDED_BY(mutex_);
-    std::vector<std::uint64_t> ids_ GUARDED_BY(mutex_);
     std::unique_ptr<FSEventStream> stream_;
 };
 
