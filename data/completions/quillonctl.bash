@@ -1,0 +1,47 @@
+# bash completion for quillonctl
+
+_quillonctl() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    local command=${COMP_WORDS[1]} options folders=
+    if [ "$COMP_CWORD" -eq 1 ]; then
+        mapfile -t COMPREPLY < <(compgen -W 'match find crawl watch --version --help' -- "$current")
+        return
+    fi
+    case $previous in
+        --in)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -d -- "$current")
+            return
+            ;;
+        --counts)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
+        --top | --repeat | --threads | --budget | --latency | --window | --sweep | --exclude | --ext)
+            return
+            ;;
+    esac
+    case $command in
+        match) options='--top --counts --repeat -0 --stats --help' ;;
+        find) options='--in --top -0 --json --help' ;;
+        crawl)
+            options='--exclude --no-default-excludes --no-builtin-excludes --ext --threads -0
+                --stats --help'
+            folders=yes
+            ;;
+        watch)
+            options='--latency --window --sweep --budget -0 --help'
+            folders=yes
+            ;;
+        *) return ;;
+    esac
+    if [[ $current == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
+    elif [ -n "$folders" ]; then
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -d -- "$current")
+    fi
+}
+
+complete -F _quillonctl quillonctl

@@ -1,0 +1,43 @@
+# fish completion for quillonctl
+
+set -l commands match find crawl watch
+set -l none "not __fish_seen_subcommand_from $commands"
+
+complete -c quillonctl -f
+complete -c quillonctl -n $none -a match -d 'Rank the paths on standard input'
+complete -c quillonctl -n $none -a find -d 'Search folders'
+complete -c quillonctl -n $none -a crawl -d 'Print what would be indexed'
+complete -c quillonctl -n $none -a watch -d 'Keep an index current and print it on demand'
+complete -c quillonctl -n $none -l version -d 'Print the version'
+complete -c quillonctl -l help -d 'Print a summary of the options'
+
+set -l match '__fish_seen_subcommand_from match'
+complete -c quillonctl -n $match -l top -x -d 'Print at most this many paths'
+complete -c quillonctl -n $match -l counts -r -F -d 'Use counts'
+complete -c quillonctl -n $match -l repeat -x -d 'Run the query this many times'
+complete -c quillonctl -n $match -s 0 -d 'Paths and answers end with a NUL byte'
+complete -c quillonctl -n $match -l stats -d 'Print size and times to standard error'
+
+set -l find '__fish_seen_subcommand_from find'
+complete -c quillonctl -n $find -l in -x -a '(__fish_complete_directories)' -d 'Search this folder'
+complete -c quillonctl -n $find -l top -x -d 'Print at most this many paths'
+complete -c quillonctl -n $find -s 0 -d 'End each path with a NUL byte'
+complete -c quillonctl -n $find -l json -d 'Print an array of objects'
+
+set -l crawl '__fish_seen_subcommand_from crawl'
+complete -c quillonctl -n $crawl -a '(__fish_complete_directories)'
+complete -c quillonctl -n $crawl -l exclude -x -d 'Skip folders with this in their path'
+complete -c quillonctl -n $crawl -l no-default-excludes -d 'Without the patterns that a user begins with'
+complete -c quillonctl -n $crawl -l no-builtin-excludes -d 'Without the patterns that always hold'
+complete -c quillonctl -n $crawl -l ext -x -d 'Print files with this extension too'
+complete -c quillonctl -n $crawl -l threads -x -d 'Share the work between this many threads'
+complete -c quillonctl -n $crawl -s 0 -d 'End each path with a NUL byte'
+complete -c quillonctl -n $crawl -l stats -d 'Print numbers to standard error'
+
+set -l watch '__fish_seen_subcommand_from watch'
+complete -c quillonctl -n $watch -a '(__fish_complete_directories)'
+complete -c quillonctl -n $watch -l latency -x -d 'Seconds from a change to its report'
+complete -c quillonctl -n $watch -l window -x -d 'Seconds from a report to the update'
+complete -c quillonctl -n $watch -l sweep -x -d 'Seconds between looks at folders that are not watched'
+complete -c quillonctl -n $watch -l budget -x -d 'Watch at most this many folders'
+complete -c quillonctl -n $watch -s 0 -d 'What is printed ends with a NUL byte'
