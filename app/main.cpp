@@ -31,6 +31,7 @@
 // queue (Coalesce, 3 s) -> SearchBase::update, which crawls there and applies on the main queue.
 
 #include "app/AppDelegate.h"
+#include "app/Translations.h"
 #include "platform/linux/BusRemoteControl.h"
 #include "platform/linux/TerminationSignals.h"
 
@@ -94,6 +95,7 @@ bool hasDisplay()
 int run(int &argc, char **argv, const Options &options)
 {
     QApplication application(argc, argv);
+    quillon::translateApplication(application);
     QApplication::setApplicationName(QStringLiteral("quillon"));
     QApplication::setDesktopFileName(QStringLiteral("org.quillon.Quillon"));
     QApplication::setQuitOnLastWindowClosed(false);

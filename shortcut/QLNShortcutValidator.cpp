@@ -1,17 +1,10 @@
 #include "shortcut/QLNShortcutValidator.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
 namespace quillon {
 
 namespace {
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("QLNShortcutValidator", text);
-}
 
 /// "F1" to "F35", and the keys that start programs or set the volume: they type nothing.
 bool isFunctionKey(const std::string &key)
@@ -62,18 +55,18 @@ QString QLNShortcutValidator::words(Fault fault, const QLNShortcut &shortcut)
     const QString keys = QString::fromStdString(shortcut.text());
     switch (fault) {
     case Fault::needsModifier:
-        return translated("%1 needs Ctrl, Alt or Super with it, or a function key.").arg(keys);
+        return tr("%1 needs Ctrl, Alt or Super with it, or a function key.").arg(keys);
     case Fault::inUse:
-        return translated("%1 is in use by another program.").arg(keys);
+        return tr("%1 is in use by another program.").arg(keys);
     case Fault::noSuchKey:
-        return translated("No key of this keyboard is %1.").arg(keys);
+        return tr("No key of this keyboard is %1.").arg(keys);
     case Fault::refused:
-        return translated("The desktop did not give %1 to Quillon.").arg(keys);
+        return tr("The desktop did not give %1 to Quillon.").arg(keys);
     case Fault::impossible:
         break;
     }
-    return translated("Programs cannot take keys in this session. Bind a key to "
-                      "“quillon --toggle” in the desktop’s keyboard settings.");
+    return tr("Programs cannot take keys in this session. Bind a key to "
+              "“quillon --toggle” in the desktop’s keyboard settings.");
 }
 
 } // namespace quillon

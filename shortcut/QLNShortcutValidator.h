@@ -2,6 +2,7 @@
 
 #include "shortcut/QLNShortcut.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -12,6 +13,8 @@ namespace quillon {
 /// Whether a key combination can be the global shortcut. Main thread only.
 class QLNShortcutValidator
 {
+    Q_DECLARE_TR_FUNCTIONS(quillon::QLNShortcutValidator)
+
 public:
     enum class Fault
     {

@@ -27,12 +27,12 @@ QString keysOf(ActionShortcutFlags flags)
 {
     QStringList keys;
     if (flags.command)
-        keys << translated("Ctrl");
+        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Ctrl"));
     if (flags.option)
-        keys << translated("Alt");
+        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Alt"));
     if (flags.shift)
-        keys << translated("Shift");
-    keys << translated("Return");
+        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Shift"));
+    keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Return"));
     return keys.join(u' ');
 }
 
@@ -55,7 +55,9 @@ PanelFooter::Hint hintFor(const ActionModel &action)
     const auto *words = std::ranges::find_if(
         known, [&action](const Words &each) { return each.type == action.actionType; });
     if (words == std::end(known))
-        return {.key = keysOf(action.flags), .meaning = translated("Nothing"), .toolTip = {}};
+        return {.key = keysOf(action.flags),
+                .meaning = translated(QT_TRANSLATE_NOOP("ActionHints", "Nothing")),
+                .toolTip = {}};
     // A program is known by its name, wherever it stands.
     const QString name =
         action.actionType == ActionType::executeShellCommand ? target.section(u'/', -1) : target;

@@ -14,7 +14,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
-#include <QLocale>
 
 #include <algorithm>
 #include <utility>
@@ -302,8 +301,7 @@ void LightningSearchViewController::updateHints()
 void LightningSearchViewController::updateState()
 {
     const PanelSource::State state = source_.state();
-    const QString count = QLocale().toString(static_cast<qulonglong>(state.count));
-    const QString folders = state.count == 1 ? tr("1 folder") : tr("%1 folders").arg(count);
+    const QString folders = tr("%Ln folder(s)", nullptr, static_cast<int>(state.count));
     view_.footer().setStatus(state.isBuilding ? tr("Indexing: %1").arg(folders) : folders);
     updateMessage(state);
     if (!state.isBuilding || !view_.isVisible())
@@ -325,9 +323,9 @@ void LightningSearchViewController::updateMessage(const PanelSource::State &stat
                               "under “qln-bookmarks” in %1")
                                .arg(settingsPlace_));
     } else if (state.isBuilding) {
-        const QString count = QLocale().toString(static_cast<qulonglong>(state.count));
         message.setMessage(tr("Indexing your folders…"),
-                           tr("%1 folders so far: you can already search").arg(count));
+                           tr("%Ln folder(s) so far: you can already search", nullptr,
+                              static_cast<int>(state.count)));
     } else if (text.size() < SHORTEST_QUERY) {
         message.setMessage(tr("Type a part of a folder’s name"),
                            tr("The folders you open most will be listed here"));

@@ -1,3 +1,5 @@
+#include "app/Translations.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -7,6 +9,7 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     Q_INIT_RESOURCE(quillon);
-    const QApplication application(argc, argv);
+    QApplication application(argc, argv);
+    quillon::translateApplication(application, {u"en"_qs});
     return RUN_ALL_TESTS();
 }

@@ -60,7 +60,8 @@ class Desktop(unittest.TestCase):
     def environment(self):
         return dict(os.environ, HOME=str(self.home), XDG_CONFIG_HOME=str(self.config),
                     XDG_DATA_HOME=str(self.home / ".local/share"),
-                    XDG_CACHE_HOME=str(self.home / ".cache"))
+                    XDG_CACHE_HOME=str(self.home / ".cache"),
+                    LANGUAGE="", LC_ALL="C.UTF-8")
 
     def make_folders(self, *paths):
         for path in paths:

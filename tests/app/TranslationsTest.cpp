@@ -1,0 +1,72 @@
+#include "app/Translations.h"
+
+#include <QTranslator>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <ostream>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+struct Spoken
+{
+    const char *name;
+    QStringList languages;
+    const char16_t *placeholder;
+    const char16_t *countOfOne;
+    /// A button of the toolkit's own.
+    const char16_t *cancel;
+};
+
+std::ostream &operator<<(std::ostream &stream, const Spoken &spoken)
+{
+    return stream << spoken.name;
+}
+
+class Translations : public testing::TestWithParam<Spoken>
+{
+protected:
+    void SetUp() override { translateApplication(*qApp, GetParam().languages); }
+    void TearDown() override
+    {
+        // Those of the other tests were there before.
+        const auto all = qApp->findChildren<QTranslator *>();
+        for (QTranslator *translator : all)
+            if (!before_.contains(translator))
+                delete translator;
+    }
+
+private:
+    QList<QTranslator *> before_ = qApp->findChildren<QTranslator *>();
+};
+
+} // namespace
+
+TEST_P(Translations, speakTheFirstLanguageThatThereIs)
+{
+    const Spoken &spoken = GetParam();
+    EXPECT_EQ(QCoreApplication::translate("quillon::SearchPanelView", "Find a folder"),
+              spoken.placeholder);
+    EXPECT_EQ(QCoreApplication::translate("quillon::LightningSearchViewController", "%Ln folder(s)",
+                                          nullptr, 1),
+              spoken.countOfOne);
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), spoken.cancel);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Translations,
+    testing::Values(
+        Spoken{"German", {u"de"_qs}, u"Ordner suchen", u"1 Ordner", u"Abbrechen"},
+        Spoken{"Austrian", {u"de-AT"_qs, u"en"_qs}, u"Ordner suchen", u"1 Ordner", u"Abbrechen"},
+        Spoken{"Second", {u"tlh"_qs, u"de"_qs}, u"Ordner suchen", u"1 Ordner", u"Abbrechen"},
+        Spoken{"EnglishFirst", {u"en-GB"_qs, u"de"_qs}, u"Find a folder", u"1 folder", u"Cancel"},
+        // A French button in an English window would be worse.
+        Spoken{"Unknown", {u"fr-FR"_qs}, u"Find a folder", u"1 folder", u"Cancel"},
+        Spoken{"None", {}, u"Find a folder", u"1 folder", u"Cancel"}),
+    testing::PrintToStringParamName());
+
+} // namespace quillon

@@ -1,0 +1,236 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>ActionHints</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open with the default application</source>
+        <translation>Mit der Standardanwendung öffnen</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>Show in the file manager</source>
+        <translation>In der Dateiverwaltung zeigen</translation>
+    </message>
+    <message>
+        <source>Show parent</source>
+        <translation>Übergeordneten zeigen</translation>
+    </message>
+    <message>
+        <source>Show in the parent folder, in the file manager</source>
+        <translation>In der Dateiverwaltung im übergeordneten Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Copy path</source>
+        <translation>Pfad kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the path to the clipboard</source>
+        <translation>Den Pfad in die Zwischenablage kopieren</translation>
+    </message>
+    <message>
+        <source>Open with the application “%1”</source>
+        <translation>Mit der Anwendung „%1“ öffnen</translation>
+    </message>
+    <message>
+        <source>Run %1</source>
+        <translation>%1 ausführen</translation>
+    </message>
+    <message>
+        <source>Nothing</source>
+        <translation>Nichts</translation>
+    </message>
+</context>
+<context>
+    <name>HotKey</name>
+    <message>
+        <source>Show or hide the search panel</source>
+        <translation>Das Suchfenster zeigen oder verbergen</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::AppleEventPermissionViewController</name>
+    <message>
+        <source>To show folders</source>
+        <translation>Um Ordner zu zeigen</translation>
+    </message>
+    <message>
+        <source>When you open a folder, Quillon tells the file manager to show it: in a new window, in the one that is in front, or selected inside its parent, as you choose.</source>
+        <translation>Wenn Sie einen Ordner öffnen, lässt Quillon ihn von der Dateiverwaltung zeigen: in einem neuen Fenster, im vordersten Fenster oder ausgewählt im übergeordneten Ordner, ganz wie Sie möchten.</translation>
+    </message>
+    <message>
+        <source>To search the window in front</source>
+        <translation>Um das vorderste Fenster zu durchsuchen</translation>
+    </message>
+    <message>
+        <source>When you bring up the panel over a window of the file manager, Quillon asks which folder it shows, so that the items you are looking at are found first. This is off until you switch on quick search.</source>
+        <translation>Wenn Sie das Suchfenster über einem Fenster der Dateiverwaltung aufrufen, fragt Quillon, welchen Ordner es zeigt, damit das, was Sie gerade vor sich haben, zuerst gefunden wird. Das geschieht erst, wenn Sie die Schnellsuche einschalten.</translation>
+    </message>
+    <message>
+        <source>What Quillon learns stays in the memory of this computer. If you allow it, it asks the file manager one harmless question now, so that a desktop that wants your consent asks for it now, too. Otherwise Quillon quits.</source>
+        <translation>Was Quillon erfährt, bleibt im Speicher dieses Rechners. Wenn Sie es erlauben, stellt Quillon der Dateiverwaltung jetzt eine harmlose Frage, damit auch eine Arbeitsumgebung, die Ihre Zustimmung verlangt, gleich danach fragt. Andernfalls beendet sich Quillon.</translation>
+    </message>
+    <message>
+        <source>May Quillon talk to your file manager?</source>
+        <translation>Darf Quillon mit Ihrer Dateiverwaltung sprechen?</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Allow</source>
+        <translation>Erlauben</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::LightningSearchTableRowView</name>
+    <message>
+        <source>front window</source>
+        <translation>vorderstes Fenster</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::LightningSearchViewController</name>
+    <message>
+        <source>Indexing: %1</source>
+        <translation>Wird erfasst: %1</translation>
+    </message>
+    <message>
+        <source>No folders to search yet</source>
+        <translation>Noch keine Ordner zum Durchsuchen</translation>
+    </message>
+    <message>
+        <source>Press Return to search your home folder,
+or name other folders under “qln-bookmarks” in %1</source>
+        <translation>Drücken Sie die Eingabetaste, um Ihren persönlichen Ordner zu durchsuchen,
+oder nennen Sie andere Ordner unter „qln-bookmarks“ in %1</translation>
+    </message>
+    <message>
+        <source>Indexing your folders…</source>
+        <translation>Ihre Ordner werden erfasst…</translation>
+    </message>
+    <message>
+        <source>Type a part of a folder’s name</source>
+        <translation>Tippen Sie einen Teil eines Ordnernamens</translation>
+    </message>
+    <message>
+        <source>The folders you open most will be listed here</source>
+        <translation>Hier stehen später die Ordner, die Sie am häufigsten öffnen</translation>
+    </message>
+    <message>
+        <source>No folder matches “%1”</source>
+        <translation>Kein Ordner passt zu „%1“</translation>
+    </message>
+    <message>
+        <source>Try it without the blanks</source>
+        <translation>Versuchen Sie es ohne die Leerzeichen</translation>
+    </message>
+    <message>
+        <source>Try fewer letters</source>
+        <translation>Versuchen Sie es mit weniger Buchstaben</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln folder(s)</source>
+        <translation>
+            <numerusform>%Ln Ordner</numerusform>
+            <numerusform>%Ln Ordner</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln folder(s) so far: you can already search</source>
+        <translation>
+            <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
+            <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quillon::QLNShortcutValidator</name>
+    <message>
+        <source>%1 needs Ctrl, Alt or Super with it, or a function key.</source>
+        <translation>%1 braucht Strg, Alt oder Super dazu oder eine Funktionstaste.</translation>
+    </message>
+    <message>
+        <source>%1 is in use by another program.</source>
+        <translation>%1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>No key of this keyboard is %1.</source>
+        <translation>Auf dieser Tastatur gibt es %1 nicht.</translation>
+    </message>
+    <message>
+        <source>The desktop did not give %1 to Quillon.</source>
+        <translation>Die Arbeitsumgebung hat Quillon %1 nicht gegeben.</translation>
+    </message>
+    <message>
+        <source>Programs cannot take keys in this session. Bind a key to “quillon --toggle” in the desktop’s keyboard settings.</source>
+        <translation>In dieser Sitzung können sich Programme keine Tasten nehmen. Legen Sie in den Tastatureinstellungen der Arbeitsumgebung „quillon --toggle“ auf eine Taste.</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::QLNShortcutView</name>
+    <message>
+        <source>Click, then press the keys that bring the panel up</source>
+        <translation>Klicken Sie und drücken Sie dann die Tasten, die das Suchfenster aufrufen</translation>
+    </message>
+    <message>
+        <source>Escape keeps the shortcut as it is, Backspace removes it.</source>
+        <translation>Escape lässt das Tastenkürzel, wie es ist, die Rücktaste entfernt es.</translation>
+    </message>
+    <message>
+        <source>The settings could not be written.</source>
+        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Record Shortcut</source>
+        <translation>Tastenkürzel aufnehmen</translation>
+    </message>
+    <message>
+        <source>Press the keys…</source>
+        <translation>Tasten drücken…</translation>
+    </message>
+    <message>
+        <source>Bound by the desktop</source>
+        <translation>Von der Arbeitsumgebung belegt</translation>
+    </message>
+    <message>
+        <source>Shortcut that shows the panel: %1</source>
+        <translation>Tastenkürzel, das das Suchfenster zeigt: %1</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::SearchPanelView</name>
+    <message>
+        <source>Find a folder</source>
+        <translation>Ordner suchen</translation>
+    </message>
+    <message>
+        <source>Folders</source>
+        <translation>Ordner</translation>
+    </message>
+</context>
+</TS>
