@@ -1,0 +1,101 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+class SearchBase;
+class SearchBaseFinder;
+class TaskQueue;
+
+/// Everything the settings say about what is indexed, as it was at one time.
+struct SearchLocations
+{
+    /// Absolute paths, ascending.
+    std::vector<std::string> folders;
+    std::vector<std::string> excludePatterns;
+    std::vector<std::string> filePatterns;
+
+    /// Looks at the folders, so not on the main thread.
+    static SearchLocations of(SearchBaseFinder &finder);
+    friend bool operator==(const SearchLocations &, const SearchLocations &) = default;
+};
+
+/// Told on the main thread how the builds go.
+class SearchBaseBuildObserver
+{
+public:
+    SearchBaseBuildObserver() = default;
+    virtual ~SearchBaseBuildObserver() = default;
+    SearchBaseBuildObserver(const SearchBaseBuildObserver &) = delete;
+    SearchBaseBuildObserver &operator=(const SearchBaseBuildObserver &) = delete;
+
+    virtual void buildBegan() {}
+    /// One line about the state of the build, as the search base wrote it.
+    virtual void buildProgressed(const std::string &) {}
+    virtual void buildEnded() {}
+};
+
+/// Runs the full builds of the search base, one at a time. Main thread only; the queues run nothing
+/// of it any more when it goes.
+class SearchBaseBuilder
+{
+public:
+    struct Services
+    {
+        SearchBase &searchBase;
+        SearchBaseFinder &searchBaseFinder;
+        /// Where the builds run.
+        TaskQueue &background;
+        TaskQueue &main;
+        std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+    };
+    struct Build
+    {
+        SearchLocations locations;
+        std::chrono::duration<double> took{};
+    };
+
+    explicit SearchBaseBuilder(const Services &services);
+
+    /// Empties the index and builds it anew. While a build runs, another one follows it if the
+    /// settings say something else by then than they did for the running one.
+    void start();
+    /// Makes a running build end soon; nothing is built afterwards.
+    void stop() { stop_.request_stop(); }
+
+    bool isBuilding() const { return isBuilding_; }
+    /// False when the last build found no folder to index.
+    bool hasLocations() const { return !lastBuild_ || !lastBuild_->locations.folders.empty(); }
+    /// How long the running build has been at it.
+    std::chrono::duration<double> elapsed() const { return services_.now() - began_; }
+    /// Absent before the first one has ended.
+    const std::optional<Build> &lastBuild() const { return lastBuild_; }
+
+    /// Each is told as long as it is added, and outlives that.
+    void addObserver(SearchBaseBuildObserver &observer) { observers_.push_back(&observer); }
+    void removeObserver(SearchBaseBuildObserver &observer) { std::erase(observers_, &observer); }
+
+private:
+    void begin();
+    void build();
+    void buildReturned(SearchLocations locations);
+    void endUnlessWantedAgain();
+    template <typename... Parameters, typename... Arguments>
+    void tell(void (SearchBaseBuildObserver::*what)(Parameters...), const Arguments &...arguments);
+
+    const Services services_;
+    std::stop_source stop_;
+    std::vector<SearchBaseBuildObserver *> observers_;
+    bool isBuilding_ = false;
+    bool isWantedAgain_ = false;
+    std::chrono::steady_clock::time_point began_;
+    std::optional<Build> lastBuild_;
+};
+
+} // namespace quillon
