@@ -61,7 +61,11 @@ AppDelegate::AppDelegate()
                    .logger = searchBaseLogger_,
                    .mainQueue = mainQueue_,
                    .watching = {{.events = eventService_, .eventQueue = eventQueue_}}}),
-      source_(searchBase_, searchBaseFinder_, frontFinderSearch_, backgroundQueue_, mainQueue_),
+      searchBaseBuilder_({.searchBase = searchBase_,
+                          .searchBaseFinder = searchBaseFinder_,
+                          .background = backgroundQueue_,
+                          .main = mainQueue_}),
+      source_(searchBase_, searchBaseFinder_, searchBaseBuilder_, frontFinderSearch_),
       actionModelFinder_(defaults_),
       actionRunner_({workspace_, fileManager_, clipboard_, processRunner_}, preferences_,
                     appleScriptRunner_, actionQueue_, programsFolder()),
@@ -70,6 +74,14 @@ AppDelegate::AppDelegate()
       lightningSearchViewController_({.list = actionModelFinder_, .runner = actionRunner_}, source_,
                                      searchWindow_.view(),
                                      {.background = backgroundQueue_, .main = mainQueue_}, *this),
+      rebuildSearchBaseViewController_(
+          new BuildSearchBaseViewController({.searchBase = searchBase_,
+                                             .builder = searchBaseBuilder_,
+                                             .defaults = defaults_,
+                                             .main = mainQueue_},
+                                            *this)),
+      buildSearchBaseWindow_(tr("Rebuild Quillon Search"), rebuildSearchBaseViewController_,
+                             windowSystem_),
       shortcutMonitor_(defaults_, defaultsChanges_),
       shortcutBinder_(shortcutMonitor_, *hotKey_)
 {
@@ -86,13 +98,13 @@ AppDelegate::AppDelegate()
     connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
         // Folders may have been named in the settings by hand since.
         if (!source_.state().hasLocations)
-            source_.startBuilding();
+            rebuildSearchBaseViewController_->startBuilding();
     });
     connect(&searchWindow_, &SearchWindow::becameKey, &controller,
             &LightningSearchViewController::windowDidBecomeKey);
     connect(&searchWindow_, &SearchWindow::disappeared, &controller,
             &LightningSearchViewController::viewDidDisappear);
-    source_.onChange([&controller] { controller.indexChanged(); });
+    searchBaseBuilder_.addObserver(*this);
     appearance_.onChange([this] { applyPalette(); });
     qApp->installEventFilter(this);
     applyPalette();
@@ -102,7 +114,7 @@ AppDelegate::~AppDelegate()
 {
     // The threads end before what they use does. Everything worth keeping is on the disk already,
     // so a thread that hangs on a dead file system is left behind with the process.
-    source_.stop();
+    searchBaseBuilder_.stop();
     mainQueue_.close();
     searchBase_.reset(); // ends an update that is under way
     bool haveEnded = eventQueue_.finish(PATIENCE_AT_THE_END);
@@ -122,7 +134,7 @@ void AppDelegate::start(bool isStartedByHand)
 {
     isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
     if (isAccessSettled_)
-        source_.startBuilding();
+        rebuildSearchBaseViewController_->startBuilding();
     if (isStartedByHand)
         perform("show");
 }
@@ -168,8 +180,23 @@ void AppDelegate::startPermissionFlow()
 void AppDelegate::permissionFinished()
 {
     isAccessSettled_ = true;
-    source_.startBuilding();
+    rebuildSearchBaseViewController_->startBuilding();
     searchWindow_.present();
+}
+
+void AppDelegate::searchBaseRebuildFinished()
+{
+    buildSearchBaseWindow_.close();
+}
+
+void AppDelegate::buildBegan()
+{
+    lightningSearchViewController_.indexChanged();
+}
+
+void AppDelegate::buildEnded()
+{
+    lightningSearchViewController_.indexChanged();
 }
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
@@ -190,6 +217,7 @@ void AppDelegate::applyPalette()
 {
     searchWindow_.setFramePalette(palette());
     searchWindow_.view().setPanelPalette(palette());
+    buildSearchBaseWindow_.setPanelPalette(palette());
     if (appleEventPermissionCoordinator_)
         appleEventPermissionCoordinator_->setPanelPalette(palette());
 }

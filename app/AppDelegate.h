@@ -10,7 +10,10 @@
 #include "app/panel/SearchBaseSource.h"
 #include "app/panel/SearchWindow.h"
 #include "app/setup/AppleEventPermissionCoordinator.h"
+#include "app/setup/BuildSearchBaseViewController.h"
+#include "app/setup/SetupWindow.h"
 #include "core/SearchBase.h"
+#include "core/SearchBaseBuilder.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 #include "matching/FuzzyMatch.h"
@@ -40,7 +43,11 @@ namespace quillon {
 
 /// Owns the long-lived objects, in the order in which they need each other, and joins them. Lives
 /// as long as the Qt loop runs.
-class AppDelegate : public QObject, public SearchPanelDelegate, public AppleEventPermissionDelegate
+class AppDelegate : public QObject,
+                    public SearchPanelDelegate,
+                    public AppleEventPermissionDelegate,
+                    public BuildSearchBaseDelegate,
+                    private SearchBaseBuildObserver
 {
     Q_OBJECT
 
@@ -64,11 +71,14 @@ public:
     bool hasUninstalledUpdate() const override { return false; }
     void terminate() override;
     void permissionFinished() override;
+    void searchBaseRebuildFinished() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void buildBegan() override;
+    void buildEnded() override;
     PanelPalette palette() const;
     void applyPalette();
     void startPermissionFlow();
@@ -105,6 +115,7 @@ private:
     SearchBaseFinder searchBaseFinder_;
     SearchBaseLogger searchBaseLogger_;
     SearchBase searchBase_;
+    SearchBaseBuilder searchBaseBuilder_;
     SearchBaseSource source_;
 
     ActionModelFinder actionModelFinder_;
@@ -112,6 +123,10 @@ private:
     IconSource icons_;
     SearchWindow searchWindow_;
     LightningSearchViewController lightningSearchViewController_;
+
+    /// In its window, which owns it.
+    BuildSearchBaseViewController *rebuildSearchBaseViewController_;
+    SetupWindow buildSearchBaseWindow_;
 
     QLNShortcutMonitor shortcutMonitor_;
     QLNShortcutBinder shortcutBinder_;

@@ -2,8 +2,8 @@
 
 #include "actions/FrontFinderSearch.h"
 #include "core/SearchBase.h"
+#include "core/SearchBaseBuilder.h"
 #include "indexing/SearchBaseFinder.h"
-#include "platform/TaskQueue.h"
 
 #include <QDir>
 
@@ -12,39 +12,12 @@
 namespace quillon {
 
 SearchBaseSource::SearchBaseSource(SearchBase &searchBase, SearchBaseFinder &finder,
-                                   FrontFinderSearch &frontFinderSearch, TaskQueue &background,
-                                   TaskQueue &main)
+                                   SearchBaseBuilder &builder, FrontFinderSearch &frontFinderSearch)
     : searchBase_(searchBase),
       finder_(finder),
-      frontFinderSearch_(frontFinderSearch),
-      background_(background),
-      main_(main)
+      builder_(builder),
+      frontFinderSearch_(frontFinderSearch)
 {}
-
-void SearchBaseSource::startBuilding()
-{
-    if (isBuilding_.exchange(true))
-        return;
-    background_.post([this] { build(); });
-    tellChange();
-}
-
-void SearchBaseSource::build()
-{
-    hasLocations_ = !finder_.includeLocations().empty();
-    searchBase_.reset();
-    searchBase_.build([](const std::string &) {}, stop_.get_token());
-    isBuilding_ = false;
-    tellChange();
-}
-
-void SearchBaseSource::tellChange()
-{
-    main_.post([this] {
-        if (changed_)
-            changed_();
-    });
-}
 
 std::vector<SearchBaseResultRef> SearchBaseSource::search(const std::string &query) const
 {
@@ -63,7 +36,9 @@ void SearchBaseSource::recordUse(const SearchBaseResultRef &result)
 
 PanelSource::State SearchBaseSource::state() const
 {
-    return {.count = searchBase_.count(), .isBuilding = isBuilding_, .hasLocations = hasLocations_};
+    return {.count = searchBase_.count(),
+            .isBuilding = builder_.isBuilding(),
+            .hasLocations = builder_.hasLocations()};
 }
 
 bool SearchBaseSource::isFrontWindowSearched() const
@@ -84,8 +59,7 @@ void SearchBaseSource::forgetFrontWindow()
 void SearchBaseSource::addHomeFolder()
 {
     finder_.bookmarks.add(QDir::homePath().toStdString());
-    hasLocations_ = true;
-    startBuilding();
+    builder_.start();
 }
 
 } // namespace quillon

@@ -1,53 +1,19 @@
 #include "app/setup/AppleEventPermissionCoordinator.h"
 
-#include "app/widgets/RoundedWindow.h"
+#include "app/setup/SetupWindow.h"
 
 #include <QCloseEvent>
-#include <QCursor>
-#include <QGuiApplication>
-#include <QMouseEvent>
-#include <QScreen>
-#include <QWindow>
 
 namespace quillon {
 
-/// An ordinary window, but for the controls that would close, minimise or resize it: window
-/// managers put them on every frame that they draw, so it goes without one.
-class AppleEventPermissionCoordinator::Window : public RoundedWindow
+/// Nothing but the view's buttons takes it away.
+class AppleEventPermissionCoordinator::Window : public SetupWindow
 {
 public:
-    Window(const AppleEventPermissionViewController::Services &services, WindowSystem &windowSystem,
-           AppleEventPermissionViewDelegate *delegate)
-        : RoundedWindow(windowSystem, Qt::Window),
-          permissionViewController_(new AppleEventPermissionViewController(services, delegate))
-    {
-        setWindowTitle(QStringLiteral("Quillon – Permissions"));
-        setContent(permissionViewController_);
-        permissionViewController_->setFocus();
-        fitToCompositing();
-        const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
-        QRect frame = rect();
-        frame.moveCenter(
-            (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry().center());
-        move(frame.topLeft());
-    }
-
-    void setPanelPalette(const PanelPalette &palette)
-    {
-        setFramePalette(palette);
-        permissionViewController_->setPanelPalette(palette);
-    }
+    using SetupWindow::SetupWindow;
 
 protected:
     void closeEvent(QCloseEvent *event) override { event->ignore(); }
-    void mousePressEvent(QMouseEvent *event) override
-    {
-        if (event->button() == Qt::LeftButton)
-            windowHandle()->startSystemMove();
-    }
-
-private:
-    AppleEventPermissionViewController *permissionViewController_;
 };
 
 AppleEventPermissionCoordinator::AppleEventPermissionCoordinator(
@@ -61,12 +27,12 @@ AppleEventPermissionCoordinator::~AppleEventPermissionCoordinator() = default;
 void AppleEventPermissionCoordinator::show(const PanelPalette &palette)
 {
     if (window_ == nullptr) {
-        window_ = std::make_unique<Window>(services_, windowSystem_, this);
+        window_ = std::make_unique<Window>(QStringLiteral("Quillon – Permissions"),
+                                           new AppleEventPermissionViewController(services_, this),
+                                           windowSystem_);
         window_->setPanelPalette(palette);
     }
-    window_->show();
-    window_->raise();
-    window_->activateWindow();
+    window_->present();
 }
 
 void AppleEventPermissionCoordinator::setPanelPalette(const PanelPalette &palette)

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
-#include <QWidget>
+#include "app/setup/SetupView.h"
 
 namespace quillon {
 
@@ -26,7 +24,7 @@ public:
 };
 
 /// Tells the user what the program asks of the file manager, and has the user allow it or quit.
-class AppleEventPermissionViewController : public QWidget
+class AppleEventPermissionViewController : public SetupView
 {
     Q_OBJECT
 
@@ -44,8 +42,6 @@ public:
     AppleEventPermissionViewController(const Services &services,
                                        AppleEventPermissionViewDelegate *delegate);
 
-    void setPanelPalette(const PanelPalette &palette);
-
     /// Stores that the user was asked and sends the file manager a harmless event, so that a
     /// desktop that asks for consent does it now. Whatever comes of it, the permission is finished
     /// then, or after a few seconds without an answer.
@@ -54,7 +50,6 @@ public:
     void disable();
 
 private:
-    QWidget *buildHeading();
     QWidget *buildReason(const QString &title, const QString &sentence);
     QLayout *buildButtons();
 

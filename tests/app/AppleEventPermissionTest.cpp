@@ -1,10 +1,10 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
 #include "app/setup/AppleEventPermissionCoordinator.h"
-#include "platform/WindowSystem.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/FakeFileManager.h"
 #include "tests/support/ManualTaskQueue.h"
+#include "tests/support/PlainWindowSystem.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -34,16 +34,6 @@ TEST(AppleEventAccess, wasAskedForOnceAnythingIsStored)
     store.remove(KEY);
     EXPECT_FALSE(access.hasAskedForAccess());
 }
-
-/// Nothing is blended, nothing is told.
-class PlainWindowSystem : public WindowSystem
-{
-public:
-    void keepOutOfTaskbar(std::uintptr_t) override {}
-    bool isComposited() const override { return false; }
-    std::uintptr_t activeWindow() const override { return 0; }
-    void activate(std::uintptr_t) override {}
-};
 
 } // namespace
 

@@ -1,0 +1,207 @@
+#include "app/setup/BuildSearchBaseViewController.h"
+
+#include "app/setup/ElidedLabel.h"
+#include "app/setup/ProgressIndicator.h"
+#include "app/widgets/PanelButton.h"
+#include "core/SearchBase.h"
+#include "platform/DefaultsStore.h"
+#include "platform/TaskQueue.h"
+
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Between the end of the settings and that of the program.
+constexpr auto LAST_WORDS = 500ms;
+constexpr int COUNT_MILLISECONDS = 250;
+/// Seconds until a rate says something.
+constexpr double SHORTEST_FOR_RATE = 1.0;
+
+QString counted(double number)
+{
+    return QLocale().toString(static_cast<qulonglong>(number));
+}
+
+} // namespace
+
+BuildSearchBaseViewController::BuildSearchBaseViewController(const Services &services,
+                                                             BuildSearchBaseDelegate &delegate)
+    : services_(services), delegate_(delegate), pages_(new QStackedWidget(this))
+{
+    column(this, APART, MARGIN)->addWidget(pages_);
+    pages_->addWidget(buildProgressPage());
+    pages_->addWidget(buildQuestionPage());
+    setFocusProxy(hideButton_);
+    services_.builder.addObserver(*this);
+}
+
+BuildSearchBaseViewController::~BuildSearchBaseViewController()
+{
+    services_.builder.removeObserver(*this);
+}
+
+QWidget *BuildSearchBaseViewController::buildProgressPage()
+{
+    auto *page = new QWidget(pages_);
+    QVBoxLayout *parts = column(page, APART);
+    parts->addWidget(heading(tr("Indexing your folders"), page));
+    parts->addWidget(paragraph(tr("Quillon reads the names of all folders that it searches. You "
+                                  "can already search: what has been found so far is listed."),
+                               QPalette::WindowText, page));
+
+    auto *progress = new QWidget(page);
+    QVBoxLayout *lines = column(progress, 2 * NEAR);
+    statusLabel_ = new ElidedLabel(progress);
+    statusLabel_->setObjectName(QStringLiteral("statusLabel"));
+    progressIndicator_ = new ProgressIndicator(progress);
+    countLabel_ = label(QString(u' '), QPalette::PlaceholderText, progress);
+    for (QWidget *line :
+         std::initializer_list<QWidget *>{statusLabel_, progressIndicator_, countLabel_})
+        lines->addWidget(line);
+    parts->addWidget(progress);
+    parts->addStretch();
+
+    auto *stopSearchButton =
+        new PanelButton(tr("&Erase All Settings and Quit…"), PanelButton::Rank::secondary, page);
+    connect(stopSearchButton, &QPushButton::clicked, this,
+            &BuildSearchBaseViewController::stopSearchButtonClicked);
+    hideButton_ = new PanelButton(tr("Continue in &Background"), PanelButton::Rank::primary, page);
+    connect(hideButton_, &QPushButton::clicked, this, [this] { window()->close(); });
+    QHBoxLayout *buttons = line(NEAR);
+    buttons->addWidget(stopSearchButton);
+    buttons->addStretch();
+    buttons->addWidget(hideButton_);
+    parts->addLayout(buttons);
+    return page;
+}
+
+QWidget *BuildSearchBaseViewController::buildQuestionPage()
+{
+    auto *page = new QWidget(pages_);
+    QVBoxLayout *parts = column(page, APART);
+    parts->addWidget(heading(tr("Erase all settings and quit?"), page));
+    parts->addWidget(paragraph(
+        tr("This does more than stop the indexing. Every setting of Quillon is erased for good: "
+           "the shortcut, the folders to search, the patterns, the actions, and how often you "
+           "opened each folder. Then Quillon quits; it starts with its set-up the next time. Your "
+           "folders and files stay as they are."),
+        QPalette::WindowText, page));
+    failureLabel_ = label({}, QPalette::WindowText, page);
+    emphasise(failureLabel_);
+    parts->addWidget(failureLabel_);
+    parts->addStretch();
+
+    eraseButton_ =
+        new PanelButton(tr("&Erase All Settings and Quit"), PanelButton::Rank::secondary, page);
+    connect(eraseButton_, &QPushButton::clicked, this,
+            &BuildSearchBaseViewController::eraseSettings);
+    keepButton_ = new PanelButton(tr("&Keep Everything"), PanelButton::Rank::primary, page);
+    connect(keepButton_, &QPushButton::clicked, this, [this] { showQuestion(false); });
+    QHBoxLayout *buttons = line(NEAR);
+    buttons->addWidget(eraseButton_);
+    buttons->addStretch();
+    buttons->addWidget(keepButton_);
+    parts->addLayout(buttons);
+    return page;
+}
+
+void BuildSearchBaseViewController::setPanelPalette(const PanelPalette &palette)
+{
+    SetupView::setPanelPalette(palette);
+    progressIndicator_->setPanelPalette(palette);
+}
+
+// The build
+
+void BuildSearchBaseViewController::startBuilding()
+{
+    services_.builder.start();
+}
+
+void BuildSearchBaseViewController::buildBegan()
+{
+    progressIndicator_->startAnimation();
+    updateCount();
+    if (isVisible())
+        countTimer_.start(COUNT_MILLISECONDS, this);
+}
+
+void BuildSearchBaseViewController::buildProgressed(const std::string &line)
+{
+    statusLabel_->setText(QString::fromStdString(line));
+}
+
+void BuildSearchBaseViewController::buildEnded()
+{
+    progressIndicator_->stopAnimation();
+    countTimer_.stop();
+    updateCount();
+    delegate_.searchBaseRebuildFinished();
+}
+
+void BuildSearchBaseViewController::updateCount()
+{
+    const auto count = static_cast<double>(services_.searchBase.count());
+    const double seconds = services_.builder.elapsed().count();
+    const QString folders =
+        count == 1 ? tr("1 folder so far") : tr("%1 folders so far").arg(counted(count));
+    countLabel_->setText(seconds < SHORTEST_FOR_RATE || !services_.builder.isBuilding()
+                             ? folders
+                             : tr("%1, %2 a second").arg(folders, counted(count / seconds)));
+}
+
+void BuildSearchBaseViewController::timerEvent(QTimerEvent *)
+{
+    updateCount();
+}
+
+void BuildSearchBaseViewController::showEvent(QShowEvent *event)
+{
+    SetupView::showEvent(event);
+    showQuestion(false);
+    if (!services_.builder.isBuilding())
+        return;
+    updateCount();
+    countTimer_.start(COUNT_MILLISECONDS, this);
+}
+
+void BuildSearchBaseViewController::hideEvent(QHideEvent *event)
+{
+    countTimer_.stop();
+    SetupView::hideEvent(event);
+}
+
+// Erasing the settings
+
+void BuildSearchBaseViewController::stopSearchButtonClicked()
+{
+    showQuestion(true);
+}
+
+void BuildSearchBaseViewController::showQuestion(bool isAsked)
+{
+    failureLabel_->clear();
+    pages_->setCurrentIndex(isAsked ? 1 : 0);
+    (isAsked ? keepButton_ : hideButton_)->setFocus();
+}
+
+void BuildSearchBaseViewController::eraseSettings()
+{
+    if (!services_.defaults.removeAll()) {
+        failureLabel_->setText(tr("The settings could not be erased."));
+        return;
+    }
+    services_.defaults.synchronize();
+    eraseButton_->setEnabled(false);
+    keepButton_->setEnabled(false);
+    services_.main.postDelayed(LAST_WORDS, [&delegate = delegate_] { delegate.terminate(); });
+}
+
+} // namespace quillon

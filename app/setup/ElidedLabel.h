@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QLabel>
+
+namespace quillon {
+
+/// One line of plain text of any length in a given width: too long, its middle is not drawn. The
+/// tool tip and text() are the whole text.
+class ElidedLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget *parent);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace quillon

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QBasicTimer>
+#include <QWidget>
+
+namespace quillon {
+
+/// A thin bar that says that something goes on, not how far it is.
+class ProgressIndicator : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ProgressIndicator(QWidget *parent);
+
+    void setPanelPalette(const PanelPalette &palette);
+    void startAnimation();
+    void stopAnimation();
+    bool isAnimating() const { return isAnimating_; }
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void updateTimer();
+
+    PanelPalette palette_ = PanelPalette::light();
+    QBasicTimer timer_;
+    bool isAnimating_ = false;
+    int step_ = 0;
+};
+
+} // namespace quillon

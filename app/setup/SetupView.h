@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QLabel>
+#include <QWidget>
+
+class QHBoxLayout;
+class QVBoxLayout;
+
+namespace quillon {
+
+/// What the set-up windows show: one column of text and controls with the buttons at its end.
+class SetupView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Of the column, in device-independent pixels.
+    static constexpr int TEXT_WIDTH = 456;
+    static constexpr int MARGIN = 32;
+    /// Between parts that belong together, and between those that do not.
+    static constexpr int NEAR = 4;
+    static constexpr int APART = 20;
+
+    explicit SetupView(QWidget *parent = nullptr);
+
+    virtual void setPanelPalette(const PanelPalette &palette);
+
+protected:
+    /// A column with the distances of the house; margins only around a whole window.
+    static QVBoxLayout *column(QWidget *of, int spacing, int margin = 0);
+    static QHBoxLayout *line(int spacing);
+    static QLabel *label(const QString &text, QPalette::ColorRole tone, QWidget *parent);
+    /// Wrapped text of a fixed width that reads well, and so of a fixed height.
+    static QLabel *paragraph(const QString &text, QPalette::ColorRole tone, QWidget *parent);
+    /// Other text in a paragraph of that width.
+    static void setParagraph(QLabel *paragraph, const QString &text);
+    /// The program's icon and a title.
+    static QWidget *heading(const QString &title, QWidget *parent);
+    /// Bold, and larger by the factor.
+    static void emphasise(QLabel *label, double factor = 1.0);
+};
+
+} // namespace quillon

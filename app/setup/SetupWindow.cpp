@@ -1,0 +1,72 @@
+#include "app/setup/SetupWindow.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWindow>
+
+namespace quillon {
+
+SetupWindow::SetupWindow(const QString &title, SetupView *view, WindowSystem &windowSystem)
+    : RoundedWindow(windowSystem, Qt::Window), view_(view)
+{
+    setWindowTitle(title);
+    setContent(view_);
+}
+
+void SetupWindow::present()
+{
+    if (!isVisible()) {
+        fitToCompositing();
+        const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
+        QRect frame = rect();
+        frame.moveCenter(
+            (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry().center());
+        move(frame.topLeft());
+        show();
+        view_->setFocus();
+    }
+    raise();
+    activateWindow();
+}
+
+void SetupWindow::setPanelPalette(const PanelPalette &palette)
+{
+    setFramePalette(palette);
+    view_->setPanelPalette(palette);
+}
+
+void SetupWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
+        close();
+    else
+        RoundedWindow::keyPressEvent(event);
+}
+
+void SetupWindow::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        windowHandle()->startSystemMove();
+}
+
+void SetupWindow::resizeEvent(QResizeEvent *event)
+{
+    RoundedWindow::resizeEvent(event);
+    // The view grows with what it has to say, and the round corners with it.
+    fitToCompositing();
+}
+
+void SetupWindow::showEvent(QShowEvent *)
+{
+    Q_EMIT appeared();
+}
+
+void SetupWindow::hideEvent(QHideEvent *)
+{
+    Q_EMIT disappeared();
+}
+
+} // namespace quillon

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/setup/SetupView.h"
+#include "app/widgets/RoundedWindow.h"
+
+namespace quillon {
+
+/// An ordinary window around a set-up view, without a frame: window managers would put controls on
+/// it. It is moved by its background; Escape closes it, and closed it is merely hidden.
+class SetupWindow : public RoundedWindow
+{
+    Q_OBJECT
+
+public:
+    /// The view becomes the window's own.
+    SetupWindow(const QString &title, SetupView *view, WindowSystem &windowSystem);
+
+    /// Shows it in the middle of the screen with the pointer, or brings it to the front.
+    void present();
+    void setPanelPalette(const PanelPalette &palette);
+
+Q_SIGNALS:
+    void appeared();
+    void disappeared();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    SetupView *view_;
+};
+
+} // namespace quillon

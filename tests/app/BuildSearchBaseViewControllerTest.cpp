@@ -1,0 +1,174 @@
+#include "app/setup/BuildSearchBaseViewController.h"
+
+#include "app/setup/ElidedLabel.h"
+#include "app/setup/ProgressIndicator.h"
+#include "app/setup/SetupWindow.h"
+#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/QtTaskQueues.h"
+#include "tests/core/SearchBaseSupport.h"
+#include "tests/support/ManualTaskQueue.h"
+#include "tests/support/PlainWindowSystem.h"
+
+#include <QAbstractButton>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+using testing::StartsWith;
+
+} // namespace
+
+/// The window over a real index of a real tree, with the settings in a real file.
+class RebuildWindowTest : public testing::Test, protected BuildSearchBaseDelegate
+{
+protected:
+    RebuildWindowTest()
+    {
+        base.includeFolders({disk.makeFolder("tree")});
+        for (int i = 0; i < 40; ++i)
+            disk.makeFolder("tree/a rather long name of a folder " + std::to_string(i) + "/below");
+        store.set("enable-beta-updates", {true});
+    }
+    void SetUp() override
+    {
+        window.present();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+
+    void searchBaseRebuildFinished() override { ++finished; }
+    void terminate() override { ++terminated; }
+
+    /// The visible button of that text.
+    QAbstractButton *button(const QString &text) const
+    {
+        const auto buttons = window.findChildren<QAbstractButton *>();
+        const auto found = std::ranges::find_if(buttons, [&](const QAbstractButton *each) {
+            return each->isVisible() && QString(each->text()).remove(u'&') == text;
+        });
+        return found == buttons.end() ? nullptr : *found;
+    }
+    void press(const QString &text) const
+    {
+        ASSERT_NE(button(text), nullptr) << text.toStdString();
+        QTest::keyClick(button(text), Qt::Key_Space);
+    }
+    bool says(const QString &text) const
+    {
+        return std::ranges::any_of(window.findChildren<QLabel *>(), [&](const QLabel *label) {
+            return label->isVisible() && label->text().contains(text);
+        });
+    }
+
+    TemporaryFolder disk;
+    JsonDefaultsStore store{disk.path("quillon/quillon.json")};
+    SearchBaseOver<PosixFolderLister> base;
+    ManualTaskQueue background;
+    ManualTaskQueue main;
+    SearchBaseBuilder builder{{.searchBase = base.searchBase,
+                               .searchBaseFinder = base.finder,
+                               .background = background,
+                               .main = main}};
+    PlainWindowSystem windowSystem;
+    BuildSearchBaseViewController *controller = new BuildSearchBaseViewController(
+        {.searchBase = base.searchBase, .builder = builder, .defaults = store, .main = main},
+        *this);
+    SetupWindow window{QStringLiteral("Rebuild Quillon Search"), controller, windowSystem};
+    ElidedLabel *statusLabel = window.findChild<ElidedLabel *>(QStringLiteral("statusLabel"));
+    ProgressIndicator *progress = window.findChild<ProgressIndicator *>();
+    int finished = 0;
+    int terminated = 0;
+};
+
+TEST_F(RebuildWindowTest, saysWhatTheSearchBaseSaysUntilItIsBuilt)
+{
+    const QSize size = window.size();
+    controller->startBuilding();
+    EXPECT_TRUE(progress->isAnimating());
+    background.runAll();
+    std::vector<std::string> lines;
+    while (!main.isEmpty()) {
+        EXPECT_EQ(finished, 0);
+        main.runNext();
+        lines.push_back(statusLabel->text().toStdString());
+        EXPECT_EQ(window.size(), size) << lines.back();
+    }
+    EXPECT_EQ(lines.front(), "Starting search with " + disk.path("tree"));
+    EXPECT_EQ(lines[1], "Scanning " + disk.path("tree"));
+    EXPECT_THAT(lines[2], StartsWith("Processing " + disk.path("tree")));
+    EXPECT_EQ(lines.back(), "Added 81 items");
+    EXPECT_EQ(finished, 1);
+    EXPECT_FALSE(progress->isAnimating());
+    EXPECT_TRUE(says(QStringLiteral("81 folders so far")));
+}
+
+TEST_F(RebuildWindowTest, drawsALongLineWithoutItsMiddle)
+{
+    const QSize size = window.size();
+    statusLabel->setText(QString(4000, u'w'));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), size);
+    EXPECT_EQ(statusLabel->text().size(), 4000);
+}
+
+TEST_F(RebuildWindowTest, buildsOnWhenItIsHidden)
+{
+    controller->startBuilding();
+    press(QStringLiteral("Continue in Background"));
+    EXPECT_FALSE(window.isVisible());
+    background.runAll();
+    main.runAll();
+    EXPECT_EQ(finished, 1);
+    EXPECT_EQ(base.searchBase.count(), 81U);
+    window.present();
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
+{
+    controller->startBuilding();
+    press(QStringLiteral("Erase All Settings and Quit…"));
+    EXPECT_TRUE(says(QStringLiteral("Every setting of Quillon is erased for good")));
+    EXPECT_TRUE(store.contains("enable-beta-updates"));
+    press(QStringLiteral("Keep Everything"));
+    EXPECT_TRUE(store.contains("enable-beta-updates"));
+
+    press(QStringLiteral("Erase All Settings and Quit…"));
+    EXPECT_TRUE(button(QStringLiteral("Keep Everything"))->hasFocus());
+    press(QStringLiteral("Erase All Settings and Quit"));
+    EXPECT_FALSE(store.contains("enable-beta-updates"));
+    EXPECT_EQ(disk.readFile("quillon/quillon.json"), "{\n}\n");
+    EXPECT_EQ(terminated, 0) << "not at once";
+    main.runAll();
+    EXPECT_EQ(terminated, 1);
+}
+
+TEST_F(RebuildWindowTest, staysWhenTheSettingsCannotBeErased)
+{
+    FakeDefaultsStore full({{"enable-beta-updates", {true}}});
+    full.failWrites();
+    auto *view = new BuildSearchBaseViewController(
+        {.searchBase = base.searchBase, .builder = builder, .defaults = full, .main = main}, *this);
+    window.close();
+    SetupWindow other(QStringLiteral("other"), view, windowSystem);
+    other.present();
+    view->stopSearchButtonClicked();
+    for (auto *each : other.findChildren<QAbstractButton *>()) {
+        if (each->isVisible() && each->text() == QStringLiteral("&Erase All Settings and Quit"))
+            each->click();
+    }
+    main.runAll();
+    EXPECT_EQ(terminated, 0);
+    EXPECT_TRUE(std::ranges::any_of(other.findChildren<QLabel *>(), [](const QLabel *label) {
+        return label->isVisible() &&
+               label->text() == QStringLiteral("The settings could not be erased.");
+    }));
+}
+
+} // namespace quillon

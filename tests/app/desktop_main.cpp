@@ -1,0 +1,11 @@
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    Q_INIT_RESOURCE(quillon);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

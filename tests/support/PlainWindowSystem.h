@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/WindowSystem.h"
+
+namespace quillon {
+
+/// Nothing is blended, nothing is told.
+class PlainWindowSystem final : public WindowSystem
+{
+public:
+    void keepOutOfTaskbar(std::uintptr_t) override {}
+    bool isComposited() const override { return false; }
+    std::uintptr_t activeWindow() const override { return 0; }
+    void activate(std::uintptr_t) override {}
+};
+
+} // namespace quillon
