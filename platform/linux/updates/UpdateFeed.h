@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/UpdateController.h"
+
+#include <QVersionNumber>
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+// The feed: on the first line the Ed25519 signature of everything after that line, in base64; then
+//     {"items": [{"version": "1.4.0", "channel": "stable", "url": "https://…", "notes":
+//     "https://…"}]}
+// "channel" is "stable", which it is when absent, or "beta"; "notes" may be absent.
+
+constexpr std::size_t MAX_FEED_BYTES = std::size_t{256} * 1024;
+
+/// One release of a feed.
+struct FeedRelease
+{
+    QVersionNumber version;
+    bool isBeta = false;
+    UpdateItem item;
+};
+
+/// What the feed's signature vouches for, to the byte; absent when it does not match. The key is
+/// the 32 bytes of an Ed25519 public key in base64.
+std::optional<std::string_view> signedPart(std::string_view feed, std::string_view publicKey);
+
+/// Releases without a proper version, of another channel, or with a link that is not https are left
+/// out. Absent when this is no list of releases.
+std::optional<std::vector<FeedRelease>> readReleases(std::string_view json);
+
+/// A version as this program writes it, or absent. "1.4" and "1.4.0" are the same one.
+std::optional<QVersionNumber> readVersion(std::string_view text);
+
+/// The newest release above the version; null when there is none.
+const FeedRelease *newestUpdate(std::span<const FeedRelease> releases,
+                                const QVersionNumber &running, bool includesBetas);
+
+} // namespace quillon
