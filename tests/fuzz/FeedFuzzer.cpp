@@ -36,8 +36,8 @@ void checkReleases(const std::vector<FeedRelease> &releases)
         require(item.notes.empty() || item.notes.starts_with("https://"), "notes are https");
         require(readVersion(item.version) == release.version, "a version is read as it is shown");
     }
-    const FeedRelease *newest = newestUpdate(releases, QVersionNumber(1), true);
-    require(!newest || newest->version > QVersionNumber(1), "an update is newer");
+    const FeedRelease *newest = newestUpdate(releases, {1}, true);
+    require(!newest || newest->version > VersionNumbers{1}, "an update is newer");
 }
 
 } // namespace

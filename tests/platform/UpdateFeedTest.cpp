@@ -108,6 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
         ItemRow{"versionWithATail", R"("version":"1.4-rc1","url":"https://a.org/")", false},
         ItemRow{"versionWithAHead", R"("version":"v1.4","url":"https://a.org/")", false},
         ItemRow{"versionWithAHole", R"("version":"1..4","url":"https://a.org/")", false},
+        ItemRow{"versionWithASpace", R"("version":"1. 4","url":"https://a.org/")", false},
         ItemRow{"negativeVersion", R"("version":"1.-4","url":"https://a.org/")", false},
         ItemRow{"endlessVersion", R"("version":"1.99999999999999999999","url":"https://a.org/")",
                 false}),

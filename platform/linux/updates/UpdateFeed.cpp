@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUrl>
+#include <QVersionNumber>
 
 #include <algorithm>
 #include <array>
@@ -40,17 +41,17 @@ std::string httpsLink(const QJsonValue &json)
 
 std::optional<FeedRelease> readRelease(const QJsonObject &json)
 {
-    const auto version = readVersion(json[u"version"].toString().toStdString());
+    const std::string text = json[u"version"].toString().toStdString();
+    const auto version = readVersion(text);
     const QString channel = json[u"channel"].toString(QStringLiteral("stable"));
     const bool isBeta = channel == u"beta";
     if (!version || (!isBeta && channel != u"stable"))
         return std::nullopt;
     const QJsonValue notes = json[u"notes"];
-    FeedRelease release{.version = *version,
-                        .isBeta = isBeta,
-                        .item = {.version = version->toString().toStdString(),
-                                 .link = httpsLink(json[u"url"]),
-                                 .notes = httpsLink(notes)}};
+    FeedRelease release{
+        .version = *version,
+        .isBeta = isBeta,
+        .item = {.version = text, .link = httpsLink(json[u"url"]), .notes = httpsLink(notes)}};
     const bool hasBadNotes = !notes.isUndefined() && release.item.notes.empty();
     if (release.item.link.empty() || hasBadNotes)
         return std::nullopt;
@@ -89,26 +90,27 @@ std::optional<std::vector<FeedRelease>> readReleases(std::string_view json)
     return releases;
 }
 
-std::optional<QVersionNumber> readVersion(std::string_view text)
+std::optional<VersionNumbers> readVersion(std::string_view text)
 {
-    const QString version = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    const auto mayStandInside = [](char c) { return c == '.' || (c >= '0' && c <= '9'); };
+    if (!std::ranges::all_of(text, mayStandInside))
+        return std::nullopt;
+    const QString version = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
     qsizetype end = 0;
     const QVersionNumber number = QVersionNumber::fromString(version, &end);
     if (number.isNull() || end != version.size())
         return std::nullopt;
-    return number;
+    const QList<int> numbers = number.normalized().segments();
+    return VersionNumbers(numbers.begin(), numbers.end());
 }
 
 const FeedRelease *newestUpdate(std::span<const FeedRelease> releases,
-                                const QVersionNumber &running, bool includesBetas)
+                                const VersionNumbers &running, bool includesBetas)
 {
-    // Without the zeros at its end, as 1.4 would be older than 1.4.0 otherwise.
-    const auto rank = [](const QVersionNumber &version) { return version.normalized(); };
     const FeedRelease *newest = nullptr;
     for (const FeedRelease &release : releases) {
-        if (release.isBeta && !includesBetas)
-            continue;
-        if (rank(release.version) > rank(newest ? newest->version : running))
+        const bool isOffered = includesBetas || !release.isBeta;
+        if (isOffered && release.version > (newest ? newest->version : running))
             newest = &release;
     }
     return newest;

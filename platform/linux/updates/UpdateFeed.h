@@ -2,8 +2,6 @@
 
 #include "platform/UpdateController.h"
 
-#include <QVersionNumber>
-
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -19,10 +17,14 @@ namespace quillon {
 
 constexpr std::size_t MAX_FEED_BYTES = std::size_t{256} * 1024;
 
+/// The numbers of a version without the zeros at its end, so that they compare as versions do and
+/// 1.4 is 1.4.0.
+using VersionNumbers = std::vector<int>;
+
 /// One release of a feed.
 struct FeedRelease
 {
-    QVersionNumber version;
+    VersionNumbers version;
     bool isBeta = false;
     UpdateItem item;
 };
@@ -35,11 +37,11 @@ std::optional<std::string_view> signedPart(std::string_view feed, std::string_vi
 /// out. Absent when this is no list of releases.
 std::optional<std::vector<FeedRelease>> readReleases(std::string_view json);
 
-/// A version as this program writes it, or absent. "1.4" and "1.4.0" are the same one.
-std::optional<QVersionNumber> readVersion(std::string_view text);
+/// Absent unless the text is whole numbers with dots between them.
+std::optional<VersionNumbers> readVersion(std::string_view text);
 
 /// The newest release above the version; null when there is none.
 const FeedRelease *newestUpdate(std::span<const FeedRelease> releases,
-                                const QVersionNumber &running, bool includesBetas);
+                                const VersionNumbers &running, bool includesBetas);
 
 } // namespace quillon
