@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/panel/SearchPanelView.h"
+#include "platform/linux/ProgramEnd.h"
 #include "platform/linux/SessionHotKey.h"
 #include "prefs/PreferenceKeys.h"
 
@@ -18,16 +19,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a disk that does not answer may hold up the end of the program.
-constexpr auto PATIENCE_AT_THE_END = 1000ms;
+/// How long a disk that does not answer may hold up the end of the program, for each queue.
+constexpr auto PATIENCE_AT_THE_END = 20ms;
 /// Room for a build beside the searches.
 constexpr int FEWEST_BACKGROUND_THREADS = 3;
 
-/// Where the programs stand that serve this one, built or installed.
+/// Where the programs stand that serve this one: beside it, built or installed.
 std::string programsFolder()
 {
-    const QString beside = QStringLiteral("/" QUILLON_PROGRAMS_FROM_BIN);
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + beside).toStdString();
+    return QCoreApplication::applicationDirPath().toStdString();
 }
 
 } // namespace
@@ -124,31 +124,47 @@ AppDelegate::~AppDelegate()
         std::_Exit(EXIT_SUCCESS);
 }
 
-void AppDelegate::bindShortcut()
+void AppDelegate::applicationDidFinishLaunching(const std::string &action)
 {
-    connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this, [this] { perform("toggle"); });
+    connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
+            [this] { perform({.action = "toggle", .activationToken = {}}); });
     shortcutBinder_.start();
-}
-
-void AppDelegate::start(bool isStartedByHand)
-{
     isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
     if (isAccessSettled_)
         rebuildSearchBaseViewController_->startBuilding();
-    if (isStartedByHand)
-        perform("show");
+    if (action != "background")
+        perform({.action = "show", .activationToken = {}});
 }
 
-void AppDelegate::perform(const std::string &action)
+void AppDelegate::perform(const RemoteControl::Request &request)
 {
-    if (action == "quit")
+    if (request.action == "quit")
         terminate();
     else if (!isAccessSettled_)
         startPermissionFlow();
-    else if (action == "toggle" && searchWindow_.isVisible())
+    else if (request.action == "toggle" && searchWindow_.isVisible())
         closeSearchWindow(Closing::dismissed);
     else
         searchWindow_.present();
+}
+
+RemoteControl::Handlers AppDelegate::remoteHandlers()
+{
+    return {.perform = [this](const RemoteControl::Request &request) { perform(request); },
+            .find = [this](const RemoteQuery &query) { return find(query); }};
+}
+
+RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
+{
+    if (!isIndexComplete_ || query.settings != standardDefaultsPath())
+        return std::nullopt;
+    std::vector<RemoteMatch> matches;
+    for (const FuzzyMatchResult &result : searchBaseFuzzyMatch_.match(query.text, query.limit)) {
+        matches.push_back({result.text(), result.score(), {}});
+        for (const TextRange &range : result.highlightRanges())
+            matches.back().ranges.emplace_back(range.location, range.length);
+    }
+    return matches;
 }
 
 void AppDelegate::closeSearchWindow(Closing closing)
@@ -161,6 +177,7 @@ void AppDelegate::closeSearchWindow(Closing closing)
 
 void AppDelegate::terminate()
 {
+    ProgramEnd::begin();
     // Unlike quit() this asks no window whether it may be closed.
     QCoreApplication::exit();
 }
@@ -191,11 +208,13 @@ void AppDelegate::searchBaseRebuildFinished()
 
 void AppDelegate::buildBegan()
 {
+    isIndexComplete_ = false;
     lightningSearchViewController_.indexChanged();
 }
 
 void AppDelegate::buildEnded()
 {
+    isIndexComplete_ = searchBaseBuilder_.hasLocations();
     lightningSearchViewController_.indexChanged();
 }
 

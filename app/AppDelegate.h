@@ -19,6 +19,7 @@
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/PatientFolders.h"
+#include "platform/RemoteControl.h"
 #include "platform/linux/GioProcessRunner.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/JsonDefaultsStore.h"
@@ -36,8 +37,10 @@
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 
+#include <atomic>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace quillon {
 
@@ -55,14 +58,15 @@ public:
     AppDelegate();
     ~AppDelegate() override;
 
-    /// From here on the stored shortcut toggles the panel.
-    void bindShortcut();
-    /// Builds the index in the background, once the user has been asked about the file manager;
-    /// started by hand also shows what the user sees first.
-    void start(bool isStartedByHand);
-    /// Carries out "toggle", "show" or "quit". While the user is being asked, the former two bring
-    /// the question to the front.
-    void perform(const std::string &action);
+    /// Binds the stored shortcut, and builds the index in the background once the user has been
+    /// asked about the file manager. Then does what the start asks for; "background" shows nothing.
+    void applicationDidFinishLaunching(const std::string &action);
+    /// Carries out a request of another process or of the shortcut. While the user is being asked
+    /// about the file manager, what would show a window brings the question to the front.
+    void perform(const RemoteControl::Request &request);
+    /// What other processes may ask.
+    RemoteControl::Handlers remoteHandlers();
+    TaskQueue &backgroundQueue() { return backgroundQueue_; }
 
     void closeSearchWindow(Closing closing) override;
     void openPreferences() override {}
@@ -82,6 +86,8 @@ private:
     PanelPalette palette() const;
     void applyPalette();
     void startPermissionFlow();
+    /// On any thread.
+    RemoteAnswer find(const RemoteQuery &query) const;
 
     MainTaskQueue mainQueue_;
     PoolTaskQueue backgroundQueue_;
@@ -133,6 +139,8 @@ private:
 
     /// The user has been asked whether the file manager may be talked to.
     bool isAccessSettled_ = false;
+    /// It holds everything that the settings name; read on every thread.
+    std::atomic<bool> isIndexComplete_ = false;
     /// Made when it is first needed.
     std::optional<AppleEventPermissionCoordinator> appleEventPermissionCoordinator_;
 };

@@ -6,14 +6,16 @@
 //   matching/          the tree of all paths, fuzzy scores and ranking, use counts
 //   core/              SearchBase: the index that ties the three above together
 //   actions/           the user's actions: what Return does with the chosen row
-//   launcher/          the program "open", which finds applications by name
+//   launcher/          the small programs: "quillon", the command that starts this application or
+//                      reaches the running one; "open", which finds applications by name
 //   shortcut/          the global shortcut: among the settings, and bound to the panel
 //   app/               this folder: the objects joined to a program; app/panel/ and its neighbours
 //                      are the windows, app/widgets/ what they share
 //
-// Start: main() looks for a running instance on the session bus and hands it the request; without
-// one it makes an AppDelegate, which builds every object, begins the build on a background queue
-// and shows the panel.
+// Start: the command looks for a running instance on the session bus and hands it the request
+// (launcher/StartCommand); without one it turns into this program. main() makes an AppDelegate,
+// which builds every object, decides what the user sees first and begins the build on a background
+// queue.
 //
 // The hot key: HotKey (a grab, or the desktop's portal) -> QLNShortcutBinder, which keeps the
 // stored shortcut bound -> AppDelegate -> SearchWindow.
@@ -33,51 +35,24 @@
 #include "app/AppDelegate.h"
 #include "app/Translations.h"
 #include "platform/linux/BusRemoteControl.h"
+#include "platform/linux/BusRunningInstance.h"
+#include "platform/linux/ProgramEnd.h"
 #include "platform/linux/TerminationSignals.h"
 
 #include <QApplication>
 #include <QIcon>
 
-#include <CLI/CLI.hpp>
-
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
 #include <string>
 
 namespace {
 
-constexpr int USAGE_ERROR = 2;
+using namespace std::chrono_literals;
 
-struct Options
-{
-    bool toggle = false;
-    bool show = false;
-    bool quit = false;
-
-    /// What a running instance is asked to do; a plain second start shows the panel.
-    std::string action() const { return quit ? "quit" : toggle ? "toggle" : "show"; }
-};
-
-/// An exit status when there is nothing more to do.
-std::optional<int> parse(int argc, char **argv, Options &options)
-{
-    CLI::App parser("Finds folders by a part of their name and opens them.", "quillon");
-    parser.set_version_flag("--version", "quillon " QUILLON_VERSION);
-    parser.add_flag("--toggle", options.toggle, "Show the panel, or hide it when it is shown");
-    parser.add_flag("--show", options.show, "Show the panel");
-    parser.add_flag("--quit", options.quit, "End the running instance");
-    parser.require_option(0, 1);
-    try {
-        parser.parse(argc, argv);
-    } catch (const CLI::Success &success) {
-        return parser.exit(success);
-    } catch (const CLI::ParseError &error) {
-        std::fprintf(stderr, "quillon: %s\n", error.what());
-        return USAGE_ERROR;
-    }
-    return std::nullopt;
-}
+/// From the wish to end the program to its end, with room for the kernel to clear up.
+constexpr auto PATIENCE_AT_THE_END = 80ms;
 
 /// A place that Qt can draw on; without one it would end the program with a core dump.
 bool hasDisplay()
@@ -92,7 +67,7 @@ bool hasDisplay()
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
-int run(int &argc, char **argv, const Options &options)
+int run(int &argc, char **argv, const std::string &action)
 {
     QApplication application(argc, argv);
     quillon::translateApplication(application);
@@ -103,38 +78,34 @@ int run(int &argc, char **argv, const Options &options)
 
     quillon::AppDelegate delegate;
     const quillon::TerminationSignals signals([&delegate] { delegate.terminate(); });
-    quillon::BusRemoteControl remote;
-    const auto claim =
-        remote.claim([&delegate](const std::string &action) { delegate.perform(action); });
-    if (claim == quillon::RemoteControl::Claim::taken)
-        return remote.send(options.action()) ? EXIT_SUCCESS : EXIT_FAILURE;
+    quillon::BusRemoteControl remote(delegate.backgroundQueue());
+    const auto claim = remote.claim(delegate.remoteHandlers());
+    if (claim == quillon::RemoteControl::Claim::taken) {
+        // Another start was quicker.
+        using Outcome = quillon::RunningInstance::Outcome;
+        const bool isSeen = action != "background";
+        return !isSeen || quillon::BusRunningInstance().request(action) == Outcome::done
+                   ? EXIT_SUCCESS
+                   : EXIT_FAILURE;
+    }
     if (claim == quillon::RemoteControl::Claim::unavailable)
         std::fputs("quillon: no session bus; a second start will not reach this one\n", stderr);
 
-    delegate.bindShortcut();
-    // The bus starts the program for a request that it delivers afterwards.
-    delegate.start(!qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS"));
+    const quillon::ProgramEnd end(PATIENCE_AT_THE_END);
+    delegate.applicationDidFinishLaunching(action);
     return QApplication::exec();
 }
 
 } // namespace
 
+/// The one argument, where there is one, says what is asked: an action of RemoteControl, or
+/// "background" for a start that shows nothing.
 int main(int argc, char **argv)
 {
     Q_INIT_RESOURCE(quillon);
-    Options options;
-    if (const auto status = parse(argc, argv, options))
-        return *status;
-    // Before Qt touches the display: a request to a running instance takes no time.
-    if (quillon::BusRemoteControl().send(options.action()))
-        return EXIT_SUCCESS;
-    if (options.quit) {
-        std::fputs("quillon: nothing to quit, it is not running\n", stderr);
-        return EXIT_FAILURE;
-    }
     if (!hasDisplay()) {
         std::fputs("quillon: no display to show the panel on\n", stderr);
         return EXIT_FAILURE;
     }
-    return run(argc, argv, options);
+    return run(argc, argv, argc > 1 ? argv[1] : "activate");
 }

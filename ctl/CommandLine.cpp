@@ -94,7 +94,7 @@ void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &
 
 void addFind(CLI::App &app, FindCommand &find, std::function<int(Output &)> &chosen)
 {
-    CLI::App *command = app.add_subcommand("find", "Crawl folders and search them");
+    CLI::App *command = app.add_subcommand("find", "Search folders");
     command->add_option("QUERY", find.query, "What to look for")->required()->type_name("");
     // One folder for each option: a list would be taken apart at commas.
     command

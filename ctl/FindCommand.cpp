@@ -11,6 +11,7 @@
 #include "platform/InlineTaskQueue.h"
 #include "platform/JsonValues.h"
 #include "platform/PatientFolders.h"
+#include "platform/linux/BusRunningInstance.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/PosixFolderLister.h"
 #include "platform/linux/StatxFolderIdentity.h"
@@ -22,6 +23,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace quillon {
 
@@ -59,6 +61,35 @@ void print(const std::vector<FuzzyMatchResult> &results, const FindCommand &how,
 } // namespace
 
 int FindCommand::run(Output &output) const
+{
+    if (const auto results = askRunningInstance()) {
+        print(*results, *this, output);
+        return output.finish() ? SUCCESS : FAILURE;
+    }
+    return crawlAndSearch(output);
+}
+
+std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() const
+{
+    if (!folders.empty() || top > RemoteQuery::MOST)
+        return std::nullopt;
+    BusRunningInstance instance;
+    const RemoteAnswer answer = instance.find({.settings = standardDefaultsPath(),
+                                               .text = query,
+                                               .limit = static_cast<std::uint32_t>(top)});
+    if (!answer)
+        return std::nullopt;
+    std::vector<FuzzyMatchResult> results;
+    for (const RemoteMatch &match : *answer) {
+        std::vector<TextRange> ranges;
+        for (const auto &[location, length] : match.ranges)
+            ranges.push_back({location, length});
+        results.emplace_back(match.path, match.score, std::move(ranges));
+    }
+    return results;
+}
+
+int FindCommand::crawlAndSearch(Output &output) const
 {
     JsonDefaultsStore user(standardDefaultsPath());
     ReadOnlySettings settings(user);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "matching/FuzzyMatchResult.h"
+
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,11 +11,12 @@ namespace quillon {
 
 class Output;
 
-/// Crawls folders and prints what matches a query, best first.
+/// Prints what matches a query, best first: of the index that the running application holds, or of
+/// the folders crawled now.
 struct FindCommand
 {
     std::string query;
-    /// As typed; none means those of the settings, or the home folder.
+    /// As typed, crawled in any case; none means those of the settings, or the home folder.
     std::vector<std::string> folders;
     std::size_t top = 25;
     bool nulSeparated = false;
@@ -20,6 +24,11 @@ struct FindCommand
 
     /// Returns the exit status.
     int run(Output &output) const;
+
+private:
+    /// Absent when there is none that could answer.
+    std::optional<std::vector<FuzzyMatchResult>> askRunningInstance() const;
+    int crawlAndSearch(Output &output) const;
 };
 
 } // namespace quillon

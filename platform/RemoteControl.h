@@ -1,11 +1,14 @@
 #pragma once
 
+#include "platform/RemoteSearch.h"
+
 #include <functional>
 #include <string>
 
 namespace quillon {
 
-/// The one running instance on the user's session bus and the way to reach it. Main thread only.
+/// How other processes reach this one when it is the running instance: requests and searches.
+/// Main thread only.
 class RemoteControl
 {
 public:
@@ -18,17 +21,31 @@ public:
         /// There is no bus to ask; the program runs without being reachable.
         unavailable,
     };
-    /// Called with "toggle", "show" or "quit"; starting the program a second time is "show".
-    using Handler = std::function<void(const std::string &action)>;
+
+    struct Request
+    {
+        /// "activate" (the program was started a second time), "toggle", "show", "preferences",
+        /// "rebuild" or "quit".
+        std::string action;
+        /// The right to the keyboard, as who asks was given it; empty when there is none.
+        std::string activationToken;
+    };
+
+    struct Handlers
+    {
+        /// Called on the main thread, when the request has been answered already.
+        std::function<void(const Request &request)> perform;
+        /// Called on a background thread, several at a time; absent means that who asks has to
+        /// search on its own.
+        std::function<RemoteAnswer(const RemoteQuery &query)> find;
+    };
 
     RemoteControl() = default;
     virtual ~RemoteControl() = default;
     RemoteControl(const RemoteControl &) = delete;
     RemoteControl &operator=(const RemoteControl &) = delete;
 
-    virtual Claim claim(Handler handler) = 0;
-    /// Asks the running instance to carry out the action; false when none answers.
-    virtual bool send(const std::string &action) = 0;
+    virtual Claim claim(Handlers handlers) = 0;
 };
 
 } // namespace quillon

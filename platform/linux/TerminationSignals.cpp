@@ -1,5 +1,7 @@
 #include "platform/linux/TerminationSignals.h"
 
+#include "platform/linux/ProgramEnd.h"
+
 #include <QSocketNotifier>
 
 #include <array>
@@ -23,6 +25,7 @@ std::array<struct sigaction, SIGNALS.size()> formerActions;
 extern "C" void noteSignal(int)
 {
     const int savedErrno = errno;
+    ProgramEnd::begin();
     const char byte = 0;
     [[maybe_unused]] const auto written = write(writeEnd, &byte, 1);
     errno = savedErrno;

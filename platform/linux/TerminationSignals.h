@@ -6,7 +6,8 @@
 
 namespace quillon {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into one call on the thread of the Qt loop. At most one object
+/// Turns SIGTERM, SIGINT and SIGHUP into one call on the thread of the Qt loop, and has ProgramEnd
+/// begin, because that thread may hang. At most one object
 /// at a time; the destructor gives the signals their former meaning back.
 class TerminationSignals : public QObject
 {

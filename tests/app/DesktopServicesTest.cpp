@@ -1,4 +1,5 @@
 #include "platform/linux/BusRemoteControl.h"
+#include "platform/linux/BusRunningInstance.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/QtTaskQueues.h"
@@ -86,26 +87,74 @@ TEST(PortalAppearance, followsTheDesktopsColourScheme)
     EXPECT_EQ(changes, 2);
 }
 
-TEST(BusRemoteControl, handsOverTheActionsItKnows)
+class BusRemoteControlTest : public testing::Test
 {
-    std::vector<std::string> actions;
-    BusRemoteControl remote;
-    ASSERT_EQ(remote.claim([&](const std::string &action) { actions.push_back(action); }),
-              RemoteControl::Claim::owner);
-    std::atomic<int> answered = 0;
-    const std::unique_ptr<QThread> other(QThread::create([&answered] {
-        for (const char *action : {"toggle", "no such action", "show"})
-            answered += BusRemoteControl().send(action) ? 1 : 0;
-    }));
-    other->start();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return other->isFinished(); }, 20000));
-    EXPECT_EQ(answered, 3);
-    EXPECT_THAT(actions, ElementsAre("toggle", "show"));
+protected:
+    /// Asks from another thread, as another process would, while the loop answers here.
+    static void ask(const std::function<void(RunningInstance &)> &questions)
+    {
+        const std::unique_ptr<QThread> other(QThread::create([&questions] {
+            BusRunningInstance instance;
+            questions(instance);
+        }));
+        other->start();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return other->isFinished(); }, 60000));
+    }
+
+    PoolTaskQueue background_{2};
+};
+
+TEST_F(BusRemoteControlTest, handsOverTheActionsItKnowsWithTheRightToTheKeyboard)
+{
+    std::vector<std::string> requests;
+    BusRemoteControl remote(background_);
+    const auto note = [&](const RemoteControl::Request &request) {
+        requests.push_back(request.action + " " + request.activationToken);
+    };
+    ASSERT_EQ(remote.claim({.perform = note, .find = nullptr}), RemoteControl::Claim::owner);
+    qputenv("DESKTOP_STARTUP_ID", "launcher_TIME42");
+    ask([](RunningInstance &instance) {
+        EXPECT_TRUE(instance.isRunning());
+        for (const char *action : {"toggle", "no such action", "activate", "rebuild"})
+            EXPECT_EQ(instance.request(action), RunningInstance::Outcome::done);
+        qputenv("XDG_ACTIVATION_TOKEN", "token");
+        EXPECT_EQ(instance.request("show"), RunningInstance::Outcome::done);
+    });
+    qunsetenv("DESKTOP_STARTUP_ID");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return requests.size() >= 4; }, 60000));
+    EXPECT_THAT(requests, ElementsAre("toggle launcher_TIME42", "activate launcher_TIME42",
+                                      "rebuild launcher_TIME42", "show token"));
 }
 
-TEST(BusRemoteControl, reachesNobodyOnceTheOwnerIsGone)
+TEST_F(BusRemoteControlTest, answersSearchesFromTheBackground)
 {
-    EXPECT_FALSE(BusRemoteControl().send("show"));
+    const RemoteMatch match{"/caf\xe9", -0.5, {{0, 2}, {4, 3}}};
+    BusRemoteControl remote(background_);
+    const auto find = [&](const RemoteQuery &query) -> RemoteAnswer {
+        EXPECT_NE(QThread::currentThread(), qApp->thread());
+        EXPECT_EQ(query.settings, "/settings");
+        EXPECT_EQ(query.limit, 7U);
+        if (query.text == "later")
+            return std::nullopt;
+        return query.text == "\xff" ? std::vector{match, match} : std::vector<RemoteMatch>{};
+    };
+    ASSERT_EQ(remote.claim({.perform = [](const auto &) {}, .find = find}),
+              RemoteControl::Claim::owner);
+    ask([&](RunningInstance &instance) {
+        EXPECT_EQ(instance.find({"/settings", "\xff", 7}), RemoteAnswer(std::vector{match, match}));
+        EXPECT_EQ(instance.find({"/settings", "nothing", 7}),
+                  RemoteAnswer(std::vector<RemoteMatch>{}));
+        EXPECT_EQ(instance.find({"/settings", "later", 7}), std::nullopt);
+    });
+}
+
+TEST_F(BusRemoteControlTest, reachesNobodyOnceTheOwnerIsGone)
+{
+    BusRunningInstance instance;
+    EXPECT_EQ(instance.request("show"), RunningInstance::Outcome::notRunning);
+    EXPECT_FALSE(instance.isRunning());
+    EXPECT_EQ(instance.find({"/settings", "a", 1}), std::nullopt);
 }
 
 TEST(PoolTaskQueue, withOneThreadKeepsTheOrder)

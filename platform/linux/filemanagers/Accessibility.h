@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/filemanagers/BusConnection.h"
+#include "platform/linux/BusConnection.h"
 #include "platform/linux/filemanagers/X11Windows.h"
 
 #include <cstdint>

@@ -2,8 +2,8 @@
 
 #include "platform/FileManager.h"
 #include "platform/Mutex.h"
+#include "platform/linux/BusConnection.h"
 #include "platform/linux/filemanagers/Accessibility.h"
-#include "platform/linux/filemanagers/BusConnection.h"
 #include "platform/linux/filemanagers/ManagerDriver.h"
 #include "platform/linux/filemanagers/X11Windows.h"
 

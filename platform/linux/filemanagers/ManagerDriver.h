@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/linux/BusConnection.h"
 #include "platform/linux/filemanagers/Accessibility.h"
-#include "platform/linux/filemanagers/BusConnection.h"
 #include "platform/linux/filemanagers/X11Windows.h"
 
 #include <gio/gdesktopappinfo.h>

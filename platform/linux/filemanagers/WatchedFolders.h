@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/filemanagers/Deadline.h"
+#include "platform/linux/Deadline.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "platform/linux/filemanagers/BusConnection.h"
+#include "platform/linux/BusConnection.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/Mutex.h"
+#include "platform/linux/Deadline.h"
 #include "platform/linux/GioPointers.h"
-#include "platform/linux/filemanagers/Deadline.h"
 
 #include <cstdint>
 #include <functional>

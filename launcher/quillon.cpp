@@ -1,0 +1,20 @@
+// The command "quillon". The application links the whole desktop, which takes longer to load than
+// a key press should take; this links the bus alone, and turns into the application where none
+// runs. The map of the code stands in app/main.cpp.
+
+#include "launcher/StartCommand.h"
+#include "platform/linux/BusRunningInstance.h"
+#include "platform/linux/OwnPrograms.h"
+
+#include <cstdio>
+
+int main(int argc, char **argv)
+{
+    quillon::BusRunningInstance instance;
+    const auto becomeApplication = [](const std::string &action) {
+        const std::string application =
+            quillon::ownProgramFolder() + "/" QUILLON_PROGRAMS_FROM_BIN "/quillon";
+        return quillon::becomeProgram(application, {"quillon", action});
+    };
+    return quillon::StartCommand(instance, becomeApplication, stderr).run(argc, argv);
+}

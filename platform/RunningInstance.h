@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/RemoteSearch.h"
+
+#include <string>
+
+namespace quillon {
+
+/// The instance of the application that runs already, seen from another process. Every operation
+/// blocks until it is answered, for a few seconds at most.
+class RunningInstance
+{
+public:
+    enum class Outcome
+    {
+        done,
+        /// There is no instance, or no bus to find one on.
+        notRunning,
+        /// There is one, and it did not take the request.
+        notAnswering,
+    };
+
+    RunningInstance() = default;
+    virtual ~RunningInstance() = default;
+    RunningInstance(const RunningInstance &) = delete;
+    RunningInstance &operator=(const RunningInstance &) = delete;
+
+    virtual bool isRunning() = 0;
+    /// Asks for one of the actions of RemoteControl. The right to the keyboard that this process
+    /// was started with goes along.
+    virtual Outcome request(const std::string &action) = 0;
+    /// Absent also when there is no instance.
+    virtual RemoteAnswer find(const RemoteQuery &query) = 0;
+};
+
+} // namespace quillon

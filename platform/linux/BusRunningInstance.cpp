@@ -1,0 +1,116 @@
+#include "platform/linux/BusRunningInstance.h"
+
+#include "platform/linux/BusNames.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto PATIENCE = 3000ms;
+constexpr const char *ANSWER = "(a(ayda(xx)))";
+
+BusObject object(const char *interface)
+{
+    return {BusNames::SERVICE, BusNames::OBJECT, interface};
+}
+
+GVariant *bytes(const std::string &text)
+{
+    return g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, text.data(), text.size(), 1);
+}
+
+/// Without it GIO would start a bus, which nobody but us would be on.
+bool hasBus()
+{
+    const char *folder = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code error;
+    return std::getenv("DBUS_SESSION_BUS_ADDRESS") != nullptr ||
+           (folder != nullptr && std::filesystem::exists(std::string(folder) + "/bus", error));
+}
+
+/// What the launcher of this process gave it, as texts of the request.
+GVariant *platformData()
+{
+    GVariantBuilder data;
+    g_variant_builder_init(&data, G_VARIANT_TYPE_VARDICT);
+    const auto add = [&data](const char *key, const char *variable) {
+        const char *text = std::getenv(variable);
+        if (text != nullptr && g_utf8_validate(text, -1, nullptr))
+            g_variant_builder_add(&data, "{sv}", key, g_variant_new_string(text));
+    };
+    add(BusNames::ACTIVATION_TOKEN, "XDG_ACTIVATION_TOKEN");
+    add(BusNames::STARTUP_ID, "DESKTOP_STARTUP_ID");
+    return g_variant_builder_end(&data);
+}
+
+RemoteMatch readMatch(GVariant *match)
+{
+    const VariantRef path(g_variant_get_child_value(match, 0));
+    const VariantRef score(g_variant_get_child_value(match, 1));
+    const VariantRef ranges(g_variant_get_child_value(match, 2));
+    RemoteMatch read;
+    gsize length = 0;
+    const auto *first =
+        static_cast<const char *>(g_variant_get_fixed_array(path.get(), &length, 1));
+    read.path.assign(first, length);
+    read.score = g_variant_get_double(score.get());
+    for (gsize i = 0; i < g_variant_n_children(ranges.get()); ++i) {
+        gint64 location = 0;
+        gint64 count = 0;
+        g_variant_get_child(ranges.get(), i, "(xx)", &location, &count);
+        read.ranges.emplace_back(location, count);
+    }
+    return read;
+}
+
+} // namespace
+
+bool BusRunningInstance::isRunning()
+{
+    return bus_.hasOwner(BusNames::SERVICE, Deadline(PATIENCE));
+}
+
+RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
+{
+    if (!isRunning())
+        return Outcome::notRunning;
+    const bool isReopening = action == "activate";
+    GVariant *arguments =
+        isReopening ? g_variant_new("(@a{sv})", platformData())
+                    : g_variant_new("(s@av@a{sv})", action.c_str(),
+                                    g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0),
+                                    platformData());
+    const auto reply =
+        bus_.call(object(BusNames::APPLICATION), isReopening ? "Activate" : "ActivateAction",
+                  arguments, Deadline(PATIENCE));
+    return reply ? Outcome::done : Outcome::notAnswering;
+}
+
+RemoteAnswer BusRunningInstance::find(const RemoteQuery &query)
+{
+    if (!hasBus())
+        return std::nullopt;
+    // A service that nobody owns answers with an error at once.
+    const auto reply = bus_.call(
+        object(BusNames::SEARCH), BusNames::FIND,
+        g_variant_new("(@ay@ayu)", bytes(query.settings), bytes(query.text), guint32{query.limit}),
+        Deadline(PATIENCE));
+    if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE(ANSWER)))
+        return std::nullopt;
+    const VariantRef matches(g_variant_get_child_value(reply.get(), 0));
+    std::vector<RemoteMatch> read;
+    for (gsize i = 0; i < g_variant_n_children(matches.get()); ++i) {
+        const VariantRef match(g_variant_get_child_value(matches.get(), i));
+        read.push_back(readMatch(match.get()));
+    }
+    return read;
+}
+
+} // namespace quillon
