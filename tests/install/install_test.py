@@ -1,0 +1,207 @@
+"""Installs the build into a folder of its own and reads it as the desktop, the bus and shells do."""
+
+import configparser
+import json
+import os
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+
+from desktop import PATIENCE, eventually, windows
+
+CMAKE, BUILD, VERSION = "", "", ""
+NAME = "org.quillon.Quillon"
+COMMANDS = ("match", "find", "crawl", "watch")
+OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*|-0)(?![\w-])")
+
+
+def run(*command, **more):
+    """Standard output of a command that succeeds."""
+    done = subprocess.run(command, capture_output=True, text=True, timeout=PATIENCE, check=False,
+                          **more)
+    if done.returncode != 0:
+        raise AssertionError(f"{command}: {done.returncode}\n{done.stdout}{done.stderr}")
+    return done.stdout
+
+
+class Installed(unittest.TestCase):
+    """A tree that all tests of a class read."""
+
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory(prefix="quillon-install-")
+        cls.addClassCleanup(folder.cleanup)
+        cls.place = pathlib.Path(folder.name)
+        cls.prefix = cls.place / "usr"
+        run(CMAKE, "--install", BUILD, "--prefix", str(cls.prefix))
+        cls.share = cls.prefix / "share"
+
+    def program(self, name):
+        return str(self.prefix / "bin" / name)
+
+    def options(self, program, *command):
+        """What the program says that it takes."""
+        lines = run(self.program(program), *command, "--help").splitlines()
+        return {option for line in lines if line.startswith("  -")
+                for option in OPTION.findall(line[:30])}
+
+    def commands_and_options(self):
+        yield "quillon", (), self.options("quillon")
+        yield "quillonctl", (), self.options("quillonctl")
+        for command in COMMANDS:
+            yield "quillonctl", (command,), self.options("quillonctl", command)
+
+
+class FilesTest(Installed):
+
+    def test_programs_run_from_where_they_are_installed(self):
+        for program in ("quillon", "quillonctl"):
+            self.assertEqual(run(self.program(program), "--version").strip(),
+                             f"{program} {VERSION}")
+        found = run(self.program("quillonctl"), "find", "--in", str(self.prefix), "applications")
+        self.assertEqual(found.splitlines()[0], str(self.share / "applications"))
+        for program in ("quillon", "open"):
+            self.assertTrue(os.access(self.prefix / "libexec/quillon" / program, os.X_OK))
+
+    def test_the_desktop_entry_names_programs_and_options_that_are_there(self):
+        file = self.share / "applications" / f"{NAME}.desktop"
+        self.assertEqual(run("desktop-file-validate", str(file)), "")
+        entry = configparser.ConfigParser(interpolation=None)
+        entry.read(file, encoding="utf-8")
+        self.assertEqual(entry["Desktop Entry"]["DBusActivatable"], "true")
+        actions = entry["Desktop Entry"]["Actions"].strip(";").split(";")
+        self.assertEqual(entry.sections()[1:], [f"Desktop Action {name}" for name in actions])
+        for section in entry.sections():
+            program, *options = shlex.split(entry[section]["Exec"])
+            self.assertTrue(os.access(self.program(program), os.X_OK), section)
+            self.assertLessEqual(set(options), self.options(program), section)
+            for key in ("Name", "Comment"):
+                self.assertEqual(f"{key}[de]" in entry[section],
+                                 key in entry[section] and entry[section][key] != "Quillon",
+                                 f"{section}: {key} in German")
+        icon = self.share / f"icons/hicolor/scalable/apps/{entry['Desktop Entry']['Icon']}.svg"
+        self.assertTrue(icon.exists())
+
+    def test_the_metainfo_describes_this_version(self):
+        run("appstreamcli", "validate-tree", "--no-net", str(self.prefix))
+        component = xml.etree.ElementTree.parse(self.share / f"metainfo/{NAME}.metainfo.xml")
+        self.assertEqual(component.find("releases/release").get("version"), VERSION)
+        for binary in component.findall("provides/binary"):
+            self.assertTrue(os.access(self.program(binary.text), os.X_OK))
+
+    def test_the_bus_is_told_the_whole_path_of_the_program(self):
+        service = configparser.ConfigParser()
+        service.read(self.share / f"dbus-1/services/{NAME}.service")
+        program, *options = shlex.split(service["D-BUS Service"]["Exec"])
+        self.assertEqual(program, self.program("quillon"))
+        self.assertLessEqual(set(options), self.options("quillon"))
+
+    def test_manual_pages_are_clean_and_know_every_option(self):
+        text = {}
+        for page in (self.share / "man/man1").iterdir():
+            read = subprocess.run(["man", "--warnings", "-E", "ascii", "-l", str(page)],
+                                  capture_output=True, text=True, timeout=PATIENCE, check=True,
+                                  env=dict(os.environ, MANWIDTH="200", LC_ALL="C.UTF-8",
+                                           MAN_KEEP_FORMATTING=""))
+            self.assertEqual(read.stderr, "", page)
+            self.assertIn(f"\nquillon {VERSION} ", read.stdout)
+            text[page.stem] = set(OPTION.findall(read.stdout))
+        for program, command, options in self.commands_and_options():
+            self.assertLessEqual(options - {"--help"}, text[program], (program, command))
+
+
+class CompletionTest(Installed):
+    """Each shell offers the options that the program has, and no others."""
+
+    def assert_offered(self, offered_by):
+        for program, command, options in self.commands_and_options():
+            with self.subTest(program=program, command=command):
+                self.assertEqual(set(OPTION.findall(offered_by(program, command))), options)
+
+    def test_bash(self):
+        folder = self.share / "bash-completion/completions"
+
+        def offered(program, command):
+            words = shlex.join([program, *command, "-"])
+            return run("bash", "--norc", "-c", f"source {folder / program}; COMP_WORDS=({words}); "
+                       f"COMP_CWORD={1 + len(command)}; _{program}; echo \"${{COMPREPLY[@]}}\"")
+        self.assert_offered(offered)
+
+    def test_zsh(self):
+        # The completion system wants a terminal; what it would be told is looked at instead.
+        folder = self.share / "zsh/site-functions"
+
+        def offered(program, command):
+            # Explanations are left out: an option stands before its first bracket.
+            specifications = run(
+                "zsh", "-f", "-c",
+                f"fpath=({folder} $fpath); autoload -Uz compinit && compinit -D -u; "
+                f"[[ $_comps[{program}] == _{program} ]] || exit 1; "
+                f"_arguments() {{ told=(\"$@\"); state={'argument' if command else 'none'} }}; "
+                f"words=({shlex.join(command)}); _{program}; print -rl -- $told")
+            return "\n".join(line.partition("[")[0].rpartition(")")[2].lstrip("*")
+                             for line in specifications.splitlines() if "[" in line)
+        self.assert_offered(offered)
+
+    def test_fish(self):
+        folder = self.share / "fish/vendor_completions.d"
+        environment = dict(os.environ, HOME=str(self.place), XDG_CONFIG_HOME=str(self.place),
+                           XDG_DATA_HOME=str(self.place))
+
+        def offered(program, command):
+            line = shlex.join([program, *command, "-"])
+            answer = run("fish", "--no-config", "-c", f"source {folder / program}.fish; "
+                         f"complete -C {shlex.quote(line)}", env=environment)
+            return "\n".join(line.split("\t")[0] for line in answer.splitlines())
+        self.assert_offered(offered)
+
+
+class BusTest(Installed):
+    """A session that has the tree among its data folders."""
+
+    def setUp(self):
+        home = self.place / "home"
+        tree = home / "tree"
+        tree.mkdir(parents=True)
+        settings = home / ".config/quillon/quillon.json"
+        settings.parent.mkdir(parents=True)
+        settings.write_text(json.dumps({
+            "ShowQLNShortcut": "Ctrl+Alt+Space", "preemptive-apple-event-access": True,
+            "qln-bookmarks": {str(tree): str(tree)}}))
+        self.environment = dict(
+            os.environ, HOME=str(home), XDG_CONFIG_HOME=str(home / ".config"),
+            XDG_DATA_HOME=str(home / ".local/share"), XDG_CACHE_HOME=str(home / ".cache"),
+            XDG_STATE_HOME=str(home / ".local/state"),
+            XDG_DATA_DIRS=f"{self.share}:/usr/local/share:/usr/share")
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address"],
+                               env=self.environment, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(bus.wait)
+        self.addCleanup(bus.kill)
+        self.addCleanup(bus.stdout.close)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+
+    def is_running(self):
+        return "true" in run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
+                             "--object-path", "/org/freedesktop/DBus", "--method",
+                             "org.freedesktop.DBus.NameHasOwner", NAME, env=self.environment)
+
+    def test_the_bus_starts_the_program_and_carries_its_actions(self):
+        self.assertFalse(self.is_running())
+        run("gapplication", "launch", NAME, env=self.environment)
+        eventually("the panel", lambda: windows("quillon", "Quillon"))
+        run("gapplication", "action", NAME, "toggle", env=self.environment)
+        eventually("the panel's end", lambda: not windows("quillon", "Quillon"))
+        self.assertTrue(self.is_running())
+        run("gapplication", "action", NAME, "quit", env=self.environment)
+        eventually("the program's end", lambda: not self.is_running())
+
+
+if __name__ == "__main__":
+    CMAKE, BUILD, VERSION = sys.argv[1:4]
+    del sys.argv[1:4]
+    unittest.main(verbosity=2)
