@@ -99,10 +99,23 @@ std::vector<std::string> RecentAccessScoreData::topPaths(int n) const
     return paths;
 }
 
-void RecentAccessScoreData::reset()
+bool RecentAccessScoreData::forget(std::string_view path)
 {
-    dataStore_.set({DefaultsDictionary()}, KEY);
+    UseCounts counts = snapshot()->counts;
+    const auto found = counts.find(path);
+    if (found == counts.end())
+        return true;
+    counts.erase(found);
+    const bool isKept = dataStore_.set(storedForm(counts), KEY);
+    replace(std::move(counts));
+    return isKept;
+}
+
+bool RecentAccessScoreData::reset()
+{
+    const bool isKept = dataStore_.set({DefaultsDictionary()}, KEY);
     replace({});
+    return isKept;
 }
 
 std::shared_ptr<const RecentAccessSnapshot> RecentAccessScoreData::snapshot() const
@@ -139,9 +152,14 @@ std::vector<std::string> RecentAccessScore::topScores(int n) const
     return data_.topPaths(n);
 }
 
-void RecentAccessScore::resetScores()
+bool RecentAccessScore::forgetUses(std::string_view path)
 {
-    data_.reset();
+    return data_.forget(path);
+}
+
+bool RecentAccessScore::resetScores()
+{
+    return data_.reset();
 }
 
 std::shared_ptr<const RecentAccessSnapshot> RecentAccessScore::snapshot() const

@@ -82,8 +82,10 @@ public:
     void recordUse(const std::string &path);
     /// The n most used paths, most used first, equal counts by path; n is not negative.
     std::vector<std::string> topPaths(int n) const;
-    /// Forgets every count, in the store too.
-    void reset();
+    /// Forgets the counts of one path, in the store too. False when the store still has them.
+    bool forget(std::string_view path);
+    /// Forgets every count; as above.
+    bool reset();
     std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
 
 private:
@@ -109,7 +111,11 @@ public:
     double score(std::string_view path) const;
     /// The n most used paths, most used first, equal counts by path; n is not negative.
     std::vector<std::string> topScores(int n) const;
-    void resetScores();
+    /// Forgets the uses of one path. False when the store still has them; a search does not count
+    /// them any more in any case.
+    bool forgetUses(std::string_view path);
+    /// Forgets all uses; as above.
+    bool resetScores();
     /// What a search works with; later uses do not show in it.
     std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
 

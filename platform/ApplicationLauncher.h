@@ -20,6 +20,7 @@ struct Application
     /// False for what the desktop's menus leave out.
     bool isShown = true;
     bool isTerminalEmulator = false;
+    bool isFileManager = false;
 };
 
 /// Finds and starts the applications of the desktop. No call waits for what it starts; what is

@@ -21,6 +21,21 @@ constexpr int ICON_LEFT = 20;
 constexpr int TEXT_LEFT = 56;
 constexpr int EDGE = 20;
 
+// Of forms.
+/// Around a pane or a sheet.
+constexpr int FORM_MARGIN = 28;
+/// Between a control and the line about it.
+constexpr int FORM_NEAR = 4;
+/// Between controls that belong together, and between those that do not.
+constexpr int FORM_ROW = 12;
+constexpr int FORM_GROUP = 24;
+/// The labels of all panes end on one line.
+constexpr int FORM_LABEL = 168;
+/// A width that reads well.
+constexpr int FORM_TEXT = 400;
+/// Of buttons and menus that would otherwise be as narrow as their texts.
+constexpr int FORM_CONTROL = 220;
+
 /// A row is 40 high; fonts too large for that get the next multiple of 4 that holds them.
 inline int rowHeight(const QFontMetrics &font)
 {

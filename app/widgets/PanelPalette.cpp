@@ -69,7 +69,8 @@ PanelPalette PanelPalette::light()
             .tint = 0xe3edfb,
             .accent = 0x1f5fbf,
             .hairline = 0xdcdfe4,
-            .keyCap = 0xedeff2};
+            .keyCap = 0xedeff2,
+            .fault = 0xb3261e};
 }
 
 PanelPalette PanelPalette::dark()
@@ -80,7 +81,8 @@ PanelPalette PanelPalette::dark()
             .tint = 0x2b3f5c,
             .accent = 0x8ab4f8,
             .hairline = 0x383d44,
-            .keyCap = 0x30353b};
+            .keyCap = 0x30353b,
+            .fault = 0xf2b8b5};
 }
 
 PanelPalette PanelPalette::forDesktop(const QPalette &desktop, bool prefersDark)
@@ -101,6 +103,7 @@ PanelPalette PanelPalette::forDesktop(const QPalette &desktop, bool prefersDark)
     palette.tint = mixed(palette.background, role(QPalette::Highlight), isDark ? 0.3 : 0.14);
     palette.quiet = readable(mixed(palette.text, palette.background, 0.4), palette);
     palette.accent = readable(role(QPalette::Highlight), palette);
+    palette.fault = readable(isDark ? dark().fault : light().fault, palette);
     return palette;
 }
 
@@ -119,6 +122,30 @@ QPalette PanelPalette::widgetPalette() const
     palette.setColor(QPalette::PlaceholderText, quiet);
     palette.setColor(QPalette::Highlight, tint);
     palette.setColor(QPalette::HighlightedText, text);
+    return palette;
+}
+
+QPalette PanelPalette::controlsPalette() const
+{
+    QPalette palette = widgetPalette();
+    // The styles of the toolkit reckon their edges and shades from these.
+    palette.setColor(QPalette::Button, keyCap);
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::Light, mixed(keyCap, background, 0.5));
+    palette.setColor(QPalette::Midlight, mixed(keyCap, background, 0.25));
+    palette.setColor(QPalette::Mid, mixed(keyCap, text, 0.2));
+    palette.setColor(QPalette::Dark, mixed(keyCap, text, 0.35));
+    palette.setColor(QPalette::Shadow, mixed(keyCap, text, 0.5));
+    palette.setColor(QPalette::AlternateBase, mixed(background, keyCap, 0.5));
+    palette.setColor(QPalette::BrightText, background);
+    palette.setColor(QPalette::Link, accent);
+    palette.setColor(QPalette::LinkVisited, accent);
+    palette.setColor(QPalette::ToolTipBase, keyCap);
+    palette.setColor(QPalette::ToolTipText, text);
+    const QColor faint = mixed(text, background, 0.55);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::HighlightedText, QPalette::PlaceholderText})
+        palette.setColor(QPalette::Disabled, role, faint);
     return palette;
 }
 

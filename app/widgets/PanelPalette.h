@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-/// The colours of the panel. Text and quiet text keep a contrast of 4.5 to 1 or better on the
-/// background and on the tint.
+/// The colours of the panel. Text, quiet text and faults keep a contrast of 4.5 to 1 or better on
+/// the background and on the tint.
 struct PanelPalette
 {
     QColor background;
@@ -18,6 +18,8 @@ struct PanelPalette
     QColor hairline;
     /// Behind the name of a key.
     QColor keyCap;
+    /// Of a text that says what is wrong.
+    QColor fault;
 
     static PanelPalette light();
     static PanelPalette dark();
@@ -27,6 +29,9 @@ struct PanelPalette
     bool isDark() const;
     /// For the widgets of the toolkit inside the panel.
     QPalette widgetPalette() const;
+    /// For a whole window of the toolkit's controls: buttons, fields, menus and their disabled
+    /// states.
+    QPalette controlsPalette() const;
 };
 
 /// How well two colours are told apart: 1 (not) to 21 (black on white), as WCAG counts it.

@@ -1,12 +1,12 @@
 #include "app/widgets/QLNShortcutView.h"
 
+#include "app/widgets/FormNote.h"
+#include "app/widgets/PanelMetrics.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "shortcut/QLNShortcutValidator.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -19,13 +19,14 @@ QLNShortcutView::QLNShortcutView(QLNShortcutMonitor &monitor, QLNShortcutBinder 
       binder_(binder),
       service_(service),
       button_(new QPushButton(this)),
-      message_(new QLabel(this))
+      message_(new FormNote({}, this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(metrics::FORM_NEAR);
     buildButton();
-    buildMessage();
-    layout->addWidget(button_);
+    message_->setBuddy(button_);
+    layout->addWidget(button_, 0, Qt::AlignLeft);
     layout->addWidget(message_);
     connect(&monitor_, &QLNShortcutMonitor::changed, this, &QLNShortcutView::showShortcut);
     connect(&binder_, &QLNShortcutBinder::outcomeChanged, this, &QLNShortcutView::showFault);
@@ -41,6 +42,7 @@ QLNShortcutView::~QLNShortcutView()
 void QLNShortcutView::buildButton()
 {
     button_->setToolTip(tr("Click, then press the keys that bring the panel up"));
+    button_->setMinimumWidth(metrics::FORM_CONTROL);
     button_->installEventFilter(this);
     setFocusProxy(button_);
     connect(button_, &QPushButton::clicked, this, [this] {
@@ -49,13 +51,6 @@ void QLNShortcutView::buildButton()
         else
             startRecording();
     });
-}
-
-void QLNShortcutView::buildMessage()
-{
-    message_->setWordWrap(true);
-    message_->setBuddy(button_);
-    message_->hide();
 }
 
 void QLNShortcutView::startRecording()
@@ -71,7 +66,9 @@ void QLNShortcutView::startRecording()
     binder_.pause();
     button_->setFocus();
     button_->grabKeyboard();
-    say(tr("Escape keeps the shortcut as it is, Backspace removes it."));
+    say({});
+    message_->setSentence(tr("Escape keeps the shortcut as it is, Backspace removes it."));
+    button_->setAccessibleDescription(message_->text());
     showShortcut();
     Q_EMIT recordingChanged(true);
 }
@@ -177,15 +174,11 @@ void QLNShortcutView::showFault()
     say(fault && shortcut ? QLNShortcutValidator::words(*fault, *shortcut) : QString());
 }
 
-void QLNShortcutView::say(const QString &message)
+void QLNShortcutView::say(const QString &fault)
 {
-    message_->setText(message);
-    message_->setVisible(!message.isEmpty());
-    button_->setAccessibleDescription(message);
-    if (message.isEmpty())
-        return;
-    QAccessibleEvent event(message_, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    message_->setSentence({});
+    message_->sayFault(fault);
+    button_->setAccessibleDescription(fault);
 }
 
 } // namespace quillon

@@ -7,11 +7,11 @@
 #include <optional>
 
 class QKeyEvent;
-class QLabel;
 class QPushButton;
 
 namespace quillon {
 
+class FormNote;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 
@@ -41,20 +41,19 @@ protected:
 
 private:
     void buildButton();
-    void buildMessage();
     void stopRecording();
     void keyPressed(const QKeyEvent &event);
     /// Stores it if nothing speaks against it; goes on recording otherwise.
     void choose(const KeyCombination &keys);
     void showShortcut();
     void showFault();
-    void say(const QString &message);
+    void say(const QString &fault);
 
     QLNShortcutMonitor &monitor_;
     QLNShortcutBinder &binder_;
     HotKey &service_;
     QPushButton *button_;
-    QLabel *message_;
+    FormNote *message_;
     bool isRecording_ = false;
 };
 

@@ -37,6 +37,7 @@ Application describe(GDesktopAppInfo *application)
         .executable = orEmpty(program),
         .isShown = g_app_info_should_show(info) != 0,
         .isTerminalEmulator = categories.find(";TerminalEmulator;") != std::string::npos,
+        .isFileManager = isFileManager(application),
     };
 }
 

@@ -1,6 +1,7 @@
 #include "platform/linux/JsonDefaultsStore.h"
 
 #include "platform/JsonValues.h"
+#include "platform/linux/UserFolders.h"
 
 #include <QJsonDocument>
 
@@ -13,8 +14,6 @@
 #include <utility>
 
 #include <unistd.h>
-
-#include <pwd.h>
 
 // A read costs a stat() and a lookup in the document. A write locks the file against other
 // writers, reads it again if it changed, puts its one key in and replaces the file; so the writes
@@ -63,22 +62,11 @@ std::optional<QJsonObject> parse(const QByteArray &bytes, std::string &fault)
     return document.object();
 }
 
-std::string homeFolder()
-{
-    if (const char *home = std::getenv("HOME"); home && *home == '/')
-        return home;
-    const passwd *const user = ::getpwuid(::getuid());
-    return user ? user->pw_dir : "/";
-}
-
 } // namespace
 
 std::string standardDefaultsPath()
 {
-    const char *const configured = std::getenv("XDG_CONFIG_HOME");
-    const std::string folder =
-        configured && *configured == '/' ? configured : homeFolder() + "/.config";
-    return folder + "/quillon/quillon.json";
+    return userFolder("XDG_CONFIG_HOME", "/.config") + "/quillon/quillon.json";
 }
 
 JsonDefaultsStore::JsonDefaultsStore(std::string path) : file_(std::move(path))

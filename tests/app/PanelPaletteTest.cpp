@@ -27,6 +27,7 @@ void expectReadable(const PanelPalette &palette)
         EXPECT_GE(contrast(palette.text, ground), 4.5);
         EXPECT_GE(contrast(palette.quiet, ground), 4.5);
         EXPECT_GE(contrast(palette.accent, ground), 4.5);
+        EXPECT_GE(contrast(palette.fault, ground), 4.5);
     }
     EXPECT_GE(contrast(palette.text, palette.keyCap), 4.5);
 }

@@ -58,6 +58,7 @@ TEST_F(QLNShortcutViewTest, recordsTheKeyThatIsPressedWithItsModifiers)
 {
     button->click();
     EXPECT_TRUE(view.isRecording());
+    EXPECT_TRUE(message->text().startsWith(QStringLiteral("Escape keeps"))) << "how to get out";
     EXPECT_FALSE(keyboard.grabbed()) << "our own key is given back";
     press(Qt::Key_Control, Qt::ControlModifier, CODE_OF_CONTROL);
     EXPECT_TRUE(view.isRecording()) << "a modifier alone is not the end";

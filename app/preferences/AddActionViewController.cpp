@@ -1,0 +1,211 @@
+#include "app/preferences/AddActionViewController.h"
+
+#include "app/preferences/PreferenceTexts.h"
+#include "app/widgets/FormNote.h"
+#include "app/widgets/FormPane.h"
+#include "app/widgets/PanelButton.h"
+#include "app/widgets/PanelMetrics.h"
+#include "platform/ApplicationLauncher.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// What "Open Application" finds on every desktop, whatever it is called there.
+constexpr const char *ANY_TERMINAL = "Terminal";
+
+bool isNamed(const Application &application, const QString &name)
+{
+    const std::string *const names[] = {&application.name, &application.untranslatedName,
+                                        &application.executable, &application.id};
+    return std::ranges::any_of(names, [&name](const std::string *each) {
+        return QString::fromStdString(*each).compare(name, Qt::CaseInsensitive) == 0;
+    });
+}
+
+} // namespace
+
+AddActionViewController::AddActionViewController(const Services &services,
+                                                 AddActionDelegate &delegate,
+                                                 const PanelPalette &palette, QWidget *over)
+    : FormSheet(tr("Add Action"), tr("&Done"), palette, over),
+      shortcutButton(new QComboBox(&form())),
+      actionButton(new QComboBox(&form())),
+      parametersTextField(new QLineEdit(&form())),
+      chooseButton(new QPushButton(tr("C&hoose…"), &form())),
+      services_(services),
+      delegate_(delegate),
+      finder_(services.defaults)
+{
+    buildForm();
+    fillMenus();
+    kindChanged();
+    connect(actionButton, &QComboBox::currentIndexChanged, this,
+            &AddActionViewController::kindChanged);
+    connect(parametersTextField, &QLineEdit::textChanged, this,
+            &AddActionViewController::checkTarget);
+    connect(chooseButton, &QPushButton::clicked, this, [this] {
+        if (selectedKind() == ActionType::openApplication)
+            offerApplications();
+        else
+            chooseExecutable();
+    });
+    connect(this, &FormSheet::confirmed, this, &AddActionViewController::done);
+}
+
+void AddActionViewController::buildForm()
+{
+    shortcutButton->setMinimumWidth(metrics::FORM_CONTROL);
+    actionButton->setMinimumWidth(metrics::FORM_CONTROL);
+    form().addRow(tr("&Keys:"), shortcutButton);
+    shortcutNote_ = form().addNote();
+    form().addRow(tr("&Action:"), actionButton);
+    auto *target = new QWidget(&form());
+    auto *line = new QHBoxLayout(target);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(metrics::INSET);
+    parametersTextField->setMinimumWidth(metrics::FORM_TEXT - metrics::FORM_LABEL / 2);
+    line->addWidget(parametersTextField, 1);
+    line->addWidget(chooseButton);
+    target->setFocusProxy(parametersTextField);
+    form().addRow(tr("&With:"), target);
+    targetNote_ = form().addNote();
+}
+
+void AddActionViewController::fillMenus()
+{
+    for (const std::string &title : finder_.availableShortcutTitles())
+        shortcutButton->addItem(drawnKeys(flagsFromShortcutTitle(title)),
+                                QString::fromStdString(title));
+    if (shortcutButton->count() == 0) {
+        shortcutButton->setEnabled(false);
+        shortcutNote_->setSentence(
+            tr("Every combination has an action. Remove one to make room for another."));
+    }
+    for (const ActionType &kind : ActionType::all)
+        actionButton->addItem(drawnTitle(kind.key()), QString::fromStdString(kind.key()));
+}
+
+std::optional<ActionType> AddActionViewController::selectedKind() const
+{
+    const std::string key = actionButton->currentData().toString().toStdString();
+    const auto *kind = std::ranges::find(ActionType::all, key, &ActionType::key);
+    return kind == ActionType::all.end() ? std::nullopt : std::optional(*kind);
+}
+
+void AddActionViewController::kindChanged()
+{
+    const auto kind = selectedKind();
+    if (!kind)
+        return;
+    const bool requiresTarget = kind->requiresTarget();
+    parametersTextField->setReadOnly(!requiresTarget);
+    parametersTextField->setEnabled(requiresTarget);
+    parametersTextField->setText(
+        requiresTarget ? QString() : QString::fromStdString(ActionTarget::selectedRow.key()));
+    if (*kind == ActionType::openApplication)
+        parametersTextField->setPlaceholderText(QStringLiteral("Sublime Text"));
+    else if (*kind == ActionType::executeShellCommand)
+        parametersTextField->setPlaceholderText(QStringLiteral("/Users/me/scripts/my-script.sh"));
+    chooseButton->setEnabled(requiresTarget);
+    if (*kind == ActionType::openApplication && applications_.empty())
+        applications_ = installedApplications();
+    checkTarget();
+}
+
+void AddActionViewController::done()
+{
+    const auto kind = selectedKind();
+    const auto target = ActionTarget::fromText(parametersTextField->text().toStdString());
+    if (!target)
+        return targetNote_->sayFault(kind == ActionType::executeShellCommand
+                                         ? tr("Which program is to be run?")
+                                         : tr("Which application is to open the row?"));
+    if (!kind || shortcutButton->currentIndex() < 0)
+        return;
+    const std::string title = shortcutButton->currentData().toString().toStdString();
+    if (!finder_.addAction(
+            {.flags = flagsFromShortcutTitle(title), .actionType = *kind, .actionTarget = *target}))
+        return targetNote_->sayFault(writeFault());
+    delegate_.actionAdded();
+    accept();
+}
+
+void AddActionViewController::checkTarget()
+{
+    targetNote_->sayFault(warning());
+}
+
+QString AddActionViewController::warning() const
+{
+    const QString text = parametersTextField->text();
+    const auto kind = selectedKind();
+    if (text.isEmpty() || !kind || !kind->requiresTarget())
+        return {};
+    if (*kind == ActionType::openApplication) {
+        const bool isKnown = text == QLatin1String(ANY_TERMINAL) ||
+                             std::ranges::any_of(applications_, [&text](const Application &each) {
+                                 return isNamed(each, text);
+                             });
+        return isKnown ? QString() : tr("No application of this name is installed.");
+    }
+    const QFileInfo file(text);
+    if (!file.isAbsolute())
+        return tr("The path of a program begins with “/”.");
+    if (!file.exists())
+        return tr("There is no such file.");
+    if (file.isDir())
+        return tr("This is a folder, not a program.");
+    return file.isExecutable() ? QString() : tr("This file may not be run.");
+}
+
+std::vector<Application> AddActionViewController::installedApplications() const
+{
+    std::vector<Application> installed = services_.applications.applications();
+    std::ranges::sort(installed, [](const Application &a, const Application &b) {
+        return QString::localeAwareCompare(QString::fromStdString(a.name),
+                                           QString::fromStdString(b.name)) < 0;
+    });
+    return installed;
+}
+
+void AddActionViewController::offerApplications()
+{
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const Application &each : applications_) {
+        if (!each.isShown || each.name.empty())
+            continue;
+        // An ampersand would be taken for a mnemonic.
+        const QString name = QString::fromStdString(each.name);
+        QAction *action = menu->addAction(QString(name).replace(u"&"_qs, u"&&"_qs));
+        connect(action, &QAction::triggered, this,
+                [this, name] { parametersTextField->setText(name); });
+    }
+    menu->popup(chooseButton->mapToGlobal(QPoint(0, chooseButton->height())));
+}
+
+void AddActionViewController::chooseExecutable()
+{
+    auto *chooser = new QFileDialog(this, tr("Choose a Program"));
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setFileMode(QFileDialog::ExistingFile);
+    const QFileInfo current(parametersTextField->text());
+    if (current.isAbsolute() && current.dir().exists())
+        chooser->setDirectory(current.dir());
+    connect(chooser, &QFileDialog::fileSelected, parametersTextField, &QLineEdit::setText);
+    chooser->open();
+}
+
+} // namespace quillon

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "actions/ActionModelFinder.h"
+#include "app/widgets/FormSheet.h"
+#include "platform/ApplicationLauncher.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+
+namespace quillon {
+
+class FormNote;
+
+/// Told when an action was added.
+class AddActionDelegate
+{
+public:
+    AddActionDelegate() = default;
+    virtual ~AddActionDelegate() = default;
+    AddActionDelegate(const AddActionDelegate &) = delete;
+    AddActionDelegate &operator=(const AddActionDelegate &) = delete;
+
+    virtual void actionAdded() = 0;
+};
+
+/// The sheet that adds an action: its keys, its kind, and what it works with.
+class AddActionViewController : public FormSheet
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        DefaultsStore &defaults;
+        const ApplicationLauncher &applications;
+    };
+
+    /// Services and delegate outlive this, which deletes itself when it is closed.
+    AddActionViewController(const Services &services, AddActionDelegate &delegate,
+                            const PanelPalette &palette, QWidget *over);
+
+    /// Stores the action and closes the sheet. As long as a part of it is missing nothing happens,
+    /// but for a word about it.
+    void done();
+
+    QComboBox *const shortcutButton;
+    QComboBox *const actionButton;
+    QLineEdit *const parametersTextField;
+    /// Offers the installed applications, or a file chooser, whichever the kind of action wants.
+    QPushButton *const chooseButton;
+
+private:
+    void buildForm();
+    void fillMenus();
+    void kindChanged();
+    void offerApplications();
+    void chooseExecutable();
+    /// Absent for none of the six.
+    std::optional<ActionType> selectedKind() const;
+    /// Says beside the field what would come of its text. A warning at most: what is not there now
+    /// may be there when the action is carried out.
+    void checkTarget();
+    QString warning() const;
+    /// By name.
+    std::vector<Application> installedApplications() const;
+
+    Services services_;
+    AddActionDelegate &delegate_;
+    ActionModelFinder finder_;
+    FormNote *shortcutNote_ = nullptr;
+    FormNote *targetNote_ = nullptr;
+    /// Empty until they are asked for.
+    std::vector<Application> applications_;
+};
+
+} // namespace quillon

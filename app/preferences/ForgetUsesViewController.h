@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/widgets/FormSheet.h"
+
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+class FormNote;
+class FormTable;
+class RecentAccessScore;
+class SegmentedControl;
+
+/// The sheet in which the user has the program forget how often folders were opened: those of one
+/// folder, or all.
+class ForgetUsesViewController : public FormSheet
+{
+    Q_OBJECT
+
+public:
+    enum Segment
+    {
+        FORGET,
+        FORGET_ALL,
+    };
+
+    /// The uses outlive this, which deletes itself when it is closed.
+    ForgetUsesViewController(RecentAccessScore &uses, const PanelPalette &palette, QWidget *over);
+
+    FormTable *const usesTableView;
+    SegmentedControl *const forgetSegmentedControl;
+
+private:
+    void reload();
+    void forget(int segment);
+
+    RecentAccessScore &uses_;
+    FormNote *note_ = nullptr;
+    /// Of the rows; any bytes.
+    std::vector<std::string> paths_;
+};
+
+} // namespace quillon

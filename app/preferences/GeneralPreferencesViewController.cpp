@@ -1,0 +1,199 @@
+#include "app/preferences/GeneralPreferencesViewController.h"
+
+#include "app/preferences/PreferenceTexts.h"
+#include "app/widgets/FormNote.h"
+#include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QLNShortcutView.h"
+#include "platform/ApplicationLauncher.h"
+#include "platform/Autostart.h"
+#include "platform/DefaultsStore.h"
+#include "platform/Workspace.h"
+#include "prefs/PreferenceKeys.h"
+#include "prefs/Preferences.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::string_view DESKTOP_SUFFIX = ".desktop";
+
+/// Ids are written with and without their suffix.
+std::string wholeId(std::string id)
+{
+    if (!id.empty() && !id.ends_with(DESKTOP_SUFFIX))
+        id += DESKTOP_SUFFIX;
+    return id;
+}
+
+/// A menu that is as wide as its neighbours.
+QComboBox *makeMenu(QWidget *parent)
+{
+    auto *menu = new QComboBox(parent);
+    menu->setMinimumWidth(metrics::FORM_CONTROL);
+    return menu;
+}
+
+} // namespace
+
+GeneralPreferencesViewController::GeneralPreferencesViewController(const Services &services,
+                                                                   QWidget *parent)
+    : FormPane(parent),
+      shortcutView(new QLNShortcutView(services.shortcutMonitor, services.shortcutBinder,
+                                       services.hotKey, this)),
+      openInFinderBehaviorButton(makeMenu(this)),
+      enableQuickSearchButton(new QCheckBox(this)),
+      quickSearchPopUpButton(makeMenu(this)),
+      fileManagerButton(makeMenu(this)),
+      startAtLoginButton(new QCheckBox(this)),
+      services_(services)
+{
+    buildShortcut();
+    addGap();
+    buildFileManager();
+    addGap();
+    buildQuickSearch();
+    addGap();
+    buildStart();
+    addStretch();
+    showStored();
+}
+
+void GeneralPreferencesViewController::buildShortcut()
+{
+    addRow(tr("Sho&rtcut:"), shortcutView);
+    addNote(tr("Shows the search panel from anywhere, and hides it again."));
+}
+
+void GeneralPreferencesViewController::buildFileManager()
+{
+    addRow(tr("&File manager:"), fileManagerButton);
+    fileManagerNote_ = addNote();
+    connect(fileManagerButton, &QComboBox::activated, this,
+            &GeneralPreferencesViewController::chooseFileManager);
+    addRow(tr("&Open folders in:"), openInFinderBehaviorButton);
+    openInFinderNote_ = addNote();
+    bindChoice(*openInFinderBehaviorButton, services_.preferences.openInFinderBehavior,
+               *openInFinderNote_);
+}
+
+void GeneralPreferencesViewController::buildQuickSearch()
+{
+    enableQuickSearchButton->setText(tr("Find &items of the window in front first"));
+    addRow(tr("Quick search:"), enableQuickSearchButton);
+    quickSearchNote_ = addNote(tr("When the panel comes up over a window of the file manager, the "
+                                  "items that it shows stand before all others."));
+    connect(enableQuickSearchButton, &QCheckBox::clicked, this, [this](bool isOn) {
+        written(*quickSearchNote_, services_.preferences.finderQuickSearch.set(isOn));
+    });
+    addRow(tr("Choosin&g one of them:"), quickSearchPopUpButton);
+    quickSearchBehaviorNote_ = addNote();
+    bindChoice(*quickSearchPopUpButton, services_.preferences.quickSearchBehavior,
+               *quickSearchBehaviorNote_);
+}
+
+void GeneralPreferencesViewController::buildStart()
+{
+    startAtLoginButton->setText(tr("Start at &login"));
+    addRow(tr("Start:"), startAtLoginButton);
+    startNote_ = addNote(tr("Quillon then waits in the background for its shortcut."));
+    connect(startAtLoginButton, &QCheckBox::clicked, this,
+            [this](bool isOn) { written(*startNote_, services_.autostart.setEnabled(isOn)); });
+}
+
+void GeneralPreferencesViewController::bindChoice(QComboBox &button, PreferencesSelectList &list,
+                                                  FormNote &note)
+{
+    for (const PreferencesSelectListItem &item : list.values())
+        button.addItem(drawnTitle(item.title));
+    connect(&button, &QComboBox::activated, this, [this, &list, &note](int index) {
+        written(note, list.select(list.values().at(static_cast<std::size_t>(index))));
+    });
+}
+
+void GeneralPreferencesViewController::showStored()
+{
+    const auto showChoice = [](QComboBox &button, const PreferencesSelectList &list) {
+        const auto &values = list.values();
+        const auto selected = std::ranges::find(values, list.selected());
+        button.setCurrentIndex(static_cast<int>(selected - values.begin()));
+    };
+    const bool isQuickSearchOn = services_.preferences.finderQuickSearch.value();
+    showChoice(*openInFinderBehaviorButton, services_.preferences.openInFinderBehavior);
+    showChoice(*quickSearchPopUpButton, services_.preferences.quickSearchBehavior);
+    enableQuickSearchButton->setChecked(isQuickSearchOn);
+    quickSearchPopUpButton->setEnabled(isQuickSearchOn);
+    startAtLoginButton->setChecked(services_.autostart.isEnabled());
+    showFileManager();
+}
+
+void GeneralPreferencesViewController::showEvent(QShowEvent *event)
+{
+    // Programs come and go while the window is closed.
+    fillFileManagers();
+    showStored();
+    FormPane::showEvent(event);
+}
+
+void GeneralPreferencesViewController::fillFileManagers()
+{
+    const std::string standard = services_.workspace.applicationToOpen("/");
+    QString standardName;
+    std::vector<Application> managers = services_.applications.applications();
+    for (const Application &each : managers) {
+        if (each.id == standard)
+            standardName = QString::fromStdString(each.name);
+    }
+    std::erase_if(managers,
+                  [](const Application &each) { return !each.isFileManager || !each.isShown; });
+    std::ranges::sort(managers, [](const Application &a, const Application &b) {
+        return QString::localeAwareCompare(QString::fromStdString(a.name),
+                                           QString::fromStdString(b.name)) < 0;
+    });
+    fileManagerButton->clear();
+    fileManagerButton->addItem(standardName.isEmpty()
+                                   ? tr("The desktop's default")
+                                   : tr("The desktop's default (%1)").arg(standardName),
+                               QString());
+    for (const Application &each : managers)
+        fileManagerButton->addItem(QString::fromStdString(each.name),
+                                   QString::fromStdString(each.id));
+}
+
+void GeneralPreferencesViewController::showFileManager()
+{
+    if (fileManagerButton->count() == 0)
+        return; // Not shown yet.
+    const std::string stored =
+        wholeId(services_.defaults.string(PreferenceKeys::FILE_MANAGER).value_or(""));
+    const QString id = QString::fromStdString(stored);
+    int index = fileManagerButton->findData(id);
+    if (index < 0) {
+        fileManagerButton->addItem(tr("%1 (not installed)").arg(id), id);
+        index = fileManagerButton->count() - 1;
+    }
+    fileManagerButton->setCurrentIndex(index);
+}
+
+void GeneralPreferencesViewController::chooseFileManager()
+{
+    const std::string id = fileManagerButton->currentData().toString().toStdString();
+    written(*fileManagerNote_, id.empty()
+                                   ? services_.defaults.remove(PreferenceKeys::FILE_MANAGER)
+                                   : services_.defaults.set(PreferenceKeys::FILE_MANAGER, {id}));
+}
+
+void GeneralPreferencesViewController::written(FormNote &note, bool isStored)
+{
+    note.sayFault(isStored ? QString() : writeFault());
+    showStored();
+}
+
+} // namespace quillon

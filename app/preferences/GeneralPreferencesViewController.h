@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/widgets/FormPane.h"
+
+class QCheckBox;
+class QComboBox;
+
+namespace quillon {
+
+class ApplicationLauncher;
+class Autostart;
+class DefaultsStore;
+class HotKey;
+class Preferences;
+class PreferencesSelectList;
+class QLNShortcutBinder;
+class QLNShortcutMonitor;
+class QLNShortcutView;
+class Workspace;
+
+/// The pane of what everyone sets once: the shortcut, the file manager, the start at login.
+class GeneralPreferencesViewController : public FormPane
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        DefaultsStore &defaults;
+        Preferences &preferences;
+        QLNShortcutMonitor &shortcutMonitor;
+        QLNShortcutBinder &shortcutBinder;
+        HotKey &hotKey;
+        const Workspace &workspace;
+        const ApplicationLauncher &applications;
+        Autostart &autostart;
+    };
+
+    /// All of them outlive this.
+    explicit GeneralPreferencesViewController(const Services &services, QWidget *parent = nullptr);
+
+    void showStored() override;
+
+    QLNShortcutView *const shortcutView;
+    QComboBox *const openInFinderBehaviorButton;
+    QCheckBox *const enableQuickSearchButton;
+    QComboBox *const quickSearchPopUpButton;
+    QComboBox *const fileManagerButton;
+    QCheckBox *const startAtLoginButton;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void buildShortcut();
+    void buildFileManager();
+    void buildQuickSearch();
+    void buildStart();
+    void fillFileManagers();
+    void showFileManager();
+    void chooseFileManager();
+    /// Fills the menu with the list's titles and has it write what is chosen.
+    void bindChoice(QComboBox &button, PreferencesSelectList &list, FormNote &note);
+    /// Says beside a control whether what it was set to has been stored, and shows what is.
+    void written(FormNote &note, bool isStored);
+
+    Services services_;
+    FormNote *fileManagerNote_ = nullptr;
+    FormNote *openInFinderNote_ = nullptr;
+    FormNote *quickSearchNote_ = nullptr;
+    FormNote *quickSearchBehaviorNote_ = nullptr;
+    FormNote *startNote_ = nullptr;
+};
+
+} // namespace quillon

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "actions/ActionModel.h"
+#include "app/widgets/FormTable.h"
+
+#include <QList>
+#include <QString>
+
+#include <string>
+
+namespace quillon {
+
+// The choices and actions are named in the settings for another system. These are their words as
+// the user reads them; what is stored never depends on them.
+
+/// For the title of a choice or the key of a kind of action; an unknown one stays as it is.
+QString drawnTitle(const std::string &title);
+/// The keys of a combination as this keyboard has them: "Ctrl+Shift+Return".
+QString drawnKeys(ActionShortcutFlags flags);
+/// ActionModel::description() in these words, keys and kind in bold.
+QList<FormTextRun> drawnDescription(const ActionModel &action);
+
+/// What is said beside a control whose value could not be stored.
+QString writeFault();
+
+} // namespace quillon

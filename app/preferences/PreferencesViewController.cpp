@@ -1,0 +1,76 @@
+#include "app/preferences/PreferencesViewController.h"
+
+#include "platform/DefaultsChanges.h"
+
+#include <QShortcut>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace quillon {
+
+PreferencesViewController::PreferencesViewController(const Services &services,
+                                                     AdvancedPreferencesDelegate &delegate,
+                                                     FormPane *searchPane)
+    : QWidget(nullptr, Qt::Window),
+      generalPreferencesViewController(new GeneralPreferencesViewController(services.general)),
+      searchPreferencesViewController(searchPane),
+      actionPreferencesViewController(new ActionPreferencesViewController(services.actions)),
+      advancedPreferencesViewController(
+          new AdvancedPreferencesViewController(services.advanced, delegate)),
+      tabView_(new QTabWidget(this)),
+      placeKeeper_(*this, "preferences", services.places)
+{
+    setWindowTitle(tr("Preferences"));
+    buildTabs();
+    buildShortcuts();
+    setPanelPalette(PanelPalette::light());
+    services.changes.onChange([this] {
+        for (FormPane *pane : panes())
+            pane->showStored();
+    });
+}
+
+void PreferencesViewController::buildTabs()
+{
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 8, 0, 0);
+    tabView_->setDocumentMode(true);
+    tabView_->tabBar()->setExpanding(false);
+    tabView_->tabBar()->setDrawBase(true);
+    tabView_->addTab(generalPreferencesViewController, tr("&General"));
+    tabView_->addTab(searchPreferencesViewController, tr("&Search"));
+    tabView_->addTab(actionPreferencesViewController, tr("&Actions"));
+    tabView_->addTab(advancedPreferencesViewController, tr("Ad&vanced"));
+    column->addWidget(tabView_);
+}
+
+void PreferencesViewController::buildShortcuts()
+{
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence::Cancel, this), &QShortcut::activated, this,
+            &QWidget::close);
+}
+
+std::array<FormPane *, 4> PreferencesViewController::panes() const
+{
+    return {generalPreferencesViewController, searchPreferencesViewController,
+            actionPreferencesViewController, advancedPreferencesViewController};
+}
+
+void PreferencesViewController::present()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void PreferencesViewController::setPanelPalette(const PanelPalette &palette)
+{
+    setPalette(palette.controlsPalette());
+    for (FormPane *pane : panes())
+        pane->setPanelPalette(palette);
+}
+
+} // namespace quillon

@@ -1,0 +1,85 @@
+#include "app/widgets/FormNote.h"
+
+#include "app/widgets/PanelMetrics.h"
+
+#include <QAccessible>
+#include <QEvent>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// Letters on a line: larger fonts get longer lines.
+constexpr int LETTERS = 56;
+
+} // namespace
+
+FormNote::FormNote(const QString &sentence, QWidget *parent)
+    : QLabel(parent), sentence_(sentence), textWidth_(metrics::FORM_TEXT)
+{
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    showText();
+}
+
+void FormNote::setPanelPalette(const PanelPalette &palette)
+{
+    palette_ = palette;
+    showText();
+}
+
+void FormNote::setTextWidth(int width)
+{
+    textWidth_ = width;
+    fit();
+}
+
+void FormNote::setSentence(const QString &sentence)
+{
+    sentence_ = sentence;
+    showText();
+}
+
+void FormNote::sayFault(const QString &fault)
+{
+    if (fault == fault_)
+        return;
+    fault_ = fault;
+    showText();
+    if (fault_.isEmpty())
+        return;
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void FormNote::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        fit();
+}
+
+void FormNote::showText()
+{
+    setText(hasFault() ? fault_ : sentence_);
+    QPalette tones = palette();
+    tones.setColor(QPalette::WindowText, hasFault() ? palette_.fault : palette_.quiet);
+    setPalette(tones);
+    // Without a parent it would become a window.
+    if (text().isEmpty())
+        hide();
+    else if (parentWidget() != nullptr)
+        show();
+    fit();
+}
+
+/// Layouts reckon the height of wrapped text too small, so it is fixed.
+void FormNote::fit()
+{
+    const int width = std::max(textWidth_, fontMetrics().averageCharWidth() * LETTERS);
+    setFixedSize(width, heightForWidth(width));
+}
+
+} // namespace quillon

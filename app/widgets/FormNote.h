@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QLabel>
+
+namespace quillon {
+
+/// The line below a control: a quiet sentence about it, and while something is wrong what that is,
+/// in the sentence's place and told to screen readers.
+class FormNote : public QLabel
+{
+    Q_OBJECT
+
+public:
+    /// Takes no room while it has nothing to say.
+    explicit FormNote(const QString &sentence = {}, QWidget *parent = nullptr);
+
+    void setPanelPalette(const PanelPalette &palette);
+
+    /// At least; a larger font takes more.
+    void setTextWidth(int width);
+    void setSentence(const QString &sentence);
+    /// Empty when nothing is wrong any more.
+    void sayFault(const QString &fault);
+    bool hasFault() const { return !fault_.isEmpty(); }
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void showText();
+    void fit();
+
+    QString sentence_;
+    QString fault_;
+    int textWidth_;
+    PanelPalette palette_ = PanelPalette::light();
+};
+
+} // namespace quillon

@@ -1,0 +1,54 @@
+#include "app/widgets/FormSheet.h"
+
+#include "app/widgets/FormPane.h"
+#include "app/widgets/PanelButton.h"
+#include "app/widgets/PanelMetrics.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace quillon {
+
+FormSheet::FormSheet(const QString &title, const QString &confirmation, const PanelPalette &palette,
+                     QWidget *over)
+    : QDialog(over, Qt::Sheet), palette_(palette), form_(new FormPane(this))
+{
+    setWindowTitle(title);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    column->addWidget(form_);
+
+    auto *line = new QHBoxLayout;
+    line->setContentsMargins(metrics::FORM_MARGIN, 0, metrics::FORM_MARGIN, metrics::FORM_MARGIN);
+    line->setSpacing(metrics::FORM_NEAR);
+    line->addStretch();
+    cancelButton_ = new PanelButton(tr("&Cancel"), PanelButton::Rank::secondary, this);
+    connect(cancelButton_, &QPushButton::clicked, this, &QDialog::reject);
+    line->addWidget(cancelButton_);
+    confirmationButton_ = new PanelButton(confirmation, PanelButton::Rank::primary, this);
+    confirmationButton_->setDefault(true);
+    connect(confirmationButton_, &QPushButton::clicked, this, &FormSheet::confirmed);
+    line->addWidget(confirmationButton_);
+    column->addLayout(line);
+}
+
+void FormSheet::setPanelPalette(const PanelPalette &palette)
+{
+    palette_ = palette;
+    setPalette(palette.controlsPalette());
+    form_->setPanelPalette(palette);
+    cancelButton_->setPanelPalette(palette);
+    confirmationButton_->setPanelPalette(palette);
+}
+
+void FormSheet::open()
+{
+    setPanelPalette(palette_);
+    QDialog::open();
+}
+
+} // namespace quillon

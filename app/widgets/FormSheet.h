@@ -1,0 +1,42 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QDialog>
+
+namespace quillon {
+
+class FormPane;
+class PanelButton;
+
+/// A small window over another one that asks for something: a form, "Cancel", and the one button
+/// that carries it out. The window below waits; the program does not.
+class FormSheet : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Deletes itself when it is closed. The texts of the button are such as "&Add".
+    FormSheet(const QString &title, const QString &confirmation, const PanelPalette &palette,
+              QWidget *over);
+
+    /// To be filled before the sheet is opened.
+    FormPane &form() { return *form_; }
+    PanelButton &confirmationButton() { return *confirmationButton_; }
+
+    void setPanelPalette(const PanelPalette &palette);
+    /// Fills in the tones of what is in the form by now, and shows the sheet.
+    void open() override;
+
+Q_SIGNALS:
+    /// The user wants it carried out. The sheet stays until it is accepted.
+    void confirmed();
+
+private:
+    PanelPalette palette_;
+    FormPane *form_;
+    PanelButton *cancelButton_;
+    PanelButton *confirmationButton_;
+};
+
+} // namespace quillon

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QList>
+#include <QString>
+#include <QTableView>
+
+#include <optional>
+
+class QStandardItemModel;
+
+namespace quillon {
+
+/// A piece of a row's text.
+struct FormTextRun
+{
+    QString text;
+    bool isBold = false;
+    friend bool operator==(const FormTextRun &, const FormTextRun &) = default;
+};
+
+/// One column of styled sentences, without a header, each row as high as its text wants at the
+/// width there is. At most one row is selected.
+class FormTable : public QTableView
+{
+    Q_OBJECT
+
+public:
+    /// The identifier names the kind of row that the table shows.
+    explicit FormTable(const QString &rowIdentifier, QWidget *parent = nullptr);
+
+    /// Replaces all rows. The selection stays on its row number as long as there is one.
+    void setRows(const QList<QList<FormTextRun>> &rows);
+    int rowCount() const;
+    QString rowText(int row) const;
+    std::optional<int> selectedRow() const;
+    const QString &rowIdentifier() const { return rowIdentifier_; }
+    /// Shown in the middle while there are no rows.
+    void setPlaceholder(const QString &sentence) { placeholder_ = sentence; }
+
+    void setPanelPalette(const PanelPalette &palette);
+
+Q_SIGNALS:
+    void selectedRowChanged();
+    /// Delete was pressed on the selected row.
+    void removalRequested();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    class RowView;
+
+    const QString rowIdentifier_;
+    QString placeholder_;
+    QStandardItemModel *model_;
+    RowView *rowView_;
+};
+
+} // namespace quillon

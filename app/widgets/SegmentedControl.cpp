@@ -1,0 +1,43 @@
+#include "app/widgets/SegmentedControl.h"
+
+#include "app/widgets/PanelMetrics.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace quillon {
+
+SegmentedControl::SegmentedControl(const QStringList &segments, QWidget *parent) : QWidget(parent)
+{
+    auto *line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(metrics::INSET);
+    for (const QString &text : segments) {
+        auto *button = new QPushButton(text, this);
+        const int number = static_cast<int>(buttons_.size());
+        connect(button, &QPushButton::clicked, this,
+                [this, number] { Q_EMIT segmentClicked(number); });
+        line->addWidget(button);
+        buttons_ << button;
+    }
+    line->addStretch();
+    if (!buttons_.isEmpty())
+        setFocusProxy(buttons_.first());
+}
+
+void SegmentedControl::setMenu(int segment, QMenu *menu)
+{
+    buttons_.at(segment)->setMenu(menu);
+}
+
+void SegmentedControl::setSegmentEnabled(int segment, bool enabled)
+{
+    buttons_.at(segment)->setEnabled(enabled);
+}
+
+QAbstractButton *SegmentedControl::segment(int number) const
+{
+    return buttons_.at(number);
+}
+
+} // namespace quillon

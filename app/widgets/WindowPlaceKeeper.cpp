@@ -1,0 +1,78 @@
+#include "app/widgets/WindowPlaceKeeper.h"
+
+#include "platform/WindowPlaces.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// Of the window's upper edge that has to be seen, so that it can be taken hold of.
+constexpr QSize GRIP{96, 24};
+
+/// The screen on which the window can be moved by its upper edge; null when there is none.
+const QScreen *screenFor(const WindowPlace &place)
+{
+    const QRect edge(place.left, place.top, place.width, GRIP.height());
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        const QRect seen = edge & screen->availableGeometry();
+        if (seen.width() >= GRIP.width() && seen.height() >= GRIP.height())
+            return screen;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+WindowPlaceKeeper::WindowPlaceKeeper(QWidget &window, std::string name, WindowPlaces &places)
+    : window_(window), name_(std::move(name)), places_(places)
+{
+    window_.installEventFilter(this);
+}
+
+WindowPlaceKeeper::~WindowPlaceKeeper()
+{
+    if (window_.isVisible())
+        remember();
+}
+
+bool WindowPlaceKeeper::eventFilter(QObject *watched, QEvent *event)
+{
+    // The window manager shows and hides windows of its own accord as well.
+    if (watched == &window_ && !event->spontaneous()) {
+        if (event->type() == QEvent::Show && !std::exchange(isRestored_, true))
+            restore();
+        else if (event->type() == QEvent::Hide)
+            remember();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void WindowPlaceKeeper::restore()
+{
+    const auto place = places_.place(name_);
+    const QScreen *screen = place ? screenFor(*place) : nullptr;
+    if (screen == nullptr)
+        return;
+    window_.resize(
+        QSize(place->width, place->height).boundedTo(screen->availableGeometry().size()));
+    window_.move(place->left, place->top);
+}
+
+void WindowPlaceKeeper::remember()
+{
+    // What a maximised window goes back to says its size alone.
+    const QSize size = window_.isMaximized() ? window_.normalGeometry().size() : window_.size();
+    const WindowPlace place{
+        .left = window_.x(), .top = window_.y(), .width = size.width(), .height = size.height()};
+    if (places_.place(name_) != place)
+        places_.remember(name_, place);
+}
+
+} // namespace quillon
