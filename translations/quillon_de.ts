@@ -72,6 +72,17 @@
     </message>
 </context>
 <context>
+    <name>RowText</name>
+    <message>
+        <source>%1, in the front window</source>
+        <translation>%1 im vordersten Fenster</translation>
+    </message>
+    <message>
+        <source>%1, in %2</source>
+        <translation>%1 in %2</translation>
+    </message>
+</context>
+<context>
     <name>quillon::AppleEventPermissionViewController</name>
     <message>
         <source>To show folders</source>

@@ -2,6 +2,8 @@
 
 #include "platform/Utf8.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cstdint>
 
@@ -62,6 +64,20 @@ RowText rowText(const SearchBaseResult &result)
         row.matches.push_back({start, starts[static_cast<std::size_t>(to)] - start});
     }
     return row;
+}
+
+QString spokenText(const SearchBaseResult &result)
+{
+    const RowText row = rowText(result);
+    QString place = row.text.left(row.nameStart);
+    if (place.size() > 1)
+        place.chop(1); // the slash
+    const QString name = row.text.mid(row.nameStart);
+    if (result.type() == SearchBaseResultType::inFrontFinder)
+        return QCoreApplication::translate("RowText", "%1, in the front window").arg(name);
+    return place.isEmpty() || name.isEmpty()
+               ? row.text
+               : QCoreApplication::translate("RowText", "%1, in %2").arg(name, place);
 }
 
 } // namespace quillon

@@ -30,6 +30,9 @@ struct RowText
 
 RowText rowText(const SearchBaseResult &result);
 
+/// The text of a row as it is read out: what the item is called goes first.
+QString spokenText(const SearchBaseResult &result);
+
 /// The bytes as text for a person, marked as in RowText::text.
 QString displayText(std::string_view bytes);
 

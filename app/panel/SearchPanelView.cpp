@@ -4,6 +4,7 @@
 #include "app/panel/LightningSearchTableRowView.h"
 #include "app/panel/PanelFooter.h"
 #include "app/panel/PanelMessage.h"
+#include "app/panel/PanelSpeech.h"
 #include "app/panel/SearchIndicator.h"
 #include "app/widgets/PanelMetrics.h"
 
@@ -74,11 +75,14 @@ SearchPanelView::SearchPanelView(IconSource &icons, QWidget *parent) : QWidget(p
     column->setSpacing(0);
     column->addWidget(buildHeader());
     column->addWidget(buildBody(icons));
+    speech_ = std::make_unique<PanelSpeech>(*field_, *table_, *message_);
     footer_ = new PanelFooter(this);
     column->addWidget(footer_);
     setFixedWidth(metrics::WIDTH);
     setPanelPalette(PanelPalette::light());
 }
+
+SearchPanelView::~SearchPanelView() = default;
 
 QWidget *SearchPanelView::buildHeader()
 {

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <memory>
+
 class QLineEdit;
 class QListView;
 
@@ -14,6 +16,7 @@ class IconSource;
 class LightningSearchTableRowView;
 class PanelFooter;
 class PanelMessage;
+class PanelSpeech;
 class SearchIndicator;
 
 /// The widgets of the panel and nothing of its behaviour: the field with its indicator above, the
@@ -24,6 +27,7 @@ class SearchPanelView : public QWidget
 
 public:
     explicit SearchPanelView(IconSource &icons, QWidget *parent = nullptr);
+    ~SearchPanelView() override;
 
     void setPanelPalette(const PanelPalette &palette);
     const PanelPalette &panelPalette() const { return palette_; }
@@ -56,6 +60,7 @@ private:
     LightningSearchTableRowView *rows_ = nullptr;
     PanelMessage *message_ = nullptr;
     PanelFooter *footer_ = nullptr;
+    std::unique_ptr<PanelSpeech> speech_;
 };
 
 } // namespace quillon

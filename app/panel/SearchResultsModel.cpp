@@ -28,8 +28,10 @@ QVariant SearchResultsModel::data(const QModelIndex &index, int role) const
     const SearchBaseResultRef row = result(index.row());
     if (!row)
         return {};
-    if (role == Qt::DisplayRole || role == Qt::AccessibleTextRole)
+    if (role == Qt::DisplayRole)
         return displayText(row->text());
+    if (role == Qt::AccessibleTextRole)
+        return spokenText(*row);
     return {};
 }
 

@@ -11,9 +11,10 @@ namespace quillon {
 
 namespace {
 
-SearchBaseResult result(const std::string &text, std::vector<TextRange> ranges)
+SearchBaseResult result(const std::string &text, std::vector<TextRange> ranges,
+                        SearchBaseResultType type = SearchBaseResultType::standard)
 {
-    return {text, text, std::move(ranges), SearchBaseResultType::standard};
+    return {text, text, std::move(ranges), type};
 }
 
 struct TextRow
@@ -95,6 +96,16 @@ INSTANTIATE_TEST_SUITE_P(
                             u"ab"_qs,
                             {u"ab"_qs, QString()}}),
     [](const auto &test) { return std::string(test.param.name); });
+
+TEST(RowText, isReadOutNameFirst)
+{
+    EXPECT_EQ(spokenText(result("/home/alex/harbour\nplans", {})),
+              u"harbour\uFFFDplans, in /home/alex"_qs);
+    EXPECT_EQ(spokenText(result("/home", {})), u"home, in /"_qs);
+    EXPECT_EQ(spokenText(result("/", {})), u"/"_qs);
+    EXPECT_EQ(spokenText(result("50 % of %2.txt", {}, SearchBaseResultType::inFrontFinder)),
+              u"50 % of %2.txt, in the front window"_qs);
+}
 
 TEST(RowLayout, losesTheBeginningAndNeverTheEnd)
 {

@@ -1,0 +1,137 @@
+#!/usr/bin/env python3
+"""The panel as a screen reader finds it on the accessibility bus.
+
+Runs on a private desktop: tools/private-desktop tests/e2e/accessibility_test.py QUILLON
+"""
+
+import gi
+
+from desktop import Desktop, eventually, main
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # pylint: disable=wrong-import-position
+
+
+class AccessibilityTest(Desktop):
+    language = "C.UTF-8"
+
+    def setUp(self):
+        super().setUp()
+        # The reader keeps what it has been told of; another program is another beginning.
+        Atspi.init()
+        self.focused = []
+        self.listener = Atspi.EventListener.new(self.noted)
+        self.listener.register("object:state-changed:focused")
+        self.addCleanup(self.listener.deregister, "object:state-changed:focused")
+
+    def environment(self):
+        return dict(super().environment(), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="",
+                    LANG=self.language)
+
+    def noted(self, event):
+        if event.detail1 == 1:
+            self.focused.append((event.source.get_role_name(), event.source.get_name()))
+
+    def heard(self, what, before=None):
+        """Waits until a screen reader was taken to it, and to another control before."""
+        def probe():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return what in self.focused
+        try:
+            eventually(f"{what} read out", probe)
+        except AssertionError as error:
+            raise AssertionError(f"{error}; only {self.focused}") from None
+        if before:
+            self.assertIn(before, self.focused[:self.focused.index(what)])
+        self.focused.clear()
+
+    def controls(self, role=None):
+        """All that is shown in the panel, outermost first; those of one role if one is given."""
+        found = []
+
+        def visit(node):
+            # What went while it was looked at is none.
+            if not node or not node.get_state_set().contains(Atspi.StateType.SHOWING):
+                return
+            if role in (None, node.get_role_name()):
+                found.append(node)
+            for index in range(node.get_child_count()):
+                visit(node.get_child_at_index(index))
+
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            program = desktop.get_child_at_index(index)
+            if program.get_process_id() == self.children[0].pid:
+                program.clear_cache()
+                visit(program)
+        return found
+
+    def names(self, role):
+        return [control.get_name() for control in self.controls(role)]
+
+    def place(self):
+        return f", in {self.tree}"
+
+    def test_shows_field_rows_and_buttons_by_name(self):
+        self.make_folders("harbour plans", "harvest plans", "other")
+        self.write_settings()
+        self.start()
+        self.type("harplans")
+        rows = ["harbour plans" + self.place(), "harvest plans" + self.place()]
+        eventually("both rows", lambda: sorted(self.names("list item")) == rows)
+        self.assertEqual(self.names("list"), ["Folders"])
+        self.assertEqual(self.names("text"), ["Find a folder"])
+        field = self.controls("text")[0]
+        self.assertTrue(field.get_state_set().contains(Atspi.StateType.FOCUSED))
+        self.assertTrue(field.get_state_set().contains(Atspi.StateType.EDITABLE))
+        self.assertEqual(Atspi.Text.get_text(field, 0, -1), "harplans")
+        self.assertIn("4 folders", self.names("label"))
+        for button in self.controls("push button"):
+            self.assertTrue(button.get_name(), "a button without a name")
+            self.assertGreater(button.get_action_iface().get_n_actions(), 0)
+
+    def test_reads_the_selected_row_while_the_field_has_the_keyboard(self):
+        self.make_folders("alpha", "alpha beta", "alpha beta gamma")
+        self.write_settings()
+        self.start()
+        self.type("alpha")
+        first, second = "alpha" + self.place(), "alpha beta" + self.place()
+        self.heard(("list item", first))
+        self.press("Down")
+        self.heard(("list item", second))
+        selected = [row.get_name() for row in self.controls("list item")
+                    if row.get_state_set().contains(Atspi.StateType.SELECTED)]
+        self.assertEqual(selected, [second])
+        self.press("Up")
+        self.heard(("list item", first))
+
+        # Typing goes on in the field, where the next letter is heard; then comes the new answer.
+        self.press("b")
+        self.heard(("list item", second), ("text", "Find a folder"))
+        self.press("x")
+        self.heard(("label", "No folder matches “alphabx”"))
+
+
+class GermanAccessibilityTest(AccessibilityTest):
+    """The whole program in another language, chosen as desktops do."""
+
+    language = "de_AT.UTF-8"
+
+    def place(self):
+        return f" in {self.tree}"
+
+    def test_shows_field_rows_and_buttons_by_name(self):
+        self.make_folders("Hafen")
+        self.write_settings()
+        self.start()
+        self.type("haf")
+        eventually("the row", lambda: self.names("list item") == ["Hafen" + self.place()])
+        self.assertEqual(self.names("text"), ["Ordner suchen"])
+        self.assertIn("2 Ordner", self.names("label"))
+
+    test_reads_the_selected_row_while_the_field_has_the_keyboard = None
+
+
+if __name__ == "__main__":
+    main()
