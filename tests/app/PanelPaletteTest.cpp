@@ -1,11 +1,16 @@
 #include "app/widgets/PanelPalette.h"
 
+#include "app/widgets/PanelButton.h"
+
 #include <QStyle>
 #include <QStyleFactory>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
 #include <memory>
+#include <vector>
 
 namespace quillon {
 
@@ -30,17 +35,63 @@ void expectReadable(const PanelPalette &palette)
         EXPECT_GE(contrast(palette.fault, ground), 4.5);
     }
     EXPECT_GE(contrast(palette.text, palette.keyCap), 4.5);
+    const QPalette widgets = palette.widgetPalette();
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::PlaceholderText})
+        EXPECT_GE(contrast(widgets.color(role), widgets.color(QPalette::Base)), 4.5);
+    EXPECT_GE(
+        contrast(widgets.color(QPalette::HighlightedText), widgets.color(QPalette::Highlight)),
+        4.5);
+}
+
+std::vector<PanelPalette> palettes()
+{
+    std::vector<PanelPalette> all{PanelPalette::light(), PanelPalette::dark()};
+    for (const QRgb highlight : {0x3daee9U, 0xe95420U, 0xffd700U, 0x101010U, 0xffffffU}) {
+        all.push_back(PanelPalette::forDesktop(desktop(0xffffff, 0x232629, highlight), false));
+        all.push_back(PanelPalette::forDesktop(desktop(0x1b1e20, 0xfcfcfc, highlight), false));
+    }
+    return all;
+}
+
+/// Between the ground inside a button and its letters, as they are drawn.
+double drawnContrast(PanelButton &button)
+{
+    const QImage image = button.grab(button.rect().adjusted(12, 12, -12, -12)).toImage();
+    std::map<QRgb, int> pixels;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            ++pixels[image.pixel(x, y)];
+    const QColor ground =
+        std::ranges::max_element(pixels, {}, [](const auto &pixel) { return pixel.second; })->first;
+    double best = 1;
+    for (const auto &pixel : pixels)
+        best = std::max(best, contrast(ground, pixel.first));
+    return best;
 }
 
 } // namespace
 
 TEST(PanelPalette, isReadableInEveryPalette)
 {
-    expectReadable(PanelPalette::light());
-    expectReadable(PanelPalette::dark());
-    for (const QRgb highlight : {0x3daee9U, 0xe95420U, 0xffd700U, 0x101010U, 0xffffffU}) {
-        expectReadable(PanelPalette::forDesktop(desktop(0xffffff, 0x232629, highlight), false));
-        expectReadable(PanelPalette::forDesktop(desktop(0x1b1e20, 0xfcfcfc, highlight), false));
+    for (const PanelPalette &palette : palettes())
+        expectReadable(palette);
+}
+
+TEST(PanelPalette, isReadableOnEveryButton)
+{
+    for (const PanelPalette &palette : palettes()) {
+        for (const auto rank : {PanelButton::Rank::primary, PanelButton::Rank::secondary}) {
+            PanelButton button(u"HHHH"_qs, rank, nullptr);
+            QFont font;
+            font.setPixelSize(24);
+            font.setBold(true);
+            button.setFont(font);
+            button.resize(button.sizeHint());
+            button.setPanelPalette(palette);
+            EXPECT_GE(drawnContrast(button), 4.5);
+            button.setDown(true);
+            EXPECT_GE(drawnContrast(button), 4.5) << "pressed";
+        }
     }
 }
 
