@@ -83,6 +83,13 @@
     </message>
 </context>
 <context>
+    <name>quillon::AppDelegate</name>
+    <message>
+        <source>Rebuild Quillon Search</source>
+        <translation>Suchindex von Quillon neu aufbauen</translation>
+    </message>
+</context>
+<context>
     <name>quillon::AppleEventPermissionViewController</name>
     <message>
         <source>To show folders</source>
@@ -115,6 +122,57 @@
     <message>
         <source>Allow</source>
         <translation>Erlauben</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::BuildSearchBaseViewController</name>
+    <message>
+        <source>Indexing your folders</source>
+        <translation>Ihre Ordner werden erfasst</translation>
+    </message>
+    <message>
+        <source>Quillon reads the names of all folders that it searches. You can already search: what has been found so far is listed.</source>
+        <translation>Quillon liest die Namen aller Ordner, die es durchsucht. Sie können schon suchen: Was bis jetzt gefunden wurde, wird gezeigt.</translation>
+    </message>
+    <message>
+        <source>&amp;Erase All Settings and Quit…</source>
+        <translation>Alle Einstellungen &amp;löschen und beenden…</translation>
+    </message>
+    <message>
+        <source>Continue in &amp;Background</source>
+        <translation>Im &amp;Hintergrund weiterarbeiten</translation>
+    </message>
+    <message>
+        <source>Erase all settings and quit?</source>
+        <translation>Alle Einstellungen löschen und beenden?</translation>
+    </message>
+    <message>
+        <source>This does more than stop the indexing. Every setting of Quillon is erased for good: the shortcut, the folders to search, the patterns, the actions, and how often you opened each folder. Then Quillon quits; it starts with its set-up the next time. Your folders and files stay as they are.</source>
+        <translation>Das hält nicht nur das Erfassen an. Alle Einstellungen von Quillon werden endgültig gelöscht: das Tastenkürzel, die durchsuchten Ordner, die Muster, die Aktionen und wie oft Sie welchen Ordner geöffnet haben. Dann beendet sich Quillon; beim nächsten Start beginnt es mit der Einrichtung. Ihre Ordner und Dateien bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>&amp;Erase All Settings and Quit</source>
+        <translation>Alle Einstellungen &amp;löschen und beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Everything</source>
+        <translation>Alles &amp;behalten</translation>
+    </message>
+    <message>
+        <source>1 folder so far</source>
+        <translation>1 Ordner bis jetzt</translation>
+    </message>
+    <message>
+        <source>%1 folders so far</source>
+        <translation>%1 Ordner bis jetzt</translation>
+    </message>
+    <message>
+        <source>%1, %2 a second</source>
+        <translation>%1, %2 in der Sekunde</translation>
+    </message>
+    <message>
+        <source>The settings could not be erased.</source>
+        <translation>Die Einstellungen konnten nicht gelöscht werden.</translation>
     </message>
 </context>
 <context>
@@ -177,6 +235,13 @@ oder nennen Sie andere Ordner unter „qln-bookmarks“ in %1</translation>
             <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
             <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quillon::ProgressIndicator</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
     </message>
 </context>
 <context>
