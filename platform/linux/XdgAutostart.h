@@ -13,7 +13,8 @@ namespace quillon {
 class XdgAutostart final : public Autostart
 {
 public:
-    /// The program is an absolute path; it is started with "--background".
+    /// The program is the absolute path of the command "quillon"; it is started with
+    /// "--background".
     explicit XdgAutostart(std::string program);
     /// With the absolute paths of the folders for such entries, the user's own first.
     XdgAutostart(std::string program, std::vector<std::string> folders);
