@@ -72,6 +72,70 @@
     </message>
 </context>
 <context>
+    <name>PreferenceTexts</name>
+    <message>
+        <source>New Window</source>
+        <translation>Neues Fenster</translation>
+    </message>
+    <message>
+        <source>Existing Window</source>
+        <translation>Vorhandenes Fenster</translation>
+    </message>
+    <message>
+        <source>Open in Default App</source>
+        <translation>In der Standardanwendung öffnen</translation>
+    </message>
+    <message>
+        <source>Show in File Manager</source>
+        <translation>In der Dateiverwaltung zeigen</translation>
+    </message>
+    <message>
+        <source>Show Parent in File Manager</source>
+        <translation>Übergeordneten Ordner in der Dateiverwaltung zeigen</translation>
+    </message>
+    <message>
+        <source>Copy Path to Clipboard</source>
+        <translation>Pfad in die Zwischenablage kopieren</translation>
+    </message>
+    <message>
+        <source>Open Application</source>
+        <translation>Anwendung öffnen</translation>
+    </message>
+    <message>
+        <source>Execute Shell Command</source>
+        <translation>Programm ausführen</translation>
+    </message>
+    <message>
+        <source>the selected row</source>
+        <translation>der ausgewählten Zeile</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>%1 will %2 with %3</source>
+        <extracomment>A sentence about the keys %1: what they do (%2), and to or with what (%3).</extracomment>
+        <translation>%1: %2, mit %3</translation>
+    </message>
+    <message>
+        <source>The settings could not be written.</source>
+        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
+    </message>
+</context>
+<context>
     <name>RowText</name>
     <message>
         <source>%1, in the front window</source>
@@ -80,6 +144,187 @@
     <message>
         <source>%1, in %2</source>
         <translation>%1 in %2</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::ActionPreferencesViewController</name>
+    <message>
+        <source>A&amp;dd…</source>
+        <translation>&amp;Hinzufügen…</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Actions</source>
+        <translation>Aktionen</translation>
+    </message>
+    <message>
+        <source>What Return does with the selected row, depending on the keys held with it. Where several actions have the same keys the first one is carried out.</source>
+        <translation>Was die Eingabetaste mit der ausgewählten Zeile tut, je nachdem, welche Tasten mit ihr gehalten werden. Haben mehrere Aktionen dieselben Tasten, wird die erste ausgeführt.</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::AddActionViewController</name>
+    <message>
+        <source>Add Action</source>
+        <translation>Aktion hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Done</source>
+        <translation>&amp;Fertig</translation>
+    </message>
+    <message>
+        <source>C&amp;hoose…</source>
+        <translation>&amp;Wählen…</translation>
+    </message>
+    <message>
+        <source>&amp;Keys:</source>
+        <translation>&amp;Tasten:</translation>
+    </message>
+    <message>
+        <source>&amp;Action:</source>
+        <translation>&amp;Aktion:</translation>
+    </message>
+    <message>
+        <source>&amp;With:</source>
+        <translation>&amp;Mit:</translation>
+    </message>
+    <message>
+        <source>Every combination has an action. Remove one to make room for another.</source>
+        <translation>Jede Kombination hat schon eine Aktion. Entfernen Sie eine, um Platz für eine andere zu schaffen.</translation>
+    </message>
+    <message>
+        <source>Which program is to be run?</source>
+        <translation>Welches Programm soll ausgeführt werden?</translation>
+    </message>
+    <message>
+        <source>Which application is to open the row?</source>
+        <translation>Welche Anwendung soll die Zeile öffnen?</translation>
+    </message>
+    <message>
+        <source>No application of this name is installed.</source>
+        <translation>Eine Anwendung dieses Namens ist nicht installiert.</translation>
+    </message>
+    <message>
+        <source>The path of a program begins with “/”.</source>
+        <translation>Der Pfad eines Programms beginnt mit „/“.</translation>
+    </message>
+    <message>
+        <source>There is no such file.</source>
+        <translation>Diese Datei gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>This is a folder, not a program.</source>
+        <translation>Das ist ein Ordner, kein Programm.</translation>
+    </message>
+    <message>
+        <source>This file may not be run.</source>
+        <translation>Diese Datei darf nicht ausgeführt werden.</translation>
+    </message>
+    <message>
+        <source>Choose a Program</source>
+        <translation>Programm wählen</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::AdvancedPreferencesViewController</name>
+    <message>
+        <source>Include &amp;beta versions</source>
+        <translation>&amp;Betaversionen einbeziehen</translation>
+    </message>
+    <message>
+        <source>Save Index as &amp;Text…</source>
+        <translation>Suchindex als &amp;Text speichern…</translation>
+    </message>
+    <message>
+        <source>&amp;Forget Uses…</source>
+        <translation>&amp;Zählungen vergessen…</translation>
+    </message>
+    <message>
+        <source>Set &amp;Up Again…</source>
+        <translation>Neu &amp;einrichten…</translation>
+    </message>
+    <message>
+        <source>Updates:</source>
+        <translation>Aktualisierungen:</translation>
+    </message>
+    <message>
+        <source>They come earlier and have been tried out less.</source>
+        <translation>Sie kommen früher und sind weniger erprobt.</translation>
+    </message>
+    <message>
+        <source>Use counts:</source>
+        <translation>Zählungen:</translation>
+    </message>
+    <message>
+        <source>How often you opened a folder lifts it in the list of matches.</source>
+        <translation>Je öfter Sie einen Ordner geöffnet haben, desto weiter oben steht er unter den Treffern.</translation>
+    </message>
+    <message>
+        <source>Set-up:</source>
+        <translation>Einrichtung:</translation>
+    </message>
+    <message>
+        <source>Forgets the shortcut, the search locations and the use counts, and asks as at the first start.</source>
+        <translation>Vergisst das Tastenkürzel, die Suchorte und die Zählungen und fragt wie beim ersten Start.</translation>
+    </message>
+    <message>
+        <source>Index:</source>
+        <translation>Suchindex:</translation>
+    </message>
+    <message>
+        <source>Writes the log below and every folder found into a text file.</source>
+        <translation>Schreibt das Protokoll unten und jeden gefundenen Ordner in eine Textdatei.</translation>
+    </message>
+    <message>
+        <source>Nothing has happened yet.</source>
+        <translation>Noch ist nichts geschehen.</translation>
+    </message>
+    <message>
+        <source>Log of the index</source>
+        <translation>Protokoll des Suchindex</translation>
+    </message>
+    <message>
+        <source>Dump File Location</source>
+        <translation>Ort der Textdatei</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Choose where you want to save the file tree dump file</source>
+        <translation>Wählen Sie, wo die Textdatei mit dem Verzeichnisbaum gespeichert werden soll</translation>
+    </message>
+    <message>
+        <source>Writing %1…</source>
+        <translation>%1 wird geschrieben…</translation>
+    </message>
+    <message>
+        <source>Written to %1</source>
+        <translation>Nach %1 geschrieben</translation>
+    </message>
+    <message>
+        <source>Nothing was written.</source>
+        <translation>Es wurde nichts geschrieben.</translation>
+    </message>
+    <message>
+        <source>The index could not be written to “%1”.</source>
+        <translation>Der Suchindex konnte nicht nach „%1“ geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Set Up Again</source>
+        <translation>Neu einrichten</translation>
+    </message>
+    <message>
+        <source>&amp;Forget and Set Up Again</source>
+        <translation>&amp;Vergessen und neu einrichten</translation>
+    </message>
+    <message>
+        <source>The shortcut, the search locations with their patterns, and the count of every use are removed from the settings and cannot be brought back. Then Quillon asks for a shortcut and folders as it did at its first start. Your folders and files are not touched.</source>
+        <translation>Das Tastenkürzel, die Suchorte mit ihren Mustern und alle Zählungen werden aus den Einstellungen entfernt und können nicht wiederhergestellt werden. Dann fragt Quillon wie beim ersten Start nach einem Tastenkürzel und nach Ordnern. Ihre Ordner und Dateien werden nicht angetastet.</translation>
     </message>
 </context>
 <context>
@@ -176,6 +421,103 @@
     </message>
 </context>
 <context>
+    <name>quillon::ForgetUsesViewController</name>
+    <message>
+        <source>Forget Uses</source>
+        <translation>Zählungen vergessen</translation>
+    </message>
+    <message>
+        <source>&amp;Done</source>
+        <translation>&amp;Fertig</translation>
+    </message>
+    <message>
+        <source>&amp;Forget</source>
+        <translation>&amp;Vergessen</translation>
+    </message>
+    <message>
+        <source>Forget &amp;All</source>
+        <translation>&amp;Alle vergessen</translation>
+    </message>
+    <message>
+        <source>The folders and files that you opened, and how often. Forgotten ones stand in the list of matches where their names put them.</source>
+        <translation>Die Ordner und Dateien, die Sie geöffnet haben, und wie oft. Vergessene stehen unter den Treffern dort, wo ihr Name sie hinstellt.</translation>
+    </message>
+    <message>
+        <source>Uses</source>
+        <translation>Zählungen</translation>
+    </message>
+    <message>
+        <source>Nothing has been opened yet.</source>
+        <translation>Noch wurde nichts geöffnet.</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::FormSheet</name>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>A&amp;bbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::GeneralPreferencesViewController</name>
+    <message>
+        <source>Sho&amp;rtcut:</source>
+        <translation>Tasten&amp;kürzel:</translation>
+    </message>
+    <message>
+        <source>Shows the search panel from anywhere, and hides it again.</source>
+        <translation>Zeigt das Suchfenster von überall her und verbirgt es wieder.</translation>
+    </message>
+    <message>
+        <source>&amp;File manager:</source>
+        <translation>&amp;Dateiverwaltung:</translation>
+    </message>
+    <message>
+        <source>&amp;Open folders in:</source>
+        <translation>&amp;Ordner öffnen in:</translation>
+    </message>
+    <message>
+        <source>Find &amp;items of the window in front first</source>
+        <translation>&amp;Inhalt des vordersten Fensters zuerst finden</translation>
+    </message>
+    <message>
+        <source>Quick search:</source>
+        <translation>Schnellsuche:</translation>
+    </message>
+    <message>
+        <source>When the panel comes up over a window of the file manager, the items that it shows stand before all others.</source>
+        <translation>Erscheint das Suchfenster über einem Fenster der Dateiverwaltung, stehen die Dinge, die es zeigt, vor allen anderen.</translation>
+    </message>
+    <message>
+        <source>Choosin&amp;g one of them:</source>
+        <translation>Da&amp;von gewählt:</translation>
+    </message>
+    <message>
+        <source>Start at &amp;login</source>
+        <translation>Bei der Anmeldung &amp;starten</translation>
+    </message>
+    <message>
+        <source>Start:</source>
+        <translation>Start:</translation>
+    </message>
+    <message>
+        <source>Quillon then waits in the background for its shortcut.</source>
+        <translation>Quillon wartet dann im Hintergrund auf sein Tastenkürzel.</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s default</source>
+        <translation>Standard der Arbeitsumgebung</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s default (%1)</source>
+        <translation>Standard der Arbeitsumgebung (%1)</translation>
+    </message>
+    <message>
+        <source>%1 (not installed)</source>
+        <translation>%1 (nicht installiert)</translation>
+    </message>
+</context>
+<context>
     <name>quillon::LightningSearchTableRowView</name>
     <message>
         <source>front window</source>
@@ -235,6 +577,29 @@ oder nennen Sie andere Ordner unter „qln-bookmarks“ in %1</translation>
             <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
             <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quillon::PreferencesViewController</name>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>&amp;General</source>
+        <translation>&amp;Allgemein</translation>
+    </message>
+    <message>
+        <source>&amp;Search</source>
+        <translation>S&amp;uche</translation>
+    </message>
+    <message>
+        <source>&amp;Actions</source>
+        <translation>Aktio&amp;nen</translation>
+    </message>
+    <message>
+        <source>Ad&amp;vanced</source>
+        <translation>E&amp;rweitert</translation>
     </message>
 </context>
 <context>
