@@ -18,6 +18,9 @@ public:
     /// Opens the file or folder with its default application. False when there is none or the
     /// item is gone.
     virtual bool open(const std::string &path) = 0;
+    /// Opens the address, as in "https://example.org", with the application for its kind. False
+    /// when there is none.
+    virtual bool openLink(const std::string &address) = 0;
     /// The desktop id of the default application for the file or folder; empty when there is none
     /// or the item is gone.
     virtual std::string applicationToOpen(const std::string &path) const = 0;

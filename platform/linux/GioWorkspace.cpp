@@ -28,6 +28,15 @@ bool GioWorkspace::open(const std::string &path)
     return application && launch(application.get(), fileUri(path));
 }
 
+bool GioWorkspace::openLink(const std::string &address)
+{
+    const std::unique_ptr<char, decltype(&g_free)> scheme(g_uri_parse_scheme(address.c_str()),
+                                                          &g_free);
+    const ObjectRef<GAppInfo> application(
+        scheme ? g_app_info_get_default_for_uri_scheme(scheme.get()) : nullptr);
+    return application && launch(application.get(), address);
+}
+
 std::string GioWorkspace::applicationToOpen(const std::string &path) const
 {
     const ObjectRef<GFile> file(g_file_new_for_path(path.c_str()));

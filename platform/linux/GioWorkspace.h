@@ -9,6 +9,7 @@ class GioWorkspace : public Workspace
 {
 public:
     bool open(const std::string &path) override;
+    bool openLink(const std::string &address) override;
     std::string applicationToOpen(const std::string &path) const override;
     std::vector<std::string> iconNames(const std::string &path) const override;
     bool isFolder(const std::string &path) const override;

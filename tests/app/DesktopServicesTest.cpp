@@ -217,6 +217,32 @@ TEST(GioWorkspace, knowsFoldersIconsAndLinks)
     EXPECT_EQ(workspace.resolvingSymlinks(tree.path("none")), tree.path("none"));
 }
 
+TEST(GioWorkspace, opensLinksWithTheApplicationForTheirKind)
+{
+    const TemporaryFolder home;
+    const std::string script =
+        home.writeFile("browser", "#!/bin/sh\nprintf '%s' \"$*\" >\"$0.new\"\n"
+                                  "mv \"$0.new\" \"$0.opened\"\n");
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    home.writeFile("data/applications/browser.desktop",
+                   "[Desktop Entry]\nType=Application\nName=Browser\nExec=" + script +
+                       " %u\nMimeType=x-scheme-handler/https;\n");
+    home.writeFile("config/mimeapps.list",
+                   "[Default Applications]\nx-scheme-handler/https=browser.desktop\n");
+    qputenv("XDG_DATA_HOME", QByteArray::fromStdString(home.path("data")));
+    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(home.path("config")));
+    qputenv("XDG_DATA_DIRS", "/nonexistent");
+
+    GioWorkspace workspace;
+    const std::string address = "https://example.org/a%20b?c=d&e=f#g";
+    EXPECT_TRUE(workspace.openLink(address));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return std::filesystem::exists(home.path("browser.opened")); }, 60000));
+    EXPECT_EQ(home.readFile("browser.opened"), address);
+    for (const char *other : {"gopher://example.org/", "example.org", ""})
+        EXPECT_FALSE(workspace.openLink(other)) << other;
+}
+
 TEST(TerminationSignals, callOnceOnTheLoop)
 {
     int calls = 0;

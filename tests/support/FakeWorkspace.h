@@ -17,12 +17,19 @@ public:
     std::vector<std::string> opened;
     std::set<std::string> files;
     std::map<std::string, std::string> links;
+    std::vector<std::string> openedLinks;
+    bool hasBrowser = true;
     std::string folderApplication = "fake.desktop";
 
     bool open(const std::string &path) override
     {
         opened.push_back(path);
         return true;
+    }
+    bool openLink(const std::string &address) override
+    {
+        openedLinks.push_back(address);
+        return hasBrowser;
     }
     std::string applicationToOpen(const std::string &path) const override
     {

@@ -1,0 +1,80 @@
+#include "app/update/NoticeView.h"
+
+#include "app/widgets/PanelButton.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace quillon {
+
+NoticeView::NoticeView()
+{
+    column(this, 0, MARGIN);
+}
+
+void NoticeView::setNotice(const Notice &notice)
+{
+    if (contents_) {
+        // Not at once: this may be the doing of one of its buttons.
+        contents_->setParent(nullptr);
+        contents_->deleteLater();
+    }
+    contents_ = new QWidget(this);
+    QVBoxLayout *parts = column(contents_, APART);
+    parts->addWidget(heading(notice.title, contents_));
+    QLabel *text = paragraph(notice.text, QPalette::WindowText, contents_);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    parts->addWidget(text);
+    parts->addLayout(buildButtons(notice));
+    layout()->addWidget(contents_);
+    setPanelPalette(palette_);
+    contents_->show();
+    setAccessibleName(notice.title + u' ' + notice.text);
+    if (isVisible()) {
+        setFocus();
+        announce();
+    }
+}
+
+QHBoxLayout *NoticeView::buildButtons(const Notice &notice)
+{
+    QHBoxLayout *buttons = line(NEAR);
+    const auto add = [&](const QString &text, PanelButton::Rank rank) {
+        auto *button = new PanelButton(text, rank, contents_);
+        buttons->addWidget(button);
+        setFocusProxy(button);
+        return button;
+    };
+    if (notice.aside) {
+        connect(add(notice.aside->text, PanelButton::Rank::secondary), &QPushButton::clicked, this,
+                notice.aside->choose);
+    }
+    buttons->addStretch();
+    using enum PanelButton::Rank;
+    connect(add(notice.dismissal, notice.primary ? secondary : primary), &QPushButton::clicked,
+            this, [this] { window()->close(); });
+    if (notice.primary) {
+        connect(add(notice.primary->text, primary), &QPushButton::clicked, this,
+                [this, choose = notice.primary->choose] {
+                    window()->close();
+                    choose();
+                });
+    }
+    return buttons;
+}
+
+void NoticeView::announce()
+{
+    // The window is the same one, so nothing else would have a screen reader read it again.
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void NoticeView::setPanelPalette(const PanelPalette &palette)
+{
+    palette_ = palette;
+    SetupView::setPanelPalette(palette);
+}
+
+} // namespace quillon

@@ -1,0 +1,43 @@
+#include "app/update/NoticeWindow.h"
+
+#include "app/setup/SetupWindow.h"
+#include "app/update/NoticeView.h"
+
+namespace quillon {
+
+NoticeWindow::NoticeWindow(const QString &title, WindowSystem &windowSystem)
+    : title_(title), windowSystem_(windowSystem)
+{}
+
+NoticeWindow::~NoticeWindow() = default;
+
+void NoticeWindow::present(const Notice &notice)
+{
+    if (!window_) {
+        view_ = new NoticeView;
+        window_ = std::make_unique<SetupWindow>(title_, view_, windowSystem_);
+        window_->setPanelPalette(palette_);
+    }
+    view_->setNotice(notice);
+    window_->present();
+}
+
+void NoticeWindow::update(const Notice &notice)
+{
+    if (isVisible())
+        view_->setNotice(notice);
+}
+
+bool NoticeWindow::isVisible() const
+{
+    return window_ && window_->isVisible();
+}
+
+void NoticeWindow::setPanelPalette(const PanelPalette &palette)
+{
+    palette_ = palette;
+    if (window_)
+        window_->setPanelPalette(palette);
+}
+
+} // namespace quillon

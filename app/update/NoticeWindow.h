@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace quillon {
+
+class NoticeView;
+class SetupWindow;
+class WindowSystem;
+
+/// Something to tell the user, and what can be done about it.
+struct Notice
+{
+    struct Choice
+    {
+        /// On the button, with the mark of its mnemonic.
+        QString text;
+        std::function<void()> choose;
+    };
+
+    QString title;
+    QString text;
+    /// On the button that only takes the window away.
+    QString dismissal;
+    /// Takes the window away, too.
+    std::optional<Choice> primary = {};
+    /// Leaves the window where it is.
+    std::optional<Choice> aside = {};
+};
+
+/// Shows one notice at a time in a small window in the middle of the screen. Escape dismisses it.
+/// Main thread only.
+class NoticeWindow
+{
+public:
+    /// The window system outlives this.
+    NoticeWindow(const QString &title, WindowSystem &windowSystem);
+    ~NoticeWindow();
+    NoticeWindow(const NoticeWindow &) = delete;
+    NoticeWindow &operator=(const NoticeWindow &) = delete;
+
+    /// Brings the window to the front with this notice in place of the one it showed.
+    void present(const Notice &notice);
+    /// This notice in place of the one that is shown, where it is; nothing when none is.
+    void update(const Notice &notice);
+    bool isVisible() const;
+    void setPanelPalette(const PanelPalette &palette);
+
+private:
+    QString title_;
+    WindowSystem &windowSystem_;
+    PanelPalette palette_ = PanelPalette::light();
+    /// Made when there is something to tell.
+    std::unique_ptr<SetupWindow> window_;
+    NoticeView *view_ = nullptr;
+};
+
+} // namespace quillon

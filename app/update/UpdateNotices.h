@@ -1,0 +1,34 @@
+#pragma once
+
+#include "app/update/NoticeWindow.h"
+#include "platform/UpdateController.h"
+
+#include <QCoreApplication>
+
+#include <functional>
+#include <string>
+
+namespace quillon {
+
+/// What the user is told about updates, in plain words.
+class UpdateNotices
+{
+    Q_DECLARE_TR_FUNCTIONS(UpdateNotices)
+
+public:
+    /// Opens an address in the web browser.
+    using OpenLink = std::function<void(const std::string &address)>;
+
+    /// While the answer is awaited.
+    static Notice checking(const std::string &runningVersion);
+    static Notice update(const UpdateItem &item, const std::string &runningVersion,
+                         const OpenLink &openLink);
+    static Notice noUpdate(NoUpdate reason, const std::string &runningVersion);
+    /// When no program opens web pages. The place is an address or a path.
+    static Notice noBrowser(const std::string &place);
+
+private:
+    static QString failure(NoUpdate reason);
+};
+
+} // namespace quillon

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/update/NoticeWindow.h"
+#include "platform/UpdateController.h"
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+
+namespace quillon {
+
+class PreferencesBoolean;
+class TaskQueue;
+class WindowSystem;
+class Workspace;
+
+/// Looks for newer releases: at the start, once a day, and when the user asks, who is then told
+/// what came of it. Installs none. Main thread only.
+class Updater : private UpdateControllerDelegate
+{
+public:
+    struct Services
+    {
+        UpdateController &controller;
+        const PreferencesBoolean &enableBetaUpdates;
+        Workspace &workspace;
+        WindowSystem &windowSystem;
+        TaskQueue &main;
+    };
+    static constexpr std::chrono::hours BETWEEN_CHECKS{24};
+    /// After a background check that reached nobody: the network may come up after the session.
+    static constexpr std::chrono::hours UNTIL_RETRY{1};
+
+    /// The services outlive this, and the controller is started. The version is the running one.
+    Updater(const Services &services, std::string version, std::FILE *log = stdout);
+
+    /// Checks now and from here on once a day.
+    void startBackgroundPolling();
+    void checkInBackground();
+    /// At the user's wish: a window says what comes of it.
+    void checkInteractively();
+
+    /// Whether the last check found a newer release.
+    bool hasUninstalledUpdate() const { return hasUninstalledUpdate_; }
+    /// Calls back each time that the answer changes. One receiver.
+    void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
+
+    bool isWindowVisible() const { return window_.isVisible(); }
+    void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
+
+private:
+    std::vector<FeedParameter> feedParameters() override;
+    void didFindValidUpdate(const UpdateItem &item, bool isInteractive) override;
+    void didNotFindUpdate(NoUpdate reason, bool isInteractive) override;
+
+    void log(const std::string &line);
+    void setHasUninstalledUpdate(bool hasUninstalledUpdate);
+    /// In place of the one that was scheduled before.
+    void scheduleCheck(std::chrono::hours delay);
+    void openLink(const std::string &address);
+
+    Services services_;
+    std::string version_;
+    std::FILE *log_;
+    NoticeWindow window_;
+    bool isPolling_ = false;
+    unsigned schedule_ = 0;
+    bool hasUninstalledUpdate_ = false;
+    std::function<void()> changed_;
+};
+
+} // namespace quillon
