@@ -2,6 +2,7 @@
 
 #include "platform/Require.h"
 #include "platform/linux/GioPointers.h"
+#include "platform/linux/OwnPrograms.h"
 
 #include <gio/gdesktopappinfo.h>
 
@@ -27,6 +28,13 @@ struct KeyFileFree
     void operator()(GKeyFile *file) const { g_key_file_free(file); }
 };
 using KeyFile = std::unique_ptr<GKeyFile, KeyFileFree>;
+
+/// What the user starts, seen from the application that it turns into.
+std::string command()
+{
+    const fs::path bin = fs::path(ownProgramFolder()) / QUILLON_BIN_FROM_PROGRAMS;
+    return (bin / "quillon").lexically_normal();
+}
 
 std::vector<std::string> standardFolders()
 {
@@ -94,9 +102,7 @@ bool save(GKeyFile *file, const std::string &path)
 
 } // namespace
 
-XdgAutostart::XdgAutostart(std::string program)
-    : XdgAutostart(std::move(program), standardFolders())
-{}
+XdgAutostart::XdgAutostart() : XdgAutostart(command(), standardFolders()) {}
 
 XdgAutostart::XdgAutostart(std::string program, std::vector<std::string> folders)
     : program_(std::move(program)), folders_(std::move(folders))

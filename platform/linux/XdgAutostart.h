@@ -13,10 +13,10 @@ namespace quillon {
 class XdgAutostart final : public Autostart
 {
 public:
-    /// The program is the absolute path of the command "quillon"; it is started with
-    /// "--background".
-    explicit XdgAutostart(std::string program);
-    /// With the absolute paths of the folders for such entries, the user's own first.
+    /// For the command "quillon" that this program came from, in the folders of this desktop.
+    XdgAutostart();
+    /// The program is an absolute path and is started with "--background". The folders for such
+    /// entries are absolute, the user's own goes first.
     XdgAutostart(std::string program, std::vector<std::string> folders);
 
     bool isEnabled() const override;
