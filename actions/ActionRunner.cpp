@@ -73,10 +73,18 @@ ActionRunner::ActionRunner(const Services &services, const Preferences &preferen
       streams_(streams)
 {}
 
+ActionType ActionRunner::typeFor(const ActionModel &action, const SearchBaseResult &result) const
+{
+    if (result.type() != SearchBaseResultType::inFrontFinder)
+        return action.actionType;
+    const auto &behavior = preferences_.quickSearchBehavior.selected();
+    return behavior == Preferences::QuickSearchBehavior::select ? ActionType::showParentInFinder
+                                                                : ActionType::openInDefaultApp;
+}
+
 void ActionRunner::runAction(const ActionModel &action, const SearchBaseResultRef &result)
 {
-    const bool isQuickSearch = result->type() == SearchBaseResultType::inFrontFinder;
-    if (!isQuickSearch && action.actionType == ActionType::copyPathToClipboard)
+    if (typeFor(action, *result) == ActionType::copyPathToClipboard)
         services_.clipboard.setString(result->path());
     else
         queue_.post([this, action, result] { perform(action, *result); });
@@ -85,10 +93,8 @@ void ActionRunner::runAction(const ActionModel &action, const SearchBaseResultRe
 void ActionRunner::perform(const ActionModel &action, const SearchBaseResult &result)
 {
     const std::string &path = result.path();
-    const ActionType &type = action.actionType;
-    if (result.type() == SearchBaseResultType::inFrontFinder)
-        performQuickSearch(path);
-    else if (type == ActionType::openInDefaultApp)
+    const ActionType type = typeFor(action, result);
+    if (type == ActionType::openInDefaultApp)
         openInDefaultApp(path);
     else if (type == ActionType::openApplication)
         openApplication(action.actionTarget.key(), path);
@@ -98,15 +104,6 @@ void ActionRunner::perform(const ActionModel &action, const SearchBaseResult &re
         showParentInFinder(path);
     else if (type == ActionType::executeShellCommand)
         executeShellCommand(action.actionTarget.key(), path);
-}
-
-void ActionRunner::performQuickSearch(const std::string &path)
-{
-    const auto &behavior = preferences_.quickSearchBehavior.selected();
-    if (behavior == Preferences::QuickSearchBehavior::select)
-        showParentInFinder(path);
-    else
-        openInDefaultApp(path);
 }
 
 void ActionRunner::openInDefaultApp(const std::string &path)

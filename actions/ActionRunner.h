@@ -42,13 +42,14 @@ public:
                  const AppleScriptRunner &appleScriptRunner, TaskQueue &queue,
                  std::string programsFolder, Streams streams = {stdout, stderr});
 
-    /// Queues the action; copying a path is done at once. A row of the front file manager window
-    /// is opened or selected as the settings say, whatever the action. Main thread only.
+    /// What the action comes to for the row: one of the front file manager window is opened or
+    /// selected as the settings say, whatever the action.
+    ActionType typeFor(const ActionModel &action, const SearchBaseResult &result) const;
+    /// Queues the action, as typeFor() says; copying a path is done at once. Main thread only.
     void runAction(const ActionModel &action, const SearchBaseResultRef &result);
 
 private:
     void perform(const ActionModel &action, const SearchBaseResult &result);
-    void performQuickSearch(const std::string &path);
     void openInDefaultApp(const std::string &path);
     void showInFinder(const std::string &path);
     void showParentInFinder(const std::string &path);

@@ -86,11 +86,6 @@ AppDelegate::AppDelegate()
       shortcutBinder_(shortcutMonitor_, *hotKey_)
 {
     auto &controller = lightningSearchViewController_;
-    QString settings = QString::fromStdString(standardDefaultsPath());
-    if (settings.startsWith(QDir::homePath() + u'/'))
-        settings.replace(0, QDir::homePath().size(), u'~');
-    controller.setSettingsPlace(settings);
-
     connect(&searchWindow_, &SearchWindow::willAppear, this,
             [this] { fileManager_.noteFrontWindow(); });
     connect(&searchWindow_, &SearchWindow::appeared, &controller,

@@ -1,5 +1,7 @@
 #include "app/panel/ActionHints.h"
 
+#include "actions/ActionRunner.h"
+
 #include <QCoreApplication>
 #include <QStringList>
 
@@ -23,19 +25,6 @@ QString translated(const char *text)
     return QCoreApplication::translate("ActionHints", text);
 }
 
-QString keysOf(ActionShortcutFlags flags)
-{
-    QStringList keys;
-    if (flags.command)
-        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Ctrl"));
-    if (flags.option)
-        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Alt"));
-    if (flags.shift)
-        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Shift"));
-    keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Return"));
-    return keys.join(u' ');
-}
-
 PanelFooter::Hint hintFor(const ActionModel &action)
 {
     const Words known[] = {
@@ -51,34 +40,64 @@ PanelFooter::Hint hintFor(const ActionModel &action)
          QT_TRANSLATE_NOOP("ActionHints", "Open with the application “%1”")},
         {ActionType::executeShellCommand, "%1", QT_TRANSLATE_NOOP("ActionHints", "Run %1")},
     };
+    PanelFooter::Hint hint{.flags = action.flags, .key = keyNames(action.flags, u' ')};
     const QString target = QString::fromStdString(action.actionTarget.key());
     const auto *words = std::ranges::find_if(
         known, [&action](const Words &each) { return each.type == action.actionType; });
-    if (words == std::end(known))
-        return {.key = keysOf(action.flags),
-                .meaning = translated(QT_TRANSLATE_NOOP("ActionHints", "Nothing")),
-                .toolTip = {}};
+    if (words == std::end(known)) {
+        hint.meaning = translated(QT_TRANSLATE_NOOP("ActionHints", "Nothing"));
+        return hint;
+    }
     // A program is known by its name, wherever it stands.
     const QString name =
         action.actionType == ActionType::executeShellCommand ? target.section(u'/', -1) : target;
-    return {.key = keysOf(action.flags),
-            .meaning = translated(words->shortly).replace(u"%1"_qs, name),
-            .toolTip = translated(words->fully).replace(u"%1"_qs, target)};
+    hint.meaning = translated(words->shortly).replace(u"%1"_qs, name);
+    hint.toolTip = translated(words->fully).replace(u"%1"_qs, target);
+    return hint;
 }
 
 } // namespace
 
+QString keyNames(ActionShortcutFlags flags, QChar separator)
+{
+    QStringList keys;
+    if (flags.command)
+        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Ctrl"));
+    if (flags.option)
+        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Alt"));
+    if (flags.shift)
+        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Shift"));
+    keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Return"));
+    return keys.join(separator);
+}
+
 std::vector<PanelFooter::Hint> actionHints(const std::vector<ActionModel> &actions)
 {
     std::vector<PanelFooter::Hint> hints;
-    std::vector<ActionShortcutFlags> bound;
-    for (const ActionModel &action : actions) {
-        if (std::ranges::find(bound, action.flags) != bound.end())
-            continue;
-        bound.push_back(action.flags);
-        hints.push_back(hintFor(action));
-    }
+    for (const ActionModel &action : actions)
+        if (std::ranges::find(hints, action.flags, &PanelFooter::Hint::flags) == hints.end())
+            hints.push_back(hintFor(action));
     return hints;
+}
+
+std::vector<PanelFooter::Hint> rowHints(const std::vector<ActionModel> &actions,
+                                        const ActionRunner &runner, const SearchBaseResult &row)
+{
+    if (row.type() != SearchBaseResultType::inFrontFinder)
+        return actionHints(actions);
+    auto bound = std::ranges::find(actions, ActionShortcutFlags{}, &ActionModel::flags);
+    if (bound == actions.end())
+        bound = actions.begin();
+    if (bound == actions.end())
+        return {};
+    const ActionType type = runner.typeFor(*bound, row);
+    PanelFooter::Hint hint = hintFor({bound->flags, type, ActionTarget::selectedRow});
+    if (type == ActionType::showParentInFinder) {
+        hint.meaning = translated(QT_TRANSLATE_NOOP("ActionHints", "Select"));
+        hint.toolTip =
+            translated(QT_TRANSLATE_NOOP("ActionHints", "Select in the file manager window"));
+    }
+    return {hint};
 }
 
 } // namespace quillon

@@ -2,13 +2,24 @@
 
 #include "actions/ActionModel.h"
 #include "app/panel/PanelFooter.h"
+#include "core/SearchBaseResult.h"
 
 #include <vector>
 
 namespace quillon {
 
+class ActionRunner;
+
+/// Return and the keys held with it, by the names they have on the user's keyboard.
+QString keyNames(ActionShortcutFlags flags, QChar separator);
+
 /// The keys that the actions are bound to and in a word or two what they do, in the order of the
 /// list. An action that an earlier one with the same keys hides is left out.
 std::vector<PanelFooter::Hint> actionHints(const std::vector<ActionModel> &actions);
+
+/// The hints for a row. With an item of the front file manager window every action comes to the
+/// same, so there is one, for plain Return if that is bound.
+std::vector<PanelFooter::Hint> rowHints(const std::vector<ActionModel> &actions,
+                                        const ActionRunner &runner, const SearchBaseResult &row);
 
 } // namespace quillon

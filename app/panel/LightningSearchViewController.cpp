@@ -3,17 +3,20 @@
 #include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
 #include "app/panel/ActionHints.h"
+#include "app/panel/MenuButton.h"
 #include "app/panel/PanelMessage.h"
+#include "app/panel/PanelTexts.h"
 #include "app/panel/SearchIndicator.h"
 #include "app/panel/SearchPanelView.h"
 #include "app/panel/SearchResultsModel.h"
+#include "app/panel/SearchResultsTable.h"
+#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "platform/TaskQueue.h"
 
+#include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QLineEdit>
-#include <QListView>
 
 #include <algorithm>
 #include <utility>
@@ -29,13 +32,6 @@ constexpr auto SPINNER_DELAY = 200ms;
 constexpr auto STATE_INTERVAL = 250ms;
 /// Shorter texts show the most used folders.
 constexpr qsizetype SHORTEST_QUERY = 2;
-
-ActionShortcutFlags shortcutFlags(Qt::KeyboardModifiers modifiers)
-{
-    return {.option = modifiers.testFlag(Qt::AltModifier),
-            .shift = modifiers.testFlag(Qt::ShiftModifier),
-            .command = modifiers.testFlag(Qt::ControlModifier)};
-}
 
 bool areSameRows(const std::vector<SearchBaseResultRef> &one,
                  const std::vector<SearchBaseResultRef> &other)
@@ -57,7 +53,9 @@ LightningSearchViewController::LightningSearchViewController(Actions actions, Pa
       delegate_(delegate),
       view_(view),
       searchResults_(view.searchResults()),
-      debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); })
+      debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); }),
+      keyboard_(view.searchTextField()),
+      menus_(view, delegate)
 {
     spinnerDelay_.setSingleShot(true);
     spinnerDelay_.setInterval(SPINNER_DELAY);
@@ -68,15 +66,63 @@ LightningSearchViewController::LightningSearchViewController(Actions actions, Pa
     stateTimer_.setInterval(STATE_INTERVAL);
     connect(&stateTimer_, &QTimer::timeout, this, [this] { updateState(); });
 
+    joinField();
+    joinRows();
+    joinButtons();
+    searchNow();
+}
+
+void LightningSearchViewController::joinField()
+{
     QLineEdit &field = view_.searchTextField();
     field.installEventFilter(this);
-    connect(&field, &QLineEdit::textChanged, this, [this] { textChanged(); });
-    connect(&view_.tableView(), &QListView::clicked, this, [this](const QModelIndex &index) {
+    connect(&field, &QLineEdit::textChanged, this, &LightningSearchViewController::textChanged);
+    connect(&keyboard_, &PanelKeyboard::commanded, this, &LightningSearchViewController::perform);
+    connect(&keyboard_, &PanelKeyboard::compositionEnded, this, [this] {
+        if (!isAnswered())
+            debouncedSearch_.call();
+    });
+    connect(&keyboard_, &PanelKeyboard::heldKeysChanged, this,
+            [this](ActionShortcutFlags flags) { view_.footer().setHeldKeys(flags); });
+}
+
+void LightningSearchViewController::joinRows()
+{
+    SearchResultsTable &table = view_.tableView();
+    connect(&table, &QListView::clicked, this, [this, &table](const QModelIndex &index) {
+        table.update(index);
         if (const auto result = searchResults_.result(index.row()))
             open(result, shortcutFlags(QGuiApplication::keyboardModifiers()));
     });
-    updateHints();
-    searchNow();
+    connect(&table, &QListView::pressed, this, [this] {
+        pendingOpen_.reset();
+        isSelectionMoved_ = true;
+    });
+    connect(table.selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &LightningSearchViewController::updateHints);
+    connect(&table, &QWidget::customContextMenuRequested, this, [this, &table](QPoint position) {
+        if (table.indexAt(position).isValid())
+            showRowMenu(table.viewport()->mapToGlobal(position));
+    });
+    connect(&table, &SearchResultsTable::dragEnded, this, [this](bool isTaken) {
+        if (isTaken)
+            delegate_.closeSearchWindow(SearchPanelDelegate::Closing::forAction);
+    });
+}
+
+void LightningSearchViewController::joinButtons()
+{
+    PanelMessage &message = view_.message();
+    const std::pair<QAbstractButton *, std::function<void()>> buttons[] = {
+        {&view_.updateButton(), [this] { delegate_.checkForUpdates(); }},
+        {&view_.menuButton(), [this] { menus_.showMain(); }},
+        {&message.homeFolderButton(), [this] { source_.addHomeFolder(); }},
+        {&message.preferencesButton(), [this] { delegate_.openPreferences(); }},
+    };
+    for (const auto &[button, pressed] : buttons) {
+        keyboard_.watchButton(*button);
+        connect(button, &QAbstractButton::clicked, this, pressed);
+    }
 }
 
 // Appearing and disappearing
@@ -89,6 +135,7 @@ void LightningSearchViewController::viewWillAppear()
     searchNow();
     updateState();
     fetchFrontWindow();
+    updateUpdateButton();
 }
 
 void LightningSearchViewController::windowDidBecomeKey()
@@ -99,6 +146,8 @@ void LightningSearchViewController::windowDidBecomeKey()
 
 void LightningSearchViewController::viewDidDisappear()
 {
+    menus_.close();
+    keyboard_.reset();
     pendingOpen_.reset();
     stateTimer_.stop();
     isFetchingFrontWindow_ = false;
@@ -112,6 +161,11 @@ void LightningSearchViewController::indexChanged()
     updateState();
 }
 
+void LightningSearchViewController::updateUpdateButton()
+{
+    view_.updateButton().setVisible(delegate_.hasUninstalledUpdate());
+}
+
 // Searching
 
 std::string LightningSearchViewController::query() const
@@ -122,7 +176,9 @@ std::string LightningSearchViewController::query() const
 void LightningSearchViewController::textChanged()
 {
     pendingOpen_.reset();
-    debouncedSearch_.call();
+    // A text that is being composed is not what the user looks for yet.
+    if (!keyboard_.isComposing())
+        debouncedSearch_.call();
 }
 
 void LightningSearchViewController::searchNow()
@@ -177,6 +233,8 @@ void LightningSearchViewController::showResults(std::vector<SearchBaseResultRef>
     isSelectionMoved_ = false;
     searchResults_.setResults(std::move(results));
     select(0);
+    if (searchResults_.rowCount() == 0)
+        updateHints();
 }
 
 void LightningSearchViewController::fetchFrontWindow()
@@ -197,53 +255,63 @@ void LightningSearchViewController::updateSpinner()
     view_.activityIndicator().setSpinning(isSearchSlow_ || isFetchingFrontWindow_);
 }
 
-// Keyboard
+// Keyboard and mouse
+
+void LightningSearchViewController::perform(PanelCommand command, ActionShortcutFlags flags)
+{
+    switch (command) {
+    case PanelCommand::open:
+        return confirm(flags);
+    case PanelCommand::openPlainly:
+        return confirm({});
+    case PanelCommand::close:
+        return delegate_.closeSearchWindow(SearchPanelDelegate::Closing::dismissed);
+    case PanelCommand::nextRow:
+        return selectBy(1);
+    case PanelCommand::previousRow:
+        return selectBy(-1);
+    case PanelCommand::nextPage:
+        return selectBy(metrics::VISIBLE_ROWS);
+    case PanelCommand::previousPage:
+        return selectBy(-metrics::VISIBLE_ROWS);
+    case PanelCommand::firstRow:
+        return selectBy(-searchResults_.rowCount());
+    case PanelCommand::lastRow:
+        return selectBy(searchResults_.rowCount());
+    case PanelCommand::showRowMenu: {
+        const QListView &table = view_.tableView();
+        const QRect row = table.visualRect(table.currentIndex());
+        return showRowMenu(
+            table.viewport()->mapToGlobal(row.bottomLeft() + QPoint(metrics::TEXT_LEFT, 0)));
+    }
+    case PanelCommand::goToButtons:
+        return view_.focusButtons();
+    case PanelCommand::openPreferences:
+        return delegate_.openPreferences();
+    case PanelCommand::terminate:
+        return delegate_.terminate();
+    }
+}
 
 bool LightningSearchViewController::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress && handleKey(static_cast<QKeyEvent &>(*event)))
-        return true;
-    return QObject::eventFilter(watched, event);
-}
-
-bool LightningSearchViewController::handleKey(const QKeyEvent &event)
-{
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        confirm(shortcutFlags(event.modifiers()));
-        return true;
-    case Qt::Key_Tab:
-        confirm({});
-        return true;
-    case Qt::Key_Escape:
-        delegate_.closeSearchWindow(SearchPanelDelegate::Closing::dismissed);
-        return true;
-    case Qt::Key_Down:
-        selectBy(1);
-        return true;
-    case Qt::Key_Up:
-        selectBy(-1);
-        return true;
-    case Qt::Key_PageDown:
-        selectBy(metrics::VISIBLE_ROWS);
-        return true;
-    case Qt::Key_PageUp:
-        selectBy(-metrics::VISIBLE_ROWS);
-        return true;
-    case Qt::Key_Q:
-        if (!event.modifiers().testFlag(Qt::ControlModifier))
-            return false;
-        delegate_.terminate();
-        return true;
-    default:
-        return false;
-    }
+    if (event->type() != QEvent::ContextMenu)
+        return QObject::eventFilter(watched, event);
+    // The one of the keyboard is the selected row's, and comes with the key itself.
+    const auto &request = static_cast<const QContextMenuEvent &>(*event);
+    if (request.reason() != QContextMenuEvent::Keyboard)
+        menus_.showForField(request.globalPos());
+    return true;
 }
 
 int LightningSearchViewController::selectedRow() const
 {
     return view_.tableView().currentIndex().row();
+}
+
+SearchBaseResultRef LightningSearchViewController::selectedResult() const
+{
+    return searchResults_.result(selectedRow());
 }
 
 void LightningSearchViewController::select(int row)
@@ -264,6 +332,17 @@ void LightningSearchViewController::selectBy(int rows)
     select(row);
 }
 
+void LightningSearchViewController::showRowMenu(QPoint globalPosition)
+{
+    const SearchBaseResultRef result = selectedResult();
+    if (!result)
+        return;
+    pendingOpen_.reset();
+    isSelectionMoved_ = true;
+    menus_.showForRow(view_.footer().hints(), globalPosition,
+                      [this, result](ActionShortcutFlags flags) { open(result, flags); });
+}
+
 void LightningSearchViewController::confirm(ActionShortcutFlags flags)
 {
     if (!source_.state().hasLocations) {
@@ -275,7 +354,7 @@ void LightningSearchViewController::confirm(ActionShortcutFlags flags)
         searchNow();
     if (!isAnswered())
         pendingOpen_ = flags;
-    else if (const auto result = searchResults_.result(selectedRow()))
+    else if (const auto result = selectedResult())
         open(result, flags);
 }
 
@@ -295,45 +374,23 @@ void LightningSearchViewController::open(const SearchBaseResultRef &result,
 
 void LightningSearchViewController::updateHints()
 {
-    hints_ = actionHints(actions_.list.loadActions());
+    const SearchBaseResultRef result = selectedResult();
+    view_.footer().setHints(result ? rowHints(actions_.list.loadActions(), actions_.runner, *result)
+                                   : std::vector<PanelFooter::Hint>{});
 }
 
 void LightningSearchViewController::updateState()
 {
     const PanelSource::State state = source_.state();
-    const QString folders = tr("%Ln folder(s)", nullptr, static_cast<int>(state.count));
-    view_.footer().setStatus(state.isBuilding ? tr("Indexing: %1").arg(folders) : folders);
-    updateMessage(state);
+    view_.footer().setStatus(PanelTexts::status(state));
+    view_.setShowsMessage(searchResults_.rowCount() == 0);
+    const PanelTexts::Message message = PanelTexts::message(state, view_.searchTextField().text());
+    view_.message().setMessage(message.title, message.sentence);
+    view_.message().setOffersFolders(!state.hasLocations);
     if (!state.isBuilding || !view_.isVisible())
         stateTimer_.stop();
     else if (!stateTimer_.isActive())
         stateTimer_.start();
-}
-
-void LightningSearchViewController::updateMessage(const PanelSource::State &state)
-{
-    const bool isEmpty = searchResults_.rowCount() == 0;
-    view_.setShowsMessage(isEmpty);
-    view_.footer().setHints(isEmpty ? std::vector<PanelFooter::Hint>{} : hints_);
-    PanelMessage &message = view_.message();
-    const QString text = view_.searchTextField().text();
-    if (!state.hasLocations) {
-        message.setMessage(tr("No folders to search yet"),
-                           tr("Press Return to search your home folder,\nor name other folders "
-                              "under “qln-bookmarks” in %1")
-                               .arg(settingsPlace_));
-    } else if (state.isBuilding) {
-        message.setMessage(tr("Indexing your folders…"),
-                           tr("%Ln folder(s) so far: you can already search", nullptr,
-                              static_cast<int>(state.count)));
-    } else if (text.size() < SHORTEST_QUERY) {
-        message.setMessage(tr("Type a part of a folder’s name"),
-                           tr("The folders you open most will be listed here"));
-    } else {
-        message.setMessage(tr("No folder matches “%1”").arg(text),
-                           text.contains(u' ') ? tr("Try it without the blanks")
-                                               : tr("Try fewer letters"));
-    }
 }
 
 } // namespace quillon

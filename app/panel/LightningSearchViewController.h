@@ -2,7 +2,8 @@
 
 #include "actions/ActionShortcutFlags.h"
 #include "app/panel/Debouncer.h"
-#include "app/panel/PanelFooter.h"
+#include "app/panel/PanelKeyboard.h"
+#include "app/panel/PanelMenus.h"
 #include "app/panel/PanelSource.h"
 #include "app/panel/SearchPanelDelegate.h"
 
@@ -14,7 +15,7 @@
 #include <string>
 #include <vector>
 
-class QKeyEvent;
+class QPoint;
 
 namespace quillon {
 
@@ -57,19 +58,23 @@ public:
     void viewDidDisappear();
     /// A build began or ended, or the folders to index are others.
     void indexChanged();
-
-    /// Where the settings are kept, shown to whoever has no folder to search.
-    void setSettingsPlace(const QString &place) { settingsPlace_ = place; }
+    /// Shows the button when the delegate knows of a newer release. Done at each appearing as well.
+    void updateUpdateButton();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// True when the key was one of the panel's own.
-    bool handleKey(const QKeyEvent &event);
+    void joinField();
+    void joinRows();
+    void joinButtons();
+
+    void perform(PanelCommand command, ActionShortcutFlags flags);
     void select(int row);
     void selectBy(int rows);
     int selectedRow() const;
+    SearchBaseResultRef selectedResult() const;
+    void showRowMenu(QPoint globalPosition);
 
     void textChanged();
     void searchNow();
@@ -88,7 +93,6 @@ private:
 
     void updateHints();
     void updateState();
-    void updateMessage(const PanelSource::State &state);
 
     Actions actions_;
     PanelSource &source_;
@@ -99,7 +103,8 @@ private:
     Debouncer debouncedSearch_;
     QTimer spinnerDelay_;
     QTimer stateTimer_;
-    QString settingsPlace_;
+    PanelKeyboard keyboard_;
+    PanelMenus menus_;
 
     bool hasPendingSearch_ = false;
     /// It has been pending for long enough to say so.
@@ -110,9 +115,8 @@ private:
     std::optional<std::string> answeredQuery_;
     /// Return came before the answer to the typed text: its first row is opened with these.
     std::optional<ActionShortcutFlags> pendingOpen_;
+    /// The user is about to choose: the rows stay as they are.
     bool isSelectionMoved_ = false;
-    /// What the keys do, for the footer while there are rows.
-    std::vector<PanelFooter::Hint> hints_;
 };
 
 } // namespace quillon

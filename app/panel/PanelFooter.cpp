@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -41,6 +42,15 @@ void PanelFooter::setHints(std::vector<Hint> hints)
     update();
 }
 
+void PanelFooter::setHeldKeys(ActionShortcutFlags flags)
+{
+    const auto held = flags == ActionShortcutFlags{} ? std::nullopt : std::optional(flags);
+    if (held == held_)
+        return;
+    held_ = held;
+    update();
+}
+
 void PanelFooter::setStatus(const QString &status)
 {
     if (status == status_)
@@ -55,22 +65,39 @@ QRect PanelFooter::line() const
     return rect().adjusted(metrics::EDGE, 1, -metrics::EDGE, 0);
 }
 
+PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
+{
+    // Texts share one rectangle's height, so that they share one base line.
+    QRect key = line();
+    key.moveLeft(left);
+    key.setWidth(fontMetrics().horizontalAdvance(hint.key) + 2 * CAP_INSET);
+    QRect meaning = key;
+    meaning.moveLeft(key.left() + key.width() + CAP_GAP);
+    meaning.setWidth(fontMetrics().horizontalAdvance(hint.meaning));
+    return {.hint = hint, .key = key, .meaning = meaning};
+}
+
 std::vector<PanelFooter::Place> PanelFooter::places() const
 {
-    const QFontMetrics font = fontMetrics();
-    const int end = line().right() - font.horizontalAdvance(status_) - GAP;
+    int end = line().right() - fontMetrics().horizontalAdvance(status_) - GAP;
+    // The hint for the held keys keeps its room while those before it are laid out.
+    const auto held = std::ranges::find_if(hints_, [this](const Hint &h) { return isHeld(h); });
+    const int reserved = held == hints_.end() ? 0 : place(*held, GAP).meaning.right() + 1;
+    end -= reserved;
     std::vector<Place> places;
-    // Texts share one rectangle's height, so that they share one base line.
-    QRect text = line();
+    int left = line().left();
+    bool isFull = false;
     for (const Hint &hint : hints_) {
-        text.setWidth(font.horizontalAdvance(hint.key) + 2 * CAP_INSET);
-        const QRect key = text;
-        text.moveLeft(key.left() + key.width() + CAP_GAP);
-        text.setWidth(font.horizontalAdvance(hint.meaning));
-        if (text.right() > end)
-            break;
-        places.push_back({.hint = hint, .key = key, .meaning = text});
-        text.moveLeft(text.left() + text.width() + GAP);
+        if (isHeld(hint))
+            end += reserved;
+        else if (isFull)
+            continue;
+        const Place next = place(hint, left);
+        isFull = next.meaning.right() > end;
+        if (isFull)
+            continue;
+        places.push_back(next);
+        left = next.meaning.right() + 1 + GAP;
     }
     return places;
 }
@@ -102,11 +129,11 @@ void PanelFooter::paintEvent(QPaintEvent *)
         const QRectF cap(place.key.left(), line().top() + (line().height() - capHeight) / 2.0,
                          place.key.width(), capHeight);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(palette_.keyCap);
+        painter.setBrush(isHeld(place.hint) ? palette_.tint : palette_.keyCap);
         painter.drawRoundedRect(cap, CAP_CORNER, CAP_CORNER);
         painter.setPen(palette_.text);
         painter.drawText(place.key, Qt::AlignCenter, place.hint.key);
-        painter.setPen(palette_.quiet);
+        painter.setPen(isHeld(place.hint) ? palette_.text : palette_.quiet);
         painter.drawText(place.meaning, Qt::AlignLeft | Qt::AlignVCenter, place.hint.meaning);
     }
 }

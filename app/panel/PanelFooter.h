@@ -1,9 +1,11 @@
 #pragma once
 
+#include "actions/ActionShortcutFlags.h"
 #include "app/widgets/PanelPalette.h"
 
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 namespace quillon {
@@ -15,18 +17,23 @@ class PanelFooter : public QWidget
 public:
     struct Hint
     {
-        QString key;
-        QString meaning;
+        /// Held with Return.
+        ActionShortcutFlags flags = {};
+        /// The keys as they are called on the keyboard.
+        QString key = {};
+        QString meaning = {};
         /// More about it, shown while the pointer rests on it.
-        QString toolTip;
+        QString toolTip = {};
     };
 
     explicit PanelFooter(QWidget *parent);
 
     void setPalette(const PanelPalette &palette);
-    /// As many as there is room for are shown, from the first on.
+    /// As many as there is room for are shown, from the first on, and the one for the held keys.
     void setHints(std::vector<Hint> hints);
     const std::vector<Hint> &hints() const { return hints_; }
+    /// The hint for exactly these keys stands out; none does for no keys.
+    void setHeldKeys(ActionShortcutFlags flags);
     void setStatus(const QString &status);
     QString status() const { return status_; }
 
@@ -43,10 +50,13 @@ private:
         QRect meaning;
     };
     std::vector<Place> places() const;
+    Place place(const Hint &hint, int left) const;
+    bool isHeld(const Hint &hint) const { return held_ && hint.flags == *held_; }
     QRect line() const;
 
     PanelPalette palette_ = PanelPalette::light();
     std::vector<Hint> hints_;
+    std::optional<ActionShortcutFlags> held_;
     QString status_;
 };
 

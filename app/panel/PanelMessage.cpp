@@ -1,16 +1,42 @@
 #include "app/panel/PanelMessage.h"
 
+#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 
+#include <QHBoxLayout>
 #include <QPainter>
 
 namespace quillon {
 
-PanelMessage::PanelMessage(QWidget *parent) : QWidget(parent) {}
+namespace {
+
+/// Below the title, and above the buttons.
+constexpr int GAP = 8;
+constexpr int BUTTON_GAP = 20;
+
+} // namespace
+
+PanelMessage::PanelMessage(QWidget *parent)
+    : QWidget(parent),
+      buttons_(new QWidget(this)),
+      homeFolder_(
+          new PanelButton(tr("Search the Home Folder"), PanelButton::Rank::primary, buttons_)),
+      preferences_(new PanelButton(tr("Preferences…"), PanelButton::Rank::secondary, buttons_))
+{
+    auto *line = new QHBoxLayout(buttons_);
+    line->setContentsMargins(0, 0, 0, 0);
+    for (PanelButton *button : {homeFolder_, preferences_}) {
+        button->setFocusPolicy(Qt::TabFocus);
+        line->addWidget(button);
+    }
+    buttons_->hide();
+}
 
 void PanelMessage::setPalette(const PanelPalette &palette)
 {
     palette_ = palette;
+    homeFolder_->setPanelPalette(palette);
+    preferences_->setPanelPalette(palette);
     update();
 }
 
@@ -22,31 +48,77 @@ void PanelMessage::setMessage(const QString &title, const QString &sentence)
     sentence_ = sentence;
     setAccessibleName(title);
     setAccessibleDescription(sentence);
+    arrange();
+}
+
+void PanelMessage::setOffersFolders(bool offersFolders)
+{
+    if (buttons_->isHidden() != offersFolders)
+        return;
+    buttons_->setVisible(offersFolders);
+    arrange();
+}
+
+QAbstractButton &PanelMessage::homeFolderButton()
+{
+    return *homeFolder_;
+}
+
+QAbstractButton &PanelMessage::preferencesButton()
+{
+    return *preferences_;
+}
+
+QFont PanelMessage::titleFont() const
+{
+    QFont bold = font();
+    bold.setWeight(QFont::DemiBold);
+    bold.setPointSizeF(font().pointSizeF() * 1.1);
+    return bold;
+}
+
+PanelMessage::Places PanelMessage::places() const
+{
+    const QRect area = rect().adjusted(metrics::EDGE, 0, -metrics::EDGE, 0);
+    Places places;
+    places.title = QRect(0, 0, area.width(), QFontMetrics(titleFont()).height());
+    places.sentence = fontMetrics().boundingRect(
+        area, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, sentence_);
+    places.buttons = QRect(QPoint(), buttons_->sizeHint());
+
+    const bool hasButtons = !buttons_->isHidden();
+    const int height = places.title.height() + GAP + places.sentence.height() +
+                       (hasButtons ? BUTTON_GAP + places.buttons.height() : 0);
+    places.title.moveTopLeft({area.left(), area.top() + (area.height() - height) / 2});
+    places.sentence.moveTop(places.title.bottom() + 1 + GAP);
+    places.buttons.moveTopLeft({area.left() + (area.width() - places.buttons.width()) / 2,
+                                places.sentence.bottom() + 1 + BUTTON_GAP});
+    return places;
+}
+
+void PanelMessage::arrange()
+{
+    buttons_->setGeometry(places().buttons);
     update();
+}
+
+void PanelMessage::resizeEvent(QResizeEvent *)
+{
+    arrange();
 }
 
 void PanelMessage::paintEvent(QPaintEvent *)
 {
+    const Places places = this->places();
     QPainter painter(this);
-    QFont bold = font();
-    bold.setWeight(QFont::DemiBold);
-    bold.setPointSizeF(font().pointSizeF() * 1.1);
-
-    constexpr int GAP = 8;
-    const QRect area = rect().adjusted(metrics::EDGE, 0, -metrics::EDGE, 0);
-    const int titleHeight = QFontMetrics(bold).height();
-    const QRect sentenceRect =
-        painter.boundingRect(area, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, sentence_);
-    const int top = area.top() + (area.height() - titleHeight - GAP - sentenceRect.height()) / 2;
-
-    painter.setFont(bold);
+    painter.setFont(titleFont());
     painter.setPen(palette_.text);
-    painter.drawText(QRect(area.left(), top, area.width(), titleHeight), Qt::AlignCenter,
-                     QFontMetrics(bold).elidedText(title_, Qt::ElideMiddle, area.width()));
+    painter.drawText(
+        places.title, Qt::AlignCenter,
+        painter.fontMetrics().elidedText(title_, Qt::ElideMiddle, places.title.width()));
     painter.setFont(font());
     painter.setPen(palette_.quiet);
-    painter.drawText(sentenceRect.translated(0, top + titleHeight + GAP - sentenceRect.top()),
-                     Qt::AlignHCenter | Qt::TextWordWrap, sentence_);
+    painter.drawText(places.sentence, Qt::AlignHCenter | Qt::TextWordWrap, sentence_);
 }
 
 } // namespace quillon

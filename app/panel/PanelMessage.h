@@ -4,12 +4,18 @@
 
 #include <QWidget>
 
+class QAbstractButton;
+
 namespace quillon {
 
+class PanelButton;
+
 /// What stands in place of the rows when there are none: a short line in bold and a quieter one
-/// that says what to do.
+/// that says what to do, and where no folder is searched yet two buttons that do it.
 class PanelMessage : public QWidget
 {
+    Q_OBJECT
+
 public:
     explicit PanelMessage(QWidget *parent);
 
@@ -17,14 +23,32 @@ public:
     void setMessage(const QString &title, const QString &sentence);
     QString title() const { return title_; }
     QString sentence() const { return sentence_; }
+    void setOffersFolders(bool offersFolders);
+    QAbstractButton &homeFolderButton();
+    QAbstractButton &preferencesButton();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    struct Places
+    {
+        QRect title;
+        QRect sentence;
+        QRect buttons;
+    };
+    /// In the middle, one below the other.
+    Places places() const;
+    QFont titleFont() const;
+    void arrange();
+
     PanelPalette palette_ = PanelPalette::light();
     QString title_;
     QString sentence_;
+    QWidget *buttons_;
+    PanelButton *homeFolder_;
+    PanelButton *preferences_;
 };
 
 } // namespace quillon

@@ -2,19 +2,22 @@
 
 #include "app/panel/IconSource.h"
 #include "app/panel/LightningSearchTableRowView.h"
+#include "app/panel/MenuButton.h"
 #include "app/panel/PanelFooter.h"
 #include "app/panel/PanelMessage.h"
 #include "app/panel/PanelSpeech.h"
 #include "app/panel/SearchIndicator.h"
+#include "app/panel/SearchResultsTable.h"
+#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 
-#include <QEvent>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QListView>
 #include <QPainter>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -24,6 +27,9 @@ namespace {
 
 /// QLineEdit keeps this much to itself left of its text.
 constexpr int FIELD_OWN_MARGIN = 2;
+constexpr int UPDATE_BUTTON_WIDTH = 108;
+/// Right of the menu button, so that its dots end where the texts below them do.
+constexpr int MENU_BUTTON_EDGE = 12;
 
 /// Where in a list the visible rows are: a slim mark in the inset beside them, which takes no room
 /// from them. The wheel and the keys do the scrolling.
@@ -88,7 +94,7 @@ QWidget *SearchPanelView::buildHeader()
 {
     header_ = new QWidget(this);
     auto *line = new QHBoxLayout(header_);
-    line->setContentsMargins(metrics::ICON_LEFT, 0, metrics::EDGE, 0);
+    line->setContentsMargins(metrics::ICON_LEFT, 0, MENU_BUTTON_EDGE, 0);
     line->setSpacing(metrics::TEXT_LEFT - metrics::ICON_LEFT - metrics::ICON - FIELD_OWN_MARGIN);
 
     indicator_ = new SearchIndicator(header_);
@@ -102,6 +108,14 @@ QWidget *SearchPanelView::buildHeader()
     large.setPointSizeF(large.pointSizeF() * 1.5);
     field_->setFont(large);
     line->addWidget(field_);
+
+    updateButton_ = new PanelButton(tr("Update…"), PanelButton::Rank::primary, header_);
+    updateButton_->setFocusPolicy(Qt::TabFocus);
+    updateButton_->setFixedWidth(UPDATE_BUTTON_WIDTH);
+    updateButton_->hide();
+    line->addWidget(updateButton_);
+    menuButton_ = new MenuButton(header_);
+    line->addWidget(menuButton_);
 
     header_->setFixedHeight(
         std::max(metrics::FIELD_HEIGHT, (QFontMetrics(large).height() + 31) / 4 * 4));
@@ -125,22 +139,10 @@ QWidget *SearchPanelView::buildBody(IconSource &icons)
 
 void SearchPanelView::buildTable(IconSource &icons)
 {
-    table_ = new QListView(this);
+    table_ = new SearchResultsTable(searchResults_, icons, this);
     rows_ = new LightningSearchTableRowView(searchResults_, icons, table_);
-    table_->setModel(&searchResults_);
     table_->setItemDelegate(rows_);
-    table_->setAccessibleName(tr("Folders"));
-    table_->setFrameShape(QFrame::NoFrame);
-    table_->setFocusPolicy(Qt::NoFocus);
-    table_->setUniformItemSizes(true);
-    table_->setSelectionMode(QAbstractItemView::SingleSelection);
-    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     new ScrollMark(table_, palette_);
-    table_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    table_->verticalScrollBar()->setSingleStep(metrics::rowHeight(fontMetrics()));
-
     connect(&icons, &IconSource::iconsChanged, table_->viewport(), qOverload<>(&QWidget::update));
 }
 
@@ -150,6 +152,8 @@ void SearchPanelView::setPanelPalette(const PanelPalette &palette)
     setPalette(palette.widgetPalette());
     rows_->setPalette(palette);
     indicator_->setPalette(palette);
+    updateButton_->setPanelPalette(palette);
+    menuButton_->setPanelPalette(palette);
     message_->setPalette(palette);
     footer_->setPalette(palette);
     update();
@@ -162,6 +166,20 @@ void SearchPanelView::setShowsMessage(bool showsMessage)
     // One goes before the other comes, or the layout asks for room for both.
     (showsMessage ? static_cast<QWidget *>(table_) : message_)->hide();
     (showsMessage ? static_cast<QWidget *>(message_) : table_)->show();
+}
+
+void SearchPanelView::focusButtons()
+{
+    const std::initializer_list<QWidget *> buttons{&message_->homeFolderButton(), updateButton_,
+                                                   menuButton_};
+    const auto *shown = std::ranges::find_if(buttons, &QWidget::isVisible);
+    if (shown != buttons.end())
+        (*shown)->setFocus(Qt::ShortcutFocusReason);
+}
+
+void SearchPanelView::wheelEvent(QWheelEvent *event)
+{
+    QCoreApplication::sendEvent(table_->verticalScrollBar(), event);
 }
 
 void SearchPanelView::paintEvent(QPaintEvent *)

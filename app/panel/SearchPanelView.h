@@ -8,19 +8,22 @@
 #include <memory>
 
 class QLineEdit;
-class QListView;
 
 namespace quillon {
 
 class IconSource;
 class LightningSearchTableRowView;
+class MenuButton;
+class PanelButton;
 class PanelFooter;
 class PanelMessage;
 class PanelSpeech;
 class SearchIndicator;
+class SearchResultsTable;
 
-/// The widgets of the panel and nothing of its behaviour: the field with its indicator above, the
-/// rows or a message below, the footer at the bottom. Its size does not depend on what it shows.
+/// The widgets of the panel and nothing of its behaviour: the field between its indicator and
+/// the buttons above, the rows or a message below, the footer at the bottom. Its size does not
+/// depend on what it shows.
 class SearchPanelView : public QWidget
 {
     Q_OBJECT
@@ -35,16 +38,22 @@ public:
     /// The rows, in the order shown.
     SearchResultsModel &searchResults() { return searchResults_; }
     QLineEdit &searchTextField() { return *field_; }
-    QListView &tableView() { return *table_; }
+    SearchResultsTable &tableView() { return *table_; }
     SearchIndicator &activityIndicator() { return *indicator_; }
+    PanelButton &updateButton() { return *updateButton_; }
+    MenuButton &menuButton() { return *menuButton_; }
     PanelFooter &footer() { return *footer_; }
     PanelMessage &message() { return *message_; }
 
     /// Shows the message in place of the rows, or the rows again.
     void setShowsMessage(bool showsMessage);
+    /// Gives the first of the buttons shown the keyboard.
+    void focusButtons();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    /// Wherever the pointer is, the wheel turns the rows.
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     QWidget *buildHeader();
@@ -56,7 +65,9 @@ private:
     QWidget *header_ = nullptr;
     SearchIndicator *indicator_ = nullptr;
     QLineEdit *field_ = nullptr;
-    QListView *table_ = nullptr;
+    PanelButton *updateButton_ = nullptr;
+    MenuButton *menuButton_ = nullptr;
+    SearchResultsTable *table_ = nullptr;
     LightningSearchTableRowView *rows_ = nullptr;
     PanelMessage *message_ = nullptr;
     PanelFooter *footer_ = nullptr;

@@ -2,9 +2,19 @@
 
 #include "app/panel/RowText.h"
 
+#include <QMimeData>
+
+#include <memory>
 #include <utility>
 
 namespace quillon {
+
+namespace {
+
+constexpr QLatin1String URI_LIST("text/uri-list");
+constexpr QLatin1String PLAIN_TEXT("text/plain");
+
+} // namespace
 
 void SearchResultsModel::setResults(std::vector<SearchBaseResultRef> results)
 {
@@ -33,6 +43,41 @@ QVariant SearchResultsModel::data(const QModelIndex &index, int role) const
     if (role == Qt::AccessibleTextRole)
         return spokenText(*row);
     return {};
+}
+
+Qt::ItemFlags SearchResultsModel::flags(const QModelIndex &index) const
+{
+    const Qt::ItemFlags flags = QAbstractListModel::flags(index);
+    return result(index.row()) ? flags | Qt::ItemIsDragEnabled : flags;
+}
+
+QStringList SearchResultsModel::mimeTypes() const
+{
+    return {URI_LIST, PLAIN_TEXT};
+}
+
+QMimeData *SearchResultsModel::mimeData(const QModelIndexList &indexes) const
+{
+    QByteArray uris;
+    QByteArray paths;
+    for (const QModelIndex &index : indexes) {
+        const SearchBaseResultRef row = result(index.row());
+        if (!row)
+            continue;
+        const QByteArray path = QByteArray::fromStdString(row->path());
+        uris += "file://" + path.toPercentEncoding("/") + "\r\n";
+        paths += (paths.isEmpty() ? "" : "\n") + path;
+    }
+    auto data = std::make_unique<QMimeData>();
+    // As bytes: a text of the toolkit's would lose those that are not UTF-8.
+    data->setData(URI_LIST, uris);
+    data->setData(PLAIN_TEXT, paths);
+    return data.release();
+}
+
+Qt::DropActions SearchResultsModel::supportedDragActions() const
+{
+    return Qt::CopyAction | Qt::LinkAction;
 }
 
 } // namespace quillon

@@ -23,6 +23,12 @@ public:
     /// The text, for drawing and for assistive technology.
     QVariant data(const QModelIndex &index, int role) const override;
 
+    /// A row is dragged out as its file or folder and as its path, to be copied or linked.
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    QStringList mimeTypes() const override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    Qt::DropActions supportedDragActions() const override;
+
 private:
     std::vector<SearchBaseResultRef> results_;
 };

@@ -1,6 +1,7 @@
 #include "app/panel/SearchWindow.h"
 
 #include "app/panel/SearchPanelView.h"
+#include "app/panel/SearchResultsTable.h"
 #include "platform/WindowSystem.h"
 
 #include <QApplication>
@@ -33,6 +34,12 @@ SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
     setContent(view_);
     fitToCompositing();
     connect(qApp, &QGuiApplication::focusWindowChanged, this, &SearchWindow::hideWithoutFocus);
+    connect(&view_->tableView(), &SearchResultsTable::dragBegan, this,
+            [this] { isDraggedFrom_ = true; });
+    connect(&view_->tableView(), &SearchResultsTable::dragEnded, this, [this] {
+        isDraggedFrom_ = false;
+        hideWithoutFocus();
+    });
     winId();
 }
 
@@ -68,9 +75,17 @@ void SearchWindow::dismiss()
         windowSystem().activate(previousWindow_);
 }
 
+bool SearchWindow::hasFocusWithin() const
+{
+    const QWindow *focused = QGuiApplication::focusWindow();
+    // Some desktops give a menu of the panel the keyboard as a window of its own.
+    return focused && (focused == windowHandle() ||
+                       windowHandle()->isAncestorOf(focused, QWindow::IncludeTransients));
+}
+
 void SearchWindow::hideWithoutFocus()
 {
-    if (!isVisible() || QGuiApplication::focusWindow() == windowHandle())
+    if (!isVisible() || isDraggedFrom_ || hasFocusWithin())
         return;
     // The loss may be one from before it was shown, told late; the gain then is on its way.
     const auto remaining = SETTLING - std::chrono::milliseconds(presented_.elapsed());

@@ -13,7 +13,7 @@ class SearchPanelView;
 class WindowSystem;
 
 /// The window around the panel: above the others, out of the taskbar, gone when another window
-/// becomes active. Kept when closed and shown again.
+/// becomes active, unless a row is being dragged there. Kept when closed and shown again.
 class SearchWindow : public RoundedWindow
 {
     Q_OBJECT
@@ -45,6 +45,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    bool hasFocusWithin() const;
     void hideWithoutFocus();
     void placeOnScreenWithPointer();
 
@@ -53,6 +54,8 @@ private:
     std::uintptr_t previousWindow_ = 0;
     /// Since it was last brought up.
     QElapsedTimer presented_;
+    /// Something is on its way from here to another window.
+    bool isDraggedFrom_ = false;
 };
 
 } // namespace quillon

@@ -1,0 +1,180 @@
+#include "app/panel/PanelKeyboard.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include <optional>
+
+namespace quillon {
+
+namespace {
+
+constexpr Qt::KeyboardModifiers CONSIDERED =
+    Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
+
+/// The command of a key whatever is typed, pressed without modifiers.
+std::optional<PanelCommand> plainCommand(int key)
+{
+    switch (key) {
+    case Qt::Key_Tab:
+        return PanelCommand::openPlainly;
+    case Qt::Key_Down:
+        return PanelCommand::nextRow;
+    case Qt::Key_Up:
+        return PanelCommand::previousRow;
+    case Qt::Key_PageDown:
+        return PanelCommand::nextPage;
+    case Qt::Key_PageUp:
+        return PanelCommand::previousPage;
+    case Qt::Key_F10:
+        return PanelCommand::goToButtons;
+    case Qt::Key_Menu:
+        return PanelCommand::showRowMenu;
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Home and End go through the rows where they would not move the caret.
+std::optional<PanelCommand> edgeCommand(int key, const QLineEdit &field)
+{
+    if (field.hasSelectedText())
+        return std::nullopt;
+    if (key == Qt::Key_Home && field.cursorPosition() == 0)
+        return PanelCommand::firstRow;
+    if (key == Qt::Key_End && field.cursorPosition() == field.text().size())
+        return PanelCommand::lastRow;
+    return std::nullopt;
+}
+
+std::optional<PanelCommand> command(const QKeyEvent &event, const QLineEdit &field)
+{
+    const Qt::KeyboardModifiers held = event.modifiers() & CONSIDERED;
+    const int key = event.key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        return PanelCommand::open;
+    if (key == Qt::Key_Escape)
+        return PanelCommand::close;
+    if (held == Qt::ControlModifier && key == Qt::Key_Comma)
+        return PanelCommand::openPreferences;
+    if (held == Qt::ControlModifier && key == Qt::Key_Q)
+        return PanelCommand::terminate;
+    if (held == Qt::ShiftModifier && key == Qt::Key_F10)
+        return PanelCommand::showRowMenu;
+    if (held != Qt::NoModifier)
+        return std::nullopt;
+    const auto plain = plainCommand(key);
+    return plain ? plain : edgeCommand(key, field);
+}
+
+bool isModifier(int key)
+{
+    // Alt with Shift is called Meta by some keyboards.
+    return key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_Shift ||
+           key == Qt::Key_Meta;
+}
+
+} // namespace
+
+ActionShortcutFlags shortcutFlags(Qt::KeyboardModifiers modifiers)
+{
+    return {.option = modifiers.testFlag(Qt::AltModifier),
+            .shift = modifiers.testFlag(Qt::ShiftModifier),
+            .command = modifiers.testFlag(Qt::ControlModifier)};
+}
+
+PanelKeyboard::PanelKeyboard(QLineEdit &field) : field_(field)
+{
+    field_.installEventFilter(this);
+}
+
+void PanelKeyboard::watchButton(QObject &button)
+{
+    button.installEventFilter(this);
+}
+
+void PanelKeyboard::reset()
+{
+    setHeldKeys({});
+    if (!isComposing_)
+        return;
+    QGuiApplication::inputMethod()->reset();
+    QInputMethodEvent nothingComposed;
+    QCoreApplication::sendEvent(&field_, &nothingComposed);
+}
+
+bool PanelKeyboard::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isField = watched == &field_;
+    switch (event->type()) {
+    case QEvent::KeyPress: {
+        auto &key = static_cast<QKeyEvent &>(*event);
+        noteModifier(key);
+        return isField ? handleFieldKey(key) : handleButtonKey(key);
+    }
+    case QEvent::KeyRelease:
+        noteModifier(static_cast<const QKeyEvent &>(*event));
+        return false;
+    case QEvent::InputMethod: {
+        // Before the field takes it in: a commit changes the text within.
+        const bool wasComposing = isComposing_;
+        isComposing_ = !static_cast<QInputMethodEvent &>(*event).preeditString().isEmpty();
+        if (wasComposing && !isComposing_)
+            QMetaObject::invokeMethod(this, &PanelKeyboard::compositionEnded, Qt::QueuedConnection);
+        return false;
+    }
+    default:
+        return false;
+    }
+}
+
+bool PanelKeyboard::handleFieldKey(const QKeyEvent &event)
+{
+    const auto meant = isComposing_ ? std::nullopt : command(event, field_);
+    if (!meant)
+        return false;
+    Q_EMIT commanded(*meant, shortcutFlags(event.modifiers()));
+    return true;
+}
+
+bool PanelKeyboard::handleButtonKey(QKeyEvent &event)
+{
+    const auto meant = command(event, field_);
+    if (meant == PanelCommand::close) {
+        field_.setFocus();
+        return true;
+    }
+    if (meant == PanelCommand::openPreferences || meant == PanelCommand::terminate) {
+        Q_EMIT commanded(*meant, {});
+        return true;
+    }
+    // The blank presses the button; any other text is for the field.
+    if (event.text().isEmpty() || !event.text().at(0).isPrint() || event.key() == Qt::Key_Space)
+        return false;
+    field_.setFocus();
+    QCoreApplication::sendEvent(&field_, &event);
+    return true;
+}
+
+void PanelKeyboard::noteModifier(const QKeyEvent &event)
+{
+    if (!isModifier(event.key()))
+        return;
+    const ActionShortcutFlags now = shortcutFlags(QGuiApplication::queryKeyboardModifiers());
+    // The keys of the shortcut that brought the panel up are still held when it has come.
+    if (event.type() == QEvent::KeyPress || heldKeys_ != ActionShortcutFlags{})
+        setHeldKeys(now);
+}
+
+void PanelKeyboard::setHeldKeys(ActionShortcutFlags flags)
+{
+    if (flags == heldKeys_)
+        return;
+    heldKeys_ = flags;
+    Q_EMIT heldKeysChanged(flags);
+}
+
+} // namespace quillon

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "actions/ActionShortcutFlags.h"
+
+#include <QObject>
+
+class QKeyEvent;
+class QLineEdit;
+
+namespace quillon {
+
+/// What keys ask of the panel.
+enum class PanelCommand
+{
+    /// Return, with the modifiers held.
+    open,
+    /// Tab, which opens as Return alone does.
+    openPlainly,
+    close,
+    nextRow,
+    previousRow,
+    nextPage,
+    previousPage,
+    firstRow,
+    lastRow,
+    showRowMenu,
+    goToButtons,
+    openPreferences,
+    terminate,
+};
+
+/// The Ctrl, Alt and Shift keys among the modifiers.
+ActionShortcutFlags shortcutFlags(Qt::KeyboardModifiers modifiers);
+
+/// Reads the keys that reach the panel's field and its buttons. What is a command does not reach
+/// them; while an input method composes a text, every key is its own.
+class PanelKeyboard : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The field outlives this.
+    explicit PanelKeyboard(QLineEdit &field);
+
+    /// From here on text typed on the button goes to the field, and Escape leads there.
+    void watchButton(QObject &button);
+    /// True while the field shows a text that its user has not settled on.
+    bool isComposing() const { return isComposing_; }
+    /// Forgets the keys that were held and the text that was being composed.
+    void reset();
+
+Q_SIGNALS:
+    void commanded(PanelCommand command, ActionShortcutFlags flags);
+    /// Modifiers pressed here and still held; none for those that were held before.
+    void heldKeysChanged(ActionShortcutFlags flags);
+    void compositionEnded();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    bool handleFieldKey(const QKeyEvent &event);
+    bool handleButtonKey(QKeyEvent &event);
+    void noteModifier(const QKeyEvent &event);
+    void setHeldKeys(ActionShortcutFlags flags);
+
+    QLineEdit &field_;
+    bool isComposing_ = false;
+    ActionShortcutFlags heldKeys_;
+};
+
+} // namespace quillon

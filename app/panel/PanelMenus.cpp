@@ -1,0 +1,106 @@
+#include "app/panel/PanelMenus.h"
+
+#include "app/panel/ActionHints.h"
+#include "app/panel/MenuButton.h"
+#include "app/panel/SearchPanelDelegate.h"
+#include "app/panel/SearchPanelView.h"
+
+#include <QLineEdit>
+#include <QMenu>
+
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// Between the menu button and its menu.
+constexpr int GAP = 4;
+
+QString styleSheet(const PanelPalette &palette)
+{
+    return QStringLiteral("QMenu { background: %1; color: %2; border: 1px solid %3; padding: 4px; }"
+                          "QMenu::item { padding: 6px 16px; border-radius: 4px; }"
+                          "QMenu::item:selected { background: %4; }"
+                          "QMenu::item:disabled { color: %5; }"
+                          "QMenu::separator { height: 1px; background: %3; margin: 4px 12px; }")
+        .arg(palette.background.name(), palette.text.name(), palette.hairline.name(),
+             palette.tint.name(), palette.quiet.name());
+}
+
+/// A text that shows its ampersands.
+QString literally(QString text)
+{
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
+} // namespace
+
+PanelMenus::PanelMenus(SearchPanelView &view, SearchPanelDelegate &delegate)
+    : view_(view), delegate_(delegate)
+{}
+
+void PanelMenus::showMain()
+{
+    struct Entry
+    {
+        QString text;
+        void (SearchPanelDelegate::*choose)();
+    };
+    const Entry entries[] = {
+        {tr("Preferences…"), &SearchPanelDelegate::openPreferences},
+        {tr("Send Feedback…"), &SearchPanelDelegate::sendFeedback},
+        {tr("Check for Updates…"), &SearchPanelDelegate::checkForUpdates},
+        {tr("Quit"), &SearchPanelDelegate::terminate},
+    };
+    auto menu = std::make_unique<QMenu>(&view_);
+    for (const Entry &entry : entries)
+        connect(menu->addAction(entry.text), &QAction::triggered, this,
+                [this, choose = entry.choose] { (delegate_.*choose)(); });
+    const MenuButton &button = view_.menuButton();
+    menu->setStyleSheet(styleSheet(view_.panelPalette()));
+    const QPoint below = button.mapToGlobal(QPoint(button.width(), button.height() + GAP));
+    const QPoint leftwards(menu->sizeHint().width(), 0);
+    show(std::move(menu), below - leftwards);
+    if (button.hasFocus())
+        open_->setActiveAction(open_->actions().constFirst());
+}
+
+void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint globalPosition,
+                            std::function<void(ActionShortcutFlags)> chosen)
+{
+    auto menu = std::make_unique<QMenu>(&view_);
+    for (const PanelFooter::Hint &hint : hints) {
+        if (hint.toolTip.isEmpty())
+            continue;
+        // Behind a tabulator stands what a menu says about keys.
+        const QString text = literally(hint.toolTip) + u'\t' + keyNames(hint.flags, u'+');
+        connect(menu->addAction(text), &QAction::triggered, this,
+                [chosen, flags = hint.flags] { chosen(flags); });
+    }
+    if (!menu->isEmpty())
+        show(std::move(menu), globalPosition);
+}
+
+void PanelMenus::showForField(QPoint globalPosition)
+{
+    show(std::unique_ptr<QMenu>(view_.searchTextField().createStandardContextMenu()),
+         globalPosition);
+}
+
+void PanelMenus::show(std::unique_ptr<QMenu> menu, QPoint globalPosition)
+{
+    close();
+    open_ = menu.release();
+    open_->setAttribute(Qt::WA_DeleteOnClose);
+    open_->setStyleSheet(styleSheet(view_.panelPalette()));
+    open_->popup(globalPosition);
+}
+
+void PanelMenus::close()
+{
+    if (open_)
+        open_->close();
+}
+
+} // namespace quillon

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/panel/PanelFooter.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+class QMenu;
+
+namespace quillon {
+
+class SearchPanelDelegate;
+class SearchPanelView;
+
+/// The menus that come up over the panel, one at a time, in its tones. They do not wait for the
+/// user's choice.
+class PanelMenus : public QObject
+{
+    Q_OBJECT
+
+public:
+    PanelMenus(SearchPanelView &view, SearchPanelDelegate &delegate);
+
+    /// At the menu button: preferences, feedback, updates, quit.
+    void showMain();
+    /// What can be done with a row, by its hints; chosen gets the keys of the action.
+    void showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint globalPosition,
+                    std::function<void(ActionShortcutFlags)> chosen);
+    /// The field's own: cut, copy, paste.
+    void showForField(QPoint globalPosition);
+    void close();
+
+private:
+    void show(std::unique_ptr<QMenu> menu, QPoint globalPosition);
+
+    SearchPanelView &view_;
+    SearchPanelDelegate &delegate_;
+    QPointer<QMenu> open_;
+};
+
+} // namespace quillon

@@ -1,0 +1,50 @@
+#include "app/panel/SearchResultsTable.h"
+
+#include "app/panel/IconSource.h"
+#include "app/panel/SearchResultsModel.h"
+#include "app/widgets/PanelMetrics.h"
+
+#include <QDrag>
+#include <QMimeData>
+#include <QPointer>
+#include <QScrollBar>
+
+namespace quillon {
+
+SearchResultsTable::SearchResultsTable(SearchResultsModel &model, IconSource &icons,
+                                       QWidget *parent)
+    : QListView(parent), model_(model), icons_(icons)
+{
+    setModel(&model_);
+    setAccessibleName(tr("Folders"));
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setUniformItemSizes(true);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setDragDropMode(QAbstractItemView::DragOnly);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    verticalScrollBar()->setSingleStep(metrics::rowHeight(fontMetrics()));
+}
+
+void SearchResultsTable::startDrag(Qt::DropActions actions)
+{
+    const SearchBaseResultRef row = model_.result(currentIndex().row());
+    if (!row)
+        return;
+    auto *drag = new QDrag(this); // the toolkit's, which deletes it
+    drag->setMimeData(model_.mimeData({currentIndex()}));
+    const QSize size(metrics::ICON, metrics::ICON);
+    drag->setPixmap(icons_.icon(row->path()).pixmap(size, devicePixelRatioF()));
+    // While it lasts the program goes on, and may end.
+    const QPointer<SearchResultsTable> self = this;
+    Q_EMIT dragBegan();
+    const Qt::DropAction done = drag->exec(actions, Qt::CopyAction);
+    if (self)
+        Q_EMIT dragEnded(done != Qt::IgnoreAction);
+}
+
+} // namespace quillon

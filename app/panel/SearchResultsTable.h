@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QListView>
+
+namespace quillon {
+
+class IconSource;
+class SearchResultsModel;
+
+/// The rows of a SearchResultsModel. A row can be dragged out as a file.
+class SearchResultsTable : public QListView
+{
+    Q_OBJECT
+
+public:
+    SearchResultsTable(SearchResultsModel &model, IconSource &icons, QWidget *parent);
+
+Q_SIGNALS:
+    void dragBegan();
+    /// Dropped where it was taken, or given up.
+    void dragEnded(bool isTaken);
+
+protected:
+    void startDrag(Qt::DropActions actions) override;
+
+private:
+    SearchResultsModel &model_;
+    IconSource &icons_;
+};
+
+} // namespace quillon

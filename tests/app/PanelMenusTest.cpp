@@ -1,0 +1,174 @@
+#include "app/panel/PanelMenus.h"
+
+#include "app/panel/MenuButton.h"
+#include "app/widgets/PanelButton.h"
+#include "tests/app/SearchPanelFixture.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QMimeData>
+#include <QScrollBar>
+
+namespace quillon {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class SearchPanelMouse : public SearchPanel
+{
+protected:
+    QPoint middle(int row)
+    {
+        const QListView &table = view_.tableView();
+        return table.visualRect(table.model()->index(row, 0)).center();
+    }
+    static QMenu *menu() { return qobject_cast<QMenu *>(QApplication::activePopupWidget()); }
+    static QStringList entries()
+    {
+        QStringList texts;
+        for (const QAction *action : menu()->actions())
+            texts << action->text();
+        return texts;
+    }
+    static void choose(int index)
+    {
+        menu()->setActiveAction(menu()->actions().at(index));
+        QTest::keyClick(menu(), Qt::Key_Return);
+    }
+};
+
+TEST_F(SearchPanelMouse, opensTheRowThatIsClicked)
+{
+    type("ab");
+    answer();
+    view_.show();
+    QTest::mouseClick(view_.tableView().viewport(), Qt::LeftButton, {}, middle(2));
+    QTest::mouseClick(view_.tableView().viewport(), Qt::LeftButton, Qt::AltModifier, middle(1));
+    actions_.runAll();
+    EXPECT_THAT(source_.used, ElementsAre("/ab/3", "/ab/2"));
+    EXPECT_THAT(done(), ElementsAre("new /ab/3", "copied /ab/2"));
+    EXPECT_THAT(delegate_.asked, ElementsAre("close", "close"));
+}
+
+TEST_F(SearchPanelMouse, offersTheFourEntriesOfItsMenu)
+{
+    appear();
+    const Texts asked{"preferences", "feedback", "updates", "terminate"};
+    for (int i = 0; i < 4; ++i) {
+        press(Qt::Key_F10);
+        QTest::keyClick(&view_.menuButton(), Qt::Key_Down);
+        ASSERT_TRUE(menu());
+        EXPECT_EQ(entries(), QStringList({u"Preferences…"_qs, u"Send Feedback…"_qs,
+                                          u"Check for Updates…"_qs, u"Quit"_qs}));
+        for (const QAction *action : menu()->actions())
+            EXPECT_TRUE(action->shortcut().isEmpty());
+        choose(i);
+        EXPECT_FALSE(menu());
+        EXPECT_THAT(delegate_.takeAsked(), ElementsAre(asked[static_cast<std::size_t>(i)]));
+    }
+    QTest::mouseClick(&view_.menuButton(), Qt::LeftButton);
+    ASSERT_TRUE(menu());
+    panel().viewDidDisappear();
+    EXPECT_FALSE(menu());
+    EXPECT_THAT(delegate_.asked, IsEmpty());
+}
+
+TEST_F(SearchPanelMouse, offersTheActionsOfARowWithTheirKeys)
+{
+    EXPECT_TRUE(actionList_.saveActions(
+        {{{.shift = true, .command = true}, ActionType::showInFinder, ActionTarget::selectedRow},
+         {{}, ActionType("Sing", false), ActionTarget::selectedRow},
+         {{.option = true}, ActionType::openApplication, ActionTarget("Cut & Paste")}}));
+    type("ab");
+    answer();
+    appear();
+    answer();
+    QTest::mouseClick(view_.tableView().viewport(), Qt::RightButton, {}, middle(1));
+    EXPECT_EQ(selected(), 1);
+    EXPECT_THAT(source_.used, IsEmpty());
+    QWidget *rows = view_.tableView().viewport();
+    QContextMenuEvent request(QContextMenuEvent::Mouse, middle(1), rows->mapToGlobal(middle(1)));
+    QApplication::sendEvent(rows, &request);
+    ASSERT_TRUE(menu());
+    EXPECT_EQ(entries(), QStringList({u"Show in the file manager\tCtrl+Shift+Return"_qs,
+                                      u"Open with the application “Cut && Paste”\tAlt+Return"_qs}));
+    // Rows that come meanwhile do not change what was chosen.
+    source_.answers["ab"] = {"/other"};
+    panel().indexChanged();
+    answer();
+    choose(0);
+    actions_.runAll();
+    EXPECT_THAT(source_.used, ElementsAre("/ab/2"));
+    EXPECT_THAT(done(), ElementsAre("new /ab/2"));
+
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    ASSERT_TRUE(menu());
+    QTest::keyClick(menu(), Qt::Key_Escape);
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menu());
+    menu()->close();
+    EXPECT_THAT(delegate_.asked, ElementsAre("close"));
+}
+
+TEST_F(SearchPanelMouse, hasNoMenuWhereThereIsNoRow)
+{
+    type("no such");
+    answer();
+    appear();
+    press(Qt::Key_Menu);
+    EXPECT_FALSE(menu());
+}
+
+TEST_F(SearchPanelMouse, showsTheUpdateButtonWhileThereIsAnUpdate)
+{
+    appear();
+    EXPECT_FALSE(view_.updateButton().isVisible());
+    const int width = field().width();
+    delegate_.hasUpdate = true;
+    panel().updateUpdateButton();
+    EXPECT_EQ(view_.updateButton().width(), 108);
+    QTest::mouseClick(&view_.updateButton(), Qt::LeftButton);
+    EXPECT_THAT(delegate_.asked, ElementsAre("updates"));
+    delegate_.hasUpdate = false;
+    panel().viewDidDisappear();
+    panel().viewWillAppear();
+    EXPECT_FALSE(view_.updateButton().isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return field().width() == width; }));
+}
+
+TEST_F(SearchPanelMouse, turnsTheRowsByTheWheelWhereverThePointerIs)
+{
+    type("many");
+    answer();
+    appear();
+    answer();
+    for (QWidget *place :
+         std::initializer_list<QWidget *>{view_.tableView().viewport(), &field()}) {
+        const int before = view_.tableView().verticalScrollBar()->value();
+        QWheelEvent turn(QPointF(20, 20), place->mapToGlobal(QPointF(20, 20)), {}, {0, -120},
+                         Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&turn);
+        QApplication::instance()->notify(place, &turn);
+        EXPECT_GT(view_.tableView().verticalScrollBar()->value(), before);
+    }
+    EXPECT_EQ(selected(), 0);
+}
+
+TEST_F(SearchPanelMouse, givesARowAwayAsAFile)
+{
+    source_.answers["ab"] = {"/caf\xe9 #1%/ü"};
+    type("ab");
+    answer();
+    const SearchResultsModel &model = view_.searchResults();
+    EXPECT_TRUE(model.flags(model.index(0)).testFlag(Qt::ItemIsDragEnabled));
+    EXPECT_FALSE(model.supportedDragActions().testFlag(Qt::MoveAction)) << "a slip moves nothing";
+    const std::unique_ptr<QMimeData> data(model.mimeData({model.index(0)}));
+    EXPECT_EQ(data->data(u"text/uri-list"_qs), "file:///caf%E9%20%231%25/%C3%BC\r\n");
+    EXPECT_EQ(data->data(u"text/plain"_qs), "/caf\xe9 #1%/ü");
+}
+
+} // namespace
+
+} // namespace quillon
