@@ -63,12 +63,81 @@
         <source>Nothing</source>
         <translation>Nichts</translation>
     </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Select in the file manager window</source>
+        <translation>Im Fenster des Dateimanagers auswählen</translation>
+    </message>
 </context>
 <context>
     <name>HotKey</name>
     <message>
         <source>Show or hide the search panel</source>
         <translation>Das Suchfenster zeigen oder verbergen</translation>
+    </message>
+</context>
+<context>
+    <name>PanelTexts</name>
+    <message>
+        <source>No folders to search yet</source>
+        <translation>Noch keine Ordner zum Durchsuchen</translation>
+    </message>
+    <message>
+        <source>Press Return to search your home folder, or choose folders in the preferences</source>
+        <translation>Die Eingabetaste durchsucht Ihren persönlichen Ordner; andere wählen Sie in den Einstellungen</translation>
+    </message>
+    <message>
+        <source>Indexing your folders…</source>
+        <translation>Ihre Ordner werden erfasst…</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln folder(s) so far: you can already search</source>
+        <translation>
+            <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
+            <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Type a part of a folder’s name</source>
+        <translation>Tippen Sie einen Teil eines Ordnernamens</translation>
+    </message>
+    <message>
+        <source>The folders you open most will be listed here</source>
+        <translation>Hier stehen später die Ordner, die Sie am häufigsten öffnen</translation>
+    </message>
+    <message>
+        <source>Type one more letter</source>
+        <translation>Tippen Sie noch einen Buchstaben</translation>
+    </message>
+    <message>
+        <source>A search begins with the second one</source>
+        <translation>Die Suche beginnt mit dem zweiten</translation>
+    </message>
+    <message>
+        <source>No folder matches “%1”</source>
+        <translation>Kein Ordner passt zu „%1“</translation>
+    </message>
+    <message>
+        <source>Try it without the blanks</source>
+        <translation>Versuchen Sie es ohne die Leerzeichen</translation>
+    </message>
+    <message>
+        <source>Try fewer letters, or add a search folder in the preferences</source>
+        <translation>Versuchen Sie weniger Buchstaben, oder fügen Sie in den Einstellungen einen Suchordner hinzu</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln folder(s)</source>
+        <translation>
+            <numerusform>%Ln Ordner</numerusform>
+            <numerusform>%Ln Ordner</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Indexing: %1</source>
+        <translation>Wird erfasst: %1</translation>
     </message>
 </context>
 <context>
@@ -525,58 +594,44 @@
     </message>
 </context>
 <context>
-    <name>quillon::LightningSearchViewController</name>
+    <name>quillon::MenuButton</name>
     <message>
-        <source>Indexing: %1</source>
-        <translation>Wird erfasst: %1</translation>
-    </message>
-    <message>
-        <source>No folders to search yet</source>
-        <translation>Noch keine Ordner zum Durchsuchen</translation>
+        <source>Menu</source>
+        <translation>Menü</translation>
     </message>
     <message>
-        <source>Press Return to search your home folder,
-or name other folders under “qln-bookmarks” in %1</source>
-        <translation>Drücken Sie die Eingabetaste, um Ihren persönlichen Ordner zu durchsuchen,
-oder nennen Sie andere Ordner unter „qln-bookmarks“ in %1</translation>
+        <source>Menu (F10)</source>
+        <translation>Menü (F10)</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::PanelMenus</name>
+    <message>
+        <source>Preferences…</source>
+        <translation>Einstellungen…</translation>
     </message>
     <message>
-        <source>Indexing your folders…</source>
-        <translation>Ihre Ordner werden erfasst…</translation>
+        <source>Send Feedback…</source>
+        <translation>Feedback senden…</translation>
     </message>
     <message>
-        <source>Type a part of a folder’s name</source>
-        <translation>Tippen Sie einen Teil eines Ordnernamens</translation>
+        <source>Check for Updates…</source>
+        <translation>Nach Updates suchen…</translation>
     </message>
     <message>
-        <source>The folders you open most will be listed here</source>
-        <translation>Hier stehen später die Ordner, die Sie am häufigsten öffnen</translation>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::PanelMessage</name>
+    <message>
+        <source>Search the Home Folder</source>
+        <translation>Persönlichen Ordner durchsuchen</translation>
     </message>
     <message>
-        <source>No folder matches “%1”</source>
-        <translation>Kein Ordner passt zu „%1“</translation>
-    </message>
-    <message>
-        <source>Try it without the blanks</source>
-        <translation>Versuchen Sie es ohne die Leerzeichen</translation>
-    </message>
-    <message>
-        <source>Try fewer letters</source>
-        <translation>Versuchen Sie es mit weniger Buchstaben</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln folder(s)</source>
-        <translation>
-            <numerusform>%Ln Ordner</numerusform>
-            <numerusform>%Ln Ordner</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln folder(s) so far: you can already search</source>
-        <translation>
-            <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
-            <numerusform>%Ln Ordner bis jetzt: Sie können schon suchen</numerusform>
-        </translation>
+        <source>Preferences…</source>
+        <translation>Einstellungen…</translation>
     </message>
 </context>
 <context>
@@ -669,6 +724,13 @@ oder nennen Sie andere Ordner unter „qln-bookmarks“ in %1</translation>
         <source>Find a folder</source>
         <translation>Ordner suchen</translation>
     </message>
+    <message>
+        <source>Update…</source>
+        <translation>Update…</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::SearchResultsTable</name>
     <message>
         <source>Folders</source>
         <translation>Ordner</translation>
