@@ -79,7 +79,8 @@ void FormNote::showText()
 void FormNote::fit()
 {
     const int width = std::max(textWidth_, fontMetrics().averageCharWidth() * LETTERS);
-    setFixedSize(width, heightForWidth(width));
+    // It has none without a text.
+    setFixedSize(width, std::max(heightForWidth(width), 0));
 }
 
 } // namespace quillon

@@ -1,0 +1,66 @@
+#include "app/widgets/FolderChooser.h"
+
+#include <QAbstractItemView>
+#include <QFile>
+#include <QMimeData>
+
+#include <algorithm>
+#include <string_view>
+
+namespace quillon {
+
+namespace {
+
+std::string withoutTrailingSlashes(std::string path)
+{
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
+}
+
+/// Of a "file:" address in the form of RFC 8089; empty for others. A QUrl would lose what is not
+/// UTF-8.
+std::string localPath(const QByteArray &address)
+{
+    constexpr std::string_view SCHEME = "file://";
+    if (!address.startsWith(SCHEME.data()))
+        return {};
+    const qsizetype slash = address.indexOf('/', static_cast<qsizetype>(SCHEME.size()));
+    return slash < 0 ? std::string()
+                     : QByteArray::fromPercentEncoding(address.mid(slash)).toStdString();
+}
+
+} // namespace
+
+FolderChooser::FolderChooser(const QString &title, const PanelPalette &palette, QWidget *over)
+    : QFileDialog(over, title)
+{
+    setPalette(palette.controlsPalette());
+    setAttribute(Qt::WA_DeleteOnClose);
+    setFileMode(Directory);
+    // The desktop's own dialogs choose one folder at a time.
+    setOptions(ShowDirsOnly | DontUseNativeDialog | ReadOnly);
+    for (auto *view : findChildren<QAbstractItemView *>()) {
+        if (view->objectName() == u"listView" || view->objectName() == u"treeView")
+            view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    }
+    connect(this, &QFileDialog::accepted, this, [this] {
+        std::vector<std::string> paths;
+        for (const QString &file : selectedFiles())
+            paths.push_back(withoutTrailingSlashes(QFile::encodeName(file).toStdString()));
+        Q_EMIT foldersChosen(paths);
+    });
+}
+
+std::vector<std::string> draggedPaths(const QMimeData &data)
+{
+    std::vector<std::string> paths;
+    for (const QByteArray &line : data.data(QStringLiteral("text/uri-list")).split('\n')) {
+        std::string path = localPath(line.trimmed());
+        if (!path.empty())
+            paths.push_back(withoutTrailingSlashes(std::move(path)));
+    }
+    return paths;
+}
+
+} // namespace quillon

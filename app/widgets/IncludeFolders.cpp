@@ -1,0 +1,103 @@
+#include "app/widgets/IncludeFolders.h"
+
+#include "indexing/NameKinds.h"
+#include "indexing/SearchBaseFinder.h"
+#include "indexing/SkipRules.h"
+#include "platform/FolderIdentity.h"
+#include "platform/FolderLister.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <string_view>
+
+namespace quillon {
+
+namespace {
+
+QString drawn(const std::string &path)
+{
+    return QString::fromStdString(path);
+}
+
+std::string_view nameOf(std::string_view path)
+{
+    return path.substr(path.rfind('/') + 1);
+}
+
+SkipRules rulesFor(const SearchBaseFinder &finder, const std::vector<std::string> &folders)
+{
+    std::vector<std::string> patterns;
+    for (const auto &location : finder.excludeLocations())
+        patterns.push_back(location.pattern());
+    for (const auto &location : SearchBaseFinder::builtInExcludeLocations())
+        patterns.push_back(location.pattern());
+    return {patterns, folders};
+}
+
+} // namespace
+
+IncludeFolders::Outcome IncludeFolders::add(const std::vector<std::string> &paths) const
+{
+    std::vector<std::string> listed;
+    for (const auto &location : services_.searchBaseFinder.includeLocations())
+        listed.push_back(location.url());
+    const SkipRules rules = rulesFor(services_.searchBaseFinder, listed);
+
+    Outcome outcome;
+    QStringList faults;
+    for (const std::string &path : paths) {
+        QString found = fault(path, listed, rules);
+        if (found.isEmpty() && !services_.searchBaseFinder.bookmarks.add(path))
+            found = tr("The settings could not be written.");
+        if (found.isEmpty())
+            outcome.added.push_back(path);
+        else
+            faults.push_back(found);
+    }
+    outcome.faults = faults.join(u'\n');
+    return outcome;
+}
+
+/// Empty when nothing is wrong.
+QString IncludeFolders::fault(const std::string &path, const std::vector<std::string> &listed,
+                              const SkipRules &rules) const
+{
+    if (std::ranges::find(listed, path) != listed.end())
+        return tr("“%1” is searched already.").arg(drawn(path));
+    if (!services_.folderIdentity.isFolder(path))
+        return tr("“%1” is no folder.").arg(drawn(path));
+    if (!services_.folderIdentity.isReadable(path))
+        return tr("“%1” cannot be read, so it cannot be searched.").arg(drawn(path));
+    if (isPackageName(nameOf(path)))
+        return tr("“%1” counts as a single item: nothing in it would be found.").arg(drawn(path));
+    const auto around = std::ranges::find_if(
+        listed, [&](const std::string &folder) { return isSearchedAsPartOf(folder, path, rules); });
+    if (around != listed.end())
+        return tr("“%1” is searched already, as a part of “%2”.").arg(drawn(path), drawn(*around));
+    return {};
+}
+
+/// A crawl of the folder comes to the path, too.
+bool IncludeFolders::isSearchedAsPartOf(const std::string &folder, const std::string &path,
+                                        const SkipRules &rules) const
+{
+    const std::string prefix = folder == "/" ? folder : folder + '/';
+    if (!path.starts_with(prefix))
+        return false;
+    SkipRules::State state = rules.stateOf(folder == "/" ? "" : folder);
+    for (std::size_t begin = prefix.size(); begin < path.size();) {
+        const std::size_t end = std::min(path.find('/', begin), path.size());
+        const auto name = std::string_view(path).substr(begin, end - begin);
+        state = rules.below(state, name);
+        const bool isEntered = end == path.size() || !isPackageName(name);
+        if (isHiddenName(name) || !isEntered ||
+            rules.skips(state, name, [&] { return std::string_view(path).substr(0, end); }))
+            return false;
+        begin = end + 1;
+    }
+    // A link is not followed.
+    return services_.folderLister.kind(path) == FolderLister::Kind::folder;
+}
+
+} // namespace quillon
