@@ -1,5 +1,6 @@
 #include "app/setup/SetupView.h"
 
+#include "app/widgets/FormNote.h"
 #include "app/widgets/PanelButton.h"
 
 #include <QHBoxLayout>
@@ -19,7 +20,9 @@ SetupView::SetupView(QWidget *parent) : QWidget(parent) {}
 
 void SetupView::setPanelPalette(const PanelPalette &palette)
 {
-    setPalette(palette.widgetPalette());
+    setPalette(palette.controlsPalette());
+    for (auto *note : findChildren<FormNote *>())
+        note->setPanelPalette(palette);
     for (auto *button : findChildren<PanelButton *>())
         button->setPanelPalette(palette);
 }

@@ -1,0 +1,308 @@
+#include "app/setup/OnboardingViewController.h"
+
+#include "app/setup/FolderChoice.h"
+#include "app/widgets/FolderChooser.h"
+#include "app/widgets/FormNote.h"
+#include "app/widgets/PanelButton.h"
+#include "app/widgets/QLNShortcutView.h"
+#include "indexing/SearchBaseFinder.h"
+#include "platform/Clipboard.h"
+#include "platform/HotKey.h"
+#include "platform/TaskQueue.h"
+#include "shortcut/QLNShortcutBinder.h"
+#include "shortcut/QLNShortcutMonitor.h"
+
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+constexpr int REFRESH_MILLISECONDS = 150;
+constexpr int CHECKMARK = 20;
+/// Between the rows of a part.
+constexpr int ROW = 8;
+constexpr const char *COMMAND = "quillon --toggle";
+
+} // namespace
+
+/// Drawn, so that it is crisp at every scale.
+class OnboardingViewController::Checkmark : public QWidget
+{
+public:
+    explicit Checkmark(QWidget *parent) : QWidget(parent) { setFixedSize(CHECKMARK, CHECKMARK); }
+
+    void setColor(const QColor &color)
+    {
+        color_ = color;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(color_, 2.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.drawPolyline(QPolygonF{{4.0, 10.5}, {8.5, 15.0}, {16.0, 5.5}});
+    }
+
+private:
+    QColor color_;
+};
+
+OnboardingViewController::OnboardingViewController(const Services &services,
+                                                   const std::string &home,
+                                                   OnboardingDelegate &delegate)
+    : services_(services), delegate_(delegate)
+{
+    QVBoxLayout *parts = column(this, APART, MARGIN);
+    parts->addWidget(heading(tr("Set up Quillon"), this));
+    parts->addWidget(buildShortcutPart());
+    parts->addWidget(buildFoldersPart());
+    parts->addLayout(buildDone());
+    setFocusProxy(shortcutView_);
+
+    offer(home, tr("Home folder (%1)").arg(QString::fromStdString(home)));
+    connect(&services_.shortcutMonitor, &QLNShortcutMonitor::changed, this,
+            &OnboardingViewController::refresh);
+    connect(&services_.shortcutBinder, &QLNShortcutBinder::outcomeChanged, this,
+            &OnboardingViewController::refresh);
+    refresh();
+}
+
+OnboardingViewController::~OnboardingViewController() = default;
+
+QWidget *OnboardingViewController::part(const QString &title, const QString &sentence)
+{
+    auto *part = new QWidget(this);
+    QVBoxLayout *lines = column(part, ROW);
+    auto *words = new QWidget(part);
+    QVBoxLayout *text = column(words, NEAR);
+    QLabel *heading = label(title, QPalette::WindowText, words);
+    emphasise(heading);
+    text->addWidget(heading);
+    text->addWidget(paragraph(sentence, QPalette::PlaceholderText, words));
+    lines->addWidget(words);
+    return part;
+}
+
+QWidget *OnboardingViewController::buildShortcutPart()
+{
+    QWidget *shortcut = part(tr("The key that brings the panel up"),
+                             tr("Press it in any window to search, and again to put the panel "
+                                "away."));
+    shortcutView_ = new QLNShortcutView(services_.shortcutMonitor, services_.shortcutBinder,
+                                        services_.hotKey, shortcut);
+    shortcut->layout()->addWidget(shortcutView_);
+    command_ = buildCommand();
+    shortcut->layout()->addWidget(command_);
+    return shortcut;
+}
+
+/// For sessions in which no program can have a key of its own.
+QWidget *OnboardingViewController::buildCommand()
+{
+    auto *part = new QWidget(this);
+    QVBoxLayout *lines = column(part, ROW);
+    lines->addWidget(paragraph(tr("Programs cannot take keys in this session. Bind a key to this "
+                                  "command in the desktop’s keyboard settings:"),
+                               QPalette::WindowText, part));
+    QLabel *command = label(QString::fromLatin1(COMMAND), QPalette::WindowText, part);
+    command->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    command->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    auto *copyButton = new PanelButton(tr("&Copy"), PanelButton::Rank::secondary, part);
+    connect(copyButton, &QPushButton::clicked, this,
+            [this] { services_.clipboard.setString(COMMAND); });
+    QHBoxLayout *across = line(APART);
+    across->addWidget(command);
+    across->addWidget(copyButton);
+    across->addStretch();
+    lines->addLayout(across);
+    return part;
+}
+
+QWidget *OnboardingViewController::buildFoldersPart()
+{
+    QWidget *folders = part(tr("The folders to search"),
+                            tr("Every folder below them is found by its path, hidden ones left "
+                               "out. More can be added at any time."));
+    auto *lines = static_cast<QVBoxLayout *>(folders->layout());
+    auto *choices = new QWidget(folders);
+    choicesLayout_ = column(choices, NEAR);
+    lines->addWidget(choices);
+
+    chooseFolderButton_ =
+        new PanelButton(tr("Choose &Folder…"), PanelButton::Rank::secondary, folders);
+    connect(chooseFolderButton_, &QPushButton::clicked, this,
+            &OnboardingViewController::chooseFolderButtonClicked);
+    checkmarkImageView_ = new Checkmark(folders);
+    chooseFolderDoneLabel_ = label({}, QPalette::WindowText, folders);
+    QHBoxLayout *across = line(ROW);
+    across->addWidget(chooseFolderButton_);
+    across->addStretch();
+    across->addWidget(checkmarkImageView_);
+    across->addWidget(chooseFolderDoneLabel_);
+    lines->addLayout(across);
+    folderNote_ = new FormNote({}, folders);
+    lines->addWidget(folderNote_);
+    return folders;
+}
+
+QLayout *OnboardingViewController::buildDone()
+{
+    missingLabel_ = label({}, QPalette::PlaceholderText, this);
+    doneButton_ = new PanelButton(tr("&Done"), PanelButton::Rank::primary, this);
+    connect(doneButton_, &QPushButton::clicked, this, &OnboardingViewController::doneButtonClicked);
+    QHBoxLayout *across = line(NEAR);
+    across->addWidget(missingLabel_, 1);
+    across->addWidget(doneButton_);
+    return across;
+}
+
+void OnboardingViewController::setPanelPalette(const PanelPalette &palette)
+{
+    SetupView::setPanelPalette(palette);
+    palette_ = palette;
+    checkmarkImageView_->setColor(palette.accent);
+}
+
+// The folders
+
+FolderChoice *OnboardingViewController::offer(const std::string &path, const QString &name)
+{
+    auto *choice = new FolderChoice(path, name, this);
+    choicesLayout_->addWidget(choice);
+    choices_.push_back(choice);
+    connect(choice, &FolderChoice::chosen, this,
+            [this, choice](bool isChosen) { setChosen(*choice, isChosen); });
+    if (isVisible())
+        choice->startCounting(
+            {services_.folderLister, services_.searchBaseFinder, services_.background});
+    return choice;
+}
+
+void OnboardingViewController::showStoredFolders()
+{
+    services_.background.post([services = services_, self = QPointer(this)] {
+        std::vector<std::string> stored;
+        for (const auto &location : services.searchBaseFinder.includeLocations())
+            stored.push_back(location.url());
+        services.main.post([stored = std::move(stored), self] {
+            if (self)
+                self->showChosen(stored);
+        });
+    });
+}
+
+void OnboardingViewController::showChosen(const std::vector<std::string> &paths)
+{
+    for (const std::string &path : paths) {
+        const auto known = std::ranges::find(choices_, path, &FolderChoice::path);
+        FolderChoice *choice =
+            known != choices_.end() ? *known : offer(path, QString::fromStdString(path));
+        choice->setChosen(true);
+    }
+    refresh();
+}
+
+void OnboardingViewController::setChosen(FolderChoice &choice, bool isChosen)
+{
+    if (isChosen) {
+        // Ticked again once it is stored.
+        choice.setChosen(false);
+        addFolders({choice.path()});
+        return;
+    }
+    services_.searchBaseFinder.remove(IncludePathSearchBaseLocation(choice.path()));
+    folderNote_->sayFault({});
+    refresh();
+}
+
+void OnboardingViewController::addFolders(const std::vector<std::string> &paths)
+{
+    services_.background.post([services = services_, paths, self = QPointer(this)] {
+        const IncludeFolders include(
+            {services.searchBaseFinder, services.folderIdentity, services.folderLister});
+        services.main.post([outcome = include.add(paths), self] {
+            if (!self)
+                return;
+            self->folderNote_->sayFault(outcome.faults);
+            self->showChosen(outcome.added);
+        });
+    });
+}
+
+void OnboardingViewController::chooseFolderButtonClicked()
+{
+    auto *chooser = new FolderChooser(tr("Choose the folders to search"), palette_, this);
+    connect(chooser, &FolderChooser::foldersChosen, this, &OnboardingViewController::addFolders);
+    chooser->open();
+}
+
+// What is missing
+
+void OnboardingViewController::refresh()
+{
+    const bool canHaveKey = services_.hotKey.isPossible();
+    shortcutView_->setVisible(canHaveKey);
+    command_->setVisible(!canHaveKey);
+    const bool hasShortcut = !canHaveKey || services_.shortcutMonitor.shortcut().has_value();
+    const auto folders = std::ranges::count_if(choices_, &FolderChoice::isChosen);
+
+    checkmarkImageView_->setVisible(folders > 0);
+    chooseFolderDoneLabel_->setVisible(folders > 0);
+    chooseFolderDoneLabel_->setText(folders == 1 ? tr("1 folder chosen")
+                                                 : tr("%1 folders chosen").arg(folders));
+    doneButton_->setEnabled(hasShortcut && folders > 0);
+    missingLabel_->setText(hasShortcut && folders > 0 ? QString()
+                           : hasShortcut              ? tr("Choose a folder to go on.")
+                           : folders > 0              ? tr("Record a shortcut to go on.")
+                                         : tr("Record a shortcut and choose a folder to go on."));
+}
+
+void OnboardingViewController::doneButtonClicked()
+{
+    auto &monitor = services_.shortcutMonitor;
+    if (!monitor.shortcut() && !monitor.store(QLNShortcut::boundByDesktop())) {
+        missingLabel_->setText(tr("The settings could not be written."));
+        return;
+    }
+    for (FolderChoice *choice : choices_)
+        choice->stopCounting();
+    delegate_.onboardingFinished();
+}
+
+void OnboardingViewController::timerEvent(QTimerEvent *)
+{
+    for (FolderChoice *choice : choices_)
+        choice->updateCount();
+    // A desktop that cannot give a key away says so some time after the start.
+    if (shortcutView_->isVisible() != services_.hotKey.isPossible())
+        refresh();
+}
+
+void OnboardingViewController::showEvent(QShowEvent *event)
+{
+    SetupView::showEvent(event);
+    timer_.start(REFRESH_MILLISECONDS, this);
+    for (FolderChoice *choice : choices_)
+        choice->startCounting(
+            {services_.folderLister, services_.searchBaseFinder, services_.background});
+    showStoredFolders();
+}
+
+void OnboardingViewController::hideEvent(QHideEvent *event)
+{
+    timer_.stop();
+    for (FolderChoice *choice : choices_)
+        choice->stopCounting();
+    SetupView::hideEvent(event);
+}
+
+} // namespace quillon

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "app/setup/FolderCounter.h"
+#include "app/setup/SetupView.h"
+#include "app/widgets/IncludeFolders.h"
+
+#include <QBasicTimer>
+#include <QPointer>
+
+#include <string>
+#include <vector>
+
+class QVBoxLayout;
+
+namespace quillon {
+
+class Clipboard;
+class FolderChoice;
+class FormNote;
+class HotKey;
+class PanelButton;
+class QLNShortcutBinder;
+class QLNShortcutMonitor;
+class QLNShortcutView;
+
+/// What the first-run window asks of the application around it.
+class OnboardingDelegate
+{
+public:
+    OnboardingDelegate() = default;
+    virtual ~OnboardingDelegate() = default;
+    OnboardingDelegate(const OnboardingDelegate &) = delete;
+    OnboardingDelegate &operator=(const OnboardingDelegate &) = delete;
+
+    /// A shortcut and a folder are there. The window is still shown.
+    virtual void onboardingFinished() = 0;
+};
+
+/// Has a newcomer record the shortcut and choose the folders to search; each choice is stored at
+/// once. Main thread only.
+class OnboardingViewController : public SetupView
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        SearchBaseFinder &searchBaseFinder;
+        const FolderIdentity &folderIdentity;
+        FolderLister &folderLister;
+        QLNShortcutMonitor &shortcutMonitor;
+        QLNShortcutBinder &shortcutBinder;
+        HotKey &hotKey;
+        Clipboard &clipboard;
+        TaskQueue &background;
+        TaskQueue &main;
+    };
+
+    /// All of them outlive this. The home folder, by its absolute path, is the first on offer.
+    OnboardingViewController(const Services &services, const std::string &home,
+                             OnboardingDelegate &delegate);
+    ~OnboardingViewController() override;
+
+    void setPanelPalette(const PanelPalette &palette) override;
+
+    /// Searches these folders too, as if the user had chosen them.
+    void addFolders(const std::vector<std::string> &paths);
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    class Checkmark;
+
+    QWidget *buildShortcutPart();
+    QWidget *buildCommand();
+    QWidget *buildFoldersPart();
+    QLayout *buildDone();
+    QWidget *part(const QString &title, const QString &sentence);
+
+    FolderChoice *offer(const std::string &path, const QString &name);
+    void showStoredFolders();
+    void showChosen(const std::vector<std::string> &paths);
+    void setChosen(FolderChoice &choice, bool isChosen);
+    void chooseFolderButtonClicked();
+    void doneButtonClicked();
+    void refresh();
+
+    Services services_;
+    OnboardingDelegate &delegate_;
+    PanelPalette palette_ = PanelPalette::light();
+    std::vector<FolderChoice *> choices_;
+
+    QLNShortcutView *shortcutView_ = nullptr;
+    QWidget *command_ = nullptr;
+    QVBoxLayout *choicesLayout_ = nullptr;
+    PanelButton *chooseFolderButton_ = nullptr;
+    Checkmark *checkmarkImageView_ = nullptr;
+    QLabel *chooseFolderDoneLabel_ = nullptr;
+    FormNote *folderNote_ = nullptr;
+    QLabel *missingLabel_ = nullptr;
+    PanelButton *doneButton_ = nullptr;
+    QBasicTimer timer_;
+};
+
+} // namespace quillon

@@ -1,0 +1,223 @@
+#include "app/setup/OnboardingViewController.h"
+
+#include "app/setup/SetupWindow.h"
+#include "app/widgets/FolderChooser.h"
+#include "indexing/SearchBaseFinder.h"
+#include "platform/Clipboard.h"
+#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/StatxFolderIdentity.h"
+#include "shortcut/QLNShortcutBinder.h"
+#include "shortcut/QLNShortcutMonitor.h"
+#include "tests/support/FakeDefaultsChanges.h"
+#include "tests/support/FakeHotKey.h"
+#include "tests/support/PlainWindowSystem.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int PATIENCE = 20000; // milliseconds
+
+class TextClipboard : public Clipboard
+{
+public:
+    void setString(const std::string &text) override { held = text; }
+    std::string held;
+};
+
+} // namespace
+
+/// The window over a real home folder, with the settings in a real file.
+class OnboardingTest : public testing::Test, protected OnboardingDelegate
+{
+protected:
+    OnboardingTest()
+    {
+        for (const char *folder : {"home/docs/taxes", "home/node_modules/x", "home/.hidden"})
+            disk.makeFolder(folder);
+    }
+    ~OnboardingTest() override
+    {
+        window.reset();
+        background.finish(std::chrono::milliseconds(PATIENCE));
+        main.close();
+    }
+
+    void onboardingFinished() override { ++finished; }
+
+    void show()
+    {
+        controller = new OnboardingViewController({.searchBaseFinder = finder,
+                                                   .folderIdentity = identity,
+                                                   .folderLister = lister,
+                                                   .shortcutMonitor = monitor,
+                                                   .shortcutBinder = binder,
+                                                   .hotKey = hotKey,
+                                                   .clipboard = clipboard,
+                                                   .background = background,
+                                                   .main = main},
+                                                  home, *this);
+        window =
+            std::make_unique<SetupWindow>(QStringLiteral("Set Up Quillon"), controller, system);
+        window->present();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
+    /// The visible button or box that this is said of.
+    QAbstractButton *button(const QString &text) const
+    {
+        const auto buttons = window->findChildren<QAbstractButton *>();
+        const auto found = std::ranges::find_if(buttons, [&](const QAbstractButton *each) {
+            return each->isVisible() && (QString(each->text()).remove(u'&').startsWith(text) ||
+                                         each->accessibleName().contains(text));
+        });
+        return found == buttons.end() ? nullptr : *found;
+    }
+    bool says(const QString &text) const
+    {
+        return std::ranges::any_of(window->findChildren<QLabel *>(), [&](const QLabel *label) {
+            return label->isVisible() && label->text().contains(text);
+        });
+    }
+    bool comesToSay(const QString &text) const
+    {
+        return QTest::qWaitFor([&] { return says(text); }, PATIENCE);
+    }
+    void storeShortcut() { monitor.store(QLNShortcut::fromText("Ctrl+Alt+Space")); }
+    std::vector<std::string> stored()
+    {
+        std::vector<std::string> paths;
+        for (const auto &[path, data] : finder.bookmarks.load())
+            paths.push_back(path);
+        return paths;
+    }
+
+    TemporaryFolder disk;
+    const std::string home = disk.makeFolder("home");
+    JsonDefaultsStore store{disk.path("settings/quillon.json")};
+    FakeDefaultsChanges changes;
+    StatxFolderIdentity identity;
+    PosixFolderLister lister;
+    SearchBaseFinder finder{store, identity};
+    FakeHotKey hotKey;
+    QLNShortcutMonitor monitor{store, changes};
+    QLNShortcutBinder binder{monitor, hotKey};
+    TextClipboard clipboard;
+    PlainWindowSystem system;
+    MainTaskQueue main;
+    PoolTaskQueue background{2};
+    OnboardingViewController *controller = nullptr;
+    std::unique_ptr<SetupWindow> window;
+    int finished = 0;
+};
+
+TEST_F(OnboardingTest, asksForAShortcutAndAFolderAndThenIsDone)
+{
+    show();
+    EXPECT_TRUE(says(QStringLiteral("Record a shortcut and choose a folder to go on.")));
+    EXPECT_FALSE(button(QStringLiteral("Done"))->isEnabled());
+    EXPECT_TRUE(comesToSay(QStringLiteral("3 folders"))) << "as the index would hold them";
+    EXPECT_THAT(stored(), IsEmpty());
+
+    button(QStringLiteral("Home folder"))->click();
+    ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen")));
+    EXPECT_THAT(stored(), ElementsAre(home));
+    EXPECT_TRUE(says(QStringLiteral("Record a shortcut to go on.")));
+
+    storeShortcut();
+    EXPECT_TRUE(button(QStringLiteral("Done"))->isEnabled());
+    button(QStringLiteral("Home folder"))->click();
+    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(says(QStringLiteral("Choose a folder to go on.")));
+
+    button(QStringLiteral("Home folder"))->click();
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return button(QStringLiteral("Done"))->isEnabled(); }, PATIENCE));
+    QTest::keyClick(button(QStringLiteral("Done")), Qt::Key_Space);
+    EXPECT_EQ(finished, 1);
+    EXPECT_EQ(monitor.shortcut(), QLNShortcut::fromText("Ctrl+Alt+Space"));
+}
+
+TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
+{
+    disk.makeFolder("work/one");
+    disk.makeFolder("work/two");
+    show();
+    button(QStringLiteral("Choose Folder…"))->click();
+    auto *chooser = window->findChild<FolderChooser *>();
+    ASSERT_NE(chooser, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(chooser));
+    chooser->setDirectory(QString::fromStdString(disk.path("work")));
+    auto *list = chooser->findChild<QAbstractItemView *>(QStringLiteral("listView"));
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return list->model()->rowCount(list->rootIndex()) == 2; }, PATIENCE));
+    list->selectAll();
+    QMetaObject::invokeMethod(chooser, "accept");
+    ASSERT_TRUE(comesToSay(QStringLiteral("2 folders chosen")));
+    EXPECT_THAT(stored(), ElementsAre(disk.path("work/one"), disk.path("work/two")));
+}
+
+TEST_F(OnboardingTest, refusesWhatCannotBeSearchedAndSaysWhy)
+{
+    const std::string file = disk.writeFile("file.txt");
+    finder.bookmarks.add(home);
+    show();
+    ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen"))) << "chosen earlier";
+    controller->addFolders({file, disk.path("gone"), home, home + "/docs", home + "/.hidden"});
+    ASSERT_TRUE(comesToSay(QStringLiteral("2 folders chosen"))) << "hidden ones are not in it yet";
+    for (const std::string &path : {file, disk.path("gone")})
+        EXPECT_TRUE(says(QStringLiteral("“%1” is no folder.").arg(QString::fromStdString(path))));
+    EXPECT_TRUE(
+        says(QStringLiteral("“%1” is searched already.").arg(QString::fromStdString(home))));
+    EXPECT_TRUE(says(QStringLiteral("/docs” is searched already, as a part of “")));
+    EXPECT_THAT(stored(), ElementsAre(home, home + "/.hidden"));
+}
+
+TEST_F(OnboardingTest, givesTheCommandToBindWhereNoKeyCanBeHad)
+{
+    finder.bookmarks.add(home);
+    show();
+    EXPECT_FALSE(says(QStringLiteral("quillon --toggle")));
+    hotKey.possible = false;
+    ASSERT_TRUE(comesToSay(QStringLiteral("quillon --toggle"))) << "known some time later";
+    button(QStringLiteral("Copy"))->click();
+    EXPECT_EQ(clipboard.held, "quillon --toggle");
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return button(QStringLiteral("Done"))->isEnabled(); }, PATIENCE));
+    button(QStringLiteral("Done"))->click();
+    EXPECT_EQ(finished, 1);
+    EXPECT_EQ(store.string("ShowQLNShortcut"), "desktop");
+}
+
+TEST_F(OnboardingTest, staysWhenTheSettingsCannotBeWritten)
+{
+    disk.writeFile("settings"); // where a folder would be needed
+    show();
+    button(QStringLiteral("Home folder"))->click();
+    EXPECT_TRUE(comesToSay(QStringLiteral("The settings could not be written.")));
+    EXPECT_FALSE(button(QStringLiteral("Done"))->isEnabled());
+}
+
+TEST_F(OnboardingTest, stopsCountingWhenItIsHidden)
+{
+    show();
+    window->hide();
+    EXPECT_TRUE(background.finish(std::chrono::milliseconds(PATIENCE)));
+    EXPECT_FALSE(window->isVisible());
+}
+
+} // namespace quillon
