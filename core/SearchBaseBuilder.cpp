@@ -59,7 +59,9 @@ void SearchBaseBuilder::build()
 
 void SearchBaseBuilder::buildReturned(SearchLocations locations)
 {
-    lastBuild_ = {.locations = std::move(locations), .took = elapsed()};
+    lastBuild_ = {.locations = std::move(locations),
+                  .ended = std::chrono::system_clock::now(),
+                  .took = elapsed()};
     endUnlessWantedAgain();
 }
 

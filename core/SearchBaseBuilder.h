@@ -58,6 +58,7 @@ public:
     struct Build
     {
         SearchLocations locations;
+        std::chrono::system_clock::time_point ended;
         std::chrono::duration<double> took{};
     };
 

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "app/preferences/search/PatternHits.h"
+#include "app/widgets/FormSheet.h"
+
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+class QLineEdit;
+
+namespace quillon {
+
+class FormNote;
+class SearchBaseFinder;
+class TaskQueue;
+struct PathIndex;
+
+/// Asks for a text that keeps folders out of the index, and says beforehand which of those indexed
+/// it would. A text that would leave nothing is added only once that has been said.
+class AddExcludePatternSearchLocation : public FormSheet
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        SearchBaseFinder &searchBaseFinder;
+        /// Lives as long as tasks run on the background queue.
+        const PathIndex &index;
+        TaskQueue &background;
+        TaskQueue &main;
+    };
+
+    AddExcludePatternSearchLocation(const Services &services, std::function<void()> added,
+                                    const PanelPalette &palette, QWidget *over);
+    ~AddExcludePatternSearchLocation() override;
+
+private:
+    struct Answer
+    {
+        std::string pattern;
+        PatternHits hits;
+    };
+
+    std::string pattern() const;
+    bool isListed(const std::string &pattern) const;
+    void textChanged();
+    void findHits();
+    void hitsFound(Answer answer);
+    void showHits(const PatternHits &hits);
+    void confirm();
+    void add();
+
+    Services services_;
+    std::function<void()> added_;
+    QLineEdit *patternTextField_;
+    FormNote *note_;
+    /// Typing has settled.
+    QTimer settled_;
+    std::stop_source search_;
+    std::optional<Answer> answer_;
+    /// The user wants it added as soon as its hits are known.
+    bool isConfirmed_ = false;
+};
+
+} // namespace quillon

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "app/widgets/FormSheet.h"
+
+#include <functional>
+
+class QLineEdit;
+
+namespace quillon {
+
+class FormNote;
+class SearchBaseFinder;
+
+/// Asks for an extension whose files are indexed as folders are.
+class AddIncludeFilePatternViewController : public FormSheet
+{
+    Q_OBJECT
+
+public:
+    AddIncludeFilePatternViewController(SearchBaseFinder &finder, std::function<void()> added,
+                                        const PanelPalette &palette, QWidget *over);
+
+private:
+    void textChanged();
+    /// Empty when nothing is wrong.
+    QString fault() const;
+    void confirm();
+
+    SearchBaseFinder &finder_;
+    std::function<void()> added_;
+    QLineEdit *extensionTextField_;
+    FormNote *note_;
+};
+
+} // namespace quillon

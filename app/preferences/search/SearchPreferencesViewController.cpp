@@ -1,0 +1,349 @@
+#include "app/preferences/search/SearchPreferencesViewController.h"
+
+#include "app/preferences/PreferenceTexts.h"
+#include "app/preferences/search/AddExcludePatternSearchLocation.h"
+#include "app/preferences/search/AddIncludeFilePatternViewController.h"
+#include "app/widgets/FolderChooser.h"
+#include "app/widgets/FormNote.h"
+#include "app/widgets/FormTable.h"
+#include "app/widgets/IncludeFolders.h"
+#include "app/widgets/PanelButton.h"
+#include "app/widgets/PanelMetrics.h"
+#include "app/widgets/SegmentedControl.h"
+#include "core/SearchBase.h"
+#include "indexing/SearchBaseFinder.h"
+#include "platform/TaskQueue.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDropEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QMenu>
+#include <QMimeData>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPointer>
+
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+constexpr int STATUS_MILLISECONDS = 1000;
+constexpr int FLAG = 20;
+
+/// In the order of the list.
+std::vector<std::shared_ptr<const SearchBaseLocation>> readLocations(SearchBaseFinder &finder)
+{
+    std::vector<std::shared_ptr<const SearchBaseLocation>> all;
+    for (const auto &location : finder.includeLocations())
+        all.push_back(std::make_shared<IncludePathSearchBaseLocation>(location));
+    for (const auto &location : finder.includeFilePatternLocations())
+        all.push_back(std::make_shared<IncludeFilePatternSearchBaseLocation>(location));
+    for (const auto &location : finder.excludeLocations())
+        all.push_back(std::make_shared<ExcludePatternSearchBaseLocation>(location));
+    return all;
+}
+
+bool isSame(const SearchBaseLocation &a, const SearchBaseLocation &b)
+{
+    return a.type() == b.type() && a.mainText() == b.mainText();
+}
+
+/// Seen by the translators.
+[[maybe_unused]] constexpr const char *SUFFIXES[] = {
+    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Include Folder, Recursive"),
+    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Exclude Pattern"),
+    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Include Files with Extension"),
+};
+
+QString drawnSuffix(const SearchBaseLocation &location)
+{
+    const std::string suffix(location.kindSuffix());
+    return QCoreApplication::translate("SearchBaseLocation", suffix.c_str());
+}
+
+QString counted(std::size_t number)
+{
+    return QLocale().toString(static_cast<qulonglong>(number));
+}
+
+QString drawnTime(std::chrono::system_clock::time_point time)
+{
+    const QDateTime local =
+        QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(time));
+    const bool isToday = local.date() == QDate::currentDate();
+    return isToday ? QLocale().toString(local.time(), QLocale::ShortFormat)
+                   : QLocale().toString(local, QLocale::ShortFormat);
+}
+
+} // namespace
+
+/// An arrow that goes round.
+class SearchPreferencesViewController::FlagImage : public QWidget
+{
+public:
+    explicit FlagImage(QWidget *parent) : QWidget(parent) { setFixedSize(FLAG, FLAG); }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(palette().color(QPalette::Link), 2, Qt::SolidLine, Qt::RoundCap));
+        painter.drawArc(QRectF(4, 4, 12, 12), 60 * 16, 270 * 16);
+        QPainterPath tip(QPointF(12.2, 0.8));
+        tip.lineTo(17.4, 5.2);
+        tip.lineTo(11.2, 7.6);
+        tip.closeSubpath();
+        painter.fillPath(tip, palette().color(QPalette::Link));
+    }
+};
+
+SearchPreferencesViewController::SearchPreferencesViewController(
+    const Services &services, SearchPreferencesDelegate &delegate, QWidget *parent)
+    : FormPane(parent),
+      searchLocationsTableView(
+          new FormTable(QStringLiteral("SearchLocationsTableViewRowIdentifier"), this)),
+      searchLocationsSegmentedControl(new SegmentedControl({tr("A&dd"), tr("&Remove")}, this)),
+      rebuildFlagImage(new FlagImage(this)),
+      rebuildButton(new PanelButton(tr("Re&build Now"), PanelButton::Rank::secondary, this)),
+      services_(services),
+      delegate_(delegate),
+      flagLabel_(new QLabel(tr("Changed since the last build"), this))
+{
+    setAcceptDrops(true);
+    searchLocationsTableView->setAccessibleName(tr("Search locations"));
+    searchLocationsTableView->setPlaceholder(tr("Drop folders here to search them"));
+    addWideNote(tr("What is searched, and what is left out of it. Folders can be dropped here."));
+    addWide(searchLocationsTableView);
+    buildMenu();
+    buildControls();
+    note_ = addWideNote();
+    statusNote_ = addWideNote();
+    services_.builder.addObserver(*this);
+    updateFlag();
+}
+
+SearchPreferencesViewController::~SearchPreferencesViewController()
+{
+    services_.builder.removeObserver(*this);
+}
+
+void SearchPreferencesViewController::buildMenu()
+{
+    auto *menu = new QMenu(this);
+    menu->addAction(tr("Add Search Folder (recursive search)"), this,
+                    &SearchPreferencesViewController::chooseFolders);
+    menu->addAction(tr("Exclude Folders Matching Pattern"), this,
+                    &SearchPreferencesViewController::excludePattern);
+    menu->addAction(tr("Include Files with Extension"), this,
+                    &SearchPreferencesViewController::includeExtension);
+    searchLocationsSegmentedControl->setMenu(ADD, menu);
+}
+
+void SearchPreferencesViewController::buildControls()
+{
+    auto *controls = new QWidget(this);
+    auto *line = new QHBoxLayout(controls);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(metrics::INSET);
+    line->addWidget(searchLocationsSegmentedControl, 1);
+    line->addWidget(rebuildFlagImage);
+    line->addWidget(flagLabel_);
+    line->addWidget(rebuildButton);
+    addWide(controls);
+
+    const auto enableRemoval = [this] {
+        searchLocationsSegmentedControl->setSegmentEnabled(
+            REMOVE, searchLocationsTableView->selectedRow().has_value());
+    };
+    connect(searchLocationsTableView, &FormTable::selectedRowChanged, this, enableRemoval);
+    connect(searchLocationsTableView, &FormTable::removalRequested, this,
+            &SearchPreferencesViewController::removeSelected);
+    connect(searchLocationsSegmentedControl, &SegmentedControl::segmentClicked, this,
+            [this](int segment) {
+                if (segment == REMOVE)
+                    removeSelected();
+            });
+    connect(rebuildButton, &QPushButton::clicked, this, [this] { delegate_.rebuildSearchBase(); });
+    enableRemoval();
+}
+
+void SearchPreferencesViewController::setPanelPalette(const PanelPalette &palette)
+{
+    FormPane::setPanelPalette(palette);
+    for (auto *sheet : window()->findChildren<FormSheet *>())
+        sheet->setPanelPalette(palette);
+}
+
+// The list
+
+void SearchPreferencesViewController::showStored()
+{
+    if (!isVisible())
+        return;
+    services_.background.post([services = services_, asked = ++asked_, self = QPointer(this)] {
+        services.main.post([locations = readLocations(services.searchBaseFinder),
+                            stored = SearchLocations::of(services.searchBaseFinder), asked, self] {
+            if (self && asked == self->asked_)
+                self->showLocations(locations, stored);
+        });
+    });
+}
+
+void SearchPreferencesViewController::showLocations(Locations locations, SearchLocations stored)
+{
+    locations_ = std::move(locations);
+    stored_ = std::move(stored);
+    QList<QList<FormTextRun>> rows;
+    bool isStillThere = false;
+    for (const auto &location : locations_) {
+        rows << QList<FormTextRun>{{QString::fromStdString(location->mainText()), true},
+                                   {drawnSuffix(*location), false}};
+        isStillThere = isStillThere || (removed_ && isSame(*location, *removed_));
+    }
+    searchLocationsTableView->setRows(rows);
+    if (isStillThere)
+        note_->sayFault(writeFault());
+    removed_.reset();
+    updateFlag();
+}
+
+void SearchPreferencesViewController::removeSelected()
+{
+    const auto row = searchLocationsTableView->selectedRow();
+    if (!row)
+        return;
+    note_->sayFault({});
+    removed_ = locations_.at(static_cast<std::size_t>(*row));
+    services_.searchBaseFinder.remove(*removed_);
+    showStored();
+}
+
+void SearchPreferencesViewController::chooseFolders()
+{
+    auto *chooser = new FolderChooser(tr("Choose the folders to search"), panelPalette(), window());
+    connect(chooser, &FolderChooser::foldersChosen, this,
+            &SearchPreferencesViewController::addFolders);
+    chooser->open();
+}
+
+void SearchPreferencesViewController::addFolders(const std::vector<std::string> &paths)
+{
+    services_.background.post([services = services_, paths, self = QPointer(this)] {
+        const IncludeFolders include(
+            {services.searchBaseFinder, services.folderIdentity, services.folderLister});
+        services.main.post([outcome = include.add(paths), self] {
+            if (!self)
+                return;
+            self->note_->sayFault(outcome.faults);
+            self->showStored();
+        });
+    });
+}
+
+void SearchPreferencesViewController::excludePattern()
+{
+    auto *sheet = new AddExcludePatternSearchLocation(
+        {.searchBaseFinder = services_.searchBaseFinder,
+         .index = services_.searchBase.searchBaseMatcher().index(),
+         .background = services_.background,
+         .main = services_.main},
+        [this] { showStored(); }, panelPalette(), window());
+    sheet->open();
+}
+
+void SearchPreferencesViewController::includeExtension()
+{
+    auto *sheet = new AddIncludeFilePatternViewController(
+        services_.searchBaseFinder, [this] { showStored(); }, panelPalette(), window());
+    sheet->open();
+}
+
+void SearchPreferencesViewController::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!draggedPaths(*event->mimeData()).empty())
+        event->acceptProposedAction();
+}
+
+void SearchPreferencesViewController::dropEvent(QDropEvent *event)
+{
+    event->acceptProposedAction();
+    addFolders(draggedPaths(*event->mimeData()));
+}
+
+// The state of the index
+
+void SearchPreferencesViewController::buildBegan()
+{
+    updateFlag();
+    updateStatus();
+}
+
+void SearchPreferencesViewController::buildEnded()
+{
+    updateFlag();
+    updateStatus();
+}
+
+void SearchPreferencesViewController::updateFlag()
+{
+    const auto &build = services_.builder.lastBuild();
+    const bool isChanged =
+        stored_ && !services_.builder.isBuilding() && (!build || build->locations != *stored_);
+    rebuildFlagImage->setVisible(isChanged);
+    flagLabel_->setVisible(isChanged);
+    rebuildButton->setEnabled(!services_.builder.isBuilding());
+}
+
+void SearchPreferencesViewController::updateStatus()
+{
+    const QString text = status();
+    if (isVisible() && text != statusNote_->text())
+        statusNote_->setSentence(text);
+}
+
+QString SearchPreferencesViewController::status() const
+{
+    constexpr double MEGA = 1e6;
+    const std::size_t count = services_.searchBase.count();
+    const QString folders = count == 1 ? tr("1 folder") : tr("%1 folders").arg(counted(count));
+    if (services_.builder.isBuilding())
+        return tr("Indexing: %1 so far.").arg(folders);
+    QStringList parts{tr("%1 indexed").arg(folders)};
+    if (const auto watched = services_.searchBase.watchStatus())
+        parts << tr("%1 of %2 watched").arg(counted(watched->watched), counted(watched->folders));
+    const auto bytes = static_cast<double>(services_.searchBase.searchBaseMatcher().bytes());
+    parts << tr("%1 MB of memory").arg(QLocale().toString(bytes / MEGA, 'f', 1));
+    if (const auto &build = services_.builder.lastBuild())
+        parts << tr("built at %1 in %2 s")
+                     .arg(drawnTime(build->ended), QLocale().toString(build->took.count(), 'f', 1));
+    return parts.join(QStringLiteral(" · "));
+}
+
+void SearchPreferencesViewController::timerEvent(QTimerEvent *)
+{
+    updateStatus();
+}
+
+void SearchPreferencesViewController::showEvent(QShowEvent *event)
+{
+    FormPane::showEvent(event);
+    showStored();
+    updateFlag();
+    updateStatus();
+    statusTimer_.start(STATUS_MILLISECONDS, this);
+}
+
+void SearchPreferencesViewController::hideEvent(QHideEvent *event)
+{
+    statusTimer_.stop();
+    note_->sayFault({});
+    FormPane::hideEvent(event);
+}
+
+} // namespace quillon

@@ -1,0 +1,121 @@
+#pragma once
+
+#include "app/widgets/FormPane.h"
+#include "core/SearchBaseBuilder.h"
+
+#include <QBasicTimer>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class QLabel;
+
+namespace quillon {
+
+class FolderIdentity;
+class FolderLister;
+class FormNote;
+class FormTable;
+class PanelButton;
+class SearchBase;
+class SearchBaseFinder;
+class SearchBaseLocation;
+class SegmentedControl;
+class TaskQueue;
+
+/// What the pane asks of the application around it.
+class SearchPreferencesDelegate
+{
+public:
+    SearchPreferencesDelegate() = default;
+    virtual ~SearchPreferencesDelegate() = default;
+    SearchPreferencesDelegate(const SearchPreferencesDelegate &) = delete;
+    SearchPreferencesDelegate &operator=(const SearchPreferencesDelegate &) = delete;
+
+    virtual void rebuildSearchBase() = 0;
+};
+
+/// What is searched: the list of search locations, what comes into it and goes, and how the index
+/// stands. Main thread only.
+class SearchPreferencesViewController : public FormPane, private SearchBaseBuildObserver
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        SearchBase &searchBase;
+        SearchBaseBuilder &builder;
+        SearchBaseFinder &searchBaseFinder;
+        const FolderIdentity &folderIdentity;
+        FolderLister &folderLister;
+        TaskQueue &background;
+        TaskQueue &main;
+    };
+
+    /// All of them outlive this.
+    SearchPreferencesViewController(const Services &services, SearchPreferencesDelegate &delegate,
+                                    QWidget *parent = nullptr);
+    ~SearchPreferencesViewController() override;
+
+    void showStored() override;
+    void setPanelPalette(const PanelPalette &palette) override;
+
+    /// Searches these folders too, as if the user had chosen them.
+    void addFolders(const std::vector<std::string> &paths);
+
+    FormTable *const searchLocationsTableView;
+    /// Segment 0 opens the menu of what can be added, segment 1 removes the selected location.
+    SegmentedControl *const searchLocationsSegmentedControl;
+    /// Shown while the settings say something else than they did for the index.
+    QWidget *const rebuildFlagImage;
+    PanelButton *const rebuildButton;
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    class FlagImage;
+    enum Segment
+    {
+        ADD,
+        REMOVE,
+    };
+    using Locations = std::vector<std::shared_ptr<const SearchBaseLocation>>;
+
+    void buildBegan() override;
+    void buildEnded() override;
+
+    void buildMenu();
+    void buildControls();
+    void chooseFolders();
+    void excludePattern();
+    void includeExtension();
+    void removeSelected();
+    void showLocations(Locations locations, SearchLocations stored);
+    void updateFlag();
+    void updateStatus();
+    QString status() const;
+
+    Services services_;
+    SearchPreferencesDelegate &delegate_;
+    QLabel *flagLabel_;
+    FormNote *note_;
+    FormNote *statusNote_;
+    /// As the table shows them.
+    Locations locations_;
+    /// What the settings say; known once the pane was shown.
+    std::optional<SearchLocations> stored_;
+    /// What was to be removed, until the list shows whether it was.
+    std::shared_ptr<const SearchBaseLocation> removed_;
+    /// Counts the times that the list was asked for: only the last answer is shown.
+    unsigned asked_ = 0;
+    QBasicTimer statusTimer_;
+};
+
+} // namespace quillon

@@ -1,0 +1,286 @@
+#include "app/preferences/search/SearchPreferencesViewController.h"
+
+#include "app/preferences/search/AddExcludePatternSearchLocation.h"
+#include "app/preferences/search/AddIncludeFilePatternViewController.h"
+#include "app/widgets/FolderChooser.h"
+#include "app/widgets/FormNote.h"
+#include "app/widgets/FormTable.h"
+#include "app/widgets/PanelButton.h"
+#include "app/widgets/SegmentedControl.h"
+#include "core/SearchBase.h"
+#include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseLogger.h"
+#include "platform/InlineTaskQueue.h"
+#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/StatxFolderIdentity.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QAbstractButton>
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+
+namespace quillon {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr int PATIENCE = 20000; // milliseconds
+
+} // namespace
+
+/// The pane in a window of its own over a real index, with the settings in a real file. What goes
+/// to a queue is done at once.
+class SearchPaneTest : public testing::Test, public SearchPreferencesDelegate
+{
+protected:
+    SearchPaneTest()
+    {
+        disk.makeFolder("tree/alpha/old");
+        disk.makeFolder("tree/beta");
+        finder.bookmarks.add(tree);
+        store.set("exclude-folder-patterns", {DefaultsArray{{std::string("_extras")}}});
+        store.set("include-file-patterns", {DefaultsArray{{std::string("xcodeproj")}}});
+    }
+    void SetUp() override
+    {
+        builder.start();
+        pane = std::make_unique<SearchPreferencesViewController>(
+            SearchPreferencesViewController::Services{.searchBase = searchBase,
+                                                      .builder = builder,
+                                                      .searchBaseFinder = finder,
+                                                      .folderIdentity = identity,
+                                                      .folderLister = lister,
+                                                      .background = queue,
+                                                      .main = queue},
+            *this);
+        pane->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(pane.get()));
+    }
+
+    void rebuildSearchBase() override
+    {
+        ++rebuilds;
+        builder.start();
+    }
+
+    std::vector<std::string> rows() const
+    {
+        std::vector<std::string> texts;
+        for (int row = 0; row < pane->searchLocationsTableView->rowCount(); ++row)
+            texts.push_back(pane->searchLocationsTableView->rowText(row).toStdString());
+        return texts;
+    }
+    void choose(int entry) const
+    {
+        const auto menus = pane->findChildren<QMenu *>();
+        menus.front()->actions().at(entry)->trigger();
+    }
+    static void type(const FormSheet &sheet, const QString &text)
+    {
+        auto *field = sheet.findChild<QLineEdit *>();
+        field->selectAll();
+        QTest::keyClicks(field, text);
+    }
+    /// As if Return were pressed.
+    static void confirm(FormSheet &sheet) { sheet.confirmationButton().click(); }
+    static std::string noteOf(const FormSheet &sheet)
+    {
+        return sheet.findChild<FormNote *>()->text().toStdString();
+    }
+    /// The open sheet; a closed one goes a little later.
+    template <typename Sheet>
+    Sheet *sheet() const
+    {
+        const auto sheets = pane->findChildren<Sheet *>();
+        const auto found = std::ranges::find_if(sheets, &QWidget::isVisible);
+        return found == sheets.end() ? nullptr : *found;
+    }
+    bool says(const QString &text) const
+    {
+        return std::ranges::any_of(pane->findChildren<FormNote *>(), [&](const FormNote *note) {
+            return note->isVisible() && note->text().contains(text);
+        });
+    }
+    std::vector<std::string> patterns() const
+    {
+        return *store.stringArray("exclude-folder-patterns");
+    }
+
+    TemporaryFolder disk;
+    const std::string tree = disk.makeFolder("tree");
+    JsonDefaultsStore store{disk.path("settings/quillon.json")};
+    StatxFolderIdentity identity;
+    PosixFolderLister lister;
+    SearchBaseFinder finder{store, identity};
+    SearchBaseLogger logger{store};
+    FuzzyMatch matcher;
+    InlineTaskQueue queue;
+    SearchBase searchBase{
+        nullptr, finder, matcher, {.folderLister = lister, .logger = logger, .mainQueue = queue}};
+    SearchBaseBuilder builder{
+        {.searchBase = searchBase, .searchBaseFinder = finder, .background = queue, .main = queue}};
+    std::unique_ptr<SearchPreferencesViewController> pane;
+    int rebuilds = 0;
+};
+
+TEST_F(SearchPaneTest, listsWhatIsSearchedInItsOrder)
+{
+    EXPECT_THAT(rows(), ElementsAre(tree + " – Include Folder, Recursive",
+                                    "xcodeproj – Include Files with Extension",
+                                    "_extras – Exclude Pattern"));
+    EXPECT_TRUE(says(QStringLiteral("4 folders indexed · ")));
+    EXPECT_TRUE(says(QStringLiteral("MB of memory · built at ")));
+    EXPECT_FALSE(pane->rebuildFlagImage->isVisible());
+
+    // Another hand.
+    store.set("exclude-folder-patterns", {DefaultsArray{{std::string("wp")}}});
+    pane->showStored();
+    EXPECT_EQ(rows().back(), "wp – Exclude Pattern");
+    EXPECT_TRUE(pane->rebuildFlagImage->isVisible());
+}
+
+TEST_F(SearchPaneTest, offersWhatCanBeAdded)
+{
+    QStringList texts;
+    for (const QAction *action : pane->findChildren<QMenu *>().front()->actions())
+        texts << action->text();
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("Add Search Folder (recursive search)"),
+                                  QStringLiteral("Exclude Folders Matching Pattern"),
+                                  QStringLiteral("Include Files with Extension")}));
+    choose(0);
+    EXPECT_NE(pane->findChild<FolderChooser *>(), nullptr);
+}
+
+TEST_F(SearchPaneTest, removesTheSelectedLocation)
+{
+    QAbstractButton *remove = pane->searchLocationsSegmentedControl->segment(1);
+    EXPECT_FALSE(remove->isEnabled());
+    for (std::size_t left = 2; left < 3; --left) {
+        pane->searchLocationsTableView->selectRow(static_cast<int>(left));
+        remove->click();
+        EXPECT_EQ(rows().size(), left);
+    }
+    EXPECT_TRUE(patterns().empty());
+    EXPECT_TRUE(store.stringArray("include-file-patterns")->empty());
+    EXPECT_TRUE(store.dictionary("qln-bookmarks")->empty());
+    EXPECT_TRUE(pane->rebuildFlagImage->isVisible());
+}
+
+TEST_F(SearchPaneTest, flagsTheIndexUntilItIsRebuilt)
+{
+    pane->addFolders({disk.makeFolder("other")});
+    EXPECT_TRUE(pane->rebuildFlagImage->isVisible());
+    pane->rebuildButton->click();
+    EXPECT_EQ(rebuilds, 1);
+    EXPECT_FALSE(pane->rebuildFlagImage->isVisible());
+    EXPECT_TRUE(says(QStringLiteral("5 folders indexed")));
+
+    pane->searchLocationsTableView->selectRow(0);
+    pane->searchLocationsSegmentedControl->segment(1)->click();
+    EXPECT_TRUE(pane->rebuildFlagImage->isVisible());
+    pane->addFolders({disk.path("other")});
+    EXPECT_FALSE(pane->rebuildFlagImage->isVisible()) << "as it was";
+}
+
+TEST_F(SearchPaneTest, takesDroppedFoldersByteForByte)
+{
+    const std::string strange = disk.makeFolder("caf\xe9 #1");
+    disk.writeFile("file.txt");
+    QMimeData data;
+    const std::string start = "file://" + disk.path();
+    data.setData(QStringLiteral("text/uri-list"),
+                 QByteArray::fromStdString(start + "/caf%E9%20%231\r\n" + start +
+                                           "/file.txt\r\nhttp://example.org/\r\n"));
+    QDragEnterEvent enter(QPoint(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(pane.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(pane.get(), &drop);
+    EXPECT_TRUE(store.dictionary("qln-bookmarks")->contains(strange));
+    EXPECT_EQ(store.dictionary("qln-bookmarks")->size(), 2U);
+    EXPECT_TRUE(says(QStringLiteral("/file.txt” is no folder.")));
+}
+
+TEST_F(SearchPaneTest, saysWhatAPatternHitsBeforeItIsAdded)
+{
+    choose(1);
+    auto *add = sheet<AddExcludePatternSearchLocation>();
+    ASSERT_NE(add, nullptr);
+    confirm(*add);
+    EXPECT_THAT(noteOf(*add), HasSubstr("Which text"));
+    type(*add, QStringLiteral("_extras"));
+    EXPECT_EQ(noteOf(*add), "“_extras” is listed already.");
+    confirm(*add);
+    EXPECT_THAT(patterns(), ElementsAre("_extras"));
+
+    type(*add, QStringLiteral("alpha"));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return noteOf(*add).starts_with("Leaves out 2 of 4 indexed folders"); }, PATIENCE));
+    EXPECT_THAT(noteOf(*add), HasSubstr("tree/alpha"));
+    type(*add, QStringLiteral("no such name"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return noteOf(*add).starts_with("Nothing"); }, PATIENCE));
+    type(*add, QStringLiteral("beta"));
+    confirm(*add); // before the hits are known
+    EXPECT_EQ(sheet<AddExcludePatternSearchLocation>(), nullptr);
+    EXPECT_THAT(patterns(), ElementsAre("_extras", "beta"));
+    EXPECT_EQ(rows().back(), "beta – Exclude Pattern");
+}
+
+TEST_F(SearchPaneTest, addsAPatternThatLeavesNothingOnlyOnceThatWasSaid)
+{
+    choose(1);
+    auto *add = sheet<AddExcludePatternSearchLocation>();
+    type(*add, QStringLiteral("/tree/"));
+    confirm(*add);
+    EXPECT_THAT(noteOf(*add), HasSubstr("Leaves out everything that is indexed, 3 folders"));
+    EXPECT_THAT(noteOf(*add), HasSubstr("/tree/alpha"));
+    EXPECT_THAT(patterns(), ElementsAre("_extras"));
+    EXPECT_EQ(add->confirmationButton().text(), QStringLiteral("&Add Anyway"));
+    confirm(*add);
+    EXPECT_THAT(patterns(), ElementsAre("_extras", "/tree/"));
+}
+
+TEST_F(SearchPaneTest, takesExtensionsWithoutTheirDot)
+{
+    choose(2);
+    auto *add = sheet<AddIncludeFilePatternViewController>();
+    ASSERT_NE(add, nullptr);
+    confirm(*add);
+    EXPECT_THAT(noteOf(*add), HasSubstr("Which extension"));
+    for (const auto &[typed, fault] : {std::pair{"xcodeproj", "“xcodeproj” is listed already."},
+                                       {"tar.gz", "Only what follows the last dot counts: “gz”."},
+                                       {"a/b", "An extension holds no slash."}}) {
+        type(*add, QString::fromLatin1(typed));
+        EXPECT_EQ(noteOf(*add), fault);
+        confirm(*add);
+    }
+    auto *field = add->findChild<QLineEdit *>();
+    field->setText(QStringLiteral(".blend"));
+    EXPECT_EQ(field->text(), QStringLiteral("blend"));
+    EXPECT_THAT(noteOf(*add), HasSubstr("The dot is dropped"));
+    confirm(*add);
+    EXPECT_THAT(*store.stringArray("include-file-patterns"), ElementsAre("xcodeproj", "blend"));
+    EXPECT_EQ(rows()[2], "blend – Include Files with Extension");
+}
+
+TEST_F(SearchPaneTest, saysWhatCouldNotBeStored)
+{
+    std::filesystem::remove_all(disk.path("settings"));
+    disk.writeFile("settings"); // where a folder would be needed
+    pane->addFolders({disk.makeFolder("other")});
+    EXPECT_TRUE(says(QStringLiteral("could not be")));
+}
+
+} // namespace quillon
