@@ -257,9 +257,14 @@ SearchBase::Watched SearchBase::beginArming(const std::set<std::string> &pattern
 
 void SearchBase::startWatching(Watched watched, const std::stop_token &stop)
 {
+    if (!searchBaseWatcher_)
+        return;
+    // Asked before the lock is taken: a reset waits for no disk.
+    std::vector<std::string> paths = searchBaseWatcher_->pathsToWatch();
     const MutexLock lock(watching_);
-    if (searchBaseWatcher_ && !stop.stop_requested())
-        searchBaseWatcher_->startWatching(std::move(watched.items), std::move(watched.arming));
+    if (!stop.stop_requested())
+        searchBaseWatcher_->startWatching(std::move(paths), std::move(watched.items),
+                                          std::move(watched.arming));
 }
 
 void SearchBase::stopWatching()

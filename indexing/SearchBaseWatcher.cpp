@@ -46,13 +46,19 @@ SearchBaseWatcher::beginArming(std::shared_ptr<const FSEventItemTest> items)
     return services_.events.beginArming(std::move(items));
 }
 
-void SearchBaseWatcher::startWatching(std::shared_ptr<const FSEventItemTest> items,
-                                      std::shared_ptr<FSEventArming> armed)
+std::vector<std::string> SearchBaseWatcher::pathsToWatch()
 {
-    stopWatching();
     std::vector<std::string> paths;
     for (const IncludePathSearchBaseLocation &location : searchBaseFinder_.includeLocations())
         paths.push_back(location.url());
+    return paths;
+}
+
+void SearchBaseWatcher::startWatching(std::vector<std::string> paths,
+                                      std::shared_ptr<const FSEventItemTest> items,
+                                      std::shared_ptr<FSEventArming> armed)
+{
+    stopWatching();
     const std::stop_source stop;
     auto made = RillFSEventStream::make(
         services_.events,
@@ -60,7 +66,7 @@ void SearchBaseWatcher::startWatching(std::shared_ptr<const FSEventItemTest> ite
          .sinceWhen = RillFSEventsEventID::sinceNow(),
          .latency = services_.latency,
          .flags = {RillFSEventsCreateFlags::WATCH_ROOT},
-         .handler = [this, paths, token = stop.get_token()](
+         .handler = [this, paths = std::move(paths), token = stop.get_token()](
                         const RillFSEventsEvent &event) { received(event, paths, token); },
          .items = std::move(items),
          .armed = std::move(armed)});

@@ -63,8 +63,10 @@ public:
     /// What a crawl is given so that each folder is watched from before it is listed; null when
     /// nothing can be watched.
     std::shared_ptr<FSEventArming> beginArming(std::shared_ptr<const FSEventItemTest> items);
-    /// Watches the include folders, in place of what was watched before.
-    void startWatching(std::shared_ptr<const FSEventItemTest> items,
+    /// The include folders as they are now. Asks the disk and takes as long as that does.
+    std::vector<std::string> pathsToWatch();
+    /// Watches these paths, which are sorted, in place of what was watched before.
+    void startWatching(std::vector<std::string> paths, std::shared_ptr<const FSEventItemTest> items,
                        std::shared_ptr<FSEventArming> armed) EXCLUDES(mutex_);
     void stopWatching() EXCLUDES(mutex_);
 

@@ -17,6 +17,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,32 @@ struct FakeFrontItems final : FrontItemsSource
     bool isFrontmost = false;
     std::shared_ptr<FuzzyMatch> matcher;
     FrontItems::FilenameToPathMapping paths;
+};
+
+/// The disk's, which tells before it answers.
+class ObservedFolderIdentity final : public FolderIdentity
+{
+public:
+    bool isFolder(const std::string &path) const override { return asked().isFolder(path); }
+    bool isReadable(const std::string &path) const override { return asked().isReadable(path); }
+    std::optional<FolderId> identify(const std::string &path) const override
+    {
+        return asked().identify(path);
+    }
+    std::optional<std::string> find(const std::string &parent, const FolderId &id) const override
+    {
+        return asked().find(parent, id);
+    }
+    std::function<void()> onAsked;
+
+private:
+    const FolderIdentity &asked() const
+    {
+        if (onAsked)
+            onAsked();
+        return disk_;
+    }
+    StatxFolderIdentity disk_;
 };
 
 /// A search base with everything it works with, over the folders that a lister shows.
@@ -75,7 +102,7 @@ struct SearchBaseOver
     }
 
     FakeDefaultsStore store;
-    StatxFolderIdentity identity;
+    ObservedFolderIdentity identity;
     SearchBaseFinder finder{store, identity};
     DefaultsRecentAccessScoreDataStore counts{store};
     RecentAccessScore score{counts};

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <future>
 #include <ostream>
 #include <stop_token>
 #include <string>
@@ -102,6 +103,20 @@ TEST_F(SearchBaseWatchTest, doesNotWatchABuildThatEndsEarly)
     EXPECT_THAT(base_.indexed(), ElementsAre(root_, docs_));
     EXPECT_FALSE(base_.searchBase.watchStatus());
     base_.searchBase.settle();
+}
+
+TEST_F(SearchBaseWatchTest, canBeResetWhileTheDiskIsAskedWhatToWatch)
+{
+    std::future<void> reset;
+    base_.identity.onAsked = [&] {
+        if (base_.searchBase.count() == 0 || reset.valid())
+            return;
+        reset = std::async(std::launch::async, [&] { base_.searchBase.reset(); });
+        EXPECT_EQ(reset.wait_for(60s), std::future_status::ready);
+    };
+    base_.build();
+    EXPECT_TRUE(reset.valid());
+    EXPECT_THAT(service_.streams, IsEmpty());
 }
 
 struct ItemRow

@@ -52,6 +52,7 @@ protected:
         ignorePaths_.refresh();
         watcher_.setDelegate(receiver_);
     }
+    void start() { watcher_.startWatching(watcher_.pathsToWatch(), nullptr, nullptr); }
     FakeFSEventService::Stream &stream(std::size_t number) { return *service_.streams.at(number); }
 
     TemporaryFolder disk_;
@@ -70,7 +71,7 @@ protected:
 TEST_F(SearchBaseWatcherTest, watchesTheIncludeFoldersFromNowOn)
 {
     EXPECT_FALSE(watcher_.status());
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     ASSERT_EQ(service_.streams.size(), 1U);
     EXPECT_THAT(stream(0).request.paths, ElementsAre(root_, innerRoot_));
     EXPECT_EQ(stream(0).request.sinceWhen, FSEventStreamService::SINCE_NOW);
@@ -89,7 +90,7 @@ TEST_F(SearchBaseWatcherTest, watchesTheIncludeFoldersFromNowOn)
 
 TEST_F(SearchBaseWatcherTest, tellsOfAFolderOncePerBurst)
 {
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     const std::string docs = root_ + "/Docs";
     for (int i = 0; i < 10; ++i) {
         stream(0).send({docs, docs});
@@ -109,7 +110,7 @@ TEST_F(SearchBaseWatcherTest, tellsOfAFolderOncePerBurst)
 
 TEST_F(SearchBaseWatcherTest, leavesOutWhatConcernsNobody)
 {
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     stream(0).send({root_ + "/end-of-history"}, 0x10);
     stream(0).send({root_ + "/end-of-history-and-more"}, 0x11);
     stream(0).send({root_ + "/x/.git/objects", root_ + "/node_modules", root_ + "/kept/"});
@@ -122,12 +123,12 @@ TEST_F(SearchBaseWatcherTest, leavesOutWhatConcernsNobody)
 TEST_F(SearchBaseWatcherTest, tellsNothingOfAnOldWatch)
 {
     const std::string docs = root_ + "/Docs";
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     stream(0).send({docs});
     queue_.advance(2s);
     stream(0).send({root_ + "/in-the-queue"});
     watcher_.stopWatching();
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     stream(1).send({docs});
     queue_.advance(2999ms);
     EXPECT_THAT(receiver_->told, IsEmpty()) << "the window of the old watch is over";
@@ -141,7 +142,7 @@ TEST_F(SearchBaseWatcherTest, tellsNothingOfAnOldWatch)
         receiver_->onTold = nullptr;
         watcher_.stopWatching();
         EXPECT_TRUE(stop.stop_requested());
-        watcher_.startWatching(nullptr, nullptr);
+        start();
         EXPECT_FALSE(stream(1).isDestroyed) << "it may be in use";
     };
     queue_.advance(1h);
@@ -154,17 +155,17 @@ TEST_F(SearchBaseWatcherTest, tellsNothingOfAnOldWatch)
 
 TEST_F(SearchBaseWatcherTest, watchesNothingWhereThatIsImpossible)
 {
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     service_.isAbleToWatch = false;
     EXPECT_EQ(watcher_.beginArming(nullptr), nullptr);
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     EXPECT_FALSE(watcher_.status());
     watcher_.stopWatching();
     watcher_.settle();
 
     service_.isAbleToWatch = true;
     service_.isAbleToStart = false;
-    watcher_.startWatching(nullptr, nullptr);
+    start();
     watcher_.stopWatching();
     EXPECT_TRUE(stream(1).isInvalidated);
 }
@@ -175,7 +176,7 @@ TEST_F(SearchBaseWatcherTest, settlesOnceEverythingIsTold)
     SearchBaseWatcher watcher(finder_, ignorePaths_,
                               {.events = service_, .eventQueue = queue, .coalesceDelay = 20ms});
     watcher.setDelegate(receiver_);
-    watcher.startWatching(nullptr, nullptr);
+    watcher.startWatching(watcher.pathsToWatch(), nullptr, nullptr);
     std::vector<std::string> paths;
     for (int i = 0; i < 100; ++i)
         paths.push_back(root_ + "/" + std::to_string(i));
