@@ -29,6 +29,7 @@ namespace quillon {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::HasSubstr;
 using Lines = std::vector<std::string>;
 
 /// The program in a session of its own, at the other end of two pipes. Ends with its input. What it
@@ -36,7 +37,8 @@ using Lines = std::vector<std::string>;
 class Program
 {
 public:
-    Program(const TemporaryFolder &session, Lines arguments)
+    /// Started by another command, if there is one, which becomes this program.
+    Program(const TemporaryFolder &session, Lines arguments, const Lines &starter = {})
     {
         std::array<int, 2> input{};
         std::array<int, 2> output{};
@@ -50,10 +52,11 @@ public:
                                            session.path(arguments[0]).c_str(),
                                            O_WRONLY | O_CREAT | O_TRUNC, 0600);
         arguments.insert(arguments.begin(), QUILLONCTL);
+        arguments.insert(arguments.begin(), starter.begin(), starter.end());
         Lines environment = {"HOME=" + session.path(), "XDG_CONFIG_HOME=" + session.path("config"),
                              "XDG_RUNTIME_DIR=" + session.path()};
-        require(::posix_spawn(&process_, QUILLONCTL, &actions, nullptr, pointers(arguments).data(),
-                              pointers(environment).data()) == 0,
+        require(::posix_spawnp(&process_, arguments[0].c_str(), &actions, nullptr,
+                               pointers(arguments).data(), pointers(environment).data()) == 0,
                 "the program can be started");
         ::posix_spawn_file_actions_destroy(&actions);
         ::close(input[0]);
@@ -87,6 +90,7 @@ public:
         }
         return lines;
     }
+    pid_t process() const { return process_; }
     /// The exit status.
     int finish()
     {
@@ -284,6 +288,96 @@ TEST(Watch, tellsEachChangeOnceAndAnswersEveryLine)
     EXPECT_EQ(watch.ask(""), expected);
     EXPECT_EQ(watch.finish(), 0);
     EXPECT_EQ(tree.session().readFile("watch"), file + "\n" + fresh + "\n");
+}
+
+// Too few watches. A user namespace has limits of its own, for all programs in it together.
+
+/// What starts a program in a new namespace where one of these limits is lower.
+Lines withLimit(const std::string &limit, int value)
+{
+    return {"unshare",
+            "--user",
+            "--map-root-user",
+            "sh",
+            "-c",
+            "echo " + std::to_string(value) + " >/proc/sys/user/" + limit + " && exec \"$@\"",
+            "sh"};
+}
+
+/// What starts another one there.
+Lines beside(const Program &program)
+{
+    return {"nsenter", "--user", "--preserve-credentials", "--target",
+            std::to_string(program.process())};
+}
+
+class ShortOfWatchesTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (std::system("unshare --user --map-root-user true 2>/dev/null") !=
+            0) // NOLINT(cert-env33-c)
+            GTEST_SKIP() << "no user namespaces here";
+        for (int i = 0; i < 100; ++i)
+            large_.disk().makeFolder("root/" + std::to_string(i) + "/deep/deeper");
+        for (int i = 0; i < 8; ++i)
+            small_.disk().makeFolder("root/" + std::to_string(i));
+    }
+    /// Every folder farthest down gets another one in it.
+    void expectToFollowChanges(Program &watch) const
+    {
+        for (int i = 0; i < 100; ++i)
+            large_.disk().makeFolder("root/" + std::to_string(i) + "/deep/deeper/new");
+        EXPECT_EQ(watch.ask("settle"), large_.crawled());
+    }
+    /// A program that wants few watches gets them all.
+    void expectRoomBeside(const Program &watch) const
+    {
+        Program other(small_.session(), small_.watchArguments({}), beside(watch));
+        EXPECT_EQ(other.ask("").size(), 9U);
+        const std::string fresh = small_.disk().makeFolder("root/3/fresh");
+        EXPECT_EQ(other.ask("settle").size(), 10U);
+        EXPECT_EQ(other.finish(), 0);
+        EXPECT_EQ(small_.session().readFile("watch"), fresh + "\n") << "and no word of a shortage";
+    }
+
+    const WatchedTree large_;
+    const WatchedTree small_;
+};
+
+TEST_F(ShortOfWatchesTest, leavesOthersTheirWatchesAtItsBudget)
+{
+    Program watch(large_.session(), large_.watchArguments({"--budget", "100"}),
+                  withLimit("max_inotify_watches", 130));
+    EXPECT_EQ(watch.ask("").size(), 301U);
+    expectRoomBeside(watch);
+    expectToFollowChanges(watch);
+    EXPECT_THAT(large_.session().readFile("watch"), HasSubstr("watching 100 of 301 folders"));
+    EXPECT_EQ(watch.finish(), 0);
+}
+
+TEST_F(ShortOfWatchesTest, givesSomeBackWhenTheSystemRefusesOne)
+{
+    Program watch(large_.session(), large_.watchArguments({"--budget", "1000"}),
+                  withLimit("max_inotify_watches", 200));
+    EXPECT_EQ(watch.ask("settle").size(), 301U);
+    expectRoomBeside(watch);
+    expectToFollowChanges(watch);
+    const std::string said = large_.session().readFile("watch");
+    const std::size_t line = said.find("quillon: watching ");
+    EXPECT_NE(line, std::string::npos);
+    EXPECT_EQ(said.find("quillon: watching ", line + 1), std::string::npos) << "said once";
+    EXPECT_EQ(watch.finish(), 0);
+}
+
+TEST_F(ShortOfWatchesTest, looksAtEverythingWhereThereIsNoWatchAtAll)
+{
+    Program watch(large_.session(), large_.watchArguments({"--sweep", "0.05"}),
+                  withLimit("max_inotify_instances", 0));
+    EXPECT_EQ(watch.ask("").size(), 301U);
+    expectToFollowChanges(watch);
+    EXPECT_EQ(watch.finish(), 0);
 }
 
 } // namespace

@@ -268,14 +268,15 @@ TEST_F(WatchingTest, seesAnUnreadableFolderAndEntersItOnceItMayBeRead)
 {
     fs::permissions(disk_.path(), fs::perms::all);
     disk_.makeFolder("root/locked/inside");
-    fs::permissions(disk_.path("root/locked"), fs::perms::none);
+    const uid_t owner = ::geteuid() == 0 ? UnprivilegedUser::ID : ::geteuid();
+    for (const char *path : {"root/locked", "root/locked/inside"})
+        ASSERT_EQ(::chown(disk_.path(path).c_str(), owner, static_cast<gid_t>(-1)), 0);
     const UnprivilegedUser user;
+    fs::permissions(disk_.path("root/locked"), fs::perms::none);
     WatchRig rig(disk_.path("root"));
     EXPECT_EQ(rig.stream().status().folders, 2U);
     EXPECT_EQ(rig.stream().status().watched, 1U);
-    // An ordinary user cannot change it back where the tests run as root.
-    if (::geteuid() == 0 || ::chmod(disk_.path("root/locked").c_str(), 0700) != 0)
-        return;
+    fs::permissions(disk_.path("root/locked"), fs::perms::owner_all);
     rig.flush();
     EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
     EXPECT_EQ(rig.stream().status().watched, 3U);

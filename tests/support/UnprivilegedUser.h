@@ -10,10 +10,12 @@ namespace quillon {
 class UnprivilegedUser
 {
 public:
+    static constexpr uid_t ID = 65534;
+
     UnprivilegedUser()
     {
         if (wasRoot_)
-            require(seteuid(65534) == 0, "root can become another user");
+            require(seteuid(ID) == 0, "root can become another user");
     }
     UnprivilegedUser(const UnprivilegedUser &) = delete;
     UnprivilegedUser &operator=(const UnprivilegedUser &) = delete;
