@@ -204,23 +204,15 @@ void FolderWatcher::begin()
 
 void FolderWatcher::flushIfDue()
 {
-    std::uint64_t requested = 0;
-    std::uint64_t done = 0;
-    {
-        const MutexLock lock(mailMutex_);
-        requested = flushRequested_;
-        done = flushDone_;
-    }
-    const bool isAsked = requested != done;
-    if (!isAsked && Clock::now() < deadline_)
+    const auto requested = flushes_.pending();
+    if (!requested && Clock::now() < deadline_)
         return;
     deadline_ = Clock::time_point::max();
-    core_->flush(isAsked);
+    core_->flush(requested.has_value());
     publish();
     deliver();
-    const MutexLock lock(mailMutex_);
-    flushDone_ = requested;
-    flushed_.notifyAll();
+    if (requested)
+        flushes_.done(*requested);
 }
 
 void FolderWatcher::sweepIfDue()
@@ -306,9 +298,7 @@ void FolderWatcher::end()
         queue = std::move(queue_);
         queue_ = nullptr;
     }
-    const MutexLock lock(mailMutex_);
-    ended_ = true;
-    flushed_.notifyAll();
+    flushes_.end();
 }
 
 // From other threads
@@ -348,24 +338,11 @@ void FolderWatcher::wake() const
         return; // it is about to wake up anyway
 }
 
-std::uint64_t FolderWatcher::requestFlush()
+FlushRequests::Number FolderWatcher::requestFlush()
 {
-    std::uint64_t number = 0;
-    {
-        const MutexLock lock(mailMutex_);
-        number = ++flushRequested_;
-    }
+    const FlushRequests::Number number = flushes_.add();
     wake();
     return number;
-}
-
-void FolderWatcher::waitForFlush(std::uint64_t number,
-                                 std::optional<std::chrono::milliseconds> patience)
-{
-    const Clock::time_point end = patience ? Clock::now() + *patience : Clock::time_point::max();
-    const MutexLock lock(mailMutex_);
-    while (flushDone_ < number && !ended_ && Clock::now() < end)
-        flushed_.waitFor(mailMutex_, patience.value_or(1s));
 }
 
 std::shared_ptr<FolderWatcher> FolderWatcher::remote() const

@@ -4,6 +4,7 @@
 #include "platform/Mutex.h"
 #include "platform/linux/Descriptor.h"
 #include "platform/linux/watching/EventDelivery.h"
+#include "platform/linux/watching/FlushRequests.h"
 #include "platform/linux/watching/InotifyOptions.h"
 #include "platform/linux/watching/InotifyQueue.h"
 #include "platform/linux/watching/WatchCore.h"
@@ -60,11 +61,13 @@ public:
     void watch(Stream stream) EXCLUDES(mutex_);
     /// Lets the thread end, which then gives all watches back.
     void stop() EXCLUDES(mailMutex_);
-    /// The number of a flush that has been asked for.
-    std::uint64_t requestFlush() EXCLUDES(mailMutex_);
+    FlushRequests::Number requestFlush();
     /// Returns when that flush has been delivered, the thread ends or the patience does.
-    void waitForFlush(std::uint64_t number, std::optional<std::chrono::milliseconds> patience)
-        EXCLUDES(mailMutex_);
+    void waitForFlush(FlushRequests::Number number,
+                      std::optional<std::chrono::milliseconds> patience)
+    {
+        flushes_.wait(number, patience);
+    }
     /// The one for remote folders; null when there have been none.
     std::shared_ptr<FolderWatcher> remote() const EXCLUDES(mailMutex_);
 
@@ -110,6 +113,7 @@ private:
     const Descriptor wakeUp_;
     const Descriptor mountInfo_;
     std::atomic<bool> stopping_ = false;
+    FlushRequests flushes_;
 
     std::atomic<std::size_t> watched_ = 0;
     std::atomic<std::size_t> folders_ = 0;
@@ -130,10 +134,6 @@ private:
 
     /// Taken after the other one, briefly.
     mutable Mutex mailMutex_;
-    Condition flushed_;
-    std::uint64_t flushRequested_ GUARDED_BY(mailMutex_) = 0;
-    std::uint64_t flushDone_ GUARDED_BY(mailMutex_) = 0;
-    bool ended_ GUARDED_BY(mailMutex_) = false;
     std::vector<RootOrder> orders_ GUARDED_BY(mailMutex_);
     std::shared_ptr<FolderWatcher> remote_ GUARDED_BY(mailMutex_);
     std::optional<Stream> remoteStream_ GUARDED_BY(mailMutex_);
