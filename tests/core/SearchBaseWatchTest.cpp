@@ -18,7 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Folder = FSEventItemTest::Folder;
