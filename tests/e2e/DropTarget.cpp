@@ -1,0 +1,48 @@
+// A window that takes what is dropped on it: drop_target FILE
+//
+// Writes "text/uri-list" and "text/plain" as they came, each ended by a null byte.
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QSaveFile>
+#include <QWidget>
+
+namespace {
+
+class DropTarget : public QWidget
+{
+public:
+    explicit DropTarget(const QString &record) : record_(record)
+    {
+        setAcceptDrops(true);
+        setWindowTitle(QStringLiteral("drop target"));
+        resize(1200, 160);
+    }
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override { event->acceptProposedAction(); }
+    void dropEvent(QDropEvent *event) override
+    {
+        event->acceptProposedAction();
+        QSaveFile file(record_);
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("the drop cannot be recorded");
+        for (const char *type : {"text/uri-list", "text/plain"})
+            file.write(event->mimeData()->data(QLatin1String(type)) + '\0');
+        file.commit();
+    }
+
+private:
+    QString record_;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    DropTarget target(QApplication::arguments().at(1));
+    target.show();
+    return QApplication::exec();
+}

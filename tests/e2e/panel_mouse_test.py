@@ -1,0 +1,120 @@
+#!/usr/bin/env python3
+"""The panel and the pointer on a real screen: where it comes up, its menus, rows dragged out.
+
+Runs on a private desktop: tools/private-desktop python3 tests/e2e/panel_mouse_test.py QUILLON
+The program drop_target stands beside it.
+"""
+
+import os
+import subprocess
+
+from desktop import PATIENCE, Desktop, eventually, main, output, windows
+
+ROW_HEIGHT = 40
+FIRST_ROW = 88  # from the top of the panel to the middle of the first row
+
+
+class PanelMouseTest(Desktop):
+    def place(self):
+        """Left, top, width and height of the panel."""
+        lines = output("xdotool", "getwindowgeometry", "--shell", self.panel()[0]).splitlines()
+        values = dict(line.split("=") for line in lines)
+        return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def point_at(self, x, y):
+        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y)], check=True)
+
+    def show(self):
+        self.request("--show")
+        self.wait_for_panel()
+
+    def test_comes_up_on_the_monitor_with_the_pointer(self):
+        self.write_settings()
+        # Two monitors beside each other on the one screen, the right one lower.
+        for monitor in ("left 800/211x768/203+0+0 none", "right 800/211x668/177+800+100 none"):
+            name, geometry, outputs = monitor.split()
+            subprocess.run(["xrandr", "--setmonitor", name, geometry, outputs], check=True,
+                           stderr=subprocess.DEVNULL)
+        self.addCleanup(subprocess.run, ["xrandr", "--delmonitor", "left"], check=False)
+        self.addCleanup(subprocess.run, ["xrandr", "--delmonitor", "right"], check=False)
+        self.start()
+        for x, free_left, free_top in ((1200, 800, 100), (400, 0, 0), (1200, 800, 100)):
+            self.press("Escape")
+            self.wait_for_no_panel()
+            self.point_at(x, 300)
+            self.show()
+            left, top, width, _ = self.place()
+            self.assertEqual(left, free_left + (800 - width) // 2)
+            self.assertTrue(free_top < top < free_top + 768 // 3, top)
+
+    def start_with_a_row(self):
+        """Starts the program and opens a folder once: it stands there from then on, untyped."""
+        record = self.open_folders_with_recorder()
+        self.make_folders("first wish")
+        self.write_settings()
+        self.start()
+        self.type("firstwish")
+        self.press_return_until_opened()
+        self.recorded(record)
+        self.show()
+        self.press("BackSpace")
+
+    def test_gives_a_row_away_and_stays_until_it_is_taken(self):
+        record = self.home / "dropped"
+        drop_target = os.path.join(os.path.dirname(self.program), "drop_target")
+        self.children.append(subprocess.Popen([drop_target, str(record)], env=self.environment()))
+        target = eventually("the drop target", lambda: windows("drop_target"))[0]
+        subprocess.run(["xdotool", "windowmove", "--sync", target, "40", "620"], check=True)
+        self.start_with_a_row()
+        left, top, _, _ = self.place()
+
+        def drag(x, y, *meanwhile):
+            self.point_at(left + 200, top + FIRST_ROW)
+            subprocess.run(["xdotool", "mousedown", "1"], check=True)
+            for step in range(1, 5):
+                self.point_at(left + 200 + 10 * step, top + FIRST_ROW + 10 * step)
+            for command in meanwhile:
+                subprocess.run(command, check=True)
+            self.point_at(x, y - 10)
+            self.point_at(x, y)
+            subprocess.run(["xdotool", "mouseup", "1"], check=True)
+
+        drag(20, 20)  # over the bare screen, which takes nothing
+        self.assertTrue(self.panel())
+        drag(400, 760, ["xdotool", "windowactivate", "--sync", target])
+        eventually("the dropped row", record.exists)
+        uri, path, _ = record.read_bytes().split(b"\0")
+        self.assertEqual(path.decode(), str(self.tree / "first wish"))
+        self.assertEqual(uri.decode(), f"file://{self.tree}/first%20wish\r\n")
+        self.wait_for_no_panel()
+        self.assertEqual(list(self.uses().values()), [1], "a row given away was not opened")
+
+    def test_stays_below_its_menu_and_goes_with_it(self):
+        self.start_with_a_row()
+        def menus():
+            return [each for each in windows("quillon") if each not in self.panel()]
+        self.press("F10")
+        self.press("Down")
+        eventually("the menu", menus)
+        self.press("Escape")
+        eventually("the menu's end", lambda: not menus())
+        self.assertTrue(self.panel())
+        self.press("Escape")  # back to the field
+        self.press("F10")
+        self.press("Return")
+        eventually("the menu", menus)
+        self.assertEqual(self.request("--toggle"), 0)
+        self.wait_for_no_panel()
+        self.assertFalse(menus())
+
+        self.show()
+        self.press("F10")
+        self.press("Down")
+        eventually("the menu", menus)
+        self.press("Up")  # around to the last entry
+        self.press("Return")
+        self.assertEqual(self.children[-1].wait(PATIENCE), 0)
+
+
+if __name__ == "__main__":
+    main()
