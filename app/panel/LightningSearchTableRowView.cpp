@@ -7,6 +7,9 @@
 #include "app/widgets/PanelMetrics.h"
 
 #include <QPainter>
+#include <QtMath>
+
+#include <algorithm>
 
 namespace quillon {
 
@@ -52,10 +55,12 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
 void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area,
                                             const std::string &path) const
 {
-    // Themes draw their small folders as bare outlines; the coloured ones begin at 32.
+    // Themes draw their small folders as bare outlines, those for a finer screen included; the
+    // coloured ones begin at 32.
     constexpr int COLOURED = 48;
-    const qreal ratio = painter.device()->devicePixelRatioF();
-    const QPixmap pixmap = icons_.icon(path).pixmap(QSize(COLOURED, COLOURED), ratio);
+    const int size =
+        std::max(COLOURED, qCeil(area.width() * painter.device()->devicePixelRatioF()));
+    const QPixmap pixmap = icons_.icon(path).pixmap(QSize(size, size), 1.0);
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(area, pixmap);

@@ -16,6 +16,7 @@ namespace {
 
 /// Between the menu button and its menu.
 constexpr int GAP = 4;
+constexpr QLatin1String KEYS_COLUMN("      \t");
 
 QString styleSheet(const PanelPalette &palette)
 {
@@ -73,8 +74,8 @@ void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint 
     for (const PanelFooter::Hint &hint : hints) {
         if (hint.toolTip.isEmpty())
             continue;
-        // Behind a tabulator stands what a menu says about keys.
-        const QString text = literally(hint.toolTip) + u'\t' + keyNames(hint.flags, u'+');
+        // Behind a tabulator stands what a menu says about keys, with no gap of its own.
+        const QString text = literally(hint.toolTip) + KEYS_COLUMN + keyNames(hint.flags, u'+');
         connect(menu->addAction(text), &QAction::triggered, this,
                 [chosen, flags = hint.flags] { chosen(flags); });
     }

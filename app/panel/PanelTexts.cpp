@@ -26,6 +26,8 @@ PanelTexts::Message PanelTexts::message(const PanelSource::State &state, const Q
 
 QString PanelTexts::status(const PanelSource::State &state)
 {
+    if (!state.hasLocations)
+        return {};
     const QString folders = tr("%Ln folder(s)", nullptr, static_cast<int>(state.count));
     return state.isBuilding ? tr("Indexing: %1").arg(folders) : folders;
 }
