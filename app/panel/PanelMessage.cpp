@@ -44,11 +44,14 @@ void PanelMessage::setMessage(const QString &title, const QString &sentence)
 {
     if (title == title_ && sentence == sentence_)
         return;
+    const bool isTitleNew = title != title_;
     title_ = title;
     sentence_ = sentence;
     setAccessibleName(title);
     setAccessibleDescription(sentence);
     arrange();
+    if (isTitleNew)
+        Q_EMIT titleChanged();
 }
 
 void PanelMessage::setOffersFolders(bool offersFolders)

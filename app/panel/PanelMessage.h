@@ -27,6 +27,9 @@ public:
     QAbstractButton &homeFolderButton();
     QAbstractButton &preferencesButton();
 
+Q_SIGNALS:
+    void titleChanged();
+
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

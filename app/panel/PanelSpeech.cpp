@@ -45,6 +45,10 @@ PanelSpeech::PanelSpeech(QLineEdit &field, QListView &rows, PanelMessage &messag
     rows.setFocusProxy(&field);
     field.installEventFilter(this);
     message.installEventFilter(this);
+    connect(&message, &PanelMessage::titleChanged, this, [this] {
+        if (message_.isVisible())
+            goTo(message_);
+    });
 }
 
 bool PanelSpeech::eventFilter(QObject *watched, QEvent *event)
