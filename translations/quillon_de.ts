@@ -69,7 +69,61 @@
     </message>
     <message>
         <source>Select in the file manager window</source>
-        <translation>Im Fenster des Dateimanagers auswählen</translation>
+        <translation>Im Fenster der Dateiverwaltung auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>Feedback</name>
+    <message>
+        <source>Quillon – Feedback</source>
+        <translation>Quillon – Rückmeldung</translation>
+    </message>
+    <message>
+        <source>The page could not be written</source>
+        <translation>Die Seite konnte nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>There is no room on the disk, or your home folder is read-only.</source>
+        <translation>Auf der Festplatte ist kein Platz, oder Ihr persönlicher Ordner ist schreibgeschützt.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
+    <name>FeedbackPage</name>
+    <message>
+        <source>Thank you for taking the time. Whoever you have Quillon from takes your feedback: for a package, the bug tracker of your system&apos;s distribution.</source>
+        <translation>Danke, dass Sie sich die Zeit nehmen. Ihre Rückmeldung geht an die Stelle, von der Sie Quillon haben: bei einem Paket an die Fehlerdatenbank Ihrer Distribution.</translation>
+    </message>
+    <message>
+        <source>What did you do, step by step?</source>
+        <translation>Was haben Sie getan, Schritt für Schritt?</translation>
+    </message>
+    <message>
+        <source>What happened?</source>
+        <translation>Was ist geschehen?</translation>
+    </message>
+    <message>
+        <source>What did you expect instead?</source>
+        <translation>Was haben Sie stattdessen erwartet?</translation>
+    </message>
+    <message>
+        <source>For a wish: what would you like to be able to do?</source>
+        <translation>Bei einem Wunsch: Was möchten Sie tun können?</translation>
+    </message>
+    <message>
+        <source>If something went wrong, add the following lines. They tell the version, the system and the settings, and nothing of your own: no names of folders, no patterns, no commands.</source>
+        <translation>Wenn etwas schiefgegangen ist, fügen Sie die folgenden Zeilen hinzu. Sie nennen die Version, das System und die Einstellungen und nichts Persönliches: keine Ordnernamen, keine Muster, keine Befehle.</translation>
+    </message>
+    <message>
+        <source>Nothing has been sent. This page is a file on your computer.</source>
+        <translation>Es wurde nichts gesendet. Diese Seite ist eine Datei auf Ihrem Rechner.</translation>
+    </message>
+    <message>
+        <source>Feedback on Quillon</source>
+        <translation>Rückmeldung zu Quillon</translation>
     </message>
 </context>
 <context>
@@ -77,6 +131,33 @@
     <message>
         <source>Show or hide the search panel</source>
         <translation>Das Suchfenster zeigen oder verbergen</translation>
+    </message>
+</context>
+<context>
+    <name>IncludeFolders</name>
+    <message>
+        <source>The settings could not be written.</source>
+        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>“%1” is searched already.</source>
+        <translation>„%1“ wird schon durchsucht.</translation>
+    </message>
+    <message>
+        <source>“%1” is no folder.</source>
+        <translation>„%1“ ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be read, so it cannot be searched.</source>
+        <translation>„%1“ kann nicht gelesen und deshalb nicht durchsucht werden.</translation>
+    </message>
+    <message>
+        <source>“%1” counts as a single item: nothing in it would be found.</source>
+        <translation>„%1“ gilt als ein einziges Ding: Nichts darin würde gefunden.</translation>
+    </message>
+    <message>
+        <source>“%1” is searched already, as a part of “%2”.</source>
+        <translation>„%1“ wird schon durchsucht, als Teil von „%2“.</translation>
     </message>
 </context>
 <context>
@@ -216,6 +297,115 @@
     </message>
 </context>
 <context>
+    <name>SearchBaseLocation</name>
+    <message>
+        <source> – Include Folder, Recursive</source>
+        <translation> – Ordner mit allen Unterordnern</translation>
+    </message>
+    <message>
+        <source> – Exclude Pattern</source>
+        <translation> – Ausschlussmuster</translation>
+    </message>
+    <message>
+        <source> – Include Files with Extension</source>
+        <translation> – Dateien mit dieser Endung</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateNotices</name>
+    <message>
+        <source>The server that knows of new versions cannot be reached. Is this computer online?</source>
+        <translation>Der Server, der neue Versionen kennt, ist nicht erreichbar. Ist dieser Rechner online?</translation>
+    </message>
+    <message>
+        <source>The server that knows of new versions did not answer in time. Try again later.</source>
+        <translation>Der Server, der neue Versionen kennt, hat nicht rechtzeitig geantwortet. Versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>The connection to the server that knows of new versions is not secure, so nothing was taken from it. A network that wants you to log in first can be the reason.</source>
+        <translation>Die Verbindung zum Server, der neue Versionen kennt, ist nicht sicher, deshalb wurde nichts von ihm übernommen. Der Grund kann ein Netz sein, an dem Sie sich erst anmelden müssen.</translation>
+    </message>
+    <message>
+        <source>The server that knows of new versions has no answer just now. Try again later.</source>
+        <translation>Der Server, der neue Versionen kennt, hat gerade keine Antwort. Versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>The answer was not signed by the makers of Quillon, so it was ignored. A network that wants you to log in first can be the reason.</source>
+        <translation>Die Antwort war nicht von den Herstellern von Quillon unterschrieben und wurde deshalb nicht beachtet. Der Grund kann ein Netz sein, an dem Sie sich erst anmelden müssen.</translation>
+    </message>
+    <message>
+        <source>This version of Quillon does not understand the answer.</source>
+        <translation>Diese Version von Quillon versteht die Antwort nicht.</translation>
+    </message>
+    <message>
+        <source>Checking for updates…</source>
+        <translation>Es wird nach Aktualisierungen gesucht…</translation>
+    </message>
+    <message>
+        <source>You have version %1.</source>
+        <translation>Sie haben Version %1.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Quillon %1 is available</source>
+        <translation>Quillon %1 ist verfügbar</translation>
+    </message>
+    <message>
+        <source>You have version %1. Quillon installs nothing by itself: “Download” opens the page of the new version in your web browser.</source>
+        <translation>Sie haben Version %1. Quillon installiert nichts von selbst: „Herunterladen“ öffnet die Seite der neuen Version im Webbrowser.</translation>
+    </message>
+    <message>
+        <source>&amp;Later</source>
+        <translation>&amp;Später</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>&amp;Herunterladen</translation>
+    </message>
+    <message>
+        <source>&amp;What’s New</source>
+        <translation>&amp;Was ist neu</translation>
+    </message>
+    <message>
+        <source>Quillon is up to date</source>
+        <translation>Quillon ist aktuell</translation>
+    </message>
+    <message>
+        <source>Version %1 is the newest one.</source>
+        <translation>Version %1 ist die neueste.</translation>
+    </message>
+    <message>
+        <source>This Quillon does not look for updates</source>
+        <translation>Dieses Quillon sucht nicht nach Aktualisierungen</translation>
+    </message>
+    <message>
+        <source>You have version %1. New versions come the way this one was installed, usually with the updates of your system.</source>
+        <translation>Sie haben Version %1. Neue Versionen kommen auf dem Weg, auf dem diese installiert wurde, meist mit den Aktualisierungen des Systems.</translation>
+    </message>
+    <message>
+        <source>Quillon could not check for updates</source>
+        <translation>Quillon konnte nicht nach Aktualisierungen suchen</translation>
+    </message>
+    <message>
+        <source>No web browser was found</source>
+        <translation>Kein Webbrowser gefunden</translation>
+    </message>
+    <message>
+        <source>The page is here: %1</source>
+        <translation>Die Seite steht hier: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Updater</name>
+    <message>
+        <source>Quillon – Updates</source>
+        <translation>Quillon – Aktualisierungen</translation>
+    </message>
+</context>
+<context>
     <name>quillon::ActionPreferencesViewController</name>
     <message>
         <source>A&amp;dd…</source>
@@ -295,6 +485,92 @@
     <message>
         <source>Choose a Program</source>
         <translation>Programm wählen</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::AddExcludePatternSearchLocation</name>
+    <message>
+        <source>Exclude Folders Matching Pattern</source>
+        <translation>Ordner nach Muster ausschließen</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Pattern:</source>
+        <translation>&amp;Muster:</translation>
+    </message>
+    <message>
+        <source>“%1” is listed already.</source>
+        <translation>„%1“ steht schon in der Liste.</translation>
+    </message>
+    <message>
+        <source>A folder is left out when its path contains this text, and everything below it, too. Capital letters match only themselves.</source>
+        <translation>Ein Ordner wird ausgelassen, wenn sein Pfad diesen Text enthält, und alles darunter ebenso. Groß- und Kleinbuchstaben werden unterschieden.</translation>
+    </message>
+    <message>
+        <source>Nothing that is indexed now would be left out.</source>
+        <translation>Nichts, was jetzt erfasst ist, würde ausgelassen.</translation>
+    </message>
+    <message>
+        <source>Leaves out %1 of %2 indexed folders, among them:
+%3</source>
+        <translation>Lässt %1 von %2 erfassten Ordnern aus, darunter:
+%3</translation>
+    </message>
+    <message>
+        <source>Leaves out everything that is indexed, %1 folders, among them:
+%2</source>
+        <translation>Lässt alles aus, was erfasst ist, %1 Ordner, darunter:
+%2</translation>
+    </message>
+    <message>
+        <source>&amp;Add Anyway</source>
+        <translation>&amp;Trotzdem hinzufügen</translation>
+    </message>
+    <message>
+        <source>Which text is to keep folders out?</source>
+        <translation>Welcher Text soll Ordner ausschließen?</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::AddIncludeFilePatternViewController</name>
+    <message>
+        <source>Include Files with Extension</source>
+        <translation>Dateien mit Endung einbeziehen</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Extension:</source>
+        <translation>&amp;Endung:</translation>
+    </message>
+    <message>
+        <source>The dot is dropped: it stands before every extension.</source>
+        <translation>Der Punkt entfällt: Er steht vor jeder Endung.</translation>
+    </message>
+    <message>
+        <source>Files whose names end in a dot and this are found like folders. Capital letters match only themselves.</source>
+        <translation>Dateien, deren Name auf einen Punkt und diese Endung endet, werden wie Ordner gefunden. Groß- und Kleinbuchstaben werden unterschieden.</translation>
+    </message>
+    <message>
+        <source>Which extension is to be included?</source>
+        <translation>Welche Endung soll einbezogen werden?</translation>
+    </message>
+    <message>
+        <source>“%1” is listed already.</source>
+        <translation>„%1“ steht schon in der Liste.</translation>
+    </message>
+    <message>
+        <source>An extension holds no slash.</source>
+        <translation>Eine Endung enthält keinen Schrägstrich.</translation>
+    </message>
+    <message>
+        <source>Only what follows the last dot counts: “%1”.</source>
+        <translation>Nur was auf den letzten Punkt folgt, zählt: „%1“.</translation>
     </message>
 </context>
 <context>
@@ -490,6 +766,25 @@
     </message>
 </context>
 <context>
+    <name>quillon::FolderChoice</name>
+    <message>
+        <source>counting…</source>
+        <translation>wird gezählt…</translation>
+    </message>
+    <message>
+        <source>%1 folders…</source>
+        <translation>%1 Ordner…</translation>
+    </message>
+    <message>
+        <source>1 folder</source>
+        <translation>1 Ordner</translation>
+    </message>
+    <message>
+        <source>%1 folders</source>
+        <translation>%1 Ordner</translation>
+    </message>
+</context>
+<context>
     <name>quillon::ForgetUsesViewController</name>
     <message>
         <source>Forget Uses</source>
@@ -605,6 +900,77 @@
     </message>
 </context>
 <context>
+    <name>quillon::OnboardingViewController</name>
+    <message>
+        <source>Set up Quillon</source>
+        <translation>Quillon einrichten</translation>
+    </message>
+    <message>
+        <source>Home folder (%1)</source>
+        <translation>Persönlicher Ordner (%1)</translation>
+    </message>
+    <message>
+        <source>The key that brings the panel up</source>
+        <translation>Die Taste, die das Suchfenster aufruft</translation>
+    </message>
+    <message>
+        <source>Press it in any window to search, and again to put the panel away.</source>
+        <translation>Drücken Sie sie in irgendeinem Fenster, um zu suchen, und noch einmal, um das Suchfenster zu schließen.</translation>
+    </message>
+    <message>
+        <source>Programs cannot take keys in this session. Bind a key to this command in the desktop’s keyboard settings:</source>
+        <translation>In dieser Sitzung können sich Programme keine Tasten nehmen. Legen Sie in den Tastatureinstellungen der Arbeitsumgebung diesen Befehl auf eine Taste:</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>The folders to search</source>
+        <translation>Die Ordner, die durchsucht werden</translation>
+    </message>
+    <message>
+        <source>Every folder below them is found by its path, hidden ones left out. More can be added at any time.</source>
+        <translation>Jeder Ordner darunter wird über seinen Pfad gefunden, verborgene ausgenommen. Weitere können Sie jederzeit hinzufügen.</translation>
+    </message>
+    <message>
+        <source>Choose &amp;Folder…</source>
+        <translation>&amp;Ordner wählen…</translation>
+    </message>
+    <message>
+        <source>&amp;Done</source>
+        <translation>&amp;Fertig</translation>
+    </message>
+    <message>
+        <source>Choose the folders to search</source>
+        <translation>Ordner zum Durchsuchen wählen</translation>
+    </message>
+    <message>
+        <source>1 folder chosen</source>
+        <translation>1 Ordner gewählt</translation>
+    </message>
+    <message>
+        <source>%1 folders chosen</source>
+        <translation>%1 Ordner gewählt</translation>
+    </message>
+    <message>
+        <source>Choose a folder to go on.</source>
+        <translation>Wählen Sie einen Ordner, um fortzufahren.</translation>
+    </message>
+    <message>
+        <source>Record a shortcut to go on.</source>
+        <translation>Nehmen Sie ein Tastenkürzel auf, um fortzufahren.</translation>
+    </message>
+    <message>
+        <source>Record a shortcut and choose a folder to go on.</source>
+        <translation>Nehmen Sie ein Tastenkürzel auf und wählen Sie einen Ordner, um fortzufahren.</translation>
+    </message>
+    <message>
+        <source>The settings could not be written.</source>
+        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
+    </message>
+</context>
+<context>
     <name>quillon::PanelMenus</name>
     <message>
         <source>Preferences…</source>
@@ -612,11 +978,11 @@
     </message>
     <message>
         <source>Send Feedback…</source>
-        <translation>Feedback senden…</translation>
+        <translation>Rückmeldung senden…</translation>
     </message>
     <message>
         <source>Check for Updates…</source>
-        <translation>Nach Updates suchen…</translation>
+        <translation>Nach Aktualisierungen suchen…</translation>
     </message>
     <message>
         <source>Quit</source>
@@ -727,6 +1093,81 @@
     <message>
         <source>Update…</source>
         <translation>Update…</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::SearchPreferencesViewController</name>
+    <message>
+        <source>A&amp;dd</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Re&amp;build Now</source>
+        <translation>&amp;Jetzt neu aufbauen</translation>
+    </message>
+    <message>
+        <source>Changed since the last build</source>
+        <translation>Seit dem letzten Aufbau geändert</translation>
+    </message>
+    <message>
+        <source>Search locations</source>
+        <translation>Suchorte</translation>
+    </message>
+    <message>
+        <source>Drop folders here to search them</source>
+        <translation>Ordner hier ablegen, um sie zu durchsuchen</translation>
+    </message>
+    <message>
+        <source>What is searched, and what is left out of it. Folders can be dropped here.</source>
+        <translation>Was durchsucht wird und was dabei ausgelassen wird. Ordner können hier abgelegt werden.</translation>
+    </message>
+    <message>
+        <source>Add Search Folder (recursive search)</source>
+        <translation>Suchordner hinzufügen (mit allen Unterordnern)</translation>
+    </message>
+    <message>
+        <source>Exclude Folders Matching Pattern</source>
+        <translation>Ordner nach Muster ausschließen</translation>
+    </message>
+    <message>
+        <source>Include Files with Extension</source>
+        <translation>Dateien mit Endung einbeziehen</translation>
+    </message>
+    <message>
+        <source>Choose the folders to search</source>
+        <translation>Ordner zum Durchsuchen wählen</translation>
+    </message>
+    <message>
+        <source>1 folder</source>
+        <translation>1 Ordner</translation>
+    </message>
+    <message>
+        <source>%1 folders</source>
+        <translation>%1 Ordner</translation>
+    </message>
+    <message>
+        <source>Indexing: %1 so far.</source>
+        <translation>Wird erfasst: bis jetzt %1.</translation>
+    </message>
+    <message>
+        <source>%1 indexed</source>
+        <translation>%1 erfasst</translation>
+    </message>
+    <message>
+        <source>%1 of %2 watched</source>
+        <translation>%1 von %2 beobachtet</translation>
+    </message>
+    <message>
+        <source>%1 MB of memory</source>
+        <translation>%1 MB Speicher</translation>
+    </message>
+    <message>
+        <source>built at %1 in %2 s</source>
+        <translation>um %1 in %2 s aufgebaut</translation>
     </message>
 </context>
 <context>
