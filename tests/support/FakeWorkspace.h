@@ -2,6 +2,7 @@
 
 #include "platform/Workspace.h"
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -20,6 +21,8 @@ public:
     std::vector<std::string> openedLinks;
     bool hasBrowser = true;
     std::string folderApplication = "fake.desktop";
+    /// Asked on whichever thread wants to know.
+    std::function<std::vector<std::string>(const std::string &path)> iconNamesOf;
 
     bool open(const std::string &path) override
     {
@@ -35,7 +38,10 @@ public:
     {
         return isFolder(path) ? folderApplication : "editor.desktop";
     }
-    std::vector<std::string> iconNames(const std::string &) const override { return {}; }
+    std::vector<std::string> iconNames(const std::string &path) const override
+    {
+        return iconNamesOf ? iconNamesOf(path) : std::vector<std::string>();
+    }
     bool isFolder(const std::string &path) const override { return !files.contains(path); }
     std::string resolvingSymlinks(const std::string &path) const override
     {
