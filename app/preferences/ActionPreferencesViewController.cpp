@@ -26,11 +26,11 @@ ActionPreferencesViewController::ActionPreferencesViewController(const Services 
 
     const auto enableRemoval = [this] {
         actionAddRemoveSegmentedControl->setSegmentEnabled(
-            REMOVE, actionsTableView->selectedRow().has_value());
+            Segment::remove, actionsTableView->selectedRow().has_value());
     };
     connect(actionsTableView, &FormTable::selectedRowChanged, this, enableRemoval);
     connect(actionsTableView, &FormTable::removalRequested, this,
-            [this] { segmentClicked(REMOVE); });
+            [this] { segmentClicked(Segment::remove); });
     connect(actionAddRemoveSegmentedControl, &SegmentedControl::segmentClicked, this,
             &ActionPreferencesViewController::segmentClicked);
     enableRemoval();
@@ -55,7 +55,7 @@ AddActionViewController *ActionPreferencesViewController::addActionViewControlle
 
 void ActionPreferencesViewController::segmentClicked(int segment)
 {
-    if (segment == ADD)
+    if (segment == Segment::add)
         return openSheet();
     note_->sayFault(actionTable->removeSelected() ? QString() : writeFault());
 }

@@ -25,8 +25,8 @@ public:
 
     enum Segment
     {
-        ADD,
-        REMOVE,
+        add,
+        remove,
     };
 
     /// All of them outlive this.

@@ -61,7 +61,7 @@ AddActionViewController::AddActionViewController(const Services &services,
         else
             chooseExecutable();
     });
-    connect(this, &FormSheet::confirmed, this, &AddActionViewController::done);
+    connect(this, &FormSheet::confirmed, this, &AddActionViewController::doneClicked);
 }
 
 void AddActionViewController::buildForm()
@@ -124,7 +124,7 @@ void AddActionViewController::kindChanged()
     checkTarget();
 }
 
-void AddActionViewController::done()
+void AddActionViewController::doneClicked()
 {
     const auto kind = selectedKind();
     const auto target = ActionTarget::fromText(parametersTextField->text().toStdString());
@@ -184,6 +184,7 @@ void AddActionViewController::offerApplications()
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setPalette(palette());
     for (const Application &each : applications_) {
         if (!each.isShown || each.name.empty())
             continue;
@@ -200,6 +201,7 @@ void AddActionViewController::chooseExecutable()
 {
     auto *chooser = new QFileDialog(this, tr("Choose a Program"));
     chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setPalette(palette());
     chooser->setFileMode(QFileDialog::ExistingFile);
     const QFileInfo current(parametersTextField->text());
     if (current.isAbsolute() && current.dir().exists())

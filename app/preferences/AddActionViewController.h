@@ -46,7 +46,7 @@ public:
 
     /// Stores the action and closes the sheet. As long as a part of it is missing nothing happens,
     /// but for a word about it.
-    void done();
+    void doneClicked();
 
     QComboBox *const shortcutButton;
     QComboBox *const actionButton;

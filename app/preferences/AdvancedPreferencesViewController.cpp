@@ -5,6 +5,7 @@
 #include "app/preferences/TreeDump.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormSheet.h"
+#include "app/widgets/PanelButton.h"
 #include "indexing/SearchBaseLogger.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/DefaultsStore.h"
@@ -38,7 +39,7 @@ using namespace std::chrono_literals;
 constexpr auto HAND_OVER = 1000ms;
 /// How often the log is looked at while it can be seen.
 constexpr auto LOG_REFRESH = 500ms;
-constexpr int LOG_LINES = 5;
+constexpr int LOG_LINES = 8;
 
 } // namespace
 
@@ -97,6 +98,7 @@ void AdvancedPreferencesViewController::buildIndex()
     logView->setPlaceholderText(tr("Nothing has happened yet."));
     logView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     logView->setMinimumHeight(QFontMetrics(logView->font()).lineSpacing() * LOG_LINES);
+    logView->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     logView->setAccessibleName(tr("Log of the index"));
     addWide(logView);
 }
@@ -151,6 +153,7 @@ void AdvancedPreferencesViewController::dumpClicked()
     // The desktop's own panel has no place for the message.
     auto *panel = new QFileDialog(window(), tr("Dump File Location"), QDir::homePath());
     panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setPalette(window()->palette());
     panel->setOption(QFileDialog::DontUseNativeDialog);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setLabelText(QFileDialog::Accept, tr("Save"));
@@ -189,6 +192,7 @@ void AdvancedPreferencesViewController::dumpEnded(const QString &path, const QSt
                                    tr("The index could not be written to “%1”.").arg(path),
                                    QMessageBox::Ok, window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setPalette(window()->palette());
     dialog->setTextFormat(Qt::PlainText);
     dialog->setInformativeText(fault);
     dialog->open();
@@ -206,6 +210,9 @@ void AdvancedPreferencesViewController::askForReset()
         sheet->accept();
         resetOnboardingStateClicked();
     });
+    // What cannot be taken back is not done by a Return too many.
+    sheet->cancelButton().setDefault(true);
+    sheet->cancelButton().setFocus();
     sheet->open();
 }
 

@@ -4,6 +4,7 @@
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/FormTable.h"
+#include "app/widgets/PanelButton.h"
 #include "app/widgets/SegmentedControl.h"
 #include "matching/RecentAccessScore.h"
 
@@ -32,10 +33,12 @@ ForgetUsesViewController::ForgetUsesViewController(RecentAccessScore &uses,
     form().addWide(usesTableView);
     form().addWide(forgetSegmentedControl);
     note_ = form().addWideNote();
+    cancelButton().hide();
     connect(usesTableView, &FormTable::selectedRowChanged, this, [this] {
-        forgetSegmentedControl->setSegmentEnabled(FORGET, usesTableView->selectedRow().has_value());
+        forgetSegmentedControl->setSegmentEnabled(forgetOne,
+                                                  usesTableView->selectedRow().has_value());
     });
-    connect(usesTableView, &FormTable::removalRequested, this, [this] { forget(FORGET); });
+    connect(usesTableView, &FormTable::removalRequested, this, [this] { forget(forgetOne); });
     connect(forgetSegmentedControl, &SegmentedControl::segmentClicked, this,
             &ForgetUsesViewController::forget);
     connect(this, &FormSheet::confirmed, this, &QDialog::accept);
@@ -55,15 +58,15 @@ void ForgetUsesViewController::reload()
                  u" – "_qs + QString::number(uses == snapshot->counts.end() ? 0 : uses->second)}};
     }
     usesTableView->setRows(rows);
-    forgetSegmentedControl->setSegmentEnabled(FORGET, usesTableView->selectedRow().has_value());
-    forgetSegmentedControl->setSegmentEnabled(FORGET_ALL, !paths_.empty());
+    forgetSegmentedControl->setSegmentEnabled(forgetOne, usesTableView->selectedRow().has_value());
+    forgetSegmentedControl->setSegmentEnabled(forgetAll, !paths_.empty());
 }
 
 void ForgetUsesViewController::forget(int segment)
 {
     const auto row = usesTableView->selectedRow();
     bool isStored = true;
-    if (segment == FORGET_ALL)
+    if (segment == forgetAll)
         isStored = uses_.resetScores();
     else if (row)
         isStored = uses_.forgetUses(paths_.at(static_cast<std::size_t>(*row)));

@@ -21,8 +21,8 @@ class ForgetUsesViewController : public FormSheet
 public:
     enum Segment
     {
-        FORGET,
-        FORGET_ALL,
+        forgetOne,
+        forgetAll,
     };
 
     /// The uses outlive this, which deletes itself when it is closed.

@@ -1,10 +1,10 @@
 #include "app/preferences/PreferencesViewController.h"
 
+#include "app/widgets/FormTabView.h"
+#include "app/widgets/PanelMetrics.h"
 #include "platform/DefaultsChanges.h"
 
 #include <QShortcut>
-#include <QTabBar>
-#include <QTabWidget>
 #include <QVBoxLayout>
 
 namespace quillon {
@@ -18,7 +18,7 @@ PreferencesViewController::PreferencesViewController(const Services &services,
       actionPreferencesViewController(new ActionPreferencesViewController(services.actions)),
       advancedPreferencesViewController(
           new AdvancedPreferencesViewController(services.advanced, delegate)),
-      tabView_(new QTabWidget(this)),
+      tabView_(new FormTabView(this)),
       placeKeeper_(*this, "preferences", services.places)
 {
     setWindowTitle(tr("Preferences"));
@@ -34,10 +34,7 @@ PreferencesViewController::PreferencesViewController(const Services &services,
 void PreferencesViewController::buildTabs()
 {
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 8, 0, 0);
-    tabView_->setDocumentMode(true);
-    tabView_->tabBar()->setExpanding(false);
-    tabView_->tabBar()->setDrawBase(true);
+    column->setContentsMargins(0, metrics::INSET, 0, 0);
     tabView_->addTab(generalPreferencesViewController, tr("&General"));
     tabView_->addTab(searchPreferencesViewController, tr("&Search"));
     tabView_->addTab(actionPreferencesViewController, tr("&Actions"));
@@ -66,9 +63,17 @@ void PreferencesViewController::present()
     activateWindow();
 }
 
+void PreferencesViewController::setVisible(bool visible)
+{
+    if (visible)
+        placeKeeper_.restore();
+    QWidget::setVisible(visible);
+}
+
 void PreferencesViewController::setPanelPalette(const PanelPalette &palette)
 {
     setPalette(palette.controlsPalette());
+    tabView_->setPanelPalette(palette);
     for (FormPane *pane : panes())
         pane->setPanelPalette(palette);
 }

@@ -10,11 +10,10 @@
 
 #include <array>
 
-class QTabWidget;
-
 namespace quillon {
 
 class DefaultsChanges;
+class FormTabView;
 
 /// The preferences window: an ordinary one, with a tab for each pane. What is set holds at once,
 /// and what another hand sets shows at once.
@@ -40,6 +39,7 @@ public:
     /// Shows the window, or brings it to the front when it is shown already.
     void present();
     void setPanelPalette(const PanelPalette &palette);
+    void setVisible(bool visible) override;
 
     // The panes, in the order of their tabs.
     GeneralPreferencesViewController *const generalPreferencesViewController;
@@ -47,14 +47,14 @@ public:
     ActionPreferencesViewController *const actionPreferencesViewController;
     AdvancedPreferencesViewController *const advancedPreferencesViewController;
 
-    QTabWidget &tabView() { return *tabView_; }
+    FormTabView &tabView() { return *tabView_; }
 
 private:
     void buildTabs();
     void buildShortcuts();
     std::array<FormPane *, 4> panes() const;
 
-    QTabWidget *tabView_;
+    FormTabView *tabView_;
     WindowPlaceKeeper placeKeeper_;
 };
 

@@ -64,7 +64,8 @@ void FormNote::changeEvent(QEvent *event)
 void FormNote::showText()
 {
     setText(hasFault() ? fault_ : sentence_);
-    QPalette tones = palette();
+    // Only this tone is its own; the others stay those of the window.
+    QPalette tones;
     tones.setColor(QPalette::WindowText, hasFault() ? palette_.fault : palette_.quiet);
     setPalette(tones);
     // Without a parent it would become a window.

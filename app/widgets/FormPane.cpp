@@ -5,8 +5,10 @@
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 
+#include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 
 #include <algorithm>
 
@@ -16,9 +18,28 @@ namespace {
 
 enum Column
 {
-    LABELS,
-    CONTROLS,
+    labels,
+    controls,
 };
+
+/// Fields, buttons and menus are of one height.
+void giveHeight(QWidget *control)
+{
+    QWidgetList parts = control->findChildren<QWidget *>();
+    parts << control;
+    for (QWidget *part : parts) {
+        if (qobject_cast<QComboBox *>(part) != nullptr ||
+            qobject_cast<QPushButton *>(part) != nullptr ||
+            qobject_cast<QLineEdit *>(part) != nullptr)
+            part->setMinimumHeight(metrics::FORM_CONTROL_HEIGHT);
+    }
+}
+
+bool wantsHeight(const QWidget &control)
+{
+    constexpr int WANTING = QSizePolicy::ExpandFlag | QSizePolicy::IgnoreFlag;
+    return (static_cast<int>(control.sizePolicy().verticalPolicy()) & WANTING) != 0;
+}
 
 } // namespace
 
@@ -29,8 +50,8 @@ FormPane::FormPane(QWidget *parent) : QWidget(parent), grid_(new QGridLayout(thi
     grid_->setHorizontalSpacing(metrics::FORM_ROW);
     // Distances differ, so they are rows of their own.
     grid_->setVerticalSpacing(0);
-    grid_->setColumnMinimumWidth(LABELS, metrics::FORM_LABEL);
-    grid_->setColumnStretch(CONTROLS, 1);
+    grid_->setColumnMinimumWidth(labels, metrics::FORM_LABEL);
+    grid_->setColumnStretch(controls, 1);
 }
 
 int FormPane::beginRow()
@@ -49,23 +70,26 @@ void FormPane::addRow(const QString &label, QWidget *control)
         auto *name = new QLabel(label, this);
         name->setBuddy(control);
         // A label beside several lines stands beside the first.
-        name->setMinimumHeight(
-            std::min(control->sizeHint().height(), name->sizeHint().height() * 2));
-        grid_->addWidget(name, row, LABELS, Qt::AlignRight | Qt::AlignTop);
+        name->setMinimumHeight(control->hasHeightForWidth() ? metrics::FORM_CONTROL_HEIGHT
+                                                            : std::max(control->sizeHint().height(),
+                                                                       control->minimumHeight()));
+        grid_->addWidget(name, row, labels, Qt::AlignRight | Qt::AlignTop);
     }
-    grid_->addWidget(control, row, CONTROLS, Qt::AlignLeft | Qt::AlignVCenter);
+    grid_->addWidget(control, row, controls, Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 void FormPane::addWide(QWidget *control)
 {
     const int row = beginRow();
     follow(control);
-    grid_->addWidget(control, row, LABELS, 1, -1);
-    grid_->setRowStretch(row, 1);
+    grid_->addWidget(control, row, labels, 1, -1);
+    if (wantsHeight(*control))
+        grid_->setRowStretch(row, 1);
 }
 
 void FormPane::follow(QWidget *control)
 {
+    giveHeight(control);
     if (lastControl_ != nullptr)
         setTabOrder(lastControl_, control);
     lastControl_ = control;
@@ -77,7 +101,7 @@ FormNote *FormPane::addNote(const QString &sentence)
     const int row = beginRow();
     auto *note = new FormNote(sentence, this);
     note->setPanelPalette(panelPalette_);
-    grid_->addWidget(note, row, CONTROLS, Qt::AlignLeft | Qt::AlignTop);
+    grid_->addWidget(note, row, controls, Qt::AlignLeft | Qt::AlignTop);
     if (lastControl_ != nullptr)
         lastControl_->setAccessibleDescription(sentence);
     return note;
@@ -89,7 +113,7 @@ FormNote *FormPane::addWideNote(const QString &sentence)
     auto *note = new FormNote(sentence, this);
     note->setTextWidth(metrics::FORM_LABEL + metrics::FORM_ROW + metrics::FORM_TEXT);
     note->setPanelPalette(panelPalette_);
-    grid_->addWidget(note, row, LABELS, 1, -1, Qt::AlignLeft | Qt::AlignTop);
+    grid_->addWidget(note, row, labels, 1, -1, Qt::AlignLeft | Qt::AlignTop);
     return note;
 }
 

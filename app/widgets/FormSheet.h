@@ -23,6 +23,8 @@ public:
     /// To be filled before the sheet is opened.
     FormPane &form() { return *form_; }
     PanelButton &confirmationButton() { return *confirmationButton_; }
+    /// Hidden where everything in the sheet takes effect at once.
+    PanelButton &cancelButton() { return *cancelButton_; }
 
     void setPanelPalette(const PanelPalette &palette);
     /// Fills in the tones of what is in the form by now, and shows the sheet.

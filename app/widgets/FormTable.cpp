@@ -154,6 +154,11 @@ std::optional<int> FormTable::selectedRow() const
 void FormTable::setPanelPalette(const PanelPalette &palette)
 {
     rowView_->setPanelPalette(palette);
+    // The rows draw their selection themselves.
+    QPalette tones;
+    tones.setColor(QPalette::Base, palette.background);
+    tones.setColor(QPalette::Highlight, palette.background);
+    setPalette(tones);
     viewport()->update();
 }
 

@@ -33,6 +33,8 @@ constexpr int FORM_GROUP = 24;
 constexpr int FORM_LABEL = 168;
 /// A width that reads well.
 constexpr int FORM_TEXT = 400;
+/// At least, of fields, buttons and menus.
+constexpr int FORM_CONTROL_HEIGHT = 28;
 /// Of buttons and menus that would otherwise be as narrow as their texts.
 constexpr int FORM_CONTROL = 220;
 

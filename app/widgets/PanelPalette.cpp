@@ -128,7 +128,10 @@ QPalette PanelPalette::widgetPalette() const
 QPalette PanelPalette::controlsPalette() const
 {
     QPalette palette = widgetPalette();
-    // The styles of the toolkit reckon their edges and shades from these.
+    // The styles of the toolkit reckon their edges and shades from these. On dark ground the edges
+    // are not to be seen, so what can be written into or ticked stands out as an area.
+    if (isDark())
+        palette.setColor(QPalette::Base, keyCap);
     palette.setColor(QPalette::Button, keyCap);
     palette.setColor(QPalette::ButtonText, text);
     palette.setColor(QPalette::Light, mixed(keyCap, background, 0.5));

@@ -44,18 +44,16 @@ WindowPlaceKeeper::~WindowPlaceKeeper()
 
 bool WindowPlaceKeeper::eventFilter(QObject *watched, QEvent *event)
 {
-    // The window manager shows and hides windows of its own accord as well.
-    if (watched == &window_ && !event->spontaneous()) {
-        if (event->type() == QEvent::Show && !std::exchange(isRestored_, true))
-            restore();
-        else if (event->type() == QEvent::Hide)
-            remember();
-    }
+    // The window manager hides windows of its own accord as well.
+    if (watched == &window_ && event->type() == QEvent::Hide && !event->spontaneous())
+        remember();
     return QObject::eventFilter(watched, event);
 }
 
 void WindowPlaceKeeper::restore()
 {
+    if (std::exchange(isRestored_, true))
+        return;
     const auto place = places_.place(name_);
     const QScreen *screen = place ? screenFor(*place) : nullptr;
     if (screen == nullptr)

@@ -17,16 +17,19 @@ class WindowPlaceKeeper : public QObject
     Q_OBJECT
 
 public:
-    /// The window is not shown yet. Window and places outlive this.
+    /// Window and places outlive this.
     WindowPlaceKeeper(QWidget &window, std::string name, WindowPlaces &places);
     /// Remembers the place of a window that is still shown.
     ~WindowPlaceKeeper() override;
+
+    /// To be called before the window is shown, and before anything else makes the desktop know of
+    /// it: a frame counts into the place only from the outset. Does nothing after the first time.
+    void restore();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void restore();
     void remember();
 
     QWidget &window_;

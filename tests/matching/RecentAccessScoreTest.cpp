@@ -101,6 +101,25 @@ TEST_F(RecentAccessScoreTest, forgetsEverything)
     EXPECT_EQ(score.score("/b"), 1.0);
 }
 
+TEST_F(RecentAccessScoreTest, forgetsOnePath)
+{
+    RecentAccessScore score(store);
+    open(score, "/a");
+    open(score, "/b");
+    EXPECT_TRUE(score.forgetUses("/a"));
+    EXPECT_EQ(score.score("/a"), 0.0);
+    EXPECT_EQ(score.score("/b"), 1.0);
+    EXPECT_EQ(settings.value("recent-access-score-data"),
+              (DefaultsValue{DefaultsDictionary{{"/b", {std::int64_t{1}}}}}));
+    const int writes = settings.writes();
+    EXPECT_TRUE(score.forgetUses("/a"));
+    EXPECT_EQ(settings.writes(), writes);
+    settings.failWrites();
+    EXPECT_FALSE(score.forgetUses("/b"));
+    EXPECT_FALSE(score.resetScores());
+    EXPECT_EQ(score.topScores(10), Strings()) << "no search counts them any more";
+}
+
 TEST_F(RecentAccessScoreTest, stopsWhereACountNoLongerFits)
 {
     settings.set("recent-access-score-data", {DefaultsDictionary{{"/a", {MOST}}}});

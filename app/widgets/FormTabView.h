@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/widgets/PanelPalette.h"
+
+#include <QTabWidget>
+
+namespace quillon {
+
+/// Panes behind a line of plain words; the word of the pane in front is underlined.
+class FormTabView : public QTabWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FormTabView(QWidget *parent = nullptr);
+
+    void setPanelPalette(const PanelPalette &palette);
+
+protected:
+    /// Neither frame nor line.
+    void paintEvent(QPaintEvent *) override {}
+
+private:
+    class Bar;
+
+    Bar *bar_;
+};
+
+} // namespace quillon

@@ -1,0 +1,333 @@
+#include "app/preferences/ActionTable.h"
+#include "app/preferences/AddActionViewController.h"
+#include "app/preferences/PreferenceTexts.h"
+#include "app/widgets/FormTable.h"
+#include "app/widgets/QLNShortcutView.h"
+#include "app/widgets/SegmentedControl.h"
+#include "tests/app/PreferencesSupport.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QScreen>
+
+#include <ostream>
+
+namespace quillon {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr int ACTIONS_TAB = 2;
+const char *const FIRST_KEYS_ACTION =
+    R"({"flags":{"option":false,"shift":true,"command":false},)"
+    R"("actionType":{"key":"Open Application","requiresTarget":true},)"
+    R"("actionTarget":{"key":"Paint & Draw"}})";
+
+QStringList items(const QComboBox &menu)
+{
+    QStringList texts;
+    for (int i = 0; i < menu.count(); ++i)
+        texts << menu.itemText(i);
+    return texts;
+}
+
+} // namespace
+
+TEST_F(PreferencesTest, hasAnOrdinaryWindowWithFourTabs)
+{
+    open();
+    EXPECT_EQ(window().windowTitle(), u"Preferences"_qs);
+    EXPECT_FALSE(window().windowFlags().testFlag(Qt::FramelessWindowHint));
+    QStringList tabs;
+    for (int i = 0; i < window().tabView().count(); ++i)
+        tabs << window().tabView().tabText(i).remove(u'&');
+    EXPECT_EQ(tabs, QStringList({u"General"_qs, u"Search"_qs, u"Actions"_qs, u"Advanced"_qs}));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window(), PATIENCE));
+    QTest::keyClick(&window(), Qt::Key_V, Qt::AltModifier);
+    EXPECT_EQ(window().tabView().currentWidget(), &advanced());
+    QTest::keyClick(&window(), Qt::Key_Escape);
+    EXPECT_FALSE(window().isVisible());
+}
+
+TEST_F(PreferencesTest, comesBackWhereItWasLeft)
+{
+    open();
+    const QPoint place(40, 60);
+    const QSize size = window().sizeHint() + QSize(24, 16);
+    window().resize(size);
+    window().move(place);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window().pos() == place && window().size() == size; },
+                                PATIENCE));
+    window().close();
+    const auto left = places.place("preferences");
+    ASSERT_TRUE(left);
+    close();
+    open();
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return window().pos() == QPoint(left->left, left->top); }, PATIENCE))
+        << window().x() << " " << window().y() << " instead of " << left->left << " " << left->top;
+    EXPECT_EQ(window().size(), size);
+    close();
+
+    const QRect screen = QApplication::primaryScreen()->geometry();
+    places.remember("preferences",
+                    {.left = screen.right() - 8, .top = 0, .width = 600, .height = 400});
+    open();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return screen.contains(window().geometry()); }, PATIENCE))
+        << "a place that no screen shows any more is not taken";
+}
+
+TEST_F(PreferencesTest, writesWhatIsSetAtOnce)
+{
+    open();
+    general().enableQuickSearchButton->click();
+    EXPECT_EQ(store.boolean("finder-quick-search"), true);
+    choose(*general().openInFinderBehaviorButton, 1);
+    choose(*general().quickSearchPopUpButton, 1);
+    EXPECT_THAT(file(), HasSubstr(R"("open-finder-behavior": "existing")"));
+    EXPECT_THAT(file(), HasSubstr(R"("quick-search-behavior": "select")"));
+    choose(*general().openInFinderBehaviorButton, 0);
+    EXPECT_THAT(file(), HasSubstr(R"("open-finder-behavior": "new")"));
+    general().enableQuickSearchButton->click();
+    EXPECT_THAT(file(), HasSubstr(R"("finder-quick-search": false)"));
+    EXPECT_FALSE(general().quickSearchPopUpButton->isEnabled()) << "it has no effect now";
+
+    general().startAtLoginButton->click();
+    EXPECT_TRUE(autostart.isOn);
+
+    keyboard.keyNames = {{52, "z"}};
+    general().shortcutView->startRecording();
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Z, Qt::ControlModifier, 52, 0, 0);
+    QApplication::sendEvent(general().shortcutView->focusProxy(), &press);
+    EXPECT_THAT(file(), HasSubstr(R"("ShowQLNShortcut")"));
+
+    window().tabView().setCurrentWidget(&advanced());
+    advanced().includeBetasButton->click();
+    EXPECT_THAT(file(), HasSubstr(R"("enable-beta-updates": true)"));
+    EXPECT_THAT(faults(window()), IsEmpty());
+}
+
+TEST_F(PreferencesTest, offersTheInstalledFileManagersAndTheDesktopsOwnFirst)
+{
+    writeByHand(R"({"file-manager": "gone"})");
+    open();
+    QComboBox &menu = *general().fileManagerButton;
+    EXPECT_EQ(items(menu), QStringList({u"The desktop's default (Beta Files)"_qs, u"Alpha Files"_qs,
+                                        u"Beta Files"_qs, u"gone.desktop (not installed)"_qs}));
+    EXPECT_EQ(menu.currentIndex(), 3);
+    choose(menu, 1);
+    EXPECT_EQ(store.string("file-manager"), "alpha.desktop");
+    choose(menu, 0);
+    EXPECT_FALSE(store.contains("file-manager"));
+}
+
+TEST_F(PreferencesTest, followsTheFileThatAnotherHandEdits)
+{
+    open();
+    writeByHand(R"({"finder-quick-search": true, "open-finder-behavior": "existing",
+                    "file-manager": "alpha", "enable-beta-updates": true,
+                    "qln-actions-list": "[]"})");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return general().enableQuickSearchButton->isChecked(); },
+                                PATIENCE));
+    EXPECT_EQ(general().openInFinderBehaviorButton->currentIndex(), 1);
+    EXPECT_EQ(general().fileManagerButton->currentText(), u"Alpha Files"_qs);
+    EXPECT_TRUE(advanced().includeBetasButton->isChecked());
+    EXPECT_EQ(actions().actionsTableView->rowText(0),
+              u"Return will Show in File Manager with the selected row"_qs);
+}
+
+TEST_F(PreferencesTest, saysBesideAControlThatNothingWasStored)
+{
+    breakTheDisk();
+    autostart.isWorking = false;
+    open();
+    testing::internal::CaptureStderr();
+    general().enableQuickSearchButton->click();
+    choose(*general().openInFinderBehaviorButton, 0);
+    EXPECT_EQ(faults(general()), QStringList(writeFault()));
+    EXPECT_FALSE(general().enableQuickSearchButton->isChecked()) << "shows what holds";
+    general().startAtLoginButton->click();
+    EXPECT_EQ(faults(general()).size(), 2);
+    EXPECT_FALSE(general().startAtLoginButton->isChecked());
+    advanced().includeBetasButton->click();
+    EXPECT_EQ(faults(advanced()), QStringList(writeFault()));
+    window().tabView().setCurrentIndex(ACTIONS_TAB);
+    actions().actionsTableView->selectRow(0);
+    actions().actionAddRemoveSegmentedControl->segment(1)->click();
+    EXPECT_EQ(faults(actions()), QStringList(writeFault()));
+    EXPECT_EQ(actions().actionsTableView->rowCount(), 4);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Not a directory"));
+}
+
+class ActionPaneTest : public PreferencesTest
+{
+protected:
+    void SetUp() override { open(ACTIONS_TAB); }
+
+    FormTable &table() { return *actions().actionsTableView; }
+    QAbstractButton &segment(int number)
+    {
+        return *actions().actionAddRemoveSegmentedControl->segment(number);
+    }
+    AddActionViewController &sheet()
+    {
+        if (actions().addActionViewController() == nullptr)
+            segment(0).click();
+        return *actions().addActionViewController();
+    }
+    QStringList rows()
+    {
+        QStringList texts;
+        for (int row = 0; row < table().rowCount(); ++row)
+            texts << table().rowText(row);
+        return texts;
+    }
+    static void press(AddActionViewController &sheet, const QString &text)
+    {
+        for (auto *button : sheet.findChildren<QPushButton *>()) {
+            if (button->text().remove(u'&') == text)
+                return button->click();
+        }
+        FAIL() << "no button " << text.toStdString();
+    }
+};
+
+TEST_F(ActionPaneTest, listsTheActionsInTheirOrder)
+{
+    EXPECT_EQ(rows(), QStringList({u"Return will Open in Default App with the selected row"_qs,
+                                   u"Ctrl+Return will Show Parent in File Manager with the "
+                                   "selected row"_qs,
+                                   u"Alt+Return will Copy Path to Clipboard with the "
+                                   "selected row"_qs,
+                                   u"Alt+Shift+Return will Open Application with Terminal"_qs}));
+    EXPECT_EQ(drawnDescription(actions().actionTable->actions()[3]),
+              QList<FormTextRun>({{.text = u"Alt+Shift+Return"_qs, .isBold = true},
+                                  {.text = u" will "_qs},
+                                  {.text = u"Open Application"_qs, .isBold = true},
+                                  {.text = u" with "_qs},
+                                  {.text = u"Terminal"_qs}}));
+    EXPECT_EQ(table().rowIdentifier(), u"ActionTableViewRowIdentifier"_qs);
+    EXPECT_FALSE(store.contains("qln-actions-list")) << "showing them writes nothing";
+}
+
+TEST_F(ActionPaneTest, removesEveryActionEqualToTheSelectedOne)
+{
+    EXPECT_FALSE(segment(1).isEnabled()) << "nothing is selected";
+    actions().actionTable->removeSelected();
+    EXPECT_FALSE(store.contains("qln-actions-list"));
+    const std::string one = FIRST_KEYS_ACTION;
+    writeByHand(
+        "{\"qln-actions-list\": \"[" +
+        QString::fromStdString(one + "," + one).replace(u"\""_qs, u"\\\""_qs).toStdString() +
+        "]\"}");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return table().rowCount() == 2; }, PATIENCE));
+    table().selectRow(1);
+    QTest::keyClick(&table(), Qt::Key_Delete);
+    EXPECT_EQ(rows(), QStringList(u"Return will Show in File Manager with the selected row"_qs))
+        << "what an emptied list means";
+    EXPECT_EQ(store.data("qln-actions-list"), "[]");
+}
+
+TEST_F(ActionPaneTest, addsWhatTheSheetSays)
+{
+    EXPECT_EQ(items(*sheet().shortcutButton),
+              QStringList({u"Shift+Return"_qs, u"Ctrl+Shift+Return"_qs}));
+    EXPECT_EQ(sheet().shortcutButton->currentIndex(), 0);
+    EXPECT_EQ(items(*sheet().actionButton),
+              QStringList({u"Open in Default App"_qs, u"Show in File Manager"_qs,
+                           u"Show Parent in File Manager"_qs, u"Copy Path to Clipboard"_qs,
+                           u"Open Application"_qs, u"Execute Shell Command"_qs}));
+    QLineEdit &field = *sheet().parametersTextField;
+    EXPECT_TRUE(field.isReadOnly());
+    EXPECT_EQ(field.text(), u"the selected row"_qs);
+    choose(*sheet().actionButton, 5);
+    EXPECT_FALSE(field.isReadOnly());
+    EXPECT_EQ(field.text(), QString());
+    EXPECT_EQ(field.placeholderText(), u"/Users/me/scripts/my-script.sh"_qs);
+    choose(*sheet().actionButton, 4);
+    EXPECT_EQ(field.placeholderText(), u"Sublime Text"_qs);
+
+    QTest::keyClicks(&field, u"Nonsense"_qs);
+    EXPECT_EQ(faults(sheet()), QStringList(u"No application of this name is installed."_qs));
+    field.clear();
+    press(sheet(), u"Choose…"_qs);
+    auto *menu = sheet().findChild<QMenu *>();
+    ASSERT_NE(menu, nullptr);
+    menu->actions().last()->trigger();
+    menu->close();
+    EXPECT_EQ(field.text(), u"Paint & Draw"_qs);
+    EXPECT_THAT(faults(sheet()), IsEmpty());
+    press(sheet(), u"Done"_qs);
+    EXPECT_EQ(rows().last(), u"Shift+Return will Open Application with Paint & Draw"_qs);
+    EXPECT_THAT(*store.data("qln-actions-list"), HasSubstr(FIRST_KEYS_ACTION));
+}
+
+TEST_F(ActionPaneTest, staysOpenWhileAPartIsMissing)
+{
+    choose(*sheet().actionButton, 4);
+    press(sheet(), u"Done"_qs);
+    EXPECT_TRUE(sheet().isVisible());
+    EXPECT_EQ(faults(sheet()).size(), 1);
+    EXPECT_FALSE(store.contains("qln-actions-list"));
+    press(sheet(), u"Cancel"_qs);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    ActionModelFinder finder(store);
+    for (const ActionShortcutFlags flags : allShortcutFlags())
+        finder.addAction({.flags = flags,
+                          .actionType = ActionType::showInFinder,
+                          .actionTarget = ActionTarget::selectedRow});
+    EXPECT_EQ(sheet().shortcutButton->count(), 0) << "every combination is taken";
+    const std::string before = file();
+    press(sheet(), u"Done"_qs);
+    EXPECT_TRUE(sheet().isVisible());
+    EXPECT_EQ(file(), before);
+}
+
+struct ProgramRow
+{
+    const char *name;
+    const char *target;
+    const char *warning;
+
+    friend std::ostream &operator<<(std::ostream &out, const ProgramRow &row)
+    {
+        return out << row.name;
+    }
+};
+
+class ProgramWarning : public ActionPaneTest, public testing::WithParamInterface<ProgramRow>
+{};
+
+TEST_P(ProgramWarning, standsBesideTheFieldAndRefusesNothing)
+{
+    folder.writeFile("text");
+    const std::string script = folder.writeFile("script");
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    const QString target = QString::fromLatin1(GetParam().target)
+                               .replace(u"DIR"_qs, QString::fromStdString(folder.path()));
+    choose(*sheet().actionButton, 5);
+    sheet().parametersTextField->setText(target);
+    const QString warning = QString::fromLatin1(GetParam().warning);
+    EXPECT_EQ(faults(sheet()), warning.isEmpty() ? QStringList() : QStringList(warning));
+    press(sheet(), u"Done"_qs);
+    EXPECT_EQ(rows().last(), u"Shift+Return will Execute Shell Command with "_qs + target);
+}
+
+const ProgramRow PROGRAM_ROWS[] = {
+    {"program", "DIR/script", ""},
+    {"missing", "DIR/missing", "There is no such file."},
+    {"noProgram", "DIR/text", "This file may not be run."},
+    {"folder", "DIR", "This is a folder, not a program."},
+};
+INSTANTIATE_TEST_SUITE_P(Rows, ProgramWarning, testing::ValuesIn(PROGRAM_ROWS),
+                         [](const auto &row) { return row.param.name; });
+
+} // namespace quillon
