@@ -2,15 +2,10 @@
 
 #include "app/panel/SearchPanelView.h"
 #include "platform/linux/ProgramEnd.h"
-#include "platform/linux/SessionHotKey.h"
-#include "prefs/PreferenceKeys.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QEvent>
-#include <QThread>
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace quillon {
@@ -19,10 +14,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a disk that does not answer may hold up the end of the program, for each queue.
-constexpr auto PATIENCE_AT_THE_END = 20ms;
-/// Room for a build beside the searches.
-constexpr int FEWEST_BACKGROUND_THREADS = 3;
+/// How long a disk that does not answer may hold up the end of the program.
+constexpr auto PATIENCE_AT_THE_END = 50ms;
 
 /// Where the programs stand that serve this one: beside it, built or installed.
 std::string programsFolder()
@@ -33,61 +26,75 @@ std::string programsFolder()
 } // namespace
 
 AppDelegate::AppDelegate()
-    : backgroundQueue_(std::max(FEWEST_BACKGROUND_THREADS, QThread::idealThreadCount())),
-      iconQueue_(1),
-      actionQueue_(1),
-      eventQueue_("org.quillon.Quillon.sbw-fs-events"),
-      defaults_(standardDefaultsPath()),
-      defaultsChanges_(standardDefaultsPath()),
-      preferences_(defaults_),
-      fileManager_([this] { return defaults_.string(PreferenceKeys::FILE_MANAGER); }),
-      folderLister_(diskLister_),
-      folderIdentity_(diskIdentity_),
-      hotKey_(makeSessionHotKey()),
-      appleEventAccess_(defaults_),
-      appleScriptRunner_(fileManager_),
+    : preferences_(services_.defaults),
+      appleEventAccess_(services_.defaults),
+      appleScriptRunner_(services_.fileManager),
       frontFinderSearch_({.appleScriptRunner = appleScriptRunner_,
-                          .fileManager = fileManager_,
+                          .fileManager = services_.fileManager,
                           .preferences = preferences_,
-                          .background = backgroundQueue_,
-                          .main = mainQueue_}),
-      recentAccessScoreDataStore_(defaults_),
+                          .background = services_.backgroundQueue,
+                          .main = services_.mainQueue}),
+      recentAccessScoreDataStore_(services_.defaults),
       searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
-      searchBaseFinder_(defaults_, folderIdentity_),
-      searchBaseLogger_(defaults_),
-      searchBase_(&frontFinderSearch_, searchBaseFinder_, searchBaseFuzzyMatch_,
-                  {.folderLister = folderLister_,
-                   .logger = searchBaseLogger_,
-                   .mainQueue = mainQueue_,
-                   .watching = {{.events = eventService_, .eventQueue = eventQueue_}}}),
+      searchBaseFinder_(services_.defaults, services_.folderIdentity),
+      searchBaseLogger_(services_.defaults),
+      searchBase_(
+          &frontFinderSearch_, searchBaseFinder_, searchBaseFuzzyMatch_,
+          {.folderLister = services_.folderLister,
+           .logger = searchBaseLogger_,
+           .mainQueue = services_.mainQueue,
+           .watching = {{.events = services_.eventService, .eventQueue = services_.eventQueue}}}),
       searchBaseBuilder_({.searchBase = searchBase_,
                           .searchBaseFinder = searchBaseFinder_,
-                          .background = backgroundQueue_,
-                          .main = mainQueue_}),
+                          .background = services_.backgroundQueue,
+                          .main = services_.mainQueue}),
       source_(searchBase_, searchBaseFinder_, searchBaseBuilder_, frontFinderSearch_),
-      actionModelFinder_(defaults_),
-      actionRunner_({workspace_, fileManager_, clipboard_, processRunner_}, preferences_,
-                    appleScriptRunner_, actionQueue_, programsFolder()),
-      icons_(workspace_, iconQueue_, mainQueue_),
-      searchWindow_(icons_, windowSystem_),
-      lightningSearchViewController_({.list = actionModelFinder_, .runner = actionRunner_}, source_,
-                                     searchWindow_.view(),
-                                     {.background = backgroundQueue_, .main = mainQueue_}, *this),
+      actionModelFinder_(services_.defaults),
+      actionRunner_({services_.workspace, services_.fileManager, services_.clipboard,
+                     services_.processRunner},
+                    preferences_, appleScriptRunner_, services_.actionQueue, programsFolder()),
+      icons_(services_.workspace, services_.iconQueue, services_.mainQueue),
+      searchWindow_(icons_, services_.windowSystem),
+      lightningSearchViewController_(
+          {.list = actionModelFinder_, .runner = actionRunner_}, source_, searchWindow_.view(),
+          {.background = services_.backgroundQueue, .main = services_.mainQueue}, *this),
+      shortcutMonitor_(services_.defaults, services_.defaultsChanges),
+      shortcutBinder_(shortcutMonitor_, *services_.hotKey),
       rebuildSearchBaseViewController_(
           new BuildSearchBaseViewController({.searchBase = searchBase_,
                                              .builder = searchBaseBuilder_,
-                                             .defaults = defaults_,
-                                             .main = mainQueue_},
+                                             .defaults = services_.defaults,
+                                             .main = services_.mainQueue},
                                             *this)),
       buildSearchBaseWindow_(tr("Rebuild Quillon Search"), rebuildSearchBaseViewController_,
-                             windowSystem_),
-      shortcutMonitor_(defaults_, defaultsChanges_),
-      shortcutBinder_(shortcutMonitor_, *hotKey_)
+                             services_.windowSystem),
+      windowTracker_(services_.mainQueue, services_.windowSystem)
+{
+    joinSearchPanel();
+    trackWindows();
+    searchBaseBuilder_.addObserver(*this);
+    services_.appearance.onChange([this] { applyPalette(); });
+    qApp->installEventFilter(this);
+    applyPalette();
+}
+
+AppDelegate::~AppDelegate()
+{
+    // The threads end before what they use does. Everything worth keeping is on the disk already,
+    // so a thread that hangs on a dead file system is left behind with the process.
+    searchBaseBuilder_.stop();
+    services_.mainQueue.close();
+    searchBase_.reset(); // ends an update that is under way
+    if (!services_.finish(PATIENCE_AT_THE_END))
+        std::_Exit(EXIT_SUCCESS);
+}
+
+void AppDelegate::joinSearchPanel()
 {
     auto &controller = lightningSearchViewController_;
     connect(&searchWindow_, &SearchWindow::willAppear, this,
-            [this] { fileManager_.noteFrontWindow(); });
+            [this] { services_.fileManager.noteFrontWindow(); });
     connect(&searchWindow_, &SearchWindow::appeared, &controller,
             &LightningSearchViewController::viewWillAppear);
     connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
@@ -99,48 +106,69 @@ AppDelegate::AppDelegate()
             &LightningSearchViewController::windowDidBecomeKey);
     connect(&searchWindow_, &SearchWindow::disappeared, &controller,
             &LightningSearchViewController::viewDidDisappear);
-    searchBaseBuilder_.addObserver(*this);
-    appearance_.onChange([this] { applyPalette(); });
-    qApp->installEventFilter(this);
-    applyPalette();
-}
-
-AppDelegate::~AppDelegate()
-{
-    // The threads end before what they use does. Everything worth keeping is on the disk already,
-    // so a thread that hangs on a dead file system is left behind with the process.
-    searchBaseBuilder_.stop();
-    mainQueue_.close();
-    searchBase_.reset(); // ends an update that is under way
-    bool haveEnded = eventQueue_.finish(PATIENCE_AT_THE_END);
-    for (PoolTaskQueue *queue : {&backgroundQueue_, &actionQueue_, &iconQueue_})
-        haveEnded = haveEnded && queue->finish(PATIENCE_AT_THE_END);
-    if (!haveEnded)
-        std::_Exit(EXIT_SUCCESS);
-}
-
-void AppDelegate::applicationDidFinishLaunching(const std::string &action)
-{
     connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
             [this] { perform({.action = "toggle", .activationToken = {}}); });
+}
+
+void AppDelegate::trackWindows()
+{
+    windowTracker_.track(WindowTracker::searchWindow, searchWindow_,
+                         [this] { searchWindow_.present(); });
+    windowTracker_.track(WindowTracker::buildSearchBaseWindow, buildSearchBaseWindow_,
+                         [this] { buildSearchBaseWindow_.present(); });
+}
+
+void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &request)
+{
     shortcutBinder_.start();
     isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
-    if (isAccessSettled_)
+    if (request.action != "background")
+        showFirst(request.activationToken);
+    else if (isAccessSettled_)
         rebuildSearchBaseViewController_->startBuilding();
-    if (action != "background")
-        perform({.action = "show", .activationToken = {}});
+}
+
+void AppDelegate::showFirst(const std::string &activationToken)
+{
+    if (!isAccessSettled_)
+        showPermission(activationToken);
+    else
+        rebuild(activationToken);
 }
 
 void AppDelegate::perform(const RemoteControl::Request &request)
 {
+    const std::string &token = request.activationToken;
     if (request.action == "quit")
         terminate();
     else if (!isAccessSettled_)
-        startPermissionFlow();
-    else if (request.action == "toggle" && searchWindow_.isVisible())
+        showFirst(token);
+    else if (request.action == "toggle")
+        toggleSearchWindow(token);
+    else if (request.action == "show")
+        windowTracker_.show(WindowTracker::searchWindow, token);
+    else if (request.action == "preferences")
+        openPreferences();
+    else if (request.action == "rebuild")
+        rebuild(token);
+    else
+        reopen(token);
+}
+
+void AppDelegate::toggleSearchWindow(const std::string &activationToken)
+{
+    if (windowTracker_.isVisible(WindowTracker::searchWindow))
         closeSearchWindow(Closing::dismissed);
     else
-        searchWindow_.present();
+        windowTracker_.show(WindowTracker::searchWindow, activationToken);
+}
+
+void AppDelegate::reopen(const std::string &activationToken)
+{
+    if (windowTracker_.hasVisibleWindows())
+        windowTracker_.bringForward(activationToken);
+    else
+        windowTracker_.show(WindowTracker::searchWindow, activationToken);
 }
 
 RemoteControl::Handlers AppDelegate::remoteHandlers()
@@ -177,28 +205,41 @@ void AppDelegate::terminate()
     QCoreApplication::exit();
 }
 
-void AppDelegate::startPermissionFlow()
+void AppDelegate::showPermission(const std::string &activationToken)
 {
     if (!appleEventPermissionCoordinator_)
         appleEventPermissionCoordinator_.emplace(
             AppleEventPermissionViewController::Services{.access = appleEventAccess_,
                                                          .appleScriptRunner = appleScriptRunner_,
-                                                         .background = backgroundQueue_,
-                                                         .main = mainQueue_},
-            windowSystem_, *this);
+                                                         .background = services_.backgroundQueue,
+                                                         .main = services_.mainQueue},
+            services_.windowSystem, *this);
     appleEventPermissionCoordinator_->show(palette());
+    if (!activationToken.empty())
+        services_.windowSystem.activate(appleEventPermissionCoordinator_->window()->winId(),
+                                        activationToken);
 }
 
 void AppDelegate::permissionFinished()
 {
     isAccessSettled_ = true;
+    showFirst();
+}
+
+void AppDelegate::rebuild(const std::string &activationToken)
+{
+    windowTracker_.show(WindowTracker::buildSearchBaseWindow, activationToken);
+    closeSearchWindow(Closing::forAction);
     rebuildSearchBaseViewController_->startBuilding();
-    searchWindow_.present();
 }
 
 void AppDelegate::searchBaseRebuildFinished()
 {
-    buildSearchBaseWindow_.close();
+    // A build that nobody looks at, as one at login, brings nothing up.
+    if (!windowTracker_.isVisible(WindowTracker::buildSearchBaseWindow))
+        return;
+    windowTracker_.show(WindowTracker::searchWindow);
+    windowTracker_.close(WindowTracker::buildSearchBaseWindow);
 }
 
 void AppDelegate::buildBegan()
@@ -215,6 +256,11 @@ void AppDelegate::buildEnded()
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
+    // The end of the session; asking the windows first would let one of them hold it up.
+    if (watched == qApp && event->type() == QEvent::Quit) {
+        terminate();
+        return true;
+    }
     if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
         icons_.clear();
         applyPalette();
@@ -224,7 +270,7 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 
 PanelPalette AppDelegate::palette() const
 {
-    return PanelPalette::forDesktop(QApplication::palette(), appearance_.prefersDark());
+    return PanelPalette::forDesktop(QApplication::palette(), services_.appearance.prefersDark());
 }
 
 void AppDelegate::applyPalette()

@@ -5,6 +5,8 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
 #include "actions/FrontFinderSearch.h"
+#include "app/DesktopServices.h"
+#include "app/WindowTracker.h"
 #include "app/panel/IconSource.h"
 #include "app/panel/LightningSearchViewController.h"
 #include "app/panel/SearchBaseSource.h"
@@ -18,27 +20,12 @@
 #include "indexing/SearchBaseLogger.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
-#include "platform/PatientFolders.h"
 #include "platform/RemoteControl.h"
-#include "platform/linux/GioProcessRunner.h"
-#include "platform/linux/GioWorkspace.h"
-#include "platform/linux/JsonDefaultsStore.h"
-#include "platform/linux/PortalAppearance.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/QtClipboard.h"
-#include "platform/linux/QtTaskQueues.h"
-#include "platform/linux/SerialTaskQueue.h"
-#include "platform/linux/SettingsFileChanges.h"
-#include "platform/linux/StatxFolderIdentity.h"
-#include "platform/linux/X11WindowSystem.h"
-#include "platform/linux/filemanagers/DesktopFileManager.h"
-#include "platform/linux/watching/InotifyEventService.h"
 #include "prefs/Preferences.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 
 #include <atomic>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -58,15 +45,15 @@ public:
     AppDelegate();
     ~AppDelegate() override;
 
-    /// Binds the stored shortcut, and builds the index in the background once the user has been
-    /// asked about the file manager. Then does what the start asks for; "background" shows nothing.
-    void applicationDidFinishLaunching(const std::string &action);
-    /// Carries out a request of another process or of the shortcut. While the user is being asked
-    /// about the file manager, what would show a window brings the question to the front.
+    /// Binds the stored shortcut and carries out what the program was started for: "background"
+    /// builds the index without a window, everything else first shows what the user has to see.
+    void applicationDidFinishLaunching(const RemoteControl::Request &request);
+    /// Carries out a request of another process or of the shortcut. What the user has to see first,
+    /// and has not seen, comes in place of what is asked for.
     void perform(const RemoteControl::Request &request);
     /// What other processes may ask.
     RemoteControl::Handlers remoteHandlers();
-    TaskQueue &backgroundQueue() { return backgroundQueue_; }
+    TaskQueue &backgroundQueue() { return services_.backgroundQueue; }
 
     void closeSearchWindow(Closing closing) override;
     void openPreferences() override {}
@@ -83,33 +70,24 @@ protected:
 private:
     void buildBegan() override;
     void buildEnded() override;
+
+    void joinSearchPanel();
+    void trackWindows();
     PanelPalette palette() const;
     void applyPalette();
-    void startPermissionFlow();
+
+    /// The question about the file manager, or else the rebuild.
+    void showFirst(const std::string &activationToken = {});
+    void showPermission(const std::string &activationToken);
+    void rebuild(const std::string &activationToken = {});
+    void toggleSearchWindow(const std::string &activationToken);
+    /// The program's icon was clicked, or it was started again.
+    void reopen(const std::string &activationToken);
     /// On any thread.
     RemoteAnswer find(const RemoteQuery &query) const;
 
-    MainTaskQueue mainQueue_;
-    PoolTaskQueue backgroundQueue_;
-    PoolTaskQueue iconQueue_;
-    PoolTaskQueue actionQueue_;
-    SerialTaskQueue eventQueue_;
-
-    JsonDefaultsStore defaults_;
-    SettingsFileChanges defaultsChanges_;
+    DesktopServices services_;
     Preferences preferences_;
-    GioWorkspace workspace_;
-    GioProcessRunner processRunner_;
-    QtClipboard clipboard_;
-    DesktopFileManager fileManager_;
-    PosixFolderLister diskLister_;
-    PatientFolderLister folderLister_;
-    InotifyEventService eventService_;
-    StatxFolderIdentity diskIdentity_;
-    PatientFolderIdentity folderIdentity_;
-    X11WindowSystem windowSystem_;
-    PortalAppearance appearance_;
-    std::unique_ptr<HotKey> hotKey_;
 
     AppleEventAccess appleEventAccess_;
     AppleScriptRunner appleScriptRunner_;
@@ -130,12 +108,13 @@ private:
     SearchWindow searchWindow_;
     LightningSearchViewController lightningSearchViewController_;
 
-    /// In its window, which owns it.
-    BuildSearchBaseViewController *rebuildSearchBaseViewController_;
-    SetupWindow buildSearchBaseWindow_;
-
     QLNShortcutMonitor shortcutMonitor_;
     QLNShortcutBinder shortcutBinder_;
+
+    // Each controller is in its window, which owns it.
+    BuildSearchBaseViewController *rebuildSearchBaseViewController_;
+    SetupWindow buildSearchBaseWindow_;
+    WindowTracker windowTracker_;
 
     /// The user has been asked whether the file manager may be talked to.
     bool isAccessSettled_ = false;

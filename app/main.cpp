@@ -67,7 +67,19 @@ bool hasDisplay()
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
-int run(int &argc, char **argv, const std::string &action)
+/// The right to the keyboard that a launcher gave; what this program starts does not inherit it.
+std::string takeActivationToken()
+{
+    std::string token;
+    for (const char *variable : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
+        if (const QByteArray value = qgetenv(variable); !value.isEmpty())
+            token = value.toStdString();
+        qunsetenv(variable);
+    }
+    return token;
+}
+
+int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
 {
     QApplication application(argc, argv);
     quillon::translateApplication(application);
@@ -83,8 +95,8 @@ int run(int &argc, char **argv, const std::string &action)
     if (claim == quillon::RemoteControl::Claim::taken) {
         // Another start was quicker.
         using Outcome = quillon::RunningInstance::Outcome;
-        const bool isSeen = action != "background";
-        return !isSeen || quillon::BusRunningInstance().request(action) == Outcome::done
+        const bool isSeen = request.action != "background";
+        return !isSeen || quillon::BusRunningInstance().request(request.action) == Outcome::done
                    ? EXIT_SUCCESS
                    : EXIT_FAILURE;
     }
@@ -92,7 +104,7 @@ int run(int &argc, char **argv, const std::string &action)
         std::fputs("quillon: no session bus; a second start will not reach this one\n", stderr);
 
     const quillon::ProgramEnd end(PATIENCE_AT_THE_END);
-    delegate.applicationDidFinishLaunching(action);
+    delegate.applicationDidFinishLaunching(request);
     return QApplication::exec();
 }
 
@@ -107,5 +119,7 @@ int main(int argc, char **argv)
         std::fputs("quillon: no display to show the panel on\n", stderr);
         return EXIT_FAILURE;
     }
-    return run(argc, argv, argc > 1 ? argv[1] : "activate");
+    return run(
+        argc, argv,
+        {.action = argc > 1 ? argv[1] : "activate", .activationToken = takeActivationToken()});
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace quillon {
 
@@ -25,6 +26,9 @@ public:
     /// Asks for the keyboard for a window that activeWindow() told; nothing happens when it has
     /// gone.
     virtual void activate(std::uintptr_t window) = 0;
+    /// Asks for the keyboard for a window of this program that is shown already, by the right that
+    /// who asked for the window was given; the launcher is told that what it waited for is there.
+    virtual void activate(std::uintptr_t window, const std::string &activationToken) = 0;
 };
 
 } // namespace quillon

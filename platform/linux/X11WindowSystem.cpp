@@ -1,10 +1,14 @@
 #include "platform/linux/X11WindowSystem.h"
 
+#include <QByteArray>
 #include <QGuiApplication>
+#include <QWindow>
 
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -13,6 +17,11 @@
 namespace quillon {
 
 namespace {
+
+/// Who asks for the keyboard: a program, which tells when its user asked for that, or the user
+/// directly, whatever the time.
+constexpr std::uint32_t SOURCE_APPLICATION = 1;
+constexpr std::uint32_t SOURCE_USER = 2;
 
 template <typename T>
 using Reply = std::unique_ptr<T, decltype(&std::free)>;
@@ -30,6 +39,59 @@ xcb_atom_t atom(xcb_connection_t *x, std::string_view name)
     const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr),
                                                &std::free);
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+xcb_window_t root(xcb_connection_t *x)
+{
+    return xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+}
+
+/// When the user asked, in the X server's time: what follows "_TIME" in the token. Zero, which
+/// stands for now, where a launcher does not tell.
+std::uint32_t timeOf(std::string_view token)
+{
+    constexpr std::string_view MARK = "_TIME";
+    const std::size_t mark = token.rfind(MARK);
+    std::uint32_t time = XCB_CURRENT_TIME;
+    if (mark != std::string_view::npos)
+        std::from_chars(token.data() + mark + MARK.size(), token.data() + token.size(), time);
+    return time;
+}
+
+/// Ends the launcher's busy sign. The text travels in pieces, the last with a zero at its end.
+void completeStartup(xcb_connection_t *x, xcb_window_t window, std::string_view token)
+{
+    std::string text = "remove: ID=\"";
+    for (const char byte : token) {
+        if (byte == '"' || byte == '\\')
+            text += '\\';
+        text += byte;
+    }
+    text += "\"";
+    xcb_client_message_event_t piece{};
+    piece.response_type = XCB_CLIENT_MESSAGE;
+    piece.format = 8;
+    piece.window = window;
+    piece.type = atom(x, "_NET_STARTUP_INFO_BEGIN");
+    const xcb_atom_t following = atom(x, "_NET_STARTUP_INFO");
+    for (std::size_t sent = 0; sent <= text.size(); sent += sizeof piece.data) {
+        std::ranges::fill(piece.data.data8, std::uint8_t{0});
+        text.copy(reinterpret_cast<char *>(piece.data.data8), sizeof piece.data, sent);
+        xcb_send_event(x, 0, root(x), XCB_EVENT_MASK_PROPERTY_CHANGE,
+                       reinterpret_cast<const char *>(&piece));
+        piece.type = following;
+    }
+}
+
+/// Wayland takes the token as it is; the toolkit reads it where programs find theirs at the start.
+void activateOnWayland(std::uintptr_t window, const std::string &token)
+{
+    qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+    for (QWindow *each : QGuiApplication::topLevelWindows()) {
+        if (each->handle() && each->winId() == window)
+            each->requestActivate();
+    }
+    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 } // namespace
@@ -66,6 +128,31 @@ std::uintptr_t X11WindowSystem::activeWindow() const
 void X11WindowSystem::activate(std::uintptr_t window)
 {
     windows_.activate(static_cast<std::uint32_t>(window));
+}
+
+void X11WindowSystem::activate(std::uintptr_t window, const std::string &activationToken)
+{
+    auto *x = connection();
+    if (!x) {
+        activateOnWayland(window, activationToken);
+        return;
+    }
+    // The toolkit knows the time of the last event of its own alone, which may be long ago: window
+    // managers that guard the keyboard would then refuse it.
+    const auto id = static_cast<xcb_window_t>(window);
+    const std::uint32_t time = timeOf(activationToken);
+    xcb_client_message_event_t request{};
+    request.response_type = XCB_CLIENT_MESSAGE;
+    request.format = 32;
+    request.window = id;
+    request.type = atom(x, "_NET_ACTIVE_WINDOW");
+    request.data.data32[0] = time == XCB_CURRENT_TIME ? SOURCE_USER : SOURCE_APPLICATION;
+    request.data.data32[1] = time;
+    xcb_send_event(x, 0, root(x),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&request));
+    completeStartup(x, id, activationToken);
+    xcb_flush(x);
 }
 
 } // namespace quillon

@@ -13,6 +13,7 @@ public:
     bool isComposited() const override;
     std::uintptr_t activeWindow() const override;
     void activate(std::uintptr_t window) override;
+    void activate(std::uintptr_t window, const std::string &activationToken) override;
 
 private:
     const X11Windows windows_;

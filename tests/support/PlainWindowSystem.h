@@ -12,6 +12,7 @@ public:
     bool isComposited() const override { return false; }
     std::uintptr_t activeWindow() const override { return 0; }
     void activate(std::uintptr_t) override {}
+    void activate(std::uintptr_t, const std::string &) override {}
 };
 
 } // namespace quillon

@@ -1,0 +1,45 @@
+#include "app/DesktopServices.h"
+
+#include "platform/linux/Deadline.h"
+#include "platform/linux/SessionHotKey.h"
+#include "prefs/PreferenceKeys.h"
+
+#include <QThread>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// Room for a build beside the searches.
+constexpr int FEWEST_BACKGROUND_THREADS = 3;
+
+} // namespace
+
+DesktopServices::DesktopServices()
+    : backgroundQueue(std::max(FEWEST_BACKGROUND_THREADS, QThread::idealThreadCount())),
+      iconQueue(1),
+      actionQueue(1),
+      eventQueue("org.quillon.Quillon.sbw-fs-events"),
+      defaults(standardDefaultsPath()),
+      defaultsChanges(standardDefaultsPath()),
+      fileManager([this] { return defaults.string(PreferenceKeys::FILE_MANAGER); }),
+      folderLister(diskLister),
+      folderIdentity(diskIdentity),
+      hotKey(makeSessionHotKey())
+{}
+
+DesktopServices::~DesktopServices() = default;
+
+bool DesktopServices::finish(std::chrono::milliseconds patience)
+{
+    const Deadline deadline(patience);
+    mainQueue.close();
+    bool haveEnded = eventQueue.finish(deadline.remaining());
+    for (PoolTaskQueue *queue : {&backgroundQueue, &actionQueue, &iconQueue})
+        haveEnded = queue->finish(deadline.remaining()) && haveEnded;
+    return haveEnded;
+}
+
+} // namespace quillon

@@ -1,0 +1,233 @@
+#!/usr/bin/env python3
+"""The program as a citizen of the desktop: how it starts, who has the keyboard, how it ends.
+
+Runs on a private desktop:
+tools/private-desktop python3 tests/e2e/lifecycle_test.py QUILLON QUILLONCTL
+"""
+
+import os
+import signal
+import subprocess
+import sys
+import time
+
+from desktop import PATIENCE, Desktop, eventually, main, output, windows
+
+QUESTION = "Quillon – Permissions"
+REBUILD = "Rebuild Quillon Search"
+PANEL = "Quillon"
+
+
+def active_window():
+    return output("xdotool", "getactivewindow").strip()
+
+
+def bus_call(method, *arguments):
+    """What the running instance answers on the bus; empty when it does not."""
+    return output("gdbus", "call", "--session", "--dest", "org.quillon.Quillon", "--object-path",
+                  "/org/quillon/Quillon", "--method", method, *arguments)
+
+
+def as_bytes(text):
+    return "[" + ", ".join(f"byte {byte}" for byte in text.encode()) + "]"
+
+
+class LifecycleTest(Desktop):
+    ctl = ""
+
+    def launch(self, *options, **streams):
+        """Starts the program and waits for nothing."""
+        child = subprocess.Popen([self.program, *options], env=self.environment(), **streams)
+        self.children.append(child)
+        return child
+
+    def wait_for_keyboard(self, title):
+        def has_keyboard():
+            return active_window() in windows("quillon", title)
+        eventually(f"the keyboard in {title}", has_keyboard)
+
+    def wait_for_gone(self, title):
+        eventually(f"the end of {title}", lambda: not windows("quillon", title))
+
+    def open_other_window(self):
+        self.children.append(subprocess.Popen(["xmessage", "other"], env=self.environment(),
+                                              stderr=subprocess.DEVNULL))
+        window = eventually("the other window", lambda: windows("Xmessage"))[0]
+        subprocess.run(["xdotool", "windowactivate", "--sync", window], check=True)
+        eventually("the keyboard in the other window", lambda: active_window() == window)
+        return window
+
+    def wait_for_index(self, query, paths):
+        def count():
+            answer = bus_call("org.quillon.Quillon.Search.Find", as_bytes(str(self.settings)),
+                              as_bytes(query), "10")
+            return answer.count("[byte ")
+        eventually("the answer of the index", lambda: count() == paths)
+
+    def wait_until_reachable(self):
+        eventually("the instance on the bus",
+                   lambda: bus_call("org.freedesktop.DBus.Peer.Ping") != "")
+
+    def make_big_tree(self):
+        """Crawling it takes longer than ending the program may."""
+        for number in range(40_000):
+            os.makedirs(self.tree / f"{number // 200}/folder {number}")
+
+    def end(self, child):
+        """Ends the program by its own command; the seconds that it took from there."""
+        began = time.monotonic()
+        self.assertEqual(self.request("--quit"), 0)
+        self.assertEqual(child.wait(PATIENCE), 0)
+        return time.monotonic() - began
+
+    def test_shows_the_rebuild_and_then_the_panel_and_gives_the_keyboard_back(self):
+        self.make_folders("Documents/harbour")
+        self.write_settings()
+        other = self.open_other_window()
+        quillon = self.launch()
+        self.wait_for_keyboard(PANEL)
+        self.wait_for_gone(REBUILD)
+        for _ in range(2):
+            self.press("ctrl+alt+space")
+            self.wait_for_no_panel()
+            eventually("the keyboard back", lambda: active_window() == other)
+            self.press("ctrl+alt+space")
+            self.wait_for_keyboard(PANEL)
+
+        # The rebuild window shows, works and makes way for the panel.
+        self.make_folders("Music/harp")
+        self.assertEqual(self.request("--rebuild"), 0)
+        self.wait_for_keyboard(PANEL)
+        self.wait_for_gone(REBUILD)
+        self.wait_for_index("harp", 1)
+        self.press("Escape")
+        eventually("the keyboard back after the rebuild", lambda: active_window() == other)
+
+        self.end(quillon)
+        self.assertEqual(bus_call("org.freedesktop.DBus.Peer.Ping"), "")
+
+    def test_started_again_brings_up_what_there_is(self):
+        self.write_settings()
+        quillon = self.launch()
+        self.wait_for_keyboard(PANEL)
+        other = self.open_other_window()
+        self.wait_for_no_panel()
+        second = self.launch()
+        self.assertEqual(second.wait(PATIENCE), 0)
+        self.wait_for_keyboard(PANEL)
+        self.press("Escape")
+        eventually("the keyboard back", lambda: active_window() == other)
+        bus_call("org.freedesktop.Application.Activate", "{}")
+        self.wait_for_keyboard(PANEL)
+        self.assertIsNone(quillon.poll(), "there is one instance, the first")
+
+    def test_a_start_at_login_shows_nothing_and_builds(self):
+        self.make_folders("Documents/harbour")
+        self.write_settings()
+        other = self.open_other_window()
+        quillon = self.launch("--background")
+        self.wait_for_index("harbour", 1)
+        self.assertEqual(windows("quillon"), [])
+        self.assertEqual(active_window(), other)
+        self.assertEqual(self.launch("--background").wait(PATIENCE), 0)
+        self.assertEqual(windows("quillon"), [], "nor does a second one")
+        self.press("ctrl+alt+space")
+        self.wait_for_keyboard(PANEL)
+        self.end(quillon)
+
+    def test_a_start_at_login_asks_when_it_is_first_wanted(self):
+        self.write_settings()
+        settings = self.settings.read_text()
+        self.settings.write_text(settings.replace('"preemptive-apple-event-access": true, ', ""))
+        self.launch("--background")
+        self.wait_until_reachable()
+        self.assertEqual(windows("quillon"), [])
+        self.assertEqual(self.request("--toggle"), 0)
+        self.wait_for_keyboard(QUESTION)
+        self.press("Return")
+        self.wait_for_keyboard(PANEL)
+
+    def test_a_launcher_passes_on_the_keyboard_and_is_told(self):
+        self.write_settings()
+        self.launch()
+        self.wait_for_keyboard(PANEL)
+        self.press("Escape")
+        self.wait_for_no_panel()
+        heard = self.home / "heard"
+        with heard.open("w") as record:
+            listener = subprocess.Popen(["stdbuf", "-oL", "xev", "-root"], stdout=record)
+        self.children.append(listener)
+        def show():
+            self.request("--toggle")
+            environment = dict(self.environment(), DESKTOP_STARTUP_ID="launcher_TIME4242")
+            subprocess.run([self.program, "--show"], env=environment, check=True, timeout=PATIENCE)
+            return "_NET_STARTUP_INFO)" in heard.read_text()
+        eventually("the word to the launcher", show)
+        self.wait_for_keyboard(PANEL)
+
+    def test_ends_at_once_in_the_middle_of_a_build(self):
+        self.make_big_tree()
+        self.write_settings()
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            quillon = self.launch("--background")
+            self.wait_until_reachable()
+            quillon.send_signal(number)
+            self.assertEqual(quillon.wait(PATIENCE), 0)
+
+    def test_ends_although_nobody_reads_what_it_says(self):
+        self.make_folders("Documents")
+        self.write_settings({"debug-log-fs-events": True})
+        reader, writer = os.pipe()
+        self.addCleanup(os.close, reader)
+        os.set_blocking(writer, False)
+        try:
+            while True:
+                os.write(writer, b"x" * 4096)
+        except BlockingIOError:
+            os.set_blocking(writer, True)
+        quillon = self.launch("--background", stdout=writer)
+        os.close(writer)
+        self.wait_until_reachable()
+        self.assertEqual(self.request("--quit"), 0)
+        self.assertEqual(quillon.wait(PATIENCE), 0)
+
+    def test_ends_with_its_display(self):
+        self.write_settings()
+        screen = subprocess.Popen(["Xvfb", "-displayfd", "1", "-nolisten", "tcp"],
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.children.append(screen)
+        environment = dict(self.environment(), DISPLAY=":" + screen.stdout.readline().strip())
+        quillon = subprocess.Popen([self.program, "--background"], env=environment,
+                                   stderr=subprocess.DEVNULL)
+        self.children.append(quillon)
+        self.wait_until_reachable()
+        screen.kill()
+        self.assertEqual(quillon.wait(PATIENCE), 0)
+        screen.stdout.close()
+
+    def test_answers_the_command_line_from_its_index(self):
+        self.make_folders("Documents/harbour", b"caf\xe9 harbour")
+        self.write_settings()
+        command = [self.ctl, "find", "--json", "harbour"]
+        def found(*more):
+            return subprocess.run([self.ctl, "find", *more, "harbour"], env=self.environment(),
+                                  capture_output=True, check=True, timeout=PATIENCE).stdout
+        crawled, crawled_json = found(), found("--json")
+        self.assertEqual(crawled.count(b"\n"), 2)
+        self.launch("--background")
+        self.wait_for_index("harbour", 2)
+        self.assertEqual((found(), found("--json")), (crawled, crawled_json))
+
+        # A folder made this moment is not in the index yet: whoever crawls sees it.
+        self.make_folders("brand new harbour")
+        self.assertEqual(found(), crawled, "answered by the instance")
+        self.assertEqual(found("--in", str(self.tree)).count(b"\n"), 3)
+        others = dict(self.environment(), XDG_CONFIG_HOME=str(self.home / "elsewhere"))
+        crawl = subprocess.run(command, env=others, capture_output=True, check=True,
+                               timeout=PATIENCE)
+        self.assertIn(b"brand new", crawl.stdout, "with other settings the index is another one")
+
+
+if __name__ == "__main__":
+    LifecycleTest.ctl = os.path.abspath(sys.argv.pop(2))
+    main()
