@@ -26,7 +26,8 @@ std::string programsFolder()
 } // namespace
 
 AppDelegate::AppDelegate()
-    : preferences_(services_.defaults),
+    : services_(build_, programsFolder()),
+      preferences_(services_.defaults),
       appleEventAccess_(services_.defaults),
       appleScriptRunner_(services_.fileManager),
       frontFinderSearch_({.appleScriptRunner = appleScriptRunner_,
@@ -69,7 +70,18 @@ AppDelegate::AppDelegate()
                                             *this)),
       buildSearchBaseWindow_(tr("Rebuild Quillon Search"), rebuildSearchBaseViewController_,
                              services_.windowSystem),
-      windowTracker_(services_.mainQueue, services_.windowSystem)
+      preferencesViewController_(preferencesServices(), *this, new FormPane),
+      windowTracker_(services_.mainQueue, services_.windowSystem),
+      updater_({.controller = services_.updateController,
+                .enableBetaUpdates = preferences_.enableBetaUpdates,
+                .workspace = services_.workspace,
+                .windowSystem = services_.windowSystem,
+                .main = services_.mainQueue},
+               build_.version),
+      feedback_({.workspace = services_.workspace,
+                 .defaults = services_.defaults,
+                 .windowSystem = services_.windowSystem},
+                build_.feedbackAddress, build_.version)
 {
     joinSearchPanel();
     trackWindows();
@@ -77,6 +89,29 @@ AppDelegate::AppDelegate()
     services_.appearance.onChange([this] { applyPalette(); });
     qApp->installEventFilter(this);
     applyPalette();
+}
+
+PreferencesViewController::Services AppDelegate::preferencesServices()
+{
+    return {.general = {.defaults = services_.defaults,
+                        .preferences = preferences_,
+                        .shortcutMonitor = shortcutMonitor_,
+                        .shortcutBinder = shortcutBinder_,
+                        .hotKey = *services_.hotKey,
+                        .workspace = services_.workspace,
+                        .applications = services_.applications,
+                        .autostart = services_.autostart},
+            .actions = {.defaults = services_.defaults, .applications = services_.applications},
+            .advanced = {.defaults = services_.defaults,
+                         .preferences = preferences_,
+                         .shortcutMonitor = shortcutMonitor_,
+                         .recentAccessScore = searchBaseRecentAccessScore_,
+                         .searchBase = searchBase_,
+                         .searchBaseLogger = searchBaseLogger_,
+                         .background = services_.backgroundQueue,
+                         .main = services_.mainQueue},
+            .changes = services_.defaultsChangesForPreferences,
+            .places = services_.windowPlaces};
 }
 
 AppDelegate::~AppDelegate()
@@ -106,6 +141,7 @@ void AppDelegate::joinSearchPanel()
             &LightningSearchViewController::windowDidBecomeKey);
     connect(&searchWindow_, &SearchWindow::disappeared, &controller,
             &LightningSearchViewController::viewDidDisappear);
+    updater_.onChange([&controller] { controller.updateUpdateButton(); });
     connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
             [this] { perform({.action = "toggle", .activationToken = {}}); });
 }
@@ -116,6 +152,8 @@ void AppDelegate::trackWindows()
                          [this] { searchWindow_.present(); });
     windowTracker_.track(WindowTracker::buildSearchBaseWindow, buildSearchBaseWindow_,
                          [this] { buildSearchBaseWindow_.present(); });
+    windowTracker_.track(WindowTracker::preferencesWindow, preferencesViewController_,
+                         [this] { preferencesViewController_.present(); });
 }
 
 void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &request)
@@ -126,6 +164,9 @@ void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &re
         showFirst(request.activationToken);
     else if (isAccessSettled_)
         rebuildSearchBaseViewController_->startBuilding();
+    if (request.action == "preferences" && isAccessSettled_)
+        openPreferences();
+    updater_.startBackgroundPolling();
 }
 
 void AppDelegate::showFirst(const std::string &activationToken)
@@ -148,11 +189,17 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     else if (request.action == "show")
         windowTracker_.show(WindowTracker::searchWindow, token);
     else if (request.action == "preferences")
-        openPreferences();
+        openPreferences(token);
     else if (request.action == "rebuild")
         rebuild(token);
     else
         reopen(token);
+}
+
+void AppDelegate::openPreferences(const std::string &activationToken)
+{
+    windowTracker_.show(WindowTracker::preferencesWindow, activationToken);
+    closeSearchWindow(Closing::forAction);
 }
 
 void AppDelegate::toggleSearchWindow(const std::string &activationToken)
@@ -242,6 +289,12 @@ void AppDelegate::searchBaseRebuildFinished()
     windowTracker_.close(WindowTracker::buildSearchBaseWindow);
 }
 
+void AppDelegate::setUpAgain()
+{
+    windowTracker_.close(WindowTracker::preferencesWindow);
+    showFirst();
+}
+
 void AppDelegate::buildBegan()
 {
     isIndexComplete_ = false;
@@ -278,6 +331,9 @@ void AppDelegate::applyPalette()
     searchWindow_.setFramePalette(palette());
     searchWindow_.view().setPanelPalette(palette());
     buildSearchBaseWindow_.setPanelPalette(palette());
+    preferencesViewController_.setPanelPalette(palette());
+    updater_.setPanelPalette(palette());
+    feedback_.setPanelPalette(palette());
     if (appleEventPermissionCoordinator_)
         appleEventPermissionCoordinator_->setPanelPalette(palette());
 }

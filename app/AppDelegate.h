@@ -11,9 +11,13 @@
 #include "app/panel/LightningSearchViewController.h"
 #include "app/panel/SearchBaseSource.h"
 #include "app/panel/SearchWindow.h"
+#include "app/preferences/PreferencesViewController.h"
 #include "app/setup/AppleEventPermissionCoordinator.h"
 #include "app/setup/BuildSearchBaseViewController.h"
 #include "app/setup/SetupWindow.h"
+#include "app/update/BuildSettings.h"
+#include "app/update/Feedback.h"
+#include "app/update/Updater.h"
 #include "core/SearchBase.h"
 #include "core/SearchBaseBuilder.h"
 #include "indexing/SearchBaseFinder.h"
@@ -37,6 +41,7 @@ class AppDelegate : public QObject,
                     public SearchPanelDelegate,
                     public AppleEventPermissionDelegate,
                     public BuildSearchBaseDelegate,
+                    public AdvancedPreferencesDelegate,
                     private SearchBaseBuildObserver
 {
     Q_OBJECT
@@ -56,13 +61,14 @@ public:
     TaskQueue &backgroundQueue() { return services_.backgroundQueue; }
 
     void closeSearchWindow(Closing closing) override;
-    void openPreferences() override {}
-    void sendFeedback() override {}
-    void checkForUpdates() override {}
-    bool hasUninstalledUpdate() const override { return false; }
+    void openPreferences() override { openPreferences({}); }
+    void sendFeedback() override { feedback_.open(); }
+    void checkForUpdates() override { updater_.checkInteractively(); }
+    bool hasUninstalledUpdate() const override { return updater_.hasUninstalledUpdate(); }
     void terminate() override;
     void permissionFinished() override;
     void searchBaseRebuildFinished() override;
+    void setUpAgain() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -80,12 +86,16 @@ private:
     void showFirst(const std::string &activationToken = {});
     void showPermission(const std::string &activationToken);
     void rebuild(const std::string &activationToken = {});
+    void openPreferences(const std::string &activationToken);
     void toggleSearchWindow(const std::string &activationToken);
     /// The program's icon was clicked, or it was started again.
     void reopen(const std::string &activationToken);
     /// On any thread.
     RemoteAnswer find(const RemoteQuery &query) const;
 
+    PreferencesViewController::Services preferencesServices();
+
+    const BuildSettings build_ = BuildSettings::ofThisBuild();
     DesktopServices services_;
     Preferences preferences_;
 
@@ -114,7 +124,11 @@ private:
     // Each controller is in its window, which owns it.
     BuildSearchBaseViewController *rebuildSearchBaseViewController_;
     SetupWindow buildSearchBaseWindow_;
+    PreferencesViewController preferencesViewController_;
     WindowTracker windowTracker_;
+
+    Updater updater_;
+    Feedback feedback_;
 
     /// The user has been asked whether the file manager may be talked to.
     bool isAccessSettled_ = false;

@@ -1,5 +1,6 @@
 #include "app/DesktopServices.h"
 
+#include "app/update/BuildSettings.h"
 #include "platform/linux/Deadline.h"
 #include "platform/linux/SessionHotKey.h"
 #include "prefs/PreferenceKeys.h"
@@ -17,16 +18,21 @@ constexpr int FEWEST_BACKGROUND_THREADS = 3;
 
 } // namespace
 
-DesktopServices::DesktopServices()
+DesktopServices::DesktopServices(const BuildSettings &build, const std::string &programsFolder)
     : backgroundQueue(std::max(FEWEST_BACKGROUND_THREADS, QThread::idealThreadCount())),
       iconQueue(1),
       actionQueue(1),
       eventQueue("org.quillon.Quillon.sbw-fs-events"),
       defaults(standardDefaultsPath()),
       defaultsChanges(standardDefaultsPath()),
+      defaultsChangesForPreferences(standardDefaultsPath()),
       fileManager([this] { return defaults.string(PreferenceKeys::FILE_MANAGER); }),
       folderLister(diskLister),
       folderIdentity(diskIdentity),
+      windowPlaces(standardWindowPlacesPath()),
+      updateController(
+          {.feed = build.updateFeed, .publicKey = build.updateKey, .version = build.version},
+          {.program = programsFolder + "/fetch-feed"}),
       hotKey(makeSessionHotKey())
 {}
 

@@ -2,6 +2,7 @@
 
 #include "platform/HotKey.h"
 #include "platform/PatientFolders.h"
+#include "platform/linux/GioApplicationLauncher.h"
 #include "platform/linux/GioProcessRunner.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/JsonDefaultsStore.h"
@@ -11,21 +12,29 @@
 #include "platform/linux/QtTaskQueues.h"
 #include "platform/linux/SerialTaskQueue.h"
 #include "platform/linux/SettingsFileChanges.h"
+#include "platform/linux/StateWindowPlaces.h"
 #include "platform/linux/StatxFolderIdentity.h"
 #include "platform/linux/X11WindowSystem.h"
+#include "platform/linux/XdgAutostart.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
+#include "platform/linux/updates/FeedUpdateController.h"
 #include "platform/linux/watching/InotifyEventService.h"
 
 #include <chrono>
 #include <memory>
+#include <string>
 
 namespace quillon {
+
+struct BuildSettings;
 
 /// The platform as this program has it: one of each service, and the threads. Outlives whatever
 /// uses them.
 struct DesktopServices
 {
-    DesktopServices();
+    /// The settings of the build say where releases are told, the folder where the programs stand
+    /// that serve this one.
+    DesktopServices(const BuildSettings &build, const std::string &programsFolder);
     ~DesktopServices();
     DesktopServices(const DesktopServices &) = delete;
     DesktopServices &operator=(const DesktopServices &) = delete;
@@ -41,8 +50,11 @@ struct DesktopServices
     SerialTaskQueue eventQueue;
 
     JsonDefaultsStore defaults;
+    /// One receiver each: the shortcut, and the preferences window.
     SettingsFileChanges defaultsChanges;
+    SettingsFileChanges defaultsChangesForPreferences;
     GioWorkspace workspace;
+    GioApplicationLauncher applications;
     GioProcessRunner processRunner;
     QtClipboard clipboard;
     DesktopFileManager fileManager;
@@ -52,7 +64,10 @@ struct DesktopServices
     StatxFolderIdentity diskIdentity;
     PatientFolderIdentity folderIdentity;
     X11WindowSystem windowSystem;
+    StateWindowPlaces windowPlaces;
+    XdgAutostart autostart;
     PortalAppearance appearance;
+    FeedUpdateController updateController;
     const std::unique_ptr<HotKey> hotKey;
 };
 

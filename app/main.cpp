@@ -36,6 +36,7 @@
 #include "app/Translations.h"
 #include "platform/linux/BusRemoteControl.h"
 #include "platform/linux/BusRunningInstance.h"
+#include "platform/linux/PatientOutput.h"
 #include "platform/linux/ProgramEnd.h"
 #include "platform/linux/TerminationSignals.h"
 
@@ -88,6 +89,7 @@ int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/quillon/icon.svg")));
 
+    const quillon::PatientOutput output(fileno(stdout));
     quillon::AppDelegate delegate;
     const quillon::TerminationSignals signals([&delegate] { delegate.terminate(); });
     quillon::BusRemoteControl remote(delegate.backgroundQueue());

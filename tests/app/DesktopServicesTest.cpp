@@ -1,6 +1,7 @@
 #include "platform/linux/BusRemoteControl.h"
 #include "platform/linux/BusRunningInstance.h"
 #include "platform/linux/GioWorkspace.h"
+#include "platform/linux/PatientOutput.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/QtTaskQueues.h"
 #include "platform/linux/TerminationSignals.h"
@@ -14,10 +15,14 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <atomic>
 #include <csignal>
+#include <cstdio>
 #include <latch>
 #include <memory>
+
+#include <unistd.h>
 
 namespace quillon {
 
@@ -241,6 +246,24 @@ TEST(GioWorkspace, opensLinksWithTheApplicationForTheirKind)
     EXPECT_EQ(home.readFile("browser.opened"), address);
     for (const char *other : {"gopher://example.org/", "example.org", ""})
         EXPECT_FALSE(workspace.openLink(other)) << other;
+}
+
+TEST(PatientOutput, neverWaitsForWhoReads)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    {
+        const PatientOutput output(ends[1]);
+        std::printf("first line\n");
+        std::array<char, 11> line{};
+        ASSERT_EQ(read(ends[0], line.data(), line.size()), 11);
+        EXPECT_EQ(std::string(line.data(), line.size()), "first line\n");
+        // Far more than pipe and buffer hold together.
+        for (int i = 0; i < 100'000; ++i)
+            std::printf("line %d that nobody reads\n", i);
+    }
+    // The writing end stays open: a thread may still be at it.
+    close(ends[0]);
 }
 
 TEST(TerminationSignals, callOnceOnTheLoop)

@@ -37,6 +37,7 @@ class LifecycleTest(Desktop):
 
     def launch(self, *options, **streams):
         """Starts the program and waits for nothing."""
+        streams.setdefault("stdout", subprocess.DEVNULL)
         child = subprocess.Popen([self.program, *options], env=self.environment(), **streams)
         self.children.append(child)
         return child
@@ -61,8 +62,8 @@ class LifecycleTest(Desktop):
         def count():
             answer = bus_call("org.quillon.Quillon.Search.Find", as_bytes(str(self.settings)),
                               as_bytes(query), "10")
-            return answer.count("[byte ")
-        eventually("the answer of the index", lambda: count() == paths)
+            return answer.count("([")
+        eventually("the answer of the index", lambda: count() == 1 + paths)
 
     def wait_until_reachable(self):
         eventually("the instance on the bus",
@@ -70,7 +71,7 @@ class LifecycleTest(Desktop):
 
     def make_big_tree(self):
         """Crawling it takes longer than ending the program may."""
-        for number in range(40_000):
+        for number in range(20_000):
             os.makedirs(self.tree / f"{number // 200}/folder {number}")
 
     def end(self, child):
@@ -198,7 +199,7 @@ class LifecycleTest(Desktop):
         self.children.append(screen)
         environment = dict(self.environment(), DISPLAY=":" + screen.stdout.readline().strip())
         quillon = subprocess.Popen([self.program, "--background"], env=environment,
-                                   stderr=subprocess.DEVNULL)
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.children.append(quillon)
         self.wait_until_reachable()
         screen.kill()
