@@ -4,6 +4,7 @@
 #include "platform/linux/ProgramEnd.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QEvent>
 
 #include <cstdlib>
@@ -70,7 +71,8 @@ AppDelegate::AppDelegate()
                                             *this)),
       buildSearchBaseWindow_(tr("Rebuild Quillon Search"), rebuildSearchBaseViewController_,
                              services_.windowSystem),
-      preferencesViewController_(preferencesServices(), *this, new FormPane),
+      onboardingWindow_(tr("Set Up Quillon"), makeOnboarding(), services_.windowSystem),
+      preferencesViewController_(preferencesServices(), *this, makeSearchPane()),
       windowTracker_(services_.mainQueue, services_.windowSystem),
       updater_({.controller = services_.updateController,
                 .enableBetaUpdates = preferences_.enableBetaUpdates,
@@ -114,6 +116,32 @@ PreferencesViewController::Services AppDelegate::preferencesServices()
             .places = services_.windowPlaces};
 }
 
+SearchPreferencesViewController *AppDelegate::makeSearchPane()
+{
+    return new SearchPreferencesViewController({.searchBase = searchBase_,
+                                                .builder = searchBaseBuilder_,
+                                                .searchBaseFinder = searchBaseFinder_,
+                                                .folderIdentity = services_.folderIdentity,
+                                                .folderLister = services_.folderLister,
+                                                .background = services_.backgroundQueue,
+                                                .main = services_.mainQueue},
+                                               *this);
+}
+
+OnboardingViewController *AppDelegate::makeOnboarding()
+{
+    return new OnboardingViewController({.searchBaseFinder = searchBaseFinder_,
+                                         .folderIdentity = services_.folderIdentity,
+                                         .folderLister = services_.folderLister,
+                                         .shortcutMonitor = shortcutMonitor_,
+                                         .shortcutBinder = shortcutBinder_,
+                                         .hotKey = *services_.hotKey,
+                                         .clipboard = services_.clipboard,
+                                         .background = services_.backgroundQueue,
+                                         .main = services_.mainQueue},
+                                        QDir::homePath().toStdString(), *this);
+}
+
 AppDelegate::~AppDelegate()
 {
     // The threads end before what they use does. Everything worth keeping is on the disk already,
@@ -152,6 +180,8 @@ void AppDelegate::trackWindows()
                          [this] { searchWindow_.present(); });
     windowTracker_.track(WindowTracker::buildSearchBaseWindow, buildSearchBaseWindow_,
                          [this] { buildSearchBaseWindow_.present(); });
+    windowTracker_.track(WindowTracker::onboardingWindow, onboardingWindow_,
+                         [this] { onboardingWindow_.present(); });
     windowTracker_.track(WindowTracker::preferencesWindow, preferencesViewController_,
                          [this] { preferencesViewController_.present(); });
 }
@@ -160,21 +190,36 @@ void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &re
 {
     shortcutBinder_.start();
     isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
-    if (request.action != "background")
+    if (request.action == "background")
+        startHidden();
+    else
         showFirst(request.activationToken);
-    else if (isAccessSettled_)
-        rebuildSearchBaseViewController_->startBuilding();
     if (request.action == "preferences" && isAccessSettled_)
         openPreferences();
     updater_.startBackgroundPolling();
 }
 
+void AppDelegate::startHidden()
+{
+    isFirstShowDue_ = !isAccessSettled_ || !isSetUp();
+    if (isAccessSettled_)
+        rebuildSearchBaseViewController_->startBuilding();
+}
+
 void AppDelegate::showFirst(const std::string &activationToken)
 {
+    isFirstShowDue_ = false;
     if (!isAccessSettled_)
         showPermission(activationToken);
+    else if (!isSetUp())
+        windowTracker_.show(WindowTracker::onboardingWindow, activationToken);
     else
         rebuild(activationToken);
+}
+
+bool AppDelegate::isSetUp()
+{
+    return shortcutMonitor_.shortcut() && !searchBaseFinder_.includeLocations().empty();
 }
 
 void AppDelegate::perform(const RemoteControl::Request &request)
@@ -182,7 +227,7 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     const std::string &token = request.activationToken;
     if (request.action == "quit")
         terminate();
-    else if (!isAccessSettled_)
+    else if (!isAccessSettled_ || isFirstShowDue_)
         showFirst(token);
     else if (request.action == "toggle")
         toggleSearchWindow(token);
@@ -289,6 +334,12 @@ void AppDelegate::searchBaseRebuildFinished()
     windowTracker_.close(WindowTracker::buildSearchBaseWindow);
 }
 
+void AppDelegate::onboardingFinished()
+{
+    windowTracker_.close(WindowTracker::onboardingWindow);
+    rebuild();
+}
+
 void AppDelegate::setUpAgain()
 {
     windowTracker_.close(WindowTracker::preferencesWindow);
@@ -331,6 +382,7 @@ void AppDelegate::applyPalette()
     searchWindow_.setFramePalette(palette());
     searchWindow_.view().setPanelPalette(palette());
     buildSearchBaseWindow_.setPanelPalette(palette());
+    onboardingWindow_.setPanelPalette(palette());
     preferencesViewController_.setPanelPalette(palette());
     updater_.setPanelPalette(palette());
     feedback_.setPanelPalette(palette());

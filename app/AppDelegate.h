@@ -12,8 +12,10 @@
 #include "app/panel/SearchBaseSource.h"
 #include "app/panel/SearchWindow.h"
 #include "app/preferences/PreferencesViewController.h"
+#include "app/preferences/search/SearchPreferencesViewController.h"
 #include "app/setup/AppleEventPermissionCoordinator.h"
 #include "app/setup/BuildSearchBaseViewController.h"
+#include "app/setup/OnboardingViewController.h"
 #include "app/setup/SetupWindow.h"
 #include "app/update/BuildSettings.h"
 #include "app/update/Feedback.h"
@@ -41,6 +43,8 @@ class AppDelegate : public QObject,
                     public SearchPanelDelegate,
                     public AppleEventPermissionDelegate,
                     public BuildSearchBaseDelegate,
+                    public OnboardingDelegate,
+                    public SearchPreferencesDelegate,
                     public AdvancedPreferencesDelegate,
                     private SearchBaseBuildObserver
 {
@@ -68,6 +72,8 @@ public:
     void terminate() override;
     void permissionFinished() override;
     void searchBaseRebuildFinished() override;
+    void onboardingFinished() override;
+    void rebuildSearchBase() override { rebuild(); }
     void setUpAgain() override;
 
 protected:
@@ -82,10 +88,12 @@ private:
     PanelPalette palette() const;
     void applyPalette();
 
-    /// The question about the file manager, or else the rebuild.
+    void startHidden();
+    /// The question about the file manager, else the set-up where it is not done, else the rebuild.
     void showFirst(const std::string &activationToken = {});
     void showPermission(const std::string &activationToken);
     void rebuild(const std::string &activationToken = {});
+    bool isSetUp();
     void openPreferences(const std::string &activationToken);
     void toggleSearchWindow(const std::string &activationToken);
     /// The program's icon was clicked, or it was started again.
@@ -94,6 +102,8 @@ private:
     RemoteAnswer find(const RemoteQuery &query) const;
 
     PreferencesViewController::Services preferencesServices();
+    SearchPreferencesViewController *makeSearchPane();
+    OnboardingViewController *makeOnboarding();
 
     const BuildSettings build_ = BuildSettings::ofThisBuild();
     DesktopServices services_;
@@ -121,9 +131,10 @@ private:
     QLNShortcutMonitor shortcutMonitor_;
     QLNShortcutBinder shortcutBinder_;
 
-    // Each controller is in its window, which owns it.
+    /// In its window, which owns it.
     BuildSearchBaseViewController *rebuildSearchBaseViewController_;
     SetupWindow buildSearchBaseWindow_;
+    SetupWindow onboardingWindow_;
     PreferencesViewController preferencesViewController_;
     WindowTracker windowTracker_;
 
@@ -132,6 +143,8 @@ private:
 
     /// The user has been asked whether the file manager may be talked to.
     bool isAccessSettled_ = false;
+    /// Nothing has been shown yet since a start at login.
+    bool isFirstShowDue_ = false;
     /// It holds everything that the settings name; read on every thread.
     std::atomic<bool> isIndexComplete_ = false;
     /// Made when it is first needed.

@@ -35,6 +35,8 @@ void writeAll(int descriptor, const std::string &bytes)
 
 struct PatientOutput::Lines
 {
+    explicit Lines(int of) : descriptor(of) {}
+
     const int descriptor;
     Mutex mutex;
     Condition changed;
@@ -43,8 +45,7 @@ struct PatientOutput::Lines
     bool isEnding GUARDED_BY(mutex) = false;
 };
 
-PatientOutput::PatientOutput(int descriptor)
-    : lines_(new Lines{.descriptor = descriptor}), former_(stdout)
+PatientOutput::PatientOutput(int descriptor) : lines_(new Lines(descriptor)), former_(stdout)
 {
     cookie_io_functions_t functions{};
     functions.write = take;

@@ -15,6 +15,8 @@ from desktop import PATIENCE, Desktop, eventually, main, output, windows
 
 QUESTION = "Quillon – Permissions"
 REBUILD = "Rebuild Quillon Search"
+SET_UP = "Set Up Quillon"
+PREFERENCES = "Preferences"
 PANEL = "Quillon"
 
 
@@ -147,6 +149,49 @@ class LifecycleTest(Desktop):
         self.wait_for_keyboard(QUESTION)
         self.press("Return")
         self.wait_for_keyboard(PANEL)
+
+    def test_the_set_up_comes_first_where_something_is_missing(self):
+        self.write_settings({"ShowQLNShortcut": None})
+        quillon = self.launch()
+        self.wait_for_keyboard(SET_UP)
+        self.assertEqual(windows("quillon", REBUILD) + self.panel(), [])
+        # Closed undone it makes way for the panel, and comes again with the next start.
+        self.press("Escape")
+        self.wait_for_gone(SET_UP)
+        self.assertEqual(self.request(), 0)
+        self.wait_for_keyboard(PANEL)
+        self.end(quillon)
+        self.launch("--background")
+        self.wait_until_reachable()
+        self.assertEqual(windows("quillon"), [])
+        self.assertEqual(self.request("--show"), 0)
+        self.wait_for_keyboard(SET_UP)
+
+    def test_the_preferences_stay_when_the_panel_goes(self):
+        self.write_settings()
+        self.launch()
+        self.wait_for_keyboard(PANEL)
+        self.press("ctrl+comma")
+        self.wait_for_keyboard(PREFERENCES)
+        self.wait_for_no_panel()
+        state = output("xprop", "-id", windows("quillon", PREFERENCES)[0], "_NET_WM_STATE")
+        self.assertNotIn("SKIP_TASKBAR", state)
+
+        self.press("ctrl+alt+space")
+        self.wait_for_keyboard(PANEL)
+        self.press("Escape")
+        self.wait_for_no_panel()
+        self.wait_for_keyboard(PREFERENCES)
+        # With a window open a second start brings that one to the front, and only that.
+        other = self.open_other_window()
+        self.assertEqual(self.request(), 0)
+        self.wait_for_keyboard(PREFERENCES)
+        self.assertEqual(self.panel(), [])
+        self.press("alt+F4")
+        self.wait_for_gone(PREFERENCES)
+        eventually("the keyboard back", lambda: active_window() == other)
+        self.assertEqual(self.request("--preferences"), 0)
+        self.wait_for_keyboard(PREFERENCES)
 
     def test_a_launcher_passes_on_the_keyboard_and_is_told(self):
         self.write_settings()

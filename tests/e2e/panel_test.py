@@ -166,24 +166,6 @@ class PanelTest(Desktop):
         self.assertEqual(self.request("--quit"), 0)
         self.assertEqual(quillon.wait(PATIENCE), 0)
 
-    def test_starts_from_nothing(self):
-        record = self.open_folders_with_recorder()
-        self.make_folders("first steps")
-        self.start_with_question()
-        self.press("Return")
-        self.wait_for_panel()
-        self.assertFalse(self.question())
-        self.assertIs(json.loads(self.settings.read_text())["preemptive-apple-event-access"], True)
-        def chosen():
-            self.press("Return")
-            settings = json.loads(self.settings.read_text())
-            return "qln-bookmarks" in settings and settings
-        settings = eventually("the home folder as the one to search", chosen)
-        self.assertEqual(list(settings["qln-bookmarks"]), [str(self.home)])
-        self.type("firste")
-        self.press_return_until_opened()
-        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "first steps")])
-
     def test_runs_without_a_session_bus(self):
         self.write_settings()
         environment = dict(self.environment(),
