@@ -678,6 +678,10 @@
         <source>Rebuild Quillon Search</source>
         <translation>Suchindex von Quillon neu aufbauen</translation>
     </message>
+    <message>
+        <source>Set Up Quillon</source>
+        <translation>Quillon einrichten</translation>
+    </message>
 </context>
 <context>
     <name>quillon::AppleEventPermissionViewController</name>
