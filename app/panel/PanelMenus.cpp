@@ -68,7 +68,7 @@ void PanelMenus::showMain()
 }
 
 void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint globalPosition,
-                            std::function<void(ActionShortcutFlags)> chosen)
+                            const std::function<void(ActionShortcutFlags)> &chosen)
 {
     auto menu = std::make_unique<QMenu>(&view_);
     for (const PanelFooter::Hint &hint : hints) {

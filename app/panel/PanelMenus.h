@@ -28,7 +28,7 @@ public:
     void showMain();
     /// What can be done with a row, by its hints; chosen gets the keys of the action.
     void showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint globalPosition,
-                    std::function<void(ActionShortcutFlags)> chosen);
+                    const std::function<void(ActionShortcutFlags)> &chosen);
     /// The field's own: cut, copy, paste.
     void showForField(QPoint globalPosition);
     void close();

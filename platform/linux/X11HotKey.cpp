@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <utility>
@@ -23,7 +22,8 @@ constexpr unsigned ALL_MODIFIERS = 0xFF;
 
 } // namespace
 
-X11HotKey::X11HotKey(xcb_connection_t *connection) : x_(connection), keyboard_(connection)
+X11HotKey::X11HotKey(xcb_connection_t *connection, std::chrono::milliseconds retryInterval)
+    : x_(connection), keyboard_(connection)
 {
     const xcb_setup_t *setup = xcb_get_setup(x_);
     for (auto screen = xcb_setup_roots_iterator(setup); screen.rem > 0; xcb_screen_next(&screen))
@@ -31,6 +31,10 @@ X11HotKey::X11HotKey(xcb_connection_t *connection) : x_(connection), keyboard_(c
     layoutChange_.setSingleShot(true);
     layoutChange_.setInterval(LAYOUT_SETTLING);
     connect(&layoutChange_, &QTimer::timeout, this, &X11HotKey::readKeyboard);
+    retry_.setSingleShot(true);
+    retry_.setTimerType(Qt::VeryCoarseTimer);
+    retry_.setInterval(retryInterval);
+    connect(&retry_, &QTimer::timeout, this, &X11HotKey::grabAgain);
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
@@ -53,6 +57,7 @@ void X11HotKey::grab(const KeyCombination &keys, Told told)
 void X11HotKey::release()
 {
     ungrabAll();
+    retry_.stop();
     wanted_.reset();
     told_ = nullptr;
     released_.reset();
@@ -65,11 +70,13 @@ std::string X11HotKey::keyName(std::uint32_t scanCode, std::uint32_t) const
 
 HotKey::Outcome X11HotKey::establish()
 {
+    retry_.stop();
     grabs_ = keyboard_.grabsFor(*wanted_);
     if (grabs_.empty())
         return Outcome::noSuchKey;
     if (grabAll())
         return Outcome::grabbed;
+    retry_.start();
     return Outcome::inUse;
 }
 
@@ -105,8 +112,12 @@ void X11HotKey::ungrabAll()
 void X11HotKey::readKeyboard()
 {
     keyboard_ = X11Keyboard(x_);
-    if (!wanted_)
-        return;
+    if (wanted_)
+        grabAgain();
+}
+
+void X11HotKey::grabAgain()
+{
     ungrabAll();
     const Outcome former = std::exchange(outcome_, establish());
     if (const Told tell = told_; tell && outcome_ != former)

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -14,14 +15,19 @@
 namespace quillon {
 
 /// Grabs the key on the root windows of the X display that Qt runs on. It goes by key codes, so it
-/// is grabbed anew when the keyboard's layout changes.
+/// is grabbed anew when the keyboard's layout changes. A key that another program holds is tried
+/// again from time to time.
 class X11HotKey : public QObject, public HotKey, private QAbstractNativeEventFilter
 {
     Q_OBJECT
 
 public:
+    /// Between two attempts. Nothing tells that a key has been let go.
+    static constexpr std::chrono::milliseconds RETRY_INTERVAL{10'000};
+
     /// Qt's connection; it outlives this.
-    explicit X11HotKey(xcb_connection_t *connection);
+    explicit X11HotKey(xcb_connection_t *connection,
+                       std::chrono::milliseconds retryInterval = RETRY_INTERVAL);
     ~X11HotKey() override;
 
     void grab(const KeyCombination &keys, Told told) override;
@@ -42,11 +48,15 @@ private:
     bool grabAll();
     void ungrabAll();
     void readKeyboard();
+    /// Tells when something else comes of it than before.
+    void grabAgain();
 
     xcb_connection_t *x_;
     std::vector<xcb_window_t> roots_;
     X11Keyboard keyboard_;
     QTimer layoutChange_;
+    /// Runs only while another program holds the key.
+    QTimer retry_;
 
     std::optional<KeyCombination> wanted_;
     Told told_;
