@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """The panel and the pointer on a real screen: where it comes up, its menus, rows dragged out.
 
-Runs on a private desktop: tools/private-desktop python3 tests/e2e/panel_mouse_test.py QUILLON
-The program drop_target stands beside it.
+Runs on a private desktop of 1600x900; the program drop_target stands beside the one tested:
+tools/private-desktop --size 1600x900 python3 tests/e2e/panel_mouse_test.py QUILLON
 """
 
 import os
@@ -31,7 +31,7 @@ class PanelMouseTest(Desktop):
     def test_comes_up_on_the_monitor_with_the_pointer(self):
         self.write_settings()
         # Two monitors beside each other on the one screen, the right one lower.
-        for monitor in ("left 800/211x768/203+0+0 none", "right 800/211x668/177+800+100 none"):
+        for monitor in ("left 800/211x900/238+0+0 none", "right 800/211x800/211+800+100 none"):
             name, geometry, outputs = monitor.split()
             subprocess.run(["xrandr", "--setmonitor", name, geometry, outputs], check=True,
                            stderr=subprocess.DEVNULL)
@@ -45,7 +45,7 @@ class PanelMouseTest(Desktop):
             self.show()
             left, top, width, _ = self.place()
             self.assertEqual(left, free_left + (800 - width) // 2)
-            self.assertTrue(free_top < top < free_top + 768 // 3, top)
+            self.assertTrue(free_top < top < free_top + 900 // 3, top)
 
     def start_with_a_row(self):
         """Starts the program and opens a folder once: it stands there from then on, untyped."""
