@@ -116,12 +116,12 @@ QWidget *OnboardingViewController::buildCommand()
     QLabel *command = label(QString::fromLatin1(COMMAND), QPalette::WindowText, part);
     command->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     command->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    auto *copyButton = new PanelButton(tr("&Copy"), PanelButton::Rank::secondary, part);
-    connect(copyButton, &QPushButton::clicked, this,
+    copyButton_ = new PanelButton(tr("&Copy"), PanelButton::Rank::secondary, part);
+    connect(copyButton_, &QPushButton::clicked, this,
             [this] { services_.clipboard.setString(COMMAND); });
     QHBoxLayout *across = line(APART);
     across->addWidget(command);
-    across->addWidget(copyButton);
+    across->addWidget(copyButton_);
     across->addStretch();
     lines->addLayout(across);
     return part;
@@ -178,6 +178,8 @@ FolderChoice *OnboardingViewController::offer(const std::string &path, const QSt
 {
     auto *choice = new FolderChoice(path, name, this);
     choicesLayout_->addWidget(choice);
+    QWidget *before = choices_.empty() ? copyButton_ : choices_.back()->focusProxy();
+    setTabOrder(before, choice->focusProxy());
     choices_.push_back(choice);
     connect(choice, &FolderChoice::chosen, this,
             [this, choice](bool isChosen) { setChosen(*choice, isChosen); });

@@ -95,6 +95,7 @@ private:
 
     QLNShortcutView *shortcutView_ = nullptr;
     QWidget *command_ = nullptr;
+    PanelButton *copyButton_ = nullptr;
     QVBoxLayout *choicesLayout_ = nullptr;
     PanelButton *chooseFolderButton_ = nullptr;
     Checkmark *checkmarkImageView_ = nullptr;

@@ -97,6 +97,12 @@ protected:
     {
         return QTest::qWaitFor([&] { return says(text); }, PATIENCE);
     }
+    void showFolder(const char *name)
+    {
+        controller->addFolders({disk.makeFolder(name)});
+        const auto isShown = [&] { return button(QString::fromUtf8(name)) != nullptr; };
+        ASSERT_TRUE(QTest::qWaitFor(isShown, PATIENCE));
+    }
     void storeShortcut() { monitor.store(QLNShortcut::fromText("Ctrl+Alt+Space")); }
     std::vector<std::string> stored()
     {
@@ -210,6 +216,25 @@ TEST_F(OnboardingTest, staysWhenTheSettingsCannotBeWritten)
     button(QStringLiteral("Home folder"))->click();
     EXPECT_TRUE(comesToSay(QStringLiteral("The settings could not be written.")));
     EXPECT_FALSE(button(QStringLiteral("Done"))->isEnabled());
+}
+
+TEST_F(OnboardingTest, isWalkedThroughWithTheTabKey)
+{
+    show();
+    storeShortcut();
+    showFolder("folder at work");
+    QStringList stops;
+    for (int stop = 0; stop < 4; ++stop) {
+        auto *focused = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
+        ASSERT_NE(focused, nullptr);
+        stops << (focused->accessibleName().isEmpty() ? focused->text()
+                                                      : focused->accessibleName());
+        QTest::keyClick(focused, Qt::Key_Tab);
+    }
+    EXPECT_TRUE(stops[0].endsWith(QStringLiteral("Ctrl+Alt+Space"))) << stops[0].toStdString();
+    EXPECT_TRUE(stops[1].startsWith(QStringLiteral("Home folder"))) << stops[1].toStdString();
+    EXPECT_TRUE(stops[2].endsWith(QStringLiteral("folder at work"))) << stops[2].toStdString();
+    EXPECT_EQ(stops[3], QStringLiteral("Choose &Folder…"));
 }
 
 TEST_F(OnboardingTest, stopsCountingWhenItIsHidden)

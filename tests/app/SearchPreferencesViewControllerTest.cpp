@@ -21,6 +21,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QPushButton>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -218,6 +219,7 @@ TEST_F(SearchPaneTest, saysWhatAPatternHitsBeforeItIsAdded)
     choose(1);
     auto *add = sheet<AddExcludePatternSearchLocation>();
     ASSERT_NE(add, nullptr);
+    EXPECT_EQ(add->focusWidget(), add->findChild<QLineEdit *>());
     confirm(*add);
     EXPECT_THAT(noteOf(*add), HasSubstr("Which text"));
     type(*add, QStringLiteral("_extras"));

@@ -49,6 +49,7 @@ AddExcludePatternSearchLocation::AddExcludePatternSearchLocation(const Services 
     connect(patternTextField_, &QLineEdit::textChanged, this,
             &AddExcludePatternSearchLocation::textChanged);
     connect(this, &FormSheet::confirmed, this, &AddExcludePatternSearchLocation::confirm);
+    patternTextField_->setFocus();
     textChanged();
 }
 

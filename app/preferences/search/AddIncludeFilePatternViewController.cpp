@@ -29,6 +29,7 @@ AddIncludeFilePatternViewController::AddIncludeFilePatternViewController(
     connect(extensionTextField_, &QLineEdit::textChanged, this,
             &AddIncludeFilePatternViewController::textChanged);
     connect(this, &FormSheet::confirmed, this, &AddIncludeFilePatternViewController::confirm);
+    extensionTextField_->setFocus();
     textChanged();
 }
 

@@ -7,7 +7,6 @@
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
 #include "app/widgets/IncludeFolders.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "app/widgets/SegmentedControl.h"
 #include "core/SearchBase.h"
@@ -25,6 +24,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPointer>
+#include <QPushButton>
 
 #include <utility>
 
@@ -110,7 +110,7 @@ SearchPreferencesViewController::SearchPreferencesViewController(
           new FormTable(QStringLiteral("SearchLocationsTableViewRowIdentifier"), this)),
       searchLocationsSegmentedControl(new SegmentedControl({tr("A&dd"), tr("&Remove")}, this)),
       rebuildFlagImage(new FlagImage(this)),
-      rebuildButton(new PanelButton(tr("Re&build Now"), PanelButton::Rank::secondary, this)),
+      rebuildButton(new QPushButton(tr("Re&build Now"), this)),
       services_(services),
       delegate_(delegate),
       flagLabel_(new QLabel(tr("Changed since the last build"), this))

@@ -6,10 +6,12 @@
 #include <QBasicTimer>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 class QLabel;
+class QPushButton;
 
 namespace quillon {
 
@@ -17,7 +19,6 @@ class FolderIdentity;
 class FolderLister;
 class FormNote;
 class FormTable;
-class PanelButton;
 class SearchBase;
 class SearchBaseFinder;
 class SearchBaseLocation;
@@ -70,7 +71,7 @@ public:
     SegmentedControl *const searchLocationsSegmentedControl;
     /// Shown while the settings say something else than they did for the index.
     QWidget *const rebuildFlagImage;
-    PanelButton *const rebuildButton;
+    QPushButton *const rebuildButton;
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
