@@ -12,7 +12,7 @@ class FormTable;
 class SegmentedControl;
 
 /// The pane of the user's actions: what Return does with the modifier keys that are held.
-class ActionPreferencesViewController : public FormPane
+class ActionPreferencesViewController final : public FormPane
 {
     Q_OBJECT
 

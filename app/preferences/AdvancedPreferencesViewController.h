@@ -32,7 +32,7 @@ public:
 };
 
 /// The pane of what few need: beta versions, the index's log and dump, forgetting.
-class AdvancedPreferencesViewController : public FormPane
+class AdvancedPreferencesViewController final : public FormPane
 {
     Q_OBJECT
 

@@ -19,7 +19,7 @@ class QLNShortcutView;
 class Workspace;
 
 /// The pane of what everyone sets once: the shortcut, the file manager, the start at login.
-class GeneralPreferencesViewController : public FormPane
+class GeneralPreferencesViewController final : public FormPane
 {
     Q_OBJECT
 

@@ -73,7 +73,7 @@ QString dumpTree(const QString &path, const SearchBase &searchBase, SearchBaseLo
 {
     logger.print("*** ADVANCED_PREFS dump tree start " + path.toStdString());
     QSaveFile file(path);
-    const QString fault = write(file, searchBase, logger) ? QString() : file.errorString();
+    QString fault = write(file, searchBase, logger) ? QString() : file.errorString();
     logger.print("*** ADVANCED_PREFS dump tree end");
     return fault;
 }
