@@ -9,8 +9,13 @@
 //   launcher/          the small programs: "quillon", the command that starts this application or
 //                      reaches the running one; "open", which finds applications by name
 //   shortcut/          the global shortcut: among the settings, and bound to the panel
-//   app/               this folder: the objects joined to a program; app/panel/ and its neighbours
-//                      are the windows, app/widgets/ what they share
+//   app/               this folder: AppDelegate joins the objects to a program, WindowTracker knows
+//                      the windows, DesktopServices holds the platform's services
+//   app/panel/         the search panel
+//   app/setup/         the question about the file manager, the first set-up, the rebuild window
+//   app/preferences/   the preferences window
+//   app/update/        newer releases and feedback
+//   app/widgets/       what the windows share
 //
 // Start: the command looks for a running instance on the session bus and hands it the request
 // (launcher/StartCommand); without one it turns into this program. main() makes an AppDelegate,
