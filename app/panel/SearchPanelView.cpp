@@ -28,6 +28,7 @@ namespace {
 /// QLineEdit keeps this much to itself left of its text.
 constexpr int FIELD_OWN_MARGIN = 2;
 constexpr int UPDATE_BUTTON_WIDTH = 108;
+constexpr int UPDATE_BUTTON_HEIGHT = 36;
 /// Right of the menu button, so that its dots end where the texts below them do.
 constexpr int MENU_BUTTON_EDGE = 12;
 
@@ -111,7 +112,8 @@ QWidget *SearchPanelView::buildHeader()
 
     updateButton_ = new PanelButton(tr("Update…"), PanelButton::Rank::primary, header_);
     updateButton_->setFocusPolicy(Qt::TabFocus);
-    updateButton_->setFixedWidth(UPDATE_BUTTON_WIDTH);
+    updateButton_->setFixedSize(UPDATE_BUTTON_WIDTH,
+                                std::max(UPDATE_BUTTON_HEIGHT, fontMetrics().height() + 16));
     updateButton_->hide();
     line->addWidget(updateButton_);
     menuButton_ = new MenuButton(header_);
