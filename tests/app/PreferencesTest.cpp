@@ -19,10 +19,8 @@ namespace quillon {
 
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 constexpr int ACTIONS_TAB = 2;
 const char *const FIRST_KEYS_ACTION =
