@@ -37,7 +37,7 @@
     </message>
     <message>
         <source>Show parent</source>
-        <translation>Übergeordneten zeigen</translation>
+        <translation>Im Ordner zeigen</translation>
     </message>
     <message>
         <source>Show in the parent folder, in the file manager</source>
