@@ -82,11 +82,9 @@ protected:
 
 private:
     class FlagImage;
-    enum Segment
-    {
-        ADD,
-        REMOVE,
-    };
+    // The segments of the control.
+    static constexpr int ADD = 0;
+    static constexpr int REMOVE = 1;
     using Locations = std::vector<std::shared_ptr<const SearchBaseLocation>>;
 
     void buildBegan() override;
