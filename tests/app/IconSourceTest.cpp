@@ -55,12 +55,12 @@ TEST(IconSource, aFileThatDoesNotAnswerHoldsUpNoRow)
 
     const std::vector<std::string> paths{"/slow/one", "/slow/two", "/slow/three"};
     view.searchResults().setResults(rows(paths));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return asked == 1; }));
     const QImage drawn = view.tableView().viewport()->grab().toImage();
     for (int row = 0; row < 3; ++row)
         EXPECT_TRUE(
             holdsDrawing(drawn, view.tableView().visualRect(view.searchResults().index(row))))
             << row;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return asked == 1; }));
     const auto plain = icons.icon("/slow/one").cacheKey();
     EXPECT_EQ(icons.icon("/slow/two").cacheKey(), plain) << "the plain folder until it is known";
 
