@@ -190,12 +190,14 @@ void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &re
 {
     shortcutBinder_.start();
     isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
-    if (request.action == "background")
+    // Whoever wants the preferences is not to have the panel in front of them a moment later.
+    const bool wantsPreferences = request.action == "preferences";
+    if (request.action == "background" || (wantsPreferences && isAccessSettled_ && isSetUp()))
         startHidden();
     else
         showFirst(request.activationToken);
-    if (request.action == "preferences" && isAccessSettled_)
-        openPreferences();
+    if (wantsPreferences && isAccessSettled_)
+        openPreferences(request.activationToken);
     updater_.startBackgroundPolling();
 }
 

@@ -18,6 +18,7 @@ std::string becomeProgram(const std::string &path, const std::vector<std::string
 {
     std::vector<std::string> texts = arguments;
     std::vector<char *> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string &text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);

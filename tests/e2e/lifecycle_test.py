@@ -193,6 +193,14 @@ class LifecycleTest(Desktop):
         self.assertEqual(self.request("--preferences"), 0)
         self.wait_for_keyboard(PREFERENCES)
 
+    def test_a_start_for_the_preferences_brings_nothing_else_up(self):
+        (self.tree / "amber").mkdir()
+        self.write_settings()
+        self.launch("--preferences")
+        self.wait_for_keyboard(PREFERENCES)
+        self.wait_for_index("amber", paths=1)
+        self.assertEqual([windows("quillon", title) for title in (PANEL, REBUILD)], [[], []])
+
     def test_a_launcher_passes_on_the_keyboard_and_is_told(self):
         self.write_settings()
         self.launch()
