@@ -8,6 +8,7 @@
 //   actions/           the user's actions: what Return does with the chosen row
 //   launcher/          the small programs: "quillon", the command that starts this application or
 //                      reaches the running one; "open", which finds applications by name
+//   fetcher/           "fetch-feed", which fetches the list of releases for app/update/
 //   shortcut/          the global shortcut: among the settings, and bound to the panel
 //   app/               this folder: AppDelegate joins the objects to a program, WindowTracker knows
 //                      the windows, DesktopServices holds the platform's services

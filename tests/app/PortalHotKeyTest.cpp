@@ -1,5 +1,6 @@
 #include "platform/linux/PortalHotKey.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -41,7 +42,14 @@ public:
         bus_.registerVirtualObject(PORTAL_PATH, this, QDBusConnection::SubPath);
         appear();
     }
-    ~FakeKeyPortal() override { QDBusConnection::disconnectFromBus(bus_.name()); }
+    ~FakeKeyPortal() override
+    {
+        // A call that waits to be handled needs the connection on which it came, even to be
+        // dropped.
+        bus_.unregisterObject(PORTAL_PATH, QDBusConnection::UnregisterTree);
+        QCoreApplication::sendPostedEvents(this);
+        QDBusConnection::disconnectFromBus(bus_.name());
+    }
 
     void appear() { bus_.registerService(SERVICE); }
     void vanish() { bus_.unregisterService(SERVICE); }

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -21,8 +22,6 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-
-#include <time.h>
 
 namespace quillon {
 
