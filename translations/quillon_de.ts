@@ -4,22 +4,6 @@
 <context>
     <name>ActionHints</name>
     <message>
-        <source>Ctrl</source>
-        <translation>Strg</translation>
-    </message>
-    <message>
-        <source>Alt</source>
-        <translation>Alt</translation>
-    </message>
-    <message>
-        <source>Shift</source>
-        <translation>Umschalt</translation>
-    </message>
-    <message>
-        <source>Return</source>
-        <translation>Eingabe</translation>
-    </message>
-    <message>
         <source>Open</source>
         <translation>Öffnen</translation>
     </message>
@@ -161,6 +145,25 @@
     </message>
 </context>
 <context>
+    <name>KeyNames</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Eingabe</translation>
+    </message>
+</context>
+<context>
     <name>PanelTexts</name>
     <message>
         <source>No folders to search yet</source>
@@ -258,22 +261,6 @@
     <message>
         <source>the selected row</source>
         <translation>der ausgewählten Zeile</translation>
-    </message>
-    <message>
-        <source>Ctrl</source>
-        <translation>Strg</translation>
-    </message>
-    <message>
-        <source>Alt</source>
-        <translation>Alt</translation>
-    </message>
-    <message>
-        <source>Shift</source>
-        <translation>Umschalt</translation>
-    </message>
-    <message>
-        <source>Return</source>
-        <translation>Eingabe</translation>
     </message>
     <message>
         <source>%1 will %2 with %3</source>

@@ -1,9 +1,9 @@
 #include "app/panel/ActionHints.h"
 
 #include "actions/ActionRunner.h"
+#include "app/widgets/KeyNames.h"
 
 #include <QCoreApplication>
-#include <QStringList>
 
 #include <algorithm>
 
@@ -57,19 +57,6 @@ PanelFooter::Hint hintFor(const ActionModel &action)
 }
 
 } // namespace
-
-QString keyNames(ActionShortcutFlags flags, QChar separator)
-{
-    QStringList keys;
-    if (flags.command)
-        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Ctrl"));
-    if (flags.option)
-        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Alt"));
-    if (flags.shift)
-        keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Shift"));
-    keys << translated(QT_TRANSLATE_NOOP("ActionHints", "Return"));
-    return keys.join(separator);
-}
 
 std::vector<PanelFooter::Hint> actionHints(const std::vector<ActionModel> &actions)
 {

@@ -10,9 +10,6 @@ namespace quillon {
 
 class ActionRunner;
 
-/// Return and the keys held with it, by the names they have on the user's keyboard.
-QString keyNames(ActionShortcutFlags flags, QChar separator);
-
 /// The keys that the actions are bound to and in a word or two what they do, in the order of the
 /// list. An action that an earlier one with the same keys hides is left out.
 std::vector<PanelFooter::Hint> actionHints(const std::vector<ActionModel> &actions);

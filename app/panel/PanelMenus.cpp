@@ -4,6 +4,7 @@
 #include "app/panel/MenuButton.h"
 #include "app/panel/SearchPanelDelegate.h"
 #include "app/panel/SearchPanelView.h"
+#include "app/widgets/KeyNames.h"
 
 #include <QLineEdit>
 #include <QMenu>

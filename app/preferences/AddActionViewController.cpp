@@ -3,6 +3,7 @@
 #include "app/preferences/PreferenceTexts.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
+#include "app/widgets/KeyNames.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "platform/ApplicationLauncher.h"
@@ -86,7 +87,7 @@ void AddActionViewController::buildForm()
 void AddActionViewController::fillMenus()
 {
     for (const std::string &title : finder_.availableShortcutTitles())
-        shortcutButton->addItem(drawnKeys(flagsFromShortcutTitle(title)),
+        shortcutButton->addItem(keyNames(flagsFromShortcutTitle(title), u'+'),
                                 QString::fromStdString(title));
     if (shortcutButton->count() == 0) {
         shortcutButton->setEnabled(false);

@@ -1,7 +1,8 @@
 #include "app/preferences/PreferenceTexts.h"
 
+#include "app/widgets/KeyNames.h"
+
 #include <QCoreApplication>
-#include <QStringList>
 
 #include <algorithm>
 #include <string_view>
@@ -41,19 +42,6 @@ QString drawnTitle(const std::string &title)
     return words == std::end(WORDS) ? QString::fromStdString(title) : translated(words->drawn);
 }
 
-QString drawnKeys(ActionShortcutFlags flags)
-{
-    QStringList keys;
-    if (flags.command)
-        keys << translated(QT_TRANSLATE_NOOP("PreferenceTexts", "Ctrl"));
-    if (flags.option)
-        keys << translated(QT_TRANSLATE_NOOP("PreferenceTexts", "Alt"));
-    if (flags.shift)
-        keys << translated(QT_TRANSLATE_NOOP("PreferenceTexts", "Shift"));
-    keys << translated(QT_TRANSLATE_NOOP("PreferenceTexts", "Return"));
-    return keys.join(u'+');
-}
-
 QList<FormTextRun> drawnDescription(const ActionModel &action)
 {
     //: A sentence about the keys %1: what they do (%2), and to or with what (%3).
@@ -66,7 +54,7 @@ QList<FormTextRun> drawnDescription(const ActionModel &action)
             runs << FormTextRun{.text = sentence.mid(from, at - from)};
         const QChar part = sentence.at(at + 1);
         if (part == u'1')
-            runs << FormTextRun{.text = drawnKeys(action.flags), .isBold = true};
+            runs << FormTextRun{.text = keyNames(action.flags, u'+'), .isBold = true};
         else if (part == u'2')
             runs << FormTextRun{.text = drawnTitle(action.actionType.key()), .isBold = true};
         else

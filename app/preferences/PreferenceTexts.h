@@ -15,8 +15,6 @@ namespace quillon {
 
 /// For the title of a choice or the key of a kind of action; an unknown one stays as it is.
 QString drawnTitle(const std::string &title);
-/// The keys of a combination as this keyboard has them: "Ctrl+Shift+Return".
-QString drawnKeys(ActionShortcutFlags flags);
 /// ActionModel::description() in these words, keys and kind in bold.
 QList<FormTextRun> drawnDescription(const ActionModel &action);
 
