@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ctime>
 #include <limits>
 #include <system_error>
 #include <thread>
@@ -59,15 +58,6 @@ using namespace std::chrono_literals;
 
 constexpr auto RETRY_BUDGET = 1h;
 constexpr std::size_t LARGEST_BUDGET = 524'288;
-
-WallClock wallClockOf(const InotifyOptions &options)
-{
-    return options.wallClock ? options.wallClock : [] {
-        timespec time = {};
-        ::clock_gettime(CLOCK_REALTIME, &time);
-        return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
-    };
-}
 
 Descriptor openMountInfo(FolderWatcher::Kind kind)
 {

@@ -32,11 +32,6 @@ std::int64_t bootClock()
     return readClock(CLOCK_BOOTTIME);
 }
 
-std::function<std::int64_t()> wallClockOf(const InotifyOptions &options)
-{
-    return options.wallClock ? options.wallClock : [] { return readClock(CLOCK_REALTIME); };
-}
-
 std::optional<MountTable> mountTableOf(const InotifyOptions &options, bool knowsMounts)
 {
     if (!knowsMounts)
@@ -45,6 +40,11 @@ std::optional<MountTable> mountTableOf(const InotifyOptions &options, bool knows
 }
 
 } // namespace
+
+WallClock wallClockOf(const InotifyOptions &options)
+{
+    return options.wallClock ? options.wallClock : [] { return readClock(CLOCK_REALTIME); };
+}
 
 WatchCore::WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest> items,
                      const InotifyOptions &options, std::size_t budget, bool knowsMounts,

@@ -25,6 +25,9 @@ namespace quillon {
 
 class FSEventItemTest;
 
+/// The clock that stamps on the disk are held against: that of the options, or the system's.
+WallClock wallClockOf(const InotifyOptions &options);
+
 /// What a watching thread knows and how it finds out what has changed. Not locked.
 class WatchCore
 {
