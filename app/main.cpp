@@ -40,14 +40,15 @@
 
 #include "app/AppDelegate.h"
 #include "app/Translations.h"
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/BusRemoteControl.h"
 #include "platform/linux/BusRunningInstance.h"
 #include "platform/linux/PatientOutput.h"
 #include "platform/linux/ProgramEnd.h"
-#include "platform/linux/TerminationSignals.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QSessionManager>
 
 #include <chrono>
 #include <cstdio>
@@ -74,44 +75,39 @@ bool hasDisplay()
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
-/// The right to the keyboard that a launcher gave; what this program starts does not inherit it.
-std::string takeActivationToken()
+/// For a start that came second although none ran when it began. Returns the exit status.
+int handOver(const quillon::RemoteControl::Request &request)
 {
-    std::string token;
-    for (const char *variable : {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN"}) {
-        if (const QByteArray value = qgetenv(variable); !value.isEmpty())
-            token = value.toStdString();
-        qunsetenv(variable);
-    }
-    return token;
+    const bool isSeen = request.action != "background";
+    quillon::BusRunningInstance instance(request.activationToken);
+    using Outcome = quillon::RunningInstance::Outcome;
+    return !isSeen || instance.request(request.action) == Outcome::done ? EXIT_SUCCESS
+                                                                        : EXIT_FAILURE;
 }
 
 int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
 {
+    const quillon::ProgramEnd end(PATIENCE_AT_THE_END);
     QApplication application(argc, argv);
     quillon::translateApplication(application);
     QApplication::setApplicationName(QStringLiteral("quillon"));
     QApplication::setDesktopFileName(QStringLiteral("org.quillon.Quillon"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/quillon/icon.svg")));
+    // Whether the next session has it is for "Start at login" to say, not for what ran last.
+    QObject::connect(
+        &application, &QGuiApplication::saveStateRequest, &application,
+        [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
 
     const quillon::PatientOutput output(fileno(stdout));
     quillon::AppDelegate delegate;
-    const quillon::TerminationSignals signals([&delegate] { delegate.terminate(); });
     quillon::BusRemoteControl remote(delegate.backgroundQueue());
     const auto claim = remote.claim(delegate.remoteHandlers());
-    if (claim == quillon::RemoteControl::Claim::taken) {
-        // Another start was quicker.
-        using Outcome = quillon::RunningInstance::Outcome;
-        const bool isSeen = request.action != "background";
-        return !isSeen || quillon::BusRunningInstance().request(request.action) == Outcome::done
-                   ? EXIT_SUCCESS
-                   : EXIT_FAILURE;
-    }
+    if (claim == quillon::RemoteControl::Claim::taken)
+        return handOver(request);
     if (claim == quillon::RemoteControl::Claim::unavailable)
         std::fputs("quillon: no session bus; a second start will not reach this one\n", stderr);
 
-    const quillon::ProgramEnd end(PATIENCE_AT_THE_END);
     delegate.applicationDidFinishLaunching(request);
     return QApplication::exec();
 }
@@ -127,7 +123,7 @@ int main(int argc, char **argv)
         std::fputs("quillon: no display to show the panel on\n", stderr);
         return EXIT_FAILURE;
     }
-    return run(
-        argc, argv,
-        {.action = argc > 1 ? argv[1] : "activate", .activationToken = takeActivationToken()});
+    // Before the toolkit, which would take it for a window that is never shown.
+    const std::string token = quillon::takeActivationToken();
+    return run(argc, argv, {.action = argc > 1 ? argv[1] : "activate", .activationToken = token});
 }

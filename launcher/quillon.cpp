@@ -3,6 +3,7 @@
 // runs. The map of the code stands in app/main.cpp.
 
 #include "launcher/StartCommand.h"
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/BusRunningInstance.h"
 #include "platform/linux/OwnPrograms.h"
 
@@ -10,7 +11,7 @@
 
 int main(int argc, char **argv)
 {
-    quillon::BusRunningInstance instance;
+    quillon::BusRunningInstance instance(quillon::activationToken());
     const auto becomeApplication = [](const std::string &action) {
         const std::string application =
             quillon::ownProgramFolder() + "/" QUILLON_PROGRAMS_FROM_BIN "/quillon";

@@ -26,8 +26,7 @@ public:
     RunningInstance &operator=(const RunningInstance &) = delete;
 
     virtual bool isRunning() = 0;
-    /// Asks for one of the actions of RemoteControl. The right to the keyboard that this process
-    /// was started with goes along.
+    /// Asks for one of the actions of RemoteControl.
     virtual Outcome request(const std::string &action) = 0;
     /// Absent also when there is no instance.
     virtual RemoteAnswer find(const RemoteQuery &query) = 0;

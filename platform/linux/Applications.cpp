@@ -1,5 +1,7 @@
 #include "platform/linux/Applications.h"
 
+#include "platform/linux/StartedProgram.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
@@ -22,13 +24,14 @@ constexpr auto FLAGS = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_ST
 /// terminal that quillon was started from does not end it.
 void detach(gpointer)
 {
+    takeAllSignals();
     setsid();
 }
 
 /// Likewise.
 void detachIn(gpointer folder)
 {
-    setsid();
+    detach(nullptr);
     if (chdir(static_cast<const char *>(folder)) != 0)
         _exit(EXIT_FAILURE);
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace quillon {
 
@@ -35,18 +36,16 @@ bool hasBus()
            (folder != nullptr && std::filesystem::exists(std::string(folder) + "/bus", error));
 }
 
-/// What the launcher of this process gave it, as texts of the request.
-GVariant *platformData()
+/// The token by both its names, as other programs send it.
+GVariant *platformData(const std::string &activationToken)
 {
     GVariantBuilder data;
     g_variant_builder_init(&data, G_VARIANT_TYPE_VARDICT);
-    const auto add = [&data](const char *key, const char *variable) {
-        const char *text = std::getenv(variable);
-        if (text != nullptr && g_utf8_validate(text, -1, nullptr))
-            g_variant_builder_add(&data, "{sv}", key, g_variant_new_string(text));
-    };
-    add(BusNames::ACTIVATION_TOKEN, "XDG_ACTIVATION_TOKEN");
-    add(BusNames::STARTUP_ID, "DESKTOP_STARTUP_ID");
+    if (!activationToken.empty()) {
+        for (const char *key : {BusNames::ACTIVATION_TOKEN, BusNames::STARTUP_ID})
+            g_variant_builder_add(&data, "{sv}", key,
+                                  g_variant_new_string(activationToken.c_str()));
+    }
     return g_variant_builder_end(&data);
 }
 
@@ -72,6 +71,10 @@ RemoteMatch readMatch(GVariant *match)
 
 } // namespace
 
+BusRunningInstance::BusRunningInstance(std::string activationToken)
+    : activationToken_(std::move(activationToken))
+{}
+
 bool BusRunningInstance::isRunning()
 {
     return bus_.hasOwner(BusNames::SERVICE, Deadline(PATIENCE));
@@ -82,11 +85,11 @@ RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
     if (!isRunning())
         return Outcome::notRunning;
     const bool isReopening = action == "activate";
+    GVariant *data = platformData(activationToken_);
     GVariant *arguments =
-        isReopening ? g_variant_new("(@a{sv})", platformData())
+        isReopening ? g_variant_new("(@a{sv})", data)
                     : g_variant_new("(s@av@a{sv})", action.c_str(),
-                                    g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0),
-                                    platformData());
+                                    g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0), data);
     const auto reply =
         bus_.call(object(BusNames::APPLICATION), isReopening ? "Activate" : "ActivateAction",
                   arguments, Deadline(PATIENCE));

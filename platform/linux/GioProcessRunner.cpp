@@ -2,6 +2,7 @@
 
 #include "platform/Utf8.h"
 #include "platform/linux/GioPointers.h"
+#include "platform/linux/StartedProgram.h"
 
 #include <atomic>
 #include <string_view>
@@ -26,6 +27,8 @@ ObjectRef<GSubprocess> start(const ProcessRunner::Command &command, ErrorRef &er
     const ObjectRef<GSubprocessLauncher> launcher(g_subprocess_launcher_new(
         GSubprocessFlags(G_SUBPROCESS_FLAGS_STDIN_INHERIT | G_SUBPROCESS_FLAGS_STDOUT_PIPE |
                          G_SUBPROCESS_FLAGS_STDERR_PIPE)));
+    g_subprocess_launcher_set_child_setup(
+        launcher.get(), [](gpointer) { takeAllSignals(); }, nullptr, nullptr);
     if (!command.firstOnPath.empty())
         g_subprocess_launcher_setenv(launcher.get(), "PATH",
                                      pathBeginningWith(command.firstOnPath).c_str(), true);

@@ -1,10 +1,20 @@
 #include "platform/linux/ProgramEnd.h"
 
+#include <QCoreApplication>
+#include <QMetaObject>
+
+#include <array>
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <thread>
 
 #include <unistd.h>
+
+// The kernel hands a signal to the main thread wherever it can. While that one hangs on a disk, in
+// a call that no signal interrupts, no handler would run. So every thread holds the signals back,
+// and one that does nothing else waits for them.
 
 namespace quillon {
 
@@ -12,50 +22,75 @@ namespace {
 
 using namespace std::chrono;
 
-// What a signal handler may touch; set before the first one is in place.
+constexpr std::array SIGNALS{SIGTERM, SIGINT, SIGHUP};
+
+// Left as they are until the process is gone: threads may run to its very end.
 timer_t timer{};
 itimerspec limit{};
-volatile std::sig_atomic_t isPrepared = 0;
-volatile std::sig_atomic_t hasBegun = 0;
-
-extern "C" void endNow(int)
-{
-    _exit(EXIT_SUCCESS);
-}
+bool isPrepared = false;
+std::atomic<bool> hasBegun = false;
+std::atomic<bool> isLeaving = false;
 
 /// Threads still run, which destructors of globals would pull the ground from under.
-extern "C" void endUnlessBegun()
+extern "C" void endUnlessExpected()
 {
-    if (!hasBegun)
+    if (!hasBegun && !isLeaving)
         _exit(EXIT_SUCCESS);
+}
+
+sigset_t awaitedSignals()
+{
+    sigset_t awaited;
+    sigemptyset(&awaited);
+    for (const int each : SIGNALS)
+        sigaddset(&awaited, each);
+    sigaddset(&awaited, SIGALRM);
+    return awaited;
+}
+
+[[noreturn]] void waitForSignals(QObject &mainThread)
+{
+    const sigset_t awaited = awaitedSignals();
+    for (int number = 0; true;) {
+        sigwait(&awaited, &number);
+        if (number == SIGALRM)
+            _exit(EXIT_SUCCESS);
+        ProgramEnd::begin();
+        QMetaObject::invokeMethod(
+            &mainThread, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+    }
 }
 
 } // namespace
 
 ProgramEnd::ProgramEnd(milliseconds patience)
 {
-    std::atexit(endUnlessBegun);
+    std::atexit(endUnlessExpected);
     sigevent event{};
     event.sigev_notify = SIGEV_SIGNAL;
     event.sigev_signo = SIGALRM;
     if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0)
         return;
-    struct sigaction action
-    {};
-    action.sa_handler = endNow;
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGALRM, &action, nullptr);
     limit.it_value.tv_sec = duration_cast<seconds>(patience).count();
     limit.it_value.tv_nsec = nanoseconds(patience % 1s).count();
-    isPrepared = 1;
+    isPrepared = true;
+
+    const sigset_t awaited = awaitedSignals();
+    pthread_sigmask(SIG_BLOCK, &awaited, nullptr);
+    // Both stay with the process.
+    static QObject *const mainThread = new QObject;
+    std::thread([] { waitForSignals(*mainThread); }).detach();
+}
+
+ProgramEnd::~ProgramEnd()
+{
+    isLeaving = true;
 }
 
 void ProgramEnd::begin()
 {
-    if (isPrepared == 0 || hasBegun != 0)
-        return;
-    hasBegun = 1;
-    timer_settime(timer, 0, &limit, nullptr);
+    if (isPrepared && !hasBegun.exchange(true))
+        timer_settime(timer, 0, &limit, nullptr);
 }
 
 } // namespace quillon

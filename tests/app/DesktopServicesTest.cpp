@@ -1,10 +1,10 @@
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/BusRemoteControl.h"
 #include "platform/linux/BusRunningInstance.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/PatientOutput.h"
 #include "platform/linux/PortalAppearance.h"
 #include "platform/linux/QtTaskQueues.h"
-#include "platform/linux/TerminationSignals.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDBusConnection>
@@ -17,7 +17,6 @@
 
 #include <array>
 #include <atomic>
-#include <csignal>
 #include <cstdio>
 #include <latch>
 #include <memory>
@@ -96,10 +95,11 @@ class BusRemoteControlTest : public testing::Test
 {
 protected:
     /// Asks from another thread, as another process would, while the loop answers here.
-    static void ask(const std::function<void(RunningInstance &)> &questions)
+    static void ask(const std::function<void(RunningInstance &)> &questions,
+                    const std::string &activationToken = {})
     {
-        const std::unique_ptr<QThread> other(QThread::create([&questions] {
-            BusRunningInstance instance;
+        const std::unique_ptr<QThread> other(QThread::create([&] {
+            BusRunningInstance instance(activationToken);
             questions(instance);
         }));
         other->start();
@@ -117,19 +117,31 @@ TEST_F(BusRemoteControlTest, handsOverTheActionsItKnowsWithTheRightToTheKeyboard
         requests.push_back(request.action + " " + request.activationToken);
     };
     ASSERT_EQ(remote.claim({.perform = note, .find = nullptr}), RemoteControl::Claim::owner);
-    qputenv("DESKTOP_STARTUP_ID", "launcher_TIME42");
+    ask(
+        [](RunningInstance &instance) {
+            EXPECT_TRUE(instance.isRunning());
+            for (const char *action : {"toggle", "no such action", "activate", "rebuild"})
+                EXPECT_EQ(instance.request(action), RunningInstance::Outcome::done);
+        },
+        "launcher_TIME42");
     ask([](RunningInstance &instance) {
-        EXPECT_TRUE(instance.isRunning());
-        for (const char *action : {"toggle", "no such action", "activate", "rebuild"})
-            EXPECT_EQ(instance.request(action), RunningInstance::Outcome::done);
-        qputenv("XDG_ACTIVATION_TOKEN", "token");
         EXPECT_EQ(instance.request("show"), RunningInstance::Outcome::done);
     });
-    qunsetenv("DESKTOP_STARTUP_ID");
-    qunsetenv("XDG_ACTIVATION_TOKEN");
     ASSERT_TRUE(QTest::qWaitFor([&] { return requests.size() >= 4; }, 60000));
     EXPECT_THAT(requests, ElementsAre("toggle launcher_TIME42", "activate launcher_TIME42",
-                                      "rebuild launcher_TIME42", "show token"));
+                                      "rebuild launcher_TIME42", "show "));
+}
+
+TEST(ActivationToken, isWaylandsFirstAndGoesToNobodyElse)
+{
+    EXPECT_EQ(activationToken(), "");
+    qputenv("DESKTOP_STARTUP_ID", "launcher_TIME42");
+    EXPECT_EQ(activationToken(), "launcher_TIME42");
+    qputenv("XDG_ACTIVATION_TOKEN", "no text: \xff");
+    EXPECT_EQ(activationToken(), "launcher_TIME42");
+    qputenv("XDG_ACTIVATION_TOKEN", "token");
+    EXPECT_EQ(takeActivationToken(), "token");
+    EXPECT_EQ(activationToken(), "");
 }
 
 TEST_F(BusRemoteControlTest, answersSearchesFromTheBackground)
@@ -264,18 +276,6 @@ TEST(PatientOutput, neverWaitsForWhoReads)
     }
     // The writing end stays open: a thread may still be at it.
     close(ends[0]);
-}
-
-TEST(TerminationSignals, callOnceOnTheLoop)
-{
-    int calls = 0;
-    const TerminationSignals signals([&calls] { ++calls; });
-    std::raise(SIGTERM);
-    std::raise(SIGINT);
-    EXPECT_EQ(calls, 0) << "not from the signal handler";
-    ASSERT_TRUE(QTest::qWaitFor([&calls] { return calls > 0; }));
-    QCoreApplication::processEvents();
-    EXPECT_EQ(calls, 1);
 }
 
 } // namespace quillon

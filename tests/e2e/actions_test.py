@@ -83,6 +83,8 @@ class ActionsTest(Desktop):
         self.assertEqual(path, b"PATH=" + os.fsencode(os.environ["PATH"]),
                          "the program that opened it is out of the way")
         self.assertNotEqual(os.getsid(int(terminal)), os.getsid(self.children[0].pid))
+        status = pathlib.Path(f"/proc/{terminal}/status").read_text()
+        self.assertIn("SigBlk:\t0000000000000000\n", status, "signals end it as any other")
         subprocess.run(["xdotool", "windowclose", window], check=True)
 
     def test_opens_an_application_by_its_name(self):
@@ -107,7 +109,8 @@ class ActionsTest(Desktop):
 
     def test_runs_an_executable_and_tells_what_it_said(self):
         program, record = self.recorder("arguments")
-        script = self.script("my script", f"'{program}' \"$PATH\" \"$@\"\n"
+        script = self.script("my script", "blocked=$(grep SigBlk /proc/$$/status)\n"
+                             f"'{program}' \"$PATH\" \"$blocked\" \"$@\"\n"
                              "printf 'a \"b\" \\\\ \\tc\\r\\n\\377'\nprintf 'oh' >&2\n")
         self.make_folders(AWKWARD, "plain")
         self.write_settings(actions(("Return", "Execute Shell Command", script),
@@ -116,6 +119,7 @@ class ActionsTest(Desktop):
         out, err = self.start_with_streams()
         self.choose("itsab50", "Return")
         self.assertEqual(self.recorded(record), [os.fsencode(os.environ["PATH"]),
+                                                 b"SigBlk:\t0000000000000000",
                                                  os.fsencode(self.tree) + b"/" + AWKWARD])
         line = 'Shell script result: ("a \\"b\\" \\\\ \\tc\\r\\n\ufffd", "oh")\n'
         eventually("the line", lambda: out.read_text() == AT_THE_START + line)

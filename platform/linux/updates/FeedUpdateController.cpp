@@ -1,6 +1,7 @@
 #include "platform/linux/updates/FeedUpdateController.h"
 
 #include "platform/Require.h"
+#include "platform/linux/StartedProgram.h"
 #include "platform/linux/updates/FetchStatus.h"
 #include "platform/linux/updates/UpdateFeed.h"
 
@@ -47,6 +48,7 @@ FeedUpdateController::FeedUpdateController(Source source, Fetching fetching)
 {
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process_.setStandardInputFile(QProcess::nullDevice());
+    process_.setChildProcessModifier(takeAllSignals);
     QObject::connect(&process_, &QProcess::readyReadStandardOutput, &process_,
                      [this] { takeOutput(); });
     QObject::connect(
