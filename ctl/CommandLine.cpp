@@ -13,25 +13,42 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <memory>
 
 namespace quillon {
 
 namespace {
 
-/// A whole number of at least least. The library's own reading takes hexadecimal digits and lets
-/// numbers wrap round.
+struct Range
+{
+    std::size_t least = 0;
+    std::size_t most = std::numeric_limits<std::size_t>::max();
+
+    bool holds(std::size_t number) const { return least <= number && number <= most; }
+    std::string description() const
+    {
+        const bool isOpen = most == Range{}.most;
+        return isOpen ? "of " + std::to_string(least) + " or more"
+                      : "from " + std::to_string(least) + " to " + std::to_string(most);
+    }
+};
+
+/// More threads than this share no work better.
+constexpr std::size_t MOST_THREADS = 64;
+
+/// A whole number. The library's own reading takes hexadecimal digits and lets numbers wrap round.
 template <typename Number>
-void addNumber(CLI::App &command, const std::string &option, Number &value, std::size_t least,
+void addNumber(CLI::App &command, const std::string &option, Number &value, const Range &range,
                const std::string &help)
 {
-    const auto read = [&value, least, option](const std::string &text) {
+    const auto read = [&value, range, option](const std::string &text) {
         std::size_t number = 0;
         const char *end = text.data() + text.size();
         const auto [rest, error] = std::from_chars(text.data(), end, number);
-        if (error != std::errc() || rest != end || number < least)
-            throw CLI::ValidationError(option, "not a whole number of " + std::to_string(least) +
-                                                   " or more: " + text);
+        if (error != std::errc() || rest != end || !range.holds(number))
+            throw CLI::ValidationError(option,
+                                       "not a whole number " + range.description() + ": " + text);
         value = number;
     };
     command.add_option_function<std::string>(option, read, help)->type_name("N");
@@ -83,10 +100,10 @@ void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &
 {
     CLI::App *command = app.add_subcommand("match", "Rank the paths on standard input");
     command->add_option("QUERY", match.query, "What to look for")->required()->type_name("");
-    addNumber(*command, "--top", match.top, 0, "Print at most N paths (25)");
+    addNumber(*command, "--top", match.top, {}, "Print at most N paths (25)");
     command->add_option("--counts", match.countsFile, "JSON object, path to use count")
         ->type_name("FILE");
-    addNumber(*command, "--repeat", match.repeat, 1, "Run the query N times (1)");
+    addNumber(*command, "--repeat", match.repeat, {.least = 1}, "Run the query N times (1)");
     command->add_flag("-0", match.nulSeparated, "Paths and answers end with NUL, not a line feed");
     command->add_flag("--stats", match.stats, "Print size and times to standard error");
     command->final_callback([&] { chosen = [&](Output &output) { return match.run(output); }; });
@@ -103,7 +120,7 @@ void addFind(CLI::App &app, FindCommand &find, std::function<int(Output &)> &cho
             "Crawl this folder; may be repeated (the configured ones, else the home folder)")
         ->type_name("DIR")
         ->allow_extra_args(false);
-    addNumber(*command, "--top", find.top, 0, "Print at most N paths (25)");
+    addNumber(*command, "--top", find.top, {}, "Print at most N paths (25)");
     command->add_flag("-0", find.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--json", find.json, "Print one array of objects");
     command->final_callback([&] { chosen = [&](Output &output) { return find.run(output); }; });
@@ -121,8 +138,10 @@ void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, std::function<int(Ou
                       "Without the patterns that a user begins with");
     command->add_flag("--no-builtin-excludes", crawl.noBuiltInExcludes,
                       "Without the patterns that always hold");
-    addTexts("--ext", crawl.extensions, "EXT", "Print files with this extension too");
-    addNumber(*command, "--threads", crawl.threads, 1, "Share the work between N threads (2)");
+    addTexts("--ext", crawl.extensions, "EXT",
+             "Print files with this extension, without its dot, too");
+    addNumber(*command, "--threads", crawl.threads, {.least = 1, .most = MOST_THREADS},
+              "Share the work between N threads (2)");
     command->add_flag("-0", crawl.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--stats", crawl.stats, "Print numbers to standard error");
     addFolders(*command, argc, crawl.folders, "Folder to crawl; may be repeated");
@@ -141,7 +160,7 @@ void addWatch(CLI::App &app, int argc, WatchCommand &watch, std::function<int(Ou
     addSeconds(
         *command, "--sweep", [&](double seconds) { watch.sweep = wholeMilliseconds(seconds); },
         "Between looks at folders that are not watched (60)");
-    addNumber(*command, "--budget", watch.budget, 0, "Watch at most N folders (half the limit)");
+    addNumber(*command, "--budget", watch.budget, {}, "Watch at most N folders (half the limit)");
     command->add_flag("-0", watch.nulSeparated, "End each path with NUL, not a line feed");
     addFolders(*command, argc, watch.folders, "Folder to watch; may be repeated");
     command->final_callback([&] { chosen = [&](Output &output) { return watch.run(output); }; });

@@ -57,7 +57,8 @@ int WatchCommand::run(Output &output) const
     settings.includeOnly(readableFolders(folders, failed));
 
     FuzzyMatch matcher(nullptr);
-    PosixFolderLister lister;
+    PosixFolderLister folderLister;
+    PatientFolderLister lister(folderLister);
     SearchBaseLogger logger(settings, stderr);
     InlineTaskQueue mainQueue;
     SerialTaskQueue eventQueue("org.quillon.Quillon.sbw-fs-events");

@@ -1,11 +1,14 @@
 // The program's engine on the command line.
 //
 //   CommandLine    reads the arguments and chooses the command
-//   MatchCommand   ranks paths from standard input        (RecordReader reads them)
-//   FindCommand    crawls folders and searches them       (ReadableFolders, ReadOnlySettings say
-//   which) CrawlCommand   crawls folders and prints what would be indexed WatchCommand   keeps an
-//   index of folders current and prints it Output         standard output, which scripts read;
-//   everything else goes to standard error
+//   MatchCommand   ranks paths from standard input (RecordReader reads them)
+//   FindCommand    crawls folders and searches them
+//   CrawlCommand   crawls folders and prints what would be indexed
+//   WatchCommand   keeps an index of folders current and prints it
+//   Output         standard output, which scripts read; everything else goes to standard error
+//
+// ReadableFolders and ReadOnlySettings say what is searched: folders named by the user, else those
+// of the settings.
 
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"

@@ -185,7 +185,8 @@ INSTANTIATE_TEST_SUITE_P(
             "nowhere No such file or directory"},
         Row{"file", crawl("d/a/f.txt"), "", 1, "d/a/f.txt Not a directory"},
         Row{"noFolder", "ctl crawl", "", 2, "DIR"},
-        Row{"noThreads", "ctl crawl --threads 0 .", "", 2, "--threads"},
+        Row{"noThreads", "ctl crawl --threads 0 .", "", 2, "from 1 to 64: 0"},
+        Row{"tooManyThreads", "ctl crawl --threads 4294967297 .", "", 2, "--threads"},
         Row{"leftByItsReader", "ctl crawl /usr | head -n 1 | wc -l", "1\n"}),
     nameOf);
 

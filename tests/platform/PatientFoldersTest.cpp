@@ -1,7 +1,5 @@
 #include "platform/PatientFolders.h"
 
-#include "tests/support/FakeFolderLister.h"
-
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -53,15 +51,36 @@ TEST(BoundedCalls, leaveACallBehindThatDoesNotReturn)
     ended->acquire();
 }
 
+/// Hangs on "/dead" until it is released, and then answers.
+class HangingLister final : public FolderLister
+{
+public:
+    std::unique_ptr<OpenFolder> open(const std::string &, Wanted, std::error_code &) override
+    {
+        return nullptr;
+    }
+    Kind kind(const std::string &path) override
+    {
+        if (path != "/dead")
+            return path == "/here" ? Kind::folder : Kind::nothing;
+        released.acquire();
+        left.release();
+        return Kind::folder;
+    }
+    std::binary_semaphore released{0};
+    std::binary_semaphore left{0};
+};
+
 TEST(PatientFolderLister, knowsNothingOfAFolderThatDoesNotAnswer)
 {
-    FakeFolderLister folders;
-    folders.add("/here");
-    folders.unanswered.insert("/dead");
+    HangingLister folders;
     PatientFolderLister patient(folders, 60s);
     EXPECT_EQ(patient.kind("/here"), FolderLister::Kind::folder);
     EXPECT_EQ(patient.kind("/gone"), FolderLister::Kind::nothing);
-    EXPECT_EQ(patient.kind("/dead"), FolderLister::Kind::unknown);
+    PatientFolderLister impatient(folders, 20ms);
+    EXPECT_EQ(impatient.kind("/dead"), FolderLister::Kind::unknown);
+    folders.released.release();
+    folders.left.acquire();
 }
 
 } // namespace
