@@ -26,7 +26,7 @@ public:
     RunningInstance &operator=(const RunningInstance &) = delete;
 
     virtual bool isRunning() = 0;
-    /// Asks for one of the actions of RemoteControl.
+    /// Asks for one of the actions of RemoteControl; "quit" returns when the instance has ended.
     virtual Outcome request(const std::string &action) = 0;
     /// Absent also when there is no instance.
     virtual RemoteAnswer find(const RemoteQuery &query) = 0;

@@ -1,12 +1,16 @@
 #include "platform/linux/BusRunningInstance.h"
 
 #include "platform/linux/BusNames.h"
+#include "platform/linux/Descriptor.h"
 
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
+
+#include <poll.h>
+#include <sys/syscall.h>
 
 namespace quillon {
 
@@ -49,6 +53,25 @@ GVariant *platformData(const std::string &activationToken)
     return g_variant_builder_end(&data);
 }
 
+/// The end of a process of whatever parent.
+class ProcessEnd
+{
+public:
+    explicit ProcessEnd(pid_t process)
+        : descriptor_(static_cast<int>(syscall(SYS_pidfd_open, process, 0)))
+    {}
+
+    /// False when it has not come in time. True at once for a process that is gone already.
+    bool await(Deadline deadline) const
+    {
+        pollfd end{.fd = descriptor_.get(), .events = POLLIN, .revents = 0};
+        return !descriptor_ || poll(&end, 1, static_cast<int>(deadline.remaining().count())) == 1;
+    }
+
+private:
+    Descriptor descriptor_;
+};
+
 RemoteMatch readMatch(GVariant *match)
 {
     const VariantRef path(g_variant_get_child_value(match, 0));
@@ -82,18 +105,26 @@ bool BusRunningInstance::isRunning()
 
 RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
 {
-    if (!isRunning())
+    const Deadline deadline(PATIENCE);
+    const auto process = bus_.process(BusNames::SERVICE, deadline);
+    if (!process)
         return Outcome::notRunning;
+    const ProcessEnd end(*process);
     const bool isReopening = action == "activate";
     GVariant *data = platformData(activationToken_);
     GVariant *arguments =
         isReopening ? g_variant_new("(@a{sv})", data)
                     : g_variant_new("(s@av@a{sv})", action.c_str(),
                                     g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0), data);
-    const auto reply =
-        bus_.call(object(BusNames::APPLICATION), isReopening ? "Activate" : "ActivateAction",
-                  arguments, Deadline(PATIENCE));
-    return reply ? Outcome::done : Outcome::notAnswering;
+    const auto reply = bus_.call(object(BusNames::APPLICATION),
+                                 isReopening ? "Activate" : "ActivateAction", arguments, deadline);
+    // One that was about to end answers nothing either, and then is gone.
+    if (!reply)
+        return isRunning() ? Outcome::notAnswering : Outcome::notRunning;
+    // Who starts the program again right afterwards is not to find the one that ends.
+    if (action == "quit" && !end.await(deadline))
+        return Outcome::notAnswering;
+    return Outcome::done;
 }
 
 RemoteAnswer BusRunningInstance::find(const RemoteQuery &query)
