@@ -34,10 +34,11 @@ void translateApplication(QCoreApplication &application, const QStringList &lang
     initializeCatalogues();
     for (QString language : languages + QStringList(QLatin1String(FALLBACK))) {
         language.replace(u'-', u'_');
-        if (!install(application, u"quillon_"_qs + language, u":/quillon/translations"_qs))
+        if (!install(application, QStringLiteral("quillon_") + language,
+                     QStringLiteral(":/quillon/translations")))
             continue;
         // Whoever installed the toolkit without its translations reads English buttons.
-        install(application, u"qtbase_"_qs + language,
+        install(application, QStringLiteral("qtbase_") + language,
                 QLibraryInfo::path(QLibraryInfo::TranslationsPath));
         return;
     }

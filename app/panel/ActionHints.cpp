@@ -51,8 +51,8 @@ PanelFooter::Hint hintFor(const ActionModel &action)
     // A program is known by its name, wherever it stands.
     const QString name =
         action.actionType == ActionType::executeShellCommand ? target.section(u'/', -1) : target;
-    hint.meaning = translated(words->shortly).replace(u"%1"_qs, name);
-    hint.toolTip = translated(words->fully).replace(u"%1"_qs, target);
+    hint.meaning = translated(words->shortly).replace(QStringLiteral("%1"), name);
+    hint.toolTip = translated(words->fully).replace(QStringLiteral("%1"), target);
     return hint;
 }
 

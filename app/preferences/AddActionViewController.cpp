@@ -191,7 +191,8 @@ void AddActionViewController::offerApplications()
             continue;
         // An ampersand would be taken for a mnemonic.
         const QString name = QString::fromStdString(each.name);
-        QAction *action = menu->addAction(QString(name).replace(u"&"_qs, u"&&"_qs));
+        QAction *action =
+            menu->addAction(QString(name).replace(QStringLiteral("&"), QStringLiteral("&&")));
         connect(action, &QAction::triggered, this,
                 [this, name] { parametersTextField->setText(name); });
     }

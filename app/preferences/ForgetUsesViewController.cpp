@@ -54,8 +54,8 @@ void ForgetUsesViewController::reload()
         const auto uses = snapshot->counts.find(path);
         rows << QList<FormTextRun>{
             {.text = QString::fromStdString(path), .isBold = true},
-            {.text =
-                 u" – "_qs + QString::number(uses == snapshot->counts.end() ? 0 : uses->second)}};
+            {.text = QStringLiteral(" – ") +
+                     QString::number(uses == snapshot->counts.end() ? 0 : uses->second)}};
     }
     usesTableView->setRows(rows);
     forgetSegmentedControl->setSegmentEnabled(forgetOne, usesTableView->selectedRow().has_value());

@@ -66,7 +66,7 @@ bool write(QSaveFile &file, const SearchBase &searchBase, const SearchBaseLogger
 QString proposedDumpName()
 {
     const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
-    return u"file_tree %1.txt"_qs.arg(now.count(), 0, 'f', 6);
+    return QStringLiteral("file_tree %1.txt").arg(now.count(), 0, 'f', 6);
 }
 
 QString dumpTree(const QString &path, const SearchBase &searchBase, SearchBaseLogger &logger)
