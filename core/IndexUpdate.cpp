@@ -8,40 +8,22 @@
 // An update takes the path and the children listed under it out of the index and puts in whatever a
 // crawl has found. Removals do not reach further down, so that alone would leave behind what stood
 // below a folder that vanished with everything in it. Hence everything indexed below the path that
-// the crawl did not find is looked for on the disk, and what is gone from there is forgotten too.
-// Include folders are indexed whatever stands in their way, so those below the path come back.
+// the crawl did not find is looked for on the disk, and what is gone from there is forgotten too;
+// what a file system does not answer for stays. Include folders are indexed whatever stands in
+// their way, so those below the path come back.
 //
-// The index is locked for little more than the differences: what is indexed as it was found is left
-// alone, except where the removals reach.
+// The change itself is made in one go, on a thread that has more to do, while nobody searches. So
+// all that takes long is done before, a little at a time: the nodes of new paths are made without a
+// flag, which nobody sees, and nodes are kept in place until the end. What is left is to set and
+// clear flags of known nodes, and only where there is a difference or the removals reach.
 
 namespace quillon {
 
 namespace {
 
 constexpr PathTree::Flags WHOLE = PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED;
-/// Nodes between two looks whether a writer waits.
-constexpr std::uint32_t SLICE = 1024;
-
-/// Keeps the ids that are read in one slice valid for the next one.
-class Pin
-{
-public:
-    explicit Pin(const SearchBasePaths &paths) : paths_(paths)
-    {
-        const ReadingIndex reading(paths_.lock());
-        paths_.tree().pin();
-    }
-    ~Pin()
-    {
-        const ReadingIndex reading(paths_.lock());
-        paths_.tree().unpin();
-    }
-    Pin(const Pin &) = delete;
-    Pin &operator=(const Pin &) = delete;
-
-private:
-    const SearchBasePaths &paths_;
-};
+/// Nodes between two looks whether a writer waits, or between two times that searches get in.
+constexpr std::size_t SLICE = 1024;
 
 std::string description(const std::vector<std::string> &set)
 {
@@ -108,9 +90,8 @@ FolderLister::Kind IndexUpdate::kindOfChanged()
         for (std::size_t slash = path_.find('/', *nearestRoot + 1); slash != std::string::npos;
              slash = path_.find('/', slash + 1)) {
             const Kind kind = terms_.folderLister.kind(path_.substr(0, slash));
-            isUnanswered_ = isUnanswered_ || kind == Kind::unknown;
             if (kind != Kind::folder)
-                return Kind::nothing;
+                return kind == Kind::unknown ? kind : Kind::nothing;
         }
     }
     return kindOf(path_);
@@ -120,21 +101,24 @@ FolderLister::Kind IndexUpdate::kindOfChanged()
 
 bool IndexUpdate::compare()
 {
-    const Pin pin(paths_);
-    if (isUnanswered_ || !compareFound())
+    if (kind_ == Kind::unknown)
+        return false;
+    held_.emplace(paths_);
+    if (!compareFound())
         return false;
     std::ranges::sort(foundNodes_);
-    if (!compareIndexed())
+    if (!compareIndexed() || !judge())
         return false;
     for (const std::string &root : terms_.roots)
         if (isBelow(root) && kindOf(root) == Kind::folder)
             innerRoots_.push_back(root);
-    if (isUnanswered_)
+    if (!makeNodes())
         return false;
-    if (kind_ != Kind::nothing) {
-        operations_ = makeInsertionOperations(path_, missing_);
-        missing_.clear();
-    }
+    if (kind_ == Kind::nothing)
+        gone_.push_back(self_);
+    else
+        operations_ = makeInsertionOperations(path_, {});
+    forgotten_.reserve(gone_.size());
     return true;
 }
 
@@ -151,24 +135,28 @@ bool IndexUpdate::compareFound()
     if (!stepAside())
         return false;
     const PathTree &tree = paths_.tree();
+    self_ = tree.find(path_);
     top_ = paths_.nodeAbove(path_);
-    std::vector<NodeId> nodes(std::size_t{found_.last()} + 1, PathTree::NONE);
-    nodes[FoundPaths::ROOT] = top_;
+    nodes_.assign(std::size_t{found_.last()} + 1, PathTree::NONE);
+    nodes_[FoundPaths::ROOT] = top_;
     for (FoundPaths::Token path = 1; path <= found_.last(); ++path) {
         if (path % SLICE == 0 && !stepAside())
             return false;
         const FoundPaths::Token parent = found_.parent(path);
-        const NodeId node = nodes[parent] == PathTree::NONE
+        const NodeId node = nodes_[parent] == PathTree::NONE
                                 ? PathTree::NONE
-                                : tree.findChild(nodes[parent], found_.name(path));
-        nodes[path] = node;
+                                : tree.findChild(nodes_[parent], found_.name(path));
+        nodes_[path] = node;
+        if (node == PathTree::NONE) {
+            new_.push_back(path);
+            continue;
+        }
+        foundNodes_.emplace_back(node, found_.isFolder(path));
         // A child is going to be removed, and so is the listing of what is directly below it.
         const bool isTouched =
             parent == FoundPaths::ROOT || found_.parent(parent) == FoundPaths::ROOT;
-        if (isTouched || node == PathTree::NONE || (tree.node(node).flags & WHOLE) != WHOLE)
-            missing_.push_back(found_.text(path));
-        if (node != PathTree::NONE)
-            foundNodes_.emplace_back(node, found_.isFolder(path));
+        if (isTouched || (tree.node(node).flags & WHOLE) != WHOLE)
+            missing_.push_back(node);
     }
     return true;
 }
@@ -180,62 +168,103 @@ bool IndexUpdate::compareIndexed()
         NodeId next = PathTree::NONE;
         std::size_t place = IN_FOLDER;
     };
-    std::vector<Unfound> unfound;
-    {
-        const ReadingIndex reading(paths_.lock());
-        if (!stepAside())
+    const ReadingIndex reading(paths_.lock());
+    if (!stepAside())
+        return false;
+    for (const std::string &root : terms_.roots)
+        if (isBelow(root))
+            rootNodes_.push_back(paths_.tree().find(root));
+    std::vector<Level> levels;
+    if (top_ != PathTree::NONE)
+        levels.push_back(
+            {paths_.tree().node(top_).firstChild, isFolder() ? IN_FOLDER : IN_NO_FOLDER});
+    for (std::size_t count = 1; !levels.empty(); ++count) {
+        if (count % SLICE == 0 && !stepAside())
             return false;
-        std::vector<Level> levels;
-        if (top_ != PathTree::NONE)
-            levels.push_back(
-                {paths_.tree().node(top_).firstChild, isFolder() ? IN_FOLDER : IN_NO_FOLDER});
-        for (std::uint32_t count = 1; !levels.empty(); ++count) {
-            if (count % SLICE == 0 && !stepAside())
-                return false;
-            const NodeId node = levels.back().next;
-            if (node == PathTree::NONE) {
-                levels.pop_back();
-                continue;
-            }
-            levels.back().next = paths_.tree().node(node).nextSibling;
-            const std::size_t place = placeOf(node, levels.back().place, unfound);
-            levels.push_back({paths_.tree().node(node).firstChild, place});
+        const NodeId node = levels.back().next;
+        if (node == PathTree::NONE) {
+            levels.pop_back();
+            continue;
         }
+        levels.back().next = paths_.tree().node(node).nextSibling;
+        const std::size_t place = placeOf(node, levels.back().place, levels.size() <= 2);
+        levels.push_back({paths_.tree().node(node).firstChild, place});
     }
-    judge(unfound);
     return true;
 }
 
 /// Notes the node where it was not found. Returns the place of what is below it.
-std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, std::vector<Unfound> &unfound)
+std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched)
 {
     const auto found = std::ranges::lower_bound(foundNodes_, std::pair(node, false));
     if (found != foundNodes_.end() && found->first == node)
         return found->second ? IN_FOLDER : IN_NO_FOLDER;
-    const bool isIndexed = (paths_.tree().node(node).flags & WHOLE) != 0;
-    if (!isIndexed && paths_.tree().node(node).firstChild == PathTree::NONE)
+    const PathTree::Node &unfound = paths_.tree().node(node);
+    if ((unfound.flags & WHOLE) == 0 && unfound.firstChild == PathTree::NONE)
         return IN_FOLDER;
     // What stands below "/" has the node of "/" itself beside it.
-    std::string text = paths_.tree().text(node);
-    if (text == path_)
+    if (node == self_)
         return IN_FOLDER;
-    unfound.push_back({std::move(text), parent, isIndexed});
-    return unfound.size() - 1;
+    unfound_.push_back(
+        {.node = node, .flags = unfound.flags, .isTouched = isTouched, .parent = parent});
+    return unfound_.size() - 1;
 }
 
-/// Tells what of it is gone from the disk. What is in something that is gone, or is a link now, is
-/// gone too, even where following the link leads to something of the same name.
-void IndexUpdate::judge(const std::vector<Unfound> &unfound)
+/// Tells what of it is gone from the disk. False when the index was reset.
+bool IndexUpdate::judge()
 {
     std::vector<Kind> kinds;
-    for (const Unfound &path : unfound) {
-        const bool isInFolder = path.parent == IN_FOLDER ||
-                                (path.parent != IN_NO_FOLDER && kinds[path.parent] == Kind::folder);
-        kinds.push_back(isInFolder || isRoot(path.text) ? kindOf(path.text) : Kind::nothing);
-        if (kinds.back() == Kind::nothing && path.isIndexed)
-            gone_.push_back(path.text);
+    kinds.reserve(unfound_.size());
+    for (const Unfound &path : unfound_) {
+        if (terms_.isReset.stop_requested())
+            return false;
+        if (path.parent == IN_FOLDER)
+            kinds.push_back(kindIn(Kind::folder, path));
+        else
+            kinds.push_back(
+                kindIn(path.parent == IN_NO_FOLDER ? Kind::other : kinds[path.parent], path));
+        if ((path.flags & WHOLE) == 0)
+            continue;
+        if (kinds.back() == Kind::nothing)
+            gone_.push_back(path.node);
+        else if (kinds.back() == Kind::unknown && path.isTouched)
+            unanswered_.push_back(path);
     }
     std::ranges::reverse(gone_);
+    return true;
+}
+
+/// What is in something that is gone, or is a link now, is gone too, even where following the link
+/// leads to something of the same name.
+FolderLister::Kind IndexUpdate::kindIn(Kind folder, const Unfound &unfound)
+{
+    const bool isIncludeFolder = std::ranges::find(rootNodes_, unfound.node) != rootNodes_.end();
+    if (folder != Kind::folder && !isIncludeFolder)
+        return folder == Kind::unknown ? Kind::unknown : Kind::nothing;
+    std::vector<std::string> text;
+    return appendTexts({&unfound.node, 1}, "", text) ? kindOf(text.front()) : Kind::unknown;
+}
+
+/// Makes the nodes of what is new.
+bool IndexUpdate::makeNodes()
+{
+    std::size_t made = 0;
+    do {
+        const WritingIndex writing(paths_.lock());
+        if (terms_.isReset.stop_requested())
+            return false;
+        PathTree &tree = paths_.mutableTree();
+        if (made == 0) {
+            self_ = tree.insert(path_, 0);
+            nodes_[FoundPaths::ROOT] = path_ == "/" ? tree.node(self_).parent : self_;
+        }
+        for (const std::size_t end = std::min(made + SLICE, new_.size()); made < end; ++made) {
+            const FoundPaths::Token path = new_[made];
+            nodes_[path] = tree.insertChild(nodes_[found_.parent(path)], found_.name(path), 0);
+            missing_.push_back(nodes_[path]);
+        }
+    } while (made < new_.size());
+    return true;
 }
 
 // Applying
@@ -245,42 +274,32 @@ bool IndexUpdate::apply()
     const WritingIndex writing(paths_.lock());
     if (terms_.isReset.stop_requested())
         return false;
-    stored_ = paths_.parentToChildren().children(path_).value_or(std::vector<std::string>());
-    for (const std::string &child : stored_)
+    PathTree &tree = paths_.mutableTree();
+    stored_ = paths_.listedChildren(self_);
+    for (const NodeId child : stored_)
         remove(child);
-    remove(path_);
+    remove(self_);
     if (kind_ != Kind::nothing)
         insert();
+    for (const Unfound &path : unanswered_)
+        tree.addFlags(path.node, path.flags);
     for (const std::string &root : innerRoots_) {
-        paths_.mutableTree().insert(normalizePath(root), PathTree::CANDIDATE);
+        tree.insert(normalizePath(root), PathTree::CANDIDATE);
         paths_.add(root);
         paths_.listStoredChildren(root);
     }
-    if (kind_ == Kind::nothing)
-        gone_.push_back(path_);
-    for (const std::string &path : gone_) {
-        const NodeId node = paths_.forget(path, removals_);
-        paths_.mutableTree().removeFlags(node, PathTree::CANDIDATE);
+    for (const NodeId node : gone_) {
+        if ((tree.node(node).flags & PathTree::STORED) != 0)
+            forgotten_.push_back(node);
+        paths_.forget(node);
+        tree.removeFlags(node, PathTree::CANDIDATE);
     }
     return true;
 }
 
-std::vector<std::string> IndexUpdate::log() const
+void IndexUpdate::remove(NodeId node)
 {
-    std::vector<std::string> lines = {"sbl_stored_desc: " + description(stored_)};
-    const auto listed = removals_.begin() + static_cast<std::ptrdiff_t>(stored_.size() + 1);
-    lines.insert(lines.end(), removals_.begin(), listed);
-    if (isPackage_)
-        lines.push_back(std::string(PACKAGE_TAG) + path_);
-    if (kind_ == Kind::nothing)
-        lines.push_back("sbl_root_gone: " + path_);
-    lines.insert(lines.end(), listed, removals_.end());
-    return lines;
-}
-
-void IndexUpdate::remove(const std::string &path)
-{
-    const NodeId node = paths_.remove(path, removals_);
+    paths_.remove(node);
     paths_.mutableTree().removeFlags(node, PathTree::CANDIDATE);
 }
 
@@ -288,9 +307,53 @@ void IndexUpdate::insert()
 {
     const auto start = terms_.now();
     paths_.insert(operations_);
+    for (const NodeId node : missing_)
+        paths_.add(node);
     insertionTime_ = terms_.now() - start;
-    for (const SearchBasePathsInsertionOperation &operation : operations_)
-        paths_.mutableTree().insert(operation.normalizedPath, PathTree::CANDIDATE);
+    paths_.mutableTree().addFlags(self_, PathTree::CANDIDATE);
+    for (const NodeId node : missing_)
+        paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
+}
+
+// Telling
+
+void IndexUpdate::log(const std::function<void(std::span<const std::string>)> &receive) const
+{
+    std::vector<std::string> texts;
+    if (!appendTexts(stored_, "", texts))
+        return;
+    std::vector<std::string> lines = {"sbl_stored_desc: " + description(texts)};
+    for (const std::string &child : texts)
+        lines.push_back(std::string(REMOVE_TAG).append(child));
+    lines.push_back(std::string(REMOVE_TAG).append(path_));
+    if (isPackage_)
+        lines.push_back(PACKAGE_TAG + path_);
+    if (kind_ == Kind::nothing)
+        lines.push_back("sbl_root_gone: " + path_);
+    receive(lines);
+    std::span<const NodeId> rest(forgotten_);
+    while (!rest.empty()) {
+        const auto some = rest.first(std::min(SLICE, rest.size()));
+        rest = rest.subspan(some.size());
+        lines.clear();
+        if (!appendTexts(some, REMOVE_TAG, lines))
+            return;
+        receive(lines);
+    }
+}
+
+/// False when the index was reset.
+bool IndexUpdate::appendTexts(std::span<const NodeId> nodes, std::string_view prefix,
+                              std::vector<std::string> &texts) const
+{
+    const ReadingIndex reading(paths_.lock());
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (i % SLICE == 0 && !stepAside())
+            return false;
+        texts.emplace_back(prefix);
+        paths_.tree().appendText(nodes[i], texts.back());
+    }
+    return true;
 }
 
 } // namespace quillon

@@ -1,17 +1,20 @@
 #pragma once
 
 #include "core/FoundPaths.h"
+#include "core/HeldNodes.h"
 #include "core/SearchBasePaths.h"
 #include "indexing/NameKinds.h"
 #include "platform/FolderLister.h"
 
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
+#include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -24,7 +27,7 @@ inline constexpr const char *PACKAGE_TAG = "sb_grd is_package ";
 
 /// Brings what the index holds of one changed path and everything below it up to date, in three
 /// steps: what is there is found, compared with the index, and applied. Only the last one changes
-/// the index, all at once.
+/// what anybody sees of the index, all at once.
 ///
 /// Updates and builds exclude each other; that is the caller's task.
 class IndexUpdate
@@ -48,22 +51,24 @@ public:
     IndexUpdate(SearchBasePaths &paths, Terms terms, std::string path);
 
     /// Whether a folder is there, which is then to be crawled into found().
-    bool isFolder() const { return kind_ == FolderLister::Kind::folder; }
+    bool isFolder() const { return kind_ == Kind::folder; }
     FoundPaths &found() { return found_; }
     /// To be called when the folder could not be crawled: it may be gone since.
     void crawlFailed(const CrawlResult &result);
 
-    /// Compares, reading the index in slices. False when it was reset, or when a file system does
-    /// not answer and so nothing is known of what is gone.
-    bool compare();
+    /// Compares, locking the index for a little at a time. False when it was reset, or when the
+    /// file system does not answer for the path. What does not answer below it stays as it is.
+    bool compare() EXCLUDES(paths_.lock());
     /// Applies with the index locked. False when it was reset.
     bool apply() EXCLUDES(paths_.lock());
 
-    /// The lines for the log, in their order.
-    std::vector<std::string> log() const;
+    /// Hands over the lines for the log in their order, some at a time and without any lock held.
+    /// They end early when the index is reset.
+    void log(const std::function<void(std::span<const std::string> lines)> &receive) const
+        EXCLUDES(paths_.lock());
     /// How long the insertion took and how many operations it was.
     std::chrono::duration<double> insertionTime() const { return insertionTime_; }
-    std::size_t operations() const { return operations_.size(); }
+    std::size_t operations() const { return operations_.size() + missing_.size(); }
 
 private:
     using Kind = FolderLister::Kind;
@@ -72,10 +77,12 @@ private:
     /// A node below the path that was not found.
     struct Unfound
     {
-        std::string text;
+        NodeId node = PathTree::NONE;
+        PathTree::Flags flags = 0;
+        /// Whether the removals reach it.
+        bool isTouched = false;
         /// The one above it among the unfound ones, or one of the two below.
         std::size_t parent = 0;
-        bool isIndexed = false;
     };
     static constexpr std::size_t IN_FOLDER = ~std::size_t{0};
     static constexpr std::size_t IN_NO_FOLDER = IN_FOLDER - 1;
@@ -85,13 +92,19 @@ private:
     bool isRoot(const std::string &path) const;
     bool isBelow(const std::string &path) const;
     bool stepAside() const REQUIRES_SHARED(paths_.lock());
+
     bool compareFound() EXCLUDES(paths_.lock());
     bool compareIndexed() EXCLUDES(paths_.lock());
-    std::size_t placeOf(NodeId node, std::size_t parent, std::vector<Unfound> &unfound)
+    std::size_t placeOf(NodeId node, std::size_t parent, bool isTouched)
         REQUIRES_SHARED(paths_.lock());
-    void judge(const std::vector<Unfound> &unfound);
-    void remove(const std::string &path) REQUIRES(paths_.lock());
+    bool judge() EXCLUDES(paths_.lock());
+    Kind kindIn(Kind folder, const Unfound &unfound) EXCLUDES(paths_.lock());
+    bool makeNodes() EXCLUDES(paths_.lock());
+
+    void remove(NodeId node) REQUIRES(paths_.lock());
     void insert() REQUIRES(paths_.lock());
+    bool appendTexts(std::span<const NodeId> nodes, std::string_view prefix,
+                     std::vector<std::string> &texts) const EXCLUDES(paths_.lock());
 
     SearchBasePaths &paths_;
     const Terms terms_;
@@ -102,17 +115,33 @@ private:
     Kind kind_;
     bool isPackage_ = false;
     FoundPaths found_;
+    std::optional<HeldNodes> held_;
+
+    /// Of the path itself, and what its children go below; NONE where there is none yet.
+    NodeId self_ = PathTree::NONE;
     NodeId top_ = PathTree::NONE;
-    /// Nodes of found paths, and whether they are folders; sorted.
+    /// By found path; those of the new ones are made last.
+    std::vector<NodeId> nodes_;
+    std::vector<FoundPaths::Token> new_;
+    /// The nodes that were there, and whether they are folders; sorted.
     std::vector<std::pair<NodeId, bool>> foundNodes_;
-    std::vector<std::string> missing_;
-    /// Children before their parents.
-    std::vector<std::string> gone_;
-    std::vector<std::string> innerRoots_;
+    std::vector<Unfound> unfound_;
+    /// Of include folders below the path.
+    std::vector<NodeId> rootNodes_;
+
+    /// Found and to be put into the index.
+    std::vector<NodeId> missing_;
     std::vector<SearchBasePathsInsertionOperation> operations_;
+    /// Children before their parents.
+    std::vector<NodeId> gone_;
+    /// Nobody knows whether they are gone, and removals reach them.
+    std::vector<Unfound> unanswered_;
+    std::vector<std::string> innerRoots_;
+
+    // What was done.
+    std::vector<NodeId> stored_;
+    std::vector<NodeId> forgotten_;
     std::chrono::duration<double> insertionTime_{};
-    std::vector<std::string> stored_;
-    std::vector<std::string> removals_;
 };
 
 } // namespace quillon

@@ -13,6 +13,7 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <span>
 #include <system_error>
 #include <utility>
 
@@ -363,7 +364,7 @@ void SearchBase::applyInMainQueue(IndexUpdate &update)
     if (!hasRun || !isApplied)
         return;
     // Nothing waits for the receiver of these lines but this thread.
-    services_.logger.log(update.log());
+    update.log([&](std::span<const std::string> lines) { services_.logger.log(lines); });
     if (update.insertionTime() > LONG_UPDATE_THRESHOLD)
         services_.logger.print("*>*>*>*> SB: Long delta " +
                                shortestDecimal(update.insertionTime().count()) + " " +

@@ -29,6 +29,27 @@ std::string_view keyText(std::string_view parent)
     return parent == "/" ? std::string_view() : parent;
 }
 
+bool isSlash(const PathTree &tree, NodeId id)
+{
+    const NodeId parent = tree.node(id).parent;
+    return parent != PathTree::ROOT && tree.node(parent).parent == PathTree::ROOT &&
+           tree.name(tree.node(id)).empty() && tree.name(tree.node(parent)).empty();
+}
+
+/// The node that keeps the set of children of a node's path.
+NodeId setOf(const PathTree &tree, NodeId id)
+{
+    return isSlash(tree, id) ? tree.node(id).parent : id;
+}
+
+/// Whether isParentByShape() holds for the path's parent.
+bool isListedByShape(const PathTree &tree, NodeId id)
+{
+    const NodeId parent = tree.node(id).parent;
+    return parent != PathTree::ROOT && !tree.name(tree.node(id)).empty() &&
+           (!tree.name(tree.node(parent)).empty() || tree.node(parent).parent == PathTree::ROOT);
+}
+
 std::vector<NodeId> childrenWith(const PathTree &tree, NodeId parent, PathTree::Flags flag)
 {
     std::vector<NodeId> children;
@@ -51,7 +72,6 @@ NodeId nextInTree(const PathTree &tree, NodeId id)
     return id == PathTree::ROOT ? PathTree::NONE : tree.node(id).nextSibling;
 }
 
-constexpr const char *REMOVE_TAG = "sbp_remove: ";
 constexpr std::string_view CHILD = "\n\t";
 
 } // namespace
@@ -102,7 +122,7 @@ void SearchBasePaths::Paths::forEach(const Receiver &receive) const
 bool SearchBasePaths::ParentToChildren::contains(std::string_view parent) const
 {
     if (parent.empty())
-        return store_.listedElsewhere(parent) != nullptr;
+        return store_.listedElsewhere(PathTree::ROOT) != nullptr;
     return has(tree_, tree_.find(keyText(parent)), PathTree::HAS_CHILD_SET);
 }
 
@@ -117,11 +137,11 @@ SearchBasePaths::ParentToChildren::children(std::string_view parent) const
     if (!contains(parent))
         return std::nullopt;
     std::vector<std::string> texts;
-    if (!parent.empty())
-        for (const NodeId child :
-             childrenWith(tree_, tree_.find(keyText(parent)), PathTree::LISTED))
+    const NodeId set = parent.empty() ? PathTree::ROOT : tree_.find(keyText(parent));
+    if (set != PathTree::ROOT)
+        for (const NodeId child : childrenWith(tree_, set, PathTree::LISTED))
             texts.push_back(tree_.text(child));
-    if (const Children *others = store_.listedElsewhere(parent))
+    if (const Children *others = store_.listedElsewhere(set))
         texts.insert(texts.end(), others->begin(), others->end());
     return texts;
 }
@@ -162,8 +182,7 @@ void SearchBasePaths::insert(std::span<const SearchBasePathsInsertionOperation> 
 NodeId SearchBasePaths::list(std::string_view path, std::string_view parent)
 {
     if (!isParentByShape(parent, path)) {
-        elsewhere_[std::string(parent)].emplace(path);
-        makeChildSet(parent);
+        elsewhere_[makeChildSet(parent)].emplace(path);
         return index_.tree.insert(path, PathTree::STORED);
     }
     const NodeId node = index_.tree.insert(path, PathTree::STORED | PathTree::LISTED);
@@ -175,55 +194,74 @@ NodeId SearchBasePaths::makeChildSet(std::string_view parent)
 {
     if (!parent.empty())
         return index_.tree.insert(keyText(parent), PathTree::HAS_CHILD_SET);
-    elsewhere_.try_emplace("");
-    return PathTree::NONE;
+    elsewhere_.try_emplace(PathTree::ROOT);
+    return PathTree::ROOT;
 }
 
 NodeId SearchBasePaths::remove(std::string_view path, std::vector<std::string> &log)
 {
     const std::string_view normalized = normalizePath(path);
-    log.push_back(REMOVE_TAG + std::string(normalized));
-    PathTree &tree = index_.tree;
-
-    const NodeId above = makeChildSet(normalized);
-    for (const NodeId child : childrenWith(tree, above, PathTree::LISTED))
-        tree.removeFlags(child, PathTree::LISTED);
-    if (const auto others = elsewhere_.find(normalized); others != elsewhere_.end()) {
-        if (normalized.empty())
-            others->second.clear();
-        else
-            elsewhere_.erase(others);
+    log.push_back(std::string(REMOVE_TAG).append(normalized));
+    const NodeId node = index_.tree.insert(normalized, 0);
+    if (normalized.empty()) {
+        elsewhere_[PathTree::ROOT].clear();
+        index_.tree.removeFlags(node, PathTree::STORED);
+    } else {
+        remove(node);
     }
-    const NodeId node = keyText(normalized) == normalized && above != PathTree::NONE
-                            ? above
-                            : tree.find(normalized);
-    if (node != PathTree::NONE)
-        tree.removeFlags(node, PathTree::STORED);
     return node;
 }
 
-NodeId SearchBasePaths::forget(std::string_view path, std::vector<std::string> &log)
+void SearchBasePaths::add(NodeId node)
 {
-    const std::string_view normalized = normalizePath(path);
-    PathTree &tree = index_.tree;
-    if (paths().contains(normalized))
-        log.push_back(REMOVE_TAG + std::string(normalized));
-
-    const NodeId above = nodeAbove(normalized);
-    if (has(tree, above, PathTree::HAS_CHILD_SET) && listedElsewhere(normalized) == nullptr &&
-        childrenWith(tree, above, PathTree::LISTED).empty())
-        tree.removeFlags(above, PathTree::HAS_CHILD_SET);
-    const std::string_view parent =
-        normalizePath(StringPathParent::getParentFolderPath(normalized));
-    if (const auto others = elsewhere_.find(parent); others != elsewhere_.end()) {
-        others->second.erase(std::string(normalized));
-        if (others->second.empty())
-            elsewhere_.erase(others);
+    if (!isListedByShape(index_.tree, node)) {
+        add(index_.tree.text(node));
+        return;
     }
-    const NodeId node = tree.find(normalized);
-    if (node != PathTree::NONE)
-        tree.removeFlags(node, PathTree::STORED | PathTree::LISTED);
-    return node;
+    index_.tree.addFlags(node, PathTree::STORED | PathTree::LISTED);
+    index_.tree.addFlags(index_.tree.node(node).parent, PathTree::HAS_CHILD_SET);
+}
+
+void SearchBasePaths::remove(NodeId node)
+{
+    PathTree &tree = index_.tree;
+    const NodeId set = setOf(tree, node);
+    tree.addFlags(set, PathTree::HAS_CHILD_SET);
+    for (const NodeId child : childrenWith(tree, set, PathTree::LISTED))
+        tree.removeFlags(child, PathTree::LISTED);
+    elsewhere_.erase(set);
+    tree.removeFlags(node, PathTree::STORED);
+}
+
+void SearchBasePaths::forget(NodeId node)
+{
+    PathTree &tree = index_.tree;
+    const NodeId set = setOf(tree, node);
+    if (has(tree, set, PathTree::HAS_CHILD_SET) && listedElsewhere(set) == nullptr &&
+        childrenWith(tree, set, PathTree::LISTED).empty())
+        tree.removeFlags(set, PathTree::HAS_CHILD_SET);
+    if (!isListedByShape(tree, node)) {
+        const std::string text = tree.text(node);
+        const NodeId parent = nodeAbove(normalizePath(StringPathParent::getParentFolderPath(text)));
+        const auto others = elsewhere_.find(parent);
+        if (parent != PathTree::NONE && others != elsewhere_.end()) {
+            others->second.erase(text);
+            if (others->second.empty())
+                elsewhere_.erase(others);
+        }
+    }
+    tree.removeFlags(node, PathTree::STORED | PathTree::LISTED);
+}
+
+std::vector<NodeId> SearchBasePaths::listedChildren(NodeId node) const
+{
+    const NodeId set = setOf(index_.tree, node);
+    std::vector<NodeId> children = childrenWith(index_.tree, set, PathTree::LISTED);
+    if (const Children *others = listedElsewhere(set))
+        for (const std::string &other : *others)
+            if (const NodeId child = index_.tree.find(other); child != PathTree::NONE)
+                children.push_back(child);
+    return children;
 }
 
 void SearchBasePaths::listStoredChildren(std::string_view parent)
@@ -257,7 +295,7 @@ void SearchBasePaths::appendTreeMapping(NodeId node, bool isFirst, std::string &
 {
     const std::string prefix = index_.tree.text(node);
     std::string_view parent = prefix;
-    if (node == PathTree::ROOT && listedElsewhere("") == nullptr)
+    if (node == PathTree::ROOT && listedElsewhere(node) == nullptr)
         return;
     if (node != PathTree::ROOT && prefix.empty())
         parent = "/";
@@ -268,7 +306,7 @@ void SearchBasePaths::appendTreeMapping(NodeId node, bool isFirst, std::string &
             text.append(CHILD).append(prefix).append("/");
             text.append(index_.tree.name(index_.tree.node(child)));
         }
-    if (const Children *others = listedElsewhere(parent))
+    if (const Children *others = listedElsewhere(node))
         for (const std::string &child : *others)
             text.append(CHILD).append(child);
     if (text.size() == end)
@@ -280,9 +318,9 @@ NodeId SearchBasePaths::nodeAbove(std::string_view parent) const
     return parent.empty() ? PathTree::NONE : index_.tree.find(keyText(parent));
 }
 
-const SearchBasePaths::Children *SearchBasePaths::listedElsewhere(std::string_view parent) const
+const SearchBasePaths::Children *SearchBasePaths::listedElsewhere(NodeId set) const
 {
-    const auto others = elsewhere_.find(parent);
+    const auto others = elsewhere_.find(set);
     return others == elsewhere_.end() ? nullptr : &others->second;
 }
 

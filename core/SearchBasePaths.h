@@ -26,6 +26,9 @@ struct SearchBasePathsInsertionOperation
                            const SearchBasePathsInsertionOperation &) = default;
 };
 
+/// What the log says of a path that is removed, before the path.
+inline constexpr std::string_view REMOVE_TAG = "sbp_remove: ";
+
 /// The operations that insert a folder and then what was found below it, each below its own parent.
 std::vector<SearchBasePathsInsertionOperation>
 makeInsertionOperations(std::string_view url, std::span<const std::string> children);
@@ -90,11 +93,18 @@ public:
     /// Returns the path's node.
     PathTree::NodeId remove(std::string_view path, std::vector<std::string> &log)
         REQUIRES(index_.lock);
+    // By nodes, which a caller keeps alive with PathTree::hold().
+
+    /// Stores a path and lists it under its parent.
+    void add(PathTree::NodeId node) REQUIRES(index_.lock);
+    /// As for a path, but for the log.
+    void remove(PathTree::NodeId node) REQUIRES(index_.lock);
     /// Keeps nothing of the path: neither the listing under its parent nor its set of children,
-    /// unless that lists something still. Adds the line of remove() where the path was stored.
-    /// Returns the path's node, which may be NONE.
-    PathTree::NodeId forget(std::string_view path, std::vector<std::string> &log)
-        REQUIRES(index_.lock);
+    /// unless that lists something still.
+    void forget(PathTree::NodeId node) REQUIRES(index_.lock);
+    /// What is listed under a path.
+    std::vector<PathTree::NodeId> listedChildren(PathTree::NodeId node) const
+        REQUIRES_SHARED(index_.lock);
     /// Lists under a path again what is stored directly below it.
     void listStoredChildren(std::string_view parent) REQUIRES(index_.lock);
     /// Forgets everything, the matcher's candidates too.
@@ -129,12 +139,13 @@ private:
     PathTree::NodeId list(std::string_view path, std::string_view parent) REQUIRES(index_.lock);
     /// Makes the set of children where it is missing; NONE for the empty path.
     PathTree::NodeId makeChildSet(std::string_view parent) REQUIRES(index_.lock);
-    const Children *listedElsewhere(std::string_view parent) const NO_THREAD_SAFETY_ANALYSIS;
+    const Children *listedElsewhere(PathTree::NodeId set) const NO_THREAD_SAFETY_ANALYSIS;
 
     PathIndex &index_;
-    /// Children whose parent is not what stands before their last slash, and the set of the empty
-    /// path, whose node is that of "/". Nothing that a crawl finds comes here.
-    std::map<std::string, Children, std::less<>> elsewhere_ GUARDED_BY(index_.lock);
+    /// Children whose parent is not what stands before their last slash, by the node that keeps the
+    /// parent's set; for ROOT the set of the empty path, whose own node keeps that of "/". Nothing
+    /// that a crawl finds comes here.
+    std::map<PathTree::NodeId, Children> elsewhere_ GUARDED_BY(index_.lock);
 };
 
 } // namespace quillon

@@ -223,7 +223,7 @@ void PathTree::removeFlags(NodeId id, Flags flags)
         --counts_[static_cast<std::size_t>(std::countr_zero(bits))];
     buryIfDead(id);
     if (dead_ > FEWEST_DEAD_TO_COLLECT + used_ / 4)
-        collectDead();
+        collectSomeDead(parentsOfDead_.max_size());
 }
 
 void PathTree::removeFlagsEverywhere(Flags flags)
@@ -266,10 +266,12 @@ void PathTree::rememberParentOfDead(NodeId parent)
     parentsOfDead_.push_back(parent);
 }
 
-void PathTree::collectDead()
+bool PathTree::collectSomeDead(std::size_t parents)
 {
+    if (holds_ > 0 || parentsOfDead_.empty())
+        return false;
     trail_ = {};
-    while (!parentsOfDead_.empty()) {
+    for (; parents > 0 && !parentsOfDead_.empty(); --parents) {
         const NodeId parent = parentsOfDead_.back();
         parentsOfDead_.pop_back();
         mutableNode(parent).flags &= static_cast<Flags>(~HAS_DEAD_CHILDREN);
@@ -277,6 +279,7 @@ void PathTree::collectDead()
         buryIfDead(parent);
     }
     recycle();
+    return !parentsOfDead_.empty();
 }
 
 void PathTree::removeDeadChildren(NodeId parent)

@@ -103,6 +103,12 @@ public:
     /// readers.
     void pin() const { pins_.fetch_add(1); }
     void unpin() const { pins_.fetch_sub(1); }
+    /// While held, dead nodes stay where they are: they can be given flags again, and every id stays
+    /// valid but for clear().
+    void hold() { ++holds_; }
+    void letGo() { --holds_; }
+    /// Removes the dead nodes below some parents, where nothing is held. False when none is left.
+    bool collectSomeDead(std::size_t parents);
 
 private:
     static constexpr unsigned CHUNK_BITS = 12;
@@ -140,7 +146,6 @@ private:
     void revive(Node &node);
     void buryIfDead(NodeId id);
     void rememberParentOfDead(NodeId parent);
-    void collectDead();
     void removeDeadChildren(NodeId parent);
     void recycle();
     void path(NodeId id, std::vector<NodeId> &nodes) const;
@@ -152,6 +157,7 @@ private:
     Trail trail_;
     std::array<std::size_t, 8> counts_{};
     std::size_t dead_ = 0;
+    int holds_ = 0;
     std::vector<NodeId> parentsOfDead_;
     /// Removed from hash and lists, but perhaps still on the way of a pinned search.
     std::vector<NodeId> givenUp_;

@@ -315,24 +315,35 @@ TEST(SearchBaseUpdate, changesNothingOnceTheQueueIsClosedOrAStopRequested)
     EXPECT_THAT(base.indexed(), IsEmpty());
 }
 
-TEST(SearchBaseUpdate, removesNothingThatAFileSystemDoesNotAnswerFor)
+TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
 {
     FakeBase base;
-    base.lister.add("/a/b/c");
+    base.lister.add("/a/mount/x/y");
+    base.lister.add("/a/old");
     base.searchBase.update("/a");
-    base.searchBase.update("/a/b");
-    const auto before = base.indexed();
-    for (const char *dead : {"/a", "/a/b/c"}) {
-        FakeFolderLister others;
-        others.unanswered.insert(dead);
-        if (std::string_view(dead) != "/a")
-            others.add("/a/b");
-        SearchBase mounted(
-            nullptr, base.finder, base.matcher,
-            {.folderLister = others, .logger = base.logger, .mainQueue = base.queue});
-        mounted.update("/a");
-        EXPECT_EQ(base.indexed(), before) << dead;
-    }
+    const auto before = linesOf(base.searchBase);
+
+    // The mount is listed where it stands and tells nothing of what is in it.
+    FakeFolderLister others;
+    for (const char *folder : {"/a/mount", "/a/old", "/a/new/z"})
+        others.add(folder);
+    SearchBase mounted(nullptr, base.finder, base.matcher,
+                       {.folderLister = others, .logger = base.logger, .mainQueue = base.queue});
+    others.unanswered = {"/a"};
+    mounted.update("/a");
+    EXPECT_EQ(linesOf(base.searchBase), before);
+    others.unanswered = {"/a/mount/x"};
+    mounted.update("/a");
+    FakeBase fresh;
+    for (const char *folder : {"/a/mount/x/y", "/a/old", "/a/new/z"})
+        fresh.lister.add(folder);
+    fresh.searchBase.update("/a");
+    EXPECT_EQ(linesOf(base.searchBase), linesOf(fresh.searchBase));
+    EXPECT_EQ(base.indexed(), fresh.indexed());
+
+    others.unanswered.clear();
+    mounted.update("/a");
+    EXPECT_THAT(base.indexed(), ElementsAre("/a", "/a/mount", "/a/new", "/a/new/z", "/a/old"));
 }
 
 TEST(SearchBaseUpdate, writesNothingIntoAnIndexThatWasResetMeanwhile)

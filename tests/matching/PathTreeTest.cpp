@@ -140,5 +140,28 @@ TEST(PathTree, keepsTheLinksOfRemovedNodesWhilePinned)
     tree.unpin();
 }
 
+TEST(PathTree, keepsDeadNodesInPlaceWhileHeld)
+{
+    PathTree tree;
+    tree.hold();
+    const PathTree::NodeId folder = tree.insert("/f", PathTree::STORED);
+    std::vector<PathTree::NodeId> nodes;
+    for (int i = 0; i < 10'000; ++i)
+        nodes.push_back(tree.insertChild(folder, std::to_string(i), i % 2 == 0 ? 0 : 3));
+    for (const PathTree::NodeId node : nodes)
+        tree.removeFlags(node, 3);
+    EXPECT_FALSE(tree.collectSomeDead(1));
+    tree.addFlags(nodes[4], PathTree::CANDIDATE);
+    EXPECT_EQ(tree.find("/f/4"), nodes[4]);
+    EXPECT_EQ(tree.find("/f/5"), nodes[5]);
+
+    tree.letGo();
+    while (tree.collectSomeDead(1)) {
+    }
+    EXPECT_EQ(tree.find("/f/4"), nodes[4]);
+    EXPECT_EQ(tree.find("/f/5"), PathTree::NONE);
+    EXPECT_EQ(tree.count(PathTree::CANDIDATE), 1U);
+}
+
 } // namespace
 } // namespace quillon
