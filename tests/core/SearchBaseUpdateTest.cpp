@@ -315,6 +315,29 @@ TEST(SearchBaseUpdate, changesNothingOnceTheQueueIsClosedOrAStopRequested)
     EXPECT_THAT(base.indexed(), IsEmpty());
 }
 
+/// More comes, and goes, than nodes without a flag gather before they are collected.
+TEST(SearchBaseUpdate, bringsAWideFolderUpToDate)
+{
+    const auto addTo = [](FakeFolderLister &lister, int first, int end) {
+        for (int i = first; i < end; ++i)
+            lister.add("/w/" + std::to_string(i));
+    };
+    FakeBase base;
+    addTo(base.lister, 0, 2000);
+    base.searchBase.update("/w");
+    FakeFolderLister later;
+    FakeBase fresh;
+    for (FakeFolderLister *lister : {&later, &fresh.lister})
+        addTo(*lister, 500, 6000);
+    SearchBase changed(nullptr, base.finder, base.matcher,
+                       {.folderLister = later, .logger = base.logger, .mainQueue = base.queue});
+    changed.update("/w");
+    fresh.searchBase.update("/w");
+    EXPECT_EQ(base.searchBase.count(), 1U + 5500);
+    EXPECT_EQ(linesOf(base.searchBase), linesOf(fresh.searchBase));
+    EXPECT_EQ(base.indexed(), fresh.indexed());
+}
+
 TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
 {
     FakeBase base;
