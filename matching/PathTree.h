@@ -103,8 +103,8 @@ public:
     /// readers.
     void pin() const { pins_.fetch_add(1); }
     void unpin() const { pins_.fetch_sub(1); }
-    /// While held, dead nodes stay where they are: they can be given flags again, and every id stays
-    /// valid but for clear().
+    /// While held, dead nodes stay where they are: they can be given flags again, and every id
+    /// stays valid but for clear().
     void hold() { ++holds_; }
     void letGo() { --holds_; }
     /// Removes the dead nodes below some parents, where nothing is held. False when none is left.
