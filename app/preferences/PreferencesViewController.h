@@ -3,8 +3,8 @@
 #include "app/preferences/ActionPreferencesViewController.h"
 #include "app/preferences/AdvancedPreferencesViewController.h"
 #include "app/preferences/GeneralPreferencesViewController.h"
+#include "app/preferences/WindowPlaceKeeper.h"
 #include "app/widgets/PanelPalette.h"
-#include "app/widgets/WindowPlaceKeeper.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #include "app/setup/AppleEventPermissionCoordinator.h"
 
-#include "app/setup/SetupWindow.h"
+#include "app/widgets/SetupWindow.h"
 
 #include <QCloseEvent>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/setup/SetupView.h"
+#include "app/widgets/SetupView.h"
 #include "core/SearchBaseBuilder.h"
 
 #include <QBasicTimer>

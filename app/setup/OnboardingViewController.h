@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/setup/FolderCounter.h"
-#include "app/setup/SetupView.h"
 #include "app/widgets/IncludeFolders.h"
+#include "app/widgets/SetupView.h"
 
 #include <QBasicTimer>
 #include <QPointer>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/setup/SetupView.h"
 #include "app/update/NoticeWindow.h"
+#include "app/widgets/SetupView.h"
 
 class QHBoxLayout;
 

@@ -1,7 +1,7 @@
 #include "app/update/NoticeWindow.h"
 
-#include "app/setup/SetupWindow.h"
 #include "app/update/NoticeView.h"
+#include "app/widgets/SetupWindow.h"
 
 namespace quillon {
 

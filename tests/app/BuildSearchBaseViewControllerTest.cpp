@@ -2,7 +2,7 @@
 
 #include "app/setup/ElidedLabel.h"
 #include "app/setup/ProgressIndicator.h"
-#include "app/setup/SetupWindow.h"
+#include "app/widgets/SetupWindow.h"
 #include "platform/linux/JsonDefaultsStore.h"
 #include "platform/linux/QtTaskQueues.h"
 #include "tests/core/SearchBaseSupport.h"

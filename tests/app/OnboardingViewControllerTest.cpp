@@ -1,7 +1,7 @@
 #include "app/setup/OnboardingViewController.h"
 
-#include "app/setup/SetupWindow.h"
 #include "app/widgets/FolderChooser.h"
+#include "app/widgets/SetupWindow.h"
 #include "indexing/SearchBaseFinder.h"
 #include "platform/Clipboard.h"
 #include "platform/linux/JsonDefaultsStore.h"

@@ -1,4 +1,4 @@
-#include "app/widgets/WindowPlaceKeeper.h"
+#include "app/preferences/WindowPlaceKeeper.h"
 
 #include "platform/WindowPlaces.h"
 

@@ -10,7 +10,8 @@ class QVBoxLayout;
 
 namespace quillon {
 
-/// What the set-up windows show: one column of text and controls with the buttons at its end.
+/// What the set-up windows and the notices show: one column of text and controls with the buttons
+/// at its end.
 class SetupView : public QWidget
 {
     Q_OBJECT

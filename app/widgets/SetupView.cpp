@@ -1,4 +1,4 @@
-#include "app/setup/SetupView.h"
+#include "app/widgets/SetupView.h"
 
 #include "app/widgets/FormNote.h"
 #include "app/widgets/PanelButton.h"

@@ -1,4 +1,4 @@
-#include "app/setup/SetupWindow.h"
+#include "app/widgets/SetupWindow.h"
 
 #include <QCursor>
 #include <QGuiApplication>

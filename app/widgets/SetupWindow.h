@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/setup/SetupView.h"
 #include "app/widgets/RoundedWindow.h"
+#include "app/widgets/SetupView.h"
 
 namespace quillon {
 
-/// An ordinary window around a set-up view, without a frame: window managers would put controls on
+/// An ordinary window around such a view, without a frame: window managers would put controls on
 /// it. It is moved by its background; Escape closes it, and closed it is merely hidden.
 class SetupWindow : public RoundedWindow
 {
