@@ -2,7 +2,6 @@
 
 #include "platform/Clipboard.h"
 #include "platform/FileManager.h"
-#include "platform/ProcessRunner.h"
 #include "platform/TaskQueue.h"
 #include "platform/Workspace.h"
 #include "prefs/Preferences.h"
@@ -141,20 +140,22 @@ void ActionRunner::openApplication(const std::string &application, const std::st
     // Quotes alone are escaped, on purpose: the shell expands dollar signs and backquotes.
     const std::string command =
         "open -a \"" + application + "\" \"" + escaped(path, {{'"', '"'}}) + "\"";
-    services_.processRunner.run(
-        {.executable = "/bin/bash", .arguments = {"-c", command}, .firstOnPath = programsFolder_},
-        [](const ProcessRunner::Output &) {});
+    start({.executable = "/bin/bash", .arguments = {"-c", command}, .firstOnPath = programsFolder_},
+          [](const ProcessRunner::Output &) {});
 }
 
 void ActionRunner::executeShellCommand(const std::string &executable, const std::string &path)
 {
-    const auto failure = services_.processRunner.run(
-        {.executable = executable, .arguments = {path}},
-        [stream = streams_.output](const ProcessRunner::Output &output) {
-            writeLine(stream, "Shell script result: (\"" + onOneLine(output.standardOutput) +
-                                  "\", \"" + onOneLine(output.standardError) + "\")");
-        });
-    if (failure)
+    start({.executable = executable, .arguments = {path}},
+          [stream = streams_.output](const ProcessRunner::Output &output) {
+              writeLine(stream, "Shell script result: (\"" + onOneLine(output.standardOutput) +
+                                    "\", \"" + onOneLine(output.standardError) + "\")");
+          });
+}
+
+void ActionRunner::start(const ProcessRunner::Command &command, ProcessRunner::Ended ended)
+{
+    if (const auto failure = services_.processRunner.run(command, std::move(ended)))
         writeLine(streams_.diagnostics, "quillon: " + onOneLine(*failure));
 }
 

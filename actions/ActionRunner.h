@@ -3,6 +3,7 @@
 #include "actions/ActionModel.h"
 #include "actions/AppleScriptRunner.h"
 #include "core/SearchBaseResult.h"
+#include "platform/ProcessRunner.h"
 
 #include <cstdio>
 #include <string>
@@ -13,12 +14,12 @@ namespace quillon {
 class Clipboard;
 class FileManager;
 class Preferences;
-class ProcessRunner;
 class TaskQueue;
 class Workspace;
 
 /// Carries out an action on a row. Nobody is told how it went, but for a line after an executable
-/// of the user's: on the output when it has ended, on the diagnostics when it does not start.
+/// of the user's, on the output when it has ended; and one on the diagnostics about a program that
+/// does not start.
 class ActionRunner
 {
 public:
@@ -55,6 +56,7 @@ private:
     void showParentInFinder(const std::string &path);
     void openApplication(const std::string &application, const std::string &path);
     void executeShellCommand(const std::string &executable, const std::string &path);
+    void start(const ProcessRunner::Command &command, ProcessRunner::Ended ended);
 
     Services services_;
     const Preferences &preferences_;

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::string_view DESKTOP = ".desktop";
 constexpr std::size_t MOST_NAMES = 3;
+/// Shorter names stand in many a word.
+constexpr qsizetype SHORTEST_PART = 3;
 
 QString folded(std::string_view text)
 {
@@ -67,7 +69,7 @@ std::optional<int> distance(const QString &typed, const QString &name)
 {
     if (name.isEmpty())
         return std::nullopt;
-    if (name.contains(typed) || typed.contains(name))
+    if (name.contains(typed) || (name.size() >= SHORTEST_PART && typed.contains(name)))
         return 0;
     const int edits = editDistance(typed, name);
     if (edits > std::max(typed.size(), name.size()) / 3)

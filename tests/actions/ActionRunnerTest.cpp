@@ -20,6 +20,8 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+constexpr const char *FILE_MANAGER = "fake.desktop";
+
 SearchBaseResultRef row(const std::string &path,
                         SearchBaseResultType type = SearchBaseResultType::standard)
 {
@@ -60,7 +62,7 @@ struct OpenRow
     Texts calls;
     Texts opened;
     const char *openBehavior = "new";
-    const char *folderApplication = "fake.desktop";
+    const char *folderApplication = FILE_MANAGER;
     const char *quickSearch = "open";
     SearchBaseResultType type = SearchBaseResultType::standard;
 
@@ -101,6 +103,15 @@ INSTANTIATE_TEST_SUITE_P(
         OpenRow{"openAFile", OPEN, "/file", {}, {"/file"}},
         OpenRow{"anotherProgramOpensFolders", OPEN, "/link", {}, {"/link"}, "new", "other.desktop"},
         OpenRow{"nothingOpensFolders", OPEN, "/link", {}, {"/link"}, "new", ""},
+        OpenRow{"typedPathsOpenLikeOthers",
+                SHOW,
+                "/link",
+                {"new /real"},
+                {},
+                "new",
+                FILE_MANAGER,
+                "select",
+                SearchBaseResultType::goToPath},
         OpenRow{"show", SHOW, "/link", {"new /real"}, {}},
         OpenRow{"showInTheFrontWindow", SHOW, "/link", {"front /real"}, {}, "existing"},
         OpenRow{"parent", PARENT, "/a/b", {"select /a/b in /a"}, {}},
@@ -128,6 +139,20 @@ INSTANTIATE_TEST_SUITE_P(
                 FRONT},
         OpenRow{"unknownKind", "Sing", "/link", {}, {}}),
     [](const auto &test) { return std::string(test.param.name); });
+
+TEST_F(Actions, openFilesEvenWithTheFileManagerAndFoldersEvenWithoutOne)
+{
+    fakes_.workspace.files = {"/letters.zip"};
+    fakes_.workspace.fileApplication = FILE_MANAGER;
+    run(ActionType::openInDefaultApp, row("/letters.zip"));
+    EXPECT_THAT(fakes_.workspace.opened, ElementsAre("/letters.zip"));
+    EXPECT_THAT(fakes_.fileManager.takeCalls(), IsEmpty());
+
+    fakes_.workspace.folderApplication = fakes_.fileManager.desktopId = "";
+    run(ActionType::openInDefaultApp, row("/a"));
+    EXPECT_THAT(fakes_.workspace.opened, SizeIs(1));
+    EXPECT_THAT(fakes_.fileManager.takeCalls(), ElementsAre("new /a"));
+}
 
 TEST_F(Actions, endSilentlyWhereTheFileManagerFails)
 {
@@ -197,8 +222,8 @@ TEST_F(Actions, runTheUsersExecutableAndTellWhatItSaid)
     EXPECT_EQ(command.firstOnPath, "");
     EXPECT_EQ(output_.take(), "") << "it still runs";
 
-    fakes_.processRunner.running.front()({"a \"b\" \\ c\n\r\té", ""});
-    EXPECT_EQ(output_.take(), "Shell script result: (\"a \\\"b\\\" \\\\ c\\n\\r\\té\", \"\")\n");
+    fakes_.processRunner.running.front()({"it's \"b\" \\ c\n\r\té", ""});
+    EXPECT_EQ(output_.take(), "Shell script result: (\"it's \\\"b\\\" \\\\ c\\n\\r\\té\", \"\")\n");
     EXPECT_EQ(diagnostics_.take(), "");
 }
 
@@ -213,11 +238,14 @@ TEST_F(Actions, goOnWhileAnExecutableRuns)
                               "Shell script result: (\"1\", \"\")\n");
 }
 
-TEST_F(Actions, sayInOneLineThatAnExecutableDoesNotStart)
+TEST_F(Actions, sayInOneLineThatAProgramDoesNotStart)
 {
     fakes_.processRunner.failure = "no \"/a\nb\" here";
     run(ActionType::executeShellCommand, row("/a"), "/a\nb");
     EXPECT_EQ(diagnostics_.take(), "quillon: no \\\"/a\\nb\\\" here\n");
+    fakes_.processRunner.failure = "no shell";
+    run(ActionType::openApplication, row("/a"), "gimp");
+    EXPECT_EQ(diagnostics_.take(), "quillon: no shell\n");
     EXPECT_EQ(output_.take(), "");
 }
 

@@ -23,6 +23,7 @@ std::vector<Application> desktop()
 {
     return {
         {.id = "caja.desktop", .name = "Caja", .executable = "caja", .isShown = false},
+        {.id = "console.desktop", .name = "Console", .isShown = false, .isTerminalEmulator = true},
         {.id = "debian-xterm.desktop",
          .name = "XTerm",
          .genericName = "Terminal",
@@ -36,6 +37,12 @@ std::vector<Application> desktop()
         {.id = "hidden-gimp.desktop", .name = "gimp", .executable = "gimp", .isShown = false},
         {.id = "nemo.desktop", .name = "Files", .executable = "nemo"},
         {.id = "org.example.Nautilus.desktop", .name = "Files", .executable = "nautilus"},
+        {.id = "org.example.Sheets.desktop",
+         .name = "Tabellen",
+         .untranslatedName = "Tables",
+         .executable = "sheets-7"},
+        {.id = "people.desktop", .name = "People", .executable = "tables"},
+        {.id = "planner.desktop", .name = "Planner", .executable = "sheets"},
         {.id = "viewer.desktop", .name = "nemo viewer", .executable = "viewer"},
     };
 }
@@ -95,6 +102,9 @@ INSTANTIATE_TEST_SUITE_P(
                     NameRow{"nameInAnyCase", "éDITEUR gimp", "gimp.desktop"},
                     NameRow{"untranslatedName", "gimp editor", "gimp.desktop"},
                     NameRow{"program", "gimp-2.10", "gimp.desktop"},
+                    NameRow{"untranslatedNameBeforeProgram", "tables",
+                            "org.example.Sheets.desktop"},
+                    NameRow{"programBeforeTheLastPartOfTheId", "sheets", "planner.desktop"},
                     NameRow{"lastPartOfTheId", "Nautilus", "org.example.Nautilus.desktop"},
                     NameRow{"theFirstOfSeveral", "files", "nemo.desktop"},
                     NameRow{"genericName", "image editor", "gimp.desktop"},
@@ -111,6 +121,15 @@ TEST(NearestNames, areThoseTypedWrongOrInPart)
     EXPECT_THAT(nearestNames("nemo v", applications), ElementsAre("Files", "nemo viewer"));
     EXPECT_THAT(nearestNames("cajaa", applications), IsEmpty()) << "in no menu";
     EXPECT_THAT(nearestNames("", applications), IsEmpty());
+}
+
+TEST(NearestNames, areThreeAtMostTheNearestFirst)
+{
+    std::vector<Application> applications;
+    for (const char *name : {"Terminus", "Terminals", "Termini", "Terminal", "R"})
+        applications.push_back({.id = std::string(name) + ".desktop", .name = name});
+    EXPECT_THAT(nearestNames("terminl", applications),
+                ElementsAre("Terminal", "Termini", "Terminals"));
 }
 
 class Open : public testing::Test

@@ -16,6 +16,7 @@ class FakeFileManager final : public FileManager
 public:
     bool isInFront = false;
     bool isWorking = true;
+    std::string desktopId = "fake.desktop";
     std::vector<std::string> items;
     /// Called where the items are asked for, in place of giving those above.
     std::function<std::vector<std::string>()> giveItems;
@@ -27,7 +28,7 @@ public:
         note("items");
         return giveItems ? giveItems() : items;
     }
-    std::string application() const override { return "fake.desktop"; }
+    std::string application() const override { return desktopId; }
     bool openNewWindow(const std::string &folder) override { return note("new " + folder); }
     bool openInFrontWindow(const std::string &folder) override { return note("front " + folder); }
     bool select(const std::string &item, const std::string &folder) override

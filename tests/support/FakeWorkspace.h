@@ -21,6 +21,7 @@ public:
     std::vector<std::string> openedLinks;
     bool hasBrowser = true;
     std::string folderApplication = "fake.desktop";
+    std::string fileApplication = "editor.desktop";
     /// Asked on whichever thread wants to know.
     std::function<std::vector<std::string>(const std::string &path)> iconNamesOf;
 
@@ -36,7 +37,7 @@ public:
     }
     std::string applicationToOpen(const std::string &path) const override
     {
-        return isFolder(path) ? folderApplication : "editor.desktop";
+        return isFolder(path) ? folderApplication : fileApplication;
     }
     std::vector<std::string> iconNames(const std::string &path) const override
     {
