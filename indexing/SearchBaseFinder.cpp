@@ -63,6 +63,11 @@ std::vector<IncludePathSearchBaseLocation> SearchBaseFinder::includeLocations()
     return locationsOf<IncludePathSearchBaseLocation>(paths);
 }
 
+std::vector<IncludePathSearchBaseLocation> SearchBaseFinder::lostIncludeLocations() const
+{
+    return locationsOf<IncludePathSearchBaseLocation>(bookmarks.lost());
+}
+
 std::vector<ExcludePatternSearchBaseLocation> SearchBaseFinder::excludeLocations() const
 {
     return locationsOf<ExcludePatternSearchBaseLocation>(excludePatternsPreferences.values());

@@ -40,6 +40,9 @@ public:
 
     /// Every include folder that resolves, listed once, ascending by path.
     std::vector<IncludePathSearchBaseLocation> includeLocations();
+    /// Every include folder that is away now or may not be read, as the settings name it, ascending
+    /// by path. It can be removed like the others.
+    std::vector<IncludePathSearchBaseLocation> lostIncludeLocations() const;
     /// The user's patterns in their order.
     std::vector<ExcludePatternSearchBaseLocation> excludeLocations() const;
     /// The user's extensions in their order.

@@ -118,7 +118,7 @@ bool Bookmarks::add(const std::string &path)
 bool Bookmarks::remove(const std::string &path)
 {
     const std::string folder = withoutTrailingSlashes(path);
-    std::set<std::string> doomed = {folder};
+    std::set<std::string> doomed = {folder, path};
     for (const auto &[name, value] : load()) {
         const auto location = locate(*value.asData());
         if (location && location->path == folder)
@@ -157,6 +157,17 @@ std::vector<std::string> Bookmarks::allURLs()
         if (auto resolved = resolve(*value.asData()))
             paths.push_back(std::move(*resolved));
     return paths;
+}
+
+std::vector<std::string> Bookmarks::lost() const
+{
+    std::vector<std::string> names;
+    for (const auto &[name, value] : load()) {
+        const auto location = locate(*value.asData());
+        if (!location || !folders_.isReadable(location->path))
+            names.push_back(name);
+    }
+    return names;
 }
 
 std::optional<Bookmarks::Location> Bookmarks::locate(const std::string &data) const

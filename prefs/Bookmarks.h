@@ -41,6 +41,10 @@ public:
     /// listed once for each entry that leads to it.
     std::vector<std::string> allURLs();
 
+    /// The names of the entries that lead to no folder now, or to one that may not be read, in byte
+    /// order. Prints nothing of them, and changes nothing.
+    std::vector<std::string> lost() const;
+
     const std::string BOOKMARKS_USER_DEFAULT_KEY;
 
 private:

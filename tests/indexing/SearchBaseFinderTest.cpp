@@ -90,10 +90,14 @@ TEST_F(SearchBaseFinderTest, listsFoldersOnceByPathAndRemovesEveryBookmarkOfOne)
                                                     {"/old name of a", data(a)},
                                                     {"/gone", data(disk_.path("gone"))}}});
     EXPECT_THAT(textsOf(finder_.includeLocations()), ElementsAre(a, b));
+    EXPECT_THAT(textsOf(finder_.lostIncludeLocations()), ElementsAre("/gone"));
 
     finder_.remove(IncludePathSearchBaseLocation(a));
     EXPECT_THAT(textsOf(finder_.includeLocations()), ElementsAre(b));
     EXPECT_EQ(finder_.bookmarks.load().size(), 2U);
+    finder_.remove(finder_.lostIncludeLocations().front());
+    EXPECT_THAT(finder_.lostIncludeLocations(), IsEmpty());
+    EXPECT_EQ(finder_.bookmarks.load().size(), 1U);
 }
 
 TEST_F(SearchBaseFinderTest, tellsADelegateThatStillLivesOfEveryRemoval)

@@ -118,10 +118,12 @@ TEST_F(BookmarksTest, loseAFolderOnlyWhileItIsAway)
     EXPECT_EQ(resolved(), Strings());
     fs::rename(root.path("b/folder"), root.path("b/other"));
     EXPECT_EQ(resolved(), Strings());
+    EXPECT_EQ(bookmarks.lost(), Strings{folder});
     EXPECT_EQ(printed, "");
     fs::rename(root.path("b/other"), root.path("b/folder"));
     fs::rename(root.path("b"), root.path("a"));
     EXPECT_EQ(resolved(), Strings{folder});
+    EXPECT_EQ(bookmarks.lost(), Strings());
     EXPECT_EQ(store.writes(), 1);
 }
 
@@ -149,6 +151,7 @@ TEST_F(BookmarksTest, canBeWrittenByHand)
                    }});
     EXPECT_EQ(resolved(), Strings{folder});
     EXPECT_EQ(printed, "Unable to resolve [\"a\"]\nUnable to resolve null\nUnable to resolve 5\n");
+    EXPECT_EQ(bookmarks.lost(), (Strings{"/cut", "/newer", "/relative", "/with a zero"}));
     EXPECT_EQ(store.writes(), 1);
     fs::rename(folder, root.path("renamed"));
     EXPECT_EQ(resolved(), Strings());
@@ -157,6 +160,10 @@ TEST_F(BookmarksTest, canBeWrittenByHand)
     EXPECT_TRUE(bookmarks.add(root.path("renamed")));
     testing::internal::GetCapturedStdout();
     EXPECT_EQ(store.dictionary(KEY).value().at(folder), DefaultsValue{folder + "//"});
+
+    store.set(KEY, {DefaultsDictionary{{"/gone/", {"/gone/"}}}});
+    EXPECT_TRUE(bookmarks.remove(bookmarks.lost().front())) << "by the name it has";
+    EXPECT_EQ(storedPaths(), Strings());
 }
 
 TEST_F(BookmarksTest, leaveOutAFolderThatMayNotBeRead)
@@ -170,6 +177,7 @@ TEST_F(BookmarksTest, leaveOutAFolderThatMayNotBeRead)
     const UnprivilegedUser user;
     EXPECT_EQ(resolved(), Strings{open});
     EXPECT_EQ(printed, "TODO: Handle invalid access " + closed + "\n");
+    EXPECT_EQ(bookmarks.lost(), Strings{closed});
     EXPECT_EQ(storedPaths(), (Strings{closed, open}));
 }
 
