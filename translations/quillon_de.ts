@@ -297,6 +297,14 @@
         <source> – Include Files with Extension</source>
         <translation> – Dateien mit dieser Endung</translation>
     </message>
+    <message>
+        <source> – not there now</source>
+        <translation> – zurzeit nicht da</translation>
+    </message>
+    <message>
+        <source> – may not be read</source>
+        <translation> – darf nicht gelesen werden</translation>
+    </message>
 </context>
 <context>
     <name>UpdateNotices</name>

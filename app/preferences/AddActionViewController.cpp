@@ -1,6 +1,8 @@
 #include "app/preferences/AddActionViewController.h"
 
+#include "app/preferences/ListedApplication.h"
 #include "app/preferences/PreferenceTexts.h"
+#include "app/widgets/FormMenu.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/KeyNames.h"
@@ -8,7 +10,6 @@
 #include "app/widgets/PanelMetrics.h"
 #include "platform/ApplicationLauncher.h"
 
-#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -41,10 +42,10 @@ AddActionViewController::AddActionViewController(const Services &services,
                                                  AddActionDelegate &delegate,
                                                  const PanelPalette &palette, QWidget *over)
     : FormSheet(tr("Add Action"), tr("&Done"), palette, over),
-      shortcutButton(new QComboBox(&form())),
-      actionButton(new QComboBox(&form())),
+      shortcutButton(new FormMenu(&form())),
+      actionButton(new FormMenu(&form())),
       parametersTextField(new QLineEdit(&form())),
-      chooseButton(new QPushButton(tr("C&hoose…"), &form())),
+      chooseButton(new PanelButton(tr("C&hoose…"), PanelButton::Rank::control, &form())),
       services_(services),
       delegate_(delegate),
       finder_(services.defaults)
@@ -67,8 +68,6 @@ AddActionViewController::AddActionViewController(const Services &services,
 
 void AddActionViewController::buildForm()
 {
-    shortcutButton->setMinimumWidth(metrics::FORM_CONTROL);
-    actionButton->setMinimumWidth(metrics::FORM_CONTROL);
     form().addRow(tr("&Keys:"), shortcutButton);
     shortcutNote_ = form().addNote();
     form().addRow(tr("&Action:"), actionButton);
@@ -113,22 +112,25 @@ void AddActionViewController::kindChanged()
     const bool requiresTarget = kind->requiresTarget();
     parametersTextField->setReadOnly(!requiresTarget);
     parametersTextField->setEnabled(requiresTarget);
-    parametersTextField->setText(
-        requiresTarget ? QString() : QString::fromStdString(ActionTarget::selectedRow.key()));
+    parametersTextField->setText(requiresTarget ? QString()
+                                                : drawnTitle(ActionTarget::selectedRow.key()));
     if (*kind == ActionType::openApplication)
         parametersTextField->setPlaceholderText(QStringLiteral("Sublime Text"));
     else if (*kind == ActionType::executeShellCommand)
         parametersTextField->setPlaceholderText(QStringLiteral("/Users/me/scripts/my-script.sh"));
     chooseButton->setEnabled(requiresTarget);
     if (*kind == ActionType::openApplication && applications_.empty())
-        applications_ = installedApplications();
+        applications_ = services_.applications.applications();
     checkTarget();
 }
 
 void AddActionViewController::doneClicked()
 {
     const auto kind = selectedKind();
-    const auto target = ActionTarget::fromText(parametersTextField->text().toStdString());
+    // What the field says in place of a target may be in any language.
+    const auto target = kind && !kind->requiresTarget()
+                            ? ActionTarget::selectedRow
+                            : ActionTarget::fromText(parametersTextField->text().toStdString());
     if (!target)
         return targetNote_->sayFault(kind == ActionType::executeShellCommand
                                          ? tr("Which program is to be run?")
@@ -171,30 +173,17 @@ QString AddActionViewController::warning() const
     return file.isExecutable() ? QString() : tr("This file may not be run.");
 }
 
-std::vector<Application> AddActionViewController::installedApplications() const
-{
-    std::vector<Application> installed = services_.applications.applications();
-    std::ranges::sort(installed, [](const Application &a, const Application &b) {
-        return QString::localeAwareCompare(QString::fromStdString(a.name),
-                                           QString::fromStdString(b.name)) < 0;
-    });
-    return installed;
-}
-
 void AddActionViewController::offerApplications()
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setPalette(palette());
-    for (const Application &each : applications_) {
-        if (!each.isShown || each.name.empty())
-            continue;
+    for (const ListedApplication &each : listedApplications(applications_)) {
         // An ampersand would be taken for a mnemonic.
-        const QString name = QString::fromStdString(each.name);
         QAction *action =
-            menu->addAction(QString(name).replace(QStringLiteral("&"), QStringLiteral("&&")));
+            menu->addAction(QString(each.title).replace(QStringLiteral("&"), QStringLiteral("&&")));
         connect(action, &QAction::triggered, this,
-                [this, name] { parametersTextField->setText(name); });
+                [this, target = each.target] { parametersTextField->setText(target); });
     }
     menu->popup(chooseButton->mapToGlobal(QPoint(0, chooseButton->height())));
 }

@@ -66,8 +66,6 @@ private:
     /// may be there when the action is carried out.
     void checkTarget();
     QString warning() const;
-    /// By name.
-    std::vector<Application> installedApplications() const;
 
     Services services_;
     AddActionDelegate &delegate_;

@@ -3,6 +3,7 @@
 #include "app/preferences/ForgetUsesViewController.h"
 #include "app/preferences/PreferenceTexts.h"
 #include "app/preferences/TreeDump.h"
+#include "app/widgets/FormCheckBox.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormSheet.h"
 #include "app/widgets/PanelButton.h"
@@ -14,7 +15,6 @@
 #include "prefs/Preferences.h"
 #include "shortcut/QLNShortcutMonitor.h"
 
-#include <QCheckBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFontDatabase>
@@ -46,10 +46,10 @@ constexpr int LOG_LINES = 8;
 AdvancedPreferencesViewController::AdvancedPreferencesViewController(
     const Services &services, AdvancedPreferencesDelegate &delegate, QWidget *parent)
     : FormPane(parent),
-      includeBetasButton(new QCheckBox(tr("Include &beta versions"), this)),
-      dumpButton(new QPushButton(tr("Save Index as &Text…"), this)),
-      forgetUsesButton(new QPushButton(tr("&Forget Uses…"), this)),
-      resetButton(new QPushButton(tr("Set &Up Again…"), this)),
+      includeBetasButton(new FormCheckBox(tr("Include &beta versions"), this)),
+      dumpButton(new PanelButton(tr("Save Index as &Text…"), PanelButton::Rank::control, this)),
+      forgetUsesButton(new PanelButton(tr("&Forget Uses…"), PanelButton::Rank::control, this)),
+      resetButton(new PanelButton(tr("Set &Up Again…"), PanelButton::Rank::control, this)),
       logView(new QPlainTextEdit(this)),
       services_(services),
       delegate_(delegate)

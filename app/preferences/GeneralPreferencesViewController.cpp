@@ -1,8 +1,10 @@
 #include "app/preferences/GeneralPreferencesViewController.h"
 
+#include "app/preferences/ListedApplication.h"
 #include "app/preferences/PreferenceTexts.h"
+#include "app/widgets/FormCheckBox.h"
+#include "app/widgets/FormMenu.h"
 #include "app/widgets/FormNote.h"
-#include "app/widgets/PanelMetrics.h"
 #include "app/widgets/QLNShortcutView.h"
 #include "platform/ApplicationLauncher.h"
 #include "platform/Autostart.h"
@@ -10,9 +12,6 @@
 #include "platform/Workspace.h"
 #include "prefs/PreferenceKeys.h"
 #include "prefs/Preferences.h"
-
-#include <QCheckBox>
-#include <QComboBox>
 
 #include <algorithm>
 #include <string>
@@ -33,14 +32,6 @@ std::string wholeId(std::string id)
     return id;
 }
 
-/// A menu that is as wide as its neighbours.
-QComboBox *makeMenu(QWidget *parent)
-{
-    auto *menu = new QComboBox(parent);
-    menu->setMinimumWidth(metrics::FORM_CONTROL);
-    return menu;
-}
-
 } // namespace
 
 GeneralPreferencesViewController::GeneralPreferencesViewController(const Services &services,
@@ -48,11 +39,11 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
     : FormPane(parent),
       shortcutView(new QLNShortcutView(services.shortcutMonitor, services.shortcutBinder,
                                        services.hotKey, this)),
-      openInFinderBehaviorButton(makeMenu(this)),
-      enableQuickSearchButton(new QCheckBox(this)),
-      quickSearchPopUpButton(makeMenu(this)),
-      fileManagerButton(makeMenu(this)),
-      startAtLoginButton(new QCheckBox(this)),
+      openInFinderBehaviorButton(new FormMenu(this)),
+      enableQuickSearchButton(new FormCheckBox({}, this)),
+      quickSearchPopUpButton(new FormMenu(this)),
+      fileManagerButton(new FormMenu(this)),
+      startAtLoginButton(new FormCheckBox({}, this)),
       services_(services)
 {
     buildShortcut();
@@ -145,26 +136,18 @@ void GeneralPreferencesViewController::showEvent(QShowEvent *event)
 void GeneralPreferencesViewController::fillFileManagers()
 {
     const std::string standard = services_.workspace.applicationToOpen("/");
-    QString standardName;
-    std::vector<Application> managers = services_.applications.applications();
-    for (const Application &each : managers) {
-        if (each.id == standard)
-            standardName = QString::fromStdString(each.name);
-    }
-    std::erase_if(managers,
-                  [](const Application &each) { return !each.isFileManager || !each.isShown; });
-    std::ranges::sort(managers, [](const Application &a, const Application &b) {
-        return QString::localeAwareCompare(QString::fromStdString(a.name),
-                                           QString::fromStdString(b.name)) < 0;
-    });
+    const std::vector<Application> installed = services_.applications.applications();
+    const auto found = std::ranges::find(installed, standard, &Application::id);
+    const QString standardName =
+        found == installed.end() ? QString() : QString::fromStdString(found->name);
     fileManagerButton->clear();
     fileManagerButton->addItem(standardName.isEmpty()
                                    ? tr("The desktop's default")
                                    : tr("The desktop's default (%1)").arg(standardName),
                                QString());
-    for (const Application &each : managers)
-        fileManagerButton->addItem(QString::fromStdString(each.name),
-                                   QString::fromStdString(each.id));
+    for (const ListedApplication &each : listedApplications(installed))
+        if (each.application.isFileManager)
+            fileManagerButton->addItem(each.title, QString::fromStdString(each.application.id));
 }
 
 void GeneralPreferencesViewController::showFileManager()

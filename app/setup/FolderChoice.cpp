@@ -1,6 +1,7 @@
 #include "app/setup/FolderChoice.h"
 
-#include <QCheckBox>
+#include "app/widgets/FormCheckBox.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
@@ -22,7 +23,7 @@ FolderChoice::FolderChoice(std::string path, const QString &name, QWidget *paren
     : QWidget(parent),
       path_(std::move(path)),
       name_(name),
-      box_(new QCheckBox(this)),
+      box_(new FormCheckBox({}, this)),
       count_(new QLabel(this))
 {
     auto *line = new QHBoxLayout(this);

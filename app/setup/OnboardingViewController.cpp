@@ -1,6 +1,6 @@
 #include "app/setup/OnboardingViewController.h"
 
-#include "app/setup/FolderChoice.h"
+#include "app/setup/FolderChoices.h"
 #include "app/widgets/FolderChooser.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/PanelButton.h"
@@ -16,8 +16,6 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace quillon {
 
@@ -68,7 +66,7 @@ OnboardingViewController::OnboardingViewController(const Services &services,
     parts->addLayout(buildDone());
     setFocusProxy(shortcutView_);
 
-    offer(home, tr("Home folder (%1)").arg(QString::fromStdString(home)));
+    choices_->offer(home, tr("Home folder (%1)").arg(QString::fromStdString(home)));
     connect(&services_.shortcutMonitor, &QLNShortcutMonitor::changed, this,
             &OnboardingViewController::refresh);
     connect(&services_.shortcutBinder, &QLNShortcutBinder::outcomeChanged, this,
@@ -116,7 +114,7 @@ QWidget *OnboardingViewController::buildCommand()
     QLabel *command = label(QString::fromLatin1(COMMAND), QPalette::WindowText, part);
     command->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     command->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    copyButton_ = new PanelButton(tr("&Copy"), PanelButton::Rank::secondary, part);
+    copyButton_ = new PanelButton(tr("&Copy"), PanelButton::Rank::control, part);
     connect(copyButton_, &QPushButton::clicked, this,
             [this] { services_.clipboard.setString(COMMAND); });
     QHBoxLayout *across = line(APART);
@@ -133,12 +131,13 @@ QWidget *OnboardingViewController::buildFoldersPart()
                             tr("Every folder below them is found by its path, hidden ones left "
                                "out. More can be added at any time."));
     auto *lines = static_cast<QVBoxLayout *>(folders->layout());
-    auto *choices = new QWidget(folders);
-    choicesLayout_ = column(choices, NEAR);
-    lines->addWidget(choices);
+    choices_ = new FolderChoices(folders);
+    choices_->setTabStopBefore(copyButton_);
+    connect(choices_, &FolderChoices::choiceMade, this, &OnboardingViewController::setChosen);
+    lines->addWidget(choices_);
 
     chooseFolderButton_ =
-        new PanelButton(tr("Choose &Folder…"), PanelButton::Rank::secondary, folders);
+        new PanelButton(tr("Choose &Folder…"), PanelButton::Rank::control, folders);
     connect(chooseFolderButton_, &QPushButton::clicked, this,
             &OnboardingViewController::chooseFolderButtonClicked);
     checkmarkImageView_ = new Checkmark(folders);
@@ -174,21 +173,6 @@ void OnboardingViewController::setPanelPalette(const PanelPalette &palette)
 
 // The folders
 
-FolderChoice *OnboardingViewController::offer(const std::string &path, const QString &name)
-{
-    auto *choice = new FolderChoice(path, name, this);
-    choicesLayout_->addWidget(choice);
-    QWidget *before = choices_.empty() ? copyButton_ : choices_.back()->focusProxy();
-    setTabOrder(before, choice->focusProxy());
-    choices_.push_back(choice);
-    connect(choice, &FolderChoice::chosen, this,
-            [this, choice](bool isChosen) { setChosen(*choice, isChosen); });
-    if (isVisible())
-        choice->startCounting(
-            {services_.folderLister, services_.searchBaseFinder, services_.background});
-    return choice;
-}
-
 void OnboardingViewController::showStoredFolders()
 {
     services_.background.post([services = services_, self = QPointer(this)] {
@@ -204,39 +188,36 @@ void OnboardingViewController::showStoredFolders()
 
 void OnboardingViewController::showChosen(const std::vector<std::string> &paths)
 {
-    for (const std::string &path : paths) {
-        const auto known = std::ranges::find(choices_, path, &FolderChoice::path);
-        FolderChoice *choice =
-            known != choices_.end() ? *known : offer(path, QString::fromStdString(path));
-        choice->setChosen(true);
-    }
+    for (const std::string &path : paths)
+        choices_->offer(path, QString::fromStdString(path)).setChosen(true);
     refresh();
 }
 
-void OnboardingViewController::setChosen(FolderChoice &choice, bool isChosen)
+void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
 {
     if (isChosen) {
         // Ticked again once it is stored.
-        choice.setChosen(false);
-        addFolders({choice.path()});
+        choice->setChosen(false);
+        addFolders({choice->path()});
         return;
     }
-    services_.searchBaseFinder.remove(IncludePathSearchBaseLocation(choice.path()));
+    services_.searchBaseFinder.remove(IncludePathSearchBaseLocation(choice->path()));
     folderNote_->sayFault({});
     refresh();
 }
 
 void OnboardingViewController::addFolders(const std::vector<std::string> &paths)
 {
-    services_.background.post([services = services_, paths, self = QPointer(this)] {
-        const IncludeFolders include(
-            {services.searchBaseFinder, services.folderIdentity, services.folderLister});
-        services.main.post([outcome = include.add(paths), self] {
-            if (!self)
-                return;
-            self->folderNote_->sayFault(outcome.faults);
-            self->showChosen(outcome.added);
-        });
+    const IncludeFolders include({.searchBaseFinder = services_.searchBaseFinder,
+                                  .folderIdentity = services_.folderIdentity,
+                                  .folderLister = services_.folderLister,
+                                  .background = services_.background,
+                                  .main = services_.main});
+    include.add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
+        folderNote_->sayFault(outcome.faults);
+        showChosen(outcome.added);
+        if (!outcome.added.empty())
+            choices_->reveal(outcome.added.back());
     });
 }
 
@@ -255,7 +236,7 @@ void OnboardingViewController::refresh()
     shortcutView_->setVisible(canHaveKey);
     command_->setVisible(!canHaveKey);
     const bool hasShortcut = !canHaveKey || services_.shortcutMonitor.shortcut().has_value();
-    const auto folders = std::ranges::count_if(choices_, &FolderChoice::isChosen);
+    const std::size_t folders = choices_->chosen();
 
     checkmarkImageView_->setVisible(folders > 0);
     chooseFolderDoneLabel_->setVisible(folders > 0);
@@ -275,15 +256,13 @@ void OnboardingViewController::doneButtonClicked()
         missingLabel_->setText(tr("The settings could not be written."));
         return;
     }
-    for (FolderChoice *choice : choices_)
-        choice->stopCounting();
+    choices_->stopCounting();
     delegate_.onboardingFinished();
 }
 
 void OnboardingViewController::timerEvent(QTimerEvent *)
 {
-    for (FolderChoice *choice : choices_)
-        choice->updateCount();
+    choices_->updateCounts();
     // A desktop that cannot give a key away says so some time after the start.
     if (shortcutView_->isVisible() != services_.hotKey.isPossible())
         refresh();
@@ -293,17 +272,15 @@ void OnboardingViewController::showEvent(QShowEvent *event)
 {
     SetupView::showEvent(event);
     timer_.start(REFRESH_MILLISECONDS, this);
-    for (FolderChoice *choice : choices_)
-        choice->startCounting(
-            {services_.folderLister, services_.searchBaseFinder, services_.background});
+    choices_->startCounting(
+        {services_.folderLister, services_.searchBaseFinder, services_.background});
     showStoredFolders();
 }
 
 void OnboardingViewController::hideEvent(QHideEvent *event)
 {
     timer_.stop();
-    for (FolderChoice *choice : choices_)
-        choice->stopCounting();
+    choices_->stopCounting();
     SetupView::hideEvent(event);
 }
 

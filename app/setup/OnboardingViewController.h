@@ -10,12 +10,11 @@
 #include <string>
 #include <vector>
 
-class QVBoxLayout;
-
 namespace quillon {
 
 class Clipboard;
 class FolderChoice;
+class FolderChoices;
 class FormNote;
 class HotKey;
 class PanelButton;
@@ -80,10 +79,9 @@ private:
     QLayout *buildDone();
     QWidget *part(const QString &title, const QString &sentence);
 
-    FolderChoice *offer(const std::string &path, const QString &name);
     void showStoredFolders();
     void showChosen(const std::vector<std::string> &paths);
-    void setChosen(FolderChoice &choice, bool isChosen);
+    void setChosen(FolderChoice *choice, bool isChosen);
     void chooseFolderButtonClicked();
     void doneButtonClicked();
     void refresh();
@@ -91,12 +89,11 @@ private:
     Services services_;
     OnboardingDelegate &delegate_;
     PanelPalette palette_ = PanelPalette::light();
-    std::vector<FolderChoice *> choices_;
 
     QLNShortcutView *shortcutView_ = nullptr;
     QWidget *command_ = nullptr;
     PanelButton *copyButton_ = nullptr;
-    QVBoxLayout *choicesLayout_ = nullptr;
+    FolderChoices *choices_ = nullptr;
     PanelButton *chooseFolderButton_ = nullptr;
     Checkmark *checkmarkImageView_ = nullptr;
     QLabel *chooseFolderDoneLabel_ = nullptr;

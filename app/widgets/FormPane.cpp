@@ -35,6 +35,18 @@ void giveHeight(QWidget *control)
     }
 }
 
+/// The part of the control that can have the keyboard, which is what the label's mnemonic leads to.
+/// Screen readers find the label of a control only beside it, so a part gets a name of its own.
+QWidget *named(QWidget *control, const QString &label)
+{
+    QWidget *part = control->focusProxy();
+    if (part == nullptr)
+        return control;
+    if (part->accessibleName().isEmpty())
+        part->setAccessibleName(QString(label).remove(u'&'));
+    return part;
+}
+
 bool wantsHeight(const QWidget &control)
 {
     constexpr int WANTING = QSizePolicy::ExpandFlag | QSizePolicy::IgnoreFlag;
@@ -68,7 +80,7 @@ void FormPane::addRow(const QString &label, QWidget *control)
     follow(control);
     if (!label.isEmpty()) {
         auto *name = new QLabel(label, this);
-        name->setBuddy(control);
+        name->setBuddy(named(control, label));
         // A label beside several lines stands beside the first.
         name->setMinimumHeight(control->hasHeightForWidth() ? metrics::FORM_CONTROL_HEIGHT
                                                             : std::max(control->sizeHint().height(),

@@ -61,6 +61,15 @@ private:
     PanelPalette palette_ = PanelPalette::light();
 };
 
+/// Before the first tab. The tabs ask for its hint alone, and a plain widget has none.
+class FormTabView::Space : public QWidget
+{
+public:
+    using QWidget::QWidget;
+
+    QSize sizeHint() const override { return {metrics::FORM_MARGIN - SIDE, HEIGHT}; }
+};
+
 FormTabView::FormTabView(QWidget *parent) : QTabWidget(parent), bar_(new Bar)
 {
     bar_->setDrawBase(false);
@@ -68,9 +77,7 @@ FormTabView::FormTabView(QWidget *parent) : QTabWidget(parent), bar_(new Bar)
     setTabBar(bar_);
     setDocumentMode(true);
     // The first word stands where the forms begin.
-    auto *space = new QWidget(this);
-    space->setFixedSize(metrics::FORM_MARGIN - SIDE, HEIGHT);
-    setCornerWidget(space, Qt::TopLeftCorner);
+    setCornerWidget(new Space(this), Qt::TopLeftCorner);
 }
 
 void FormTabView::setPanelPalette(const PanelPalette &palette)

@@ -22,6 +22,7 @@ protected:
 
 private:
     class Bar;
+    class Space;
 
     Bar *bar_;
 };

@@ -57,9 +57,7 @@ public:
         QTextDocument text;
         fill(text, index.data(RUNS).value<Runs>(), option.font, option.rect.width());
         painter->translate(option.rect.left() + TEXT_SIDE, option.rect.top() + TEXT_ABOVE);
-        QAbstractTextDocumentLayout::PaintContext context;
-        context.palette.setColor(QPalette::Text, palette_.text);
-        text.documentLayout()->draw(painter, context);
+        text.documentLayout()->draw(painter, {});
         painter->restore();
     }
 
@@ -74,7 +72,7 @@ public:
     }
 
 private:
-    static void fill(QTextDocument &text, const Runs &runs, const QFont &font, int width)
+    void fill(QTextDocument &text, const Runs &runs, const QFont &font, int width) const
     {
         text.setDefaultFont(font);
         text.setDocumentMargin(0);
@@ -86,6 +84,7 @@ private:
         for (const FormTextRun &run : runs) {
             QTextCharFormat format;
             format.setFontWeight(run.isBold ? QFont::Bold : QFont::Normal);
+            format.setForeground(run.isQuiet ? palette_.quiet : palette_.text);
             cursor.insertText(run.text, format);
         }
         text.setTextWidth(width - 2 * TEXT_SIDE);
@@ -179,8 +178,21 @@ void FormTable::resizeEvent(QResizeEvent *event)
     resizeRowsToContents();
 }
 
+/// In one column the way to its ends is up and down.
+QModelIndex FormTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    if (action == MoveHome)
+        return model_->index(0, 0);
+    if (action == MoveEnd)
+        return model_->index(model_->rowCount() - 1, 0);
+    return QTableView::moveCursor(action, modifiers);
+}
+
 void FormTable::keyPressEvent(QKeyEvent *event)
 {
+    // Where the keyboard enters there is a current row already, which the keys would leave behind.
+    if (!selectedRow())
+        setCurrentIndex({});
     if (event->key() == Qt::Key_Delete && selectedRow())
         Q_EMIT removalRequested();
     else

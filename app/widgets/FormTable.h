@@ -17,6 +17,8 @@ struct FormTextRun
 {
     QString text;
     bool isBold = false;
+    /// Says less than the rest.
+    bool isQuiet = false;
     friend bool operator==(const FormTextRun &, const FormTextRun &) = default;
 };
 
@@ -50,6 +52,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
     class RowView;

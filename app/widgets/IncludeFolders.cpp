@@ -5,11 +5,14 @@
 #include "indexing/SkipRules.h"
 #include "platform/FolderIdentity.h"
 #include "platform/FolderLister.h"
+#include "platform/TaskQueue.h"
 
+#include <QPointer>
 #include <QStringList>
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace quillon {
 
@@ -37,7 +40,19 @@ SkipRules rulesFor(const SearchBaseFinder &finder, const std::vector<std::string
 
 } // namespace
 
-IncludeFolders::Outcome IncludeFolders::add(const std::vector<std::string> &paths) const
+void IncludeFolders::add(std::vector<std::string> paths, QObject *asking,
+                         std::function<void(const Outcome &)> added) const
+{
+    services_.background.post([include = *this, paths = std::move(paths), added = std::move(added),
+                               asking = QPointer(asking)] {
+        include.services_.main.post([outcome = include.added(paths), added, asking] {
+            if (asking)
+                added(outcome);
+        });
+    });
+}
+
+IncludeFolders::Outcome IncludeFolders::added(const std::vector<std::string> &paths) const
 {
     std::vector<std::string> listed;
     for (const auto &location : services_.searchBaseFinder.includeLocations())

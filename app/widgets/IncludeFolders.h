@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,9 @@ class FolderIdentity;
 class FolderLister;
 class SearchBaseFinder;
 class SkipRules;
+class TaskQueue;
 
-/// Adds folders to those that are searched, and says why one cannot be. Looks at the disk, so not
-/// on the main thread; safe from every other.
+/// Adds folders to those that are searched, and says why one cannot be. Main thread only.
 class IncludeFolders
 {
     Q_DECLARE_TR_FUNCTIONS(IncludeFolders)
@@ -25,6 +26,9 @@ public:
         SearchBaseFinder &searchBaseFinder;
         const FolderIdentity &folderIdentity;
         FolderLister &folderLister;
+        /// Where the disk is looked at.
+        TaskQueue &background;
+        TaskQueue &main;
     };
     struct Outcome
     {
@@ -35,10 +39,13 @@ public:
 
     explicit IncludeFolders(const Services &services) : services_(services) {}
 
-    /// Absolute paths.
-    Outcome add(const std::vector<std::string> &paths) const;
+    /// Adds the folders, by their absolute paths, and then says how that went, unless who asked is
+    /// gone by then. The services outlive what is on the queues.
+    void add(std::vector<std::string> paths, QObject *asking,
+             std::function<void(const Outcome &)> added) const;
 
 private:
+    Outcome added(const std::vector<std::string> &paths) const;
     QString fault(const std::string &path, const std::vector<std::string> &listed,
                   const SkipRules &rules) const;
     bool isSearchedAsPartOf(const std::string &folder, const std::string &path,

@@ -1,5 +1,6 @@
 #include "app/widgets/PanelButton.h"
 
+#include "app/widgets/FormDrawing.h"
 #include "app/widgets/PanelMetrics.h"
 
 #include <QPainter>
@@ -8,12 +9,41 @@ namespace quillon {
 
 namespace {
 
-constexpr int HEIGHT = 36;
-constexpr int SIDE = 20;
-constexpr int NARROWEST = 96;
-/// Between the button and the ring around it that shows the focus.
-constexpr int RING = 3;
-constexpr double DISABLED_OPACITY = 0.5;
+/// Sizes of a rank, without the font's part.
+struct Measures
+{
+    int height;
+    /// Above and below a text that needs more height than that.
+    int around;
+    /// Beside the text.
+    int side;
+    int narrowest;
+    double corner;
+    /// Between the button and the ring around it that shows the focus; on its edge when there is
+    /// none.
+    int ring;
+};
+
+constexpr Measures IN_A_WINDOW{.height = 36,
+                               .around = 12,
+                               .side = 20,
+                               .narrowest = 96,
+                               .corner = metrics::ROW_CORNER,
+                               .ring = 3};
+constexpr Measures IN_A_FORM{.height = metrics::FORM_CONTROL_HEIGHT,
+                             .around = 8,
+                             .side = 16,
+                             .narrowest = 80,
+                             .corner = metrics::FORM_CONTROL_CORNER,
+                             .ring = 0};
+
+constexpr const Measures &measures(PanelButton::Rank rank)
+{
+    return rank == PanelButton::Rank::control ? IN_A_FORM : IN_A_WINDOW;
+}
+
+/// The room of the arrow that says there is a menu.
+constexpr int ARROW_ROOM = 16;
 
 } // namespace
 
@@ -33,38 +63,48 @@ void PanelButton::setPanelPalette(const PanelPalette &palette)
 
 QSize PanelButton::sizeHint() const
 {
-    const int width = fontMetrics().horizontalAdvance(text()) + 2 * SIDE;
-    const int height = (fontMetrics().height() + 15) / 4 * 4;
-    return {std::max(width, NARROWEST) + 2 * RING, std::max(height, HEIGHT) + 2 * RING};
+    const Measures &rank = measures(rank_);
+    const QString words = QString(text()).remove(u'&');
+    const int width = fontMetrics().horizontalAdvance(words) + 2 * rank.side +
+                      (menu() == nullptr ? 0 : ARROW_ROOM);
+    const int height = (fontMetrics().height() + rank.around + 3) / 4 * 4;
+    return {std::max(width, rank.narrowest) + 2 * rank.ring,
+            std::max(height, rank.height) + 2 * rank.ring};
+}
+
+QRectF PanelButton::body() const
+{
+    const int ring = measures(rank_).ring;
+    return QRectF(rect()).adjusted(ring, ring, -ring, -ring);
 }
 
 QColor PanelButton::fill() const
 {
     const QColor color = rank_ == Rank::primary ? palette_.accent : palette_.keyCap;
-    if (!isDown() && !underMouse())
-        return color;
-    // Towards the text: darker on a light ground, lighter on a dark one.
-    const int percent = isDown() ? 116 : 108;
-    return palette_.isDark() ? color.lighter(percent) : color.darker(percent);
+    if (isDown())
+        return pressedTone(color, palette_.isDark());
+    return underMouse() ? hoveredTone(color, palette_.isDark()) : color;
 }
 
 void PanelButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(isEnabled() ? 1.0 : DISABLED_OPACITY);
-    const QRectF button = QRectF(rect()).adjusted(RING, RING, -RING, -RING);
-    if (hasFocus()) {
-        painter.setPen(QPen(palette_.accent, 1.5));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.75, 0.75, -0.75, -0.75),
-                                metrics::ROW_CORNER + RING, metrics::ROW_CORNER + RING);
-    }
+    painter.setOpacity(isEnabled() ? 1.0 : metrics::DISABLED_OPACITY);
+    const Measures &rank = measures(rank_);
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill());
-    painter.drawRoundedRect(button, metrics::ROW_CORNER, metrics::ROW_CORNER);
+    painter.drawRoundedRect(body(), rank.corner, rank.corner);
+    if (hasFocus())
+        paintFocusRing(painter, rect(), rank.corner + rank.ring, palette_.accent);
     painter.setPen(rank_ == Rank::primary ? palette_.background : palette_.text);
-    painter.drawText(button, Qt::AlignCenter | Qt::TextShowMnemonic, text());
+    QRectF words = body();
+    if (menu() != nullptr) {
+        words.setRight(words.right() - ARROW_ROOM);
+        paintMenuArrow(painter,
+                       {body().right() - rank.side, body().center().y() + MENU_ARROW_WIDTH / 4});
+    }
+    painter.drawText(words, Qt::AlignCenter | Qt::TextShowMnemonic, text());
 }
 
 } // namespace quillon

@@ -6,7 +6,8 @@
 
 namespace quillon {
 
-/// A push button in the panel's tones. The primary one of a window is filled with the accent.
+/// A push button in the panel's tones. The primary one of a window is filled with the accent; one
+/// that has a menu shows it.
 class PanelButton : public QPushButton
 {
     Q_OBJECT
@@ -16,6 +17,8 @@ public:
     {
         primary,
         secondary,
+        /// One of the controls of a form: as high as they are, and from edge to edge.
+        control,
     };
 
     PanelButton(const QString &text, Rank rank, QWidget *parent);
@@ -27,6 +30,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    /// The coloured area.
+    QRectF body() const;
     /// What the button stands out with, pressed or under the pointer included.
     QColor fill() const;
 

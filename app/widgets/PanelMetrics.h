@@ -35,8 +35,12 @@ constexpr int FORM_LABEL = 168;
 constexpr int FORM_TEXT = 400;
 /// At least, of fields, buttons and menus.
 constexpr int FORM_CONTROL_HEIGHT = 28;
+constexpr int FORM_CONTROL_CORNER = 6;
 /// Of buttons and menus that would otherwise be as narrow as their texts.
 constexpr int FORM_CONTROL = 220;
+
+/// Of controls that cannot be used now.
+constexpr double DISABLED_OPACITY = 0.5;
 
 /// A row is 40 high; fonts too large for that get the next multiple of 4 that holds them.
 inline int rowHeight(const QFontMetrics &font)

@@ -1,13 +1,13 @@
 #include "app/widgets/QLNShortcutView.h"
 
 #include "app/widgets/FormNote.h"
+#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "shortcut/QLNShortcutValidator.h"
 
 #include <QKeyEvent>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace quillon {
@@ -18,7 +18,7 @@ QLNShortcutView::QLNShortcutView(QLNShortcutMonitor &monitor, QLNShortcutBinder 
       monitor_(monitor),
       binder_(binder),
       service_(service),
-      button_(new QPushButton(this)),
+      button_(new PanelButton({}, PanelButton::Rank::control, this)),
       message_(new FormNote({}, this))
 {
     auto *layout = new QVBoxLayout(this);

@@ -7,11 +7,11 @@
 #include <optional>
 
 class QKeyEvent;
-class QPushButton;
 
 namespace quillon {
 
 class FormNote;
+class PanelButton;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 
@@ -52,7 +52,7 @@ private:
     QLNShortcutMonitor &monitor_;
     QLNShortcutBinder &binder_;
     HotKey &service_;
-    QPushButton *button_;
+    PanelButton *button_;
     FormNote *message_;
     bool isRecording_ = false;
 };

@@ -5,9 +5,10 @@
 
 class QAbstractButton;
 class QMenu;
-class QPushButton;
 
 namespace quillon {
+
+class PanelButton;
 
 /// A line of buttons that belong together, as "Add" and "Remove" below a table.
 class SegmentedControl : public QWidget
@@ -27,7 +28,7 @@ Q_SIGNALS:
     void segmentClicked(int segment);
 
 private:
-    QList<QPushButton *> buttons_;
+    QList<PanelButton *> buttons_;
 };
 
 } // namespace quillon

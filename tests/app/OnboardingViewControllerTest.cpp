@@ -237,6 +237,28 @@ TEST_F(OnboardingTest, isWalkedThroughWithTheTabKey)
     EXPECT_EQ(stops[3], QStringLiteral("Choose &Folder…"));
 }
 
+TEST_F(OnboardingTest, scrollsManyFoldersAndShowsTheOneThatWasAdded)
+{
+    show();
+    for (int folder = 0; folder < 20; ++folder)
+        disk.makeFolder("many/" + std::to_string(folder));
+    std::vector<std::string> paths;
+    for (int folder = 0; folder < 20; ++folder)
+        paths.push_back(disk.path("many/" + std::to_string(folder)));
+    controller->addFolders(paths);
+    ASSERT_TRUE(comesToSay(QStringLiteral("20 folders chosen")));
+    const auto isInView = [this](const QString &name) {
+        const QAbstractButton *box = button(name);
+        return box != nullptr && !box->visibleRegion().isEmpty();
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isInView(QStringLiteral("many/19")); }, PATIENCE));
+    EXPECT_FALSE(isInView(QStringLiteral("Home folder")));
+    EXPECT_LT(window->height(), window->screen()->availableGeometry().height());
+    button(QStringLiteral("Home folder"))->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(isInView(QStringLiteral("many/0"))) << "the view follows the keyboard";
+}
+
 TEST_F(OnboardingTest, stopsCountingWhenItIsHidden)
 {
     show();

@@ -61,6 +61,8 @@ protected:
         launcher.installed = {
             {.id = "alpha.desktop", .name = "Alpha Files", .isFileManager = true},
             {.id = "beta.desktop", .name = "Beta Files", .isFileManager = true},
+            {.id = "files.desktop", .name = "Files", .executable = "fm", .isFileManager = true},
+            {.id = "gamma.desktop", .name = "Files", .isFileManager = true},
             {.id = "hidden.desktop", .name = "Hidden", .isShown = false, .isFileManager = true},
             {.id = "org.paint.desktop", .name = "Paint & Draw", .executable = "paint"},
         };

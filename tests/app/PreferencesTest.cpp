@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QTabBar>
 
 #include <ostream>
 
@@ -47,6 +48,7 @@ TEST_F(PreferencesTest, hasAnOrdinaryWindowWithFourTabs)
     for (int i = 0; i < window().tabView().count(); ++i)
         tabs << window().tabView().tabText(i).remove(u'&');
     EXPECT_EQ(tabs, QStringList({u"General"_qs, u"Search"_qs, u"Actions"_qs, u"Advanced"_qs}));
+    EXPECT_GT(window().tabView().tabBar()->x(), 0) << "the words begin where the forms do";
     // A window manager that has only just begun may miss the first request.
     ASSERT_TRUE(QTest::qWaitFor(
         [this] {
@@ -123,9 +125,11 @@ TEST_F(PreferencesTest, offersTheInstalledFileManagersAndTheDesktopsOwnFirst)
     writeByHand(R"({"file-manager": "gone"})");
     open();
     QComboBox &menu = *general().fileManagerButton;
-    EXPECT_EQ(items(menu), QStringList({u"The desktop's default (Beta Files)"_qs, u"Alpha Files"_qs,
-                                        u"Beta Files"_qs, u"gone.desktop (not installed)"_qs}));
-    EXPECT_EQ(menu.currentIndex(), 3);
+    EXPECT_EQ(items(menu),
+              QStringList({u"The desktop's default (Beta Files)"_qs, u"Alpha Files"_qs,
+                           u"Beta Files"_qs, u"Files (fm)"_qs, u"Files (gamma.desktop)"_qs,
+                           u"gone.desktop (not installed)"_qs}));
+    EXPECT_EQ(menu.currentIndex(), 5);
     choose(menu, 1);
     EXPECT_EQ(store.string("file-manager"), "alpha.desktop");
     choose(menu, 0);
@@ -221,6 +225,17 @@ TEST_F(ActionPaneTest, listsTheActionsInTheirOrder)
     EXPECT_FALSE(store.contains("qln-actions-list")) << "showing them writes nothing";
 }
 
+TEST_F(ActionPaneTest, selectsRowsByTheKeyboardFromTheFirstOn)
+{
+    table().setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(table().selectedRow(), std::nullopt);
+    for (const auto &[key, row] :
+         {std::pair{Qt::Key_Down, 0}, {Qt::Key_Down, 1}, {Qt::Key_End, 3}, {Qt::Key_Home, 0}}) {
+        QTest::keyClick(&table(), key);
+        EXPECT_EQ(table().selectedRow(), row);
+    }
+}
+
 TEST_F(ActionPaneTest, removesEveryActionEqualToTheSelectedOne)
 {
     EXPECT_FALSE(segment(1).isEnabled()) << "nothing is selected";
@@ -264,6 +279,10 @@ TEST_F(ActionPaneTest, addsWhatTheSheetSays)
     press(sheet(), u"Choose…"_qs);
     auto *menu = sheet().findChild<QMenu *>();
     ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->actions()[2]->text(), u"Files (fm)"_qs);
+    menu->actions()[2]->trigger();
+    EXPECT_EQ(field.text(), u"files.desktop"_qs) << "which no other one is called";
+    EXPECT_THAT(faults(sheet()), IsEmpty());
     menu->actions().last()->trigger();
     menu->close();
     EXPECT_EQ(field.text(), u"Paint & Draw"_qs);

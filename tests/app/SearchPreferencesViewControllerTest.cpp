@@ -39,6 +39,30 @@ using testing::HasSubstr;
 
 constexpr int PATIENCE = 20000; // milliseconds
 
+/// The disk, but for a folder that may not be read, whoever runs the tests.
+class LockedFolder : public FolderIdentity
+{
+public:
+    std::string locked;
+
+    bool isFolder(const std::string &path) const override { return disk_.isFolder(path); }
+    bool isReadable(const std::string &path) const override
+    {
+        return path != locked && disk_.isReadable(path);
+    }
+    std::optional<FolderId> identify(const std::string &path) const override
+    {
+        return disk_.identify(path);
+    }
+    std::optional<std::string> find(const std::string &parent, const FolderId &id) const override
+    {
+        return disk_.find(parent, id);
+    }
+
+private:
+    StatxFolderIdentity disk_;
+};
+
 } // namespace
 
 /// The pane in a window of its own over a real index, with the settings in a real file. What goes
@@ -122,7 +146,7 @@ protected:
     TemporaryFolder disk;
     const std::string tree = disk.makeFolder("tree");
     JsonDefaultsStore store{disk.path("settings/quillon.json")};
-    StatxFolderIdentity identity;
+    LockedFolder identity;
     PosixFolderLister lister;
     SearchBaseFinder finder{store, identity};
     SearchBaseLogger logger{store};
@@ -150,6 +174,44 @@ TEST_F(SearchPaneTest, listsWhatIsSearchedInItsOrder)
     pane->showStored();
     EXPECT_EQ(rows().back(), "wp – Exclude Pattern");
     EXPECT_TRUE(pane->rebuildFlagImage->isVisible());
+}
+
+TEST_F(SearchPaneTest, listsFoldersThatAreNotSearchedNowAndWhy)
+{
+    const auto isQuiet = [this](int row) {
+        const QImage picture = pane->searchLocationsTableView->viewport()->grab().toImage();
+        const QRect place = pane->searchLocationsTableView->visualRect(
+            pane->searchLocationsTableView->model()->index(row, 0));
+        for (int y = place.top(); y < place.bottom(); ++y) {
+            for (int x = place.left() + 1; x < place.right(); ++x) {
+                if (picture.pixelColor(x, y) == PanelPalette::light().text)
+                    return false;
+            }
+        }
+        return true;
+    };
+    pane->setPanelPalette(PanelPalette::light());
+    pane->addFolders({disk.makeFolder("stick"), disk.makeFolder("theirs")});
+    std::filesystem::remove(disk.path("stick"));
+    identity.locked = disk.path("theirs");
+    pane->showStored();
+    EXPECT_EQ(rows()[0], disk.path("stick") + " – Include Folder, Recursive – not there now");
+    EXPECT_EQ(rows()[1], disk.path("theirs") + " – Include Folder, Recursive – may not be read");
+    EXPECT_EQ(rows()[2], tree + " – Include Folder, Recursive");
+    EXPECT_TRUE(isQuiet(0));
+    EXPECT_FALSE(isQuiet(2));
+
+    disk.makeFolder("stick");
+    pane->showStored();
+    EXPECT_EQ(rows()[0], disk.path("stick") + " – Include Folder, Recursive") << "back again";
+    std::filesystem::remove(disk.path("stick"));
+    pane->showStored();
+    for (int lost = 0; lost < 2; ++lost) {
+        pane->searchLocationsTableView->selectRow(0);
+        pane->searchLocationsSegmentedControl->segment(1)->click();
+    }
+    EXPECT_EQ(rows().front(), tree + " – Include Folder, Recursive");
+    EXPECT_EQ(store.dictionary("qln-bookmarks")->size(), 1U);
 }
 
 TEST_F(SearchPaneTest, offersWhatCanBeAdded)

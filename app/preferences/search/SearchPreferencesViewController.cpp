@@ -7,13 +7,13 @@
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
 #include "app/widgets/IncludeFolders.h"
+#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "app/widgets/SegmentedControl.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 #include "platform/TaskQueue.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QDropEvent>
 #include <QHBoxLayout>
@@ -34,37 +34,6 @@ namespace {
 
 constexpr int STATUS_MILLISECONDS = 1000;
 constexpr int FLAG = 20;
-
-/// In the order of the list.
-std::vector<std::shared_ptr<const SearchBaseLocation>> readLocations(SearchBaseFinder &finder)
-{
-    std::vector<std::shared_ptr<const SearchBaseLocation>> all;
-    for (const auto &location : finder.includeLocations())
-        all.push_back(std::make_shared<IncludePathSearchBaseLocation>(location));
-    for (const auto &location : finder.includeFilePatternLocations())
-        all.push_back(std::make_shared<IncludeFilePatternSearchBaseLocation>(location));
-    for (const auto &location : finder.excludeLocations())
-        all.push_back(std::make_shared<ExcludePatternSearchBaseLocation>(location));
-    return all;
-}
-
-bool isSame(const SearchBaseLocation &a, const SearchBaseLocation &b)
-{
-    return a.type() == b.type() && a.mainText() == b.mainText();
-}
-
-/// Seen by the translators.
-[[maybe_unused]] constexpr const char *SUFFIXES[] = {
-    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Include Folder, Recursive"),
-    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Exclude Pattern"),
-    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Include Files with Extension"),
-};
-
-QString drawnSuffix(const SearchBaseLocation &location)
-{
-    const std::string suffix(location.kindSuffix());
-    return QCoreApplication::translate("SearchBaseLocation", suffix.c_str());
-}
 
 QString counted(std::size_t number)
 {
@@ -110,7 +79,7 @@ SearchPreferencesViewController::SearchPreferencesViewController(
           new FormTable(QStringLiteral("SearchLocationsTableViewRowIdentifier"), this)),
       searchLocationsSegmentedControl(new SegmentedControl({tr("A&dd"), tr("&Remove")}, this)),
       rebuildFlagImage(new FlagImage(this)),
-      rebuildButton(new QPushButton(tr("Re&build Now"), this)),
+      rebuildButton(new PanelButton(tr("Re&build Now"), PanelButton::Rank::control, this)),
       services_(services),
       delegate_(delegate),
       flagLabel_(new QLabel(tr("Changed since the last build"), this))
@@ -187,24 +156,25 @@ void SearchPreferencesViewController::showStored()
     if (!isVisible())
         return;
     services_.background.post([services = services_, asked = ++asked_, self = QPointer(this)] {
-        services.main.post([locations = readLocations(services.searchBaseFinder),
-                            stored = SearchLocations::of(services.searchBaseFinder), asked, self] {
-            if (self && asked == self->asked_)
-                self->showLocations(locations, stored);
-        });
+        services.main.post(
+            [locations = readLocations(services.searchBaseFinder, services.folderIdentity),
+             stored = SearchLocations::of(services.searchBaseFinder), asked, self] {
+                if (self && asked == self->asked_)
+                    self->showLocations(locations, stored);
+            });
     });
 }
 
-void SearchPreferencesViewController::showLocations(Locations locations, SearchLocations stored)
+void SearchPreferencesViewController::showLocations(std::vector<ListedLocation> locations,
+                                                    SearchLocations stored)
 {
     locations_ = std::move(locations);
     stored_ = std::move(stored);
     QList<QList<FormTextRun>> rows;
     bool isStillThere = false;
-    for (const auto &location : locations_) {
-        rows << QList<FormTextRun>{{QString::fromStdString(location->mainText()), true},
-                                   {drawnSuffix(*location), false}};
-        isStillThere = isStillThere || (removed_ && isSame(*location, *removed_));
+    for (const ListedLocation &listed : locations_) {
+        rows << listed.label();
+        isStillThere = isStillThere || (removed_ && listed.names(*removed_));
     }
     searchLocationsTableView->setRows(rows);
     if (isStillThere)
@@ -219,7 +189,7 @@ void SearchPreferencesViewController::removeSelected()
     if (!row)
         return;
     note_->sayFault({});
-    removed_ = locations_.at(static_cast<std::size_t>(*row));
+    removed_ = locations_.at(static_cast<std::size_t>(*row)).location;
     services_.searchBaseFinder.remove(*removed_);
     showStored();
 }
@@ -234,15 +204,14 @@ void SearchPreferencesViewController::chooseFolders()
 
 void SearchPreferencesViewController::addFolders(const std::vector<std::string> &paths)
 {
-    services_.background.post([services = services_, paths, self = QPointer(this)] {
-        const IncludeFolders include(
-            {services.searchBaseFinder, services.folderIdentity, services.folderLister});
-        services.main.post([outcome = include.add(paths), self] {
-            if (!self)
-                return;
-            self->note_->sayFault(outcome.faults);
-            self->showStored();
-        });
+    const IncludeFolders include({.searchBaseFinder = services_.searchBaseFinder,
+                                  .folderIdentity = services_.folderIdentity,
+                                  .folderLister = services_.folderLister,
+                                  .background = services_.background,
+                                  .main = services_.main});
+    include.add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
+        note_->sayFault(outcome.faults);
+        showStored();
     });
 }
 

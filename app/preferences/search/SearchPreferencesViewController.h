@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/preferences/search/ListedLocation.h"
 #include "app/widgets/FormPane.h"
 #include "core/SearchBaseBuilder.h"
 
@@ -21,7 +22,6 @@ class FormNote;
 class FormTable;
 class SearchBase;
 class SearchBaseFinder;
-class SearchBaseLocation;
 class SegmentedControl;
 class TaskQueue;
 
@@ -85,7 +85,6 @@ private:
     // The segments of the control.
     static constexpr int ADD = 0;
     static constexpr int REMOVE = 1;
-    using Locations = std::vector<std::shared_ptr<const SearchBaseLocation>>;
 
     void buildBegan() override;
     void buildEnded() override;
@@ -96,7 +95,7 @@ private:
     void excludePattern();
     void includeExtension();
     void removeSelected();
-    void showLocations(Locations locations, SearchLocations stored);
+    void showLocations(std::vector<ListedLocation> locations, SearchLocations stored);
     void updateFlag();
     void updateStatus();
     QString status() const;
@@ -107,7 +106,7 @@ private:
     FormNote *note_;
     FormNote *statusNote_;
     /// As the table shows them.
-    Locations locations_;
+    std::vector<ListedLocation> locations_;
     /// What the settings say; known once the pane was shown.
     std::optional<SearchLocations> stored_;
     /// What was to be removed, until the list shows whether it was.

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/ApplicationLauncher.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace quillon {
+
+/// An application as menus offer it.
+struct ListedApplication
+{
+    Application application;
+    /// Its name, with its program behind it where another one has the same name.
+    QString title;
+    /// By which "Open Application" finds this one: its name, or its id where others have that name.
+    QString target;
+};
+
+/// Those that the desktop's menus show, in the order of their titles.
+std::vector<ListedApplication> listedApplications(const std::vector<Application> &installed);
+
+} // namespace quillon

@@ -1,0 +1,73 @@
+#include "app/preferences/search/ListedLocation.h"
+
+#include "indexing/SearchBaseFinder.h"
+#include "platform/FolderIdentity.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+/// Seen by the translators.
+[[maybe_unused]] constexpr const char *SUFFIXES[] = {
+    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Include Folder, Recursive"),
+    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Exclude Pattern"),
+    QT_TRANSLATE_NOOP("SearchBaseLocation", " – Include Files with Extension"),
+};
+
+QString translated(std::string_view text)
+{
+    return QCoreApplication::translate("SearchBaseLocation", std::string(text).c_str());
+}
+
+/// Begins with a blank, as the suffixes do; empty for what is there.
+QString drawn(ListedLocation::Presence presence)
+{
+    switch (presence) {
+    case ListedLocation::Presence::away:
+        return translated(QT_TRANSLATE_NOOP("SearchBaseLocation", " – not there now"));
+    case ListedLocation::Presence::unreadable:
+        return translated(QT_TRANSLATE_NOOP("SearchBaseLocation", " – may not be read"));
+    case ListedLocation::Presence::there:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+QList<FormTextRun> ListedLocation::label() const
+{
+    const bool isQuiet = presence != Presence::there;
+    return {
+        {.text = QString::fromStdString(location->mainText()), .isBold = true, .isQuiet = isQuiet},
+        {.text = translated(location->kindSuffix()) + drawn(presence), .isQuiet = isQuiet}};
+}
+
+bool ListedLocation::names(const SearchBaseLocation &other) const
+{
+    return location->type() == other.type() && location->mainText() == other.mainText();
+}
+
+std::vector<ListedLocation> readLocations(SearchBaseFinder &finder, const FolderIdentity &folders)
+{
+    using enum ListedLocation::Presence;
+    std::vector<ListedLocation> all;
+    for (const auto &location : finder.includeLocations())
+        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(location)});
+    for (const auto &location : finder.lostIncludeLocations())
+        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(location),
+                       folders.isFolder(location.url()) ? unreadable : away});
+    std::ranges::sort(all, {},
+                      [](const ListedLocation &each) { return each.location->mainText(); });
+    for (const auto &location : finder.includeFilePatternLocations())
+        all.push_back({std::make_shared<IncludeFilePatternSearchBaseLocation>(location)});
+    for (const auto &location : finder.excludeLocations())
+        all.push_back({std::make_shared<ExcludePatternSearchBaseLocation>(location)});
+    return all;
+}
+
+} // namespace quillon

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "app/widgets/FormTable.h"
+#include "indexing/SearchBaseLocation.h"
+
+#include <memory>
+#include <vector>
+
+namespace quillon {
+
+class FolderIdentity;
+class SearchBaseFinder;
+
+/// A search location as a row of the list.
+struct ListedLocation
+{
+    /// Of an include folder; the others are always there.
+    enum class Presence
+    {
+        there,
+        away,
+        unreadable,
+    };
+
+    std::shared_ptr<const SearchBaseLocation> location;
+    Presence presence = Presence::there;
+
+    /// What the row says; quiet where nothing is searched at the moment.
+    QList<FormTextRun> label() const;
+    /// The same rule, read at different times.
+    bool names(const SearchBaseLocation &other) const;
+};
+
+/// All of them in the order of the list: folders ascending, whether they are there or not, then
+/// extensions, then patterns. Looks at the disk.
+std::vector<ListedLocation> readLocations(SearchBaseFinder &finder, const FolderIdentity &folders);
+
+} // namespace quillon

@@ -1,0 +1,98 @@
+#include "app/setup/FolderChoices.h"
+
+#include "app/widgets/PanelMetrics.h"
+#include "app/widgets/SetupView.h"
+
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t VISIBLE = 6;
+
+} // namespace
+
+FolderChoices::FolderChoices(QWidget *parent) : QScrollArea(parent)
+{
+    auto *list = new QWidget;
+    column_ = new QVBoxLayout(list);
+    column_->setContentsMargins(0, 0, 0, 0);
+    column_->setSpacing(SetupView::NEAR);
+    setWidget(list);
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // The folders are the stops of the Tab key.
+    setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+FolderChoice &FolderChoices::offer(const std::string &path, const QString &name)
+{
+    const auto known = std::ranges::find(choices_, path, &FolderChoice::path);
+    if (known != choices_.end())
+        return **known;
+    auto *choice = new FolderChoice(path, name, widget());
+    column_->addWidget(choice);
+    QWidget *before = choices_.empty() ? tabStopBefore_ : choices_.back()->focusProxy();
+    if (before != nullptr)
+        setTabOrder(before, choice->focusProxy());
+    choices_.push_back(choice);
+    connect(choice, &FolderChoice::chosen, this,
+            [this, choice](bool isChosen) { Q_EMIT choiceMade(choice, isChosen); });
+    if (counting_)
+        choice->startCounting(*counting_);
+    if (choices_.size() > VISIBLE)
+        column_->setContentsMargins(0, 0, metrics::FORM_ROW, 0);
+    updateGeometry();
+    return *choice;
+}
+
+std::size_t FolderChoices::chosen() const
+{
+    return static_cast<std::size_t>(std::ranges::count_if(choices_, &FolderChoice::isChosen));
+}
+
+void FolderChoices::reveal(const std::string &path)
+{
+    const auto found = std::ranges::find(choices_, path, &FolderChoice::path);
+    if (found != choices_.end())
+        QTimer::singleShot(0, *found, [this, choice = *found] { ensureWidgetVisible(choice); });
+}
+
+void FolderChoices::startCounting(const FolderCounter::Services &services)
+{
+    counting_.emplace(services);
+    for (FolderChoice *choice : choices_)
+        choice->startCounting(services);
+}
+
+void FolderChoices::stopCounting()
+{
+    counting_.reset();
+    for (FolderChoice *choice : choices_)
+        choice->stopCounting();
+}
+
+void FolderChoices::updateCounts()
+{
+    for (FolderChoice *choice : choices_)
+        choice->updateCount();
+}
+
+QSize FolderChoices::sizeHint() const
+{
+    if (choices_.empty())
+        return {0, 0};
+    const int row = choices_.front()->sizeHint().height() + SetupView::NEAR;
+    const int rows = static_cast<int>(std::min(choices_.size(), VISIBLE));
+    // Half a row more shows that there are others.
+    const int more = choices_.size() > VISIBLE ? row / 2 : -SetupView::NEAR;
+    return {SetupView::TEXT_WIDTH, rows * row + more};
+}
+
+} // namespace quillon

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QCheckBox>
+
+namespace quillon {
+
+/// A box to tick among the controls of a form. Drawn in the tones of the window's palette, so that
+/// an empty box can be seen on a dark ground, too.
+class FormCheckBox : public QCheckBox
+{
+    Q_OBJECT
+
+public:
+    explicit FormCheckBox(const QString &text, QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void paintBox(QPainter &painter, const QRectF &box) const;
+    QColor tone(QPalette::ColorRole role) const { return palette().color(QPalette::Active, role); }
+};
+
+} // namespace quillon

@@ -1,0 +1,60 @@
+#include "app/widgets/FormMenu.h"
+
+#include "app/widgets/FormDrawing.h"
+#include "app/widgets/PanelMetrics.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace quillon {
+
+namespace {
+
+constexpr int SIDE = 12;
+constexpr int ARROW_ROOM = 24;
+
+} // namespace
+
+FormMenu::FormMenu(QWidget *parent) : QComboBox(parent)
+{
+    setAttribute(Qt::WA_Hover);
+    setMinimumWidth(metrics::FORM_CONTROL);
+}
+
+QSize FormMenu::sizeHint() const
+{
+    QSize size = QComboBox::sizeHint();
+    for (int index = 0; index < count(); ++index)
+        size.setWidth(std::max(size.width(), fontMetrics().horizontalAdvance(itemText(index)) +
+                                                 2 * SIDE + ARROW_ROOM));
+    return size;
+}
+
+void FormMenu::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(isEnabled() ? 1.0 : metrics::DISABLED_OPACITY);
+    const auto tone = [this](QPalette::ColorRole role) {
+        return palette().color(QPalette::Active, role);
+    };
+    const QColor ground = tone(QPalette::Button);
+    const QColor text = tone(QPalette::ButtonText);
+    const bool isDark = ground.lightness() < text.lightness();
+    constexpr double CORNER = metrics::FORM_CONTROL_CORNER;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(underMouse() && isEnabled() ? hoveredTone(ground, isDark) : ground);
+    painter.drawRoundedRect(rect(), CORNER, CORNER);
+    if (hasFocus())
+        paintFocusRing(painter, rect(), CORNER, tone(QPalette::Link));
+    painter.setPen(text);
+    const QRect words = rect().adjusted(SIDE, 0, -SIDE - ARROW_ROOM, 0);
+    painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter,
+                     fontMetrics().elidedText(currentText(), Qt::ElideRight, words.width()));
+    const QRectF area = rect();
+    paintMenuArrow(painter, {area.right() - SIDE - MENU_ARROW_WIDTH / 2,
+                             area.center().y() + MENU_ARROW_WIDTH / 4});
+}
+
+} // namespace quillon

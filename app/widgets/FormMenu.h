@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QComboBox>
+
+namespace quillon {
+
+/// A menu of choices among the controls of a form, at least as wide as its neighbours. Drawn in the
+/// tones of the window's palette.
+class FormMenu : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit FormMenu(QWidget *parent);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace quillon
