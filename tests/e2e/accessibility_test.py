@@ -4,29 +4,17 @@
 Runs on a private desktop: tools/private-desktop tests/e2e/accessibility_test.py QUILLON
 """
 
-import gi
-
-from desktop import Desktop, eventually, main
-
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # pylint: disable=wrong-import-position
+from desktop import eventually, main
+from screen_reader import Atspi, GLib, ReadDesktop
 
 
-class AccessibilityTest(Desktop):
-    language = "C.UTF-8"
-
+class AccessibilityTest(ReadDesktop):
     def setUp(self):
         super().setUp()
-        # The reader keeps what it has been told of; another program is another beginning.
-        Atspi.init()
         self.focused = []
         self.listener = Atspi.EventListener.new(self.noted)
         self.listener.register("object:state-changed:focused")
         self.addCleanup(self.listener.deregister, "object:state-changed:focused")
-
-    def environment(self):
-        return dict(super().environment(), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="",
-                    LANG=self.language)
 
     def noted(self, event):
         if event.detail1 == 1:
@@ -45,30 +33,6 @@ class AccessibilityTest(Desktop):
         if before:
             self.assertIn(before, self.focused[:self.focused.index(what)])
         self.focused.clear()
-
-    def controls(self, role=None):
-        """All that is shown in the panel, outermost first; those of one role if one is given."""
-        found = []
-
-        def visit(node):
-            # What went while it was looked at is none.
-            if not node or not node.get_state_set().contains(Atspi.StateType.SHOWING):
-                return
-            if role in (None, node.get_role_name()):
-                found.append(node)
-            for index in range(node.get_child_count()):
-                visit(node.get_child_at_index(index))
-
-        desktop = Atspi.get_desktop(0)
-        for index in range(desktop.get_child_count()):
-            program = desktop.get_child_at_index(index)
-            if program.get_process_id() == self.children[0].pid:
-                program.clear_cache()
-                visit(program)
-        return found
-
-    def names(self, role):
-        return [control.get_name() for control in self.controls(role)]
 
     def place(self):
         return f", in {self.tree}"

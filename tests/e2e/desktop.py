@@ -118,6 +118,13 @@ class Desktop(unittest.TestCase):
     def panel(self):
         return windows("quillon", "Quillon")
 
+    def window(self, title):
+        """The window, once it has the keyboard."""
+        window = eventually(title, lambda: windows("quillon", title))[0]
+        eventually(f"the keyboard in {title}",
+                   lambda: output("xdotool", "getactivewindow").strip() == window)
+        return window
+
     def wait_for_panel(self):
         panel = eventually("the panel", self.panel)[0]
         eventually("the keyboard in the panel",
@@ -133,6 +140,14 @@ class Desktop(unittest.TestCase):
 
     def press(self, key):
         subprocess.run(["xdotool", "key", key], check=True)
+
+    def press_until(self, key, what, probe):
+        """A window that has just come up may miss the first press."""
+        def done():
+            self.press(key)
+            time.sleep(0.2)
+            return probe()
+        return eventually(what, done)
 
     def press_return_until_opened(self, key="Return"):
         """Without rows, as long as the first crawl runs, Return leaves the panel open."""
@@ -150,8 +165,11 @@ class Desktop(unittest.TestCase):
         record.unlink()
         return arguments
 
+    def stored(self):
+        return json.loads(self.settings.read_text()) if self.settings.exists() else {}
+
     def uses(self):
-        return json.loads(self.settings.read_text()).get("recent-access-score-data", {})
+        return self.stored().get("recent-access-score-data", {})
 
 
 def main():

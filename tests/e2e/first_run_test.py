@@ -4,33 +4,14 @@
 Runs on a private desktop: tools/private-desktop python3 tests/e2e/first_run_test.py QUILLON
 """
 
-import json
 import os
 import subprocess
 import time
 
-from desktop import PATIENCE, Desktop, eventually, main, output, windows
+from desktop import PATIENCE, Desktop, eventually, main, windows
 
 
 class FirstRunTest(Desktop):
-    def stored(self):
-        return json.loads(self.settings.read_text()) if self.settings.exists() else {}
-
-    def window(self, title):
-        """The window, once it has the keyboard."""
-        window = eventually(title, lambda: windows("quillon", title))[0]
-        eventually(f"the keyboard in {title}",
-                   lambda: output("xdotool", "getactivewindow").strip() == window)
-        return window
-
-    def press_until(self, key, what, probe):
-        """A window that has just come up may miss the first press."""
-        def done():
-            self.press(key)
-            time.sleep(0.2)
-            return probe()
-        return eventually(what, done)
-
     def allow(self):
         self.children.append(subprocess.Popen([self.program], env=self.environment()))
         self.window("Quillon – Permissions")
