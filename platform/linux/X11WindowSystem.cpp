@@ -1,16 +1,14 @@
 #include "platform/linux/X11WindowSystem.h"
 
+#include "platform/linux/XcbCalls.h"
+
 #include <QByteArray>
 #include <QGuiApplication>
 #include <QWindow>
 
-#include <xcb/xcb.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -23,22 +21,11 @@ namespace {
 constexpr std::uint32_t SOURCE_APPLICATION = 1;
 constexpr std::uint32_t SOURCE_USER = 2;
 
-template <typename T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
 /// Null where Qt does not run on X11.
 xcb_connection_t *connection()
 {
     auto *x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
     return x11 ? x11->connection() : nullptr;
-}
-
-xcb_atom_t atom(xcb_connection_t *x, std::string_view name)
-{
-    const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr),
-                                               &std::free);
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 xcb_window_t root(xcb_connection_t *x)
@@ -72,8 +59,8 @@ void completeStartup(xcb_connection_t *x, xcb_window_t window, std::string_view 
     piece.response_type = XCB_CLIENT_MESSAGE;
     piece.format = 8;
     piece.window = window;
-    piece.type = atom(x, "_NET_STARTUP_INFO_BEGIN");
-    const xcb_atom_t following = atom(x, "_NET_STARTUP_INFO");
+    piece.type = xcbAtom(x, "_NET_STARTUP_INFO_BEGIN");
+    const xcb_atom_t following = xcbAtom(x, "_NET_STARTUP_INFO");
     for (std::size_t sent = 0; sent <= text.size(); sent += sizeof piece.data) {
         std::ranges::fill(piece.data.data8, std::uint8_t{0});
         text.copy(reinterpret_cast<char *>(piece.data.data8), sizeof piece.data, sent);
@@ -101,10 +88,11 @@ void X11WindowSystem::keepOutOfTaskbar(std::uintptr_t window)
     auto *x = connection();
     if (!x)
         return;
-    const std::array states{atom(x, "_NET_WM_STATE_SKIP_TASKBAR"),
-                            atom(x, "_NET_WM_STATE_SKIP_PAGER")};
+    const std::array states{xcbAtom(x, "_NET_WM_STATE_SKIP_TASKBAR"),
+                            xcbAtom(x, "_NET_WM_STATE_SKIP_PAGER")};
     xcb_change_property(x, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window),
-                        atom(x, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(), states.data());
+                        xcbAtom(x, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(),
+                        states.data());
     xcb_flush(x);
 }
 
@@ -114,9 +102,8 @@ bool X11WindowSystem::isComposited() const
     if (!x)
         return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
     // A compositing manager owns this selection for its screen; Qt's screens share the first one.
-    const auto cookie = xcb_get_selection_owner(x, atom(x, "_NET_WM_CM_S0"));
-    const Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(x, cookie, nullptr), &std::free);
+    const auto cookie = xcb_get_selection_owner(x, xcbAtom(x, "_NET_WM_CM_S0"));
+    const auto reply = xcbReply(xcb_get_selection_owner_reply(x, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
@@ -141,16 +128,8 @@ void X11WindowSystem::activate(std::uintptr_t window, const std::string &activat
     // managers that guard the keyboard would then refuse it.
     const auto id = static_cast<xcb_window_t>(window);
     const std::uint32_t time = timeOf(activationToken);
-    xcb_client_message_event_t request{};
-    request.response_type = XCB_CLIENT_MESSAGE;
-    request.format = 32;
-    request.window = id;
-    request.type = atom(x, "_NET_ACTIVE_WINDOW");
-    request.data.data32[0] = time == XCB_CURRENT_TIME ? SOURCE_USER : SOURCE_APPLICATION;
-    request.data.data32[1] = time;
-    xcb_send_event(x, 0, root(x),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&request));
+    tellWindowManager(x, root(x), id, xcbAtom(x, "_NET_ACTIVE_WINDOW"),
+                      time == XCB_CURRENT_TIME ? SOURCE_USER : SOURCE_APPLICATION, time);
     completeStartup(x, id, activationToken);
     xcb_flush(x);
 }

@@ -57,10 +57,7 @@ protected:
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
     {
         const X11Windows &windows = surroundings().windows;
-        windows.activate(window.id);
-        if (!windows.waitUntil(
-                window.id, [&] { return windows.activeId() == window.id; },
-                deadline.atMost(ACTIVATION_LIMIT)))
+        if (!windows.activate(window.id, deadline.atMost(ACTIVATION_LIMIT)))
             return false;
         if (!windows.type(window.id, {{.symbol = 'l', .withControl = true}}))
             return false;

@@ -1,11 +1,10 @@
 #include "platform/linux/filemanagers/X11Windows.h"
 
-#include <xcb/xcb.h>
+#include "platform/linux/XcbCalls.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstdlib>
 #include <span>
 #include <thread>
 
@@ -16,14 +15,6 @@ namespace quillon {
 namespace {
 
 using namespace std::chrono_literals;
-
-template <typename T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-template <typename T>
-Reply<T> reply(T *memory)
-{
-    return {memory, &std::free};
-}
 
 /// Dialogues of dialogues; a circle ends here as well.
 constexpr int LONGEST_TRANSIENCE = 8;
@@ -75,55 +66,6 @@ std::string classPart(const std::string &property)
     return part;
 }
 
-/// Which key gives which symbol.
-class Keyboard
-{
-public:
-    struct Key
-    {
-        std::uint8_t code = 0;
-        /// The modifiers and the layout, as events carry them.
-        std::uint16_t state = 0;
-    };
-
-    explicit Keyboard(xcb_connection_t *x)
-        : first_(xcb_get_setup(x)->min_keycode),
-          mapping_(reply(xcb_get_keyboard_mapping_reply(
-              x,
-              xcb_get_keyboard_mapping(
-                  x, first_, static_cast<std::uint8_t>(xcb_get_setup(x)->max_keycode - first_ + 1)),
-              nullptr)))
-    {}
-
-    std::optional<Key> find(std::uint32_t symbol) const
-    {
-        if (!mapping_ || mapping_->keysyms_per_keycode == 0)
-            return std::nullopt;
-        const std::size_t columns = mapping_->keysyms_per_keycode;
-        const std::span symbols(
-            xcb_get_keyboard_mapping_keysyms(mapping_.get()),
-            static_cast<std::size_t>(xcb_get_keyboard_mapping_keysyms_length(mapping_.get())));
-        // Two columns for each of the first two layouts: without and with Shift.
-        for (std::size_t column = 0; column < std::min(columns, std::size_t{4}); ++column) {
-            for (std::size_t row = 0; row * columns + column < symbols.size(); ++row) {
-                if (symbols[row * columns + column] != symbol)
-                    continue;
-                const auto layout = static_cast<unsigned>(column / 2) << LAYOUT_SHIFT;
-                const auto shift = column % 2 != 0 ? unsigned{XCB_MOD_MASK_SHIFT} : 0U;
-                return Key{static_cast<std::uint8_t>(first_ + row),
-                           static_cast<std::uint16_t>(layout | shift)};
-            }
-        }
-        return std::nullopt;
-    }
-
-private:
-    static constexpr unsigned LAYOUT_SHIFT = 13;
-
-    const std::uint8_t first_;
-    const Reply<xcb_get_keyboard_mapping_reply_t> mapping_;
-};
-
 } // namespace
 
 struct X11Windows::Atoms
@@ -169,7 +111,7 @@ struct X11Windows::Atoms
             cookies[i] = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(wanted[i].name.size()),
                                          wanted[i].name.data());
         for (std::size_t i = 0; i < wanted.size(); ++i) {
-            if (const auto answer = reply(xcb_intern_atom_reply(x, cookies[i], nullptr)))
+            if (const auto answer = xcbReply(xcb_intern_atom_reply(x, cookies[i], nullptr)))
                 wanted[i].atom = answer->atom;
         }
     }
@@ -212,7 +154,7 @@ std::vector<std::uint32_t> X11Windows::windowList(std::uint32_t property) const
         return {};
     const auto cookie =
         xcb_get_property(x_, 0, root_, property, XCB_ATOM_WINDOW, 0, LONGEST_PROPERTY);
-    const auto answer = reply(xcb_get_property_reply(x_, cookie, nullptr));
+    const auto answer = xcbReply(xcb_get_property_reply(x_, cookie, nullptr));
     const auto found = words(answer.get());
     return {found.begin(), found.end()};
 }
@@ -249,7 +191,7 @@ X11Windows::describe(const std::vector<std::uint32_t> &windows) const
     for (std::size_t i = 0; i < windows.size(); ++i) {
         // A window that has gone answers nothing and has no class.
         const auto get = [&](Property property) {
-            return reply(xcb_get_property_reply(x_, cookies[i][property], nullptr));
+            return xcbReply(xcb_get_property_reply(x_, cookies[i][property], nullptr));
         };
         Description found;
         found.window.id = windows[i];
@@ -315,77 +257,59 @@ std::string X11Windows::title(std::uint32_t window) const
     return describe({window}).front().window.title;
 }
 
+pid_t X11Windows::process(std::uint32_t window) const
+{
+    return x_ ? describe({window}).front().window.process : 0;
+}
+
 std::optional<X11Windows::Box> X11Windows::box(std::uint32_t window) const
 {
     if (!x_)
         return std::nullopt;
     const auto geometryCookie = xcb_get_geometry(x_, window);
     const auto originCookie = xcb_translate_coordinates(x_, window, root_, 0, 0);
-    const auto geometry = reply(xcb_get_geometry_reply(x_, geometryCookie, nullptr));
-    const auto origin = reply(xcb_translate_coordinates_reply(x_, originCookie, nullptr));
+    const auto geometry = xcbReply(xcb_get_geometry_reply(x_, geometryCookie, nullptr));
+    const auto origin = xcbReply(xcb_translate_coordinates_reply(x_, originCookie, nullptr));
     if (!geometry || !origin)
         return std::nullopt;
     return Box{origin->dst_x, origin->dst_y, geometry->width, geometry->height};
 }
 
-void X11Windows::tellRoot(std::uint32_t type, std::uint32_t window, std::uint32_t first,
-                          std::uint32_t second) const
+void X11Windows::tell(std::uint32_t window, std::uint32_t type, std::uint32_t first,
+                      std::uint32_t second) const
 {
-    xcb_client_message_event_t request{};
-    request.response_type = XCB_CLIENT_MESSAGE;
-    request.format = 32;
-    request.window = window;
-    request.type = type;
-    request.data.data32[0] = first;
-    request.data.data32[1] = second;
-    xcb_send_event(x_, 0, root_,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&request));
+    if (!x_ || window == 0)
+        return;
+    tellWindowManager(x_, root_, window, type, first, second);
     // Has arrived once something later is answered, even if the program ends right now.
-    reply(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr));
+    xcbReply(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr));
 }
 
 void X11Windows::activate(std::uint32_t window) const
 {
-    if (x_ && window != 0)
-        tellRoot(atoms_->activeWindow, window, SOURCE_PAGER, XCB_CURRENT_TIME);
+    tell(window, x_ ? atoms_->activeWindow : 0, SOURCE_PAGER, XCB_CURRENT_TIME);
+}
+
+bool X11Windows::activate(std::uint32_t window, Deadline deadline) const
+{
+    activate(window);
+    return waitUntil(
+        window, [&] { return activeId() == window; }, deadline);
 }
 
 void X11Windows::close(std::uint32_t window) const
 {
-    if (x_ && window != 0)
-        tellRoot(atoms_->closeWindow, window, XCB_CURRENT_TIME, SOURCE_PAGER);
+    tell(window, x_ ? atoms_->closeWindow : 0, XCB_CURRENT_TIME, SOURCE_PAGER);
 }
 
 bool X11Windows::type(std::uint32_t window, const std::vector<Stroke> &strokes) const
 {
-    if (!x_)
-        return false;
-    const Keyboard keyboard(x_);
-    std::vector<xcb_key_press_event_t> events;
-    for (const Stroke &stroke : strokes) {
-        const auto key = keyboard.find(stroke.symbol);
-        if (!key)
-            return false;
-        xcb_key_press_event_t event{};
-        event.detail = key->code;
-        event.root = root_;
-        event.event = window;
-        event.same_screen = 1;
-        event.state = key->state;
-        if (stroke.withControl)
-            event.state |= XCB_MOD_MASK_CONTROL;
-        events.push_back(event);
-    }
-    for (xcb_key_press_event_t &event : events) {
-        for (const auto type : {XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
-            event.response_type = static_cast<std::uint8_t>(type);
-            xcb_send_event(x_, 0, window, XCB_EVENT_MASK_NO_EVENT,
-                           reinterpret_cast<const char *>(&event));
-        }
-    }
-    xcb_flush(x_);
-    return true;
+    return x_ && X11Strokes(x_, root_).send(window, strokes);
+}
+
+bool X11Windows::press(std::uint32_t window, const Stroke &stroke) const
+{
+    return x_ && activeId() == window && X11Strokes(x_, root_).press(stroke);
 }
 
 void X11Windows::watch(std::uint32_t window, bool isWatched) const
@@ -412,7 +336,7 @@ bool X11Windows::waitUntil(std::uint32_t window, const std::function<bool()> &an
     bool isSo = answer();
     while (!isSo && !deadline.hasPassed() && !xcb_connection_has_error(x_)) {
         bool hasChanged = false;
-        while (const auto event = reply(xcb_poll_for_event(x_)))
+        while (const auto event = xcbReply(xcb_poll_for_event(x_)))
             hasChanged = true;
         pollfd display{xcb_get_file_descriptor(x_), POLLIN, 0};
         if (!hasChanged)
@@ -421,7 +345,7 @@ bool X11Windows::waitUntil(std::uint32_t window, const std::function<bool()> &an
         isSo = answer();
     }
     watch(window, false);
-    while (const auto event = reply(xcb_poll_for_event(x_))) {
+    while (const auto event = xcbReply(xcb_poll_for_event(x_))) {
     }
     return isSo;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/Deadline.h"
+#include "platform/linux/filemanagers/X11Strokes.h"
 
 #include <cstdint>
 #include <functional>
@@ -11,8 +12,6 @@
 #include <vector>
 
 #include <sys/types.h>
-
-struct xcb_connection_t;
 
 namespace quillon {
 
@@ -54,6 +53,8 @@ public:
     /// All windows that the window manager knows, in the order they came.
     std::vector<std::uint32_t> clients() const;
     std::string title(std::uint32_t window) const;
+    /// Zero when it is not told.
+    pid_t process(std::uint32_t window) const;
 
     struct Box
     {
@@ -69,18 +70,16 @@ public:
 
     /// Asks the window manager to raise the window and to give it the keyboard.
     void activate(std::uint32_t window) const;
+    /// The same, and waits until the window has it; false when that does not come.
+    bool activate(std::uint32_t window, Deadline deadline) const;
     /// Asks the window to close as its own button does.
     void close(std::uint32_t window) const;
 
-    /// One stroke on the keyboard; the symbol of an ASCII letter is the letter.
-    struct Stroke
-    {
-        std::uint32_t symbol = 0;
-        bool withControl = false;
-    };
-    /// Hands the window these strokes, which reach no other one whatever the user does meanwhile.
-    /// False when the keyboard lacks one of them; none is sent then. GTK ignores such strokes.
+    using Stroke = X11Strokes::Stroke;
+    /// As X11Strokes::send().
     bool type(std::uint32_t window, const std::vector<Stroke> &strokes) const;
+    /// As X11Strokes::press(). False as well when the window does not have the keyboard.
+    bool press(std::uint32_t window, const Stroke &stroke) const;
 
     /// Tries until the answer is true or the deadline has passed, each time that a property of
     /// the window or of the root window changes. Returns the last answer.
@@ -93,8 +92,8 @@ private:
 
     std::vector<std::uint32_t> windowList(std::uint32_t property) const;
     std::vector<Description> describe(const std::vector<std::uint32_t> &windows) const;
-    void tellRoot(std::uint32_t type, std::uint32_t window, std::uint32_t first,
-                  std::uint32_t second) const;
+    void tell(std::uint32_t window, std::uint32_t type, std::uint32_t first,
+              std::uint32_t second) const;
     void watch(std::uint32_t window, bool isWatched) const;
 
     xcb_connection_t *x_ = nullptr;
