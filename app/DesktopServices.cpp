@@ -15,6 +15,8 @@ namespace {
 
 /// Room for a build beside the searches.
 constexpr int FEWEST_BACKGROUND_THREADS = 3;
+/// How long an action or an icon waits for the file system.
+constexpr std::chrono::seconds WORKSPACE_PATIENCE{3};
 
 } // namespace
 
@@ -26,6 +28,7 @@ DesktopServices::DesktopServices(const BuildSettings &build, const std::string &
       defaults(standardDefaultsPath()),
       defaultsChanges(standardDefaultsPath()),
       defaultsChangesForPreferences(standardDefaultsPath()),
+      workspace(diskWorkspace, WORKSPACE_PATIENCE),
       fileManager([this] { return defaults.string(PreferenceKeys::FILE_MANAGER); }),
       folderLister(diskLister),
       folderIdentity(diskIdentity),

@@ -2,6 +2,7 @@
 
 #include "platform/HotKey.h"
 #include "platform/PatientFolders.h"
+#include "platform/PatientWorkspace.h"
 #include "platform/linux/GioApplicationLauncher.h"
 #include "platform/linux/GioProcessRunner.h"
 #include "platform/linux/GioWorkspace.h"
@@ -53,7 +54,8 @@ struct DesktopServices
     /// One receiver each: the shortcut, and the preferences window.
     SettingsFileChanges defaultsChanges;
     SettingsFileChanges defaultsChangesForPreferences;
-    GioWorkspace workspace;
+    GioWorkspace diskWorkspace;
+    PatientWorkspace workspace;
     GioApplicationLauncher applications;
     GioProcessRunner processRunner;
     QtClipboard clipboard;
