@@ -125,6 +125,13 @@ VariantRef BusConnection::property(const BusObject &object, const std::string &n
     return VariantRef(value);
 }
 
+bool BusConnection::start(const std::string &service, Deadline deadline)
+{
+    constexpr guint32 NO_FLAGS = 0;
+    return call(BUS, "StartServiceByName", g_variant_new("(su)", service.c_str(), NO_FLAGS),
+                deadline) != nullptr;
+}
+
 bool BusConnection::hasOwner(const std::string &service, Deadline deadline)
 {
     const auto reply = call(BUS, "NameHasOwner", g_variant_new("(s)", service.c_str()), deadline);

@@ -51,6 +51,9 @@ public:
     /// A property's value; null when there is none.
     VariantRef property(const BusObject &object, const std::string &name, Deadline deadline);
 
+    /// Starts the program behind the service unless it runs. False when there is none or it does
+    /// not come in time.
+    bool start(const std::string &service, Deadline deadline);
     bool hasOwner(const std::string &service, Deadline deadline);
     /// The process that owns the service.
     std::optional<pid_t> process(const std::string &service, Deadline deadline);

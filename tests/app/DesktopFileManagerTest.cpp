@@ -73,15 +73,8 @@ class DesktopFileManagerTest : public testing::Test
 protected:
     DesktopFileManagerTest()
     {
-        const std::string script =
-            home_.writeFile("bin/thunar", "#!/bin/sh\nprintf '%s\\n' \"$*\" >>\"$HOME/started\"\n");
-        std::filesystem::permissions(script, std::filesystem::perms::owner_all);
-        home_.writeFile("data/applications/thunar.desktop",
-                        "[Desktop Entry]\nType=Application\nName=Files\nExec=thunar %U\n"
-                        "Categories=FileManager;\nMimeType=inode/directory;\n");
-        home_.writeFile("data/applications/editor.desktop",
-                        "[Desktop Entry]\nType=Application\nName=Editor\nExec=true %U\n"
-                        "MimeType=inode/directory;\n");
+        install("thunar", "thunar %U", "FileManager;");
+        install("editor", "true %U");
         home_.writeFile("config/mimeapps.list",
                         "[Default Applications]\ninode/directory=editor.desktop\n"
                         "[Added Associations]\ninode/directory=editor.desktop;thunar.desktop;\n");
@@ -95,12 +88,29 @@ protected:
         qunsetenv("DISPLAY");
     }
 
+    /// An application for folders; its program, where it is named without a folder, writes down
+    /// how it is started.
+    void install(const std::string &id, const std::string &command,
+                 const std::string &categories = {})
+    {
+        const std::string program = command.substr(0, command.find(' '));
+        if (!program.starts_with('/')) {
+            const std::string script = home_.writeFile(
+                "bin/" + program, "#!/bin/sh\nprintf '%s\\n' \"$*\" >>\"$HOME/started\"\n");
+            std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+        }
+        home_.writeFile("data/applications/" + id + ".desktop",
+                        "[Desktop Entry]\nType=Application\nName=" + id + "\nExec=" + command +
+                            "\nCategories=" + categories + "\nMimeType=inode/directory;\n");
+    }
+
     /// Runs the call on a thread of its own, as the program does; the bus is served meanwhile.
-    bool run(const std::function<bool(DesktopFileManager &)> &call)
+    bool run(const std::function<bool(DesktopFileManager &)> &call,
+             const std::string &choice = "thunar")
     {
         bool answer = false;
         const std::unique_ptr<QThread> thread(QThread::create([&] {
-            DesktopFileManager manager([] { return std::optional<std::string>("thunar"); });
+            DesktopFileManager manager([choice] { return std::optional(choice); });
             answer = call(manager);
         }));
         thread->start();
@@ -130,6 +140,40 @@ TEST_F(DesktopFileManagerTest, asksTheUsersManagerThoughAnotherOneOwnsTheSharedN
     EXPECT_THAT(other.selected, IsEmpty());
     EXPECT_THAT(own.selected, ElementsAre("file://" + home_.path("a%20b/it's%20%22100%25%22%20%FF"
                                                                  "%0A%C3%BC")));
+}
+
+TEST_F(DesktopFileManagerTest, asksTheOwnerOfTheSharedNameOnlyIfItIsWhatTheUserWants)
+{
+    FakeManager owner(SHARED_NAME);
+    const std::string item = home_.makeFolder("folder/item");
+    const auto select = [&](auto &manager) { return manager.select(item, home_.path("folder")); };
+    install("other", "other %f", "FileManager;");
+    EXPECT_TRUE(run(select, "other"));
+    startedWith(home_.path("folder") + "\n");
+    EXPECT_THAT(owner.selected, IsEmpty());
+
+    install("owner", QCoreApplication::applicationFilePath().toStdString() + " %f");
+    EXPECT_TRUE(run(select, "owner"));
+    EXPECT_THAT(owner.selected, ElementsAre("file://" + item));
+}
+
+TEST_F(DesktopFileManagerTest, probesTheUsersManager)
+{
+    const auto probe = [](auto &manager) { return manager.probe(); };
+    FakeManager other(SHARED_NAME);
+    EXPECT_FALSE(run(probe)) << "it does not run";
+    FakeManager own(OWN_NAME);
+    EXPECT_TRUE(run(probe));
+}
+
+TEST_F(DesktopFileManagerTest, startsTheProgramThatTheApplicationNames)
+{
+    std::filesystem::create_directory(home_.path("opt"));
+    std::filesystem::rename(home_.path("bin/thunar"), home_.path("opt/thunar"));
+    install("thunar", home_.path("opt/thunar") + " %U", "FileManager;");
+    const std::string folder = home_.makeFolder("folder");
+    EXPECT_TRUE(run([&](auto &manager) { return manager.openNewWindow(folder); }));
+    EXPECT_EQ(startedWith(folder), folder + "\n") << "its path, as this one wants it";
 }
 
 TEST_F(DesktopFileManagerTest, turnsToTheCommandWhenTheManagerHangs)
@@ -198,8 +242,11 @@ TEST_F(DesktopFileManagerTest, takesNoEditorForAFileManager)
 TEST_F(DesktopFileManagerTest, listsWhatAFolderShows)
 {
     home_.makeFolder("tree/folder");
-    home_.makeFolder("tree/.hidden");
+    home_.makeFolder("tree/.dotted");
     home_.writeFile("tree/file\n\xff");
+    home_.writeFile("tree/unwanted");
+    home_.makeFolder("tree/unwanted too");
+    home_.writeFile("tree/.hidden", "unwanted\nunwanted too\nfold\n");
     std::filesystem::create_symlink("folder", home_.path("tree/link"));
     std::filesystem::create_symlink("nowhere", home_.path("tree/dangling"));
     EXPECT_THAT(folderItems(home_.path("tree")),

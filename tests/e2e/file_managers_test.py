@@ -211,6 +211,20 @@ class FileManager:
         answer = self.ask("front")
         self.assertEqual((answer["isFrontmost"], answer["folder"], answer["items"]), (False, "", []))
 
+    def test_knows_folders_by_titles_that_are_no_names(self):
+        """Some call the home folder "Home", in the user's language, and the root "File System"."""
+        self.do("new", self.folder("here"))
+        window = self.wait_for(self.folder("here"), 1)
+        for place in (os.environ["HOME"], "/"):
+            for seen in (None, "shown already"):
+                self.do("existing", place)
+                self.assertEqual(self.windows(), [window], (place, seen))
+            answer = eventually(place, lambda: (found := self.ask("front"))["folder"] and found)
+            self.assertEqual(answer["folder"], pathlib.Path(place).as_uri())
+            names = {name for name in os.listdir(place) if not name.startswith(".")}
+            self.assertEqual({urllib.parse.unquote(os.path.basename(item.rstrip("/")))
+                              for item in answer["items"]}, names)
+
     def test_opens_names_exactly(self):
         self.do("new", self.folder("plain"))
         self.wait_for(self.folder("plain"), 1)
@@ -255,6 +269,24 @@ class FileManager:
         eventually("the new window", lambda: len(self.windows()) == 2)
 
 
+class PathBar:
+    """A file manager that shows the way to the folder as buttons, if the user wants that."""
+
+    def test_leads_windows_without_an_entry(self):
+        bar = ["xfconf-query", "--channel", "thunar", "--property", "/last-location-bar"]
+        subprocess.run([*bar, "--create", "--type", "string", "--set", "ThunarLocationButtons"],
+                       check=True)
+        self.addCleanup(subprocess.run, [*bar, "--reset"], check=True)
+        one, two = self.folder("first"), self.folder("second")
+        self.do("new", one)
+        window = self.wait_for(one, 1)
+        self.open_other_window()
+        self.do("existing", two)
+        self.assertEqual(self.wait_for(two, 1), window)
+        answer = eventually("the folder", lambda: (found := self.ask("front"))["folder"] and found)
+        self.assertEqual(answer["folder"], pathlib.Path(os.fsdecode(two)).as_uri())
+
+
 def page():
     operations = ["new window", "front window", "front window, none open",
                   "front window, all minimised", "select", "select, not running",
@@ -288,8 +320,10 @@ NOTES = """
   location bar through the accessibility bus. Where neither helps, as with Qt's, which join that bus only
   when assistive technology is switched on, the folders below the home folder and then all others are
   searched, for at most 0.7 s, for one with the title's name that the file manager's process watches.
-- thunar with its path bar instead of the entry opens a new window, and so does every file manager that
-  is not one of these six.
+- thunar is led by its entry, or by its path bar where the user wants that one; the key Control-L, pressed
+  while no other key is held, then has it show the entry.
+- A file manager that is not one of these six opens a new window, and selects an item if it answers to
+  the name on the bus that all file managers share; otherwise it opens the folder around it.
 """
 
 
@@ -302,7 +336,8 @@ if __name__ == "__main__":
     DRIVER = os.path.abspath(options.driver)
     suite = unittest.TestSuite()
     for name in options.managers or MANAGERS:
-        case = type(name, (FileManager, unittest.TestCase), {"manager": name})
+        more = (PathBar,) if name == "thunar" else ()
+        case = type(name, (*more, FileManager, unittest.TestCase), {"manager": name})
         suite.addTests(unittest.defaultTestLoader.loadTestsFromTestCase(case))
     result = unittest.TextTestRunner(verbosity=2).run(suite)
     if options.table:

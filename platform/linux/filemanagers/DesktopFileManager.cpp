@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <sys/stat.h>
+#include <unistd.h>
 
 namespace quillon {
 
@@ -17,20 +17,12 @@ using namespace std::chrono_literals;
 
 /// For all that one call asks of a file manager.
 constexpr auto CALL_LIMIT = 3000ms;
+/// For the answer of a file system.
+constexpr auto DISK_LIMIT = 2000ms;
+/// Until a window of ours that is hidden has lost the keyboard.
+constexpr auto LEAVING_LIMIT = 150ms;
 /// Until a window that was opened is there.
 constexpr auto WINDOW_LIMIT = 2000ms;
-
-/// Asked in a way that a dead network mount cannot hold up.
-bool isFolder(const std::string &path)
-{
-    return PosixFolderLister().kind(path) == FolderLister::Kind::folder;
-}
-
-bool isThere(const std::string &path)
-{
-    const auto kind = PosixFolderLister().kind(path);
-    return kind == FolderLister::Kind::folder || kind == FolderLister::Kind::other;
-}
 
 std::string withoutSuffix(const std::string &desktopId)
 {
@@ -48,13 +40,28 @@ bool hasDesktopId(const ManagerDriver &driver, const std::string &desktopId)
 } // namespace
 
 DesktopFileManager::DesktopFileManager(Choice choice)
-    : choice_(std::move(choice)), session_(BusConnection::session()), accessibility_(session_)
+    : choice_(std::move(choice)),
+      session_(BusConnection::session()),
+      accessibility_(session_),
+      disk_(DISK_LIMIT)
 {
-    const Surroundings surroundings{session_, accessibility_, windows_};
+    const Surroundings surroundings{session_, accessibility_, windows_, disk_};
     for (const auto make : {makeNautilusDriver, makeNemoDriver, makeCajaDriver, makeThunarDriver,
                             makeDolphinDriver, makePcmanfmQtDriver})
         drivers_.push_back(make(surroundings));
     generic_ = std::make_unique<ManagerDriver>(ManagerDriver::Identity{}, surroundings);
+}
+
+bool DesktopFileManager::isFolder(const std::string &path)
+{
+    const auto kind = disk_.run([path] { return PosixFolderLister().kind(path); });
+    return kind == FolderLister::Kind::folder;
+}
+
+bool DesktopFileManager::isThere(const std::string &path)
+{
+    const auto kind = disk_.run([path] { return PosixFolderLister().kind(path); });
+    return kind == FolderLister::Kind::folder || kind == FolderLister::Kind::other;
 }
 
 // The front window
@@ -96,7 +103,9 @@ std::optional<std::string> DesktopFileManager::frontWindowFolder()
 std::vector<std::string> DesktopFileManager::frontWindowItems()
 {
     const auto folder = frontWindowFolder();
-    return folder && isThere(*folder) ? folderItems(*folder) : std::vector<std::string>{};
+    const auto list = [path = folder.value_or("")] { return folderItems(path); };
+    return folder ? disk_.run(list).value_or(std::vector<std::string>{})
+                  : std::vector<std::string>{};
 }
 
 // Which file manager
@@ -135,6 +144,23 @@ DesktopFileManager::Chosen DesktopFileManager::chosen()
 
 // Showing folders
 
+std::optional<DesktopWindow> DesktopFileManager::topmostWindow(const ManagerDriver &driver) const
+{
+    const auto windows = windows_.stacked();
+    const auto found = std::ranges::find_if(windows, [&](const DesktopWindow &window) {
+        return driverOf(window) == &driver && !window.isMinimised;
+    });
+    return found == windows.end() ? std::nullopt : std::optional(*found);
+}
+
+void DesktopFileManager::putInFront(std::uint32_t window, Deadline deadline) const
+{
+    // Our window that the wish came from may be on its way out. One that stays has come again.
+    const auto isOursGone = [this] { return windows_.process(windows_.activeId()) != getpid(); };
+    if (windows_.waitUntil(0, isOursGone, deadline.atMost(LEAVING_LIMIT)))
+        windows_.activate(window);
+}
+
 bool DesktopFileManager::bringUp(const ManagerDriver &driver, const std::function<bool()> &open,
                                  Deadline deadline)
 {
@@ -159,7 +185,7 @@ bool DesktopFileManager::bringUp(const ManagerDriver &driver, const std::functio
         },
         deadline.atMost(WINDOW_LIMIT));
     if (opened != 0 && windows_.activeId() != opened)
-        windows_.activate(opened);
+        putInFront(opened, deadline);
     return true;
 }
 
@@ -183,13 +209,10 @@ bool DesktopFileManager::openInFrontWindow(const std::string &folder)
         return false;
     const Deadline deadline(CALL_LIMIT);
     const Chosen chosen = this->chosen();
-    const auto windows = windows_.stacked();
-    const auto front = std::ranges::find_if(windows, [&](const DesktopWindow &window) {
-        return driverOf(window) == &chosen.driver && !window.isMinimised;
-    });
-    if (front == windows.end() || !chosen.driver.retarget(*front, folder, deadline))
+    const auto front = topmostWindow(chosen.driver);
+    if (!front || !chosen.driver.retarget(*front, folder, deadline))
         return openNewWindow(chosen, folder, deadline);
-    windows_.activate(front->id);
+    putInFront(front->id, deadline);
     return true;
 }
 
@@ -207,10 +230,10 @@ bool DesktopFileManager::select(const std::string &item, const std::string &fold
 
 bool DesktopFileManager::probe()
 {
-    // The two things that a desktop may guard: the bus, and other programs' windows.
     const Deadline deadline(CALL_LIMIT);
-    const bool hasBus = session_.hasOwner("org.freedesktop.DBus", deadline);
-    return hasBus || windows_.isAvailable();
+    ManagerDriver &driver = chosen().driver;
+    const auto front = topmostWindow(driver);
+    return front ? driver.folderOf(*front, deadline).has_value() : driver.isAnswering(deadline);
 }
 
 } // namespace quillon

@@ -49,11 +49,18 @@ private:
         ManagerDriver &driver;
     };
 
+    bool isFolder(const std::string &path);
+    bool isThere(const std::string &path);
+
     std::optional<DesktopWindow> frontWindow() const;
     Chosen chosen();
     ManagerDriver &driverFor(const std::string &desktopId);
     ManagerDriver *driverOf(const DesktopWindow &window) const;
+    /// The topmost window of the file manager that is not minimised.
+    std::optional<DesktopWindow> topmostWindow(const ManagerDriver &driver) const;
     bool openNewWindow(const Chosen &chosen, const std::string &folder, Deadline deadline);
+    /// Gives a window the keyboard, unless the user wants something of us again.
+    void putInFront(std::uint32_t window, Deadline deadline) const;
     /// Runs what brings up a window and puts that window in front.
     bool bringUp(const ManagerDriver &driver, const std::function<bool()> &open, Deadline deadline);
 
@@ -61,6 +68,7 @@ private:
     BusConnection session_;
     Accessibility accessibility_;
     const X11Windows windows_;
+    BoundedCalls disk_;
     /// For the main thread, which must not wait for another one's answers.
     const X11Windows frontWindows_;
     std::vector<std::unique_ptr<ManagerDriver>> drivers_;

@@ -1,7 +1,12 @@
 #include "platform/linux/FileUri.h"
+#include "platform/linux/GioPointers.h"
 #include "platform/linux/filemanagers/ManagerDriver.h"
 
+#include <QFile>
+#include <QXmlStreamReader>
+
 #include <array>
+#include <utility>
 
 namespace quillon {
 
@@ -9,6 +14,36 @@ namespace {
 
 /// Windows are numbered from 1; closed ones leave gaps.
 constexpr int MOST_WINDOWS = 16;
+
+/// A folder that the user has a name for.
+struct Place
+{
+    std::string name;
+    std::string folder;
+};
+
+/// Those of KDE's programs on this machine; empty when there is no list of them.
+std::vector<Place> places()
+{
+    std::vector<Place> places;
+    const GString8 path(g_build_filename(g_get_user_data_dir(), "user-places.xbel", nullptr));
+    QFile file(QFile::decodeName(path.get()));
+    if (!file.open(QFile::ReadOnly))
+        return places;
+    std::optional<std::string> folder;
+    for (QXmlStreamReader list(&file); !list.atEnd(); list.readNext()) {
+        if (!list.isStartElement())
+            continue;
+        if (list.name() == QLatin1String("bookmark")) {
+            folder =
+                localPath(list.attributes().value(QLatin1String("href")).toUtf8().toStdString());
+        } else if (list.name() == QLatin1String("title") && folder) {
+            places.push_back({list.readElementText().toStdString(), std::move(*folder)});
+            folder.reset();
+        }
+    }
+    return places;
+}
 
 /// KDE's: each process has a bus name of its own, and its windows are objects there. A folder is
 /// opened in a tab of an existing window.
@@ -19,7 +54,8 @@ public:
         : ManagerDriver({.desktopIds = {"org.kde.dolphin"},
                          .windowClass = "dolphin",
                          .busName = {},
-                         .newWindowCommand = {"dolphin", "--new-window"}},
+                         .newWindowCommand = {"dolphin", "--new-window"},
+                         .titleEnd = " \u2014 Dolphin"},
                         surroundings)
     {}
 
@@ -44,7 +80,49 @@ protected:
         return start({"--new-window", "--select"}, item);
     }
 
+    /// The title of a folder that the user has among the places is the place's.
+    std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline) override
+    {
+        return openPlace(window, nameIn(window), deadline);
+    }
+    /// The places that it comes with have names in the user's language, which the list has not.
+    std::optional<std::string> untitledFolder(const DesktopWindow &window,
+                                              Deadline deadline) override
+    {
+        return openPlace(window, std::nullopt, deadline);
+    }
+    bool isTold(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
+    {
+        const auto object = mainWindow(window, deadline);
+        return object && isOpen(*object, folder, deadline);
+    }
+
 private:
+    /// In whichever tab.
+    bool isOpen(const BusObject &mainWindow, const std::string &folder, Deadline deadline)
+    {
+        const auto reply = surroundings().session.call(
+            mainWindow, "isUrlOpen", g_variant_new("(s)", fileUri(folder).c_str()), deadline);
+        gboolean isOpen = FALSE;
+        if (reply && g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(b)")))
+            g_variant_get(reply.get(), "(b)", &isOpen);
+        return isOpen != FALSE;
+    }
+
+    /// A place of this name, or of any, that is open in the window.
+    std::optional<std::string> openPlace(const DesktopWindow &window,
+                                         const std::optional<std::string> &name, Deadline deadline)
+    {
+        const auto object = mainWindow(window, deadline);
+        if (!object)
+            return std::nullopt;
+        for (Place &place : places()) {
+            if ((!name || place.name == *name) && isOpen(*object, place.folder, deadline))
+                return std::move(place.folder);
+        }
+        return std::nullopt;
+    }
+
     /// The object that is the window.
     std::optional<BusObject> mainWindow(const DesktopWindow &window, Deadline deadline)
     {

@@ -1,6 +1,8 @@
 #include "platform/linux/filemanagers/FolderItems.h"
 
+#include <fstream>
 #include <memory>
+#include <unordered_set>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -22,6 +24,16 @@ bool isFolder(int parent, const dirent &entry)
     return fstatat(parent, entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
+/// The names that a file in the folder asks to be left out, one a line.
+std::unordered_set<std::string> namesToHide(const std::string &prefix)
+{
+    std::unordered_set<std::string> names;
+    std::ifstream list(prefix + ".hidden");
+    for (std::string name; std::getline(list, name);)
+        names.insert(std::move(name));
+    return names;
+}
+
 } // namespace
 
 std::vector<std::string> folderItems(const std::string &folder)
@@ -31,8 +43,9 @@ std::vector<std::string> folderItems(const std::string &folder)
     if (!listing)
         return items;
     const std::string prefix = folder.ends_with('/') ? folder : folder + '/';
+    const auto hidden = namesToHide(prefix);
     while (const dirent *entry = readdir(listing.get())) {
-        if (entry->d_name[0] == '.')
+        if (entry->d_name[0] == '.' || hidden.contains(entry->d_name))
             continue;
         std::string &item = items.emplace_back(prefix).append(entry->d_name);
         if (isFolder(dirfd(listing.get()), *entry))

@@ -50,27 +50,39 @@ std::optional<std::string> LocationBar::folder()
 
 std::optional<std::string> LocationBar::folderOfButtons()
 {
-    // The buttons stand side by side, that of the root is the last one; the one of the folder
-    // shown is pressed, and those before it lead to where the user has been.
     std::optional<std::string> path;
     accessibility_.find(
         frame_,
         [&](const Accessibility::Control &control, Role) {
-            path.reset();
-            for (const auto &child : accessibility_.children(control, deadline_)) {
-                if (accessibility_.role(child, deadline_) != Role::toggleButton)
-                    continue;
-                if (!path && !accessibility_.isChecked(child, deadline_))
-                    continue;
-                const std::string name = accessibility_.name(child, deadline_);
-                if (name.empty() || name == "/")
-                    return path.has_value() || accessibility_.isChecked(child, deadline_);
-                path = "/" + name + path.value_or("");
-            }
-            return false;
+            path = pathOfButtons(control);
+            return path.has_value();
         },
         deadline_);
     return path;
+}
+
+std::optional<std::string> LocationBar::pathOfButtons(const Accessibility::Control &parent)
+{
+    // The buttons stand side by side, that of the root is the last one and the only one without a
+    // name; the one of the folder shown is pressed, and those before it lead to where the user has
+    // been.
+    std::string path;
+    bool isOnTheWay = false;
+    bool isAtRoot = false;
+    for (const auto &child : accessibility_.children(parent, deadline_)) {
+        if (accessibility_.role(child, deadline_) != Role::toggleButton)
+            continue;
+        if (isAtRoot)
+            return std::nullopt;
+        isOnTheWay = isOnTheWay || accessibility_.isChecked(child, deadline_);
+        const std::string name = accessibility_.name(child, deadline_);
+        isAtRoot = name.empty() || name == "/";
+        if (isOnTheWay && !isAtRoot)
+            path.insert(0, "/" + name);
+    }
+    if (!isAtRoot || !isOnTheWay)
+        return std::nullopt;
+    return path.empty() ? "/" : path;
 }
 
 bool LocationBar::go(const std::string &location)

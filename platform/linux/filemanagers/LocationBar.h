@@ -19,12 +19,15 @@ public:
     std::optional<std::string> folder();
     /// Writes a location, a path or a URI, into the entry and confirms it. False without an entry.
     bool go(const std::string &location);
+    bool hasEntry() { return entry().has_value(); }
     /// Has the window show its entry, as the key Control-L does. False when it cannot be asked.
     bool showEntry();
 
 private:
     std::optional<Accessibility::Control> entry();
     std::optional<std::string> folderOfButtons();
+    /// Of those that stand directly inside the control; absent when they are no path.
+    std::optional<std::string> pathOfButtons(const Accessibility::Control &parent);
 
     Accessibility &accessibility_;
     const Accessibility::Control frame_;

@@ -1,7 +1,6 @@
 #include "platform/linux/filemanagers/LocationBarDriver.h"
 
 #include "platform/linux/FileUri.h"
-#include "platform/linux/filemanagers/LocationBar.h"
 
 #include <filesystem>
 
@@ -10,15 +9,20 @@ namespace quillon {
 bool LocationBarDriver::show(const DesktopWindow &window, const std::string &folder,
                              Deadline deadline)
 {
-    auto &[session, accessibility, windows] = surroundings();
-    const auto frame = accessibility.frame(window, windows, deadline);
+    Accessibility &accessibility = surroundings().accessibility;
+    const auto frame = accessibility.frame(window, surroundings().windows, deadline);
     if (!frame)
         return false;
     LocationBar bar(accessibility, *frame, deadline);
     const std::string location = typedLocation(folder);
     if (location.empty())
         return false;
-    return bar.go(location) || (bar.showEntry() && bar.go(location));
+    return bar.go(location) || (showEntry(bar, window, deadline) && bar.go(location));
+}
+
+bool LocationBarDriver::showEntry(LocationBar &bar, const DesktopWindow &, Deadline)
+{
+    return bar.showEntry();
 }
 
 std::string LocationBarDriver::typedLocation(const std::string &folder)
@@ -30,16 +34,17 @@ std::string LocationBarDriver::typedLocation(const std::string &folder)
 std::optional<std::string> LocationBarDriver::toldFolder(const DesktopWindow &window,
                                                          Deadline deadline)
 {
-    auto &[session, accessibility, windows] = surroundings();
-    const auto frame = accessibility.frame(window, windows, deadline);
+    Accessibility &accessibility = surroundings().accessibility;
+    const auto frame = accessibility.frame(window, surroundings().windows, deadline);
     if (!frame)
         return std::nullopt;
     auto folder = LocationBar(accessibility, *frame, deadline).folder();
     // Buttons show what can be shown of a name that is no text.
-    std::error_code ignored;
-    if (folder && !std::filesystem::is_directory(*folder, ignored))
-        folder.reset();
-    return folder;
+    const auto isFolder = [path = folder.value_or("")] {
+        std::error_code ignored;
+        return std::filesystem::is_directory(path, ignored);
+    };
+    return folder && surroundings().disk.run(isFolder).value_or(false) ? folder : std::nullopt;
 }
 
 } // namespace quillon

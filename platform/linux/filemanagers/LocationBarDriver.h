@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/filemanagers/LocationBar.h"
 #include "platform/linux/filemanagers/ManagerDriver.h"
 
 namespace quillon {
@@ -11,6 +12,8 @@ public:
     using ManagerDriver::ManagerDriver;
 
 protected:
+    /// Has a window that shows buttons show its entry instead; false when it cannot be asked.
+    virtual bool showEntry(LocationBar &bar, const DesktopWindow &window, Deadline deadline);
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override;
     /// As a user would write it; what is no text can only be written as a URI. Empty when there is
     /// no way to write it.

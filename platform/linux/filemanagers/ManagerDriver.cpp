@@ -4,8 +4,10 @@
 #include "platform/linux/FileUri.h"
 #include "platform/linux/filemanagers/WatchedFolders.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <utility>
 
 namespace quillon {
@@ -27,26 +29,30 @@ std::string lastName(const std::string &path)
     return name.empty() ? path : name;
 }
 
-/// Titles are the folder's name, some with the program's name after it. Of a name that is no text
-/// they show the beginning.
+/// Titles are the folder's name or path, some with the program's name after it. Of a name that is
+/// no text they show the beginning.
 bool isTitleFor(const std::string &title, const std::string &folder)
 {
     const std::string name = lastName(folder);
     const char *end = nullptr;
     if (!g_utf8_validate(name.data(), static_cast<gssize>(name.size()), &end))
         return title.starts_with(name.substr(0, static_cast<std::size_t>(end - name.data())));
-    return title == name || title.starts_with(name + " - ") || title.starts_with(name + " \u2014 ");
+    return std::ranges::any_of(std::array{name, folder}, [&title](const std::string &text) {
+        return title == text || title.starts_with(text + " - ") ||
+               title.starts_with(text + " \u2014 ");
+    });
 }
 
-/// The folder's name in a title.
-std::string nameInTitle(const std::string &title)
+/// Whether the process runs the program, by itself or as a script.
+bool isProgram(pid_t process, const std::string &name)
 {
-    for (const char *separator : {" \u2014 ", " - "}) {
-        const std::size_t at = title.rfind(separator);
-        if (at != std::string::npos)
-            return title.substr(0, at);
+    std::ifstream commandLine("/proc/" + std::to_string(process) + "/cmdline");
+    std::string word;
+    for (int i = 0; i < 2 && std::getline(commandLine, word, '\0'); ++i) {
+        if (lastName(word) == name)
+            return true;
     }
-    return title;
+    return false;
 }
 
 } // namespace
@@ -73,9 +79,14 @@ bool ManagerDriver::callCommon(const std::string &service, const std::string &me
 
 bool ManagerDriver::start(const std::vector<std::string> &options, const std::string &path)
 {
-    if (identity_.newWindowCommand.empty())
-        return false;
-    std::vector<std::string> command{identity_.newWindowCommand.front()};
+    return !identity_.newWindowCommand.empty() &&
+           start(identity_.newWindowCommand.front(), options, path);
+}
+
+bool ManagerDriver::start(const std::string &program, const std::vector<std::string> &options,
+                          const std::string &path)
+{
+    std::vector<std::string> command{program};
     command.insert(command.end(), options.begin(), options.end());
     command.push_back(identity_.takesPath ? path : fileUri(path));
     return startProgram(command);
@@ -91,7 +102,7 @@ bool ManagerDriver::openNewWindow(GDesktopAppInfo *application, const std::strin
         application ? g_app_info_get_executable(G_APP_INFO(application)) : nullptr;
     // One in a sandbox is started by another program, which has other options.
     if (!command.empty() && program && lastName(program) == command.front() &&
-        start({command.begin() + 1, command.end()}, folder))
+        start(program, {command.begin() + 1, command.end()}, folder))
         return true;
     if (application && launch(G_APP_INFO(application), fileUri(folder)))
         return true;
@@ -144,10 +155,21 @@ bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item
     const bool hangs = name && limit.hasPassed();
     if (!hangs && selectByOwnMeans(item, folder, deadline))
         return true;
-    if (identity_.busName.empty() &&
-        callCommon(COMMON_NAME, "ShowItems", item, deadline, BusConnection::Activation::allowed))
+    if (identity_.busName.empty() && ownsCommonName(application, deadline) &&
+        callCommon(COMMON_NAME, "ShowItems", item, deadline, BusConnection::Activation::never))
         return true;
     return openNewWindow(application, folder, deadline);
+}
+
+bool ManagerDriver::ownsCommonName(GDesktopAppInfo *application, Deadline deadline)
+{
+    auto &session = surroundings_.session;
+    // Whoever it is that the bus starts for the name shows nothing by that.
+    if (!application || !session.start(COMMON_NAME, deadline.atMost(ANSWER_LIMIT)))
+        return false;
+    const char *program = g_app_info_get_executable(G_APP_INFO(application));
+    const auto owner = session.process(COMMON_NAME, deadline.atMost(ANSWER_LIMIT));
+    return program && owner && isProgram(*owner, lastName(program));
 }
 
 bool ManagerDriver::selectByOwnMeans(const std::string &, const std::string &, Deadline)
@@ -155,7 +177,25 @@ bool ManagerDriver::selectByOwnMeans(const std::string &, const std::string &, D
     return false;
 }
 
+bool ManagerDriver::isAnswering(Deadline deadline)
+{
+    const auto name = commonName(deadline);
+    if (!name)
+        return false;
+    BusObject object = commonObject(*name);
+    object.interface = "org.freedesktop.DBus.Introspectable";
+    return surroundings_.session.call(object, "Introspect", nullptr,
+                                      deadline.atMost(ANSWER_LIMIT)) != nullptr;
+}
+
 // The folder of a window
+
+std::string ManagerDriver::nameIn(const DesktopWindow &window) const
+{
+    const std::string &title = window.title;
+    const std::string &end = identity_.titleEnd;
+    return title.ends_with(end) ? title.substr(0, title.size() - end.size()) : title;
+}
 
 bool ManagerDriver::show(const DesktopWindow &, const std::string &, Deadline)
 {
@@ -165,30 +205,48 @@ bool ManagerDriver::show(const DesktopWindow &, const std::string &, Deadline)
 bool ManagerDriver::retarget(const DesktopWindow &window, const std::string &folder,
                              Deadline deadline)
 {
-    return show(window, folder, deadline.atMost(ANSWER_LIMIT)) &&
-           isShown(window, window.title, folder, deadline);
+    const Deadline limit = deadline.atMost(ANSWER_LIMIT);
+    const bool isThere = isTitleFor(window.title, folder) ? folderOf(window, limit) == folder
+                                                          : isTold(window, folder, limit);
+    return isThere || (show(window, folder, limit) && comesToShow(window, folder, deadline));
 }
 
-bool ManagerDriver::isShown(const DesktopWindow &window, const std::string &oldTitle,
-                            const std::string &folder, Deadline deadline)
+bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &folder,
+                                Deadline deadline)
 {
     // A title that was fitting before proves nothing, and neither does a location that has been
     // written but not gone to.
-    const bool isTitleTelling = !isTitleFor(oldTitle, folder);
+    const bool isTitleTelling = !isTitleFor(before.title, folder);
     const Deadline limit = deadline.atMost(SHOWING_LIMIT);
+    const auto isWatched = [&disk = surroundings_.disk, process = before.process, &folder] {
+        return disk.run([process, folder] { return isWatchedFolder(process, folder); })
+            .value_or(false);
+    };
     const auto hasArrived = [&] {
-        DesktopWindow now = window;
-        now.title = surroundings_.windows.title(window.id);
+        DesktopWindow now = before;
+        now.title = surroundings_.windows.title(before.id);
         const bool isTitled = isTitleFor(now.title, folder);
         if (isTitled && isTitleTelling)
             return true;
-        return isWatchedFolder(window.process, folder) &&
-               (isTitled || toldFolder(now, limit) == folder);
+        // Some folders have a title of their own, as "Home".
+        const bool hasMoved = now.title != before.title || isWatched();
+        return hasMoved && (isTitled || isTold(now, folder, limit));
     };
-    return surroundings_.windows.waitUntil(window.id, hasArrived, limit);
+    return surroundings_.windows.waitUntil(before.id, hasArrived, limit);
 }
 
 std::optional<std::string> ManagerDriver::toldFolder(const DesktopWindow &, Deadline)
+{
+    return std::nullopt;
+}
+
+bool ManagerDriver::isTold(const DesktopWindow &window, const std::string &folder,
+                           Deadline deadline)
+{
+    return toldFolder(window, deadline) == folder;
+}
+
+std::optional<std::string> ManagerDriver::untitledFolder(const DesktopWindow &, Deadline)
 {
     return std::nullopt;
 }
@@ -197,7 +255,13 @@ std::optional<std::string> ManagerDriver::folderOf(const DesktopWindow &window, 
 {
     if (auto folder = toldFolder(window, deadline.atMost(ANSWER_LIMIT)))
         return folder;
-    return watchedFolder(window.process, nameInTitle(window.title), deadline.atMost(SEARCH_LIMIT));
+    const auto search = [process = window.process, name = nameIn(window),
+                         limit = deadline.atMost(SEARCH_LIMIT)] {
+        return watchedFolder(process, name, limit);
+    };
+    if (auto folder = surroundings_.disk.run(search).value_or(std::nullopt))
+        return folder;
+    return untitledFolder(window, deadline.atMost(ANSWER_LIMIT));
 }
 
 } // namespace quillon

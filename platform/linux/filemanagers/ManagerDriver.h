@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/BoundedCalls.h"
 #include "platform/linux/BusConnection.h"
 #include "platform/linux/filemanagers/Accessibility.h"
 #include "platform/linux/filemanagers/X11Windows.h"
@@ -19,6 +20,8 @@ struct Surroundings
     BusConnection &session;
     Accessibility &accessibility;
     const X11Windows &windows;
+    /// For questions to file systems, which may be gone.
+    BoundedCalls &disk;
 };
 
 /// How one file manager is asked to do things. The base class asks it in the ways that hold for
@@ -40,6 +43,8 @@ public:
         std::vector<std::string> newWindowCommand;
         /// Whether the command takes a folder as its path and not as its URI.
         bool takesPath = false;
+        /// What follows the folder's name in the titles of its windows.
+        std::string titleEnd = {};
     };
 
     ManagerDriver(Identity identity, Surroundings surroundings);
@@ -59,6 +64,8 @@ public:
     bool retarget(const DesktopWindow &window, const std::string &folder, Deadline deadline);
     /// The folder that a window shows.
     std::optional<std::string> folderOf(const DesktopWindow &window, Deadline deadline);
+    /// Asks the file manager something that changes nothing. False when it does not run.
+    bool isAnswering(Deadline deadline);
 
 protected:
     /// Has the window show the folder; false when it cannot be asked.
@@ -68,6 +75,11 @@ protected:
                                   Deadline deadline);
     /// What the file manager tells about a window; absent when it tells nothing.
     virtual std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline);
+    /// Whether the file manager tells that a window shows the folder.
+    virtual bool isTold(const DesktopWindow &window, const std::string &folder, Deadline deadline);
+    /// The folder of a window that neither tells it nor has its name as the title.
+    virtual std::optional<std::string> untitledFolder(const DesktopWindow &window,
+                                                      Deadline deadline);
     /// The name on the bus under which the file manager itself offers the interface that all have.
     virtual std::optional<std::string> commonName(Deadline deadline);
 
@@ -82,12 +94,18 @@ protected:
     /// Starts the file manager's program with these options and the item or folder.
     bool start(const std::vector<std::string> &options, const std::string &path);
 
+    /// What the title says about the folder: its name, as a rule.
+    std::string nameIn(const DesktopWindow &window) const;
     const Surroundings &surroundings() const { return surroundings_; }
     static BusObject commonObject(const std::string &service);
 
 private:
-    bool isShown(const DesktopWindow &window, const std::string &oldTitle,
-                 const std::string &folder, Deadline deadline);
+    bool start(const std::string &program, const std::vector<std::string> &options,
+               const std::string &path);
+    /// Whether the application is who answers to the name that all file managers share.
+    bool ownsCommonName(GDesktopAppInfo *application, Deadline deadline);
+    /// Waits until the window, as it was before it was asked, shows the folder.
+    bool comesToShow(const DesktopWindow &before, const std::string &folder, Deadline deadline);
 
     const Identity identity_;
     Surroundings surroundings_;

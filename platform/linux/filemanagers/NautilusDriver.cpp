@@ -58,20 +58,21 @@ protected:
     }
 
 private:
-    /// Which tab is in front is not told, but the title is its folder's name.
+    /// Which tab is in front is not told, but the title is its folder's name; that of the home
+    /// folder is a word of the user's language.
     static std::optional<std::string> shownTab(GVariant *tabs, const std::string &title)
     {
-        std::optional<std::string> first;
+        std::optional<std::string> untitled;
         for (gsize i = 0; i < g_variant_n_children(tabs); ++i) {
             const char *uri = nullptr;
             g_variant_get_child(tabs, i, "&s", &uri);
             auto path = localPath(uri);
-            if (path && std::filesystem::path(*path).filename() == title)
+            if (path && (*path == title || std::filesystem::path(*path).filename() == title))
                 return path;
-            if (i == 0)
-                first = std::move(path);
+            if (i == 0 || path == g_get_home_dir())
+                untitled = std::move(path);
         }
-        return first;
+        return untitled;
     }
 };
 

@@ -4,6 +4,10 @@ namespace quillon {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+constexpr auto ACTIVATION_LIMIT = 500ms;
+
 /// Xfce's.
 class ThunarDriver : public LocationBarDriver
 {
@@ -13,7 +17,8 @@ public:
                              .windowClass = "thunar",
                              .busName = "org.xfce.Thunar",
                              .newWindowCommand = {"thunar"},
-                             .takesPath = true},
+                             .takesPath = true,
+                             .titleEnd = " - Thunar"},
                             surroundings)
     {}
 
@@ -23,6 +28,16 @@ protected:
     {
         const std::string location = LocationBarDriver::typedLocation(folder);
         return location == folder ? location : std::string();
+    }
+
+    /// Its menus are empty until they are opened, so nothing but the key is left.
+    bool showEntry(LocationBar &bar, const DesktopWindow &window, Deadline deadline) override
+    {
+        const X11Windows &windows = surroundings().windows;
+        return windows.activate(window.id, deadline.atMost(ACTIVATION_LIMIT)) &&
+               windows.press(window.id, {.symbol = 'l', .withControl = true}) &&
+               windows.waitUntil(
+                   window.id, [&] { return bar.hasEntry(); }, deadline);
     }
 
     bool selectByOwnMeans(const std::string &item, const std::string &, Deadline deadline) override

@@ -1,6 +1,8 @@
 #include "platform/linux/filemanagers/WatchedFolders.h"
 
+#include "platform/linux/FileSystemKind.h"
 #include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/watching/MountTable.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -76,11 +78,13 @@ private:
     {
         std::error_code error;
         const auto opened = lister_.open(folder, FolderLister::Wanted::subfolders, error);
-        while (opened && opened->read(batch_, error)) {
+        while (opened && !deadline_.hasPassed() && opened->read(batch_, error)) {
             for (const FolderEntry &entry : batch_.entries) {
                 if (!entry.isFolder || entry.name.starts_with('.'))
                     continue;
                 std::string path = quillon::below(folder, entry.name);
+                if (mounts_.isRemoteMountPoint(path))
+                    continue;
                 if (entry.name == name_ && isOneOf(inodes_, path))
                     return path;
                 waiting.push_back(std::move(path));
@@ -92,6 +96,7 @@ private:
     const Inodes &inodes_;
     const std::string &name_;
     const Deadline deadline_;
+    const MountTable mounts_{isRemoteFileSystem};
     PosixFolderLister lister_;
     FolderBatch batch_;
 };
@@ -105,17 +110,19 @@ bool isWatchedFolder(pid_t process, const std::string &path)
 
 std::optional<std::string> watchedFolder(pid_t process, const std::string &name, Deadline deadline)
 {
+    // No folder but the root has this for its name.
+    if (name == "/")
+        return name;
     const Inodes inodes = watchedInodes(process);
     if (inodes.empty() || name.empty())
         return std::nullopt;
+    if (name.starts_with('/'))
+        return isOneOf(inodes, name) ? std::optional(name) : std::nullopt;
     Search search(inodes, name, deadline);
     const char *home = std::getenv("HOME");
     const std::string nearest = home ? home : "";
-    for (const std::string &known : {nearest, std::string("/")}) {
-        if (!known.empty() && std::filesystem::path(known).filename() == name &&
-            isOneOf(inodes, known))
-            return known;
-    }
+    if (std::filesystem::path(nearest).filename() == name && isOneOf(inodes, nearest))
+        return nearest;
     if (!nearest.empty())
         if (auto found = search.below(nearest, ""))
             return found;
