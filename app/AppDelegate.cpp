@@ -74,7 +74,7 @@ AppDelegate::AppDelegate()
       onboardingWindow_(tr("Set Up Quillon"), makeOnboarding(), services_.windowSystem),
       preferencesViewController_(preferencesServices(), *this, makeSearchPane()),
       windowTracker_(services_.mainQueue, services_.windowSystem),
-      updater_({.controller = services_.updateController,
+      updater_({.updaterController = services_.updateController,
                 .enableBetaUpdates = preferences_.enableBetaUpdates,
                 .workspace = services_.workspace,
                 .windowSystem = services_.windowSystem,

@@ -17,7 +17,7 @@ Updater::Updater(const Services &services, std::string version, std::FILE *log)
       log_(log),
       window_(QCoreApplication::translate("Updater", "Quillon – Updates"), services.windowSystem)
 {
-    services_.controller.start(*this);
+    services_.updaterController.start(*this);
 }
 
 void Updater::startBackgroundPolling()
@@ -30,14 +30,14 @@ void Updater::startBackgroundPolling()
 void Updater::checkInBackground()
 {
     log("Checking for updates in background...");
-    services_.controller.checkInBackground();
+    services_.updaterController.checkInBackground();
 }
 
 void Updater::checkInteractively()
 {
     log("Checking for updates in foreground...");
     window_.present(UpdateNotices::checking(version_));
-    services_.controller.checkInteractively();
+    services_.updaterController.checkInteractively();
 }
 
 std::vector<FeedParameter> Updater::feedParameters()

@@ -22,7 +22,7 @@ class Updater : private UpdateControllerDelegate
 public:
     struct Services
     {
-        UpdateController &controller;
+        UpdateController &updaterController;
         const PreferencesBoolean &enableBetaUpdates;
         Workspace &workspace;
         WindowSystem &windowSystem;

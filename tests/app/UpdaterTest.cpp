@@ -104,7 +104,7 @@ protected:
     PlainWindowSystem windowSystem;
     TimedTaskQueue queue;
     CapturedOutput log;
-    Updater updater{{.controller = controller,
+    Updater updater{{.updaterController = controller,
                      .enableBetaUpdates = preferences.enableBetaUpdates,
                      .workspace = workspace,
                      .windowSystem = windowSystem,
