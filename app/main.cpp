@@ -78,11 +78,12 @@ bool hasDisplay()
 /// For a start that came second although none ran when it began. Returns the exit status.
 int handOver(const quillon::RemoteControl::Request &request)
 {
-    const bool isSeen = request.action != "background";
     quillon::BusRunningInstance instance(request.activationToken);
-    using Outcome = quillon::RunningInstance::Outcome;
-    return !isSeen || instance.request(request.action) == Outcome::done ? EXIT_SUCCESS
-                                                                        : EXIT_FAILURE;
+    if (request.action == "background" ||
+        instance.request(request.action) == quillon::RunningInstance::Outcome::done)
+        return EXIT_SUCCESS;
+    std::fputs("quillon: the running instance does not answer\n", stderr);
+    return EXIT_FAILURE;
 }
 
 int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)

@@ -6,6 +6,7 @@ tools/private-desktop python3 tests/e2e/lifecycle_test.py QUILLON QUILLONCTL
 """
 
 import os
+import signal
 import subprocess
 import sys
 
@@ -128,6 +129,21 @@ class LifecycleTest(Desktop):
             self.wait_for_keyboard(PANEL)
             self.assertEqual(len(ended()), 1)
             self.end(next(start for start in starts if start.poll() is None))
+
+    def test_starts_while_a_former_one_is_ending(self):
+        self.make_folders("Documents/harbour")
+        self.write_settings()
+        former = self.launch()
+        self.wait_for_keyboard(PANEL)
+        for end in (signal.SIGKILL, signal.SIGTERM):
+            former.send_signal(end)
+            if end == signal.SIGTERM:
+                former.wait(PATIENCE)
+            again = self.launch()
+            eventually("the panel of the new one", lambda: str(again.pid) in [
+                output("xdotool", "getwindowpid", window).strip() for window in self.panel()])
+            former.wait(PATIENCE)
+            former = again
 
     def test_a_start_at_login_shows_nothing_and_builds(self):
         self.make_folders("Documents/harbour")
