@@ -45,6 +45,7 @@
 #include "platform/linux/BusRunningInstance.h"
 #include "platform/linux/PatientOutput.h"
 #include "platform/linux/ProgramEnd.h"
+#include "platform/linux/X11WindowSystem.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -68,7 +69,7 @@ bool hasDisplay()
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return true;
     // A native Wayland window may not place itself, so X11 goes first where there is a choice.
-    if (!qEnvironmentVariableIsEmpty("DISPLAY")) {
+    if (quillon::X11WindowSystem::isReachable()) {
         qputenv("QT_QPA_PLATFORM", "xcb");
         return true;
     }

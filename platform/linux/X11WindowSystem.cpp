@@ -83,6 +83,14 @@ void activateOnWayland(std::uintptr_t window, const std::string &token)
 
 } // namespace
 
+bool X11WindowSystem::isReachable()
+{
+    xcb_connection_t *x = xcb_connect(nullptr, nullptr);
+    const bool isReached = xcb_connection_has_error(x) == 0;
+    xcb_disconnect(x);
+    return isReached;
+}
+
 void X11WindowSystem::keepOutOfTaskbar(std::uintptr_t window)
 {
     auto *x = connection();

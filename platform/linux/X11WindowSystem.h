@@ -9,6 +9,9 @@ namespace quillon {
 class X11WindowSystem : public WindowSystem
 {
 public:
+    /// Whether there is a display that takes this process. Needs no application.
+    static bool isReachable();
+
     void keepOutOfTaskbar(std::uintptr_t window) override;
     bool isComposited() const override;
     std::uintptr_t activeWindow() const override;

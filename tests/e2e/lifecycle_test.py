@@ -101,6 +101,15 @@ class LifecycleTest(Desktop):
         self.end(quillon)
         self.assertEqual(bus_call("org.freedesktop.DBus.Peer.Ping"), "")
 
+    def test_says_that_there_is_no_display(self):
+        for display in ("", ":12345"):
+            environment = dict(self.environment(), DISPLAY=display)
+            del environment["QT_QPA_PLATFORM"]
+            ended = subprocess.run([self.program], env=environment, capture_output=True, text=True,
+                                   timeout=PATIENCE, check=False)
+            self.assertEqual((ended.returncode, ended.stderr),
+                             (1, "quillon: no display to show the panel on\n"))
+
     def test_started_again_brings_up_what_there_is(self):
         self.write_settings()
         quillon = self.launch()

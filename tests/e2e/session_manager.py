@@ -1,7 +1,6 @@
 """A session manager of the X session management protocol, on the library that clients use."""
 
 import ctypes
-import os
 import select
 from ctypes import CFUNCTYPE, POINTER, byref, c_char_p, c_int, c_ulong, c_void_p
 
@@ -52,7 +51,6 @@ reply_to_registration = function(SM, "SmsRegisterClientReply", c_int, c_void_p, 
 save_yourself = function(SM, "SmsSaveYourself", None, c_void_p, c_int, c_int, c_int, c_int)
 save_complete = function(SM, "SmsSaveComplete", None, c_void_p)
 die = function(SM, "SmsDie", None, c_void_p)
-free_property = function(SM, "SmFreeProperty", None, c_void_p)
 clean_up = function(SM, "SmsCleanUp", None, c_void_p)
 listen = function(ICE, "IceListenForConnections", c_int, POINTER(c_int), POINTER(POINTER(c_void_p)),
                   c_int, c_char_p)
