@@ -1,8 +1,16 @@
 #include "core/IndexSink.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillon {
+
+namespace {
+
+/// Entries between two times that searches get in.
+constexpr std::size_t SLICE = 1024;
+
+} // namespace
 
 IndexSink::IndexSink(SearchBasePaths &paths, std::stop_token isReset)
     : paths_(paths), isReset_(std::move(isReset))
@@ -19,12 +27,16 @@ CrawlSink::Token IndexSink::root(const std::string &path)
 
 void IndexSink::add(Token parent, std::span<Entry> entries)
 {
-    const WritingIndex writing(paths_.lock());
-    if (isReset_.stop_requested())
-        return;
-    for (Entry &entry : entries) {
-        entry.token = paths_.add(parent, entry.name);
-        paths_.mutableTree().addFlags(entry.token, PathTree::CANDIDATE);
+    while (!entries.empty()) {
+        const std::span<Entry> some = entries.first(std::min(SLICE, entries.size()));
+        entries = entries.subspan(some.size());
+        const WritingIndex writing(paths_.lock());
+        if (isReset_.stop_requested())
+            return;
+        for (Entry &entry : some) {
+            entry.token = paths_.add(parent, entry.name);
+            paths_.mutableTree().addFlags(entry.token, PathTree::CANDIDATE);
+        }
     }
 }
 

@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-/// Puts what a crawl keeps into the index, one folder's entries at a time, until the index is
+/// Puts what a crawl keeps into the index, some entries of a folder at a time, until the index is
 /// reset: what the crawl knows of it no longer holds then.
 ///
 /// Nothing is taken out of the index meanwhile, since updates wait for a build to end.

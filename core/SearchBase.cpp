@@ -7,6 +7,7 @@
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 #include "matching/FrontItems.h"
+#include "platform/PathText.h"
 #include "platform/TaskQueue.h"
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 #include "core/StringPathParent.h"
 
+#include "platform/PathText.h"
+
 namespace quillon {
 
 std::string_view StringPathParent::getParentFolderPath(std::string_view path)
@@ -14,13 +16,6 @@ std::string_view StringPathParent::getParentFolderPath(std::string_view path)
 std::string_view normalizePath(std::string_view path)
 {
     if (path.size() >= 2 && path.back() == '/')
-        path.remove_suffix(1);
-    return path;
-}
-
-std::string_view withoutTrailingSlashes(std::string_view path)
-{
-    while (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     return path;
 }

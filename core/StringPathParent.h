@@ -17,7 +17,4 @@ public:
 /// Drops one "/" from the end of a path of two or more bytes.
 std::string_view normalizePath(std::string_view path);
 
-/// Drops every "/" from the end of a path, but for the first byte.
-std::string_view withoutTrailingSlashes(std::string_view path);
-
 } // namespace quillon

@@ -5,6 +5,7 @@
 #include "ctl/MatchCommand.h"
 #include "ctl/Output.h"
 #include "ctl/WatchCommand.h"
+#include "platform/PathText.h"
 
 #include <CLI/CLI.hpp>
 
@@ -178,10 +179,8 @@ std::string absolutePath(const std::string &name)
     fs::path path = leadsUp ? fs::canonical(typed, error) : fs::absolute(typed, error);
     if (error)
         return name;
-    std::string text = path.lexically_normal().string();
-    while (text.size() > 1 && text.ends_with('/'))
-        text.pop_back();
-    return text;
+    const std::string text = path.lexically_normal().string();
+    return std::string(withoutTrailingSlashes(text));
 }
 
 int runCommandLine(int argc, const char *const *argv, Output &output)

@@ -1,6 +1,7 @@
 #include "indexing/Crawler.h"
 
 #include "indexing/CrawlTeam.h"
+#include "platform/PathText.h"
 
 #include <utility>
 
@@ -23,17 +24,6 @@
 
 namespace quillon {
 
-namespace {
-
-std::string withoutTrailingSlashes(std::string path)
-{
-    while (path.size() > 1 && path.ends_with('/'))
-        path.pop_back();
-    return path;
-}
-
-} // namespace
-
 Crawler::Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
                  CrawlOptions options, std::shared_ptr<FSEventArming> arming)
     : folderLister_(folderLister),
@@ -45,7 +35,7 @@ Crawler::Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> ru
 CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> &includedExtensions,
                            CrawlSink &sink, const Progress &progress, const std::stop_token &stop)
 {
-    const std::string path = withoutTrailingSlashes(root);
+    const std::string path(withoutTrailingSlashes(root));
     CrawlItem item;
     item.token = sink.root(path);
     if (isPackageName(path.substr(path.rfind('/') + 1)))

@@ -1,6 +1,7 @@
 #include "prefs/Bookmarks.h"
 
 #include "platform/FolderIdentity.h"
+#include "platform/PathText.h"
 
 #include <charconv>
 #include <set>
@@ -21,13 +22,6 @@ struct Bookmark
     std::string path;
     std::optional<FolderId> id;
 };
-
-std::string withoutTrailingSlashes(std::string_view path)
-{
-    while (path.size() > 1 && path.back() == '/')
-        path.remove_suffix(1);
-    return std::string(path);
-}
 
 std::string parentOf(const std::string &path)
 {
@@ -110,14 +104,14 @@ DefaultsDictionary Bookmarks::load() const
 
 bool Bookmarks::add(const std::string &path)
 {
-    const std::string folder = withoutTrailingSlashes(path);
+    const std::string folder(withoutTrailingSlashes(path));
     const auto data = makeData(folder);
     return data && store(folder, *data);
 }
 
 bool Bookmarks::remove(const std::string &path)
 {
-    const std::string folder = withoutTrailingSlashes(path);
+    const std::string folder(withoutTrailingSlashes(path));
     std::set<std::string> doomed = {folder, path};
     for (const auto &[name, value] : load()) {
         const auto location = locate(*value.asData());

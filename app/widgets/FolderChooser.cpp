@@ -1,5 +1,7 @@
 #include "app/widgets/FolderChooser.h"
 
+#include "platform/PathText.h"
+
 #include <QAbstractItemView>
 #include <QFile>
 #include <QMimeData>
@@ -10,13 +12,6 @@
 namespace quillon {
 
 namespace {
-
-std::string withoutTrailingSlashes(std::string path)
-{
-    while (path.size() > 1 && path.back() == '/')
-        path.pop_back();
-    return path;
-}
 
 /// Of a "file:" address in the form of RFC 8089; empty for others. A QUrl would lose what is not
 /// UTF-8.
@@ -47,7 +42,7 @@ FolderChooser::FolderChooser(const QString &title, const PanelPalette &palette, 
     connect(this, &QFileDialog::accepted, this, [this] {
         std::vector<std::string> paths;
         for (const QString &file : selectedFiles())
-            paths.push_back(withoutTrailingSlashes(QFile::encodeName(file).toStdString()));
+            paths.emplace_back(withoutTrailingSlashes(QFile::encodeName(file).toStdString()));
         Q_EMIT foldersChosen(paths);
     });
 }
@@ -58,7 +53,7 @@ std::vector<std::string> draggedPaths(const QMimeData &data)
     for (const QByteArray &line : data.data(QStringLiteral("text/uri-list")).split('\n')) {
         std::string path = localPath(line.trimmed());
         if (!path.empty())
-            paths.push_back(withoutTrailingSlashes(std::move(path)));
+            paths.emplace_back(withoutTrailingSlashes(path));
     }
     return paths;
 }

@@ -11,11 +11,15 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <random>
+#include <set>
+#include <span>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -280,11 +284,18 @@ TEST(Crawler, findsWhatAPlainRecursionFindsInRandomTrees)
     }
 }
 
-/// Makes a chain of folders of this name below the path, with "side/in" beside each.
-void makeDeepChain(const std::string &path, const std::string &name, int depth)
+/// Names of one length. Were they the same, all or none would come before what is beside them.
+std::string chainName(int level)
+{
+    return std::string(46, 'd') + std::to_string(1000 + level);
+}
+
+/// Makes a chain of folders below the path, with "side/in" beside each.
+void makeDeepChain(const std::string &path, int depth)
 {
     int folder = open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
     for (int level = 0; level < depth; ++level) {
+        const std::string name = chainName(level);
         mkdirat(folder, name.c_str(), 0700);
         mkdirat(folder, "side", 0700);
         mkdirat(folder, "side/in", 0700);
@@ -329,9 +340,8 @@ class DeepCrawl : public testing::TestWithParam<DeepRow>
 TEST_P(DeepCrawl, reachesTheEndOfATreeDeeperThanPathsMayBeLong)
 {
     constexpr int DEPTH = 400;
-    const std::string name(50, 'd');
     const TemporaryFolder disk;
-    makeDeepChain(disk.path(), name, DEPTH);
+    makeDeepChain(disk.path(), DEPTH);
 
     const DescriptorLimit limit(GetParam().descriptors);
     const Crawl crawl(disk.path(), {"txt"}, {}, {.threads = GetParam().threads});
@@ -340,10 +350,10 @@ TEST_P(DeepCrawl, reachesTheEndOfATreeDeeperThanPathsMayBeLong)
     std::string path = disk.path();
     for (int level = 0; level < DEPTH; ++level) {
         ASSERT_TRUE(crawl.sink.kept.contains(path + "/side/in")) << level;
-        path += "/" + name;
+        path += "/" + chainName(level);
         ASSERT_TRUE(crawl.sink.kept.contains(path)) << level;
     }
-    const Crawl again(path.substr(0, path.size() - 2 * (name.size() + 1)));
+    const Crawl again(path.substr(0, path.size() - 2 * (chainName(0).size() + 1)));
     EXPECT_EQ(again.sink.kept.size(), 6U) << "a root's path may be long too";
 }
 
@@ -379,6 +389,40 @@ TEST(Crawler, survivesATreeThatChangesWhileItIsCrawled)
             ASSERT_THAT(path, StartsWith(disk.path() + "/"));
             ASSERT_EQ(path.find("/never"), std::string::npos);
         }
+    }
+}
+
+TEST(Crawler, entersNoLinkThatTookThePlaceOfAFolder)
+{
+    /// Puts a link where the crawl has listed a folder and not opened it yet.
+    class ReplacingSink final : public RecordingSink
+    {
+    public:
+        explicit ReplacingSink(std::function<void()> replace) : replace_(std::move(replace)) {}
+        void add(Token parent, std::span<Entry> entries) override
+        {
+            RecordingSink::add(parent, entries);
+            if (replace_)
+                std::exchange(replace_, nullptr)();
+        }
+
+    private:
+        std::function<void()> replace_;
+    };
+    const TemporaryFolder outside;
+    outside.makeFolder("never");
+    for (const std::set<std::string> &extensions : {std::set<std::string>(), {"txt"}}) {
+        const TemporaryFolder disk;
+        const std::string folder = disk.makeFolder("folder");
+        ReplacingSink sink([&] {
+            fs::remove(folder);
+            fs::create_directory_symlink(outside.path(), folder);
+        });
+        PosixFolderLister lister;
+        Crawler crawler(lister, std::make_shared<SkipRules>());
+        const CrawlResult result = crawler.crawl(disk.path(), extensions, sink);
+        EXPECT_THAT(sink.kept, ElementsAre(folder));
+        EXPECT_EQ(result.errors, 1U);
     }
 }
 

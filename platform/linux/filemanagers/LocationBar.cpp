@@ -1,5 +1,6 @@
 #include "platform/linux/filemanagers/LocationBar.h"
 
+#include "platform/PathText.h"
 #include "platform/linux/FileUri.h"
 
 #include <utility>
@@ -40,12 +41,10 @@ std::optional<std::string> LocationBar::folder()
     const auto entry = this->entry();
     if (!entry)
         return folderOfButtons();
-    std::string text = accessibility_.text(*entry, deadline_).value_or("");
+    const std::string text = accessibility_.text(*entry, deadline_).value_or("");
     if (!text.starts_with('/'))
         return localPath(text);
-    while (text.size() > 1 && text.ends_with('/'))
-        text.pop_back();
-    return text;
+    return std::string(withoutTrailingSlashes(text));
 }
 
 std::optional<std::string> LocationBar::folderOfButtons()

@@ -1,5 +1,6 @@
 #include "platform/linux/watching/InotifyEventService.h"
 
+#include "platform/PathText.h"
 #include "platform/linux/watching/InotifyEventStream.h"
 
 #include <iostream>
@@ -11,13 +12,6 @@ namespace {
 
 constexpr std::uint32_t WATCH_ROOT = 0x4;
 constexpr std::uint32_t ROOT_CHANGED = 0x20;
-
-std::string withoutTrailingSlashes(std::string path)
-{
-    while (path.size() > 1 && path.ends_with('/'))
-        path.pop_back();
-    return path;
-}
 
 } // namespace
 
@@ -51,7 +45,7 @@ std::unique_ptr<FSEventStream> InotifyEventService::create(Request request)
         return nullptr;
     FolderWatcher::Stream stream;
     for (std::string &path : request.paths)
-        stream.roots.push_back(withoutTrailingSlashes(std::move(path)));
+        stream.roots.emplace_back(withoutTrailingSlashes(path));
     stream.latency = std::chrono::duration_cast<std::chrono::steady_clock::duration>(
         std::chrono::duration<double>(request.latency));
     stream.rootFlags = (request.flags & WATCH_ROOT) != 0 ? ROOT_CHANGED : 0;
