@@ -316,6 +316,7 @@ NOTES = """
 - "select" with nothing running starts the file manager first. caja shows a window of its own then,
   which is closed once the selection is there.
 - dolphin and pcmanfm-qt show no names that are not valid UTF-8.
+- The items of the front window are searched and chosen in the panel with each of the six as well.
 - The folder of the front window: nautilus tells it on the bus, the other GTK file managers by their
   location bar through the accessibility bus. Where neither helps, as with Qt's, which join that bus only
   when assistive technology is switched on, the folders below the home folder and then all others are
