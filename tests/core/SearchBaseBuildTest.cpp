@@ -1,3 +1,4 @@
+#include "core/IndexSink.h"
 #include "core/SearchBase.h"
 #include "tests/core/SearchBaseSupport.h"
 
@@ -197,6 +198,32 @@ TEST(SearchBaseBuild, leavesAnIndexAloneThatWasResetMeanwhile)
     EXPECT_THAT(base.indexed(), ElementsAre("/new"));
     base.build();
     EXPECT_EQ(base.matcher.count(), LargeBase::ALL + 1);
+}
+
+TEST(IndexSink, addsWhatItIsGivenUntilTheIndexIsReset)
+{
+    FuzzyMatch matcher;
+    SearchBasePaths paths(matcher.index());
+    std::stop_source reset;
+    IndexSink sink(paths, reset.get_token());
+    std::vector<std::string> names;
+    for (int i = 0; i < 3000; ++i)
+        names.push_back(std::to_string(i));
+    std::vector<CrawlSink::Entry> entries;
+    for (const std::string &name : names)
+        entries.push_back({.name = name, .isFolder = true});
+    const CrawlSink::Token root = sink.root("/a");
+    sink.add(root, entries);
+    CrawlSink::Entry below{.name = "below"};
+    sink.add(entries.back().token, {&below, 1});
+    EXPECT_EQ(matcher.count(), 3002U);
+    EXPECT_EQ(matcher.match("/a/2999/below", 1).front().text(), "/a/2999/below");
+
+    reset.request_stop();
+    matcher.reset();
+    sink.add(root, entries);
+    sink.root("/b");
+    EXPECT_EQ(matcher.count(), 0U);
 }
 
 } // namespace

@@ -355,6 +355,11 @@ TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
     others.unanswered = {"/a"};
     mounted.update("/a");
     EXPECT_EQ(linesOf(base.searchBase), before);
+    others.unanswered.clear();
+    others.silent = {"/a"};
+    mounted.update("/a");
+    EXPECT_EQ(linesOf(base.searchBase), before);
+    others.silent.clear();
     others.unanswered = {"/a/mount/x"};
     mounted.update("/a");
     FakeBase fresh;

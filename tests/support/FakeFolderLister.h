@@ -34,10 +34,12 @@ public:
     {
         if (onOpen)
             onOpen(path);
+        const bool isSilent = silent.contains(path);
         const auto found = names_.find(path);
-        if (found != names_.end())
+        if (!isSilent && found != names_.end())
             return std::make_unique<Folder>(*this, path, found->second);
-        error = std::make_error_code(std::errc::no_such_file_or_directory);
+        error = std::make_error_code(isSilent ? std::errc::timed_out
+                                              : std::errc::no_such_file_or_directory);
         return nullptr;
     }
 
@@ -51,6 +53,8 @@ public:
 
     /// Paths that kind() knows nothing of.
     std::set<std::string> unanswered;
+    /// Folders that do not answer when they are opened.
+    std::set<std::string> silent;
     /// Called with each path to open, by the crawl's threads.
     std::function<void(const std::string &path)> onOpen;
 
