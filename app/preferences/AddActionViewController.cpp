@@ -53,6 +53,7 @@ AddActionViewController::AddActionViewController(const Services &services,
     buildForm();
     fillMenus();
     kindChanged();
+    shortcutButton->setFocus();
     connect(actionButton, &QComboBox::currentIndexChanged, this,
             &AddActionViewController::kindChanged);
     connect(parametersTextField, &QLineEdit::textChanged, this,

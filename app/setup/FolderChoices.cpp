@@ -3,6 +3,7 @@
 #include "app/widgets/PanelMetrics.h"
 #include "app/widgets/SetupView.h"
 
+#include <QEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -48,7 +49,6 @@ FolderChoice &FolderChoices::offer(const std::string &path, const QString &name)
         choice->startCounting(*counting_);
     if (choices_.size() > VISIBLE)
         column_->setContentsMargins(0, 0, metrics::FORM_ROW, 0);
-    updateGeometry();
     return *choice;
 }
 
@@ -86,13 +86,19 @@ void FolderChoices::updateCounts()
 
 QSize FolderChoices::sizeHint() const
 {
-    if (choices_.empty())
-        return {0, 0};
-    const int row = choices_.front()->sizeHint().height() + SetupView::NEAR;
-    const int rows = static_cast<int>(std::min(choices_.size(), VISIBLE));
+    const int all = widget()->sizeHint().height();
+    if (choices_.size() <= VISIBLE)
+        return {SetupView::TEXT_WIDTH, all};
+    const int row = (all + SetupView::NEAR) / static_cast<int>(choices_.size());
     // Half a row more shows that there are others.
-    const int more = choices_.size() > VISIBLE ? row / 2 : -SetupView::NEAR;
-    return {SetupView::TEXT_WIDTH, rows * row + more};
+    return {SetupView::TEXT_WIDTH, static_cast<int>(VISIBLE) * row + row / 2};
+}
+
+bool FolderChoices::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == widget() && event->type() == QEvent::LayoutRequest)
+        updateGeometry();
+    return QScrollArea::eventFilter(watched, event);
 }
 
 } // namespace quillon

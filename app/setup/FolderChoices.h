@@ -43,6 +43,10 @@ Q_SIGNALS:
     /// The user ticked the folder's box or took the tick away.
     void choiceMade(FolderChoice *choice, bool isChosen);
 
+protected:
+    /// The rows get their height with their texts.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     QVBoxLayout *column_;
     std::vector<FolderChoice *> choices_;

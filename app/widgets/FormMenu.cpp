@@ -3,6 +3,7 @@
 #include "app/widgets/FormDrawing.h"
 #include "app/widgets/PanelMetrics.h"
 
+#include <QAbstractItemView>
 #include <QPainter>
 
 #include <algorithm>
@@ -29,6 +30,15 @@ QSize FormMenu::sizeHint() const
         size.setWidth(std::max(size.width(), fontMetrics().horizontalAdvance(itemText(index)) +
                                                  2 * SIDE + ARROW_ROOM));
     return size;
+}
+
+void FormMenu::showPopup()
+{
+    // The style gives the tones of the desktop's menus to all that are not set on the list itself.
+    QPalette tones = palette();
+    tones.setResolveMask(~QPalette::ResolveMask{0});
+    view()->setPalette(tones);
+    QComboBox::showPopup();
 }
 
 void FormMenu::paintEvent(QPaintEvent *)

@@ -14,6 +14,7 @@ public:
     explicit FormMenu(QWidget *parent);
 
     QSize sizeHint() const override;
+    void showPopup() override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

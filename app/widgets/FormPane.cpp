@@ -9,6 +9,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 
 #include <algorithm>
 
@@ -148,6 +149,8 @@ void FormPane::setPanelPalette(const PanelPalette &palette)
         button->setPanelPalette(palette);
     for (auto *table : findChildren<FormTable *>())
         table->setPanelPalette(palette);
+    for (auto *menu : findChildren<QMenu *>())
+        menu->setPalette(palette.controlsPalette());
 }
 
 } // namespace quillon

@@ -35,7 +35,7 @@ public:
 
     /// Shows what the settings hold now. Called whenever they may have changed.
     virtual void showStored() {}
-    /// Hands the tones to every note, button and table below this.
+    /// Hands the tones to every note, button, table and menu below this.
     virtual void setPanelPalette(const PanelPalette &palette);
     const PanelPalette &panelPalette() const { return panelPalette_; }
 

@@ -134,6 +134,7 @@ class PreferencesTest(ReadDesktop):
         self.assertEqual(self.actions(), [], "looking stores nothing")
 
         self.open_sheet("Add Action", "alt+d")
+        eventually("the keyboard in the first menu", lambda: self.has_keyboard("Keys:"))
         self.focus("alt+a", "Action:")
         self.type("exe")
         self.focus("alt+w", "With:")
