@@ -108,10 +108,12 @@ void ActionRunner::perform(const ActionModel &action, const SearchBaseResult &re
 void ActionRunner::openInDefaultApp(const std::string &path)
 {
     Workspace &workspace = services_.workspace;
-    const bool isForFileManager =
-        workspace.isFolder(path) &&
-        workspace.applicationToOpen(path) == services_.fileManager.application();
-    if (isForFileManager)
+    const auto isForFileManager = [this](const std::string &application) {
+        // Whoever names a file manager in the settings wants it in place of any other one.
+        const FileManager &fileManager = services_.fileManager;
+        return application == fileManager.application() || fileManager.isFileManager(application);
+    };
+    if (workspace.isFolder(path) && isForFileManager(workspace.applicationToOpen(path)))
         showInFinder(path);
     else
         workspace.open(path);

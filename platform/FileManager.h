@@ -31,6 +31,9 @@ public:
     /// else the default application for folders, else one that is installed. Empty when there is
     /// none. Any thread.
     virtual std::string application() const = 0;
+    /// Whether the application with this desktop id is a file manager, that one or another. Any
+    /// thread.
+    virtual bool isFileManager(const std::string &desktopId) const = 0;
 
     // False when nothing could be done, as when the folder is gone.
 

@@ -233,6 +233,9 @@ TEST_F(DesktopFileManagerTest, takesNoEditorForAFileManager)
     std::optional<std::string> choice;
     const DesktopFileManager manager([&choice] { return choice; });
     EXPECT_EQ(manager.application(), "thunar.desktop") << "though the editor is the default";
+    EXPECT_TRUE(manager.isFileManager("thunar.desktop"));
+    EXPECT_FALSE(manager.isFileManager("editor.desktop"));
+    EXPECT_FALSE(manager.isFileManager("not-installed.desktop"));
     choice = "editor";
     EXPECT_EQ(manager.application(), "editor.desktop") << "the user says so";
     choice = "not-installed.desktop";

@@ -17,6 +17,8 @@ public:
     bool isInFront = false;
     bool isWorking = true;
     std::string desktopId = "fake.desktop";
+    /// Is installed as well, and not wanted.
+    std::string otherDesktopId = "files.desktop";
     std::vector<std::string> items;
     /// Called where the items are asked for, in place of giving those above.
     std::function<std::vector<std::string>()> giveItems;
@@ -29,6 +31,10 @@ public:
         return giveItems ? giveItems() : items;
     }
     std::string application() const override { return desktopId; }
+    bool isFileManager(const std::string &id) const override
+    {
+        return id == desktopId || id == otherDesktopId;
+    }
     bool openNewWindow(const std::string &folder) override { return note("new " + folder); }
     bool openInFrontWindow(const std::string &folder) override { return note("front " + folder); }
     bool select(const std::string &item, const std::string &folder) override

@@ -124,16 +124,19 @@ std::string DesktopFileManager::application() const
             return g_app_info_get_id(G_APP_INFO(application.get()));
     }
     // Anything may have made itself the default for folders: an editor, a disk analyser.
-    const auto isSuitable = [this](const std::string &id) {
-        const auto application = installedApplication(id);
-        return application && (isFileManager(application.get()) ||
-                               std::ranges::any_of(drivers_, [&](const auto &driver) {
-                                   return hasDesktopId(*driver, id);
-                               }));
-    };
     const auto ids = folderApplications();
-    const auto found = std::ranges::find_if(ids, isSuitable);
+    const auto found =
+        std::ranges::find_if(ids, [this](const std::string &id) { return isFileManager(id); });
     return found == ids.end() ? std::string() : *found;
+}
+
+bool DesktopFileManager::isFileManager(const std::string &desktopId) const
+{
+    const auto application = installedApplication(desktopId);
+    return application && (quillon::isFileManager(application.get()) ||
+                           std::ranges::any_of(drivers_, [&](const auto &driver) {
+                               return hasDesktopId(*driver, desktopId);
+                           }));
 }
 
 DesktopFileManager::Chosen DesktopFileManager::chosen()
