@@ -50,6 +50,8 @@ void SearchWindow::present()
         previousWindow_ = windowSystem().activeWindow();
         fitToCompositing();
         placeOnScreenWithPointer();
+        // Until Qt tells of the loss it believes in the keyboard of the last time.
+        hasHadKeyboard_ = QGuiApplication::focusWindow() == windowHandle();
         // Window managers forget it each time that the window goes.
         windowSystem().keepOutOfTaskbar(winId());
         show();
@@ -85,7 +87,14 @@ bool SearchWindow::hasFocusWithin() const
 
 void SearchWindow::hideWithoutFocus()
 {
-    if (!isVisible() || isDraggedFrom_ || hasFocusWithin())
+    if (!isVisible() || isDraggedFrom_)
+        return;
+    if (hasFocusWithin()) {
+        hasHadKeyboard_ = true;
+        return;
+    }
+    // What another window of this program loses is on its way to this one.
+    if (!hasHadKeyboard_)
         return;
     // The loss may be one from before it was shown, told late; the gain then is on its way.
     const auto remaining = SETTLING - std::chrono::milliseconds(presented_.elapsed());

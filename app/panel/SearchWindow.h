@@ -54,6 +54,8 @@ private:
     std::uintptr_t previousWindow_ = 0;
     /// Since it was last brought up.
     QElapsedTimer presented_;
+    /// The same; only what it has had can be lost.
+    bool hasHadKeyboard_ = false;
     /// Something is on its way from here to another window.
     bool isDraggedFrom_ = false;
 };

@@ -6,9 +6,11 @@ tools/private-desktop python3 tests/e2e/lifecycle_test.py QUILLON QUILLONCTL
 """
 
 import os
+import pathlib
 import signal
 import subprocess
 import sys
+import time
 
 from desktop import PATIENCE, Desktop, eventually, main, output, windows
 
@@ -109,6 +111,28 @@ class LifecycleTest(Desktop):
                                    timeout=PATIENCE, check=False)
             self.assertEqual((ended.returncode, ended.stderr),
                              (1, "quillon: no display to show the panel on\n"))
+
+    def test_the_panel_outlasts_a_slow_window_manager(self):
+        for number in range(20_000):
+            os.makedirs(self.tree / f"{number // 200}/folder {number}")
+        self.write_settings()
+        self.launch()
+        self.wait_for_keyboard(REBUILD)
+        # The rebuild window makes way meanwhile, and nobody is given the keyboard.
+        manager = self.window_manager()
+        os.kill(manager, signal.SIGSTOP)
+        self.addCleanup(os.kill, manager, signal.SIGCONT)
+        self.wait_for_index("folder", 10)
+        time.sleep(1)
+        os.kill(manager, signal.SIGCONT)
+        self.wait_for_keyboard(PANEL)
+
+    def window_manager(self):
+        """Its process: one of those that the private desktop has started."""
+        for process in output("pgrep", "-P", str(os.getppid())).split():
+            if pathlib.Path(f"/proc/{process}/comm").read_text() == "openbox\n":
+                return int(process)
+        raise AssertionError("no window manager")
 
     def test_started_again_brings_up_what_there_is(self):
         self.write_settings()
