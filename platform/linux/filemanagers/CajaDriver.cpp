@@ -25,7 +25,7 @@ protected:
             return false;
         const X11Windows &windows = surroundings().windows;
         std::vector<std::uint32_t> first;
-        if (windows.isAvailable())
+        if (windows.isComplete())
             windows.waitUntil(
                 0, [&] { return !(first = ownWindows()).empty(); }, deadline);
         // The folder at least is open.

@@ -171,7 +171,7 @@ bool DesktopFileManager::bringUp(const ManagerDriver &driver, const std::functio
     const auto before = windows_.clients();
     if (!open())
         return false;
-    if (!windows_.isAvailable() || windowClass.empty())
+    if (!windows_.isComplete() || windowClass.empty())
         return true;
     // It has the keyboard already unless the window manager is on guard against thieves.
     std::uint32_t opened = 0;

@@ -205,10 +205,8 @@ bool ManagerDriver::show(const DesktopWindow &, const std::string &, Deadline)
 bool ManagerDriver::retarget(const DesktopWindow &window, const std::string &folder,
                              Deadline deadline)
 {
-    const Deadline limit = deadline.atMost(ANSWER_LIMIT);
-    const bool isThere = isTitleFor(window.title, folder) ? folderOf(window, limit) == folder
-                                                          : isTold(window, folder, limit);
-    return isThere || (show(window, folder, limit) && comesToShow(window, folder, deadline));
+    return show(window, folder, deadline.atMost(ANSWER_LIMIT)) &&
+           comesToShow(window, folder, deadline);
 }
 
 bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &folder,
@@ -228,8 +226,8 @@ bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &
         const bool isTitled = isTitleFor(now.title, folder);
         if (isTitled && isTitleTelling)
             return true;
-        // Some folders have a title of their own, as "Home".
-        const bool hasMoved = now.title != before.title || isWatched();
+        // Some folders have a title of their own, as "Home". The root is not watched.
+        const bool hasMoved = now.title != before.title || folder == "/" || isWatched();
         return hasMoved && (isTitled || isTold(now, folder, limit));
     };
     return surroundings_.windows.waitUntil(before.id, hasArrived, limit);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdlib>
 #include <span>
 #include <thread>
 
@@ -146,6 +147,11 @@ X11Windows::~X11Windows()
 {
     if (x_)
         xcb_disconnect(x_);
+}
+
+bool X11Windows::isComplete() const
+{
+    return x_ != nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr;
 }
 
 std::vector<std::uint32_t> X11Windows::windowList(std::uint32_t property) const

@@ -41,7 +41,9 @@ public:
     X11Windows &operator=(const X11Windows &) = delete;
     ~X11Windows();
 
-    bool isAvailable() const { return x_ != nullptr; }
+    /// Whether every program's windows are among these. Not so without X11, and not on Wayland,
+    /// where few programs still show theirs by way of X11.
+    bool isComplete() const;
 
     /// The window with the keyboard; of a dialogue the window that it belongs to. Absent when it is
     /// no ordinary window.
