@@ -88,7 +88,7 @@ bool CrawlWorker::visitRoot()
 {
     const CrawlTeam::Task &task = team_.task();
     CrawlItem root = task.root;
-    if (!arm(root))
+    if (!armBy(root, [&](FSEventArming &arming) { return arming.armRoot(task.rootPath); }))
         return false;
     std::error_code error;
     std::shared_ptr<OpenFolder> folder;
@@ -117,8 +117,6 @@ bool CrawlWorker::visit(CrawlItem &item)
 {
     if (team_.wantsPath())
         team_.setProcessing(item.path());
-    if (!arm(item))
-        return false;
     std::error_code error;
     std::unique_ptr<OpenFolder> folder;
     if (!openItem(item, folder, error))
@@ -130,6 +128,8 @@ bool CrawlWorker::visit(CrawlItem &item)
     }
     // A chain of folders keeps no folder open but the one it has reached.
     item.parentHandle.reset();
+    if (!arm(item, folder.get()))
+        return false;
     if (folder && !readEntries(*folder, item, error))
         return false;
     if (error)
@@ -139,21 +139,26 @@ bool CrawlWorker::visit(CrawlItem &item)
     return true;
 }
 
-/// What happens in the folder from now on will be told: it is listed only afterwards.
-bool CrawlWorker::arm(CrawlItem &item)
+template <typename Call>
+bool CrawlWorker::armBy(CrawlItem &item, const Call &call)
 {
     FSEventArming *arming = team_.task().arming.get();
     if (arming == nullptr)
         return true;
-    const bool goesOn = inCall([&] {
-        item.armed = item.parent ? arming->arm(item.parent->armed(), item.name)
-                                 : arming->armRoot(team_.task().rootPath);
-    });
-    if (!goesOn)
+    if (!inCall([&] { item.armed = call(*arming); }))
         return false;
     const MutexLock lock(mutex_);
     armed_ = item.armed;
     return true;
+}
+
+/// What happens in the folder from now on will be told: it is listed only afterwards.
+bool CrawlWorker::arm(CrawlItem &item, const OpenFolder *folder)
+{
+    return armBy(item, [&](FSEventArming &arming) {
+        const FolderStamp stamp = folder != nullptr ? folder->stamp() : FolderStamp();
+        return arming.arm(item.parent->armed(), item.name, stamp);
+    });
 }
 
 void CrawlWorker::giveUpListing()
@@ -251,9 +256,15 @@ bool CrawlWorker::handOver(const CrawlItem &item)
     }
     team_.task().sink.add(item.token, entries_);
     children_.clear();
-    for (std::size_t i = 0; i < kept_.size(); ++i)
+    std::uint64_t items = 0;
+    for (std::size_t i = 0; i < kept_.size(); ++i) {
         if (kept_[i].isFolder && !isPackageName(entries_[i].name))
             children_.push_back({entries_[i].name, entries_[i].token, kept_[i].state});
+        else
+            items += itemHash(entries_[i].name);
+    }
+    if (team_.task().arming && items != 0)
+        team_.task().arming->listed(item.armed, items);
     return !children_.empty();
 }
 

@@ -84,7 +84,9 @@ private:
     // These return as inCall().
     bool visitRoot();
     bool visit(CrawlItem &item);
-    bool arm(CrawlItem &item) EXCLUDES(mutex_);
+    template <typename Call>
+    bool armBy(CrawlItem &item, const Call &call) EXCLUDES(mutex_);
+    bool arm(CrawlItem &item, const OpenFolder *folder) EXCLUDES(mutex_);
     bool openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder, std::error_code &error);
     bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
     bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);

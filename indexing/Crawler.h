@@ -66,7 +66,7 @@ public:
     using Progress = std::function<void(const std::string &line)>;
 
     /// The rules hold for the life of the crawler. The lister outlives it and also the calls that a
-    /// crawl no longer waits for. Arming, if any, is told of each folder before it is opened.
+    /// crawl no longer waits for. Arming, if any, is told of each folder before it is listed.
     Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
             CrawlOptions options = {}, std::shared_ptr<FSEventArming> arming = nullptr);
 

@@ -60,7 +60,7 @@ public:
 
     void setDelegate(std::weak_ptr<SearchBaseWatcherDelegate> delegate);
 
-    /// What a crawl is given so that each folder is watched from before it is listed; null when
+    /// What a crawl is given so that changes count from before a folder is listed; null when
     /// nothing can be watched.
     std::shared_ptr<FSEventArming> beginArming(std::shared_ptr<const FSEventItemTest> items);
     /// The include folders as they are now. Asks the disk and takes as long as that does.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FolderStamp.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -41,7 +43,14 @@ public:
     virtual bool isIndexed(std::string_view path) const = 0;
 };
 
-/// The folders that a crawl is about to list, watched from before that on. Safe from every thread.
+/// What tells apart which items count in a folder: the sum of this over the names of its included
+/// files and of its folders that are listed and not entered.
+inline std::uint64_t itemHash(std::string_view name)
+{
+    return std::hash<std::string_view>()(name);
+}
+
+/// The folders that a crawl lists, which are watched from then on. Safe from every thread.
 ///
 /// Destroyed without becoming a stream it gives all its watches back, on a thread of its own. A
 /// crawl that no longer waits for a call leaves that one behind: it may end when this has long
@@ -59,8 +68,12 @@ public:
 
     /// Called before a root of the crawl is opened.
     virtual Folder armRoot(const std::string &path) = 0;
-    /// Called before a folder below is opened; parent is what the call for the folder above gave.
-    virtual Folder arm(Folder parent, std::string_view name) = 0;
+    /// Called with each folder below; parent is what the call for the folder above gave. The stamp
+    /// was taken before the folder was listed: whatever changes after it is told. It is unknown
+    /// where the folder was not opened.
+    virtual Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) = 0;
+    /// Called with a folder that was listed and the sum over its items, unless that is 0.
+    virtual void listed(Folder folder, std::uint64_t items) = 0;
     /// Called with a folder that was armed and could not be listed to its end, or with a root whose
     /// crawl ended early: the stream lists it and everything below itself.
     virtual void notListed(Folder folder) = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FolderStamp.h"
+
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -46,6 +48,8 @@ public:
     /// read by the rules of FolderLister::open().
     virtual std::unique_ptr<OpenFolder> open(const std::string &name,
                                              std::error_code &error) const = 0;
+    /// The folder as it is now; unknown where the file system does not tell.
+    virtual FolderStamp stamp() const = 0;
 };
 
 /// Opens folders of the file system. Safe from several threads.

@@ -4,6 +4,7 @@
 #include "platform/linux/FileSystemKind.h"
 #include "platform/linux/LongPath.h"
 #include "platform/linux/MountPoints.h"
+#include "platform/linux/StatxStamp.h"
 
 #include <cerrno>
 #include <optional>
@@ -87,7 +88,7 @@ struct Device
 std::optional<struct statx> statusOf(int folder, const char *name, int flags)
 {
     struct statx status = {};
-    constexpr unsigned int MASK = STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID;
+    constexpr unsigned int MASK = STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID | STATX_STAMP;
     if (::statx(folder, name, flags | AT_NO_AUTOMOUNT, MASK, &status) != 0)
         return std::nullopt;
     return status;
@@ -112,6 +113,7 @@ public:
     bool read(FolderBatch &batch, std::error_code &error) override;
     std::unique_ptr<OpenFolder> open(const std::string &name,
                                      std::error_code &error) const override;
+    FolderStamp stamp() const override;
 
 private:
     bool isOnPseudoFileSystem(const std::string &name) const;
@@ -184,6 +186,12 @@ std::unique_ptr<OpenFolder> PosixOpenFolder::open(const std::string &name,
     }
     const Device device = leavesCount && mayBeMountPoint ? deviceOf(child) : device_;
     return std::make_unique<PosixOpenFolder>(std::move(child), terms_, device);
+}
+
+FolderStamp PosixOpenFolder::stamp() const
+{
+    const auto status = statusOf(folder_.get(), "", AT_EMPTY_PATH);
+    return status ? stampOf(*status) : FolderStamp();
 }
 
 } // namespace

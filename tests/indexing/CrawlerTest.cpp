@@ -88,19 +88,19 @@ TEST(Crawler, keepsFoldersAndIncludedFilesAndEntersNeitherPackagesNorLinks)
     EXPECT_THAT(crawl.others, Contains(StartsWith("Processing " + disk.path())));
 }
 
-TEST(Crawler, armsEachFolderThatItEntersBeforeItIsOpened)
+TEST(Crawler, tellsArmingOfEachFolderBeforeItIsRead)
 {
     FakeFolderLister lister;
     for (const char *folder : {"/r/a/b", "/r/z.app/inside", "/r/.hidden/x", "/r/skipped/x"})
         lister.add(folder);
     FakeFSEventService service;
-    lister.onOpen = [&](const std::string &path) { service.note("open " + path); };
+    lister.onRead = [&](const std::string &path) { service.note("read " + path); };
     RecordingSink sink;
     const auto rules = std::make_shared<SkipRules>(std::vector<std::string>{"skipped"},
                                                    std::vector<std::string>());
     Crawler(lister, rules, {.threads = 1}, service.beginArming(nullptr)).crawl("/r/", {}, sink);
-    EXPECT_THAT(service.notes(), ElementsAre("arm /r", "open /r", "arm /r/a", "open /r/a",
-                                             "arm /r/a/b", "open /r/a/b"));
+    EXPECT_THAT(service.notes(), ElementsAre("arm /r", "read /r", "arm /r/a", "read /r/a",
+                                             "arm /r/a/b", "read /r/a/b"));
     EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/a/b", "/r/z.app"));
 }
 

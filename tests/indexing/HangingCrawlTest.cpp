@@ -77,6 +77,7 @@ private:
         {
             return lister_.make(name, depth_ - 1);
         }
+        FolderStamp stamp() const override { return {}; }
 
     private:
         HangingLister &lister_;
@@ -147,12 +148,13 @@ public:
     static constexpr Folder ROOT = 10;
 
     Folder armRoot(const std::string &) override { return ROOT; }
-    Folder arm(Folder parent, std::string_view name) override
+    Folder arm(Folder parent, std::string_view name, const FolderStamp &) override
     {
         if (name == "arm-hang")
             released_.wait();
         return parent + 1;
     }
+    void listed(Folder, std::uint64_t) override {}
     void notListed(Folder folder) override { notListed_.push_back(folder); }
 
 private:

@@ -90,6 +90,11 @@ public:
         });
         paths_.insert(found.begin(), found.end());
     }
+    void add(const std::string &path)
+    {
+        const MutexLock lock(mutex_);
+        paths_.insert(path);
+    }
     Paths paths() const
     {
         const MutexLock lock(mutex_);
@@ -167,17 +172,26 @@ public:
     static constexpr double LATENCY = 10;
 
     explicit WatchRig(std::string root, InotifyOptions options = {}, double latency = LATENCY)
-        : index(std::make_shared<ModelIndex>(std::move(root))),
-          receiver_(index),
-          service_(std::move(options))
+        : WatchRig(std::make_shared<ModelIndex>(std::move(root)), std::move(options), latency,
+                   [](InotifyEventService &, const std::shared_ptr<ModelIndex> &empty) {
+                       empty->update(empty->root());
+                       return nullptr;
+                   })
+    {}
+    /// The crawl fills the index before the stream begins.
+    using Crawl = std::function<std::shared_ptr<FSEventArming>(
+        InotifyEventService &service, const std::shared_ptr<ModelIndex> &empty)>;
+    WatchRig(std::shared_ptr<ModelIndex> emptyIndex, InotifyOptions options, double latency,
+             const Crawl &crawl)
+        : index(std::move(emptyIndex)), receiver_(index), service_(std::move(options))
     {
-        index->update(index->root());
         FSEventStreamService::Request request;
         request.callback = receiver_.callback();
         request.paths = {index->root()};
         request.latency = latency;
         request.flags = 0x4;
         request.items = index;
+        request.armed = crawl(service_, index);
         stream_ = service_.create(std::move(request));
         stream_->setDispatchQueue(queue_);
         stream_->start();

@@ -1,9 +1,11 @@
+#include "platform/linux/watching/FolderProbe.h"
 #include "tests/platform/WatchSupport.h"
 
 #include <gmock/gmock.h>
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -148,6 +150,7 @@ protected:
         return text != nullptr ? std::atoi(text) : 1;
     }
     void run(unsigned seed);
+    void runWithCrawl(unsigned seed);
     static void expectWatchesOnFoldersOnly(const ModelIndex &index, FSEventStream &stream,
                                            bool isPlenty);
 };
@@ -211,6 +214,79 @@ void WatchingRandomTest::run(unsigned seed)
         ASSERT_FALSE(HasFailure()) << "seed " << seed;
     }
     EXPECT_TRUE(rig.areIDsRising());
+}
+
+/// Lists and notes a folder and what is below it as a crawl does.
+void crawl(FSEventArming &arming, FSEventArming::Folder folder, const std::string &path,
+           ModelIndex &index)
+{
+    std::error_code error;
+    std::uint64_t items = 0;
+    for (fs::directory_iterator at(path, error), end; !error && at != end; at.increment(error)) {
+        const std::string item = at->path();
+        const auto type = at->symlink_status(error).type();
+        const std::string name = at->path().filename();
+        if (type != fs::file_type::directory) {
+            if (type == fs::file_type::not_found || !index.includesFile(name))
+                continue;
+            index.add(item);
+            items += itemHash(name);
+            continue;
+        }
+        const auto verdict = index.folder(item);
+        if (verdict != FSEventItemTest::Folder::skipped)
+            index.add(item);
+        if (verdict == FSEventItemTest::Folder::listed)
+            items += itemHash(name);
+        if (verdict == FSEventItemTest::Folder::entered) {
+            const FolderStamp stamp = probeFolder(item, false).stamp;
+            crawl(arming, arming.arm(folder, name, stamp), item, index);
+        }
+    }
+    if (items != 0)
+        arming.listed(folder, items);
+    if (error)
+        arming.notListed(folder);
+}
+
+/// The tree is old enough for stamps to be trusted, and then changes while it is crawled.
+void WatchingRandomTest::runWithCrawl(unsigned seed)
+{
+    const TemporaryFolder disk(GetParam().disk);
+    const std::string root = disk.makeFolder("root");
+    RandomUser user(root, disk.makeFolder("outside"), seed);
+    for (int i = 0; i < 500; ++i)
+        user.act();
+    const auto oldEnough = std::chrono::system_clock::now() + 200ms;
+    std::this_thread::sleep_until(oldEnough);
+    InotifyOptions options = GetParam().options;
+    options.wallClock = [] {
+        return std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch() +
+                                        1900ms)
+            .count();
+    };
+    std::jthread acting([&user](const std::stop_token &stop) {
+        for (int i = 0; i < 300 && !stop.stop_requested(); ++i)
+            user.act();
+    });
+    WatchRig rig(std::make_shared<ModelIndex>(root), options, WatchRig::LATENCY,
+                 [](InotifyEventService &service, const std::shared_ptr<ModelIndex> &index) {
+                     auto arming = service.beginArming(index);
+                     const auto folder = arming->armRoot(index->root());
+                     index->add(index->root());
+                     crawl(*arming, folder, index->root(), *index);
+                     return arming;
+                 });
+    acting.join();
+    rig.flush();
+    ASSERT_THAT(differences(*rig.index), testing::IsEmpty()) << "seed " << seed;
+    expectWatchesOnFoldersOnly(*rig.index, rig.stream(), GetParam().isPlenty);
+}
+
+TEST_P(WatchingRandomTest, losesNothingOfWhatHappensDuringACrawl)
+{
+    for (int i = 0; i < runs() && !HasFailure(); ++i)
+        runWithCrawl(static_cast<unsigned>(i));
 }
 
 TEST_P(WatchingRandomTest, losesNothing)

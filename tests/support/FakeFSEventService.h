@@ -86,7 +86,7 @@ private:
     public:
         explicit Arming(FakeFSEventService &service) : service_(service) {}
         Folder armRoot(const std::string &path) override { return arm(path == "/" ? "" : path); }
-        Folder arm(Folder parent, std::string_view name) override
+        Folder arm(Folder parent, std::string_view name, const FolderStamp &) override
         {
             std::string path;
             {
@@ -95,6 +95,7 @@ private:
             }
             return arm(path.append("/").append(name));
         }
+        void listed(Folder, std::uint64_t) override {}
         void notListed(Folder folder) override
         {
             const MutexLock lock(mutex_);

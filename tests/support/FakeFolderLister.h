@@ -57,6 +57,8 @@ public:
     std::set<std::string> silent;
     /// Called with each path to open, by the crawl's threads.
     std::function<void(const std::string &path)> onOpen;
+    /// The same when it is read for the first time.
+    std::function<void(const std::string &path)> onRead;
 
 private:
     class Folder final : public OpenFolder
@@ -71,6 +73,8 @@ private:
             batch.entries.clear();
             if (std::exchange(isRead_, true))
                 return false;
+            if (lister_.onRead)
+                lister_.onRead(path_);
             for (const std::string &name : names_)
                 batch.entries.push_back({name, true});
             return !names_.empty();
@@ -81,6 +85,7 @@ private:
             return lister_.open((path_ == "/" ? path_ : path_ + "/") + name, Wanted::subfolders,
                                 error);
         }
+        FolderStamp stamp() const override { return {1, std::hash<std::string>()(path_) | 1, 0}; }
 
     private:
         FakeFolderLister &lister_;

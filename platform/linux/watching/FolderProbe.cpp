@@ -3,6 +3,7 @@
 #include "platform/linux/DirectoryRecords.h"
 #include "platform/linux/FileSystemKind.h"
 #include "platform/linux/LongPath.h"
+#include "platform/linux/StatxStamp.h"
 
 #include <cerrno>
 #include <memory>
@@ -12,7 +13,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <sys/vfs.h>
 
 namespace quillon {
@@ -20,7 +20,6 @@ namespace quillon {
 namespace {
 
 constexpr std::size_t ROOM = std::size_t{64} * 1024;
-constexpr std::int64_t NANOSECONDS = 1'000'000'000;
 
 Listing failureOf(int error)
 {
@@ -48,14 +47,11 @@ FolderProbe probeFolder(const std::string &path, bool followsLink)
     // Attributes as the file system keeps them: a cached answer would hide a server's changes.
     const int flags =
         AT_NO_AUTOMOUNT | AT_STATX_SYNC_AS_STAT | (followsLink ? 0 : AT_SYMLINK_NOFOLLOW);
-    if (::statx(place->folder.get(), place->path, flags, STATX_TYPE | STATX_INO | STATX_CTIME,
-                &status) != 0)
+    if (::statx(place->folder.get(), place->path, flags, STATX_TYPE | STATX_STAMP, &status) != 0)
         return {};
     if (!S_ISDIR(status.stx_mode))
         return {FolderLister::Kind::other, {}};
-    return {FolderLister::Kind::folder,
-            {::makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino,
-             status.stx_ctime.tv_sec * NANOSECONDS + status.stx_ctime.tv_nsec}};
+    return {FolderLister::Kind::folder, stampOf(status)};
 }
 
 Listing listFolder(const std::string &path, bool followsLink,

@@ -1,27 +1,13 @@
 #pragma once
 
 #include "platform/FolderLister.h"
+#include "platform/FolderStamp.h"
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 
 namespace quillon {
-
-/// What tells that a folder is still the same one and that nothing has come to or gone from it.
-struct FolderStamp
-{
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    /// Nanoseconds since 1970 by the file system's clock.
-    std::int64_t changed = 0;
-
-    bool isSameFolder(const FolderStamp &other) const
-    {
-        return device == other.device && inode == other.inode;
-    }
-};
 
 /// What stands at a path.
 struct FolderProbe

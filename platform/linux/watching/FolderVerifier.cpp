@@ -2,11 +2,10 @@
 
 #include "platform/FSEventStream.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <functional>
 #include <set>
-#include <system_error>
 #include <utility>
 
 namespace quillon {
@@ -26,7 +25,7 @@ FolderVerifier::FolderVerifier(WatchedFolders &folders, const FSEventItemTest &i
 void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flags)
 {
     const std::string path = tree_.path(parent, name);
-    const Border border = borderAt(parent, name, path);
+    const Border border = borderAt(parent, name);
     if (border == Border::remote) {
         verifyRemote(parent, name, path);
         return;
@@ -128,6 +127,75 @@ bool FolderVerifier::lookAt(Id id)
     return !hasChanged(id, found) || isStill(id, path, found);
 }
 
+WatchTree::Id FolderVerifier::enter(Id parent, std::string_view name, const CrawlNotes::Note &note)
+{
+    if (!tree_.isLive(parent))
+        return WatchTree::NONE;
+    if (const Id known = tree_.find(parent, name); known != WatchTree::NONE)
+        return known;
+    const Border border = note.isBorder ? Border::remote : borderAt(parent, name);
+    const Id id = tree_.add(parent, name);
+    if (border == Border::none) {
+        folders_.recordListed({id, note.stamp, note.items});
+        return id;
+    }
+    const std::string path = tree_.path(id);
+    if (note.isBorder)
+        folders_.recordClosed(id, {});
+    else
+        close(id, border, path,
+              border == Border::remote ? FolderStamp() : probeFolder(path, false).stamp);
+    return WatchTree::NONE;
+}
+
+void FolderVerifier::armListed()
+{
+    std::vector<WatchedFolders::Listed> listed = folders_.takeListed();
+    if (tree_.watches() + listed.size() > folders_.budget())
+        std::ranges::stable_sort(listed, {},
+                                 [this](const auto &one) { return tree_.depth(one.id); });
+    std::vector<Id> others;
+    const bool wasReconciling = std::exchange(isReconciling_, true);
+    for (const auto &one : listed) {
+        if (!hooks_.goesOn())
+            return;
+        if (tree_.isLive(one.id) && !armOne(one))
+            others.push_back(one.id);
+    }
+    isReconciling_ = wasReconciling;
+    reconcilePending();
+    crawledItems_.clear();
+    verifyEach(others);
+}
+
+/// False when there is no folder any more.
+bool FolderVerifier::armOne(const WatchedFolders::Listed &listed)
+{
+    const bool isReserved = folders_.reserve();
+    if (!isReserved && listed.stamp.isKnown()) {
+        folders_.recordUnwatched(listed);
+        return true;
+    }
+    const std::string path = tree_.path(listed.id);
+    Sighting seen = folders_.sight(path, false, isReserved);
+    if (seen.watch != WatchTree::NO_WATCH)
+        seen.probe = probeFolder(path, false);
+    if (!seen.probe.isFolder()) {
+        folders_.settle(isReserved, seen);
+        folders_.discard(seen);
+        return false;
+    }
+    folders_.record(listed.id, seen, isReserved);
+    // Another folder in its place has another stamp, as have those below it.
+    const FolderStamp &now = seen.probe.stamp;
+    const bool isSame = !listed.stamp.isKnown() || listed.stamp == now;
+    if (!isSame || !folders_.isTrusted(now)) {
+        pending_.push_back(listed.id);
+        crawledItems_[listed.id] = listed.items;
+    }
+    return true;
+}
+
 void FolderVerifier::armInOrder(const std::vector<Id> &ids)
 {
     std::vector<Id> others;
@@ -143,23 +211,25 @@ void FolderVerifier::armInOrder(const std::vector<Id> &ids)
     }
     isReconciling_ = wasReconciling;
     reconcilePending();
-    for (const Id id : others)
+    verifyEach(others);
+}
+
+void FolderVerifier::verifyEach(const std::vector<Id> &ids)
+{
+    for (const Id id : ids)
         if (tree_.isLive(id) && !tree_.isRoot(id))
             verify(tree_.parent(id), std::string(tree_.name(id)));
 }
 
 // New folders
 
-FolderVerifier::Border FolderVerifier::borderAt(Id parent, std::string_view name,
-                                                const std::string &path) const
+FolderVerifier::Border FolderVerifier::borderAt(Id parent, std::string_view name) const
 {
     if (mounts_ == nullptr || !mounts_->mayBeMountPoint(name))
         return Border::none;
-    std::error_code error;
-    const auto above = std::filesystem::canonical(tree_.path(parent), error);
-    if (!error && mounts_->isRemoteMountPoint(above / name))
+    if (mounts_->isRemoteMountPoint(tree_.path(parent), name))
         return Border::remote;
-    return isOnPseudoFileSystem(path) ? Border::pseudo : Border::none;
+    return isOnPseudoFileSystem(tree_.path(parent, name)) ? Border::pseudo : Border::none;
 }
 
 void FolderVerifier::close(Id id, Border border, const std::string &path, const FolderStamp &stamp)
@@ -219,13 +289,13 @@ void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
     if (since && probeFolder(path, tree_.isRoot(id)).stamp.changed >= *since)
         changes_.add(path, ChangeLog::Found::folder);
     if (auto *known = folders_.unwatched(id))
-        known->files = content.files;
+        known->items = content.items;
     for (const std::string &name : content.folders) {
         // A folder that changes while it is read may name an entry twice.
         if (tree_.find(id, name) != WatchTree::NONE)
             continue;
         const std::string childPath = tree_.path(id, name);
-        if (const Border border = borderAt(id, name, childPath); border != Border::none)
+        if (const Border border = borderAt(id, name); border != Border::none)
             close(tree_.add(id, name), border, childPath,
                   border == Border::remote ? FolderStamp() : probeFolder(childPath, false).stamp);
         else if (const Id child = admit(id, name, childPath); child != WatchTree::NONE)
@@ -244,7 +314,7 @@ Listing FolderVerifier::list(Id id, const std::string &path, Content &content) c
                 content.folders.emplace_back(entry.name);
         }
         if (counts)
-            content.files += std::hash<std::string_view>()(entry.name);
+            content.items += itemHash(entry.name);
     });
 }
 
@@ -300,14 +370,24 @@ void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
         verify(id, name, flags);
 
     auto *known = folders_.unwatched(id);
-    if (known == nullptr || flags != 0 || known->files != content.files ||
-        changes_.wasToldLately(path))
+    const auto itemsBefore = known != nullptr ? known->items : takeCrawledItems(id);
+    if (flags != 0 || itemsBefore != content.items || changes_.wasToldLately(path))
         changes_.add(path, ChangeLog::Found::folder, flags);
     if (known != nullptr) {
         known->stamp = before.probe.stamp;
         known->isTrusted = before.isTrusted;
-        known->files = content.files;
+        known->items = content.items;
     }
+}
+
+std::optional<std::uint64_t> FolderVerifier::takeCrawledItems(Id id)
+{
+    const auto found = crawledItems_.find(id);
+    if (found == crawledItems_.end())
+        return std::nullopt;
+    const std::uint64_t items = found->second;
+    crawledItems_.erase(found);
+    return items;
 }
 
 std::vector<WatchTree::Id> FolderVerifier::takeUnlisted()

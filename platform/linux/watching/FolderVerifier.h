@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/watching/ChangeLog.h"
+#include "platform/linux/watching/CrawlNotes.h"
 #include "platform/linux/watching/MountTable.h"
 #include "platform/linux/watching/WatchedFolders.h"
 
@@ -10,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -37,15 +39,6 @@ public:
     FolderVerifier(WatchedFolders &folders, const FSEventItemTest &items, ChangeLog &changes,
                    const MountTable *mounts, Hooks hooks);
 
-    /// What begins at a path in a folder of the tree.
-    enum class Border
-    {
-        none,
-        remote,
-        pseudo,
-    };
-    Border borderAt(Id parent, std::string_view name, const std::string &path) const;
-
     /// Looks at one name in a folder.
     void verify(Id parent, std::string_view name, std::uint32_t flags = 0);
     /// Lists a folder that has changed and looks at all of its names.
@@ -53,6 +46,12 @@ public:
     /// Looks at an unwatched folder, and lists it when its stamp has changed. False when it is not
     /// there any more, or is another one.
     bool lookAt(Id id);
+    /// Enters a folder that a crawl has noted; armListed() then arms it. NONE when nothing below it
+    /// is entered.
+    Id enter(Id parent, std::string_view name, const CrawlNotes::Note &note);
+    /// Arms the folders that a crawl has listed, as far as the budget goes, and lists those again
+    /// that have changed since.
+    void armListed();
     /// Arms unwatched folders one after the other, as far as the budget goes, and only then lists
     /// those that have changed.
     void armInOrder(const std::vector<Id> &ids);
@@ -68,21 +67,33 @@ public:
     std::vector<Id> takeUnlisted();
 
 private:
+    /// What begins at a path in a folder of the tree.
+    enum class Border
+    {
+        none,
+        remote,
+        pseudo,
+    };
     /// What is in a folder, as far as it counts.
     struct Content
     {
         std::vector<std::string> folders;
-        std::uint64_t files = 0;
+        /// The sum of itemHash() over the items.
+        std::uint64_t items = 0;
     };
 
+    Border borderAt(Id parent, std::string_view name) const;
     Listing list(Id id, const std::string &path, Content &content) const;
     void adoptChildren(Id id, std::deque<Id> &adopted, std::optional<std::int64_t> since);
     Id admit(Id parent, std::string_view name, const std::string &path);
     void close(Id id, Border border, const std::string &path, const FolderStamp &stamp);
     void verifyRemote(Id parent, std::string_view name, const std::string &path);
     bool hasChanged(Id id, const FolderProbe &found) const;
+    void verifyEach(const std::vector<Id> &ids);
+    bool armOne(const WatchedFolders::Listed &listed);
     void reconcileOne(Id id, std::uint32_t flags);
     void reconcilePending();
+    std::optional<std::uint64_t> takeCrawledItems(Id id);
 
     WatchedFolders &folders_;
     WatchTree &tree_;
@@ -93,6 +104,8 @@ private:
     const Hooks hooks_;
     /// To be listed.
     std::vector<Id> pending_;
+    /// Of those among them that a crawl has listed.
+    std::unordered_map<Id, std::uint64_t> crawledItems_;
     std::vector<Id> unlisted_;
     bool isReconciling_ = false;
 };

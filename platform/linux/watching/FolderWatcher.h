@@ -54,8 +54,9 @@ public:
     bool startThread();
 
     Folder armRoot(const std::string &path) EXCLUDES(mutex_);
-    Folder arm(Folder parent, std::string_view name) EXCLUDES(mutex_);
-    void notListed(Folder folder) EXCLUDES(mutex_);
+    Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp);
+    void listed(Folder folder, std::uint64_t items);
+    void notListed(Folder folder);
 
     /// Nothing is armed from outside any more; from now on changes are delivered.
     void watch(Stream stream) EXCLUDES(mutex_);
@@ -96,6 +97,7 @@ private:
     void followOrders() REQUIRES(mutex_);
     void deliver() REQUIRES(mutex_);
     void publish() REQUIRES(mutex_);
+    void publishCounts() REQUIRES(mutex_);
     void reportShortage() REQUIRES(mutex_);
     bool goesOn() NO_THREAD_SAFETY_ANALYSIS; // called from within turn()
     void end() EXCLUDES(mutex_);
@@ -103,8 +105,6 @@ private:
 
     std::shared_ptr<FolderWatcher> remoteOrNew() EXCLUDES(mailMutex_);
     void orderRoot(const std::string &path, bool hasCome) EXCLUDES(mailMutex_);
-    Folder armBorder(FolderVerifier::Border border, Folder parent, std::string_view name,
-                     const std::string &path) EXCLUDES(mutex_);
 
     const std::shared_ptr<const FSEventItemTest> items_;
     const InotifyOptions options_;
@@ -114,6 +114,9 @@ private:
     const Descriptor mountInfo_;
     std::atomic<bool> stopping_ = false;
     FlushRequests flushes_;
+    CrawlNotes notes_;
+    /// Absent for remote folders.
+    std::optional<MountTable> mountsAtStart_;
 
     std::atomic<std::size_t> watched_ = 0;
     std::atomic<std::size_t> folders_ = 0;

@@ -3,8 +3,9 @@
 #include <filesystem>
 #include <system_error>
 
-// What the crawl's threads call. The lock is held to look at the tree and to enter a folder, not
-// while the file system is asked: that may take long, and the other threads are to go on.
+// What the crawl's threads call. A root is armed at once. The folders below are only noted, which
+// takes no call into the file system: arming them is the thread's own work, once the crawl has
+// ended and somebody can already search what it has found.
 
 namespace quillon {
 
@@ -40,76 +41,47 @@ FolderWatcher::Folder FolderWatcher::armRoot(const std::string &path)
     const Folder root = core_->folders().tree().addRoot(path);
     core_->folders().record(root, seen, isReserved);
     core_->roots().add(path, root);
-    return root;
+    return notes_.addRoot(path, root);
 }
 
-FolderWatcher::Folder FolderWatcher::arm(Folder parent, std::string_view name)
+FolderWatcher::Folder FolderWatcher::arm(Folder parent, std::string_view name,
+                                         const FolderStamp &stamp)
 {
-    if (parent == WatchTree::NONE)
-        return WatchTree::NONE;
+    if (parent == CrawlNotes::NONE)
+        return parent;
     if ((parent & REMOTE) != 0) {
         const auto other = remote();
-        const Folder folder = other ? other->arm(parent & ~REMOTE, name) : WatchTree::NONE;
-        return folder == WatchTree::NONE ? folder : folder | REMOTE;
+        const Folder folder = other ? other->arm(parent & ~REMOTE, name, stamp) : CrawlNotes::NONE;
+        return folder == CrawlNotes::NONE ? folder : folder | REMOTE;
     }
-    std::shared_ptr<InotifyQueue> queue;
-    std::string path;
-    bool isReserved = false;
-    auto border = FolderVerifier::Border::none;
-    {
-        const MutexLock lock(mutex_);
-        if (!core_ || stream_)
-            return WatchTree::NONE;
-        WatchTree &tree = core_->folders().tree();
-        if (const Folder known = tree.find(parent, name); known != WatchTree::NONE)
-            return known;
-        queue = queue_;
-        path = tree.path(parent, name);
-        border = core_->verifier().borderAt(parent, name, path);
-        isReserved = border == FolderVerifier::Border::none && core_->folders().reserve();
-    }
-    if (border != FolderVerifier::Border::none)
-        return armBorder(border, parent, name, path);
-    const Sighting seen = sightFolder(*queue, wallClock_, path, false, isReserved);
-    const MutexLock lock(mutex_);
-    if (!core_)
-        return WatchTree::NONE;
-    if (stream_ || seen.isGone()) {
-        core_->folders().settle(isReserved, seen);
-        core_->folders().discard(seen);
-        return WatchTree::NONE;
-    }
-    const Folder folder = core_->folders().tree().add(parent, name);
-    core_->folders().record(folder, seen, isReserved);
-    return folder;
+    if (!mountsAtStart_ || !mountsAtStart_->mayBeMountPoint(name))
+        return notes_.add(parent, name, stamp, false);
+    const std::string above = notes_.path(parent);
+    const bool isRemote = mountsAtStart_->isRemoteMountPoint(above, name);
+    const Folder folder = notes_.add(parent, name, stamp, isRemote);
+    if (!isRemote || folder == CrawlNotes::NONE)
+        return folder;
+    return remoteOrNew()->armRoot(notes_.path(folder)) | REMOTE;
 }
 
-FolderWatcher::Folder FolderWatcher::armBorder(FolderVerifier::Border border, Folder parent,
-                                               std::string_view name, const std::string &path)
+void FolderWatcher::listed(Folder folder, std::uint64_t items)
 {
-    const bool isRemote = border == FolderVerifier::Border::remote;
-    {
-        const MutexLock lock(mutex_);
-        if (!core_ || stream_)
-            return WatchTree::NONE;
-        core_->folders().recordClosed(core_->folders().tree().add(parent, name),
-                                      isRemote ? FolderStamp() : probeFolder(path, false).stamp);
-    }
-    return isRemote ? remoteOrNew()->armRoot(path) | REMOTE : WatchTree::NONE;
+    if (folder == CrawlNotes::NONE)
+        return;
+    if ((folder & REMOTE) == 0)
+        notes_.addItems(folder, items);
+    else if (const auto other = remote())
+        other->listed(folder & ~REMOTE, items);
 }
 
 void FolderWatcher::notListed(Folder folder)
 {
-    if (folder == WatchTree::NONE)
+    if (folder == CrawlNotes::NONE)
         return;
-    if ((folder & REMOTE) != 0) {
-        if (const auto other = remote())
-            other->notListed(folder & ~REMOTE);
-        return;
-    }
-    const MutexLock lock(mutex_);
-    if (core_ && !stream_)
-        core_->notListed(folder);
+    if ((folder & REMOTE) == 0)
+        notes_.addNotListed(folder);
+    else if (const auto other = remote())
+        other->notListed(folder & ~REMOTE);
 }
 
 } // namespace quillon

@@ -30,10 +30,17 @@ FSEventArming::Folder InotifyArming::armRoot(const std::string &path)
     return watcher->armRoot(path);
 }
 
-FSEventArming::Folder InotifyArming::arm(Folder parent, std::string_view name)
+FSEventArming::Folder InotifyArming::arm(Folder parent, std::string_view name,
+                                         const FolderStamp &stamp)
 {
     const auto watcher = watcher_;
-    return watcher->arm(parent, name);
+    return watcher->arm(parent, name, stamp);
+}
+
+void InotifyArming::listed(Folder folder, std::uint64_t items)
+{
+    const auto watcher = watcher_;
+    watcher->listed(folder, items);
 }
 
 void InotifyArming::notListed(Folder folder)

@@ -18,7 +18,8 @@ public:
     ~InotifyArming() override;
 
     Folder armRoot(const std::string &path) override;
-    Folder arm(Folder parent, std::string_view name) override;
+    Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) override;
+    void listed(Folder folder, std::uint64_t items) override;
     void notListed(Folder folder) override;
 
     /// The watcher, for the stream that takes this over; null when one has before.

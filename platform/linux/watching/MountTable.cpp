@@ -1,7 +1,9 @@
 #include "platform/linux/watching/MountTable.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
+#include <system_error>
 #include <utility>
 
 namespace quillon {
@@ -46,6 +48,13 @@ bool MountTable::isRemoteMountPoint(const std::string &path) const
 {
     const auto found = types_.find(path);
     return found != types_.end() && isRemote_(found->second);
+}
+
+bool MountTable::isRemoteMountPoint(const std::string &folder, std::string_view name) const
+{
+    std::error_code error;
+    const auto real = std::filesystem::canonical(folder, error);
+    return !error && isRemoteMountPoint(real / name);
 }
 
 bool MountTable::isRemote(std::string_view path) const

@@ -26,6 +26,8 @@ public:
     bool mayBeMountPoint(std::string_view name) const { return names_.contains(name); }
     /// Whether the path, free of links, is such a point.
     bool isRemoteMountPoint(const std::string &path) const;
+    /// The same for a name in a folder, whose path may have links in it.
+    bool isRemoteMountPoint(const std::string &folder, std::string_view name) const;
     /// Whether the path, free of links, is on a remote file system.
     bool isRemote(std::string_view path) const;
 

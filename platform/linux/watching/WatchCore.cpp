@@ -187,13 +187,19 @@ bool WatchCore::hasDirt() const
 // Flush
 
 void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t rootFlags,
-                            std::optional<std::int64_t> quietSince)
+                            std::optional<std::int64_t> quietSince, CrawlNotes &notes)
 {
     rootFlags_ = rootFlags;
     roots_.keepOnly(roots);
     for (const std::string &path : roots)
         roots_.add(path);
     roots_.check(verifier_, rootFlags_, quietSince);
+    notes.takeAll(
+        [this](Id parent, std::string_view name, const CrawlNotes::Note &note) {
+            return verifier_.enter(parent, name, note);
+        },
+        [this](Id id) { notListed_.push_back(id); });
+    verifier_.armListed();
     fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
     finish();
 }

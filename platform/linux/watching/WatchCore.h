@@ -50,7 +50,6 @@ public:
     WatchedFolders &folders() { return folders_; }
     const WatchedFolders &folders() const { return folders_; }
     WatchRoots &roots() { return roots_; }
-    const FolderVerifier &verifier() const { return verifier_; }
     const MountTable *mounts() const { return mounts_ ? &*mounts_ : nullptr; }
 
     /// Reads what has happened and marks it for the next flush.
@@ -58,14 +57,12 @@ public:
     /// The table of mounts has changed.
     void mountsChanged();
     void suspectRoots() { rootsSuspect_ = true; }
-    /// Could not be listed to its end by the crawl that armed it.
-    void notListed(Id id) { notListed_.push_back(id); }
     bool hasDirt() const;
 
-    /// To be called once, when all that was armed has been: forgets roots that are not wanted,
-    /// takes on those that are missing, and hands out the watches anew.
+    /// To be called once, when a crawl that came before has ended: forgets roots that are not
+    /// wanted, takes on those that are missing, and arms what the crawl has noted.
     void beginStream(const std::vector<std::string> &roots, std::uint32_t rootFlags,
-                     std::optional<std::int64_t> quietSince);
+                     std::optional<std::int64_t> quietSince, CrawlNotes &notes);
     /// Compares with the disk what was marked; looksEverywhere: and every folder without a watch.
     void flush(bool looksEverywhere);
     std::vector<ChangeLog::Change> takeChanges() { return changes_.take(Clock::now()); }

@@ -31,7 +31,7 @@ Sighting sightFolder(const InotifyQueue &queue, const WallClock &wallClock, cons
 }
 
 WatchedFolders::WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock)
-    : queue_(queue), wallClock_(std::move(wallClock)), budget_(budget)
+    : queue_(queue), wallClock_(std::move(wallClock)), madeAt_(wallClock_()), budget_(budget)
 {}
 
 bool WatchedFolders::reserve()
@@ -58,6 +58,16 @@ void WatchedFolders::settle(bool wasReserved, const Sighting &seen)
         refused_ = true;
         budget_ = tree_.watches();
     }
+}
+
+void WatchedFolders::recordUnwatched(const Listed &listed)
+{
+    unwatched_[listed.id] = {listed.stamp, isTrusted(listed.stamp), false, listed.items};
+}
+
+bool WatchedFolders::isTrusted(const FolderStamp &stamp) const
+{
+    return stamp.isKnown() && madeAt_ - stamp.changed > YOUNG;
 }
 
 void WatchedFolders::recordClosed(Id id, const FolderStamp &stamp)
@@ -138,7 +148,7 @@ bool WatchedFolders::takeRefused()
 
 std::size_t WatchedFolders::bytes() const
 {
-    return tree_.bytes() + dropped_.capacity() * sizeof(Id) +
+    return tree_.bytes() + dropped_.capacity() * sizeof(Id) + listed_.capacity() * sizeof(Listed) +
            unwatched_.size() * (sizeof(std::pair<Id, Unwatched>) + 2 * sizeof(void *));
 }
 

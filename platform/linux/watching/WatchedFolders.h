@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -48,8 +49,18 @@ public:
         bool isTrusted = false;
         /// Is not entered: what is mounted there is looked after elsewhere, or by nobody.
         bool isClosed = false;
-        /// A sum over the names of the files in it that count; absent when somebody else listed it.
-        std::optional<std::uint64_t> files;
+        /// The sum of itemHash() over its items; absent when nobody has listed it yet.
+        std::optional<std::uint64_t> items;
+    };
+
+    /// A folder that a crawl has listed and that has neither a watch nor an entry here yet.
+    struct Listed
+    {
+        Id id = WatchTree::NONE;
+        /// From before it was listed. Unknown where it was not.
+        FolderStamp stamp;
+        /// The sum of itemHash() over its items.
+        std::uint64_t items = 0;
     };
 
     WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock);
@@ -67,6 +78,14 @@ public:
     void record(Id id, const Sighting &seen, bool wasReserved);
     /// The same where nothing new is entered.
     void settle(bool wasReserved, const Sighting &seen);
+    /// Takes note of a folder that a crawl lists; takeListed() brings it up again.
+    void recordListed(const Listed &listed) { listed_.push_back(listed); }
+    /// In the order of the crawl. Some may have left the tree since.
+    std::vector<Listed> takeListed() { return std::exchange(listed_, {}); }
+    /// A folder without a watch, as a crawl found it.
+    void recordUnwatched(const Listed &listed);
+    /// Whether any change since the crawl began would show in a stamp.
+    bool isTrusted(const FolderStamp &stamp) const;
     /// A folder that is not entered.
     void recordClosed(Id id, const FolderStamp &stamp);
     /// Gives the watch of a sighting back if nobody owns it.
@@ -107,7 +126,9 @@ private:
     const WallClock wallClock_;
     WatchTree tree_;
     std::unordered_map<Id, Unwatched> unwatched_;
+    std::vector<Listed> listed_;
     std::vector<Id> dropped_;
+    const std::int64_t madeAt_;
     std::size_t budget_;
     std::size_t reserved_ = 0;
     bool refused_ = false;
