@@ -52,6 +52,7 @@ save_yourself = function(SM, "SmsSaveYourself", None, c_void_p, c_int, c_int, c_
 save_complete = function(SM, "SmsSaveComplete", None, c_void_p)
 die = function(SM, "SmsDie", None, c_void_p)
 clean_up = function(SM, "SmsCleanUp", None, c_void_p)
+connection_of = function(SM, "SmsGetIceConnection", c_void_p, c_void_p)
 listen = function(ICE, "IceListenForConnections", c_int, POINTER(c_int), POINTER(POINTER(c_void_p)),
                   c_int, c_char_p)
 addresses = function(ICE, "IceComposeNetworkIdList", c_char_p, c_int, POINTER(c_void_p))
@@ -68,8 +69,8 @@ class SessionManager:
 
     def __init__(self):
         self.properties = {}  # of all clients, by their names
-        self.joined = self.saved = 0
-        self._clients = []
+        self.saved = 0
+        self._clients = []  # as many as are in the session
         self._ending = []
         self._connections = {}
         self._callbacks = {name: kind(getattr(self, "_" + name, lambda *_: None))
@@ -93,6 +94,10 @@ class SessionManager:
                  if address.startswith("local/")]
         self.address = local[0]  # what clients find in SESSION_MANAGER
 
+    @property
+    def joined(self):
+        return len(self._clients)
+
     def step(self):
         """Answers what has arrived."""
         ready, _, _ = select.select([*self._listeners, *self._connections], [], [], 0.02)
@@ -102,8 +107,10 @@ class SessionManager:
                 connection = accept(self._listeners[number], byref(status))
                 self._connections[connection_number(connection)] = connection
             elif (end := process_messages(self._connections[number], None, None)) != 0:
-                del self._connections[number]
-                self.joined -= end == LOST  # without a word
+                connection = self._connections.pop(number)
+                if end == LOST:  # without a word, or after the last one
+                    self._clients = [client for client in self._clients
+                                     if connection_of(client) != connection]
 
     def log_out(self):
         """Asks every client to save itself and, once it has, to end."""
@@ -120,7 +127,6 @@ class SessionManager:
         return 1
 
     def _register_client(self, client, _data, _former):
-        self.joined += 1
         reply_to_registration(client, generate_id(client))
         save_yourself(client, SAVE_LOCAL, 0, INTERACT_NONE, 0)
         return 1
@@ -138,6 +144,5 @@ class SessionManager:
                 for i in range(found.count)]
 
     def _close_connection(self, client, *_):
-        self.joined -= 1
         self._clients.remove(client)
         clean_up(client)
