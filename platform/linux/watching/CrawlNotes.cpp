@@ -2,7 +2,6 @@
 
 #include "platform/Require.h"
 
-#include <algorithm>
 #include <limits>
 #include <utility>
 

@@ -47,6 +47,7 @@ public:
     Folder addRoot(const std::string &path, WatchTree::Id id);
     /// Notes a folder of another one. NONE when nothing is noted any more.
     Folder add(Folder parent, std::string_view name, const FolderStamp &stamp, bool isBorder);
+    /// The sum over the items of a folder that was listed.
     void addItems(Folder folder, std::uint64_t items);
     /// The folder could not be listed.
     void addNotListed(Folder folder);

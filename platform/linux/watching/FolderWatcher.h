@@ -22,9 +22,9 @@
 
 namespace quillon {
 
-/// A thread that watches folders: first those that a crawl arms, then as a stream. Folders on
-/// remote file systems are handed to another one of its kind, so that a server that does not answer
-/// holds up nothing else. Safe from every thread.
+/// A thread that watches folders, as a stream. A crawl that comes before notes here what it lists;
+/// the stream begins with that. Folders on remote file systems are handed to another one of its
+/// kind, so that a server that does not answer holds up nothing else. Safe from every thread.
 ///
 /// The thread holds it too and is never waited for.
 class FolderWatcher : public std::enable_shared_from_this<FolderWatcher>
