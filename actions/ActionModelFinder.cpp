@@ -1,7 +1,7 @@
 #include "actions/ActionModelFinder.h"
 
 #include "actions/ActionListJson.h"
-#include "platform/DefaultsStore.h"
+#include "base/DefaultsStore.h"
 #include "prefs/PreferenceKeys.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "actions/ActionRunner.h"
 
+#include "base/TaskQueue.h"
 #include "platform/Clipboard.h"
 #include "platform/FileManager.h"
-#include "platform/TaskQueue.h"
 #include "platform/Workspace.h"
 #include "prefs/Preferences.h"
 

@@ -2,8 +2,8 @@
 
 #include "actions/ActionModel.h"
 #include "actions/AppleScriptRunner.h"
-#include "core/SearchBaseResult.h"
 #include "platform/ProcessRunner.h"
+#include "results/SearchBaseResult.h"
 
 #include <cstdio>
 #include <string>

@@ -1,6 +1,6 @@
 #include "actions/AppleEvent.h"
 
-#include "platform/Require.h"
+#include "base/Require.h"
 
 #include <utility>
 

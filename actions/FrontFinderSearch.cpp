@@ -1,8 +1,8 @@
 #include "actions/FrontFinderSearch.h"
 
 #include "actions/AppleScriptRunner.h"
+#include "base/TaskQueue.h"
 #include "platform/FileManager.h"
-#include "platform/TaskQueue.h"
 #include "prefs/Preferences.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "matching/FrontItems.h"
-#include "platform/Mutex.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/panel/SearchPanelView.h"
-#include "platform/linux/ProgramEnd.h"
+#include "platform/linux/session/ProgramEnd.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,8 +1,8 @@
 #include "app/DesktopServices.h"
 
 #include "app/update/BuildSettings.h"
-#include "platform/linux/Deadline.h"
-#include "platform/linux/SessionHotKey.h"
+#include "platform/linux/bus/Deadline.h"
+#include "platform/linux/hotkey/SessionHotKey.h"
 #include "prefs/PreferenceKeys.h"
 
 #include <QThread>

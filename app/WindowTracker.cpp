@@ -1,7 +1,7 @@
 #include "app/WindowTracker.h"
 
-#include "platform/Require.h"
-#include "platform/TaskQueue.h"
+#include "base/Require.h"
+#include "base/TaskQueue.h"
 #include "platform/WindowSystem.h"
 
 #include <QEvent>

@@ -1,6 +1,10 @@
 // The Quillon application. A map of the code:
 //
-//   platform/          services of the desktop, abstract; platform/linux/ implements them
+//   base/              tools that know no system: locks, task queues, texts, values
+//   results/           the rows of an answer
+//   platform/          services of the system as interfaces; platform/linux/ implements them, a
+//                      room for each: disk, settings, watching, bus, applications, session,
+//                      windows, hotkey, filemanagers, updates
 //   prefs/             typed settings over the defaults store, bookmarks of the folders to search
 //   indexing/          what is indexed (SearchBaseFinder), what is skipped, the crawl, the watcher
 //   matching/          the tree of all paths, fuzzy scores and ranking, use counts
@@ -40,12 +44,12 @@
 
 #include "app/AppDelegate.h"
 #include "app/Translations.h"
-#include "platform/linux/ActivationToken.h"
-#include "platform/linux/BusRemoteControl.h"
-#include "platform/linux/BusRunningInstance.h"
-#include "platform/linux/PatientOutput.h"
-#include "platform/linux/ProgramEnd.h"
-#include "platform/linux/X11WindowSystem.h"
+#include "platform/linux/bus/ActivationToken.h"
+#include "platform/linux/bus/BusRunningInstance.h"
+#include "platform/linux/session/BusRemoteControl.h"
+#include "platform/linux/session/PatientOutput.h"
+#include "platform/linux/session/ProgramEnd.h"
+#include "platform/linux/windows/X11WindowSystem.h"
 
 #include <QApplication>
 #include <QIcon>

@@ -3,13 +3,13 @@
 // updated again, and moved out. Prints the time of each step on the main queue, and of the whole
 // update.
 
+#include "base/InlineTaskQueue.h"
 #include "bench/Corpus.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
-#include "platform/InlineTaskQueue.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/PosixFolderLister.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 
 #include <algorithm>
 #include <charconv>

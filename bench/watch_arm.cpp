@@ -1,9 +1,9 @@
 // Crawls FOLDER again and again, alone and for a stream that watches it afterwards, and tells the
 // medians, their ratio, how long the watches take then and the memory that they take here.
 
+#include "base/SerialTaskQueue.h"
 #include "indexing/Crawler.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/SerialTaskQueue.h"
+#include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/watching/FolderWatcher.h"
 #include "platform/linux/watching/InotifyEventStream.h"
 

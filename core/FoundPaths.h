@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "indexing/CrawlSink.h"
-#include "platform/Mutex.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "core/SearchBasePaths.h"
 #include "indexing/NameKinds.h"
 #include "indexing/SkipRules.h"
 #include "platform/FSEventStream.h"
-#include "platform/Mutex.h"
 
 #include <memory>
 #include <string>

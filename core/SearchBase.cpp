@@ -1,5 +1,7 @@
 #include "core/SearchBase.h"
 
+#include "base/PathText.h"
+#include "base/TaskQueue.h"
 #include "core/IndexSink.h"
 #include "core/IndexUpdate.h"
 #include "core/IndexedItems.h"
@@ -7,8 +9,6 @@
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 #include "matching/FrontItems.h"
-#include "platform/PathText.h"
-#include "platform/TaskQueue.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "core/SearchBasePaths.h"
-#include "core/SearchBaseResult.h"
 #include "indexing/SearchBaseIgnorePaths.h"
 #include "indexing/SearchBaseWatcher.h"
 #include "matching/FuzzyMatch.h"
-#include "platform/Mutex.h"
+#include "results/SearchBaseResult.h"
 
 #include <chrono>
 #include <cstddef>

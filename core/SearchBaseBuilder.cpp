@@ -1,8 +1,8 @@
 #include "core/SearchBaseBuilder.h"
 
+#include "base/TaskQueue.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
-#include "platform/TaskQueue.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "core/StringPathParent.h"
 
-#include "platform/PathText.h"
+#include "base/PathText.h"
 
 namespace quillon {
 

@@ -1,11 +1,11 @@
 #include "ctl/CommandLine.h"
 
+#include "base/PathText.h"
 #include "ctl/CrawlCommand.h"
 #include "ctl/FindCommand.h"
 #include "ctl/MatchCommand.h"
 #include "ctl/Output.h"
 #include "ctl/WatchCommand.h"
-#include "platform/PathText.h"
 
 #include <CLI/CLI.hpp>
 

@@ -7,7 +7,7 @@
 #include "indexing/SearchBaseFinder.h"
 #include "matching/FuzzyMatchResult.h"
 #include "matching/PathIndex.h"
-#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/disk/PosixFolderLister.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,5 +1,7 @@
 #include "ctl/FindCommand.h"
 
+#include "base/InlineTaskQueue.h"
+#include "base/JsonValues.h"
 #include "core/SearchBase.h"
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"
@@ -8,13 +10,11 @@
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 #include "matching/RecentAccessScore.h"
-#include "platform/InlineTaskQueue.h"
-#include "platform/JsonValues.h"
-#include "platform/PatientFolders.h"
-#include "platform/linux/BusRunningInstance.h"
-#include "platform/linux/JsonDefaultsStore.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/bus/BusRunningInstance.h"
+#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/PosixFolderLister.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
+#include "platform/linux/settings/JsonDefaultsStore.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,11 +1,11 @@
 #include "ctl/MatchCommand.h"
 
+#include "base/JsonValues.h"
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"
 #include "ctl/RecordReader.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
-#include "platform/JsonValues.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -2,8 +2,8 @@
 
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"
-#include "platform/PatientFolders.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 
 #include <utility>
 

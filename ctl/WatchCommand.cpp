@@ -1,5 +1,7 @@
 #include "ctl/WatchCommand.h"
 
+#include "base/InlineTaskQueue.h"
+#include "base/SerialTaskQueue.h"
 #include "core/SearchBase.h"
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"
@@ -7,12 +9,10 @@
 #include "ctl/ReadableFolders.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
-#include "platform/InlineTaskQueue.h"
-#include "platform/PatientFolders.h"
-#include "platform/linux/JsonDefaultsStore.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/SerialTaskQueue.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/PosixFolderLister.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
+#include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/watching/InotifyEventService.h"
 
 #include <cstdio>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "indexing/CrawlSink.h"
 #include "indexing/CrawlWorker.h"
 #include "indexing/Crawler.h"
 #include "indexing/NameKinds.h"
-#include "platform/Mutex.h"
 
 #include <atomic>
 #include <chrono>

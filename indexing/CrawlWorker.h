@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "indexing/CrawlStack.h"
 #include "platform/FolderLister.h"
-#include "platform/Mutex.h"
 
 #include <atomic>
 #include <cstdint>

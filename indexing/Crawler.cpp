@@ -1,7 +1,7 @@
 #include "indexing/Crawler.h"
 
+#include "base/PathText.h"
 #include "indexing/CrawlTeam.h"
-#include "platform/PathText.h"
 
 #include <utility>
 

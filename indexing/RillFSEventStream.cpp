@@ -1,6 +1,6 @@
 #include "indexing/RillFSEventStream.h"
 
-#include "platform/Require.h"
+#include "base/Require.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "indexing/RillFSEvents.h"
 
-#include "platform/Mutex.h"
+#include "base/Mutex.h"
 
 #include <array>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "indexing/SkipRules.h"
-#include "platform/Mutex.h"
 
 #include <memory>
 #include <string_view>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "indexing/Coalesce.h"
 #include "indexing/RillFSEventStream.h"
-#include "platform/Mutex.h"
 
 #include <chrono>
 #include <memory>

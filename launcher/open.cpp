@@ -2,8 +2,8 @@
 // stands in a folder of Quillon's own, first on the PATH of what "Open Application" runs.
 
 #include "launcher/OpenCommand.h"
-#include "platform/linux/GioApplicationLauncher.h"
-#include "platform/linux/GioWorkspace.h"
+#include "platform/linux/applications/GioApplicationLauncher.h"
+#include "platform/linux/applications/GioWorkspace.h"
 
 #include <cstdio>
 #include <string>

@@ -3,9 +3,9 @@
 // runs. The map of the code stands in app/main.cpp.
 
 #include "launcher/StartCommand.h"
-#include "platform/linux/ActivationToken.h"
-#include "platform/linux/BusRunningInstance.h"
-#include "platform/linux/OwnPrograms.h"
+#include "platform/linux/bus/ActivationToken.h"
+#include "platform/linux/bus/BusRunningInstance.h"
+#include "platform/linux/bus/OwnPrograms.h"
 
 #include <cstdio>
 

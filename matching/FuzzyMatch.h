@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/SearchBaseResult.h"
 #include "matching/FuzzyMatchResult.h"
 #include "matching/PathIndex.h"
+#include "results/SearchBaseResult.h"
 
 #include <memory>
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/SearchBaseResult.h"
+#include "results/SearchBaseResult.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "matching/Highlights.h"
 
-#include "platform/Utf8.h"
+#include "base/Utf8.h"
 
 #include <QChar>
 

@@ -1,6 +1,6 @@
 #include "matching/PathTree.h"
 
-#include "platform/Require.h"
+#include "base/Require.h"
 
 #include <algorithm>
 #include <bit>

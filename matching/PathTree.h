@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/ChildTable.h"
+#include "base/NameArena.h"
 #include "matching/ByteClasses.h"
-#include "platform/ChildTable.h"
-#include "platform/NameArena.h"
 
 #include <array>
 #include <atomic>

@@ -1,6 +1,6 @@
 #include "matching/RecentAccessScore.h"
 
-#include "platform/Require.h"
+#include "base/Require.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/SearchBaseResult.h"
-#include "platform/DefaultsStore.h"
-#include "platform/Mutex.h"
+#include "base/DefaultsStore.h"
+#include "base/Mutex.h"
+#include "results/SearchBaseResult.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "matching/UnitScorer.h"
 
+#include "base/Require.h"
 #include "matching/FuzzyScore.h"
-#include "platform/Require.h"
 
 #include <algorithm>
 #include <cmath>

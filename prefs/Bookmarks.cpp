@@ -1,7 +1,7 @@
 #include "prefs/Bookmarks.h"
 
+#include "base/PathText.h"
 #include "platform/FolderIdentity.h"
-#include "platform/PathText.h"
 
 #include <charconv>
 #include <set>

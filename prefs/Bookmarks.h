@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
-#include "platform/Mutex.h"
+#include "base/DefaultsStore.h"
+#include "base/Mutex.h"
 
 #include <cstdio>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "prefs/Preferences.h"
 
-#include "platform/DefaultsStore.h"
-#include "platform/Require.h"
+#include "base/DefaultsStore.h"
+#include "base/Require.h"
 #include "prefs/PreferenceKeys.h"
 
 #include <algorithm>

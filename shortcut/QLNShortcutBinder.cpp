@@ -1,6 +1,6 @@
 #include "shortcut/QLNShortcutBinder.h"
 
-#include "platform/Require.h"
+#include "base/Require.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "shortcut/QLNShortcutValidator.h"
 

@@ -1,7 +1,7 @@
 #include "shortcut/QLNShortcutMonitor.h"
 
+#include "base/DefaultsStore.h"
 #include "platform/DefaultsChanges.h"
-#include "platform/DefaultsStore.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcut/QLNDictionaryTransformer.h"
 

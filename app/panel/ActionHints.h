@@ -2,7 +2,7 @@
 
 #include "actions/ActionModel.h"
 #include "app/panel/PanelFooter.h"
-#include "core/SearchBaseResult.h"
+#include "results/SearchBaseResult.h"
 
 #include <vector>
 

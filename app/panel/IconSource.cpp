@@ -1,6 +1,6 @@
 #include "app/panel/IconSource.h"
 
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 #include "platform/Workspace.h"
 
 #include <QFileInfo>

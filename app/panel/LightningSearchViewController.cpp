@@ -12,7 +12,7 @@
 #include "app/panel/SearchResultsTable.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 
 #include <QContextMenuEvent>
 #include <QGuiApplication>

@@ -3,7 +3,7 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
 #include "app/widgets/PanelButton.h"
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -3,9 +3,9 @@
 #include "app/setup/ElidedLabel.h"
 #include "app/setup/ProgressIndicator.h"
 #include "app/widgets/PanelButton.h"
+#include "base/DefaultsStore.h"
+#include "base/TaskQueue.h"
 #include "core/SearchBase.h"
-#include "platform/DefaultsStore.h"
-#include "platform/TaskQueue.h"
 
 #include <QHBoxLayout>
 #include <QLocale>

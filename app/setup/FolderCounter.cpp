@@ -1,8 +1,8 @@
 #include "app/setup/FolderCounter.h"
 
+#include "base/TaskQueue.h"
 #include "indexing/Crawler.h"
 #include "indexing/SearchBaseFinder.h"
-#include "platform/TaskQueue.h"
 
 #include <algorithm>
 #include <atomic>

@@ -5,10 +5,10 @@
 #include "app/widgets/FormNote.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/QLNShortcutView.h"
+#include "base/TaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
 #include "platform/Clipboard.h"
 #include "platform/HotKey.h"
-#include "platform/TaskQueue.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 

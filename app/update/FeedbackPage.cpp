@@ -1,7 +1,7 @@
 #include "app/update/FeedbackPage.h"
 
 #include "actions/ActionModelFinder.h"
-#include "platform/DefaultsStore.h"
+#include "base/DefaultsStore.h"
 #include "prefs/PreferenceKeys.h"
 #include "prefs/Preferences.h"
 

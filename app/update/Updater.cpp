@@ -1,7 +1,7 @@
 #include "app/update/Updater.h"
 
 #include "app/update/UpdateNotices.h"
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 #include "platform/Workspace.h"
 #include "prefs/Preferences.h"
 

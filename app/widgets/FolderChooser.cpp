@@ -1,6 +1,6 @@
 #include "app/widgets/FolderChooser.h"
 
-#include "platform/PathText.h"
+#include "base/PathText.h"
 
 #include <QAbstractItemView>
 #include <QFile>

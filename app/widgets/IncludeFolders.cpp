@@ -1,11 +1,11 @@
 #include "app/widgets/IncludeFolders.h"
 
+#include "base/TaskQueue.h"
 #include "indexing/NameKinds.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SkipRules.h"
 #include "platform/FolderIdentity.h"
 #include "platform/FolderLister.h"
-#include "platform/TaskQueue.h"
 
 #include <QPointer>
 #include <QStringList>

@@ -1,6 +1,6 @@
 #include "actions/ActionModelFinder.h"
 
-#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/settings/JsonDefaultsStore.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"
 

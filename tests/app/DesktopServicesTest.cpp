@@ -1,10 +1,10 @@
-#include "platform/linux/ActivationToken.h"
-#include "platform/linux/BusRemoteControl.h"
-#include "platform/linux/BusRunningInstance.h"
-#include "platform/linux/GioWorkspace.h"
-#include "platform/linux/PatientOutput.h"
-#include "platform/linux/PortalAppearance.h"
-#include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/applications/GioWorkspace.h"
+#include "platform/linux/bus/ActivationToken.h"
+#include "platform/linux/bus/BusRunningInstance.h"
+#include "platform/linux/session/BusRemoteControl.h"
+#include "platform/linux/session/PatientOutput.h"
+#include "platform/linux/session/PortalAppearance.h"
+#include "platform/linux/session/QtTaskQueues.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDBusConnection>

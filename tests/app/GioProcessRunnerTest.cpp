@@ -1,4 +1,4 @@
-#include "platform/linux/GioProcessRunner.h"
+#include "platform/linux/applications/GioProcessRunner.h"
 
 #include "tests/support/TemporaryFolder.h"
 

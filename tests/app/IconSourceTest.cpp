@@ -2,7 +2,7 @@
 
 #include "app/panel/SearchPanelView.h"
 #include "app/panel/SearchResultsTable.h"
-#include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/session/QtTaskQueues.h"
 #include "tests/support/FakeWorkspace.h"
 
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "platform/linux/PortalHotKey.h"
+#include "platform/linux/hotkey/PortalHotKey.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>

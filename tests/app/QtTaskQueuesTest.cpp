@@ -1,4 +1,4 @@
-#include "platform/linux/QtTaskQueues.h"
+#include "platform/linux/session/QtTaskQueues.h"
 
 #include <QCoreApplication>
 

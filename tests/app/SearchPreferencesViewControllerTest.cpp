@@ -7,13 +7,13 @@
 #include "app/widgets/FormTable.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/SegmentedControl.h"
+#include "base/InlineTaskQueue.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
-#include "platform/InlineTaskQueue.h"
-#include "platform/linux/JsonDefaultsStore.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/PosixFolderLister.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
+#include "platform/linux/settings/JsonDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAbstractButton>

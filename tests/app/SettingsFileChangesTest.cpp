@@ -1,4 +1,4 @@
-#include "platform/linux/SettingsFileChanges.h"
+#include "platform/linux/settings/SettingsFileChanges.h"
 
 #include "tests/support/TemporaryFolder.h"
 

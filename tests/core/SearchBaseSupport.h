@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/InlineTaskQueue.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
@@ -7,9 +8,8 @@
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/FolderLister.h"
-#include "platform/InlineTaskQueue.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/PosixFolderLister.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/FakeFolderLister.h"

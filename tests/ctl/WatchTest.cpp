@@ -1,7 +1,7 @@
 // Changes a real tree at random while the real program watches it, and compares what it then holds
 // with what a crawl finds. QUILLON_WATCH_RUNS says how often, each time from another seed.
 
-#include "platform/Require.h"
+#include "base/Require.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

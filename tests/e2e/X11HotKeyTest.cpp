@@ -1,7 +1,7 @@
-#include "platform/linux/X11HotKey.h"
+#include "platform/linux/hotkey/X11HotKey.h"
 
 #include "app/widgets/QLNShortcutView.h"
-#include "platform/linux/SessionHotKey.h"
+#include "platform/linux/hotkey/SessionHotKey.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "tests/support/FakeDefaultsChanges.h"

@@ -1,7 +1,7 @@
 // Any bytes: nobody but the makers can have signed them. Any fields, one to a line: what is read of
 // them are releases with proper versions and https links.
 
-#include "platform/Require.h"
+#include "base/Require.h"
 #include "platform/linux/updates/UpdateFeed.h"
 #include "tests/support/SignedFeed.h"
 

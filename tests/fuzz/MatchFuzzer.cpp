@@ -1,9 +1,9 @@
 // Any texts and any query: the tree must rank as the plain rule does, bit for bit, also after some
 // of the texts were removed again.
 
+#include "base/Require.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/FuzzyScore.h"
-#include "platform/Require.h"
 
 #include <algorithm>
 #include <bit>

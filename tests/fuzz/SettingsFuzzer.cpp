@@ -1,8 +1,8 @@
 // Any file: what is read of it is written so that the same is read again. Any bytes: they survive
 // being JSON text.
 
-#include "platform/JsonValues.h"
-#include "platform/Require.h"
+#include "base/JsonValues.h"
+#include "base/Require.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

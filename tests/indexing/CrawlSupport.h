@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
+#include "base/Require.h"
 #include "indexing/Crawler.h"
-#include "platform/Mutex.h"
-#include "platform/Require.h"
 
 #include <algorithm>
 #include <set>

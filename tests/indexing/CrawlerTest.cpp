@@ -1,6 +1,6 @@
 #include "indexing/Crawler.h"
 
-#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/disk/PosixFolderLister.h"
 #include "tests/indexing/CrawlSupport.h"
 #include "tests/support/FakeFSEventService.h"
 #include "tests/support/FakeFolderLister.h"

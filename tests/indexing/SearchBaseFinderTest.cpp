@@ -1,6 +1,6 @@
 #include "indexing/SearchBaseFinder.h"
 
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 #include "indexing/SearchBaseIgnorePaths.h"
 
 #include "indexing/SearchBaseFinder.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 #include "tests/indexing/CrawlSupport.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"

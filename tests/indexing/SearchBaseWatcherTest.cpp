@@ -1,9 +1,9 @@
 #include "indexing/SearchBaseWatcher.h"
 
+#include "base/SerialTaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseIgnorePaths.h"
-#include "platform/linux/SerialTaskQueue.h"
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/FakeFSEventService.h"
 #include "tests/support/TemporaryFolder.h"

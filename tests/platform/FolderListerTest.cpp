@@ -1,6 +1,6 @@
-#include "platform/linux/DirectoryRecords.h"
-#include "platform/linux/MountPoints.h"
-#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/disk/DirectoryRecords.h"
+#include "platform/linux/disk/MountPoints.h"
+#include "platform/linux/disk/PosixFolderLister.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnprivilegedUser.h"
 

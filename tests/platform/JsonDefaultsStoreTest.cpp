@@ -1,6 +1,6 @@
-#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/settings/JsonDefaultsStore.h"
 
-#include "platform/JsonValues.h"
+#include "base/JsonValues.h"
 #include "tests/platform/StoreSupport.h"
 
 #include <QJsonDocument>

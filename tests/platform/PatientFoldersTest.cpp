@@ -1,4 +1,4 @@
-#include "platform/PatientFolders.h"
+#include "platform/linux/disk/PatientFolders.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/PatientWorkspace.h"
+#include "platform/linux/applications/PatientWorkspace.h"
 
 #include <gmock/gmock.h>
 

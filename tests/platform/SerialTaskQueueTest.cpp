@@ -1,4 +1,4 @@
-#include "platform/linux/SerialTaskQueue.h"
+#include "base/SerialTaskQueue.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/StateWindowPlaces.h"
+#include "platform/linux/settings/StateWindowPlaces.h"
 
 #include "tests/support/TemporaryFolder.h"
 

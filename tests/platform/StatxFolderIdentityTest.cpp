@@ -1,4 +1,4 @@
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/JsonDefaultsStore.h"
+#include "platform/linux/settings/JsonDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "platform/linux/XdgAutostart.h"
+#include "platform/linux/applications/XdgAutostart.h"
 
-#include "platform/linux/GioPointers.h"
+#include "platform/linux/bus/GioPointers.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gio/gdesktopappinfo.h>

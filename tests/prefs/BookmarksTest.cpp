@@ -1,6 +1,6 @@
 #include "prefs/Bookmarks.h"
 
-#include "platform/linux/StatxFolderIdentity.h"
+#include "platform/linux/disk/StatxFolderIdentity.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnprivilegedUser.h"

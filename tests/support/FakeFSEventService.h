@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
+#include "base/TaskQueue.h"
 #include "platform/FSEventStream.h"
-#include "platform/Mutex.h"
-#include "platform/TaskQueue.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Require.h"
+#include "base/Require.h"
 
 #include <cstdlib>
 #include <filesystem>

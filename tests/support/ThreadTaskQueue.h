@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Mutex.h"
-#include "platform/TaskQueue.h"
+#include "base/Mutex.h"
+#include "base/TaskQueue.h"
 
 #include <deque>
 #include <thread>

@@ -5,8 +5,8 @@
 #include "app/widgets/FormPane.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "base/TaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
-#include "platform/TaskQueue.h"
 
 #include <QLineEdit>
 #include <QLocale>

@@ -10,9 +10,9 @@
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "app/widgets/SegmentedControl.h"
+#include "base/TaskQueue.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
-#include "platform/TaskQueue.h"
 
 #include <QDateTime>
 #include <QDropEvent>

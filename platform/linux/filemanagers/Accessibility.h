@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/BusConnection.h"
-#include "platform/linux/filemanagers/X11Windows.h"
+#include "platform/linux/bus/BusConnection.h"
+#include "platform/linux/windows/X11Windows.h"
 
 #include <cstdint>
 #include <functional>

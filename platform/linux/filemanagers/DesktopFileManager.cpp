@@ -1,7 +1,7 @@
 #include "platform/linux/filemanagers/DesktopFileManager.h"
 
-#include "platform/linux/Applications.h"
-#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/applications/Applications.h"
+#include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/filemanagers/FolderItems.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "platform/FileManager.h"
-#include "platform/Mutex.h"
-#include "platform/linux/BusConnection.h"
+#include "platform/linux/bus/BusConnection.h"
 #include "platform/linux/filemanagers/Accessibility.h"
 #include "platform/linux/filemanagers/ManagerDriver.h"
-#include "platform/linux/filemanagers/X11Windows.h"
+#include "platform/linux/windows/X11Windows.h"
 
 #include <functional>
 #include <memory>

@@ -1,5 +1,5 @@
-#include "platform/linux/FileUri.h"
-#include "platform/linux/GioPointers.h"
+#include "platform/linux/applications/FileUri.h"
+#include "platform/linux/bus/GioPointers.h"
 #include "platform/linux/filemanagers/ManagerDriver.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "platform/linux/filemanagers/LocationBarDriver.h"
 
-#include "platform/linux/FileUri.h"
+#include "platform/linux/applications/FileUri.h"
 
 #include <filesystem>
 

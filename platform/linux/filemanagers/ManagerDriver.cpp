@@ -1,7 +1,7 @@
 #include "platform/linux/filemanagers/ManagerDriver.h"
 
-#include "platform/linux/Applications.h"
-#include "platform/linux/FileUri.h"
+#include "platform/linux/applications/Applications.h"
+#include "platform/linux/applications/FileUri.h"
 #include "platform/linux/filemanagers/WatchedFolders.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/BoundedCalls.h"
-#include "platform/linux/BusConnection.h"
+#include "base/BoundedCalls.h"
+#include "platform/linux/bus/BusConnection.h"
 #include "platform/linux/filemanagers/Accessibility.h"
-#include "platform/linux/filemanagers/X11Windows.h"
+#include "platform/linux/windows/X11Windows.h"
 
 #include <gio/gdesktopappinfo.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/GioPointers.h"
+#include "platform/linux/bus/GioPointers.h"
 #include "platform/linux/filemanagers/LocationBarDriver.h"
 
 #include <thread>

@@ -1,8 +1,8 @@
 #include "platform/linux/filemanagers/WatchedFolders.h"
 
-#include "platform/linux/FileSystemKind.h"
-#include "platform/linux/PosixFolderLister.h"
-#include "platform/linux/watching/MountTable.h"
+#include "platform/linux/disk/FileSystemKind.h"
+#include "platform/linux/disk/MountTable.h"
+#include "platform/linux/disk/PosixFolderLister.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/Deadline.h"
+#include "platform/linux/bus/Deadline.h"
 
 #include <optional>
 #include <string>

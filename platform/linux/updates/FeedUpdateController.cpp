@@ -1,7 +1,7 @@
 #include "platform/linux/updates/FeedUpdateController.h"
 
-#include "platform/Require.h"
-#include "platform/linux/StartedProgram.h"
+#include "base/Require.h"
+#include "platform/linux/applications/StartedProgram.h"
 #include "platform/linux/updates/FetchStatus.h"
 #include "platform/linux/updates/UpdateFeed.h"
 

@@ -1,6 +1,6 @@
 #include "platform/linux/watching/CrawlNotes.h"
 
-#include "platform/Require.h"
+#include "base/Require.h"
 
 #include <limits>
 #include <utility>

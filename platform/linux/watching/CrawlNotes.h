@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Mutex.h"
+#include "base/NameArena.h"
 #include "platform/FSEventStream.h"
 #include "platform/FolderStamp.h"
-#include "platform/Mutex.h"
-#include "platform/NameArena.h"
 #include "platform/linux/watching/WatchTree.h"
 
 #include <array>

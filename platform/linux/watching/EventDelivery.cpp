@@ -1,6 +1,6 @@
 #include "platform/linux/watching/EventDelivery.h"
 
-#include "platform/TaskQueue.h"
+#include "base/TaskQueue.h"
 
 #include <algorithm>
 #include <utility>

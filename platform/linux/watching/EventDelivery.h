@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "platform/FSEventStream.h"
-#include "platform/Mutex.h"
 #include "platform/linux/watching/ChangeLog.h"
 
 #include <atomic>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Mutex.h"
+#include "base/Mutex.h"
 
 #include <chrono>
 #include <cstdint>

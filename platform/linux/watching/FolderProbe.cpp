@@ -1,9 +1,9 @@
 #include "platform/linux/watching/FolderProbe.h"
 
-#include "platform/linux/DirectoryRecords.h"
-#include "platform/linux/FileSystemKind.h"
-#include "platform/linux/LongPath.h"
-#include "platform/linux/StatxStamp.h"
+#include "platform/linux/disk/DirectoryRecords.h"
+#include "platform/linux/disk/FileSystemKind.h"
+#include "platform/linux/disk/LongPath.h"
+#include "platform/linux/disk/StatxStamp.h"
 
 #include <cerrno>
 #include <memory>

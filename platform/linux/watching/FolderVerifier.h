@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/linux/disk/MountTable.h"
 #include "platform/linux/watching/ChangeLog.h"
 #include "platform/linux/watching/CrawlNotes.h"
-#include "platform/linux/watching/MountTable.h"
 #include "platform/linux/watching/WatchedFolders.h"
 
 #include <cstdint>

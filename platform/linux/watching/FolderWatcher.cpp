@@ -1,6 +1,6 @@
 #include "platform/linux/watching/FolderWatcher.h"
 
-#include "platform/linux/LongPath.h"
+#include "platform/linux/disk/LongPath.h"
 
 #include <algorithm>
 #include <array>

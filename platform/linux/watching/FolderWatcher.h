@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "platform/FSEventStream.h"
-#include "platform/Mutex.h"
-#include "platform/linux/Descriptor.h"
+#include "platform/linux/disk/Descriptor.h"
 #include "platform/linux/watching/EventDelivery.h"
 #include "platform/linux/watching/FlushRequests.h"
 #include "platform/linux/watching/InotifyOptions.h"

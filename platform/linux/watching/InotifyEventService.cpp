@@ -1,6 +1,6 @@
 #include "platform/linux/watching/InotifyEventService.h"
 
-#include "platform/PathText.h"
+#include "base/PathText.h"
 #include "platform/linux/watching/InotifyEventStream.h"
 
 #include <iostream>

@@ -1,6 +1,6 @@
 #include "platform/linux/watching/InotifyQueue.h"
 
-#include "platform/linux/LongPath.h"
+#include "platform/linux/disk/LongPath.h"
 
 #include <climits>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/watching/WatchCore.h"
 
 #include "platform/FSEventStream.h"
-#include "platform/linux/FileSystemKind.h"
+#include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/watching/WatchBudget.h"
 
 #include <algorithm>

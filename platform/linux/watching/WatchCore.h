@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/linux/disk/MountTable.h"
 #include "platform/linux/watching/ChangeLog.h"
 #include "platform/linux/watching/FolderSweep.h"
 #include "platform/linux/watching/FolderVerifier.h"
 #include "platform/linux/watching/InotifyOptions.h"
 #include "platform/linux/watching/InotifyQueue.h"
-#include "platform/linux/watching/MountTable.h"
 #include "platform/linux/watching/WatchRoots.h"
 #include "platform/linux/watching/WatchedFolders.h"
 

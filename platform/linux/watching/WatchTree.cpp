@@ -1,6 +1,6 @@
 #include "platform/linux/watching/WatchTree.h"
 
-#include "platform/Require.h"
+#include "base/Require.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ChildTable.h"
-#include "platform/NameArena.h"
+#include "base/ChildTable.h"
+#include "base/NameArena.h"
 #include "platform/linux/watching/WatchOwners.h"
 
 #include <cstddef>

@@ -1,3 +1,3 @@
-#include "platform/linux/PosixFolderLister.h"
+#include "platform/linux/disk/PosixFolderLister.h"
 
 #include <unistd.h>

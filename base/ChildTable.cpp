@@ -1,0 +1,75 @@
+#include "base/ChildTable.h"
+
+#include "base/Require.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t SMALLEST_CAPACITY = 8;
+
+} // namespace
+
+void ChildTable::Segment::put(Slot entry)
+{
+    std::size_t at = home(entry.hash);
+    while (slots[at].id != FREE && slots[at].id != ERASED)
+        at = after(at);
+    notFree += slots[at].id == FREE ? 1U : 0U;
+    slots[at] = entry;
+    ++live;
+}
+
+void ChildTable::Segment::grow()
+{
+    // Half as much again as is used: a load between 53 % and 80 % from one time to the next.
+    Segment larger;
+    larger.slots.resize(std::max(SMALLEST_CAPACITY, (std::size_t{live} + 1) * 15 / 8));
+    for (const Slot slot : slots) {
+        if (slot.id != FREE && slot.id != ERASED)
+            larger.put(slot);
+    }
+    *this = std::move(larger);
+}
+
+void ChildTable::insert(std::uint64_t hash, Id id)
+{
+    Segment &segment = segments_[segmentOf(hash)];
+    if ((std::size_t{segment.notFree} + 1) * 5 > segment.slots.size() * 4)
+        segment.grow();
+    segment.put({id, static_cast<std::uint32_t>(hash)});
+}
+
+void ChildTable::erase(std::uint64_t hash, Id id)
+{
+    Segment &segment = segments_[segmentOf(hash)];
+    require(segment.live > 0, "an erased id is in the table");
+    std::size_t at = segment.home(static_cast<std::uint32_t>(hash));
+    while (segment.slots[at].id != id) {
+        require(segment.slots[at].id != FREE, "an erased id is in the table");
+        at = segment.after(at);
+    }
+    // Nothing is looked for past a free slot, so in front of one the mark is not needed.
+    const bool isLast = segment.slots[segment.after(at)].id == FREE;
+    segment.slots[at].id = isLast ? FREE : ERASED;
+    segment.notFree -= isLast ? 1U : 0U;
+    --segment.live;
+}
+
+void ChildTable::clear()
+{
+    segments_ = {};
+}
+
+std::size_t ChildTable::bytes() const
+{
+    std::size_t bytes = sizeof(*this);
+    for (const Segment &segment : segments_)
+        bytes += segment.slots.capacity() * sizeof(Slot);
+    return bytes;
+}
+
+} // namespace quillon

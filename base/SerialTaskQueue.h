@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/Mutex.h"
+#include "base/TaskQueue.h"
+
+#include <chrono>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <thread>
+
+namespace quillon {
+
+/// Tasks on one thread of its own, one at a time, by the time at which they are due; needs no event
+/// loop.
+class SerialTaskQueue final : public TaskQueue
+{
+public:
+    /// What follows the label's last dot names the thread.
+    explicit SerialTaskQueue(std::string label);
+    /// Closes the queue and waits for the task that runs.
+    ~SerialTaskQueue() override;
+
+    void post(Task task) override;
+    void postDelayed(std::chrono::milliseconds delay, Task task) override EXCLUDES(mutex_);
+    /// Drops the tasks that wait and every later one, and waits for the one that runs; false when
+    /// the time is over before it ends.
+    bool finish(std::chrono::milliseconds patience) EXCLUDES(mutex_);
+
+    const std::string &label() const { return label_; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void run() EXCLUDES(mutex_);
+    /// Waits for the next task that is due; empty when the queue is closed.
+    Task take() EXCLUDES(mutex_);
+
+    const std::string label_;
+    Mutex mutex_;
+    Condition changed_;
+    /// Those that are due at the same time in the order in which they were posted.
+    std::multimap<Clock::time_point, Task> tasks_ GUARDED_BY(mutex_);
+    bool isClosed_ GUARDED_BY(mutex_) = false;
+    bool hasEnded_ GUARDED_BY(mutex_) = false;
+    std::thread thread_;
+};
+
+} // namespace quillon

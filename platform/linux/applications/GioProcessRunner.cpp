@@ -1,0 +1,112 @@
+#include "platform/linux/applications/GioProcessRunner.h"
+
+#include "base/Utf8.h"
+#include "platform/linux/applications/StartedProgram.h"
+#include "platform/linux/bus/GioPointers.h"
+
+#include <atomic>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// What a shell uses when it finds no PATH.
+constexpr std::string_view USUAL_PATH = "/usr/local/bin:/usr/bin:/bin";
+
+std::string pathBeginningWith(const std::string &folder)
+{
+    const char *path = g_getenv("PATH");
+    return folder + ":" + (path ? path : std::string(USUAL_PATH));
+}
+
+ObjectRef<GSubprocess> start(const ProcessRunner::Command &command, ErrorRef &error)
+{
+    const ObjectRef<GSubprocessLauncher> launcher(g_subprocess_launcher_new(
+        GSubprocessFlags(G_SUBPROCESS_FLAGS_STDIN_INHERIT | G_SUBPROCESS_FLAGS_STDOUT_PIPE |
+                         G_SUBPROCESS_FLAGS_STDERR_PIPE)));
+    g_subprocess_launcher_set_child_setup(
+        launcher.get(), [](gpointer) { takeAllSignals(); }, nullptr, nullptr);
+    if (!command.firstOnPath.empty())
+        g_subprocess_launcher_setenv(launcher.get(), "PATH",
+                                     pathBeginningWith(command.firstOnPath).c_str(), true);
+    std::vector<const char *> words{command.executable.c_str()};
+    for (const std::string &argument : command.arguments)
+        words.push_back(argument.c_str());
+    words.push_back(nullptr);
+    GError *failure = nullptr;
+    ObjectRef<GSubprocess> process(
+        g_subprocess_launcher_spawnv(launcher.get(), words.data(), &failure));
+    error.reset(failure);
+    return process;
+}
+
+std::string text(GBytes *bytes)
+{
+    gsize size = 0;
+    const auto *data = static_cast<const char *>(g_bytes_get_data(bytes, &size));
+    return size == 0 ? std::string() : replacingInvalidUtf8({data, size});
+}
+
+} // namespace
+
+/// One running program and the thread that reads its outputs while it waits for its end.
+class GioProcessRunner::Watch
+{
+public:
+    Watch(ObjectRef<GSubprocess> process, Ended ended)
+        : process_(std::move(process)),
+          cancellable_(g_cancellable_new()),
+          thread_([this, ended = std::move(ended)] {
+              collect(ended);
+              hasEnded_ = true;
+          })
+    {}
+    ~Watch()
+    {
+        g_cancellable_cancel(cancellable_.get());
+        thread_.join();
+    }
+    Watch(const Watch &) = delete;
+    Watch &operator=(const Watch &) = delete;
+
+    bool hasEnded() const { return hasEnded_; }
+
+private:
+    void collect(const Ended &ended)
+    {
+        GBytes *output = nullptr;
+        GBytes *error = nullptr;
+        if (!g_subprocess_communicate(process_.get(), nullptr, cancellable_.get(), &output, &error,
+                                      nullptr))
+            return;
+        ended({.standardOutput = text(output), .standardError = text(error)});
+        g_bytes_unref(output);
+        g_bytes_unref(error);
+    }
+
+    ObjectRef<GSubprocess> process_;
+    ObjectRef<GCancellable> cancellable_;
+    std::atomic<bool> hasEnded_ = false;
+    /// Last, so that all it uses is there when it starts.
+    std::thread thread_;
+};
+
+GioProcessRunner::GioProcessRunner() = default;
+GioProcessRunner::~GioProcessRunner() = default;
+
+std::optional<std::string> GioProcessRunner::run(const Command &command, Ended ended)
+{
+    ErrorRef error;
+    ObjectRef<GSubprocess> process = start(command, error);
+    if (!process)
+        return error->message;
+    const MutexLock lock(mutex_);
+    std::erase_if(watches_, [](const auto &watch) { return watch->hasEnded(); });
+    watches_.push_back(std::make_unique<Watch>(std::move(process), std::move(ended)));
+    return std::nullopt;
+}
+
+} // namespace quillon

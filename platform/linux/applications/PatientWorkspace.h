@@ -1,0 +1,29 @@
+#pragma once
+
+#include "base/BoundedCalls.h"
+#include "platform/Workspace.h"
+
+namespace quillon {
+
+/// Asks another one, which outlives also the calls that are waited for no more. An item of a file
+/// system that does not answer in time counts as one that is gone.
+class PatientWorkspace final : public Workspace
+{
+public:
+    PatientWorkspace(Workspace &workspace, std::chrono::milliseconds patience)
+        : workspace_(workspace), calls_(patience)
+    {}
+
+    bool open(const std::string &path) override;
+    bool openLink(const std::string &address) override;
+    std::string applicationToOpen(const std::string &path) const override;
+    std::vector<std::string> iconNames(const std::string &path) const override;
+    bool isFolder(const std::string &path) const override;
+    std::string resolvingSymlinks(const std::string &path) const override;
+
+private:
+    Workspace &workspace_;
+    mutable BoundedCalls calls_;
+};
+
+} // namespace quillon

@@ -1,0 +1,150 @@
+#include "platform/linux/bus/BusRunningInstance.h"
+
+#include "platform/linux/bus/BusNames.h"
+#include "platform/linux/disk/Descriptor.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <poll.h>
+#include <sys/syscall.h>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto PATIENCE = 3000ms;
+constexpr const char *ANSWER = "(a(ayda(xx)))";
+
+BusObject object(const char *interface)
+{
+    return {BusNames::SERVICE, BusNames::OBJECT, interface};
+}
+
+GVariant *bytes(const std::string &text)
+{
+    return g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, text.data(), text.size(), 1);
+}
+
+/// Without it GIO would start a bus, which nobody but us would be on.
+bool hasBus()
+{
+    const char *folder = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code error;
+    return std::getenv("DBUS_SESSION_BUS_ADDRESS") != nullptr ||
+           (folder != nullptr && std::filesystem::exists(std::string(folder) + "/bus", error));
+}
+
+/// The token by both its names, as other programs send it.
+GVariant *platformData(const std::string &activationToken)
+{
+    GVariantBuilder data;
+    g_variant_builder_init(&data, G_VARIANT_TYPE_VARDICT);
+    if (!activationToken.empty()) {
+        for (const char *key : {BusNames::ACTIVATION_TOKEN, BusNames::STARTUP_ID})
+            g_variant_builder_add(&data, "{sv}", key,
+                                  g_variant_new_string(activationToken.c_str()));
+    }
+    return g_variant_builder_end(&data);
+}
+
+/// The end of a process of whatever parent.
+class ProcessEnd
+{
+public:
+    explicit ProcessEnd(pid_t process)
+        : descriptor_(static_cast<int>(syscall(SYS_pidfd_open, process, 0)))
+    {}
+
+    /// False when it has not come in time. True at once for a process that is gone already.
+    bool await(Deadline deadline) const
+    {
+        pollfd end{.fd = descriptor_.get(), .events = POLLIN, .revents = 0};
+        return !descriptor_ || poll(&end, 1, static_cast<int>(deadline.remaining().count())) == 1;
+    }
+
+private:
+    Descriptor descriptor_;
+};
+
+RemoteMatch readMatch(GVariant *match)
+{
+    const VariantRef path(g_variant_get_child_value(match, 0));
+    const VariantRef score(g_variant_get_child_value(match, 1));
+    const VariantRef ranges(g_variant_get_child_value(match, 2));
+    RemoteMatch read;
+    gsize length = 0;
+    const auto *first =
+        static_cast<const char *>(g_variant_get_fixed_array(path.get(), &length, 1));
+    read.path.assign(first, length);
+    read.score = g_variant_get_double(score.get());
+    for (gsize i = 0; i < g_variant_n_children(ranges.get()); ++i) {
+        gint64 location = 0;
+        gint64 count = 0;
+        g_variant_get_child(ranges.get(), i, "(xx)", &location, &count);
+        read.ranges.emplace_back(location, count);
+    }
+    return read;
+}
+
+} // namespace
+
+BusRunningInstance::BusRunningInstance(std::string activationToken)
+    : activationToken_(std::move(activationToken))
+{}
+
+bool BusRunningInstance::isRunning()
+{
+    return bus_.hasOwner(BusNames::SERVICE, Deadline(PATIENCE));
+}
+
+RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
+{
+    const Deadline deadline(PATIENCE);
+    const auto process = bus_.process(BusNames::SERVICE, deadline);
+    if (!process)
+        return Outcome::notRunning;
+    const ProcessEnd end(*process);
+    const bool isReopening = action == "activate";
+    GVariant *data = platformData(activationToken_);
+    GVariant *arguments =
+        isReopening ? g_variant_new("(@a{sv})", data)
+                    : g_variant_new("(s@av@a{sv})", action.c_str(),
+                                    g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0), data);
+    const auto reply = bus_.call(object(BusNames::APPLICATION),
+                                 isReopening ? "Activate" : "ActivateAction", arguments, deadline);
+    // One that was about to end answers nothing either, and then is gone.
+    if (!reply)
+        return isRunning() ? Outcome::notAnswering : Outcome::notRunning;
+    // Who starts the program again right afterwards is not to find the one that ends.
+    if (action == "quit" && !end.await(deadline))
+        return Outcome::notAnswering;
+    return Outcome::done;
+}
+
+RemoteAnswer BusRunningInstance::find(const RemoteQuery &query)
+{
+    if (!hasBus())
+        return std::nullopt;
+    // A service that nobody owns answers with an error at once.
+    const auto reply = bus_.call(
+        object(BusNames::SEARCH), BusNames::FIND,
+        g_variant_new("(@ay@ayu)", bytes(query.settings), bytes(query.text), guint32{query.limit}),
+        Deadline(PATIENCE));
+    if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE(ANSWER)))
+        return std::nullopt;
+    const VariantRef matches(g_variant_get_child_value(reply.get(), 0));
+    std::vector<RemoteMatch> read;
+    for (gsize i = 0; i < g_variant_n_children(matches.get()); ++i) {
+        const VariantRef match(g_variant_get_child_value(matches.get(), i));
+        read.push_back(readMatch(match.get()));
+    }
+    return read;
+}
+
+} // namespace quillon

@@ -1,0 +1,50 @@
+#include "platform/linux/disk/DirectoryRecords.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace quillon {
+
+namespace {
+
+bool isFolderByStatus(int folder, const char *name)
+{
+    struct stat status = {};
+    return ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+void readDirectoryRecords(std::span<const std::byte> records, int folder,
+                          std::vector<FolderEntry> &entries)
+{
+    using Length = decltype(dirent64::d_reclen);
+    using Type = decltype(dirent64::d_type);
+
+    // Copied field by field: a record need not be as long as the structure.
+    for (std::size_t at = 0; at + offsetof(dirent64, d_name) < records.size();) {
+        const std::byte *record = records.data() + at;
+        Length length = 0;
+        Type type = DT_UNKNOWN;
+        std::memcpy(&length, record + offsetof(dirent64, d_reclen), sizeof length);
+        std::memcpy(&type, record + offsetof(dirent64, d_type), sizeof type);
+        if (length <= offsetof(dirent64, d_name) || at + length > records.size())
+            return;
+        const char *name = reinterpret_cast<const char *>(record + offsetof(dirent64, d_name));
+        const std::string_view text(name, ::strnlen(name, length - offsetof(dirent64, d_name)));
+        at += length;
+        if (text.empty() || text == "." || text == "..")
+            continue;
+        const bool isFolder =
+            type == DT_DIR || (type == DT_UNKNOWN && isFolderByStatus(folder, name));
+        entries.push_back({text, isFolder});
+    }
+}
+
+} // namespace quillon

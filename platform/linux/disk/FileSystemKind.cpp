@@ -1,0 +1,69 @@
+#include "platform/linux/disk/FileSystemKind.h"
+
+#include <algorithm>
+#include <array>
+
+#include <linux/magic.h>
+
+namespace quillon {
+
+namespace {
+
+// Numbers that linux/magic.h leaves out.
+constexpr FileSystemType CONFIGFS = 0x62656570;
+constexpr FileSystemType FUSECTL = 0x65735543;
+constexpr FileSystemType MQUEUE = 0x19800202;
+constexpr FileSystemType RPC_PIPEFS = 0x67596969;
+
+constexpr std::array PSEUDO{
+    FileSystemType{PROC_SUPER_MAGIC},
+    FileSystemType{SYSFS_MAGIC},
+    FileSystemType{CGROUP_SUPER_MAGIC},
+    FileSystemType{CGROUP2_SUPER_MAGIC},
+    FileSystemType{DEBUGFS_MAGIC},
+    FileSystemType{TRACEFS_MAGIC},
+    FileSystemType{SECURITYFS_MAGIC},
+    FileSystemType{SELINUX_MAGIC},
+    FileSystemType{SMACK_MAGIC},
+    FileSystemType{BPF_FS_MAGIC},
+    FileSystemType{PSTOREFS_MAGIC},
+    FileSystemType{EFIVARFS_MAGIC},
+    FileSystemType{DEVPTS_SUPER_MAGIC},
+    FileSystemType{HUGETLBFS_MAGIC},
+    FileSystemType{BINFMTFS_MAGIC},
+    FileSystemType{NSFS_MAGIC},
+    FileSystemType{RDTGROUP_SUPER_MAGIC},
+    CONFIGFS,
+    FUSECTL,
+    MQUEUE,
+    RPC_PIPEFS,
+};
+
+// A disk that a program mounts ("fuseblk") is changed through that mount alone, so it is none.
+constexpr std::array<std::string_view, 13> REMOTE{"nfs",   "nfs4",     "cifs",  "smb3", "smbfs",
+                                                  "9p",    "ceph",     "afs",   "coda", "fuse",
+                                                  "ncpfs", "virtiofs", "lustre"};
+
+constexpr FileSystemType F2FS = 0xF2F52010;
+constexpr FileSystemType XFS = 0x58465342;
+constexpr std::array EXACT_LINKS{FileSystemType{EXT4_SUPER_MAGIC}, FileSystemType{TMPFS_MAGIC},
+                                 F2FS, XFS};
+
+} // namespace
+
+bool isPseudoFileSystem(FileSystemType type)
+{
+    return std::ranges::find(PSEUDO, type) != PSEUDO.end();
+}
+
+bool isRemoteFileSystem(std::string_view typeName)
+{
+    return std::ranges::find(REMOTE, typeName) != REMOTE.end() || typeName.starts_with("fuse.");
+}
+
+bool countsSubfoldersAsLinks(FileSystemType type)
+{
+    return std::ranges::find(EXACT_LINKS, type) != EXACT_LINKS.end();
+}
+
+} // namespace quillon

@@ -1,0 +1,70 @@
+#include "platform/linux/disk/MountTable.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <system_error>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// How many mounts are at each point.
+std::map<std::string, int> countsOf(const std::vector<Mount> &mounts)
+{
+    std::map<std::string, int> counts;
+    for (const Mount &mount : mounts)
+        ++counts[mount.point];
+    return counts;
+}
+
+} // namespace
+
+std::vector<std::string> MountTable::reload()
+{
+    auto now = mounts();
+    if (!now)
+        return {};
+    const auto before = countsOf(std::exchange(mounts_, std::move(*now)));
+    const auto after = countsOf(mounts_);
+    types_.clear();
+    names_.clear();
+    for (const Mount &mount : mounts_) {
+        types_.insert_or_assign(mount.point, mount.type);
+        names_.insert(mount.point.substr(mount.point.rfind('/') + 1));
+    }
+    std::vector<std::string> changed;
+    for (const auto &[point, count] : after)
+        if (const auto old = before.find(point); old == before.end() || old->second != count)
+            changed.push_back(point);
+    for (const auto &[point, count] : before)
+        if (!after.contains(point))
+            changed.push_back(point);
+    return changed;
+}
+
+bool MountTable::isRemoteMountPoint(const std::string &path) const
+{
+    const auto found = types_.find(path);
+    return found != types_.end() && isRemote_(found->second);
+}
+
+bool MountTable::isRemoteMountPoint(const std::string &folder, std::string_view name) const
+{
+    std::error_code error;
+    const auto real = std::filesystem::canonical(folder, error);
+    return !error && isRemoteMountPoint(real / name);
+}
+
+bool MountTable::isRemote(std::string_view path) const
+{
+    for (std::string above(path);; above.resize(std::max<std::size_t>(above.rfind('/'), 1))) {
+        if (const auto found = types_.find(above); found != types_.end())
+            return isRemote_(found->second);
+        if (above.size() <= 1)
+            return false;
+    }
+}
+
+} // namespace quillon

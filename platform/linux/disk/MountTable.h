@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/linux/disk/MountPoints.h"
+
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace quillon {
+
+/// Where other file systems begin, and which of them are remote. Not locked.
+class MountTable
+{
+public:
+    using IsRemote = std::function<bool(std::string_view typeName)>;
+
+    explicit MountTable(IsRemote isRemote) : isRemote_(std::move(isRemote)) { reload(); }
+
+    /// Reads the table again; returns the points where something has come or gone.
+    std::vector<std::string> reload();
+    /// A mount point somewhere has this name, so it is worth asking about the path.
+    bool mayBeMountPoint(std::string_view name) const { return names_.contains(name); }
+    /// Whether the path, free of links, is such a point.
+    bool isRemoteMountPoint(const std::string &path) const;
+    /// The same for a name in a folder, whose path may have links in it.
+    bool isRemoteMountPoint(const std::string &folder, std::string_view name) const;
+    /// Whether the path, free of links, is on a remote file system.
+    bool isRemote(std::string_view path) const;
+
+private:
+    const IsRemote isRemote_;
+    /// The type of what is on top at each point.
+    std::unordered_map<std::string, std::string> types_;
+    std::set<std::string, std::less<>> names_;
+    std::vector<Mount> mounts_;
+};
+
+} // namespace quillon

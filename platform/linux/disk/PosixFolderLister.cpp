@@ -1,0 +1,227 @@
+#include "platform/linux/disk/PosixFolderLister.h"
+
+#include "platform/linux/disk/DirectoryRecords.h"
+#include "platform/linux/disk/FileSystemKind.h"
+#include "platform/linux/disk/LongPath.h"
+#include "platform/linux/disk/MountPoints.h"
+#include "platform/linux/disk/StatxStamp.h"
+
+#include <cerrno>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+namespace quillon {
+
+namespace {
+
+constexpr int OPEN_FOLDER = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+constexpr std::size_t ROOM = std::size_t{64} * 1024;
+
+std::error_code lastError()
+{
+    return {errno, std::generic_category()};
+}
+
+Descriptor openLong(const std::string &path)
+{
+    const auto place = shorten(path);
+    return place ? openAt(place->folder.get(), place->path, OPEN_FOLDER) : Descriptor();
+}
+
+std::optional<FileSystemType> fileSystemOf(const Descriptor &file)
+{
+    struct statfs status = {};
+    if (::fstatfs(file.get(), &status) != 0)
+        return std::nullopt;
+    return static_cast<FileSystemType>(status.f_type);
+}
+
+/// Names that a mount point has somewhere: only a folder of such a name can begin another file
+/// system, and only there is it worth asking which one.
+class MountNames
+{
+public:
+    MountNames()
+    {
+        const auto points = mountPoints();
+        known_ = points.has_value();
+        if (!points)
+            return;
+        for (const std::string &point : *points)
+            names_.insert(point.substr(point.rfind('/') + 1));
+    }
+    bool mayBeMountPoint(const std::string &name) const { return !known_ || names_.contains(name); }
+
+private:
+    bool known_ = false;
+    std::unordered_set<std::string> names_;
+};
+
+/// What holds for everything opened from one root.
+struct Terms
+{
+    FolderLister::Wanted wanted = FolderLister::Wanted::everything;
+    uid_t user = ::geteuid();
+    MountNames mountNames;
+};
+
+/// The file system that a folder is on, as far as the leaf test needs it.
+struct Device
+{
+    unsigned int major = 0;
+    unsigned int minor = 0;
+    bool exactLinks = false;
+
+    bool holds(const struct statx &status) const
+    {
+        return status.stx_dev_major == major && status.stx_dev_minor == minor;
+    }
+};
+
+std::optional<struct statx> statusOf(int folder, const char *name, int flags)
+{
+    struct statx status = {};
+    constexpr unsigned int MASK = STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID | STATX_STAMP;
+    if (::statx(folder, name, flags | AT_NO_AUTOMOUNT, MASK, &status) != 0)
+        return std::nullopt;
+    return status;
+}
+
+Device deviceOf(const Descriptor &folder)
+{
+    const auto status = statusOf(folder.get(), "", AT_EMPTY_PATH);
+    const auto type = fileSystemOf(folder);
+    if (!status || !type)
+        return {};
+    return {status->stx_dev_major, status->stx_dev_minor, countsSubfoldersAsLinks(*type)};
+}
+
+class PosixOpenFolder final : public OpenFolder
+{
+public:
+    PosixOpenFolder(Descriptor folder, std::shared_ptr<const Terms> terms, Device device)
+        : folder_(std::move(folder)), terms_(std::move(terms)), device_(device)
+    {}
+
+    bool read(FolderBatch &batch, std::error_code &error) override;
+    std::unique_ptr<OpenFolder> open(const std::string &name,
+                                     std::error_code &error) const override;
+    FolderStamp stamp() const override;
+
+private:
+    bool isOnPseudoFileSystem(const std::string &name) const;
+    bool isReadableLeaf(const struct statx &status) const;
+
+    Descriptor folder_;
+    std::shared_ptr<const Terms> terms_;
+    /// Known only where subfolders alone are wanted.
+    Device device_;
+};
+
+bool PosixOpenFolder::read(FolderBatch &batch, std::error_code &error)
+{
+    error.clear();
+    if (!batch.room)
+        batch.room = std::make_unique<std::byte[]>(ROOM);
+    do {
+        batch.entries.clear();
+        const ssize_t size = ::getdents64(folder_.get(), batch.room.get(), ROOM);
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size <= 0) {
+            if (size < 0)
+                error = lastError();
+            return false;
+        }
+        readDirectoryRecords({batch.room.get(), static_cast<std::size_t>(size)}, folder_.get(),
+                             batch.entries);
+    } while (batch.entries.empty());
+    return true;
+}
+
+bool PosixOpenFolder::isOnPseudoFileSystem(const std::string &name) const
+{
+    // Without O_DIRECTORY, so that nothing is mounted by asking.
+    const Descriptor child = openAt(folder_.get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
+    const auto type = child ? fileSystemOf(child) : std::nullopt;
+    return type && isPseudoFileSystem(*type);
+}
+
+/// An unreadable folder is no leaf here: opening it is what tells the error. Where group and others
+/// differ, an access list may be behind it.
+bool PosixOpenFolder::isReadableLeaf(const struct statx &status) const
+{
+    constexpr unsigned int BOTH = S_IRGRP | S_IROTH;
+    if (!device_.exactLinks || !device_.holds(status) || status.stx_nlink != 2 ||
+        !S_ISDIR(status.stx_mode))
+        return false;
+    return terms_->user == 0 || (terms_->user == status.stx_uid ? (status.stx_mode & S_IRUSR) != 0
+                                                                : (status.stx_mode & BOTH) == BOTH);
+}
+
+std::unique_ptr<OpenFolder> PosixOpenFolder::open(const std::string &name,
+                                                  std::error_code &error) const
+{
+    error.clear();
+    const bool mayBeMountPoint = terms_->mountNames.mayBeMountPoint(name);
+    if (mayBeMountPoint && isOnPseudoFileSystem(name))
+        return nullptr;
+    const bool leavesCount = terms_->wanted == FolderLister::Wanted::subfolders;
+    if (leavesCount && device_.exactLinks) {
+        const auto status = statusOf(folder_.get(), name.c_str(), AT_SYMLINK_NOFOLLOW);
+        if (status && isReadableLeaf(*status))
+            return nullptr;
+    }
+    Descriptor child = openAt(folder_.get(), name.c_str(), OPEN_FOLDER | O_NOFOLLOW);
+    if (!child) {
+        error = lastError();
+        return nullptr;
+    }
+    const Device device = leavesCount && mayBeMountPoint ? deviceOf(child) : device_;
+    return std::make_unique<PosixOpenFolder>(std::move(child), terms_, device);
+}
+
+FolderStamp PosixOpenFolder::stamp() const
+{
+    const auto status = statusOf(folder_.get(), "", AT_EMPTY_PATH);
+    return status ? stampOf(*status) : FolderStamp();
+}
+
+} // namespace
+
+std::unique_ptr<OpenFolder> PosixFolderLister::open(const std::string &path, Wanted wanted,
+                                                    std::error_code &error)
+{
+    error.clear();
+    Descriptor folder = openLong(path);
+    if (!folder) {
+        error = lastError();
+        return nullptr;
+    }
+    const auto type = fileSystemOf(folder);
+    if (type && isPseudoFileSystem(*type))
+        return nullptr;
+    auto terms = std::make_shared<Terms>();
+    terms->wanted = wanted;
+    const Device device = deviceOf(folder);
+    return std::make_unique<PosixOpenFolder>(std::move(folder), std::move(terms), device);
+}
+
+FolderLister::Kind PosixFolderLister::kind(const std::string &path)
+{
+    const auto place = shorten(path);
+    const auto status =
+        place ? statusOf(place->folder.get(), place->path, AT_SYMLINK_NOFOLLOW) : std::nullopt;
+    if (!status)
+        return Kind::nothing;
+    return S_ISDIR(status->stx_mode) ? Kind::folder : Kind::other;
+}
+
+} // namespace quillon

@@ -1,0 +1,301 @@
+#include "platform/linux/hotkey/PortalHotKey.h"
+
+#include "platform/linux/session/DesktopPortal.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+#include <algorithm>
+#include <array>
+
+namespace quillon {
+
+/// A key as it is asked for: its id and what describes it.
+struct PortalShortcut
+{
+    QString id;
+    QVariantMap options;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const PortalShortcut &shortcut)
+{
+    argument.beginStructure();
+    argument << shortcut.id << shortcut.options;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, PortalShortcut &shortcut)
+{
+    argument.beginStructure();
+    argument >> shortcut.id >> shortcut.options;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+constexpr uint SUCCESS = 0;
+
+QString shortcutId()
+{
+    return QStringLiteral("toggle");
+}
+QString interfaceName()
+{
+    return portal::interfaceName(QStringLiteral("GlobalShortcuts"));
+}
+QString requestInterface()
+{
+    return portal::interfaceName(QStringLiteral("Request"));
+}
+QString sessionInterface()
+{
+    return portal::interfaceName(QStringLiteral("Session"));
+}
+
+/// As the shortcuts specification of the desktops has it: "CTRL+ALT+space".
+QString trigger(const KeyCombination &keys)
+{
+    QString text;
+    for (const auto &[isHeld, name] :
+         {std::pair{keys.control, "CTRL+"}, std::pair{keys.alt, "ALT+"},
+          std::pair{keys.shift, "SHIFT+"}, std::pair{keys.super, "LOGO+"}})
+        text += QLatin1String(isHeld ? name : "");
+    std::array<char, 64> symbol{};
+    xkb_keysym_get_name(symbolNamed(keys.key), symbol.data(), symbol.size());
+    return text + QLatin1String(symbol.data());
+}
+
+/// The response's own part when it tells success.
+std::optional<QVariantMap> results(const QDBusMessage &response)
+{
+    const QVariantList arguments = response.arguments();
+    if (arguments.size() != 2 || arguments[0].toUInt() != SUCCESS)
+        return std::nullopt;
+    return qdbus_cast<QVariantMap>(arguments[1]);
+}
+
+} // namespace
+
+PortalHotKey::PortalHotKey(xcb_connection_t *connection)
+    // A connection of its own: the portal learns the program's name before anything else is asked.
+    : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus,
+                                         QStringLiteral("quillon-hot-key")))
+{
+    qDBusRegisterMetaType<PortalShortcut>();
+    qDBusRegisterMetaType<QList<PortalShortcut>>();
+    if (connection)
+        keyboard_.emplace(connection);
+    if (!bus_.isConnected()) {
+        probe_ = Probe::failed;
+        return;
+    }
+    bus_.connect(portal::service(), portal::path(), interfaceName(), QStringLiteral("Activated"),
+                 this, SLOT(activated(QDBusMessage)));
+    auto *portals = new QDBusServiceWatcher(portal::service(), bus_,
+                                            QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(portals, &QDBusServiceWatcher::serviceUnregistered, this, &PortalHotKey::portalGone);
+    connect(portals, &QDBusServiceWatcher::serviceRegistered, this, &PortalHotKey::portalCame);
+    registerApplication();
+    probe();
+}
+
+PortalHotKey::~PortalHotKey()
+{
+    PortalHotKey::release();
+    QDBusConnection::disconnectFromBus(bus_.name());
+}
+
+void PortalHotKey::registerApplication()
+{
+    // Younger portals tell programs outside a sandbox apart by this; older ones answer with an
+    // error that does not matter.
+    auto call = portal::methodCall(QStringLiteral("org.freedesktop.host.portal.Registry"),
+                                   QStringLiteral("Register"));
+    call << QStringLiteral("org.quillon.Quillon") << QVariantMap();
+    bus_.asyncCall(call);
+}
+
+void PortalHotKey::probe()
+{
+    auto call = portal::methodCall(QStringLiteral("org.freedesktop.DBus.Properties"),
+                                   QStringLiteral("Get"));
+    call << interfaceName() << QStringLiteral("version");
+    auto *watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher *finished) {
+                const QDBusPendingReply<QDBusVariant> reply = *finished;
+                probe_ = reply.isValid() ? Probe::answered : Probe::failed;
+                finished->deleteLater();
+                if (wanted_)
+                    makeSession();
+            });
+}
+
+void PortalHotKey::grab(const KeyCombination &keys, Told told)
+{
+    release();
+    wanted_ = keys;
+    told_ = std::move(told);
+    if (probe_ != Probe::pending)
+        makeSession();
+}
+
+void PortalHotKey::portalGone()
+{
+    isPortalLost_ = true;
+    forgetRequest();
+    session_.clear();
+}
+
+void PortalHotKey::portalCame()
+{
+    // The first one that comes is started by our own calls.
+    if (!std::exchange(isPortalLost_, false))
+        return;
+    registerApplication();
+    probe();
+}
+
+void PortalHotKey::release()
+{
+    if (!request_.isEmpty())
+        bus_.send(QDBusMessage::createMethodCall(portal::service(), request_, requestInterface(),
+                                                 QStringLiteral("Close")));
+    forgetRequest();
+    closeSession();
+    wanted_.reset();
+    told_ = nullptr;
+}
+
+std::string PortalHotKey::keyName(std::uint32_t scanCode, std::uint32_t symbol) const
+{
+    return keyboard_ ? keyboard_->keyName(scanCode) : nameOfSymbol(xkb_keysym_to_lower(symbol));
+}
+
+void PortalHotKey::makeSession()
+{
+    if (probe_ == Probe::failed)
+        return tell(Outcome::impossible);
+    if (symbolNamed(wanted_->key) == XKB_KEY_NoSymbol)
+        return tell(Outcome::noSuchKey);
+    const QString token = QStringLiteral("quillon%1").arg(++tokens_);
+    auto call = portal::methodCall(interfaceName(), QStringLiteral("CreateSession"));
+    call << QVariantMap{{QStringLiteral("handle_token"), token},
+                        {QStringLiteral("session_handle_token"), token}};
+    request(call, token, SLOT(sessionMade(QDBusMessage)));
+}
+
+void PortalHotKey::sessionMade(const QDBusMessage &response)
+{
+    forgetRequest();
+    const auto answer = results(response);
+    session_ = answer ? answer->value(QStringLiteral("session_handle")).toString() : QString();
+    if (session_.isEmpty())
+        return tell(Outcome::refused);
+    bus_.connect(portal::service(), session_, sessionInterface(), QStringLiteral("Closed"), this,
+                 SLOT(sessionClosed(QDBusMessage)));
+    bindKeys();
+}
+
+void PortalHotKey::bindKeys()
+{
+    const QString token = QStringLiteral("quillon%1").arg(++tokens_);
+    const QList<PortalShortcut> shortcuts{
+        {.id = shortcutId(),
+         .options = {{QStringLiteral("description"),
+                      QCoreApplication::translate("HotKey", "Show or hide the search panel")},
+                     {QStringLiteral("preferred_trigger"), trigger(*wanted_)}}}};
+    auto call = portal::methodCall(interfaceName(), QStringLiteral("BindShortcuts"));
+    call << QDBusObjectPath(session_) << QVariant::fromValue(shortcuts) << QString()
+         << QVariantMap{{QStringLiteral("handle_token"), token}};
+    request(call, token, SLOT(keysBound(QDBusMessage)));
+}
+
+void PortalHotKey::keysBound(const QDBusMessage &response)
+{
+    forgetRequest();
+    const auto answer = results(response);
+    const auto bound = qdbus_cast<QList<PortalShortcut>>(
+        answer ? answer->value(QStringLiteral("shortcuts")) : QVariant());
+    const bool isBound = std::ranges::any_of(
+        bound, [](const PortalShortcut &shortcut) { return shortcut.id == shortcutId(); });
+    if (!isBound)
+        closeSession();
+    tell(isBound ? Outcome::grabbed : Outcome::refused);
+}
+
+void PortalHotKey::activated(const QDBusMessage &signal)
+{
+    const QVariantList arguments = signal.arguments();
+    const bool isOurs = arguments.size() >= 2 && !session_.isEmpty() &&
+                        qvariant_cast<QDBusObjectPath>(arguments[0]).path() == session_ &&
+                        arguments[1].toString() == shortcutId();
+    if (isOurs && pressed_)
+        pressed_();
+}
+
+void PortalHotKey::sessionClosed(const QDBusMessage &signal)
+{
+    if (signal.path() != session_)
+        return;
+    session_.clear();
+    forgetRequest();
+    tell(Outcome::refused);
+}
+
+void PortalHotKey::request(const QDBusMessage &call, const QString &token, const char *slot)
+{
+    // The answer may come before the call returns, so it is listened for under its known name.
+    QString sender = bus_.baseService().mid(1);
+    sender.replace(u'.', u'_');
+    request_ = QStringLiteral("%1/request/%2/%3").arg(portal::path(), sender, token);
+    requestSlot_ = slot;
+    bus_.connect(portal::service(), request_, requestInterface(), QStringLiteral("Response"), this,
+                 slot);
+    auto *watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, path = request_](QDBusPendingCallWatcher *finished) {
+                finished->deleteLater();
+                if (!finished->isError() || request_ != path)
+                    return;
+                forgetRequest();
+                closeSession();
+                tell(Outcome::refused);
+            });
+}
+
+void PortalHotKey::forgetRequest()
+{
+    if (request_.isEmpty())
+        return;
+    bus_.disconnect(portal::service(), request_, requestInterface(), QStringLiteral("Response"),
+                    this, requestSlot_);
+    request_.clear();
+}
+
+void PortalHotKey::closeSession()
+{
+    if (session_.isEmpty())
+        return;
+    bus_.disconnect(portal::service(), session_, sessionInterface(), QStringLiteral("Closed"), this,
+                    SLOT(sessionClosed(QDBusMessage)));
+    bus_.send(QDBusMessage::createMethodCall(portal::service(), session_, sessionInterface(),
+                                             QStringLiteral("Close")));
+    session_.clear();
+}
+
+void PortalHotKey::tell(Outcome outcome)
+{
+    // A copy: the receiver may grab or release.
+    if (const Told told = told_)
+        told(outcome);
+}
+
+} // namespace quillon

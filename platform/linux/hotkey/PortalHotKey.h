@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/HotKey.h"
+#include "platform/linux/hotkey/X11Keyboard.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QObject>
+#include <QVariantMap>
+
+#include <optional>
+#include <utility>
+
+namespace quillon {
+
+/// Asks the desktop for the key through org.freedesktop.portal.GlobalShortcuts, which may ask the
+/// user. Every grab is a session of its own there, since a session's keys can be bound only once.
+/// Nothing is waited for; where no portal answers it is impossible.
+class PortalHotKey : public QObject, public HotKey
+{
+    Q_OBJECT
+
+public:
+    /// The X display that the toolkit runs on, null where it runs on none; it names the keys.
+    explicit PortalHotKey(xcb_connection_t *connection);
+    ~PortalHotKey() override;
+
+    void grab(const KeyCombination &keys, Told told) override;
+    void release() override;
+    void onPressed(std::function<void()> pressed) override { pressed_ = std::move(pressed); }
+    bool isPossible() const override { return probe_ != Probe::failed; }
+    bool isSilent() const override { return false; }
+    std::string keyName(std::uint32_t scanCode, std::uint32_t symbol) const override;
+
+private Q_SLOTS:
+    void sessionMade(const QDBusMessage &response);
+    void keysBound(const QDBusMessage &response);
+    void activated(const QDBusMessage &signal);
+    void sessionClosed(const QDBusMessage &signal);
+
+private:
+    enum class Probe
+    {
+        pending,
+        answered,
+        failed,
+    };
+
+    void portalGone();
+    void portalCame();
+    void registerApplication();
+    void probe();
+    void makeSession();
+    void bindKeys();
+    /// Sends a call that is answered by a signal of an object of its own, which the token names;
+    /// the slot is the signal's.
+    void request(const QDBusMessage &call, const QString &token, const char *slot);
+    void forgetRequest();
+    void closeSession();
+    void tell(Outcome outcome);
+
+    QDBusConnection bus_;
+    std::optional<X11Keyboard> keyboard_;
+    Probe probe_ = Probe::pending;
+    bool isPortalLost_ = false;
+    std::optional<KeyCombination> wanted_;
+    Told told_;
+    std::function<void()> pressed_;
+    /// Object paths; empty where there is none.
+    QString request_;
+    const char *requestSlot_ = nullptr;
+    QString session_;
+    /// Makes the names of requests and sessions unique.
+    int tokens_ = 0;
+};
+
+} // namespace quillon

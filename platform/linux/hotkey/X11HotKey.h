@@ -1,0 +1,70 @@
+#pragma once
+
+#include "platform/HotKey.h"
+#include "platform/linux/hotkey/X11Keyboard.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+
+/// Grabs the key on the root windows of the X display that Qt runs on. It goes by key codes, so it
+/// is grabbed anew when the keyboard's layout changes. A key that another program holds is tried
+/// again from time to time.
+class X11HotKey : public QObject, public HotKey, private QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    /// Between two attempts. Nothing tells that a key has been let go.
+    static constexpr std::chrono::milliseconds RETRY_INTERVAL{10'000};
+
+    /// Qt's connection; it outlives this.
+    explicit X11HotKey(xcb_connection_t *connection,
+                       std::chrono::milliseconds retryInterval = RETRY_INTERVAL);
+    ~X11HotKey() override;
+
+    void grab(const KeyCombination &keys, Told told) override;
+    void release() override;
+    void onPressed(std::function<void()> pressed) override { pressed_ = std::move(pressed); }
+    bool isPossible() const override { return true; }
+    bool isSilent() const override { return true; }
+    std::string keyName(std::uint32_t scanCode, std::uint32_t symbol) const override;
+
+private:
+    bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
+    bool isOurs(const xcb_key_press_event_t &event) const;
+    void keyPressed(const xcb_key_press_event_t &event);
+    void keyReleased(const xcb_key_release_event_t &event);
+
+    /// Grabs what wanted_ says on the keyboard as it is now.
+    Outcome establish();
+    bool grabAll();
+    void ungrabAll();
+    void readKeyboard();
+    /// Tells when something else comes of it than before.
+    void grabAgain();
+
+    xcb_connection_t *x_;
+    std::vector<xcb_window_t> roots_;
+    X11Keyboard keyboard_;
+    QTimer layoutChange_;
+    /// Runs only while another program holds the key.
+    QTimer retry_;
+
+    std::optional<KeyCombination> wanted_;
+    Told told_;
+    Outcome outcome_ = Outcome::impossible;
+    std::vector<KeyGrab> grabs_;
+    std::function<void()> pressed_;
+    /// Server time in milliseconds, by which a key that repeats is known.
+    std::optional<xcb_timestamp_t> released_;
+};
+
+} // namespace quillon

@@ -1,0 +1,199 @@
+#include "platform/linux/session/BusRemoteControl.h"
+
+#include "base/TaskQueue.h"
+#include "platform/linux/bus/BusNames.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QVariant>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> ACTIONS{"toggle", "show", "preferences", "rebuild",
+                                                  "quit"};
+
+QString name(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+/// The newer name first; both carry the same kind of text.
+std::string activationToken(const QVariantMap &platformData)
+{
+    for (const char *key : {BusNames::ACTIVATION_TOKEN, BusNames::STARTUP_ID}) {
+        const QString token = platformData.value(name(key)).toString();
+        if (!token.isEmpty())
+            return token.toStdString();
+    }
+    return {};
+}
+
+} // namespace
+
+/// What stands on the bus; Qt reads the method signatures off it.
+class ApplicationAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    ApplicationAdaptor(QObject *parent, std::function<void(const RemoteControl::Request &)> perform)
+        : QDBusAbstractAdaptor(parent), perform_(std::move(perform))
+    {}
+
+    // The names are those of the interface. NOLINTBEGIN(readability-identifier-naming)
+public Q_SLOTS:
+    void Activate(const QVariantMap &platformData) { pass("activate", platformData); }
+    /// Nothing is opened from outside; asking for it is a second start.
+    void Open(const QStringList &, const QVariantMap &platformData)
+    {
+        pass("activate", platformData);
+    }
+    void ActivateAction(const QString &action, const QVariantList &,
+                        const QVariantMap &platformData)
+    {
+        const std::string name = action.toStdString();
+        if (std::ranges::find(ACTIONS, name) != ACTIONS.end())
+            pass(name, platformData);
+    }
+    // NOLINTEND(readability-identifier-naming)
+
+private:
+    /// Who asks is answered first: showing a window takes longer than asking for it should.
+    void pass(std::string action, const QVariantMap &platformData)
+    {
+        RemoteControl::Request request{std::move(action), activationToken(platformData)};
+        QMetaObject::invokeMethod(
+            this, [this, request = std::move(request)] { perform_(request); },
+            Qt::QueuedConnection);
+    }
+
+    std::function<void(const RemoteControl::Request &)> perform_;
+};
+
+/// RemoteMatch in the types that travel.
+struct BusMatch
+{
+    using Range = std::pair<qlonglong, qlonglong>;
+
+    QByteArray path;
+    double score = 0;
+    QList<Range> ranges;
+};
+
+static QDBusArgument &operator<<(QDBusArgument &argument, const BusMatch &match)
+{
+    argument.beginStructure();
+    argument << match.path << match.score << match.ranges;
+    argument.endStructure();
+    return argument;
+}
+
+static const QDBusArgument &operator>>(const QDBusArgument &argument, BusMatch &match)
+{
+    argument.beginStructure();
+    argument >> match.path >> match.score >> match.ranges;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+QList<BusMatch> toBus(const std::vector<RemoteMatch> &matches)
+{
+    QList<BusMatch> converted;
+    converted.reserve(static_cast<qsizetype>(matches.size()));
+    for (const RemoteMatch &match : matches) {
+        converted.append({QByteArray::fromStdString(match.path), match.score, {}});
+        for (const auto &[location, length] : match.ranges)
+            converted.back().ranges.append({location, length});
+    }
+    return converted;
+}
+
+} // namespace
+
+/// The index for other processes of the user; the answers are sent from the background.
+class SearchAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.quillon.Quillon.Search")
+
+public:
+    SearchAdaptor(QObject *parent, TaskQueue &background,
+                  std::function<RemoteAnswer(const RemoteQuery &)> find)
+        : QDBusAbstractAdaptor(parent), background_(background), find_(std::move(find))
+    {
+        qDBusRegisterMetaType<BusMatch::Range>();
+        qDBusRegisterMetaType<QList<BusMatch::Range>>();
+        qDBusRegisterMetaType<BusMatch>();
+        qDBusRegisterMetaType<QList<BusMatch>>();
+    }
+
+public Q_SLOTS:
+    // NOLINTNEXTLINE(readability-identifier-naming): the name is that of the interface
+    QList<quillon::BusMatch> Find(const QByteArray &settings, const QByteArray &query, uint limit,
+                                  const QDBusMessage &message)
+    {
+        message.setDelayedReply(true);
+        RemoteQuery asked{settings.toStdString(), query.toStdString(),
+                          std::min(limit, RemoteQuery::MOST)};
+        background_.post([find = find_, asked = std::move(asked), message] {
+            const RemoteAnswer answer = find(asked);
+            QDBusConnection::sessionBus().send(
+                answer ? message.createReply(QVariant::fromValue(toBus(*answer)))
+                       : message.createErrorReply(name(BusNames::NOT_ANSWERED),
+                                                  QStringLiteral("No index for these settings")));
+        });
+        return {};
+    }
+
+private:
+    TaskQueue &background_;
+    std::function<RemoteAnswer(const RemoteQuery &)> find_;
+};
+
+BusRemoteControl::~BusRemoteControl()
+{
+    if (!isOwner_)
+        return;
+    auto bus = QDBusConnection::sessionBus();
+    bus.unregisterObject(name(BusNames::OBJECT));
+    bus.unregisterService(name(BusNames::SERVICE));
+}
+
+RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
+{
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return Claim::unavailable;
+    // The object stands before the name does: whoever sees the name is answered.
+    new ApplicationAdaptor(&object_, std::move(handlers.perform));
+    if (handlers.find)
+        new SearchAdaptor(&object_, background_, std::move(handlers.find));
+    bus.registerObject(name(BusNames::OBJECT), &object_, QDBusConnection::ExportAdaptors);
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        bus.interface()->registerService(name(BusNames::SERVICE),
+                                         QDBusConnectionInterface::DontQueueService,
+                                         QDBusConnectionInterface::DontAllowReplacement);
+    isOwner_ = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
+    if (isOwner_)
+        return Claim::owner;
+    bus.unregisterObject(name(BusNames::OBJECT));
+    return reply.isValid() ? Claim::taken : Claim::unavailable;
+}
+
+} // namespace quillon
+
+#include "BusRemoteControl.moc"

@@ -1,0 +1,109 @@
+#include "platform/linux/session/PatientOutput.h"
+
+#include "base/Mutex.h"
+#include "platform/linux/bus/Deadline.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <string>
+#include <thread>
+
+#include <unistd.h>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// As much as a pipe holds, once more.
+constexpr std::size_t MOST_WAITING = 65536;
+constexpr auto PATIENCE_AT_THE_END = 20ms;
+
+void writeAll(int descriptor, const std::string &bytes)
+{
+    for (std::size_t written = 0; written < bytes.size();) {
+        const ssize_t count = write(descriptor, bytes.data() + written, bytes.size() - written);
+        if (count < 0 && errno != EINTR)
+            return; // the reader has gone
+        written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+}
+
+} // namespace
+
+struct PatientOutput::Lines
+{
+    explicit Lines(int of) : descriptor(of) {}
+
+    const int descriptor;
+    Mutex mutex;
+    Condition changed;
+    std::string waiting GUARDED_BY(mutex);
+    bool isWriting GUARDED_BY(mutex) = false;
+    bool isEnding GUARDED_BY(mutex) = false;
+};
+
+PatientOutput::PatientOutput(int descriptor) : lines_(new Lines(descriptor)), former_(stdout)
+{
+    cookie_io_functions_t functions{};
+    functions.write = take;
+    stream_ = fopencookie(lines_, "w", functions);
+    if (!stream_)
+        return;
+    setvbuf(stream_, nullptr, _IOLBF, BUFSIZ);
+    stdout = stream_;
+    // Left behind with the process when it hangs, and what it uses with it.
+    std::thread([lines = lines_] { carryOn(*lines); }).detach();
+}
+
+PatientOutput::~PatientOutput()
+{
+    if (!stream_)
+        return;
+    std::fflush(stream_);
+    stdout = former_;
+    const Deadline deadline(PATIENCE_AT_THE_END);
+    const MutexLock lock(lines_->mutex);
+    lines_->isEnding = true;
+    lines_->changed.notifyAll();
+    while ((lines_->isWriting || !lines_->waiting.empty()) && !deadline.hasPassed())
+        lines_->changed.waitFor(lines_->mutex, deadline.remaining());
+}
+
+ssize_t PatientOutput::take(void *lines, const char *bytes, std::size_t count)
+{
+    auto &all = *static_cast<Lines *>(lines);
+    const MutexLock lock(all.mutex);
+    if (all.waiting.size() + count <= MOST_WAITING)
+        all.waiting.append(bytes, count);
+    all.changed.notifyAll();
+    return static_cast<ssize_t>(count);
+}
+
+void PatientOutput::carryOn(Lines &lines)
+{
+    // A reader that has gone is no reason to end.
+    sigset_t ignored;
+    sigemptyset(&ignored);
+    sigaddset(&ignored, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &ignored, nullptr);
+    for (;;) {
+        std::string bytes;
+        {
+            const MutexLock lock(lines.mutex);
+            lines.isWriting = false;
+            lines.changed.notifyAll();
+            while (lines.waiting.empty() && !lines.isEnding)
+                lines.changed.wait(lines.mutex);
+            if (lines.waiting.empty())
+                return;
+            bytes.swap(lines.waiting);
+            lines.isWriting = true;
+        }
+        writeAll(lines.descriptor, bytes);
+    }
+}
+
+} // namespace quillon

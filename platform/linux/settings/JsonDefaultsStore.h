@@ -1,0 +1,58 @@
+#pragma once
+
+#include "base/DefaultsStore.h"
+#include "base/Mutex.h"
+#include "platform/linux/settings/SettingsFile.h"
+
+#include <QJsonObject>
+
+#include <functional>
+#include <string>
+
+namespace quillon {
+
+/// "$XDG_CONFIG_HOME/quillon/quillon.json", or below "~/.config" where that variable is not an
+/// absolute path.
+std::string standardDefaultsPath();
+
+/// Keeps the settings as one JSON object in a text file.
+///
+/// A file that cannot be read is never overwritten: what was read last stays in force, the fault
+/// is said once on standard error, and the next write keeps the file beside the new one. Keys and
+/// values that this program does not know survive its writes.
+class JsonDefaultsStore final : public DefaultsStore
+{
+public:
+    /// The path is absolute; neither the file nor its folder need be there.
+    explicit JsonDefaultsStore(std::string path);
+
+    std::optional<DefaultsValue> value(std::string_view key) const override EXCLUDES(mutex_);
+    bool set(std::string_view key, const DefaultsValue &value) override;
+    bool remove(std::string_view key) override;
+    bool removeAll() override;
+    bool synchronize() override;
+
+private:
+    /// Returns whether it changed anything.
+    using Edit = std::function<bool(QJsonObject &contents)>;
+    bool change(const Edit &edit) EXCLUDES(writing_, mutex_);
+    bool isOnDisk(const Edit &edit) const EXCLUDES(mutex_);
+
+    void refresh() const REQUIRES(mutex_);
+    void complainOnce(const FileStamp &stamp, const std::string &fault) const REQUIRES(mutex_);
+
+    const SettingsFile file_;
+    /// Held for the length of a write, so that readers wait for no disk.
+    Mutex writing_;
+    mutable Mutex mutex_;
+    /// What was read, or written, last without a fault.
+    mutable QJsonObject contents_ GUARDED_BY(mutex_);
+    /// The file as last read. Not to be relied on unless settled.
+    mutable FileStamp stamp_ GUARDED_BY(mutex_);
+    mutable bool settled_ GUARDED_BY(mutex_) = false;
+    /// The file on disk is not what contents_ came from.
+    mutable bool faulty_ GUARDED_BY(mutex_) = false;
+    mutable std::optional<FileStamp> complained_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon

@@ -1,0 +1,65 @@
+#include "platform/linux/settings/SettingsFileChanges.h"
+
+#include <QFileInfo>
+
+#include <chrono>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// An editor that writes in place empties the file first.
+constexpr auto SETTLING = 100ms;
+
+QString nearestFolder(const QString &path)
+{
+    QFileInfo folder(QFileInfo(path).absolutePath());
+    while (!folder.isDir() && !folder.isRoot())
+        folder = QFileInfo(folder.absolutePath());
+    return folder.filePath();
+}
+
+} // namespace
+
+SettingsFileChanges::SettingsFileChanges(const std::string &path)
+    : path_(QString::fromStdString(path))
+{
+    settling_.setSingleShot(true);
+    settling_.setInterval(SETTLING);
+    connect(&settling_, &QTimer::timeout, this, &SettingsFileChanges::tell);
+    // The first change of several starts the timer: a file that never rests is still told about.
+    const auto changed = [this] {
+        if (!settling_.isActive())
+            settling_.start();
+    };
+    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, changed);
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, changed);
+    watch();
+}
+
+void SettingsFileChanges::watch()
+{
+    // A replaced file is another file under the same name, so all watches are set anew.
+    if (const QStringList former = watcher_.files() + watcher_.directories(); !former.isEmpty())
+        watcher_.removePaths(former);
+    QStringList places{nearestFolder(path_)};
+    if (const QFileInfo file(path_); file.exists()) {
+        places << path_;
+        // Where a link leads, too, since that is what is replaced.
+        if (const QString folder = QFileInfo(file.canonicalFilePath()).path(); folder != places[0])
+            places << folder;
+    }
+    watcher_.addPaths(places);
+}
+
+void SettingsFileChanges::tell()
+{
+    // Watched before it is read: a change in between is told, too.
+    watch();
+    if (changed_)
+        changed_();
+}
+
+} // namespace quillon

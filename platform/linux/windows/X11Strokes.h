@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/linux/windows/XcbCalls.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace quillon {
+
+/// Strokes on the keyboard of an X display, as it is when this is made.
+class X11Strokes
+{
+public:
+    /// One stroke; the symbol of an ASCII letter is the letter.
+    struct Stroke
+    {
+        std::uint32_t symbol = 0;
+        bool withControl = false;
+    };
+
+    X11Strokes(xcb_connection_t *x, xcb_window_t root);
+
+    // False when the keyboard lacks a symbol; nothing has happened then.
+
+    /// Hands the window these strokes, which reach no other one whatever the user does meanwhile.
+    /// GTK ignores such strokes.
+    bool send(xcb_window_t window, const std::vector<Stroke> &strokes) const;
+    /// Has the display take the stroke for one on the keyboard itself; it reaches the window that
+    /// has the keyboard. False as well while the user holds a key that would change it.
+    bool press(const Stroke &stroke) const;
+
+private:
+    struct Key
+    {
+        std::uint8_t code = 0;
+        /// The modifiers and the layout, as events carry them.
+        std::uint16_t state = 0;
+    };
+    std::optional<Key> find(std::uint32_t symbol) const;
+    /// As events carry it.
+    std::optional<std::uint16_t> heldState() const;
+
+    xcb_connection_t *x_;
+    xcb_window_t root_;
+    std::uint8_t firstCode_;
+    XcbReply<xcb_get_keyboard_mapping_reply_t> mapping_;
+};
+
+} // namespace quillon

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/WindowSystem.h"
+#include "platform/linux/windows/X11Windows.h"
+
+namespace quillon {
+
+/// X11, where Qt runs on it; elsewhere the window system needs no words from us.
+class X11WindowSystem : public WindowSystem
+{
+public:
+    /// Whether there is a display that takes this process. Needs no application.
+    static bool isReachable();
+
+    void keepOutOfTaskbar(std::uintptr_t window) override;
+    bool isComposited() const override;
+    std::uintptr_t activeWindow() const override;
+    void activate(std::uintptr_t window) override;
+    void activate(std::uintptr_t window, const std::string &activationToken) override;
+
+private:
+    const X11Windows windows_;
+};
+
+} // namespace quillon

@@ -1,0 +1,359 @@
+#include "platform/linux/windows/X11Windows.h"
+
+#include "platform/linux/windows/XcbCalls.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdlib>
+#include <span>
+#include <thread>
+
+#include <poll.h>
+
+namespace quillon {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Dialogues of dialogues; a circle ends here as well.
+constexpr int LONGEST_TRANSIENCE = 8;
+/// In units of four bytes; longer texts and lists are cut off.
+constexpr std::uint32_t LONGEST_PROPERTY = 16384;
+/// The value that stands for every desktop.
+constexpr std::uint32_t ALL_DESKTOPS = 0xFFFFFFFF;
+/// What the window manager takes for the user's own wish, as from a pager.
+constexpr std::uint32_t SOURCE_PAGER = 2;
+/// An answer may depend on more than the properties that are watched.
+constexpr auto LONGEST_SILENCE = 100ms;
+
+std::span<const std::uint32_t> words(const xcb_get_property_reply_t *property)
+{
+    if (!property || property->format != 32)
+        return {};
+    return {static_cast<const std::uint32_t *>(xcb_get_property_value(property)),
+            property->value_len};
+}
+
+std::string text(const xcb_get_property_reply_t *property)
+{
+    if (!property || property->format != 8)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(property)), property->value_len};
+}
+
+std::uint32_t firstWord(const xcb_get_property_reply_t *property, std::uint32_t otherwise)
+{
+    const auto found = words(property);
+    return found.empty() ? otherwise : found.front();
+}
+
+bool contains(std::span<const std::uint32_t> words, std::uint32_t word)
+{
+    return std::ranges::find(words, word) != words.end();
+}
+
+/// WM_CLASS holds two texts, each with a zero at its end.
+std::string classPart(const std::string &property)
+{
+    const std::size_t first = property.find('\0');
+    if (first == std::string::npos)
+        return {};
+    const std::size_t second = property.find('\0', first + 1);
+    std::string part = property.substr(first + 1, second - first - 1);
+    for (char &letter : part)
+        letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    return part;
+}
+
+} // namespace
+
+struct X11Windows::Atoms
+{
+    xcb_atom_t activeWindow = 0;
+    xcb_atom_t clientList = 0;
+    xcb_atom_t clientListStacking = 0;
+    xcb_atom_t closeWindow = 0;
+    xcb_atom_t currentDesktop = 0;
+    xcb_atom_t desktop = 0;
+    xcb_atom_t name = 0;
+    xcb_atom_t pid = 0;
+    xcb_atom_t state = 0;
+    xcb_atom_t stateHidden = 0;
+    xcb_atom_t type = 0;
+    xcb_atom_t typeNormal = 0;
+    xcb_atom_t gtkObjectPath = 0;
+    xcb_atom_t gtkBusName = 0;
+
+    explicit Atoms(xcb_connection_t *x)
+    {
+        struct Wanted
+        {
+            std::string_view name;
+            xcb_atom_t &atom;
+        };
+        const std::array wanted{Wanted{"_NET_ACTIVE_WINDOW", activeWindow},
+                                Wanted{"_NET_CLIENT_LIST", clientList},
+                                Wanted{"_NET_CLIENT_LIST_STACKING", clientListStacking},
+                                Wanted{"_NET_CLOSE_WINDOW", closeWindow},
+                                Wanted{"_NET_CURRENT_DESKTOP", currentDesktop},
+                                Wanted{"_NET_WM_DESKTOP", desktop},
+                                Wanted{"_NET_WM_NAME", name},
+                                Wanted{"_NET_WM_PID", pid},
+                                Wanted{"_NET_WM_STATE", state},
+                                Wanted{"_NET_WM_STATE_HIDDEN", stateHidden},
+                                Wanted{"_NET_WM_WINDOW_TYPE", type},
+                                Wanted{"_NET_WM_WINDOW_TYPE_NORMAL", typeNormal},
+                                Wanted{"_GTK_WINDOW_OBJECT_PATH", gtkObjectPath},
+                                Wanted{"_GTK_UNIQUE_BUS_NAME", gtkBusName}};
+        std::array<xcb_intern_atom_cookie_t, wanted.size()> cookies{};
+        for (std::size_t i = 0; i < wanted.size(); ++i)
+            cookies[i] = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(wanted[i].name.size()),
+                                         wanted[i].name.data());
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            if (const auto answer = xcbReply(xcb_intern_atom_reply(x, cookies[i], nullptr)))
+                wanted[i].atom = answer->atom;
+        }
+    }
+};
+
+/// A window with what decides whether it counts.
+struct X11Windows::Description
+{
+    DesktopWindow window;
+    bool isNormal = false;
+    std::uint32_t desktop = ALL_DESKTOPS;
+    std::uint32_t transientFor = 0;
+};
+
+X11Windows::X11Windows()
+{
+    int screen = 0;
+    x_ = xcb_connect(nullptr, &screen);
+    if (xcb_connection_has_error(x_)) {
+        xcb_disconnect(x_);
+        x_ = nullptr;
+        return;
+    }
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(x_));
+    for (; screen > 0 && screens.rem > 1; --screen)
+        xcb_screen_next(&screens);
+    root_ = screens.data->root;
+    atoms_ = std::make_unique<const Atoms>(x_);
+}
+
+X11Windows::~X11Windows()
+{
+    if (x_)
+        xcb_disconnect(x_);
+}
+
+bool X11Windows::isComplete() const
+{
+    return x_ != nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr;
+}
+
+std::vector<std::uint32_t> X11Windows::windowList(std::uint32_t property) const
+{
+    if (!x_)
+        return {};
+    const auto cookie =
+        xcb_get_property(x_, 0, root_, property, XCB_ATOM_WINDOW, 0, LONGEST_PROPERTY);
+    const auto answer = xcbReply(xcb_get_property_reply(x_, cookie, nullptr));
+    const auto found = words(answer.get());
+    return {found.begin(), found.end()};
+}
+
+std::vector<X11Windows::Description>
+X11Windows::describe(const std::vector<std::uint32_t> &windows) const
+{
+    enum Property
+    {
+        wmClass,
+        transientFor,
+        name,
+        pid,
+        state,
+        windowType,
+        desktop,
+        objectPath,
+        busName
+    };
+    constexpr std::size_t COUNT = 9;
+    const std::array<xcb_atom_t, COUNT> properties{XCB_ATOM_WM_CLASS, XCB_ATOM_WM_TRANSIENT_FOR,
+                                                   atoms_->name,      atoms_->pid,
+                                                   atoms_->state,     atoms_->type,
+                                                   atoms_->desktop,   atoms_->gtkObjectPath,
+                                                   atoms_->gtkBusName};
+    // All questions are sent before the first answer is waited for.
+    std::vector<std::array<xcb_get_property_cookie_t, COUNT>> cookies(windows.size());
+    for (std::size_t i = 0; i < windows.size(); ++i)
+        for (std::size_t p = 0; p < COUNT; ++p)
+            cookies[i][p] = xcb_get_property(x_, 0, windows[i], properties[p], XCB_ATOM_ANY, 0,
+                                             LONGEST_PROPERTY);
+
+    std::vector<Description> descriptions;
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        // A window that has gone answers nothing and has no class.
+        const auto get = [&](Property property) {
+            return xcbReply(xcb_get_property_reply(x_, cookies[i][property], nullptr));
+        };
+        Description found;
+        found.window.id = windows[i];
+        found.window.windowClass = classPart(text(get(wmClass).get()));
+        found.transientFor = firstWord(get(transientFor).get(), 0);
+        found.window.title = text(get(name).get());
+        found.window.process = static_cast<pid_t>(firstWord(get(pid).get(), 0));
+        found.window.isMinimised = contains(words(get(state).get()), atoms_->stateHidden);
+        const auto types = get(windowType);
+        found.isNormal = contains(words(types.get()), atoms_->typeNormal) ||
+                         (words(types.get()).empty() && found.transientFor == 0);
+        found.desktop = firstWord(get(desktop).get(), ALL_DESKTOPS);
+        found.window.gtkObjectPath = text(get(objectPath).get());
+        found.window.gtkBusName = text(get(busName).get());
+        descriptions.push_back(std::move(found));
+    }
+    return descriptions;
+}
+
+std::uint32_t X11Windows::activeId() const
+{
+    const auto active = windowList(x_ ? atoms_->activeWindow : 0);
+    return active.empty() ? 0 : active.front();
+}
+
+std::optional<DesktopWindow> X11Windows::active() const
+{
+    std::uint32_t id = activeId();
+    for (int step = 0; id != 0 && step < LONGEST_TRANSIENCE; ++step) {
+        Description found = std::move(describe({id}).front());
+        if (found.isNormal && !found.window.windowClass.empty())
+            return std::move(found.window);
+        id = found.transientFor;
+    }
+    return std::nullopt;
+}
+
+std::vector<DesktopWindow> X11Windows::stacked() const
+{
+    std::vector<DesktopWindow> windows;
+    if (!x_)
+        return windows;
+    const auto current = windowList(atoms_->currentDesktop);
+    for (Description &found : describe(windowList(atoms_->clientListStacking))) {
+        const bool isHere =
+            found.desktop == ALL_DESKTOPS || current.empty() || found.desktop == current.front();
+        if (found.isNormal && isHere)
+            windows.push_back(std::move(found.window));
+    }
+    std::ranges::reverse(windows);
+    return windows;
+}
+
+std::vector<std::uint32_t> X11Windows::clients() const
+{
+    return windowList(x_ ? atoms_->clientList : 0);
+}
+
+std::string X11Windows::title(std::uint32_t window) const
+{
+    if (!x_)
+        return {};
+    return describe({window}).front().window.title;
+}
+
+pid_t X11Windows::process(std::uint32_t window) const
+{
+    return x_ ? describe({window}).front().window.process : 0;
+}
+
+std::optional<X11Windows::Box> X11Windows::box(std::uint32_t window) const
+{
+    if (!x_)
+        return std::nullopt;
+    const auto geometryCookie = xcb_get_geometry(x_, window);
+    const auto originCookie = xcb_translate_coordinates(x_, window, root_, 0, 0);
+    const auto geometry = xcbReply(xcb_get_geometry_reply(x_, geometryCookie, nullptr));
+    const auto origin = xcbReply(xcb_translate_coordinates_reply(x_, originCookie, nullptr));
+    if (!geometry || !origin)
+        return std::nullopt;
+    return Box{origin->dst_x, origin->dst_y, geometry->width, geometry->height};
+}
+
+void X11Windows::tell(std::uint32_t window, std::uint32_t type, std::uint32_t first,
+                      std::uint32_t second) const
+{
+    if (!x_ || window == 0)
+        return;
+    tellWindowManager(x_, root_, window, type, first, second);
+    // Has arrived once something later is answered, even if the program ends right now.
+    xcbReply(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr));
+}
+
+void X11Windows::activate(std::uint32_t window) const
+{
+    tell(window, x_ ? atoms_->activeWindow : 0, SOURCE_PAGER, XCB_CURRENT_TIME);
+}
+
+bool X11Windows::activate(std::uint32_t window, Deadline deadline) const
+{
+    activate(window);
+    return waitUntil(
+        window, [&] { return activeId() == window; }, deadline);
+}
+
+void X11Windows::close(std::uint32_t window) const
+{
+    tell(window, x_ ? atoms_->closeWindow : 0, XCB_CURRENT_TIME, SOURCE_PAGER);
+}
+
+bool X11Windows::type(std::uint32_t window, const std::vector<Stroke> &strokes) const
+{
+    return x_ && X11Strokes(x_, root_).send(window, strokes);
+}
+
+bool X11Windows::press(std::uint32_t window, const Stroke &stroke) const
+{
+    return x_ && activeId() == window && X11Strokes(x_, root_).press(stroke);
+}
+
+void X11Windows::watch(std::uint32_t window, bool isWatched) const
+{
+    const std::uint32_t mask =
+        isWatched ? std::uint32_t{XCB_EVENT_MASK_PROPERTY_CHANGE} : std::uint32_t{0};
+    for (const std::uint32_t watched : {root_, window}) {
+        if (watched != 0)
+            xcb_change_window_attributes(x_, watched, XCB_CW_EVENT_MASK, &mask);
+    }
+    xcb_flush(x_);
+}
+
+bool X11Windows::waitUntil(std::uint32_t window, const std::function<bool()> &answer,
+                           Deadline deadline) const
+{
+    if (!x_) {
+        bool isSo = answer();
+        for (; !isSo && !deadline.hasPassed(); isSo = answer())
+            std::this_thread::sleep_for(deadline.atMost(LONGEST_SILENCE).remaining());
+        return isSo;
+    }
+    watch(window, true);
+    bool isSo = answer();
+    while (!isSo && !deadline.hasPassed() && !xcb_connection_has_error(x_)) {
+        bool hasChanged = false;
+        while (const auto event = xcbReply(xcb_poll_for_event(x_)))
+            hasChanged = true;
+        pollfd display{xcb_get_file_descriptor(x_), POLLIN, 0};
+        if (!hasChanged)
+            poll(&display, 1,
+                 static_cast<int>(deadline.atMost(LONGEST_SILENCE).remaining().count()));
+        isSo = answer();
+    }
+    watch(window, false);
+    while (const auto event = xcbReply(xcb_poll_for_event(x_))) {
+    }
+    return isSo;
+}
+
+} // namespace quillon

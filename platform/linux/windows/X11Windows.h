@@ -1,0 +1,106 @@
+#pragma once
+
+#include "platform/linux/bus/Deadline.h"
+#include "platform/linux/windows/X11Strokes.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace quillon {
+
+/// A top-level window as its program and the window manager describe it.
+struct DesktopWindow
+{
+    std::uint32_t id = 0;
+    /// Zero when the program does not tell.
+    pid_t process = 0;
+    /// The second part of WM_CLASS in small letters.
+    std::string windowClass;
+    std::string title;
+    /// Where GTK programs put the window on the session bus; empty for the others.
+    std::string gtkObjectPath;
+    std::string gtkBusName;
+    bool isMinimised = false;
+};
+
+/// The windows of all programs on the X11 display, by a connection of its own. Where there is no
+/// X11 nothing is found and nothing happens. Safe from every thread, but only one at a time waits.
+class X11Windows
+{
+public:
+    /// Joins the display that the environment names.
+    X11Windows();
+    X11Windows(const X11Windows &) = delete;
+    X11Windows &operator=(const X11Windows &) = delete;
+    ~X11Windows();
+
+    /// Whether every program's windows are among these. Not so without X11, and not on Wayland,
+    /// where few programs still show theirs by way of X11.
+    bool isComplete() const;
+
+    /// The window with the keyboard; of a dialogue the window that it belongs to. Absent when it is
+    /// no ordinary window.
+    std::optional<DesktopWindow> active() const;
+    /// The window with the keyboard as it is, 0 when there is none.
+    std::uint32_t activeId() const;
+    /// The ordinary windows of the current desktop, the topmost first.
+    std::vector<DesktopWindow> stacked() const;
+    /// All windows that the window manager knows, in the order they came.
+    std::vector<std::uint32_t> clients() const;
+    std::string title(std::uint32_t window) const;
+    /// Zero when it is not told.
+    pid_t process(std::uint32_t window) const;
+
+    struct Box
+    {
+        int left = 0;
+        int top = 0;
+        int width = 0;
+        int height = 0;
+
+        bool operator==(const Box &) const = default;
+    };
+    /// The window's contents on the screen; absent when it has gone.
+    std::optional<Box> box(std::uint32_t window) const;
+
+    /// Asks the window manager to raise the window and to give it the keyboard.
+    void activate(std::uint32_t window) const;
+    /// The same, and waits until the window has it; false when that does not come.
+    bool activate(std::uint32_t window, Deadline deadline) const;
+    /// Asks the window to close as its own button does.
+    void close(std::uint32_t window) const;
+
+    using Stroke = X11Strokes::Stroke;
+    /// As X11Strokes::send().
+    bool type(std::uint32_t window, const std::vector<Stroke> &strokes) const;
+    /// As X11Strokes::press(). False as well when the window does not have the keyboard.
+    bool press(std::uint32_t window, const Stroke &stroke) const;
+
+    /// Tries until the answer is true or the deadline has passed, each time that a property of
+    /// the window or of the root window changes. Returns the last answer.
+    bool waitUntil(std::uint32_t window, const std::function<bool()> &answer,
+                   Deadline deadline) const;
+
+private:
+    struct Atoms;
+    struct Description;
+
+    std::vector<std::uint32_t> windowList(std::uint32_t property) const;
+    std::vector<Description> describe(const std::vector<std::uint32_t> &windows) const;
+    void tell(std::uint32_t window, std::uint32_t type, std::uint32_t first,
+              std::uint32_t second) const;
+    void watch(std::uint32_t window, bool isWatched) const;
+
+    xcb_connection_t *x_ = nullptr;
+    std::uint32_t root_ = 0;
+    std::unique_ptr<const Atoms> atoms_;
+};
+
+} // namespace quillon

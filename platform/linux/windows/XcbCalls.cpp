@@ -1,0 +1,27 @@
+#include "platform/linux/windows/XcbCalls.h"
+
+namespace quillon {
+
+xcb_atom_t xcbAtom(xcb_connection_t *x, std::string_view name)
+{
+    const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto reply = xcbReply(xcb_intern_atom_reply(x, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+void tellWindowManager(xcb_connection_t *x, xcb_window_t root, xcb_window_t window, xcb_atom_t type,
+                       std::uint32_t first, std::uint32_t second)
+{
+    xcb_client_message_event_t request{};
+    request.response_type = XCB_CLIENT_MESSAGE;
+    request.format = 32;
+    request.window = window;
+    request.type = type;
+    request.data.data32[0] = first;
+    request.data.data32[1] = second;
+    xcb_send_event(x, 0, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&request));
+}
+
+} // namespace quillon
