@@ -1,82 +1,90 @@
 #include "actions/ActionListJson.h"
 
-#include <nlohmann/json.hpp>
+#include "base/JsonValues.h"
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace quillon {
 
 namespace {
 
-/// Writes the members of an object in the order in which they were put in.
-using Json = nlohmann::ordered_json;
-
-Json toJson(const ActionModel &action)
+QString literal(bool value)
 {
-    return {{"flags",
-             {{"option", action.flags.option},
-              {"shift", action.flags.shift},
-              {"command", action.flags.command}}},
-            {"actionType",
-             {{"key", action.actionType.key()},
-              {"requiresTarget", action.actionType.requiresTarget()}}},
-            {"actionTarget", {{"key", action.actionTarget.key()}}}};
+    return QLatin1StringView(value ? "true" : "false");
 }
 
-/// The member; the null value when it is missing or the value is no object.
-const Json &member(const Json &object, const char *name)
+/// The text in quotes, with whatever JSON wants escaped.
+QString literal(std::string_view bytes)
 {
-    static const Json NOTHING;
-    const auto found = object.find(name);
-    return found == object.end() ? NOTHING : *found;
+    const QJsonDocument document(QJsonArray{bytesToText(bytes)});
+    QString array = QString::fromUtf8(document.toJson(QJsonDocument::Compact));
+    return array.sliced(1, array.size() - 2);
 }
 
-std::optional<ActionShortcutFlags> flagsFrom(const Json &json)
+/// QJsonObject sorts its members, and people who read the settings expect the flags first.
+QString toJson(const ActionModel &action)
 {
-    const Json &option = member(json, "option");
-    const Json &shift = member(json, "shift");
-    const Json &command = member(json, "command");
-    if (!option.is_boolean() || !shift.is_boolean() || !command.is_boolean())
+    static constexpr QLatin1StringView FORM(
+        R"({"flags":{"option":%1,"shift":%2,"command":%3},)"
+        R"("actionType":{"key":%4,"requiresTarget":%5},"actionTarget":{"key":%6}})");
+    return QString(FORM).arg(literal(action.flags.option), literal(action.flags.shift),
+                             literal(action.flags.command), literal(action.actionType.key()),
+                             literal(action.actionType.requiresTarget()),
+                             literal(action.actionTarget.key()));
+}
+
+std::optional<ActionShortcutFlags> flagsFrom(const QJsonObject &json)
+{
+    const QJsonValue option = json.value(QLatin1StringView("option"));
+    const QJsonValue shift = json.value(QLatin1StringView("shift"));
+    const QJsonValue command = json.value(QLatin1StringView("command"));
+    if (!option.isBool() || !shift.isBool() || !command.isBool())
         return std::nullopt;
     return ActionShortcutFlags{
-        .option = option.get<bool>(), .shift = shift.get<bool>(), .command = command.get<bool>()};
+        .option = option.toBool(), .shift = shift.toBool(), .command = command.toBool()};
 }
 
-std::optional<ActionModel> actionFrom(const Json &json)
+std::optional<ActionModel> actionFrom(const QJsonObject &json)
 {
-    const auto flags = flagsFrom(member(json, "flags"));
-    const Json &type = member(json, "actionType");
-    const Json &typeKey = member(type, "key");
-    const Json &requiresTarget = member(type, "requiresTarget");
-    const Json &targetKey = member(member(json, "actionTarget"), "key");
-    if (!flags || !typeKey.is_string() || !requiresTarget.is_boolean() || !targetKey.is_string())
+    // What is no object becomes an empty one, which lacks its members.
+    const auto object = [&](QLatin1StringView name) { return json.value(name).toObject(); };
+    const auto flags = flagsFrom(object(QLatin1StringView("flags")));
+    const QJsonObject type = object(QLatin1StringView("actionType"));
+    const QJsonValue typeKey = type.value(QLatin1StringView("key"));
+    const QJsonValue requiresTarget = type.value(QLatin1StringView("requiresTarget"));
+    const QJsonValue targetKey =
+        object(QLatin1StringView("actionTarget")).value(QLatin1StringView("key"));
+    if (!flags || !typeKey.isString() || !requiresTarget.isBool() || !targetKey.isString())
         return std::nullopt;
     return ActionModel{.flags = *flags,
                        .actionType =
-                           ActionType(typeKey.get<std::string>(), requiresTarget.get<bool>()),
-                       .actionTarget = ActionTarget(targetKey.get<std::string>())};
+                           ActionType(textToBytes(typeKey.toString()), requiresTarget.toBool()),
+                       .actionTarget = ActionTarget(textToBytes(targetKey.toString()))};
 }
 
 } // namespace
 
-std::optional<std::string> encodeActions(const std::vector<ActionModel> &actions)
+std::string encodeActions(const std::vector<ActionModel> &actions)
 {
-    Json array = Json::array();
+    QStringList elements;
     for (const ActionModel &action : actions)
-        array.push_back(toJson(action));
-    try {
-        return array.dump();
-    } catch (const Json::type_error &) {
-        return std::nullopt;
-    }
+        elements.append(toJson(action));
+    return QString(u'[' + elements.join(u',') + u']').toStdString();
 }
 
 std::optional<std::vector<ActionModel>> decodeActions(std::string_view bytes)
 {
-    const Json array = Json::parse(bytes, nullptr, false);
-    if (!array.is_array())
+    const auto document = QJsonDocument::fromJson(
+        QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    if (!document.isArray())
         return std::nullopt;
     std::vector<ActionModel> actions;
-    for (const Json &element : array) {
-        auto action = actionFrom(element);
+    const QJsonArray array = document.array();
+    for (const QJsonValue element : array) {
+        auto action = actionFrom(element.toObject());
         if (!action)
             return std::nullopt;
         actions.push_back(std::move(*action));

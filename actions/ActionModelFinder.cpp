@@ -47,9 +47,8 @@ std::vector<ActionModel> ActionModelFinder::loadActions() const
 
 bool ActionModelFinder::saveActions(const std::vector<ActionModel> &actions)
 {
-    auto bytes = encodeActions(actions);
-    return bytes &&
-           store_.set(PreferenceKeys::ACTIONS_LIST, {DefaultsData{.bytes = std::move(*bytes)}});
+    return store_.set(PreferenceKeys::ACTIONS_LIST,
+                      {DefaultsData{.bytes = encodeActions(actions)}});
 }
 
 bool ActionModelFinder::containsAction(const ActionModel &action,

@@ -161,12 +161,16 @@ TEST(ActionModelFinder, addsOnceAndRemovesEveryEqualAction)
     EXPECT_EQ(finder.actionFor({.option = true, .command = true}), std::nullopt);
 }
 
-TEST(ActionModelFinder, storesNothingThatIsNoText)
+TEST(ActionModelFinder, storesEveryPathOfAProgramExactly)
 {
     FakeDefaultsStore store;
     ActionModelFinder finder(store);
-    EXPECT_FALSE(finder.addAction(openWith({.shift = true}, "caf\xe9")));
-    EXPECT_EQ(store.writes(), 0);
+    for (const char *target :
+         {"/opt/caf\xe9", "/opt/say \"hi\"\\\n\t", "/opt/%1%2", "/opt/\U0001F4C1"}) {
+        const ActionModel action = openWith({.shift = true}, target);
+        EXPECT_TRUE(finder.addAction(action));
+        EXPECT_EQ(finder.loadActions().back(), action) << target;
+    }
 }
 
 TEST(ActionModelFinder, readsTheSettingsFileAsDataAndAsText)
