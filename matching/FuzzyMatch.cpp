@@ -15,7 +15,23 @@ namespace {
 
 /// More helpers than this gain little: one search is a few milliseconds of memory reads.
 constexpr unsigned MOST_SEARCH_THREADS = 2;
+/// A search that has lost matches to a writer this often keeps writers out the next time, so that a
+/// stream of removals does not keep it from its end.
+constexpr int MOST_LOSSES = 2;
 constexpr double MOST_ACCESSED_SCORE = 1.0;
+
+std::vector<TreeSearch::Match> searched(const PathIndex &index, std::string_view pattern,
+                                        const RecentAccessSnapshot *uses, std::size_t top,
+                                        unsigned threads)
+{
+    for (int losses = 0; losses < MOST_LOSSES; ++losses) {
+        TreeSearch search(pattern, index, uses, top);
+        std::vector<TreeSearch::Match> matches = search.run(threads);
+        if (!search.hasLostMatches())
+            return matches;
+    }
+    return TreeSearch(pattern, index, uses, top).runInOneGo();
+}
 
 } // namespace
 
@@ -54,9 +70,8 @@ void FuzzyMatch::remove(std::string_view result)
 std::vector<FuzzyMatchResult> FuzzyMatch::match(std::string_view pattern, std::size_t top) const
 {
     const auto uses = recentAccessScore_ == nullptr ? nullptr : recentAccessScore_->snapshot();
-    TreeSearch search(pattern, *index_, uses.get(), top);
     std::vector<FuzzyMatchResult> results;
-    for (TreeSearch::Match &match : search.run(searchThreads_)) {
+    for (TreeSearch::Match &match : searched(*index_, pattern, uses.get(), top, searchThreads_)) {
         std::vector<TextRange> ranges = highlights(pattern, match.text);
         results.emplace_back(std::move(match.text), match.score, std::move(ranges));
     }

@@ -4,6 +4,7 @@
 #include "matching/TreeSearchWorker.h"
 
 #include <algorithm>
+#include <system_error>
 #include <thread>
 
 namespace quillon {
@@ -37,13 +38,38 @@ std::vector<TreeSearch::Match> TreeSearch::run(unsigned threads)
         threads = 1;
     index_.lock.unlockShared();
     {
-        std::vector<std::jthread> helpers;
-        for (unsigned i = 1; i < threads; ++i)
-            helpers.emplace_back([this] { runWorker(); });
+        const std::vector<std::jthread> helpers = startHelpers(threads);
         runWorker();
     }
     const ReadingIndex reading(index_.lock);
     return finish();
+}
+
+std::vector<TreeSearch::Match> TreeSearch::runInOneGo()
+{
+    letsWritersIn_ = false;
+    const ReadingIndex reading(index_.lock);
+    begin();
+    TreeSearchWorker worker(*this);
+    while (const std::optional<Work> work = take()) {
+        worker.walk(*work);
+        finishWork();
+    }
+    collect(worker.hits());
+    return finish();
+}
+
+/// Starts fewer threads where the system has none to give: the caller's own finds everything alone.
+std::vector<std::jthread> TreeSearch::startHelpers(unsigned threads)
+{
+    std::vector<std::jthread> helpers;
+    try {
+        for (unsigned i = 1; i < threads; ++i)
+            helpers.emplace_back([this] { runWorker(); });
+    } catch (const std::system_error &) {
+        return helpers;
+    }
+    return helpers;
 }
 
 void TreeSearch::begin()
@@ -149,9 +175,10 @@ std::vector<TreeSearch::Match> TreeSearch::finish()
         return matches;
     const MutexLock guard(mutex_);
     for (const Hit &hit : hits_->takeSorted()) {
-        // A writer that was let in may have removed it.
         if ((index_.tree.node(hit.node).flags & PathTree::CANDIDATE) != 0)
             matches.push_back({index_.tree.text(hit.node), hit.score});
+        else
+            hasLostMatches_ = true;
     }
     return matches;
 }

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <unordered_set>
 #include <vector>
 
@@ -32,8 +33,13 @@ public:
     TreeSearch(std::string_view query, const PathIndex &index, const RecentAccessSnapshot *uses,
                std::size_t top);
 
-    /// The best matches, best first. Takes the index's lock shared, in slices.
+    /// Returns the best matches, best first. Takes the index's lock shared, in slices.
     std::vector<Match> run(unsigned threads);
+    /// True after run() when a writer that was let in between two slices has removed a match. What
+    /// would take its place may have been passed over, so the search is to be made again.
+    bool hasLostMatches() const { return hasLostMatches_; }
+    /// As run() on this thread alone, and no writer is let in until the search has ended.
+    std::vector<Match> runInOneGo();
 
 private:
     friend class TreeSearchWorker;
@@ -52,6 +58,7 @@ private:
     void begin() REQUIRES_SHARED(index_.lock);
     void scoreUsedTexts() REQUIRES_SHARED(index_.lock);
     double scoreAlone(NodeId node, std::string_view text) const;
+    std::vector<std::jthread> startHelpers(unsigned threads);
     void runWorker() EXCLUDES(index_.lock);
     std::vector<Match> finish() REQUIRES_SHARED(index_.lock);
 
@@ -87,6 +94,8 @@ private:
     unsigned busyWorkers_ GUARDED_BY(mutex_) = 0;
     std::atomic<unsigned> idleWorkers_ = 0;
     std::unique_ptr<TopHits> hits_ GUARDED_BY(mutex_);
+    bool letsWritersIn_ = true;
+    bool hasLostMatches_ = false;
 };
 
 } // namespace quillon

@@ -93,7 +93,7 @@ bool TreeSearchWorker::stepAside()
 {
     if (search_.isWorkWanted())
         shareWork();
-    if (!search_.index_.lock.isWriterWaiting())
+    if (!search_.letsWritersIn_ || !search_.index_.lock.isWriterWaiting())
         return true;
     search_.index_.lock.yieldShared();
     return tree_.generation() == search_.generation_;

@@ -121,8 +121,12 @@ TEST_F(FuzzyMatchRanking, equalsThePlainRuleOnTwoThreads)
     for (const std::string &text : texts)
         match.add(text);
     match.setSearchThreads(2);
-    for (int i = 0; i < 25; ++i)
+    for (int i = 0; i < 25; ++i) {
+        // Every second round some more of the texts have uses.
+        for (int use = 0; i % 2 == 1 && use < 20; ++use)
+            recordUse(*std::next(texts.begin(), static_cast<long>(random.below(texts.size()))));
         expectPlainRanking(texts, random.query(), 25);
+    }
 }
 
 TEST_F(FuzzyMatchRanking, ordersAsAUserExpects)
@@ -156,10 +160,12 @@ TEST_F(FuzzyMatchRanking, listsTheMostUsedAmongTheCandidates)
 
 TEST_F(FuzzyMatchRanking, findsWhatIsThereWhileTheIndexChanges)
 {
-    // What stays must be found by every search; what comes and goes may be.
+    // What stays must be found by every search; what comes and goes, and scores higher, may be.
     for (int i = 0; i < 25'000; ++i)
         match.add("/stays/" + std::to_string(i % 50) + "/folder" + std::to_string(i));
     match.add("/stays/wanted");
+    for (int i = 0; i < 25; ++i)
+        match.add("/stays/some/where/else/where/nobody/looks/wanted" + std::to_string(i));
     std::atomic<bool> done = false;
     std::jthread writer([&] {
         for (int round = 0; !done; ++round) {
@@ -181,11 +187,12 @@ TEST_F(FuzzyMatchRanking, findsWhatIsThereWhileTheIndexChanges)
         const std::vector<std::string> texts = textsFor("/stays/wanted");
         ASSERT_FALSE(texts.empty());
         ASSERT_EQ(texts.front(), "/stays/wanted");
+        ASSERT_EQ(textsFor("wanted").size(), 25U) << "what was removed meanwhile is replaced";
     }
     done = true;
     writer.join();
     reader.join();
-    EXPECT_EQ(match.count(), 25'001U);
+    EXPECT_EQ(match.count(), 25'026U);
 }
 
 TEST_F(FuzzyMatchRanking, survivesBeingEmptiedDuringASearch)
