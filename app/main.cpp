@@ -49,7 +49,9 @@
 #include "platform/linux/session/BusRemoteControl.h"
 #include "platform/linux/session/PatientOutput.h"
 #include "platform/linux/session/ProgramEnd.h"
+#include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/windows/X11WindowSystem.h"
+#include "prefs/Preferences.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -91,6 +93,17 @@ int handOver(const quillon::RemoteControl::Request &request)
     return EXIT_FAILURE;
 }
 
+/// False when the settings name a choice that does not exist, which is said on standard error.
+bool areChoicesRight()
+{
+    quillon::JsonDefaultsStore settings(quillon::standardDefaultsPath());
+    const auto wrongChoices = quillon::Preferences(settings).wrongChoices();
+    for (const quillon::WrongChoice &wrong : wrongChoices)
+        std::fprintf(stderr, "quillon: %s: %s\n", quillon::standardDefaultsPath().c_str(),
+                     wrong.description().c_str());
+    return wrongChoices.empty();
+}
+
 int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
 {
     const quillon::ProgramEnd end(PATIENCE_AT_THE_END);
@@ -105,6 +118,8 @@ int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
         &application, &QGuiApplication::saveStateRequest, &application,
         [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
 
+    if (!areChoicesRight())
+        return EXIT_FAILURE;
     const quillon::PatientOutput output(fileno(stdout));
     quillon::AppDelegate delegate;
     quillon::BusRemoteControl remote(delegate.backgroundQueue());

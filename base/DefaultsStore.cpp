@@ -78,6 +78,13 @@ std::string DefaultsValue::description() const
     return json.mid(1, json.size() - 2).toStdString();
 }
 
+std::string DefaultsFault::description() const
+{
+    const std::string place =
+        line > 0 ? ":" + std::to_string(line) + ":" + std::to_string(column) : std::string();
+    return file + place + ": " + reason;
+}
+
 bool DefaultsStore::contains(std::string_view key) const
 {
     return value(key).has_value();

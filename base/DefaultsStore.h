@@ -41,11 +41,36 @@ struct DefaultsValue
     friend bool operator==(const DefaultsValue &, const DefaultsValue &) = default;
 };
 
+/// Why the settings in force are not the ones on the disk.
+struct DefaultsFault
+{
+    /// The absolute path of the settings file.
+    std::string file = {};
+    /// Where the mistake is, counted from one, columns in characters. Both are 0 for a file whose
+    /// bytes could not be read, as one that the user may not open.
+    int line = 0;
+    int column = 0;
+    /// What is wrong, on one line and without a full stop.
+    std::string reason = {};
+    /// True when this process has never read the file without a fault: no settings are in force
+    /// then, and writes fail. False when the settings that were read last are in force.
+    bool nothingRead = false;
+
+    /// "FILE:LINE:COLUMN: REASON", or "FILE: REASON" where there is no line.
+    std::string description() const;
+
+    friend bool operator==(const DefaultsFault &, const DefaultsFault &) = default;
+};
+
 /// The user's settings: a flat map from key to value that outlives the process.
 ///
-/// Safe from every thread. Nothing is cached beyond what is on disk: a change made by another
-/// process or by hand is seen by the next read. Reads never fail; a value of another type than
-/// the one asked for is absent, except that every present value has a boolean reading.
+/// Safe from every thread. A change made by another process or by hand is seen by the next read.
+/// Reads never fail; a value of another type than the one asked for is absent, except that every
+/// present value has a boolean reading.
+///
+/// A start asks for fault() before it relies on any value: with a fault and nothing read, every
+/// value is absent and every write fails until the file was mended by hand or beginAnew() was
+/// called.
 class DefaultsStore
 {
 public:
@@ -64,6 +89,16 @@ public:
     virtual bool removeAll() = 0;
     /// Returns when everything written so far would survive a loss of power; false when not.
     virtual bool synchronize() = 0;
+
+    /// What is wrong with the settings on the disk now; absent when they are in force. The file
+    /// is looked at again by each call, so that a mended file has no fault. A file that somebody
+    /// is just writing is waited for, some 100 ms, as long as no settings were read.
+    virtual std::optional<DefaultsFault> fault() const { return std::nullopt; }
+    /// Renames a file with a fault and begins without any settings. Returns the absolute path of
+    /// the renamed file, which is kept for good; an empty text when there was no fault any more
+    /// and nothing was done; absent when the file could not be renamed, which is said on standard
+    /// error.
+    virtual std::optional<std::string> beginAnew() { return std::string(); }
 
     bool contains(std::string_view key) const;
     /// Booleans as they are, numbers when not zero, the strings "true", "yes" and "1" in any

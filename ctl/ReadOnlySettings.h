@@ -24,6 +24,7 @@ public:
     bool remove(std::string_view) override { return false; }
     bool removeAll() override { return false; }
     bool synchronize() override { return true; }
+    std::optional<DefaultsFault> fault() const override { return user_.fault(); }
 
 private:
     const DefaultsStore &user_;

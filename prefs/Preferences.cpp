@@ -65,6 +65,15 @@ PreferencesSelectList::PreferencesSelectList(DefaultsStore &store, std::string_v
     : store_(store), key_(key), values_(std::move(values)), defaults_(std::move(defaults))
 {}
 
+std::string WrongChoice::description() const
+{
+    std::string line =
+        "the setting \"" + key + "\" holds \"" + value + "\", which is none of its values:";
+    for (const std::string &text : permitted)
+        line += " \"" + text + "\"";
+    return line;
+}
+
 std::vector<std::string> PreferencesSelectList::keys() const
 {
     std::vector<std::string> keys;
@@ -75,28 +84,50 @@ std::vector<std::string> PreferencesSelectList::keys() const
 const PreferencesSelectListItem &PreferencesSelectList::selected() const
 {
     const auto stored = store_.string(key_);
-    if (!stored)
-        return defaults_;
-    const auto item = std::ranges::find(values_, *stored, &PreferencesSelectListItem::key);
-    if (item == values_.end())
-        stopOn(*stored);
-    return *item;
+    const PreferencesSelectListItem *const item = stored ? find(*stored) : &defaults_;
+    const MutexLock lock(mutex_);
+    if (item) {
+        lastGood_ = item;
+        return *item;
+    }
+    if (!lastGood_ || complained_ != *stored) {
+        complained_ = *stored;
+        std::fprintf(stderr, "quillon: %s%s\n", wrong(*stored).description().c_str(),
+                     lastGood_ ? "; the former choice stays in force" : "");
+    }
+    // The choice is needed and cannot be known. Other threads are running, so nothing is cleared
+    // up; what was written is on the disk.
+    if (!lastGood_)
+        std::_Exit(EXIT_FAILURE);
+    return *lastGood_;
+}
+
+std::optional<WrongChoice> PreferencesSelectList::wrongChoice() const
+{
+    const auto stored = store_.string(key_);
+    const PreferencesSelectListItem *const item = stored ? find(*stored) : &defaults_;
+    if (!item)
+        return wrong(*stored);
+    const MutexLock lock(mutex_);
+    lastGood_ = item;
+    return std::nullopt;
 }
 
 bool PreferencesSelectList::select(const PreferencesSelectListItem &item)
 {
-    require(std::ranges::find(values_, item) != values_.end(), "a choice is one of its list");
+    require(find(item.key) != nullptr, "a choice is one of its list");
     return store_.set(key_, {item.key});
 }
 
-void PreferencesSelectList::stopOn(const std::string &stored) const
+const PreferencesSelectListItem *PreferencesSelectList::find(const std::string &stored) const
 {
-    std::string line = "quillon: the setting \"" + key_ + "\" holds \"" + stored +
-                       "\", which is none of its values:";
-    for (const auto &item : values_)
-        line += " \"" + item.key + "\"";
-    std::fprintf(stderr, "%s\n", line.c_str());
-    std::abort();
+    const auto item = std::ranges::find(values_, stored, &PreferencesSelectListItem::key);
+    return item == values_.end() ? nullptr : &*item;
+}
+
+WrongChoice PreferencesSelectList::wrong(const std::string &stored) const
+{
+    return {.key = key_, .value = stored, .permitted = keys()};
 }
 
 const PreferencesSelectListItem Preferences::QuickSearchBehavior::open{"open",
@@ -115,6 +146,18 @@ Preferences::Preferences(DefaultsStore &store)
                            {OpenInFinder::newWindow, OpenInFinder::existing},
                            OpenInFinder::newWindow),
       enableBetaUpdates(store, PreferenceKeys::ENABLE_BETA_UPDATES)
-{}
+{
+    // What is stored now stays in force when a wrong choice is stored later.
+    wrongChoices();
+}
+
+std::vector<WrongChoice> Preferences::wrongChoices() const
+{
+    std::vector<WrongChoice> wrong;
+    for (const PreferencesSelectList *list : {&quickSearchBehavior, &openInFinderBehavior})
+        if (auto choice = list->wrongChoice())
+            wrong.push_back(std::move(*choice));
+    return wrong;
+}
 
 } // namespace quillon

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
+
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,9 +11,9 @@ namespace quillon {
 
 class DefaultsStore;
 
-// The wrappers cache nothing: every read goes to the store and every write straight to it. They
-// are safe from every thread, but adding to a list and removing from it are not atomic. The store
-// outlives them. Writes return false when the value could not be brought to the disk.
+// Every read of a wrapper goes to the store and every write straight to it. The wrappers are safe
+// from every thread, but adding to a list and removing from it are not atomic. The store outlives
+// them. Writes return false when the value could not be brought to the disk.
 
 /// A yes or no among the settings.
 class PreferencesBoolean
@@ -74,6 +77,22 @@ struct PreferencesSelectListItem
     }
 };
 
+/// A stored choice that names no item of its list.
+struct WrongChoice
+{
+    /// The key in the settings.
+    std::string key;
+    /// The text that is stored.
+    std::string value;
+    /// The texts that may be stored, in menu order.
+    std::vector<std::string> permitted;
+
+    /// One line for diagnostics, in English.
+    std::string description() const;
+
+    friend bool operator==(const WrongChoice &, const WrongChoice &) = default;
+};
+
 /// One choice out of several among the settings.
 class PreferencesSelectList
 {
@@ -84,9 +103,12 @@ public:
                           PreferencesSelectListItem defaults);
 
     std::vector<std::string> keys() const;
-    /// The default while no string is stored. A stored string that names no item stops the program
-    /// with a line on standard error.
+    /// The default while no string is stored. For a stored string that names no item, the choice
+    /// that was read last, with one line on standard error for each such string; where no choice
+    /// was read before, that line and the end of the program, with status 1.
     const PreferencesSelectListItem &selected() const;
+    /// The stored string where it names no item.
+    std::optional<WrongChoice> wrongChoice() const;
     /// The item is one of the values.
     bool select(const PreferencesSelectListItem &item);
 
@@ -95,12 +117,18 @@ public:
     const PreferencesSelectListItem &defaults() const { return defaults_; }
 
 private:
-    [[noreturn]] void stopOn(const std::string &stored) const;
+    const PreferencesSelectListItem *find(const std::string &stored) const;
+    WrongChoice wrong(const std::string &stored) const;
 
     DefaultsStore &store_;
     std::string key_;
     std::vector<PreferencesSelectListItem> values_;
     PreferencesSelectListItem defaults_;
+    mutable Mutex mutex_;
+    /// The choice that was read last; null until there was one.
+    mutable const PreferencesSelectListItem *lastGood_ GUARDED_BY(mutex_) = nullptr;
+    /// The wrong choice that was said last.
+    mutable std::string complained_ GUARDED_BY(mutex_);
 };
 
 /// The wrappers that the whole application shares.
@@ -122,12 +150,17 @@ public:
     };
     // NOLINTEND(readability-identifier-naming)
 
+    /// Reads each choice once, so that it stays in force when a wrong one is stored later.
     explicit Preferences(DefaultsStore &store);
 
     PreferencesSelectList quickSearchBehavior;
     PreferencesBoolean finderQuickSearch;
     PreferencesSelectList openInFinderBehavior;
     PreferencesBoolean enableBetaUpdates;
+
+    /// The stored choices that name no item, of all lists. A start that finds one says it and
+    /// ends; afterwards a wrong choice leaves the choice that was read last in force.
+    std::vector<WrongChoice> wrongChoices() const;
 };
 
 } // namespace quillon

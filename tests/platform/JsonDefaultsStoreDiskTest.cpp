@@ -189,6 +189,29 @@ TEST_P(JsonDefaultsStoreFaults, keepTheFileAndTheSettingsReadLast)
     EXPECT_EQ(restarted.boolean("new"), true);
 }
 
+TEST_P(JsonDefaultsStoreFaults, areLeftToTheUserWhereNothingWasReadBefore)
+{
+    writeByHand(GetParam().text);
+    JsonDefaultsStore store(path);
+    testing::internal::CaptureStderr();
+    const auto fault = store.fault();
+    ASSERT_TRUE(fault.has_value());
+    EXPECT_THAT(fault->description(), StartsWith(path + GetParam().diagnostic));
+    EXPECT_TRUE(fault->nothingRead);
+    EXPECT_FALSE(store.set("key", {true}));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("no settings were read"));
+    EXPECT_EQ(text(), GetParam().text);
+
+    const auto kept = store.beginAnew();
+    ASSERT_TRUE(kept.has_value());
+    EXPECT_THAT(*kept, StartsWith(path + ".bad-"));
+    EXPECT_THAT(keptTexts(), ElementsAre(GetParam().text));
+    EXPECT_EQ(store.fault(), std::nullopt);
+    EXPECT_TRUE(store.set("key", {true}));
+    EXPECT_EQ(store.beginAnew(), "");
+    EXPECT_EQ(store.boolean("key"), true);
+}
+
 const FaultRow FAULT_ROWS[] = {
     {"trailingComma", "{\n  \"\xC3\xA4\": \"\xC3\xA4\",\n}\n", ":3:1: "},
     {"strayWord", "{\n  \"\xC3\xA4\": \"\xC3\xA4\" and\n}\n", ":2:12: "},

@@ -102,13 +102,36 @@ TEST(PreferencesSelectList, givesTheStoredChoiceOrTheDefault)
     EXPECT_EQ(list.selected(), Preferences::OpenInFinder::newWindow);
 }
 
-TEST(PreferencesSelectListDeathTest, stopsOnAChoiceThatIsNone)
+TEST(PreferencesSelectList, keepsTheChoiceReadLastWhereTheStoredOneIsNone)
+{
+    FakeDefaultsStore store;
+    store.set("open-finder-behavior", {"existing"});
+    const Preferences preferences(store);
+    const PreferencesSelectList &list = preferences.openInFinderBehavior;
+    EXPECT_EQ(preferences.wrongChoices(), std::vector<WrongChoice>());
+
+    testing::internal::CaptureStderr();
+    for (const std::string wrong : {"tab", "tab", "New"}) {
+        store.set("open-finder-behavior", {wrong});
+        EXPECT_EQ(list.selected(), Preferences::OpenInFinder::existing);
+    }
+    const std::string line = "quillon: the setting \"open-finder-behavior\" holds \"";
+    const std::string end = "\", which is none of its values: \"new\" \"existing\"; the former "
+                            "choice stays in force\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), line + "tab" + end + line + "New" + end);
+    const std::vector<WrongChoice> wrong = {{"open-finder-behavior", "New", {"new", "existing"}}};
+    EXPECT_EQ(preferences.wrongChoices(), wrong);
+    store.set("open-finder-behavior", {"new"});
+    EXPECT_EQ(list.selected(), Preferences::OpenInFinder::newWindow);
+}
+
+TEST(PreferencesSelectListDeathTest, endsTheProgramWhereNoChoiceIsKnown)
 {
     FakeDefaultsStore store;
     store.set("quick-search-behavior", {"Open"});
     Preferences preferences(store);
-    EXPECT_DEATH(preferences.quickSearchBehavior.selected(),
-                 "\"quick-search-behavior\" holds \"Open\".*\"open\" \"select\"");
+    EXPECT_EXIT(preferences.quickSearchBehavior.selected(), testing::ExitedWithCode(1),
+                "\"quick-search-behavior\" holds \"Open\".*\"open\" \"select\"");
     EXPECT_DEATH(preferences.quickSearchBehavior.select(Preferences::OpenInFinder::newWindow),
                  "one of its list");
 }

@@ -31,21 +31,21 @@ QJsonValue lookUp(const QJsonObject &contents, std::string_view key)
     return contents.value(bytesToText(key));
 }
 
-/// "LINE:COLUMN: REASON", both counted from one and columns in characters.
-std::string describe(const QByteArray &bytes, const QJsonParseError &error)
+/// Where the parser stumbled, and over what.
+DefaultsFault describe(const QByteArray &bytes, const QJsonParseError &error)
 {
     // The parser stands behind the character that it stumbled over.
     const qsizetype offset = std::clamp<qsizetype>(error.offset - 1, 0, bytes.size());
     const std::string_view before(bytes.constData(), static_cast<std::size_t>(offset));
     const std::string_view line = before.substr(before.rfind('\n') + 1); // npos + 1 is 0
     const auto startsCharacter = [](char c) { return (c & 0xC0) != 0x80; };
-    return std::to_string(std::ranges::count(before, '\n') + 1) + ":" +
-           std::to_string(std::ranges::count_if(line, startsCharacter) + 1) + ": " +
-           error.errorString().toStdString();
+    return {.line = static_cast<int>(std::ranges::count(before, '\n')) + 1,
+            .column = static_cast<int>(std::ranges::count_if(line, startsCharacter)) + 1,
+            .reason = error.errorString().toStdString()};
 }
 
 /// The object that the bytes hold; absent with the fault set when they hold none.
-std::optional<QJsonObject> parse(const QByteArray &bytes, std::string &fault)
+std::optional<QJsonObject> parse(const QByteArray &bytes, DefaultsFault &fault)
 {
     if (bytes.trimmed().isEmpty())
         return QJsonObject();
@@ -56,7 +56,7 @@ std::optional<QJsonObject> parse(const QByteArray &bytes, std::string &fault)
         return std::nullopt;
     }
     if (!document.isObject()) {
-        fault = "1:1: not an object in braces";
+        fault = {.line = 1, .column = 1, .reason = "not an object in braces"};
         return std::nullopt;
     }
     return document.object();
@@ -115,6 +115,31 @@ bool JsonDefaultsStore::synchronize()
     return file_.synchronize();
 }
 
+std::optional<DefaultsFault> JsonDefaultsStore::fault() const
+{
+    const MutexLock lock(mutex_);
+    refresh();
+    return fault_;
+}
+
+std::optional<std::string> JsonDefaultsStore::beginAnew()
+{
+    const MutexLock writing(writing_);
+    const SettingsLock fileLock = file_.lock();
+    if (!fileLock.isHeld())
+        return std::nullopt;
+    const MutexLock lock(mutex_);
+    refresh();
+    if (!fault_)
+        return std::string();
+    auto kept = file_.setAside();
+    if (!kept)
+        return std::nullopt;
+    contents_ = QJsonObject();
+    refresh();
+    return kept;
+}
+
 bool JsonDefaultsStore::change(const Edit &edit)
 {
     const MutexLock writing(writing_);
@@ -129,8 +154,10 @@ bool JsonDefaultsStore::change(const Edit &edit)
     {
         const MutexLock lock(mutex_);
         refresh();
+        if (fault_ && fault_->nothingRead)
+            return false;
         contents = contents_;
-        faulty = faulty_;
+        faulty = fault_.has_value();
         if (!edit(contents) && !faulty)
             return true;
         bytes = QJsonDocument(contents).toJson();
@@ -141,7 +168,7 @@ bool JsonDefaultsStore::change(const Edit &edit)
     // The next look reads the file again: someone who takes no lock may have been faster.
     const MutexLock lock(mutex_);
     contents_ = std::move(contents);
-    faulty_ = false;
+    fault_.reset();
     settled_ = false;
     return true;
 }
@@ -152,7 +179,7 @@ bool JsonDefaultsStore::isOnDisk(const Edit &edit) const
     const MutexLock lock(mutex_);
     refresh();
     QJsonObject contents = contents_;
-    return !edit(contents) && !faulty_;
+    return !edit(contents) && !fault_;
 }
 
 void JsonDefaultsStore::refresh() const
@@ -162,29 +189,30 @@ void JsonDefaultsStore::refresh() const
     const SettingsFile::Reading reading = file_.read();
     stamp_ = reading.stamp;
     settled_ = reading.settled;
-    faulty_ = false;
-    if (reading.error == ENOENT) {
-        contents_ = QJsonObject();
-        return;
-    }
-    std::string fault;
+    DefaultsFault fault{.reason = reading.error == 0 ? "" : std::strerror(reading.error)};
     auto contents = reading.error == 0 ? parse(reading.bytes, fault) : std::nullopt;
+    if (reading.error == ENOENT)
+        contents = QJsonObject();
     if (contents) {
         contents_ = std::move(*contents);
+        hasRead_ = true;
+        fault_.reset();
         return;
     }
-    faulty_ = true;
-    complainOnce(stamp_,
-                 reading.error == 0 ? fault : " " + std::string(std::strerror(reading.error)));
+    fault.file = file_.path();
+    fault.nothingRead = !hasRead_;
+    fault_ = std::move(fault);
+    complainOnce();
 }
 
-void JsonDefaultsStore::complainOnce(const FileStamp &stamp, const std::string &fault) const
+void JsonDefaultsStore::complainOnce() const
 {
-    if (complained_ == stamp)
+    if (complained_ == stamp_)
         return;
-    complained_ = stamp;
-    std::fprintf(stderr, "quillon: %s:%s; the settings read last stay in force\n",
-                 file_.path().c_str(), fault.c_str());
+    complained_ = stamp_;
+    std::fprintf(stderr, "quillon: %s; %s\n", fault_->description().c_str(),
+                 fault_->nothingRead ? "no settings were read"
+                                     : "the settings read last stay in force");
 }
 
 } // namespace quillon

@@ -17,9 +17,10 @@ std::string standardDefaultsPath();
 
 /// Keeps the settings as one JSON object in a text file.
 ///
-/// A file that cannot be read is never overwritten: what was read last stays in force, the fault
-/// is said once on standard error, and the next write keeps the file beside the new one. Keys and
-/// values that this program does not know survive its writes.
+/// A file with a mistake is never overwritten: what was read last stays in force, the fault is
+/// said once on standard error, and the next write keeps the file beside the new one; where
+/// nothing was read before, writes fail until beginAnew(). Keys and values that this program does
+/// not know survive its writes.
 class JsonDefaultsStore final : public DefaultsStore
 {
 public:
@@ -31,6 +32,8 @@ public:
     bool remove(std::string_view key) override;
     bool removeAll() override;
     bool synchronize() override;
+    std::optional<DefaultsFault> fault() const override EXCLUDES(mutex_);
+    std::optional<std::string> beginAnew() override EXCLUDES(writing_, mutex_);
 
 private:
     /// Returns whether it changed anything.
@@ -39,7 +42,7 @@ private:
     bool isOnDisk(const Edit &edit) const EXCLUDES(mutex_);
 
     void refresh() const REQUIRES(mutex_);
-    void complainOnce(const FileStamp &stamp, const std::string &fault) const REQUIRES(mutex_);
+    void complainOnce() const REQUIRES(mutex_);
 
     const SettingsFile file_;
     /// Held for the length of a write, so that readers wait for no disk.
@@ -50,8 +53,10 @@ private:
     /// The file as last read. Not to be relied on unless settled.
     mutable FileStamp stamp_ GUARDED_BY(mutex_);
     mutable bool settled_ GUARDED_BY(mutex_) = false;
-    /// The file on disk is not what contents_ came from.
-    mutable bool faulty_ GUARDED_BY(mutex_) = false;
+    /// What is wrong with the file on the disk; contents_ did not come from it then.
+    mutable std::optional<DefaultsFault> fault_ GUARDED_BY(mutex_);
+    /// True once a file without a fault, or no file, was found.
+    mutable bool hasRead_ GUARDED_BY(mutex_) = false;
     mutable std::optional<FileStamp> complained_ GUARDED_BY(mutex_);
 };
 

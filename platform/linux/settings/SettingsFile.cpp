@@ -232,6 +232,17 @@ SettingsLock SettingsFile::lock() const
     return lock;
 }
 
+std::optional<std::string> SettingsFile::setAside() const
+{
+    std::string reason;
+    const auto kept = moveAside(followLinks(path_), reason);
+    if (!kept) {
+        complain(path_, "cannot rename the settings file", reason);
+        return std::nullopt;
+    }
+    return kept->string();
+}
+
 bool SettingsFile::replace(const QByteArray &bytes, bool keepOld) const
 {
     const fs::path target = followLinks(path_);

@@ -3,6 +3,7 @@
 #include <QByteArray>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -70,6 +71,9 @@ public:
     /// Waits for other writers; makes the folder where it is missing. Not held when that failed,
     /// which has been said on standard error.
     SettingsLock lock() const;
+    /// Renames what stands in the file's place to a free name beside it, PATH.bad-TIME, and returns
+    /// that name. Absent when that failed, which has been said on standard error. Under lock().
+    std::optional<std::string> setAside() const;
     /// Writes the bytes and puts them in the file's place at once. With keepOld what stands there
     /// is first renamed to a free name beside it, PATH.bad-TIME. False when the disk took not all
     /// of it; the file then is as before, and the reason has been said on standard error. Under
