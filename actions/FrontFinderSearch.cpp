@@ -13,9 +13,7 @@ namespace quillon {
 
 namespace {
 
-using Mapping = FrontItems::FilenameToPathMapping;
-
-/// The last component, slashes after it left out; empty when there is none.
+/// The last component of a path without the slashes behind it. Empty when there is none.
 std::string_view filename(std::string_view path)
 {
     const std::size_t last = path.find_last_not_of('/');
@@ -23,12 +21,11 @@ std::string_view filename(std::string_view path)
     return path.substr(path.find_last_of('/') + 1);
 }
 
-/// Of two paths with the same file name the later one holds. The names match by their text alone;
-/// what was known of others is kept, too.
-FrontItems rebuilt(const std::vector<std::string> &paths,
-                   const std::shared_ptr<const Mapping> &earlier)
+/// The items with these paths, matched by their names alone. When two paths have the same name, the
+/// later one is kept.
+FrontItems itemsAt(const std::vector<std::string> &paths)
 {
-    auto mapping = earlier ? std::make_shared<Mapping>(*earlier) : std::make_shared<Mapping>();
+    auto mapping = std::make_shared<FrontItems::FilenameToPathMapping>();
     auto matcher = std::make_shared<FuzzyMatch>();
     std::vector<std::string_view> filenames;
     filenames.reserve(paths.size());
@@ -81,26 +78,23 @@ std::vector<std::string> FrontFinderSearch::getPathsInCurrentFinderWindow() cons
 
 void FrontFinderSearch::refresh(std::function<void()> completion)
 {
-    const std::uint64_t generation = ++generation_;
-    // Nothing else is kept before this refresh is, or else it is overtaken.
-    services_.background.post([this, generation, earlier = frontItems().cachedFilenameToPathMapping,
-                               completion = std::move(completion)]() mutable {
-        FrontItems items = rebuilt(getPathsInCurrentFinderWindow(), earlier);
-        services_.main.post([this, generation, items = std::move(items),
-                             completion = std::move(completion)]() mutable {
-            if (generation != generation_)
-                return;
-            keep(std::move(items));
-            completion();
+    services_.background.post(
+        [this, generation = ++generation_, completion = std::move(completion)]() mutable {
+            FrontItems items = itemsAt(getPathsInCurrentFinderWindow());
+            services_.main.post([this, generation, items = std::move(items),
+                                 completion = std::move(completion)]() mutable {
+                if (generation != generation_)
+                    return;
+                keep(std::move(items));
+                completion();
+            });
         });
-    });
 }
 
 void FrontFinderSearch::forget()
 {
     ++generation_;
-    keep({.cachedMatcher = nullptr,
-          .cachedFilenameToPathMapping = frontItems().cachedFilenameToPathMapping});
+    keep({});
 }
 
 void FrontFinderSearch::keep(FrontItems items)

@@ -41,11 +41,11 @@ public:
 
     // Main thread.
 
-    /// Fetches the items in the background and keeps them in place of those there were; then calls
-    /// back on the main thread. A refresh that another one or forget() overtakes keeps nothing and
-    /// does not call back.
+    /// Fetches the items in the background, replaces the items of the last refresh by them and
+    /// calls back on the main thread. A refresh that is followed by another one or by forget()
+    /// before it has ended keeps nothing and does not call back.
     void refresh(std::function<void()> completion);
-    /// Drops the items until the next refresh; the paths of their names stay known.
+    /// Drops the items until the next refresh.
     void forget() EXCLUDES(mutex_);
 
 private:

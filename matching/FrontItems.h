@@ -16,7 +16,7 @@ struct FrontItems
 
     /// The file names; null when there is nothing to search.
     std::shared_ptr<const FuzzyMatch> cachedMatcher;
-    /// The whole path of each file name, and of names that stood there earlier.
+    /// The whole path of each file name; null when there is nothing to search.
     std::shared_ptr<const FilenameToPathMapping> cachedFilenameToPathMapping;
 
     /// The file name itself when its path is not known.

@@ -12,10 +12,10 @@ namespace quillon {
 
 namespace {
 
-/// Invalid bytes lie behind the last code point, so that each equals only itself.
+/// Invalid bytes are numbered from behind the last code point, so that each equals only itself.
 constexpr char32_t FIRST_INVALID_BYTE = 0x110000;
 
-/// The characters of a text in lower case, an invalid byte being one.
+/// The characters of a text in lower case. An invalid byte counts as one character.
 std::u32string lowerCharacters(std::string_view text)
 {
     std::u32string characters;
@@ -29,12 +29,12 @@ std::u32string lowerCharacters(std::string_view text)
     return characters;
 }
 
-/// For each character of the text the length of the longest run beginning there that occurs in the
-/// query. Takes time in proportion to both lengths multiplied.
+/// For each character of the text, the length of the longest run that begins there and occurs in
+/// the query. The time is proportional to the product of both lengths.
 std::vector<std::size_t> longestRuns(std::u32string_view query, std::u32string_view text)
 {
     std::vector<std::size_t> longest(text.size());
-    // Element k: the length of what text and query have in common from here and from k on.
+    // Element k is the length of what the text from i on and the query from k on have in common.
     std::vector<std::size_t> common(query.size() + 1);
     for (std::size_t i = text.size(); i-- > 0;) {
         for (std::size_t k = 0; k < query.size(); ++k) {
@@ -69,13 +69,12 @@ std::vector<TextRange> highlightRanges(std::string_view query, std::string_view 
     const auto textOf = [&](const Run &run) {
         return std::u32string_view(characters).substr(run.location, run.length);
     };
-    // Each part of the query is marked where it stands at its longest, and nowhere else.
     std::vector<Run> kept;
     for (const Run &run : runs) {
         const bool isMarkedAlready = std::ranges::any_of(kept, [&](const Run &other) {
-            const bool overlaps = run.location < other.location + other.length &&
-                                  other.location < run.location + run.length;
-            return overlaps || textOf(other).find(textOf(run)) != std::u32string_view::npos;
+            const bool isInside = run.location >= other.location &&
+                                  run.location + run.length <= other.location + other.length;
+            return isInside || textOf(run) == textOf(other);
         });
         if (!isMarkedAlready)
             kept.push_back(run);

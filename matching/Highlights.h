@@ -7,9 +7,10 @@
 
 namespace quillon {
 
-/// The runs of the text to mark for a query, longest first: each is found, letter case aside, as it
-/// stands in the query, has two characters or more, overlaps no other, and occurs in no other. Of
-/// equally long ones the later wins, since the end of a path says what it is.
+/// The ranges of the text to mark for a query, longest first and the later of two equally long ones
+/// first, since the end of a path says what it is. At each character begins the longest run of two
+/// or more characters that occurs in the query, letter case aside. A run is left out when it lies
+/// inside a range before it, or has the same text as one. Ranges may overlap.
 std::vector<TextRange> highlightRanges(std::string_view query, std::string_view text);
 
 } // namespace quillon

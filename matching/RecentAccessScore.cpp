@@ -1,5 +1,6 @@
 #include "matching/RecentAccessScore.h"
 
+#include "base/PathText.h"
 #include "base/Require.h"
 
 #include <algorithm>
@@ -139,7 +140,7 @@ RecentAccessScore::RecentAccessScore(RecentAccessScoreDataStore &store)
 
 void RecentAccessScore::addRecentAccess(const SearchBaseResult &result)
 {
-    data_.recordUse(result.path());
+    data_.recordUse(std::string(withoutTrailingSlashes(result.path())));
 }
 
 double RecentAccessScore::score(std::string_view path) const

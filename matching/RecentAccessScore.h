@@ -105,7 +105,8 @@ public:
     /// Loads the stored counts. Whatever is no whole number above zero is left out.
     explicit RecentAccessScore(RecentAccessScoreDataStore &store);
 
-    /// Records one use of the result's path; saved when this returns.
+    /// Records one use of the result's path without its closing slash, so that a folder counts as the
+    /// same one however it was reached. The use is saved when this returns.
     void addRecentAccess(const SearchBaseResult &result);
     /// The path's share of all uses, 0 to 1.
     double score(std::string_view path) const;

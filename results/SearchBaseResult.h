@@ -36,7 +36,7 @@ public:
 
     /// The bytes shown and matched; not necessarily valid UTF-8.
     const std::string &text() const { return text_; }
-    /// Ranges of text() to mark, free of overlaps.
+    /// Ranges of text() to mark. They may overlap.
     const std::vector<TextRange> &highlightRanges() const { return highlightRanges_; }
     /// The file or folder that an action works on.
     const std::string &path() const { return path_; }

@@ -37,6 +37,31 @@ void appendDecoded(std::string_view bytes, QString &text, std::vector<int> *star
         starts->push_back(static_cast<int>(text.size()));
 }
 
+/// Where the ranges stand in a text whose characters begin at the given places.
+std::vector<RowText::Span> spansOf(const std::vector<TextRange> &ranges,
+                                   const std::vector<int> &starts)
+{
+    const auto characters = static_cast<std::int64_t>(starts.size()) - 1;
+    std::vector<RowText::Span> spans;
+    for (const TextRange &range : ranges) {
+        const auto from = std::clamp<std::int64_t>(range.location, 0, characters);
+        const auto to = std::clamp<std::int64_t>(range.location + range.length, from, characters);
+        const int start = starts[static_cast<std::size_t>(from)];
+        spans.push_back({start, starts[static_cast<std::size_t>(to)] - start});
+    }
+    std::ranges::sort(spans, {}, &RowText::Span::start);
+    std::vector<RowText::Span> joined;
+    for (const RowText::Span &span : spans) {
+        if (joined.empty() || span.start >= joined.back().start + joined.back().length) {
+            joined.push_back(span);
+            continue;
+        }
+        RowText::Span &last = joined.back();
+        last.length = std::max(last.length, span.start + span.length - last.start);
+    }
+    return joined;
+}
+
 } // namespace
 
 QString displayText(std::string_view bytes)
@@ -56,13 +81,7 @@ RowText rowText(const SearchBaseResult &result)
     const auto lastSlash = row.text.lastIndexOf(u'/', row.text.endsWith(u'/') ? -2 : -1);
     row.nameStart = static_cast<int>(lastSlash) + 1;
 
-    const auto characters = static_cast<std::int64_t>(starts.size()) - 1;
-    for (const TextRange &range : result.highlightRanges()) {
-        const auto from = std::clamp<std::int64_t>(range.location, 0, characters);
-        const auto to = std::clamp<std::int64_t>(range.location + range.length, from, characters);
-        const int start = starts[static_cast<std::size_t>(from)];
-        row.matches.push_back({start, starts[static_cast<std::size_t>(to)] - start});
-    }
+    row.matches = spansOf(result.highlightRanges(), starts);
     return row;
 }
 

@@ -24,7 +24,7 @@ struct RowText
     QString text;
     /// Where the last component of a path begins; 0 for a text without "/".
     int nameStart = 0;
-    /// Matched characters, in order, free of overlaps.
+    /// Matched characters, in order. Ranges that overlap are joined to one span.
     std::vector<Span> matches;
 };
 

@@ -57,6 +57,16 @@ TEST_F(RecentAccessScoreTest, givesEachPathItsShareAndSavesEveryUse)
         (DefaultsValue{DefaultsDictionary{{"/a", {std::int64_t{3}}}, {"/b", {std::int64_t{1}}}}}));
 }
 
+TEST_F(RecentAccessScoreTest, countsAFolderWithAndWithoutItsClosingSlash)
+{
+    RecentAccessScore score(store);
+    for (const char *path : {"/a/", "/a", "/a//", "/"})
+        open(score, path);
+    EXPECT_EQ(
+        settings.value("recent-access-score-data"),
+        (DefaultsValue{DefaultsDictionary{{"/", {std::int64_t{1}}}, {"/a", {std::int64_t{3}}}}}));
+}
+
 TEST_F(RecentAccessScoreTest, listsTheMostUsedFirstAndEqualOnesByPath)
 {
     settings.set("recent-access-score-data", {DefaultsDictionary{{"/b", {std::int64_t{2}}},
