@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <ranges>
 
 namespace quillon {
 
@@ -52,6 +53,7 @@ void PathTree::clear()
     trail_ = {};
     counts_ = {};
     dead_ = 0;
+    scattered_ = 0;
     parentsOfDead_.clear();
     givenUp_.clear();
     free_.clear();
@@ -114,33 +116,60 @@ PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
     const Node &above = node(parent);
     Node &fresh = mutableNode(id);
     fresh = {};
-    fresh.below = classesOf(name);
+    mutableChunkOf(id).below[id & CHUNK_MASK] = classesOf(name);
     fresh.pairsBelow = pairsOf(name);
     fresh.parent = parent;
     const std::size_t before = parent == ROOT ? 0 : std::size_t{above.textLength} + 1;
     fresh.textLength =
         static_cast<std::uint16_t>(std::min<std::size_t>(before + name.size(), LONG_TEXT));
-    if (name.size() < LONG_NAME) {
-        fresh.nameLength = static_cast<std::uint8_t>(name.size());
-        fresh.name = names_.store(name);
-    } else {
-        const auto length = static_cast<std::uint32_t>(name.size());
-        std::string withLength(sizeof(length), '\0');
-        std::memcpy(withLength.data(), &length, sizeof(length));
-        fresh.nameLength = LONG_NAME;
-        fresh.name = names_.store(withLength.append(name));
-    }
+    fresh.nameLength = static_cast<std::uint8_t>(std::min<std::size_t>(name.size(), LONG_NAME));
+    fresh.name = storeName(name);
     children_.insert(hash, id);
-    append(mutableNode(parent), id);
+    append(parent, id);
     widenAncestors(id);
     return id;
 }
 
-void PathTree::append(Node &parent, NodeId id)
+NameArena::Offset PathTree::storeName(std::string_view name)
 {
-    (parent.lastChild == NONE ? parent.firstChild : mutableNode(parent.lastChild).nextSibling) = id;
-    parent.lastChild = id;
-    revive(parent);
+    if (name.size() < LONG_NAME)
+        return names_.store(name);
+    const auto length = static_cast<std::uint32_t>(name.size());
+    std::string withLength(sizeof(length), '\0');
+    std::memcpy(withLength.data(), &length, sizeof(length));
+    return names_.store(withLength.append(name));
+}
+
+void PathTree::append(NodeId parent, NodeId id)
+{
+    Node &above = mutableNode(parent);
+    if (above.lastChild == NONE) {
+        above.firstChild = id;
+    } else {
+        scattered_ += id == above.lastChild + 1 ? 0U : 1U;
+        setNextSibling(above.lastChild, id);
+    }
+    above.lastChild = id;
+    revive(above);
+}
+
+void PathTree::setNextSibling(NodeId id, NodeId next)
+{
+    mutableNode(id).nextSibling = next;
+    const NodeId place = id & CHUNK_MASK;
+    std::uint64_t &word = mutableChunkOf(id).isNextBeside[place / WORD_BITS];
+    const std::uint64_t bit = std::uint64_t{1} << (place % WORD_BITS);
+    word = next == id + 1 ? word | bit : word & ~bit;
+}
+
+PathTree::NodeId PathTree::skipSiblingsWithout(ByteClassSet classes, NodeId id) const
+{
+    for (unsigned left = LONGEST_SKIP; left > 0 && id != NONE; --left) {
+        if ((classes & ~below(id)) == 0)
+            return id;
+        id = isNextBeside(id) ? id + 1 : node(id).nextSibling;
+    }
+    return id;
 }
 
 PathTree::NodeId PathTree::allocate()
@@ -154,7 +183,7 @@ PathTree::NodeId PathTree::allocate()
     }
     require(used_ != ~NodeId{0}, "an index holds fewer than 2^32 components");
     if ((used_ & CHUNK_MASK) == 0)
-        chunks_.push_back(std::make_unique<Node[]>(CHUNK_SIZE));
+        chunks_.push_back(std::make_unique<Chunk>());
     return used_++;
 }
 
@@ -163,18 +192,19 @@ void PathTree::widenAncestors(NodeId id)
     // A child brings the slash before it, and so a pair of that with the parent's last byte. What
     // a node has, its ancestors have.
     const Node &child = node(id);
-    const ByteClassSet below = child.below | classesOf('/');
+    const ByteClassSet below = this->below(id) | classesOf('/');
     BytePairSet pairs = child.pairsBelow;
     if (child.parent != ROOT) {
         const std::string_view name = this->name(node(child.parent));
         pairs |= pairOf(name.empty() ? '/' : name.back(), '/');
     }
     for (NodeId above = child.parent; above != ROOT; above = node(above).parent) {
-        Node &ancestor = mutableNode(above);
-        if ((ancestor.below & below) == below && (ancestor.pairsBelow & pairs) == pairs)
+        ByteClassSet &belowAncestor = mutableChunkOf(above).below[above & CHUNK_MASK];
+        BytePairSet &pairsBelowAncestor = mutableNode(above).pairsBelow;
+        if ((belowAncestor & below) == below && (pairsBelowAncestor & pairs) == pairs)
             return;
-        ancestor.below |= below;
-        ancestor.pairsBelow |= pairs;
+        belowAncestor |= below;
+        pairsBelowAncestor |= pairs;
     }
 }
 
@@ -292,7 +322,10 @@ void PathTree::removeDeadChildren(NodeId parent)
             kept = id;
         } else {
             // The dead node keeps its own link: a search that stands on it finds its way back.
-            (kept == NONE ? mutableNode(parent).firstChild : mutableNode(kept).nextSibling) = next;
+            if (kept == NONE)
+                mutableNode(parent).firstChild = next;
+            else
+                setNextSibling(kept, next);
             children_.erase(hashOf(id), id);
             givenUp_.push_back(id);
             --dead_;
@@ -306,10 +339,12 @@ void PathTree::recycle()
 {
     if (pins_.load() != 0)
         return;
-    for (const NodeId id : givenUp_) {
+    // Backwards, so that siblings that come next get ascending ids as these had.
+    for (const NodeId id : givenUp_ | std::views::reverse) {
         const Node &node = this->node(id);
         names_.release(node.name, node.nameLength);
         mutableNode(id) = {};
+        setNextSibling(id, NONE);
         free_.push_back(id);
     }
     givenUp_.clear();
@@ -415,7 +450,7 @@ std::size_t PathTree::count(Flags flag) const
 
 std::size_t PathTree::bytes() const
 {
-    return sizeof(*this) + chunks_.size() * CHUNK_SIZE * sizeof(Node) +
+    return sizeof(*this) + chunks_.size() * sizeof(Chunk) +
            chunks_.capacity() * sizeof(chunks_[0]) + (names_.bytes() - sizeof(names_)) +
            (children_.bytes() - sizeof(children_)) +
            (parentsOfDead_.capacity() + givenUp_.capacity() + free_.capacity()) * sizeof(NodeId);

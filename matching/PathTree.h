@@ -9,6 +9,7 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,6 +24,10 @@ namespace quillon {
 /// Each node stands for one text and carries flags; a node without flags and children is dead and
 /// removed when enough of them have gathered. An id stays valid until its node is dead. Not
 /// synchronised: PathIndex pairs the tree with its lock.
+///
+/// A search spends its time on reading siblings. What decides whether a node is worth a look stands
+/// in an array of its own, and siblings that were inserted together have neighbouring ids, so a run
+/// of them is read at the speed of memory. arrange() gives that form to a tree that has lost it.
 class PathTree
 {
 public:
@@ -44,13 +49,11 @@ public:
 
     struct Node
     {
-        /// Every class of byte that stands in the name or anywhere below, and perhaps more.
-        ByteClassSet below = 0;
-        /// The same for pairs of bytes, the slash before the name included.
+        /// The pairs of neighbouring bytes in the name, with the slash before it, and in everything
+        /// below; perhaps more.
         BytePairSet pairsBelow = 0;
         NodeId parent = NONE;
-        /// In the order of insertion, so that after a crawl a walk reads memory from one end to the
-        /// other.
+        /// The children are linked in the order of insertion.
         NodeId firstChild = NONE;
         NodeId lastChild = NONE;
         NodeId nextSibling = NONE;
@@ -61,7 +64,7 @@ public:
         std::uint8_t nameLength = 0;
         Flags flags = 0;
     };
-    static_assert(sizeof(Node) == 40);
+    static_assert(sizeof(Node) == 32);
     static constexpr std::uint16_t LONG_TEXT = 0xffff;
     static constexpr std::uint8_t LONG_NAME = 0xff;
 
@@ -82,7 +85,14 @@ public:
     void removeFlagsEverywhere(Flags flags);
     void clear();
 
-    const Node &node(NodeId id) const { return chunks_[id >> CHUNK_BITS][id & CHUNK_MASK]; }
+    const Node &node(NodeId id) const { return chunkOf(id).nodes[id & CHUNK_MASK]; }
+    /// Every class of byte that stands in the node's name or anywhere below, and perhaps more.
+    ByteClassSet below(NodeId id) const { return chunkOf(id).below[id & CHUNK_MASK]; }
+    /// The sibling to look at next: the first one, from id on, of which below() has all the
+    /// classes. Gives up after LONGEST_SKIP siblings and returns the one reached, which may lack
+    /// some. NONE behind the last sibling.
+    NodeId skipSiblingsWithout(ByteClassSet classes, NodeId id) const;
+    static constexpr unsigned LONGEST_SKIP = 256;
     std::string_view name(const Node &node) const;
     std::string text(NodeId id) const;
     /// Appends rather than returns, for callers that reuse the buffer.
@@ -95,8 +105,19 @@ public:
     std::size_t count(Flags flag) const;
     /// Memory held, slack included.
     std::size_t bytes() const;
-    /// Changes when clear() makes every id invalid.
+    /// Changes when clear() or replaceBy() makes every id invalid.
     std::uint64_t generation() const { return generation_; }
+
+    /// Whether so many siblings lie apart that arrange() would make searches faster.
+    bool isScattered() const;
+    /// Copies the source into this empty tree, in depth-first order and with the children of each
+    /// node side by side; dead nodes are left out. Stops early, and returns false, as soon as
+    /// isWanted returns false; it is called every few hundred microseconds. The source may be read
+    /// by others meanwhile.
+    bool arrange(const PathTree &source, const std::function<bool()> &isWanted);
+    /// Exchanges the contents with another tree. Every id of both becomes invalid, and nothing is
+    /// held. Searches that are under way see the new generation.
+    void replaceBy(PathTree &other);
 
     /// While pinned, the nodes and names that removals give up are not used again, so that a search
     /// that stepped aside for a writer can go on along the links it has seen. May be called by
@@ -114,6 +135,16 @@ private:
     static constexpr unsigned CHUNK_BITS = 12;
     static constexpr NodeId CHUNK_SIZE = NodeId{1} << CHUNK_BITS;
     static constexpr NodeId CHUNK_MASK = CHUNK_SIZE - 1;
+    static constexpr NodeId WORD_BITS = 64;
+    /// Nodes by id. The fields that a search reads of every sibling stand apart from those that it
+    /// reads of few.
+    struct Chunk
+    {
+        std::array<ByteClassSet, CHUNK_SIZE> below{};
+        /// A bit for each node: whether its next sibling has the next id.
+        std::array<std::uint64_t, CHUNK_SIZE / WORD_BITS> isNextBeside{};
+        std::array<Node, CHUNK_SIZE> nodes{};
+    };
     static constexpr Flags COUNTED_FLAGS = STORED | CANDIDATE | LISTED | HAS_CHILD_SET;
     /// Dead, counted as such, and still in the hash and in its parent's list.
     static constexpr Flags DEAD = 64;
@@ -135,12 +166,23 @@ private:
         std::vector<Step> steps;
     };
 
-    Node &mutableNode(NodeId id) { return chunks_[id >> CHUNK_BITS][id & CHUNK_MASK]; }
+    const Chunk &chunkOf(NodeId id) const { return *chunks_[id >> CHUNK_BITS]; }
+    Chunk &mutableChunkOf(NodeId id) { return *chunks_[id >> CHUNK_BITS]; }
+    Node &mutableNode(NodeId id) { return mutableChunkOf(id).nodes[id & CHUNK_MASK]; }
+    bool isNextBeside(NodeId id) const
+    {
+        const NodeId place = id & CHUNK_MASK;
+        return (chunkOf(id).isNextBeside[place / WORD_BITS] >> (place % WORD_BITS) & 1) != 0;
+    }
+    /// Links a node with the sibling behind it, which may be NONE.
+    void setNextSibling(NodeId id, NodeId next);
     std::uint64_t hashOf(NodeId parent, std::string_view name) const;
     std::uint64_t hashOf(NodeId id) const;
     NodeId child(NodeId parent, std::string_view name);
     void keep(NodeId id, Flags flags);
-    void append(Node &parent, NodeId id);
+    void append(NodeId parent, NodeId id);
+    NodeId copyNode(const PathTree &source, NodeId id, NodeId parent);
+    NameArena::Offset storeName(std::string_view name);
     NodeId allocate();
     void widenAncestors(NodeId id);
     void revive(Node &node);
@@ -150,13 +192,15 @@ private:
     void recycle();
     void path(NodeId id, std::vector<NodeId> &nodes) const;
 
-    std::vector<std::unique_ptr<Node[]>> chunks_;
+    std::vector<std::unique_ptr<Chunk>> chunks_;
     NodeId used_ = 0;
     NameArena names_;
     ChildTable children_;
     Trail trail_;
     std::array<std::size_t, 8> counts_{};
     std::size_t dead_ = 0;
+    /// Nodes that were appended behind a sibling without getting the id behind it.
+    std::size_t scattered_ = 0;
     int holds_ = 0;
     std::vector<NodeId> parentsOfDead_;
     /// Removed from hash and lists, but perhaps still on the way of a pinned search.

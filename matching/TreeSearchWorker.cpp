@@ -48,7 +48,8 @@ bool TreeSearchWorker::walk(const TreeSearch::Work &work)
     while (true) {
         if (++visits_ % VISITS_PER_SLICE == 0 && !stepAside())
             return false;
-        const NodeId id = levels_[depth_].next;
+        Level &level = levels_[depth_];
+        const NodeId id = tree_.skipSiblingsWithout(search_.needed_[level.consumed], level.next);
         if (id == PathTree::NONE) {
             if (depth_ == top)
                 return true;
@@ -56,8 +57,8 @@ bool TreeSearchWorker::walk(const TreeSearch::Work &work)
             continue;
         }
         const Node &node = tree_.node(id);
-        levels_[depth_].next = node.nextSibling;
-        if (!isHopeless(node))
+        level.next = node.nextSibling;
+        if (!isHopeless(id, node))
             visit(id, node);
     }
 }
@@ -112,11 +113,11 @@ void TreeSearchWorker::shareWork()
     }
 }
 
-bool TreeSearchWorker::isHopeless(const Node &node)
+bool TreeSearchWorker::isHopeless(NodeId id, const Node &node)
 {
     const std::size_t n = query_.size();
     Level &level = levels_[depth_];
-    if ((search_.needed_[level.consumed] & ~node.below) != 0)
+    if ((search_.needed_[level.consumed] & ~tree_.below(id)) != 0)
         return true;
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
     if (threshold == TreeSearch::NO_THRESHOLD || node.textLength <= n)
@@ -127,7 +128,7 @@ bool TreeSearchWorker::isHopeless(const Node &node)
         return false;
     if (!level.hasUnits)
         computeUnits(depth_);
-    return search_.unitScorer_->bound(level.starts, node) < threshold;
+    return search_.unitScorer_->bound(level.starts, node, tree_.below(id)) < threshold;
 }
 
 void TreeSearchWorker::visit(NodeId id, const Node &node)

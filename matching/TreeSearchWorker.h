@@ -45,7 +45,7 @@ private:
     void descendTo(const TreeSearch::Work &work);
     bool stepAside() NO_THREAD_SAFETY_ANALYSIS;
     void shareWork();
-    bool isHopeless(const Node &node);
+    bool isHopeless(NodeId id, const Node &node);
     void visit(NodeId id, const Node &node);
     void push(NodeId id, const Node &node, std::size_t consumed);
     void addIfGood(NodeId id, const Node &node, std::size_t above);

@@ -150,25 +150,24 @@ void UnitScorer::computeStarts(const State &state, std::size_t position, Starts 
                      state.ending[(i - 1) / LANES][(i - 1) % LANES] + CONSECUTIVE};
 }
 
-int UnitScorer::bonusInside(const Row &row, const PathTree::Node &node)
+int UnitScorer::bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet below)
 {
-    if ((row.behindSeparator & node.pairsBelow) != 0 &&
-        (node.below & classesOf(WORD_SEPARATORS)) != 0)
+    if ((row.behindSeparator & pairsBelow) != 0 && (below & classesOf(WORD_SEPARATORS)) != 0)
         return WORD;
-    return row.isLetter && (node.below & CAPITAL_CLASSES) != 0 ? CAPITAL : 0;
+    return row.isLetter && (below & CAPITAL_CLASSES) != 0 ? CAPITAL : 0;
 }
 
-int UnitScorer::bound(const Starts &starts, const PathTree::Node &node) const
+int UnitScorer::bound(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const
 {
-    const bool hasSlashBelow = (node.below & classesOf('/')) != 0;
+    const bool hasSlashBelow = (below & classesOf('/')) != 0;
     // Each byte of the name that stays unmatched costs at least one unit.
     int gaps = node.nameLength;
     int best = starts[rows_].apart - gaps;
     int earnedBehind = 0;
-    for (std::size_t i = rows_; i-- > 0 && (queryRows_[i].needed & ~node.below) == 0;) {
+    for (std::size_t i = rows_; i-- > 0 && (queryRows_[i].needed & ~below) == 0;) {
         const Row &row = queryRows_[i];
         const bool mayFollow = (row.behindPrevious & node.pairsBelow) != 0;
-        const int inside = bonusInside(row, node);
+        const int inside = bonusInside(row, node.pairsBelow, below);
         const int atSlash = (row.behindSlash & node.pairsBelow) != 0 ? SLASH : inside;
         int start = starts[i].apart + atSlash;
         if (mayFollow)

@@ -56,15 +56,16 @@ public:
     /// The score of a text longer than the query. Below every real score where there is none.
     int score(const State &state) const;
     void computeStarts(const State &state, std::size_t position, Starts &starts) const;
-    /// The most that the node's text, or any below it, can score; starts are its parent's.
-    int bound(const Starts &starts, const PathTree::Node &node) const;
+    /// The most that the node's text, or any below it, can score. The starts are those of its
+    /// parent, below is PathTree::below() of the node.
+    int bound(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
 
     /// The least number of units that may reach the score.
     static int unitsToReach(double score);
 
 private:
     struct Row;
-    static int bonusInside(const Row &row, const PathTree::Node &node);
+    static int bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet below);
     void matchByte(State &state, std::size_t position, std::int16_t earned,
                    const Vector *matched) const;
 
