@@ -1,5 +1,5 @@
-// Measures the matcher over the corpus: every needle on one and on two threads, insertion in crawl
-// order, and memory by number of folders.
+// Measures the matcher over the corpus: every needle on one and on two threads, laying the tree out
+// anew, insertion of the sorted list, and memory by number of folders.
 //
 // match_bench [--benchmark_...] [COUNT]: COUNT folders (1,000,000) for the needles and insertion.
 // A needle stands in its measurement's name with % and two digits for every byte that is no letter
@@ -76,6 +76,21 @@ void measureInsertion(benchmark::State &state, const List &list)
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(list.views.size()));
 }
 
+/// What it takes to lay the tree out anew, without the insertion before.
+void measureArrangement(benchmark::State &state, const List &list)
+{
+    for ([[maybe_unused]] const auto step : state) {
+        state.PauseTiming();
+        auto matcher = std::make_unique<FuzzyMatch>();
+        matcher->add(list.views);
+        state.ResumeTiming();
+        matcher->arrange();
+        state.PauseTiming();
+        matcher.reset();
+        state.ResumeTiming();
+    }
+}
+
 double heapBytes()
 {
     const struct mallinfo2 heap = mallinfo2();
@@ -91,6 +106,7 @@ void measureMemory(benchmark::State &state)
         const double before = heapBytes();
         FuzzyMatch matcher;
         matcher.add(list.views);
+        matcher.arrange();
         state.counters["bytesPerFolder"] = static_cast<double>(matcher.bytes()) / folders;
         state.counters["heapBytesPerFolder"] = (heapBytes() - before) / folders;
     }
@@ -118,9 +134,14 @@ int run(std::size_t count)
     const List list(count);
     FuzzyMatch matcher;
     matcher.add(list.views);
+    matcher.arrange();
     measureNeedles(matcher, list);
     benchmark::RegisterBenchmark(
         "insertion", [&list](benchmark::State &state) { measureInsertion(state, list); })
+        ->UseRealTime()
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(
+        "arrangement", [&list](benchmark::State &state) { measureArrangement(state, list); })
         ->UseRealTime()
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("memory", measureMemory)

@@ -67,6 +67,11 @@ void FuzzyMatch::remove(std::string_view result)
         index_->tree.removeFlags(node, PathTree::CANDIDATE);
 }
 
+void FuzzyMatch::arrange()
+{
+    index_->arrange([](const PathTree &) {});
+}
+
 std::vector<FuzzyMatchResult> FuzzyMatch::match(std::string_view pattern, std::size_t top) const
 {
     const auto uses = recentAccessScore_ == nullptr ? nullptr : recentAccessScore_->snapshot();

@@ -34,6 +34,9 @@ public:
     /// An absent text is ignored.
     void remove(std::string_view result);
 
+    /// Makes searches faster after a large list has come in any order, see PathIndex::arrange().
+    void arrange();
+
     /// The best candidates that hold the pattern as a subsequence: score descending, then text
     /// ascending by bytes; at most top of them. An upper-case letter of the pattern matches only
     /// itself, a lower-case one both.

@@ -3,6 +3,8 @@
 #include "matching/IndexLock.h"
 #include "matching/PathTree.h"
 
+#include <functional>
+
 namespace quillon {
 
 /// The tree of paths and the one lock that guards it.
@@ -10,6 +12,12 @@ struct PathIndex
 {
     mutable IndexLock lock;
     PathTree tree GUARDED_BY(lock);
+
+    /// Lays the tree out anew where its siblings lie scattered, see PathTree::arrange(); every id
+    /// is another one afterwards. Searches go on meanwhile and wait only while the trees are
+    /// exchanged. Then isReplaced is called with the former tree and the lock held exclusively.
+    /// Does nothing while the tree is held, and gives up when anybody wants to write.
+    void arrange(const std::function<void(const PathTree &former)> &isReplaced) EXCLUDES(lock);
 };
 
 } // namespace quillon

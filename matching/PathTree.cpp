@@ -59,6 +59,7 @@ void PathTree::clear()
     free_.clear();
     used_ = 0;
     ++generation_;
+    ++changes_;
     const NodeId root = allocate();
     require(root == ROOT, "the root is the first node");
 }
@@ -112,6 +113,7 @@ PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
     if (present != NONE)
         return present;
 
+    ++changes_;
     const NodeId id = allocate();
     const Node &above = node(parent);
     Node &fresh = mutableNode(id);
@@ -236,6 +238,7 @@ void PathTree::addFlags(NodeId id, Flags flags)
     const auto added = static_cast<Flags>(flags & ~node.flags & COUNTED_FLAGS);
     if (added == 0)
         return;
+    ++changes_;
     revive(node);
     node.flags |= added;
     for (unsigned bits = added; bits != 0; bits &= bits - 1)
@@ -248,6 +251,7 @@ void PathTree::removeFlags(NodeId id, Flags flags)
     const auto removed = static_cast<Flags>(flags & node.flags & COUNTED_FLAGS);
     if (removed == 0)
         return;
+    ++changes_;
     node.flags &= static_cast<Flags>(~removed);
     for (unsigned bits = removed; bits != 0; bits &= bits - 1)
         --counts_[static_cast<std::size_t>(std::countr_zero(bits))];
@@ -300,6 +304,7 @@ bool PathTree::collectSomeDead(std::size_t parents)
 {
     if (holds_ > 0 || parentsOfDead_.empty())
         return false;
+    ++changes_;
     trail_ = {};
     for (; parents > 0 && !parentsOfDead_.empty(); --parents) {
         const NodeId parent = parentsOfDead_.back();

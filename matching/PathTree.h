@@ -108,6 +108,9 @@ public:
     /// Changes when clear() or replaceBy() makes every id invalid.
     std::uint64_t generation() const { return generation_; }
 
+    /// Grows with every change, so that equal numbers mean an unchanged tree.
+    std::uint64_t changes() const { return changes_; }
+    bool isHeld() const { return holds_ > 0; }
     /// Whether so many siblings lie apart that arrange() would make searches faster.
     bool isScattered() const;
     /// Copies the source into this empty tree, in depth-first order and with the children of each
@@ -208,6 +211,7 @@ private:
     /// Ready to be used again.
     std::vector<NodeId> free_;
     std::uint64_t generation_ = 0;
+    std::uint64_t changes_ = 0;
     mutable std::atomic<int> pins_ = 0;
 };
 

@@ -96,7 +96,9 @@ void PathTree::replaceBy(PathTree &other)
     std::swap(givenUp_, other.givenUp_);
     std::swap(free_, other.free_);
     ++generation_;
+    ++changes_;
     ++other.generation_;
+    ++other.changes_;
 }
 
 } // namespace quillon

@@ -171,7 +171,8 @@ std::vector<TreeSearch::Match> TreeSearch::finish()
 {
     index_.tree.unpin();
     std::vector<Match> matches;
-    if (index_.tree.generation() != generation_)
+    hasLostMatches_ = index_.tree.generation() != generation_;
+    if (hasLostMatches_)
         return matches;
     const MutexLock guard(mutex_);
     for (const Hit &hit : hits_->takeSorted()) {

@@ -21,6 +21,25 @@ Flags flagsOf(const PathTree &tree, const std::string &text)
     return node == PathTree::NONE ? Flags{0} : static_cast<Flags>(tree.node(node).flags & KEPT);
 }
 
+/// Exchanges the tree for an arranged one, and expects each node's children to lie side by side.
+void arrange(PathTree &tree)
+{
+    const std::uint64_t generation = tree.generation();
+    PathTree arranged;
+    ASSERT_TRUE(arranged.arrange(tree, [] { return true; }));
+    tree.replaceBy(arranged);
+    EXPECT_NE(tree.generation(), generation);
+    std::vector<PathTree::NodeId> parents{PathTree::ROOT};
+    while (!parents.empty()) {
+        PathTree::NodeId expected = tree.node(parents.back()).firstChild;
+        parents.pop_back();
+        for (PathTree::NodeId id = expected; id != PathTree::NONE; id = tree.node(id).nextSibling) {
+            ASSERT_EQ(id, expected++);
+            parents.push_back(id);
+        }
+    }
+}
+
 TEST(PathTree, givesEveryTextBackByteForByte)
 {
     PathTree tree;
@@ -96,7 +115,23 @@ TEST(PathTree, staysEqualToAMapUnderRandomEdits)
             stored += flags & PathTree::STORED;
         }
         ASSERT_EQ(tree.count(PathTree::STORED), stored);
+        if (round % 7 == 6)
+            arrange(tree);
     }
+}
+
+TEST(PathTree, givesUpAnArrangementThatIsNotWanted)
+{
+    PathTree tree;
+    for (int i = 0; i < 20'000; ++i)
+        tree.insert("/" + std::to_string(i % 100) + "/" + std::to_string(i), PathTree::CANDIDATE);
+    EXPECT_TRUE(tree.isScattered());
+    PathTree arranged;
+    int questions = 0;
+    EXPECT_FALSE(arranged.arrange(tree, [&] { return ++questions < 3; }));
+    EXPECT_EQ(questions, 3);
+    arrange(tree);
+    EXPECT_FALSE(tree.isScattered());
 }
 
 TEST(PathTree, usesTheRoomOfRemovedTextsAgain)
