@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
 #include <ostream>
 #include <thread>
 
@@ -37,6 +40,11 @@ protected:
         const timespec times[] = {old.st_atim, old.st_mtim};
         ASSERT_EQ(::utimensat(AT_FDCWD, other.c_str(), times, 0), 0);
         fs::rename(other, path);
+    }
+    /// Waits until nobody can be taken to be writing the file still.
+    void letRest() const
+    {
+        ASSERT_TRUE(becomesTrue([&] { return SettingsFile(path).read().rested; }));
     }
     /// The files that were kept, oldest name first.
     Strings keptTexts() const
@@ -168,6 +176,8 @@ TEST_P(JsonDefaultsStoreFaults, keepTheFileAndTheSettingsReadLast)
     ASSERT_TRUE(store.set("old", {"value"}));
     testing::internal::CaptureStderr();
     writeByHand(GetParam().text);
+    EXPECT_EQ(store.string("old"), "value");
+    letRest();
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(store.string("old"), "value");
     EXPECT_TRUE(store.remove("absent"));
@@ -191,6 +201,8 @@ TEST_P(JsonDefaultsStoreFaults, keepTheFileAndTheSettingsReadLast)
 
 TEST_P(JsonDefaultsStoreFaults, areLeftToTheUserWhereNothingWasReadBefore)
 {
+    if (GetParam().text.empty())
+        GTEST_SKIP() << "an empty file has no settings that could be lost";
     writeByHand(GetParam().text);
     JsonDefaultsStore store(path);
     testing::internal::CaptureStderr();
@@ -218,31 +230,135 @@ const FaultRow FAULT_ROWS[] = {
     {"cutShort", "{\"a\": [1", ":1:"},
     {"noObject", "[1, 2]", ":1:1: "},
     {"noUtf8", "{\"a\": \"\xFF\"}", ":1:"},
+    {"noByte", "", ":1:1: the file is empty"},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, JsonDefaultsStoreFaults, testing::ValuesIn(FAULT_ROWS),
                          [](const auto &row) { return row.param.name; });
 
-TEST_F(JsonDefaultsStoreDisk, keepsAFileThatMayNotBeRead)
+TEST_F(JsonDefaultsStoreDisk, writesNothingWhereTheFileCannotBeRead)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "root may read everything";
-    writeByHand(document("secret"));
-    ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+    const auto cannotBeRead = [&](JsonDefaultsStore &store, bool nothingRead) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(store.boolean("old"), nothingRead ? std::nullopt : std::optional(true));
+        EXPECT_FALSE(store.set("key", {true}));
+        EXPECT_FALSE(store.set("old", {false}));
+        const auto fault = store.fault();
+        ASSERT_TRUE(fault.has_value());
+        EXPECT_EQ(fault->line, 0);
+        EXPECT_EQ(fault->nothingRead, nothingRead);
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("nothing is written"));
+        EXPECT_EQ(filesBeside(), Strings());
+    };
     JsonDefaultsStore store(path);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(store.string("word"), std::nullopt);
+    ASSERT_TRUE(store.set("old", {true}));
+    const std::string whole = path + "-whole";
+    fs::rename(path, whole);
+    fs::create_directory(path);
+    cannotBeRead(store, false);
+    EXPECT_TRUE(fs::is_directory(path));
+    fs::remove(path);
+    fs::create_symlink("quillon.json", path);
+    cannotBeRead(store, false);
+    EXPECT_TRUE(fs::is_symlink(path));
+    fs::rename(whole, path);
+    if (::geteuid() != 0) { // who may read everything
+        ASSERT_EQ(::chmod(path.c_str(), 0), 0);
+        cannotBeRead(store, false);
+        JsonDefaultsStore started(path);
+        cannotBeRead(started, true);
+        ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
+    }
+    EXPECT_EQ(store.fault(), std::nullopt);
     EXPECT_TRUE(store.set("key", {true}));
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Permission denied"));
-    ASSERT_EQ(filesBeside().size(), 1U);
-    ASSERT_EQ(::chmod(folder.path("config/quillon/" + filesBeside()[0]).c_str(), 0600), 0);
-    EXPECT_THAT(keptTexts(), ElementsAre(document("secret")));
-
-    ASSERT_EQ(::chmod(folder.path("config/quillon").c_str(), 0500), 0);
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(store.set("key", {false}));
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Permission denied"));
-    EXPECT_EQ(store.boolean("key"), true);
+    EXPECT_EQ(JsonDefaultsStore(path).boolean("old"), true);
 }
+
+/// How an editor saves.
+struct SaveRow
+{
+    std::string name;
+    /// Gives the file the text; may use the name beside it.
+    std::function<void(const std::string &file, const std::string &text)> save;
+
+    friend std::ostream &operator<<(std::ostream &out, const SaveRow &row)
+    {
+        return out << row.name;
+    }
+};
+
+/// Empties the file and fills it some time later, in two pieces.
+void writeInPlace(const std::string &file, const std::string &text)
+{
+    static unsigned saves = 0;
+    const auto wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(saves % 4 * 7)); };
+    ++saves;
+    std::ofstream stream(file, std::ios::trunc);
+    stream.flush();
+    wait();
+    stream << text.substr(0, text.size() / 2) << std::flush;
+    wait();
+    stream << text.substr(text.size() / 2);
+}
+
+const SaveRow SAVE_ROWS[] = {
+    {"inPlace", writeInPlace},
+    {"replaced",
+     [](const std::string &file, const std::string &text) {
+         writeInPlace(file + "-new", text);
+         fs::rename(file + "-new", file);
+     }},
+    {"renamedFirst",
+     [](const std::string &file, const std::string &text) {
+         fs::rename(file, file + "-old");
+         writeInPlace(file, text);
+     }},
+};
+
+class JsonDefaultsStoreEditors : public JsonDefaultsStoreDisk,
+                                 public testing::WithParamInterface<SaveRow>
+{};
+
+TEST_P(JsonDefaultsStoreEditors, loseNoSaveBesideAProgramThatStores)
+{
+    const char *const more = std::getenv("QUILLON_SAVES");
+    const int saves = more ? std::atoi(more) : 25;
+    const std::string other(3000, 'x');
+    const auto document = [&](int save) {
+        return "{\"save\": " + std::to_string(save) + ", \"other\": \"" + other + "\"}";
+    };
+    writeByHand(document(0));
+    std::atomic<bool> done = false;
+    std::atomic<int> stored = 0;
+    std::atomic<int> failed = 0;
+    testing::internal::CaptureStderr();
+    std::thread program([&] {
+        JsonDefaultsStore store(path);
+        for (std::int64_t i = 0; !done; ++i) {
+            failed += store.set("own", {i}) ? 0 : 1;
+            ++stored;
+        }
+    });
+    int lost = 0;
+    for (int save = 1; save <= saves; ++save) {
+        GetParam().save(path, document(save));
+        const int before = stored;
+        ASSERT_TRUE(becomesTrue([&] { return stored > before + 1; }));
+        const JsonDefaultsStore fresh(path);
+        lost += fresh.value("save") == DefaultsValue{std::int64_t{save}} &&
+                        fresh.string("other") == other && fresh.contains("own")
+                    ? 0
+                    : 1;
+    }
+    done = true;
+    program.join();
+    EXPECT_EQ(lost, 0) << "of " << saves;
+    EXPECT_EQ(failed, 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(keptTexts(), Strings());
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, JsonDefaultsStoreEditors, testing::ValuesIn(SAVE_ROWS),
+                         [](const auto &row) { return row.param.name; });
 
 TEST_F(JsonDefaultsStoreDisk, reportsAFolderThatCannotBeMade)
 {

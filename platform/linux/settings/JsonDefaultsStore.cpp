@@ -7,18 +7,21 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
 #include <utility>
 
-#include <unistd.h>
+#include <poll.h>
 
 // A read costs a stat() and a lookup in the document. A write locks the file against other
-// writers, reads it again if it changed, puts its one key in and replaces the file; so the writes
-// of two processes to different keys both last. An editor takes no lock: it can still overwrite
-// what was written while it had the file open.
+// writers, reads it again, puts its one key in and replaces the file; so the writes of two
+// processes to different keys both last. An editor takes no lock. A file that it is just writing,
+// empty or cut short, is waited for, and a file that it saved while ours was written is put back
+// and our key goes into that one. What an editor saves later, from what it read before, still
+// overwrites our key.
 
 namespace quillon {
 namespace {
@@ -47,8 +50,6 @@ DefaultsFault describe(const QByteArray &bytes, const QJsonParseError &error)
 /// The object that the bytes hold; absent with the fault set when they hold none.
 std::optional<QJsonObject> parse(const QByteArray &bytes, DefaultsFault &fault)
 {
-    if (bytes.trimmed().isEmpty())
-        return QJsonObject();
     QJsonParseError error;
     const auto document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError) {
@@ -62,7 +63,34 @@ std::optional<QJsonObject> parse(const QByteArray &bytes, DefaultsFault &fault)
     return document.object();
 }
 
+bool isBlank(const QByteArray &bytes)
+{
+    return bytes.trimmed().isEmpty();
+}
+
+/// Waits without heed of signals, which may shorten the time.
+void pause()
+{
+    constexpr int PAUSE = 5; // milliseconds
+    ::poll(nullptr, 0, PAUSE);
+}
+
 } // namespace
+
+struct JsonDefaultsStore::Look
+{
+    SettingsFile::Reading reading;
+    /// Absent with a fault.
+    std::optional<QJsonObject> contents;
+    DefaultsFault fault;
+
+    bool isBlank() const { return reading.error == 0 && quillon::isBlank(reading.bytes); }
+    /// True for an empty or half file that somebody may be writing just now.
+    bool isUnfinished() const
+    {
+        return reading.error == 0 && (!contents || isBlank()) && !reading.rested;
+    }
+};
 
 std::string standardDefaultsPath()
 {
@@ -142,35 +170,60 @@ std::optional<std::string> JsonDefaultsStore::beginAnew()
 
 bool JsonDefaultsStore::change(const Edit &edit)
 {
+    constexpr int MOST_ROUNDS = 20;
     const MutexLock writing(writing_);
     if (isOnDisk(edit))
         return true;
     const SettingsLock fileLock = file_.lock();
     if (!fileLock.isHeld())
         return false;
+    auto outcome = SettingsFile::Replacing::overtaken;
+    for (int i = 0; outcome == SettingsFile::Replacing::overtaken && i < MOST_ROUNDS; ++i)
+        outcome = changeOnce(edit);
+    if (outcome == SettingsFile::Replacing::overtaken)
+        std::fprintf(stderr, "quillon: %s: cannot write the settings: somebody else writes them\n",
+                     file_.path().c_str());
+    return outcome == SettingsFile::Replacing::done;
+}
+
+/// Reads the file, edits the settings and replaces the file. Under the lock of the file.
+SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
+{
+    Look found = lookWhenWritten(hasFile());
+    const SettingsFile::Reading reading = found.reading;
     QJsonObject contents;
-    QByteArray bytes;
-    bool faulty = false;
+    bool isKept = false;
     {
         const MutexLock lock(mutex_);
-        refresh();
-        if (fault_ && fault_->nothingRead)
-            return false;
+        adopt(std::move(found));
+        const bool isReadable = reading.error == 0 || reading.error == ENOENT;
+        if (fault_ && (!isReadable || fault_->nothingRead)) {
+            std::fprintf(stderr, "quillon: %s; nothing is written\n",
+                         fault_->description().c_str());
+            return SettingsFile::Replacing::failed;
+        }
         contents = contents_;
-        faulty = fault_.has_value();
-        if (!edit(contents) && !faulty)
-            return true;
-        bytes = QJsonDocument(contents).toJson();
+        isKept = fault_.has_value();
+        if (!edit(contents) && !isKept)
+            return SettingsFile::Replacing::done;
     }
-    if (!file_.replace(bytes, faulty))
-        return false;
+    const auto outcome = file_.replace(QJsonDocument(contents).toJson(), reading, isKept);
+    if (outcome != SettingsFile::Replacing::done)
+        return outcome;
 
     // The next look reads the file again: someone who takes no lock may have been faster.
     const MutexLock lock(mutex_);
     contents_ = std::move(contents);
     fault_.reset();
     settled_ = false;
-    return true;
+    return outcome;
+}
+
+/// True when the file was there when it was looked at last.
+bool JsonDefaultsStore::hasFile() const
+{
+    const MutexLock lock(mutex_);
+    return hasRead_ && stamp_.error == 0;
 }
 
 /// True when the edit would leave the file as it is.
@@ -182,27 +235,64 @@ bool JsonDefaultsStore::isOnDisk(const Edit &edit) const
     return !edit(contents) && !fault_;
 }
 
+JsonDefaultsStore::Look JsonDefaultsStore::look() const
+{
+    Look found{.reading = file_.read(), .contents = std::nullopt, .fault = {}};
+    if (found.reading.error == 0)
+        found.contents = parse(found.reading.bytes, found.fault);
+    else if (found.reading.error == ENOENT)
+        found.contents = QJsonObject();
+    else
+        found.fault.reason = std::strerror(found.reading.error);
+    return found;
+}
+
+/// Like look(), but waits for somebody who seems to be saving the file. A file that was there is
+/// waited for as well when it is gone, since some editors rename it before they write a new one.
+JsonDefaultsStore::Look JsonDefaultsStore::lookWhenWritten(bool wasThere) const
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds WRITING_TIME{SettingsFile::WRITING_TIME};
+    constexpr int MOST_WRITING_TIMES = 20; // for a file that is written again and again
+    const auto start = Clock::now();
+    for (;;) {
+        Look found = look();
+        const auto waited = Clock::now() - start;
+        const bool isAway = wasThere && found.reading.error == ENOENT && waited < WRITING_TIME;
+        if (!(isAway || found.isUnfinished()) || waited > MOST_WRITING_TIMES * WRITING_TIME)
+            return found;
+        pause();
+    }
+}
+
 void JsonDefaultsStore::refresh() const
 {
     if (settled_ && file_.stamp() == stamp_)
         return;
-    const SettingsFile::Reading reading = file_.read();
-    stamp_ = reading.stamp;
-    settled_ = reading.settled;
-    DefaultsFault fault{.reason = reading.error == 0 ? "" : std::strerror(reading.error)};
-    auto contents = reading.error == 0 ? parse(reading.bytes, fault) : std::nullopt;
-    if (reading.error == ENOENT)
-        contents = QJsonObject();
-    if (contents) {
-        contents_ = std::move(*contents);
+    // Before anything was read there is nothing that could stay in force meanwhile.
+    adopt(hasRead_ ? look() : lookWhenWritten(false));
+}
+
+void JsonDefaultsStore::adopt(Look found) const
+{
+    stamp_ = found.reading.stamp;
+    settled_ = found.reading.settled && !found.isUnfinished();
+    if (found.isBlank()) {
+        // Without any settings to lose, an empty file is one without keys.
+        found.contents = contents_.isEmpty() ? std::optional(QJsonObject()) : std::nullopt;
+        found.fault = {.line = 1, .column = 1, .reason = "the file is empty"};
+    }
+    if (found.contents) {
+        contents_ = std::move(*found.contents);
         hasRead_ = true;
         fault_.reset();
         return;
     }
-    fault.file = file_.path();
-    fault.nothingRead = !hasRead_;
-    fault_ = std::move(fault);
-    complainOnce();
+    fault_ = std::move(found.fault);
+    fault_->file = file_.path();
+    fault_->nothingRead = !hasRead_;
+    if (!found.isUnfinished())
+        complainOnce();
 }
 
 void JsonDefaultsStore::complainOnce() const

@@ -19,8 +19,10 @@ std::string standardDefaultsPath();
 ///
 /// A file with a mistake is never overwritten: what was read last stays in force, the fault is
 /// said once on standard error, and the next write keeps the file beside the new one; where
-/// nothing was read before, writes fail until beginAnew(). Keys and values that this program does
-/// not know survive its writes.
+/// nothing was read before, writes fail until beginAnew(). A file that holds nothing any more
+/// counts as one with a mistake. A write waits some 100 ms for somebody who is just saving the
+/// file, and fails where the file cannot be read. Keys and values that this program does not know
+/// survive its writes.
 class JsonDefaultsStore final : public DefaultsStore
 {
 public:
@@ -36,12 +38,19 @@ public:
     std::optional<std::string> beginAnew() override EXCLUDES(writing_, mutex_);
 
 private:
+    /// What one reading of the file gave.
+    struct Look;
     /// Returns whether it changed anything.
     using Edit = std::function<bool(QJsonObject &contents)>;
     bool change(const Edit &edit) EXCLUDES(writing_, mutex_);
+    SettingsFile::Replacing changeOnce(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
+    bool hasFile() const EXCLUDES(mutex_);
     bool isOnDisk(const Edit &edit) const EXCLUDES(mutex_);
 
+    Look look() const;
+    Look lookWhenWritten(bool wasThere) const;
     void refresh() const REQUIRES(mutex_);
+    void adopt(Look found) const REQUIRES(mutex_);
     void complainOnce() const REQUIRES(mutex_);
 
     const SettingsFile file_;

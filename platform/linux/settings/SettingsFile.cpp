@@ -1,22 +1,26 @@
 #include "platform/linux/settings/SettingsFile.h"
 
-#include <QFile>
-#include <QSaveFile>
+#include "platform/linux/settings/FileSteps.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <filesystem>
-#include <optional>
-#include <string_view>
 #include <system_error>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+// A replacement must lose neither the settings of an editor that saves at the same time, as editors
+// take no lock, nor the file when a call fails. So the new file is written beside the old one, and
+// the two exchange their names in one step. What has then got the name of the new file is compared
+// with what was read before: where it differs, somebody saved in between, and the names are
+// exchanged back as though nothing had been written. An editor that saves in place and has emptied
+// the old file is noticed in the same way.
 
 namespace quillon {
 namespace {
@@ -26,27 +30,9 @@ namespace fs = std::filesystem;
 constexpr std::int64_t NANOSECONDS = 1'000'000'000;
 /// Time stamps of files advance with the kernel's tick, at most this far apart.
 constexpr std::int64_t TICK = 20'000'000;
+constexpr std::int64_t WRITING = SettingsFile::WRITING_TIME * std::int64_t{1'000'000};
 constexpr std::int64_t LEFTOVER_AGE = 60 * NANOSECONDS;
-constexpr mode_t PRIVATE_FOLDER = 0700;
 constexpr mode_t PRIVATE_FILE = 0600;
-
-class Descriptor
-{
-public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor()
-    {
-        if (descriptor_ >= 0)
-            ::close(descriptor_);
-    }
-    int get() const { return descriptor_; }
-    bool isOpen() const { return descriptor_ >= 0; }
-
-private:
-    int descriptor_;
-};
 
 std::int64_t inNanoseconds(const timespec &time)
 {
@@ -75,72 +61,21 @@ void complain(const std::string &path, const char *what, const std::string &reas
     std::fprintf(stderr, "quillon: %s: %s: %s\n", path.c_str(), what, reason.c_str());
 }
 
-/// What the path leads to when the links at its end are followed, whether or not it is there.
-fs::path followLinks(fs::path path)
-{
-    constexpr int MOST_LINKS = 40;
-    std::error_code error;
-    for (int i = 0; i < MOST_LINKS && fs::is_symlink(path, error); ++i)
-        path = path.parent_path() / fs::read_symlink(path, error);
-    return path;
-}
-
-bool makeFolder(const fs::path &folder)
-{
-    const auto make = [&] { return ::mkdir(folder.c_str(), PRIVATE_FOLDER) == 0; };
-    if (make() || errno == EEXIST)
-        return true;
-    return errno == ENOENT && folder.has_relative_path() && makeFolder(folder.parent_path()) &&
-           (make() || errno == EEXIST);
-}
-
-/// Renames the file to a free name beside it and returns that.
-std::optional<fs::path> moveAside(const fs::path &file, std::string &reason)
-{
-    std::error_code error;
-    std::int64_t time = std::time(nullptr);
-    const auto name = [&] { return fs::path(file.string() + ".bad-" + std::to_string(time)); };
-    while (fs::exists(fs::symlink_status(name(), error)))
-        ++time;
-    fs::rename(file, name(), error);
-    reason = error.message();
-    return error ? std::nullopt : std::optional(name());
-}
-
-bool save(const fs::path &target, const QByteArray &bytes, std::string &reason)
-{
-    const QString name = QFile::decodeName(target.c_str());
-    if (QFile::encodeName(name) != target.c_str()) {
-        reason = "the path is not UTF-8";
-        return false;
-    }
-    QSaveFile file(name);
-    // A short write is no error to the file itself and would be put in place: both are checked.
-    const bool saved = file.open(QIODevice::WriteOnly) &&
-                       file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) &&
-                       file.write(bytes) == bytes.size() && file.flush() && file.commit();
-    if (!saved)
-        reason = file.error() == QFileDevice::NoError ? "the disk took not all of it"
-                                                      : file.errorString().toStdString();
-    return saved;
-}
-
 bool flushToDisk(const fs::path &path, int flags)
 {
-    const Descriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | flags));
-    if (!descriptor.isOpen())
+    const Descriptor descriptor(
+        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | flags); }));
+    if (!descriptor)
         return errno == ENOENT;
     // Some file systems cannot do it for a folder and say so.
-    return ::fsync(descriptor.get()) == 0 || errno == EINVAL;
+    return uninterrupted([&] { return ::fsync(descriptor.get()); }) == 0 || errno == EINVAL;
 }
 
 /// Waits for the lock. File systems that have none are written without.
 bool waitFor(int descriptor)
 {
-    while (::flock(descriptor, LOCK_EX) != 0)
-        if (errno != EINTR)
-            return errno == ENOLCK || errno == ENOSYS || errno == EOPNOTSUPP;
-    return true;
+    return uninterrupted([&] { return ::flock(descriptor, LOCK_EX); }) == 0 || errno == ENOLCK ||
+           errno == ENOSYS || errno == EOPNOTSUPP;
 }
 
 /// Returns the errno of what failed, 0 when all bytes were read.
@@ -154,39 +89,38 @@ int readAll(int descriptor, const struct stat &status, QByteArray &bytes)
     for (;;) {
         if (length == bytes.size())
             bytes.resize(length + MORE);
-        const ssize_t count = ::read(descriptor, bytes.data() + length,
-                                     static_cast<std::size_t>(bytes.size() - length));
+        const ssize_t count = uninterrupted([&] {
+            return ::read(descriptor, bytes.data() + length,
+                          static_cast<std::size_t>(bytes.size() - length));
+        });
+        if (count < 0)
+            return errno;
+        length += count;
         if (count == 0) {
             bytes.truncate(length);
             return 0;
         }
-        if (count < 0 && errno != EINTR)
-            return errno;
-        length += std::max<ssize_t>(count, 0);
     }
-}
-
-/// True for a name that QSaveFile makes, six random letters. A word that a person put there, as in
-/// "quillon.json.backup", is not to be mistaken for one: upper and lower case must be mixed.
-bool isTemporaryName(std::string_view name, const std::string &file)
-{
-    constexpr std::size_t RANDOM_LETTERS = 6;
-    if (!name.starts_with(file + ".") || name.size() != file.size() + 1 + RANDOM_LETTERS)
-        return false;
-    const std::string_view letters = name.substr(file.size() + 1);
-    const auto isUpper = [](char c) { return c >= 'A' && c <= 'Z'; };
-    const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
-    return std::ranges::all_of(letters, [&](char c) { return isUpper(c) || isLower(c); }) &&
-           std::ranges::any_of(letters.substr(1), isUpper) && std::ranges::any_of(letters, isLower);
 }
 
 } // namespace
 
-SettingsLock::~SettingsLock()
+/// The file that is to take the place of the settings; deleted in the end, when the name is that of
+/// the old file or the replacement failed.
+struct SettingsFile::FreshFile
 {
-    if (descriptor_ >= 0)
-        ::close(descriptor_);
-}
+    explicit FreshFile(fs::path path) : name(std::move(path)) {}
+    FreshFile(const FreshFile &) = delete;
+    FreshFile &operator=(const FreshFile &) = delete;
+    ~FreshFile()
+    {
+        if (!name.empty())
+            ::unlink(name.c_str());
+    }
+
+    /// Empty when what has this name is to stay.
+    fs::path name;
+};
 
 FileStamp SettingsFile::stamp() const
 {
@@ -198,12 +132,13 @@ FileStamp SettingsFile::stamp() const
 
 SettingsFile::Reading SettingsFile::read() const
 {
+    // Whatever stands there, opening it must not wait.
+    constexpr int FLAGS = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     Reading reading;
     const std::int64_t now = fileClock();
-    // Whatever stands there, opening it must not wait.
-    const Descriptor file(::open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    const Descriptor file(uninterrupted([&] { return ::open(path_.c_str(), FLAGS); }));
     struct stat status = {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+    if (!file || ::fstat(file.get(), &status) != 0) {
         reading.error = errno;
         reading.stamp = stamp();
         // Unless both looks failed alike, something changed between them or may do so unseen.
@@ -213,6 +148,8 @@ SettingsFile::Reading SettingsFile::read() const
     reading.stamp = stampOf(status);
     reading.error = readAll(file.get(), status, reading.bytes);
     reading.settled = reading.error == 0 && reading.stamp.changed + TICK < now;
+    // The clock may have been set back since the file was written.
+    reading.rested = std::abs(now - reading.stamp.changed) > WRITING;
     return reading;
 }
 
@@ -221,70 +158,129 @@ SettingsLock SettingsFile::lock() const
     const fs::path folder = fs::path(path_).parent_path();
     if (!makeFolder(folder)) {
         complain(folder, "cannot make the folder", std::strerror(errno));
-        return SettingsLock(-1);
+        return SettingsLock(Descriptor());
     }
     const std::string name = path_ + ".lock";
-    SettingsLock lock(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, PRIVATE_FILE));
-    if (!lock.isHeld() || !waitFor(lock.descriptor_)) {
+    Descriptor file(uninterrupted(
+        [&] { return ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, PRIVATE_FILE); }));
+    if (!file || !waitFor(file.get())) {
         complain(name, "cannot lock the settings", std::strerror(errno));
-        return SettingsLock(-1);
+        return SettingsLock(Descriptor());
     }
-    return lock;
+    return SettingsLock(std::move(file));
 }
 
 std::optional<std::string> SettingsFile::setAside() const
 {
-    std::string reason;
-    const auto kept = moveAside(followLinks(path_), reason);
+    const auto target = followLinks(path_);
+    const auto kept = target ? moveAside(*target, *target) : std::nullopt;
     if (!kept) {
-        complain(path_, "cannot rename the settings file", reason);
+        complain(path_, "cannot rename the settings file", std::strerror(errno));
         return std::nullopt;
     }
     return kept->string();
 }
 
-bool SettingsFile::replace(const QByteArray &bytes, bool keepOld) const
+SettingsFile::Replacing SettingsFile::replace(const QByteArray &bytes, const Reading &found,
+                                              bool keepOld) const
 {
-    const fs::path target = followLinks(path_);
-    std::optional<fs::path> kept;
-    std::string reason;
-    if (keepOld) {
-        kept = moveAside(target, reason);
-        if (!kept) {
-            complain(path_, "cannot keep the file that cannot be read", reason);
-            return false;
-        }
+    const auto target = followLinks(path_);
+    const auto name = target ? writeBeside(*target, bytes) : std::nullopt;
+    if (!name)
+        return fail("cannot write the settings");
+    FreshFile fresh(*name);
+    return replaceInOneStep(fresh, *target, found, keepOld);
+}
+
+SettingsFile::Replacing SettingsFile::replaceInOneStep(FreshFile &fresh, const fs::path &target,
+                                                       const Reading &found, bool keepOld) const
+{
+    if (found.error == ENOENT) {
+        if (moveToFreeName(fresh.name, target))
+            return Replacing::done;
+        return errno == EEXIST ? Replacing::overtaken : fail("cannot write the settings");
     }
-    if (save(target, bytes, reason)) {
+    switch (exchange(fresh.name, target)) {
+    case Exchange::done:
+        break;
+    case Exchange::failed:
+        return errno == ENOENT ? Replacing::overtaken : fail("cannot write the settings");
+    case Exchange::unsupported:
+        return replaceInSteps(fresh, target, found, keepOld);
+    }
+
+    const Reading old = SettingsFile(fresh.name).read();
+    const bool isAsFound = old.error == 0 && old.bytes == found.bytes;
+    if (isAsFound && !keepOld)
+        return Replacing::done;
+    if (const auto kept = isAsFound ? moveAside(fresh.name, target) : std::nullopt) {
+        complain(path_, "the file that could not be read is kept as", *kept);
+        return Replacing::done;
+    }
+    const int error = old.error != 0 ? old.error : errno;
+    if (exchange(fresh.name, target) != Exchange::done) {
+        // The new file stays, so the old one must have a name under which it is not cleared away.
+        const auto kept = moveAside(fresh.name, target);
+        complain(path_, "the former file is kept as", kept.value_or(fresh.name));
+        fresh.name.clear();
+        return Replacing::done;
+    }
+    if (old.error == 0 && !isAsFound)
+        return Replacing::overtaken;
+    errno = error;
+    return fail("cannot write the settings");
+}
+
+/// For file systems without exchange(). An editor that saves in the midst of it is overwritten.
+SettingsFile::Replacing SettingsFile::replaceInSteps(const FreshFile &fresh, const fs::path &target,
+                                                     const Reading &found, bool keepOld) const
+{
+    if (stamp() != found.stamp)
+        return Replacing::overtaken;
+    const auto kept = keepOld ? moveAside(target, target) : std::nullopt;
+    if (keepOld && !kept)
+        return fail("cannot keep the file that cannot be read");
+    if (uninterrupted([&] { return ::rename(fresh.name.c_str(), target.c_str()); }) == 0) {
         if (kept)
             complain(path_, "the file that could not be read is kept as", *kept);
-        return true;
+        return Replacing::done;
     }
-    complain(path_, "cannot write the settings", reason);
-    std::error_code error;
-    if (kept && !fs::exists(fs::symlink_status(target, error)))
-        fs::rename(*kept, target, error);
-    return false;
+    const int error = errno;
+    if (kept)
+        moveToFreeName(*kept, target);
+    errno = error;
+    return fail("cannot write the settings");
+}
+
+/// Says what failed, with the reason from errno.
+SettingsFile::Replacing SettingsFile::fail(const char *what) const
+{
+    complain(path_, what, std::strerror(errno));
+    return Replacing::failed;
 }
 
 bool SettingsFile::synchronize() const
 {
-    const fs::path target = followLinks(path_);
-    const fs::path folder = target.parent_path();
-    return flushToDisk(target, 0) && flushToDisk(folder, O_DIRECTORY) &&
+    const auto target = followLinks(path_);
+    if (!target)
+        return false;
+    const fs::path folder = target->parent_path();
+    return flushToDisk(*target, 0) && flushToDisk(folder, O_DIRECTORY) &&
            flushToDisk(folder.parent_path(), O_DIRECTORY);
 }
 
 void SettingsFile::removeLeftovers() const
 {
-    const fs::path target = followLinks(path_);
+    const auto target = followLinks(path_);
+    if (!target)
+        return;
     const std::int64_t oldest = fileClock() - LEFTOVER_AGE;
     std::error_code error;
-    fs::directory_iterator entry(target.parent_path(), error);
+    fs::directory_iterator entry(target->parent_path(), error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         const fs::path &path = entry->path();
         struct stat status = {};
-        if (isTemporaryName(path.filename().string(), target.filename().string()) &&
+        if (isTemporaryName(path.filename().string(), target->filename().string()) &&
             ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
             inNanoseconds(status.st_mtim) < oldest)
             ::unlink(path.c_str());

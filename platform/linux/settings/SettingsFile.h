@@ -1,8 +1,11 @@
 #pragma once
 
+#include "platform/linux/disk/Descriptor.h"
+
 #include <QByteArray>
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -11,10 +14,10 @@
 
 namespace quillon {
 
-/// What a look at the file from outside tells; equal stamps mean that it need not be read again.
+/// What stat(2) reports about the file; equal stamps mean that it need not be read again.
 struct FileStamp
 {
-    /// The errno of the look, ENOENT for a missing file; the rest holds only when it is 0.
+    /// The errno of the call, ENOENT for a missing file; the rest holds only when it is 0.
     int error = 0;
     dev_t device = 0;
     ino_t inode = 0;
@@ -30,24 +33,18 @@ struct FileStamp
 class SettingsLock
 {
 public:
-    explicit SettingsLock(int descriptor) : descriptor_(descriptor) {}
-    SettingsLock(SettingsLock &&other) noexcept : descriptor_(std::exchange(other.descriptor_, -1))
-    {}
-    SettingsLock &operator=(SettingsLock &&) = delete;
-    SettingsLock(const SettingsLock &) = delete;
-    SettingsLock &operator=(const SettingsLock &) = delete;
-    ~SettingsLock();
+    explicit SettingsLock(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
 
-    bool isHeld() const { return descriptor_ >= 0; }
+    bool isHeld() const { return static_cast<bool>(descriptor_); }
 
 private:
-    friend class SettingsFile;
-    int descriptor_;
+    Descriptor descriptor_;
 };
 
 /// The settings file as bytes: read in one piece, replaced as a whole. Safe from every thread.
 ///
-/// A file that is a symbolic link stays one; what it points to is replaced.
+/// A file that is a symbolic link stays one; what it points to is replaced. No call waits for ever
+/// because of signals.
 class SettingsFile
 {
 public:
@@ -55,12 +52,28 @@ public:
     {
         /// Taken before the bytes were read.
         FileStamp stamp;
-        /// The errno of what kept the bytes from being read; 0 when they were.
+        /// The errno of what kept the bytes from being read; 0 when all were read.
         int error = 0;
         QByteArray bytes;
         /// False while the file is so young that another change could leave the stamp as it is.
         bool settled = true;
+        /// False while somebody may be in the middle of writing the file in place.
+        bool rested = true;
     };
+
+    enum class Replacing
+    {
+        done,
+        /// The file is as before; the reason has been said on standard error.
+        failed,
+        /// Somebody who takes no lock has written the file since it was read. Their file is in
+        /// place.
+        overtaken,
+    };
+
+    /// An editor that writes in place empties the file and fills it again within this time, in
+    /// milliseconds.
+    static constexpr int WRITING_TIME = 100;
 
     explicit SettingsFile(std::string path) : path_(std::move(path)) {}
 
@@ -74,17 +87,23 @@ public:
     /// Renames what stands in the file's place to a free name beside it, PATH.bad-TIME, and returns
     /// that name. Absent when that failed, which has been said on standard error. Under lock().
     std::optional<std::string> setAside() const;
-    /// Writes the bytes and puts them in the file's place at once. With keepOld what stands there
-    /// is first renamed to a free name beside it, PATH.bad-TIME. False when the disk took not all
-    /// of it; the file then is as before, and the reason has been said on standard error. Under
-    /// lock().
-    bool replace(const QByteArray &bytes, bool keepOld) const;
+    /// Writes the bytes and puts them, in one step, in the place of the file as it was found by
+    /// read() with an error of 0 or ENOENT. With keepOld the file found is kept, renamed as by
+    /// setAside(), which is said on standard error. Under lock().
+    Replacing replace(const QByteArray &bytes, const Reading &found, bool keepOld) const;
     /// Returns when the file would survive a loss of power; false when that cannot be had.
     bool synchronize() const;
     /// Deletes what killed writers left beside the file more than a minute ago.
     void removeLeftovers() const;
 
 private:
+    struct FreshFile;
+    Replacing replaceInOneStep(FreshFile &fresh, const std::filesystem::path &target,
+                               const Reading &found, bool keepOld) const;
+    Replacing replaceInSteps(const FreshFile &fresh, const std::filesystem::path &target,
+                             const Reading &found, bool keepOld) const;
+    Replacing fail(const char *what) const;
+
     std::string path_;
 };
 
