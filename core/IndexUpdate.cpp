@@ -61,8 +61,14 @@ bool IndexUpdate::isBelow(const std::string &path) const
                : path.starts_with(path_) && path.size() > path_.size() && path[path_.size()] == '/';
 }
 
-/// As the index sees it: a file counts only with an included extension, and an include folder may
-/// be behind a link.
+bool IndexUpdate::isSkipped(const std::string &folder) const
+{
+    SkipRules::State state = terms_.rules->stateOf(folder);
+    return terms_.rules->skips(state, folder.substr(folder.rfind('/') + 1), [&] { return folder; });
+}
+
+/// As the index sees it: a file counts only with an included extension, a folder only where no
+/// pattern skips it, and an include folder may be behind a link.
 FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
 {
     if (isUnanswered_)
@@ -74,7 +80,9 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
     const auto isIncluded = [&] {
         return extensions_.holdsExtensionOf(path.substr(path.rfind('/') + 1));
     };
-    return kind == Kind::other && !isIncluded() ? Kind::nothing : kind;
+    const bool counts =
+        kind == Kind::other ? isIncluded() : kind != Kind::folder || !isSkipped(path);
+    return counts ? kind : Kind::nothing;
 }
 
 /// A path that a link has come to lead to is not there, wherever the link leads.

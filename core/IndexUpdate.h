@@ -4,11 +4,13 @@
 #include "core/HeldNodes.h"
 #include "core/SearchBasePaths.h"
 #include "indexing/NameKinds.h"
+#include "indexing/SkipRules.h"
 #include "platform/FolderLister.h"
 
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <span>
@@ -42,6 +44,7 @@ public:
         std::set<std::string> patterns;
         /// The include folders.
         std::vector<std::string> roots;
+        std::shared_ptr<const SkipRules> rules;
         /// Requested with the index locked.
         std::stop_token isReset;
         Now now;
@@ -90,6 +93,7 @@ private:
     Kind kindOf(const std::string &path);
     Kind kindOfChanged();
     bool isRoot(const std::string &path) const;
+    bool isSkipped(const std::string &folder) const;
     bool isBelow(const std::string &path) const;
     bool stepAside() const REQUIRES_SHARED(paths_.lock());
 

@@ -336,6 +336,7 @@ void SearchBase::update(const std::string &path, const std::stop_token &stop)
                        {.folderLister = services_.folderLister,
                         .patterns = patterns,
                         .roots = roots_,
+                        .rules = searchBaseIgnorePaths_.rules(),
                         .isReset = isReset,
                         .now = services_.now},
                        url);

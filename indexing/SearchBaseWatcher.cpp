@@ -4,7 +4,9 @@
 #include "indexing/SearchBaseIgnorePaths.h"
 
 #include <algorithm>
+#include <functional>
 #include <future>
+#include <string_view>
 #include <utility>
 
 // Events and what is told of them run on the event queue, starting and stopping elsewhere. Three
@@ -103,9 +105,13 @@ void SearchBaseWatcher::received(const RillFSEventsEvent &event,
         return;
     if (event.flag == RillFSEventsEventFlags{RillFSEventsEventFlags::HISTORY_DONE})
         return;
+    // Patterns are for folders: a file is skipped with the folder that it is in.
+    std::string_view folder = event.path;
+    if (event.flag && (event.flag->rawValue & RillFSEventsEventFlags::ITEM_IS_FILE) != 0)
+        folder = folder.substr(0, std::max<std::size_t>(folder.rfind('/'), 1));
     // An include folder is indexed whatever its path.
-    const bool isRoot = std::ranges::binary_search(roots, event.path);
-    if (!isRoot && searchBaseIgnorePaths_.shouldSkipPath(event.path))
+    const bool isRoot = std::ranges::binary_search(roots, folder, std::less<>());
+    if (!isRoot && searchBaseIgnorePaths_.shouldSkipPath(folder))
         return;
     coalesce_.coalesce(event.path, services_.eventQueue,
                        [this, stop](const std::string &path) { tell(path, stop); });

@@ -77,12 +77,11 @@ public:
 
     enum class Kind
     {
-        /// Also what cannot be reached.
         nothing,
         folder,
         /// Whatever is no folder, symbolic links included.
         other,
-        /// The file system does not answer.
+        /// The file system does not answer, or answers with an error other than absence.
         unknown,
     };
     /// What stands at an absolute path of any length; a symbolic link at its end is not followed,

@@ -18,6 +18,12 @@ Descriptor openAt(int folder, const char *path, int flags)
     }
 }
 
+bool meansAbsence(int error)
+{
+    // A name that is too long for the file system stands for nothing on it.
+    return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
 std::optional<ShortPath> shorten(const std::string &path)
 {
     Descriptor folder(AT_FDCWD);

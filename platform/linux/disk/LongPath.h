@@ -19,6 +19,10 @@ struct ShortPath
 /// errno set, where a piece cannot be opened. The result points into the path.
 std::optional<ShortPath> shorten(const std::string &path);
 
+/// Whether the error of a call, as in errno, says that nothing stands at the path. Any other error
+/// says nothing about what stands there.
+bool meansAbsence(int error);
+
 /// openat() that is not interrupted. None, with errno set, when it fails.
 Descriptor openAt(int folder, const char *path, int flags);
 

@@ -220,7 +220,7 @@ FolderLister::Kind PosixFolderLister::kind(const std::string &path)
     const auto status =
         place ? statusOf(place->folder.get(), place->path, AT_SYMLINK_NOFOLLOW) : std::nullopt;
     if (!status)
-        return Kind::nothing;
+        return meansAbsence(errno) ? Kind::nothing : Kind::unknown;
     return S_ISDIR(status->stx_mode) ? Kind::folder : Kind::other;
 }
 

@@ -29,11 +29,20 @@ void ChangeLog::add(const std::string &path, Found found, std::uint32_t flags)
     entry.found = found;
 }
 
-void ChangeLog::compare(const std::string &path, Found found)
+void ChangeLog::compare(const std::string &path, Found found, std::uint32_t flags)
 {
     if (items_.isIndexed(path) != (found != Found::nothing) || wasToldLately(path) ||
         !namesToldLately(path).empty())
-        add(path, found);
+        add(path, found, flags);
+}
+
+void ChangeLog::tellAgain(std::string_view path)
+{
+    const std::string prefix = std::string(path) + (path == "/" ? "" : "/");
+    for (auto told = told_.lower_bound(path); told != told_.end() && told->first.starts_with(path);
+         ++told)
+        if (told->first == path || told->first.starts_with(prefix))
+            add(told->first, Found::item, told->second.flags);
 }
 
 bool ChangeLog::wasToldLately(std::string_view path) const
@@ -67,7 +76,7 @@ ChangeLog::Entry *ChangeLog::covering(std::string_view path)
 
 std::vector<ChangeLog::Change> ChangeLog::take(Clock::time_point now)
 {
-    std::erase_if(told_, [now](const auto &told) { return now - told.second > SETTLED; });
+    std::erase_if(told_, [now](const auto &told) { return now - told.second.at > SETTLED; });
     // A folder that is covered itself covers nothing that its own cover does not.
     for (auto &[path, entry] : entries_)
         if (Entry *cover = covering(path))
@@ -78,7 +87,7 @@ std::vector<ChangeLog::Change> ChangeLog::take(Clock::time_point now)
             changes.push_back({path, entry.flags});
     entries_.clear();
     for (const Change &change : changes)
-        told_.insert_or_assign(change.path, now);
+        told_.insert_or_assign(change.path, Told{change.flags, now});
     return changes;
 }
 

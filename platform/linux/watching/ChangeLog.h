@@ -36,7 +36,10 @@ public:
 
     void add(const std::string &path, Found found, std::uint32_t flags = 0);
     /// Adds the path only when the index disagrees, or may be about to.
-    void compare(const std::string &path, Found found);
+    void compare(const std::string &path, Found found, std::uint32_t flags = 0);
+    /// Adds again what was told lately at or below the path: another folder may have stood there
+    /// while the receiver looked.
+    void tellAgain(std::string_view path);
     /// Whether an update that looked at the path on the disk earlier may not have reached the index
     /// yet.
     bool wasToldLately(std::string_view path) const;
@@ -55,13 +58,18 @@ private:
         std::uint32_t flags = 0;
         Found found = Found::nothing;
     };
+    struct Told
+    {
+        std::uint32_t flags = 0;
+        Clock::time_point at;
+    };
 
     /// The topmost folder above the path that is told itself, or null.
     Entry *covering(std::string_view path);
 
     const FSEventItemTest &items_;
     std::map<std::string, Entry, std::less<>> entries_;
-    std::map<std::string, Clock::time_point, std::less<>> told_;
+    std::map<std::string, Told, std::less<>> told_;
 };
 
 } // namespace quillon

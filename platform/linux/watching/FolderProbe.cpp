@@ -23,17 +23,13 @@ constexpr std::size_t ROOM = std::size_t{64} * 1024;
 
 Listing failureOf(int error)
 {
-    switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-    case ELOOP:
-        return Listing::gone;
-    case EACCES:
-    case EPERM:
-        return Listing::denied;
-    default:
-        return Listing::failed;
-    }
+    return meansAbsence(error) ? Listing::gone : Listing::failed;
+}
+
+FolderProbe failedProbe(int error)
+{
+    using enum FolderLister::Kind;
+    return {meansAbsence(error) ? nothing : unknown, {}};
 }
 
 } // namespace
@@ -42,13 +38,13 @@ FolderProbe probeFolder(const std::string &path, bool followsLink)
 {
     const auto place = shorten(path);
     if (!place)
-        return {};
+        return failedProbe(errno);
     struct statx status = {};
     // Attributes as the file system keeps them: a cached answer would hide a server's changes.
     const int flags =
         AT_NO_AUTOMOUNT | AT_STATX_SYNC_AS_STAT | (followsLink ? 0 : AT_SYMLINK_NOFOLLOW);
     if (::statx(place->folder.get(), place->path, flags, STATX_TYPE | STATX_STAMP, &status) != 0)
-        return {};
+        return failedProbe(errno);
     if (!S_ISDIR(status.stx_mode))
         return {FolderLister::Kind::other, {}};
     return {FolderLister::Kind::folder, stampOf(status)};

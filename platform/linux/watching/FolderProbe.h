@@ -17,6 +17,8 @@ struct FolderProbe
     FolderStamp stamp;
 
     bool isFolder() const { return kind == FolderLister::Kind::folder; }
+    /// The file system has not answered, so what stands there is as it was.
+    bool isUnknown() const { return kind == FolderLister::Kind::unknown; }
 };
 
 /// Looks at an absolute path of any length without opening what is there.
@@ -25,11 +27,10 @@ FolderProbe probeFolder(const std::string &path, bool followsLink);
 enum class Listing
 {
     complete,
-    /// The folder may not be read.
-    denied,
-    /// It is gone, or no folder any more.
+    /// The folder is gone, or is no folder any more.
     gone,
-    /// Descriptors are short, or the disk fails: worth another try later.
+    /// The folder may not be read, descriptors are short, or the disk fails: worth another try
+    /// later.
     failed,
 };
 

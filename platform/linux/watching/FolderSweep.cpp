@@ -18,13 +18,12 @@ constexpr int SHARE = 200;
 
 FolderSweep::Clock::time_point FolderSweep::due() const
 {
-    return left_.empty() && !hasWork() ? Clock::time_point::max() : next_;
+    return left_.empty() && !folders_.hasSwept() ? Clock::time_point::max() : next_;
 }
 
 void FolderSweep::begin()
 {
     spent_ = {};
-    unlisted_ = verifier_.takeUnlisted();
     for (const auto &[id, known] : folders_.unwatched())
         if (!known.isClosed)
             left_.push_back(id);
@@ -49,9 +48,6 @@ bool FolderSweep::goOn(Clock::time_point now)
         next_ = at + PAUSE;
         return false;
     }
-    for (const Id id : std::exchange(unlisted_, {}))
-        if (folders_.tree().isLive(id))
-            verifier_.reconcile(id);
     next_ =
         at + std::clamp(spent_ * SHARE, pace_.interval, std::max(pace_.interval, pace_.longest));
     return true;
@@ -66,9 +62,6 @@ void FolderSweep::lookAtAll()
         left_.pop_back();
         lookAt(id);
     }
-    for (const Id id : std::exchange(unlisted_, {}))
-        if (folders_.tree().isLive(id))
-            verifier_.reconcile(id);
 }
 
 void FolderSweep::lookAt(Id id)
@@ -104,7 +97,7 @@ void FolderSweep::afterLoss(std::optional<std::int64_t> since, std::uint32_t fla
         const FolderProbe found = probeFolder(tree.path(id), tree.isRoot(id));
         if (found.isFolder() && (!since || found.stamp.changed >= *since))
             verifier_.reconcile(id, flags);
-        else if (!found.isFolder() && !tree.isRoot(id))
+        else if (!found.isFolder() && !tree.isRoot(id)) // verify() asks again where that is unknown
             verifier_.verify(tree.parent(id), std::string(tree.name(id)), flags);
     }
 }

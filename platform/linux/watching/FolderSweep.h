@@ -41,14 +41,12 @@ public:
 private:
     void begin();
     void lookAt(Id id);
-    bool hasWork() const { return !folders_.unwatched().empty() || !unlisted_.empty(); }
 
     WatchedFolders &folders_;
     FolderVerifier &verifier_;
     const Pace pace_;
     /// Still to be looked at in this sweep, in reverse.
     std::vector<Id> left_;
-    std::vector<Id> unlisted_;
     Clock::duration spent_{};
     Clock::time_point next_{};
 };

@@ -10,12 +10,21 @@
 
 namespace quillon {
 
+namespace {
+
+/// Told of a path that is or was a file, which no pattern of skipped folders is for.
+constexpr std::uint32_t ITEM_IS_FILE = 0x10000;
+
+} // namespace
+
 FolderVerifier::FolderVerifier(WatchedFolders &folders, const FSEventItemTest &items,
-                               ChangeLog &changes, const MountTable *mounts, Hooks hooks)
+                               ChangeLog &changes, RetryList &retries, const MountTable *mounts,
+                               Hooks hooks)
     : folders_(folders),
       tree_(folders.tree()),
       items_(items),
       changes_(changes),
+      retries_(retries),
       mounts_(mounts),
       hooks_(std::move(hooks))
 {}
@@ -30,7 +39,12 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
         verifyRemote(parent, name, path);
         return;
     }
+    looks_.push_back({parent, std::string(name)});
     const FolderProbe found = probeFolder(path, false);
+    if (found.isUnknown()) {
+        retries_.add(parent, name);
+        return;
+    }
     const Id child = tree_.find(parent, name);
     const auto verdict = found.isFolder() ? items_.folder(path) : FSEventItemTest::Folder::skipped;
     if (verdict != FSEventItemTest::Folder::entered) {
@@ -40,11 +54,13 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
             found.isFolder() ? verdict == FSEventItemTest::Folder::listed
                              : found.kind == FolderLister::Kind::other && items_.includesFile(name);
         const auto what = counts ? ChangeLog::Found::item : ChangeLog::Found::nothing;
+        if (child == WatchTree::NONE && items_.includesFile(name))
+            flags |= ITEM_IS_FILE;
         // A file in the place of a folder leaves what was below the folder to be forgotten.
         if (child != WatchTree::NONE && counts)
-            changes_.add(path, what);
+            changes_.add(path, what, flags);
         else
-            changes_.compare(path, what);
+            changes_.compare(path, what, flags);
         return;
     }
     if (child != WatchTree::NONE) {
@@ -57,8 +73,10 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
     }
     if (border == Border::pseudo) {
         close(tree_.add(parent, name), border, path, found.stamp);
-    } else if (const Id fresh = admit(parent, name, path); fresh != WatchTree::NONE) {
-        adopt(fresh);
+    } else if (const auto fresh = admit(parent, name, path); !fresh) {
+        return;
+    } else if (*fresh != WatchTree::NONE) {
+        adopt(*fresh);
     } else {
         changes_.compare(path, ChangeLog::Found::nothing);
         return;
@@ -94,12 +112,17 @@ bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &
     const bool mayWatch = isReserved || known == nullptr;
     const Sighting seen = folders_.sight(path, tree_.isRoot(id), mayWatch);
     if (known == nullptr) {
-        if (seen.watch == watch)
+        const bool isUnanswered = seen.isUnknown() || seen.mayGetWatch();
+        if (isUnanswered)
+            askAgain(id);
+        if (seen.watch == watch || isUnanswered)
             return true;
         folders_.discard(seen);
         return false;
     }
     folders_.settle(isReserved, seen);
+    if (seen.mayGetWatch())
+        askAgain(id);
     // What happened between the look and the watch shows in a second look.
     const bool isArmed = seen.watch != WatchTree::NO_WATCH;
     const bool isChanged = hasChanged(id, isArmed ? probeFolder(path, tree_.isRoot(id)) : found);
@@ -180,7 +203,14 @@ bool FolderVerifier::armOne(const WatchedFolders::Listed &listed)
     Sighting seen = folders_.sight(path, false, isReserved);
     if (seen.watch != WatchTree::NO_WATCH)
         seen.probe = probeFolder(path, false);
-    if (!seen.probe.isFolder()) {
+    if (seen.isUnknown() || seen.mayGetWatch())
+        askAgain(listed.id);
+    if (seen.isUnknown()) {
+        folders_.settle(isReserved, seen);
+        folders_.recordUnwatched(listed);
+        return true;
+    }
+    if (!seen.probe.isFolder() && !seen.probe.isUnknown()) {
         folders_.settle(isReserved, seen);
         folders_.discard(seen);
         return false;
@@ -239,30 +269,44 @@ void FolderVerifier::close(Id id, Border border, const std::string &path, const 
         hooks_.onRemote(path);
 }
 
-WatchTree::Id FolderVerifier::admit(Id parent, std::string_view name, const std::string &path)
+std::optional<WatchTree::Id> FolderVerifier::admit(Id parent, std::string_view name,
+                                                   const std::string &path)
 {
     const bool isReserved = folders_.reserve();
     const Sighting seen = folders_.sight(path, false, isReserved);
+    if (seen.isUnknown() || seen.mayGetWatch())
+        retries_.add(parent, name);
     if (seen.isGone()) {
         folders_.settle(isReserved, seen);
-        return WatchTree::NONE;
+        return seen.isUnknown() ? std::nullopt : std::optional(WatchTree::NONE);
     }
     const Id id = tree_.add(parent, name);
     folders_.record(id, seen, isReserved);
     return id;
 }
 
-WatchTree::Id FolderVerifier::adoptRoot(const std::string &path)
+std::optional<WatchTree::Id> FolderVerifier::adoptRoot(const std::string &path)
 {
     const bool isReserved = folders_.reserve();
     const Sighting seen = folders_.sight(path, true, isReserved);
+    if (seen.isUnknown() || seen.mayGetWatch())
+        retries_.addRoots();
     if (seen.isGone()) {
         folders_.settle(isReserved, seen);
-        return WatchTree::NONE;
+        return seen.isUnknown() ? std::nullopt : std::optional(WatchTree::NONE);
     }
     const Id id = tree_.addRoot(path);
     folders_.record(id, seen, isReserved);
     return id;
+}
+
+/// What stands in the folder's place is looked at again.
+void FolderVerifier::askAgain(Id id)
+{
+    if (tree_.isRoot(id))
+        retries_.addRoots();
+    else
+        retries_.add(tree_.parent(id), tree_.name(id));
 }
 
 void FolderVerifier::adopt(Id id, std::optional<std::int64_t> since)
@@ -284,8 +328,9 @@ void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
     if (hooks_.beforeListing)
         hooks_.beforeListing(path);
     Content content;
+    looks_.push_back({id});
     if (list(id, path, content) == Listing::failed)
-        unlisted_.push_back(id);
+        retries_.add(id);
     if (since && probeFolder(path, tree_.isRoot(id)).stamp.changed >= *since)
         changes_.add(path, ChangeLog::Found::folder);
     if (auto *known = folders_.unwatched(id))
@@ -298,8 +343,8 @@ void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
         if (const Border border = borderAt(id, name); border != Border::none)
             close(tree_.add(id, name), border, childPath,
                   border == Border::remote ? FolderStamp() : probeFolder(childPath, false).stamp);
-        else if (const Id child = admit(id, name, childPath); child != WatchTree::NONE)
-            adopted.push_back(child);
+        else if (const auto child = admit(id, name, childPath); child && *child != WatchTree::NONE)
+            adopted.push_back(*child);
     }
 }
 
@@ -349,13 +394,14 @@ void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
     if (hooks_.beforeListing)
         hooks_.beforeListing(path);
     Content content;
+    looks_.push_back({id});
     const Listing listing = list(id, path, content);
-    if (listing == Listing::gone || !before.probe.isFolder())
-        return; // the folder above tells that
-    if (listing == Listing::failed) {
-        unlisted_.push_back(id);
+    if (listing == Listing::failed || before.probe.isUnknown()) {
+        retries_.add(id);
         return;
     }
+    if (listing == Listing::gone || !before.probe.isFolder())
+        return; // the folder above tells that
     const std::unordered_set<std::string_view> onDisk(content.folders.begin(),
                                                       content.folders.end());
     std::set<std::string> missing = changes_.namesToldLately(path);
@@ -388,11 +434,6 @@ std::optional<std::uint64_t> FolderVerifier::takeCrawledItems(Id id)
     const std::uint64_t items = found->second;
     crawledItems_.erase(found);
     return items;
-}
-
-std::vector<WatchTree::Id> FolderVerifier::takeUnlisted()
-{
-    return std::exchange(unlisted_, {});
 }
 
 } // namespace quillon

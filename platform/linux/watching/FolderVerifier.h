@@ -3,6 +3,7 @@
 #include "platform/linux/disk/MountTable.h"
 #include "platform/linux/watching/ChangeLog.h"
 #include "platform/linux/watching/CrawlNotes.h"
+#include "platform/linux/watching/RetryList.h"
 #include "platform/linux/watching/WatchedFolders.h"
 
 #include <cstdint>
@@ -13,6 +14,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -36,8 +38,13 @@ public:
         std::function<void(const std::string &path)> onRemote;
     };
 
+    /// A place that was looked at by its path: a name in a folder, or with an empty name what the
+    /// folder holds.
+    using Look = RetryList::Question;
+
+    /// Questions that the disk does not answer go to the retries.
     FolderVerifier(WatchedFolders &folders, const FSEventItemTest &items, ChangeLog &changes,
-                   const MountTable *mounts, Hooks hooks);
+                   RetryList &retries, const MountTable *mounts, Hooks hooks);
 
     /// Looks at one name in a folder.
     void verify(Id parent, std::string_view name, std::uint32_t flags = 0);
@@ -58,13 +65,14 @@ public:
     /// Whether what was found in the place of a folder of the tree is still the same. May arm it,
     /// and lists it when it has changed unseen.
     bool isStill(Id id, const std::string &path, const FolderProbe &found);
-    /// Enters a root. NONE when it has just gone.
-    Id adoptRoot(const std::string &path);
+    /// Enters a root. NONE when it has just gone; absent when the disk did not answer.
+    std::optional<Id> adoptRoot(const std::string &path);
     /// Lists a folder and everything below it as if for the first time. Everything in it that
     /// changed at this time or later is told, if there is one.
     void adopt(Id id, std::optional<std::int64_t> since = {});
-    /// Folders that could not be listed for now.
-    std::vector<Id> takeUnlisted();
+    /// Everything that was looked at since the last call. Each look was right only if the folders
+    /// above were in their places all the while.
+    std::vector<Look> takeLooks() { return std::exchange(looks_, {}); }
 
 private:
     /// What begins at a path in a folder of the tree.
@@ -85,7 +93,9 @@ private:
     Border borderAt(Id parent, std::string_view name) const;
     Listing list(Id id, const std::string &path, Content &content) const;
     void adoptChildren(Id id, std::deque<Id> &adopted, std::optional<std::int64_t> since);
-    Id admit(Id parent, std::string_view name, const std::string &path);
+    /// NONE when there is no folder any more; absent when the disk did not answer.
+    std::optional<Id> admit(Id parent, std::string_view name, const std::string &path);
+    void askAgain(Id id);
     void close(Id id, Border border, const std::string &path, const FolderStamp &stamp);
     void verifyRemote(Id parent, std::string_view name, const std::string &path);
     bool hasChanged(Id id, const FolderProbe &found) const;
@@ -99,6 +109,7 @@ private:
     WatchTree &tree_;
     const FSEventItemTest &items_;
     ChangeLog &changes_;
+    RetryList &retries_;
     /// Null where mounts do not matter.
     const MountTable *const mounts_;
     const Hooks hooks_;
@@ -106,7 +117,7 @@ private:
     std::vector<Id> pending_;
     /// Of those among them that a crawl has listed.
     std::unordered_map<Id, std::uint64_t> crawledItems_;
-    std::vector<Id> unlisted_;
+    std::vector<Look> looks_;
     bool isReconciling_ = false;
 };
 

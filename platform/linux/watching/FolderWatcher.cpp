@@ -66,6 +66,8 @@ using namespace std::chrono_literals;
 
 constexpr auto RETRY_BUDGET = 1h;
 constexpr std::size_t LARGEST_BUDGET = 524'288;
+/// More flushes than this do not follow a requested one where folders never stand still.
+constexpr int MOST_FLUSHES = 10;
 
 Descriptor openMountInfo(FolderWatcher::Kind kind)
 {
@@ -170,7 +172,7 @@ FolderWatcher::Clock::time_point FolderWatcher::nextWakeUp() const
         next = readNext_;
     if (!begun_)
         return next;
-    return std::min({next, deadline_, core_->sweepDue(), retryBudget_});
+    return std::min({next, deadline_, core_->retryDue(), core_->sweepDue(), retryBudget_});
 }
 
 void FolderWatcher::turn()
@@ -207,10 +209,13 @@ void FolderWatcher::begin()
 void FolderWatcher::flushIfDue()
 {
     const auto requested = flushes_.pending();
-    if (!requested && Clock::now() < deadline_)
+    if (!requested && Clock::now() < std::min(deadline_, core_->retryDue()))
         return;
     deadline_ = Clock::time_point::max();
-    core_->flush(requested.has_value());
+    core_->flush(requested ? WatchCore::Extent::everything : WatchCore::Extent::marked);
+    // Whoever has asked gets what could be said after a look at folders that stand still.
+    for (int more = 0; requested && more < MOST_FLUSHES && core_->hasDirt() && !stopping_; ++more)
+        core_->flush(WatchCore::Extent::marked);
     publish();
     deliver();
     if (requested)

@@ -28,7 +28,7 @@ FolderWatcher::Folder FolderWatcher::armRoot(const std::string &path)
     }
     if (isRemote)
         return remoteOrNew()->armRoot(path) | REMOTE;
-    const auto guards = WatchRoots::guard(*queue, path);
+    const WatchRoots::Guards guards = WatchRoots::guard(*queue, path);
     const Sighting seen = sightFolder(*queue, wallClock_, path, true, isReserved);
     const MutexLock lock(mutex_);
     if (!core_)

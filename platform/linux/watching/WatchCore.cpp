@@ -32,6 +32,40 @@ std::int64_t bootClock()
     return readClock(CLOCK_BOOTTIME);
 }
 
+/// Whether folders without a watch have moved since they were entered, by their stamps. Asks for
+/// each stamp once.
+class StampCheck
+{
+public:
+    explicit StampCheck(const WatchedFolders &folders) : folders_(folders) {}
+
+    /// The folder itself or one above it may have moved.
+    bool hasMovedAbove(WatchTree::Id id)
+    {
+        for (; id != WatchTree::NONE; id = folders_.tree().parent(id))
+            if (hasMoved(id))
+                return true;
+        return false;
+    }
+
+private:
+    bool hasMoved(WatchTree::Id id)
+    {
+        const auto *known = folders_.unwatched(id);
+        if (known == nullptr || known->isClosed)
+            return false;
+        const auto [answer, isNew] = answers_.try_emplace(id, false);
+        if (isNew) {
+            const FolderProbe now = probeFolder(folders_.tree().path(id), folders_.tree().isRoot(id));
+            answer->second = !known->isTrusted || known->stamp != now.stamp;
+        }
+        return answer->second;
+    }
+
+    const WatchedFolders &folders_;
+    std::unordered_map<WatchTree::Id, bool> answers_;
+};
+
 std::optional<MountTable> mountTableOf(const InotifyOptions &options, bool knowsMounts)
 {
     if (!knowsMounts)
@@ -58,10 +92,10 @@ WatchCore::WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest>
       changes_(*items_),
       mounts_(mountTableOf(options, knowsMounts)),
       folders_(queue_, budget, wallClock_),
-      verifier_(folders_, *items_, changes_, mounts(),
+      verifier_(folders_, *items_, changes_, retries_, mounts(),
                 {options.beforeListing, hooks_.goesOn,
                  [this](const std::string &path) { hooks_.onRemote(path, true); }}),
-      roots_(queue_, folders_, *items_, changes_, mounts()),
+      roots_(queue_, folders_, *items_, changes_, retries_, mounts()),
       sweep_(folders_, verifier_,
              {options.sweepInterval, knowsMounts
                                          ? FolderSweep::Clock::duration(std::chrono::hours(24))
@@ -181,7 +215,8 @@ void WatchCore::markMountPoint(Id root, std::string_view below)
 
 bool WatchCore::hasDirt() const
 {
-    return overflow_ || rootsSuspect_ || !dirty_.empty() || !notListed_.empty();
+    return overflow_ || rootsSuspect_ || !dirty_.empty() || !unlisted_.empty() ||
+           !notListed_.empty();
 }
 
 // Flush
@@ -193,7 +228,7 @@ void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t
     roots_.keepOnly(roots);
     for (const std::string &path : roots)
         roots_.add(path);
-    roots_.check(verifier_, rootFlags_, quietSince);
+    roots_.check(verifier_, {.flags = rootFlags_, .quietSince = quietSince});
     notes.takeAll(
         [this](Id parent, std::string_view name, const CrawlNotes::Note &note) {
             return verifier_.enter(parent, name, note);
@@ -204,9 +239,15 @@ void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t
     finish();
 }
 
-void WatchCore::flush(bool looksEverywhere)
+void WatchCore::flush(Extent extent)
 {
+    const bool looksEverywhere = extent == Extent::everything;
     drain();
+    takeRetries(looksEverywhere ? Clock::time_point::max() : Clock::now());
+    // What is marked from here on came after the first look, and may explain a look that was wrong.
+    const Dirt dirty = std::exchange(dirty_, {});
+    const auto unlisted = std::exchange(unlisted_, {});
+    const bool areRootsSuspect = std::exchange(rootsSuspect_, false);
     const bool hadLoss = std::exchange(overflow_, false);
     const bool wasStepped = hadLoss && wasClockStepped();
     const std::int64_t lostSince = readAt_ - SLACK;
@@ -214,17 +255,39 @@ void WatchCore::flush(bool looksEverywhere)
         readAt_ = wallClock_();
         readAtBoot_ = bootClock();
     }
-    if (std::exchange(rootsSuspect_, false) || hadLoss || looksEverywhere)
-        roots_.check(verifier_, rootFlags_);
+    if (areRootsSuspect || hadLoss || looksEverywhere)
+        roots_.check(verifier_, {.flags = rootFlags_, .isSuspect = areRootsSuspect || hadLoss});
     if (hadLoss)
         sweep_.afterLoss(wasStepped ? std::nullopt : std::optional(lostSince), EVENTS_LOST,
                          hooks_.goesOn);
     for (const Id id : std::exchange(notListed_, {}))
         listAnew(id);
-    verifyDirt();
+    for (const Id id : unlisted)
+        if (folders_.tree().isLive(id) && hooks_.goesOn())
+            verifier_.reconcile(id);
+    verifyDirt(dirty);
     if (looksEverywhere)
         sweep_.lookAtAll();
     finish();
+    retries_.forgetTaken();
+}
+
+void WatchCore::takeRetries(Clock::time_point now)
+{
+    for (const RetryList::Question &question : retries_.take(now))
+        lookAgain(question);
+}
+
+void WatchCore::lookAgain(const FolderVerifier::Look &look)
+{
+    if (look.folder == WatchTree::NONE)
+        rootsSuspect_ = true;
+    else if (!folders_.tree().isLive(look.folder))
+        return; // the folder above it was looked at since
+    else if (look.name.empty())
+        unlisted_.insert(look.folder);
+    else
+        mark(look.folder, look.name);
 }
 
 bool WatchCore::wasClockStepped() const
@@ -233,10 +296,9 @@ bool WatchCore::wasClockStepped() const
     return std::abs(drift) > STEP;
 }
 
-void WatchCore::verifyDirt()
+void WatchCore::verifyDirt(const Dirt &dirty)
 {
     const WatchTree &tree = folders_.tree();
-    const auto dirty = std::exchange(dirty_, {});
     std::vector<Id> marked;
     marked.reserve(dirty.size());
     for (const auto &[id, names] : dirty)
@@ -269,12 +331,60 @@ void WatchCore::finish()
         fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
         folders_.releaseDropped();
     }
+    checkLooks();
+}
+
+// Every look goes by a path. Where a folder on the way was somewhere else at that moment, or another
+// one in its place, the look saw something else. Moving a folder raises an event, or changes its
+// stamp where it has no watch, so that reading the events once more after the looks tells which of
+// them to distrust.
+
+void WatchCore::checkLooks()
+{
+    drain();
+    const std::vector<FolderVerifier::Look> looks = verifier_.takeLooks();
+    if (looks.empty())
+        return;
+    const bool distrustsAll = overflow_ || rootsSuspect_;
+    const std::unordered_set<Id> moved = unsettled();
+    if (!distrustsAll && moved.empty() && folders_.unwatched().empty())
+        return;
+    StampCheck stamps(folders_);
+    for (const FolderVerifier::Look &look : looks) {
+        if (!folders_.tree().isLive(look.folder))
+            continue; // the look at the folder above stands for it
+        if (distrustsAll || isBelowAny(look.folder, moved))
+            lookAgain(look);
+        else if (stamps.hasMovedAbove(look.folder))
+            retries_.add(look.folder, look.name);
+    }
+}
+
+/// The folders that something has happened to since they were looked at.
+std::unordered_set<WatchTree::Id> WatchCore::unsettled()
+{
+    std::unordered_set<Id> found;
+    for (const auto &[folder, names] : dirty_)
+        for (const std::string &name : names)
+            if (const Id id = folders_.tree().find(folder, name); id != WatchTree::NONE)
+                found.insert(id);
+    return found;
+}
+
+bool WatchCore::isBelowAny(Id id, const std::unordered_set<Id> &folders) const
+{
+    if (folders.empty())
+        return false;
+    for (; id != WatchTree::NONE; id = folders_.tree().parent(id))
+        if (folders.contains(id))
+            return true;
+    return false;
 }
 
 bool WatchCore::sweep()
 {
-    if (!queue_.isOpen() || !roots_.areGuarded())
-        roots_.check(verifier_, rootFlags_);
+    if (!queue_.isOpen())
+        roots_.check(verifier_, {.flags = rootFlags_});
     const bool isOver = sweep_.goOn(Clock::now());
     finish();
     return isOver;

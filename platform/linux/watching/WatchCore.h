@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -58,13 +59,23 @@ public:
     void mountsChanged();
     void suspectRoots() { rootsSuspect_ = true; }
     bool hasDirt() const;
+    /// When questions that were not answered are to be asked again, by a flush.
+    Clock::time_point retryDue() const { return retries_.due(); }
 
     /// To be called once, when a crawl that came before has ended: forgets roots that are not
     /// wanted, takes on those that are missing, and arms what the crawl has noted.
     void beginStream(const std::vector<std::string> &roots, std::uint32_t rootFlags,
                      std::optional<std::int64_t> quietSince, CrawlNotes &notes);
-    /// Compares with the disk what was marked; looksEverywhere: and every folder without a watch.
-    void flush(bool looksEverywhere);
+    enum class Extent
+    {
+        /// What was marked, and what is due to be asked again.
+        marked,
+        /// Also every folder without a watch, and all that was not answered.
+        everything,
+    };
+    /// Compares with the disk. Marks again what was looked at while a folder above it was on the
+    /// move.
+    void flush(Extent extent);
     std::vector<ChangeLog::Change> takeChanges() { return changes_.take(Clock::now()); }
 
     Clock::time_point sweepDue() const { return sweep_.due(); }
@@ -84,9 +95,16 @@ private:
     bool matters(Id folder, const InotifyQueue::Event &event) const;
     void mark(Id folder, std::string_view name);
     void markMountPoint(Id root, std::string_view below);
-    void verifyDirt();
+    using Dirt = std::unordered_map<Id, std::set<std::string, std::less<>>>;
+
+    void takeRetries(Clock::time_point now);
+    void verifyDirt(const Dirt &dirty);
     void listAnew(Id id);
     void finish();
+    void checkLooks();
+    std::unordered_set<Id> unsettled();
+    bool isBelowAny(Id id, const std::unordered_set<Id> &folders) const;
+    void lookAgain(const FolderVerifier::Look &look);
     bool wasClockStepped() const;
 
     InotifyQueue &queue_;
@@ -97,13 +115,17 @@ private:
     const Hooks hooks_;
 
     ChangeLog changes_;
+    RetryList retries_;
     std::optional<MountTable> mounts_;
     WatchedFolders folders_;
     FolderVerifier verifier_;
     WatchRoots roots_;
     FolderSweep sweep_;
 
-    std::unordered_map<Id, std::set<std::string, std::less<>>> dirty_;
+    Dirt dirty_;
+    /// Folders whose listing has to be compared with the disk.
+    std::set<Id> unlisted_;
+    /// Folders that a crawl was to list and could not.
     std::vector<Id> notListed_;
     std::uint32_t rootFlags_ = 0;
     bool overflow_ = false;

@@ -11,8 +11,14 @@
 namespace quillon {
 
 WatchRoots::WatchRoots(const InotifyQueue &queue, WatchedFolders &folders,
-                       const FSEventItemTest &items, ChangeLog &changes, const MountTable *mounts)
-    : queue_(queue), folders_(folders), items_(items), changes_(changes), mounts_(mounts)
+                       const FSEventItemTest &items, ChangeLog &changes, RetryList &retries,
+                       const MountTable *mounts)
+    : queue_(queue),
+      folders_(folders),
+      items_(items),
+      changes_(changes),
+      retries_(retries),
+      mounts_(mounts)
 {}
 
 void WatchRoots::add(const std::string &path)
@@ -73,10 +79,9 @@ std::vector<std::pair<std::string, WatchTree::Id>> WatchRoots::entered() const
 
 // The folders above
 
-std::vector<std::pair<int, std::string>> WatchRoots::guard(const InotifyQueue &queue,
-                                                           const std::string &path)
+WatchRoots::Guards WatchRoots::guard(const InotifyQueue &queue, const std::string &path)
 {
-    std::vector<std::pair<int, std::string>> guards;
+    Guards guards;
     const auto climb = [&](const std::string &place) {
         // From the top, so that what comes while this goes on is noticed further up.
         for (std::size_t slash = place.find('/');
@@ -87,7 +92,9 @@ std::vector<std::pair<int, std::string>> WatchRoots::guard(const InotifyQueue &q
             const auto added =
                 queue.add(slash == 0 ? "/" : place.substr(0, slash), InotifyQueue::Links::follow);
             if (added.watch != WatchTree::NO_WATCH)
-                guards.emplace_back(added.watch, name);
+                guards.watches.emplace_back(added.watch, name);
+            else if (!meansAbsence(added.error))
+                guards.areComplete = false;
         }
     };
     climb(path);
@@ -95,12 +102,14 @@ std::vector<std::pair<int, std::string>> WatchRoots::guard(const InotifyQueue &q
     const auto real = std::filesystem::canonical(path, error);
     if (!error && real != path)
         climb(real);
+    if (error && !meansAbsence(error.value()))
+        guards.areComplete = false;
     return guards;
 }
 
-void WatchRoots::own(const std::vector<std::pair<int, std::string>> &guards)
+void WatchRoots::own(const Guards &guards)
 {
-    for (const auto &[watch, name] : guards) {
+    for (const auto &[watch, name] : guards.watches) {
         auto &names = guards_[watch];
         if (std::ranges::find(names, name) == names.end())
             names.push_back(name);
@@ -121,15 +130,14 @@ bool WatchRoots::note(const InotifyQueue::Event &event)
 
 // The roots
 
-void WatchRoots::check(FolderVerifier &verifier, std::uint32_t flags,
-                       std::optional<std::int64_t> quietSince)
+void WatchRoots::check(FolderVerifier &verifier, const Check &terms)
 {
     for (Root &root : roots_)
-        checkOne(root, verifier, flags, quietSince);
+        checkOne(root, verifier, terms);
 }
 
 /// Asks the path as it is written first: resolving it may take for ever where a server is gone.
-bool WatchRoots::isRemote(const std::string &path) const
+std::optional<bool> WatchRoots::isRemote(const std::string &path) const
 {
     if (mounts_ == nullptr)
         return false;
@@ -137,38 +145,51 @@ bool WatchRoots::isRemote(const std::string &path) const
         return true;
     std::error_code error;
     const std::string real = std::filesystem::canonical(path, error);
+    if (error && !meansAbsence(error.value()))
+        return std::nullopt;
     return !error && mounts_->isRemote(real);
 }
 
-void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, std::uint32_t flags,
-                          std::optional<std::int64_t> quietSince)
+void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &terms)
 {
-    const bool wasKnown = std::exchange(root.isKnown, true);
-    if (root.isRemote || isRemote(root.path)) {
+    const auto isOnServer = root.isRemote ? std::optional(true) : isRemote(root.path);
+    if (isOnServer.value_or(false)) {
+        const bool wasKnown = std::exchange(root.isKnown, true);
         if (!std::exchange(root.isRemote, true) || !wasKnown)
             onRemote(root.path, true);
         return;
     }
-    own(guard(queue_, root.path));
+    const Guards guards = guard(queue_, root.path);
+    own(guards);
     const FolderProbe found = probeFolder(root.path, true);
+    // Without all guards only looking tells that a root has come or gone.
+    if (!guards.areComplete || !isOnServer || found.isUnknown())
+        retries_.addRoots();
+    if (!isOnServer || found.isUnknown())
+        return;
+    const bool wasKnown = std::exchange(root.isKnown, true);
     const auto verdict =
         found.isFolder() ? items_.folder(root.path) : FSEventItemTest::Folder::skipped;
     const bool isEntered = found.isFolder() && verdict != FSEventItemTest::Folder::listed;
     const bool wasThere = root.node != WatchTree::NONE && folders_.tree().isLive(root.node);
-    if (wasThere && isEntered && verifier.isStill(root.node, root.path, found))
-        return;
-    if (wasThere)
-        folders_.drop(root.node);
-    root.node = isEntered ? verifier.adoptRoot(root.path) : WatchTree::NONE;
-    if (root.node == WatchTree::NONE) {
-        if (wasThere)
-            changes_.add(root.path, ChangeLog::Found::nothing, flags);
+    if (wasThere && isEntered && verifier.isStill(root.node, root.path, found)) {
+        if (terms.isSuspect)
+            changes_.tellAgain(root.path);
         return;
     }
-    const bool isQuiet = quietSince && !wasKnown;
+    if (wasThere)
+        folders_.drop(root.node);
+    const auto entered = isEntered ? verifier.adoptRoot(root.path) : WatchTree::NONE;
+    root.node = entered.value_or(WatchTree::NONE);
+    if (root.node == WatchTree::NONE) {
+        if (wasThere || !entered)
+            changes_.add(root.path, ChangeLog::Found::nothing, terms.flags);
+        return;
+    }
+    const bool isQuiet = terms.quietSince && !wasKnown;
     if (!isQuiet)
-        changes_.add(root.path, ChangeLog::Found::folder, flags);
-    verifier.adopt(root.node, isQuiet ? quietSince : std::nullopt);
+        changes_.add(root.path, ChangeLog::Found::folder, terms.flags);
+    verifier.adopt(root.node, isQuiet ? terms.quietSince : std::nullopt);
 }
 
 } // namespace quillon

@@ -22,7 +22,7 @@ public:
     using Id = WatchTree::Id;
 
     WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const FSEventItemTest &items,
-               ChangeLog &changes, const MountTable *mounts);
+               ChangeLog &changes, RetryList &retries, const MountTable *mounts);
 
     /// Adds a root that nothing is known of; it is looked for at the next check.
     void add(const std::string &path);
@@ -40,23 +40,33 @@ public:
     std::vector<std::string> paths() const;
     /// The roots that are there, and their folders.
     std::vector<std::pair<std::string, Id>> entered() const;
-    /// False when only looking tells that a root has come.
-    bool areGuarded() const { return !guards_.empty(); }
 
+    /// The watches on the folders above a path, each with the name in that folder that leads to it.
+    struct Guards
+    {
+        std::vector<std::pair<int, std::string>> watches;
+        /// Every folder above that is there is watched.
+        bool areComplete = true;
+    };
     /// Watches the folders above a path. Safe from every thread but for the watches it returns,
     /// which are to be given to own().
-    static std::vector<std::pair<int, std::string>> guard(const InotifyQueue &queue,
-                                                          const std::string &path);
-    void own(const std::vector<std::pair<int, std::string>> &guards);
+    static Guards guard(const InotifyQueue &queue, const std::string &path);
+    void own(const Guards &guards);
     bool owns(int watch) const { return guards_.contains(watch); }
     /// Takes note of an event. True when a root may be concerned.
     bool note(const InotifyQueue::Event &event);
 
-    /// Compares the roots with the disk. Those that have come, gone or become another are told with
-    /// these flags. Where nothing is to be told of roots that are new here, what has changed in
-    /// them since then is told instead.
-    void check(FolderVerifier &verifier, std::uint32_t flags,
-               std::optional<std::int64_t> quietSince = {});
+    struct Check
+    {
+        /// Of what is told of roots that have come, gone or become another.
+        std::uint32_t flags = 0;
+        /// Roots may have been away since the last check.
+        bool isSuspect = false;
+        /// Nothing is told of roots that are new here but what has changed in them since then.
+        std::optional<std::int64_t> quietSince = {};
+    };
+    /// Compares the roots with the disk.
+    void check(FolderVerifier &verifier, const Check &terms);
     /// Called with each root on a remote file system that comes or is forgotten.
     std::function<void(const std::string &path, bool hasCome)> onRemote;
 
@@ -70,14 +80,15 @@ private:
         bool isKnown = false;
     };
 
-    bool isRemote(const std::string &path) const;
-    void checkOne(Root &root, FolderVerifier &verifier, std::uint32_t flags,
-                  std::optional<std::int64_t> quietSince);
+    /// Absent when the disk did not answer.
+    std::optional<bool> isRemote(const std::string &path) const;
+    void checkOne(Root &root, FolderVerifier &verifier, const Check &terms);
 
     const InotifyQueue &queue_;
     WatchedFolders &folders_;
     const FSEventItemTest &items_;
     ChangeLog &changes_;
+    RetryList &retries_;
     const MountTable *const mounts_;
     std::vector<Root> roots_;
     /// Watch -> the names in that folder that lead to a root.

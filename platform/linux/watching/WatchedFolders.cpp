@@ -1,6 +1,6 @@
 #include "platform/linux/watching/WatchedFolders.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -80,6 +80,12 @@ void WatchedFolders::discard(const Sighting &seen)
     if (seen.watch != WatchTree::NO_WATCH && tree_.ownersOf(seen.watch).empty() &&
         !isWantedElsewhere(seen.watch))
         queue_.remove(seen.watch);
+}
+
+/// Closed folders are few, so that the first entry mostly answers.
+bool WatchedFolders::hasSwept() const
+{
+    return std::ranges::any_of(unwatched_, [](const auto &known) { return !known.second.isClosed; });
 }
 
 const WatchedFolders::Unwatched *WatchedFolders::unwatched(Id id) const

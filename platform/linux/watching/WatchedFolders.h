@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/linux/disk/LongPath.h"
 #include "platform/linux/watching/FolderProbe.h"
 #include "platform/linux/watching/InotifyQueue.h"
 #include "platform/linux/watching/WatchTree.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -26,6 +28,10 @@ struct Sighting
     bool isTrusted = false;
 
     bool isGone() const { return watch == WatchTree::NO_WATCH && !probe.isFolder(); }
+    /// Nobody knows whether the folder is there.
+    bool isUnknown() const { return watch == WatchTree::NO_WATCH && probe.isUnknown(); }
+    /// The watch was refused for a reason that may pass. A full quota is another matter.
+    bool mayGetWatch() const { return error != 0 && error != ENOSPC && !meansAbsence(error); }
 };
 
 /// Nanoseconds since 1970.
@@ -94,6 +100,8 @@ public:
     const Unwatched *unwatched(Id id) const;
     Unwatched *unwatched(Id id);
     const std::unordered_map<Id, Unwatched> &unwatched() const { return unwatched_; }
+    /// Whether a folder without a watch is entered, so that a sweep has something to look at.
+    bool hasSwept() const;
 
     /// An unwatched folder has got a watch.
     void nowWatched(Id id, int watch);

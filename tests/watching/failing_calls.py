@@ -1,0 +1,128 @@
+#!/usr/bin/env python3
+"""Every call that the watcher makes fails for a while, with each of some errors, while the tree
+changes or nothing happens. Once the fault is gone the index is the disk, without a word and after
+`settle`.
+
+failing_calls.py QUILLONCTL LIBRARY [--some N] [--jobs N]
+"""
+
+import argparse
+import errno
+import mmap
+import os
+import random
+import struct
+import sys
+import tempfile
+import time
+import zlib
+from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from itertools import product
+
+from random_rounds import User
+from session import MODES, Session
+
+CALLS = ["statx", "openat", "getdents64", "fstatat", "fstatfs", "inotify_add_watch",
+         "inotify_init1", "read", "readlink", "fopen"]
+ERRORS = ["EACCES", "EIO", "EMFILE", "ENFILE", "ENOMEM", "ESTALE", "ELOOP", "EPERM", "ETIMEDOUT",
+          "ENOTCONN"]
+WHEN = ["changes", "quiet", "start"]
+# Not given to read(): it would be an endless one.
+FAULT_SECONDS = 1.0
+# The program asks again after 1, 2 and 4 seconds.
+RECOVERY_SECONDS = 15
+
+
+class Faults:
+    def __init__(self, path):
+        self.path = path
+        with open(path, "wb") as file:
+            file.write(bytes(4 * len(CALLS)))
+        with open(path, "r+b") as file:
+            self.errors = mmap.mmap(file.fileno(), 0)
+
+    def set(self, call, number):
+        struct.pack_into("=i", self.errors, 4 * CALLS.index(call), number)
+
+
+def make_tree(session):
+    for top, middle in product([b"a", b"b", b"c", b"project"], [b"a", b"b", b"node", b"x y"]):
+        for leaf in [b"a", b"b", b"c"]:
+            os.makedirs(b"/".join([session.root, top, middle, leaf]))
+        with open(b"/".join([session.root, top, middle, b"w.sublime-project"]), "w"):
+            pass
+
+
+def change(session, seed, count):
+    user = User(session, seed)
+    for _ in range(count):
+        user.act()
+        user.pause(0.002)
+
+
+def run_one(program, library, call, error, mode, when):
+    """A text for what went wrong, or nothing."""
+    seed = zlib.crc32(" ".join([call, error, mode, when]).encode())
+    with tempfile.TemporaryDirectory(prefix="quillon-faults-") as place:
+        faults = Faults(place + "/errors")
+        number = getattr(errno, error)
+        if when == "start":
+            faults.set(call, number)
+        session = Session(program, mode, 0.02, None,
+                          {"LD_PRELOAD": library, "QUILLON_FAILING_CALLS": faults.path}, make_tree)
+        try:
+            session.ask()
+            if when == "changes":
+                change(session, seed, 20)
+            faults.set(call, number)
+            end = time.monotonic() + FAULT_SECONDS
+            if when != "quiet":
+                change(session, seed + 1, 40)
+            elif seed % 2:
+                session.ask(b"settle")
+            time.sleep(max(0, end - time.monotonic()))
+            faults.set(call, 0)
+            wrong = session.differences_within(RECOVERY_SECONDS)
+            later = session.differences(session.ask(b"settle"))
+        except RuntimeError as failure:
+            return str(failure)
+        finally:
+            session.close()
+    if wrong or later:
+        return "without settle %s, after settle %s" % (wrong[:6], later[:6])
+    return ""
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("program")
+    parser.add_argument("library")
+    parser.add_argument("--some", type=int, help="so many of the table, chosen at random")
+    parser.add_argument("--call")
+    parser.add_argument("--jobs", type=int, default=8 * (os.cpu_count() or 1))
+    arguments = parser.parse_args()
+    table = list(product(CALLS, ERRORS, MODES, WHEN))
+    if arguments.call:
+        table = [row for row in table if row[0] == arguments.call]
+    if arguments.some:
+        table = random.sample(table, arguments.some)
+    wrong = Counter()
+    with ThreadPoolExecutor(arguments.jobs) as pool:
+        jobs = [(row, pool.submit(run_one, arguments.program, arguments.library, *row))
+                for row in table]
+        for row, job in jobs:
+            text = job.result()
+            if text:
+                wrong[row[0]] += 1
+                print("%s: %s" % (" ".join(row), text), flush=True)
+    run = Counter(row[0] for row in table)
+    for call in CALLS:
+        if run[call]:
+            print("%-18s %4d sessions, %d wrong" % (call, run[call], wrong[call]))
+    print("failing calls: %d sessions, %d wrong" % (len(table), sum(wrong.values())))
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
