@@ -204,6 +204,10 @@ const std::vector<ChangeRow> CHANGES = {
          d.makeFolder("a/Library/Caches/x");
      },
      {"a"}},
+    {"excludedNameItself",
+     {"a"},
+     [](auto &d) { d.makeFolder("a/node_modules.sublime-project"); },
+     {"a/node_modules.sublime-project"}},
     {"packageBelow", {"a"}, [](auto &d) { d.makeFolder("a/B.xcodeproj/x"); }, {"a"}},
     {"packageItself", {"a"}, [](auto &d) { d.makeFolder("a/B.app/Contents"); }, {"a/B.app/"}},
     {"insideAnApplication",

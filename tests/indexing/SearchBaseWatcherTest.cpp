@@ -115,9 +115,12 @@ TEST_F(SearchBaseWatcherTest, leavesOutWhatConcernsNobody)
     stream(0).send({root_ + "/end-of-history-and-more"}, 0x11);
     stream(0).send({root_ + "/x/.git/objects", root_ + "/node_modules", root_ + "/kept/"});
     stream(0).send({innerRoot_, innerRoot_ + "/x", root_});
+    // Patterns are for folders, not for the names of files.
+    const std::string file = root_ + "/node_modules.txt";
+    stream(0).send({file, root_ + "/node_modules/a.txt"}, 0x10000);
     queue_.advance(1h);
     EXPECT_THAT(receiver_->take(), ElementsAre(root_ + "/end-of-history-and-more", root_ + "/kept/",
-                                               innerRoot_, innerRoot_ + "/x", root_));
+                                               innerRoot_, innerRoot_ + "/x", root_, file));
 }
 
 TEST_F(SearchBaseWatcherTest, tellsNothingOfAnOldWatch)

@@ -1,23 +1,25 @@
 // A library to be loaded before others: makes calls of the program fail. The file that
-// QUILLON_FAILING_CALLS names holds one 32-bit number for each call of the list below: the error
-// that the call fails with at this moment, or 0. Whoever maps the file switches faults on and off.
+// QUILLON_FAILING_CALLS names holds two 32-bit numbers for each call of the list below: the error
+// that the call fails with at this moment, or 0, and how often it has failed. Whoever maps the file
+// switches faults on and off.
 
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 
 #include <dirent.h>
-#include <dlfcn.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
-#include <poll.h>
+#include <dlfcn.h>
 
 namespace {
 
@@ -26,35 +28,42 @@ enum Call : int
     STATX,
     OPENAT,
     GETDENTS64,
-    FSTATAT,
     FSTATFS,
     INOTIFY_ADD_WATCH,
     INOTIFY_INIT1,
     READ,
-    READLINK,
+    REALPATH,
     FOPEN,
     COUNT,
 };
 
-const volatile std::int32_t *mapErrors()
+struct Fault
+{
+    std::atomic<std::int32_t> error;
+    std::atomic<std::int32_t> hits;
+};
+
+Fault *mapFaults()
 {
     const char *name = std::getenv("QUILLON_FAILING_CALLS");
-    const int file = name != nullptr ? ::open(name, O_RDONLY | O_CLOEXEC) : -1;
+    const int file = name != nullptr ? ::open(name, O_RDWR | O_CLOEXEC) : -1;
     if (file < 0)
         return nullptr;
-    void *errors =
-        ::mmap(nullptr, COUNT * sizeof(std::int32_t), PROT_READ, MAP_SHARED, file, 0);
+    void *faults =
+        ::mmap(nullptr, COUNT * sizeof(Fault), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
     ::close(file);
-    return errors == MAP_FAILED ? nullptr : static_cast<const std::int32_t *>(errors);
+    return faults == MAP_FAILED ? nullptr : static_cast<Fault *>(faults);
 }
 
 bool fails(Call call)
 {
-    static const volatile std::int32_t *const errors = mapErrors();
-    const std::int32_t error = errors != nullptr ? errors[call] : 0;
-    if (error != 0)
-        errno = error;
-    return error != 0;
+    static Fault *const faults = mapFaults();
+    const std::int32_t error = faults != nullptr ? faults[call].error.load() : 0;
+    if (error == 0)
+        return false;
+    ++faults[call].hits;
+    errno = error;
+    return true;
 }
 
 template <typename Function>
@@ -89,12 +98,6 @@ ssize_t getdents64(int file, void *room, size_t size)
     return fails(GETDENTS64) ? -1 : real(file, room, size);
 }
 
-int fstatat(int folder, const char *path, struct stat *status, int flags)
-{
-    static const auto real = next(&fstatat, "fstatat");
-    return fails(FSTATAT) ? -1 : real(folder, path, status, flags);
-}
-
 int fstatfs(int file, struct statfs *status)
 {
     static const auto real = next(&fstatfs, "fstatfs");
@@ -119,10 +122,10 @@ ssize_t read(int file, void *room, size_t size)
     return fails(READ) ? -1 : real(file, room, size);
 }
 
-ssize_t readlink(const char *path, char *room, size_t size)
+char *realpath(const char *path, char *room)
 {
-    static const auto real = next(&readlink, "readlink");
-    return fails(READLINK) ? -1 : real(path, room, size);
+    static const auto real = next(&realpath, "realpath");
+    return fails(REALPATH) ? nullptr : real(path, room);
 }
 
 FILE *fopen64(const char *path, const char *mode)

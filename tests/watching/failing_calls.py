@@ -23,12 +23,11 @@ from itertools import product
 from random_rounds import User
 from session import MODES, Session
 
-CALLS = ["statx", "openat", "getdents64", "fstatat", "fstatfs", "inotify_add_watch",
-         "inotify_init1", "read", "readlink", "fopen"]
+CALLS = ["statx", "openat", "getdents64", "fstatfs", "inotify_add_watch", "inotify_init1", "read",
+         "realpath", "fopen"]
 ERRORS = ["EACCES", "EIO", "EMFILE", "ENFILE", "ENOMEM", "ESTALE", "ELOOP", "EPERM", "ETIMEDOUT",
           "ENOTCONN"]
 WHEN = ["changes", "quiet", "start"]
-# Not given to read(): it would be an endless one.
 FAULT_SECONDS = 1.0
 # The program asks again after 1, 2 and 4 seconds.
 RECOVERY_SECONDS = 15
@@ -38,12 +37,15 @@ class Faults:
     def __init__(self, path):
         self.path = path
         with open(path, "wb") as file:
-            file.write(bytes(4 * len(CALLS)))
+            file.write(bytes(8 * len(CALLS)))
         with open(path, "r+b") as file:
             self.errors = mmap.mmap(file.fileno(), 0)
 
     def set(self, call, number):
-        struct.pack_into("=i", self.errors, 4 * CALLS.index(call), number)
+        struct.pack_into("=i", self.errors, 8 * CALLS.index(call), number)
+
+    def hits(self, call):
+        return struct.unpack_from("=i", self.errors, 8 * CALLS.index(call) + 4)[0]
 
 
 def make_tree(session):
@@ -62,7 +64,7 @@ def change(session, seed, count):
 
 
 def run_one(program, library, call, error, mode, when):
-    """A text for what went wrong, or nothing."""
+    """How often the call has failed, and a text for what went wrong or nothing."""
     seed = zlib.crc32(" ".join([call, error, mode, when]).encode())
     with tempfile.TemporaryDirectory(prefix="quillon-faults-") as place:
         faults = Faults(place + "/errors")
@@ -86,12 +88,12 @@ def run_one(program, library, call, error, mode, when):
             wrong = session.differences_within(RECOVERY_SECONDS)
             later = session.differences(session.ask(b"settle"))
         except RuntimeError as failure:
-            return str(failure)
+            return faults.hits(call), str(failure)
         finally:
             session.close()
     if wrong or later:
-        return "without settle %s, after settle %s" % (wrong[:6], later[:6])
-    return ""
+        return faults.hits(call), "without settle %s, after settle %s" % (wrong[:6], later[:6])
+    return faults.hits(call), ""
 
 
 def main():
@@ -107,19 +109,21 @@ def main():
         table = [row for row in table if row[0] == arguments.call]
     if arguments.some:
         table = random.sample(table, arguments.some)
-    wrong = Counter()
+    wrong, hits = Counter(), Counter()
     with ThreadPoolExecutor(arguments.jobs) as pool:
         jobs = [(row, pool.submit(run_one, arguments.program, arguments.library, *row))
                 for row in table]
         for row, job in jobs:
-            text = job.result()
+            failed, text = job.result()
+            hits[row[0]] += failed > 0
             if text:
                 wrong[row[0]] += 1
                 print("%s: %s" % (" ".join(row), text), flush=True)
     run = Counter(row[0] for row in table)
     for call in CALLS:
         if run[call]:
-            print("%-18s %4d sessions, %d wrong" % (call, run[call], wrong[call]))
+            print("%-18s %4d sessions, the fault was met in %d, %d wrong" %
+                  (call, run[call], hits[call], wrong[call]))
     print("failing calls: %d sessions, %d wrong" % (len(table), sum(wrong.values())))
     return 1 if wrong else 0
 

@@ -56,7 +56,8 @@ private:
             return false;
         const auto [answer, isNew] = answers_.try_emplace(id, false);
         if (isNew) {
-            const FolderProbe now = probeFolder(folders_.tree().path(id), folders_.tree().isRoot(id));
+            const FolderProbe now =
+                probeFolder(folders_.tree().path(id), folders_.tree().isRoot(id));
             answer->second = !known->isTrusted || known->stamp != now.stamp;
         }
         return answer->second;
@@ -334,10 +335,10 @@ void WatchCore::finish()
     checkLooks();
 }
 
-// Every look goes by a path. Where a folder on the way was somewhere else at that moment, or another
-// one in its place, the look saw something else. Moving a folder raises an event, or changes its
-// stamp where it has no watch, so that reading the events once more after the looks tells which of
-// them to distrust.
+// Every look goes by a path. Where a folder on the way was somewhere else at that moment, or
+// another one in its place, the look saw something else. Moving a folder raises an event, or
+// changes its stamp where it has no watch, so that reading the events once more after the looks
+// tells which of them to distrust.
 
 void WatchCore::checkLooks()
 {

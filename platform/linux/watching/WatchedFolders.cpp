@@ -85,7 +85,8 @@ void WatchedFolders::discard(const Sighting &seen)
 /// Closed folders are few, so that the first entry mostly answers.
 bool WatchedFolders::hasSwept() const
 {
-    return std::ranges::any_of(unwatched_, [](const auto &known) { return !known.second.isClosed; });
+    return std::ranges::any_of(unwatched_,
+                               [](const auto &known) { return !known.second.isClosed; });
 }
 
 const WatchedFolders::Unwatched *WatchedFolders::unwatched(Id id) const
