@@ -23,6 +23,8 @@ namespace fs = std::filesystem;
 constexpr mode_t PRIVATE_FOLDER = 0700;
 constexpr mode_t PRIVATE_FILE = 0600;
 constexpr std::size_t RANDOM_LETTERS = 6;
+/// Names that are tried for a new file before it is given up.
+constexpr int MOST_NAMES = 1000;
 
 bool isUpper(char c)
 {
@@ -73,6 +75,33 @@ bool writeAll(int descriptor, const QByteArray &bytes)
     return uninterrupted([&] { return ::fdatasync(descriptor); }) == 0 || errno == EINVAL;
 }
 
+/// Writes the bytes to a new file of the first name that nothing has. Absent, with errno set and
+/// without a file, when that failed.
+template <typename NameOf>
+std::optional<fs::path> writeToFreeName(const NameOf &nameOf, const QByteArray &bytes)
+{
+    constexpr int FLAGS = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+    for (int i = 0; i < MOST_NAMES; ++i) {
+        fs::path name = nameOf(i);
+        const Descriptor file(
+            uninterrupted([&] { return ::open(name.c_str(), FLAGS, PRIVATE_FILE); }));
+        if (file && writeAll(file.get(), bytes))
+            return name;
+        const int error = errno;
+        if (file)
+            ::unlink(name.c_str());
+        errno = error;
+        if (file || error != EEXIST)
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::string nameOfCopy(const fs::path &target, std::int64_t time)
+{
+    return target.string() + ".bad-" + std::to_string(time);
+}
+
 } // namespace
 
 std::optional<fs::path> followLinks(fs::path path)
@@ -107,24 +136,13 @@ bool makeFolder(const fs::path &folder)
 
 std::optional<fs::path> writeBeside(const fs::path &target, const QByteArray &bytes)
 {
-    constexpr int MOST_NAMES = 100;
-    constexpr int FLAGS = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
-    fs::path name;
-    Descriptor file;
-    for (int i = 0; i < MOST_NAMES && !file; ++i) {
-        name = target.string() + "." + randomLetters();
-        file = Descriptor(uninterrupted([&] { return ::open(name.c_str(), FLAGS, PRIVATE_FILE); }));
-        if (!file && errno != EEXIST)
-            return std::nullopt;
-    }
-    if (!file)
-        return std::nullopt;
-    if (writeAll(file.get(), bytes))
-        return name;
-    const int error = errno;
-    ::unlink(name.c_str());
-    errno = error;
-    return std::nullopt;
+    return writeToFreeName([&](int) { return target.string() + "." + randomLetters(); }, bytes);
+}
+
+std::optional<fs::path> writeCopyBeside(const fs::path &target, const QByteArray &bytes)
+{
+    const std::int64_t now = std::time(nullptr);
+    return writeToFreeName([&](int i) { return nameOfCopy(target, now + i); }, bytes);
 }
 
 bool isTemporaryName(std::string_view name, const std::string &target)
@@ -167,10 +185,9 @@ bool moveToFreeName(const fs::path &file, const fs::path &name)
 
 std::optional<fs::path> moveAside(const fs::path &file, const fs::path &target)
 {
-    constexpr int MOST_NAMES = 1000;
     const std::int64_t now = std::time(nullptr);
     for (int i = 0; i < MOST_NAMES; ++i) {
-        fs::path name = target.string() + ".bad-" + std::to_string(now + i);
+        fs::path name = nameOfCopy(target, now + i);
         if (moveToFreeName(file, name))
             return name;
         if (errno != EEXIST)

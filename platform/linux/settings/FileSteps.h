@@ -37,6 +37,10 @@ bool makeFolder(const std::filesystem::path &folder);
 /// file, when that failed.
 std::optional<std::filesystem::path> writeBeside(const std::filesystem::path &target,
                                                  const QByteArray &bytes);
+/// As writeBeside(), for a copy that is kept under the name TARGET.bad-TIME, or a later second
+/// where something has that name.
+std::optional<std::filesystem::path> writeCopyBeside(const std::filesystem::path &target,
+                                                     const QByteArray &bytes);
 /// True for the name of a file that writeBeside() makes for a target of this name.
 bool isTemporaryName(std::string_view name, const std::string &target);
 
@@ -52,8 +56,8 @@ Exchange exchange(const std::filesystem::path &a, const std::filesystem::path &b
 /// Gives the file a name that nothing has yet. Sets errno when it failed, EEXIST for a name that
 /// something has.
 bool moveToFreeName(const std::filesystem::path &file, const std::filesystem::path &name);
-/// Renames the file to TARGET.bad-TIME, or to a later second where something has that name, and
-/// returns the name. Absent, with errno set, when that failed.
+/// Renames the file to a name as writeCopyBeside() gives, and returns the name. Absent, with errno
+/// set, when that failed.
 std::optional<std::filesystem::path> moveAside(const std::filesystem::path &file,
                                                const std::filesystem::path &target);
 

@@ -20,7 +20,8 @@
 // the two exchange their names in one step. What has then got the name of the new file is compared
 // with what was read before: where it differs, somebody saved in between, and the names are
 // exchanged back as though nothing had been written. An editor that saves in place and has emptied
-// the old file is noticed in the same way.
+// the old file is noticed in the same way. Where the file system cannot exchange names, the new
+// file takes the old one's place, and a save within those microseconds is overwritten.
 
 namespace quillon {
 namespace {
@@ -105,21 +106,26 @@ int readAll(int descriptor, const struct stat &status, QByteArray &bytes)
 
 } // namespace
 
-/// The file that is to take the place of the settings; deleted in the end, when the name is that of
-/// the old file or the replacement failed.
-struct SettingsFile::FreshFile
+/// A file that was written beside the settings, deleted in the end unless it is to stay.
+class SettingsFile::NewFile
 {
-    explicit FreshFile(fs::path path) : name(std::move(path)) {}
-    FreshFile(const FreshFile &) = delete;
-    FreshFile &operator=(const FreshFile &) = delete;
-    ~FreshFile()
+public:
+    explicit NewFile(std::optional<fs::path> name) : name_(std::move(name)) {}
+    NewFile(const NewFile &) = delete;
+    NewFile &operator=(const NewFile &) = delete;
+    ~NewFile()
     {
-        if (!name.empty())
-            ::unlink(name.c_str());
+        if (name_)
+            ::unlink(name_->c_str());
     }
 
-    /// Empty when what has this name is to stay.
-    fs::path name;
+    /// False when it could not be written.
+    explicit operator bool() const { return name_.has_value(); }
+    const fs::path &name() const { return *name_; }
+    void stay() { name_.reset(); }
+
+private:
+    std::optional<fs::path> name_;
 };
 
 FileStamp SettingsFile::stamp() const
@@ -182,74 +188,56 @@ std::optional<std::string> SettingsFile::setAside() const
 }
 
 SettingsFile::Replacing SettingsFile::replace(const QByteArray &bytes, const Reading &found,
-                                              bool keepOld) const
+                                              bool keepCopy) const
 {
     const auto target = followLinks(path_);
-    const auto name = target ? writeBeside(*target, bytes) : std::nullopt;
-    if (!name)
+    NewFile fresh(target ? writeBeside(*target, bytes) : std::nullopt);
+    if (!fresh)
         return fail("cannot write the settings");
-    FreshFile fresh(*name);
-    return replaceInOneStep(fresh, *target, found, keepOld);
+    NewFile copy(keepCopy ? writeCopyBeside(*target, found.bytes) : std::nullopt);
+    if (keepCopy && !copy)
+        return fail("cannot keep a copy of the file with the mistake");
+    const Replacing outcome = putInPlace(fresh, *target, found);
+    if (outcome == Replacing::done && copy) {
+        complain(path_, "the file with the mistake is kept as", copy.name());
+        copy.stay();
+    }
+    return outcome;
 }
 
-SettingsFile::Replacing SettingsFile::replaceInOneStep(FreshFile &fresh, const fs::path &target,
-                                                       const Reading &found, bool keepOld) const
+SettingsFile::Replacing SettingsFile::putInPlace(NewFile &fresh, const fs::path &target,
+                                                 const Reading &found) const
 {
-    if (found.error == ENOENT) {
-        if (moveToFreeName(fresh.name, target))
-            return Replacing::done;
-        return errno == EEXIST ? Replacing::overtaken : fail("cannot write the settings");
-    }
-    switch (exchange(fresh.name, target)) {
-    case Exchange::done:
-        break;
-    case Exchange::failed:
+    const auto exchanged =
+        found.error == ENOENT ? Exchange::unsupported : exchange(fresh.name(), target);
+    if (exchanged == Exchange::failed)
         return errno == ENOENT ? Replacing::overtaken : fail("cannot write the settings");
-    case Exchange::unsupported:
-        return replaceInSteps(fresh, target, found, keepOld);
+    if (exchanged == Exchange::unsupported) {
+        if (stamp() != found.stamp)
+            return Replacing::overtaken;
+        const bool isInPlace = found.error == ENOENT
+                                   ? moveToFreeName(fresh.name(), target)
+                                   : uninterrupted([&] {
+                                         return ::rename(fresh.name().c_str(), target.c_str());
+                                     }) == 0;
+        return isInPlace         ? Replacing::done
+               : errno == EEXIST ? Replacing::overtaken
+                                 : fail("cannot write the settings");
     }
 
-    const Reading old = SettingsFile(fresh.name).read();
-    const bool isAsFound = old.error == 0 && old.bytes == found.bytes;
-    if (isAsFound && !keepOld)
+    // The old file has now got the name of the new one.
+    const Reading old = SettingsFile(fresh.name()).read();
+    if (old.error == 0 && old.bytes == found.bytes)
         return Replacing::done;
-    if (const auto kept = isAsFound ? moveAside(fresh.name, target) : std::nullopt) {
-        complain(path_, "the file that could not be read is kept as", *kept);
-        return Replacing::done;
+    if (exchange(fresh.name(), target) == Exchange::done) {
+        errno = old.error;
+        return old.error == 0 ? Replacing::overtaken : fail("cannot write the settings");
     }
-    const int error = old.error != 0 ? old.error : errno;
-    if (exchange(fresh.name, target) != Exchange::done) {
-        // The new file stays, so the old one must have a name under which it is not cleared away.
-        const auto kept = moveAside(fresh.name, target);
-        complain(path_, "the former file is kept as", kept.value_or(fresh.name));
-        fresh.name.clear();
-        return Replacing::done;
-    }
-    if (old.error == 0 && !isAsFound)
-        return Replacing::overtaken;
-    errno = error;
-    return fail("cannot write the settings");
-}
-
-/// For file systems without exchange(). An editor that saves in the midst of it is overwritten.
-SettingsFile::Replacing SettingsFile::replaceInSteps(const FreshFile &fresh, const fs::path &target,
-                                                     const Reading &found, bool keepOld) const
-{
-    if (stamp() != found.stamp)
-        return Replacing::overtaken;
-    const auto kept = keepOld ? moveAside(target, target) : std::nullopt;
-    if (keepOld && !kept)
-        return fail("cannot keep the file that cannot be read");
-    if (uninterrupted([&] { return ::rename(fresh.name.c_str(), target.c_str()); }) == 0) {
-        if (kept)
-            complain(path_, "the file that could not be read is kept as", *kept);
-        return Replacing::done;
-    }
-    const int error = errno;
-    if (kept)
-        moveToFreeName(*kept, target);
-    errno = error;
-    return fail("cannot write the settings");
+    // The new file is in place for good, so the old one gets a name that nobody clears away.
+    const auto kept = moveAside(fresh.name(), target);
+    complain(path_, "the former file is kept as", kept.value_or(fresh.name()));
+    fresh.stay();
+    return Replacing::done;
 }
 
 /// Says what failed, with the reason from errno.

@@ -88,20 +88,18 @@ public:
     /// that name. Absent when that failed, which has been said on standard error. Under lock().
     std::optional<std::string> setAside() const;
     /// Writes the bytes and puts them, in one step, in the place of the file as it was found by
-    /// read() with an error of 0 or ENOENT. With keepOld the file found is kept, renamed as by
-    /// setAside(), which is said on standard error. Under lock().
-    Replacing replace(const QByteArray &bytes, const Reading &found, bool keepOld) const;
+    /// read() with an error of 0 or ENOENT. With keepCopy a copy of the bytes found is kept under a
+    /// name as setAside() gives, which is said on standard error. Under lock().
+    Replacing replace(const QByteArray &bytes, const Reading &found, bool keepCopy) const;
     /// Returns when the file would survive a loss of power; false when that cannot be had.
     bool synchronize() const;
     /// Deletes what killed writers left beside the file more than a minute ago.
     void removeLeftovers() const;
 
 private:
-    struct FreshFile;
-    Replacing replaceInOneStep(FreshFile &fresh, const std::filesystem::path &target,
-                               const Reading &found, bool keepOld) const;
-    Replacing replaceInSteps(const FreshFile &fresh, const std::filesystem::path &target,
-                             const Reading &found, bool keepOld) const;
+    class NewFile;
+    Replacing putInPlace(NewFile &fresh, const std::filesystem::path &target,
+                         const Reading &found) const;
     Replacing fail(const char *what) const;
 
     std::string path_;
