@@ -4,6 +4,7 @@
 #include "app/widgets/PanelMetrics.h"
 
 #include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -38,7 +39,17 @@ void FormMenu::showPopup()
     QPalette tones = palette();
     tones.setResolveMask(~QPalette::ResolveMask{0});
     view()->setPalette(tones);
+    view()->installEventFilter(this);
     QComboBox::showPopup();
+}
+
+bool FormMenu::eventFilter(QObject *watched, QEvent *event)
+{
+    // Escape closes the open list. Unless the list claims the key, it closes the window instead.
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel))
+        event->accept();
+    return QComboBox::eventFilter(watched, event);
 }
 
 void FormMenu::paintEvent(QPaintEvent *)

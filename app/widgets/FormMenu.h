@@ -17,6 +17,7 @@ public:
     void showPopup() override;
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 };
 

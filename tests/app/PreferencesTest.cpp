@@ -7,12 +7,14 @@
 #include "tests/app/PreferencesSupport.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QTabBar>
+#include <QWindow>
 
 #include <ostream>
 
@@ -59,6 +61,19 @@ TEST_F(PreferencesTest, hasAnOrdinaryWindowWithFourTabs)
     QTest::keyClick(&window(), Qt::Key_V, Qt::AltModifier);
     EXPECT_EQ(window().tabView().currentWidget(), &advanced());
     QTest::keyClick(&window(), Qt::Key_Escape);
+    EXPECT_FALSE(window().isVisible());
+}
+
+TEST_F(PreferencesTest, closesAnOpenListBeforeItself)
+{
+    open();
+    QComboBox &menu = *general().openInFinderBehaviorButton;
+    menu.showPopup();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(menu.view()->window()));
+    QTest::keyClick(menu.view()->window()->windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(menu.view()->isVisible());
+    EXPECT_TRUE(window().isVisible());
+    QTest::keyClick(window().windowHandle(), Qt::Key_Escape);
     EXPECT_FALSE(window().isVisible());
 }
 
