@@ -19,6 +19,10 @@ public:
     virtual void keepOutOfTaskbar(std::uintptr_t window) = 0;
     /// True when translucent windows are blended with what is below them.
     virtual bool isComposited() const = 0;
+    /// Says how much of a window is a shadow that the program draws itself: a margin of so many
+    /// device pixels on every side, 0 for none. Window managers and compositors then treat the rest
+    /// as the window and add no shadow of their own.
+    virtual void setShadowMargin(std::uintptr_t window, int margin) = 0;
 
     /// The window that has the keyboard, of whichever program; 0 when there is none or the system
     /// does not tell.

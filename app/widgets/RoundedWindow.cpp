@@ -45,6 +45,7 @@ void RoundedWindow::fitToCompositing()
     const bool isComposited = windowSystem_.isComposited();
     const int margin = isComposited ? SHADOW : 0;
     setContentsMargins(margin, margin, margin, margin);
+    windowSystem_.setShadowMargin(winId(), qRound(margin * devicePixelRatioF()));
     layout()->activate();
     if (isComposited) {
         clearMask();

@@ -24,6 +24,7 @@ class FakeWindowSystem : public WindowSystem
 public:
     void keepOutOfTaskbar(std::uintptr_t) override {}
     bool isComposited() const override { return false; }
+    void setShadowMargin(std::uintptr_t, int) override {}
     std::uintptr_t activeWindow() const override { return active; }
     void activate(std::uintptr_t window) override { activated.push_back(window); }
     void activate(std::uintptr_t, const std::string &token) override { tokens.push_back(token); }

@@ -10,6 +10,7 @@ class PlainWindowSystem final : public WindowSystem
 public:
     void keepOutOfTaskbar(std::uintptr_t) override {}
     bool isComposited() const override { return false; }
+    void setShadowMargin(std::uintptr_t, int) override {}
     std::uintptr_t activeWindow() const override { return 0; }
     void activate(std::uintptr_t) override {}
     void activate(std::uintptr_t, const std::string &) override {}

@@ -115,6 +115,20 @@ bool X11WindowSystem::isComposited() const
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
+void X11WindowSystem::setShadowMargin(std::uintptr_t window, int margin)
+{
+    auto *x = connection();
+    if (!x)
+        return;
+    // Left, right, top and bottom.
+    std::array<std::uint32_t, 4> extents{};
+    extents.fill(static_cast<std::uint32_t>(margin));
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
+                        xcbAtom(x, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(),
+                        extents.data());
+    xcb_flush(x);
+}
+
 std::uintptr_t X11WindowSystem::activeWindow() const
 {
     return windows_.activeId();

@@ -14,6 +14,7 @@ public:
 
     void keepOutOfTaskbar(std::uintptr_t window) override;
     bool isComposited() const override;
+    void setShadowMargin(std::uintptr_t window, int margin) override;
     std::uintptr_t activeWindow() const override;
     void activate(std::uintptr_t window) override;
     void activate(std::uintptr_t window, const std::string &activationToken) override;
