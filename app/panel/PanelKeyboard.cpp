@@ -60,7 +60,8 @@ std::optional<PanelCommand> command(const QKeyEvent &event, const QLineEdit &fie
         return PanelCommand::close;
     if (held == Qt::ControlModifier && key == Qt::Key_Comma)
         return PanelCommand::openPreferences;
-    if (held == Qt::ControlModifier && key == Qt::Key_Q)
+    // A capital letter quits as well, so Caps Lock or a held Shift makes no difference.
+    if ((held & ~Qt::ShiftModifier) == Qt::ControlModifier && key == Qt::Key_Q)
         return PanelCommand::terminate;
     if (held == Qt::ShiftModifier && key == Qt::Key_F10)
         return PanelCommand::showRowMenu;

@@ -103,7 +103,8 @@ QWidget *BuildSearchBaseViewController::buildQuestionPage()
     connect(eraseButton_, &QPushButton::clicked, this,
             &BuildSearchBaseViewController::eraseSettings);
     keepButton_ = new PanelButton(tr("&Keep Everything"), PanelButton::Rank::primary, page);
-    connect(keepButton_, &QPushButton::clicked, this, [this] { showQuestion(false); });
+    connect(keepButton_, &QPushButton::clicked, this,
+            &BuildSearchBaseViewController::keepSettings);
     QHBoxLayout *buttons = line(NEAR);
     buttons->addWidget(eraseButton_);
     buttons->addStretch();
@@ -143,7 +144,9 @@ void BuildSearchBaseViewController::buildEnded()
     progressIndicator_->stopAnimation();
     countTimer_.stop();
     updateCount();
-    delegate_.searchBaseRebuildFinished();
+    // A question on the screen waits for its answer.
+    if (!isAsking())
+        delegate_.searchBaseRebuildFinished();
 }
 
 void BuildSearchBaseViewController::updateCount()
@@ -190,6 +193,18 @@ void BuildSearchBaseViewController::showQuestion(bool isAsked)
     failureLabel_->clear();
     pages_->setCurrentIndex(isAsked ? 1 : 0);
     (isAsked ? keepButton_ : hideButton_)->setFocus();
+}
+
+bool BuildSearchBaseViewController::isAsking() const
+{
+    return isVisible() && pages_->currentIndex() == 1;
+}
+
+void BuildSearchBaseViewController::keepSettings()
+{
+    showQuestion(false);
+    if (!services_.builder.isBuilding())
+        delegate_.searchBaseRebuildFinished();
 }
 
 void BuildSearchBaseViewController::eraseSettings()

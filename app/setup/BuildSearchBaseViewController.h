@@ -69,6 +69,8 @@ private:
     QWidget *buildProgressPage();
     QWidget *buildQuestionPage();
     void showQuestion(bool isAsked);
+    bool isAsking() const;
+    void keepSettings();
     void eraseSettings();
     void updateCount();
 

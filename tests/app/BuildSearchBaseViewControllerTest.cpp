@@ -5,11 +5,13 @@
 #include "app/widgets/SetupWindow.h"
 #include "platform/linux/session/QtTaskQueues.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
+#include "platform/linux/windows/X11WindowSystem.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/ManualTaskQueue.h"
 #include "tests/support/PlainWindowSystem.h"
 
 #include <QAbstractButton>
+#include <QProcess>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -147,6 +149,49 @@ TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
     EXPECT_EQ(terminated, 0) << "not at once";
     main.runAll();
     EXPECT_EQ(terminated, 1);
+}
+
+TEST_F(RebuildWindowTest, keepsAQuestionUntilItIsAnswered)
+{
+    controller->startBuilding();
+    press(QStringLiteral("Erase All Settings and Quit…"));
+    background.runAll();
+    main.runAll();
+    ASSERT_FALSE(builder.isBuilding());
+    EXPECT_EQ(finished, 0);
+    EXPECT_TRUE(says(QStringLiteral("Every setting of Quillon is erased for good")));
+    press(QStringLiteral("Keep Everything"));
+    EXPECT_EQ(finished, 1);
+}
+
+/// Stands in for a compositor on a real X server.
+class BlendingWindowSystem : public X11WindowSystem
+{
+public:
+    bool isComposited() const override { return isBlending; }
+    bool isBlending = true;
+};
+
+TEST_F(RebuildWindowTest, tellsCompositorsHowWideItsOwnShadowIs)
+{
+    BlendingWindowSystem system;
+    SetupWindow shadowed(QStringLiteral("shadowed"), new SetupView, system);
+    const auto extents = [&] {
+        QProcess xprop;
+        xprop.start(QStringLiteral("xprop"),
+                    {QStringLiteral("-id"), QString::number(shadowed.winId()),
+                     QStringLiteral("_GTK_FRAME_EXTENTS")});
+        xprop.waitForFinished();
+        return QString::fromUtf8(xprop.readAllStandardOutput()).trimmed().section(u'=', 1);
+    };
+    shadowed.present();
+    const QString margin = QString::number(shadowed.contentsMargins().left());
+    EXPECT_GT(shadowed.contentsMargins().left(), 0);
+    EXPECT_EQ(extents(), QStringLiteral(" %1, %1, %1, %1").arg(margin));
+    shadowed.hide();
+    system.isBlending = false;
+    shadowed.present();
+    EXPECT_EQ(extents(), QStringLiteral(" 0, 0, 0, 0"));
 }
 
 TEST_F(RebuildWindowTest, staysWhenTheSettingsCannotBeErased)
