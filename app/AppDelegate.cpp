@@ -1,7 +1,9 @@
 #include "app/AppDelegate.h"
 
+#include "app/panel/PanelFooter.h"
 #include "app/panel/SearchPanelView.h"
 #include "platform/linux/session/ProgramEnd.h"
+#include "shortcut/QLNShortcutValidator.h"
 
 #include <QApplication>
 #include <QDir>
@@ -172,6 +174,23 @@ void AppDelegate::joinSearchPanel()
     updater_.onChange([&controller] { controller.updateUpdateButton(); });
     connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
             [this] { perform({.action = "toggle", .activationToken = {}}); });
+    connect(&shortcutBinder_, &QLNShortcutBinder::outcomeChanged, this,
+            &AppDelegate::showShortcutFault);
+}
+
+void AppDelegate::showShortcutFault()
+{
+    const auto outcome = shortcutBinder_.outcome();
+    const auto fault = outcome ? QLNShortcutValidator::fault(*outcome) : std::nullopt;
+    PanelFooter &footer = searchWindow_.view().footer();
+    const auto &shortcut = shortcutMonitor_.shortcut();
+    if (!fault || !shortcut) {
+        footer.setNotice({});
+        return;
+    }
+    footer.setNotice(
+        tr("%1 does not work. Preferences…").arg(QString::fromStdString(shortcut->text())),
+        QLNShortcutValidator::words(*fault, *shortcut));
 }
 
 void AppDelegate::trackWindows()
@@ -191,12 +210,12 @@ void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &re
     shortcutBinder_.start();
     isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
     // Whoever wants the preferences is not to have the panel in front of them a moment later.
-    const bool wantsPreferences = request.action == "preferences";
-    if (request.action == "background" || (wantsPreferences && isAccessSettled_ && isSetUp()))
+    const bool showsPreferences = request.action == "preferences" && isAccessSettled_ && isSetUp();
+    if (request.action == "background" || showsPreferences)
         startHidden();
     else
         showFirst(request.activationToken);
-    if (wantsPreferences && isAccessSettled_)
+    if (showsPreferences)
         openPreferences(request.activationToken);
     updater_.startBackgroundPolling();
 }
@@ -221,7 +240,8 @@ void AppDelegate::showFirst(const std::string &activationToken)
 
 bool AppDelegate::isSetUp()
 {
-    return shortcutMonitor_.shortcut() && !searchBaseFinder_.includeLocations().empty();
+    // A folder that is away now was chosen all the same.
+    return shortcutMonitor_.shortcut() && !searchBaseFinder_.bookmarks.load().empty();
 }
 
 void AppDelegate::perform(const RemoteControl::Request &request)
@@ -231,6 +251,8 @@ void AppDelegate::perform(const RemoteControl::Request &request)
         terminate();
     else if (!isAccessSettled_ || isFirstShowDue_)
         showFirst(token);
+    else if (windowTracker_.isVisible(WindowTracker::onboardingWindow))
+        windowTracker_.show(WindowTracker::onboardingWindow, token);
     else if (request.action == "toggle")
         toggleSearchWindow(token);
     else if (request.action == "show")

@@ -58,7 +58,7 @@ public:
     /// builds the index without a window, everything else first shows what the user has to see.
     void applicationDidFinishLaunching(const RemoteControl::Request &request);
     /// Carries out a request of another process or of the shortcut. What the user has to see first,
-    /// and has not seen, comes in place of what is asked for.
+    /// and has not seen or not finished, comes in place of what is asked for.
     void perform(const RemoteControl::Request &request);
     /// What other processes may ask.
     RemoteControl::Handlers remoteHandlers();
@@ -84,6 +84,8 @@ private:
     void buildEnded() override;
 
     void joinSearchPanel();
+    /// Says in the panel that the stored shortcut cannot be had, or no longer says so.
+    void showShortcutFault();
     void trackWindows();
     PanelPalette palette() const;
     void applyPalette();

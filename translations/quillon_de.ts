@@ -307,6 +307,77 @@
     </message>
 </context>
 <context>
+    <name>SettingsGate</name>
+    <message>
+        <source>Quillon – Settings</source>
+        <translation>Quillon – Einstellungen</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2.</source>
+        <translation>%1 kann nicht gelesen werden: %2.</translation>
+    </message>
+    <message>
+        <source>There is a mistake in line %2, column %3 of %1: %4.</source>
+        <translation>In Zeile %2, Spalte %3 von %1 ist ein Fehler: %4.</translation>
+    </message>
+    <message>
+        <source>The settings cannot be read</source>
+        <translation>Die Einstellungen sind nicht lesbar</translation>
+    </message>
+    <message>
+        <source>Quillon starts as soon as the file is right. If you begin anew instead, the file gets another name and Quillon starts with its set-up.</source>
+        <translation>Quillon startet, sobald die Datei stimmt. Wenn Sie stattdessen neu beginnen, bekommt die Datei einen anderen Namen und Quillon startet mit der Einrichtung.</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>Begin &amp;Anew</source>
+        <translation>&amp;Neu beginnen</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>“%1” is “%2”, and has to be one of these: %3.</source>
+        <translation>„%1“ ist „%2“, möglich ist aber nur eines davon: %3.</translation>
+    </message>
+    <message>
+        <source>A setting is wrong</source>
+        <translation>Eine Einstellung stimmt nicht</translation>
+    </message>
+    <message>
+        <source>Quillon starts as soon as this is right in %1.</source>
+        <translation>Quillon startet, sobald das in %1 stimmt.</translation>
+    </message>
+    <message>
+        <source>&amp;Open the File</source>
+        <translation>Datei &amp;öffnen</translation>
+    </message>
+    <message>
+        <source>No program opens the file by itself. Open it in a text editor: %1</source>
+        <translation>Kein Programm öffnet die Datei von sich aus. Öffnen Sie sie in einem Texteditor: %1</translation>
+    </message>
+    <message>
+        <source>Your former settings are kept</source>
+        <translation>Ihre bisherigen Einstellungen sind aufbewahrt</translation>
+    </message>
+    <message>
+        <source>They are in %1. Quillon now starts with its set-up.</source>
+        <translation>Sie stehen in %1. Quillon startet jetzt mit der Einrichtung.</translation>
+    </message>
+    <message>
+        <source>&amp;Continue</source>
+        <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>%1 could not be renamed, so nothing was changed.</source>
+        <translation>%1 konnte nicht umbenannt werden, darum wurde nichts geändert.</translation>
+    </message>
+</context>
+<context>
     <name>UpdateNotices</name>
     <message>
         <source>The server that knows of new versions cannot be reached. Is this computer online?</source>
@@ -677,6 +748,10 @@
         <source>Set Up Quillon</source>
         <translation>Quillon einrichten</translation>
     </message>
+    <message>
+        <source>%1 does not work. Preferences…</source>
+        <translation>%1 funktioniert nicht. Einstellungen …</translation>
+    </message>
 </context>
 <context>
     <name>quillon::AppleEventPermissionViewController</name>
@@ -967,6 +1042,22 @@
     <message>
         <source>The settings could not be written.</source>
         <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Quit before the set-up is done?</source>
+        <translation>Vor dem Ende der Einrichtung beenden?</translation>
+    </message>
+    <message>
+        <source>Quillon cannot search without a key and a folder, so closing the set-up quits it. The next start continues from here, and what you have chosen so far is kept.</source>
+        <translation>Ohne Tastenkürzel und Ordner kann Quillon nicht suchen, darum beendet es sich, wenn Sie die Einrichtung schließen. Der nächste Start fährt hier fort, und was Sie bisher gewählt haben, bleibt erhalten.</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Continue Set-Up</source>
+        <translation>&amp;Weiter einrichten</translation>
     </message>
 </context>
 <context>

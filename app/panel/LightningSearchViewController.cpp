@@ -119,6 +119,8 @@ void LightningSearchViewController::joinButtons()
         {&message.homeFolderButton(), [this] { source_.addHomeFolder(); }},
         {&message.preferencesButton(), [this] { delegate_.openPreferences(); }},
     };
+    connect(&view_.footer(), &PanelFooter::noticeClicked, this,
+            [this] { delegate_.openPreferences(); });
     for (const auto &[button, pressed] : buttons) {
         keyboard_.watchButton(*button);
         connect(button, &QAbstractButton::clicked, this, pressed);

@@ -27,6 +27,7 @@ PanelFooter::PanelFooter(QWidget *parent) : QWidget(parent)
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
     setFont(small);
+    setMouseTracking(true);
     setFixedHeight(std::max(metrics::FOOTER_HEIGHT, (fontMetrics().height() + 19) / 4 * 4));
 }
 
@@ -56,13 +57,34 @@ void PanelFooter::setStatus(const QString &status)
     if (status == status_)
         return;
     status_ = status;
-    setAccessibleName(status);
+    tellScreenReaders();
     update();
+}
+
+void PanelFooter::setNotice(const QString &notice, const QString &toolTip)
+{
+    notice_ = notice;
+    noticeToolTip_ = toolTip;
+    tellScreenReaders();
+    update();
+}
+
+void PanelFooter::tellScreenReaders()
+{
+    setAccessibleName(words());
+    setAccessibleDescription(noticeToolTip_);
 }
 
 QRect PanelFooter::line() const
 {
     return rect().adjusted(metrics::EDGE, 1, -metrics::EDGE, 0);
+}
+
+QRect PanelFooter::wordsPlace() const
+{
+    QRect place = line();
+    place.setLeft(place.right() - fontMetrics().horizontalAdvance(words()));
+    return place;
 }
 
 PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
@@ -79,7 +101,7 @@ PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
 
 std::vector<PanelFooter::Place> PanelFooter::places() const
 {
-    int end = line().right() - fontMetrics().horizontalAdvance(status_) - GAP;
+    int end = wordsPlace().left() - GAP;
     // The hint for the held keys keeps its room while those before it are laid out.
     const auto held = std::ranges::find_if(hints_, [this](const Hint &h) { return isHeld(h); });
     const int reserved = held == hints_.end() ? 0 : place(*held, GAP).meaning.right() + 1;
@@ -113,15 +135,34 @@ bool PanelFooter::event(QEvent *event)
         if (area.contains(help.pos()))
             QToolTip::showText(help.globalPos(), place.hint.toolTip, this, area);
     }
+    if (!notice_.isEmpty() && wordsPlace().contains(help.pos()))
+        QToolTip::showText(help.globalPos(), noticeToolTip_, this, wordsPlace());
     return true;
+}
+
+void PanelFooter::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!notice_.isEmpty() && wordsPlace().contains(event->pos()))
+        setCursor(Qt::PointingHandCursor);
+    else
+        unsetCursor();
+    event->ignore();
+}
+
+void PanelFooter::mousePressEvent(QMouseEvent *event)
+{
+    const bool isOnNotice = !notice_.isEmpty() && wordsPlace().contains(event->pos());
+    event->setAccepted(isOnNotice);
+    if (isOnNotice)
+        Q_EMIT noticeClicked();
 }
 
 void PanelFooter::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(0, 0, width(), 1, palette_.hairline);
-    painter.setPen(palette_.quiet);
-    painter.drawText(line(), Qt::AlignRight | Qt::AlignVCenter, status_);
+    painter.setPen(notice_.isEmpty() ? palette_.quiet : palette_.fault);
+    painter.drawText(line(), Qt::AlignRight | Qt::AlignVCenter, words());
 
     const int capHeight = fontMetrics().height() + 4;
     painter.setRenderHint(QPainter::Antialiasing);

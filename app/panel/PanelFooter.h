@@ -10,10 +10,12 @@
 
 namespace quillon {
 
-/// The bottom line of the panel: keys that work on the selected row at the left, the state of the
-/// index at the right.
+/// The bottom line of the panel: keys that work on the selected row at the left; at the right the
+/// state of the index, or what is wrong and needs the user.
 class PanelFooter : public QWidget
 {
+    Q_OBJECT
+
 public:
     struct Hint
     {
@@ -36,9 +38,18 @@ public:
     void setHeldKeys(ActionShortcutFlags flags);
     void setStatus(const QString &status);
     QString status() const { return status_; }
+    /// Says what is wrong in the status's place; empty when nothing is wrong any more. The tool tip
+    /// says more about it.
+    void setNotice(const QString &notice, const QString &toolTip = {});
+    QString notice() const { return notice_; }
+
+Q_SIGNALS:
+    void noticeClicked();
 
 protected:
     bool event(QEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
@@ -53,11 +64,17 @@ private:
     Place place(const Hint &hint, int left) const;
     bool isHeld(const Hint &hint) const { return held_ && hint.flags == *held_; }
     QRect line() const;
+    /// The text at the right, and where it stands.
+    const QString &words() const { return notice_.isEmpty() ? status_ : notice_; }
+    QRect wordsPlace() const;
+    void tellScreenReaders();
 
     PanelPalette palette_ = PanelPalette::light();
     std::vector<Hint> hints_;
     std::optional<ActionShortcutFlags> held_;
     QString status_;
+    QString notice_;
+    QString noticeToolTip_;
 };
 
 } // namespace quillon

@@ -2,19 +2,7 @@
 
 #include "app/widgets/SetupWindow.h"
 
-#include <QCloseEvent>
-
 namespace quillon {
-
-/// Nothing but the view's buttons takes it away.
-class AppleEventPermissionCoordinator::Window : public SetupWindow
-{
-public:
-    using SetupWindow::SetupWindow;
-
-protected:
-    void closeEvent(QCloseEvent *event) override { event->ignore(); }
-};
 
 AppleEventPermissionCoordinator::AppleEventPermissionCoordinator(
     const AppleEventPermissionViewController::Services &services, WindowSystem &windowSystem,
@@ -27,9 +15,9 @@ AppleEventPermissionCoordinator::~AppleEventPermissionCoordinator() = default;
 void AppleEventPermissionCoordinator::show(const PanelPalette &palette)
 {
     if (window_ == nullptr) {
-        window_ = std::make_unique<Window>(QStringLiteral("Quillon – Permissions"),
-                                           new AppleEventPermissionViewController(services_, this),
-                                           windowSystem_);
+        window_ = std::make_unique<SetupWindow>(
+            QStringLiteral("Quillon – Permissions"),
+            new AppleEventPermissionViewController(services_, this), windowSystem_);
         window_->setPanelPalette(palette);
     }
     window_->present();

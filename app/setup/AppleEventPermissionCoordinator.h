@@ -7,6 +7,7 @@
 
 namespace quillon {
 
+class SetupWindow;
 class WindowSystem;
 
 /// What the permission flow asks of the application around it.
@@ -42,12 +43,10 @@ public:
     void terminate() override;
 
 private:
-    class Window;
-
     AppleEventPermissionViewController::Services services_;
     WindowSystem &windowSystem_;
     AppleEventPermissionDelegate &delegate_;
-    std::unique_ptr<Window> window_;
+    std::unique_ptr<SetupWindow> window_;
 };
 
 } // namespace quillon

@@ -42,6 +42,9 @@ public:
     AppleEventPermissionViewController(const Services &services,
                                        AppleEventPermissionViewDelegate *delegate);
 
+    /// Nothing but the two buttons takes the question away.
+    bool mayClose() override { return false; }
+
     /// Stores that the user was asked and sends the file manager a harmless event, so that a
     /// desktop that asks for consent does it now. Whatever comes of it, the permission is finished
     /// then, or after a few seconds without an answer.

@@ -103,8 +103,7 @@ QWidget *BuildSearchBaseViewController::buildQuestionPage()
     connect(eraseButton_, &QPushButton::clicked, this,
             &BuildSearchBaseViewController::eraseSettings);
     keepButton_ = new PanelButton(tr("&Keep Everything"), PanelButton::Rank::primary, page);
-    connect(keepButton_, &QPushButton::clicked, this,
-            &BuildSearchBaseViewController::keepSettings);
+    connect(keepButton_, &QPushButton::clicked, this, &BuildSearchBaseViewController::keepSettings);
     QHBoxLayout *buttons = line(NEAR);
     buttons->addWidget(eraseButton_);
     buttons->addStretch();

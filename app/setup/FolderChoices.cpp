@@ -52,9 +52,22 @@ FolderChoice &FolderChoices::offer(const std::string &path, const QString &name)
     return *choice;
 }
 
-std::size_t FolderChoices::chosen() const
+void FolderChoices::setChosen(const std::vector<std::string> &paths)
 {
-    return static_cast<std::size_t>(std::ranges::count_if(choices_, &FolderChoice::isChosen));
+    for (const std::string &path : paths)
+        offer(path, QString::fromStdString(path));
+    for (FolderChoice *choice : choices_)
+        choice->setChosen(std::ranges::find(paths, choice->path()) != paths.end());
+}
+
+std::vector<std::string> FolderChoices::chosen() const
+{
+    std::vector<std::string> paths;
+    for (const FolderChoice *choice : choices_) {
+        if (choice->isChosen())
+            paths.push_back(choice->path());
+    }
+    return paths;
 }
 
 void FolderChoices::reveal(const std::string &path)

@@ -24,8 +24,10 @@ public:
     /// Adds the folder as the last one, unless it is on offer already. The name is what the user
     /// reads; it may be the path.
     FolderChoice &offer(const std::string &path, const QString &name);
-    /// How many.
-    std::size_t chosen() const;
+    /// Ticks these folders and no others. Those that are not on offer yet are added.
+    void setChosen(const std::vector<std::string> &paths);
+    /// The folders that are ticked, in the order in which they are shown.
+    std::vector<std::string> chosen() const;
     /// Scrolls to the folder, if it is on offer, as soon as it has its place.
     void reveal(const std::string &path);
     /// The first folder follows this control in the order of the Tab key. Set before there is one.

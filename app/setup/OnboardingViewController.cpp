@@ -15,7 +15,10 @@
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QStackedWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace quillon {
 
@@ -57,13 +60,11 @@ private:
 OnboardingViewController::OnboardingViewController(const Services &services,
                                                    const std::string &home,
                                                    OnboardingDelegate &delegate)
-    : services_(services), delegate_(delegate)
+    : services_(services), delegate_(delegate), pages_(new QStackedWidget(this))
 {
-    QVBoxLayout *parts = column(this, APART, MARGIN);
-    parts->addWidget(heading(tr("Set up Quillon"), this));
-    parts->addWidget(buildShortcutPart());
-    parts->addWidget(buildFoldersPart());
-    parts->addLayout(buildDone());
+    column(this, APART, MARGIN)->addWidget(pages_);
+    pages_->addWidget(buildSetUpPage());
+    pages_->addWidget(buildQuestionPage());
     setFocusProxy(shortcutView_);
 
     choices_->offer(home, tr("Home folder (%1)").arg(QString::fromStdString(home)));
@@ -75,6 +76,39 @@ OnboardingViewController::OnboardingViewController(const Services &services,
 }
 
 OnboardingViewController::~OnboardingViewController() = default;
+
+QWidget *OnboardingViewController::buildSetUpPage()
+{
+    auto *page = new QWidget(pages_);
+    QVBoxLayout *parts = column(page, APART);
+    parts->addWidget(heading(tr("Set up Quillon"), page));
+    parts->addWidget(buildShortcutPart());
+    parts->addWidget(buildFoldersPart());
+    parts->addLayout(buildDone());
+    return page;
+}
+
+QWidget *OnboardingViewController::buildQuestionPage()
+{
+    auto *page = new QWidget(pages_);
+    QVBoxLayout *parts = column(page, APART);
+    parts->addWidget(heading(tr("Quit before the set-up is done?"), page));
+    parts->addWidget(paragraph(tr("Quillon cannot search without a key and a folder, so closing "
+                                  "the set-up quits it. The next start continues from here, and "
+                                  "what you have chosen so far is kept."),
+                               QPalette::WindowText, page));
+    parts->addStretch();
+    auto *quitButton = new PanelButton(tr("&Quit"), PanelButton::Rank::secondary, page);
+    connect(quitButton, &QPushButton::clicked, this, [this] { delegate_.terminate(); });
+    continueButton_ = new PanelButton(tr("&Continue Set-Up"), PanelButton::Rank::primary, page);
+    connect(continueButton_, &QPushButton::clicked, this, [this] { showQuestion(false); });
+    QHBoxLayout *buttons = line(NEAR);
+    buttons->addStretch();
+    buttons->addWidget(quitButton);
+    buttons->addWidget(continueButton_);
+    parts->addLayout(buttons);
+    return page;
+}
 
 QWidget *OnboardingViewController::part(const QString &title, const QString &sentence)
 {
@@ -173,28 +207,43 @@ void OnboardingViewController::setPanelPalette(const PanelPalette &palette)
 
 // The folders
 
+void OnboardingViewController::readStoredFolders(
+    std::function<void(const std::vector<std::string> &)> read)
+{
+    services_.background.post(
+        [services = services_, self = QPointer(this), read = std::move(read)] {
+            std::vector<std::string> stored;
+            for (const auto &location : services.searchBaseFinder.includeLocations())
+                stored.push_back(location.url());
+            services.main.post([stored = std::move(stored), self, read] {
+                if (self)
+                    read(stored);
+            });
+        });
+}
+
 void OnboardingViewController::showStoredFolders()
 {
-    services_.background.post([services = services_, self = QPointer(this)] {
-        std::vector<std::string> stored;
-        for (const auto &location : services.searchBaseFinder.includeLocations())
-            stored.push_back(location.url());
-        services.main.post([stored = std::move(stored), self] {
-            if (self)
-                self->showChosen(stored);
-        });
+    readStoredFolders([this, change = ++folderChanges_](const std::vector<std::string> &stored) {
+        if (change != folderChanges_)
+            return;
+        choices_->setChosen(stored);
+        refresh();
     });
 }
 
-void OnboardingViewController::showChosen(const std::vector<std::string> &paths)
+IncludeFolders OnboardingViewController::includeFolders() const
 {
-    for (const std::string &path : paths)
-        choices_->offer(path, QString::fromStdString(path)).setChosen(true);
-    refresh();
+    return IncludeFolders({.searchBaseFinder = services_.searchBaseFinder,
+                           .folderIdentity = services_.folderIdentity,
+                           .folderLister = services_.folderLister,
+                           .background = services_.background,
+                           .main = services_.main});
 }
 
 void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
 {
+    ++folderChanges_;
     if (isChosen) {
         // Ticked again once it is stored.
         choice->setChosen(false);
@@ -208,14 +257,12 @@ void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
 
 void OnboardingViewController::addFolders(const std::vector<std::string> &paths)
 {
-    const IncludeFolders include({.searchBaseFinder = services_.searchBaseFinder,
-                                  .folderIdentity = services_.folderIdentity,
-                                  .folderLister = services_.folderLister,
-                                  .background = services_.background,
-                                  .main = services_.main});
-    include.add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
+    includeFolders().add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
+        ++folderChanges_;
         folderNote_->sayFault(outcome.faults);
-        showChosen(outcome.added);
+        for (const std::string &path : outcome.added)
+            choices_->offer(path, QString::fromStdString(path)).setChosen(true);
+        refresh();
         if (!outcome.added.empty())
             choices_->reveal(outcome.added.back());
     });
@@ -228,7 +275,7 @@ void OnboardingViewController::chooseFolderButtonClicked()
     chooser->open();
 }
 
-// What is missing
+// What is missing, and what comes of it
 
 void OnboardingViewController::refresh()
 {
@@ -236,13 +283,13 @@ void OnboardingViewController::refresh()
     shortcutView_->setVisible(canHaveKey);
     command_->setVisible(!canHaveKey);
     const bool hasShortcut = !canHaveKey || services_.shortcutMonitor.shortcut().has_value();
-    const std::size_t folders = choices_->chosen();
+    const std::size_t folders = choices_->chosen().size();
 
     checkmarkImageView_->setVisible(folders > 0);
     chooseFolderDoneLabel_->setVisible(folders > 0);
     chooseFolderDoneLabel_->setText(folders == 1 ? tr("1 folder chosen")
                                                  : tr("%1 folders chosen").arg(folders));
-    doneButton_->setEnabled(hasShortcut && folders > 0);
+    doneButton_->setEnabled(hasShortcut && folders > 0 && !isStoring_);
     missingLabel_->setText(hasShortcut && folders > 0 ? QString()
                            : hasShortcut              ? tr("Choose a folder to go on.")
                            : folders > 0              ? tr("Record a shortcut to go on.")
@@ -256,8 +303,43 @@ void OnboardingViewController::doneButtonClicked()
         missingLabel_->setText(tr("The settings could not be written."));
         return;
     }
-    choices_->stopCounting();
-    delegate_.onboardingFinished();
+    isStoring_ = true;
+    refresh();
+    readStoredFolders(
+        [this](const std::vector<std::string> &stored) { storeTickedFolders(stored); });
+}
+
+void OnboardingViewController::storeTickedFolders(const std::vector<std::string> &stored)
+{
+    std::vector<std::string> missing = choices_->chosen();
+    std::erase_if(missing, [&stored](const std::string &path) {
+        return std::ranges::find(stored, path) != stored.end();
+    });
+    includeFolders().add(std::move(missing), this, [this](const IncludeFolders::Outcome &outcome) {
+        isStoring_ = false;
+        folderNote_->sayFault(outcome.faults);
+        if (outcome.faults.isEmpty())
+            delegate_.onboardingFinished();
+        else
+            showStoredFolders();
+    });
+}
+
+// Closing the window
+
+bool OnboardingViewController::mayClose()
+{
+    showQuestion(pages_->currentIndex() == 0);
+    return false;
+}
+
+void OnboardingViewController::showQuestion(bool isAsked)
+{
+    pages_->setCurrentIndex(isAsked ? 1 : 0);
+    if (isAsked)
+        continueButton_->setFocus();
+    else
+        setFocus();
 }
 
 void OnboardingViewController::timerEvent(QTimerEvent *)
@@ -271,6 +353,7 @@ void OnboardingViewController::timerEvent(QTimerEvent *)
 void OnboardingViewController::showEvent(QShowEvent *event)
 {
     SetupView::showEvent(event);
+    showQuestion(false);
     timer_.start(REFRESH_MILLISECONDS, this);
     choices_->startCounting(
         {services_.folderLister, services_.searchBaseFinder, services_.background});

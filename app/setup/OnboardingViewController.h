@@ -7,8 +7,11 @@
 #include <QBasicTimer>
 #include <QPointer>
 
+#include <functional>
 #include <string>
 #include <vector>
+
+class QStackedWidget;
 
 namespace quillon {
 
@@ -31,12 +34,14 @@ public:
     OnboardingDelegate(const OnboardingDelegate &) = delete;
     OnboardingDelegate &operator=(const OnboardingDelegate &) = delete;
 
-    /// A shortcut and a folder are there. The window is still shown.
+    /// A shortcut and a folder are stored. The window is still shown.
     virtual void onboardingFinished() = 0;
+    virtual void terminate() = 0;
 };
 
-/// Has a newcomer record the shortcut and choose the folders to search; each choice is stored at
-/// once. Main thread only.
+/// Has a newcomer record the shortcut and choose the folders to search. Each choice is stored at
+/// once, and "Done" stores what is ticked and not stored by then. Closing the window asks whether
+/// the program is to quit, since it cannot search yet. Main thread only.
 class OnboardingViewController : public SetupView
 {
     Q_OBJECT
@@ -61,6 +66,7 @@ public:
     ~OnboardingViewController() override;
 
     void setPanelPalette(const PanelPalette &palette) override;
+    bool mayClose() override;
 
     /// Searches these folders too, as if the user had chosen them.
     void addFolders(const std::vector<std::string> &paths);
@@ -73,23 +79,30 @@ protected:
 private:
     class Checkmark;
 
+    QWidget *buildSetUpPage();
+    QWidget *buildQuestionPage();
     QWidget *buildShortcutPart();
     QWidget *buildCommand();
     QWidget *buildFoldersPart();
     QLayout *buildDone();
     QWidget *part(const QString &title, const QString &sentence);
 
+    /// Calls back on the main thread, unless this is gone by then.
+    void readStoredFolders(std::function<void(const std::vector<std::string> &)> read);
     void showStoredFolders();
-    void showChosen(const std::vector<std::string> &paths);
+    void storeTickedFolders(const std::vector<std::string> &stored);
+    IncludeFolders includeFolders() const;
     void setChosen(FolderChoice *choice, bool isChosen);
     void chooseFolderButtonClicked();
     void doneButtonClicked();
+    void showQuestion(bool isAsked);
     void refresh();
 
     Services services_;
     OnboardingDelegate &delegate_;
     PanelPalette palette_ = PanelPalette::light();
 
+    QStackedWidget *pages_;
     QLNShortcutView *shortcutView_ = nullptr;
     QWidget *command_ = nullptr;
     PanelButton *copyButton_ = nullptr;
@@ -100,7 +113,13 @@ private:
     FormNote *folderNote_ = nullptr;
     QLabel *missingLabel_ = nullptr;
     PanelButton *doneButton_ = nullptr;
+    PanelButton *continueButton_ = nullptr;
     QBasicTimer timer_;
+    /// Counts what the user did to the boxes and the readings of what is stored, so that an old
+    /// reading does not undo a newer click.
+    int folderChanges_ = 0;
+    /// "Done" was pressed, and what is ticked is being stored.
+    bool isStoring_ = false;
 };
 
 } // namespace quillon

@@ -27,6 +27,8 @@ public:
     explicit SetupView(QWidget *parent = nullptr);
 
     virtual void setPanelPalette(const PanelPalette &palette);
+    /// The user wants to close the window. False keeps it open.
+    virtual bool mayClose() { return true; }
 
 protected:
     /// A column with the distances of the house; margins only around a whole window.

@@ -1,5 +1,6 @@
 #include "app/widgets/SetupWindow.h"
 
+#include <QCloseEvent>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -36,6 +37,11 @@ void SetupWindow::setPanelPalette(const PanelPalette &palette)
 {
     setFramePalette(palette);
     view_->setPanelPalette(palette);
+}
+
+void SetupWindow::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(view_->mayClose());
 }
 
 void SetupWindow::keyPressEvent(QKeyEvent *event)

@@ -6,7 +6,8 @@
 namespace quillon {
 
 /// An ordinary window around such a view, without a frame: window managers would put controls on
-/// it. It is moved by its background; Escape closes it, and closed it is merely hidden.
+/// it. It is moved by its background; Escape closes it if the view agrees, and closed it is merely
+/// hidden.
 class SetupWindow : public RoundedWindow
 {
     Q_OBJECT
@@ -24,6 +25,7 @@ Q_SIGNALS:
     void disappeared();
 
 protected:
+    void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

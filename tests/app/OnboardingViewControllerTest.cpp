@@ -59,6 +59,7 @@ protected:
     }
 
     void onboardingFinished() override { ++finished; }
+    void terminate() override { ++terminated; }
 
     void show()
     {
@@ -103,6 +104,10 @@ protected:
         const auto isShown = [&] { return button(QString::fromUtf8(name)) != nullptr; };
         ASSERT_TRUE(QTest::qWaitFor(isShown, PATIENCE));
     }
+    bool isFinished() const
+    {
+        return QTest::qWaitFor([this] { return finished > 0; }, PATIENCE) && finished == 1;
+    }
     void storeShortcut() { monitor.store(QLNShortcut::fromText("Ctrl+Alt+Space")); }
     std::vector<std::string> stored()
     {
@@ -129,6 +134,7 @@ protected:
     OnboardingViewController *controller = nullptr;
     std::unique_ptr<SetupWindow> window;
     int finished = 0;
+    int terminated = 0;
 };
 
 TEST_F(OnboardingTest, asksForAShortcutAndAFolderAndThenIsDone)
@@ -154,8 +160,44 @@ TEST_F(OnboardingTest, asksForAShortcutAndAFolderAndThenIsDone)
     ASSERT_TRUE(
         QTest::qWaitFor([&] { return button(QStringLiteral("Done"))->isEnabled(); }, PATIENCE));
     QTest::keyClick(button(QStringLiteral("Done")), Qt::Key_Space);
-    EXPECT_EQ(finished, 1);
+    EXPECT_TRUE(isFinished());
     EXPECT_EQ(monitor.shortcut(), QLNShortcut::fromText("Ctrl+Alt+Space"));
+}
+
+TEST_F(OnboardingTest, showsWhatIsStoredAndStoresWhatItShows)
+{
+    storeShortcut();
+    finder.bookmarks.add(home);
+    show();
+    ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen")));
+    window->hide();
+    // "Set Up Again" empties the settings in the same process.
+    store.remove("qln-bookmarks");
+    window->present();
+    ASSERT_TRUE(comesToSay(QStringLiteral("Choose a folder to go on.")));
+    EXPECT_FALSE(button(QStringLiteral("Home folder"))->isChecked());
+
+    button(QStringLiteral("Home folder"))->click();
+    ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen")));
+    store.remove("qln-bookmarks");
+    button(QStringLiteral("Done"))->click();
+    EXPECT_TRUE(isFinished());
+    EXPECT_THAT(stored(), ElementsAre(home));
+}
+
+TEST_F(OnboardingTest, asksBeforeItIsClosedWithoutBeingDone)
+{
+    show();
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_TRUE(says(QStringLiteral("Quit before the set-up is done?")));
+    button(QStringLiteral("Continue Set-Up"))->click();
+    EXPECT_TRUE(says(QStringLiteral("The folders to search")));
+    EXPECT_EQ(terminated, 0);
+
+    window->close();
+    EXPECT_TRUE(window->isVisible());
+    button(QStringLiteral("Quit"))->click();
+    EXPECT_EQ(terminated, 1);
 }
 
 TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
@@ -205,7 +247,7 @@ TEST_F(OnboardingTest, givesTheCommandToBindWhereNoKeyCanBeHad)
     ASSERT_TRUE(
         QTest::qWaitFor([&] { return button(QStringLiteral("Done"))->isEnabled(); }, PATIENCE));
     button(QStringLiteral("Done"))->click();
-    EXPECT_EQ(finished, 1);
+    EXPECT_TRUE(isFinished());
     EXPECT_EQ(store.string("ShowQLNShortcut"), "desktop");
 }
 

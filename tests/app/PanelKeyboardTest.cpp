@@ -196,10 +196,8 @@ INSTANTIATE_TEST_SUITE_P(
         CommandRow{"commaAlone", Qt::Key_Comma, {}, {}},
         CommandRow{"withShift", Qt::Key_Comma, Qt::ControlModifier | Qt::ShiftModifier, {}},
         CommandRow{"quit", Qt::Key_Q, Qt::ControlModifier, {"terminate"}},
-        CommandRow{"quitWithShift",
-                   Qt::Key_Q,
-                   Qt::ControlModifier | Qt::ShiftModifier,
-                   {"terminate"}},
+        CommandRow{
+            "quitWithShift", Qt::Key_Q, Qt::ControlModifier | Qt::ShiftModifier, {"terminate"}},
         CommandRow{"qAlone", Qt::Key_Q, {}, {}},
         CommandRow{"quitWithAlt", Qt::Key_Q, Qt::ControlModifier | Qt::AltModifier, {}}),
     [](const auto &test) { return std::string(test.param.name); });

@@ -19,6 +19,7 @@ REBUILD = "Rebuild Quillon Search"
 SET_UP = "Set Up Quillon"
 PREFERENCES = "Preferences"
 PANEL = "Quillon"
+SETTINGS = "Quillon – Settings"
 
 
 def active_window():
@@ -111,6 +112,50 @@ class LifecycleTest(Desktop):
                                    timeout=PATIENCE, check=False)
             self.assertEqual((ended.returncode, ended.stderr),
                              (1, "quillon: no display to show the panel on\n"))
+
+    def test_waits_for_settings_that_it_can_use(self):
+        self.write_settings()
+        good = self.settings.read_text()
+        self.settings.write_text(good[:-1] + ",}")
+        quillon = self.launch("--background")
+        self.wait_for_keyboard(SETTINGS)
+        other = self.open_other_window()
+        self.assertEqual(self.request("--toggle"), 0)
+        self.wait_for_keyboard(SETTINGS)
+        self.settings.write_text(good)
+        eventually("the keyboard back", lambda: active_window() == other)
+        eventually("the panel", lambda: self.request("--show") == 0 and self.panel())
+        self.end(quillon)
+
+        self.settings.write_text(good[:-1] + ', "open-finder-behavior": "tab"}')
+        wrong = self.settings.read_text()
+        quillon = self.launch(stderr=subprocess.PIPE, text=True)
+        self.addCleanup(quillon.stderr.close)
+        self.wait_for_keyboard(SETTINGS)
+        self.press_until("Escape", "the end", lambda: quillon.poll() is not None)
+        self.assertEqual(quillon.returncode, 1)
+        self.assertIn("open-finder-behavior", quillon.stderr.read())
+        self.assertEqual(self.settings.read_text(), wrong)
+
+    def test_runs_once_where_there_is_no_bus(self):
+        self.write_settings()
+        environment = dict(self.environment(),
+                           DBUS_SESSION_BUS_ADDRESS=f"unix:path={self.home}/no-bus")
+        first = subprocess.Popen([self.program], env=environment, stderr=subprocess.PIPE, text=True)
+        self.children.append(first)
+        self.addCleanup(first.stderr.close)
+        self.wait_for_keyboard(PANEL)
+        for options, status, said in (
+                ((), 1, "quillon: it runs already, and without a session bus it cannot be reached"),
+                (("--background",), 0, ""),
+                (("--toggle",), 1, "quillon: there is no session bus, so a running instance "
+                                   "cannot be reached")):
+            ended = subprocess.run([self.program, *options], env=environment, capture_output=True,
+                                   text=True, timeout=PATIENCE, check=False)
+            self.assertEqual((ended.returncode, ended.stderr.strip()), (status, said), options)
+        self.press("ctrl+alt+space")
+        self.wait_for_no_panel()
+        self.assertIsNone(first.poll())
 
     def test_the_panel_outlasts_a_slow_window_manager(self):
         for number in range(20_000):
@@ -209,12 +254,15 @@ class LifecycleTest(Desktop):
         quillon = self.launch()
         self.wait_for_keyboard(SET_UP)
         self.assertEqual(windows("quillon", REBUILD) + self.panel(), [])
-        # Closed undone it makes way for the panel, and comes again with the next start.
-        self.press("Escape")
-        self.wait_for_gone(SET_UP)
-        self.assertEqual(self.request(), 0)
-        self.wait_for_keyboard(PANEL)
-        self.end(quillon)
+        # Nothing else comes up beside it.
+        self.assertEqual(self.request("--toggle"), 0)
+        self.assertEqual(self.request("--preferences"), 0)
+        self.wait_for_keyboard(SET_UP)
+        self.assertEqual(windows("quillon", PREFERENCES) + self.panel(), [])
+        # Closed undone it says so and quits, and it comes again with the next start.
+        self.press("alt+F4")
+        self.press_until("alt+q", "the end", lambda: quillon.poll() is not None)
+        self.assertEqual(quillon.returncode, 0)
         self.launch("--background")
         self.wait_until_reachable()
         self.assertEqual(windows("quillon"), [])
