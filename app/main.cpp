@@ -23,9 +23,9 @@
 //   app/widgets/       what the windows share
 //
 // Start: the command looks for a running instance on the session bus and hands it the request
-// (launcher/StartCommand); without one it turns into this program. main() makes an AppDelegate,
-// which builds every object, decides what the user sees first and begins the build on a background
-// queue.
+// (launcher/StartCommand); without one it turns into this program. main() waits for settings that
+// can be used (SettingsGate). Then it makes an AppDelegate, which builds every object, decides what
+// the user sees first and begins the build on a background queue.
 //
 // The hot key: HotKey (a grab, or the desktop's portal) -> QLNShortcutBinder, which keeps the
 // stored shortcut bound -> AppDelegate -> SearchWindow.
@@ -43,15 +43,20 @@
 // queue (Coalesce, 3 s) -> SearchBase::update, which crawls there and applies on the main queue.
 
 #include "app/AppDelegate.h"
+#include "app/SettingsGate.h"
 #include "app/Translations.h"
+#include "platform/linux/applications/GioWorkspace.h"
 #include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/BusRunningInstance.h"
+#include "platform/linux/bus/SoleInstance.h"
 #include "platform/linux/session/BusRemoteControl.h"
 #include "platform/linux/session/PatientOutput.h"
+#include "platform/linux/session/PortalAppearance.h"
 #include "platform/linux/session/ProgramEnd.h"
+#include "platform/linux/session/QtTaskQueues.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
+#include "platform/linux/settings/SettingsFileChanges.h"
 #include "platform/linux/windows/X11WindowSystem.h"
-#include "prefs/Preferences.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -60,6 +65,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 namespace {
@@ -93,15 +99,46 @@ int handOver(const quillon::RemoteControl::Request &request)
     return EXIT_FAILURE;
 }
 
-/// False when the settings name a choice that does not exist, which is said on standard error.
-bool areChoicesRight()
+/// Waits until the settings can be used. Returns the exit status of a start that ends here instead.
+std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
 {
-    quillon::JsonDefaultsStore settings(quillon::standardDefaultsPath());
-    const auto wrongChoices = quillon::Preferences(settings).wrongChoices();
-    for (const quillon::WrongChoice &wrong : wrongChoices)
-        std::fprintf(stderr, "quillon: %s: %s\n", quillon::standardDefaultsPath().c_str(),
-                     wrong.description().c_str());
-    return wrongChoices.empty();
+    const std::string file = quillon::standardDefaultsPath();
+    quillon::JsonDefaultsStore settings(file);
+    if (quillon::SettingsGate::isOpen(settings, file))
+        return std::nullopt;
+    quillon::SettingsFileChanges changes(file);
+    quillon::GioWorkspace workspace;
+    quillon::X11WindowSystem windowSystem;
+    quillon::SettingsGate gate({settings, changes, workspace, windowSystem}, file);
+
+    quillon::PortalAppearance appearance;
+    const auto applyPalette = [&] {
+        gate.setPanelPalette(
+            quillon::PanelPalette::forDesktop(QApplication::palette(), appearance.prefersDark()));
+    };
+    appearance.onChange(applyPalette);
+    applyPalette();
+
+    quillon::PoolTaskQueue unused(1);
+    quillon::BusRemoteControl remote(unused);
+    const auto perform = [&gate](const quillon::RemoteControl::Request &asked) {
+        asked.action == "quit" ? gate.quit() : gate.present();
+    };
+    if (remote.claim({.perform = perform, .find = {}}) == quillon::RemoteControl::Claim::taken)
+        return handOver(request);
+    return gate.wait() ? std::nullopt : std::optional(EXIT_FAILURE);
+}
+
+/// Without a session bus: false when another instance runs, which is then the only one.
+bool isFirstWithoutBus(quillon::SoleInstance &sole, const std::string &action)
+{
+    const bool isFirst = sole.claim();
+    if (isFirst)
+        std::fputs("quillon: no session bus; a second start will not reach this one\n", stderr);
+    else if (action != "background")
+        std::fputs("quillon: it runs already, and without a session bus it cannot be reached\n",
+                   stderr);
+    return isFirst;
 }
 
 int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
@@ -118,16 +155,18 @@ int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
         &application, &QGuiApplication::saveStateRequest, &application,
         [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
 
-    if (!areChoicesRight())
-        return EXIT_FAILURE;
+    if (const auto status = awaitSettings(request))
+        return *status;
     const quillon::PatientOutput output(fileno(stdout));
     quillon::AppDelegate delegate;
     quillon::BusRemoteControl remote(delegate.backgroundQueue());
     const auto claim = remote.claim(delegate.remoteHandlers());
     if (claim == quillon::RemoteControl::Claim::taken)
         return handOver(request);
-    if (claim == quillon::RemoteControl::Claim::unavailable)
-        std::fputs("quillon: no session bus; a second start will not reach this one\n", stderr);
+    quillon::SoleInstance sole;
+    if (claim == quillon::RemoteControl::Claim::unavailable &&
+        !isFirstWithoutBus(sole, request.action))
+        return request.action == "background" ? EXIT_SUCCESS : EXIT_FAILURE;
 
     delegate.applicationDidFinishLaunching(request);
     return QApplication::exec();

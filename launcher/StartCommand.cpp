@@ -71,6 +71,12 @@ int StartCommand::carryOut(const std::string &action) const
         std::fputs("quillon: the running instance does not answer\n", complaints_);
         return EXIT_FAILURE;
     }
+    // Plain "quillon" is a first start, or finds out on its own that it is a second one.
+    if (outcome == RunningInstance::Outcome::noBus && action != "activate") {
+        std::fputs("quillon: there is no session bus, so a running instance cannot be reached\n",
+                   complaints_);
+        return EXIT_FAILURE;
+    }
     if (action == "quit") {
         std::fputs("quillon: nothing to quit, it is not running\n", complaints_);
         return EXIT_FAILURE;

@@ -14,8 +14,9 @@ public:
     enum class Outcome
     {
         done,
-        /// There is no instance, or no bus to find one on.
         notRunning,
+        /// There is no session bus to find an instance on.
+        noBus,
         /// There is one, and it did not take the request.
         notAnswering,
     };

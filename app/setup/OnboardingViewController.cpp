@@ -190,6 +190,9 @@ QWidget *OnboardingViewController::buildFoldersPart()
 QLayout *OnboardingViewController::buildDone()
 {
     missingLabel_ = label({}, QPalette::PlaceholderText, this);
+    // A long sentence takes a second line beside the button instead of a wider window.
+    missingLabel_->setWordWrap(true);
+    missingLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     doneButton_ = new PanelButton(tr("&Done"), PanelButton::Rank::primary, this);
     connect(doneButton_, &QPushButton::clicked, this, &OnboardingViewController::doneButtonClicked);
     QHBoxLayout *across = line(NEAR);

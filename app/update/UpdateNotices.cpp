@@ -42,7 +42,7 @@ Notice UpdateNotices::update(const UpdateItem &item, const std::string &runningV
         .dismissal = tr("&Later"),
         .primary = Notice::Choice{tr("&Download"), [=] { openLink(item.link); }}};
     if (!item.notes.empty())
-        notice.aside = Notice::Choice{tr("&What’s New"), [=] { openLink(item.notes); }};
+        notice.aside = Notice::Choice{tr("&What’s New"), [=] { openLink(item.notes); }, true};
     return notice;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/update/NoticeWindow.h"
+#include "app/widgets/NoticeWindow.h"
 #include "platform/UpdateController.h"
 
 #include <QCoreApplication>

@@ -22,7 +22,10 @@ class FakeInstance : public RunningInstance
 public:
     explicit FakeInstance(Outcome outcome) : outcome_(outcome) {}
 
-    bool isRunning() override { return outcome_ != Outcome::notRunning; }
+    bool isRunning() override
+    {
+        return outcome_ == Outcome::done || outcome_ == Outcome::notAnswering;
+    }
     Outcome request(const std::string &action) override
     {
         requested += action;
@@ -94,6 +97,14 @@ INSTANTIATE_TEST_SUITE_P(
             "preferences",
             "preferences"},
         Row{"firstAtLogin", {"--background"}, Outcome::notRunning, 1, "", "background"},
+        Row{"firstWithoutBus", {}, Outcome::noBus, 1, "activate", "activate"},
+        Row{"toggleWithoutBus",
+            {"--toggle"},
+            Outcome::noBus,
+            1,
+            "toggle",
+            "",
+            "there is no session bus"},
         Row{"nothingToQuit", {"--quit"}, Outcome::notRunning, 1, "quit", "", "nothing to quit"},
         Row{"hangingInstance",
             {"--toggle"},

@@ -37,6 +37,9 @@ public:
     /// The session bus of the user.
     static BusConnection session();
 
+    /// False when there is no such bus, or it cannot be joined in time.
+    bool isReachable(Deadline deadline) { return connection(deadline) != nullptr; }
+
     enum class Activation
     {
         never,

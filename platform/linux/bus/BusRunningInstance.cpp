@@ -108,7 +108,7 @@ RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
     const Deadline deadline(PATIENCE);
     const auto process = bus_.process(BusNames::SERVICE, deadline);
     if (!process)
-        return Outcome::notRunning;
+        return bus_.isReachable(deadline) ? Outcome::notRunning : Outcome::noBus;
     const ProcessEnd end(*process);
     const bool isReopening = action == "activate";
     GVariant *data = platformData(activationToken_);

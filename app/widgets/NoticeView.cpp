@@ -1,4 +1,4 @@
-#include "app/update/NoticeView.h"
+#include "app/widgets/NoticeView.h"
 
 #include "app/widgets/PanelButton.h"
 
@@ -20,6 +20,7 @@ void NoticeView::setNotice(const Notice &notice)
         contents_->setParent(nullptr);
         contents_->deleteLater();
     }
+    dismissed_ = notice.dismissed;
     contents_ = new QWidget(this);
     QVBoxLayout *parts = column(contents_, APART);
     parts->addWidget(heading(notice.title, contents_));
@@ -46,22 +47,31 @@ QHBoxLayout *NoticeView::buildButtons(const Notice &notice)
         setFocusProxy(button);
         return button;
     };
-    if (notice.aside) {
-        connect(add(notice.aside->text, PanelButton::Rank::secondary), &QPushButton::clicked, this,
-                notice.aside->choose);
-    }
+    if (notice.aside)
+        join(*add(notice.aside->text, PanelButton::Rank::secondary), *notice.aside);
     buttons->addStretch();
     using enum PanelButton::Rank;
     connect(add(notice.dismissal, notice.primary ? secondary : primary), &QPushButton::clicked,
             this, [this] { window()->close(); });
-    if (notice.primary) {
-        connect(add(notice.primary->text, primary), &QPushButton::clicked, this,
-                [this, choose = notice.primary->choose] {
-                    window()->close();
-                    choose();
-                });
-    }
+    if (notice.primary)
+        join(*add(notice.primary->text, primary), *notice.primary);
     return buttons;
+}
+
+void NoticeView::join(QPushButton &button, const Notice::Choice &choice)
+{
+    connect(&button, &QPushButton::clicked, this, [this, choice] {
+        if (!choice.keepsWindow)
+            window()->hide();
+        choice.choose();
+    });
+}
+
+bool NoticeView::mayClose()
+{
+    if (dismissed_)
+        dismissed_();
+    return true;
 }
 
 void NoticeView::announce()

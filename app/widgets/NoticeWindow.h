@@ -22,15 +22,18 @@ struct Notice
         /// On the button, with the mark of its mnemonic.
         QString text;
         std::function<void()> choose;
+        /// True for a choice that leaves the window where it is.
+        bool keepsWindow = false;
     };
 
     QString title;
     QString text;
     /// On the button that only takes the window away.
     QString dismissal;
-    /// Takes the window away, too.
+    /// Called when that button or Escape has the window taken away.
+    std::function<void()> dismissed = {};
     std::optional<Choice> primary = {};
-    /// Leaves the window where it is.
+    /// Stands apart from the others.
     std::optional<Choice> aside = {};
 };
 
@@ -50,6 +53,8 @@ public:
     /// This notice in place of the one that is shown, where it is; nothing when none is.
     void update(const Notice &notice);
     bool isVisible() const;
+    /// Takes the window away without a word to the notice.
+    void hide();
     void setPanelPalette(const PanelPalette &palette);
 
 private:

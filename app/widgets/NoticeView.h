@@ -1,9 +1,10 @@
 #pragma once
 
-#include "app/update/NoticeWindow.h"
+#include "app/widgets/NoticeWindow.h"
 #include "app/widgets/SetupView.h"
 
 class QHBoxLayout;
+class QPushButton;
 
 namespace quillon {
 
@@ -18,13 +19,16 @@ public:
     /// In place of the one shown; its last button gets the focus.
     void setNotice(const Notice &notice);
     void setPanelPalette(const PanelPalette &palette) override;
+    bool mayClose() override;
 
 private:
     QHBoxLayout *buildButtons(const Notice &notice);
+    void join(QPushButton &button, const Notice::Choice &choice);
     void announce();
 
     PanelPalette palette_ = PanelPalette::light();
     QWidget *contents_ = nullptr;
+    std::function<void()> dismissed_;
 };
 
 } // namespace quillon

@@ -1,6 +1,6 @@
-#include "app/update/NoticeWindow.h"
+#include "app/widgets/NoticeWindow.h"
 
-#include "app/update/NoticeView.h"
+#include "app/widgets/NoticeView.h"
 #include "app/widgets/SetupWindow.h"
 
 namespace quillon {
@@ -31,6 +31,12 @@ void NoticeWindow::update(const Notice &notice)
 bool NoticeWindow::isVisible() const
 {
     return window_ && window_->isVisible();
+}
+
+void NoticeWindow::hide()
+{
+    if (window_)
+        window_->hide();
 }
 
 void NoticeWindow::setPanelPalette(const PanelPalette &palette)
