@@ -67,6 +67,8 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -75,17 +77,19 @@ using namespace std::chrono_literals;
 /// From the wish to end the program to its end, with room for the kernel to clear up.
 constexpr auto PATIENCE_AT_THE_END = 80ms;
 
-/// A place that Qt can draw on; without one it would end the program with a core dump.
-bool hasDisplay()
+/// The arguments that tell Qt which display to draw on; absent where there is none, which Qt would
+/// answer with a core dump. They are arguments because every program that Quillon starts would
+/// inherit a variable.
+std::optional<std::vector<std::string>> displayArguments()
 {
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        return true;
+        return std::vector<std::string>{};
     // A native Wayland window may not place itself, so X11 goes first where there is a choice.
-    if (quillon::X11WindowSystem::isReachable()) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-        return true;
-    }
-    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    if (quillon::X11WindowSystem::isReachable())
+        return std::vector<std::string>{"-platform", "xcb"};
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return std::vector<std::string>{};
+    return std::nullopt;
 }
 
 /// For a start that came second although none ran when it began. Returns the exit status.
@@ -141,10 +145,17 @@ bool isFirstWithoutBus(quillon::SoleInstance &sole, const std::string &action)
     return isFirst;
 }
 
-int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
+int run(std::vector<std::string> arguments, const quillon::RemoteControl::Request &request)
 {
+    // Qt wants both for as long as the application lives.
+    std::vector<char *> argv;
+    for (std::string &argument : arguments)
+        argv.push_back(argument.data());
+    auto argc = static_cast<int>(argv.size());
+    argv.push_back(nullptr);
+
     const quillon::ProgramEnd end(PATIENCE_AT_THE_END);
-    QApplication application(argc, argv);
+    QApplication application(argc, argv.data());
     quillon::translateApplication(application);
     QApplication::setApplicationName(QStringLiteral("quillon"));
     QApplication::setDesktopFileName(QStringLiteral("org.quillon.Quillon"));
@@ -179,11 +190,15 @@ int run(int &argc, char **argv, const quillon::RemoteControl::Request &request)
 int main(int argc, char **argv)
 {
     Q_INIT_RESOURCE(quillon);
-    if (!hasDisplay()) {
+    const auto display = displayArguments();
+    if (!display) {
         std::fputs("quillon: no display to show the panel on\n", stderr);
         return EXIT_FAILURE;
     }
-    // Before the toolkit, which would take it for a window that is never shown.
+    std::vector<std::string> arguments(argv, argv + argc);
+    arguments.insert(arguments.end(), display->begin(), display->end());
+    // The toolkit would take the token for a window that is never shown.
     const std::string token = quillon::takeActivationToken();
-    return run(argc, argv, {.action = argc > 1 ? argv[1] : "activate", .activationToken = token});
+    return run(std::move(arguments),
+               {.action = argc > 1 ? argv[1] : "activate", .activationToken = token});
 }

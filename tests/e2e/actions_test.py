@@ -134,6 +134,27 @@ class ActionsTest(Desktop):
         self.choose("plain", "Return")
         eventually("the second line", lambda: out.read_text() == AT_THE_START + 2 * line)
 
+    def test_starts_programs_in_the_environment_that_it_was_started_in(self):
+        record = self.home / "environment"
+        program = self.script("program", f'env -0 > "{record}.new"\nmv "{record}.new" "{record}"\n')
+        self.add_application("sketch", f"Name=Sketch\nExec={program} %F\nMimeType=inode/directory;")
+        self.open_folders_with("sketch.desktop")
+        self.make_folders("plain")
+        self.write_settings(actions(("Return", "Execute Shell Command", program),
+                                    ("ctrl+Return", "Open Application", "sketch"),
+                                    ("shift+Return", "Open in Default App", "the selected row")))
+        self.start()
+        # What shells and GIO say of themselves.
+        changing = ("PWD", "OLDPWD", "SHLVL", "_", "GIO_LAUNCHED_DESKTOP_FILE",
+                    "GIO_LAUNCHED_DESKTOP_FILE_PID")
+        expected = {name: value for name, value in self.environment().items()
+                    if name not in changing}
+        for key in ("Return", "ctrl+Return", "shift+Return"):
+            self.choose("plain", key)
+            seen = dict(os.fsdecode(entry).split("=", 1) for entry in self.recorded(record))
+            self.assertEqual({name: value for name, value in seen.items() if name not in changing},
+                             expected, key)
+
     def test_goes_on_while_an_executable_runs(self):
         os.mkfifo(self.home / "gate")
         script = self.script("waits", f"read answer <'{self.home}/gate'\necho \"$answer\"\n")
