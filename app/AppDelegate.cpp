@@ -102,7 +102,7 @@ PreferencesViewController::Services AppDelegate::preferencesServices()
                         .shortcutMonitor = shortcutMonitor_,
                         .shortcutBinder = shortcutBinder_,
                         .hotKey = *services_.hotKey,
-                        .workspace = services_.workspace,
+                        .fileManager = services_.fileManager,
                         .applications = services_.applications,
                         .autostart = services_.autostart},
             .actions = {.defaults = services_.defaults, .applications = services_.applications},

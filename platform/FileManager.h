@@ -31,6 +31,8 @@ public:
     /// else the default application for folders, else one that is installed. Empty when there is
     /// none. Any thread.
     virtual std::string application() const = 0;
+    /// What application() is as long as the user names none. Any thread.
+    virtual std::string standardApplication() const = 0;
     /// Whether the application with this desktop id is a file manager, that one or another. Any
     /// thread.
     virtual bool isFileManager(const std::string &desktopId) const = 0;

@@ -135,7 +135,7 @@ void GeneralPreferencesViewController::showEvent(QShowEvent *event)
 
 void GeneralPreferencesViewController::fillFileManagers()
 {
-    const std::string standard = services_.workspace.applicationToOpen("/");
+    const std::string standard = services_.fileManager.standardApplication();
     const std::vector<Application> installed = services_.applications.applications();
     const auto found = std::ranges::find(installed, standard, &Application::id);
     const QString standardName =

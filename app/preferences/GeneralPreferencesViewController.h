@@ -10,13 +10,13 @@ namespace quillon {
 class ApplicationLauncher;
 class Autostart;
 class DefaultsStore;
+class FileManager;
 class HotKey;
 class Preferences;
 class PreferencesSelectList;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
-class Workspace;
 
 /// The pane of what everyone sets once: the shortcut, the file manager, the start at login.
 class GeneralPreferencesViewController final : public FormPane
@@ -31,7 +31,7 @@ public:
         QLNShortcutMonitor &shortcutMonitor;
         QLNShortcutBinder &shortcutBinder;
         HotKey &hotKey;
-        const Workspace &workspace;
+        const FileManager &fileManager;
         const ApplicationLauncher &applications;
         Autostart &autostart;
     };

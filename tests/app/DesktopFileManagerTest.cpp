@@ -238,6 +238,7 @@ TEST_F(DesktopFileManagerTest, takesNoEditorForAFileManager)
     EXPECT_FALSE(manager.isFileManager("not-installed.desktop"));
     choice = "editor";
     EXPECT_EQ(manager.application(), "editor.desktop") << "the user says so";
+    EXPECT_EQ(manager.standardApplication(), "thunar.desktop");
     choice = "not-installed.desktop";
     EXPECT_EQ(manager.application(), "thunar.desktop");
 }

@@ -14,8 +14,8 @@
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/FakeApplicationLauncher.h"
 #include "tests/support/FakeDefaultsChanges.h"
+#include "tests/support/FakeFileManager.h"
 #include "tests/support/FakeHotKey.h"
-#include "tests/support/FakeWorkspace.h"
 #include "tests/support/ManualTaskQueue.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -66,7 +66,7 @@ protected:
             {.id = "hidden.desktop", .name = "Hidden", .isShown = false, .isFileManager = true},
             {.id = "org.paint.desktop", .name = "Paint & Draw", .executable = "paint"},
         };
-        workspace.folderApplication = "beta.desktop";
+        fileManager.otherDesktopId = "beta.desktop";
     }
 
     std::string file() const { return folder.readFile(FILE); }
@@ -108,7 +108,7 @@ protected:
                             .shortcutMonitor = monitor,
                             .shortcutBinder = binder,
                             .hotKey = keyboard,
-                            .workspace = workspace,
+                            .fileManager = fileManager,
                             .applications = launcher,
                             .autostart = autostart},
                 .actions = {.defaults = store, .applications = launcher},
@@ -155,7 +155,7 @@ protected:
     FakeHotKey keyboard;
     QLNShortcutMonitor monitor{store, shortcutChanges};
     QLNShortcutBinder binder{monitor, keyboard};
-    FakeWorkspace workspace;
+    FakeFileManager fileManager;
     FakeApplicationLauncher launcher;
     FakeAutostart autostart;
     DefaultsRecentAccessScoreDataStore counts{store};

@@ -31,6 +31,7 @@ public:
         return giveItems ? giveItems() : items;
     }
     std::string application() const override { return desktopId; }
+    std::string standardApplication() const override { return otherDesktopId; }
     bool isFileManager(const std::string &id) const override
     {
         return id == desktopId || id == otherDesktopId;

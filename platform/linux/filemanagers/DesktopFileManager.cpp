@@ -123,6 +123,11 @@ std::string DesktopFileManager::application() const
         if (const auto application = installedApplication(*choice))
             return g_app_info_get_id(G_APP_INFO(application.get()));
     }
+    return standardApplication();
+}
+
+std::string DesktopFileManager::standardApplication() const
+{
     // Anything may have made itself the default for folders: an editor, a disk analyser.
     const auto ids = folderApplications();
     const auto found =

@@ -33,6 +33,7 @@ public:
     std::vector<std::string> frontWindowItems() override;
 
     std::string application() const override;
+    std::string standardApplication() const override;
     bool isFileManager(const std::string &desktopId) const override;
     bool openNewWindow(const std::string &folder) override;
     bool openInFrontWindow(const std::string &folder) override;
