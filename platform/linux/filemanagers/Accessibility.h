@@ -22,13 +22,14 @@ public:
         std::string service;
         std::string path;
     };
+    /// As the accessibility bus numbers them: AtspiRole in at-spi2-core's atspi-constants.h.
     enum class Role : std::uint32_t
     {
+        layeredPane = 30,
         list = 31,
         menuBar = 34,
         menuItem = 35,
         pageTabList = 38,
-        layeredPane = 44,
         statusBar = 54,
         table = 55,
         text = 61,
