@@ -1,5 +1,7 @@
 #include "platform/linux/filemanagers/LocationBarDriver.h"
 
+#include <algorithm>
+
 namespace quillon {
 
 namespace {
@@ -21,29 +23,33 @@ protected:
     bool selectByOwnMeans(const std::string &item, const std::string &folder,
                           Deadline deadline) override
     {
+        const X11Windows &windows = surroundings().windows;
+        const auto before = windows.clients();
         if (!start({"--no-desktop"}, folder))
             return false;
-        const X11Windows &windows = surroundings().windows;
-        std::vector<std::uint32_t> first;
+        std::vector<std::uint32_t> started;
         if (windows.isComplete())
             windows.waitUntil(
-                0, [&] { return !(first = ownWindows()).empty(); }, deadline);
+                0, [&] { return !(started = windowsSince(before)).empty(); }, deadline);
         // The folder at least is open.
         if (!selectOnceReady(item, deadline))
             return true;
         // The selection comes in a second window.
-        if (!first.empty() && windows.waitUntil(
-                                  0, [&] { return ownWindows().size() > first.size(); }, deadline))
-            windows.close(first.front());
+        if (started.size() == 1 &&
+            windows.waitUntil(
+                0, [&] { return windowsSince(before).size() > 1; }, deadline))
+            windows.close(started.front());
         return true;
     }
 
 private:
-    std::vector<std::uint32_t> ownWindows() const
+    /// The windows of its class that were not there before; those may be the user's.
+    std::vector<std::uint32_t> windowsSince(const std::vector<std::uint32_t> &before) const
     {
         std::vector<std::uint32_t> ids;
         for (const DesktopWindow &window : surroundings().windows.stacked()) {
-            if (window.windowClass == identity().windowClass)
+            if (window.windowClass == identity().windowClass &&
+                std::ranges::find(before, window.id) == before.end())
                 ids.push_back(window.id);
         }
         return ids;
