@@ -74,10 +74,12 @@ BoundedCalls::~BoundedCalls()
         helper->dismiss();
 }
 
-bool BoundedCalls::runTask(std::function<void()> task)
+bool BoundedCalls::runTask(std::function<void()> task, std::chrono::milliseconds limit)
 {
+    if (limit.count() <= 0)
+        return false;
     std::shared_ptr<Helper> helper = takeHelper();
-    if (!helper->call(std::move(task), patience_))
+    if (!helper->call(std::move(task), limit))
         return false;
     const MutexLock lock(mutex_);
     idle_.push_back(std::move(helper));

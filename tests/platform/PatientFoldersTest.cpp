@@ -34,8 +34,8 @@ TEST(BoundedCalls, bringResultsBackToTheThreadsThatAskedForThem)
 
 TEST(BoundedCalls, leaveACallBehindThatDoesNotReturn)
 {
-    const auto released = std::make_shared<std::binary_semaphore>(0);
-    const auto ended = std::make_shared<std::binary_semaphore>(0);
+    const auto released = std::make_shared<std::counting_semaphore<2>>(0);
+    const auto ended = std::make_shared<std::counting_semaphore<2>>(0);
     {
         BoundedCalls calls(20ms);
         const auto hang = [released, ended] {
@@ -45,9 +45,12 @@ TEST(BoundedCalls, leaveACallBehindThatDoesNotReturn)
         };
         EXPECT_EQ(calls.run(hang), std::nullopt);
         BoundedCalls others(60s);
+        EXPECT_EQ(others.run(hang, 20ms), std::nullopt) << "this call has less time";
         EXPECT_EQ(others.run([] { return 2; }), 2);
+        EXPECT_EQ(others.run([] { return 3; }, 0ms), std::nullopt);
     }
-    released->release();
+    released->release(2);
+    ended->acquire();
     ended->acquire();
 }
 

@@ -15,9 +15,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// For all that one call asks of a file manager.
+/// For one call of the service, whatever it asks of file managers and disks on the way.
 constexpr auto CALL_LIMIT = 3000ms;
-/// For the answer of a file system.
+/// For one answer of a file system, within the limit of the call.
 constexpr auto DISK_LIMIT = 2000ms;
 /// Until a window of ours that is hidden has lost the keyboard.
 constexpr auto LEAVING_LIMIT = 150ms;
@@ -52,16 +52,10 @@ DesktopFileManager::DesktopFileManager(Choice choice)
     generic_ = std::make_unique<ManagerDriver>(ManagerDriver::Identity{}, surroundings);
 }
 
-bool DesktopFileManager::isFolder(const std::string &path)
+FolderLister::Kind DesktopFileManager::kind(const std::string &path, Deadline deadline)
 {
-    const auto kind = disk_.run([path] { return PosixFolderLister().kind(path); });
-    return kind == FolderLister::Kind::folder;
-}
-
-bool DesktopFileManager::isThere(const std::string &path)
-{
-    const auto kind = disk_.run([path] { return PosixFolderLister().kind(path); });
-    return kind == FolderLister::Kind::folder || kind == FolderLister::Kind::other;
+    const auto ask = [path] { return PosixFolderLister().kind(path); };
+    return disk_.run(ask, deadline.remaining()).value_or(FolderLister::Kind::unknown);
 }
 
 // The front window
@@ -95,17 +89,24 @@ bool DesktopFileManager::isFrontmost() const
 
 std::optional<std::string> DesktopFileManager::frontWindowFolder()
 {
+    return frontWindowFolder(Deadline(CALL_LIMIT));
+}
+
+std::optional<std::string> DesktopFileManager::frontWindowFolder(Deadline deadline)
+{
     const auto window = frontWindow();
     ManagerDriver *driver = window ? driverOf(*window) : nullptr;
-    return driver ? driver->folderOf(*window, Deadline(CALL_LIMIT)) : std::nullopt;
+    return driver ? driver->folderOf(*window, deadline) : std::nullopt;
 }
 
 std::vector<std::string> DesktopFileManager::frontWindowItems()
 {
-    const auto folder = frontWindowFolder();
-    const auto list = [path = folder.value_or("")] { return folderItems(path); };
-    return folder ? disk_.run(list).value_or(std::vector<std::string>{})
-                  : std::vector<std::string>{};
+    const Deadline deadline(CALL_LIMIT);
+    const auto folder = frontWindowFolder(deadline);
+    if (!folder)
+        return {};
+    const auto list = [path = *folder] { return folderItems(path); };
+    return disk_.run(list, deadline.remaining()).value_or(std::vector<std::string>{});
 }
 
 // Which file manager
@@ -208,14 +209,16 @@ bool DesktopFileManager::openNewWindow(const Chosen &chosen, const std::string &
 
 bool DesktopFileManager::openNewWindow(const std::string &folder)
 {
-    return isFolder(folder) && openNewWindow(chosen(), folder, Deadline(CALL_LIMIT));
+    const Deadline deadline(CALL_LIMIT);
+    return kind(folder, deadline) == FolderLister::Kind::folder &&
+           openNewWindow(chosen(), folder, deadline);
 }
 
 bool DesktopFileManager::openInFrontWindow(const std::string &folder)
 {
-    if (!isFolder(folder))
-        return false;
     const Deadline deadline(CALL_LIMIT);
+    if (kind(folder, deadline) != FolderLister::Kind::folder)
+        return false;
     const Chosen chosen = this->chosen();
     const auto front = topmostWindow(chosen.driver);
     if (!front || !chosen.driver.retarget(*front, folder, deadline))
@@ -226,9 +229,11 @@ bool DesktopFileManager::openInFrontWindow(const std::string &folder)
 
 bool DesktopFileManager::select(const std::string &item, const std::string &folder)
 {
-    if (!isThere(item) || !isFolder(folder))
-        return false;
     const Deadline deadline(CALL_LIMIT);
+    const auto itemKind = kind(item, deadline);
+    if ((itemKind != FolderLister::Kind::folder && itemKind != FolderLister::Kind::other) ||
+        kind(folder, deadline) != FolderLister::Kind::folder)
+        return false;
     const Chosen chosen = this->chosen();
     return bringUp(
         chosen.driver,

@@ -2,6 +2,7 @@
 
 #include "base/Mutex.h"
 #include "platform/FileManager.h"
+#include "platform/FolderLister.h"
 #include "platform/linux/bus/BusConnection.h"
 #include "platform/linux/filemanagers/Accessibility.h"
 #include "platform/linux/filemanagers/ManagerDriver.h"
@@ -51,8 +52,8 @@ private:
         ManagerDriver &driver;
     };
 
-    bool isFolder(const std::string &path);
-    bool isThere(const std::string &path);
+    FolderLister::Kind kind(const std::string &path, Deadline deadline);
+    std::optional<std::string> frontWindowFolder(Deadline deadline);
 
     std::optional<DesktopWindow> frontWindow() const;
     Chosen chosen();

@@ -44,7 +44,9 @@ std::optional<std::string> LocationBarDriver::toldFolder(const DesktopWindow &wi
         std::error_code ignored;
         return std::filesystem::is_directory(path, ignored);
     };
-    return folder && surroundings().disk.run(isFolder).value_or(false) ? folder : std::nullopt;
+    return folder && surroundings().disk.run(isFolder, deadline.remaining()).value_or(false)
+               ? folder
+               : std::nullopt;
 }
 
 } // namespace quillon

@@ -216,9 +216,11 @@ bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &
     // written but not gone to.
     const bool isTitleTelling = !isTitleFor(before.title, folder);
     const Deadline limit = deadline.atMost(SHOWING_LIMIT);
-    const auto isWatched = [&disk = surroundings_.disk, process = before.process, &folder] {
-        return disk.run([process, folder] { return isWatchedFolder(process, folder); })
-            .value_or(false);
+    const auto isWatched = [&] {
+        const auto ask = [process = before.process, folder] {
+            return isWatchedFolder(process, folder);
+        };
+        return surroundings_.disk.run(ask, limit.remaining()).value_or(false);
     };
     const auto hasArrived = [&] {
         DesktopWindow now = before;
@@ -257,7 +259,7 @@ std::optional<std::string> ManagerDriver::folderOf(const DesktopWindow &window, 
                          limit = deadline.atMost(SEARCH_LIMIT)] {
         return watchedFolder(process, name, limit);
     };
-    if (auto folder = surroundings_.disk.run(search).value_or(std::nullopt))
+    if (auto folder = surroundings_.disk.run(search, deadline.remaining()).value_or(std::nullopt))
         return folder;
     return untitledFolder(window, deadline.atMost(ANSWER_LIMIT));
 }
