@@ -16,6 +16,9 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <numeric>
+#include <string_view>
+#include <utility>
 
 namespace quillon {
 
@@ -77,13 +80,13 @@ std::chrono::milliseconds wholeMilliseconds(double seconds)
 }
 
 /// One place for each argument there can be: a list would take a folder named [a,b] apart.
-void addFolders(CLI::App &command, int argc, std::vector<std::string> &folders,
-                const std::string &help)
+void addTexts(CLI::App &command, int argc, const std::string &name, std::vector<std::string> &texts,
+              const std::string &help)
 {
-    const auto take = [&folders](const std::string &folder) { folders.push_back(folder); };
-    command.add_option_function<std::string>("DIR", take, help)->required()->type_name("");
+    const auto take = [&texts](const std::string &text) { texts.push_back(text); };
+    command.add_option_function<std::string>(name, take, help)->required()->type_name("");
     for (int i = 1; i < argc; ++i)
-        command.add_option_function<std::string>("DIR" + std::to_string(i), take)->group("");
+        command.add_option_function<std::string>(name + std::to_string(i), take)->group("");
 }
 
 /// Leaves out of the usage line what is in no group, as it is left out below.
@@ -110,10 +113,11 @@ void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &
     command->final_callback([&] { chosen = [&](Output &output) { return match.run(output); }; });
 }
 
-void addFind(CLI::App &app, FindCommand &find, std::function<int(Output &)> &chosen)
+void addFind(CLI::App &app, int argc, FindCommand &find, std::function<int(Output &)> &chosen)
 {
     CLI::App *command = app.add_subcommand("find", "Search folders");
-    command->add_option("QUERY", find.query, "What to look for")->required()->type_name("");
+    addTexts(*command, argc, "QUERY", find.words,
+             "What to look for; several words are joined by blanks");
     // One folder for each option: a list would be taken apart at commas.
     command
         ->add_option(
@@ -130,22 +134,22 @@ void addFind(CLI::App &app, FindCommand &find, std::function<int(Output &)> &cho
 void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, std::function<int(Output &)> &chosen)
 {
     CLI::App *command = app.add_subcommand("crawl", "Print what would be indexed");
-    const auto addTexts = [&](const char *option, std::vector<std::string> &texts, const char *type,
-                              const char *help) {
+    const auto addOption = [&](const char *option, std::vector<std::string> &texts,
+                               const char *type, const char *help) {
         command->add_option(option, texts, help)->type_name(type)->allow_extra_args(false);
     };
-    addTexts("--exclude", crawl.excludes, "PATTERN", "Skip folders with this in their path");
+    addOption("--exclude", crawl.excludes, "PATTERN", "Skip folders with this in their path");
     command->add_flag("--no-default-excludes", crawl.noDefaultExcludes,
                       "Without the patterns that a user begins with");
     command->add_flag("--no-builtin-excludes", crawl.noBuiltInExcludes,
                       "Without the patterns that always hold");
-    addTexts("--ext", crawl.extensions, "EXT",
-             "Print files with this extension, without its dot, too");
+    addOption("--ext", crawl.extensions, "EXT",
+              "Print files with this extension, without its dot, too");
     addNumber(*command, "--threads", crawl.threads, {.least = 1, .most = MOST_THREADS},
               "Share the work between N threads (2)");
     command->add_flag("-0", crawl.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--stats", crawl.stats, "Print numbers to standard error");
-    addFolders(*command, argc, crawl.folders, "Folder to crawl; may be repeated");
+    addTexts(*command, argc, "DIR", crawl.folders, "Folder to crawl; may be repeated");
     command->final_callback([&] { chosen = [&](Output &output) { return crawl.run(output); }; });
 }
 
@@ -163,8 +167,52 @@ void addWatch(CLI::App &app, int argc, WatchCommand &watch, std::function<int(Ou
         "Between looks at folders that are not watched (60)");
     addNumber(*command, "--budget", watch.budget, {}, "Watch at most N folders (half the limit)");
     command->add_flag("-0", watch.nulSeparated, "End each path with NUL, not a line feed");
-    addFolders(*command, argc, watch.folders, "Folder to watch; may be repeated");
+    addTexts(*command, argc, "DIR", watch.folders, "Folder to watch; may be repeated");
     command->final_callback([&] { chosen = [&](Output &output) { return watch.run(output); }; });
+}
+
+/// How many bytes have to be put in, left out or changed to make one text of the other.
+std::size_t editDistance(std::string_view one, std::string_view other)
+{
+    std::vector<std::size_t> row(other.size() + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (const char letter : one) {
+        std::size_t diagonal = std::exchange(row[0], row[0] + 1);
+        for (std::size_t i = 1; i < row.size(); ++i) {
+            const std::size_t changed = diagonal + (letter != other[i - 1] ? 1 : 0);
+            diagonal = std::exchange(row[i], std::min({row[i] + 1, row[i - 1] + 1, changed}));
+        }
+    }
+    return row.back();
+}
+
+bool isCommand(const CLI::App &app, std::string_view name)
+{
+    const auto isNamed = [name](const CLI::App *command) { return command->get_name() == name; };
+    return !app.get_subcommands(isNamed).empty();
+}
+
+/// What is said about a word that is no command: the one that was probably meant, else all.
+std::string unknownCommand(const CLI::App &app, const std::string &typed)
+{
+    std::string all;
+    std::string nearest;
+    // More than every other letter wrong is another word.
+    std::size_t fewest = typed.size() / 2 + 1;
+    for (const CLI::App *command : app.get_subcommands({})) {
+        const std::string &name = command->get_name();
+        all.append(all.empty() ? "" : ", ").append(name);
+        const std::size_t edits = editDistance(typed, name);
+        if (edits < fewest) {
+            fewest = edits;
+            nearest = name;
+        }
+    }
+    const std::string hint =
+        nearest.empty() ? "the commands are " + all : "did you mean \"" + nearest + "\"?";
+    std::string line = "there is no command \"" + typed + "\"; " + hint;
+    std::ranges::replace(line, '\n', ' ');
+    return line;
 }
 
 } // namespace
@@ -195,9 +243,13 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
     addMatch(app, match, chosen);
     CrawlCommand crawl;
     WatchCommand watch;
-    addFind(app, find, chosen);
+    addFind(app, argc, find, chosen);
     addCrawl(app, argc, crawl, chosen);
     addWatch(app, argc, watch, chosen);
+    if (argc > 1 && argv[1][0] != '-' && !isCommand(app, argv[1])) {
+        complain(unknownCommand(app, argv[1]));
+        return USAGE_ERROR;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &request) {

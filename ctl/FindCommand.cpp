@@ -62,11 +62,22 @@ void print(const std::vector<FuzzyMatchResult> &results, const FindCommand &how,
 
 int FindCommand::run(Output &output) const
 {
-    if (const auto results = askRunningInstance()) {
-        print(*results, *this, output);
-        return output.finish() ? SUCCESS : FAILURE;
-    }
-    return crawlAndSearch(output);
+    bool failed = false;
+    auto results = askRunningInstance();
+    if (!results)
+        results = crawlAndSearch(failed);
+    print(*results, *this, output);
+    if (!output.finish() || failed)
+        return FIND_FAILURE;
+    return results->empty() ? NOTHING_FOUND : SUCCESS;
+}
+
+std::string FindCommand::query() const
+{
+    std::string query;
+    for (const std::string &word : words)
+        query.append(query.empty() ? "" : " ").append(word);
+    return query;
 }
 
 std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() const
@@ -75,7 +86,7 @@ std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() c
         return std::nullopt;
     BusRunningInstance instance;
     const RemoteAnswer answer = instance.find({.settings = standardDefaultsPath(),
-                                               .text = query,
+                                               .text = query(),
                                                .limit = static_cast<std::uint32_t>(top)});
     if (!answer)
         return std::nullopt;
@@ -89,7 +100,7 @@ std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() c
     return results;
 }
 
-int FindCommand::crawlAndSearch(Output &output) const
+std::vector<FuzzyMatchResult> FindCommand::crawlAndSearch(bool &failed) const
 {
     JsonDefaultsStore user(standardDefaultsPath());
     ReadOnlySettings settings(user);
@@ -97,7 +108,6 @@ int FindCommand::crawlAndSearch(Output &output) const
     const PatientFolderIdentity identity(disk);
     SearchBaseFinder finder(settings, identity, stderr);
 
-    bool failed = false;
     if (!folders.empty())
         settings.includeOnly(readableFolders(folders, failed));
     else if (const char *home = std::getenv("HOME"); finder.bookmarks.load().empty() && home)
@@ -115,8 +125,7 @@ int FindCommand::crawlAndSearch(Output &output) const
         if (line.starts_with("Enumerator error "))
             complain(line);
     });
-    print(matcher.match(query, top), *this, output);
-    return output.finish() && !failed ? SUCCESS : FAILURE;
+    return matcher.match(query(), top);
 }
 
 } // namespace quillon

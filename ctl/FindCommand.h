@@ -15,7 +15,8 @@ class Output;
 /// the folders crawled now.
 struct FindCommand
 {
-    std::string query;
+    /// Joined by blanks they are the query.
+    std::vector<std::string> words;
     /// As typed, crawled in any case; none means those of the settings, or the home folder.
     std::vector<std::string> folders;
     std::size_t top = 25;
@@ -26,9 +27,11 @@ struct FindCommand
     int run(Output &output) const;
 
 private:
+    std::string query() const;
     /// Absent when there is none that could answer.
     std::optional<std::vector<FuzzyMatchResult>> askRunningInstance() const;
-    int crawlAndSearch(Output &output) const;
+    /// Sets the flag when a folder could not be read.
+    std::vector<FuzzyMatchResult> crawlAndSearch(bool &failed) const;
 };
 
 } // namespace quillon

@@ -130,7 +130,9 @@ INSTANTIATE_TEST_SUITE_P(
     Failures, CommandRows,
     testing::Values(
         Row{"noCommand", "ctl", "", 2, "subcommand"},
-        Row{"unknownCommand", "ctl grep", "", 2, "subcommand"},
+        Row{"unknownCommand", "ctl fnd x", "", 2, "\"fnd\"; did you mean \"find\"?"},
+        Row{"nothingLikeACommand", "ctl grep", "", 2, "\"grep\"; the commands are match, find, "},
+        Row{"commandOnTwoLines", "ctl $'a\nb'", "", 2, "\"a b\""},
         Row{"noQuery", "ctl match </dev/null", "", 2, "QUERY"},
         Row{"twoQueries", "ctl match a b </dev/null", "", 2, "b"},
         Row{"unknownOption", "ctl match --bogus a </dev/null", "", 2, "--bogus"},
@@ -144,7 +146,11 @@ INSTANTIATE_TEST_SUITE_P(
             2, "c.json"},
         Row{"inputIsAFolder", "ctl match a <.", "", 1, "standard input"},
         Row{"diskIsFull", "echo a | ctl match a >/dev/full", "", 1, "standard output"},
-        Row{"folderIsMissing", "ctl find --in nowhere a", "", 1, "nowhere"}),
+        Row{"folderIsMissing", "ctl find --in nowhere a", "", 2, "nowhere"},
+        Row{"nothingIsFound", "ctl find --in . zzz", "", 1},
+        Row{"nothingIsFoundForJson", "ctl find --in . --json zzz", "[]\n", 1},
+        Row{"answerIsLost", "ctl find --in . work >/dev/full", "", 2, "standard output"},
+        Row{"noWordToFind", "ctl find --in .", "", 2, "QUERY"}),
     nameOf);
 
 TEST(Match, tellsItsStatisticsInOneLastLine)
@@ -241,10 +247,19 @@ TEST_F(FindTest, takesTheConfiguredFoldersElseTheHomeFolder)
     EXPECT_EQ(session_.disk().readFile("config/quillon/quillon.json"), before);
 }
 
+TEST_F(FindTest, joinsSeveralWordsByBlanks)
+{
+    session_.disk().makeFolder("work/harbour plans/[x,y]");
+    const std::string found = work_ + "/harbour plans\n";
+    EXPECT_EQ(session_.run("ctl find harbour --in . --top 1 plans").out, found);
+    EXPECT_EQ(session_.run("ctl find --in . --top 1 'harbour plans'").out, found);
+    EXPECT_EQ(session_.run("ctl find --in . plans '[x,y]'").status, 1) << "no blank before the slash";
+}
+
 TEST_F(FindTest, goesOnWhereOneFolderIsMissing)
 {
     const Ending ending = session_.run("ctl find --in nowhere --in '[a,b]' alpha");
-    EXPECT_EQ(ending.status, 1);
+    EXPECT_EQ(ending.status, 2);
     EXPECT_EQ(ending.out, work_ + "/[a,b]/alpha\n");
     EXPECT_THAT(ending.err, MatchesRegex("quillonctl: nowhere: [^\n]+\n"));
 }
