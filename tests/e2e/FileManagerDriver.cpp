@@ -42,12 +42,15 @@ QJsonObject front(DesktopFileManager &manager)
     const auto folder = manager.frontWindowFolder();
     const auto found = std::chrono::steady_clock::now();
     QJsonArray items;
-    for (const std::string &item : manager.frontWindowItems())
+    const auto listed = manager.frontWindowItems();
+    const auto done = std::chrono::steady_clock::now();
+    for (const std::string &item : listed)
         items.append(uri(item) + QLatin1String(item.ends_with('/') ? "/" : ""));
     return {{QStringLiteral("isFrontmost"), manager.isFrontmost()},
             {QStringLiteral("folder"), folder ? uri(*folder) : QString()},
             {QStringLiteral("items"), items},
             {QStringLiteral("notedAfter"), milliseconds(noted - start)},
+            {QStringLiteral("itemsAfter"), milliseconds(done - found)},
             {QStringLiteral("milliseconds"), milliseconds(found - noted)}};
 }
 

@@ -153,13 +153,13 @@ DesktopFileManager::Chosen DesktopFileManager::chosen()
 
 // Showing folders
 
-std::optional<DesktopWindow> DesktopFileManager::topmostWindow(const ManagerDriver &driver) const
+std::vector<DesktopWindow> DesktopFileManager::shownWindows(const ManagerDriver &driver) const
 {
-    const auto windows = windows_.stacked();
-    const auto found = std::ranges::find_if(windows, [&](const DesktopWindow &window) {
-        return driverOf(window) == &driver && !window.isMinimised;
+    auto windows = windows_.stacked();
+    std::erase_if(windows, [&](const DesktopWindow &window) {
+        return driverOf(window) != &driver || window.isMinimised;
     });
-    return found == windows.end() ? std::nullopt : std::optional(*found);
+    return windows;
 }
 
 void DesktopFileManager::putInFront(std::uint32_t window, Deadline deadline) const
@@ -220,10 +220,10 @@ bool DesktopFileManager::openInFrontWindow(const std::string &folder)
     if (kind(folder, deadline) != FolderLister::Kind::folder)
         return false;
     const Chosen chosen = this->chosen();
-    const auto front = topmostWindow(chosen.driver);
-    if (!front || !chosen.driver.retarget(*front, folder, deadline))
+    const auto window = chosen.driver.retarget(shownWindows(chosen.driver), folder, deadline);
+    if (!window)
         return openNewWindow(chosen, folder, deadline);
-    putInFront(front->id, deadline);
+    putInFront(*window, deadline);
     return true;
 }
 
@@ -245,8 +245,9 @@ bool DesktopFileManager::probe()
 {
     const Deadline deadline(CALL_LIMIT);
     ManagerDriver &driver = chosen().driver;
-    const auto front = topmostWindow(driver);
-    return front ? driver.folderOf(*front, deadline).has_value() : driver.isAnswering(deadline);
+    const auto windows = shownWindows(driver);
+    return windows.empty() ? driver.isAnswering(deadline)
+                           : driver.folderOf(windows.front(), deadline).has_value();
 }
 
 } // namespace quillon

@@ -59,8 +59,8 @@ private:
     Chosen chosen();
     ManagerDriver &driverFor(const std::string &desktopId);
     ManagerDriver *driverOf(const DesktopWindow &window) const;
-    /// The topmost window of the file manager that is not minimised.
-    std::optional<DesktopWindow> topmostWindow(const ManagerDriver &driver) const;
+    /// The windows of the file manager's class that are not minimised, the topmost first.
+    std::vector<DesktopWindow> shownWindows(const ManagerDriver &driver) const;
     bool openNewWindow(const Chosen &chosen, const std::string &folder, Deadline deadline);
     /// Gives a window the keyboard, unless the user wants something of us again.
     void putInFront(std::uint32_t window, Deadline deadline) const;

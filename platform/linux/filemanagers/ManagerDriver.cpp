@@ -202,11 +202,16 @@ bool ManagerDriver::show(const DesktopWindow &, const std::string &, Deadline)
     return false;
 }
 
-bool ManagerDriver::retarget(const DesktopWindow &window, const std::string &folder,
-                             Deadline deadline)
+std::optional<std::uint32_t> ManagerDriver::retarget(const std::vector<DesktopWindow> &windows,
+                                                     const std::string &folder, Deadline deadline)
 {
-    return show(window, folder, deadline.atMost(ANSWER_LIMIT)) &&
-           comesToShow(window, folder, deadline);
+    const Deadline limit = deadline.atMost(ANSWER_LIMIT);
+    const auto asked = std::ranges::find_if(windows, [&](const DesktopWindow &window) {
+        return !limit.hasPassed() && show(window, folder, limit);
+    });
+    if (asked == windows.end() || !comesToShow(*asked, folder, deadline))
+        return std::nullopt;
+    return asked->id;
 }
 
 bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &folder,

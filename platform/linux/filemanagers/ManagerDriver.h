@@ -7,6 +7,7 @@
 
 #include <gio/gdesktopappinfo.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -60,15 +61,18 @@ public:
     /// Shows the item selected in its folder.
     bool select(GDesktopAppInfo *application, const std::string &item, const std::string &folder,
                 Deadline deadline);
-    /// Has an existing window show the folder and makes sure that it does.
-    bool retarget(const DesktopWindow &window, const std::string &folder, Deadline deadline);
+    /// Has the first of the windows that can be asked show the folder, and makes sure that it does.
+    /// Returns that window; absent when none shows it.
+    std::optional<std::uint32_t> retarget(const std::vector<DesktopWindow> &windows,
+                                          const std::string &folder, Deadline deadline);
     /// The folder that a window shows.
     std::optional<std::string> folderOf(const DesktopWindow &window, Deadline deadline);
     /// Asks the file manager something that changes nothing. False when it does not run.
     bool isAnswering(Deadline deadline);
 
 protected:
-    /// Has the window show the folder; false when it cannot be asked.
+    /// Has the window show the folder; false when it cannot be asked, as one of another program
+    /// that calls itself by the same class, or one that shows no folder.
     virtual bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline);
     /// Selects an item in a way of the file manager's own, where the usual one was of no use.
     virtual bool selectByOwnMeans(const std::string &item, const std::string &folder,

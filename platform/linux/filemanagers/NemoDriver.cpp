@@ -24,8 +24,10 @@ protected:
 
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
     {
-        // A tab of the window that was last in use.
-        return LocationBarDriver::show(window, folder, deadline) ||
+        if (LocationBarDriver::show(window, folder, deadline))
+            return true;
+        // A tab of the window that was last in use, which is none of another program.
+        return surroundings().session.process(identity().busName, deadline) == window.process &&
                start({"--existing-window"}, folder);
     }
 };

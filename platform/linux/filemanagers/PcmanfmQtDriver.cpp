@@ -57,6 +57,9 @@ protected:
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
     {
         const X11Windows &windows = surroundings().windows;
+        // No other program gets these keys.
+        if (surroundings().session.process(identity().busName, deadline) != window.process)
+            return false;
         if (!windows.activate(window.id, deadline.atMost(ACTIVATION_LIMIT)))
             return false;
         if (!windows.type(window.id, {{.symbol = 'l', .withControl = true}}))
