@@ -9,7 +9,7 @@
 #include "base/DefaultsStore.h"
 #include "platform/ApplicationLauncher.h"
 #include "platform/Autostart.h"
-#include "platform/Workspace.h"
+#include "platform/FileManager.h"
 #include "prefs/PreferenceKeys.h"
 #include "prefs/Preferences.h"
 
