@@ -24,11 +24,12 @@ protected:
 
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
     {
-        if (LocationBarDriver::show(window, folder, deadline))
-            return true;
-        // A tab of the window that was last in use, which is none of another program.
-        return surroundings().session.process(identity().busName, deadline) == window.process &&
-               start({"--existing-window"}, folder);
+        // Asked first: a busy machine may leave no time for it afterwards.
+        const bool isOwn =
+            surroundings().session.process(identity().busName, deadline) == window.process;
+        // Otherwise a tab of the window that was last in use, which is none of another program.
+        return LocationBarDriver::show(window, folder, deadline) ||
+               (isOwn && start({"--existing-window"}, folder));
     }
 };
 
