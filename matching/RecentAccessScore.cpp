@@ -9,19 +9,27 @@
 namespace quillon {
 namespace {
 
-/// The stored counts that can be used. One that would push the sum of all over its type is left
-/// out as well: the settings can be written by hand.
+/// The most that stored counts may add up to. It leaves room for more uses than anybody records.
+constexpr std::int64_t MOST_STORED = std::int64_t{1} << 62;
+
+/// The stored counts that can be used. The settings can be written by hand, so of counts that add
+/// up to too much the largest are left out.
 UseCounts loadCounts(RecentAccessScoreDataStore &store)
 {
+    std::vector<std::pair<std::int64_t, std::string>> stored;
+    for (auto &[path, value] :
+         store.dictionary(RecentAccessScoreData::KEY).value_or(DefaultsDictionary()))
+        if (const auto count = value.asInteger(); count && *count > 0)
+            stored.emplace_back(*count, path);
+    std::ranges::sort(stored);
+
     UseCounts counts;
     std::int64_t total = 0;
-    const auto stored = store.dictionary(RecentAccessScoreData::KEY);
-    if (!stored)
-        return counts;
-    for (const auto &[path, value] : *stored) {
-        const auto count = value.asInteger();
-        if (count && *count > 0 && !__builtin_add_overflow(total, *count, &total))
-            counts.emplace(path, *count);
+    for (auto &[count, path] : stored) {
+        if (count > MOST_STORED - total)
+            break;
+        total += count;
+        counts.emplace(std::move(path), count);
     }
     return counts;
 }

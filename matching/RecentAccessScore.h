@@ -102,7 +102,8 @@ private:
 class RecentAccessScore
 {
 public:
-    /// Loads the stored counts. Whatever is no whole number above zero is left out.
+    /// Loads the stored counts. Whatever is no whole number above zero is left out, and of counts
+    /// that add up to more than 2^62 the largest.
     explicit RecentAccessScore(RecentAccessScoreDataStore &store);
 
     /// Records one use of the result's path without its closing slash, so that a folder counts as the

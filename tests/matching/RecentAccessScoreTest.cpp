@@ -90,11 +90,17 @@ TEST_F(RecentAccessScoreTest, leavesOutEveryCountThatIsNone)
                                                                  {"/zero", {std::int64_t{0}}},
                                                                  {"/less", {std::int64_t{-4}}},
                                                                  {"/text", {"3"}},
+                                                                 {"/also too much", {MOST - 9}},
+                                                                 {"/bit more", {MOST / 4}},
                                                                  {"/too much", {MOST}},
                                                                  {"/yes", {true}}}});
-    const RecentAccessScore score(store);
-    EXPECT_EQ(score.topScores(10), (Strings{"/good", "/whole"}));
-    EXPECT_EQ(score.score("/good"), 0.75);
+    RecentAccessScore score(store);
+    EXPECT_EQ(score.topScores(10), (Strings{"/bit more", "/good", "/whole"}));
+    open(score, "/bit more");
+    settings.set(
+        "recent-access-score-data",
+        {DefaultsDictionary{{"/good", {std::int64_t{3}}}, {"/a", {MOST}}, {"/whole", {1.0}}}});
+    EXPECT_EQ(RecentAccessScore(store).score("/good"), 0.75);
 }
 
 TEST_F(RecentAccessScoreTest, forgetsEverything)
@@ -132,11 +138,10 @@ TEST_F(RecentAccessScoreTest, forgetsOnePath)
 
 TEST_F(RecentAccessScoreTest, stopsWhereACountNoLongerFits)
 {
-    settings.set("recent-access-score-data", {DefaultsDictionary{{"/a", {MOST}}}});
-    RecentAccessScore score(store);
-    EXPECT_DEATH(open(score, "/a"), "a use count fits");
-    EXPECT_DEATH(open(score, "/b"), "sum of all use counts");
-    EXPECT_DEATH(score.topScores(-1), "not negative");
+    RecentAccessScoreData data({{"/a", MOST}}, store);
+    EXPECT_DEATH(data.recordUse("/a"), "a use count fits");
+    EXPECT_DEATH(data.recordUse("/b"), "sum of all use counts");
+    EXPECT_DEATH(data.topPaths(-1), "not negative");
 }
 
 TEST_F(RecentAccessScoreTest, handsSearchesSharesThatAddUpWhileUsesAreRecorded)
