@@ -1,8 +1,10 @@
-# quillon_library(NAME SOURCES ... LINKS ...): one static library of the house.
-# Headers are included from the repository root, as "matching/PathTree.h".
+# quillon_library(NAME SOURCES ... LINKS ... [PRECOMPILED KIND]): one static library of the house.
+# Headers are included from the repository root, as "matching/PathTree.h". Of the kinds of headers that
+# are precompiled, it uses STANDARD unless it names another one.
 function(quillon_library name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(arg "" "PRECOMPILED" "SOURCES;LINKS" PRECOMPILED STANDARD ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${arg_LINKS})
+    quillon_precompile(${name} ${arg_PRECOMPILED})
 endfunction()
