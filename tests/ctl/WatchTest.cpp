@@ -2,6 +2,7 @@
 // with what a crawl finds. QUILLON_WATCH_RUNS says how often, each time from another seed.
 
 #include "base/Require.h"
+#include "tests/support/Needs.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -316,9 +317,9 @@ class ShortOfWatchesTest : public testing::Test
 protected:
     void SetUp() override
     {
-        if (std::system("unshare --user --map-root-user true 2>/dev/null") !=
-            0) // NOLINT(cert-env33-c)
-            GTEST_SKIP() << "no user namespaces here";
+        // NOLINTNEXTLINE(cert-env33-c)
+        const int status = std::system("unshare --user --map-root-user true 2>/dev/null");
+        QUILLON_NEEDS(status == 0, "user namespaces");
         for (int i = 0; i < 100; ++i)
             large_.disk().makeFolder("root/" + std::to_string(i) + "/deep/deeper");
         for (int i = 0; i < 8; ++i)

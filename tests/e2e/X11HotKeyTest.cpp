@@ -6,6 +6,7 @@
 #include "shortcut/QLNShortcutMonitor.h"
 #include "tests/support/FakeDefaultsChanges.h"
 #include "tests/support/FakeDefaultsStore.h"
+#include "tests/support/Needs.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QGuiApplication>
@@ -104,6 +105,8 @@ class X11HotKeyTest : public testing::Test
 protected:
     void SetUp() override
     {
+        for (const char *tool : {"xdotool", "setxkbmap", "xset"})
+            QUILLON_NEEDS_TOOL(tool);
         useLayout("us");
         // The marks are told apart by a second hot key, which does not take part in the test.
         marks.onPressed([this] { ++markCount; });
@@ -271,6 +274,8 @@ class RecorderTest : public testing::Test
 protected:
     void SetUp() override
     {
+        for (const char *tool : {"xdotool", "setxkbmap", "xset"})
+            QUILLON_NEEDS_TOOL(tool);
         QObject::connect(&binder, &QLNShortcutBinder::pressed, &binder, [this] { ++presses; });
         monitor.store(QLNShortcut{.keys = CTRL_ALT_SPACE});
         binder.start();

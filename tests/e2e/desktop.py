@@ -3,6 +3,7 @@
 import json
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -10,6 +11,7 @@ import time
 import unittest
 
 PATIENCE = 60  # seconds until something that should happen counts as missing
+SKIPPED = 77  # the status by which ctest knows a test that is skipped
 
 
 def eventually(what, probe):
@@ -22,6 +24,20 @@ def eventually(what, probe):
         if time.monotonic() > deadline:
             raise AssertionError(f"never came: {what}")
         time.sleep(0.02)
+
+
+def lacks(what):
+    """Skips the test for want of something, or fails it where QUILLON_REQUIRE_TOOLS is set."""
+    if os.environ.get("QUILLON_REQUIRE_TOOLS"):
+        raise AssertionError(f"missing here: {what}")
+    raise unittest.SkipTest(f"missing here: {what}")
+
+
+def needs(*tools):
+    """The test goes on only where these programs are installed."""
+    for tool in tools:
+        if shutil.which(tool) is None:
+            lacks(tool)
 
 
 def output(*command):
@@ -41,6 +57,7 @@ class Desktop(unittest.TestCase):
     program = ""
 
     def setUp(self):
+        needs("xdotool", "xprop", "xrandr", "xclip", "gdbus")
         # A program that was opened may write into it until its very end.
         folder = tempfile.TemporaryDirectory(prefix="quillon-e2e-", ignore_cleanup_errors=True)
         self.addCleanup(folder.cleanup)
@@ -175,4 +192,11 @@ class Desktop(unittest.TestCase):
 def main():
     """Runs the tests of the calling script; its first argument is the program."""
     Desktop.program = os.path.abspath(sys.argv.pop(1))
-    unittest.main(verbosity=2)
+    finish(unittest.main(verbosity=2, exit=False).result)
+
+
+def finish(result):
+    """Ends the script. A test that was skipped shows in the exit status."""
+    if not result.wasSuccessful():
+        sys.exit(1)
+    sys.exit(SKIPPED if result.skipped else 0)

@@ -13,7 +13,7 @@ import subprocess
 import sys
 import time
 
-from desktop import PATIENCE, Desktop, eventually, main, output, windows
+from desktop import PATIENCE, Desktop, eventually, lacks, main, needs, output, windows
 from session_manager import SessionManager
 
 # Far above what it takes on a busy machine, below the patience of everything that it waits for.
@@ -175,6 +175,7 @@ class EndingTest(Desktop):
     def test_while_the_file_manager_does_not_answer(self):
         self.make_folders("Documents/harbour")
         self.write_settings()
+        needs("thunar")
         self.open_folders_with("thunar.desktop")
         manager = subprocess.Popen(["thunar", "--daemon"], env=self.environment(),
                                    stderr=subprocess.DEVNULL)
@@ -221,6 +222,7 @@ class EndingTest(Desktop):
         self.assertEqual(child.wait(PATIENCE), 0)
 
     def test_while_the_disk_hangs(self):
+        needs("bindfs", "fusermount3")
         self.make_folders("source/Documents/harbour")
         mounted = self.tree / "mounted"
         mounted.mkdir()
@@ -229,7 +231,7 @@ class EndingTest(Desktop):
         self.children.append(disk)
         eventually("the disk", lambda: os.path.ismount(mounted) or disk.poll() is not None)
         if disk.poll() is not None:
-            self.skipTest("nothing can be mounted here")
+            lacks("the right to mount")
         self.addCleanup(subprocess.run, ["fusermount3", "-uz", mounted], check=True)
         self.write_settings()
         with self.stopped(disk.pid):

@@ -23,7 +23,7 @@ import time
 import unittest
 import urllib.parse
 
-from desktop import PATIENCE, eventually, output
+from desktop import PATIENCE, eventually, finish, needs, output
 
 DRIVER = ""
 # Window class and desktop id.
@@ -74,6 +74,7 @@ class FileManager:
     manager = ""
 
     def setUp(self):
+        needs(self.manager, "xdotool", "xprop")
         self.window_class, self.desktop_id = MANAGERS[self.manager]
         folder = tempfile.TemporaryDirectory(prefix="fm-", dir=os.environ["HOME"])
         self.addCleanup(folder.cleanup)
@@ -368,4 +369,4 @@ if __name__ == "__main__":
     result = unittest.TextTestRunner(verbosity=2).run(suite)
     if options.table:
         pathlib.Path(options.table).write_text(page())
-    sys.exit(not result.wasSuccessful())
+    finish(result)

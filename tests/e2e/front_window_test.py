@@ -10,7 +10,7 @@ import subprocess
 import sys
 import time
 
-from desktop import Desktop, eventually, main, output, windows
+from desktop import Desktop, eventually, main, needs, output, windows
 
 # Command for a window, window class, desktop id.
 MANAGERS = {
@@ -34,6 +34,7 @@ class FrontWindowTest(Desktop):
         program, self.record = self.recorder()
         self.add_application("reader", f"Name=Reader\nExec={program} %f\nMimeType=text/plain;")
         self.command, self.window_class, desktop_id = MANAGERS[self.manager]
+        needs(self.command[0])
         self.open_folders_with(f"{desktop_id}.desktop")
         with open(self.config / "mimeapps.list", "a", encoding="utf-8") as file:
             file.write("text/plain=reader.desktop\n")

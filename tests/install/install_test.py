@@ -12,7 +12,7 @@ import tempfile
 import unittest
 import xml.etree.ElementTree
 
-from desktop import PATIENCE, eventually, windows
+from desktop import PATIENCE, eventually, finish, needs, windows
 
 CMAKE, BUILD, VERSION = "", "", ""
 NAME = "org.quillon.Quillon"
@@ -22,6 +22,7 @@ OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*|-0)(?![\w-])")
 
 def run(*command, **more):
     """Standard output of a command that succeeds."""
+    needs(command[0])
     done = subprocess.run(command, capture_output=True, text=True, timeout=PATIENCE, check=False,
                           **more)
     if done.returncode != 0:
@@ -107,6 +108,7 @@ class FilesTest(Installed):
                  for folder in ("man", "de")}
         self.assertEqual(names, dict.fromkeys(names, {"quillon", "quillonctl"}))
         for page in pages:
+            needs("man")
             read = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", str(page)],
                                   capture_output=True, text=True, timeout=PATIENCE, check=True,
                                   env=dict(os.environ, MANWIDTH="200", LC_ALL="C.UTF-8"))
@@ -207,4 +209,4 @@ class BusTest(Installed):
 if __name__ == "__main__":
     CMAKE, BUILD, VERSION = sys.argv[1:4]
     del sys.argv[1:4]
-    unittest.main(verbosity=2)
+    finish(unittest.main(verbosity=2, exit=False).result)

@@ -1,5 +1,6 @@
 #include "platform/linux/disk/StatxFolderIdentity.h"
 
+#include "tests/support/Needs.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +20,7 @@ class StatxFolderIdentityTest : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!folders.identify(root.path()))
-            GTEST_SKIP() << "this file system keeps no birth times";
+        QUILLON_NEEDS(folders.identify(root.path()), "a file system that keeps birth times");
     }
 
     TemporaryFolder root;

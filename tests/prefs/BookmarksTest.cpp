@@ -2,6 +2,7 @@
 
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "tests/support/FakeDefaultsStore.h"
+#include "tests/support/Needs.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnprivilegedUser.h"
 
@@ -91,8 +92,7 @@ TEST_F(BookmarksTest, followAFolderToItsNewName)
 {
     const std::string old = root.makeFolder("a/Old");
     const std::string renamed = root.path("a/New");
-    if (!folders.identify(old))
-        GTEST_SKIP() << "this file system keeps no birth times";
+    QUILLON_NEEDS(folders.identify(old), "a file system that keeps birth times");
     EXPECT_TRUE(bookmarks.add(old));
     fs::rename(old, renamed);
     EXPECT_EQ(resolved(), Strings{renamed}); // The entry was found after the listing began.

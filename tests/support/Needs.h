@@ -1,0 +1,42 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <string>
+
+namespace quillon {
+
+/// Whether a program of the name is found on the PATH.
+inline bool isInstalled(const std::string &program)
+{
+    const char *path = std::getenv("PATH");
+    std::istringstream folders(path == nullptr ? "" : path);
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        std::error_code absent;
+        if (std::filesystem::exists(std::filesystem::path(folder) / program, absent))
+            return true;
+    }
+    return false;
+}
+
+/// Whether a test fails where the system lacks what it needs. Elsewhere it is skipped.
+inline bool needsAreRequired()
+{
+    return std::getenv("QUILLON_REQUIRE_TOOLS") != nullptr;
+}
+
+} // namespace quillon
+
+/// Ends the test where the system lacks what it needs; the text names that.
+#define QUILLON_NEEDS(isThere, what)                                                               \
+    if (isThere) {                                                                                 \
+    } else if (quillon::needsAreRequired())                                                        \
+        FAIL() << "missing here: " << what;                                                        \
+    else                                                                                           \
+        GTEST_SKIP() << "missing here: " << what
+
+/// The same for a program.
+#define QUILLON_NEEDS_TOOL(program) QUILLON_NEEDS(quillon::isInstalled(program), program)
