@@ -1,6 +1,6 @@
 # quillon_library(NAME SOURCES ... LINKS ... [PRECOMPILED KIND]): one static library of the house.
-# Headers are included from the repository root, as "matching/PathTree.h". Of the kinds of headers that
-# are precompiled, it uses STANDARD unless it names another one.
+# Headers are included from the repository root, as "matching/PathTree.h". The kind of precompiled
+# headers is STANDARD unless another one is named.
 function(quillon_library name)
     cmake_parse_arguments(arg "" "PRECOMPILED" "SOURCES;LINKS" PRECOMPILED STANDARD ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})

@@ -1,29 +1,31 @@
 # Headers that are compiled once for all that include them, which more than halves a first build.
 #
-# A compiler cache does that work better and is defeated by them: a build with one does without. So do
-# the builds for tools that read the sources by themselves. Those builds also show an include that is
-# missing.
+# A compiler cache saves more and cannot share them between folders, so a build that has one does without
+# them. So do the builds for tools that read the sources by themselves. Those builds also show a missing
+# include.
 set(precompile ON)
 if(CMAKE_CXX_COMPILER_LAUNCHER)
     set(precompile OFF)
 endif()
-option(QUILLON_PRECOMPILE "Precompile the headers of the toolkit and of the standard library" ${precompile})
+option(QUILLON_PRECOMPILE "Precompile the headers of the toolkit and the standard library"
+    ${precompile})
 
 set(standard_headers
-    <algorithm> <array> <atomic> <charconv> <chrono> <cstdio> <cstdlib> <filesystem> <functional> <map>
-    <memory> <mutex> <optional> <set> <span> <stop_token> <string> <string_view> <system_error> <thread>
-    <unordered_map> <unordered_set> <utility> <variant> <vector>)
+    <algorithm> <array> <atomic> <charconv> <chrono> <cstdio> <cstdlib> <filesystem> <functional>
+    <map> <memory> <mutex> <optional> <set> <span> <stop_token> <string> <string_view>
+    <system_error> <thread> <unordered_map> <unordered_set> <utility> <variant> <vector>)
 set(widget_headers
-    <QAbstractItemView> <QApplication> <QBoxLayout> <QCheckBox> <QComboBox> <QGridLayout> <QKeyEvent> <QLabel>
-    <QLineEdit> <QMenu> <QPainter> <QPointer> <QPushButton> <QScreen> <QScrollBar> <QStyle> <QTimer>)
+    <QAbstractItemView> <QApplication> <QBoxLayout> <QCheckBox> <QComboBox> <QGridLayout>
+    <QKeyEvent> <QLabel> <QLineEdit> <QMenu> <QPainter> <QPointer> <QPushButton> <QScreen>
+    <QScrollBar> <QStyle> <QTimer>)
 
-# A unit refuses what was compiled with other options than its own.
+# A unit refuses headers that were compiled with other options than its own.
 if(QUILLON_PRECOMPILE)
     add_compile_options(-pthread)
 endif()
 
-# quillon_precompile(TARGET KIND): the target's sources find the headers of the kind compiled. What the
-# target links has to link what the kind does.
+# quillon_precompile(TARGET KIND): the target's sources use the precompiled headers of the kind. The
+# target has to link the libraries that the kind links.
 #   STANDARD        the standard library, in targets that see Qt Core
 #   WIDGETS         the same and Qt Widgets
 #   TESTS           STANDARD and GoogleTest
