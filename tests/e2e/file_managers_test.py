@@ -339,6 +339,8 @@ def version(manager):
 NOTES = """
 - "front window" has the topmost window of the file manager that is not minimised show the folder; its
   other windows stay as they are. dolphin and, where it cannot be asked otherwise, nemo open a tab of it.
+- A window of another program that calls itself by the file manager's class, as a file manager that runs for
+  another user does, is passed over.
 - "select" with nothing running starts the file manager first. caja shows a window of its own then,
   which is closed once the selection is there.
 - dolphin and pcmanfm-qt show no names that are not valid UTF-8.
