@@ -188,9 +188,20 @@ void AppDelegate::showShortcutFault()
         footer.setNotice({});
         return;
     }
-    footer.setNotice(
-        tr("%1 does not work. Preferences…").arg(QString::fromStdString(shortcut->text())),
-        QLNShortcutValidator::words(*fault, *shortcut));
+    const QString keys = QString::fromStdString(shortcut->text());
+    const QString reason = QLNShortcutValidator::words(*fault, *shortcut);
+    footer.setNotice(tr("%1 does not work. Preferences…").arg(keys), reason);
+    // The set-up and the preferences say it beside the shortcut.
+    if (windowTracker_.isVisible(WindowTracker::onboardingWindow) ||
+        windowTracker_.isVisible(WindowTracker::preferencesWindow))
+        return;
+    // Where the desktop shows no notifications, the panel's footer has to do.
+    services_.notifications.show(
+        {.title = tr("%1 does not bring Quillon up").arg(keys).toStdString(),
+         .text = reason.toStdString(),
+         .choice = Notifications::Choice{tr("Preferences…").toStdString(),
+                                         [this] { openPreferences(); }}},
+        [] {});
 }
 
 void AppDelegate::trackWindows()

@@ -84,7 +84,8 @@ private:
     void buildEnded() override;
 
     void joinSearchPanel();
-    /// Says in the panel that the stored shortcut cannot be had, or no longer says so.
+    /// Says in the panel and in a notification that the stored shortcut cannot be had, or takes the
+    /// word in the panel back.
     void showShortcutFault();
     void trackWindows();
     PanelPalette palette() const;

@@ -11,6 +11,7 @@
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
+#include "platform/linux/session/BusNotifications.h"
 #include "platform/linux/session/PortalAppearance.h"
 #include "platform/linux/session/QtClipboard.h"
 #include "platform/linux/session/QtTaskQueues.h"
@@ -69,6 +70,7 @@ struct DesktopServices
     StateWindowPlaces windowPlaces;
     XdgAutostart autostart;
     PortalAppearance appearance;
+    BusNotifications notifications;
     FeedUpdateController updateController;
     const std::unique_ptr<HotKey> hotKey;
 };

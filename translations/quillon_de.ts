@@ -752,6 +752,14 @@
         <source>%1 does not work. Preferences…</source>
         <translation>%1 funktioniert nicht. Einstellungen …</translation>
     </message>
+    <message>
+        <source>%1 does not bring Quillon up</source>
+        <translation>%1 holt Quillon nicht nach vorn</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Einstellungen …</translation>
+    </message>
 </context>
 <context>
     <name>quillon::AppleEventPermissionViewController</name>

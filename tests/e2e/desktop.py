@@ -185,6 +185,21 @@ class Desktop(unittest.TestCase):
     def stored(self):
         return json.loads(self.settings.read_text()) if self.settings.exists() else {}
 
+    def start_notification_server(self):
+        """Returns what reads the notifications that were shown so far, each with title and text."""
+        record = self.home / "notifications"
+        server = pathlib.Path(__file__).parent / "notification_server.py"
+        self.children.append(subprocess.Popen(["/usr/bin/python3", server, record],
+                                              env=self.environment()))
+        eventually("the server for notifications", lambda: record.exists() and record.read_text())
+        return lambda: [json.loads(line) for line in record.read_text().splitlines() if line]
+
+    def dismiss_failure(self):
+        """Where nothing shows notifications, a window says what could not be opened."""
+        self.window("Quillon – Not Opened")
+        self.press("Escape")
+        eventually("the window's end", lambda: not windows("quillon", "Quillon – Not Opened"))
+
     def uses(self):
         return self.stored().get("recent-access-score-data", {})
 

@@ -21,6 +21,20 @@ PREFERENCES = "Preferences"
 PANEL = "Quillon"
 SETTINGS = "Quillon – Settings"
 
+# A program that has taken Ctrl+Alt+Space, whatever the locks.
+TAKE_KEY = """
+import ctypes, time
+x11 = ctypes.CDLL("libX11.so.6")
+x11.XOpenDisplay.restype = ctypes.c_void_p
+display = ctypes.c_void_p(x11.XOpenDisplay(None))
+root = ctypes.c_ulong(x11.XDefaultRootWindow(display))
+for locks in (0, 2, 16, 18):
+    x11.XGrabKey(display, x11.XKeysymToKeycode(display, 0x20), 12 | locks, root, 1, 1, 1)
+x11.XSync(display, 0)
+print("taken", flush=True)
+time.sleep(3600)
+"""
+
 
 def active_window():
     return output("xdotool", "getactivewindow").strip()
@@ -111,6 +125,28 @@ class LifecycleTest(Desktop):
                                    timeout=PATIENCE, check=False)
             self.assertEqual((ended.returncode, ended.stderr),
                              (1, "quillon: no display to show the panel on\n"))
+
+    def test_says_that_its_key_cannot_be_had(self):
+        self.children.append(subprocess.Popen([sys.executable, "-c", TAKE_KEY],
+                                              stdout=subprocess.PIPE, env=self.environment()))
+        self.addCleanup(self.children[-1].stdout.close)
+        self.children[-1].stdout.readline()
+        notifications = self.start_notification_server()
+        self.write_settings()
+        self.launch("--background", stderr=subprocess.DEVNULL)
+        said = eventually("a word about the key", notifications)
+        self.assertEqual(said, [{"title": "Ctrl+Alt+Space does not bring Quillon up",
+                                 "text": "Ctrl+Alt+Space is in use by another program."}])
+
+        # The panel's bottom line says it too, and leads to the preferences.
+        self.assertEqual(self.request("--show"), 0)
+        self.wait_for_keyboard(PANEL)
+        panel = self.panel()[0]
+        size = dict(line.split("=") for line in
+                    output("xdotool", "getwindowgeometry", "--shell", panel).splitlines())
+        subprocess.run(["xdotool", "mousemove", "--window", panel, str(int(size["WIDTH"]) - 60),
+                        str(int(size["HEIGHT"]) - 19), "click", "1"], check=True)
+        self.wait_for_keyboard(PREFERENCES)
 
     def test_waits_for_settings_that_it_can_use(self):
         self.write_settings()

@@ -35,8 +35,7 @@ bool SoleInstance::claim()
     std::string name = "org.quillon.Quillon-" + std::to_string(getuid()) + '-' + display();
     name.resize(std::min(name.size(), sizeof address.sun_path - 1));
     std::ranges::copy(name, address.sun_path + 1);
-    const auto length =
-        static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
     socket_ = Descriptor(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     return bind(socket_.get(), reinterpret_cast<const sockaddr *>(&address), length) == 0 ||
            errno != EADDRINUSE;
