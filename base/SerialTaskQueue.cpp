@@ -1,5 +1,6 @@
 #include "base/SerialTaskQueue.h"
 
+#include <system_error>
 #include <utility>
 
 #include <pthread.h>
@@ -13,17 +14,26 @@ constexpr std::size_t MAX_THREAD_NAME = 15;
 
 } // namespace
 
-SerialTaskQueue::SerialTaskQueue(std::string label)
-    : label_(std::move(label)), thread_([this] { run(); })
-{
-    const std::string name = label_.substr(label_.rfind('.') + 1).substr(0, MAX_THREAD_NAME);
-    ::pthread_setname_np(thread_.native_handle(), name.c_str());
-}
+SerialTaskQueue::SerialTaskQueue(std::string label) : label_(std::move(label)) {}
 
 SerialTaskQueue::~SerialTaskQueue()
 {
     finish(std::chrono::milliseconds::zero());
-    thread_.join();
+    if (thread_.joinable())
+        thread_.join();
+}
+
+/// Where the system has no thread to give, the tasks wait until it has one for a later task.
+void SerialTaskQueue::startThread()
+{
+    try {
+        thread_ = std::thread([this] { run(); });
+    } catch (const std::system_error &) {
+        return;
+    }
+    hasEnded_ = false;
+    const std::string name = label_.substr(label_.rfind('.') + 1).substr(0, MAX_THREAD_NAME);
+    ::pthread_setname_np(thread_.native_handle(), name.c_str());
 }
 
 void SerialTaskQueue::post(Task task)
@@ -36,6 +46,8 @@ void SerialTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
     const MutexLock lock(mutex_);
     if (isClosed_)
         return;
+    if (!thread_.joinable())
+        startThread();
     // The time is read under the lock, so that it rises from task to task.
     tasks_.emplace(Clock::now() + delay, std::move(task));
     changed_.notifyAll();

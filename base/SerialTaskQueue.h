@@ -32,6 +32,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    void startThread() REQUIRES(mutex_);
     void run() EXCLUDES(mutex_);
     /// Waits for the next task that is due; empty when the queue is closed.
     Task take() EXCLUDES(mutex_);
@@ -42,7 +43,9 @@ private:
     /// Those that are due at the same time in the order in which they were posted.
     std::multimap<Clock::time_point, Task> tasks_ GUARDED_BY(mutex_);
     bool isClosed_ GUARDED_BY(mutex_) = false;
-    bool hasEnded_ GUARDED_BY(mutex_) = false;
+    /// No task runs and none will: the thread has ended, or was never needed.
+    bool hasEnded_ GUARDED_BY(mutex_) = true;
+    /// Started by the first task.
     std::thread thread_;
 };
 

@@ -28,7 +28,8 @@ CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_to
 {
     {
         const std::stop_callback whenStopped(stop, [this] { requestStop(); });
-        start();
+        if (!start())
+            crawlAlone(progress);
         while (!isOver()) {
             waitAWhile();
             deliver(progress);
@@ -39,16 +40,32 @@ CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_to
     return total();
 }
 
-void CrawlTeam::start()
+/// One thread is enough to crawl. False when the system has none to give.
+bool CrawlTeam::start()
 {
     const MutexLock lock(mutex_);
-    // One thread is enough to crawl, none is not.
     while (!stopped_ && members_.size() < options_.threads && addMember()) {
     }
-    if (!stopped_ && members_.empty()) {
-        fail(std::make_error_code(std::errc::resource_unavailable_try_again));
-        finish();
+    return stopped_ || !members_.empty();
+}
+
+/// Crawls on the thread that called run(). A call that does not return holds it up: nobody else is
+/// there to notice.
+void CrawlTeam::crawlAlone(const Crawler::Progress &progress)
+{
+    CrawlWorker *worker = nullptr;
+    {
+        const MutexLock lock(mutex_);
+        worker = members_.emplace_back(std::make_unique<CrawlWorker>(*this)).worker.get();
+        worker->setMaxOpen(maxOpen_);
     }
+    Clock::time_point next = Clock::now();
+    worker->run(true, [&] {
+        if (Clock::now() < next)
+            return;
+        deliver(progress);
+        next = Clock::now() + TICK;
+    });
 }
 
 bool CrawlTeam::isOver()
@@ -323,7 +340,7 @@ void CrawlTeam::endThreads()
         for (Member &member : members_) {
             if (member.worker->isGivenUp())
                 member.thread.detach();
-            else
+            else if (member.thread.joinable())
                 threads.push_back(std::move(member.thread));
         }
     }

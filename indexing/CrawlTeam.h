@@ -75,14 +75,16 @@ private:
     struct Member
     {
         std::unique_ptr<CrawlWorker> worker;
-        std::thread thread;
+        /// The worker's own thread; none when the thread that crawls does the work itself.
+        std::thread thread = {};
         /// As it was last seen, and since when.
         std::uint64_t activity = 0;
-        Clock::time_point since;
+        Clock::time_point since = {};
         bool isStalled = false;
     };
 
-    void start() EXCLUDES(mutex_);
+    bool start() EXCLUDES(mutex_);
+    void crawlAlone(const Crawler::Progress &progress) EXCLUDES(mutex_);
     bool isOver() EXCLUDES(mutex_);
     void waitAWhile() EXCLUDES(mutex_);
     CrawlResult total() EXCLUDES(mutex_);

@@ -17,13 +17,16 @@ bool isShortage(const std::error_code &error)
 
 } // namespace
 
-void CrawlWorker::run(bool isFirst)
+void CrawlWorker::run(bool isFirst, const std::function<void()> &betweenFolders)
 {
     CrawlItem item;
     bool goesOn = !isFirst || visitRoot();
-    // What was got may be taken away again before it is taken up.
-    while (goesOn)
+    // Another worker may take away what this one was given before it visits any of it.
+    while (goesOn) {
+        if (betweenFolders)
+            betweenFolders();
         goesOn = take(item) ? visit(item) : team_.waitForWork(*this);
+    }
     ended_ = true;
 }
 

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,8 +35,9 @@ public:
 
     explicit CrawlWorker(CrawlTeam &team) : team_(team) {}
 
-    /// The thread's whole life. The first worker begins with the root.
-    void run(bool isFirst);
+    /// Visits folders until the crawl is over. The first worker begins with the root. The function,
+    /// if any, is called between two folders.
+    void run(bool isFirst, const std::function<void()> &betweenFolders = {});
 
     /// Gives away half of what is left. False when there is nothing to share or, unless everything
     /// is asked for, only what the worker itself is about to visit.

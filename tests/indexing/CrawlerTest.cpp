@@ -6,6 +6,7 @@
 #include "tests/support/FakeFolderLister.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnprivilegedUser.h"
+#include "tests/support/WithoutThreads.h"
 
 #include <gmock/gmock.h>
 
@@ -86,6 +87,26 @@ TEST(Crawler, keepsFoldersAndIncludedFilesAndEntersNeitherPackagesNorLinks)
     EXPECT_EQ(crawl.result.folders, 4U);
     EXPECT_EQ(crawl.result.files, 2U);
     EXPECT_THAT(crawl.others, Contains(StartsWith("Processing " + disk.path())));
+}
+
+TEST(Crawler, needsNoSecondThread)
+{
+    const TemporaryFolder disk;
+    for (const char *folder : {"a/b/c", "a/d", "e"})
+        disk.makeFolder(folder);
+    std::filesystem::permissions(disk.path(), std::filesystem::perms(0755));
+    EXPECT_TRUE(holdsWithoutThreads([&] {
+        RecordingSink sink;
+        bool isToldOfProgress = false;
+        PosixFolderLister lister;
+        const CrawlResult result = Crawler(lister, std::make_shared<SkipRules>())
+                                       .crawl(disk.path(), {}, sink, [&](const std::string &line) {
+                                           isToldOfProgress =
+                                               isToldOfProgress || line.starts_with("Processing ");
+                                       });
+        return result.outcome == CrawlResult::Outcome::complete && sink.kept.size() == 5 &&
+               isToldOfProgress;
+    }));
 }
 
 TEST(Crawler, tellsArmingOfEachFolderBeforeItIsRead)

@@ -5,6 +5,7 @@
 #include "matching/RecentAccessScore.h"
 #include "tests/matching/RandomTexts.h"
 #include "tests/support/FakeDefaultsStore.h"
+#include "tests/support/WithoutThreads.h"
 
 #include <climits>
 #include <gmock/gmock.h>
@@ -127,6 +128,14 @@ TEST_F(FuzzyMatchRanking, equalsThePlainRuleOnTwoThreads)
             recordUse(*std::next(texts.begin(), static_cast<long>(random.below(texts.size()))));
         expectPlainRanking(texts, random.query(), 25);
     }
+}
+
+TEST_F(FuzzyMatchRanking, needsNoSecondThread)
+{
+    for (int i = 0; i < 25'000; ++i)
+        match.add("/folder " + std::to_string(i));
+    match.setSearchThreads(2);
+    EXPECT_TRUE(holdsWithoutThreads([&] { return textsFor("folder 24999").size() == 1; }));
 }
 
 TEST_F(FuzzyMatchRanking, ordersAsAUserExpects)

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -56,18 +57,25 @@ std::string text(GBytes *bytes)
 class GioProcessRunner::Watch
 {
 public:
-    Watch(ObjectRef<GSubprocess> process, Ended ended)
-        : process_(std::move(process)),
-          cancellable_(g_cancellable_new()),
-          thread_([this, ended = std::move(ended)] {
-              collect(ended);
-              hasEnded_ = true;
-          })
-    {}
+    Watch(ObjectRef<GSubprocess> process, const Ended &ended)
+        : process_(std::move(process)), cancellable_(g_cancellable_new())
+    {
+        try {
+            thread_ = std::thread([this, ended] {
+                collect(ended);
+                hasEnded_ = true;
+            });
+        } catch (const std::system_error &) {
+            // Where the system has no thread to give, the caller waits for the program's end.
+            collect(ended);
+            hasEnded_ = true;
+        }
+    }
     ~Watch()
     {
         g_cancellable_cancel(cancellable_.get());
-        thread_.join();
+        if (thread_.joinable())
+            thread_.join();
     }
     Watch(const Watch &) = delete;
     Watch &operator=(const Watch &) = delete;
@@ -105,7 +113,7 @@ std::optional<std::string> GioProcessRunner::run(const Command &command, Ended e
         return error->message;
     const MutexLock lock(mutex_);
     std::erase_if(watches_, [](const auto &watch) { return watch->hasEnded(); });
-    watches_.push_back(std::make_unique<Watch>(std::move(process), std::move(ended)));
+    watches_.push_back(std::make_unique<Watch>(std::move(process), ended));
     return std::nullopt;
 }
 

@@ -7,7 +7,9 @@
 #include <cerrno>
 #include <csignal>
 #include <string>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 #include <unistd.h>
 
@@ -53,9 +55,15 @@ PatientOutput::PatientOutput(int descriptor) : lines_(new Lines(descriptor)), fo
     if (!stream_)
         return;
     setvbuf(stream_, nullptr, _IOLBF, BUFSIZ);
+    try {
+        // Left behind with the process when it hangs, and what it uses with it.
+        std::thread([lines = lines_] { carryOn(*lines); }).detach();
+    } catch (const std::system_error &) {
+        // Without a thread the lines are written by whoever says them.
+        std::fclose(std::exchange(stream_, nullptr));
+        return;
+    }
     stdout = stream_;
-    // Left behind with the process when it hangs, and what it uses with it.
-    std::thread([lines = lines_] { carryOn(*lines); }).detach();
 }
 
 PatientOutput::~PatientOutput()

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <system_error>
 #include <thread>
 
 #include <unistd.h>
@@ -79,7 +80,12 @@ ProgramEnd::ProgramEnd(milliseconds patience)
     pthread_sigmask(SIG_BLOCK, &awaited, nullptr);
     // Both stay with the process.
     static QObject *const mainThread = new QObject;
-    std::thread([] { waitForSignals(*mainThread); }).detach();
+    try {
+        std::thread([] { waitForSignals(*mainThread); }).detach();
+    } catch (const std::system_error &) {
+        // Without a thread that waits for them the signals end the program as usual.
+        pthread_sigmask(SIG_UNBLOCK, &awaited, nullptr);
+    }
 }
 
 ProgramEnd::~ProgramEnd()

@@ -44,6 +44,8 @@ void MainTaskQueue::close()
 PoolTaskQueue::PoolTaskQueue(int threads)
 {
     pool_.setMaxThreadCount(threads);
+    // A thread that has been had is kept: later the system may have none to give.
+    pool_.setExpiryTimeout(-1);
 }
 
 PoolTaskQueue::~PoolTaskQueue()
