@@ -140,6 +140,7 @@ OnboardingViewController *AppDelegate::makeOnboarding()
                                          .hotKey = *services_.hotKey,
                                          .clipboard = services_.clipboard,
                                          .background = services_.backgroundQueue,
+                                         .counting = services_.countingQueue,
                                          .main = services_.mainQueue},
                                         QDir::homePath().toStdString(), *this);
 }

@@ -23,15 +23,17 @@ constexpr std::chrono::seconds WORKSPACE_PATIENCE{3};
 DesktopServices::DesktopServices(const BuildSettings &build, const std::string &programsFolder)
     : backgroundQueue(std::max(FEWEST_BACKGROUND_THREADS, QThread::idealThreadCount())),
       iconQueue(1),
+      countingQueue(1),
       actionQueue(1),
       eventQueue("org.quillon.Quillon.sbw-fs-events"),
       defaults(standardDefaultsPath()),
       defaultsChanges(standardDefaultsPath()),
       defaultsChangesForPreferences(standardDefaultsPath()),
-      workspace(diskWorkspace, WORKSPACE_PATIENCE),
+      diskCalls({.diskOf = remoteDiskOf}),
+      workspace(diskWorkspace, diskCalls, WORKSPACE_PATIENCE),
       fileManager([this] { return defaults.string(PreferenceKeys::FILE_MANAGER); }),
-      folderLister(diskLister),
-      folderIdentity(diskIdentity),
+      folderLister(diskLister, diskCalls),
+      folderIdentity(diskIdentity, diskCalls),
       windowPlaces(standardWindowPlacesPath()),
       updateController(
           {.feed = build.updateFeed, .publicKey = build.updateKey, .version = build.version},
@@ -46,7 +48,7 @@ bool DesktopServices::finish(std::chrono::milliseconds patience)
     const Deadline deadline(patience);
     mainQueue.close();
     bool haveEnded = eventQueue.finish(deadline.remaining());
-    for (PoolTaskQueue *queue : {&backgroundQueue, &actionQueue, &iconQueue})
+    for (PoolTaskQueue *queue : {&backgroundQueue, &actionQueue, &iconQueue, &countingQueue})
         haveEnded = queue->finish(deadline.remaining()) && haveEnded;
     return haveEnded;
 }

@@ -48,6 +48,8 @@ struct DesktopServices
     MainTaskQueue mainQueue;
     PoolTaskQueue backgroundQueue;
     PoolTaskQueue iconQueue;
+    /// Where folders are counted, which may take long and must hold nothing up.
+    PoolTaskQueue countingQueue;
     PoolTaskQueue actionQueue;
     SerialTaskQueue eventQueue;
 
@@ -55,6 +57,8 @@ struct DesktopServices
     /// One receiver each: the shortcut, and the preferences window.
     SettingsFileChanges defaultsChanges;
     SettingsFileChanges defaultsChangesForPreferences;
+    /// What all that asks the disk goes through, so that what one finds silent the others know.
+    BoundedCalls diskCalls;
     GioWorkspace diskWorkspace;
     PatientWorkspace workspace;
     GioApplicationLauncher applications;

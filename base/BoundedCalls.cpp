@@ -1,33 +1,77 @@
 #include "base/BoundedCalls.h"
 
+#include <algorithm>
+#include <string_view>
+#include <system_error>
 #include <thread>
 
 namespace quillon {
+
+/// The disks that did not answer, and the calls into them that have not returned yet.
+struct BoundedCalls::Silence
+{
+    bool covers(std::string_view path, Clock::time_point now, std::size_t mostLeftBehind)
+    {
+        const MutexLock lock(mutex);
+        std::erase_if(until, [now](const auto &disk) { return disk.second <= now; });
+        return leftBehind >= mostLeftBehind || std::ranges::any_of(until, [path](const auto &disk) {
+                   const std::string &folder = disk.first;
+                   return path.starts_with(folder) &&
+                          (path.size() == folder.size() || folder.ends_with('/') ||
+                           path[folder.size()] == '/');
+               });
+    }
+    void begin(const std::string &disk, Clock::time_point end)
+    {
+        const MutexLock lock(mutex);
+        ++leftBehind;
+        until[disk] = end;
+    }
+    void end(const std::string &disk)
+    {
+        const MutexLock lock(mutex);
+        --leftBehind;
+        until.erase(disk);
+    }
+
+    Mutex mutex;
+    std::map<std::string, Clock::time_point> until GUARDED_BY(mutex);
+    std::size_t leftBehind GUARDED_BY(mutex) = 0;
+};
 
 /// A thread that makes one call after the other until it is dismissed.
 class BoundedCalls::Helper
 {
 public:
+    /// Null when the system has no thread to give.
     static std::shared_ptr<Helper> start()
     {
         auto helper = std::make_shared<Helper>();
-        std::thread([helper] { helper->work(); }).detach();
+        try {
+            std::thread([helper] { helper->work(); }).detach();
+        } catch (const std::system_error &) {
+            return nullptr;
+        }
         return helper;
     }
 
-    /// False when the call has not returned in time; the helper is of no use any more then.
-    bool call(std::function<void()> task, std::chrono::milliseconds patience) EXCLUDES(mutex_)
+    /// False when the call has not returned in time. The helper is of no use any more then, and
+    /// calls gaveUp() at once and hasReturned() should the call ever return.
+    bool call(std::function<void()> task, std::chrono::milliseconds patience,
+              const std::function<void()> &gaveUp, std::function<void()> hasReturned)
+        EXCLUDES(mutex_)
     {
-        const auto end = std::chrono::steady_clock::now() + patience;
+        const auto end = Clock::now() + patience;
         const MutexLock lock(mutex_);
         task_ = std::move(task);
         isBusy_ = true;
         changed_.notifyAll();
         while (isBusy_) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-                end - std::chrono::steady_clock::now());
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
             if (left.count() <= 0) {
                 isDismissed_ = true;
+                hasReturned_ = std::move(hasReturned);
+                gaveUp();
                 return false;
             }
             changed_.waitFor(mutex_, left);
@@ -49,12 +93,14 @@ private:
             task();
     }
 
-    /// Tells that the last task is done and waits for another one; empty after the last.
+    /// Takes note that the last task is done and waits for another one; empty after the last.
     std::function<void()> next() EXCLUDES(mutex_)
     {
         const MutexLock lock(mutex_);
         if (!task_)
             isBusy_ = false;
+        if (hasReturned_)
+            hasReturned_();
         changed_.notifyAll();
         while (!task_ && !isDismissed_)
             changed_.wait(mutex_);
@@ -64,9 +110,16 @@ private:
     Mutex mutex_;
     Condition changed_;
     std::function<void()> task_ GUARDED_BY(mutex_);
+    std::function<void()> hasReturned_ GUARDED_BY(mutex_);
     bool isBusy_ GUARDED_BY(mutex_) = false;
     bool isDismissed_ GUARDED_BY(mutex_) = false;
 };
+
+BoundedCalls::BoundedCalls() : BoundedCalls(Options()) {}
+
+BoundedCalls::BoundedCalls(Options options)
+    : options_(std::move(options)), silence_(std::make_shared<Silence>())
+{}
 
 BoundedCalls::~BoundedCalls()
 {
@@ -74,12 +127,23 @@ BoundedCalls::~BoundedCalls()
         helper->dismiss();
 }
 
-bool BoundedCalls::runTask(std::function<void()> task, std::chrono::milliseconds limit)
+bool BoundedCalls::runTask(const std::string &path, std::chrono::milliseconds patience,
+                           std::function<void()> task)
 {
-    if (limit.count() <= 0)
+    if (patience.count() <= 0 || silence_->covers(path, options_.now(), options_.mostLeftBehind))
         return false;
     std::shared_ptr<Helper> helper = takeHelper();
-    if (!helper->call(std::move(task), limit))
+    if (!helper) {
+        task();
+        return true;
+    }
+    const auto disk = std::make_shared<std::string>();
+    const auto gaveUp = [&] {
+        *disk = options_.diskOf ? options_.diskOf(path) : path;
+        silence_->begin(*disk, options_.now() + options_.silence);
+    };
+    if (!helper->call(std::move(task), patience, gaveUp,
+                      [silence = silence_, disk] { silence->end(*disk); }))
         return false;
     const MutexLock lock(mutex_);
     idle_.push_back(std::move(helper));

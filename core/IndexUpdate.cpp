@@ -71,10 +71,7 @@ bool IndexUpdate::isSkipped(const std::string &folder) const
 /// pattern skips it, and an include folder may be behind a link.
 FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
 {
-    if (isUnanswered_)
-        return Kind::unknown;
     const Kind kind = terms_.folderLister.kind(isRoot(path) ? path + "/." : path);
-    isUnanswered_ = kind == Kind::unknown;
     if (isRoot(path))
         return kind == Kind::other ? Kind::nothing : kind;
     const auto isIncluded = [&] {

@@ -114,8 +114,6 @@ private:
     const Terms terms_;
     const ExtensionSet extensions_;
     const std::string path_;
-    /// A file system was asked and did not answer. Stands before what the constructor asks for.
-    bool isUnanswered_ = false;
     Kind kind_;
     bool isPackage_ = false;
     FoundPaths found_;

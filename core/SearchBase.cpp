@@ -110,10 +110,10 @@ SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
       searchBaseIgnorePaths_(searchBaseFinder),
       services_(std::move(services)),
       changes_(std::make_shared<Changes>(*this)),
-      searchBaseWatcher_(services_.watching
-                             ? std::make_unique<SearchBaseWatcher>(
-                                   searchBaseFinder_, searchBaseIgnorePaths_, *services_.watching)
-                             : nullptr)
+      searchBaseWatcher_(services_.watching ? std::make_unique<SearchBaseWatcher>(
+                                                  searchBaseIgnorePaths_, *services_.watching)
+                                            : nullptr),
+      locations_(std::make_shared<const SearchLocations>())
 {
     if (searchBaseWatcher_)
         searchBaseWatcher_->setDelegate(changes_);
@@ -172,6 +172,29 @@ std::size_t SearchBase::count() const
     return searchBasePaths_.count();
 }
 
+std::shared_ptr<const SearchLocations> SearchBase::locations() const
+{
+    const MutexLock lock(watching_);
+    return locations_;
+}
+
+std::vector<std::string> SearchBase::awayFolders() const
+{
+    std::vector<std::string> folders;
+    {
+        const MutexLock lock(watching_);
+        if (areCrawled_)
+            folders = locations_->folders;
+        for (const SearchLocations::Missing &folder : locations_->missing)
+            folders.push_back(folder.path.empty() ? folder.name : folder.path);
+    }
+    const ReadingIndex reading(searchBasePaths_.lock());
+    std::erase_if(folders, [this](const std::string &folder) NO_THREAD_SAFETY_ANALYSIS {
+        return searchBasePaths_.paths().contains(folder);
+    });
+    return folders;
+}
+
 std::vector<std::string> SearchBase::paths() const
 {
     std::vector<std::string> paths;
@@ -209,19 +232,16 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
     const std::stop_token isReset = beginBuild();
     const EitherStop end(stop, isReset);
     const MutexLock changing(changing_);
-    const std::set<std::string> patterns = includeFilePatterns();
-    searchBaseIgnorePaths_.refresh();
-    roots_.clear();
+    const std::shared_ptr<const SearchLocations> locations = takeLocations();
     std::string starting = "Starting search with ";
-    for (const IncludePathSearchBaseLocation &location : searchBaseFinder_.includeLocations()) {
-        roots_.push_back(location.url());
-        starting += location.url();
-    }
+    for (const std::string &folder : locations->folders)
+        starting += folder;
     progress(starting);
 
-    Watched watched = beginArming(patterns);
+    const std::set<std::string> patterns = locations->extensions();
+    Watched watched = beginArming(*locations);
     IndexSink sink(searchBasePaths_, isReset);
-    for (const std::string &root : roots_) {
+    for (const std::string &root : locations->folders) {
         progress("Scanning " + root);
         const CrawlResult result =
             enumerate(root, patterns, sink, progress, end.token(), watched.arming);
@@ -231,7 +251,7 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
             services_.logger.log(PACKAGE_TAG + root);
         progress("Added " + std::to_string(count()) + " items");
     }
-    startWatching(std::move(watched), end.token());
+    endBuild(std::move(watched), *locations, end.token());
 }
 
 std::stop_token SearchBase::beginBuild()
@@ -242,12 +262,23 @@ std::stop_token SearchBase::beginBuild()
     return beginAnew();
 }
 
-SearchBase::Watched SearchBase::beginArming(const std::set<std::string> &patterns)
+std::shared_ptr<const SearchLocations> SearchBase::takeLocations()
+{
+    // Looked for before the lock is taken: a reset waits for no disk.
+    auto locations =
+        std::make_shared<const SearchLocations>(SearchLocations::of(searchBaseFinder_));
+    searchBaseIgnorePaths_.refresh(*locations);
+    const MutexLock lock(watching_);
+    return locations_ = std::move(locations);
+}
+
+SearchBase::Watched SearchBase::beginArming(const SearchLocations &locations)
 {
     if (!searchBaseWatcher_)
         return {};
-    auto items = std::make_shared<IndexedItems>(searchBasePaths_, searchBaseIgnorePaths_.rules(),
-                                                ExtensionSet(patterns), roots_);
+    auto items =
+        std::make_shared<IndexedItems>(searchBasePaths_, searchBaseIgnorePaths_.rules(),
+                                       ExtensionSet(locations.extensions()), locations.roots());
     {
         const MutexLock lock(watching_);
         if (items_)
@@ -257,20 +288,22 @@ SearchBase::Watched SearchBase::beginArming(const std::set<std::string> &pattern
     return {.items = items, .arming = searchBaseWatcher_->beginArming(items)};
 }
 
-void SearchBase::startWatching(Watched watched, const std::stop_token &stop)
+void SearchBase::endBuild(Watched watched, const SearchLocations &locations,
+                          const std::stop_token &stop)
 {
-    if (!searchBaseWatcher_)
-        return;
-    // Asked before the lock is taken: a reset waits for no disk.
-    std::vector<std::string> paths = searchBaseWatcher_->pathsToWatch();
     const MutexLock lock(watching_);
-    if (!stop.stop_requested())
-        searchBaseWatcher_->startWatching(std::move(paths), std::move(watched.items),
+    if (stop.stop_requested())
+        return;
+    areCrawled_ = true;
+    // Missing folders are watched too, for the time when they come.
+    if (searchBaseWatcher_)
+        searchBaseWatcher_->startWatching(locations.roots(), std::move(watched.items),
                                           std::move(watched.arming));
 }
 
 void SearchBase::stopWatching()
 {
+    areCrawled_ = false;
     if (searchBaseWatcher_)
         searchBaseWatcher_->stopWatching();
     if (items_)
@@ -321,6 +354,10 @@ void SearchBase::update(const std::string &path, const std::stop_token &stop)
         services_.logger.log("sbl_ignore_app " + path);
         return;
     }
+    if (!path.starts_with('/')) {
+        services_.logger.log("sbl_ignore_relative " + path);
+        return;
+    }
     std::stop_token isReset;
     {
         const ReadingIndex reading(searchBasePaths_.lock());
@@ -331,11 +368,12 @@ void SearchBase::update(const std::string &path, const std::stop_token &stop)
     if (end.token().stop_requested())
         return;
     const std::string url(withoutTrailingSlashes(path));
-    const std::set<std::string> patterns = includeFilePatterns();
+    const std::shared_ptr<const SearchLocations> locations = this->locations();
+    const std::set<std::string> patterns = locations->extensions();
     IndexUpdate update(searchBasePaths_,
                        {.folderLister = services_.folderLister,
                         .patterns = patterns,
-                        .roots = roots_,
+                        .roots = locations->roots(),
                         .rules = searchBaseIgnorePaths_.rules(),
                         .isReset = isReset,
                         .now = services_.now},

@@ -4,6 +4,7 @@
 #include "core/SearchBasePaths.h"
 #include "indexing/SearchBaseIgnorePaths.h"
 #include "indexing/SearchBaseWatcher.h"
+#include "indexing/SearchLocations.h"
 #include "matching/FuzzyMatch.h"
 #include "results/SearchBaseResult.h"
 
@@ -87,6 +88,11 @@ public:
     std::set<std::string> includeFilePatterns() const;
     /// Number of paths indexed.
     std::size_t count() const;
+    /// What the last build took from the settings, the running one included; never null.
+    std::shared_ptr<const SearchLocations> locations() const EXCLUDES(watching_);
+    /// The include folders that are away: since the last build, or by now. While a build runs only
+    /// those that it found missing.
+    std::vector<std::string> awayFolders() const EXCLUDES(watching_);
     /// Every path indexed, ascending by bytes.
     std::vector<std::string> paths() const;
     /// How the include folders are watched; absent while they are not.
@@ -114,10 +120,12 @@ private:
     /// Ends what is under way. Returns what ends with the next call.
     std::stop_token beginAnew() REQUIRES(searchBasePaths_.lock());
     std::stop_token beginBuild() EXCLUDES(watching_);
+    /// Reads what is to be indexed, for everything until the next build.
+    std::shared_ptr<const SearchLocations> takeLocations() EXCLUDES(watching_);
     /// Nothing in it when nobody tells of changes.
-    Watched beginArming(const std::set<std::string> &patterns) REQUIRES(changing_)
+    Watched beginArming(const SearchLocations &locations) EXCLUDES(watching_);
+    void endBuild(Watched watched, const SearchLocations &locations, const std::stop_token &stop)
         EXCLUDES(watching_);
-    void startWatching(Watched watched, const std::stop_token &stop) EXCLUDES(watching_);
     void stopWatching() REQUIRES(watching_);
     CrawlResult enumerate(const std::string &url, const std::set<std::string> &patterns,
                           CrawlSink &sink, const Progress &progress, const std::stop_token &stop,
@@ -141,11 +149,12 @@ private:
 
     /// Held by a build or an update as long as it takes; taken before the index's lock.
     Mutex changing_;
-    /// The include folders of the last build.
-    std::vector<std::string> roots_ GUARDED_BY(changing_);
     /// Held while watching begins or ends; taken after the one above, before the index's lock.
-    Mutex watching_;
-    /// Of the build whose folders are watched, or are about to be.
+    mutable Mutex watching_;
+    std::shared_ptr<const SearchLocations> locations_ GUARDED_BY(watching_);
+    /// A build has crawled all of them and the index was not reset since.
+    bool areCrawled_ GUARDED_BY(watching_) = false;
+    /// What the watch asks the index; null before a build begins and after a reset.
     std::shared_ptr<IndexedItems> items_ GUARDED_BY(watching_);
     /// Requested when the index is reset or built anew.
     std::stop_source anew_ GUARDED_BY(searchBasePaths_.lock());

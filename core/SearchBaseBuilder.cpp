@@ -9,16 +9,6 @@
 
 namespace quillon {
 
-SearchLocations SearchLocations::of(SearchBaseFinder &finder)
-{
-    SearchLocations locations{.folders = {},
-                              .excludePatterns = finder.excludePatternsPreferences.values(),
-                              .filePatterns = finder.includeFilePatternPreferences.values()};
-    for (const IncludePathSearchBaseLocation &location : finder.includeLocations())
-        locations.folders.push_back(location.url());
-    return locations;
-}
-
 SearchBaseBuilder::SearchBaseBuilder(const Services &services) : services_(services) {}
 
 void SearchBaseBuilder::start()
@@ -35,6 +25,7 @@ void SearchBaseBuilder::begin()
         return;
     isBuilding_ = true;
     isWantedAgain_ = false;
+    ++builds_;
     began_ = services_.now();
     services_.searchBase.reset();
     services_.background.post([this] { build(); });
@@ -44,24 +35,20 @@ void SearchBaseBuilder::begin()
 /// On the background queue.
 void SearchBaseBuilder::build()
 {
-    // Read before the build reads them: a change in between costs a needless build, not a lost one.
-    SearchLocations locations = SearchLocations::of(services_.searchBaseFinder);
     services_.searchBase.build(
         [this](const std::string &line) {
             services_.main.post(
                 [this, line] { tell(&SearchBaseBuildObserver::buildProgressed, line); });
         },
         stop_.get_token());
-    services_.main.post([this, locations = std::move(locations)]() mutable {
-        buildReturned(std::move(locations));
-    });
+    services_.main.post(
+        [this, locations = services_.searchBase.locations()] { buildReturned(*locations); });
 }
 
-void SearchBaseBuilder::buildReturned(SearchLocations locations)
+void SearchBaseBuilder::buildReturned(const SearchLocations &locations)
 {
-    lastBuild_ = {.locations = std::move(locations),
-                  .ended = std::chrono::system_clock::now(),
-                  .took = elapsed()};
+    lastBuild_ = {
+        .locations = locations, .ended = std::chrono::system_clock::now(), .took = elapsed()};
     endUnlessWantedAgain();
 }
 
@@ -69,6 +56,7 @@ void SearchBaseBuilder::endUnlessWantedAgain()
 {
     if (!std::exchange(isWantedAgain_, false) || stop_.stop_requested()) {
         isBuilding_ = false;
+        lookForAwayFolders();
         return tell(&SearchBaseBuildObserver::buildEnded);
     }
     services_.background.post([this] {
@@ -77,6 +65,32 @@ void SearchBaseBuilder::endUnlessWantedAgain()
                 endUnlessWantedAgain();
             else
                 begin();
+        });
+    });
+}
+
+void SearchBaseBuilder::lookForAwayFolders()
+{
+    if (stop_.stop_requested() || services_.searchBase.awayFolders().empty())
+        return;
+    const auto isLast = [this, build = builds_] { return !isBuilding_ && build == builds_; };
+    services_.main.postDelayed(AWAY_INTERVAL, [this, isLast] {
+        if (!isLast())
+            return;
+        services_.background.post([this, isLast] {
+            const bool hasOneCome = std::ranges::any_of(
+                services_.searchBase.awayFolders(), [this](const std::string &folder) {
+                    return services_.searchBaseFinder.bookmarks.presence(folder) ==
+                           FolderPresence::there;
+                });
+            services_.main.post([this, isLast, hasOneCome] {
+                if (!isLast())
+                    return;
+                if (hasOneCome)
+                    start();
+                else
+                    lookForAwayFolders();
+            });
         });
     });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "indexing/SearchLocations.h"
+
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -12,19 +14,6 @@ namespace quillon {
 class SearchBase;
 class SearchBaseFinder;
 class TaskQueue;
-
-/// Everything the settings say about what is indexed, as it was at one time.
-struct SearchLocations
-{
-    /// Absolute paths, ascending.
-    std::vector<std::string> folders;
-    std::vector<std::string> excludePatterns;
-    std::vector<std::string> filePatterns;
-
-    /// Looks at the folders, so not on the main thread.
-    static SearchLocations of(SearchBaseFinder &finder);
-    friend bool operator==(const SearchLocations &, const SearchLocations &) = default;
-};
 
 /// Told on the main thread how the builds go.
 class SearchBaseBuildObserver
@@ -41,11 +30,15 @@ public:
     virtual void buildEnded() {}
 };
 
-/// Runs the full builds of the search base, one at a time. Main thread only; the queues run nothing
-/// of it any more when it goes.
+/// Runs the full builds of the search base, one at a time, and one more when an include folder that
+/// was away has come back without the watch having noticed. Main thread only; the queues run
+/// nothing of it any more when it goes.
 class SearchBaseBuilder
 {
 public:
+    /// Between two looks for the folders that are away.
+    static constexpr std::chrono::minutes AWAY_INTERVAL{1};
+
     struct Services
     {
         SearchBase &searchBase;
@@ -71,8 +64,8 @@ public:
     void stop() { stop_.request_stop(); }
 
     bool isBuilding() const { return isBuilding_; }
-    /// False when the last build found no folder to index.
-    bool hasLocations() const { return !lastBuild_ || !lastBuild_->locations.folders.empty(); }
+    /// False when the settings named no folder for the last build, there or not.
+    bool hasLocations() const { return !lastBuild_ || lastBuild_->locations.nameFolders(); }
     /// How long the running build has been at it.
     std::chrono::duration<double> elapsed() const { return services_.now() - began_; }
     /// Absent before the first one has ended.
@@ -85,8 +78,9 @@ public:
 private:
     void begin();
     void build();
-    void buildReturned(SearchLocations locations);
+    void buildReturned(const SearchLocations &locations);
     void endUnlessWantedAgain();
+    void lookForAwayFolders();
     template <typename... Parameters, typename... Arguments>
     void tell(void (SearchBaseBuildObserver::*what)(Parameters...), const Arguments &...arguments);
 
@@ -95,6 +89,8 @@ private:
     std::vector<SearchBaseBuildObserver *> observers_;
     bool isBuilding_ = false;
     bool isWantedAgain_ = false;
+    /// Counts the builds, so that a look for away folders ends with the build it belongs to.
+    unsigned builds_ = 0;
     std::chrono::steady_clock::time_point began_;
     std::optional<Build> lastBuild_;
 };

@@ -105,13 +105,14 @@ std::vector<FuzzyMatchResult> FindCommand::crawlAndSearch(bool &failed) const
     JsonDefaultsStore user(standardDefaultsPath());
     ReadOnlySettings settings(user);
     const StatxFolderIdentity disk;
-    const PatientFolderIdentity identity(disk);
+    BoundedCalls diskCalls({.diskOf = remoteDiskOf});
+    const PatientFolderIdentity identity(disk, diskCalls);
     SearchBaseFinder finder(settings, identity, stderr);
 
     if (!folders.empty())
-        settings.includeOnly(readableFolders(folders, failed));
+        settings.includeOnly(readableFolders(folders, identity, failed));
     else if (const char *home = std::getenv("HOME"); finder.bookmarks.load().empty() && home)
-        settings.includeOnly(readableFolders({home}, failed));
+        settings.includeOnly(readableFolders({home}, identity, failed));
 
     DefaultsRecentAccessScoreDataStore counts(settings);
     RecentAccessScore score(counts);

@@ -5,8 +5,11 @@
 
 namespace quillon {
 
+class FolderIdentity;
+
 /// The absolute paths of folders named on the command line. Complains about each that cannot be
 /// read, leaves it out and sets failed.
-std::vector<std::string> readableFolders(const std::vector<std::string> &typed, bool &failed);
+std::vector<std::string> readableFolders(const std::vector<std::string> &typed,
+                                         const FolderIdentity &identity, bool &failed);
 
 } // namespace quillon

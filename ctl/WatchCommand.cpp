@@ -51,14 +51,15 @@ int WatchCommand::run(Output &output) const
     JsonDefaultsStore user(standardDefaultsPath());
     ReadOnlySettings settings(user);
     const StatxFolderIdentity disk;
-    const PatientFolderIdentity identity(disk);
+    BoundedCalls diskCalls({.diskOf = remoteDiskOf});
+    const PatientFolderIdentity identity(disk, diskCalls);
     SearchBaseFinder finder(settings, identity, stderr);
     bool failed = false;
-    settings.includeOnly(readableFolders(folders, failed));
+    settings.includeOnly(readableFolders(folders, identity, failed));
 
     FuzzyMatch matcher(nullptr);
     PosixFolderLister folderLister;
-    PatientFolderLister lister(folderLister);
+    PatientFolderLister lister(folderLister, diskCalls);
     SearchBaseLogger logger(settings, stderr);
     InlineTaskQueue mainQueue;
     SerialTaskQueue eventQueue("org.quillon.Quillon.sbw-fs-events");

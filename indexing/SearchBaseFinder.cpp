@@ -1,8 +1,8 @@
 #include "indexing/SearchBaseFinder.h"
 
+#include "indexing/SearchLocations.h"
 #include "prefs/PreferenceKeys.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -57,15 +57,7 @@ SearchBaseFinder::SearchBaseFinder(DefaultsStore &store, const FolderIdentity &f
 
 std::vector<IncludePathSearchBaseLocation> SearchBaseFinder::includeLocations()
 {
-    std::vector<std::string> paths = bookmarks.allURLs();
-    std::ranges::sort(paths);
-    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
-    return locationsOf<IncludePathSearchBaseLocation>(paths);
-}
-
-std::vector<IncludePathSearchBaseLocation> SearchBaseFinder::lostIncludeLocations() const
-{
-    return locationsOf<IncludePathSearchBaseLocation>(bookmarks.lost());
+    return locationsOf<IncludePathSearchBaseLocation>(SearchLocations::of(*this).folders);
 }
 
 std::vector<ExcludePatternSearchBaseLocation> SearchBaseFinder::excludeLocations() const
@@ -83,6 +75,14 @@ SearchBaseFinder::includeFilePatternLocations() const
 std::vector<ExcludePatternSearchBaseLocation> SearchBaseFinder::builtInExcludeLocations()
 {
     return locationsOf<ExcludePatternSearchBaseLocation>(BUILT_IN_EXCLUDE_PATTERNS);
+}
+
+std::vector<std::string> SearchBaseFinder::patternsInForce() const
+{
+    std::vector<std::string> patterns = excludePatternsPreferences.values();
+    patterns.insert(patterns.end(), BUILT_IN_EXCLUDE_PATTERNS.begin(),
+                    BUILT_IN_EXCLUDE_PATTERNS.end());
+    return patterns;
 }
 
 std::vector<std::string> SearchBaseFinder::defaultExcludePatterns()

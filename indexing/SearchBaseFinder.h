@@ -28,8 +28,8 @@ public:
 
 /// Lists the configured search locations and removes them.
 ///
-/// Reads the defaults store on every call and holds nothing in between. Reading is safe from every
-/// thread; removing, and setting the delegate, belong to the main thread.
+/// Reads the defaults store on every call and holds nothing in between. Safe from every thread, but
+/// for the delegate, which is set and told on one thread.
 class SearchBaseFinder
 {
 public:
@@ -40,15 +40,14 @@ public:
 
     /// Every include folder that resolves, listed once, ascending by path.
     std::vector<IncludePathSearchBaseLocation> includeLocations();
-    /// Every include folder that is away now or may not be read, as the settings name it, ascending
-    /// by path. It can be removed like the others.
-    std::vector<IncludePathSearchBaseLocation> lostIncludeLocations() const;
     /// The user's patterns in their order.
     std::vector<ExcludePatternSearchBaseLocation> excludeLocations() const;
     /// The user's extensions in their order.
     std::vector<IncludeFilePatternSearchBaseLocation> includeFilePatternLocations() const;
     /// The patterns that always hold, in their order; nowhere stored or shown.
     static std::vector<ExcludePatternSearchBaseLocation> builtInExcludeLocations();
+    /// The texts of the patterns that keep folders out: the user's, then the built-in ones.
+    std::vector<std::string> patternsInForce() const;
     /// The user's patterns as long as the user has changed nothing.
     static std::vector<std::string> defaultExcludePatterns();
 

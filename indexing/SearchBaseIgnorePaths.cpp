@@ -1,10 +1,8 @@
 #include "indexing/SearchBaseIgnorePaths.h"
 
-#include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchLocations.h"
 
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace quillon {
 
@@ -14,16 +12,12 @@ SearchBaseIgnorePaths::SearchBaseIgnorePaths(SearchBaseFinder &searchBaseFinder)
 
 void SearchBaseIgnorePaths::refresh()
 {
-    std::vector<std::string> patterns;
-    for (const auto &location : searchBaseFinder_.excludeLocations())
-        patterns.push_back(location.pattern());
-    for (const auto &location : SearchBaseFinder::builtInExcludeLocations())
-        patterns.push_back(location.pattern());
-    std::vector<std::string> folders;
-    for (const auto &location : searchBaseFinder_.includeLocations())
-        folders.push_back(location.url());
-    auto rules = std::make_shared<const SkipRules>(patterns, std::move(folders));
+    refresh(SearchLocations::of(searchBaseFinder_));
+}
 
+void SearchBaseIgnorePaths::refresh(const SearchLocations &locations)
+{
+    auto rules = locations.rules();
     const MutexLock lock(mutex_);
     rules_ = std::move(rules);
 }

@@ -9,6 +9,7 @@
 namespace quillon {
 
 class SearchBaseFinder;
+struct SearchLocations;
 
 /// Tells whether a folder must be skipped, for the crawl and the watcher alike.
 ///
@@ -22,6 +23,8 @@ public:
     /// Takes over the patterns and include folders in force now: the user's patterns before the
     /// built-in ones, the folders by path.
     void refresh();
+    /// The same with those that a build has taken.
+    void refresh(const SearchLocations &locations);
 
     /// The test by a folder's path alone.
     bool shouldSkipPath(std::string_view path) const;

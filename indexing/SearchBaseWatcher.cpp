@@ -1,6 +1,5 @@
 #include "indexing/SearchBaseWatcher.h"
 
-#include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseIgnorePaths.h"
 
 #include <algorithm>
@@ -17,11 +16,9 @@
 
 namespace quillon {
 
-SearchBaseWatcher::SearchBaseWatcher(SearchBaseFinder &searchBaseFinder,
-                                     const SearchBaseIgnorePaths &searchBaseIgnorePaths,
+SearchBaseWatcher::SearchBaseWatcher(const SearchBaseIgnorePaths &searchBaseIgnorePaths,
                                      const Services &services)
-    : searchBaseFinder_(searchBaseFinder),
-      searchBaseIgnorePaths_(searchBaseIgnorePaths),
+    : searchBaseIgnorePaths_(searchBaseIgnorePaths),
       services_(services),
       coalesce_(WITHIN_PERIOD, services.coalesceDelay)
 {}
@@ -46,14 +43,6 @@ std::shared_ptr<FSEventArming>
 SearchBaseWatcher::beginArming(std::shared_ptr<const FSEventItemTest> items)
 {
     return services_.events.beginArming(std::move(items));
-}
-
-std::vector<std::string> SearchBaseWatcher::pathsToWatch()
-{
-    std::vector<std::string> paths;
-    for (const IncludePathSearchBaseLocation &location : searchBaseFinder_.includeLocations())
-        paths.push_back(location.url());
-    return paths;
 }
 
 void SearchBaseWatcher::startWatching(std::vector<std::string> paths,

@@ -13,7 +13,6 @@
 
 namespace quillon {
 
-class SearchBaseFinder;
 class SearchBaseIgnorePaths;
 
 /// Told of changed folders.
@@ -52,8 +51,7 @@ public:
         std::chrono::milliseconds coalesceDelay = Coalesce::DELAY;
     };
 
-    SearchBaseWatcher(SearchBaseFinder &searchBaseFinder,
-                      const SearchBaseIgnorePaths &searchBaseIgnorePaths, const Services &services);
+    SearchBaseWatcher(const SearchBaseIgnorePaths &searchBaseIgnorePaths, const Services &services);
     ~SearchBaseWatcher();
     SearchBaseWatcher(const SearchBaseWatcher &) = delete;
     SearchBaseWatcher &operator=(const SearchBaseWatcher &) = delete;
@@ -63,8 +61,6 @@ public:
     /// What a crawl is given so that changes count from before a folder is listed; null when
     /// nothing can be watched.
     std::shared_ptr<FSEventArming> beginArming(std::shared_ptr<const FSEventItemTest> items);
-    /// The include folders as they are now. Asks the disk and takes as long as that does.
-    std::vector<std::string> pathsToWatch();
     /// Watches these paths, which are sorted, in place of what was watched before.
     void startWatching(std::vector<std::string> paths, std::shared_ptr<const FSEventItemTest> items,
                        std::shared_ptr<FSEventArming> armed) EXCLUDES(mutex_);
@@ -80,7 +76,6 @@ private:
                   const std::stop_token &stop) EXCLUDES(mutex_);
     void tell(const std::string &path, const std::stop_token &stop) EXCLUDES(mutex_);
 
-    SearchBaseFinder &searchBaseFinder_;
     const SearchBaseIgnorePaths &searchBaseIgnorePaths_;
     const Services services_;
     /// For the event queue alone.

@@ -17,6 +17,19 @@ struct FolderId
     friend bool operator==(const FolderId &, const FolderId &) = default;
 };
 
+/// What is known of a folder at a path.
+enum class FolderPresence
+{
+    /// A folder is there whose names may be listed and whose contents may be entered.
+    there,
+    /// A folder is there and may not be listed or entered.
+    unreadable,
+    /// No folder is there, or nothing that can be reached.
+    away,
+    /// The file system does not answer.
+    unanswered,
+};
+
 /// Facts about single folders. Safe from every thread. A symbolic link to a folder counts as a
 /// folder whose identity is the link's own.
 class FolderIdentity
@@ -27,10 +40,8 @@ public:
     FolderIdentity(const FolderIdentity &) = delete;
     FolderIdentity &operator=(const FolderIdentity &) = delete;
 
-    /// True when a folder stands at the absolute path, whether or not it may be read.
-    virtual bool isFolder(const std::string &path) const = 0;
-    /// True when the folder's names may be listed and its contents entered.
-    virtual bool isReadable(const std::string &path) const = 0;
+    /// Looks at what stands at the absolute path.
+    virtual FolderPresence presence(const std::string &path) const = 0;
     /// Absent when no folder stands there, or its file system keeps no birth times.
     virtual std::optional<FolderId> identify(const std::string &path) const = 0;
     /// The absolute path of the folder directly below the parent that has this identity; absent

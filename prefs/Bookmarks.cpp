@@ -1,10 +1,14 @@
 #include "prefs/Bookmarks.h"
 
 #include "base/PathText.h"
-#include "platform/FolderIdentity.h"
 
+#include <algorithm>
+#include <atomic>
 #include <charconv>
+#include <cstddef>
 #include <set>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 // The stored bytes are one line of text, "v1 INODE BIRTHTIME PATH", or "v1 - - PATH" where the
@@ -16,6 +20,8 @@ namespace {
 
 constexpr std::string_view VERSION = "v1 ";
 constexpr std::string_view NO_IDENTITY = "- - ";
+/// More folders than this are not looked at side by side.
+constexpr std::size_t MOST_AT_A_TIME = 16;
 
 struct Bookmark
 {
@@ -77,9 +83,16 @@ std::string encode(const Bookmark &bookmark)
 /// Where bytes lead.
 struct Bookmarks::Location
 {
+    /// As in Resolved.
     std::string path;
+    FolderPresence presence = FolderPresence::away;
     /// The folder has another name than the bytes say.
-    bool stale = false;
+    bool isStale = false;
+
+    bool isFolder() const
+    {
+        return presence == FolderPresence::there || presence == FolderPresence::unreadable;
+    }
 };
 
 Bookmarks::Bookmarks(DefaultsStore &store, const FolderIdentity &folders, std::string key,
@@ -113,75 +126,112 @@ bool Bookmarks::remove(const std::string &path)
 {
     const std::string folder(withoutTrailingSlashes(path));
     std::set<std::string> doomed = {folder, path};
-    for (const auto &[name, value] : load()) {
-        const auto location = locate(*value.asData());
-        if (location && location->path == folder)
+    const DefaultsDictionary entries = load();
+    const std::vector<Location> locations = locateAll(entries);
+    auto location = locations.begin();
+    for (const auto &[name, value] : entries) {
+        if (location->isFolder() && location->path == folder)
             doomed.insert(name);
+        ++location;
     }
     const MutexLock lock(changing_);
-    DefaultsDictionary entries = load();
-    std::erase_if(entries, [&](const auto &entry) { return doomed.contains(entry.first); });
-    return store_.set(BOOKMARKS_USER_DEFAULT_KEY, {std::move(entries)});
+    DefaultsDictionary current = load();
+    std::erase_if(current, [&](const auto &entry) { return doomed.contains(entry.first); });
+    return store_.set(BOOKMARKS_USER_DEFAULT_KEY, {std::move(current)});
 }
 
 std::optional<std::string> Bookmarks::resolve(const std::string &data)
 {
-    auto location = locate(data);
-    if (!location)
+    Location location = refreshed(locate(data));
+    if (location.presence != FolderPresence::there)
         return std::nullopt;
-    if (location->stale) {
-        print("TODO: Handle stale bookmark");
-        const auto fresh = makeData(location->path);
-        if (!fresh)
-            return std::nullopt;
-        store(location->path, *fresh);
-        return resolve(*fresh);
-    }
-    if (!folders_.isReadable(location->path)) {
-        print("TODO: Handle invalid access " + location->path);
-        return std::nullopt;
-    }
-    return std::move(location->path);
+    return std::move(location.path);
 }
 
 std::vector<std::string> Bookmarks::allURLs()
 {
     std::vector<std::string> paths;
-    for (const auto &[path, value] : load())
-        if (auto resolved = resolve(*value.asData()))
-            paths.push_back(std::move(*resolved));
+    for (Resolved &entry : resolveAll())
+        if (entry.presence == FolderPresence::there)
+            paths.push_back(std::move(entry.path));
     return paths;
 }
 
-std::vector<std::string> Bookmarks::lost() const
+std::vector<Bookmarks::Resolved> Bookmarks::resolveAll()
 {
-    std::vector<std::string> names;
-    for (const auto &[name, value] : load()) {
-        const auto location = locate(*value.asData());
-        if (!location || !folders_.isReadable(location->path))
-            names.push_back(name);
+    const DefaultsDictionary entries = load();
+    std::vector<Location> locations = locateAll(entries);
+    std::vector<Resolved> all;
+    auto location = locations.begin();
+    for (const auto &[name, value] : entries) {
+        Location found = refreshed(std::move(*location++));
+        all.push_back({.name = name, .path = std::move(found.path), .presence = found.presence});
     }
-    return names;
+    return all;
 }
 
-std::optional<Bookmarks::Location> Bookmarks::locate(const std::string &data) const
+/// Locates every entry, all at the same time.
+std::vector<Bookmarks::Location> Bookmarks::locateAll(const DefaultsDictionary &entries) const
+{
+    std::vector<std::string> data;
+    for (const auto &[name, value] : entries)
+        data.push_back(*value.asData());
+    std::vector<Location> locations(data.size());
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t i = next++; i < data.size(); i = next++)
+            locations[i] = locate(data[i]);
+    };
+    std::vector<std::jthread> helpers;
+    try {
+        while (helpers.size() + 1 < std::min(data.size(), MOST_AT_A_TIME))
+            helpers.emplace_back(work);
+    } catch (const std::system_error &) {
+        // The threads that there are do it all.
+    }
+    work();
+    helpers.clear();
+    return locations;
+}
+
+Bookmarks::Location Bookmarks::locate(const std::string &data) const
 {
     auto bookmark = decode(data);
     if (!bookmark)
-        return std::nullopt;
-    if (folders_.isFolder(bookmark->path))
-        return Location{.path = std::move(bookmark->path)};
-    if (!bookmark->id)
-        return std::nullopt;
-    auto renamed = folders_.find(parentOf(bookmark->path), *bookmark->id);
-    if (!renamed)
-        return std::nullopt;
-    return Location{.path = std::move(*renamed), .stale = true};
+        return {};
+    Location location{.path = bookmark->path, .presence = folders_.presence(bookmark->path)};
+    if (location.presence != FolderPresence::away || !bookmark->id)
+        return location;
+    if (auto renamed = folders_.find(parentOf(bookmark->path), *bookmark->id)) {
+        location.presence = folders_.presence(*renamed);
+        location.path = std::move(*renamed);
+        location.isStale = true;
+    }
+    return location;
+}
+
+/// Stores the bytes of a folder with a new name afresh, and says what is wrong with one that may
+/// not be read.
+Bookmarks::Location Bookmarks::refreshed(Location location)
+{
+    if (location.isStale && location.isFolder()) {
+        print("TODO: Handle stale bookmark");
+        if (const auto fresh = makeData(location.path))
+            store(location.path, *fresh);
+        else
+            location.presence = FolderPresence::away;
+    }
+    if (location.presence == FolderPresence::unreadable)
+        print("TODO: Handle invalid access " + location.path);
+    return location;
 }
 
 std::optional<std::string> Bookmarks::makeData(const std::string &path) const
 {
-    if (!path.starts_with('/') || !folders_.isFolder(path))
+    if (!path.starts_with('/'))
+        return std::nullopt;
+    const FolderPresence presence = folders_.presence(path);
+    if (presence != FolderPresence::there && presence != FolderPresence::unreadable)
         return std::nullopt;
     return encode({.path = path, .id = folders_.identify(path)});
 }

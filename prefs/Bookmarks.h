@@ -2,6 +2,7 @@
 
 #include "base/DefaultsStore.h"
 #include "base/Mutex.h"
+#include "platform/FolderIdentity.h"
 
 #include <cstdio>
 #include <optional>
@@ -10,8 +11,6 @@
 #include <vector>
 
 namespace quillon {
-
-class FolderIdentity;
 
 /// The folders the user chose to search, each kept as opaque bytes that still lead to the folder
 /// after it got a new name within its parent folder.
@@ -41,15 +40,29 @@ public:
     /// listed once for each entry that leads to it.
     std::vector<std::string> allURLs();
 
-    /// The names of the entries that lead to no folder now, or to one that may not be read, in byte
-    /// order. Prints nothing of them, and changes nothing.
-    std::vector<std::string> lost() const;
+    /// What became of one entry.
+    struct Resolved
+    {
+        /// The entry's name in the settings.
+        std::string name;
+        /// The absolute path that the bytes lead to or, where no folder is there now, the path that
+        /// they hold; empty when they hold none.
+        std::string path;
+        FolderPresence presence = FolderPresence::away;
+    };
+    /// Every entry resolved as resolve() does, in the order of the names. The folders are looked at
+    /// all at the same time, so one that does not answer delays no other.
+    std::vector<Resolved> resolveAll();
+    /// Looks at one folder.
+    FolderPresence presence(const std::string &path) const { return folders_.presence(path); }
 
     const std::string BOOKMARKS_USER_DEFAULT_KEY;
 
 private:
     struct Location;
-    std::optional<Location> locate(const std::string &data) const;
+    std::vector<Location> locateAll(const DefaultsDictionary &entries) const;
+    Location locate(const std::string &data) const;
+    Location refreshed(Location location);
     std::optional<std::string> makeData(const std::string &path) const;
     bool store(const std::string &path, const std::string &data);
     void print(std::string_view text) const;

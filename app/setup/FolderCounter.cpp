@@ -40,27 +40,18 @@ private:
     std::atomic<std::size_t> &folders_;
 };
 
-/// What is in force now, with the folder among those to search.
-std::shared_ptr<const SkipRules> rulesFor(const std::string &path, const SearchBaseFinder &finder)
-{
-    std::vector<std::string> patterns;
-    for (const auto &location : finder.excludeLocations())
-        patterns.push_back(location.pattern());
-    for (const auto &location : SearchBaseFinder::builtInExcludeLocations())
-        patterns.push_back(location.pattern());
-    return std::make_shared<const SkipRules>(patterns, std::vector{path});
-}
-
 } // namespace
 
 FolderCounter::FolderCounter(const Services &services, const std::string &path)
     : progress_(std::make_shared<Progress>())
 {
-    services.background.post([services, path, progress = progress_] {
+    services.counting.post([services, path, progress = progress_] {
         const std::stop_token stop = progress->stop.get_token();
         if (stop.stop_requested())
             return;
-        Crawler crawler(services.folderLister, rulesFor(path, services.searchBaseFinder));
+        Crawler crawler(services.folderLister,
+                        std::make_shared<const SkipRules>(
+                            services.searchBaseFinder.patternsInForce(), std::vector{path}));
         CountingSink sink(progress->folders);
         crawler.crawl(path, {}, sink, {}, stop);
         progress->isDone = true;

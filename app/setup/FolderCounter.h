@@ -10,7 +10,7 @@ class FolderLister;
 class SearchBaseFinder;
 class TaskQueue;
 
-/// Counts the folders that the index would hold of one folder, on a background queue. Main thread
+/// Counts the folders that the index would hold of one folder, on a queue of its own. Main thread
 /// only.
 class FolderCounter
 {
@@ -19,7 +19,8 @@ public:
     {
         FolderLister &folderLister;
         SearchBaseFinder &searchBaseFinder;
-        TaskQueue &background;
+        /// A queue that nothing a user waits for runs on.
+        TaskQueue &counting;
     };
 
     /// Begins at once. The services outlive the task on the queue.

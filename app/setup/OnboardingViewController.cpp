@@ -253,7 +253,10 @@ void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
         addFolders({choice->path()});
         return;
     }
-    services_.searchBaseFinder.remove(IncludePathSearchBaseLocation(choice->path()));
+    // Which entries lead to the folder is asked of the disk.
+    services_.background.post([services = services_, folder = choice->path()] {
+        services.searchBaseFinder.remove(IncludePathSearchBaseLocation(folder));
+    });
     folderNote_->sayFault({});
     refresh();
 }
@@ -359,7 +362,7 @@ void OnboardingViewController::showEvent(QShowEvent *event)
     showQuestion(false);
     timer_.start(REFRESH_MILLISECONDS, this);
     choices_->startCounting(
-        {services_.folderLister, services_.searchBaseFinder, services_.background});
+        {services_.folderLister, services_.searchBaseFinder, services_.counting});
     showStoredFolders();
 }
 

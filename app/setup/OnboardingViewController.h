@@ -57,6 +57,8 @@ public:
         HotKey &hotKey;
         Clipboard &clipboard;
         TaskQueue &background;
+        /// Where folders are counted.
+        TaskQueue &counting;
         TaskQueue &main;
     };
 

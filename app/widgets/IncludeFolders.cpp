@@ -3,6 +3,7 @@
 #include "base/TaskQueue.h"
 #include "indexing/NameKinds.h"
 #include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchLocations.h"
 #include "indexing/SkipRules.h"
 #include "platform/FolderIdentity.h"
 #include "platform/FolderLister.h"
@@ -11,6 +12,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -26,16 +28,6 @@ QString drawn(const std::string &path)
 std::string_view nameOf(std::string_view path)
 {
     return path.substr(path.rfind('/') + 1);
-}
-
-SkipRules rulesFor(const SearchBaseFinder &finder, const std::vector<std::string> &folders)
-{
-    std::vector<std::string> patterns;
-    for (const auto &location : finder.excludeLocations())
-        patterns.push_back(location.pattern());
-    for (const auto &location : SearchBaseFinder::builtInExcludeLocations())
-        patterns.push_back(location.pattern());
-    return {patterns, folders};
 }
 
 } // namespace
@@ -54,15 +46,14 @@ void IncludeFolders::add(std::vector<std::string> paths, QObject *asking,
 
 IncludeFolders::Outcome IncludeFolders::added(const std::vector<std::string> &paths) const
 {
-    std::vector<std::string> listed;
-    for (const auto &location : services_.searchBaseFinder.includeLocations())
-        listed.push_back(location.url());
-    const SkipRules rules = rulesFor(services_.searchBaseFinder, listed);
+    const SearchLocations locations = SearchLocations::of(services_.searchBaseFinder);
+    const std::vector<std::string> &listed = locations.folders;
+    const std::shared_ptr<const SkipRules> rules = locations.rules();
 
     Outcome outcome;
     QStringList faults;
     for (const std::string &path : paths) {
-        QString found = fault(path, listed, rules);
+        QString found = fault(path, listed, *rules);
         if (found.isEmpty() && !services_.searchBaseFinder.bookmarks.add(path))
             found = tr("The settings could not be written.");
         if (found.isEmpty())
@@ -80,9 +71,10 @@ QString IncludeFolders::fault(const std::string &path, const std::vector<std::st
 {
     if (std::ranges::find(listed, path) != listed.end())
         return tr("“%1” is searched already.").arg(drawn(path));
-    if (!services_.folderIdentity.isFolder(path))
+    const FolderPresence presence = services_.folderIdentity.presence(path);
+    if (presence == FolderPresence::away)
         return tr("“%1” is no folder.").arg(drawn(path));
-    if (!services_.folderIdentity.isReadable(path))
+    if (presence != FolderPresence::there)
         return tr("“%1” cannot be read, so it cannot be searched.").arg(drawn(path));
     if (isPackageName(nameOf(path)))
         return tr("“%1” counts as a single item: nothing in it would be found.").arg(drawn(path));

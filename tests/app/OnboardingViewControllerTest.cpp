@@ -71,6 +71,7 @@ protected:
                                                    .hotKey = hotKey,
                                                    .clipboard = clipboard,
                                                    .background = background,
+                                                   .counting = background,
                                                    .main = main},
                                                   home, *this);
         window =

@@ -45,10 +45,9 @@ class LockedFolder : public FolderIdentity
 public:
     std::string locked;
 
-    bool isFolder(const std::string &path) const override { return disk_.isFolder(path); }
-    bool isReadable(const std::string &path) const override
+    FolderPresence presence(const std::string &path) const override
     {
-        return path != locked && disk_.isReadable(path);
+        return path == locked ? FolderPresence::unreadable : disk_.presence(path);
     }
     std::optional<FolderId> identify(const std::string &path) const override
     {

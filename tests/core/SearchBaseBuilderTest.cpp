@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <string>
 #include <utility>
 #include <vector>
@@ -114,6 +115,48 @@ TEST_F(SearchBaseBuilderTest, losesNoRequestWhileItLooksForChanges)
     runAll();
     EXPECT_THAT(base.indexed(), ElementsAre(B));
     EXPECT_FALSE(builder.isBuilding());
+}
+
+TEST_F(SearchBaseBuilderTest, looksAtEachFolderOnceABuildAndInTheBackground)
+{
+    include({A, B});
+    bool isInBackground = false;
+    std::atomic<int> asked = 0;
+    base.identity.onAsked = [&] {
+        EXPECT_TRUE(isInBackground);
+        ++asked;
+    };
+    builder.start();
+    isInBackground = true;
+    background.runAll();
+    isInBackground = false;
+    main.runAll();
+    EXPECT_EQ(asked, 2);
+    EXPECT_THAT(builder.lastBuild()->locations.folders, ElementsAre(A, B));
+}
+
+TEST_F(SearchBaseBuilderTest, buildsAgainWhenAFolderHasComeUnnoticed)
+{
+    const std::string late = disk.path("late");
+    include({A, late});
+    builder.start();
+    const auto lookOnce = [&] {
+        main.runNext(); // the time has come
+        background.runAll();
+        main.runNext();
+    };
+    background.runAll();
+    while (builder.isBuilding())
+        main.runNext();
+    EXPECT_TRUE(builder.hasLocations());
+    lookOnce();
+    EXPECT_FALSE(builder.isBuilding());
+    disk.makeFolder("late/inside");
+    lookOnce();
+    EXPECT_TRUE(builder.isBuilding());
+    runAll();
+    EXPECT_THAT(builder.lastBuild()->locations.folders, ElementsAre(A, late));
+    EXPECT_TRUE(main.isEmpty()) << "nothing is away any more";
 }
 
 TEST_F(SearchBaseBuilderTest, tellsThatThereIsNothingToIndex)

@@ -43,8 +43,10 @@ struct FakeFrontItems final : FrontItemsSource
 class ObservedFolderIdentity final : public FolderIdentity
 {
 public:
-    bool isFolder(const std::string &path) const override { return asked().isFolder(path); }
-    bool isReadable(const std::string &path) const override { return asked().isReadable(path); }
+    FolderPresence presence(const std::string &path) const override
+    {
+        return asked().presence(path);
+    }
     std::optional<FolderId> identify(const std::string &path) const override
     {
         return asked().identify(path);

@@ -345,8 +345,8 @@ TEST(SearchBaseUpdate, bringsAWideFolderUpToDate)
 TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
 {
     FakeBase base;
-    base.lister.add("/a/mount/x/y");
-    base.lister.add("/a/old");
+    for (const char *folder : {"/a/mount/x/y", "/a/old", "/a/zz/removed"})
+        base.lister.add(folder);
     base.searchBase.update("/a");
     const auto before = linesOf(base.searchBase);
 
@@ -376,6 +376,30 @@ TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
     others.unanswered.clear();
     mounted.update("/a");
     EXPECT_THAT(base.indexed(), ElementsAre("/a", "/a/mount", "/a/new", "/a/new/z", "/a/old"));
+}
+
+TEST(SearchBaseUpdate, takesTheWholeFileSystemAndNoPathWithoutASlash)
+{
+    FakeBase base;
+    FakeBase fresh;
+    for (const char *folder : {"/a/b", "/c"})
+        base.lister.add(folder);
+    for (const char *folder : {"/a/d", "/e/f"})
+        fresh.lister.add(folder);
+    for (FakeBase *each : {&base, &fresh}) {
+        each->includeFolders({"/"});
+        each->build();
+    }
+    const auto before = linesOf(base.searchBase);
+    SearchBase changed(
+        nullptr, base.finder, base.matcher,
+        {.folderLister = fresh.lister, .logger = base.logger, .mainQueue = base.queue});
+    for (const char *path : {"", "a", "./a"})
+        changed.update(path);
+    EXPECT_EQ(linesOf(base.searchBase), before);
+    changed.update("/");
+    EXPECT_EQ(linesOf(base.searchBase), linesOf(fresh.searchBase));
+    EXPECT_EQ(base.indexed(), fresh.indexed());
 }
 
 TEST(SearchBaseUpdate, writesNothingIntoAnIndexThatWasResetMeanwhile)

@@ -104,18 +104,40 @@ TEST_F(SearchBaseWatchTest, doesNotWatchABuildThatEndsEarly)
     base_.searchBase.settle();
 }
 
-TEST_F(SearchBaseWatchTest, canBeResetWhileTheDiskIsAskedWhatToWatch)
+TEST_F(SearchBaseWatchTest, canBeResetWhileTheDiskIsAskedWhatToIndex)
 {
     std::future<void> reset;
     base_.identity.onAsked = [&] {
-        if (base_.searchBase.count() == 0 || reset.valid())
-            return;
         reset = std::async(std::launch::async, [&] { base_.searchBase.reset(); });
         EXPECT_EQ(reset.wait_for(60s), std::future_status::ready);
     };
     base_.build();
     EXPECT_TRUE(reset.valid());
     EXPECT_THAT(service_.streams, IsEmpty());
+}
+
+TEST_F(SearchBaseWatchTest, takesInAFolderThatComesLater)
+{
+    const std::string late = disk_.path("stick");
+    base_.includeFolders({late, root_});
+    base_.build();
+    EXPECT_THAT(stream(0).request.paths, ElementsAre(root_, late));
+    EXPECT_THAT(base_.searchBase.awayFolders(), ElementsAre(late));
+    EXPECT_THAT(base_.indexed(), ElementsAre(root_, docs_));
+
+    const std::string inside = disk_.makeFolder("stick/inside");
+    EXPECT_EQ(stream(0).request.items->folder(late), Folder::entered);
+    stream(0).send({late});
+    events_.advance(3s);
+    EXPECT_THAT(base_.indexed(), ElementsAre(root_, docs_, late, inside));
+    EXPECT_THAT(base_.searchBase.awayFolders(), IsEmpty());
+
+    fs::remove_all(late);
+    stream(0).send({late});
+    events_.advance(3s);
+    EXPECT_THAT(base_.searchBase.awayFolders(), ElementsAre(late)) << "it is away again";
+    base_.searchBase.reset();
+    EXPECT_THAT(base_.searchBase.awayFolders(), ElementsAre(late));
 }
 
 struct ItemRow

@@ -1,5 +1,6 @@
 #include "indexing/SearchBaseFinder.h"
 
+#include "indexing/SearchLocations.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/TemporaryFolder.h"
@@ -90,13 +91,18 @@ TEST_F(SearchBaseFinderTest, listsFoldersOnceByPathAndRemovesEveryBookmarkOfOne)
                                                     {"/old name of a", data(a)},
                                                     {"/gone", data(disk_.path("gone"))}}});
     EXPECT_THAT(textsOf(finder_.includeLocations()), ElementsAre(a, b));
-    EXPECT_THAT(textsOf(finder_.lostIncludeLocations()), ElementsAre("/gone"));
+    const SearchLocations locations = SearchLocations::of(finder_);
+    EXPECT_THAT(locations.folders, ElementsAre(a, b));
+    ASSERT_EQ(locations.missing.size(), 1U);
+    EXPECT_EQ(locations.missing.front().name, "/gone");
+    EXPECT_EQ(locations.missing.front().presence, FolderPresence::away);
+    EXPECT_THAT(locations.roots(), ElementsAre(a, b, disk_.path("gone")));
 
     finder_.remove(IncludePathSearchBaseLocation(a));
     EXPECT_THAT(textsOf(finder_.includeLocations()), ElementsAre(b));
     EXPECT_EQ(finder_.bookmarks.load().size(), 2U);
-    finder_.remove(finder_.lostIncludeLocations().front());
-    EXPECT_THAT(finder_.lostIncludeLocations(), IsEmpty());
+    finder_.remove(IncludePathSearchBaseLocation(locations.missing.front().name));
+    EXPECT_THAT(SearchLocations::of(finder_).missing, IsEmpty());
     EXPECT_EQ(finder_.bookmarks.load().size(), 1U);
 }
 

@@ -52,7 +52,7 @@ protected:
         ignorePaths_.refresh();
         watcher_.setDelegate(receiver_);
     }
-    void start() { watcher_.startWatching(watcher_.pathsToWatch(), nullptr, nullptr); }
+    void start() { watcher_.startWatching({root_, innerRoot_}, nullptr, nullptr); }
     FakeFSEventService::Stream &stream(std::size_t number) { return *service_.streams.at(number); }
 
     TemporaryFolder disk_;
@@ -65,7 +65,7 @@ protected:
     FakeFSEventService service_;
     TimedTaskQueue queue_;
     std::shared_ptr<Receiver> receiver_ = std::make_shared<Receiver>();
-    SearchBaseWatcher watcher_{finder_, ignorePaths_, {.events = service_, .eventQueue = queue_}};
+    SearchBaseWatcher watcher_{ignorePaths_, {.events = service_, .eventQueue = queue_}};
 };
 
 TEST_F(SearchBaseWatcherTest, watchesTheIncludeFoldersFromNowOn)
@@ -176,10 +176,10 @@ TEST_F(SearchBaseWatcherTest, watchesNothingWhereThatIsImpossible)
 TEST_F(SearchBaseWatcherTest, settlesOnceEverythingIsTold)
 {
     SerialTaskQueue queue("org.example.events");
-    SearchBaseWatcher watcher(finder_, ignorePaths_,
+    SearchBaseWatcher watcher(ignorePaths_,
                               {.events = service_, .eventQueue = queue, .coalesceDelay = 20ms});
     watcher.setDelegate(receiver_);
-    watcher.startWatching(watcher.pathsToWatch(), nullptr, nullptr);
+    watcher.startWatching({root_, innerRoot_}, nullptr, nullptr);
     std::vector<std::string> paths;
     for (int i = 0; i < 100; ++i)
         paths.push_back(root_ + "/" + std::to_string(i));

@@ -1,5 +1,7 @@
 #include "platform/linux/disk/PatientFolders.h"
 
+#include "tests/support/WithoutThreads.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -19,39 +21,81 @@ using namespace std::chrono_literals;
 
 TEST(BoundedCalls, bringResultsBackToTheThreadsThatAskedForThem)
 {
-    BoundedCalls calls(60s);
+    BoundedCalls calls;
     std::atomic<int> wrong = 0;
     {
         std::vector<std::jthread> threads;
         for (int first = 0; first < 4; ++first)
             threads.emplace_back([&, first] {
                 for (int i = first; i < 2000; i += 4)
-                    wrong += calls.run([i] { return std::to_string(i); }) != std::to_string(i);
+                    wrong +=
+                        calls.run("/", 60s, [i] { return std::to_string(i); }) != std::to_string(i);
             });
     }
     EXPECT_EQ(wrong, 0);
 }
 
-TEST(BoundedCalls, leaveACallBehindThatDoesNotReturn)
+/// A call that does not return until it is released.
+struct Hang
 {
-    const auto released = std::make_shared<std::counting_semaphore<2>>(0);
-    const auto ended = std::make_shared<std::counting_semaphore<2>>(0);
+    int operator()() const
     {
-        BoundedCalls calls(20ms);
-        const auto hang = [released, ended] {
-            released->acquire();
-            ended->release();
-            return 1;
-        };
-        EXPECT_EQ(calls.run(hang), std::nullopt);
-        BoundedCalls others(60s);
-        EXPECT_EQ(others.run(hang, 20ms), std::nullopt) << "this call has less time";
-        EXPECT_EQ(others.run([] { return 2; }), 2);
-        EXPECT_EQ(others.run([] { return 3; }, 0ms), std::nullopt);
+        released->acquire();
+        return 1;
     }
-    released->release(2);
-    ended->acquire();
-    ended->acquire();
+    std::shared_ptr<std::counting_semaphore<>> released =
+        std::make_shared<std::counting_semaphore<>>(0);
+};
+
+TEST(BoundedCalls, askADiskThatDidNotAnswerAgainOnlyAfterAWhile)
+{
+    std::atomic<BoundedCalls::Clock::time_point> now{};
+    BoundedCalls calls({.diskOf = [](const std::string &) { return std::string("/net"); },
+                        .now = [&now] { return now.load(); }});
+    const Hang hang;
+    EXPECT_EQ(calls.run("/net/a/b", 20ms, hang), std::nullopt);
+    std::atomic<int> asked = 0;
+    const auto answer = [&asked] { return ++asked; };
+    for (const char *path : {"/net", "/net/c"})
+        EXPECT_EQ(calls.run(path, 60s, answer), std::nullopt) << path;
+    EXPECT_EQ(asked, 0);
+    EXPECT_EQ(calls.run("/", 0ms, answer), std::nullopt) << "there is no time to ask";
+    for (const char *path : {"/", "/network/x"})
+        EXPECT_TRUE(calls.run(path, 60s, answer)) << path;
+    now = now.load() + 60s;
+    EXPECT_EQ(calls.run("/net/c", 60s, answer), 3);
+
+    // The call returns after all, so the disk is there again.
+    EXPECT_EQ(calls.run("/net/a", 20ms, hang), std::nullopt);
+    EXPECT_EQ(calls.run("/net/c", 60s, answer), std::nullopt);
+    hang.released->release(2);
+    while (!calls.run("/net/c", 60s, answer))
+        std::this_thread::yield();
+}
+
+TEST(BoundedCalls, leaveNoMoreThanSomeCallsBehind)
+{
+    const Hang hang;
+    {
+        BoundedCalls calls({.mostLeftBehind = 2});
+        EXPECT_EQ(calls.run("/a", 20ms, hang), std::nullopt);
+        EXPECT_EQ(calls.run("/b", 20ms, hang), std::nullopt);
+        EXPECT_EQ(calls.run("/c", 60s, [] { return 1; }), std::nullopt);
+        hang.released->release(2);
+        while (!calls.run("/c", 60s, [] { return 1; }))
+            std::this_thread::yield();
+        EXPECT_EQ(calls.run("/d", 20ms, hang), std::nullopt);
+    }
+    hang.released->release();
+}
+
+TEST(BoundedCalls, areMadeOnTheCallersThreadWhereThereIsNoOther)
+{
+    EXPECT_TRUE(holdsWithoutThreads([] {
+        BoundedCalls calls;
+        return calls.run("/", 60s, [] { return std::this_thread::get_id(); }) ==
+               std::this_thread::get_id();
+    }));
 }
 
 /// Hangs on "/dead" until it is released, and then answers.
@@ -77,13 +121,20 @@ public:
 TEST(PatientFolderLister, knowsNothingOfAFolderThatDoesNotAnswer)
 {
     HangingLister folders;
-    PatientFolderLister patient(folders, 60s);
+    BoundedCalls calls;
+    PatientFolderLister patient(folders, calls, 60s);
     EXPECT_EQ(patient.kind("/here"), FolderLister::Kind::folder);
     EXPECT_EQ(patient.kind("/gone"), FolderLister::Kind::nothing);
-    PatientFolderLister impatient(folders, 20ms);
+    PatientFolderLister impatient(folders, calls, 20ms);
     EXPECT_EQ(impatient.kind("/dead"), FolderLister::Kind::unknown);
     folders.released.release();
     folders.left.acquire();
+}
+
+TEST(RemoteDisk, isTheNearestMountOrThePathItself)
+{
+    EXPECT_EQ(remoteDiskOf("/usr/bin"), "/usr/bin");
+    EXPECT_EQ(remoteDiskOf("/"), "/");
 }
 
 } // namespace

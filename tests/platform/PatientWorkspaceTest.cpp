@@ -59,7 +59,8 @@ private:
 TEST(PatientWorkspace, handsOnWhatIsAsked)
 {
     Workspaces workspaces;
-    PatientWorkspace patient(workspaces, 60s);
+    BoundedCalls calls;
+    PatientWorkspace patient(workspaces, calls, 60s);
     EXPECT_TRUE(patient.open("/here"));
     EXPECT_TRUE(patient.openLink("https://here"));
     EXPECT_FALSE(patient.openLink("https://there"));
@@ -73,7 +74,8 @@ TEST(PatientWorkspace, takesWhatDoesNotAnswerForGone)
 {
     Workspaces workspaces;
     {
-        PatientWorkspace impatient(workspaces, 20ms);
+        BoundedCalls calls({.silence = 0ms});
+        PatientWorkspace impatient(workspaces, calls, 20ms);
         EXPECT_FALSE(impatient.open("/dead/a"));
         EXPECT_EQ(impatient.applicationToOpen("/dead/a"), "");
         EXPECT_THAT(impatient.iconNames("/dead/a"), IsEmpty());

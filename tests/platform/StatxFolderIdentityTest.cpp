@@ -61,14 +61,14 @@ TEST_F(StatxFolderIdentityTest, takesALinkToAFolderForAFolderOfItsOwn)
     fs::rename(root.path("link"), root.path("renamed"));
     EXPECT_EQ(folders.find(root.path(), *id), root.path("renamed"));
     fs::remove(target);
-    EXPECT_FALSE(folders.isFolder(root.path("renamed")));
+    EXPECT_EQ(folders.presence(root.path("renamed")), FolderPresence::away);
     EXPECT_EQ(folders.find(root.path(), *id), std::nullopt);
 }
 
 TEST_F(StatxFolderIdentityTest, takesAFileForNoFolder)
 {
     const std::string file = root.writeFile("file");
-    EXPECT_FALSE(folders.isFolder(file));
+    EXPECT_EQ(folders.presence(file), FolderPresence::away);
     EXPECT_EQ(folders.identify(file), std::nullopt);
     EXPECT_EQ(folders.identify(root.path("missing")), std::nullopt);
 }
@@ -76,14 +76,13 @@ TEST_F(StatxFolderIdentityTest, takesAFileForNoFolder)
 TEST_F(StatxFolderIdentityTest, asksForTheRightToListAndToEnter)
 {
     const std::string folder = root.makeFolder("folder");
-    EXPECT_TRUE(folders.isReadable(folder));
-    EXPECT_FALSE(folders.isReadable(root.path("missing")));
+    EXPECT_EQ(folders.presence(folder), FolderPresence::there);
+    EXPECT_EQ(folders.presence(root.path("missing")), FolderPresence::away);
     if (::geteuid() == 0)
         GTEST_SKIP() << "root may read everything";
     for (const mode_t mode : {0000U, 0100U, 0400U}) {
         ASSERT_EQ(::chmod(folder.c_str(), mode), 0);
-        EXPECT_FALSE(folders.isReadable(folder)) << mode;
-        EXPECT_TRUE(folders.isFolder(folder)) << mode;
+        EXPECT_EQ(folders.presence(folder), FolderPresence::unreadable) << mode;
     }
 }
 

@@ -1,7 +1,7 @@
 #include "app/preferences/search/ListedLocation.h"
 
 #include "indexing/SearchBaseFinder.h"
-#include "platform/FolderIdentity.h"
+#include "indexing/SearchLocations.h"
 
 #include <QCoreApplication>
 
@@ -52,19 +52,19 @@ bool ListedLocation::names(const SearchBaseLocation &other) const
     return location->type() == other.type() && location->mainText() == other.mainText();
 }
 
-std::vector<ListedLocation> readLocations(SearchBaseFinder &finder, const FolderIdentity &folders)
+std::vector<ListedLocation> listed(const SearchLocations &locations, const SearchBaseFinder &finder)
 {
     using enum ListedLocation::Presence;
     std::vector<ListedLocation> all;
-    for (const auto &location : finder.includeLocations())
-        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(location)});
-    for (const auto &location : finder.lostIncludeLocations())
-        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(location),
-                       folders.isFolder(location.url()) ? unreadable : away});
+    for (const std::string &folder : locations.folders)
+        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(folder)});
+    for (const SearchLocations::Missing &folder : locations.missing)
+        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(folder.name),
+                       folder.presence == FolderPresence::unreadable ? unreadable : away});
     std::ranges::sort(all, {},
                       [](const ListedLocation &each) { return each.location->mainText(); });
-    for (const auto &location : finder.includeFilePatternLocations())
-        all.push_back({std::make_shared<IncludeFilePatternSearchBaseLocation>(location)});
+    for (const std::string &pattern : locations.filePatterns)
+        all.push_back({std::make_shared<IncludeFilePatternSearchBaseLocation>(pattern)});
     for (const auto &location : finder.excludeLocations())
         all.push_back({std::make_shared<ExcludePatternSearchBaseLocation>(location)});
     return all;

@@ -8,8 +8,8 @@
 
 namespace quillon {
 
-class FolderIdentity;
 class SearchBaseFinder;
+struct SearchLocations;
 
 /// A search location as a row of the list.
 struct ListedLocation
@@ -32,7 +32,8 @@ struct ListedLocation
 };
 
 /// All of them in the order of the list: folders ascending, whether they are there or not, then
-/// extensions, then patterns. Looks at the disk.
-std::vector<ListedLocation> readLocations(SearchBaseFinder &finder, const FolderIdentity &folders);
+/// extensions, then patterns. The finder only tells the user's patterns; no disk is asked.
+std::vector<ListedLocation> listed(const SearchLocations &locations,
+                                   const SearchBaseFinder &finder);
 
 } // namespace quillon

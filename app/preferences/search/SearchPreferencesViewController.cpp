@@ -156,9 +156,9 @@ void SearchPreferencesViewController::showStored()
     if (!isVisible())
         return;
     services_.background.post([services = services_, asked = ++asked_, self = QPointer(this)] {
+        const SearchLocations stored = SearchLocations::of(services.searchBaseFinder);
         services.main.post(
-            [locations = readLocations(services.searchBaseFinder, services.folderIdentity),
-             stored = SearchLocations::of(services.searchBaseFinder), asked, self] {
+            [locations = listed(stored, services.searchBaseFinder), stored, asked, self] {
                 if (self && asked == self->asked_)
                     self->showLocations(locations, stored);
             });
@@ -190,8 +190,14 @@ void SearchPreferencesViewController::removeSelected()
         return;
     note_->sayFault({});
     removed_ = locations_.at(static_cast<std::size_t>(*row)).location;
-    services_.searchBaseFinder.remove(*removed_);
-    showStored();
+    // Which entries lead to the folder is asked of the disk.
+    services_.background.post([services = services_, removed = removed_, self = QPointer(this)] {
+        services.searchBaseFinder.remove(*removed);
+        services.main.post([self] {
+            if (self)
+                self->showStored();
+        });
+    });
 }
 
 void SearchPreferencesViewController::chooseFolders()

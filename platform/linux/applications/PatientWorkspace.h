@@ -10,8 +10,8 @@ namespace quillon {
 class PatientWorkspace final : public Workspace
 {
 public:
-    PatientWorkspace(Workspace &workspace, std::chrono::milliseconds patience)
-        : workspace_(workspace), calls_(patience)
+    PatientWorkspace(Workspace &workspace, BoundedCalls &calls, std::chrono::milliseconds patience)
+        : workspace_(workspace), calls_(calls), patience_(patience)
     {}
 
     bool open(const std::string &path) override;
@@ -23,7 +23,8 @@ public:
 
 private:
     Workspace &workspace_;
-    mutable BoundedCalls calls_;
+    BoundedCalls &calls_;
+    const std::chrono::milliseconds patience_;
 };
 
 } // namespace quillon

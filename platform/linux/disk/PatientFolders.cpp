@@ -1,35 +1,58 @@
 #include "platform/linux/disk/PatientFolders.h"
 
+#include "platform/linux/disk/FileSystemKind.h"
+#include "platform/linux/disk/MountPoints.h"
+
+#include <string_view>
+#include <vector>
+
 namespace quillon {
 
-bool PatientFolderIdentity::isFolder(const std::string &path) const
+namespace {
+
+bool isAtOrBelow(std::string_view path, std::string_view folder)
 {
-    return calls_.run([&folders = folders_, path] { return folders.isFolder(path); })
-        .value_or(false);
+    return path.starts_with(folder) &&
+           (path.size() == folder.size() || folder == "/" || path[folder.size()] == '/');
 }
 
-bool PatientFolderIdentity::isReadable(const std::string &path) const
+} // namespace
+
+std::string remoteDiskOf(const std::string &path)
 {
-    return calls_.run([&folders = folders_, path] { return folders.isReadable(path); })
-        .value_or(false);
+    Mount nearest;
+    for (const Mount &mount : mounts().value_or(std::vector<Mount>()))
+        if (isAtOrBelow(path, mount.point) && mount.point.size() >= nearest.point.size())
+            nearest = mount;
+    return isRemoteFileSystem(nearest.type) ? nearest.point : path;
+}
+
+FolderPresence PatientFolderIdentity::presence(const std::string &path) const
+{
+    return calls_
+        .run(path, patience_, [&folders = folders_, path] { return folders.presence(path); })
+        .value_or(FolderPresence::unanswered);
 }
 
 std::optional<FolderId> PatientFolderIdentity::identify(const std::string &path) const
 {
-    return calls_.run([&folders = folders_, path] { return folders.identify(path); })
+    return calls_
+        .run(path, patience_, [&folders = folders_, path] { return folders.identify(path); })
         .value_or(std::nullopt);
 }
 
 std::optional<std::string> PatientFolderIdentity::find(const std::string &parent,
                                                        const FolderId &id) const
 {
-    return calls_.run([&folders = folders_, parent, id] { return folders.find(parent, id); })
+    return calls_
+        .run(parent, patience_,
+             [&folders = folders_, parent, id] { return folders.find(parent, id); })
         .value_or(std::nullopt);
 }
 
 FolderLister::Kind PatientFolderLister::kind(const std::string &path)
 {
-    return calls_.run([&folders = folders_, path] { return folders.kind(path); })
+    return calls_.run(path, patience_, [&folders = folders_, path] { return folders.kind(path); })
         .value_or(Kind::unknown);
 }
 

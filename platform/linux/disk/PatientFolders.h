@@ -6,27 +6,34 @@
 
 namespace quillon {
 
-/// How long a file system may take for one answer about one folder.
-inline constexpr std::chrono::seconds FOLDER_PATIENCE{5};
+/// How long a folder may take to say whether it is there. A disk that sleeps may need longer: then
+/// its folders count as unanswered, and whoever wants them asks again later.
+inline constexpr std::chrono::seconds PRESENCE_PATIENCE{2};
+/// How long a file system may take to say what stands at one path.
+inline constexpr std::chrono::seconds KIND_PATIENCE{5};
+
+/// Returns the mount point of the remote file system that a path is on, by the path as it is
+/// written; the path itself where that is on a local one. Asks no file system.
+std::string remoteDiskOf(const std::string &path);
 
 /// Asks another one, which outlives also the calls that are waited for no more. A folder of a file
-/// system that does not answer in time counts as one that is not there.
+/// system that does not answer in time is unanswered.
 class PatientFolderIdentity final : public FolderIdentity
 {
 public:
-    explicit PatientFolderIdentity(const FolderIdentity &folders,
-                                   std::chrono::milliseconds patience = FOLDER_PATIENCE)
-        : folders_(folders), calls_(patience)
+    PatientFolderIdentity(const FolderIdentity &folders, BoundedCalls &calls,
+                          std::chrono::milliseconds patience = PRESENCE_PATIENCE)
+        : folders_(folders), calls_(calls), patience_(patience)
     {}
 
-    bool isFolder(const std::string &path) const override;
-    bool isReadable(const std::string &path) const override;
+    FolderPresence presence(const std::string &path) const override;
     std::optional<FolderId> identify(const std::string &path) const override;
     std::optional<std::string> find(const std::string &parent, const FolderId &id) const override;
 
 private:
     const FolderIdentity &folders_;
-    mutable BoundedCalls calls_;
+    BoundedCalls &calls_;
+    const std::chrono::milliseconds patience_;
 };
 
 /// The same for kind(), which then answers that nothing is known. Opening and reading take as long
@@ -34,9 +41,9 @@ private:
 class PatientFolderLister final : public FolderLister
 {
 public:
-    explicit PatientFolderLister(FolderLister &folders,
-                                 std::chrono::milliseconds patience = FOLDER_PATIENCE)
-        : folders_(folders), calls_(patience)
+    PatientFolderLister(FolderLister &folders, BoundedCalls &calls,
+                        std::chrono::milliseconds patience = KIND_PATIENCE)
+        : folders_(folders), calls_(calls), patience_(patience)
     {}
 
     std::unique_ptr<OpenFolder> open(const std::string &path, Wanted wanted,
@@ -48,7 +55,8 @@ public:
 
 private:
     FolderLister &folders_;
-    BoundedCalls calls_;
+    BoundedCalls &calls_;
+    const std::chrono::milliseconds patience_;
 };
 
 } // namespace quillon

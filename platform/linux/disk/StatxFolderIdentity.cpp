@@ -37,19 +37,18 @@ bool mayBeFolder(const dirent &entry)
 
 } // namespace
 
-bool StatxFolderIdentity::isFolder(const std::string &path) const
+FolderPresence StatxFolderIdentity::presence(const std::string &path) const
 {
-    return isFolderAt(AT_FDCWD, path.c_str());
-}
-
-bool StatxFolderIdentity::isReadable(const std::string &path) const
-{
-    return ::faccessat(AT_FDCWD, path.c_str(), R_OK | X_OK, AT_EACCESS) == 0;
+    if (!isFolderAt(AT_FDCWD, path.c_str()))
+        return FolderPresence::away;
+    return ::faccessat(AT_FDCWD, path.c_str(), R_OK | X_OK, AT_EACCESS) == 0
+               ? FolderPresence::there
+               : FolderPresence::unreadable;
 }
 
 std::optional<FolderId> StatxFolderIdentity::identify(const std::string &path) const
 {
-    if (!isFolder(path))
+    if (!isFolderAt(AT_FDCWD, path.c_str()))
         return std::nullopt;
     return identifyAt(AT_FDCWD, path.c_str());
 }

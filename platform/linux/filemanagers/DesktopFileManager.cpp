@@ -1,6 +1,7 @@
 #include "platform/linux/filemanagers/DesktopFileManager.h"
 
 #include "platform/linux/applications/Applications.h"
+#include "platform/linux/disk/PatientFolders.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/filemanagers/FolderItems.h"
 
@@ -43,7 +44,7 @@ DesktopFileManager::DesktopFileManager(Choice choice)
     : choice_(std::move(choice)),
       session_(BusConnection::session()),
       accessibility_(session_),
-      disk_(DISK_LIMIT)
+      disk_({.diskOf = remoteDiskOf})
 {
     const Surroundings surroundings{session_, accessibility_, windows_, disk_};
     for (const auto make : {makeNautilusDriver, makeNemoDriver, makeCajaDriver, makeThunarDriver,
@@ -55,7 +56,8 @@ DesktopFileManager::DesktopFileManager(Choice choice)
 FolderLister::Kind DesktopFileManager::kind(const std::string &path, Deadline deadline)
 {
     const auto ask = [path] { return PosixFolderLister().kind(path); };
-    return disk_.run(ask, deadline.remaining()).value_or(FolderLister::Kind::unknown);
+    return disk_.run(path, deadline.atMost(DISK_LIMIT).remaining(), ask)
+        .value_or(FolderLister::Kind::unknown);
 }
 
 // The front window
@@ -106,7 +108,8 @@ std::vector<std::string> DesktopFileManager::frontWindowItems()
     if (!folder)
         return {};
     const auto list = [path = *folder] { return folderItems(path); };
-    return disk_.run(list, deadline.remaining()).value_or(std::vector<std::string>{});
+    return disk_.run(*folder, deadline.atMost(DISK_LIMIT).remaining(), list)
+        .value_or(std::vector<std::string>{});
 }
 
 // Which file manager

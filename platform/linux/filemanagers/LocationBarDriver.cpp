@@ -44,7 +44,8 @@ std::optional<std::string> LocationBarDriver::toldFolder(const DesktopWindow &wi
         std::error_code ignored;
         return std::filesystem::is_directory(path, ignored);
     };
-    return folder && surroundings().disk.run(isFolder, deadline.remaining()).value_or(false)
+    return folder &&
+                   surroundings().disk.run(*folder, deadline.remaining(), isFolder).value_or(false)
                ? folder
                : std::nullopt;
 }

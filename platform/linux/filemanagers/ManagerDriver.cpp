@@ -225,7 +225,7 @@ bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &
         const auto ask = [process = before.process, folder] {
             return isWatchedFolder(process, folder);
         };
-        return surroundings_.disk.run(ask, limit.remaining()).value_or(false);
+        return surroundings_.disk.run(folder, limit.remaining(), ask).value_or(false);
     };
     const auto hasArrived = [&] {
         DesktopWindow now = before;
@@ -264,7 +264,9 @@ std::optional<std::string> ManagerDriver::folderOf(const DesktopWindow &window, 
                          limit = deadline.atMost(SEARCH_LIMIT)] {
         return watchedFolder(process, name, limit);
     };
-    if (auto folder = surroundings_.disk.run(search, deadline.remaining()).value_or(std::nullopt))
+    // The search goes through what the process has open, wherever that is.
+    const auto limit = deadline.atMost(2 * SEARCH_LIMIT).remaining();
+    if (auto folder = surroundings_.disk.run("/proc", limit, search).value_or(std::nullopt))
         return folder;
     return untitledFolder(window, deadline.atMost(ANSWER_LIMIT));
 }

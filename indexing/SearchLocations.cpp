@@ -1,0 +1,57 @@
+#include "indexing/SearchLocations.h"
+
+#include "indexing/SearchBaseFinder.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+void sortOnce(std::vector<std::string> &paths)
+{
+    std::ranges::sort(paths);
+    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
+}
+
+} // namespace
+
+SearchLocations SearchLocations::of(SearchBaseFinder &finder)
+{
+    SearchLocations locations;
+    locations.patterns = finder.patternsInForce();
+    locations.filePatterns = finder.includeFilePatternPreferences.values();
+    for (Bookmarks::Resolved &entry : finder.bookmarks.resolveAll()) {
+        if (entry.presence == FolderPresence::there)
+            locations.folders.push_back(std::move(entry.path));
+        else
+            locations.missing.push_back(
+                {std::move(entry.name), std::move(entry.path), entry.presence});
+    }
+    sortOnce(locations.folders);
+    return locations;
+}
+
+std::vector<std::string> SearchLocations::roots() const
+{
+    std::vector<std::string> roots = folders;
+    for (const Missing &folder : missing)
+        if (!folder.path.empty() && folder.presence != FolderPresence::unanswered)
+            roots.push_back(folder.path);
+    sortOnce(roots);
+    return roots;
+}
+
+std::shared_ptr<const SkipRules> SearchLocations::rules() const
+{
+    // A missing folder overrides a pattern as the others do once it is there, after them until
+    // then.
+    std::vector<std::string> overriding = folders;
+    for (const Missing &folder : missing)
+        if (!folder.path.empty())
+            overriding.push_back(folder.path);
+    return std::make_shared<const SkipRules>(patterns, std::move(overriding));
+}
+
+} // namespace quillon
