@@ -1,27 +1,46 @@
 #include "core/IndexUpdate.h"
 
+#include "base/PathText.h"
 #include "indexing/Crawler.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
+#include <system_error>
+#include <unordered_map>
 
-// An update takes the path and the children listed under it out of the index and puts in whatever a
-// crawl has found. Removals do not reach further down, so that alone would leave behind what stood
-// below a folder that vanished with everything in it. Hence everything indexed below the path that
-// the crawl did not find is looked for on the disk, and what is gone from there is forgotten too;
-// what a file system does not answer for stays. Include folders are indexed whatever stands in
-// their way, so those below the path come back.
+// How the index follows a change of the disk.
 //
-// The change itself is made in one go, on a thread that has more to do, while nobody searches. So
-// all that takes long is done before, a little at a time: the nodes of new paths are made without a
-// flag, which nobody sees, and nodes are kept in place until the end. What is left is to set and
-// clear flags of known nodes, and only where there is a difference or the removals reach.
+// The rule for one path is plain: the path and the children that are listed under it leave the
+// index, and whatever a crawl of the path finds is put in. These removals reach no further down, so
+// they alone would leave behind what stood below a folder that vanished with everything in it.
+// Hence everything indexed below the path that the crawl did not find is looked for on the disk,
+// and what is gone from there is forgotten too. What a file system does not answer for stays, and
+// the caller is told to ask again. Include folders are indexed whatever stands in their way, so
+// those below the path come back.
+//
+// The rule holds for many paths at a time. Changed names of one folder share one crawl, which opens
+// the folder once and then looks at these names alone (Crawler::crawlNames), and one task of the
+// main queue. Include folders, which may be links, and "/" are updated alone.
+//
+// The update takes three steps. The crawl keeps what it finds beside the index (FoundPaths). Then
+// the two are compared: each found path is looked up in the tree (compareFound), and the tree below
+// the changed paths is walked for what was not found (compareIndexed), of which the disk is asked
+// (judge). Both give way to searches and to a reset after some nodes. At the end of this step the
+// nodes of new paths are made without any flag, so no search sees them (makeNodes).
+//
+// The change itself is made in one go, on a thread that has more to do, while nobody searches. Only
+// flags of known nodes change there: of those where there is a difference, and of those that the
+// removals of the plain rule reach, which are put back (isTouched). Nodes that lose their last flag
+// stay where they are until the update has ended (HeldNodes).
 
 namespace quillon {
 
 namespace {
 
 constexpr PathTree::Flags WHOLE = PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED;
+/// Changed names that share a crawl and a task of the main queue, which is a millisecond's work.
+constexpr std::size_t MOST_TOGETHER = 500;
 /// Nodes between two looks whether a writer waits, or between two times that searches get in.
 constexpr std::size_t SLICE = 1024;
 
@@ -35,30 +54,83 @@ std::string description(const std::vector<std::string> &set)
 
 } // namespace
 
-IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, std::string path)
+std::vector<ChangedPaths> ChangedPaths::together(std::span<const std::string> paths,
+                                                 const std::vector<std::string> &roots)
+{
+    std::vector<ChangedPaths> all;
+    std::unordered_map<std::string_view, std::size_t> ofFolder;
+    for (const std::string &each : paths) {
+        const std::string_view path = withoutTrailingSlashes(each);
+        if (path == "/" || std::ranges::binary_search(roots, path, std::less<>())) {
+            all.push_back({.path = std::string(path)});
+            continue;
+        }
+        const std::size_t slash = path.rfind('/');
+        const std::string_view folder = path.substr(0, std::max<std::size_t>(slash, 1));
+        const auto [place, isNew] = ofFolder.try_emplace(folder, all.size());
+        if (isNew || all[place->second].names.size() == MOST_TOGETHER) {
+            place->second = all.size();
+            all.push_back({.path = std::string(folder)});
+        }
+        all[place->second].names.emplace_back(path.substr(slash + 1));
+    }
+    return all;
+}
+
+IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths changed)
     : paths_(paths),
       terms_(std::move(terms)),
       extensions_(terms_.patterns),
-      path_(std::move(path)),
-      kind_(kindOfChanged())
-{}
-
-void IndexUpdate::crawlFailed(const CrawlResult &result)
+      path_(std::move(changed.path)),
+      names_(std::move(changed.names)),
+      kind_(kindWithoutLinks(path_))
 {
-    kind_ = kindOfChanged();
-    isPackage_ = isFolder() && result.outcome == CrawlResult::Outcome::packageOrMissing;
+    if (isAlone())
+        changed_.push_back({.path = path_, .kind = kind_});
+    for (const std::string &name : names_)
+        changed_.push_back({.path = (path_ == "/" ? path_ : path_ + "/") + name,
+                            .kind = kind_ == Kind::folder ? Kind::unknown : kind_});
+}
+
+void IndexUpdate::crawled(const CrawlResult &result)
+{
+    if (result.error == std::errc::timed_out)
+        kind_ = Kind::unknown;
+    else if (result.error || result.outcome == CrawlResult::Outcome::packageOrMissing)
+        kind_ = kindWithoutLinks(path_);
+    if (isAlone()) {
+        changed_.front().kind = kind_;
+        changed_.front().isPackage =
+            isFolder() && result.outcome == CrawlResult::Outcome::packageOrMissing;
+        return;
+    }
+    for (std::size_t i = 0; i < changed_.size(); ++i) {
+        changed_[i].kind = isFolder() ? result.kinds[i] : kind_;
+        changed_[i].isPackage = changed_[i].kind == Kind::folder && isPackageName(names_[i]);
+    }
+}
+
+std::vector<std::string> IndexUpdate::unanswered() const
+{
+    std::vector<std::string> paths;
+    for (const Changed &changed : changed_)
+        if (isAnyUnanswered_ || changed.kind == Kind::unknown)
+            paths.push_back(changed.path);
+    return paths;
 }
 
 bool IndexUpdate::isRoot(const std::string &path) const
 {
-    return std::ranges::find(terms_.roots, path) != terms_.roots.end();
+    return std::ranges::binary_search(terms_.roots, path);
 }
 
-bool IndexUpdate::isBelow(const std::string &path) const
+bool IndexUpdate::isBelowChanged(const std::string &path) const
 {
-    return path_ == "/"
-               ? path != path_
-               : path.starts_with(path_) && path.size() > path_.size() && path[path_.size()] == '/';
+    return std::ranges::any_of(changed_, [&path](const Changed &changed) {
+        const std::string &above = changed.path;
+        return changed.kind != Kind::unknown && path.size() > above.size() &&
+               path.starts_with(above) && (above == "/" || path[above.size()] == '/');
+    });
 }
 
 bool IndexUpdate::isSkipped(const std::string &folder) const
@@ -82,31 +154,34 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
     return counts ? kind : Kind::nothing;
 }
 
-/// A path that a link has come to lead to is not there, wherever the link leads.
-FolderLister::Kind IndexUpdate::kindOfChanged()
+/// What stands at a path; nothing where a link has come to stand on the way from the include
+/// folder, wherever it leads.
+FolderLister::Kind IndexUpdate::kindWithoutLinks(const std::string &path)
 {
     std::optional<std::size_t> nearestRoot;
     for (const std::string &root : terms_.roots) {
         const std::size_t size = root == "/" ? 0 : root.size();
-        if (path_.starts_with(root) && path_.size() > size && path_[size] == '/')
+        if (path.starts_with(root) && path.size() > size && path[size] == '/')
             nearestRoot = std::max(nearestRoot.value_or(0), size);
     }
-    if (nearestRoot && !isRoot(path_)) {
-        for (std::size_t slash = path_.find('/', *nearestRoot + 1); slash != std::string::npos;
-             slash = path_.find('/', slash + 1)) {
-            const Kind kind = terms_.folderLister.kind(path_.substr(0, slash));
+    if (nearestRoot && !isRoot(path)) {
+        for (std::size_t slash = path.find('/', *nearestRoot + 1); slash != std::string::npos;
+             slash = path.find('/', slash + 1)) {
+            const Kind kind = terms_.folderLister.kind(path.substr(0, slash));
             if (kind != Kind::folder)
                 return kind == Kind::unknown ? kind : Kind::nothing;
         }
     }
-    return kindOf(path_);
+    const Kind kind = kindOf(path);
+    return kind == Kind::other && !isAlone() ? Kind::nothing : kind;
 }
 
 // Comparing
 
 bool IndexUpdate::compare()
 {
-    if (kind_ == Kind::unknown)
+    if (std::ranges::all_of(changed_,
+                            [](const Changed &changed) { return changed.kind == Kind::unknown; }))
         return false;
     held_.emplace(paths_);
     if (!compareFound())
@@ -115,13 +190,14 @@ bool IndexUpdate::compare()
     if (!compareIndexed() || !judge())
         return false;
     for (const std::string &root : terms_.roots)
-        if (isBelow(root) && kindOf(root) == Kind::folder)
+        if (isBelowChanged(root) && kindOf(root) == Kind::folder)
             innerRoots_.push_back(root);
     if (!makeNodes())
         return false;
-    if (kind_ == Kind::nothing)
-        gone_.push_back(self_);
-    else
+    for (const Changed &changed : changed_)
+        if (changed.kind == Kind::nothing && changed.node != PathTree::NONE)
+            gone_.push_back(changed.node);
+    if (isAlone() && kind_ != Kind::nothing)
         operations_ = makeInsertionOperations(path_, {});
     forgotten_.reserve(gone_.size());
     return true;
@@ -140,8 +216,11 @@ bool IndexUpdate::compareFound()
     if (!stepAside())
         return false;
     const PathTree &tree = paths_.tree();
-    self_ = tree.find(path_);
     top_ = paths_.nodeAbove(path_);
+    for (std::size_t i = 0; i < changed_.size(); ++i)
+        changed_[i].node = isAlone()                ? tree.find(path_)
+                           : top_ == PathTree::NONE ? PathTree::NONE
+                                                    : tree.findChild(top_, names_[i]);
     nodes_.assign(std::size_t{found_.last()} + 1, PathTree::NONE);
     nodes_[FoundPaths::ROOT] = top_;
     for (FoundPaths::Token path = 1; path <= found_.last(); ++path) {
@@ -157,32 +236,52 @@ bool IndexUpdate::compareFound()
             continue;
         }
         foundNodes_.emplace_back(node, found_.isFolder(path));
-        // A child is going to be removed, and so is the listing of what is directly below it.
-        const bool isTouched =
-            parent == FoundPaths::ROOT || found_.parent(parent) == FoundPaths::ROOT;
-        if (isTouched || (tree.node(node).flags & WHOLE) != WHOLE)
+        if (isTouched(path) || (tree.node(node).flags & WHOLE) != WHOLE)
             missing_.push_back(node);
     }
     return true;
 }
 
+/// Whether the removals reach a found path. A changed path and its children are removed, and with
+/// the children goes the listing of what is directly below them.
+bool IndexUpdate::isTouched(FoundPaths::Token path) const
+{
+    const int reach = isAlone() ? 2 : 3;
+    for (int depth = 0; depth < reach; ++depth) {
+        path = found_.parent(path);
+        if (path == FoundPaths::ROOT)
+            return true;
+    }
+    return false;
+}
+
 bool IndexUpdate::compareIndexed()
+{
+    const ReadingIndex reading(paths_.lock());
+    if (!stepAside())
+        return false;
+    for (const std::string &root : terms_.roots)
+        if (isBelowChanged(root))
+            rootNodes_.push_back(paths_.tree().find(root));
+    for (const Changed &changed : changed_) {
+        const NodeId top = isAlone() ? top_ : changed.node;
+        if (changed.kind == Kind::unknown || top == PathTree::NONE)
+            continue;
+        if (!compareBelow(top, changed.kind == Kind::folder ? IN_FOLDER : IN_NO_FOLDER))
+            return false;
+    }
+    return true;
+}
+
+/// Walks what is indexed below a node. False when the index was reset.
+bool IndexUpdate::compareBelow(NodeId top, std::size_t place)
 {
     struct Level
     {
         NodeId next = PathTree::NONE;
         std::size_t place = IN_FOLDER;
     };
-    const ReadingIndex reading(paths_.lock());
-    if (!stepAside())
-        return false;
-    for (const std::string &root : terms_.roots)
-        if (isBelow(root))
-            rootNodes_.push_back(paths_.tree().find(root));
-    std::vector<Level> levels;
-    if (top_ != PathTree::NONE)
-        levels.push_back(
-            {paths_.tree().node(top_).firstChild, isFolder() ? IN_FOLDER : IN_NO_FOLDER});
+    std::vector<Level> levels{{paths_.tree().node(top).firstChild, place}};
     for (std::size_t count = 1; !levels.empty(); ++count) {
         if (count % SLICE == 0 && !stepAside())
             return false;
@@ -192,8 +291,8 @@ bool IndexUpdate::compareIndexed()
             continue;
         }
         levels.back().next = paths_.tree().node(node).nextSibling;
-        const std::size_t place = placeOf(node, levels.back().place, levels.size() <= 2);
-        levels.push_back({paths_.tree().node(node).firstChild, place});
+        const std::size_t below = placeOf(node, levels.back().place, levels.size() <= 2);
+        levels.push_back({paths_.tree().node(node).firstChild, below});
     }
     return true;
 }
@@ -208,7 +307,7 @@ std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched
     if ((unfound.flags & WHOLE) == 0 && unfound.firstChild == PathTree::NONE)
         return IN_FOLDER;
     // What stands below "/" has the node of "/" itself beside it.
-    if (node == self_)
+    if (isAlone() && node == changed_.front().node)
         return IN_FOLDER;
     unfound_.push_back(
         {.node = node, .flags = unfound.flags, .isTouched = isTouched, .parent = parent});
@@ -228,6 +327,7 @@ bool IndexUpdate::judge()
         else
             kinds.push_back(
                 kindIn(path.parent == IN_NO_FOLDER ? Kind::other : kinds[path.parent], path));
+        isAnyUnanswered_ = isAnyUnanswered_ || kinds.back() == Kind::unknown;
         if ((path.flags & WHOLE) == 0)
             continue;
         if (kinds.back() == Kind::nothing)
@@ -260,8 +360,10 @@ bool IndexUpdate::makeNodes()
             return false;
         PathTree &tree = paths_.mutableTree();
         if (made == 0) {
-            self_ = tree.insert(path_, 0);
-            nodes_[FoundPaths::ROOT] = path_ == "/" ? tree.node(self_).parent : self_;
+            const NodeId self = tree.insert(path_, 0);
+            if (isAlone())
+                changed_.front().node = self;
+            nodes_[FoundPaths::ROOT] = path_ == "/" ? tree.node(self).parent : self;
         }
         for (const std::size_t end = std::min(made + SLICE, new_.size()); made < end; ++made) {
             const FoundPaths::Token path = new_[made];
@@ -280,10 +382,14 @@ bool IndexUpdate::apply()
     if (terms_.isReset.stop_requested())
         return false;
     PathTree &tree = paths_.mutableTree();
-    stored_ = paths_.listedChildren(self_);
-    for (const NodeId child : stored_)
-        remove(child);
-    remove(self_);
+    for (Changed &changed : changed_) {
+        if (changed.kind == Kind::unknown || changed.node == PathTree::NONE)
+            continue;
+        changed.stored = paths_.listedChildren(changed.node);
+        for (const NodeId child : changed.stored)
+            remove(child);
+        remove(changed.node);
+    }
     if (kind_ != Kind::nothing)
         insert();
     for (const Unfound &path : unanswered_)
@@ -315,7 +421,8 @@ void IndexUpdate::insert()
     for (const NodeId node : missing_)
         paths_.add(node);
     insertionTime_ = terms_.now() - start;
-    paths_.mutableTree().addFlags(self_, PathTree::CANDIDATE);
+    if (isAlone())
+        paths_.mutableTree().addFlags(changed_.front().node, PathTree::CANDIDATE);
     for (const NodeId node : missing_)
         paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
 }
@@ -324,17 +431,22 @@ void IndexUpdate::insert()
 
 void IndexUpdate::log(const std::function<void(std::span<const std::string>)> &receive) const
 {
-    std::vector<std::string> texts;
-    if (!appendTexts(stored_, "", texts))
-        return;
-    std::vector<std::string> lines = {"sbl_stored_desc: " + description(texts)};
-    for (const std::string &child : texts)
-        lines.push_back(std::string(REMOVE_TAG).append(child));
-    lines.push_back(std::string(REMOVE_TAG).append(path_));
-    if (isPackage_)
-        lines.push_back(PACKAGE_TAG + path_);
-    if (kind_ == Kind::nothing)
-        lines.push_back("sbl_root_gone: " + path_);
+    std::vector<std::string> lines;
+    for (const Changed &changed : changed_) {
+        std::vector<std::string> texts;
+        if (changed.kind == Kind::unknown)
+            continue;
+        if (!appendTexts(changed.stored, "", texts))
+            return;
+        lines.push_back("sbl_stored_desc: " + description(texts));
+        for (const std::string &child : texts)
+            lines.push_back(std::string(REMOVE_TAG).append(child));
+        lines.push_back(std::string(REMOVE_TAG).append(changed.path));
+        if (changed.isPackage)
+            lines.push_back(PACKAGE_TAG + changed.path);
+        if (changed.kind == Kind::nothing)
+            lines.push_back("sbl_root_gone: " + changed.path);
+    }
     receive(lines);
     std::span<const NodeId> rest(forgotten_);
     while (!rest.empty()) {

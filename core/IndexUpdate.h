@@ -27,7 +27,21 @@ struct CrawlResult;
 /// What the log says of a folder that was to be crawled and is a package, before its path.
 inline constexpr const char *PACKAGE_TAG = "sb_grd is_package ";
 
-/// Brings what the index holds of one changed path and everything below it up to date, in three
+/// Changed paths that are brought up to date together.
+struct ChangedPaths
+{
+    /// The folder that all of them are in; without names, a path that changed itself. It has no
+    /// slash at its end.
+    std::string path;
+    std::vector<std::string> names = {};
+
+    /// Puts the paths together that are in one folder, some hundred at most. An include folder and
+    /// "/" stay alone.
+    static std::vector<ChangedPaths> together(std::span<const std::string> paths,
+                                              const std::vector<std::string> &roots);
+};
+
+/// Brings what the index holds of some changed paths and everything below them up to date, in three
 /// steps: what is there is found, compared with the index, and applied. Only the last one changes
 /// what anybody sees of the index, all at once.
 ///
@@ -42,7 +56,7 @@ public:
         FolderLister &folderLister;
         /// Extensions of the files that are indexed.
         std::set<std::string> patterns;
-        /// The include folders.
+        /// The include folders, ascending.
         std::vector<std::string> roots;
         std::shared_ptr<const SkipRules> rules;
         /// Requested with the index locked.
@@ -50,17 +64,16 @@ public:
         Now now;
     };
 
-    /// The path has no slash at its end.
-    IndexUpdate(SearchBasePaths &paths, Terms terms, std::string path);
+    IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths changed);
 
-    /// Whether a folder is there, which is then to be crawled into found().
+    /// Whether there is something to crawl: the changed path, or the folder of the changed names.
+    /// What the crawl finds goes into found() and how it went to crawled().
     bool isFolder() const { return kind_ == Kind::folder; }
     FoundPaths &found() { return found_; }
-    /// To be called when the folder could not be crawled: it may be gone since.
-    void crawlFailed(const CrawlResult &result);
+    void crawled(const CrawlResult &result);
 
-    /// Compares, locking the index for a little at a time. False when it was reset, or when the
-    /// file system does not answer for the path. What does not answer below it stays as it is.
+    /// Compares, locking the index for a little at a time. False when it was reset, or when no path
+    /// is known to have changed. What does not answer stays as it is.
     bool compare() EXCLUDES(paths_.lock());
     /// Applies with the index locked. False when it was reset.
     bool apply() EXCLUDES(paths_.lock());
@@ -69,6 +82,8 @@ public:
     /// They end early when the index is reset.
     void log(const std::function<void(std::span<const std::string> lines)> &receive) const
         EXCLUDES(paths_.lock());
+    /// The changed paths that a file system did not answer for, or for something below them.
+    std::vector<std::string> unanswered() const;
     /// How long the insertion took and how many operations it was.
     std::chrono::duration<double> insertionTime() const { return insertionTime_; }
     std::size_t operations() const { return operations_.size() + missing_.size(); }
@@ -77,7 +92,18 @@ private:
     using Kind = FolderLister::Kind;
     using NodeId = PathTree::NodeId;
 
-    /// A node below the path that was not found.
+    /// One of the changed paths.
+    struct Changed
+    {
+        std::string path;
+        /// Unknown while nothing may be changed of the path.
+        Kind kind = Kind::unknown;
+        bool isPackage = false;
+        NodeId node = PathTree::NONE;
+        /// The children that were listed under the path before.
+        std::vector<NodeId> stored = {};
+    };
+    /// A node below a changed path that was not found.
     struct Unfound
     {
         NodeId node = PathTree::NONE;
@@ -90,15 +116,18 @@ private:
     static constexpr std::size_t IN_FOLDER = ~std::size_t{0};
     static constexpr std::size_t IN_NO_FOLDER = IN_FOLDER - 1;
 
+    bool isAlone() const { return names_.empty(); }
     Kind kindOf(const std::string &path);
-    Kind kindOfChanged();
+    Kind kindWithoutLinks(const std::string &path);
     bool isRoot(const std::string &path) const;
     bool isSkipped(const std::string &folder) const;
-    bool isBelow(const std::string &path) const;
+    bool isBelowChanged(const std::string &path) const;
+    bool isTouched(FoundPaths::Token path) const;
     bool stepAside() const REQUIRES_SHARED(paths_.lock());
 
     bool compareFound() EXCLUDES(paths_.lock());
     bool compareIndexed() EXCLUDES(paths_.lock());
+    bool compareBelow(NodeId top, std::size_t place) REQUIRES_SHARED(paths_.lock());
     std::size_t placeOf(NodeId node, std::size_t parent, bool isTouched)
         REQUIRES_SHARED(paths_.lock());
     bool judge() EXCLUDES(paths_.lock());
@@ -113,22 +142,25 @@ private:
     SearchBasePaths &paths_;
     const Terms terms_;
     const ExtensionSet extensions_;
+    /// What is crawled: the changed path, or the folder of the changed names.
     const std::string path_;
+    const std::vector<std::string> names_;
+    std::vector<Changed> changed_;
     Kind kind_;
-    bool isPackage_ = false;
+    /// Something below a changed path did not answer.
+    bool isAnyUnanswered_ = false;
     FoundPaths found_;
     std::optional<HeldNodes> held_;
 
-    /// Of the path itself, and what its children go below; NONE where there is none yet.
-    NodeId self_ = PathTree::NONE;
+    /// The node that the children of path_ go below; NONE where there is none yet.
     NodeId top_ = PathTree::NONE;
-    /// By found path; those of the new ones are made last.
+    /// The node of each found path. The nodes of new paths are made last.
     std::vector<NodeId> nodes_;
     std::vector<FoundPaths::Token> new_;
     /// The nodes that were there, and whether they are folders; sorted.
     std::vector<std::pair<NodeId, bool>> foundNodes_;
     std::vector<Unfound> unfound_;
-    /// Of include folders below the path.
+    /// The nodes of the include folders below the changed paths.
     std::vector<NodeId> rootNodes_;
 
     /// Found and to be put into the index.
@@ -141,7 +173,6 @@ private:
     std::vector<std::string> innerRoots_;
 
     // What was done.
-    std::vector<NodeId> stored_;
     std::vector<NodeId> forgotten_;
     std::chrono::duration<double> insertionTime_{};
 };

@@ -2,6 +2,7 @@
 
 #include "base/PathText.h"
 #include "base/TaskQueue.h"
+#include "core/HeldNodes.h"
 #include "core/IndexSink.h"
 #include "core/IndexUpdate.h"
 #include "core/IndexedItems.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <span>
@@ -26,6 +28,10 @@ constexpr std::size_t RESULT_LIMIT = 25;
 constexpr std::size_t GO_TO_PATH_LIMIT = 24;
 constexpr std::size_t MOST_ACCESSED_COUNT = 10;
 constexpr std::chrono::duration<double> LONG_UPDATE_THRESHOLD(1.0);
+/// A path that a file system did not answer for is looked at again after this time, then after
+/// twice as long each time, up to the longest.
+constexpr std::chrono::minutes FIRST_ASK_AGAIN_DELAY{1};
+constexpr std::chrono::minutes LONGEST_ASK_AGAIN_DELAY{64};
 /// Bytes of a dump between two times that writers get in.
 constexpr std::size_t DUMP_PIECE = std::size_t{64} * 1024;
 
@@ -76,20 +82,34 @@ private:
 
 } // namespace
 
-/// Brings each path that the watcher reports up to date.
+/// Brings the paths that the watcher reports up to date.
 class SearchBase::Changes final : public SearchBaseWatcherDelegate
 {
 public:
     explicit Changes(SearchBase &searchBase) : searchBase_(searchBase) {}
 
-    void watchedFolderChanged(const std::string &path, const std::stop_token &stop) override
+    void watchedFoldersChanged(const std::vector<std::string> &paths,
+                               const std::stop_token &stop) override
     {
         if (searchBase_.services_.onReport)
-            searchBase_.services_.onReport(path);
-        searchBase_.update(path, stop);
+            std::ranges::for_each(paths, searchBase_.services_.onReport);
+        updateAndAskAgain(paths, stop, FIRST_ASK_AGAIN_DELAY);
     }
 
 private:
+    void updateAndAskAgain(const std::vector<std::string> &paths, const std::stop_token &stop,
+                           std::chrono::minutes delay)
+    {
+        std::vector<std::string> unanswered = searchBase_.update(paths, stop);
+        if (unanswered.empty() || stop.stop_requested())
+            return;
+        searchBase_.services_.watching->eventQueue.postDelayed(
+            delay, [this, delay, paths = std::move(unanswered), stop] {
+                if (!stop.stop_requested())
+                    updateAndAskAgain(paths, stop, std::min(2 * delay, LONGEST_ASK_AGAIN_DELAY));
+            });
+    }
+
     SearchBase &searchBase_;
 };
 
@@ -338,26 +358,26 @@ CrawlResult SearchBase::enumerate(const std::string &url, const std::set<std::st
     return crawler.crawl(url, patterns, sink, progress, stop);
 }
 
-CrawlResult SearchBase::enumerateForUpdate(const std::string &url,
+CrawlResult SearchBase::enumerateForUpdate(const ChangedPaths &changed,
                                            const std::set<std::string> &patterns, CrawlSink &sink,
                                            const std::stop_token &stop)
 {
-    // What reports changes has armed the folders before. Mostly there is just one of them.
+    // The watcher notices by itself which folders come. Mostly there is just one of them.
     Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {.threads = 1});
-    return crawler.crawl(url, patterns, sink, {}, stop);
+    return changed.names.empty()
+               ? crawler.crawl(changed.path, patterns, sink, {}, stop)
+               : crawler.crawlNames(changed.path, changed.names, patterns, sink, stop);
 }
 
 void SearchBase::update(const std::string &path, const std::stop_token &stop)
 {
-    services_.logger.log("sbl_change: " + path);
-    if (isInsideApplication(path)) {
-        services_.logger.log("sbl_ignore_app " + path);
-        return;
-    }
-    if (!path.starts_with('/')) {
-        services_.logger.log("sbl_ignore_relative " + path);
-        return;
-    }
+    update(std::span(&path, 1), stop);
+}
+
+std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
+                                            const std::stop_token &stop)
+{
+    const std::vector<std::string> changed = logChanges(paths);
     std::stop_token isReset;
     {
         const ReadingIndex reading(searchBasePaths_.lock());
@@ -365,34 +385,56 @@ void SearchBase::update(const std::string &path, const std::stop_token &stop)
     }
     const EitherStop end(stop, isReset);
     const MutexLock changing(changing_);
-    if (end.token().stop_requested())
-        return;
-    const std::string url(withoutTrailingSlashes(path));
     const std::shared_ptr<const SearchLocations> locations = this->locations();
-    const std::set<std::string> patterns = locations->extensions();
-    IndexUpdate update(searchBasePaths_,
-                       {.folderLister = services_.folderLister,
-                        .patterns = patterns,
-                        .roots = locations->roots(),
-                        .rules = searchBaseIgnorePaths_.rules(),
-                        .isReset = isReset,
-                        .now = services_.now},
-                       url);
-    if (findOut(update, url, patterns, end.token()))
-        applyInMainQueue(update);
+    const IndexUpdate::Terms terms{.folderLister = services_.folderLister,
+                                   .patterns = locations->extensions(),
+                                   .roots = locations->roots(),
+                                   .rules = searchBaseIgnorePaths_.rules(),
+                                   .isReset = isReset,
+                                   .now = services_.now};
+    std::vector<std::string> unanswered;
+    if (changed.empty())
+        return unanswered;
+    // Dead nodes are collected once, when all is done.
+    const HeldNodes held(searchBasePaths_);
+    for (ChangedPaths &some : ChangedPaths::together(changed, terms.roots)) {
+        if (end.token().stop_requested())
+            return {};
+        IndexUpdate update(searchBasePaths_, terms, some);
+        if (findOut(update, some, terms.patterns, end.token()))
+            applyInMainQueue(update);
+        std::ranges::move(update.unanswered(), std::back_inserter(unanswered));
+    }
+    return unanswered;
+}
+
+/// Returns the paths that are to be looked at.
+std::vector<std::string> SearchBase::logChanges(std::span<const std::string> paths)
+{
+    std::vector<std::string> changed;
+    std::vector<std::string> lines;
+    for (const std::string &path : paths) {
+        lines.push_back("sbl_change: " + path);
+        if (isInsideApplication(path))
+            lines.push_back("sbl_ignore_app " + path);
+        else if (!path.starts_with('/'))
+            lines.push_back("sbl_ignore_relative " + path);
+        else
+            changed.push_back(path);
+    }
+    services_.logger.log(lines);
+    return changed;
 }
 
 /// False when nothing is to be applied.
-bool SearchBase::findOut(IndexUpdate &update, const std::string &url,
+bool SearchBase::findOut(IndexUpdate &update, const ChangedPaths &changed,
                          const std::set<std::string> &patterns, const std::stop_token &stop)
 {
     if (update.isFolder()) {
-        const CrawlResult result = enumerateForUpdate(url, patterns, update.found(), stop);
-        // Nothing is known of a file system that does not answer.
-        if (stop.stop_requested() || result.error == std::errc::timed_out)
+        const CrawlResult result = enumerateForUpdate(changed, patterns, update.found(), stop);
+        if (stop.stop_requested())
             return false;
-        if (result.outcome == CrawlResult::Outcome::packageOrMissing || result.error)
-            update.crawlFailed(result);
+        update.crawled(result);
     }
     return update.compare();
 }

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -29,6 +30,7 @@ class IndexedItems;
 class SearchBaseFinder;
 class SearchBaseLogger;
 class TaskQueue;
+struct ChangedPaths;
 struct CrawlResult;
 
 /// The index in memory and the one object through which the program searches it.
@@ -79,8 +81,12 @@ public:
     virtual void build(const Progress &progress, const std::stop_token &stop = {});
     /// Crawls a path that has changed and brings what the index holds of it and below up to date,
     /// in one task of the main queue. Changes nothing when that queue is closed, stop is requested
-    /// before, or a reset or build begins meanwhile.
+    /// before, or a reset or build begins meanwhile, nor for a path that does not begin with "/".
     void update(const std::string &path, const std::stop_token &stop = {});
+    /// The same for many paths, some hundred of one folder in each task. Returns the paths that a
+    /// file system did not answer for; these stay as they were.
+    std::vector<std::string> update(std::span<const std::string> paths,
+                                    const std::stop_token &stop = {});
     /// Forgets one path; what is below it stays.
     void remove(std::string_view path);
 
@@ -130,10 +136,12 @@ private:
     CrawlResult enumerate(const std::string &url, const std::set<std::string> &patterns,
                           CrawlSink &sink, const Progress &progress, const std::stop_token &stop,
                           std::shared_ptr<FSEventArming> arming);
-    CrawlResult enumerateForUpdate(const std::string &url, const std::set<std::string> &patterns,
-                                   CrawlSink &sink, const std::stop_token &stop);
-    bool findOut(IndexUpdate &update, const std::string &url, const std::set<std::string> &patterns,
-                 const std::stop_token &stop);
+    CrawlResult enumerateForUpdate(const ChangedPaths &changed,
+                                   const std::set<std::string> &patterns, CrawlSink &sink,
+                                   const std::stop_token &stop);
+    std::vector<std::string> logChanges(std::span<const std::string> paths);
+    bool findOut(IndexUpdate &update, const ChangedPaths &changed,
+                 const std::set<std::string> &patterns, const std::stop_token &stop);
     void applyInMainQueue(IndexUpdate &update);
     void describe(SortedPathWalk::Of of,
                   const std::function<void(std::string_view piece)> &receive) const;

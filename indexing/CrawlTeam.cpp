@@ -1,6 +1,7 @@
 #include "indexing/CrawlTeam.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace quillon {
@@ -22,7 +23,10 @@ constexpr std::size_t LEAST_OPEN = 4;
 
 CrawlTeam::CrawlTeam(Task task, const CrawlOptions &options)
     : task_(std::move(task)), options_(options), pathWanted_(task_.reportsProgress)
-{}
+{
+    if (task_.names)
+        result_.kinds.resize(task_.names->size(), FolderLister::Kind::unknown);
+}
 
 CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_token &stop)
 {
@@ -247,8 +251,35 @@ void CrawlTeam::giveUp(Member &member)
         fail(error);
     } else {
         ++result_.errors;
+        forgetKind(path);
         addErrorLine(path, error);
     }
+}
+
+// What stands at the names of a crawl of some names
+
+void CrawlTeam::setKind(std::size_t number, FolderLister::Kind kind)
+{
+    const MutexLock lock(mutex_);
+    result_.kinds[number] = kind;
+}
+
+void CrawlTeam::notListed(const std::string &path, const std::error_code &error)
+{
+    const MutexLock lock(mutex_);
+    if (error != std::errc::permission_denied)
+        forgetKind(path);
+}
+
+void CrawlTeam::forgetKind(const std::string &path)
+{
+    const std::size_t prefix = task_.rootPath == "/" ? 1 : task_.rootPath.size() + 1;
+    if (!task_.names || path.size() <= prefix)
+        return;
+    const auto name = std::ranges::find(*task_.names, std::string_view(path).substr(prefix));
+    if (name != task_.names->end())
+        result_.kinds[static_cast<std::size_t>(name - task_.names->begin())] =
+            FolderLister::Kind::unknown;
 }
 
 // Messages

@@ -5,10 +5,12 @@
 #include "indexing/CrawlWorker.h"
 #include "indexing/Crawler.h"
 #include "indexing/NameKinds.h"
+#include "platform/FolderLister.h"
 
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <system_error>
@@ -16,9 +18,6 @@
 #include <vector>
 
 namespace quillon {
-
-class FolderLister;
-class OpenFolder;
 
 /// The workers of one crawl and what they share.
 ///
@@ -35,6 +34,8 @@ public:
         CrawlSink &sink;
         std::string rootPath;
         CrawlItem root;
+        /// The names in the root that are crawled; absent when all are.
+        std::optional<std::vector<std::string>> names;
         /// Null when nobody watches.
         std::shared_ptr<FSEventArming> arming;
         bool reportsProgress = false;
@@ -53,6 +54,10 @@ public:
     /// Set once, by the first worker, before anything can be shared.
     void setRoot(std::shared_ptr<const OpenFolder> handle) { rootHandle_ = std::move(handle); }
     const std::shared_ptr<const OpenFolder> &rootHandle() const { return rootHandle_; }
+    /// Takes note of what stands at the name with this number.
+    void setKind(std::size_t number, FolderLister::Kind kind) EXCLUDES(mutex_);
+    /// Takes note that the folder was not listed to its end.
+    void notListed(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
     void rootFailed(const std::error_code &error) EXCLUDES(mutex_);
     /// Returns once the worker has got something to visit; false when the crawl is over.
     bool waitForWork(CrawlWorker &worker) EXCLUDES(mutex_);
@@ -96,6 +101,7 @@ private:
     bool isAnythingLeft() REQUIRES(mutex_);
     void lookAfterMembers() REQUIRES(mutex_);
     void giveUp(Member &member) REQUIRES(mutex_);
+    void forgetKind(const std::string &path) REQUIRES(mutex_);
     void finish() REQUIRES(mutex_);
     void fail(const std::error_code &error) REQUIRES(mutex_);
     void addErrorLine(const std::string &path, const std::error_code &error) REQUIRES(mutex_);

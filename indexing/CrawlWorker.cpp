@@ -103,11 +103,14 @@ bool CrawlWorker::visitRoot()
         if (error) {
             giveUpListing();
             team_.rootFailed(error);
+        } else if (task.names) {
+            for (std::size_t i = 0; i < task.names->size(); ++i)
+                team_.setKind(i, FolderLister::Kind::nothing);
         }
         return true;
     }
     team_.setRoot(folder);
-    if (!readEntries(*folder, root, error))
+    if (!(task.names ? lookAtNames(*folder, root) : readEntries(*folder, root, error)))
         return false;
     if (error)
         report(root, error);
@@ -227,6 +230,31 @@ bool CrawlWorker::readEntries(OpenFolder &folder, const CrawlItem &item, std::er
     }
 }
 
+/// Keeps the names that the crawl is of, as far as they are there.
+bool CrawlWorker::lookAtNames(const OpenFolder &folder, const CrawlItem &item)
+{
+    names_.clear();
+    kept_.clear();
+    const CrawlTeam::Task &task = team_.task();
+    for (std::size_t i = 0; i < task.names->size(); ++i) {
+        const std::string &name = (*task.names)[i];
+        auto kind = FolderLister::Kind::unknown;
+        if (!inCall([&] { kind = folder.kind(name); }))
+            return false;
+        SkipRules::State state = task.rules->below(item.state, name);
+        const auto path = [&] { return item.path() + "/" + name; };
+        const bool isFolder = kind == FolderLister::Kind::folder;
+        const bool isFile = kind == FolderLister::Kind::other;
+        const bool counts = isFolder ? !task.rules->skips(state, name, path)
+                                     : isFile && task.extensions.holdsExtensionOf(name);
+        team_.setKind(
+            i, counts || kind == FolderLister::Kind::unknown ? kind : FolderLister::Kind::nothing);
+        if (counts)
+            store({name, isFolder}, state);
+    }
+    return true;
+}
+
 void CrawlWorker::keep(const FolderEntry &entry, const CrawlItem &item)
 {
     if (isHiddenName(entry.name))
@@ -241,6 +269,11 @@ void CrawlWorker::keep(const FolderEntry &entry, const CrawlItem &item)
     } else if (!task.extensions.holdsExtensionOf(entry.name)) {
         return;
     }
+    store(entry, state);
+}
+
+void CrawlWorker::store(const FolderEntry &entry, SkipRules::State state)
+{
     kept_.push_back({names_.size(), entry.name.size(), state, entry.isFolder});
     names_ += entry.name;
 }
@@ -288,6 +321,8 @@ void CrawlWorker::report(const CrawlItem &item, const std::error_code &error)
 {
     ++counts_.errors;
     giveUpListing();
+    if (team_.task().names)
+        team_.notListed(item.path(), error);
     if (team_.task().reportsProgress)
         team_.addError(item.path(), error);
 }

@@ -93,7 +93,10 @@ private:
     bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
     bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);
 
+    bool lookAtNames(const OpenFolder &folder, const CrawlItem &item);
+
     void keep(const FolderEntry &entry, const CrawlItem &item);
+    void store(const FolderEntry &entry, SkipRules::State state);
     bool handOver(const CrawlItem &item);
     void goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder) EXCLUDES(mutex_);
     void report(const CrawlItem &item, const std::error_code &error);

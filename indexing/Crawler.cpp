@@ -36,10 +36,28 @@ CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> 
                            CrawlSink &sink, const Progress &progress, const std::stop_token &stop)
 {
     const std::string path(withoutTrailingSlashes(root));
+    if (isPackageName(path.substr(path.rfind('/') + 1))) {
+        sink.root(path);
+        return {.outcome = CrawlResult::Outcome::packageOrMissing, .error = {}};
+    }
+    return crawlFrom(path, std::nullopt, includedExtensions, sink, progress, stop);
+}
+
+CrawlResult Crawler::crawlNames(const std::string &folder, std::vector<std::string> names,
+                                const std::set<std::string> &includedExtensions, CrawlSink &sink,
+                                const std::stop_token &stop)
+{
+    return crawlFrom(std::string(withoutTrailingSlashes(folder)), std::move(names),
+                     includedExtensions, sink, {}, stop);
+}
+
+CrawlResult Crawler::crawlFrom(const std::string &path,
+                               std::optional<std::vector<std::string>> names,
+                               const std::set<std::string> &includedExtensions, CrawlSink &sink,
+                               const Progress &progress, const std::stop_token &stop)
+{
     CrawlItem item;
     item.token = sink.root(path);
-    if (isPackageName(path.substr(path.rfind('/') + 1)))
-        return {.outcome = CrawlResult::Outcome::packageOrMissing, .error = {}};
     item.name = path == "/" ? "" : path;
     item.state = rules_->stateOf(item.name);
     const auto team =
@@ -49,6 +67,7 @@ CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> 
                                                     .sink = sink,
                                                     .rootPath = path,
                                                     .root = std::move(item),
+                                                    .names = std::move(names),
                                                     .arming = arming_,
                                                     .reportsProgress = progress != nullptr},
                                     options_);

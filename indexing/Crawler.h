@@ -2,20 +2,22 @@
 
 #include "indexing/CrawlSink.h"
 #include "indexing/SkipRules.h"
+#include "platform/FolderLister.h"
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stop_token>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace quillon {
 
 class FSEventArming;
-class FolderLister;
 
 /// How the crawl of one root went.
 struct CrawlResult
@@ -39,6 +41,9 @@ struct CrawlResult
     std::uint64_t files = 0;
     /// What could not be read below the root.
     std::uint64_t errors = 0;
+    /// After crawlNames(): what stands at each name. A folder that did not say what is in it,
+    /// unless it may not be read, is unknown.
+    std::vector<FolderLister::Kind> kinds = {};
 };
 
 struct CrawlOptions
@@ -78,7 +83,16 @@ public:
                       CrawlSink &sink, const Progress &progress = {},
                       const std::stop_token &stop = {});
 
+    /// The same for some names in a folder, as if these were all that it holds, hidden ones too.
+    CrawlResult crawlNames(const std::string &folder, std::vector<std::string> names,
+                           const std::set<std::string> &includedExtensions, CrawlSink &sink,
+                           const std::stop_token &stop = {});
+
 private:
+    CrawlResult crawlFrom(const std::string &path, std::optional<std::vector<std::string>> names,
+                          const std::set<std::string> &includedExtensions, CrawlSink &sink,
+                          const Progress &progress, const std::stop_token &stop);
+
     FolderLister &folderLister_;
     std::shared_ptr<const SkipRules> rules_;
     CrawlOptions options_;

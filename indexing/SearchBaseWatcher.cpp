@@ -84,7 +84,10 @@ void SearchBaseWatcher::stopWatching()
         return;
     eventStream_->stop();
     eventStream_->invalidate();
-    services_.eventQueue.post([this] { coalesce_.forgetAll(); });
+    services_.eventQueue.post([this] {
+        coalesce_.forgetAll();
+        due_.clear();
+    });
 }
 
 void SearchBaseWatcher::received(const RillFSEventsEvent &event,
@@ -103,18 +106,29 @@ void SearchBaseWatcher::received(const RillFSEventsEvent &event,
     if (!isRoot && searchBaseIgnorePaths_.shouldSkipPath(folder))
         return;
     coalesce_.coalesce(event.path, services_.eventQueue,
-                       [this, stop](const std::string &path) { tell(path, stop); });
+                       [this, stop](const std::string &path) { becameDue(path, stop); });
 }
 
-void SearchBaseWatcher::tell(const std::string &path, const std::stop_token &stop)
+/// Paths that are due at the same time are told at once: an update has costs of its own.
+void SearchBaseWatcher::becameDue(const std::string &path, const std::stop_token &stop)
+{
+    due_.push_back(path);
+    if (due_.size() > 1)
+        return;
+    dueStop_ = stop;
+    services_.eventQueue.post([this] { tellWhatIsDue(); });
+}
+
+void SearchBaseWatcher::tellWhatIsDue()
 {
     std::shared_ptr<SearchBaseWatcherDelegate> delegate;
     {
         const MutexLock lock(mutex_);
         delegate = delegate_.lock();
     }
-    if (delegate && !stop.stop_requested())
-        delegate->watchedFolderChanged(path, stop);
+    const std::vector<std::string> due = std::exchange(due_, {});
+    if (delegate && !due.empty() && !dueStop_.stop_requested())
+        delegate->watchedFoldersChanged(due, std::stop_token(dueStop_));
 }
 
 void SearchBaseWatcher::settle()
@@ -136,6 +150,8 @@ void SearchBaseWatcher::settle()
     services_.eventQueue.postDelayed(services_.coalesceDelay,
                                      [end = std::move(end)] { end->set_value(); });
     ended.wait();
+    // What became due by then is told by a task that stands before this one.
+    services_.eventQueue.postAndWait([] {});
 }
 
 std::optional<FSEventStatus> SearchBaseWatcher::status() const

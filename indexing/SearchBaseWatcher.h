@@ -24,9 +24,11 @@ public:
     SearchBaseWatcherDelegate(const SearchBaseWatcherDelegate &) = delete;
     SearchBaseWatcherDelegate &operator=(const SearchBaseWatcherDelegate &) = delete;
 
-    /// A folder, or an included file, has come, gone or changed. Called on the event queue with the
-    /// path as the service says it. Stop is requested once that watch has been stopped.
-    virtual void watchedFolderChanged(const std::string &path, const std::stop_token &stop) = 0;
+    /// Folders, or included files, have come, gone or changed. Called on the event queue with every
+    /// path that is due, each as the service says it. Stop is requested once that watch has been
+    /// stopped.
+    virtual void watchedFoldersChanged(const std::vector<std::string> &paths,
+                                       const std::stop_token &stop) = 0;
 };
 
 /// Watches the include folders and tells of each change once, some seconds after a burst of them
@@ -74,12 +76,16 @@ public:
 private:
     void received(const RillFSEventsEvent &event, const std::vector<std::string> &roots,
                   const std::stop_token &stop) EXCLUDES(mutex_);
-    void tell(const std::string &path, const std::stop_token &stop) EXCLUDES(mutex_);
+    void becameDue(const std::string &path, const std::stop_token &stop);
+    void tellWhatIsDue() EXCLUDES(mutex_);
 
     const SearchBaseIgnorePaths &searchBaseIgnorePaths_;
     const Services services_;
-    /// For the event queue alone.
+    // For the event queue alone.
     Coalesce coalesce_;
+    /// What is told together with the next task, and the watch that it belongs to.
+    std::vector<std::string> due_;
+    std::stop_token dueStop_;
 
     mutable Mutex mutex_;
     std::weak_ptr<SearchBaseWatcherDelegate> delegate_ GUARDED_BY(mutex_);

@@ -28,6 +28,17 @@ struct FolderBatch
     std::unique_ptr<std::byte[]> room;
 };
 
+/// What stands at a path.
+enum class FolderKind
+{
+    nothing,
+    folder,
+    /// Whatever is no folder, symbolic links included.
+    other,
+    /// The file system does not answer, or answers with an error other than absence.
+    unknown,
+};
+
 /// A folder opened for reading.
 ///
 /// Outlives the lister that opened it. read() is for one thread at a time; open() may be called
@@ -48,6 +59,8 @@ public:
     /// read by the rules of FolderLister::open().
     virtual std::unique_ptr<OpenFolder> open(const std::string &name,
                                              std::error_code &error) const = 0;
+    /// What stands at a name in this folder; a symbolic link is not followed.
+    virtual FolderKind kind(const std::string &name) const = 0;
     /// The folder as it is now; unknown where the file system does not tell.
     virtual FolderStamp stamp() const = 0;
 };
@@ -75,15 +88,7 @@ public:
     virtual std::unique_ptr<OpenFolder> open(const std::string &path, Wanted wanted,
                                              std::error_code &error) = 0;
 
-    enum class Kind
-    {
-        nothing,
-        folder,
-        /// Whatever is no folder, symbolic links included.
-        other,
-        /// The file system does not answer, or answers with an error other than absence.
-        unknown,
-    };
+    using Kind = FolderKind;
     /// What stands at an absolute path of any length; a symbolic link at its end is not followed,
     /// those before are.
     virtual Kind kind(const std::string &path) = 0;

@@ -342,6 +342,44 @@ TEST(SearchBaseUpdate, bringsAWideFolderUpToDate)
     EXPECT_EQ(base.indexed(), fresh.indexed());
 }
 
+/// Runs each task at once and counts them.
+struct CountingQueue final : TaskQueue
+{
+    void post(Task task) override
+    {
+        ++tasks;
+        task();
+    }
+    void postDelayed(std::chrono::milliseconds, Task task) override { post(std::move(task)); }
+    int tasks = 0;
+};
+
+TEST(SearchBaseUpdate, takesTheChangedNamesOfAFolderTogether)
+{
+    constexpr int NAMES = 1200;
+    FakeBase base;
+    FakeBase fresh;
+    base.lister.add("/w/gone/x");
+    std::vector<std::string> paths = {"/w/gone", "/w/never"};
+    for (int i = 0; i < NAMES; ++i) {
+        paths.push_back("/w/" + std::to_string(i));
+        fresh.lister.add(paths.back() + "/below");
+    }
+    base.searchBase.update("/w");
+    fresh.searchBase.update("/w");
+    CountingQueue queue;
+    SearchBase changed(nullptr, base.finder, base.matcher,
+                       {.folderLister = fresh.lister, .logger = base.logger, .mainQueue = queue});
+    fresh.lister.unanswered = {"/w/7"};
+    EXPECT_THAT(changed.update(paths), ElementsAre("/w/7"));
+    EXPECT_EQ(base.searchBase.count(), 1U + 2 * (NAMES - 1));
+    EXPECT_EQ(queue.tasks, 3) << "500 names and fewer share one";
+    fresh.lister.unanswered.clear();
+    EXPECT_THAT(changed.update(std::vector<std::string>{"/w/7"}), IsEmpty());
+    EXPECT_EQ(linesOf(base.searchBase), linesOf(fresh.searchBase));
+    EXPECT_EQ(base.indexed(), fresh.indexed());
+}
+
 TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
 {
     FakeBase base;
@@ -516,12 +554,18 @@ TEST(SearchBaseUpdate, followsRandomChangesOfTheDisk)
                 continue;
             // Nearest to the root first, and told of the folder around.
             std::ranges::sort(touched, {}, &std::string::size);
+            std::vector<std::string> told;
             for (const std::string &at : touched)
                 if (isTold(at.substr(0, at.rfind('/'))))
-                    changed.update(at.substr(0, at.rfind('/')));
+                    told.push_back(changed.disk.path(at.substr(0, at.rfind('/'))));
             touched.clear();
-            changed.update("r");
-            changed.update("r/.h/b");
+            told.push_back(changed.disk.path("r"));
+            told.push_back(changed.disk.path("r/.h/b"));
+            if (pick(2) == 0)
+                changed.base.searchBase.update(told);
+            else
+                for (const std::string &each : told)
+                    changed.base.searchBase.update(each);
             changed.expectFresh();
         }
         if (testing::Test::HasFailure())

@@ -57,6 +57,22 @@ TEST_F(SearchBaseWatchTest, bringsReportedChangesIntoTheIndex)
     EXPECT_EQ(service_.notes().size(), 2U) << "an update arms nothing";
 }
 
+TEST_F(SearchBaseWatchTest, asksAgainForWhatWasNotAnswered)
+{
+    SearchBaseOver<FakeFolderLister> base{{.events = service_, .eventQueue = events_}};
+    base.lister.add("/usr");
+    base.includeFolders({"/usr"});
+    base.build();
+    base.lister.add("/usr/new");
+    base.lister.unanswered = {"/usr/new"};
+    stream(0).send({"/usr/new"});
+    events_.advance(1min);
+    EXPECT_THAT(base.indexed(), ElementsAre("/usr"));
+    base.lister.unanswered.clear();
+    events_.advance(1min);
+    EXPECT_THAT(base.indexed(), ElementsAre("/usr", "/usr/new"));
+}
+
 TEST_F(SearchBaseWatchTest, letsNothingOfAnOldWatchIntoANewIndex)
 {
     base_.build();

@@ -77,6 +77,7 @@ private:
         {
             return lister_.make(name, depth_ - 1);
         }
+        FolderKind kind(const std::string &) const override { return FolderKind::folder; }
         FolderStamp stamp() const override { return {}; }
 
     private:

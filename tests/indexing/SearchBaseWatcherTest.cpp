@@ -27,16 +27,19 @@ using testing::IsEmpty;
 class Receiver final : public SearchBaseWatcherDelegate
 {
 public:
-    void watchedFolderChanged(const std::string &path, const std::stop_token &stop) override
+    void watchedFoldersChanged(const std::vector<std::string> &paths,
+                               const std::stop_token &stop) override
     {
         EXPECT_FALSE(stop.stop_requested());
-        told.push_back(path);
+        told.insert(told.end(), paths.begin(), paths.end());
+        ++times;
         if (onTold)
             onTold(stop);
     }
     std::vector<std::string> take() { return std::exchange(told, {}); }
 
     std::vector<std::string> told;
+    int times = 0;
     std::function<void(const std::stop_token &stop)> onTold;
 };
 
@@ -140,7 +143,9 @@ TEST_F(SearchBaseWatcherTest, tellsNothingOfAnOldWatch)
     EXPECT_TRUE(stream(0).isDestroyed);
 
     // Stopped and started again while somebody is told.
-    stream(1).send({docs, root_ + "/pending"});
+    stream(1).send({docs, root_ + "/with-it"});
+    queue_.advance(1s);
+    stream(1).send({root_ + "/pending"});
     receiver_->onTold = [&](const std::stop_token &stop) {
         receiver_->onTold = nullptr;
         watcher_.stopWatching();
@@ -148,8 +153,10 @@ TEST_F(SearchBaseWatcherTest, tellsNothingOfAnOldWatch)
         start();
         EXPECT_FALSE(stream(1).isDestroyed) << "it may be in use";
     };
+    receiver_->times = 0;
     queue_.advance(1h);
-    EXPECT_THAT(receiver_->take(), ElementsAre(docs));
+    EXPECT_THAT(receiver_->take(), ElementsAre(docs, root_ + "/with-it"));
+    EXPECT_EQ(receiver_->times, 1) << "what is due at the same time is told at once";
     EXPECT_TRUE(stream(1).isDestroyed);
     stream(2).send({docs});
     queue_.advance(1h);

@@ -85,6 +85,10 @@ private:
             return lister_.open((path_ == "/" ? path_ : path_ + "/") + name, Wanted::subfolders,
                                 error);
         }
+        FolderKind kind(const std::string &name) const override
+        {
+            return lister_.kind((path_ == "/" ? path_ : path_ + "/") + name);
+        }
         FolderStamp stamp() const override { return {1, std::hash<std::string>()(path_) | 1, 0}; }
 
     private:

@@ -103,6 +103,14 @@ Device deviceOf(const Descriptor &folder)
     return {status->stx_dev_major, status->stx_dev_minor, countsSubfoldersAsLinks(*type)};
 }
 
+FolderKind kindAt(int folder, const char *name)
+{
+    const auto status = statusOf(folder, name, AT_SYMLINK_NOFOLLOW);
+    if (!status)
+        return meansAbsence(errno) ? FolderKind::nothing : FolderKind::unknown;
+    return S_ISDIR(status->stx_mode) ? FolderKind::folder : FolderKind::other;
+}
+
 class PosixOpenFolder final : public OpenFolder
 {
 public:
@@ -113,6 +121,7 @@ public:
     bool read(FolderBatch &batch, std::error_code &error) override;
     std::unique_ptr<OpenFolder> open(const std::string &name,
                                      std::error_code &error) const override;
+    FolderKind kind(const std::string &name) const override;
     FolderStamp stamp() const override;
 
 private:
@@ -188,6 +197,11 @@ std::unique_ptr<OpenFolder> PosixOpenFolder::open(const std::string &name,
     return std::make_unique<PosixOpenFolder>(std::move(child), terms_, device);
 }
 
+FolderKind PosixOpenFolder::kind(const std::string &name) const
+{
+    return kindAt(folder_.get(), name.c_str());
+}
+
 FolderStamp PosixOpenFolder::stamp() const
 {
     const auto status = statusOf(folder_.get(), "", AT_EMPTY_PATH);
@@ -217,11 +231,9 @@ std::unique_ptr<OpenFolder> PosixFolderLister::open(const std::string &path, Wan
 FolderLister::Kind PosixFolderLister::kind(const std::string &path)
 {
     const auto place = shorten(path);
-    const auto status =
-        place ? statusOf(place->folder.get(), place->path, AT_SYMLINK_NOFOLLOW) : std::nullopt;
-    if (!status)
+    if (!place)
         return meansAbsence(errno) ? Kind::nothing : Kind::unknown;
-    return S_ISDIR(status->stx_mode) ? Kind::folder : Kind::other;
+    return kindAt(place->folder.get(), place->path);
 }
 
 } // namespace quillon
