@@ -6,6 +6,7 @@
 
 #include <QDrag>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QScrollBar>
 
@@ -28,6 +29,14 @@ SearchResultsTable::SearchResultsTable(SearchResultsModel &model, IconSource &ic
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     verticalScrollBar()->setSingleStep(metrics::rowHeight(fontMetrics()));
+}
+
+void SearchResultsTable::mousePressEvent(QMouseEvent *event)
+{
+    if (indexAt(event->position().toPoint()).isValid())
+        QListView::mousePressEvent(event);
+    else
+        event->ignore();
 }
 
 void SearchResultsTable::startDrag(Qt::DropActions actions)

@@ -7,7 +7,8 @@ namespace quillon {
 class IconSource;
 class SearchResultsModel;
 
-/// The rows of a SearchResultsModel. A row can be dragged out as a file.
+/// The rows of a SearchResultsModel. A row can be dragged out as a file. Below the rows a press of
+/// the mouse is left to what lies behind the table.
 class SearchResultsTable : public QListView
 {
     Q_OBJECT
@@ -21,6 +22,7 @@ Q_SIGNALS:
     void dragEnded(bool isTaken);
 
 protected:
+    void mousePressEvent(QMouseEvent *event) override;
     void startDrag(Qt::DropActions actions) override;
 
 private:

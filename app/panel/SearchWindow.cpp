@@ -132,9 +132,12 @@ void SearchWindow::hideEvent(QHideEvent *)
 
 void SearchWindow::mousePressEvent(QMouseEvent *event)
 {
-    // The shadow looks like a place outside the panel, so a click there dismisses it, too.
-    if (!panelRect().contains(event->pos()))
+    // The shadow looks like a place outside the panel, so a click there dismisses the panel as
+    // well.
+    if (!panelRect().contains(event->position().toPoint()))
         dismiss();
+    else if (event->button() == Qt::LeftButton)
+        windowHandle()->startSystemMove();
 }
 
 } // namespace quillon

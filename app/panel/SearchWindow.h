@@ -13,7 +13,8 @@ class SearchPanelView;
 class WindowSystem;
 
 /// The window around the panel: above the others, out of the taskbar, gone when another window
-/// becomes active, unless a row is being dragged there. Kept when closed and shown again.
+/// becomes active, unless a row is being dragged there. The background moves it until it is shown
+/// the next time. Kept when closed and shown again.
 class SearchWindow : public RoundedWindow
 {
     Q_OBJECT

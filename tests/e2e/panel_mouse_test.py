@@ -47,6 +47,26 @@ class PanelMouseTest(Desktop):
             self.assertEqual(left, free_left + (800 - width) // 2)
             self.assertTrue(free_top < top < free_top + 900 // 3, top)
 
+    def test_is_moved_by_its_background_until_it_comes_up_again(self):
+        self.write_settings()
+        self.start()
+        left, top, width, height = self.place()
+        for x, y in ((width - 250, height - 20), (width // 2, height - 120)):
+            self.point_at(left + x, top + y)
+            subprocess.run(["xdotool", "mousedown", "1"], check=True)
+            # The window manager takes the pointer over a moment after the press.
+            def moves():
+                self.point_at(left + x + 40, top + y + 20)
+                self.point_at(left + x + 90, top + y + 60)
+                return self.place()[:2] == (left + 90, top + 60)
+            eventually("the panel where it was dragged", moves)
+            subprocess.run(["xdotool", "mouseup", "1"], check=True)
+            self.assertTrue(self.panel())
+            self.press("Escape")
+            self.wait_for_no_panel()
+            self.show()
+            self.assertEqual(self.place(), (left, top, width, height))
+
     def start_with_a_row(self):
         """Starts the program and opens a folder once: it stands there from then on, untyped."""
         record = self.open_folders_with_recorder()
