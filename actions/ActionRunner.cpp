@@ -3,6 +3,7 @@
 #include "base/TaskQueue.h"
 #include "platform/Clipboard.h"
 #include "platform/FileManager.h"
+#include "platform/FolderLister.h"
 #include "platform/Workspace.h"
 #include "prefs/Preferences.h"
 
@@ -86,79 +87,125 @@ void ActionRunner::runAction(const ActionModel &action, const SearchBaseResultRe
     if (typeFor(action, *result) == ActionType::copyPathToClipboard)
         services_.clipboard.setString(result->path());
     else
-        queue_.post([this, action, result] { perform(action, *result); });
+        queue_.post([this, action, result] { perform(action, result); });
 }
 
-void ActionRunner::perform(const ActionModel &action, const SearchBaseResult &result)
+void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef &result)
 {
-    const std::string &path = result.path();
-    const ActionType type = typeFor(action, result);
+    const std::string &path = result->path();
+    const ActionType type = typeFor(action, *result);
+    bool isDone = true;
     if (type == ActionType::openInDefaultApp)
-        openInDefaultApp(path);
+        isDone = openInDefaultApp(path);
     else if (type == ActionType::openApplication)
-        openApplication(action.actionTarget.key(), path);
+        openApplication(action.actionTarget.key(), result);
     else if (type == ActionType::showInFinder)
-        showInFinder(path);
+        isDone = showInFinder(path);
     else if (type == ActionType::showParentInFinder)
-        showParentInFinder(path);
+        isDone = showParentInFinder(path);
     else if (type == ActionType::executeShellCommand)
-        executeShellCommand(action.actionTarget.key(), path);
+        executeShellCommand(action.actionTarget.key(), result);
+    if (!isDone)
+        failToOpen(type, result);
 }
 
-void ActionRunner::openInDefaultApp(const std::string &path)
+bool ActionRunner::isForFileManager(const std::string &application) const
+{
+    // Whoever names a file manager in the settings wants it in place of any other one.
+    const FileManager &fileManager = services_.fileManager;
+    return application == fileManager.application() || fileManager.isFileManager(application);
+}
+
+bool ActionRunner::openInDefaultApp(const std::string &path)
 {
     Workspace &workspace = services_.workspace;
-    const auto isForFileManager = [this](const std::string &application) {
-        // Whoever names a file manager in the settings wants it in place of any other one.
-        const FileManager &fileManager = services_.fileManager;
-        return application == fileManager.application() || fileManager.isFileManager(application);
-    };
     if (workspace.isFolder(path) && isForFileManager(workspace.applicationToOpen(path)))
-        showInFinder(path);
-    else
-        workspace.open(path);
+        return showInFinder(path);
+    return workspace.open(path);
 }
 
-void ActionRunner::showInFinder(const std::string &path)
+bool ActionRunner::showInFinder(const std::string &path)
 {
+    // A file manager shows no file, but it can select one in its folder.
+    if (!services_.workspace.isFolder(path))
+        return showParentInFinder(path);
     const std::string folder = services_.workspace.resolvingSymlinks(path);
-    const auto &behavior = preferences_.openInFinderBehavior.selected();
-    if (behavior == Preferences::OpenInFinder::newWindow)
-        services_.fileManager.openNewWindow(folder);
-    else
-        AppleScriptRunner::callHandler(appleScriptRunner_.openInExistingFinderWindowAppleScript,
-                                       AppleScriptRunner::OPEN_IN_EXISTING_FINDER_WINDOW, {folder});
+    if (preferences_.openInFinderBehavior.selected() == Preferences::OpenInFinder::newWindow)
+        return services_.fileManager.openNewWindow(folder);
+    return AppleScriptRunner::callHandler(appleScriptRunner_.openInExistingFinderWindowAppleScript,
+                                          AppleScriptRunner::OPEN_IN_EXISTING_FINDER_WINDOW,
+                                          {folder})
+        .has_value();
 }
 
-void ActionRunner::showParentInFinder(const std::string &path)
+bool ActionRunner::showParentInFinder(const std::string &path)
 {
     const Workspace &workspace = services_.workspace;
-    services_.fileManager.select(workspace.resolvingSymlinks(path),
-                                 workspace.resolvingSymlinks(parentOf(path)));
+    return services_.fileManager.select(workspace.resolvingSymlinks(path),
+                                        workspace.resolvingSymlinks(parentOf(path)));
 }
 
-void ActionRunner::openApplication(const std::string &application, const std::string &path)
+void ActionRunner::openApplication(const std::string &application,
+                                   const SearchBaseResultRef &result)
 {
-    // Quotes alone are escaped, on purpose: the shell expands dollar signs and backquotes.
+    // Only quotes are escaped, on purpose: the shell expands dollar signs and backquotes.
     const std::string command =
-        "open -a \"" + application + "\" \"" + escaped(path, {{'"', '"'}}) + "\"";
-    start({.executable = "/bin/bash", .arguments = {"-c", command}, .firstOnPath = programsFolder_},
-          [](const ProcessRunner::Output &) {});
+        "open -a \"" + application + "\" \"" + escaped(result->path(), {{'"', '"'}}) + "\"";
+    const auto report = [this, application, result] {
+        const bool isGone =
+            services_.folderLister.kind(result->path()) == FolderLister::Kind::nothing;
+        using enum ActionFailure::Reason;
+        failed_({.reason = isGone ? itemGone : applicationFailed,
+                 .result = result,
+                 .target = isGone ? "" : application});
+    };
+    const bool isStarted = start(
+        {.executable = "/bin/bash", .arguments = {"-c", command}, .firstOnPath = programsFolder_},
+        [report](const ProcessRunner::Output &output) {
+            if (!output.isSuccess)
+                report();
+        });
+    if (!isStarted)
+        report();
 }
 
-void ActionRunner::executeShellCommand(const std::string &executable, const std::string &path)
+void ActionRunner::executeShellCommand(const std::string &executable,
+                                       const SearchBaseResultRef &result)
 {
-    start({.executable = executable, .arguments = {path}},
-          [stream = streams_.output](const ProcessRunner::Output &output) {
-              writeLine(stream, "Shell script result: (\"" + onOneLine(output.standardOutput) +
-                                    "\", \"" + onOneLine(output.standardError) + "\")");
-          });
+    const bool isStarted =
+        start({.executable = executable, .arguments = {result->path()}},
+              [stream = streams_.output](const ProcessRunner::Output &output) {
+                  writeLine(stream, "Shell script result: (\"" + onOneLine(output.standardOutput) +
+                                        "\", \"" + onOneLine(output.standardError) + "\")");
+              });
+    if (!isStarted)
+        failed_({.reason = ActionFailure::Reason::executableFailed,
+                 .result = result,
+                 .target = executable});
 }
 
-void ActionRunner::start(const ProcessRunner::Command &command, ProcessRunner::Ended ended)
+bool ActionRunner::start(const ProcessRunner::Command &command, ProcessRunner::Ended ended)
 {
-    if (const auto failure = services_.processRunner.run(command, std::move(ended)))
+    const auto failure = services_.processRunner.run(command, std::move(ended));
+    if (failure)
         writeLine(streams_.diagnostics, "quillon: " + onOneLine(*failure));
+    return !failure;
+}
+
+void ActionRunner::failToOpen(const ActionType &type, const SearchBaseResultRef &result) const
+{
+    using enum ActionFailure::Reason;
+    const auto reason = [&] {
+        const FolderLister::Kind kind = services_.folderLister.kind(result->path());
+        if (kind == FolderLister::Kind::nothing)
+            return itemGone;
+        if (kind == FolderLister::Kind::unknown)
+            return itemUnreachable;
+        if (type == ActionType::openInDefaultApp && !services_.workspace.isFolder(result->path()))
+            return noDefaultApplication;
+        return services_.fileManager.application().empty() ? noFileManager : fileManagerFailed;
+    };
+    failed_({.reason = reason(), .result = result});
 }
 
 } // namespace quillon

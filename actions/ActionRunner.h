@@ -1,25 +1,27 @@
 #pragma once
 
+#include "actions/ActionFailure.h"
 #include "actions/ActionModel.h"
 #include "actions/AppleScriptRunner.h"
 #include "platform/ProcessRunner.h"
 #include "results/SearchBaseResult.h"
 
 #include <cstdio>
+#include <functional>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace quillon {
 
 class Clipboard;
 class FileManager;
+class FolderLister;
 class Preferences;
 class TaskQueue;
 class Workspace;
 
-/// Carries out an action on a row. Nobody is told how it went, but for a line after an executable
-/// of the user's, on the output when it has ended; and one on the diagnostics about a program that
-/// does not start.
+/// Carries out an action on a row. One line on the output says what an executable of the user's has
+/// written when it has ended. One line on the diagnostics says why a program does not start.
 class ActionRunner
 {
 public:
@@ -29,19 +31,26 @@ public:
         FileManager &fileManager;
         Clipboard &clipboard;
         ProcessRunner &processRunner;
+        /// Tells why an item could not be opened.
+        FolderLister &folderLister;
     };
+    /// Called on any thread when an action came to nothing.
+    using Failed = std::function<void(const ActionFailure &failure)>;
     struct Streams
     {
         std::FILE *output;
         std::FILE *diagnostics;
     };
 
-    /// The actions run on the queue, which must be serial, one after the other; it ends before this
-    /// object does. The folder holds the program "open", which serves "Open Application". The
-    /// scripts are the ones that all the application shares.
+    /// The actions run one after the other on the queue, which is serial and ends before this
+    /// object does. The folder holds the program "open", which "Open Application" runs. The scripts
+    /// are those of the whole application.
     ActionRunner(const Services &services, const Preferences &preferences,
                  const AppleScriptRunner &appleScriptRunner, TaskQueue &queue,
                  std::string programsFolder, Streams streams = {stdout, stderr});
+
+    /// Set before the first action.
+    void onFailure(Failed failed) { failed_ = std::move(failed); }
 
     /// What the action comes to for the row: one of the front file manager window is opened or
     /// selected as the settings say, whatever the action.
@@ -50,13 +59,17 @@ public:
     void runAction(const ActionModel &action, const SearchBaseResultRef &result);
 
 private:
-    void perform(const ActionModel &action, const SearchBaseResult &result);
-    void openInDefaultApp(const std::string &path);
-    void showInFinder(const std::string &path);
-    void showParentInFinder(const std::string &path);
-    void openApplication(const std::string &application, const std::string &path);
-    void executeShellCommand(const std::string &executable, const std::string &path);
-    void start(const ProcessRunner::Command &command, ProcessRunner::Ended ended);
+    void perform(const ActionModel &action, const SearchBaseResultRef &result);
+    // False when the item was not opened or shown.
+    bool openInDefaultApp(const std::string &path);
+    bool showInFinder(const std::string &path);
+    bool showParentInFinder(const std::string &path);
+    void openApplication(const std::string &application, const SearchBaseResultRef &result);
+    void executeShellCommand(const std::string &executable, const SearchBaseResultRef &result);
+    /// Returns false when the program does not start.
+    bool start(const ProcessRunner::Command &command, ProcessRunner::Ended ended);
+    bool isForFileManager(const std::string &application) const;
+    void failToOpen(const ActionType &type, const SearchBaseResultRef &result) const;
 
     Services services_;
     const Preferences &preferences_;
@@ -64,6 +77,7 @@ private:
     TaskQueue &queue_;
     std::string programsFolder_;
     Streams streams_;
+    Failed failed_ = [](const ActionFailure &) {};
 };
 
 } // namespace quillon

@@ -53,10 +53,21 @@ AppDelegate::AppDelegate()
                           .searchBaseFinder = searchBaseFinder_,
                           .background = services_.backgroundQueue,
                           .main = services_.mainQueue}),
-      source_(searchBase_, searchBaseFinder_, searchBaseBuilder_, frontFinderSearch_),
+      source_({.searchBase = searchBase_,
+               .finder = searchBaseFinder_,
+               .builder = searchBaseBuilder_,
+               .frontFinderSearch = frontFinderSearch_,
+               .disk = services_.diskLister},
+              QDir::homePath().toStdString()),
+      actionFailures_({.recentAccessScore = searchBaseRecentAccessScore_,
+                       .searchBase = searchBase_,
+                       .builder = searchBaseBuilder_,
+                       .notifications = services_.notifications,
+                       .windowSystem = services_.windowSystem,
+                       .background = services_.backgroundQueue}),
       actionModelFinder_(services_.defaults),
       actionRunner_({services_.workspace, services_.fileManager, services_.clipboard,
-                     services_.processRunner},
+                     services_.processRunner, services_.folderLister},
                     preferences_, appleScriptRunner_, services_.actionQueue, programsFolder()),
       icons_(services_.workspace, services_.iconQueue, services_.mainQueue),
       searchWindow_(icons_, services_.windowSystem),
@@ -164,14 +175,17 @@ void AppDelegate::joinSearchPanel()
     connect(&searchWindow_, &SearchWindow::appeared, &controller,
             &LightningSearchViewController::viewWillAppear);
     connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
-        // Folders may have been named in the settings by hand since.
-        if (!source_.state().hasLocations)
+        // Folders may have been named in the settings since, or be there again.
+        if (!searchBaseBuilder_.hasLocations())
             rebuildSearchBaseViewController_->startBuilding();
     });
     connect(&searchWindow_, &SearchWindow::becameKey, &controller,
             &LightningSearchViewController::windowDidBecomeKey);
     connect(&searchWindow_, &SearchWindow::disappeared, &controller,
             &LightningSearchViewController::viewDidDisappear);
+    actionRunner_.onFailure([this](const ActionFailure &failure) {
+        services_.mainQueue.post([this, failure] { actionFailures_.report(failure); });
+    });
     updater_.onChange([&controller] { controller.updateUpdateButton(); });
     connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
             [this] { perform({.action = "toggle", .activationToken = {}}); });
@@ -421,6 +435,7 @@ void AppDelegate::applyPalette()
     onboardingWindow_.setPanelPalette(palette());
     preferencesViewController_.setPanelPalette(palette());
     updater_.setPanelPalette(palette());
+    actionFailures_.setPanelPalette(palette());
     feedback_.setPanelPalette(palette());
     if (appleEventPermissionCoordinator_)
         appleEventPermissionCoordinator_->setPanelPalette(palette());

@@ -5,6 +5,7 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
 #include "actions/FrontFinderSearch.h"
+#include "app/ActionFailures.h"
 #include "app/DesktopServices.h"
 #include "app/WindowTracker.h"
 #include "app/panel/IconSource.h"
@@ -125,6 +126,7 @@ private:
     SearchBaseBuilder searchBaseBuilder_;
     SearchBaseSource source_;
 
+    ActionFailures actionFailures_;
     ActionModelFinder actionModelFinder_;
     ActionRunner actionRunner_;
     IconSource icons_;

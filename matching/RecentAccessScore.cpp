@@ -88,6 +88,18 @@ void RecentAccessScoreData::recordUse(const std::string &path)
     replace(std::move(counts));
 }
 
+void RecentAccessScoreData::takeBack(const std::string &path)
+{
+    UseCounts counts = snapshot()->counts;
+    const auto found = counts.find(path);
+    if (found == counts.end())
+        return;
+    if (--found->second == 0)
+        counts.erase(found);
+    dataStore_.set(storedForm(counts), KEY);
+    replace(std::move(counts));
+}
+
 std::vector<std::string> RecentAccessScoreData::topPaths(int n) const
 {
     require(n >= 0, "the number of most used paths asked for is not negative");
@@ -149,6 +161,11 @@ RecentAccessScore::RecentAccessScore(RecentAccessScoreDataStore &store)
 void RecentAccessScore::addRecentAccess(const SearchBaseResult &result)
 {
     data_.recordUse(std::string(withoutTrailingSlashes(result.path())));
+}
+
+void RecentAccessScore::takeBack(const SearchBaseResult &result)
+{
+    data_.takeBack(std::string(withoutTrailingSlashes(result.path())));
 }
 
 double RecentAccessScore::score(std::string_view path) const

@@ -80,6 +80,8 @@ public:
     /// Counts one use and writes all counts at once. A count or a sum that no longer fits stops
     /// the program.
     void recordUse(const std::string &path);
+    /// Takes one use of the path back and writes all counts at once. Does nothing without one.
+    void takeBack(const std::string &path);
     /// The n most used paths, most used first, equal counts by path; n is not negative.
     std::vector<std::string> topPaths(int n) const;
     /// Forgets the counts of one path, in the store too. False when the store still has them.
@@ -106,9 +108,11 @@ public:
     /// that add up to more than 2^62 the largest.
     explicit RecentAccessScore(RecentAccessScoreDataStore &store);
 
-    /// Records one use of the result's path without its closing slash, so that a folder counts as the
-    /// same one however it was reached. The use is saved when this returns.
+    /// Records one use of the result's path without its closing slash, so that a folder counts as
+    /// the same one however it was reached. The use is saved when this returns.
     void addRecentAccess(const SearchBaseResult &result);
+    /// Takes a recorded use of the result's path back, as when it could not be opened.
+    void takeBack(const SearchBaseResult &result);
     /// The path's share of all uses, 0 to 1.
     double score(std::string_view path) const;
     /// The n most used paths, most used first, equal counts by path; n is not negative.

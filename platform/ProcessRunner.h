@@ -18,11 +18,14 @@ public:
         /// A folder that stands before the others on the program's PATH; empty for none.
         std::string firstOnPath = {};
     };
-    /// All that was written, in UTF-8; U+FFFD stands for each byte that was not.
+    /// What a program has left.
     struct Output
     {
+        // All that was written, in UTF-8; U+FFFD stands for each byte that was not.
         std::string standardOutput;
         std::string standardError;
+        /// Whether the program ended by itself with the status 0.
+        bool isSuccess = true;
     };
     using Ended = std::function<void(const Output &)>;
 

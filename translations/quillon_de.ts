@@ -223,6 +223,89 @@
         <source>Indexing: %1</source>
         <translation>Wird erfasst: %1</translation>
     </message>
+    <message>
+        <source>The folders to search are away</source>
+        <translation>Die zu durchsuchenden Ordner fehlen gerade</translation>
+    </message>
+    <message>
+        <source>Connect the disk or the network share of “%1”, or choose other folders in the preferences</source>
+        <translation>Verbinden Sie den Datenträger oder die Netzwerkfreigabe von „%1“, oder wählen Sie in den Einstellungen andere Ordner</translation>
+    </message>
+    <message>
+        <source>“%1” is away</source>
+        <translation>„%1“ fehlt gerade</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln search folder(s) away</source>
+        <translation>
+            <numerusform>%Ln Suchordner fehlt gerade</numerusform>
+            <numerusform>%Ln Suchordner fehlen gerade</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is no “%1”</source>
+        <translation>„%1“ gibt es nicht</translation>
+    </message>
+    <message>
+        <source>Check the path for a typing mistake.</source>
+        <translation>Prüfen Sie, ob Sie sich beim Pfad vertippt haben.</translation>
+    </message>
+    <message>
+        <source>“%1” is gone</source>
+        <translation>„%1“ ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>%1 was moved, renamed or deleted. Search for its new name, or look in the trash.</source>
+        <translation>%1 wurde verschoben, umbenannt oder gelöscht. Suchen Sie nach dem neuen Namen, oder sehen Sie im Papierkorb nach.</translation>
+    </message>
+    <message>
+        <source>“%1” does not answer</source>
+        <translation>„%1“ antwortet nicht</translation>
+    </message>
+    <message>
+        <source>Check that the disk or the network share of %1 is connected, then try again.</source>
+        <translation>Prüfen Sie, ob der Datenträger oder die Netzwerkfreigabe von %1 verbunden ist, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened</source>
+        <translation>„%1“ konnte nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>No file manager is installed. Install one, then try again.</source>
+        <translation>Es ist kein Dateimanager installiert. Installieren Sie einen, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The file manager did not answer. Try again, or choose another one in the preferences under “General”.</source>
+        <translation>Der Dateimanager hat nicht geantwortet. Versuchen Sie es noch einmal, oder wählen Sie in den Einstellungen unter „Allgemein“ einen anderen.</translation>
+    </message>
+    <message>
+        <source>No application opens files of this kind. Choose one in your file manager.</source>
+        <translation>Kein Programm öffnet Dateien dieser Art. Wählen Sie in Ihrem Dateimanager eines aus.</translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened with “%2”</source>
+        <translation>„%1“ konnte nicht mit „%2“ geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Install the application, or choose another one in the preferences under “Actions”.</source>
+        <translation>Installieren Sie das Programm, oder wählen Sie in den Einstellungen unter „Aktionen“ ein anderes.</translation>
+    </message>
+    <message>
+        <source>“%1” could not be started</source>
+        <translation>„%1“ konnte nicht gestartet werden</translation>
+    </message>
+    <message>
+        <source>Check that %1 is there and may be run, or choose another program in the preferences under “Actions”.</source>
+        <translation>Prüfen Sie, ob %1 vorhanden und ausführbar ist, oder wählen Sie in den Einstellungen unter „Aktionen“ ein anderes Programm.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>Quillon – Not Opened</source>
+        <translation>Quillon – Nicht geöffnet</translation>
+    </message>
 </context>
 <context>
     <name>PreferenceTexts</name>

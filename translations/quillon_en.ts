@@ -17,5 +17,12 @@
             <numerusform>%Ln folders</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln search folder(s) away</source>
+        <translation>
+            <numerusform>%Ln search folder is away</numerusform>
+            <numerusform>%Ln search folders are away</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -132,7 +132,7 @@ void LightningSearchViewController::joinButtons()
 void LightningSearchViewController::viewWillAppear()
 {
     isSelectionMoved_ = false;
-    select(0);
+    select(firstSelectedRow_);
     updateHints();
     searchNow();
     updateState();
@@ -186,11 +186,13 @@ void LightningSearchViewController::textChanged()
 void LightningSearchViewController::searchNow()
 {
     debouncedSearch_.cancel();
-    // Characters of the user: a letter beyond the basic plane is one.
-    if (view_.searchTextField().text().toUcs4().size() >= SHORTEST_QUERY)
+    // The user counts characters: a letter beyond the basic plane is one.
+    if (view_.searchTextField().text().toUcs4().size() >= SHORTEST_QUERY) {
         startSearch(query());
-    else
-        searchFinished(query(), source_.mostAccessedResults());
+        return;
+    }
+    searchEnded();
+    show({.results = source_.mostAccessedResults()});
 }
 
 void LightningSearchViewController::startSearch(const std::string &query)
@@ -199,44 +201,46 @@ void LightningSearchViewController::startSearch(const std::string &query)
         spinnerDelay_.start();
     hasPendingSearch_ = true;
     queues_.background.post([this, query, number = ++newestSearch_] {
-        queues_.main.post([this, query, number, results = source_.search(query)]() mutable {
-            if (number == newestSearch_)
-                searchFinished(query, std::move(results));
+        queues_.main.post([this, query, number, answer = source_.search(query)]() mutable {
+            if (number != newestSearch_)
+                return;
+            searchEnded();
+            // Where the user has typed on, the answer to the newer text is on its way.
+            if (query == this->query())
+                show(std::move(answer));
         });
     });
 }
 
-void LightningSearchViewController::searchFinished(const std::string &query,
-                                                   std::vector<SearchBaseResultRef> results)
+void LightningSearchViewController::searchEnded()
 {
-    // The user typed on: the answer to the newer text is on its way.
-    if (query != this->query())
-        return;
     hasPendingSearch_ = false;
     spinnerDelay_.stop();
     isSearchSlow_ = false;
     updateSpinner();
+}
 
-    // The same question asked again, of a newer index: not below the hands of whoever is choosing.
+void LightningSearchViewController::show(PanelSource::Answer answer)
+{
+    // The answer of a newer index to the same question leaves the rows to a user who is choosing.
     const bool isRefresh = isAnswered();
-    answeredQuery_ = query;
-    if (!isRefresh || (!isSelectionMoved_ && !areSameRows(results, searchResults_.results())))
-        showResults(std::move(results));
+    answeredQuery_ = query();
+    if (!isRefresh || !isSelectionMoved_) {
+        isSelectionMoved_ = false;
+        firstSelectedRow_ = answer.selectedRow;
+        if (!isRefresh || !areSameRows(answer.results, searchResults_.results()))
+            searchResults_.setResults(std::move(answer.results));
+        if (selectedRow() != firstSelectedRow_)
+            select(firstSelectedRow_);
+        if (searchResults_.rowCount() == 0)
+            updateHints();
+    }
     updateState();
 
     if (const auto flags = std::exchange(pendingOpen_, std::nullopt)) {
-        if (const auto first = searchResults_.result(0))
-            open(first, *flags);
+        if (const auto result = selectedResult())
+            open(result, *flags);
     }
-}
-
-void LightningSearchViewController::showResults(std::vector<SearchBaseResultRef> results)
-{
-    isSelectionMoved_ = false;
-    searchResults_.setResults(std::move(results));
-    select(0);
-    if (searchResults_.rowCount() == 0)
-        updateHints();
 }
 
 void LightningSearchViewController::fetchFrontWindow()
@@ -347,17 +351,15 @@ void LightningSearchViewController::showRowMenu(QPoint globalPosition)
 
 void LightningSearchViewController::confirm(ActionShortcutFlags flags)
 {
-    if (!source_.state().hasLocations) {
-        source_.addHomeFolder();
-        return;
-    }
-    // While the rows belong to an older text, what the user means is the answer to this one.
+    // While the rows belong to an older text, the user means the answer to the newer one.
     if (!isAnswered() && debouncedSearch_.isPending())
         searchNow();
     if (!isAnswered())
         pendingOpen_ = flags;
     else if (const auto result = selectedResult())
         open(result, flags);
+    else if (!source_.state().hasLocations)
+        source_.addHomeFolder();
 }
 
 void LightningSearchViewController::open(const SearchBaseResultRef &result,

@@ -79,8 +79,8 @@ private:
     void textChanged();
     void searchNow();
     void startSearch(const std::string &query);
-    void searchFinished(const std::string &query, std::vector<SearchBaseResultRef> results);
-    void showResults(std::vector<SearchBaseResultRef> results);
+    void searchEnded();
+    void show(PanelSource::Answer answer);
     void fetchFrontWindow();
     void updateSpinner();
     std::string query() const;
@@ -106,14 +106,18 @@ private:
     PanelKeyboard keyboard_;
     PanelMenus menus_;
 
+    /// The newest search has not ended yet.
     bool hasPendingSearch_ = false;
-    /// It has been pending for long enough to say so.
+    /// The pending search has been running for long enough to say so.
     bool isSearchSlow_ = false;
     bool isFetchingFrontWindow_ = false;
-    /// Number of the newest search: one that began earlier may have known less and ends in vain.
+    /// Number of the newest search. An earlier one may have known less, so its answer is dropped.
     std::uint64_t newestSearch_ = 0;
     std::optional<std::string> answeredQuery_;
-    /// Return came before the answer to the typed text: its first row is opened with these.
+    /// The row that is selected until the user selects another one.
+    int firstSelectedRow_ = 0;
+    /// The keys of a Return that came before the answer to the typed text. They open the row that
+    /// the answer selects.
     std::optional<ActionShortcutFlags> pendingOpen_;
     /// The user is about to choose: the rows stay as they are.
     bool isSelectionMoved_ = false;

@@ -18,8 +18,16 @@ public:
         /// Paths indexed so far.
         std::size_t count = 0;
         bool isBuilding = false;
-        /// False when there is no folder to index.
+        /// False when the settings name no folder to index.
         bool hasLocations = true;
+        /// The folders that the settings name and that were not there when the index was built.
+        std::vector<std::string> away = {};
+    };
+    struct Answer
+    {
+        std::vector<SearchBaseResultRef> results;
+        /// The row that is selected at first.
+        int selectedRow = 0;
     };
 
     PanelSource() = default;
@@ -27,8 +35,10 @@ public:
     PanelSource(const PanelSource &) = delete;
     PanelSource &operator=(const PanelSource &) = delete;
 
-    /// Called on a background thread, several at a time.
-    virtual std::vector<SearchBaseResultRef> search(const std::string &query) const = 0;
+    /// Called on a background thread, several at a time. "~" at the beginning of a path stands for
+    /// the home folder. Where the query is exactly the path of something that exists, its row is
+    /// the selected one, else the first.
+    virtual Answer search(const std::string &query) const = 0;
     /// The rows for a query too short to search for.
     virtual std::vector<SearchBaseResultRef> mostAccessedResults() const = 0;
     /// Counts one use of the result's path, saved at once.

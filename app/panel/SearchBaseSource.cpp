@@ -4,62 +4,91 @@
 #include "core/SearchBase.h"
 #include "core/SearchBaseBuilder.h"
 #include "indexing/SearchBaseFinder.h"
+#include "platform/FolderLister.h"
 
-#include <QDir>
-
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace quillon {
 
-SearchBaseSource::SearchBaseSource(SearchBase &searchBase, SearchBaseFinder &finder,
-                                   SearchBaseBuilder &builder, FrontFinderSearch &frontFinderSearch)
-    : searchBase_(searchBase),
-      finder_(finder),
-      builder_(builder),
-      frontFinderSearch_(frontFinderSearch)
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How long an answer waits for the disk to say whether a typed path exists.
+constexpr auto DISK_PATIENCE = 300ms;
+
+} // namespace
+
+SearchBaseSource::SearchBaseSource(const Services &services, std::string homeFolder)
+    : services_(services), homeFolder_(std::move(homeFolder))
 {}
 
-std::vector<SearchBaseResultRef> SearchBaseSource::search(const std::string &query) const
+PanelSource::Answer SearchBaseSource::search(const std::string &query) const
 {
-    return searchBase_.search(query);
+    const std::string wanted = query.starts_with("~/") ? homeFolder_ + query.substr(1) : query;
+    Answer answer{services_.searchBase.search(wanted)};
+    if (wanted.starts_with('/'))
+        answer.selectedRow = rowOfPath(answer.results, wanted);
+    return answer;
+}
+
+int SearchBaseSource::rowOfPath(const std::vector<SearchBaseResultRef> &rows,
+                                const std::string &path) const
+{
+    const auto found = std::ranges::find_if(rows, [&path](const SearchBaseResultRef &row) {
+        return row->type() != SearchBaseResultType::inFrontFinder && row->path() == path;
+    });
+    if (found == rows.begin() || found == rows.end() || !isThere(path))
+        return 0;
+    return static_cast<int>(found - rows.begin());
+}
+
+bool SearchBaseSource::isThere(const std::string &path) const
+{
+    const auto ask = [&disk = services_.disk, path] { return disk.kind(path); };
+    const auto kind = diskCalls_.run(path, DISK_PATIENCE, ask);
+    return kind == FolderLister::Kind::folder || kind == FolderLister::Kind::other;
 }
 
 std::vector<SearchBaseResultRef> SearchBaseSource::mostAccessedResults() const
 {
-    return searchBase_.mostAccessedResults();
+    return services_.searchBase.mostAccessedResults();
 }
 
 void SearchBaseSource::recordUse(const SearchBaseResultRef &result)
 {
-    searchBase_.searchBaseMatcher().uprankResult(*result);
+    services_.searchBase.searchBaseMatcher().uprankResult(*result);
 }
 
 PanelSource::State SearchBaseSource::state() const
 {
-    return {.count = searchBase_.count(),
-            .isBuilding = builder_.isBuilding(),
-            .hasLocations = builder_.hasLocations()};
+    return {.count = services_.searchBase.count(),
+            .isBuilding = services_.builder.isBuilding(),
+            .hasLocations = services_.builder.hasLocations(),
+            .away = services_.searchBase.awayFolders()};
 }
 
 bool SearchBaseSource::isFrontWindowSearched() const
 {
-    return frontFinderSearch_.isFinderFrontmost();
+    return services_.frontFinderSearch.isFinderFrontmost();
 }
 
 void SearchBaseSource::refreshFrontWindow(std::function<void()> completion)
 {
-    frontFinderSearch_.refresh(std::move(completion));
+    services_.frontFinderSearch.refresh(std::move(completion));
 }
 
 void SearchBaseSource::forgetFrontWindow()
 {
-    frontFinderSearch_.forget();
+    services_.frontFinderSearch.forget();
 }
 
 void SearchBaseSource::addHomeFolder()
 {
-    finder_.bookmarks.add(QDir::homePath().toStdString());
-    builder_.start();
+    services_.finder.bookmarks.add(homeFolder_);
+    services_.builder.start();
 }
 
 } // namespace quillon

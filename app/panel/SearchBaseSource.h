@@ -1,9 +1,13 @@
 #pragma once
 
 #include "app/panel/PanelSource.h"
+#include "base/BoundedCalls.h"
+
+#include <string>
 
 namespace quillon {
 
+class FolderLister;
 class FrontFinderSearch;
 class SearchBase;
 class SearchBaseBuilder;
@@ -13,10 +17,20 @@ class SearchBaseFinder;
 class SearchBaseSource : public PanelSource
 {
 public:
-    SearchBaseSource(SearchBase &searchBase, SearchBaseFinder &finder, SearchBaseBuilder &builder,
-                     FrontFinderSearch &frontFinderSearch);
+    struct Services
+    {
+        SearchBase &searchBase;
+        SearchBaseFinder &finder;
+        SearchBaseBuilder &builder;
+        FrontFinderSearch &frontFinderSearch;
+        /// Asks the disk itself, however long the disk takes. Outlives also the calls that hang.
+        FolderLister &disk;
+    };
 
-    std::vector<SearchBaseResultRef> search(const std::string &query) const override;
+    /// The home folder is an absolute path.
+    SearchBaseSource(const Services &services, std::string homeFolder);
+
+    Answer search(const std::string &query) const override;
     std::vector<SearchBaseResultRef> mostAccessedResults() const override;
     void recordUse(const SearchBaseResultRef &result) override;
     State state() const override;
@@ -26,10 +40,12 @@ public:
     void addHomeFolder() override;
 
 private:
-    SearchBase &searchBase_;
-    SearchBaseFinder &finder_;
-    SearchBaseBuilder &builder_;
-    FrontFinderSearch &frontFinderSearch_;
+    bool isThere(const std::string &path) const;
+    int rowOfPath(const std::vector<SearchBaseResultRef> &rows, const std::string &path) const;
+
+    const Services services_;
+    const std::string homeFolder_;
+    mutable BoundedCalls diskCalls_;
 };
 
 } // namespace quillon

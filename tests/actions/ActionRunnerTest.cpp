@@ -120,6 +120,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "select",
                 SearchBaseResultType::goToPath},
         OpenRow{"show", SHOW, "/link", {"new /real"}, {}},
+        OpenRow{"showAFile", SHOW, "/file", {"select /file in /"}, {}},
+        OpenRow{"showAFileInTheFrontWindow", SHOW, "/file", {"select /file in /"}, {}, "existing"},
         OpenRow{"showInTheFrontWindow", SHOW, "/link", {"front /real"}, {}, "existing"},
         OpenRow{"parent", PARENT, "/a/b", {"select /a/b in /a"}, {}},
         OpenRow{"parentThroughLinks", PARENT, "/link/in", {"select /far/in in /real"}, {}},
@@ -161,13 +163,73 @@ TEST_F(Actions, openFilesEvenWithTheFileManagerAndFoldersEvenWithoutOne)
     EXPECT_THAT(fakes_.fileManager.takeCalls(), ElementsAre("new /a"));
 }
 
-TEST_F(Actions, endSilentlyWhereTheFileManagerFails)
+/// What an action fails with when nothing works.
+struct FailureRow
 {
-    fakes_.fileManager.isWorking = false;
-    run(ActionType::showInFinder, row("/a"));
-    EXPECT_THAT(fakes_.fileManager.takeCalls(), ElementsAre("new /a"));
-    EXPECT_THAT(diagnostics_.take(), IsEmpty());
+    using Reason = ActionFailure::Reason;
+
+    const char *name;
+    const char *kind;
+    const char *path;
+    Reason reason;
+    std::string target = {};
+    const char *openBehavior = "new";
+    const char *fileManager = FILE_MANAGER;
+
+    friend std::ostream &operator<<(std::ostream &out, const FailureRow &row)
+    {
+        return out << row.name;
+    }
+};
+
+class FailingActions : public Actions, public testing::WithParamInterface<FailureRow>
+{};
+
+TEST_P(FailingActions, sayWhy)
+{
+    const FailureRow &expected = GetParam();
+    fakes_.fileManager.isWorking = fakes_.workspace.hasApplications = false;
+    fakes_.fileManager.desktopId = expected.fileManager;
+    fakes_.workspace.folderApplication = expected.fileManager;
+    fakes_.workspace.files = {"/file", "/gone"};
+    for (const char *path : {"/folder", "/file"})
+        fakes_.folders.add(path);
+    fakes_.folders.unanswered = {"/silent"};
+    store_.set("open-finder-behavior", {std::string(expected.openBehavior)});
+    std::vector<ActionFailure> failures;
+    runner_.onFailure([&failures](const ActionFailure &failure) { failures.push_back(failure); });
+
+    const SearchBaseResultRef result = row(expected.path);
+    run(ActionType(expected.kind, false), result, expected.target);
+    for (const auto &ended : fakes_.processRunner.running)
+        ended({.standardOutput = "", .standardError = "", .isSuccess = false});
+    ASSERT_THAT(failures, SizeIs(1));
+    EXPECT_EQ(failures.front().reason, expected.reason);
+    EXPECT_EQ(failures.front().result, result);
+    EXPECT_EQ(failures.front().target, expected.target);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, FailingActions,
+    testing::Values(
+        FailureRow{"goneWhenOpened", OPEN, "/gone", FailureRow::Reason::itemGone},
+        FailureRow{"goneWhenShown", SHOW, "/gone", FailureRow::Reason::itemGone, "", "existing"},
+        FailureRow{"goneWhenSelected", PARENT, "/gone", FailureRow::Reason::itemGone},
+        FailureRow{"silentDisk", OPEN, "/silent", FailureRow::Reason::itemUnreachable},
+        FailureRow{"fileManagerFails", OPEN, "/folder", FailureRow::Reason::fileManagerFailed},
+        FailureRow{"frontWindowFails", SHOW, "/folder", FailureRow::Reason::fileManagerFailed, "",
+                   "existing"},
+        FailureRow{"noFileManager", OPEN, "/folder", FailureRow::Reason::noFileManager, "", "new",
+                   ""},
+        FailureRow{"noFileManagerForAFile", SHOW, "/file", FailureRow::Reason::noFileManager, "",
+                   "new", ""},
+        FailureRow{"noApplicationForAFile", OPEN, "/file",
+                   FailureRow::Reason::noDefaultApplication},
+        FailureRow{"noSuchApplication", "Open Application", "/folder",
+                   FailureRow::Reason::applicationFailed, "no such program"},
+        FailureRow{"applicationForAGoneFolder", "Open Application", "/gone",
+                   FailureRow::Reason::itemGone}),
+    [](const auto &test) { return std::string(test.param.name); });
 
 TEST_F(Actions, copyThePathAsItStands)
 {
@@ -205,7 +267,7 @@ TEST_P(OpenApplicationCommands, escapeQuotesOfThePathAlone)
     EXPECT_EQ(command.executable, "/bin/bash");
     EXPECT_THAT(command.arguments, ElementsAre("-c", GetParam().command));
     EXPECT_EQ(command.firstOnPath, "/libexec/quillon");
-    fakes_.processRunner.running.front()({"some", "text"});
+    fakes_.processRunner.running.front()({.standardOutput = "some", .standardError = "text"});
     EXPECT_EQ(output_.take() + diagnostics_.take(), "");
 }
 
@@ -229,7 +291,8 @@ TEST_F(Actions, runTheUsersExecutableAndTellWhatItSaid)
     EXPECT_EQ(command.firstOnPath, "");
     EXPECT_EQ(output_.take(), "") << "it still runs";
 
-    fakes_.processRunner.running.front()({"it's \"b\" \\ c\n\r\té", ""});
+    fakes_.processRunner.running.front()(
+        {.standardOutput = "it's \"b\" \\ c\n\r\té", .standardError = ""});
     EXPECT_EQ(output_.take(), "Shell script result: (\"it's \\\"b\\\" \\\\ c\\n\\r\\té\", \"\")\n");
     EXPECT_EQ(diagnostics_.take(), "");
 }
@@ -239,20 +302,26 @@ TEST_F(Actions, goOnWhileAnExecutableRuns)
     run(ActionType::executeShellCommand, row("/a"), "/bin/first");
     run(ActionType::executeShellCommand, row("/a"), "/bin/second");
     ASSERT_THAT(fakes_.processRunner.running, SizeIs(2));
-    fakes_.processRunner.running[1]({"", "2"});
-    fakes_.processRunner.running[0]({"1", ""});
+    fakes_.processRunner.running[1]({.standardOutput = "", .standardError = "2"});
+    fakes_.processRunner.running[0]({.standardOutput = "1", .standardError = ""});
     EXPECT_EQ(output_.take(), "Shell script result: (\"\", \"2\")\n"
                               "Shell script result: (\"1\", \"\")\n");
 }
 
 TEST_F(Actions, sayInOneLineThatAProgramDoesNotStart)
 {
+    std::vector<ActionFailure::Reason> reasons;
+    runner_.onFailure(
+        [&reasons](const ActionFailure &failure) { reasons.push_back(failure.reason); });
+    fakes_.folders.add("/a");
     fakes_.processRunner.failure = "no \"/a\nb\" here";
     run(ActionType::executeShellCommand, row("/a"), "/a\nb");
     EXPECT_EQ(diagnostics_.take(), "quillon: no \\\"/a\\nb\\\" here\n");
     fakes_.processRunner.failure = "no shell";
     run(ActionType::openApplication, row("/a"), "gimp");
     EXPECT_EQ(diagnostics_.take(), "quillon: no shell\n");
+    EXPECT_THAT(reasons, ElementsAre(ActionFailure::Reason::executableFailed,
+                                     ActionFailure::Reason::applicationFailed));
     EXPECT_EQ(output_.take(), "");
 }
 

@@ -57,6 +57,7 @@ TEST(GioProcessRunner, handsOverArgumentsAndCollectsBothOutputs)
                                {"a  \"b\"", "", "$c\n"}));
     EXPECT_EQ(output.standardOutput, "a  \"b\"||$c\n|");
     EXPECT_EQ(output.standardError, "oops\n");
+    EXPECT_FALSE(output.isSuccess);
     EXPECT_EQ(
         outputOf(runner, shell(R"(printf '%s' "$1" | od -An -tx1)", {"\xff\n"})).standardOutput,
         " ff 0a\n");
@@ -68,6 +69,7 @@ TEST(GioProcessRunner, replacesWhatIsNoText)
     const Output output = outputOf(runner, shell(R"(printf 'caf\351 \303\251 \000.\342\202')"));
     EXPECT_EQ(output.standardOutput, "caf\uFFFD é \0.\uFFFD\uFFFD"s);
     EXPECT_EQ(output.standardError, "");
+    EXPECT_TRUE(output.isSuccess);
 }
 
 TEST(GioProcessRunner, drainsMoreThanPipesHold)

@@ -81,6 +81,16 @@ TEST_F(SearchPanel, spinsOnlyForSlowSearches)
     EXPECT_FALSE(view_.activityIndicator().isSpinning());
 }
 
+TEST_F(SearchPanel, stopsToSpinWithAnAnswerThatIsDropped)
+{
+    type("ab");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return view_.activityIndicator().isSpinning(); }));
+    QTest::keyClicks(&field(), u"x"_qs);
+    answer();
+    EXPECT_THAT(rows(), ElementsAre("/most", "/used"));
+    EXPECT_FALSE(view_.activityIndicator().isSpinning()) << "nothing is searched now";
+}
+
 TEST_F(SearchPanel, searchesAgainOnceTheFrontWindowIsKnown)
 {
     type("ab");
@@ -163,14 +173,54 @@ TEST_F(SearchPanel, saysWhyThereAreNoRows)
     answer();
     EXPECT_TRUE(message.isHidden());
 
-    source_.current = {.count = 0, .isBuilding = false, .hasLocations = false};
+    source_.current = {.count = 0, .away = {"/media/disk", "/media/stick"}};
+    type("qwzx");
+    answer();
+    EXPECT_EQ(message.title(), u"The folders to search are away"_qs);
+    EXPECT_TRUE(message.sentence().contains(u"/media/disk"_qs));
+    EXPECT_FALSE(message.homeFolderButton().isVisibleTo(&message));
+}
+
+TEST_F(SearchPanel, offersTheHomeFolderOnlyWhereNoRowStandsAndNoFolderIsNamed)
+{
+    source_.mostUsed.clear();
+    source_.current = {.count = 0, .away = {"/media/disk"}};
+    panel();
+    press(Qt::Key_Return);
+    EXPECT_EQ(source_.homeFolderAdded, 0) << "the folder is merely away";
+
+    source_.current = {.count = 0, .hasLocations = false};
     panel().indexChanged();
     press(Qt::Key_Return);
     EXPECT_EQ(source_.homeFolderAdded, 1);
-    message.homeFolderButton().click();
+    view_.message().homeFolderButton().click();
     EXPECT_EQ(source_.homeFolderAdded, 2);
-    message.preferencesButton().click();
-    EXPECT_THAT(delegate_.asked, ElementsAre("preferences"));
+    view_.message().preferencesButton().click();
+    EXPECT_THAT(delegate_.takeAsked(), ElementsAre("preferences"));
+
+    type("ab");
+    answer();
+    press(Qt::Key_Return);
+    EXPECT_THAT(done(), ElementsAre("new /ab/1"));
+    EXPECT_EQ(source_.homeFolderAdded, 2) << "Return opens the row";
+}
+
+TEST_F(SearchPanel, selectsTheRowThatTheAnswerNames)
+{
+    source_.selectedRows["ab"] = 2;
+    type("ab");
+    press(Qt::Key_Return);
+    answer();
+    actions_.runAll();
+    EXPECT_THAT(done(), ElementsAre("new /ab/3")) << "Return came before the answer";
+    EXPECT_EQ(selected(), 2);
+
+    press(Qt::Key_Up);
+    panel().viewWillAppear();
+    EXPECT_EQ(selected(), 2) << "before the search has ended anew";
+    source_.selectedRows.clear();
+    answer();
+    EXPECT_EQ(selected(), 0) << "the path is gone by now";
 }
 
 } // namespace

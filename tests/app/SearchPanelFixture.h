@@ -33,6 +33,8 @@ class FakePanelSource : public PanelSource
 {
 public:
     std::map<std::string, Texts> answers;
+    /// The rows that are selected at first, by query; the first row otherwise.
+    std::map<std::string, int> selectedRows;
     Texts mostUsed;
     State current;
     Texts used;
@@ -42,10 +44,12 @@ public:
     /// Ends the fetch of the front window.
     std::function<void()> fetched;
 
-    std::vector<SearchBaseResultRef> search(const std::string &query) const override
+    Answer search(const std::string &query) const override
     {
         const auto found = answers.find(query);
-        return results(found == answers.end() ? Texts{} : found->second);
+        const auto selected = selectedRows.find(query);
+        return {results(found == answers.end() ? Texts{} : found->second),
+                selected == selectedRows.end() ? 0 : selected->second};
     }
     std::vector<SearchBaseResultRef> mostAccessedResults() const override
     {

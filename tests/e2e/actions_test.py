@@ -7,6 +7,7 @@ Runs on a private desktop: tools/private-desktop python3 tests/e2e/actions_test.
 import json
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 
@@ -56,6 +57,9 @@ class ActionsTest(Desktop):
             self.wait_for_panel()
         self.type(query)
         self.wait_for_row()
+        self.choose_now(key)
+
+    def choose_now(self, key):
         self.press(key)
         self.wait_for_no_panel()
 
@@ -102,10 +106,38 @@ class ActionsTest(Desktop):
         self.choose("sum$SUM", "Return")
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "sum 5 ")])
         self.choose("sum$SUM", "ctrl+Return")
+        self.dismiss_failure()
         self.choose("itsab50", "Return")
         self.recorded(record)
         self.assertEqual([stream.read_text() for stream in streams], [AT_THE_START, ""],
                          "what goes wrong stays between open and the shell")
+
+    def test_says_what_could_not_be_opened(self):
+        notifications = self.start_notification_server()
+        self.make_folders("harbour plans/2024", "Music")
+        self.write_settings(actions(("Return", "Open in Default App", "the selected row"),
+                                    ("ctrl+Return", "Open Application", "no such program")))
+        self.start()
+        self.type("music")
+        self.wait_for_row()
+        before = self.uses()
+        self.choose_now("ctrl+Return")
+        eventually("a word about the application", notifications)
+        self.assertIn("no such program", notifications()[0]["title"])
+        self.assertEqual(self.uses(), before, "no use is counted")
+
+        self.request("--show")
+        self.wait_for_panel()
+        self.type("harplan")
+        self.wait_for_row()
+        before = self.uses()
+        shutil.rmtree(self.tree / "harbour plans")
+        self.choose_now("Return")
+        eventually("a word about the folder", lambda: len(notifications()) == 2)
+        said = notifications()[1]
+        self.assertEqual(said["title"], "“harbour plans” is gone")
+        self.assertIn(str(self.tree / "harbour plans"), said["text"])
+        self.assertEqual(self.uses(), before, "no use is counted")
 
     def test_runs_an_executable_and_tells_what_it_said(self):
         program, record = self.recorder("arguments")
@@ -124,8 +156,9 @@ class ActionsTest(Desktop):
         line = 'Shell script result: ("a \\"b\\" \\\\ \\tc\\r\\n\ufffd", "oh")\n'
         eventually("the line", lambda: out.read_text() == AT_THE_START + line)
 
-        self.choose("plain", "ctrl+Return")
-        self.choose("plain", "alt+Return")
+        for key in ("ctrl+Return", "alt+Return"):
+            self.choose("plain", key)
+            self.dismiss_failure()
         eventually("two complaints", lambda: err.read_text().count("\n") == 2)
         for target, complaint in zip((self.tree / "none", self.settings),
                                      err.read_text().splitlines()):

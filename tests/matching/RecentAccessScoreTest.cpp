@@ -67,6 +67,18 @@ TEST_F(RecentAccessScoreTest, countsAFolderWithAndWithoutItsClosingSlash)
         (DefaultsValue{DefaultsDictionary{{"/", {std::int64_t{1}}}, {"/a", {std::int64_t{3}}}}}));
 }
 
+TEST_F(RecentAccessScoreTest, takesBackAUse)
+{
+    RecentAccessScore score(store);
+    for (const char *path : {"/a", "/a", "/b"})
+        open(score, path);
+    for (const char *path : {"/a/", "/b", "/b", "/never used"})
+        score.takeBack(SearchBaseResult("", path, {}, SearchBaseResultType::standard));
+    EXPECT_EQ(score.score("/a"), 1.0);
+    EXPECT_EQ(settings.value("recent-access-score-data"),
+              (DefaultsValue{DefaultsDictionary{{"/a", {std::int64_t{1}}}}}));
+}
+
 TEST_F(RecentAccessScoreTest, listsTheMostUsedFirstAndEqualOnesByPath)
 {
     settings.set("recent-access-score-data", {DefaultsDictionary{{"/b", {std::int64_t{2}}},

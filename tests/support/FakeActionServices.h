@@ -4,6 +4,7 @@
 #include "platform/Clipboard.h"
 #include "platform/ProcessRunner.h"
 #include "tests/support/FakeFileManager.h"
+#include "tests/support/FakeFolderLister.h"
 #include "tests/support/FakeWorkspace.h"
 
 #include <optional>
@@ -46,8 +47,13 @@ struct FakeActionServices
     FakeFileManager fileManager;
     FakeClipboard clipboard;
     FakeProcessRunner processRunner;
+    /// Asked about items that could not be opened.
+    FakeFolderLister folders;
 
-    ActionRunner::Services services() { return {workspace, fileManager, clipboard, processRunner}; }
+    ActionRunner::Services services()
+    {
+        return {workspace, fileManager, clipboard, processRunner, folders};
+    }
 };
 
 } // namespace quillon

@@ -20,6 +20,7 @@ public:
     std::map<std::string, std::string> links;
     std::vector<std::string> openedLinks;
     bool hasBrowser = true;
+    bool hasApplications = true;
     std::string folderApplication = "fake.desktop";
     std::string fileApplication = "editor.desktop";
     /// Asked on whichever thread wants to know.
@@ -28,7 +29,7 @@ public:
     bool open(const std::string &path) override
     {
         opened.push_back(path);
-        return true;
+        return hasApplications;
     }
     bool openLink(const std::string &address) override
     {

@@ -90,7 +90,9 @@ private:
         if (!g_subprocess_communicate(process_.get(), nullptr, cancellable_.get(), &output, &error,
                                       nullptr))
             return;
-        ended({.standardOutput = text(output), .standardError = text(error)});
+        ended({.standardOutput = text(output),
+               .standardError = text(error),
+               .isSuccess = g_subprocess_get_successful(process_.get()) != FALSE});
         g_bytes_unref(output);
         g_bytes_unref(error);
     }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "results/SearchBaseResult.h"
+
+#include <string>
+
+namespace quillon {
+
+/// An action that came to nothing.
+struct ActionFailure
+{
+    enum class Reason
+    {
+        /// Nothing stands at the row's path.
+        itemGone,
+        /// The disk or the share that holds the row's item does not answer.
+        itemUnreachable,
+        noFileManager,
+        /// The file manager did not do what it was asked for.
+        fileManagerFailed,
+        /// No application opens this kind of item.
+        noDefaultApplication,
+        /// The application that the action names is not there or does not start.
+        applicationFailed,
+        /// The executable that the action names is not there or may not be run.
+        executableFailed,
+    };
+
+    Reason reason;
+    SearchBaseResultRef result;
+    /// The application or the executable as the action names it; empty for the other reasons.
+    std::string target = {};
+};
+
+} // namespace quillon

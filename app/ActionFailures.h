@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/widgets/NoticeWindow.h"
+
+#include <string>
+
+namespace quillon {
+
+class Notifications;
+class RecentAccessScore;
+class SearchBase;
+class SearchBaseBuilder;
+class TaskQueue;
+class WindowSystem;
+struct ActionFailure;
+
+/// Says what could not be opened and what to do about it: in a notification of the desktop, or in a
+/// small window where the desktop shows none. The use that was counted is taken back, and a folder
+/// that is gone leaves the index. Main thread only.
+class ActionFailures
+{
+public:
+    struct Services
+    {
+        RecentAccessScore &recentAccessScore;
+        SearchBase &searchBase;
+        const SearchBaseBuilder &builder;
+        Notifications &notifications;
+        WindowSystem &windowSystem;
+        /// Where the index is brought up to date. Must end before this object does.
+        TaskQueue &background;
+    };
+
+    explicit ActionFailures(const Services &services);
+
+    void report(const ActionFailure &failure);
+    void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
+
+private:
+    void forgetInIndex(const std::string &path);
+
+    Services services_;
+    NoticeWindow window_;
+};
+
+} // namespace quillon

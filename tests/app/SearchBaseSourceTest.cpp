@@ -1,0 +1,197 @@
+#include "app/panel/SearchBaseSource.h"
+
+#include "actions/ActionFailure.h"
+#include "actions/AppleScriptRunner.h"
+#include "actions/FrontFinderSearch.h"
+#include "app/ActionFailures.h"
+#include "core/SearchBaseBuilder.h"
+#include "platform/Notifications.h"
+#include "prefs/Preferences.h"
+#include "tests/core/SearchBaseSupport.h"
+#include "tests/support/FakeFileManager.h"
+#include "tests/support/ManualTaskQueue.h"
+#include "tests/support/PlainWindowSystem.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <semaphore>
+
+namespace quillon {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Shows nothing where the desktop has no notifications.
+class FakeNotifications final : public Notifications
+{
+public:
+    std::vector<std::string> shown;
+    bool isAvailable = true;
+
+    void show(const Notification &notification, std::function<void()> unavailable) override
+    {
+        if (isAvailable)
+            shown.push_back(notification.title);
+        else
+            unavailable();
+    }
+};
+
+/// A disk whose server hangs until the test lets it answer.
+class HangingLister final : public FolderLister
+{
+public:
+    std::unique_ptr<OpenFolder> open(const std::string &, Wanted, std::error_code &) override
+    {
+        return nullptr;
+    }
+    Kind kind(const std::string &) override
+    {
+        ++calls;
+        answers.acquire();
+        return Kind::folder;
+    }
+
+    std::atomic<int> calls = 0;
+    std::counting_semaphore<> answers{0};
+};
+
+class SearchBaseSourceTest : public testing::Test
+{
+protected:
+    SearchBaseSource source(FolderLister &disk)
+    {
+        return {{.searchBase = base_.searchBase,
+                 .finder = base_.finder,
+                 .builder = builder_,
+                 .frontFinderSearch = front_,
+                 .disk = disk},
+                home_.path()};
+    }
+    void build(const std::vector<std::string> &folders)
+    {
+        base_.includeFolders(folders);
+        builder_.start();
+        queue_.runAll();
+    }
+    static std::string selected(const PanelSource::Answer &answer)
+    {
+        return answer.results.at(static_cast<std::size_t>(answer.selectedRow))->path();
+    }
+    void report(const std::string &path, Notifications &notifications)
+    {
+        const auto row = std::make_shared<SearchBaseResult>(path, path, std::vector<TextRange>(),
+                                                            SearchBaseResultType::standard);
+        base_.score.addRecentAccess(*row);
+        ActionFailures failures({.recentAccessScore = base_.score,
+                                 .searchBase = base_.searchBase,
+                                 .builder = builder_,
+                                 .notifications = notifications,
+                                 .windowSystem = windows_,
+                                 .background = queue_});
+        failures.report({.reason = ActionFailure::Reason::itemGone, .result = row});
+        hasWindow_ = std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible);
+        queue_.runAll();
+    }
+
+    TemporaryFolder home_;
+    SearchBaseOver<PosixFolderLister> base_;
+    ManualTaskQueue queue_;
+    SearchBaseBuilder builder_{{.searchBase = base_.searchBase,
+                                .searchBaseFinder = base_.finder,
+                                .background = queue_,
+                                .main = queue_}};
+    Preferences preferences_{base_.store};
+    FakeFileManager fileManager_;
+    AppleScriptRunner scripts_{fileManager_};
+    FrontFinderSearch front_{{.appleScriptRunner = scripts_,
+                              .fileManager = fileManager_,
+                              .preferences = preferences_,
+                              .background = queue_,
+                              .main = queue_}};
+    PosixFolderLister disk_;
+    PlainWindowSystem windows_;
+    bool hasWindow_ = false;
+};
+
+TEST_F(SearchBaseSourceTest, selectsTheRowOfAPathThatExists)
+{
+    home_.makeFolder("Documents/sub");
+    home_.writeFile("Documents/letter.txt");
+    build({home_.path()});
+    const SearchBaseSource source = this->source(disk_);
+    const std::string indexed = home_.path("Documents/sub");
+    struct
+    {
+        std::string query;
+        std::string selected;
+    } rows[] = {
+        {home_.path("Documents"), home_.path("Documents")},
+        {home_.path("Documents/"), home_.path("Documents/")},
+        {home_.path("Doc"), home_.path("Documents")},
+        {home_.path("Documents/letter.txt"), home_.path("Documents/letter.txt")},
+        {"~/Documents/", home_.path("Documents/")},
+        {"~/Documents/s", indexed},
+        {"/tmp", "/tmp"},
+        {"ocuments/sub", indexed},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(selected(source.search(row.query)), row.selected) << row.query;
+    EXPECT_EQ(source.search("~/Documents/").results.back()->path(), home_.path("Documents/"))
+        << "the path to go to is the last row";
+    EXPECT_THAT(source.search("a~/Documents").results, IsEmpty());
+}
+
+TEST_F(SearchBaseSourceTest, waitsForADeadDiskAFewTimesAtMost)
+{
+    build({home_.makeFolder("x")});
+    HangingLister dead;
+    {
+        const SearchBaseSource source = this->source(dead);
+        for (int i = 0; i < 20; ++i)
+            EXPECT_EQ(source.search(home_.path("x/")).selectedRow, 0);
+        EXPECT_LE(dead.calls, 2);
+        dead.answers.release(100);
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return selected(source.search(home_.path("x/"))) == home_.path("x/");
+        })) << "the server is back";
+    }
+}
+
+TEST_F(SearchBaseSourceTest, tellsFoldersThatAreAwayFromNone)
+{
+    const SearchBaseSource source = this->source(disk_);
+    build({});
+    EXPECT_FALSE(source.state().hasLocations);
+    const std::string away = home_.path("stick");
+    build({away});
+    EXPECT_TRUE(source.state().hasLocations);
+    EXPECT_THAT(source.state().away, ElementsAre(away));
+    build({away, home_.makeFolder("there")});
+    EXPECT_THAT(source.state().away, ElementsAre(away));
+    build({home_.path("there")});
+    EXPECT_THAT(source.state().away, IsEmpty());
+}
+
+TEST_F(SearchBaseSourceTest, forgetsAFolderThatCouldNotBeOpenedBecauseItIsGone)
+{
+    const std::string gone = home_.makeFolder("root/gone");
+    home_.makeFolder("root/gone/below");
+    build({home_.path("root")});
+    std::filesystem::remove_all(gone);
+    FakeNotifications notifications;
+    report(gone, notifications);
+    EXPECT_THAT(base_.indexed(), ElementsAre(home_.path("root")));
+    EXPECT_EQ(base_.score.score(gone), 0.0) << "the use does not count";
+    EXPECT_THAT(notifications.shown, ElementsAre("“gone” is gone"));
+    EXPECT_FALSE(hasWindow_);
+
+    notifications.isAvailable = false;
+    report(gone, notifications);
+    EXPECT_TRUE(hasWindow_) << "a window says it where the desktop cannot";
+}
+
+} // namespace quillon
