@@ -120,10 +120,6 @@
 <context>
     <name>IncludeFolders</name>
     <message>
-        <source>The settings could not be written.</source>
-        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
-    </message>
-    <message>
         <source>“%1” is searched already.</source>
         <translation>„%1“ wird schon durchsucht.</translation>
     </message>
@@ -350,10 +346,6 @@
         <extracomment>A sentence about the keys %1: what they do (%2), and to or with what (%3).</extracomment>
         <translation>%1: %2, mit %3</translation>
     </message>
-    <message>
-        <source>The settings could not be written.</source>
-        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
-    </message>
 </context>
 <context>
     <name>RowText</name>
@@ -552,6 +544,13 @@
     <message>
         <source>Quillon – Updates</source>
         <translation>Quillon – Aktualisierungen</translation>
+    </message>
+</context>
+<context>
+    <name>WriteFault</name>
+    <message>
+        <source>The settings could not be written.</source>
+        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
     </message>
 </context>
 <context>
@@ -1131,10 +1130,6 @@
         <translation>Nehmen Sie ein Tastenkürzel auf und wählen Sie einen Ordner, um fortzufahren.</translation>
     </message>
     <message>
-        <source>The settings could not be written.</source>
-        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
-    </message>
-    <message>
         <source>Quit before the set-up is done?</source>
         <translation>Vor dem Ende der Einrichtung beenden?</translation>
     </message>
@@ -1243,10 +1238,6 @@
     <message>
         <source>Escape keeps the shortcut as it is, Backspace removes it.</source>
         <translation>Escape lässt das Tastenkürzel, wie es ist, die Rücktaste entfernt es.</translation>
-    </message>
-    <message>
-        <source>The settings could not be written.</source>
-        <translation>Die Einstellungen konnten nicht geschrieben werden.</translation>
     </message>
     <message>
         <source>Record Shortcut</source>

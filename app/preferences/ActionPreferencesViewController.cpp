@@ -2,10 +2,10 @@
 
 #include "app/preferences/ActionTable.h"
 #include "app/preferences/AddActionViewController.h"
-#include "app/preferences/PreferenceTexts.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
 #include "app/widgets/SegmentedControl.h"
+#include "app/widgets/WriteFault.h"
 
 namespace quillon {
 

@@ -8,6 +8,7 @@
 #include "app/widgets/KeyNames.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/WriteFault.h"
 #include "platform/ApplicationLauncher.h"
 
 #include <QDir>

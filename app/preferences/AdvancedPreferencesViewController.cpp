@@ -1,12 +1,12 @@
 #include "app/preferences/AdvancedPreferencesViewController.h"
 
 #include "app/preferences/ForgetUsesViewController.h"
-#include "app/preferences/PreferenceTexts.h"
 #include "app/preferences/TreeDump.h"
 #include "app/widgets/FormCheckBox.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormSheet.h"
 #include "app/widgets/PanelButton.h"
+#include "app/widgets/WriteFault.h"
 #include "base/DefaultsStore.h"
 #include "base/TaskQueue.h"
 #include "indexing/SearchBaseLogger.h"

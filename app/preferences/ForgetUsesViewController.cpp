@@ -1,11 +1,11 @@
 #include "app/preferences/ForgetUsesViewController.h"
 
-#include "app/preferences/PreferenceTexts.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/FormTable.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/SegmentedControl.h"
+#include "app/widgets/WriteFault.h"
 #include "matching/RecentAccessScore.h"
 
 #include <limits>

@@ -6,6 +6,7 @@
 #include "app/widgets/FormMenu.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/QLNShortcutView.h"
+#include "app/widgets/WriteFault.h"
 #include "base/DefaultsStore.h"
 #include "platform/ApplicationLauncher.h"
 #include "platform/Autostart.h"

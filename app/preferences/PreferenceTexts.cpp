@@ -66,9 +66,4 @@ QList<FormTextRun> drawnDescription(const ActionModel &action)
     return runs;
 }
 
-QString writeFault()
-{
-    return translated(QT_TRANSLATE_NOOP("PreferenceTexts", "The settings could not be written."));
-}
-
 } // namespace quillon

@@ -18,7 +18,4 @@ QString drawnTitle(const std::string &title);
 /// ActionModel::description() in these words, keys and kind in bold.
 QList<FormTextRun> drawnDescription(const ActionModel &action);
 
-/// What is said beside a control whose value could not be stored.
-QString writeFault();
-
 } // namespace quillon

@@ -3,6 +3,7 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
 #include "app/widgets/PanelButton.h"
+#include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 
 #include <QHBoxLayout>
@@ -41,6 +42,9 @@ AppleEventPermissionViewController::AppleEventPermissionViewController(
            "asks the file manager one harmless question now, so that a desktop that wants "
            "your consent asks for it now, too. Otherwise Quillon quits."),
         QPalette::PlaceholderText, this));
+    faultLabel_ = paragraph({}, QPalette::WindowText, this);
+    faultLabel_->hide();
+    parts->addWidget(faultLabel_);
     parts->addLayout(buildButtons());
 }
 
@@ -76,9 +80,13 @@ void AppleEventPermissionViewController::enable()
 {
     if (delegate_ == nullptr || isEnabling_)
         return;
+    if (!services_.access.enable() && faultLabel_->isHidden()) {
+        setParagraph(faultLabel_, writeFault());
+        faultLabel_->show();
+        return;
+    }
     isEnabling_ = true;
     enableButton_->setEnabled(false);
-    services_.access.enable();
 
     // Whichever comes first; this is gone when the second does.
     const auto finish = [self = QPointer(this)] {

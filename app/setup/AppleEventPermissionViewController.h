@@ -45,9 +45,12 @@ public:
     /// Nothing but the two buttons takes the question away.
     bool mayClose() override { return false; }
 
-    /// Stores that the user was asked and sends the file manager a harmless event, so that a
-    /// desktop that asks for consent does it now. Whatever comes of it, the permission is finished
-    /// then, or after a few seconds without an answer.
+    /// Stores that the user was asked. The first time that this fails the view says so and waits
+    /// for the buttons; the second time it goes on, and the question comes again at the next start.
+    ///
+    /// Then sends the file manager a harmless event, so that a desktop that asks for consent does
+    /// it now. Whatever comes of it, the permission is finished then, or after a few seconds
+    /// without an answer.
     void enable();
     /// Ends the program.
     void disable();
@@ -60,6 +63,7 @@ private:
     AppleEventPermissionViewDelegate *delegate_;
     PanelButton *disableButton_ = nullptr;
     PanelButton *enableButton_ = nullptr;
+    QLabel *faultLabel_ = nullptr;
     bool isEnabling_ = false;
 };
 

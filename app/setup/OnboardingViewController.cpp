@@ -5,6 +5,7 @@
 #include "app/widgets/FormNote.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/QLNShortcutView.h"
+#include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
 #include "platform/Clipboard.h"
@@ -306,7 +307,7 @@ void OnboardingViewController::doneButtonClicked()
 {
     auto &monitor = services_.shortcutMonitor;
     if (!monitor.shortcut() && !monitor.store(QLNShortcut::boundByDesktop())) {
-        missingLabel_->setText(tr("The settings could not be written."));
+        missingLabel_->setText(writeFault());
         return;
     }
     isStoring_ = true;

@@ -1,5 +1,6 @@
 #include "app/widgets/IncludeFolders.h"
 
+#include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 #include "indexing/NameKinds.h"
 #include "indexing/SearchBaseFinder.h"
@@ -55,7 +56,7 @@ IncludeFolders::Outcome IncludeFolders::added(const std::vector<std::string> &pa
     for (const std::string &path : paths) {
         QString found = fault(path, listed, *rules);
         if (found.isEmpty() && !services_.searchBaseFinder.bookmarks.add(path))
-            found = tr("The settings could not be written.");
+            found = writeFault();
         if (found.isEmpty())
             outcome.added.push_back(path);
         else

@@ -3,6 +3,7 @@
 #include "app/widgets/FormNote.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/WriteFault.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "shortcut/QLNShortcutValidator.h"
@@ -124,10 +125,8 @@ void QLNShortcutView::keyPressed(const QKeyEvent &event)
         focusNextChild();
         return;
     }
-    if (isAlone && event.key() == Qt::Key_Backspace) {
-        monitor_.store(std::nullopt);
-        return stopRecording();
-    }
+    if (isAlone && event.key() == Qt::Key_Backspace)
+        return store(std::nullopt);
     const std::string key = service_.keyName(event.nativeScanCode(), event.nativeVirtualKey());
     // A modifier: the key that goes with it is still to come.
     if (key.empty() || event.isAutoRepeat())
@@ -144,10 +143,15 @@ void QLNShortcutView::choose(const KeyCombination &keys)
     const QLNShortcut shortcut{.keys = keys};
     if (const auto fault = QLNShortcutValidator(service_).fault(keys))
         return say(QLNShortcutValidator::words(*fault, shortcut));
+    store(shortcut);
+}
+
+void QLNShortcutView::store(const std::optional<QLNShortcut> &shortcut)
+{
     const bool isStored = monitor_.store(shortcut);
     stopRecording();
     if (!isStored)
-        say(tr("The settings could not be written."));
+        say(writeFault());
 }
 
 void QLNShortcutView::showShortcut()

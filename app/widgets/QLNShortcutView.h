@@ -45,6 +45,8 @@ private:
     void keyPressed(const QKeyEvent &event);
     /// Stores it if nothing speaks against it; goes on recording otherwise.
     void choose(const KeyCombination &keys);
+    /// Ends the recording as well; absent removes the shortcut.
+    void store(const std::optional<QLNShortcut> &shortcut);
     void showShortcut();
     void showFault();
     void say(const QString &fault);

@@ -1,10 +1,10 @@
 #include "app/preferences/ForgetUsesViewController.h"
-#include "app/preferences/PreferenceTexts.h"
 #include "app/preferences/TreeDump.h"
 #include "app/widgets/FormSheet.h"
 #include "app/widgets/FormTable.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/SegmentedControl.h"
+#include "app/widgets/WriteFault.h"
 #include "tests/app/PreferencesSupport.h"
 
 #include <QAbstractButton>

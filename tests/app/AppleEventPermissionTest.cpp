@@ -1,6 +1,7 @@
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
 #include "app/setup/AppleEventPermissionCoordinator.h"
+#include "app/widgets/WriteFault.h"
 #include "tests/support/FakeDefaultsStore.h"
 #include "tests/support/FakeFileManager.h"
 #include "tests/support/ManualTaskQueue.h"
@@ -11,6 +12,8 @@
 #include <QTest>
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
 
 namespace quillon {
 
@@ -106,10 +109,20 @@ TEST_F(Permission, doesNotWaitForAFileManagerThatHangs)
     EXPECT_EQ(finished_, 1);
 }
 
-TEST_F(Permission, goesOnWhenTheAnswerCannotBeStored)
+TEST_F(Permission, saysThatTheAnswerCannotBeStoredAndThenGoesOn)
 {
     store_.failWrites();
-    press(shown(), "Allow");
+    QWidget &window = shown();
+    const auto saysFault = [&] {
+        return std::ranges::any_of(window.findChildren<QLabel *>(), [](const QLabel *label) {
+            return label->isVisible() && label->text() == writeFault();
+        });
+    };
+    EXPECT_FALSE(saysFault());
+    press(window, "Allow");
+    EXPECT_TRUE(saysFault());
+    EXPECT_TRUE(background_.isEmpty());
+    press(window, "Allow");
     background_.runAll();
     main_.runAll();
     EXPECT_EQ(finished_, 1);

@@ -2,6 +2,7 @@
 
 #include "app/widgets/FolderChooser.h"
 #include "app/widgets/SetupWindow.h"
+#include "app/widgets/WriteFault.h"
 #include "indexing/SearchBaseFinder.h"
 #include "platform/Clipboard.h"
 #include "platform/linux/disk/PosixFolderLister.h"
@@ -257,7 +258,7 @@ TEST_F(OnboardingTest, staysWhenTheSettingsCannotBeWritten)
     disk.writeFile("settings"); // where a folder would be needed
     show();
     button(QStringLiteral("Home folder"))->click();
-    EXPECT_TRUE(comesToSay(QStringLiteral("The settings could not be written.")));
+    EXPECT_TRUE(comesToSay(writeFault()));
     EXPECT_FALSE(button(QStringLiteral("Done"))->isEnabled());
 }
 

@@ -4,6 +4,7 @@
 #include "app/widgets/FormTable.h"
 #include "app/widgets/QLNShortcutView.h"
 #include "app/widgets/SegmentedControl.h"
+#include "app/widgets/WriteFault.h"
 #include "tests/app/PreferencesSupport.h"
 
 #include <QAbstractButton>

@@ -1,5 +1,6 @@
 #include "app/widgets/QLNShortcutView.h"
 
+#include "app/widgets/WriteFault.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "tests/support/FakeDefaultsChanges.h"
@@ -134,7 +135,12 @@ TEST_F(QLNShortcutViewTest, keepsTheFormerKeyWhenTheDiskTakesNoOther)
     view.startRecording();
     press(Qt::Key_Z, Qt::ControlModifier, CODE_OF_Z);
     EXPECT_THAT(keyboard.grabbed(), Optional(CTRL_ALT_SPACE));
-    EXPECT_EQ(message->text(), QStringLiteral("The settings could not be written."));
+    EXPECT_EQ(message->text(), writeFault());
+
+    view.startRecording();
+    press(Qt::Key_Backspace);
+    EXPECT_THAT(keyboard.grabbed(), Optional(CTRL_ALT_SPACE));
+    EXPECT_EQ(message->text(), writeFault());
 }
 
 TEST_F(QLNShortcutViewTest, tellsAScreenReaderWhatItIsAndHolds)

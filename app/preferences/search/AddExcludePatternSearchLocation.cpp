@@ -1,10 +1,10 @@
 #include "app/preferences/search/AddExcludePatternSearchLocation.h"
 
-#include "app/preferences/PreferenceTexts.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
 

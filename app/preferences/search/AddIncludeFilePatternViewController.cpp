@@ -1,9 +1,9 @@
 #include "app/preferences/search/AddIncludeFilePatternViewController.h"
 
-#include "app/preferences/PreferenceTexts.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/WriteFault.h"
 #include "indexing/SearchBaseFinder.h"
 
 #include <QLineEdit>

@@ -1,6 +1,5 @@
 #include "app/preferences/search/SearchPreferencesViewController.h"
 
-#include "app/preferences/PreferenceTexts.h"
 #include "app/preferences/search/AddExcludePatternSearchLocation.h"
 #include "app/preferences/search/AddIncludeFilePatternViewController.h"
 #include "app/widgets/FolderChooser.h"
@@ -10,6 +9,7 @@
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "app/widgets/SegmentedControl.h"
+#include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"

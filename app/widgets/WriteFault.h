@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QString>
+
+namespace quillon {
+
+/// What every window says where a setting could not be written.
+QString writeFault();
+
+} // namespace quillon
