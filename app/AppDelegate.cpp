@@ -31,6 +31,8 @@ std::string programsFolder()
 AppDelegate::AppDelegate()
     : services_(build_, programsFolder()),
       preferences_(services_.defaults),
+      preferencesReceiver_(
+          services_.defaultsChanges.onChange([this] { preferences_.readChoices(); })),
       appleEventAccess_(services_.defaults),
       appleScriptRunner_(services_.fileManager),
       frontFinderSearch_({.appleScriptRunner = appleScriptRunner_,
@@ -125,7 +127,7 @@ PreferencesViewController::Services AppDelegate::preferencesServices()
                          .searchBaseLogger = searchBaseLogger_,
                          .background = services_.backgroundQueue,
                          .main = services_.mainQueue},
-            .changes = services_.defaultsChangesForPreferences,
+            .changes = services_.defaultsChanges,
             .places = services_.windowPlaces};
 }
 

@@ -112,6 +112,7 @@ private:
     const BuildSettings build_ = BuildSettings::ofThisBuild();
     DesktopServices services_;
     Preferences preferences_;
+    const DefaultsReceiver preferencesReceiver_;
 
     AppleEventAccess appleEventAccess_;
     AppleScriptRunner appleScriptRunner_;

@@ -28,7 +28,6 @@ DesktopServices::DesktopServices(const BuildSettings &build, const std::string &
       eventQueue("org.quillon.Quillon.sbw-fs-events"),
       defaults(standardDefaultsPath()),
       defaultsChanges(standardDefaultsPath()),
-      defaultsChangesForPreferences(standardDefaultsPath()),
       diskCalls({.diskOf = remoteDiskOf}),
       workspace(diskWorkspace, diskCalls, WORKSPACE_PATIENCE),
       fileManager([this] { return defaults.string(PreferenceKeys::FILE_MANAGER); }),

@@ -54,9 +54,7 @@ struct DesktopServices
     SerialTaskQueue eventQueue;
 
     JsonDefaultsStore defaults;
-    /// One receiver each: the shortcut, and the preferences window.
     SettingsFileChanges defaultsChanges;
-    SettingsFileChanges defaultsChangesForPreferences;
     /// What all that asks the disk goes through, so that what one finds silent the others know.
     BoundedCalls diskCalls;
     GioWorkspace diskWorkspace;

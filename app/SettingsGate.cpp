@@ -1,7 +1,6 @@
 #include "app/SettingsGate.h"
 
 #include "base/DefaultsStore.h"
-#include "platform/DefaultsChanges.h"
 #include "platform/Workspace.h"
 #include "prefs/Preferences.h"
 
@@ -35,10 +34,9 @@ bool SettingsGate::isOpen(DefaultsStore &defaults, const std::string &file)
 SettingsGate::SettingsGate(const Services &services, std::string file)
     : services_(services),
       file_(std::move(file)),
-      window_(tr("Quillon – Settings"), services.windowSystem)
-{
-    services_.changes.onChange([this] { look(); });
-}
+      window_(tr("Quillon – Settings"), services.windowSystem),
+      receiver_(services.changes.onChange([this] { look(); }))
+{}
 
 bool SettingsGate::wait()
 {

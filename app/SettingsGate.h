@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/widgets/NoticeWindow.h"
+#include "platform/DefaultsChanges.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -10,7 +11,6 @@
 
 namespace quillon {
 
-class DefaultsChanges;
 class DefaultsStore;
 class Workspace;
 struct DefaultsFault;
@@ -60,6 +60,7 @@ private:
     NoticeWindow window_;
     Notice notice_;
     QEventLoop loop_;
+    const DefaultsReceiver receiver_;
     bool isOpen_ = false;
     /// The user reads where the former settings are kept.
     bool isBeginningAnew_ = false;

@@ -151,6 +151,12 @@ Preferences::Preferences(DefaultsStore &store)
     wrongChoices();
 }
 
+void Preferences::readChoices() const
+{
+    quickSearchBehavior.selected();
+    openInFinderBehavior.selected();
+}
+
 std::vector<WrongChoice> Preferences::wrongChoices() const
 {
     std::vector<WrongChoice> wrong;

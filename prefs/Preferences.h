@@ -158,6 +158,8 @@ public:
     PreferencesSelectList openInFinderBehavior;
     PreferencesBoolean enableBetaUpdates;
 
+    /// Reads every choice, so that a wrong one is said now and not when the choice is needed.
+    void readChoices() const;
     /// The stored choices that name no item, of all lists. A start that finds one says it and
     /// ends; afterwards a wrong choice leaves the choice that was read last in force.
     std::vector<WrongChoice> wrongChoices() const;

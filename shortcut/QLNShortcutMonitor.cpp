@@ -1,7 +1,6 @@
 #include "shortcut/QLNShortcutMonitor.h"
 
 #include "base/DefaultsStore.h"
-#include "platform/DefaultsChanges.h"
 #include "prefs/PreferenceKeys.h"
 #include "shortcut/QLNDictionaryTransformer.h"
 
@@ -11,10 +10,9 @@
 namespace quillon {
 
 QLNShortcutMonitor::QLNShortcutMonitor(DefaultsStore &defaults, DefaultsChanges &changes)
-    : defaults_(defaults)
+    : defaults_(defaults), receiver_(changes.onChange([this] { refresh(); }))
 {
     shortcut_ = read();
-    changes.onChange([this] { refresh(); });
 }
 
 bool QLNShortcutMonitor::store(const std::optional<QLNShortcut> &shortcut)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/DefaultsChanges.h"
 #include "shortcut/QLNShortcut.h"
 
 #include <QObject>
@@ -8,7 +9,6 @@
 
 namespace quillon {
 
-class DefaultsChanges;
 class DefaultsStore;
 
 /// The shortcut among the settings, and the news that it is another one, whoever wrote it. Main
@@ -36,6 +36,7 @@ private:
     DefaultsStore &defaults_;
     std::optional<QLNShortcut> shortcut_;
     std::string complainedOf_;
+    const DefaultsReceiver receiver_;
 };
 
 } // namespace quillon

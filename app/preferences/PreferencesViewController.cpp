@@ -2,7 +2,6 @@
 
 #include "app/widgets/FormTabView.h"
 #include "app/widgets/PanelMetrics.h"
-#include "platform/DefaultsChanges.h"
 
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -19,16 +18,16 @@ PreferencesViewController::PreferencesViewController(const Services &services,
       advancedPreferencesViewController(
           new AdvancedPreferencesViewController(services.advanced, delegate)),
       tabView_(new FormTabView(this)),
-      placeKeeper_(*this, "preferences", services.places)
+      placeKeeper_(*this, "preferences", services.places),
+      receiver_(services.changes.onChange([this] {
+          for (FormPane *pane : panes())
+              pane->showStored();
+      }))
 {
     setWindowTitle(tr("Preferences"));
     buildTabs();
     buildShortcuts();
     setPanelPalette(PanelPalette::light());
-    services.changes.onChange([this] {
-        for (FormPane *pane : panes())
-            pane->showStored();
-    });
 }
 
 void PreferencesViewController::buildTabs()

@@ -5,6 +5,7 @@
 #include "app/preferences/GeneralPreferencesViewController.h"
 #include "app/preferences/WindowPlaceKeeper.h"
 #include "app/widgets/PanelPalette.h"
+#include "platform/DefaultsChanges.h"
 
 #include <QWidget>
 
@@ -12,7 +13,6 @@
 
 namespace quillon {
 
-class DefaultsChanges;
 class FormTabView;
 
 /// The preferences window: an ordinary one, with a tab for each pane. What is set holds at once,
@@ -27,7 +27,6 @@ public:
         GeneralPreferencesViewController::Services general;
         ActionPreferencesViewController::Services actions;
         AdvancedPreferencesViewController::Services advanced;
-        /// For this window alone.
         DefaultsChanges &changes;
         WindowPlaces &places;
     };
@@ -56,6 +55,7 @@ private:
 
     FormTabView *tabView_;
     WindowPlaceKeeper placeKeeper_;
+    const DefaultsReceiver receiver_;
 };
 
 } // namespace quillon

@@ -11,6 +11,8 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace quillon {
 
@@ -39,10 +41,12 @@ protected:
     void watch()
     {
         changes.emplace(file.string());
-        changes->onChange([this] {
+        receivers.push_back(changes->onChange([this] {
             std::ifstream stream(file);
             seen.assign(std::istreambuf_iterator<char>(stream), {});
-        });
+        }));
+        receivers.push_back(changes->onChange([this] { ++alsoTold; }));
+        static_cast<void>(changes->onChange([] { FAIL() << "this receiver is gone"; }));
     }
     /// Whoever reads the file when told gets to see this in the end.
     bool comesTo(const std::string &text)
@@ -53,7 +57,9 @@ protected:
     TemporaryFolder tree;
     fs::path file = fs::path(tree.path("quillon")) / "quillon.json";
     std::optional<SettingsFileChanges> changes;
+    std::vector<DefaultsReceiver> receivers;
     std::string seen;
+    int alsoTold = 0;
 };
 
 TEST_F(SettingsFileChangesTest, tellsOfAFileThatIsMadeWrittenReplacedAndRemoved)
@@ -64,6 +70,7 @@ TEST_F(SettingsFileChangesTest, tellsOfAFileThatIsMadeWrittenReplacedAndRemoved)
         for (const std::string text : {"made", "once", "twice"}) {
             write(file, text);
             ASSERT_TRUE(comesTo(text)) << "written";
+            EXPECT_GT(std::exchange(alsoTold, 0), 0);
             replace(file, text + ", another");
             ASSERT_TRUE(comesTo(text + ", another")) << "replaced";
         }

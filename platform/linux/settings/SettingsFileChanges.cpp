@@ -1,5 +1,7 @@
 #include "platform/linux/settings/SettingsFileChanges.h"
 
+#include "platform/linux/settings/SettingsFile.h"
+
 #include <QFileInfo>
 
 #include <chrono>
@@ -10,8 +12,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// An editor that writes in place empties the file first.
-constexpr auto SETTLING = 100ms;
+/// An editor that writes in place empties the file first. A mistake is said by the read that
+/// follows, as soon as the file has rested; the timer may be early by a twentieth.
+constexpr std::chrono::milliseconds SETTLING = SettingsFile::WRITING_TIME * 1ms + 50ms;
 
 QString nearestFolder(const QString &path)
 {
@@ -58,8 +61,7 @@ void SettingsFileChanges::tell()
 {
     // Watched before it is read: a change in between is told, too.
     watch();
-    if (changed_)
-        changed_();
+    report();
 }
 
 } // namespace quillon

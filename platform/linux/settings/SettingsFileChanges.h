@@ -7,12 +7,12 @@
 #include <QTimer>
 
 #include <string>
-#include <utility>
 
 namespace quillon {
 
 /// Has the kernel report changes of the settings file, so that nothing wakes up without one. The
-/// file may be missing, be a symbolic link, and be written in place or replaced.
+/// file may be missing, be a symbolic link, and be written in place or replaced. The report comes
+/// once an editor that saves in place has had the time to write the file.
 class SettingsFileChanges : public QObject, public DefaultsChanges
 {
     Q_OBJECT
@@ -21,8 +21,6 @@ public:
     /// The path is absolute; neither the file nor its folder need be there.
     explicit SettingsFileChanges(const std::string &path);
 
-    void onChange(std::function<void()> changed) override { changed_ = std::move(changed); }
-
 private:
     void watch();
     void tell();
@@ -30,7 +28,6 @@ private:
     const QString path_;
     QFileSystemWatcher watcher_;
     QTimer settling_;
-    std::function<void()> changed_;
 };
 
 } // namespace quillon
