@@ -83,7 +83,7 @@ bool CrawlWorker::take(CrawlItem &item)
         return false;
     parent_ = item.parent;
     name_ = item.name;
-    armed_ = item.parent->armed();
+    armed_.reset();
     return true;
 }
 
@@ -170,8 +170,13 @@ bool CrawlWorker::arm(CrawlItem &item, const OpenFolder *folder)
 void CrawlWorker::giveUpListing()
 {
     const MutexLock lock(mutex_);
-    if (team_.task().arming && armed_)
-        team_.task().arming->notListed(*armed_);
+    FSEventArming *arming = team_.task().arming.get();
+    if (arming == nullptr)
+        return;
+    if (armed_)
+        arming->notListed(*armed_);
+    else if (parent_)
+        arming->notEntered(parent_->armed(), name_);
 }
 
 void CrawlWorker::setMaxOpen(std::size_t count)

@@ -111,7 +111,7 @@ private:
     /// What is being visited.
     CrawlFolder::Ref parent_ GUARDED_BY(mutex_);
     std::string name_ GUARDED_BY(mutex_);
-    /// What watches it, or the folder above as long as it is not armed itself.
+    /// What watches it; absent as long as it is not armed.
     std::optional<FSEventArming::Folder> armed_ GUARDED_BY(mutex_);
 
     // What the folder being visited keeps. The room is used again for the next one.

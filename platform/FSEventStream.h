@@ -77,6 +77,9 @@ public:
     /// Called with a folder that was armed and could not be listed to its end, or with a root whose
     /// crawl ended early: the stream lists it and everything below itself.
     virtual void notListed(Folder folder) = 0;
+    /// Called with a folder that the crawl gave up before it could be armed, by its name in the
+    /// folder above: the stream looks at it itself, and at nothing else.
+    virtual void notEntered(Folder parent, std::string_view name) = 0;
 };
 
 /// How much of what lies below the roots is watched at this moment.

@@ -140,8 +140,8 @@ std::size_t allFolders(int depth)
 class HangingArming final : public FSEventArming
 {
 public:
-    HangingArming(std::latch &released, std::atomic<int> &living, std::vector<Folder> &notListed)
-        : released_(released), living_(living), notListed_(notListed)
+    HangingArming(std::latch &released, std::atomic<int> &living, std::vector<std::string> &missed)
+        : released_(released), living_(living), missed_(missed)
     {
         ++living_;
     }
@@ -156,28 +156,32 @@ public:
         return parent + 1;
     }
     void listed(Folder, std::uint64_t) override {}
-    void notListed(Folder folder) override { notListed_.push_back(folder); }
+    void notListed(Folder folder) override { missed_.push_back(std::to_string(folder)); }
+    void notEntered(Folder parent, std::string_view name) override
+    {
+        missed_.push_back(std::to_string(parent).append("/").append(name));
+    }
 
 private:
     std::latch &released_;
     std::atomic<int> &living_;
-    std::vector<Folder> &notListed_;
+    std::vector<std::string> &missed_;
 };
 
 TEST(HangingCrawl, leavesArmingBehindToo)
 {
-    HangingLister lister({"a", "arm-hang", "read-hang"}, 1);
+    HangingLister lister({"a", "arm-hang", "hang", "read-hang"}, 1);
     std::latch released{1};
     std::atomic<int> living = 0;
-    std::vector<FSEventArming::Folder> notListed;
+    std::vector<std::string> missed;
     RecordingSink sink;
     const auto result = Crawler(lister, std::make_shared<SkipRules>(), IMPATIENT,
-                                std::make_shared<HangingArming>(released, living, notListed))
+                                std::make_shared<HangingArming>(released, living, missed))
                             .crawl("/r", {}, sink);
-    EXPECT_EQ(result.errors, 2U);
-    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/arm-hang", "/r/read-hang"));
-    EXPECT_THAT(notListed, UnorderedElementsAre(HangingArming::ROOT, HangingArming::ROOT + 1))
-        << "what cannot be armed is not listed in the folder above";
+    EXPECT_EQ(result.errors, 3U);
+    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/arm-hang", "/r/hang", "/r/read-hang"));
+    EXPECT_THAT(missed, UnorderedElementsAre("10/arm-hang", "10/hang", "11"))
+        << "the folder above and what else is in it are not looked at again";
     EXPECT_EQ(living, 1) << "a call uses it still";
     lister.release();
     released.count_down();

@@ -608,6 +608,30 @@ TEST_F(ArmedWatchTest, listsAgainOnlyWhatIsTooYoungForItsStamp)
     }
 }
 
+TEST_F(ArmedWatchTest, takesNamesOfAnyLength)
+{
+    begin(later());
+    // This disk has none so long; others list names of a thousand bytes.
+    const std::string name(1000, 'n');
+    arming_->arm(arming_->arm(root_, name, {1, 2, 3}), name, {1, 3, 3});
+    makeStream();
+    told();
+    EXPECT_EQ(index_->paths(), index_->onDisk());
+}
+
+TEST_F(ArmedWatchTest, looksAtNothingElseThanWhatACrawlHasGivenUp)
+{
+    std::set<std::string> listed;
+    InotifyOptions options = later();
+    options.beforeListing = [&](const std::string &path) { listed.insert(path); };
+    begin(options);
+    const std::string hung = disk_.makeFolder("root/hung");
+    arming_->notEntered(root_, "hung");
+    makeStream();
+    EXPECT_THAT(told(), ElementsAre("hung"));
+    EXPECT_THAT(listed, ElementsAre(hung));
+}
+
 TEST_F(ArmedWatchTest, findsAFolderInThePlaceOfAnother)
 {
     disk_.makeFolder("root/a/b/c");

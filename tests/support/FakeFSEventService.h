@@ -101,6 +101,11 @@ private:
             const MutexLock lock(mutex_);
             service_.note("not listed " + paths_.at(folder));
         }
+        void notEntered(Folder parent, std::string_view name) override
+        {
+            const MutexLock lock(mutex_);
+            service_.note("not entered " + paths_.at(parent).append("/").append(name));
+        }
 
     private:
         Folder arm(const std::string &path)

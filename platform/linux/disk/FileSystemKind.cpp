@@ -33,6 +33,7 @@ constexpr std::array PSEUDO{
     FileSystemType{BINFMTFS_MAGIC},
     FileSystemType{NSFS_MAGIC},
     FileSystemType{RDTGROUP_SUPER_MAGIC},
+    FileSystemType{AUTOFS_SUPER_MAGIC},
     CONFIGFS,
     FUSECTL,
     MQUEUE,
@@ -40,9 +41,10 @@ constexpr std::array PSEUDO{
 };
 
 // A disk that a program mounts ("fuseblk") is changed through that mount alone, so it is none.
-constexpr std::array<std::string_view, 13> REMOTE{"nfs",   "nfs4",     "cifs",  "smb3", "smbfs",
-                                                  "9p",    "ceph",     "afs",   "coda", "fuse",
-                                                  "ncpfs", "virtiofs", "lustre"};
+constexpr std::array<std::string_view, 23> REMOTE{
+    "nfs",  "nfs4",  "cifs",   "smb3",     "smbfs",    "9p",     "ceph",   "afs",
+    "coda", "fuse",  "ncpfs",  "virtiofs", "lustre",   "vboxsf", "prl_fs", "vmhgfs",
+    "gfs2", "ocfs2", "beegfs", "gpfs",     "orangefs", "pvfs2",  "acfs"};
 
 constexpr FileSystemType F2FS = 0xF2F52010;
 constexpr FileSystemType XFS = 0x58465342;

@@ -9,7 +9,12 @@ namespace quillon {
 using FileSystemType = std::uint64_t;
 
 /// Shows the state of the kernel and holds no files of anyone: proc, sysfs, cgroup and their kind.
+/// A place where autofs would mount something is one too: looking into it would mount it.
 bool isPseudoFileSystem(FileSystemType type);
+
+/// The name of the type that stands in the table of mounts where something is mounted once somebody
+/// looks into it.
+inline constexpr std::string_view AUTOMOUNT_TYPE = "autofs";
 
 /// Changes may be made by another machine or a program behind it, and the system here is not told
 /// of them: NFS, SMB, FUSE and their kind. Goes by the name of the type, as it stands in the table

@@ -1,5 +1,8 @@
 #include "platform/linux/disk/MountTable.h"
 
+#include "platform/linux/disk/FileSystemKind.h"
+#include "platform/linux/disk/LongPath.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <map>
@@ -21,11 +24,11 @@ std::map<std::string, int> countsOf(const std::vector<Mount> &mounts)
 
 } // namespace
 
-std::vector<std::string> MountTable::reload()
+std::optional<std::vector<std::string>> MountTable::reload()
 {
     auto now = mounts();
     if (!now)
-        return {};
+        return std::nullopt;
     const auto before = countsOf(std::exchange(mounts_, std::move(*now)));
     const auto after = countsOf(mounts_);
     types_.clear();
@@ -50,11 +53,19 @@ bool MountTable::isRemoteMountPoint(const std::string &path) const
     return found != types_.end() && isRemote_(found->second);
 }
 
-bool MountTable::isRemoteMountPoint(const std::string &folder, std::string_view name) const
+std::optional<MountTable::Border> MountTable::borderAt(const std::string &folder,
+                                                       std::string_view name) const
 {
     std::error_code error;
     const auto real = std::filesystem::canonical(folder, error);
-    return !error && isRemoteMountPoint(real / name);
+    if (error)
+        return meansAbsence(error.value()) ? std::optional(Border::none) : std::nullopt;
+    const auto found = types_.find(real / name);
+    if (found == types_.end())
+        return Border::none;
+    if (found->second == AUTOMOUNT_TYPE)
+        return Border::automount;
+    return isRemote_(found->second) ? Border::remote : Border::none;
 }
 
 bool MountTable::isRemote(std::string_view path) const

@@ -3,6 +3,7 @@
 #include "platform/linux/disk/MountPoints.h"
 
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -20,14 +21,24 @@ public:
 
     explicit MountTable(IsRemote isRemote) : isRemote_(std::move(isRemote)) { reload(); }
 
-    /// Reads the table again; returns the points where something has come or gone.
-    std::vector<std::string> reload();
+    /// Reads the table again; returns the points where something has come or gone. Absent when the
+    /// system did not answer.
+    std::optional<std::vector<std::string>> reload();
     /// A mount point somewhere has this name, so it is worth asking about the path.
     bool mayBeMountPoint(std::string_view name) const { return names_.contains(name); }
     /// Whether the path, free of links, is such a point.
     bool isRemoteMountPoint(const std::string &path) const;
-    /// The same for a name in a folder, whose path may have links in it.
-    bool isRemoteMountPoint(const std::string &folder, std::string_view name) const;
+    /// What begins at a place.
+    enum class Border
+    {
+        none,
+        remote,
+        /// Something is mounted there as soon as somebody looks into it.
+        automount,
+    };
+    /// The same for a name in a folder, whose path may have links in it. Absent when the disk did
+    /// not answer for the folder.
+    std::optional<Border> borderAt(const std::string &folder, std::string_view name) const;
     /// Whether the path, free of links, is on a remote file system.
     bool isRemote(std::string_view path) const;
 

@@ -56,7 +56,7 @@ CrawlNotes::Folder CrawlNotes::write(const Note &note, std::string_view name)
     notes.push_back(note);
     if (!name.empty()) {
         notes.back().name = book.pages.names.store(name);
-        notes.back().nameLength = static_cast<std::uint8_t>(name.size());
+        notes.back().nameLength = static_cast<std::uint16_t>(name.size());
     }
     require(notes.size() >> INDEX_BITS == 0, "a crawl has fewer folders");
     return static_cast<Folder>(number << INDEX_BITS | notes.size());
@@ -72,9 +72,14 @@ void CrawlNotes::addItems(Folder folder, std::uint64_t items)
 
 void CrawlNotes::addNotListed(Folder folder)
 {
+    addNotEntered(folder, {});
+}
+
+void CrawlNotes::addNotEntered(Folder parent, std::string_view name)
+{
     const MutexLock lock(mutex_);
     if (!isClosed_)
-        notListed_.push_back(folder);
+        missed_.emplace_back(parent, name);
 }
 
 std::string CrawlNotes::path(Folder folder) const
@@ -102,7 +107,7 @@ std::string CrawlNotes::path(Folder folder) const
     }
 }
 
-void CrawlNotes::takeAll(const Enter &enter, const std::function<void(WatchTree::Id)> &notListed)
+void CrawlNotes::takeAll(const Enter &enter, const Missed &missed)
 {
     AllPages all;
     for (std::size_t i = 0; i < BOOKS; ++i) {
@@ -113,9 +118,9 @@ void CrawlNotes::takeAll(const Enter &enter, const std::function<void(WatchTree:
         for (std::size_t i = 0; i < all[book].notes.size(); ++i)
             place(all, static_cast<Folder>(book << INDEX_BITS | (i + 1)), enter);
     const MutexLock lock(mutex_);
-    for (const Folder folder : std::exchange(notListed_, {}))
+    for (const auto &[folder, name] : std::exchange(missed_, {}))
         if (const WatchTree::Id id = noteOf(all, folder).id; id != OUT)
-            notListed(id);
+            missed(id, name);
 }
 
 /// Those above it first, which may be in other books: a tree may be deeper than the stack.

@@ -14,6 +14,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -35,7 +36,7 @@ public:
         WatchTree::Id id = WatchTree::NONE;
         /// Of a root: which of the root paths.
         NameArena::Offset name = 0;
-        std::uint8_t nameLength = 0;
+        std::uint16_t nameLength = 0;
         /// Nothing below it is entered: another file system begins there.
         bool isBorder = false;
         FolderStamp stamp;
@@ -51,6 +52,8 @@ public:
     void addItems(Folder folder, std::uint64_t items);
     /// The folder could not be listed.
     void addNotListed(Folder folder);
+    /// The folder of that name in a folder could not be opened.
+    void addNotEntered(Folder parent, std::string_view name);
     /// The path of a folder that was noted; empty when the notes have been handed over.
     std::string path(Folder folder) const;
 
@@ -60,9 +63,11 @@ public:
     /// first; what is below a folder without a place is left out.
     using Enter =
         std::function<WatchTree::Id(WatchTree::Id parent, std::string_view name, const Note &note)>;
-    /// Hands over every note and then the folders that could not be listed. Called once, after
-    /// close().
-    void takeAll(const Enter &enter, const std::function<void(WatchTree::Id)> &notListed);
+    /// Called with a folder and the name of one in it that could not be opened, or without a name
+    /// where the folder itself could not be listed.
+    using Missed = std::function<void(WatchTree::Id folder, const std::string &name)>;
+    /// Hands over every note and then what the crawl has missed. Called once, after close().
+    void takeAll(const Enter &enter, const Missed &missed);
 
 private:
     static constexpr unsigned INDEX_BITS = 27;
@@ -96,7 +101,7 @@ private:
     std::atomic<bool> isClosed_ = false;
     mutable Mutex mutex_;
     std::vector<std::string> rootPaths_ GUARDED_BY(mutex_);
-    std::vector<Folder> notListed_ GUARDED_BY(mutex_);
+    std::vector<std::pair<Folder, std::string>> missed_ GUARDED_BY(mutex_);
 };
 
 } // namespace quillon

@@ -35,8 +35,12 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
 {
     const std::string path = tree_.path(parent, name);
     const Border border = borderAt(parent, name);
-    if (border == Border::remote) {
-        verifyRemote(parent, name, path);
+    if (border == Border::unknown) {
+        retries_.add(parent, name);
+        return;
+    }
+    if (border == Border::remote || border == Border::automount) {
+        verifyElsewhere(parent, name, path, border);
         return;
     }
     looks_.push_back({parent, std::string(name)});
@@ -84,17 +88,21 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
     changes_.add(path, ChangeLog::Found::folder, flags);
 }
 
-/// Nothing is asked of the server here. Whoever looks after the remote folders tells them.
-void FolderVerifier::verifyRemote(Id parent, std::string_view name, const std::string &path)
+/// Nothing is asked of the server here. Whoever looks after the remote folders tells them. What was
+/// mounted where only autofs is left stays as it was: asking for it would mount it.
+void FolderVerifier::verifyElsewhere(Id parent, std::string_view name, const std::string &path,
+                                     Border border)
 {
+    const FolderStamp stamp =
+        border == Border::automount ? probeFolder(path, false).stamp : FolderStamp();
     if (const Id child = tree_.find(parent, name); child != WatchTree::NONE) {
         const auto *known = folders_.unwatched(child);
-        if (known != nullptr && known->isClosed && known->stamp.inode == 0)
+        if (known != nullptr && known->isClosed && known->stamp.isSameFolder(stamp))
             return;
         folders_.drop(child);
     }
     if (items_.folder(path) == FSEventItemTest::Folder::entered)
-        close(tree_.add(parent, name), Border::remote, path, {});
+        close(tree_.add(parent, name), border, path, stamp);
 }
 
 bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &found)
@@ -157,6 +165,10 @@ WatchTree::Id FolderVerifier::enter(Id parent, std::string_view name, const Craw
     if (const Id known = tree_.find(parent, name); known != WatchTree::NONE)
         return known;
     const Border border = note.isBorder ? Border::remote : borderAt(parent, name);
+    if (border == Border::unknown) {
+        retries_.add(parent, name);
+        return WatchTree::NONE;
+    }
     const Id id = tree_.add(parent, name);
     if (border == Border::none) {
         folders_.recordListed({id, note.stamp, note.items});
@@ -257,8 +269,13 @@ FolderVerifier::Border FolderVerifier::borderAt(Id parent, std::string_view name
 {
     if (mounts_ == nullptr || !mounts_->mayBeMountPoint(name))
         return Border::none;
-    if (mounts_->isRemoteMountPoint(tree_.path(parent), name))
+    const auto border = mounts_->borderAt(tree_.path(parent), name);
+    if (!border)
+        return Border::unknown;
+    if (*border == MountTable::Border::remote)
         return Border::remote;
+    if (*border == MountTable::Border::automount)
+        return Border::automount;
     return isOnPseudoFileSystem(tree_.path(parent, name)) ? Border::pseudo : Border::none;
 }
 
@@ -340,7 +357,9 @@ void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
         if (tree_.find(id, name) != WatchTree::NONE)
             continue;
         const std::string childPath = tree_.path(id, name);
-        if (const Border border = borderAt(id, name); border != Border::none)
+        if (const Border border = borderAt(id, name); border == Border::unknown)
+            retries_.add(id, name);
+        else if (border != Border::none)
             close(tree_.add(id, name), border, childPath,
                   border == Border::remote ? FolderStamp() : probeFolder(childPath, false).stamp);
         else if (const auto child = admit(id, name, childPath); child && *child != WatchTree::NONE)

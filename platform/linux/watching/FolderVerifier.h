@@ -80,7 +80,10 @@ private:
     {
         none,
         remote,
+        automount,
         pseudo,
+        /// The disk did not answer.
+        unknown,
     };
     /// What is in a folder, as far as it counts.
     struct Content
@@ -97,7 +100,7 @@ private:
     std::optional<Id> admit(Id parent, std::string_view name, const std::string &path);
     void askAgain(Id id);
     void close(Id id, Border border, const std::string &path, const FolderStamp &stamp);
-    void verifyRemote(Id parent, std::string_view name, const std::string &path);
+    void verifyElsewhere(Id parent, std::string_view name, const std::string &path, Border border);
     bool hasChanged(Id id, const FolderProbe &found) const;
     void verifyEach(const std::vector<Id> &ids);
     bool armOne(const WatchedFolders::Listed &listed);

@@ -31,6 +31,15 @@
 // receiver only when everything below it has its watches: what changes after the receiver's look is
 // told again.
 //
+// Every look goes by a path, and a path leads elsewhere while a folder on it is moved away and back.
+// So the events are read once more after the looks of a flush: where they tell that a folder was
+// moved, whatever was looked at below it is looked at again by the next flush. Folders without a
+// watch raise no events; there the stamps of the folders above are compared in the same way.
+//
+// A call that fails is no answer, unless it says that nothing stands at the path. What could not be
+// asked stays as it was, and is asked again after a second, then after two, up to a minute
+// (RetryList).
+//
 // A crawl that comes before takes a folder's stamp, then lists it, and notes both here (arm()). The
 // watches follow when it is over, so that nobody who waits for the crawl waits for them: a watch
 // first, then another look at the stamp. Where that is the same one, and older than the crawl,
@@ -121,6 +130,9 @@ FolderWatcher::~FolderWatcher() = default;
 
 bool FolderWatcher::startThread()
 {
+    // Nobody could wake or end a thread without it.
+    if (!wakeUp_)
+        return false;
     try {
         std::thread([self = shared_from_this()] { self->run(); }).detach();
     } catch (const std::system_error &) {

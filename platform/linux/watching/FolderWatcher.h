@@ -57,6 +57,7 @@ public:
     Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp);
     void listed(Folder folder, std::uint64_t items);
     void notListed(Folder folder);
+    void notEntered(Folder parent, std::string_view name);
 
     /// Nothing is armed from outside any more; from now on changes are delivered.
     void watch(Stream stream) EXCLUDES(mutex_);

@@ -57,7 +57,7 @@ FolderWatcher::Folder FolderWatcher::arm(Folder parent, std::string_view name,
     if (!mountsAtStart_ || !mountsAtStart_->mayBeMountPoint(name))
         return notes_.add(parent, name, stamp, false);
     const std::string above = notes_.path(parent);
-    const bool isRemote = mountsAtStart_->isRemoteMountPoint(above, name);
+    const bool isRemote = mountsAtStart_->borderAt(above, name) == MountTable::Border::remote;
     const Folder folder = notes_.add(parent, name, stamp, isRemote);
     if (!isRemote || folder == CrawlNotes::NONE)
         return folder;
@@ -82,6 +82,16 @@ void FolderWatcher::notListed(Folder folder)
         notes_.addNotListed(folder);
     else if (const auto other = remote())
         other->notListed(folder & ~REMOTE);
+}
+
+void FolderWatcher::notEntered(Folder parent, std::string_view name)
+{
+    if (parent == CrawlNotes::NONE)
+        return;
+    if ((parent & REMOTE) == 0)
+        notes_.addNotEntered(parent, name);
+    else if (const auto other = remote())
+        other->notEntered(parent & ~REMOTE, name);
 }
 
 } // namespace quillon

@@ -49,6 +49,12 @@ void InotifyArming::notListed(Folder folder)
     watcher->notListed(folder);
 }
 
+void InotifyArming::notEntered(Folder parent, std::string_view name)
+{
+    const auto watcher = watcher_;
+    watcher->notEntered(parent, name);
+}
+
 std::shared_ptr<FolderWatcher> InotifyArming::take()
 {
     return taken_.exchange(true) ? nullptr : watcher_;

@@ -21,6 +21,7 @@ public:
     Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) override;
     void listed(Folder folder, std::uint64_t items) override;
     void notListed(Folder folder) override;
+    void notEntered(Folder parent, std::string_view name) override;
 
     /// The watcher, for the stream that takes this over; null when one has before.
     std::shared_ptr<FolderWatcher> take();

@@ -184,7 +184,11 @@ void WatchCore::mountsChanged()
 {
     if (!mounts_)
         return;
-    for (const std::string &point : mounts_->reload()) {
+    const auto changed = mounts_->reload();
+    // Every flush reads the table.
+    if (!changed)
+        return retries_.addRoots();
+    for (const std::string &point : *changed) {
         // A mount may cover a root or anything above it.
         rootsSuspect_ = true;
         for (const auto &[root, node] : roots_.entered()) {
@@ -226,6 +230,7 @@ void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t
                             std::optional<std::int64_t> quietSince, CrawlNotes &notes)
 {
     rootFlags_ = rootFlags;
+    mountsChanged();
     roots_.keepOnly(roots);
     for (const std::string &path : roots)
         roots_.add(path);
@@ -234,7 +239,12 @@ void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t
         [this](Id parent, std::string_view name, const CrawlNotes::Note &note) {
             return verifier_.enter(parent, name, note);
         },
-        [this](Id id) { notListed_.push_back(id); });
+        [this](Id folder, const std::string &name) {
+            if (name.empty())
+                notListed_.push_back(folder);
+            else
+                mark(folder, name);
+        });
     verifier_.armListed();
     fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
     finish();
@@ -245,6 +255,8 @@ void WatchCore::flush(Extent extent)
     const bool looksEverywhere = extent == Extent::everything;
     drain();
     takeRetries(looksEverywhere ? Clock::time_point::max() : Clock::now());
+    // A folder that is moved takes the mounts below it along, which the kernel does not tell.
+    mountsChanged();
     // What is marked from here on came after the first look, and may explain a look that was wrong.
     const Dirt dirty = std::exchange(dirty_, {});
     const auto unlisted = std::exchange(unlisted_, {});

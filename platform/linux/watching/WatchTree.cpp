@@ -19,7 +19,8 @@ std::uint64_t hashOf(WatchTree::Id parent, std::string_view name)
     return hash ^ (hash >> 32);
 }
 
-constexpr std::uint16_t DEEPEST = std::numeric_limits<std::uint16_t>::max();
+constexpr std::uint16_t DEEPEST = (1U << 14) - 1;
+constexpr std::size_t LONGEST_NAME = std::numeric_limits<std::uint16_t>::max();
 
 } // namespace
 
@@ -59,7 +60,8 @@ WatchTree::Id WatchTree::addRoot(std::string path)
 
 WatchTree::Id WatchTree::add(Id parent, std::string_view name)
 {
-    require(!name.empty() && name.size() <= 255, "a file system's names have 1 to 255 bytes");
+    require(!name.empty() && name.size() <= LONGEST_NAME,
+            "a name fits in a record of the kernel's");
     const Id id = newNode();
     Node &above = nodes_[parent];
     Node &node = nodes_[id];
@@ -68,8 +70,9 @@ WatchTree::Id WatchTree::add(Id parent, std::string_view name)
     if (node.nextSibling != NONE)
         nodes_[node.nextSibling].previousSibling = id;
     node.name = names_.store(name);
-    node.nameLength = static_cast<std::uint8_t>(name.size());
-    node.depth = above.depth == DEEPEST ? DEEPEST : static_cast<std::uint16_t>(above.depth + 1);
+    node.nameLength = static_cast<std::uint16_t>(name.size());
+    node.depth =
+        static_cast<std::uint16_t>(std::min<unsigned>(above.depth + 1U, DEEPEST)) & DEEPEST;
     children_.insert(hashOf(parent, name), id);
     return id;
 }

@@ -67,7 +67,7 @@ public:
     std::size_t bytes() const;
 
 private:
-    enum class State : std::uint8_t
+    enum class State : std::uint16_t
     {
         free,
         live,
@@ -82,9 +82,10 @@ private:
         /// Of a root: which of the root paths.
         NameArena::Offset name = 0;
         int watch = NO_WATCH;
-        std::uint16_t depth = 0;
-        std::uint8_t nameLength = 0;
-        State state = State::free;
+        /// Kernels list longer names than the 255 bytes that most file systems allow.
+        std::uint16_t nameLength = 0;
+        std::uint16_t depth : 14 = 0;
+        State state : 2 = State::free;
     };
     static_assert(sizeof(Node) == 28);
 
