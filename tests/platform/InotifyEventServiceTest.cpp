@@ -610,6 +610,7 @@ TEST_F(ArmedWatchTest, listsAgainOnlyWhatIsTooYoungForItsStamp)
 
 TEST_F(ArmedWatchTest, takesNamesOfAnyLength)
 {
+    disk_.makeFolder("root");
     begin(later());
     // This disk has none so long; others list names of a thousand bytes.
     const std::string name(1000, 'n');
@@ -624,6 +625,7 @@ TEST_F(ArmedWatchTest, looksAtNothingElseThanWhatACrawlHasGivenUp)
     std::set<std::string> listed;
     InotifyOptions options = later();
     options.beforeListing = [&](const std::string &path) { listed.insert(path); };
+    disk_.makeFolder("root");
     begin(options);
     const std::string hung = disk_.makeFolder("root/hung");
     arming_->notEntered(root_, "hung");

@@ -31,10 +31,10 @@
 // receiver only when everything below it has its watches: what changes after the receiver's look is
 // told again.
 //
-// Every look goes by a path, and a path leads elsewhere while a folder on it is moved away and back.
-// So the events are read once more after the looks of a flush: where they tell that a folder was
-// moved, whatever was looked at below it is looked at again by the next flush. Folders without a
-// watch raise no events; there the stamps of the folders above are compared in the same way.
+// Every look goes by a path, and a path leads elsewhere while a folder on it is moved away and
+// back. So the events are read once more after the looks of a flush: where they tell that a folder
+// was moved, whatever was looked at below it is looked at again by the next flush. Folders without
+// a watch raise no events; there the stamps of the folders above are compared in the same way.
 //
 // A call that fails is no answer, unless it says that nothing stands at the path. What could not be
 // asked stays as it was, and is asked again after a second, then after two, up to a minute
