@@ -75,7 +75,9 @@ protected:
     {
         base_.includeFolders(folders);
         builder_.start();
-        queue_.runAll();
+        // A folder that is away is looked for every minute, so the queue never gets empty.
+        while (builder_.isBuilding())
+            queue_.runNext();
     }
     static std::string selected(const PanelSource::Answer &answer)
     {

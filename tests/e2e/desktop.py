@@ -14,6 +14,14 @@ PATIENCE = 60  # seconds until something that should happen counts as missing
 SKIPPED = 77  # the status by which ctest knows a test that is skipped
 
 
+def is_soon(probe):
+    """Whether the probe answers true within two seconds, for what is then tried again."""
+    deadline = time.monotonic() + 2
+    while not probe() and time.monotonic() < deadline:
+        time.sleep(0.02)
+    return probe()
+
+
 def eventually(what, probe):
     """The first true answer of the probe; the test fails when none comes in time."""
     deadline = time.monotonic() + PATIENCE
