@@ -25,7 +25,7 @@ void ChildTable::Segment::put(Slot entry)
 
 void ChildTable::Segment::grow()
 {
-    // Half as much again as is used: a load between 53 % and 80 % from one time to the next.
+    // The new size is 15/8 of what is used, so the load lies between 53 % and 80 %.
     Segment larger;
     larger.slots.resize(std::max(SMALLEST_CAPACITY, (std::size_t{live} + 1) * 15 / 8));
     for (const Slot slot : slots) {
@@ -52,7 +52,7 @@ void ChildTable::erase(std::uint64_t hash, Id id)
         require(segment.slots[at].id != FREE, "an erased id is in the table");
         at = segment.after(at);
     }
-    // Nothing is looked for past a free slot, so in front of one the mark is not needed.
+    // A search ends at a free slot, so a slot in front of one needs no mark.
     const bool isLast = segment.slots[segment.after(at)].id == FREE;
     segment.slots[at].id = isLast ? FREE : ERASED;
     segment.notFree -= isLast ? 1U : 0U;

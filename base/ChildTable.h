@@ -7,25 +7,25 @@
 
 namespace quillon {
 
-/// A hash set of 32-bit ids, kept beside 32 bits of their hashes; the keys are the caller's.
+/// Keeps a hash set of 32-bit ids beside 32 bits of their hashes. The caller keeps the keys.
 ///
 /// The table is cut into segments that grow one by one, so that no single insertion moves a million
 /// entries while a search waits.
 class ChildTable
 {
 public:
-    /// Neither 0 nor the highest number.
+    /// An id is neither 0 nor the highest number.
     using Id = std::uint32_t;
 
-    /// The first id with this hash for which isMatch(id) holds, or 0.
+    /// Returns the first id with this hash for which isMatch(id) holds, or 0.
     template <typename IsMatch>
     Id find(std::uint64_t hash, const IsMatch &isMatch) const;
-    /// id is not present.
+    /// The id is not in the table.
     void insert(std::uint64_t hash, Id id);
-    /// id is present under this hash.
+    /// The id is in the table under this hash.
     void erase(std::uint64_t hash, Id id);
     void clear();
-    /// Memory held, slack included.
+    /// Returns the memory that is held in bytes, slack included.
     std::size_t bytes() const;
 
 private:
@@ -38,8 +38,8 @@ private:
         Id id = FREE;
         std::uint32_t hash = 0;
     };
-    /// Linear probing. The slots of a larger segment are in the same order, but for those that
-    /// wrapped around, so growing reads and writes from one end to the other.
+    /// A segment is probed linearly. A larger segment has its slots in the same order, except those
+    /// that wrapped around, so growing reads and writes memory from one end to the other.
     struct Segment
     {
         std::vector<Slot> slots;

@@ -52,7 +52,7 @@ std::optional<DefaultsData> toData(const QJsonObject &object)
     return DefaultsData{decoded.decoded.toStdString()};
 }
 
-/// Like fromJson(), for what stands inside a list or a dictionary.
+/// Does what fromJson() does, for an element of a list or a dictionary, where null is a value.
 DefaultsValue elementFromJson(const QJsonValue &json)
 {
     return fromJson(json).value_or(DefaultsValue{nullptr});
@@ -72,7 +72,7 @@ DefaultsDictionary toDictionary(const QJsonObject &object)
 
 DefaultsValue fromNumber(const QJsonValue &json)
 {
-    // The fallback comes back for everything that is no whole number in range.
+    // toInteger() returns the fallback for everything that is no whole number in range.
     const qint64 number = json.toInteger(0);
     if (number == json.toInteger(1))
         return {std::int64_t{number}};

@@ -11,7 +11,7 @@
 
 namespace quillon {
 
-/// Settings as JSON.
+/// Settings are written as JSON in this form.
 ///
 /// Bytes that are not valid UTF-8 become U+DC80 to U+DCFF, one for each byte, so that every string
 /// of bytes comes back as it was. Data is {"$data": BASE64}; a dictionary key of ours that starts
@@ -19,9 +19,9 @@ namespace quillon {
 QString bytesToText(std::string_view bytes);
 std::string textToBytes(const QString &text);
 
-/// Numbers are finite.
+/// Numbers in the value are finite.
 QJsonValue toJson(const DefaultsValue &value);
-/// Absent for null and undefined.
+/// The value is absent for null and undefined.
 std::optional<DefaultsValue> fromJson(const QJsonValue &json);
 
 } // namespace quillon

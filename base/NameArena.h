@@ -9,8 +9,8 @@
 
 namespace quillon {
 
-/// Byte strings in one growing block of memory, each found by its offset. The length is the
-/// caller's to keep. Grows by whole chunks, never by copying; at most 4 GiB.
+/// Keeps byte strings in one growing block of memory and finds each by its offset. The caller keeps
+/// the lengths. The arena grows by whole chunks, never by copying, to 4 GiB at most.
 class NameArena
 {
 public:
@@ -21,19 +21,19 @@ public:
     {
         return chunks_[offset >> CHUNK_BITS] + (offset & (CHUNK_SIZE - 1));
     }
-    /// Gives the room of a name back, for a later one of the same length. Names longer than any
-    /// file name keep theirs.
+    /// Gives the room of a name back, for a later name of the same length. Names that are longer
+    /// than any file name keep their room.
     void release(Offset offset, std::size_t length);
     void clear();
-    /// Memory held, slack included.
+    /// Returns the memory that is held in bytes, slack included.
     std::size_t bytes() const;
 
 private:
     static constexpr unsigned CHUNK_BITS = 18;
     static constexpr std::size_t CHUNK_SIZE = std::size_t{1} << CHUNK_BITS;
-    /// File systems allow 255 bytes a name.
+    /// Most file systems allow 255 bytes a name.
     static constexpr std::size_t LONGEST_REUSED = 255;
-    /// A released room holds the offset of the next one of its length.
+    /// A released room holds the offset of the next released room of its length.
     static constexpr std::size_t SHORTEST_ROOM = sizeof(Offset);
     static constexpr Offset NO_ROOM = ~Offset{0};
 
@@ -50,7 +50,7 @@ private:
         std::size_t size = 0;
     };
     std::vector<Block> blocks_;
-    /// One entry for each CHUNK_SIZE of offsets; a block larger than a chunk has several.
+    /// There is one entry for each CHUNK_SIZE of offsets; a block larger than a chunk has several.
     std::vector<const char *> chunks_;
     std::size_t used_ = 0;
     std::array<Offset, LONGEST_REUSED + 1> released_ = noRooms();

@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// Drops every "/" from the end of a path, but for the first byte.
+/// Drops every "/" from the end of a path, except the path's first byte.
 constexpr std::string_view withoutTrailingSlashes(std::string_view path)
 {
     while (path.size() > 1 && path.back() == '/')

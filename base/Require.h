@@ -2,11 +2,11 @@
 
 namespace quillon {
 
-/// Prints "quillon: broken invariant: " and what to standard error and aborts.
+/// Prints "quillon: broken invariant: " and the text to standard error, and aborts.
 [[noreturn]] void requireFailed(const char *what);
 
-/// Stops the program when an invariant of our own is broken, in every build type. Never for what
-/// the user's disk, settings or input may hold.
+/// Stops the program when an invariant of our own is broken, in every build type. It is never used
+/// for what the user's disk, settings or input may hold.
 inline void require(bool holds, const char *what)
 {
     if (!holds) [[unlikely]]

@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-/// The system takes no longer name of a thread.
+/// The system takes no longer name for a thread.
 constexpr std::size_t MAX_THREAD_NAME = 15;
 
 } // namespace

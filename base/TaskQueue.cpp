@@ -17,7 +17,7 @@ bool TaskQueue::postAndWait(Task task)
         hasRun = true;
         end->set_value();
     });
-    // From here on the promise is the task's alone: where that is dropped, it is broken.
+    // From here on the task alone owns the promise, which is broken when the task is dropped.
     end.reset();
     ended.wait();
     return hasRun;

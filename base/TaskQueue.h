@@ -16,13 +16,13 @@ public:
     TaskQueue(const TaskQueue &) = delete;
     TaskQueue &operator=(const TaskQueue &) = delete;
 
-    /// A serial queue runs its tasks one at a time, first in first out. One that has been closed
-    /// destroys the task instead.
+    /// A serial queue runs its tasks one at a time, first in first out. A closed queue destroys the
+    /// task instead.
     virtual void post(Task task) = 0;
     /// Runs the task no earlier than after the delay; equal deadlines keep their order.
     virtual void postDelayed(std::chrono::milliseconds delay, Task task) = 0;
-    /// Returns when the task has run; false when the queue drops it instead, because it is closed.
-    /// Not called from a task of the same queue, unless the queue says that it allows it.
+    /// Returns when the task has run, or false when the queue drops it because it is closed. Tasks
+    /// of the same queue do not call this, unless the queue says that they may.
     virtual bool postAndWait(Task task);
 };
 

@@ -6,21 +6,21 @@
 
 namespace quillon {
 
-/// One character of text that may hold anything: a Unicode code point, or a byte that belongs to
-/// none.
+/// Is one character of a text that may hold any bytes: a Unicode code point, or a byte that belongs
+/// to none.
 struct Utf8Character
 {
-    /// Not to be read when the character is not valid.
+    /// The code point has no meaning when the character is not valid.
     char32_t codePoint = 0;
-    /// 1 to 4; 1 when not valid.
+    /// The length is 1 to 4 bytes, and 1 for a character that is not valid.
     std::size_t length = 1;
     bool isValid = false;
 };
 
-/// The first character of bytes, which are not empty. Overlong forms, surrogates and what lies
-/// beyond the last code point are not valid.
+/// Returns the first character of some bytes, which are not empty. Overlong forms, surrogates and
+/// numbers beyond the last code point are not valid.
 Utf8Character firstUtf8Character(std::string_view bytes);
-/// The bytes as text, with U+FFFD in place of each byte that is not valid.
+/// Returns the bytes as text, with U+FFFD in place of each byte that is not valid.
 std::string replacingInvalidUtf8(std::string_view bytes);
 
 } // namespace quillon

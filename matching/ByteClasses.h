@@ -45,8 +45,8 @@ inline constexpr std::array<ByteClassSet, 256> TABLE = makeTable();
 
 } // namespace byteclasses
 
-/// As a byte of a query: the classes that a text must hold to match it. As a byte of a text: the
-/// classes that it provides.
+/// Returns, for a byte of a query, the classes that a text must hold to match it; for a byte of a
+/// text, the classes that it provides.
 constexpr ByteClassSet classesOf(char byte)
 {
     return byteclasses::TABLE[static_cast<unsigned char>(byte)];
@@ -60,11 +60,11 @@ constexpr ByteClassSet classesOf(std::string_view bytes)
     return set;
 }
 
-/// The classes of which one occurs wherever a capital does.
+/// One of these classes occurs wherever a capital does.
 inline constexpr ByteClassSet CAPITAL_CLASSES =
     ((ByteClassSet{1} << byteclasses::CAPITAL_GROUPS) - 1) << byteclasses::FIRST_CAPITAL_GROUP;
 
-/// Pairs of neighbouring bytes, letter case aside, sorted into 64 classes.
+/// Pairs of neighbouring bytes are sorted into 64 classes, whatever the case of letters.
 using BytePairSet = std::uint64_t;
 
 constexpr BytePairSet pairOf(char first, char second)
@@ -78,7 +78,7 @@ constexpr BytePairSet pairOf(char first, char second)
     return BytePairSet{1} << (((lowered(first) << 8 | lowered(second)) * FACTOR) >> 26);
 }
 
-/// The pairs of a path component with the slash before it.
+/// Returns the pairs of a path component with the slash before it.
 constexpr BytePairSet pairsOf(std::string_view name)
 {
     BytePairSet set = 0;

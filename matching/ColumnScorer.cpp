@@ -54,7 +54,8 @@ void ColumnScorer::extendByByte(double *best, double *ending, std::size_t positi
     const Rows matched = rowsOf_[static_cast<unsigned char>(byte)];
     const Rows matchedBefore = rowsOf_[static_cast<unsigned char>(previous)];
     const double earned = matched.begin == matched.end ? 0 : bonus(byte, previous);
-    // Last row first: each reads what stood in the row above it before this byte.
+    // The last row comes first, because each row reads the value that the row above had before this
+    // byte.
     for (std::size_t r = matched.begin; r < matched.end; ++r) {
         const std::size_t i = positions_[r];
         ending[i] = i == 0 ? static_cast<double>(position) * GAP_LEADING + earned

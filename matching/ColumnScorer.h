@@ -8,28 +8,29 @@
 
 namespace quillon {
 
-/// fuzzyScore() for one query, computed byte by byte of the text instead of byte by byte of the
-/// query, so that texts with a common beginning share its cost. The same operations in the same
-/// order: the same doubles.
+/// Computes fuzzyScore() for one query, byte by byte of the text instead of byte by byte of the
+/// query, so that texts with a common beginning share the cost of that beginning. The operations
+/// and their order are those of the plain rule, and so are the doubles.
 ///
-/// A state is 2 n doubles for a query of n bytes: for each query byte the best score with it
-/// matched anywhere so far, then for each the best score with it matched at the last byte. It
-/// depends on the text's bytes so far and on nothing else. Immutable; safe from every thread.
+/// A state has 2 n doubles for a query of n bytes: for each query byte the best score with that
+/// byte matched anywhere so far, then for each query byte the best score with that byte matched by
+/// the last byte of the text. It depends on the text's bytes so far and on nothing else. Immutable;
+/// safe from every thread.
 class ColumnScorer
 {
 public:
     using State = std::vector<double>;
 
-    /// A query of 1 to scoring::MAX_LENGTH bytes.
+    /// The query has 1 to scoring::MAX_LENGTH bytes.
     explicit ColumnScorer(std::string_view query);
 
     std::size_t rows() const { return rows_; }
-    /// The state of the empty text.
+    /// Returns the state of the empty text.
     State initialState() const;
-    /// Carries the state of a text of position bytes, the last of them previous ("/" where there
-    /// is none), over the bytes that follow.
+    /// Carries the state of a text over the bytes that follow. The text has position bytes, and
+    /// previous is the last of them, or "/" where there is none.
     void extend(State &state, std::size_t position, char previous, std::string_view bytes) const;
-    /// The score of a text longer than the query.
+    /// Returns the score of a text that is longer than the query.
     double score(const State &state) const { return state[rows_ - 1]; }
 
 private:
@@ -43,7 +44,7 @@ private:
                       char byte) const;
 
     std::size_t rows_;
-    /// The rows of each lower-cased byte, as a range of positions_, last row first.
+    /// Each lower-cased byte has a range of positions_, which holds its rows, the last row first.
     std::array<Rows, 256> rowsOf_{};
     std::vector<std::uint16_t> positions_;
     std::vector<double> gaps_;

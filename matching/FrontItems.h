@@ -8,18 +8,18 @@
 
 namespace quillon {
 
-/// The items of the front file manager window as they stood at one moment. Searches on several
-/// threads share them; nobody changes them.
+/// Holds the items of the front file manager window as they were at one moment. Searches on several
+/// threads share them, and nobody changes them.
 struct FrontItems
 {
     using FilenameToPathMapping = std::unordered_map<std::string, std::string>;
 
-    /// The file names; null when there is nothing to search.
+    /// Finds the file names. It is null when there is nothing to search.
     std::shared_ptr<const FuzzyMatch> cachedMatcher;
     /// The whole path of each file name; null when there is nothing to search.
     std::shared_ptr<const FilenameToPathMapping> cachedFilenameToPathMapping;
 
-    /// The file name itself when its path is not known.
+    /// Returns the whole path of a file name, or the name itself when its path is not known.
     std::string path(const std::string &filename) const
     {
         if (cachedFilenameToPathMapping != nullptr) {
@@ -31,7 +31,7 @@ struct FrontItems
     }
 };
 
-/// Who knows the items of the front file manager window. Safe from every thread.
+/// Provides the items of the front file manager window. Safe from every thread.
 class FrontItemsSource
 {
 public:
@@ -40,7 +40,8 @@ public:
     FrontItemsSource(const FrontItemsSource &) = delete;
     FrontItemsSource &operator=(const FrontItemsSource &) = delete;
 
-    /// Whether the user wants them searched and a file manager was in front when the panel came.
+    /// Returns true when the user wants them searched and a file manager was in front when the
+    /// panel came.
     virtual bool isFinderFrontmost() const = 0;
     virtual FrontItems frontItems() const = 0;
 };

@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-/// More helpers than this gain little: one search is a few milliseconds of memory reads.
+/// More threads than these gain little, since a search is a few milliseconds of reading memory.
 constexpr unsigned MOST_SEARCH_THREADS = 2;
 /// A search that has lost matches to a writer this often keeps writers out the next time, so that a
 /// stream of removals does not keep it from its end.

@@ -14,14 +14,15 @@ namespace quillon {
 
 class RecentAccessScore;
 
-/// The set of candidate texts and the ranked answers to queries over it.
+/// Holds the set of candidate texts and answers queries over it, best match first.
 ///
-/// Every operation may be called from any thread: each takes the index's lock, searches shared and
-/// in slices, changes exclusively. Batches of changes take that lock once, through index().
+/// Every operation may be called from any thread and takes the index's lock: a search takes it
+/// shared and in slices, a change takes it exclusively. A batch of changes takes it once, through
+/// index().
 class FuzzyMatch
 {
 public:
-    /// recentAccessScore outlives this; without one, uses play no part.
+    /// The score of recent accesses outlives this. Without it, uses play no part.
     explicit FuzzyMatch(RecentAccessScore *recentAccessScore = nullptr);
     FuzzyMatch(const FuzzyMatch &) = delete;
     FuzzyMatch &operator=(const FuzzyMatch &) = delete;
@@ -37,25 +38,26 @@ public:
     /// Makes searches faster after a large list has come in any order, see PathIndex::arrange().
     void arrange();
 
-    /// The best candidates that hold the pattern as a subsequence: score descending, then text
-    /// ascending by bytes; at most top of them. An upper-case letter of the pattern matches only
-    /// itself, a lower-case one both.
+    /// Returns at most top candidates that hold the pattern as a subsequence, by score descending
+    /// and then by text ascending, in byte order. An upper-case letter of the pattern matches only
+    /// itself, a lower-case letter matches both cases.
     std::vector<FuzzyMatchResult> match(std::string_view pattern, std::size_t top) const;
-    /// The most used texts that are candidates, most used first, out of the top most used ones.
+    /// Returns those of the top most used texts that are candidates, the most used one first.
     std::vector<FuzzyMatchResult> mostAccessedResults(std::size_t top) const;
-    /// The runs of text to mark for the pattern.
+    /// Returns the runs of the text to mark for the pattern.
     std::vector<TextRange> highlights(std::string_view pattern, std::string_view text) const;
     /// Records one use of the result's path. Main thread.
     void uprankResult(const SearchBaseResult &result);
 
-    /// Number of candidates.
+    /// Returns the number of candidates.
     std::size_t count() const;
-    /// Memory held by the index, slack included.
+    /// Returns the memory that the index holds in bytes, slack included.
     std::size_t bytes() const;
-    /// Threads that share one search: 1, or 2 (the default where there are two cores).
+    /// Sets how many threads share one search: 1, or 2, which is the default where there are two
+    /// cores.
     void setSearchThreads(unsigned threads) { searchThreads_ = threads; }
 
-    /// The tree behind the candidates, shared with the path store.
+    /// Returns the tree of the candidates, which the path store shares.
     PathIndex &index() const { return *index_; }
 
 private:

@@ -7,22 +7,22 @@
 
 namespace quillon {
 
-/// A candidate that matches a query, with its rank.
+/// Is a candidate that matches a query, with its score.
 class FuzzyMatchResult
 {
 public:
     FuzzyMatchResult(std::string text, double score, std::vector<TextRange> highlightRanges);
 
     const std::string &text() const { return text_; }
-    /// Match quality plus the share of all recorded uses; either infinity is possible.
+    /// Returns the match quality plus the share of all recorded uses. Either infinity is possible.
     double score() const { return score_; }
     /// Longest first, without overlaps, each of two characters or more.
     const std::vector<TextRange> &highlightRanges() const { return highlightRanges_; }
-    /// Several lines for the log.
+    /// Returns several lines for the log.
     std::string description() const;
 
-    /// Texts and ranges are equal and the scores lie within 0.1 of each other: results that differ
-    /// by a small adjustment of the ranking are the same result.
+    /// Two results are equal when texts and ranges are equal and the scores lie within 0.1 of each
+    /// other, so that a small adjustment of the ranking leaves a result the same.
     friend bool operator==(const FuzzyMatchResult &a, const FuzzyMatchResult &b);
 
 private:
@@ -31,7 +31,7 @@ private:
     std::vector<TextRange> highlightRanges_;
 };
 
-/// The shortest decimal form that reads back to the same double; "inf" and "-inf".
+/// Returns the shortest decimal form that reads back to the same double, or "inf" or "-inf".
 std::string shortestDecimal(double value);
 
 } // namespace quillon

@@ -23,7 +23,7 @@ constexpr ByteKind kindOf(unsigned char byte)
     return byte >= 'A' && byte <= 'Z' ? capital : otherByte;
 }
 
-/// By kind of the matched byte, then by the byte before it.
+/// Bonuses are looked up by the kind of the matched byte, then by the byte before it.
 using BonusTable = std::array<std::array<double, 256>, 3>;
 
 constexpr BonusTable makeBonusTable()
@@ -76,7 +76,7 @@ double fuzzyScore(std::string_view query, std::string_view text)
         lowered[j] = lower(text[j]);
     }
 
-    // ending[j]: the best score with the query byte matched at j; best[j]: matched at j or before.
+    // ending[j] is the best score with the query byte matched at j, best[j] at j or before.
     Row rows[4];
     Row *ending = &rows[0];
     Row *best = &rows[1];

@@ -7,26 +7,27 @@
 
 namespace quillon {
 
-/// How well a query matches one text: the rule that every ranking follows, on bytes, with ASCII
+/// The rule that every ranking follows: how well a query matches one text, by bytes and with ASCII
 /// case. Safe from every thread; nothing is allocated.
 namespace scoring {
 
 /// Longer texts are not scored.
 static constexpr std::size_t MAX_LENGTH = 1024;
 
-/// For each byte of the text before the first match: what stands far left matters little.
+/// Each byte of the text before the first match costs this little, since the beginning of a path
+/// says little.
 static constexpr double GAP_LEADING = -0.005;
-/// For each byte skipped between matches: spread out matches are worse than compact ones.
+/// Each byte that is skipped between matches costs this, since compact matches are better.
 static constexpr double GAP_INNER = -0.01;
-/// For each byte after the last match.
+/// Each byte after the last match costs this.
 static constexpr double GAP_TRAILING = -0.005;
-/// For a match right after the one before; above every bonus, so that runs win.
+/// A match right after the one before earns more than every bonus, so that runs win.
 static constexpr double MATCH_CONSECUTIVE = 1.0;
-/// At the beginning of a path component.
+/// A match at the beginning of a path component earns this.
 static constexpr double BONUS_SLASH = 0.9;
-/// At the beginning of a word: after a blank, "-", "_" or ".".
+/// A match at the beginning of a word, after a blank, "-", "_" or ".", earns this.
 static constexpr double BONUS_WORD = 0.8;
-/// At a capital after a lower-case letter.
+/// A match of a capital after a lower-case letter earns this.
 static constexpr double BONUS_CAPITAL = 0.7;
 static constexpr double SCORE_MIN = -std::numeric_limits<double>::infinity();
 static constexpr double SCORE_MAX = std::numeric_limits<double>::infinity();
@@ -36,10 +37,11 @@ constexpr char lower(char byte)
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
-/// What a match on a byte earns for the byte before it; the first byte of a text follows "/".
+/// Returns what a match of a byte earns because of the byte before it. The first byte of a text
+/// counts as following "/".
 double bonus(char byte, char previous);
 
-/// Whether a byte of a text serves as a byte of a query: itself, or its capital.
+/// Returns true when a byte of a text is the query's byte, or its capital.
 constexpr bool matchesByte(char query, char text)
 {
     return text == query ||
@@ -48,10 +50,11 @@ constexpr bool matchesByte(char query, char text)
 
 } // namespace scoring
 
-/// Whether the query's bytes occur in the text in order. The empty query always does.
+/// Returns true when the query's bytes occur in the text in order, as those of the empty query do
+/// everywhere.
 bool isSubsequence(std::string_view query, std::string_view text);
 
-/// The score of a text that isSubsequence() accepts: SCORE_MAX where both are equally long,
+/// Returns the score of a text that isSubsequence() accepts: SCORE_MAX where both are equally long,
 /// SCORE_MIN for an empty query and for a text of more than MAX_LENGTH bytes.
 double fuzzyScore(std::string_view query, std::string_view text);
 

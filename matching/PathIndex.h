@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-/// The tree of paths and the one lock that guards it.
+/// Pairs the tree of paths with the one lock that guards it.
 struct PathIndex
 {
     mutable IndexLock lock;

@@ -11,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-/// Multiply and fold: every bit of the product's halves depends on every bit of the operands.
+/// Multiplies and folds, so that every bit of the result depends on every bit of the operands.
 std::uint64_t mix(std::uint64_t a, std::uint64_t b)
 {
     __extension__ using Wide = unsigned __int128;
@@ -66,7 +66,7 @@ void PathTree::clear()
 
 PathTree::NodeId PathTree::insert(std::string_view text, Flags flags)
 {
-    // The components that the last text began with as well need no look-up.
+    // Components that the last text began with need no look-up.
     auto &steps = trail_.steps;
     const std::size_t shared = commonPrefix(text, trail_.text);
     const auto isComponentOfBoth = [&](const Trail::Step &step) {
@@ -191,8 +191,8 @@ PathTree::NodeId PathTree::allocate()
 
 void PathTree::widenAncestors(NodeId id)
 {
-    // A child brings the slash before it, and so a pair of that with the parent's last byte. What
-    // a node has, its ancestors have.
+    // A child brings a slash, and with it the pair of the parent's last byte and that slash. An
+    // ancestor has whatever the nodes below it have.
     const Node &child = node(id);
     const ByteClassSet below = this->below(id) | classesOf('/');
     BytePairSet pairs = child.pairsBelow;
@@ -326,7 +326,7 @@ void PathTree::removeDeadChildren(NodeId parent)
         if ((child.flags & DEAD) == 0) {
             kept = id;
         } else {
-            // The dead node keeps its own link: a search that stands on it finds its way back.
+            // The dead node keeps its own link, so a search that stands on it finds its way back.
             if (kept == NONE)
                 mutableNode(parent).firstChild = next;
             else
@@ -344,7 +344,7 @@ void PathTree::recycle()
 {
     if (pins_.load() != 0)
         return;
-    // Backwards, so that siblings that come next get ascending ids as these had.
+    // The order is reversed, so that the siblings that come next get ascending ids.
     for (const NodeId id : givenUp_ | std::views::reverse) {
         const Node &node = this->node(id);
         names_.release(node.name, node.nameLength);
@@ -357,7 +357,7 @@ void PathTree::recycle()
 
 std::uint64_t PathTree::hashOf(NodeId parent, std::string_view name) const
 {
-    // Constants: fractional digits of pi, odd.
+    // The constants are fractional digits of pi, and odd.
     constexpr std::uint64_t SEED = 0x243f6a8885a308d3;
     constexpr std::uint64_t FACTOR = 0x13198a2e03707345;
     std::uint64_t hash = mix(SEED ^ parent, FACTOR ^ name.size());
@@ -431,7 +431,7 @@ std::strong_ordering PathTree::compareTexts(NodeId a, NodeId b) const
     if (restA == pathA.end() || restB == pathB.end())
         return pathA.size() <=> pathB.size();
 
-    // Where the names part, the shorter one goes on with a slash or ends its text.
+    // Where the names differ, the shorter one continues with a slash or ends its text.
     const std::string_view nameA = name(node(*restA));
     const std::string_view nameB = name(node(*restB));
     const auto [differA, differB] = std::ranges::mismatch(nameA, nameB);
@@ -444,7 +444,7 @@ std::strong_ordering PathTree::compareTexts(NodeId a, NodeId b) const
     const int byteB = following(differB, nameB.end(), *restB == b);
     if (byteA != byteB)
         return byteA <=> byteB;
-    // A name that holds the other's slash as a byte cannot be: components hold none.
+    // The bytes differ, since a component holds no slash that could equal the other's.
     return a <=> b;
 }
 

@@ -17,7 +17,7 @@
 
 namespace quillon {
 
-/// A set of texts, kept as a tree of their components between slashes, so that a million folder
+/// Keeps a set of texts as a tree of their components between slashes, so that a million folder
 /// paths cost little more than their last names and share the work of matching their beginnings.
 ///
 /// Any text can be kept and is given back byte for byte; "a//b" and "a/" have empty components.
@@ -32,11 +32,11 @@ class PathTree
 {
 public:
     using NodeId = std::uint32_t;
-    /// The parent of first components, and no node wherever a node may be absent.
+    /// ROOT is the parent of first components. NONE stands for no node.
     static constexpr NodeId ROOT = 0;
     static constexpr NodeId NONE = 0;
 
-    /// What a node is kept for.
+    /// The flags say what a node is kept for.
     using Flags = std::uint8_t;
     /// The path store holds the text.
     static constexpr Flags STORED = 1;
@@ -49,8 +49,8 @@ public:
 
     struct Node
     {
-        /// The pairs of neighbouring bytes in the name, with the slash before it, and in everything
-        /// below; perhaps more.
+        /// Holds the pairs of neighbouring bytes in the name, with the slash before it, and in
+        /// everything below, and perhaps more.
         BytePairSet pairsBelow = 0;
         NodeId parent = NONE;
         /// The children are linked in the order of insertion.
@@ -58,9 +58,9 @@ public:
         NodeId lastChild = NONE;
         NodeId nextSibling = NONE;
         NameArena::Offset name = 0;
-        /// Length of the whole text, saturating at LONG_TEXT.
+        /// The length of the whole text is in bytes and saturates at LONG_TEXT.
         std::uint16_t textLength = 0;
-        /// Saturates at LONG_NAME; the true length then stands before the name.
+        /// The length of the name saturates at LONG_NAME; the true length is then before the name.
         std::uint8_t nameLength = 0;
         Flags flags = 0;
     };
@@ -72,11 +72,12 @@ public:
     PathTree(const PathTree &) = delete;
     PathTree &operator=(const PathTree &) = delete;
 
-    /// The node of a text with these flags added, made where it is missing.
+    /// Returns the node of a text, made where it is missing, with these flags added.
     NodeId insert(std::string_view text, Flags flags);
-    /// As insert() of the parent's text, a slash (none below ROOT) and the name, which holds none.
+    /// Does what insert() does for the parent's text, a slash (none below ROOT) and the name, which
+    /// holds no slash.
     NodeId insertChild(NodeId parent, std::string_view name, Flags flags);
-    /// NONE where the tree has no such node; a node may be there without any flag.
+    /// Returns NONE where the tree has no such node. A node may be there without any flag.
     NodeId find(std::string_view text) const;
     NodeId findChild(NodeId parent, std::string_view name) const;
     void addFlags(NodeId id, Flags flags);
@@ -86,7 +87,8 @@ public:
     void clear();
 
     const Node &node(NodeId id) const { return chunkOf(id).nodes[id & CHUNK_MASK]; }
-    /// Every class of byte that stands in the node's name or anywhere below, and perhaps more.
+    /// Returns every class of byte that occurs in the node's name or anywhere below, and perhaps
+    /// more.
     ByteClassSet below(NodeId id) const { return chunkOf(id).below[id & CHUNK_MASK]; }
     /// The sibling to look at next: the first one, from id on, of which below() has all the
     /// classes. Gives up after LONGEST_SKIP siblings and returns the one reached, which may lack
@@ -95,15 +97,15 @@ public:
     static constexpr unsigned LONGEST_SKIP = 256;
     std::string_view name(const Node &node) const;
     std::string text(NodeId id) const;
-    /// Appends rather than returns, for callers that reuse the buffer.
+    /// Appends the text to a buffer, which the caller may use again.
     void appendText(NodeId id, std::string &text) const;
-    /// Order of the texts by bytes, which is not the order of the components: ' ', '-' and '.' sort
-    /// before '/'.
+    /// Compares the texts by bytes. That is not the order of the components, since ' ', '-' and '.'
+    /// sort before '/'.
     std::strong_ordering compareTexts(NodeId a, NodeId b) const;
 
-    /// Number of nodes that carry the flag.
+    /// Returns the number of nodes that carry the flag.
     std::size_t count(Flags flag) const;
-    /// Memory held, slack included.
+    /// Returns the memory that is held in bytes, slack included.
     std::size_t bytes() const;
     /// Changes when clear() or replaceBy() makes every id invalid.
     std::uint64_t generation() const { return generation_; }
@@ -111,7 +113,7 @@ public:
     /// Grows with every change, so that equal numbers mean an unchanged tree.
     std::uint64_t changes() const { return changes_; }
     bool isHeld() const { return holds_ > 0; }
-    /// Whether so many siblings lie apart that arrange() would make searches faster.
+    /// Returns true when so many siblings lie apart that arrange() makes searches faster.
     bool isScattered() const;
     /// Copies the source into this empty tree, in depth-first order and with the children of each
     /// node side by side; dead nodes are left out. Stops early, and returns false, as soon as
@@ -122,16 +124,17 @@ public:
     /// held. Searches that are under way see the new generation.
     void replaceBy(PathTree &other);
 
-    /// While pinned, the nodes and names that removals give up are not used again, so that a search
-    /// that stepped aside for a writer can go on along the links it has seen. May be called by
-    /// readers.
+    /// While the tree is pinned, the nodes and names that removals give up are not used again, so
+    /// that a search that stepped aside for a writer can continue along the links it has seen.
+    /// Readers may call this.
     void pin() const { pins_.fetch_add(1); }
     void unpin() const { pins_.fetch_sub(1); }
-    /// While held, dead nodes stay where they are: they can be given flags again, and every id
-    /// stays valid but for clear().
+    /// While the tree is held, dead nodes stay where they are: they can be given flags again, and
+    /// only clear() makes ids invalid.
     void hold() { ++holds_; }
     void letGo() { --holds_; }
-    /// Removes the dead nodes below some parents, where nothing is held. False when none is left.
+    /// Removes the dead nodes below some parents, unless the tree is held. Returns false when no
+    /// dead node is left.
     bool collectSomeDead(std::size_t parents);
 
 private:
@@ -139,24 +142,25 @@ private:
     static constexpr NodeId CHUNK_SIZE = NodeId{1} << CHUNK_BITS;
     static constexpr NodeId CHUNK_MASK = CHUNK_SIZE - 1;
     static constexpr NodeId WORD_BITS = 64;
-    /// Nodes by id. The fields that a search reads of every sibling stand apart from those that it
-    /// reads of few.
+    /// Holds nodes by id. The fields that a search reads of every sibling are apart from those that
+    /// it reads of few.
     struct Chunk
     {
         std::array<ByteClassSet, CHUNK_SIZE> below{};
-        /// A bit for each node: whether its next sibling has the next id.
+        /// Each node has a bit here, which says that its next sibling has the next id.
         std::array<std::uint64_t, CHUNK_SIZE / WORD_BITS> isNextBeside{};
         std::array<Node, CHUNK_SIZE> nodes{};
     };
     static constexpr Flags COUNTED_FLAGS = STORED | CANDIDATE | LISTED | HAS_CHILD_SET;
-    /// Dead, counted as such, and still in the hash and in its parent's list.
+    /// The node is dead, is counted as such, and is still in the hash and in its parent's list.
     static constexpr Flags DEAD = 64;
-    /// Has dead children and stands in parentsOfDead_.
+    /// The node has dead children and is in parentsOfDead_.
     static constexpr Flags HAS_DEAD_CHILDREN = 128;
-    /// Removals are paid for in batches: a singly linked list is walked once for all of them.
+    /// Removals are paid for in batches, since a singly linked list is walked once for all of them.
     static constexpr std::size_t FEWEST_DEAD_TO_COLLECT = 1024;
 
-    /// The text inserted last, with its nodes: in crawl order the next one shares most of them.
+    /// Remembers the text that was inserted last and its nodes, most of which the next text of a
+    /// sorted list shares.
     struct Trail
     {
         std::string text;
@@ -177,7 +181,7 @@ private:
         const NodeId place = id & CHUNK_MASK;
         return (chunkOf(id).isNextBeside[place / WORD_BITS] >> (place % WORD_BITS) & 1) != 0;
     }
-    /// Links a node with the sibling behind it, which may be NONE.
+    /// Links a node to the sibling behind it, which may be NONE.
     void setNextSibling(NodeId id, NodeId next);
     std::uint64_t hashOf(NodeId parent, std::string_view name) const;
     std::uint64_t hashOf(NodeId id) const;
@@ -206,9 +210,9 @@ private:
     std::size_t scattered_ = 0;
     int holds_ = 0;
     std::vector<NodeId> parentsOfDead_;
-    /// Removed from hash and lists, but perhaps still on the way of a pinned search.
+    /// These nodes are in no list any more, but a pinned search may still stand on one.
     std::vector<NodeId> givenUp_;
-    /// Ready to be used again.
+    /// These nodes are ready to be used again.
     std::vector<NodeId> free_;
     std::uint64_t generation_ = 0;
     std::uint64_t changes_ = 0;

@@ -7,29 +7,30 @@
 
 namespace quillon {
 
-/// A text of the tree with its score.
+/// Is a text of the tree with its score.
 struct Hit
 {
     double score = 0;
     PathTree::NodeId node = PathTree::NONE;
 };
 
-/// The best hits so far, at most a given number of them: higher scores first, then texts ascending.
-/// Not synchronised; the tree is read while hits are compared.
+/// Collects the best hits, at most a given number of them, by score descending and then by text
+/// ascending. Not synchronised. The tree is read when hits are compared.
 class TopHits
 {
 public:
     TopHits(const PathTree &tree, std::size_t capacity) : tree_(tree), capacity_(capacity) {}
 
     bool isFull() const { return hits_.size() >= capacity_; }
-    /// The hit that the next better one pushes out; only when full, and the capacity is not 0.
+    /// Returns the hit that the next better one pushes out. The collection is full, and its
+    /// capacity is not 0.
     const Hit &worst() const { return hits_.front(); }
-    /// Whether add() would keep this hit.
+    /// Returns true when add() would keep this hit.
     bool wants(const Hit &hit) const;
     void add(const Hit &hit);
-    /// Takes over what another one holds.
+    /// Adds the hits of another collection.
     void merge(const TopHits &other);
-    /// Best first. Leaves nothing behind.
+    /// Returns the hits, the best one first, and leaves the collection empty.
     std::vector<Hit> takeSorted();
 
 private:
@@ -37,7 +38,7 @@ private:
 
     const PathTree &tree_;
     std::size_t capacity_;
-    /// A heap with the worst hit in front.
+    /// The hits are a heap with the worst one in front.
     std::vector<Hit> hits_;
 };
 

@@ -11,7 +11,8 @@ namespace quillon {
 
 namespace {
 
-/// Below this a second thread costs more than it saves: starting one takes some 30 microseconds.
+/// For fewer candidates a second thread costs more than it saves, since starting one takes some 30
+/// microseconds.
 constexpr std::size_t FEWEST_CANDIDATES_FOR_HELPERS = 20'000;
 
 } // namespace
@@ -87,7 +88,7 @@ void TreeSearch::begin()
 
 void TreeSearch::scoreUsedTexts()
 {
-    // On their own, so that their shares never loosen the bound for all the others.
+    // These texts are scored apart, so that their shares never loosen the bound for the others.
     const MutexLock guard(mutex_);
     for (const auto &[text, count] : uses_->counts) {
         if (!isSubsequence(query_, text))

@@ -19,7 +19,8 @@
 
 namespace quillon {
 
-/// One query over the candidates of a tree. Used once, by one thread, which may bring helpers.
+/// Answers one query over the candidates of a tree. It is used once, by one thread, which may start
+/// helpers.
 class TreeSearch
 {
 public:
@@ -29,7 +30,7 @@ public:
         double score = 0;
     };
 
-    /// Uses may be null. The query, the index and the uses outlive the search.
+    /// The uses may be null. The query, the index and the uses outlive the search.
     TreeSearch(std::string_view query, const PathIndex &index, const RecentAccessSnapshot *uses,
                std::size_t top);
 
@@ -49,7 +50,7 @@ private:
 
     using NodeId = PathTree::NodeId;
 
-    /// A node and the siblings behind it, all below parent.
+    /// Stands for a node and the siblings behind it, which are all below the parent.
     struct Work
     {
         NodeId parent = PathTree::NONE;
@@ -63,13 +64,14 @@ private:
     void runWorker() EXCLUDES(index_.lock);
     std::vector<Match> finish() REQUIRES_SHARED(index_.lock);
 
-    // What the workers share.
+    // The workers share these.
     bool isWorkWanted() const { return idleWorkers_.load(std::memory_order_relaxed) > 0; }
     void give(const Work &work);
-    /// Waits for work, to be followed by finishWork(); absent once nobody has any.
+    /// Waits for work, which the caller ends with finishWork(). The work is absent once nobody has
+    /// any.
     std::optional<Work> take();
     void finishWork();
-    /// From now on no text is wanted that scores less.
+    /// Says that no text is wanted any more that scores less.
     void raiseThreshold(double score);
     void collect(const TopHits &hits);
 
@@ -77,14 +79,15 @@ private:
     const PathIndex &index_;
     const RecentAccessSnapshot *uses_;
     const std::size_t top_;
-    /// Element i: the classes of byte that a match needs from the query's byte i on.
+    /// Element i holds the classes of byte that a match needs from the query's byte i on.
     std::vector<ByteClassSet> needed_;
-    /// Absent when no text can have a finite score.
+    /// The scorer is absent when no text can have a finite score.
     std::optional<ColumnScorer> scorer_;
-    /// Absent for long queries too: so few texts hold them that each is scored.
+    /// This scorer is absent for long queries too, since so few texts hold them that each is
+    /// scored.
     std::optional<UnitScorer> unitScorer_;
     std::uint64_t generation_ = 0;
-    /// Texts with recorded uses, ranked before the walk.
+    /// Texts with recorded uses are ranked before the walk.
     std::unordered_set<NodeId> used_;
     /// No text that scores fewer units can be among the best.
     std::atomic<int> threshold_ = NO_THRESHOLD;

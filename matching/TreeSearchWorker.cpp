@@ -2,15 +2,16 @@
 //
 // The walk goes through the tree depth first and carries down what a node's text means for
 // everything below it:
-//  - how much of the query it uses up: the subsequence test is greedy, so a text goes on where its
-//    beginning stopped;
-//  - the scorer's state behind it, computed only when something below needs it: in units to tell
-//    what is worth a closer look, in doubles for the score itself.
-// A subtree is left out when a byte that the query still needs does not occur in it, or, once
-// enough hits are held, when no text in it can reach the worst of them. The bound of a subtree
+//  - how much of the query it uses up: the subsequence test is greedy, so a text continues where
+//    its beginning stopped;
+//  - the scorer's state behind it, which is computed only when something below needs it: in units
+//    to decide what is worth a closer look, in doubles for the score itself.
+// A subtree is left out when a byte that the query still needs does not occur in it. Siblings are
+// tested for that in runs, at the speed of memory (PathTree::skipSiblingsWithout). Once enough hits
+// are held, a subtree is also left out when no text in it can reach the worst hit. Its bound
 // (UnitScorer::bound) takes the best that the beginning allows for the query bytes that can still
 // be matched below, the pairs of bytes that occur there, and the gaps that the name's length
-// forces: most leaves are settled from the 40 bytes of their node, without a look at their names.
+// forces: most leaves are settled from the 40 bytes of their node, without reading their names.
 // A text as long as the query scores infinity, so nodes of up to that length are never left out.
 
 #include "matching/TreeSearchWorker.h"
@@ -23,10 +24,11 @@ namespace quillon {
 
 namespace {
 
-/// Nodes between two looks at waiting writers and idle workers: some 10 to 50 microseconds.
+/// After so many visits, some 10 to 100 microseconds, a worker checks for waiting writers and idle
+/// workers.
 constexpr unsigned VISITS_PER_SLICE = 512;
 
-/// The last byte of a text that ends in the component, behind a slash.
+/// Returns the last byte of a text that ends in the component, behind a slash.
 char lastByte(std::string_view component)
 {
     return component.empty() ? '/' : component.back();
@@ -102,7 +104,7 @@ bool TreeSearchWorker::stepAside()
 
 void TreeSearchWorker::shareWork()
 {
-    // The children left highest up are likely to have the most below them.
+    // The children highest up are likely to have the most below them.
     for (std::size_t depth = 0; depth <= depth_; ++depth) {
         Level &level = levels_[depth];
         if (level.next != PathTree::NONE) {

@@ -14,9 +14,9 @@ class TreeSearchWorker
 public:
     explicit TreeSearchWorker(TreeSearch &search);
 
-    /// Walks the work and everything below it, except for what it gives away on the way. False
-    /// when the tree was emptied meanwhile; nothing is worth keeping then. The caller holds the
-    /// index's lock shared.
+    /// Walks the work and everything below it, except the parts that it gives to other workers.
+    /// Returns false when the tree was emptied or exchanged meanwhile; the hits are worth nothing
+    /// then. The caller holds the index's lock shared.
     bool walk(const TreeSearch::Work &work);
     const TopHits &hits() const { return hits_; }
 
@@ -24,20 +24,20 @@ private:
     using Node = PathTree::Node;
     using NodeId = PathTree::NodeId;
 
-    /// The children of one node that are still to be visited.
+    /// Stands for the children of one node that are still to be visited.
     struct Level
     {
         NodeId parent = PathTree::NONE;
         NodeId next = PathTree::NONE;
-        /// Query bytes that the parent's text and the slash behind it use up.
+        /// The parent's text and the slash behind it use up so many query bytes.
         std::size_t consumed = 0;
-        /// Length of the parent's text with the slash; exact where texts are scored.
+        /// The parent's text with the slash has this length, which is exact where texts are scored.
         std::size_t position = 0;
-        /// Whether units and starts are those of this level.
+        /// True when units and starts belong to this level.
         bool hasUnits = false;
         UnitScorer::State units;
         UnitScorer::Starts starts;
-        /// Whether state is that of this level.
+        /// True when state belongs to this level.
         bool hasState = false;
         ColumnScorer::State state;
     };
@@ -64,7 +64,7 @@ private:
     std::vector<Level> levels_;
     std::size_t depth_ = 0;
     unsigned visits_ = 0;
-    /// Of the text visited last, when hasUnitsOfText_.
+    /// Holds the units of the text that was visited last, when hasUnitsOfText_ is true.
     UnitScorer::State unitsOfText_;
     bool hasUnitsOfText_ = false;
     ColumnScorer::State stateOfText_;

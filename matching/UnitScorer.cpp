@@ -23,9 +23,9 @@ constexpr std::int16_t SLASH = units(scoring::BONUS_SLASH);
 constexpr std::int16_t WORD = units(scoring::BONUS_WORD);
 constexpr std::int16_t CAPITAL = units(scoring::BONUS_CAPITAL);
 constexpr std::string_view WORD_SEPARATORS = " -_.";
-/// Stands for minus infinity. Real scores stay above -2 * MAX_LENGTH - MAX_LENGTH; what is reckoned
-/// from here stays below them (at most LONGEST_QUERY consecutive matches up) and above the least
-/// 16-bit number (two units for each of MAX_LENGTH bytes down).
+/// Stands for minus infinity. Real scores stay above -3 * MAX_LENGTH. A value that is computed from
+/// this one stays below them, since at most LONGEST_QUERY consecutive matches are added, and above
+/// the least 16-bit number, since at most two units are taken off for each of MAX_LENGTH bytes.
 constexpr std::int16_t NO_SCORE = -12'000;
 static_assert(NO_SCORE + int{UnitScorer::LONGEST_QUERY} * CONSECUTIVE <
               -3 * int{scoring::MAX_LENGTH});
@@ -43,7 +43,7 @@ Vector greater(Vector a, Vector b)
     return a > b ? a : b;
 }
 
-/// Every lane takes the value of the one below it; the first takes the last lane of below.
+/// Gives every lane the value of the lane below it, and the first lane the last one of below.
 Vector shiftUp(Vector lanes, Vector below)
 {
     return __builtin_shufflevector(below, lanes, 7, 8, 9, 10, 11, 12, 13, 14);
@@ -122,7 +122,7 @@ void UnitScorer::extend(const State &from, State &to, std::size_t position, char
 void UnitScorer::matchByte(State &state, std::size_t position, std::int16_t earned,
                            const Vector *matched) const
 {
-    // The first query byte has no row above it: its score is the leading gap and the bonus.
+    // The first query byte has no row above it, so its score is the leading gap and the bonus.
     Vector bestBelow = all(static_cast<std::int16_t>(static_cast<int>(position) * LEADING));
     Vector endingBelow = all(NO_SCORE);
     for (std::size_t v = 0; v < vectors_; ++v) {
@@ -174,7 +174,7 @@ int UnitScorer::bound(const Starts &starts, const PathTree::Node &node, ByteClas
             start = std::max(start, starts[i].consecutive);
         gaps -= gaps > 0 ? 1 : 0;
         best = std::max(best, start + earnedBehind - gaps);
-        // Of the name's own bytes only the first one stands behind a slash.
+        // Only the first byte of the name itself is behind a slash.
         const int apart = hasSlashBelow ? atSlash : inside;
         earnedBehind += mayFollow ? CONSECUTIVE : apart;
     }
@@ -183,7 +183,7 @@ int UnitScorer::bound(const Starts &starts, const PathTree::Node &node, ByteClas
 
 int UnitScorer::unitsToReach(double score)
 {
-    // Doubles that sum up to 1024 weights are off by less than this part of a unit.
+    // A double that sums up 1024 weights is off by less than this part of a unit.
     constexpr double ROUNDING = 1e-6;
     const double least = std::ceil(score * UNITS_PER_POINT - ROUNDING);
     constexpr int MOST = std::numeric_limits<int>::max();

@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-/// What the desktop wishes of the looks of programs, beyond what the toolkit passes on. Main thread
-/// only.
+/// Reports how the desktop wants programs to look, where the toolkit does not pass it on. Main
+/// thread only.
 class Appearance
 {
 public:
@@ -14,9 +14,9 @@ public:
     Appearance(const Appearance &) = delete;
     Appearance &operator=(const Appearance &) = delete;
 
-    /// False where the desktop says nothing, or not yet.
+    /// Returns false until the desktop has asked for dark colours.
     virtual bool prefersDark() const = 0;
-    /// Calls back on the main thread each time that the answer changes. One receiver.
+    /// Calls back on the main thread each time that the answer changes. There is one receiver.
     virtual void onChange(std::function<void()> changed) = 0;
 };
 

@@ -5,26 +5,26 @@
 
 namespace quillon {
 
-/// An application that is installed. Texts it lacks are empty.
+/// Describes an installed application. A text that it lacks is empty.
 struct Application
 {
-    /// Ends with ".desktop".
+    /// The desktop id ends with ".desktop".
     std::string id;
-    /// In the user's language, and as it stands untranslated.
+    /// The name in the user's language; the other one is in English.
     std::string name;
     std::string untranslatedName = {};
-    /// What kind of program it is, in the user's language.
+    /// Says in the user's language what kind of program it is.
     std::string genericName = {};
-    /// The name of its program, without a folder.
+    /// The file name of its program has no folder.
     std::string executable = {};
-    /// False for what the desktop's menus leave out.
+    /// False when the desktop's menus leave the application out.
     bool isShown = true;
     bool isTerminalEmulator = false;
     bool isFileManager = false;
 };
 
-/// Finds and starts the applications of the desktop. No call waits for what it starts; what is
-/// started outlives this program.
+/// Finds and starts the applications of the desktop. No call waits for the program that it starts,
+/// and that program outlives this one.
 class ApplicationLauncher
 {
 public:
@@ -33,13 +33,13 @@ public:
     ApplicationLauncher(const ApplicationLauncher &) = delete;
     ApplicationLauncher &operator=(const ApplicationLauncher &) = delete;
 
-    /// By id, in byte order.
+    /// Returns the applications sorted by id, in byte order.
     virtual std::vector<Application> applications() const = 0;
-    /// Opens the item at the absolute path with the application. One that takes no files is
-    /// started in the folder, or in the folder of the file. False when it cannot be started.
+    /// Opens the item at the absolute path with the application. An application that takes no files
+    /// is started in the folder, or in the file's folder. Returns false when it cannot be started.
     virtual bool launch(const std::string &id, const std::string &path) = 0;
-    /// Starts a command line, its words quoted as for a shell, in the folder. False when it cannot
-    /// be started.
+    /// Starts a command line, whose words are quoted as for a shell, in the folder. Returns false
+    /// when it cannot be started.
     virtual bool run(const std::string &commandLine, const std::string &folder) = 0;
 };
 

@@ -2,8 +2,8 @@
 
 namespace quillon {
 
-/// Whether the desktop starts the program when the user logs in, without a window. Main thread
-/// only.
+/// Decides whether the desktop starts the program, without a window, when the user logs in. Main
+/// thread only.
 class Autostart
 {
 public:
@@ -12,10 +12,10 @@ public:
     Autostart(const Autostart &) = delete;
     Autostart &operator=(const Autostart &) = delete;
 
-    /// As the desktop will see it at the next login, whoever arranged it.
+    /// Returns what the desktop will do at the next login, whoever arranged that.
     virtual bool isEnabled() const = 0;
-    /// False when it could not be stored, with the reason on standard error; then everything is as
-    /// before.
+    /// Returns false when the choice could not be stored. The reason is then on standard error, and
+    /// everything is as before.
     virtual bool setEnabled(bool enabled) = 0;
 };
 

@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// The user's clipboard. Main thread only.
+/// Writes to the user's clipboard. Main thread only.
 class Clipboard
 {
 public:
@@ -13,8 +13,8 @@ public:
     Clipboard(const Clipboard &) = delete;
     Clipboard &operator=(const Clipboard &) = delete;
 
-    /// Replaces what is on the clipboard by plain text. Bytes that are not UTF-8 are handed on as
-    /// they are to programs that take bytes.
+    /// Replaces the contents of the clipboard by plain text. Programs that take bytes are given
+    /// bytes that are not UTF-8 as they are.
     virtual void setString(const std::string &text) = 0;
 };
 

@@ -6,12 +6,12 @@
 
 namespace quillon {
 
-/// What tells one folder of a file system from every other, through changes of its name.
+/// Identifies one folder of a file system, whatever its name becomes.
 struct FolderId
 {
     std::uint64_t inode = 0;
-    /// When the folder was made, in nanoseconds since 1970. Inode numbers are used again; this
-    /// tells the folders that had one apart.
+    /// The time at which the folder was made is in nanoseconds since 1970. File systems use inode
+    /// numbers again, and this time tells the folders that had one apart.
     std::int64_t birthTime = 0;
 
     friend bool operator==(const FolderId &, const FolderId &) = default;
@@ -30,8 +30,8 @@ enum class FolderPresence
     unanswered,
 };
 
-/// Facts about single folders. Safe from every thread. A symbolic link to a folder counts as a
-/// folder whose identity is the link's own.
+/// Answers questions about single folders. Safe from every thread. A symbolic link to a folder
+/// counts as a folder, with the identity of the link itself.
 class FolderIdentity
 {
 public:
@@ -40,12 +40,12 @@ public:
     FolderIdentity(const FolderIdentity &) = delete;
     FolderIdentity &operator=(const FolderIdentity &) = delete;
 
-    /// Looks at what stands at the absolute path.
+    /// Says what is at the absolute path.
     virtual FolderPresence presence(const std::string &path) const = 0;
-    /// Absent when no folder stands there, or its file system keeps no birth times.
+    /// The result is absent when there is no folder, or when its file system keeps no birth times.
     virtual std::optional<FolderId> identify(const std::string &path) const = 0;
-    /// The absolute path of the folder directly below the parent that has this identity; absent
-    /// when there is none or the parent cannot be read.
+    /// Returns the absolute path of the folder directly below the parent that has this identity. It
+    /// is absent when there is none, or when the parent cannot be read.
     virtual std::optional<std::string> find(const std::string &parent,
                                             const FolderId &id) const = 0;
 };

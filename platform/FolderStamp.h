@@ -4,13 +4,13 @@
 
 namespace quillon {
 
-/// What tells that a folder is still the same one and that nothing has come to or gone from it.
+/// Two equal stamps say that a folder is still the same one and that no item has come or gone.
 struct FolderStamp
 {
     std::uint64_t device = 0;
-    /// 0 where no stamp could be had.
+    /// The number is 0 where the file system gave no stamp.
     std::uint64_t inode = 0;
-    /// Nanoseconds since 1970 by the file system's clock.
+    /// The change time is in nanoseconds since 1970, by the file system's clock.
     std::int64_t changed = 0;
 
     bool isKnown() const { return inode != 0; }

@@ -6,28 +6,28 @@
 
 namespace quillon {
 
-/// A key and the modifiers held with it.
+/// Describes a key and the modifiers that are held with it.
 struct KeyCombination
 {
     bool control = false;
     bool alt = false;
     bool shift = false;
     bool super = false;
-    /// UTF-8: the character that the key types alone ("z", ","), or where it types none or a blank
-    /// the name of its symbol as X has it ("space", "F5", "Return").
+    /// The text is UTF-8: the character that the key types alone ("z", ","), or, for a key that
+    /// types none or a blank, the X name of its symbol ("space", "F5", "Return").
     std::string key;
 
     friend bool operator==(const KeyCombination &, const KeyCombination &) = default;
 };
 
-/// One key combination that reaches this program whichever window has the keyboard. Main thread
-/// only.
+/// Takes one key combination that reaches this program whichever window has the keyboard. Main
+/// thread only.
 class HotKey
 {
 public:
     enum class Outcome
     {
-        /// Presses are reported.
+        /// The combination is ours, and presses are reported.
         grabbed,
         /// Another program has taken the combination.
         inUse,
@@ -45,20 +45,21 @@ public:
     HotKey(const HotKey &) = delete;
     HotKey &operator=(const HotKey &) = delete;
 
-    /// Takes the combination in place of the one taken before. Told at once or later, and again
-    /// whenever the outcome changes (another keyboard layout, the desktop takes the key back),
-    /// until the next grab() or release().
+    /// Takes the combination in place of the one taken before. The outcome is reported at once or
+    /// later, and again whenever it changes (another keyboard layout, the desktop takes the key
+    /// back), until the next grab() or release().
     virtual void grab(const KeyCombination &keys, Told told) = 0;
     virtual void release() = 0;
-    /// A key that is held counts once. One receiver.
+    /// Calls back once for each press; a key that is held counts once. There is one receiver.
     virtual void onPressed(std::function<void()> pressed) = 0;
 
-    /// False once it is known that every grab() would be impossible.
+    /// Returns false once it is known that every grab() is impossible.
     virtual bool isPossible() const = 0;
-    /// True when a grab() asks the user nothing, so that one may be made for trial.
+    /// Returns true when a grab() asks the user nothing, so that a key may be tried.
     virtual bool isSilent() const = 0;
-    /// What KeyCombination::key is for a key of this keyboard, given the toolkit's native scan code
-    /// and native symbol of its press. Empty for a modifier and a key without a symbol.
+    /// Returns KeyCombination::key for a key of this keyboard, given the toolkit's native scan code
+    /// and native symbol of its press. The text is empty for a modifier and for a key without a
+    /// symbol.
     virtual std::string keyName(std::uint32_t scanCode, std::uint32_t symbol) const = 0;
 };
 

@@ -15,13 +15,13 @@ public:
     {
         std::string executable;
         std::vector<std::string> arguments;
-        /// A folder that stands before the others on the program's PATH; empty for none.
+        /// This folder comes first on the program's PATH, unless it is empty.
         std::string firstOnPath = {};
     };
-    /// What a program has left.
+    /// Describes how a program ended and what it wrote.
     struct Output
     {
-        // All that was written, in UTF-8; U+FFFD stands for each byte that was not.
+        /// Both texts are UTF-8, with U+FFFD for each byte that was not.
         std::string standardOutput;
         std::string standardError;
         /// Whether the program ended by itself with the status 0.

@@ -7,8 +7,8 @@
 
 namespace quillon {
 
-/// How other processes reach this one when it is the running instance: requests and searches.
-/// Main thread only.
+/// Receives the requests and searches of other processes when this is the running instance. Main
+/// thread only.
 class RemoteControl
 {
 public:
@@ -16,7 +16,7 @@ public:
     {
         /// This process now answers requests under the application's name.
         owner,
-        /// Another process does.
+        /// Another process answers them.
         taken,
         /// There is no bus to ask; the program runs without being reachable.
         unavailable,
@@ -27,16 +27,17 @@ public:
         /// "activate" (the program was started a second time), "toggle", "show", "preferences",
         /// "rebuild" or "quit".
         std::string action;
-        /// The right to the keyboard, as who asks was given it; empty when there is none.
+        /// The token gives the right to the keyboard, as the caller was given it. It is empty when
+        /// there is none.
         std::string activationToken;
     };
 
     struct Handlers
     {
-        /// Called on the main thread, when the request has been answered already.
+        /// This is called on the main thread after the request has been answered.
         std::function<void(const Request &request)> perform;
-        /// Called on a background thread, several at a time; absent means that who asks has to
-        /// search on its own.
+        /// This is called on background threads, several at a time. An absent answer means that the
+        /// caller has to search on its own.
         std::function<RemoteAnswer(const RemoteQuery &query)> find;
     };
 

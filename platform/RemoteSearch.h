@@ -8,31 +8,32 @@
 
 namespace quillon {
 
-/// A search that one process asks of another.
+/// Describes a search that one process asks of another.
 struct RemoteQuery
 {
-    /// More is not asked for at once: an answer travels as one message.
+    /// A query asks for no more matches than these, since an answer travels as one message.
     static constexpr std::uint32_t MOST = 10'000;
 
-    /// The file whose settings say what is searched, as an absolute path.
+    /// The settings in the file at this absolute path say what is searched.
     std::string settings;
     std::string text;
     std::uint32_t limit = 0;
 };
 
-/// One match, as FuzzyMatchResult describes it.
+/// Describes one match, as FuzzyMatchResult does.
 struct RemoteMatch
 {
-    /// Bytes, not necessarily UTF-8.
+    /// The bytes are not necessarily UTF-8.
     std::string path;
     double score = 0;
-    /// Location and length of each range to mark, in characters.
+    /// Each range to mark has a location and a length, in characters.
     std::vector<std::pair<std::int64_t, std::int64_t>> ranges;
 
     friend bool operator==(const RemoteMatch &, const RemoteMatch &) = default;
 };
 
-/// Best first; absent when the process asked cannot answer for these settings now.
+/// The best match comes first. The answer is absent when the process that was asked cannot answer
+/// for these settings now.
 using RemoteAnswer = std::optional<std::vector<RemoteMatch>>;
 
 } // namespace quillon

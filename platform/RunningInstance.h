@@ -6,7 +6,7 @@
 
 namespace quillon {
 
-/// The instance of the application that runs already, seen from another process. Every operation
+/// Reaches the instance of the application that runs already from another process. Every operation
 /// blocks until it is answered, for a few seconds at most.
 class RunningInstance
 {
@@ -29,7 +29,7 @@ public:
     virtual bool isRunning() = 0;
     /// Asks for one of the actions of RemoteControl; "quit" returns when the instance has ended.
     virtual Outcome request(const std::string &action) = 0;
-    /// Absent also when there is no instance.
+    /// The answer is also absent when there is no instance.
     virtual RemoteAnswer find(const RemoteQuery &query) = 0;
 };
 

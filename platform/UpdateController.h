@@ -5,50 +5,50 @@
 
 namespace quillon {
 
-/// A release that is newer than the running program.
+/// Describes a release that is newer than the running program.
 struct UpdateItem
 {
-    /// Whole numbers and dots.
+    /// The version consists of whole numbers and dots.
     std::string version;
-    /// Where it can be had: an https address.
+    /// The release can be downloaded from this https address.
     std::string link;
-    /// What is new in it: an https address, or empty.
+    /// The page at this https address says what is new. It may be empty.
     std::string notes;
 
     friend bool operator==(const UpdateItem &, const UpdateItem &) = default;
 };
 
-/// One thing that the feed is told of who asks.
+/// Tells the feed one thing about the program that asks.
 struct FeedParameter
 {
     std::string key;
     std::string value;
-    /// For a person who wants to know what is sent.
+    /// These are for a person who wants to know what is sent.
     std::string displayKey;
     std::string displayValue;
 };
 
-/// Why a check found nothing.
+/// Says why a check found nothing.
 enum class NoUpdate
 {
     upToDate,
     /// This build has no feed to ask.
     notConfigured,
-    /// No answer: no network, no such host, nobody listens there.
+    /// No answer came: there is no network, no such host, or nobody listens there.
     unreachable,
-    /// The answer was not there in time.
+    /// The answer did not come in time.
     tooSlow,
-    /// It could not be made sure who answers, or the answer would have come in the clear.
+    /// The server could not prove who it is, or the answer would have come unencrypted.
     insecure,
     /// The answer was an error, or far too long to be a feed.
     refused,
     /// The signature is not that of the program's makers.
     notGenuine,
-    /// Signed, but no feed.
+    /// The answer is signed, but it is no feed.
     unreadable,
 };
 
-/// Asked before and told after each check. Main thread.
+/// Is asked before each check and told its result. Main thread only.
 class UpdateControllerDelegate
 {
 public:
@@ -57,17 +57,17 @@ public:
     UpdateControllerDelegate(const UpdateControllerDelegate &) = delete;
     UpdateControllerDelegate &operator=(const UpdateControllerDelegate &) = delete;
 
-    /// A check asks once, in the call that begins it. With "beta" as "true", beta versions count.
+    /// A check asks once, in the call that begins it. Beta versions count when "beta" is "true".
     virtual std::vector<FeedParameter> feedParameters() = 0;
-    /// Interactive: somebody waits for the answer.
+    /// Somebody waits for the answer when the check is interactive.
     virtual void didFindValidUpdate(const UpdateItem &item, bool isInteractive) = 0;
     virtual void didNotFindUpdate(NoUpdate reason, bool isInteractive) = 0;
 };
 
 /// Learns of newer releases. It installs none. Main thread only.
 ///
-/// One check runs at a time: what is asked for meanwhile is answered by the one under way, which
-/// then is interactive if either was. The answer never comes within the call.
+/// One check runs at a time. A check that is asked for meanwhile shares the answer of the running
+/// one, which is interactive then if either was. The answer never comes within the call.
 class UpdateController
 {
 public:
@@ -76,7 +76,7 @@ public:
     UpdateController(const UpdateController &) = delete;
     UpdateController &operator=(const UpdateController &) = delete;
 
-    /// Called once, before the first check. The delegate lives as long as checks run.
+    /// This is called once, before the first check. The delegate lives as long as checks run.
     virtual void start(UpdateControllerDelegate &delegate) = 0;
     virtual void checkInBackground() = 0;
     virtual void checkInteractively() = 0;

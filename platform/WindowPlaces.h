@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-/// Where a window stands on the desktop, in device-independent pixels: its frame's upper left
-/// corner, and its size without the frame.
+/// Gives a window's place on the desktop in device-independent pixels: the upper left corner of its
+/// frame, and its size without the frame.
 struct WindowPlace
 {
     int left = 0;
@@ -16,8 +16,8 @@ struct WindowPlace
     friend bool operator==(const WindowPlace &, const WindowPlace &) = default;
 };
 
-/// Remembers where windows stood, apart from the settings: losing it harms nothing. Safe from every
-/// thread.
+/// Remembers where windows were. It is kept apart from the settings, since losing it harms nothing.
+/// Safe from every thread.
 class WindowPlaces
 {
 public:
@@ -26,10 +26,10 @@ public:
     WindowPlaces(const WindowPlaces &) = delete;
     WindowPlaces &operator=(const WindowPlaces &) = delete;
 
-    /// Absent when nothing usable is remembered of the window with this name. Whether a screen is
-    /// there still is not asked.
+    /// The place is absent when nothing usable is remembered for the window of this name. It may
+    /// lie on a screen that is no longer there.
     virtual std::optional<WindowPlace> place(const std::string &window) const = 0;
-    /// False when it could not be kept, with the reason on standard error.
+    /// Returns false when the place could not be stored. The reason is then on standard error.
     virtual bool remember(const std::string &window, const WindowPlace &place) = 0;
 };
 

@@ -9,15 +9,15 @@ namespace quillon {
 
 enum class SearchBaseResultType : std::uint8_t
 {
-    /// A match among the items that the front file manager window shows.
+    /// The row is a match among the items that the front file manager window shows.
     inFrontFinder,
-    /// A match from the index, or one of the most used folders.
+    /// The row is a match from the index, or one of the most used folders.
     standard,
-    /// The query itself, offered as a path to go to.
+    /// The row is the query itself, offered as a path to go to.
     goToPath,
 };
 
-/// A run of characters: Unicode code points, an invalid byte counting as one.
+/// Is a run of characters, which are Unicode code points. An invalid byte counts as one.
 struct TextRange
 {
     std::int64_t location = 0;
@@ -25,7 +25,8 @@ struct TextRange
     friend bool operator==(const TextRange &, const TextRange &) = default;
 };
 
-/// One row of an answer. Immutable and shared between threads; nothing compares rows by value.
+/// Is one row of an answer. Rows are immutable and shared between threads, and nothing compares
+/// them by value.
 class SearchBaseResult
 {
 public:
@@ -34,11 +35,11 @@ public:
     SearchBaseResult(const SearchBaseResult &) = delete;
     SearchBaseResult &operator=(const SearchBaseResult &) = delete;
 
-    /// The bytes shown and matched; not necessarily valid UTF-8.
+    /// Returns the bytes that are shown and matched. They are not necessarily valid UTF-8.
     const std::string &text() const { return text_; }
-    /// Ranges of text() to mark. They may overlap.
+    /// Returns the ranges of text() to mark. They may overlap.
     const std::vector<TextRange> &highlightRanges() const { return highlightRanges_; }
-    /// The file or folder that an action works on.
+    /// Returns the file or folder that an action works on.
     const std::string &path() const { return path_; }
     SearchBaseResultType type() const { return type_; }
 
