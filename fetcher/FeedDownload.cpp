@@ -15,7 +15,7 @@ namespace {
 
 constexpr int MOST_REDIRECTS = 5;
 constexpr int STATUS_OK = 200;
-/// From here on an error is something that the server said.
+/// Errors from this number on are answers of the server.
 constexpr int FIRST_CONTENT_ERROR = QNetworkReply::ContentAccessDenied;
 
 } // namespace
@@ -35,7 +35,8 @@ QNetworkRequest FeedDownload::request(const QUrl &address) const
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("quillon"));
-    // Without this the body would be unpacked, and the signature is over the bytes as they are.
+    // Without this the body would be unpacked, but the signature is over the bytes as they are
+    // sent.
     request.setRawHeader("Accept-Encoding", "identity");
     if (!authorities_.isEmpty()) {
         QSslConfiguration security = request.sslConfiguration();
@@ -58,7 +59,8 @@ FetchStatus FeedDownload::fetch(const QUrl &address, std::chrono::milliseconds p
             loop.quit();
     });
     bool isTooSlow = false;
-    // For all of it: the time-outs of the request begin anew with every byte.
+    // This time is for the whole answer, since the request's own time-out begins anew with every
+    // byte.
     QTimer::singleShot(patience, &loop, [&isTooSlow, &loop] {
         isTooSlow = true;
         loop.quit();
@@ -79,7 +81,7 @@ bool FeedDownload::take(QNetworkReply &reply)
 
 FetchStatus FeedDownload::judge(QNetworkReply &reply)
 {
-    // Here, too: a short way lets all of it arrive at once.
+    // The size is checked here too, since a fast network delivers the whole body at once.
     if (!take(reply))
         return fail(FetchStatus::refused, QStringLiteral("far too long for a feed"));
     const QNetworkReply::NetworkError error = reply.error();

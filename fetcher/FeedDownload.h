@@ -15,24 +15,25 @@ class QNetworkReply;
 
 namespace quillon {
 
-/// Fetches the body at one https address: at most MAX_FEED_BYTES, within a time for all of it, and
-/// through redirects to https only. Sends nothing but the request: no cookies, no credentials.
+/// Fetches the body at one https address: at most MAX_FEED_BYTES, within one time for the whole,
+/// and through redirects to https only. It sends nothing but the request, no cookies and no
+/// credentials.
 class FeedDownload
 {
 public:
-    /// In place of the authorities that the system trusts.
+    /// These authorities are trusted in place of the system's.
     void trustOnly(const QList<QSslCertificate> &authorities);
-    /// Runs an event loop until it is done. Once for each object.
+    /// Runs an event loop until the download is done. It is called once for each object.
     FetchStatus fetch(const QUrl &address, std::chrono::milliseconds patience);
 
-    /// The bytes as they were sent, once fetched.
+    /// Returns the bytes as they were sent, once they are fetched.
     const QByteArray &body() const { return body_; }
-    /// For a person, when it was not fetched.
+    /// Says to a person why nothing was fetched.
     const QString &failure() const { return failure_; }
 
 private:
     QNetworkRequest request(const QUrl &address) const;
-    /// False when this is more than a feed can be.
+    /// Returns false when there are more bytes than a feed can have.
     bool take(QNetworkReply &reply);
     FetchStatus fail(FetchStatus status, const QString &failure);
     FetchStatus judge(QNetworkReply &reply);

@@ -7,13 +7,14 @@
 
 namespace quillon {
 
-/// The stored form of a shortcut: {"key": "space", "modifiers": ["Ctrl", "Alt"]}, or the string
-/// "desktop" for one that the desktop binds. What QLNShortcut::fromText() takes is read as well.
+/// Converts a shortcut to its stored form and back. The form is {"key": "space", "modifiers":
+/// ["Ctrl", "Alt"]}, or the string "desktop" for a shortcut that the desktop binds. Texts that
+/// QLNShortcut::fromText() takes are read as well.
 class QLNDictionaryTransformer
 {
 public:
     static DefaultsValue storedForm(const QLNShortcut &shortcut);
-    /// Absent when the value is no shortcut.
+    /// The shortcut is absent when the value is none.
     static std::optional<QLNShortcut> shortcut(const DefaultsValue &stored);
 };
 

@@ -4,12 +4,12 @@
 
 namespace quillon {
 
-/// A key combination that is registered with the desktop as long as this lives. One at a time for
-/// each service, which outlives it.
+/// Keeps a key combination registered with the desktop as long as it lives. Each service has one at
+/// a time and outlives it.
 class QLNHotKey
 {
 public:
-    /// Pressed is called for each press, told as by HotKey::grab().
+    /// Each press calls pressed. The outcome is reported as by HotKey::grab().
     QLNHotKey(HotKey &service, const KeyCombination &keys, std::function<void()> pressed,
               HotKey::Told told);
     ~QLNHotKey();

@@ -35,8 +35,8 @@ constexpr std::array<OtherName, 6> OTHER_MODIFIER_NAMES{{
     {"Logo", "Super"},
 }};
 
-/// The symbols whose names people do not write as X does. The first name of a symbol is the one
-/// shown.
+/// People write the names of these symbols in another way than X. The first name of a symbol is the
+/// one that is shown.
 constexpr std::array<OtherName, 21> KEY_NAMES{{
     {"Space", "space"},   {"Return", "Return"},  {"Enter", "Return"},        {"Esc", "Escape"},
     {"Escape", "Escape"}, {"Tab", "Tab"},        {"Backspace", "BackSpace"}, {"Delete", "Delete"},
@@ -61,14 +61,14 @@ bool isOneCharacter(const QString &text)
     return text.toUcs4().size() == 1;
 }
 
-/// The names as they are shown: "F5" and "Z" for "f5" and "z".
+/// Returns a name as it is shown: "F5" and "Z" for "f5" and "z".
 std::string shownKey(const std::string &key)
 {
     const auto *known = std::ranges::find(KEY_NAMES, std::string_view(key), &OtherName::name);
     if (known != KEY_NAMES.end())
         return std::string(known->other);
     const QString text = QString::fromStdString(key);
-    // Not where the capital is another number of letters, as that of "ß".
+    // A capital with another number of letters, such as that of "ß", is not used.
     if (const QString upper = text.toUpper(); isOneCharacter(text) && isOneCharacter(upper))
         return upper.toStdString();
     return key;

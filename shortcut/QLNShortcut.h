@@ -8,36 +8,39 @@
 
 namespace quillon {
 
-/// The global shortcut as the user has set it.
+/// Is the global shortcut as the user has set it.
 struct QLNShortcut
 {
-    /// Absent when the desktop's own settings bind a key to "quillon --toggle": then there is
-    /// nothing to bind here, and yet a shortcut is set.
+    /// The keys are absent when the desktop's own settings bind a key to "quillon --toggle". There
+    /// is nothing to bind here then, and yet a shortcut is set.
     std::optional<KeyCombination> keys;
 
     static QLNShortcut boundByDesktop() { return {}; }
-    /// From "Ctrl+Alt+Space" or "desktop", in any case and with the usual other names of keys and
-    /// modifiers. Absent when it is none of them; whether a keyboard has the key is not asked.
+    /// Reads "Ctrl+Alt+Space" or "desktop", in any case and with the usual other names of keys and
+    /// modifiers. The shortcut is absent when the text is none. The key need not be on any
+    /// keyboard.
     static std::optional<QLNShortcut> fromText(std::string_view text);
-    /// A text that fromText() reads back as this.
+    /// Returns a text that fromText() reads back as this shortcut.
     std::string text() const;
 
     friend bool operator==(const QLNShortcut &, const QLNShortcut &) = default;
 };
 
-/// The modifiers of a combination, each with its name in a text, in the order they are written.
+/// Lists the modifiers of a combination, each with its name, in the order in which they are
+/// written.
 struct ShortcutModifier
 {
     std::string_view name;
     bool KeyCombination::*isHeld;
 
-    /// By name or by one of its other usual names, in any case; null for an unknown one.
+    /// Finds a modifier by its name or one of its other usual names, in any case. Returns null for
+    /// an unknown name.
     static const ShortcutModifier *named(std::string_view name);
     static const ShortcutModifier *begin();
     static const ShortcutModifier *end();
 };
 
-/// KeyCombination::key from how a person writes it: "Z" is "z", "PgUp" is "Prior".
+/// Returns KeyCombination::key for the way a person writes it: "Z" is "z", "PgUp" is "Prior".
 std::string keyFromText(std::string_view text);
 
 } // namespace quillon

@@ -11,8 +11,8 @@ namespace quillon {
 
 class QLNShortcutMonitor;
 
-/// Keeps the stored shortcut registered as the hot key, whatever it is at the time. Main thread
-/// only; monitor and service outlive it.
+/// Keeps the stored shortcut registered as the hot key whenever it changes. Main thread only. The
+/// monitor and the service outlive it.
 class QLNShortcutBinder : public QObject
 {
     Q_OBJECT
@@ -23,11 +23,12 @@ public:
     /// Registers what is stored now and follows it from here on. A key that cannot be had is
     /// complained of on standard error.
     void start();
-    /// Gives the key back while another one is recorded; each call wants its resume().
+    /// Gives the key back while another one is recorded. Each call is followed by a resume().
     void pause();
     void resume();
 
-    /// What came of the stored shortcut; absent while there is nothing to register or no answer.
+    /// Returns the outcome for the stored shortcut. It is absent while there is nothing to register
+    /// or no answer.
     std::optional<HotKey::Outcome> outcome() const { return outcome_; }
 
 Q_SIGNALS:
@@ -44,7 +45,7 @@ private:
     int pauses_ = 0;
     std::optional<QLNHotKey> hotKey_;
     std::optional<HotKey::Outcome> outcome_;
-    /// What hotKey_ is registered for, or was before a pause.
+    /// The keys for which hotKey_ is registered, or was before a pause.
     std::optional<QLNShortcut> bound_;
 };
 

@@ -11,8 +11,8 @@ namespace quillon {
 
 class DefaultsStore;
 
-/// The shortcut among the settings, and the news that it is another one, whoever wrote it. Main
-/// thread only; store and changes outlive it.
+/// Reads and writes the shortcut in the settings and reports when it changes, whoever wrote it.
+/// Main thread only. The store and its changes outlive it.
 class QLNShortcutMonitor : public QObject
 {
     Q_OBJECT
@@ -20,10 +20,11 @@ class QLNShortcutMonitor : public QObject
 public:
     QLNShortcutMonitor(DefaultsStore &defaults, DefaultsChanges &changes);
 
-    /// Absent while none is set. A value that is no shortcut counts as none and is complained of
-    /// once on standard error.
+    /// The shortcut is absent while none is set. A value that is no shortcut counts as none and is
+    /// reported once on standard error.
     const std::optional<QLNShortcut> &shortcut() const { return shortcut_; }
-    /// Absent removes it. False when it could not be brought to the disk; the former one stays.
+    /// An absent shortcut removes the stored one. Returns false when the change could not be
+    /// written; the former shortcut stays then.
     bool store(const std::optional<QLNShortcut> &shortcut);
 
 Q_SIGNALS:

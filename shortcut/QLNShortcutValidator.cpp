@@ -6,7 +6,8 @@ namespace quillon {
 
 namespace {
 
-/// "F1" to "F35", and the keys that start programs or set the volume: they type nothing.
+/// Returns true for "F1" to "F35" and for the keys that start programs or set the volume, which
+/// type nothing.
 bool isFunctionKey(const std::string &key)
 {
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -26,7 +27,7 @@ QLNShortcutValidator::fault(const KeyCombination &keys) const
         return Fault::impossible;
     if (!service_.isSilent())
         return std::nullopt;
-    // A service that asks nobody tells the outcome at once.
+    // A service that asks nobody reports the outcome at once.
     auto outcome = HotKey::Outcome::impossible;
     service_.grab(keys, [&outcome](HotKey::Outcome told) { outcome = told; });
     service_.release();

@@ -10,7 +10,7 @@
 
 namespace quillon {
 
-/// Whether a key combination can be the global shortcut. Main thread only.
+/// Decides whether a key combination can be the global shortcut. Main thread only.
 class QLNShortcutValidator
 {
     Q_DECLARE_TR_FUNCTIONS(quillon::QLNShortcutValidator)
@@ -18,7 +18,7 @@ class QLNShortcutValidator
 public:
     enum class Fault
     {
-        /// Pressed alone or with Shift it types something.
+        /// The key types something when it is pressed alone or with Shift.
         needsModifier,
         inUse,
         noSuchKey,
@@ -29,13 +29,13 @@ public:
     /// The service outlives this.
     explicit QLNShortcutValidator(HotKey &service) : service_(service) {}
 
-    /// Absent when nothing is wrong. Tries the combination where that asks the user nothing, so no
-    /// other one may be grabbed meanwhile.
+    /// Returns what is wrong, which is absent when nothing is. Tries the combination where that
+    /// asks the user nothing, so no other one may be grabbed meanwhile.
     std::optional<Fault> fault(const KeyCombination &keys) const;
 
-    /// Absent for a key that is grabbed.
+    /// The fault is absent for a key that is grabbed.
     static std::optional<Fault> fault(HotKey::Outcome outcome);
-    /// One sentence for the user, in the user's language.
+    /// Returns one sentence for the user, in the user's language.
     static QString words(Fault fault, const QLNShortcut &shortcut);
 
 private:

@@ -10,7 +10,7 @@ namespace {
 
 const BusObject BUS{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
 
-/// What a thread waits on while it joins a bus: answers arrive here and nowhere else.
+/// A thread waits on this while it joins a bus. Answers arrive here and nowhere else.
 class PrivateLoop
 {
 public:
@@ -23,7 +23,7 @@ public:
         g_main_context_unref(context_);
     }
 
-    /// Cancels once the deadline has passed.
+    /// Cancels the wait once the deadline has passed.
     void cancelAt(Deadline deadline, GCancellable *cancellable)
     {
         GSource *source = g_timeout_source_new(static_cast<guint>(deadline.remaining().count()));

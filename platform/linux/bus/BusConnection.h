@@ -13,7 +13,7 @@
 
 namespace quillon {
 
-/// An object on a message bus and one of its interfaces.
+/// Names an object on a message bus and one of its interfaces.
 struct BusObject
 {
     std::string service;
@@ -21,12 +21,12 @@ struct BusObject
     std::string interface;
 };
 
-/// One message bus, joined when it is first needed and again after it went away. Any thread; a
-/// call blocks until it is answered or its deadline has passed.
+/// Is one message bus, which is joined when it is first needed and again after it went away. Safe
+/// from every thread. A call blocks until it is answered or its deadline has passed.
 class BusConnection
 {
 public:
-    /// Tells where the bus listens; absent when it cannot be found out.
+    /// Returns the address of the bus, which is absent when it cannot be found out.
     using Address = std::function<std::optional<std::string>(Deadline)>;
 
     explicit BusConnection(Address address);
@@ -34,7 +34,7 @@ public:
     BusConnection &operator=(const BusConnection &) = delete;
     ~BusConnection() = default;
 
-    /// The session bus of the user.
+    /// Makes a connection to the session bus of the user.
     static BusConnection session();
 
     /// False when there is no such bus, or it cannot be joined in time.
@@ -47,22 +47,22 @@ public:
         allowed
     };
 
-    /// Calls a method with a tuple of arguments, null for none; floating arguments are consumed.
-    /// Returns the tuple it answers, null when the call failed or was not answered in time.
+    /// Calls a method with a tuple of arguments, null for none, and consumes floating arguments.
+    /// Returns the tuple of the answer, or null when the call failed or was not answered in time.
     VariantRef call(const BusObject &object, const std::string &method, GVariant *arguments,
                     Deadline deadline, Activation activation = Activation::never);
-    /// A property's value; null when there is none.
+    /// Returns the value of a property, or null when there is none.
     VariantRef property(const BusObject &object, const std::string &name, Deadline deadline);
 
-    /// Starts the program behind the service unless it runs. False when there is none or it does
-    /// not come in time.
+    /// Starts the program behind the service unless it runs. Returns false when there is no such
+    /// program, or when it does not come in time.
     bool start(const std::string &service, Deadline deadline);
     bool hasOwner(const std::string &service, Deadline deadline);
-    /// The process that owns the service.
+    /// Returns the process that owns the service.
     std::optional<pid_t> process(const std::string &service, Deadline deadline);
 
 private:
-    /// Null when the bus cannot be joined in time.
+    /// Returns null when the bus cannot be joined in time.
     ObjectRef<GDBusConnection> connection(Deadline deadline);
 
     const Address address_;

@@ -31,7 +31,7 @@ GVariant *bytes(const std::string &text)
     return g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, text.data(), text.size(), 1);
 }
 
-/// Without it GIO would start a bus, which nobody but us would be on.
+/// GIO would start a bus where there is none, and nobody but us would be on it.
 bool hasBus()
 {
     const char *folder = std::getenv("XDG_RUNTIME_DIR");
@@ -40,7 +40,7 @@ bool hasBus()
            (folder != nullptr && std::filesystem::exists(std::string(folder) + "/bus", error));
 }
 
-/// The token by both its names, as other programs send it.
+/// Returns the token under both its names, as other programs send it.
 GVariant *platformData(const std::string &activationToken)
 {
     GVariantBuilder data;
@@ -53,7 +53,7 @@ GVariant *platformData(const std::string &activationToken)
     return g_variant_builder_end(&data);
 }
 
-/// The end of a process of whatever parent.
+/// Waits for the end of a process, whatever its parent.
 class ProcessEnd
 {
 public:
@@ -61,7 +61,7 @@ public:
         : descriptor_(static_cast<int>(syscall(SYS_pidfd_open, process, 0)))
     {}
 
-    /// False when it has not come in time. True at once for a process that is gone already.
+    /// Returns false when the process has not ended in time, and true at once when it is gone.
     bool await(Deadline deadline) const
     {
         pollfd end{.fd = descriptor_.get(), .events = POLLIN, .revents = 0};
@@ -118,10 +118,10 @@ RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
                                     g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0), data);
     const auto reply = bus_.call(object(BusNames::APPLICATION),
                                  isReopening ? "Activate" : "ActivateAction", arguments, deadline);
-    // One that was about to end answers nothing either, and then is gone.
+    // An instance that was about to end does not answer either, and is gone soon.
     if (!reply)
         return isRunning() ? Outcome::notAnswering : Outcome::notRunning;
-    // Who starts the program again right afterwards is not to find the one that ends.
+    // A start right afterwards must not find the instance that ends.
     if (action == "quit" && !end.await(deadline))
         return Outcome::notAnswering;
     return Outcome::done;

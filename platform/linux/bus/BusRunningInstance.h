@@ -7,12 +7,13 @@
 
 namespace quillon {
 
-/// Reached over the session bus, without Qt: the whole process that asks lives for a few
-/// milliseconds.
+/// Reaches the instance over the session bus, without Qt, since the whole process that asks lives
+/// for a few milliseconds.
 class BusRunningInstance : public RunningInstance
 {
 public:
-    /// The right to the keyboard that goes along with requests; empty when there is none.
+    /// The token is the right to the keyboard that goes along with requests. It is empty when there
+    /// is none.
     explicit BusRunningInstance(std::string activationToken = {});
 
     bool isRunning() override;

@@ -5,7 +5,8 @@
 
 namespace quillon {
 
-/// The time by which something has to be done, handed down so that all steps together keep to it.
+/// Is the time by which something has to be done. It is handed down, so that all steps together
+/// keep to it.
 class Deadline
 {
 public:
@@ -13,7 +14,7 @@ public:
 
     explicit Deadline(std::chrono::milliseconds fromNow) : end_(Clock::now() + fromNow) {}
 
-    /// Never negative.
+    /// Returns the time that is left, which is never negative.
     std::chrono::milliseconds remaining() const
     {
         using std::chrono::milliseconds;
@@ -21,7 +22,7 @@ public:
         return std::max(left, milliseconds::zero());
     }
     bool hasPassed() const { return remaining() == std::chrono::milliseconds::zero(); }
-    /// The nearer of this one and the one that is this far from now.
+    /// Returns the nearer one of this deadline and one that is so far from now.
     Deadline atMost(std::chrono::milliseconds fromNow) const
     {
         return Deadline(std::min(remaining(), fromNow));

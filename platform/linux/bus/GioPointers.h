@@ -27,13 +27,13 @@ struct StringListFree
     void operator()(char **list) const { g_strfreev(list); }
 };
 
-/// A counted reference to an object of GIO; null where there is none.
+/// Is a counted reference to an object of GIO, or null.
 template <typename T>
 using ObjectRef = std::unique_ptr<T, ObjectUnref>;
 using VariantRef = std::unique_ptr<GVariant, VariantUnref>;
 using GString8 = std::unique_ptr<char, GFree>;
 using ErrorRef = std::unique_ptr<GError, ErrorFree>;
-/// Strings with a null pointer after the last.
+/// Owns strings with a null pointer after the last one.
 using StringList = std::unique_ptr<char *, StringListFree>;
 
 } // namespace quillon

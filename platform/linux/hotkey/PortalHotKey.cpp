@@ -15,7 +15,7 @@
 
 namespace quillon {
 
-/// A key as it is asked for: its id and what describes it.
+/// Is a key as the portal is asked for it: an id and the texts that describe the key.
 struct PortalShortcut
 {
     QString id;
@@ -59,7 +59,7 @@ QString sessionInterface()
     return portal::interfaceName(QStringLiteral("Session"));
 }
 
-/// As the shortcuts specification of the desktops has it: "CTRL+ALT+space".
+/// Returns the form that the desktops' shortcut syntax has: "CTRL+ALT+space".
 QString trigger(const KeyCombination &keys)
 {
     QString text;
@@ -72,7 +72,7 @@ QString trigger(const KeyCombination &keys)
     return text + QLatin1String(symbol.data());
 }
 
-/// The response's own part when it tells success.
+/// Returns the results of a response that reports success.
 std::optional<QVariantMap> results(const QDBusMessage &response)
 {
     const QVariantList arguments = response.arguments();
@@ -84,7 +84,8 @@ std::optional<QVariantMap> results(const QDBusMessage &response)
 } // namespace
 
 PortalHotKey::PortalHotKey(xcb_connection_t *connection)
-    // A connection of its own: the portal learns the program's name before anything else is asked.
+    // The connection is a new one, so that the portal learns the program's name before anything
+    // else.
     : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus,
                                          QStringLiteral("quillon-hot-key")))
 {
@@ -114,7 +115,7 @@ PortalHotKey::~PortalHotKey()
 
 void PortalHotKey::registerApplication()
 {
-    // Younger portals tell programs outside a sandbox apart by this; older ones answer with an
+    // Newer portals tell programs outside a sandbox apart by this call. Older ones answer with an
     // error that does not matter.
     auto call = portal::methodCall(QStringLiteral("org.freedesktop.host.portal.Registry"),
                                    QStringLiteral("Register"));
@@ -156,7 +157,7 @@ void PortalHotKey::portalGone()
 
 void PortalHotKey::portalCame()
 {
-    // The first one that comes is started by our own calls.
+    // Our own calls start the first portal.
     if (!std::exchange(isPortalLost_, false))
         return;
     registerApplication();
@@ -252,7 +253,7 @@ void PortalHotKey::sessionClosed(const QDBusMessage &signal)
 
 void PortalHotKey::request(const QDBusMessage &call, const QString &token, const char *slot)
 {
-    // The answer may come before the call returns, so it is listened for under its known name.
+    // The answer may come before the call returns, so we listen for it under its known name first.
     QString sender = bus_.baseService().mid(1);
     sender.replace(u'.', u'_');
     request_ = QStringLiteral("%1/request/%2/%3").arg(portal::path(), sender, token);
@@ -293,7 +294,7 @@ void PortalHotKey::closeSession()
 
 void PortalHotKey::tell(Outcome outcome)
 {
-    // A copy: the receiver may grab or release.
+    // The receiver may grab or release, which changes the member, so a copy is called.
     if (const Told told = told_)
         told(outcome);
 }

@@ -16,13 +16,14 @@ namespace quillon {
 
 /// Asks the desktop for the key through org.freedesktop.portal.GlobalShortcuts, which may ask the
 /// user. Every grab is a session of its own there, since a session's keys can be bound only once.
-/// Nothing is waited for; where no portal answers it is impossible.
+/// No call blocks. The outcome is "impossible" where no portal answers.
 class PortalHotKey : public QObject, public HotKey
 {
     Q_OBJECT
 
 public:
-    /// The X display that the toolkit runs on, null where it runs on none; it names the keys.
+    /// The connection is that of the X display that the toolkit runs on, or null. It names the
+    /// keys.
     explicit PortalHotKey(xcb_connection_t *connection);
     ~PortalHotKey() override;
 
@@ -53,8 +54,8 @@ private:
     void probe();
     void makeSession();
     void bindKeys();
-    /// Sends a call that is answered by a signal of an object of its own, which the token names;
-    /// the slot is the signal's.
+    /// Sends a call. A signal of an object of its own, which the token names, answers the call and
+    /// runs the slot.
     void request(const QDBusMessage &call, const QString &token, const char *slot);
     void forgetRequest();
     void closeSession();
@@ -67,11 +68,11 @@ private:
     std::optional<KeyCombination> wanted_;
     Told told_;
     std::function<void()> pressed_;
-    /// Object paths; empty where there is none.
+    /// These are object paths, empty where there is none.
     QString request_;
     const char *requestSlot_ = nullptr;
     QString session_;
-    /// Makes the names of requests and sessions unique.
+    /// The number makes the names of requests and sessions unique.
     int tokens_ = 0;
 };
 

@@ -13,11 +13,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Loading a layout makes a handful of events.
+/// Loading a layout makes a handful of events, which come within this time.
 constexpr auto LAYOUT_SETTLING = 50ms;
-/// A key that is held is released and pressed again within this, in milliseconds of the server.
+/// A key that is held is released and pressed again within this time, in milliseconds.
 constexpr xcb_timestamp_t REPEAT_GAP = 1;
-/// The modifiers that a grab tells apart; beside them the state holds buttons and the layout.
+/// A grab tells these modifiers apart. The state also holds buttons and the layout.
 constexpr unsigned ALL_MODIFIERS = 0xFF;
 
 } // namespace
@@ -49,7 +49,7 @@ void X11HotKey::grab(const KeyCombination &keys, Told told)
     wanted_ = keys;
     outcome_ = establish();
     told_ = std::move(told);
-    // A copy: the receiver may grab or release.
+    // The receiver may grab or release, which changes the member, so a copy is called.
     if (const Told tell = told_)
         tell(outcome_);
 }
@@ -82,7 +82,7 @@ HotKey::Outcome X11HotKey::establish()
 
 bool X11HotKey::grabAll()
 {
-    // All are sent before the first answer is waited for.
+    // All requests are sent before we wait for the first answer.
     std::vector<xcb_void_cookie_t> cookies;
     for (const xcb_window_t root : roots_)
         for (const KeyGrab &grab : grabs_)
@@ -135,8 +135,8 @@ bool X11HotKey::nativeEventFilter(const QByteArray &type, void *message, qintptr
         keyPressed(*static_cast<const xcb_key_press_event_t *>(message));
     else if (event->response_type == XCB_KEY_RELEASE)
         keyReleased(*static_cast<const xcb_key_release_event_t *>(message));
-    // Qt goes on to note the time of the event, without which the window manager may hold the
-    // keyboard back from the window that is shown.
+    // Qt then notes the time of the event. Without it the window manager may refuse the keyboard to
+    // the window that is shown.
     return false;
 }
 
@@ -161,7 +161,7 @@ void X11HotKey::keyPressed(const xcb_key_press_event_t &event)
 
 void X11HotKey::keyReleased(const xcb_key_release_event_t &event)
 {
-    // The modifiers may have been let go first.
+    // The modifiers may have been released before the key.
     if (std::ranges::any_of(grabs_,
                             [&event](const KeyGrab &grab) { return grab.keyCode == event.detail; }))
         released_ = event.time;

@@ -14,18 +14,18 @@
 
 namespace quillon {
 
-/// Grabs the key on the root windows of the X display that Qt runs on. It goes by key codes, so it
-/// is grabbed anew when the keyboard's layout changes. A key that another program holds is tried
-/// again from time to time.
+/// Grabs the key on the root windows of the X display that Qt runs on. A grab names key codes, so
+/// it is made anew when the layout of the keyboard changes. A key that another program holds is
+/// tried again from time to time.
 class X11HotKey : public QObject, public HotKey, private QAbstractNativeEventFilter
 {
     Q_OBJECT
 
 public:
-    /// Between two attempts. Nothing tells that a key has been let go.
+    /// This time lies between two attempts, since nothing reports that a key has been let go.
     static constexpr std::chrono::milliseconds RETRY_INTERVAL{10'000};
 
-    /// Qt's connection; it outlives this.
+    /// The connection is Qt's and outlives this.
     explicit X11HotKey(xcb_connection_t *connection,
                        std::chrono::milliseconds retryInterval = RETRY_INTERVAL);
     ~X11HotKey() override;
@@ -43,19 +43,19 @@ private:
     void keyPressed(const xcb_key_press_event_t &event);
     void keyReleased(const xcb_key_release_event_t &event);
 
-    /// Grabs what wanted_ says on the keyboard as it is now.
+    /// Grabs the keys of wanted_ on the keyboard as it is now.
     Outcome establish();
     bool grabAll();
     void ungrabAll();
     void readKeyboard();
-    /// Tells when something else comes of it than before.
+    /// Reports the outcome when it is another one than before.
     void grabAgain();
 
     xcb_connection_t *x_;
     std::vector<xcb_window_t> roots_;
     X11Keyboard keyboard_;
     QTimer layoutChange_;
-    /// Runs only while another program holds the key.
+    /// The timer runs only while another program holds the key.
     QTimer retry_;
 
     std::optional<KeyCombination> wanted_;
@@ -63,7 +63,7 @@ private:
     Outcome outcome_ = Outcome::impossible;
     std::vector<KeyGrab> grabs_;
     std::function<void()> pressed_;
-    /// Server time in milliseconds, by which a key that repeats is known.
+    /// A key that repeats is known by this time of the server, in milliseconds.
     std::optional<xcb_timestamp_t> released_;
 };
 

@@ -19,11 +19,11 @@ constexpr int MODIFIERS = 8;
 constexpr xkb_level_index_t PLAIN_LEVEL = 0;
 constexpr xkb_level_index_t SHIFT_LEVEL = 1;
 
-// The events of the keyboard extension share one number; their second byte tells them apart. The
-// extension's own header is no C++.
+// The events of the keyboard extension share one number, and their second byte tells them apart.
+// These are defined here because the extension's own header does not compile as C++.
 constexpr std::uint8_t NEW_KEYBOARD_NOTIFY = 0;
 constexpr std::uint8_t MAP_NOTIFY = 1;
-/// Set in the type of events that another client has sent.
+/// This bit is set in the type of events that another client has sent.
 constexpr unsigned SENT_EVENT = 0x80;
 
 bool isModifier(xkb_keysym_t symbol)
@@ -124,7 +124,7 @@ std::vector<KeyGrab> X11Keyboard::grabsFor(const KeyCombination &keys) const
     bool isShifted = keys.shift;
     std::vector<std::uint8_t> codes = keysWith(symbol, PLAIN_LEVEL);
     if (codes.empty()) {
-        // "?" is typed with Shift on most keyboards, and the digits are on some.
+        // "?" is typed with Shift on most keyboards, and the digits on some.
         codes = keysWith(symbol, SHIFT_LEVEL);
         isShifted = true;
     }
@@ -150,7 +150,7 @@ std::string X11Keyboard::keyName(std::uint32_t keyCode) const
     if (!keymap_)
         return {};
     const xkb_layout_index_t layouts = xkb_keymap_num_layouts_for_key(keymap_.get(), keyCode);
-    // The first layout's, whichever is in force: the grab finds the key by any of them.
+    // The first layout that has a name decides, since a grab finds the key by any layout.
     for (xkb_layout_index_t layout = 0; layout < layouts; ++layout)
         if (std::string name = nameOfSymbol(symbolAt(keyCode, layout, PLAIN_LEVEL)); !name.empty())
             return name;

@@ -12,30 +12,30 @@
 
 namespace quillon {
 
-/// What an X key grab is made of.
+/// Holds the two numbers of an X key grab.
 struct KeyGrab
 {
     std::uint8_t keyCode;
-    /// Bits of the core protocol.
+    /// The modifiers are bits of the core protocol.
     std::uint16_t modifiers;
 };
 
-/// The keyboard of an X display as it was when this was made.
+/// Describes the keyboard of an X display as it was when this object was made.
 class X11Keyboard
 {
 public:
     explicit X11Keyboard(xcb_connection_t *x);
 
-    /// Every grab that the combination takes: each key with the symbol, under each state of the
-    /// lock keys. Empty when no key has it.
+    /// Returns every grab that the combination takes: each key with the symbol, under each state of
+    /// the lock keys. There is none when no key has the symbol.
     std::vector<KeyGrab> grabsFor(const KeyCombination &keys) const;
-    /// As HotKey::keyName().
+    /// Returns what HotKey::keyName() returns.
     std::string keyName(std::uint32_t keyCode) const;
-    /// True for an event that tells that the keyboard is another one now. Qt asks for these.
+    /// Returns true for an event that says that the keyboard has changed. Qt asks for these events.
     bool isChangedBy(const xcb_generic_event_t &event) const;
 
 private:
-    /// The keys that have the symbol at this shift level of some layout.
+    /// Returns the keys that have the symbol at this shift level of some layout.
     std::vector<std::uint8_t> keysWith(xkb_keysym_t symbol, xkb_level_index_t level) const;
     xkb_keysym_t symbolAt(xkb_keycode_t code, xkb_layout_index_t layout,
                           xkb_level_index_t level) const;
@@ -43,17 +43,19 @@ private:
     void readModifiers(xcb_connection_t *x);
 
     std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap_{nullptr, &xkb_keymap_unref};
-    /// The number of the keyboard extension's events, 0 where the display lacks it.
+    /// The events of the keyboard extension have this number, which is 0 where there is no
+    /// extension.
     std::uint8_t extensionEvent_ = 0;
-    // Bits of the core protocol; which modifier does what is the keyboard's to say.
+    // The keyboard says which bit of the core protocol stands for which modifier.
     std::uint16_t alt_ = XCB_MOD_MASK_1;
     std::uint16_t super_ = XCB_MOD_MASK_4;
     std::uint16_t numLock_ = 0;
 };
 
-/// The symbol that a KeyCombination's key names; XKB_KEY_NoSymbol when there is none.
+/// Returns the symbol that a KeyCombination's key names, or XKB_KEY_NoSymbol.
 xkb_keysym_t symbolNamed(const std::string &key);
-/// The key that a KeyCombination has for a symbol; empty for modifiers and for no symbol.
+/// Returns the key that a KeyCombination has for a symbol. It is empty for a modifier and for no
+/// symbol.
 std::string nameOfSymbol(xkb_keysym_t symbol);
 
 } // namespace quillon

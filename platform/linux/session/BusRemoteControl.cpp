@@ -28,7 +28,7 @@ QString name(const char *text)
     return QString::fromLatin1(text);
 }
 
-/// The newer name first; both carry the same kind of text.
+/// Returns the token, of whose two names the newer one goes first.
 std::string activationToken(const QVariantMap &platformData)
 {
     for (const char *key : {BusNames::ACTIVATION_TOKEN, BusNames::STARTUP_ID}) {
@@ -41,7 +41,7 @@ std::string activationToken(const QVariantMap &platformData)
 
 } // namespace
 
-/// What stands on the bus; Qt reads the method signatures off it.
+/// Is the interface on the bus. Qt reads the signatures of its methods.
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -52,10 +52,10 @@ public:
         : QDBusAbstractAdaptor(parent), perform_(std::move(perform))
     {}
 
-    // The names are those of the interface. NOLINTBEGIN(readability-identifier-naming)
+    // The interface prescribes these names. NOLINTBEGIN(readability-identifier-naming)
 public Q_SLOTS:
     void Activate(const QVariantMap &platformData) { pass("activate", platformData); }
-    /// Nothing is opened from outside; asking for it is a second start.
+    /// Nothing is opened from outside, so this counts as a second start.
     void Open(const QStringList &, const QVariantMap &platformData)
     {
         pass("activate", platformData);
@@ -70,7 +70,7 @@ public Q_SLOTS:
     // NOLINTEND(readability-identifier-naming)
 
 private:
-    /// Who asks is answered first: showing a window takes longer than asking for it should.
+    /// The caller is answered first, since showing a window takes longer than a request should.
     void pass(std::string action, const QVariantMap &platformData)
     {
         RemoteControl::Request request{std::move(action), activationToken(platformData)};
@@ -82,7 +82,7 @@ private:
     std::function<void(const RemoteControl::Request &)> perform_;
 };
 
-/// RemoteMatch in the types that travel.
+/// Is a RemoteMatch in the types that the bus carries.
 struct BusMatch
 {
     using Range = std::pair<qlonglong, qlonglong>;
@@ -124,7 +124,7 @@ QList<BusMatch> toBus(const std::vector<RemoteMatch> &matches)
 
 } // namespace
 
-/// The index for other processes of the user; the answers are sent from the background.
+/// Answers searches of the user's other processes. The answers are sent from the background.
 class SearchAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -178,7 +178,7 @@ RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return Claim::unavailable;
-    // The object stands before the name does: whoever sees the name is answered.
+    // The object comes before the name, so that whoever sees the name is answered.
     new ApplicationAdaptor(&object_, std::move(handlers.perform));
     if (handlers.find)
         new SearchAdaptor(&object_, background_, std::move(handlers.find));

@@ -8,14 +8,14 @@ namespace quillon {
 
 class TaskQueue;
 
-/// The session bus: name org.quillon.Quillon, object /org/quillon/Quillon, interface
-/// org.freedesktop.Application, so that the desktop's own tools (a desktop entry's actions,
-/// gapplication, gdbus) reach the program the same way as a second start does; beside it
-/// org.quillon.Quillon.Search.
+/// Answers on the session bus under the name org.quillon.Quillon. The object /org/quillon/Quillon
+/// has the interface org.freedesktop.Application, so that the desktop's own tools (a desktop
+/// entry's actions, gapplication, gdbus) reach the program as a second start does, and the
+/// interface org.quillon.Quillon.Search.
 class BusRemoteControl : public RemoteControl
 {
 public:
-    /// Searches run on the background queue, which outlives what is asked of it.
+    /// Searches run on the background queue, which outlives them.
     explicit BusRemoteControl(TaskQueue &background) : background_(background) {}
     ~BusRemoteControl() override;
 

@@ -5,12 +5,12 @@
 
 namespace quillon::portal {
 
-/// The desktop portal's name on the session bus and its object.
+/// Return the desktop portal's name on the session bus and the path of its object.
 QString service();
 QString path();
-/// "org.freedesktop.portal." and the name.
+/// Returns "org.freedesktop.portal." and the name.
 QString interfaceName(const QString &name);
-/// A call of a method of that object.
+/// Makes a call of a method of that object.
 QDBusMessage methodCall(const QString &interface, const QString &method);
 
 } // namespace quillon::portal

@@ -19,7 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// As much as a pipe holds, once more.
+/// So many bytes wait at most, which is as much as a pipe holds.
 constexpr std::size_t MOST_WAITING = 65536;
 constexpr auto PATIENCE_AT_THE_END = 20ms;
 
@@ -92,7 +92,7 @@ ssize_t PatientOutput::take(void *lines, const char *bytes, std::size_t count)
 
 void PatientOutput::carryOn(Lines &lines)
 {
-    // A reader that has gone is no reason to end.
+    // The program does not end because its reader has gone.
     sigset_t ignored;
     sigemptyset(&ignored);
     sigaddset(&ignored, SIGPIPE);

@@ -9,8 +9,8 @@
 
 namespace quillon {
 
-/// The colour scheme that the desktop tells through org.freedesktop.portal.Settings. Asked without
-/// waiting; a desktop without the portal never answers.
+/// Reads the colour scheme of the desktop from org.freedesktop.portal.Settings without blocking. A
+/// desktop without the portal never answers.
 class PortalAppearance : public QObject, public Appearance
 {
     Q_OBJECT

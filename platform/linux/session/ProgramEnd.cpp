@@ -25,14 +25,14 @@ using namespace std::chrono;
 
 constexpr std::array SIGNALS{SIGTERM, SIGINT, SIGHUP};
 
-// Left as they are until the process is gone: threads may run to its very end.
+// These stay as they are until the process is gone, since threads may run to its very end.
 timer_t timer{};
 itimerspec limit{};
 bool isPrepared = false;
 std::atomic<bool> hasBegun = false;
 std::atomic<bool> isLeaving = false;
 
-/// Threads still run, which destructors of globals would pull the ground from under.
+/// Threads still run, and destructors of globals would take away what they use.
 extern "C" void endUnlessExpected()
 {
     if (!hasBegun && !isLeaving)
@@ -78,7 +78,7 @@ ProgramEnd::ProgramEnd(milliseconds patience)
 
     const sigset_t awaited = awaitedSignals();
     pthread_sigmask(SIG_BLOCK, &awaited, nullptr);
-    // Both stay with the process.
+    // The object and the thread stay until the process ends.
     static QObject *const mainThread = new QObject;
     try {
         std::thread([] { waitForSignals(*mainThread); }).detach();

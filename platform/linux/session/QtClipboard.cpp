@@ -10,7 +10,7 @@ namespace quillon {
 
 void QtClipboard::setString(const std::string &text)
 {
-    // As bytes: a text of the toolkit's would lose those that are not UTF-8.
+    // The text is set as bytes, since the toolkit's own text would lose those that are not UTF-8.
     auto data = std::make_unique<QMimeData>();
     data->setData(QStringLiteral("text/plain"), QByteArray::fromStdString(text));
     QGuiApplication::clipboard()->setMimeData(data.release());

@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// The clipboard as the toolkit reaches it.
+/// Writes to the clipboard through the toolkit.
 class QtClipboard : public Clipboard
 {
 public:

@@ -8,8 +8,8 @@
 
 namespace quillon {
 
-/// Tasks on the thread that made the queue, one at a time, between the events of its Qt loop.
-/// Tasks that still wait when the queue goes are dropped.
+/// Runs tasks on the thread that made the queue, one at a time, between the events of its Qt loop.
+/// Tasks that still wait when the queue is destroyed are dropped.
 class MainTaskQueue : public TaskQueue
 {
 public:
@@ -18,7 +18,7 @@ public:
     /// On the queue's own thread the task runs at once.
     bool postAndWait(Task task) override;
     /// Drops the tasks that wait and every later one, so that nobody waits for a loop that has
-    /// ended. On the thread that made the queue.
+    /// ended. It is called on the thread that made the queue.
     void close() EXCLUDES(mutex_);
 
 private:
@@ -27,8 +27,9 @@ private:
     bool isClosed_ GUARDED_BY(mutex_) = false;
 };
 
-/// Tasks on threads of its own; with one thread a serial queue. Delays are timed by the Qt loop of
-/// the thread that made the queue. The destructor drops the tasks that wait and joins the others.
+/// Runs tasks on threads of its own, and is a serial queue when it has one thread. The Qt loop of
+/// the thread that made the queue times the delays. The destructor drops the tasks that wait and
+/// joins the others.
 class PoolTaskQueue : public TaskQueue
 {
 public:
@@ -37,8 +38,8 @@ public:
 
     void post(Task task) override;
     void postDelayed(std::chrono::milliseconds delay, Task task) override;
-    /// Drops the tasks that wait and waits for the others; false when the time is over before
-    /// they end. Nothing is posted afterwards.
+    /// Drops the tasks that wait and waits for the others. Returns false when they have not ended
+    /// in time. Nothing is posted afterwards.
     bool finish(std::chrono::milliseconds patience);
 
 private:

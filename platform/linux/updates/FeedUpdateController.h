@@ -19,25 +19,26 @@ class FeedUpdateController : public UpdateController
 public:
     struct Source
     {
-        /// An https address; empty for a build that asks nobody, and then nothing is started.
+        /// The https address of the feed. It is empty in a build that asks nobody and starts
+        /// nothing.
         std::string feed;
         /// The 32 bytes of the makers' Ed25519 public key in base64.
         std::string publicKey;
-        /// The version that runs.
+        /// The version of this program.
         std::string version;
     };
     struct Fetching
     {
-        /// Where fetch-feed stands.
+        /// The path of the program fetch-feed.
         std::string program;
-        /// For the whole answer.
+        /// The whole answer has to come within this time.
         std::chrono::milliseconds patience = std::chrono::seconds(10);
-        /// A file of certificates to trust in place of the system's; empty for the latter.
+        /// A file of certificates to trust in place of the system's, which hold when it is empty.
         std::string authorities = {};
     };
 
     FeedUpdateController(Source source, Fetching fetching);
-    /// Ends a check that runs; the delegate is not told.
+    /// Ends a check that runs, and does not tell the delegate.
     ~FeedUpdateController() override;
 
     void start(UpdateControllerDelegate &delegate) override;
@@ -52,7 +53,7 @@ private:
     void takeOutput();
     void processFinished(int exitCode, QProcess::ExitStatus status);
     Outcome readFeed() const;
-    /// Tells the delegate from the event loop.
+    /// Tells the delegate from the event loop, not within the call.
     void finish(Outcome outcome);
 
     Source source_;

@@ -2,14 +2,14 @@
 
 namespace quillon {
 
-/// How the program fetch-feed ends.
+/// The exit statuses of the program fetch-feed.
 enum class FetchStatus : int
 {
-    /// The whole body is on its standard output.
+    /// The whole body was written to standard output.
     fetched = 0,
-    /// Called wrongly.
+    /// The arguments were wrong.
     misused = 2,
-    // As the values of NoUpdate:
+    // These mean what the values of NoUpdate mean.
     unreachable = 3,
     tooSlow = 4,
     insecure = 5,

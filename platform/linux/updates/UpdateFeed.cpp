@@ -18,7 +18,7 @@ namespace {
 template <std::size_t SIZE>
 using Bytes = std::array<unsigned char, SIZE>;
 
-/// Absent unless the text is base64 of just as many bytes.
+/// The bytes are absent unless the text is base64 of exactly as many bytes.
 template <std::size_t SIZE>
 std::optional<Bytes<SIZE>> fromBase64(std::string_view text)
 {
@@ -31,7 +31,7 @@ std::optional<Bytes<SIZE>> fromBase64(std::string_view text)
     return bytes;
 }
 
-/// Empty unless it is an https address.
+/// The address is empty unless it is an https address.
 std::string httpsLink(const QJsonValue &json)
 {
     const QUrl url(json.toString(), QUrl::StrictMode);

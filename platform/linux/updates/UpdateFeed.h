@@ -10,18 +10,19 @@
 
 namespace quillon {
 
-// The feed: on the first line the Ed25519 signature of everything after that line, in base64; then
+// The first line of the feed is the Ed25519 signature of everything after that line, in base64.
+// Then:
 //     {"items": [{"version": "1.4.0", "channel": "stable", "url": "https://…", "notes":
 //     "https://…"}]}
-// "channel" is "stable", which it is when absent, or "beta"; "notes" may be absent.
+// "channel" is "stable" or "beta", and "stable" when it is absent. "notes" may be absent.
 
 constexpr std::size_t MAX_FEED_BYTES = std::size_t{256} * 1024;
 
-/// The numbers of a version without the zeros at its end, so that they compare as versions do and
-/// 1.4 is 1.4.0.
+/// Holds the numbers of a version without the zeros at its end, so that they compare as versions do
+/// and 1.4 is 1.4.0.
 using VersionNumbers = std::vector<int>;
 
-/// One release of a feed.
+/// Describes one release of a feed.
 struct FeedRelease
 {
     VersionNumbers version;
@@ -29,18 +30,18 @@ struct FeedRelease
     UpdateItem item;
 };
 
-/// What the feed's signature vouches for, to the byte; absent when it does not match. The key is
-/// the 32 bytes of an Ed25519 public key in base64.
+/// Returns exactly the bytes that the feed's signature vouches for. They are absent when it does
+/// not match. The key is the 32 bytes of an Ed25519 public key in base64.
 std::optional<std::string_view> signedPart(std::string_view feed, std::string_view publicKey);
 
-/// Releases without a proper version, of another channel, or with a link that is not https are left
-/// out. Absent when this is no list of releases.
+/// Leaves out releases without a proper version, of another channel, or with a link that is not
+/// https. The list is absent when the text is no list of releases.
 std::optional<std::vector<FeedRelease>> readReleases(std::string_view json);
 
-/// Absent unless the text is whole numbers with dots between them.
+/// The version is absent unless the text consists of whole numbers with dots between them.
 std::optional<VersionNumbers> readVersion(std::string_view text);
 
-/// The newest release above the version; null when there is none.
+/// Returns the newest release above the version, or null when there is none.
 const FeedRelease *newestUpdate(std::span<const FeedRelease> releases,
                                 const VersionNumbers &running, bool includesBetas);
 
