@@ -109,8 +109,13 @@ std::vector<FuzzyMatchResult> FindCommand::crawlAndSearch(bool &failed) const
     const PatientFolderIdentity identity(disk, diskCalls);
     SearchBaseFinder finder(settings, identity, stderr);
 
+    // The store says on standard error what is wrong with the settings. Other folders than those
+    // that the user chose would be no answer.
+    failed = settings.fault().has_value();
     if (!folders.empty())
         settings.includeOnly(readableFolders(folders, identity, failed));
+    else if (failed)
+        return {};
     else if (const char *home = std::getenv("HOME"); finder.bookmarks.load().empty() && home)
         settings.includeOnly(readableFolders({home}, identity, failed));
 

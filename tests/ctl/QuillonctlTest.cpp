@@ -247,6 +247,18 @@ TEST_F(FindTest, takesTheConfiguredFoldersElseTheHomeFolder)
     EXPECT_EQ(session_.disk().readFile("config/quillon/quillon.json"), before);
 }
 
+TEST_F(FindTest, searchesNoOtherFoldersWhereTheSettingsHaveAMistake)
+{
+    session_.disk().writeFile("config/quillon/quillon.json", "{\n\"qln-bookmarks\": {},\n}");
+    const Ending ending = session_.run("ctl find alpha");
+    EXPECT_EQ(ending.status, 2);
+    EXPECT_EQ(ending.out, "");
+    EXPECT_THAT(ending.err, testing::HasSubstr("/quillon.json:3:1: "));
+    const Ending given = session_.run("ctl find alpha --in " + home_);
+    EXPECT_EQ(given.status, 2);
+    EXPECT_EQ(given.out, home_ + "/alpha\n");
+}
+
 TEST_F(FindTest, joinsSeveralWordsByBlanks)
 {
     session_.disk().makeFolder("work/harbour plans/[x,y]");
