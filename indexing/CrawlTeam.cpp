@@ -60,7 +60,8 @@ void CrawlTeam::crawlAlone(const Crawler::Progress &progress)
     CrawlWorker *worker = nullptr;
     {
         const MutexLock lock(mutex_);
-        worker = members_.emplace_back(std::make_unique<CrawlWorker>(*this)).worker.get();
+        members_.push_back({.worker = std::make_unique<CrawlWorker>(*this)});
+        worker = members_.back().worker.get();
         worker->setMaxOpen(maxOpen_);
     }
     Clock::time_point next = Clock::now();

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <ranges>
 
 namespace quillon {
 
@@ -345,7 +344,8 @@ void PathTree::recycle()
     if (pins_.load() != 0)
         return;
     // The order is reversed, so that the siblings that come next get ascending ids.
-    for (const NodeId id : givenUp_ | std::views::reverse) {
+    std::ranges::reverse(givenUp_);
+    for (const NodeId id : givenUp_) {
         const Node &node = this->node(id);
         names_.release(node.name, node.nameLength);
         mutableNode(id) = {};

@@ -76,6 +76,7 @@ TEST(BoundedCalls, askADiskThatDidNotAnswerAgainOnlyAfterAWhile)
 TEST(BoundedCalls, leaveNoMoreThanSomeCallsBehind)
 {
     const Hang hang;
+    const Hang later;
     {
         BoundedCalls calls({.mostLeftBehind = 2});
         EXPECT_EQ(calls.run("/a", 20ms, hang), std::nullopt);
@@ -84,9 +85,9 @@ TEST(BoundedCalls, leaveNoMoreThanSomeCallsBehind)
         hang.released->release(2);
         while (!calls.run("/c", 60s, [] { return 1; }))
             std::this_thread::yield();
-        EXPECT_EQ(calls.run("/d", 20ms, hang), std::nullopt);
+        EXPECT_EQ(calls.run("/d", 20ms, later), std::nullopt);
     }
-    hang.released->release();
+    later.released->release();
 }
 
 TEST(BoundedCalls, areMadeOnTheCallersThreadWhereThereIsNoOther)

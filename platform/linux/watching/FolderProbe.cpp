@@ -28,7 +28,7 @@ Listing failureOf(int error)
 
 FolderProbe failedProbe(int error)
 {
-    using enum FolderLister::Kind;
+    using enum FolderKind;
     return {meansAbsence(error) ? nothing : unknown, {}};
 }
 
