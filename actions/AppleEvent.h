@@ -24,7 +24,7 @@ public:
     /// A list as it is, a text as the only item of one; absent for nothing. Moved out of this.
     std::optional<AppleEventDescriptor> coerceToList() &&;
 
-    // Of a list. Places count from 1.
+    // These are for a list, whose places count from 1.
 
     /// At place 0 the descriptor is appended. The place is one of the list, or the one after it.
     void insert(AppleEventDescriptor descriptor, std::size_t place);

@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 
 /// Qt tells a loss of the keyboard up to 100 ms late.
 constexpr auto SETTLING = 200ms;
-/// Of the free height, above the panel.
+/// This share of the free height is above the panel.
 constexpr double SHARE_ABOVE = 0.3;
 
 } // namespace

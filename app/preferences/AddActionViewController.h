@@ -16,7 +16,7 @@ namespace quillon {
 
 class FormNote;
 
-/// Told when an action was added.
+/// This is called when an action was added.
 class AddActionDelegate
 {
 public:
