@@ -12,4 +12,14 @@ constexpr std::string_view withoutTrailingSlashes(std::string_view path)
     return path;
 }
 
+/// Whether a path is the folder's own path or lies below it. Both are absolute and neither ends
+/// with
+/// "/", except for "/" itself.
+constexpr bool isAtOrBelow(std::string_view path, std::string_view folder)
+{
+    if (!path.starts_with(folder))
+        return false;
+    return folder == "/" || path.size() == folder.size() || path[folder.size()] == '/';
+}
+
 } // namespace quillon

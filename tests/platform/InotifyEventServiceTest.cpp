@@ -383,6 +383,10 @@ TEST_F(WatchingTest, noticesWhatIsMountedAndTakenAway)
     const std::string point = disk_.path("root/point");
     QUILLON_NEEDS(::mount("none", point.c_str(), "tmpfs", 0, nullptr) == 0, "the right to mount");
     EXPECT_THAT(rig.told(), ElementsAre("point"));
+    const std::string elsewhere = disk_.makeFolder("elsewhere");
+    ASSERT_EQ(::mount("none", elsewhere.c_str(), "tmpfs", 0, nullptr), 0);
+    EXPECT_THAT(rig.told(), IsEmpty()) << "a mount elsewhere does not concern the root";
+    ASSERT_EQ(::umount(elsewhere.c_str()), 0);
     disk_.makeFolder("root/point/on top");
     EXPECT_THAT(rig.told(), ElementsAre("point/on top"));
     ASSERT_EQ(::umount(point.c_str()), 0);

@@ -1,5 +1,6 @@
 #include "platform/linux/watching/WatchCore.h"
 
+#include "base/PathText.h"
 #include "platform/FSEventStream.h"
 #include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/watching/WatchBudget.h"
@@ -189,13 +190,12 @@ void WatchCore::mountsChanged()
     if (!changed)
         return retries_.addRoots();
     for (const std::string &point : *changed) {
-        // A mount may cover a root or anything above it.
-        rootsSuspect_ = true;
+        if (roots_.areConcernedByMount(point))
+            rootsSuspect_ = true;
         for (const auto &[root, node] : roots_.entered()) {
             std::error_code error;
             const std::string real = std::filesystem::canonical(root, error);
-            if (!error && point.size() > real.size() && point.starts_with(real) &&
-                (real == "/" || point[real.size()] == '/'))
+            if (!error && point != real && isAtOrBelow(point, real))
                 markMountPoint(node, point.substr(real == "/" ? 1 : real.size() + 1));
         }
     }

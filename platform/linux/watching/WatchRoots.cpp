@@ -1,5 +1,6 @@
 #include "platform/linux/watching/WatchRoots.h"
 
+#include "base/PathText.h"
 #include "platform/FSEventStream.h"
 
 #include <algorithm>
@@ -9,6 +10,18 @@
 #include <utility>
 
 namespace quillon {
+
+namespace {
+
+/// The path without links, or empty where nothing stands there or the disk did not answer.
+std::string realPathOf(const std::string &path)
+{
+    std::error_code error;
+    const auto real = std::filesystem::canonical(path, error);
+    return error ? std::string() : real.string();
+}
+
+} // namespace
 
 WatchRoots::WatchRoots(const InotifyQueue &queue, WatchedFolders &folders,
                        const FSEventItemTest &items, ChangeLog &changes, RetryList &retries,
@@ -75,6 +88,17 @@ std::vector<std::pair<std::string, WatchTree::Id>> WatchRoots::entered() const
         if (root.node != WatchTree::NONE && folders_.tree().isLive(root.node))
             entered.emplace_back(root.path, root.node);
     return entered;
+}
+
+bool WatchRoots::areConcernedByMount(std::string_view point) const
+{
+    return std::ranges::any_of(roots_, [&](const Root &root) {
+        if (isAtOrBelow(root.path, point))
+            return true;
+        // A root that is not there may be a link to what the mount brings.
+        return !root.isRemote && (root.realPath.empty() || isAtOrBelow(root.realPath, point) ||
+                                  isAtOrBelow(realPathOf(root.path), point));
+    });
 }
 
 // The folders above
@@ -161,6 +185,7 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     }
     const Guards guards = guard(queue_, root.path);
     own(guards);
+    root.realPath = realPathOf(root.path);
     const FolderProbe found = probeFolder(root.path, true);
     // Without all guards only looking tells that a root has come or gone.
     if (!guards.areComplete || !isOnServer || found.isUnknown())

@@ -41,6 +41,10 @@ public:
     /// The roots that are there, and their folders.
     std::vector<std::pair<std::string, Id>> entered() const;
 
+    /// Whether a mount that came or went at this point may have made a root appear, disappear or
+    /// become another folder.
+    bool areConcernedByMount(std::string_view point) const;
+
     /// The watches on the folders above a path, each with the name in that folder that leads to it.
     struct Guards
     {
@@ -74,6 +78,8 @@ private:
     struct Root
     {
         std::string path = {};
+        /// The path without links when the root was last checked, or empty when it was not there.
+        std::string realPath = {};
         Id node = WatchTree::NONE;
         bool isRemote = false;
         /// Was looked for before.
