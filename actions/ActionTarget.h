@@ -10,9 +10,9 @@ namespace quillon {
 class ActionTarget
 {
 public:
-    /// As stored; nothing about the key is checked.
+    /// Takes the key as it is stored and checks nothing.
     explicit ActionTarget(std::string key);
-    /// Absent for the empty text; anything else is taken as typed.
+    /// Makes a target of what the user typed; absent for the empty text.
     static std::optional<ActionTarget> fromText(std::string text);
 
     const std::string &key() const { return key_; }

@@ -47,7 +47,8 @@ struct AppleEvent
 
     /// The class of the events that scripts take.
     static constexpr std::string_view SCRIPTING_CLASS = "ascr";
-    /// Of this class: calls a handler, whose name and list of arguments are the parameters below.
+    /// The event of that class that calls a handler. Its name and its list of arguments are the
+    /// parameters below.
     static constexpr std::string_view SUBROUTINE_ID = "psbr";
     static constexpr std::string_view SUBROUTINE_NAME = "snam";
     static constexpr std::string_view DIRECT_OBJECT = "----";

@@ -11,7 +11,7 @@ class Output;
 /// Prints everything that an index of some folders would hold.
 struct CrawlCommand
 {
-    /// As typed.
+    /// The folders to crawl, as typed.
     std::vector<std::string> folders;
     std::vector<std::string> excludes;
     bool noDefaultExcludes = false;

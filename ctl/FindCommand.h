@@ -11,13 +11,14 @@ namespace quillon {
 
 class Output;
 
-/// Prints what matches a query, best first: of the index that the running application holds, or of
-/// the folders crawled now.
+/// Prints what matches a query, best first, from the index of the running application or from
+/// folders that are crawled now.
 struct FindCommand
 {
     /// Joined by blanks they are the query.
     std::vector<std::string> words;
-    /// As typed, crawled in any case; none means those of the settings, or the home folder.
+    /// The folders to crawl, as typed. With none, the running application is asked, else the
+    /// folders of the settings or the home folder are crawled.
     std::vector<std::string> folders;
     std::size_t top = 25;
     bool nulSeparated = false;

@@ -14,7 +14,7 @@ class Output;
 /// that ends.
 struct WatchCommand
 {
-    /// As typed.
+    /// The folders to watch, as typed.
     std::vector<std::string> folders;
     /// Seconds from a change to its being told, and from there to the update.
     double latency = 10.0;

@@ -33,7 +33,7 @@ protected:
     void SetUp() override { translateApplication(*qApp, GetParam().languages); }
     void TearDown() override
     {
-        // Those of the other tests were there before.
+        // Translators of earlier tests may still be installed.
         const auto all = qApp->findChildren<QTranslator *>();
         for (QTranslator *translator : all)
             if (!before_.contains(translator))

@@ -308,7 +308,8 @@ TEST(Crawler, findsWhatAPlainRecursionFindsInRandomTrees)
 
 constexpr std::array OTHERS = {"e", "f", "g", "h"};
 
-/// Of one length. Were they the same, all or none would be listed before what is beside them.
+/// A folder's name of 50 bytes for each level. Were the names equal, either all or none of them
+/// would be listed before their siblings.
 std::string chainName(int level)
 {
     return std::string(46, 'd') + std::to_string(1000 + level);

@@ -45,7 +45,8 @@ struct Row
     std::vector<const char *> arguments;
     Outcome instance;
     int status;
-    /// Of the running instance, and of the application that this becomes.
+    /// What the running instance is asked for, and what the application that this process becomes
+    /// is started for.
     const char *requested;
     const char *started;
     const char *complaint = "";

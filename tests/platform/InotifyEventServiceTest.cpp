@@ -463,7 +463,7 @@ TEST_F(WatchingTest, listsEverythingWhenEventsAreLostAndTheClockWasSet)
         return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec + step;
     };
     WatchRig rig(disk_.path("root"), options);
-    // As if all stamps to come were older than the last reading.
+    // All later stamps now seem older than the last reading.
     step = std::int64_t{3600} * 1'000'000'000;
     rig.flush();
     disk_.makeFolder("root/a/b/new");

@@ -65,7 +65,7 @@ TEST(UpdateFeed, knowsAListOfReleasesFromAnythingElse)
 struct ItemRow
 {
     const char *name;
-    /// Of one item.
+    /// The JSON fields of the one item in the feed.
     const char *fields;
     bool isTaken;
 

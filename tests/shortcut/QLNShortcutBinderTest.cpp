@@ -31,7 +31,7 @@ protected:
         QObject::connect(&binder, &QLNShortcutBinder::pressed, &binder, [this] { ++presses; });
     }
 
-    /// As by hand: the program learns of it later.
+    /// Changes the settings as an editor does; the binder learns of the change later.
     void write(const DefaultsValue &value) { defaults.set(PreferenceKeys::SHORTCUT, value); }
     void writeText(const std::string &text) { write({text}); }
 

@@ -75,7 +75,7 @@ public:
     }
 
     bool isAbleToWatch = true;
-    /// Of the streams to come.
+    /// Whether streams made from now on can be started.
     bool isAbleToStart = true;
     std::vector<std::shared_ptr<Stream>> streams;
     std::shared_ptr<const FSEventItemTest> armingItems;

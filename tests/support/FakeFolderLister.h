@@ -57,7 +57,7 @@ public:
     std::set<std::string> silent;
     /// Called with each path to open, by the crawl's threads.
     std::function<void(const std::string &path)> onOpen;
-    /// The same when it is read for the first time.
+    /// Called with each path when it is read for the first time, by the crawl's threads.
     std::function<void(const std::string &path)> onRead;
 
 private:

@@ -38,5 +38,5 @@ inline bool needsAreRequired()
     else                                                                                           \
         GTEST_SKIP() << "missing here: " << what
 
-/// The same for a program.
+/// Ends the test where the program is not installed.
 #define QUILLON_NEEDS_TOOL(program) QUILLON_NEEDS(quillon::isInstalled(program), program)

@@ -42,8 +42,8 @@ bool start(GDesktopAppInfo *application, GList *uris, GSpawnChildSetupFunc setUp
                                                      argument, nullptr, nullptr, nullptr);
 }
 
-/// The same application as a program, even where it would be asked over the bus to start and learn
-/// of no working folder. Null when its file is gone.
+/// Returns the application without its way over the bus, since a start over the bus passes on no
+/// working folder. Null when the application's file is gone.
 ObjectRef<GDesktopAppInfo> asProgram(GDesktopAppInfo *application)
 {
     const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> file(g_key_file_new(),

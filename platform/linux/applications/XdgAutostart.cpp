@@ -73,7 +73,7 @@ bool isThere(const fs::path &path)
 /// Whether the desktop would start this entry now.
 bool starts(const std::string &path)
 {
-    // None is made for an entry whose program is gone.
+    // GIO makes no application of an entry whose program is gone.
     const ObjectRef<GDesktopAppInfo> entry(g_desktop_app_info_new_from_filename(path.c_str()));
     if (!entry || g_desktop_app_info_get_is_hidden(entry.get()) ||
         !g_desktop_app_info_get_show_in(entry.get(), nullptr))

@@ -4,10 +4,11 @@
 
 namespace quillon {
 
-/// The right to the keyboard that this process was given by who started it, as Wayland or else as
-/// X11 has it; empty when there is none or it is no text. Main thread only.
+/// Returns the token by which the program that started this one passes on the right to the
+/// keyboard: Wayland's, or else X11's. Empty when there is none or it is no text. Main thread only.
 std::string activationToken();
-/// The same; from now on what this process starts does not inherit it.
+/// Returns that token and removes it from the environment, so that no program started from here
+/// inherits it.
 std::string takeActivationToken();
 
 } // namespace quillon

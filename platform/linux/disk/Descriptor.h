@@ -6,7 +6,7 @@
 
 namespace quillon {
 
-/// A file descriptor that is closed at the end; none when negative.
+/// Owns a file descriptor and closes it. A negative number means that there is none.
 class Descriptor
 {
 public:

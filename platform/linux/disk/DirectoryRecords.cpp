@@ -27,7 +27,7 @@ void readDirectoryRecords(std::span<const std::byte> records, int folder,
     using Length = decltype(dirent64::d_reclen);
     using Type = decltype(dirent64::d_type);
 
-    // Copied field by field: a record need not be as long as the structure.
+    // The fields are copied one by one, since a record may be shorter than the structure.
     for (std::size_t at = 0; at + offsetof(dirent64, d_name) < records.size();) {
         const std::byte *record = records.data() + at;
         Length length = 0;

@@ -8,9 +8,9 @@
 
 namespace quillon {
 
-/// Appends what the kernel's directory records (those of getdents64) name, "." and ".." left out.
-/// The names point into the records. Where a record does not tell the type of its file, that is
-/// asked for in folder, a descriptor of the folder that was read.
+/// Appends an entry for each of the records that getdents64() gave, except for "." and "..". The
+/// names point into the records. Where a record lacks the type of its file, asks for the type in
+/// folder, a descriptor of the folder that was read.
 void readDirectoryRecords(std::span<const std::byte> records, int folder,
                           std::vector<FolderEntry> &entries);
 

@@ -40,7 +40,8 @@ constexpr std::array PSEUDO{
     RPC_PIPEFS,
 };
 
-// A disk that a program mounts ("fuseblk") is changed through that mount alone, so it is none.
+// A local disk that a FUSE program mounts ("fuseblk") changes through that mount alone, so it is
+// not in this list.
 constexpr std::array<std::string_view, 23> REMOTE{
     "nfs",  "nfs4",  "cifs",   "smb3",     "smbfs",    "9p",     "ceph",   "afs",
     "coda", "fuse",  "ncpfs",  "virtiofs", "lustre",   "vboxsf", "prl_fs", "vmhgfs",

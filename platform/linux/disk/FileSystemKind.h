@@ -8,21 +8,21 @@ namespace quillon {
 /// What a statfs() type number says about a file system.
 using FileSystemType = std::uint64_t;
 
-/// Shows the state of the kernel and holds no files of anyone: proc, sysfs, cgroup and their kind.
-/// A place where autofs would mount something is one too: looking into it would mount it.
+/// Whether the file system shows the state of the kernel and holds nobody's files, as proc, sysfs
+/// and cgroup do. Includes autofs, where looking into a folder would mount something.
 bool isPseudoFileSystem(FileSystemType type);
 
-/// The name of the type that stands in the table of mounts where something is mounted once somebody
+/// The type that the table of mounts gives for a place where something is mounted once somebody
 /// looks into it.
 inline constexpr std::string_view AUTOMOUNT_TYPE = "autofs";
 
-/// Changes may be made by another machine or a program behind it, and the system here is not told
-/// of them: NFS, SMB, FUSE and their kind. Goes by the name of the type, as it stands in the table
-/// of mounts, since a server that is gone does not answer statfs().
+/// Whether another machine, or a program behind the file system, may change it without the kernel
+/// here being told, as with NFS, SMB and FUSE. Takes the name of the type from the table of mounts,
+/// since statfs() does not return when a server is gone.
 bool isRemoteFileSystem(std::string_view typeName);
 
-/// A folder's link count is exactly two and one for each of its subfolders, as long as it is not
-/// one, which these file systems use for "too many to count".
+/// Whether a folder's link count is two and one more for each of its subfolders. These file systems
+/// give a count of one where there are too many to count.
 bool countsSubfoldersAsLinks(FileSystemType type);
 
 } // namespace quillon

@@ -20,7 +20,7 @@ Descriptor openAt(int folder, const char *path, int flags)
 
 bool meansAbsence(int error)
 {
-    // A name that is too long for the file system stands for nothing on it.
+    // A file system cannot hold a name that is too long for it.
     return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
 }
 

@@ -7,16 +7,17 @@
 
 namespace quillon {
 
-/// A path that the system takes at once, relative to a folder.
+/// A path short enough for a system call, relative to a folder.
 struct ShortPath
 {
-    /// AT_FDCWD where the whole path is short enough.
+    /// Holds AT_FDCWD where the whole path is short enough.
     Descriptor folder;
     const char *path = nullptr;
 };
 
-/// Goes down a path that is longer than the system takes at once, piece by piece. Absent, with
-/// errno set, where a piece cannot be opened. The result points into the path.
+/// Opens the folders on the way, piece by piece, until the rest of the path is short enough for a
+/// system call. Absent, with errno set, where a piece cannot be opened. The result points into the
+/// path.
 std::optional<ShortPath> shorten(const std::string &path);
 
 /// Whether the error of a call, as in errno, says that nothing stands at the path. Any other error

@@ -14,14 +14,15 @@ struct Mount
     std::string type;
 };
 
-/// What is mounted, as this process sees it, earlier mounts first; absent when the kernel does not
-/// tell.
+/// Returns what is mounted, as this process sees it, earlier mounts first. Absent when the kernel
+/// does not tell.
 std::optional<std::vector<Mount>> mounts();
 
-/// The mounts in the text of /proc/self/mountinfo. Lines that make no sense are left out.
+/// Reads the text of /proc/self/mountinfo and leaves out lines that make no sense.
 std::vector<Mount> parseMounts(const std::string &mountInfo);
 
-/// Where something is mounted, as this process sees it; absent when the kernel does not tell.
+/// Returns where something is mounted, as this process sees it. Absent when the kernel does not
+/// tell.
 std::optional<std::vector<std::string>> mountPoints();
 
 /// The mount points in the text of /proc/self/mountinfo. Lines that make no sense are left out.

@@ -13,7 +13,7 @@
 
 namespace quillon {
 
-/// Where other file systems begin, and which of them are remote. Not locked.
+/// The points where other file systems begin, and which of them are remote. Not locked.
 class MountTable
 {
 public:
@@ -24,9 +24,9 @@ public:
     /// Reads the table again; returns the points where something has come or gone. Absent when the
     /// system did not answer.
     std::optional<std::vector<std::string>> reload();
-    /// A mount point somewhere has this name, so it is worth asking about the path.
+    /// Whether any mount point has this name, so that it is worth asking about the path.
     bool mayBeMountPoint(std::string_view name) const { return names_.contains(name); }
-    /// Whether the path, free of links, is such a point.
+    /// Whether a remote file system is mounted at the path, which is free of links.
     bool isRemoteMountPoint(const std::string &path) const;
     /// What begins at a place.
     enum class Border
@@ -36,7 +36,7 @@ public:
         /// Something is mounted there as soon as somebody looks into it.
         automount,
     };
-    /// The same for a name in a folder, whose path may have links in it. Absent when the disk did
+    /// What begins at a name in a folder, whose path may contain links. Absent when the disk did
     /// not answer for the folder.
     std::optional<Border> borderAt(const std::string &folder, std::string_view name) const;
     /// Whether the path, free of links, is on a remote file system.

@@ -43,8 +43,8 @@ std::optional<FileSystemType> fileSystemOf(const Descriptor &file)
     return static_cast<FileSystemType>(status.f_type);
 }
 
-/// Names that a mount point has somewhere: only a folder of such a name can begin another file
-/// system, and only there is it worth asking which one.
+/// The last names of all mount points. Only a folder of such a name can be the root of another file
+/// system, so only there is it worth asking which one.
 class MountNames
 {
 public:
@@ -64,7 +64,7 @@ private:
     std::unordered_set<std::string> names_;
 };
 
-/// What holds for everything opened from one root.
+/// What all folders opened from one root have in common.
 struct Terms
 {
     FolderLister::Wanted wanted = FolderLister::Wanted::everything;
@@ -157,14 +157,14 @@ bool PosixOpenFolder::read(FolderBatch &batch, std::error_code &error)
 
 bool PosixOpenFolder::isOnPseudoFileSystem(const std::string &name) const
 {
-    // Without O_DIRECTORY, so that nothing is mounted by asking.
+    // O_DIRECTORY would make autofs mount something.
     const Descriptor child = openAt(folder_.get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
     const auto type = child ? fileSystemOf(child) : std::nullopt;
     return type && isPseudoFileSystem(*type);
 }
 
-/// An unreadable folder is no leaf here: opening it is what tells the error. Where group and others
-/// differ, an access list may be behind it.
+/// An unreadable folder does not count as a leaf, since only opening it reports the error. Where
+/// the rights of the group and of others differ, an access list may decide.
 bool PosixOpenFolder::isReadableLeaf(const struct statx &status) const
 {
     constexpr unsigned int BOTH = S_IRGRP | S_IROTH;

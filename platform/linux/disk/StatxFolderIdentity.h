@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// Asks statx() and reads parent folders.
+/// Identifies folders by statx(), and finds a renamed folder by reading its parent.
 class StatxFolderIdentity final : public FolderIdentity
 {
 public:

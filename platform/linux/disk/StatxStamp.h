@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-/// What statx() has to be asked for.
+/// The fields that stampOf() needs from statx().
 constexpr unsigned int STATX_STAMP = STATX_INO | STATX_CTIME;
 
 inline FolderStamp stampOf(const struct statx &status)

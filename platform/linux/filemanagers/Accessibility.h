@@ -22,7 +22,7 @@ public:
         std::string service;
         std::string path;
     };
-    /// As the accessibility bus numbers them: AtspiRole in at-spi2-core's atspi-constants.h.
+    /// The numbers are those of AtspiRole in at-spi2-core's atspi-constants.h.
     enum class Role : std::uint32_t
     {
         layeredPane = 30,

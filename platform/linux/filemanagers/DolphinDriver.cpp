@@ -22,7 +22,7 @@ struct Place
     std::string folder;
 };
 
-/// Those of KDE's programs on this machine; empty when there is no list of them.
+/// The places that KDE's programs share; empty when the user has no list of them.
 std::vector<Place> places()
 {
     std::vector<Place> places;

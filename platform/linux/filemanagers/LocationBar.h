@@ -26,7 +26,7 @@ public:
 private:
     std::optional<Accessibility::Control> entry();
     std::optional<std::string> folderOfButtons();
-    /// Of those that stand directly inside the control; absent when they are no path.
+    /// The path that the buttons directly inside the control spell; absent when they spell none.
     std::optional<std::string> pathOfButtons(const Accessibility::Control &parent);
 
     Accessibility &accessibility_;

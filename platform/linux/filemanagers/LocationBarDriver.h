@@ -15,8 +15,8 @@ protected:
     /// Has a window that shows buttons show its entry instead; false when it cannot be asked.
     virtual bool showEntry(LocationBar &bar, const DesktopWindow &window, Deadline deadline);
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override;
-    /// As a user would write it; what is no text can only be written as a URI. Empty when there is
-    /// no way to write it.
+    /// The folder as a user would type it. A path that is no text can only be written as a URI.
+    /// Empty when there is no way to write it.
     virtual std::string typedLocation(const std::string &folder);
     std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline) override;
 };

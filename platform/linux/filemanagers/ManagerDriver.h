@@ -36,7 +36,7 @@ public:
     {
         /// Without ".desktop".
         std::vector<std::string> desktopIds;
-        /// As DesktopWindow has it.
+        /// The class of its windows, as in DesktopWindow.
         std::string windowClass;
         /// The name on the session bus that is its own.
         std::string busName;
@@ -92,7 +92,8 @@ protected:
                     Deadline deadline, BusConnection::Activation activation);
     /// Waits until the file manager answers on the bus and has it select the item.
     bool selectOnceReady(const std::string &item, Deadline deadline);
-    /// The same, after starting its program with options that have it wait for work.
+    /// Starts the program with options that have it wait for work, then does what selectOnceReady()
+    /// does.
     bool selectOnceStarted(const std::vector<std::string> &options, const std::string &item,
                            Deadline deadline);
     /// Starts the file manager's program with these options and the item or folder.

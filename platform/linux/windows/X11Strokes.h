@@ -38,7 +38,8 @@ private:
         std::uint16_t state = 0;
     };
     std::optional<Key> find(std::uint32_t symbol) const;
-    /// As events carry it.
+    /// The modifiers and the layout that are in force now, as events carry them. Absent when the
+    /// server does not tell.
     std::optional<std::uint16_t> heldState() const;
 
     xcb_connection_t *x_;

@@ -72,15 +72,17 @@ public:
 
     /// Asks the window manager to raise the window and to give it the keyboard.
     void activate(std::uint32_t window) const;
-    /// The same, and waits until the window has it; false when that does not come.
+    /// Asks for the keyboard and waits until the window has it. False when the deadline passes
+    /// first.
     bool activate(std::uint32_t window, Deadline deadline) const;
     /// Asks the window to close as its own button does.
     void close(std::uint32_t window) const;
 
     using Stroke = X11Strokes::Stroke;
-    /// As X11Strokes::send().
+    /// Sends the strokes to the window by X11Strokes::send().
     bool type(std::uint32_t window, const std::vector<Stroke> &strokes) const;
-    /// As X11Strokes::press(). False as well when the window does not have the keyboard.
+    /// Presses the stroke by X11Strokes::press(). Also false when the window does not have the
+    /// keyboard.
     bool press(std::uint32_t window, const Stroke &stroke) const;
 
     /// Tries until the answer is true or the deadline has passed, each time that a property of
