@@ -15,20 +15,20 @@ namespace {
 constexpr const char *FOLDER_TYPE = "inode/directory";
 constexpr std::string_view SUFFIX = ".desktop";
 
-// Without G_SPAWN_DO_NOT_REAP_CHILD nothing of the started program is left to us. Its outputs go
-// nowhere: whoever reads ours would wait for its end.
+// Without G_SPAWN_DO_NOT_REAP_CHILD this process need not wait for the started program. The
+// program's outputs are dropped, since a reader of our output would otherwise wait for its end.
 constexpr auto FLAGS = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
                                                 G_SPAWN_STDERR_TO_DEV_NULL);
 
-/// Runs in the started program: a session of its own, so that a Control-C or the end of the
-/// terminal that quillon was started from does not end it.
+/// Runs in the started process and gives it a session of its own. Otherwise a Control-C in the
+/// terminal that quillon was started from, or that terminal's end, would end the program.
 void detach(gpointer)
 {
     takeAllSignals();
     setsid();
 }
 
-/// Likewise.
+/// Runs in the started process as detach() does, and enters the folder.
 void detachIn(gpointer folder)
 {
     detach(nullptr);
@@ -96,7 +96,7 @@ bool launch(GAppInfo *application, const std::string &uri)
     if (!G_IS_DESKTOP_APP_INFO(application))
         return g_app_info_launch_uris(application, &uris, nullptr, nullptr);
     GDesktopAppInfo *const desktop = G_DESKTOP_APP_INFO(application);
-    // A request over the bus has to be out before this process may end.
+    // A request over the bus must be sent before this process may end.
     const ObjectRef<GDBusConnection> bus(g_desktop_app_info_get_boolean(desktop, "DBusActivatable")
                                              ? g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)
                                              : nullptr);

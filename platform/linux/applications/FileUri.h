@@ -5,10 +5,10 @@
 
 namespace quillon {
 
-/// The file URI of an absolute path: plain ASCII that stands for exactly its bytes.
+/// Returns the file URI of an absolute path, in ASCII. It stands for exactly the path's bytes.
 std::string fileUri(const std::string &path);
-/// The path of a file on this machine, without a slash at its end unless it is the root. Absent
-/// for anything else.
+/// Returns the path in a file URI of this machine, without a slash at its end unless it is the
+/// root. Absent for every other URI.
 std::optional<std::string> localPath(const std::string &uri);
 
 } // namespace quillon

@@ -4,9 +4,8 @@
 
 namespace quillon {
 
-/// The applications that GIO knows. The folder that the running program stands in is taken off the
-/// beginning of the process's PATH, so that what is started does not find it there. Main thread
-/// only.
+/// Starts the applications that GIO knows. The running program's own folder is removed from the
+/// beginning of PATH, so that started programs do not search it. Main thread only.
 class GioApplicationLauncher : public ApplicationLauncher
 {
 public:

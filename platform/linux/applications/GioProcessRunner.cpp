@@ -14,7 +14,7 @@ namespace quillon {
 
 namespace {
 
-/// What a shell uses when it finds no PATH.
+/// The PATH that shells use when there is none.
 constexpr std::string_view USUAL_PATH = "/usr/local/bin:/usr/bin:/bin";
 
 std::string pathBeginningWith(const std::string &folder)
@@ -100,7 +100,7 @@ private:
     ObjectRef<GSubprocess> process_;
     ObjectRef<GCancellable> cancellable_;
     std::atomic<bool> hasEnded_ = false;
-    /// Last, so that all it uses is there when it starts.
+    /// The last member, since the thread uses the others from its start.
     std::thread thread_;
 };
 

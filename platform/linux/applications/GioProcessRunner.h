@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-/// Programs as GIO runs them, each watched by a thread until it ends.
+/// Runs programs by GIO. A thread waits for the end of each.
 class GioProcessRunner : public ProcessRunner
 {
 public:

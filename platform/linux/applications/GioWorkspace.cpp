@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-/// Null when there is none or the item is gone.
+/// The application that opens the file by default. Null when there is none or the item is gone.
 ObjectRef<GAppInfo> defaultApplication(GFile *file)
 {
     return ObjectRef<GAppInfo>(g_file_query_default_handler(file, nullptr, nullptr));
@@ -55,7 +55,8 @@ std::vector<std::string> GioWorkspace::iconNames(const std::string &path) const
     if (!icon || !G_IS_THEMED_ICON(icon))
         return names;
     for (auto name = g_themed_icon_get_names(G_THEMED_ICON(icon)); *name; ++name) {
-        // Line drawings in one colour, the second by its type's name; the rows show the others.
+        // The rows show coloured icons. Symbolic ones have one colour, and so has "inode-directory"
+        // in most themes.
         const std::string_view text(*name);
         if (!text.ends_with("-symbolic") && text != "inode-directory")
             names.emplace_back(text);

@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// The desktop's default applications and icon names, as GIO knows them.
+/// Knows the desktop's default applications and icon names through GIO.
 class GioWorkspace : public Workspace
 {
 public:

@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-/// For a program that is being started, in its process: no signal is held back from it, whatever
-/// ProgramEnd holds back from the threads of this one.
+/// Unblocks all signals in the process of a program that is being started, since ProgramEnd blocks
+/// some of them in the threads of this one.
 inline void takeAllSignals()
 {
     sigset_t none;

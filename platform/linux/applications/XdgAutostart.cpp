@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char *GROUP = G_KEY_FILE_DESKTOP_GROUP;
-/// Written by some desktops' own settings instead of "Hidden".
+/// The key that some desktops' own settings write instead of "Hidden".
 constexpr const char *SWITCH = "X-GNOME-Autostart-enabled";
 constexpr int PRIVATE_FOLDER = 0700;
 
@@ -29,7 +29,7 @@ struct KeyFileFree
 };
 using KeyFile = std::unique_ptr<GKeyFile, KeyFileFree>;
 
-/// What the user starts, seen from the application that it turns into.
+/// The path of the command that the user runs, found from the application that it executes.
 std::string command()
 {
     const fs::path bin = fs::path(ownProgramFolder()) / QUILLON_BIN_FROM_PROGRAMS;
@@ -88,7 +88,7 @@ bool complain(const std::string &path, const std::string &reason)
     return false;
 }
 
-/// Puts the file in place of what stands there, all of it or nothing.
+/// Replaces the file in one step.
 bool save(GKeyFile *file, const std::string &path)
 {
     if (const std::string folder = fs::path(path).parent_path();
@@ -141,7 +141,7 @@ bool XdgAutostart::write() const
     set("Type", "Application");
     set("Name", "Quillon");
     set("Icon", "org.quillon.Quillon");
-    // Once the program is gone the desktop passes over the entry.
+    // With this key the desktop ignores the entry once the program is gone.
     set("TryExec", program_);
     set("Exec", execWord(program_) + " --background");
     set("Terminal", "false");

@@ -8,25 +8,25 @@
 
 namespace quillon {
 
-/// A desktop entry "org.quillon.Quillon.desktop" among those that the desktop starts at login. An
-/// entry of the user's hides those of the system; it is made and removed here.
+/// Makes and removes the user's desktop entry "org.quillon.Quillon.desktop" among those that the
+/// desktop starts at login. The user's entry hides entries of the system with that name.
 class XdgAutostart final : public Autostart
 {
 public:
-    /// For the command "quillon" that this program came from, in the folders of this desktop.
+    /// Starts the command "quillon" that this program was started by, in this desktop's folders.
     XdgAutostart();
-    /// The program is an absolute path and is started with "--background". The folders for such
-    /// entries are absolute, the user's own goes first.
+    /// Starts the program at the absolute path with "--background". The folders for such entries
+    /// are absolute, and the user's own folder comes first.
     XdgAutostart(std::string program, std::vector<std::string> folders);
 
     bool isEnabled() const override;
     bool setEnabled(bool enabled) override;
 
 private:
-    /// Whether the first entry in the folders from this one on is started.
+    /// Whether the desktop would start the first entry found in the folders from this one on.
     bool startsFrom(std::size_t first) const;
     bool write() const;
-    /// An entry that keeps those of the system from being started.
+    /// Writes an entry that keeps the system's entries from being started.
     bool writeHidden() const;
     bool remove() const;
 

@@ -12,9 +12,9 @@ namespace {
 const Accessibility::Control REGISTRY{"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"};
 const std::string ACCESSIBLE = "org.a11y.atspi.Accessible";
 const std::string ACTION = "org.a11y.atspi.Action";
-/// In the first word of a set of states.
+/// The bit for "checked" in the first word of a set of states.
 constexpr std::uint32_t STATE_CHECKED = 1U << 4;
-/// Extents are asked for on the screen.
+/// Asks for extents in coordinates of the screen.
 constexpr std::uint32_t ON_SCREEN = 0;
 constexpr int DEEPEST = 40;
 
@@ -41,7 +41,7 @@ bool isYes(const VariantRef &reply)
     return answer != FALSE;
 }
 
-/// Qt's windows leave out what follows the dash in the title.
+/// Accessible names of Qt's windows lack the part of the title after the dash.
 bool isTitleOf(const std::string &name, const std::string &title)
 {
     return name == title || (!name.empty() && title.starts_with(name + " \u2014 "));
@@ -158,7 +158,7 @@ Accessibility::frame(const DesktopWindow &window, const X11Windows &windows, Dea
     });
     if (named.size() < 2)
         return named.empty() ? std::nullopt : std::optional(named.front());
-    // Several folders of one name: nothing but its place tells which window is which.
+    // Where several windows show folders of the same name, only their places tell them apart.
     const auto box = windows.box(window.id);
     for (const Control &frame : named) {
         const auto reply = call(frame, "org.a11y.atspi.Component", "GetExtents",

@@ -11,8 +11,8 @@
 
 namespace quillon {
 
-/// The controls inside other programs' windows, as they show them to screen readers. Any thread;
-/// where there is no accessibility bus nothing is found.
+/// Finds the controls inside other programs' windows as screen readers do. Without an accessibility
+/// bus there are none. Safe from every thread.
 class Accessibility
 {
 public:
@@ -48,9 +48,9 @@ public:
     std::vector<Control> children(const Control &control, Deadline deadline);
     std::string name(const Control &control, Deadline deadline);
     Role role(const Control &control, Deadline deadline);
-    /// Whether a button that stays down is down.
+    /// Whether a toggle button is pressed.
     bool isChecked(const Control &control, Deadline deadline);
-    /// What an entry holds; absent where nothing can be written.
+    /// The text of an entry; absent for a control that cannot be edited.
     std::optional<std::string> text(const Control &control, Deadline deadline);
     bool setText(const Control &control, const std::string &text, Deadline deadline);
     /// The name of a control's first action, as "activate"; empty when it has none.
@@ -65,8 +65,8 @@ public:
         leftOut,
         searched
     };
-    /// Goes through the controls inside another, depth first, until the visitor returns true for
-    /// one, which is returned. What stands in lists, tables and trees is left out.
+    /// Visits the controls inside another one, depth first, and returns the first for which the
+    /// visitor returns true. The items of lists, tables and trees are left out.
     std::optional<Control> find(const Control &root, const Visitor &visitor, Deadline deadline,
                                 Menus menus = Menus::leftOut);
 

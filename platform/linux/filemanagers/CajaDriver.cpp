@@ -6,8 +6,9 @@ namespace quillon {
 
 namespace {
 
-/// MATE's. The bus cannot start it, and its option to select asks whichever file manager owns the
-/// shared name; so it is started without a window and asked by its own name.
+/// Drives caja, MATE's file manager. The bus cannot start it, and its option to select asks
+/// whichever file manager owns the shared name. So it is started without a window and then called
+/// by its own name.
 class CajaDriver : public LocationBarDriver
 {
 public:
@@ -31,10 +32,10 @@ protected:
         if (windows.isComplete())
             windows.waitUntil(
                 0, [&] { return !(started = windowsSince(before)).empty(); }, deadline);
-        // The folder at least is open.
+        // The folder is open even where the item cannot be selected.
         if (!selectOnceReady(item, deadline))
             return true;
-        // The selection comes in a second window.
+        // The selection brings up a second window.
         if (started.size() == 1 &&
             windows.waitUntil(
                 0, [&] { return windowsSince(before).size() > 1; }, deadline))
@@ -43,7 +44,8 @@ protected:
     }
 
 private:
-    /// The windows of its class that were not there before; those may be the user's.
+    /// The windows of its class that have come since. Windows that were there before may be the
+    /// user's.
     std::vector<std::uint32_t> windowsSince(const std::vector<std::uint32_t> &before) const
     {
         std::vector<std::uint32_t> ids;

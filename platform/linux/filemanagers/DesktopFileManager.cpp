@@ -16,13 +16,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// For one call of the service, whatever it asks of file managers and disks on the way.
+/// The time for one call of the service, whatever it asks of file managers and disks on the way.
 constexpr auto CALL_LIMIT = 3000ms;
-/// For one answer of a file system, within the limit of the call.
+/// The time for one answer of a file system, within CALL_LIMIT.
 constexpr auto DISK_LIMIT = 2000ms;
-/// Until a window of ours that is hidden has lost the keyboard.
+/// The time until a window of ours that is hidden has lost the keyboard.
 constexpr auto LEAVING_LIMIT = 150ms;
-/// Until a window that was opened is there.
+/// The time until a window that was opened is there.
 constexpr auto WINDOW_LIMIT = 2000ms;
 
 std::string withoutSuffix(const std::string &desktopId)
@@ -132,7 +132,7 @@ std::string DesktopFileManager::application() const
 
 std::string DesktopFileManager::standardApplication() const
 {
-    // Anything may have made itself the default for folders: an editor, a disk analyser.
+    // Any program may be the default for folders, for example an editor or a disk analyser.
     const auto ids = folderApplications();
     const auto found =
         std::ranges::find_if(ids, [this](const std::string &id) { return isFileManager(id); });
@@ -167,7 +167,8 @@ std::vector<DesktopWindow> DesktopFileManager::shownWindows(const ManagerDriver 
 
 void DesktopFileManager::putInFront(std::uint32_t window, Deadline deadline) const
 {
-    // Our window that the wish came from may be on its way out. One that stays has come again.
+    // The panel, from which the request came, may still be closing. If it stays, the user has
+    // brought it up again.
     const auto isOursGone = [this] { return windows_.process(windows_.activeId()) != getpid(); };
     if (windows_.waitUntil(0, isOursGone, deadline.atMost(LEAVING_LIMIT)))
         windows_.activate(window);
@@ -182,7 +183,8 @@ bool DesktopFileManager::bringUp(const ManagerDriver &driver, const std::functio
         return false;
     if (!windows_.isComplete() || windowClass.empty())
         return true;
-    // It has the keyboard already unless the window manager is on guard against thieves.
+    // The new window has the keyboard already, unless the window manager prevents windows from
+    // taking it.
     std::uint32_t opened = 0;
     windows_.waitUntil(
         0,

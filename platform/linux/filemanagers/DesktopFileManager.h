@@ -16,15 +16,16 @@
 
 namespace quillon {
 
-/// The file managers of this desktop: nautilus, nemo, caja, thunar, dolphin and pcmanfm-qt as each
-/// wants to be asked, any other one in the ways that all have in common.
+/// Drives the file manager of this desktop: nautilus, nemo, caja, thunar, dolphin and pcmanfm-qt
+/// each by its own driver, any other one by what all file managers have in common.
 ///
-/// The calls that open something are for one thread at a time; reading the front window may go on
-/// beside them.
+/// Only one thread at a time may call what opens something. The front window may be read from
+/// another thread meanwhile.
 class DesktopFileManager : public FileManager
 {
 public:
-    /// Tells the desktop id of the file manager that the user wants, if any. Any thread.
+    /// Returns the desktop id of the file manager that the user has chosen, if any. Called from any
+    /// thread.
     using Choice = std::function<std::optional<std::string>()>;
 
     explicit DesktopFileManager(Choice choice);
@@ -41,11 +42,11 @@ public:
     bool select(const std::string &item, const std::string &folder) override;
     bool probe() override;
 
-    /// The folder that the window noted shows, if it can be found out.
+    /// The folder that the noted window shows; absent when no way to find out has worked.
     std::optional<std::string> frontWindowFolder();
 
 private:
-    /// A file manager to be asked.
+    /// The file manager to ask.
     struct Chosen
     {
         ObjectRef<GDesktopAppInfo> application;
@@ -62,9 +63,9 @@ private:
     /// The windows of the file manager's class that are not minimised, the topmost first.
     std::vector<DesktopWindow> shownWindows(const ManagerDriver &driver) const;
     bool openNewWindow(const Chosen &chosen, const std::string &folder, Deadline deadline);
-    /// Gives a window the keyboard, unless the user wants something of us again.
+    /// Gives a window the keyboard, unless the user has brought up one of our windows again.
     void putInFront(std::uint32_t window, Deadline deadline) const;
-    /// Runs what brings up a window and puts that window in front.
+    /// Calls open(), which brings up a window, and puts that window in front.
     bool bringUp(const ManagerDriver &driver, const std::function<bool()> &open, Deadline deadline);
 
     const Choice choice_;
@@ -72,10 +73,11 @@ private:
     Accessibility accessibility_;
     const X11Windows windows_;
     BoundedCalls disk_;
-    /// For the main thread, which must not wait for another one's answers.
+    /// The main thread has this connection to itself, so that it waits for no other thread's
+    /// answers.
     const X11Windows frontWindows_;
     std::vector<std::unique_ptr<ManagerDriver>> drivers_;
-    /// For every file manager that is not known better.
+    /// Drives every file manager without a driver of its own.
     std::unique_ptr<ManagerDriver> generic_;
 
     mutable Mutex mutex_;

@@ -45,8 +45,8 @@ std::vector<Place> places()
     return places;
 }
 
-/// KDE's: each process has a bus name of its own, and its windows are objects there. A folder is
-/// opened in a tab of an existing window.
+/// Drives dolphin, KDE's file manager. Each of its processes has a bus name of its own, where its
+/// windows are objects. It opens a folder in a tab of an existing window.
 class DolphinDriver : public ManagerDriver
 {
 public:
@@ -80,12 +80,12 @@ protected:
         return start({"--new-window", "--select"}, item);
     }
 
-    /// The title of a folder that the user has among the places is the place's.
+    /// A folder that is among the user's places has the place's name as the title.
     std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline) override
     {
         return openPlace(window, nameIn(window), deadline);
     }
-    /// The places that it comes with have names in the user's language, which the list has not.
+    /// Dolphin's own places are shown in the user's language, but their names in the list are not.
     std::optional<std::string> untitledFolder(const DesktopWindow &window,
                                               Deadline deadline) override
     {
@@ -98,7 +98,7 @@ protected:
     }
 
 private:
-    /// In whichever tab.
+    /// Whether any tab of the window shows the folder.
     bool isOpen(const BusObject &mainWindow, const std::string &folder, Deadline deadline)
     {
         const auto reply = surroundings().session.call(
@@ -109,7 +109,8 @@ private:
         return isOpen != FALSE;
     }
 
-    /// A place of this name, or of any, that is open in the window.
+    /// The folder of a place that is open in the window. With a name, only places of that name
+    /// count.
     std::optional<std::string> openPlace(const DesktopWindow &window,
                                          const std::optional<std::string> &name, Deadline deadline)
     {
@@ -123,7 +124,7 @@ private:
         return std::nullopt;
     }
 
-    /// The object that is the window.
+    /// The object on the bus that stands for the window.
     std::optional<BusObject> mainWindow(const DesktopWindow &window, Deadline deadline)
     {
         auto &session = surroundings().session;

@@ -62,9 +62,9 @@ std::optional<std::string> LocationBar::folderOfButtons()
 
 std::optional<std::string> LocationBar::pathOfButtons(const Accessibility::Control &parent)
 {
-    // The buttons stand side by side, that of the root is the last one and the only one without a
-    // name; the one of the folder shown is pressed, and those before it lead to where the user has
-    // been.
+    // The buttons are listed from the deepest folder up. The last one is the root's and the only
+    // one without a name. The button of the folder shown is pressed; those before it lead to
+    // folders further down in which the user has been.
     std::string path;
     bool isOnTheWay = false;
     bool isAtRoot = false;

@@ -7,20 +7,20 @@
 
 namespace quillon {
 
-/// Where a window of a GTK file manager says which folder it shows: an entry with the path, or a
-/// row of buttons for the folders on the way to it. One thread at a time.
+/// The part of a GTK file manager's window that says which folder it shows: an entry with the path,
+/// or a row of buttons for the folders on the way to it. For one thread at a time.
 class LocationBar
 {
 public:
     LocationBar(Accessibility &accessibility, Accessibility::Control frame, Deadline deadline);
 
-    /// The path shown, of which nothing is known but that it is absolute. Absent when there is
-    /// neither entry nor buttons.
+    /// The path shown, which is absolute but need not exist. Absent when there is neither an entry
+    /// nor a row of buttons.
     std::optional<std::string> folder();
     /// Writes a location, a path or a URI, into the entry and confirms it. False without an entry.
     bool go(const std::string &location);
     bool hasEntry() { return entry().has_value(); }
-    /// Has the window show its entry, as the key Control-L does. False when it cannot be asked.
+    /// Makes the window show its entry, as the key Control-L does. False when it offers no way.
     bool showEntry();
 
 private:

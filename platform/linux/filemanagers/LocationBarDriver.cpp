@@ -39,7 +39,7 @@ std::optional<std::string> LocationBarDriver::toldFolder(const DesktopWindow &wi
     if (!frame)
         return std::nullopt;
     auto folder = LocationBar(accessibility, *frame, deadline).folder();
-    // Buttons show what can be shown of a name that is no text.
+    // The buttons show a name that is no text only in part.
     const auto isFolder = [path = folder.value_or("")] {
         std::error_code ignored;
         return std::filesystem::is_directory(path, ignored);

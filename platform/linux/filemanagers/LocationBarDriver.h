@@ -5,14 +5,14 @@
 
 namespace quillon {
 
-/// A file manager that is led by the location bar of its windows.
+/// Drives a file manager by the location bar of its windows.
 class LocationBarDriver : public ManagerDriver
 {
 public:
     using ManagerDriver::ManagerDriver;
 
 protected:
-    /// Has a window that shows buttons show its entry instead; false when it cannot be asked.
+    /// Makes a window that shows buttons show its entry instead. False when it offers no way.
     virtual bool showEntry(LocationBar &bar, const DesktopWindow &window, Deadline deadline);
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override;
     /// The folder as a user would type it. A path that is no text can only be written as a URI.

@@ -17,9 +17,9 @@ namespace {
 using namespace std::chrono_literals;
 
 const std::string COMMON_NAME = "org.freedesktop.FileManager1";
-/// For one question to a file manager: one that hangs leaves time for another way.
+/// The time for one question to a file manager. If it hangs, time is left for another way.
 constexpr auto ANSWER_LIMIT = 1500ms;
-/// Until a window that was asked shows the folder.
+/// The time until a window that was asked shows the folder.
 constexpr auto SHOWING_LIMIT = 1000ms;
 constexpr auto SEARCH_LIMIT = 700ms;
 
@@ -29,8 +29,8 @@ std::string lastName(const std::string &path)
     return name.empty() ? path : name;
 }
 
-/// Titles are the folder's name or path, some with the program's name after it. Of a name that is
-/// no text they show the beginning.
+/// A title is the folder's name or path; some are followed by the program's name. Where a name is
+/// no text, the title shows its beginning.
 bool isTitleFor(const std::string &title, const std::string &folder)
 {
     const std::string name = lastName(folder);
@@ -100,7 +100,7 @@ bool ManagerDriver::openNewWindow(GDesktopAppInfo *application, const std::strin
     const auto &command = identity_.newWindowCommand;
     const char *program =
         application ? g_app_info_get_executable(G_APP_INFO(application)) : nullptr;
-    // One in a sandbox is started by another program, which has other options.
+    // An application in a sandbox is started by another program, whose options differ.
     if (!command.empty() && program && lastName(program) == command.front() &&
         start(program, {command.begin() + 1, command.end()}, folder))
         return true;
@@ -122,13 +122,14 @@ std::optional<std::string> ManagerDriver::commonName(Deadline deadline)
 
 bool ManagerDriver::selectOnceReady(const std::string &item, Deadline deadline)
 {
-    // It has its name before it answers to it, so nothing tells when it is ready but an answer.
+    // A starting program owns its name before it answers calls, so only an answer tells that it is
+    // ready.
     return surroundings_.windows.waitUntil(
         0,
         [&] {
             const auto name = commonName(deadline);
             const Deadline limit = deadline.atMost(ANSWER_LIMIT);
-            // Asked again because its answer comes late, it would show two windows.
+            // Asking again because the answer is late would bring up a second window.
             return name &&
                    (callCommon(*name, "ShowItems", item, limit, BusConnection::Activation::never) ||
                     limit.hasPassed());
@@ -151,7 +152,7 @@ bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item
     const Deadline limit = deadline.atMost(ANSWER_LIMIT);
     if (name && callCommon(*name, "ShowItems", item, limit, BusConnection::Activation::never))
         return true;
-    // One that runs and does not answer would not answer once it is started again either.
+    // A file manager that runs but hangs would not answer after another start either.
     const bool hangs = name && limit.hasPassed();
     if (!hangs && selectByOwnMeans(item, folder, deadline))
         return true;
@@ -164,7 +165,7 @@ bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item
 bool ManagerDriver::ownsCommonName(GDesktopAppInfo *application, Deadline deadline)
 {
     auto &session = surroundings_.session;
-    // Whoever it is that the bus starts for the name shows nothing by that.
+    // Starting the owner of the common name shows no window yet.
     if (!application || !session.start(COMMON_NAME, deadline.atMost(ANSWER_LIMIT)))
         return false;
     const char *program = g_app_info_get_executable(G_APP_INFO(application));
@@ -217,8 +218,8 @@ std::optional<std::uint32_t> ManagerDriver::retarget(const std::vector<DesktopWi
 bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &folder,
                                 Deadline deadline)
 {
-    // A title that was fitting before proves nothing, and neither does a location that has been
-    // written but not gone to.
+    // A title that fitted before proves nothing. Nor does a location bar prove anything, since it
+    // may hold a location that was written but not opened.
     const bool isTitleTelling = !isTitleFor(before.title, folder);
     const Deadline limit = deadline.atMost(SHOWING_LIMIT);
     const auto isWatched = [&] {
@@ -233,7 +234,8 @@ bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &
         const bool isTitled = isTitleFor(now.title, folder);
         if (isTitled && isTitleTelling)
             return true;
-        // Some folders have a title of their own, as "Home". The root is not watched.
+        // Some folders have a title of their own, for example "Home". File managers do not watch
+        // the root.
         const bool hasMoved = now.title != before.title || folder == "/" || isWatched();
         return hasMoved && (isTitled || isTold(now, folder, limit));
     };
@@ -264,7 +266,7 @@ std::optional<std::string> ManagerDriver::folderOf(const DesktopWindow &window, 
                          limit = deadline.atMost(SEARCH_LIMIT)] {
         return watchedFolder(process, name, limit);
     };
-    // The search goes through what the process has open, wherever that is.
+    // The search reads the process's open files, which may lie on a disk that does not answer.
     const auto limit = deadline.atMost(2 * SEARCH_LIMIT).remaining();
     if (auto folder = surroundings_.disk.run("/proc", limit, search).value_or(std::nullopt))
         return folder;

@@ -15,26 +15,26 @@
 
 namespace quillon {
 
-/// What a driver works with.
+/// The services that a driver works with.
 struct Surroundings
 {
     BusConnection &session;
     Accessibility &accessibility;
     const X11Windows &windows;
-    /// For questions to file systems, which may be gone.
+    /// Bounds questions to file systems, whose servers may be gone.
     BoundedCalls &disk;
 };
 
-/// How one file manager is asked to do things. The base class asks it in the ways that hold for
-/// all, and thereby serves those that are not known better. One call at a time for actions;
-/// folderOf() may run beside them.
+/// Drives one file manager. The base class does so by what all file managers have in common, and
+/// thereby serves those without a class of their own. Actions are called one at a time; folderOf()
+/// may run beside them.
 class ManagerDriver
 {
 public:
-    /// Texts are empty where a file manager has no such thing or it is not known.
+    /// Empty texts stand for what a file manager lacks or what is unknown.
     struct Identity
     {
-        /// Without ".desktop".
+        /// Its desktop ids without ".desktop".
         std::vector<std::string> desktopIds;
         /// The class of its windows, as in DesktopWindow.
         std::string windowClass;
@@ -55,42 +55,44 @@ public:
 
     const Identity &identity() const { return identity_; }
 
-    // False when nothing was done. The application is the one whose windows are meant.
+    // The application is the one whose windows are meant. These return false when nothing was done.
 
     bool openNewWindow(GDesktopAppInfo *application, const std::string &folder, Deadline deadline);
     /// Shows the item selected in its folder.
     bool select(GDesktopAppInfo *application, const std::string &item, const std::string &folder,
                 Deadline deadline);
-    /// Has the first of the windows that can be asked show the folder, and makes sure that it does.
-    /// Returns that window; absent when none shows it.
+    /// Makes the first window that accepts it show the folder, and waits until it does. Returns
+    /// that window; absent when none comes to show the folder.
     std::optional<std::uint32_t> retarget(const std::vector<DesktopWindow> &windows,
                                           const std::string &folder, Deadline deadline);
     /// The folder that a window shows.
     std::optional<std::string> folderOf(const DesktopWindow &window, Deadline deadline);
-    /// Asks the file manager something that changes nothing. False when it does not run.
+    /// Whether the file manager runs and answers a question that changes nothing.
     bool isAnswering(Deadline deadline);
 
 protected:
-    /// Has the window show the folder; false when it cannot be asked, as one of another program
-    /// that calls itself by the same class, or one that shows no folder.
+    /// Asks the window to show the folder. False when the window takes no such request, because it
+    /// shows no folder or belongs to another program of the same class.
     virtual bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline);
-    /// Selects an item in a way of the file manager's own, where the usual one was of no use.
+    /// Selects an item in the file manager's own way, after the usual way has failed.
     virtual bool selectByOwnMeans(const std::string &item, const std::string &folder,
                                   Deadline deadline);
-    /// What the file manager tells about a window; absent when it tells nothing.
+    /// The folder that the file manager reports for a window; absent when it reports none.
     virtual std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline);
-    /// Whether the file manager tells that a window shows the folder.
+    /// Whether the file manager reports that a window shows the folder.
     virtual bool isTold(const DesktopWindow &window, const std::string &folder, Deadline deadline);
-    /// The folder of a window that neither tells it nor has its name as the title.
+    /// The folder of a window for which the file manager reports none and whose title is not the
+    /// folder's name.
     virtual std::optional<std::string> untitledFolder(const DesktopWindow &window,
                                                       Deadline deadline);
-    /// The name on the bus under which the file manager itself offers the interface that all have.
+    /// The bus name under which this very file manager offers the interface that all have in
+    /// common. Absent when it offers none.
     virtual std::optional<std::string> commonName(Deadline deadline);
 
-    /// ShowItems or ShowFolders of the interface that all have, with one URI.
+    /// Calls ShowItems or ShowFolders of the common interface with one URI.
     bool callCommon(const std::string &service, const std::string &method, const std::string &path,
                     Deadline deadline, BusConnection::Activation activation);
-    /// Waits until the file manager answers on the bus and has it select the item.
+    /// Waits until the file manager answers on the bus, then asks it to select the item.
     bool selectOnceReady(const std::string &item, Deadline deadline);
     /// Starts the program with options that have it wait for work, then does what selectOnceReady()
     /// does.
@@ -99,7 +101,7 @@ protected:
     /// Starts the file manager's program with these options and the item or folder.
     bool start(const std::vector<std::string> &options, const std::string &path);
 
-    /// What the title says about the folder: its name, as a rule.
+    /// The folder's part of the window's title, which as a rule is its name.
     std::string nameIn(const DesktopWindow &window) const;
     const Surroundings &surroundings() const { return surroundings_; }
     static BusObject commonObject(const std::string &service);
@@ -107,9 +109,9 @@ protected:
 private:
     bool start(const std::string &program, const std::vector<std::string> &options,
                const std::string &path);
-    /// Whether the application is who answers to the name that all file managers share.
+    /// Whether the application owns the bus name that all file managers share.
     bool ownsCommonName(GDesktopAppInfo *application, Deadline deadline);
-    /// Waits until the window, as it was before it was asked, shows the folder.
+    /// Waits until the window shows the folder; `before` describes it before it was asked.
     bool comesToShow(const DesktopWindow &before, const std::string &folder, Deadline deadline);
 
     const Identity identity_;

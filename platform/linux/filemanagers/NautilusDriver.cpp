@@ -9,7 +9,8 @@ namespace {
 
 constexpr const char *ACTION = "open-location";
 
-/// GNOME's: its windows are objects on the bus with actions of their own.
+/// Drives nautilus, GNOME's file manager, whose windows are objects on the bus with actions of
+/// their own.
 class NautilusDriver : public ManagerDriver
 {
 public:
@@ -33,7 +34,7 @@ protected:
         const BusObject actions{window.gtkBusName, window.gtkObjectPath, "org.gtk.Actions"};
         if (actions.service.empty() || actions.path.empty())
             return false;
-        // An unknown action would be answered as if it had been carried out.
+        // Nautilus answers a call of an unknown action as if it had carried it out.
         const auto known =
             session.call(actions, "Describe", g_variant_new("(s)", ACTION), deadline);
         if (!known)
@@ -58,8 +59,8 @@ protected:
     }
 
 private:
-    /// Which tab is in front is not told, but the title is its folder's name; that of the home
-    /// folder is a word of the user's language.
+    /// Nautilus does not report which tab is in front, but the title is the name of that tab's
+    /// folder. The home folder's title is a word in the user's language.
     static std::optional<std::string> shownTab(GVariant *tabs, const std::string &title)
     {
         std::optional<std::string> untitled;

@@ -4,7 +4,7 @@ namespace quillon {
 
 namespace {
 
-/// Cinnamon's.
+/// Drives nemo, Cinnamon's file manager.
 class NemoDriver : public LocationBarDriver
 {
 public:
@@ -24,10 +24,10 @@ protected:
 
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
     {
-        // Asked first: a busy machine may leave no time for it afterwards.
+        // This question comes first, since a busy machine may leave no time for it afterwards.
         const bool isOwn =
             surroundings().session.process(identity().busName, deadline) == window.process;
-        // Otherwise a tab of the window that was last in use, which is none of another program.
+        // Otherwise nemo opens a tab in the window that was last in use, which is always its own.
         return LocationBarDriver::show(window, folder, deadline) ||
                (isOwn && start({"--existing-window"}, folder));
     }

@@ -16,7 +16,7 @@ constexpr int IDLE_ANSWERS = 4;
 /// A key takes longer to arrive than a message on the bus.
 constexpr auto KEY_DELAY = 50ms;
 
-/// A URI of the characters that every keyboard has within reach.
+/// Returns a URI of characters that can be typed on every keyboard.
 std::string typedUri(const std::string &path)
 {
     const GString8 escaped(
@@ -24,7 +24,7 @@ std::string typedUri(const std::string &path)
     return std::string("file://") + escaped.get();
 }
 
-/// LXQt's: its windows offer nothing but their keys.
+/// Drives pcmanfm-qt, LXQt's file manager, whose windows accept nothing but keys.
 class PcmanfmQtDriver : public LocationBarDriver
 {
 public:
@@ -37,7 +37,7 @@ public:
     {}
 
 protected:
-    /// It answers under the shared name only, and only while it owns that.
+    /// It answers only under the shared name, while it owns that name.
     std::optional<std::string> commonName(Deadline deadline) override
     {
         auto &session = surroundings().session;
@@ -57,7 +57,7 @@ protected:
     bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline) override
     {
         const X11Windows &windows = surroundings().windows;
-        // No other program gets these keys.
+        // The keys must reach no other program.
         if (surroundings().session.process(identity().busName, deadline) != window.process)
             return false;
         if (!windows.activate(window.id, deadline.atMost(ACTIVATION_LIMIT)))
@@ -73,8 +73,8 @@ protected:
     }
 
 private:
-    /// Lets what the program has been sent take effect: it puts off giving its entry the keyboard
-    /// until it is idle. That it is cannot be seen, but it answers the bus no sooner.
+    /// Waits until the keys sent so far have taken effect. The program gives its entry the keyboard
+    /// only once it is idle, which cannot be seen; but it does not answer the bus sooner.
     void settle(Deadline deadline)
     {
         const BusObject program{identity().busName, "/Application",

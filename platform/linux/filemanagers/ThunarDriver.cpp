@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 
 constexpr auto ACTIVATION_LIMIT = 500ms;
 
-/// Xfce's.
+/// Drives thunar, Xfce's file manager.
 class ThunarDriver : public LocationBarDriver
 {
 public:
@@ -23,14 +23,14 @@ public:
     {}
 
 protected:
-    /// A URI of what is no text is answered with a dialogue.
+    /// Thunar shows an error dialogue for a URI whose path is no text.
     std::string typedLocation(const std::string &folder) override
     {
         const std::string location = LocationBarDriver::typedLocation(folder);
         return location == folder ? location : std::string();
     }
 
-    /// Its menus are empty until they are opened, so nothing but the key is left.
+    /// Thunar's menus are empty until they are opened, so only the key remains.
     bool showEntry(LocationBar &bar, const DesktopWindow &window, Deadline deadline) override
     {
         const X11Windows &windows = surroundings().windows;

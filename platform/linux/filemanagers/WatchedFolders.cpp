@@ -19,8 +19,8 @@ namespace {
 
 using Inodes = std::unordered_set<std::uint64_t>;
 
-/// The inodes that a process watches. Their devices are told as well, but not as stat() tells them
-/// on every file system; the name has to fit in addition.
+/// Returns the inodes that a process watches. Their devices are of no use, since on some file
+/// systems they differ from what stat() gives; so a folder's name is compared as well.
 Inodes watchedInodes(pid_t process)
 {
     Inodes inodes;
@@ -73,7 +73,7 @@ public:
     }
 
 private:
-    /// Reads one folder; those in it are to be read after all that wait.
+    /// Reads one folder and appends its subfolders to those that wait to be read.
     std::optional<std::string> read(const std::string &folder, std::deque<std::string> &waiting)
     {
         std::error_code error;
@@ -110,7 +110,7 @@ bool isWatchedFolder(pid_t process, const std::string &path)
 
 std::optional<std::string> watchedFolder(pid_t process, const std::string &name, Deadline deadline)
 {
-    // No folder but the root has this for its name.
+    // Only the root has this name.
     if (name == "/")
         return name;
     const Inodes inodes = watchedInodes(process);

@@ -9,13 +9,14 @@
 
 namespace quillon {
 
-/// A folder of this name, or with this path, that the process watches for changes, as a file
-/// manager does with what it shows: looked for below the user's home folder and then everywhere,
-/// nearest first, without the hidden folders and what is mounted from other machines. Absent when
-/// none is found in time.
+/// Returns a folder with this name or path that the process watches for changes, as a file manager
+/// watches the folder it shows. Searches the user's home folder and then everything else, nearest
+/// folders first, except for hidden folders and what is mounted from other machines. Absent when
+/// none is found before the deadline.
 std::optional<std::string> watchedFolder(pid_t process, const std::string &name, Deadline deadline);
 
-/// Whether the process watches this folder; unknown, and thus false, for another user's processes.
+/// Whether the process watches this folder. False for another user's process, whose watches are
+/// unknown.
 bool isWatchedFolder(pid_t process, const std::string &path);
 
 } // namespace quillon

@@ -10,10 +10,10 @@ namespace quillon {
 
 namespace {
 
-/// Where events carry the number of the layout.
+/// The position of the layout's number in an event's state.
 constexpr unsigned LAYOUT_SHIFT = 13;
 constexpr std::uint32_t CONTROL = 0xffe3;
-/// The locks of capitals and numbers leave a stroke with Control what it is.
+/// The modifiers that change a stroke. Caps Lock and Num Lock do not change one with Control.
 constexpr unsigned CHANGING_MODIFIERS = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 |
                                         XCB_MOD_MASK_3 | XCB_MOD_MASK_4 | XCB_MOD_MASK_5;
 
@@ -39,7 +39,7 @@ std::optional<X11Strokes::Key> X11Strokes::find(std::uint32_t symbol) const
     const std::span symbols(
         xcb_get_keyboard_mapping_keysyms(mapping_.get()),
         static_cast<std::size_t>(xcb_get_keyboard_mapping_keysyms_length(mapping_.get())));
-    // Two columns for each of the first two layouts: without and with Shift.
+    // Each of the first two layouts has two columns, without and with Shift.
     for (std::size_t column = 0; column < std::min(columns, std::size_t{4}); ++column) {
         for (std::size_t row = 0; row * columns + column < symbols.size(); ++row) {
             if (symbols[row * columns + column] != symbol)

@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-/// Strokes on the keyboard of an X display, as it is when this is made.
+/// Sends strokes by the keyboard of an X display, as the keyboard is when this is made.
 class X11Strokes
 {
 public:
@@ -21,13 +21,13 @@ public:
 
     X11Strokes(xcb_connection_t *x, xcb_window_t root);
 
-    // False when the keyboard lacks a symbol; nothing has happened then.
+    // Both return false, and have done nothing, when the keyboard lacks a symbol.
 
-    /// Hands the window these strokes, which reach no other one whatever the user does meanwhile.
-    /// GTK ignores such strokes.
+    /// Sends the strokes to this window alone, whatever the user does meanwhile. GTK ignores such
+    /// strokes.
     bool send(xcb_window_t window, const std::vector<Stroke> &strokes) const;
-    /// Has the display take the stroke for one on the keyboard itself; it reaches the window that
-    /// has the keyboard. False as well while the user holds a key that would change it.
+    /// Makes the display treat the stroke as one on the keyboard itself, so that it reaches the
+    /// window that has the keyboard. Also false while the user holds a key that would change it.
     bool press(const Stroke &stroke) const;
 
 private:

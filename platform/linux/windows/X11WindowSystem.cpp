@@ -16,8 +16,8 @@ namespace quillon {
 
 namespace {
 
-/// Who asks for the keyboard: a program, which tells when its user asked for that, or the user
-/// directly, whatever the time.
+/// The source of a request for the keyboard: a program, which adds the time of the user's action,
+/// or the user directly, for whom no time counts.
 constexpr std::uint32_t SOURCE_APPLICATION = 1;
 constexpr std::uint32_t SOURCE_USER = 2;
 
@@ -33,8 +33,8 @@ xcb_window_t root(xcb_connection_t *x)
     return xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
 }
 
-/// When the user asked, in the X server's time: what follows "_TIME" in the token. Zero, which
-/// stands for now, where a launcher does not tell.
+/// The X server's time of the user's action, which follows "_TIME" in the token. Zero, which means
+/// now, where the launcher gives none.
 std::uint32_t timeOf(std::string_view token)
 {
     constexpr std::string_view MARK = "_TIME";
@@ -45,7 +45,7 @@ std::uint32_t timeOf(std::string_view token)
     return time;
 }
 
-/// Ends the launcher's busy sign. The text travels in pieces, the last with a zero at its end.
+/// Ends the launcher's busy sign. The text is sent in pieces, the last of which ends with a zero.
 void completeStartup(xcb_connection_t *x, xcb_window_t window, std::string_view token)
 {
     std::string text = "remove: ID=\"";
@@ -70,7 +70,7 @@ void completeStartup(xcb_connection_t *x, xcb_window_t window, std::string_view 
     }
 }
 
-/// Wayland takes the token as it is; the toolkit reads it where programs find theirs at the start.
+/// On Wayland the toolkit uses the token that it finds in the environment.
 void activateOnWayland(std::uintptr_t window, const std::string &token)
 {
     qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
@@ -109,7 +109,8 @@ bool X11WindowSystem::isComposited() const
     auto *x = connection();
     if (!x)
         return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-    // A compositing manager owns this selection for its screen; Qt's screens share the first one.
+    // A compositing manager owns this selection for its X screen. All of Qt's screens are parts of
+    // the first X screen.
     const auto cookie = xcb_get_selection_owner(x, xcbAtom(x, "_NET_WM_CM_S0"));
     const auto reply = xcbReply(xcb_get_selection_owner_reply(x, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
@@ -120,7 +121,7 @@ void X11WindowSystem::setShadowMargin(std::uintptr_t window, int margin)
     auto *x = connection();
     if (!x)
         return;
-    // Left, right, top and bottom.
+    // The order is left, right, top, bottom.
     std::array<std::uint32_t, 4> extents{};
     extents.fill(static_cast<std::uint32_t>(margin));
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
@@ -146,8 +147,8 @@ void X11WindowSystem::activate(std::uintptr_t window, const std::string &activat
         activateOnWayland(window, activationToken);
         return;
     }
-    // The toolkit knows the time of the last event of its own alone, which may be long ago: window
-    // managers that guard the keyboard would then refuse it.
+    // The toolkit gives the time of its own last event, which may be long ago. Window managers that
+    // prevent windows from taking the keyboard would refuse such a request.
     const auto id = static_cast<xcb_window_t>(window);
     const std::uint32_t time = timeOf(activationToken);
     tellWindowManager(x, root(x), id, xcbAtom(x, "_NET_ACTIVE_WINDOW"),

@@ -5,11 +5,12 @@
 
 namespace quillon {
 
-/// X11, where Qt runs on it; elsewhere the window system needs no words from us.
+/// Activates windows and places them by X11 where Qt runs on X11, and passes on activation tokens
+/// on Wayland.
 class X11WindowSystem : public WindowSystem
 {
 public:
-    /// Whether there is a display that takes this process. Needs no application.
+    /// Whether there is an X display that accepts this process. Needs no application object.
     static bool isReachable();
 
     void keepOutOfTaskbar(std::uintptr_t window) override;

@@ -17,15 +17,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Dialogues of dialogues; a circle ends here as well.
+/// How many owners of a dialogue are followed, which also ends a circle of owners.
 constexpr int LONGEST_TRANSIENCE = 8;
-/// In units of four bytes; longer texts and lists are cut off.
+/// The most that is read of a property, in units of four bytes. Longer texts and lists are cut off.
 constexpr std::uint32_t LONGEST_PROPERTY = 16384;
 /// The value that stands for every desktop.
 constexpr std::uint32_t ALL_DESKTOPS = 0xFFFFFFFF;
-/// What the window manager takes for the user's own wish, as from a pager.
+/// The source of a request that window managers treat as the user's own, as from a pager.
 constexpr std::uint32_t SOURCE_PAGER = 2;
-/// An answer may depend on more than the properties that are watched.
+/// The longest time between two tries, since an answer may depend on more than the watched
+/// properties.
 constexpr auto LONGEST_SILENCE = 100ms;
 
 std::span<const std::uint32_t> words(const xcb_get_property_reply_t *property)
@@ -118,7 +119,7 @@ struct X11Windows::Atoms
     }
 };
 
-/// A window with what decides whether it counts.
+/// A window together with what decides whether it is an ordinary one.
 struct X11Windows::Description
 {
     DesktopWindow window;
@@ -195,7 +196,7 @@ X11Windows::describe(const std::vector<std::uint32_t> &windows) const
 
     std::vector<Description> descriptions;
     for (std::size_t i = 0; i < windows.size(); ++i) {
-        // A window that has gone answers nothing and has no class.
+        // A window that is gone has no properties, so its class is empty.
         const auto get = [&](Property property) {
             return xcbReply(xcb_get_property_reply(x_, cookies[i][property], nullptr));
         };
@@ -287,7 +288,7 @@ void X11Windows::tell(std::uint32_t window, std::uint32_t type, std::uint32_t fi
     if (!x_ || window == 0)
         return;
     tellWindowManager(x_, root_, window, type, first, second);
-    // Has arrived once something later is answered, even if the program ends right now.
+    // Once the server answers a later request, this one has arrived, even if the program ends now.
     xcbReply(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr));
 }
 

@@ -19,43 +19,44 @@ namespace quillon {
 struct DesktopWindow
 {
     std::uint32_t id = 0;
-    /// Zero when the program does not tell.
+    /// The process that the window belongs to; zero when unknown.
     pid_t process = 0;
-    /// The second part of WM_CLASS in small letters.
+    /// The second part of WM_CLASS, in lower case.
     std::string windowClass;
     std::string title;
-    /// Where GTK programs put the window on the session bus; empty for the others.
+    /// The window's object path on the session bus; empty unless it is a GTK program's.
     std::string gtkObjectPath;
     std::string gtkBusName;
     bool isMinimised = false;
 };
 
-/// The windows of all programs on the X11 display, by a connection of its own. Where there is no
-/// X11 nothing is found and nothing happens. Safe from every thread, but only one at a time waits.
+/// The windows of all programs on the X11 display, seen through a connection of its own. Without
+/// X11 nothing is found and nothing happens. Safe from every thread, but only one thread at a time
+/// may wait.
 class X11Windows
 {
 public:
-    /// Joins the display that the environment names.
+    /// Connects to the display that the environment names.
     X11Windows();
     X11Windows(const X11Windows &) = delete;
     X11Windows &operator=(const X11Windows &) = delete;
     ~X11Windows();
 
-    /// Whether every program's windows are among these. Not so without X11, and not on Wayland,
-    /// where few programs still show theirs by way of X11.
+    /// Whether these are the windows of all programs. False without X11, and false on Wayland,
+    /// where only some programs still use X11.
     bool isComplete() const;
 
-    /// The window with the keyboard; of a dialogue the window that it belongs to. Absent when it is
-    /// no ordinary window.
+    /// The window with the keyboard, or for a dialogue the window that it belongs to. Absent when
+    /// that is no ordinary window.
     std::optional<DesktopWindow> active() const;
-    /// The window with the keyboard as it is, 0 when there is none.
+    /// The very window that has the keyboard, be it a dialogue; 0 when there is none.
     std::uint32_t activeId() const;
     /// The ordinary windows of the current desktop, the topmost first.
     std::vector<DesktopWindow> stacked() const;
     /// All windows that the window manager knows, in the order they came.
     std::vector<std::uint32_t> clients() const;
     std::string title(std::uint32_t window) const;
-    /// Zero when it is not told.
+    /// The process that the window belongs to; zero when unknown.
     pid_t process(std::uint32_t window) const;
 
     struct Box
@@ -85,8 +86,8 @@ public:
     /// keyboard.
     bool press(std::uint32_t window, const Stroke &stroke) const;
 
-    /// Tries until the answer is true or the deadline has passed, each time that a property of
-    /// the window or of the root window changes. Returns the last answer.
+    /// Asks for the answer until it is true or the deadline has passed, again each time that a
+    /// property of the window or of the root window changes. Returns the last answer.
     bool waitUntil(std::uint32_t window, const std::function<bool()> &answer,
                    Deadline deadline) const;
 

@@ -13,7 +13,7 @@ struct FreeMemory
 {
     void operator()(void *memory) const { std::free(memory); }
 };
-/// What an X server answered; null where it did not answer.
+/// An X server's answer; null when there was none.
 template <typename T>
 using XcbReply = std::unique_ptr<T, FreeMemory>;
 template <typename T>
@@ -22,7 +22,7 @@ XcbReply<T> xcbReply(T *memory)
     return XcbReply<T>(memory);
 }
 
-/// The number of a name on this display; asks the server.
+/// Asks the server for the atom of a name.
 xcb_atom_t xcbAtom(xcb_connection_t *x, std::string_view name);
 
 /// Sends the window manager a message about a window, with two words in it.
