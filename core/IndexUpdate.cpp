@@ -11,37 +11,45 @@
 
 // How the index follows a change of the disk.
 //
-// The rule for one path is plain: the path and the children that are listed under it leave the
-// index, and whatever a crawl of the path finds is put in. These removals reach no further down, so
-// they alone would leave behind what stood below a folder that vanished with everything in it.
-// Hence everything indexed below the path that the crawl did not find is looked for on the disk,
-// and what is gone from there is forgotten too. What a file system does not answer for stays, and
-// the caller is told to ask again. Include folders are indexed whatever stands in their way, so
-// those below the path come back.
+// The rule for one path is plain. The path and the children that are listed under it leave the
+// index, and whatever a crawl of the path finds is put in. These removals reach no further down,
+// so they alone would leave behind what was below a folder that vanished with all its contents.
+// Hence the update asks the disk about every path that is indexed below the changed one and that
+// the crawl did not find, and forgets those that are gone. A path that a file system does not
+// answer for stays, and the caller is told to ask again. Include folders are indexed whatever
+// rules would skip them, so the update puts those below the changed path back.
 //
-// The rule holds for many paths at a time. Changed names of one folder share one crawl, which opens
-// the folder once and then looks at these names alone (Crawler::crawlNames), and one task of the
-// main queue. Include folders, which may be links, and "/" are updated alone.
+// The rule is applied to many paths at a time. Changed names of one folder share one crawl, which
+// opens the folder once and then looks at these names alone (Crawler::crawlNames), and one task of
+// the main queue. Include folders, which may be links, and "/" are updated alone.
 //
-// The update takes three steps. The crawl keeps what it finds beside the index (FoundPaths). Then
-// the two are compared: each found path is looked up in the tree (compareFound), and the tree below
-// the changed paths is walked for what was not found (compareIndexed), of which the disk is asked
-// (judge). Both give way to searches and to a reset after some nodes. At the end of this step the
-// nodes of new paths are made without any flag, so no search sees them (makeNodes).
+// The update takes three steps.
 //
-// The change itself is made in one go, on a thread that has more to do, while nobody searches. Only
-// flags of known nodes change there: of those where there is a difference, and of those that the
-// removals of the plain rule reach, which are put back (isTouched). Nodes that lose their last flag
-// stay where they are until the update has ended (HeldNodes).
+// 1. The crawl looks each path that it finds up in the tree of the index, and remembers the node
+//    (FoundNodes). A path that is new gets a node at once, without any flag, so no search sees it.
+//    The marks of the found nodes are kept beside the tree: a flag in the node would have to be
+//    set and cleared with the index locked exclusively, at every folder of the crawl, and would
+//    stay behind when an update is abandoned.
+// 2. One walk through the tree below the changed paths (compareBelow) tells the found nodes that
+//    have to change from the nodes that were not found, about which the disk is asked (judge). The
+//    walk lets writers in and ends when the index is reset.
+// 3. The change itself is made in one go, on the main thread, while nobody searches (apply). Only
+//    flags of known nodes change there: those of nodes that differ, and those of nodes that the
+//    removals of the plain rule reach, which are set again at once.
+//
+// Nodes that have lost their last flag, or never got one, stay where they are until the update has
+// ended, since the caller holds the tree (HeldNodes). An abandoned update therefore needs no
+// clearing up of its own.
 
 namespace quillon {
 
 namespace {
 
 constexpr PathTree::Flags WHOLE = PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED;
-/// Changed names that share a crawl and a task of the main queue, which is a millisecond's work.
+/// So many changed names share a crawl and a task of the main queue, which then takes about a
+/// millisecond.
 constexpr std::size_t MOST_TOGETHER = 500;
-/// Nodes between two looks whether a writer waits, or between two times that searches get in.
+/// The update lets waiting writers in after so many nodes.
 constexpr std::size_t SLICE = 1024;
 
 std::string description(const std::vector<std::string> &set)
@@ -83,7 +91,8 @@ IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths chang
       extensions_(terms_.patterns),
       path_(std::move(changed.path)),
       names_(std::move(changed.names)),
-      kind_(kindWithoutLinks(path_))
+      kind_(kindWithoutLinks(path_)),
+      found_(paths_, terms_.isReset)
 {
     if (isAlone())
         changed_.push_back({.path = path_, .kind = kind_});
@@ -139,8 +148,8 @@ bool IndexUpdate::isSkipped(const std::string &folder) const
     return terms_.rules->skips(state, folder.substr(folder.rfind('/') + 1), [&] { return folder; });
 }
 
-/// As the index sees it: a file counts only with an included extension, a folder only where no
-/// pattern skips it, and an include folder may be behind a link.
+/// Returns what the index counts the path as: a file counts only with an included extension, a
+/// folder only where no pattern skips it, and an include folder may be behind a link.
 FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
 {
     const Kind kind = terms_.folderLister.kind(isRoot(path) ? path + "/." : path);
@@ -154,8 +163,8 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
     return counts ? kind : Kind::nothing;
 }
 
-/// What stands at a path; nothing where a link has come to stand on the way from the include
-/// folder, wherever it leads.
+/// Returns what is at a path, which is nothing where a link is on the way from the include folder,
+/// wherever that link leads.
 FolderLister::Kind IndexUpdate::kindWithoutLinks(const std::string &path)
 {
     std::optional<std::size_t> nearestRoot;
@@ -183,17 +192,12 @@ bool IndexUpdate::compare()
     if (std::ranges::all_of(changed_,
                             [](const Changed &changed) { return changed.kind == Kind::unknown; }))
         return false;
-    held_.emplace(paths_);
-    if (!compareFound())
-        return false;
-    std::ranges::sort(foundNodes_);
-    if (!compareIndexed() || !judge())
+    found_.sort();
+    if (!findNodes() || !compareWithIndex() || !judge())
         return false;
     for (const std::string &root : terms_.roots)
         if (isBelowChanged(root) && kindOf(root) == Kind::folder)
             innerRoots_.push_back(root);
-    if (!makeNodes())
-        return false;
     for (const Changed &changed : changed_)
         if (changed.kind == Kind::nothing && changed.node != PathTree::NONE)
             gone_.push_back(changed.node);
@@ -210,52 +214,26 @@ bool IndexUpdate::stepAside() const
     return !terms_.isReset.stop_requested();
 }
 
-bool IndexUpdate::compareFound()
+/// Finds the nodes of the changed paths; a path that is updated alone gets one in any case. False
+/// when the index was reset.
+bool IndexUpdate::findNodes()
 {
-    const ReadingIndex reading(paths_.lock());
-    if (!stepAside())
+    const WritingIndex writing(paths_.lock());
+    if (terms_.isReset.stop_requested())
         return false;
-    const PathTree &tree = paths_.tree();
-    top_ = paths_.nodeAbove(path_);
-    for (std::size_t i = 0; i < changed_.size(); ++i)
-        changed_[i].node = isAlone()                ? tree.find(path_)
-                           : top_ == PathTree::NONE ? PathTree::NONE
-                                                    : tree.findChild(top_, names_[i]);
-    nodes_.assign(std::size_t{found_.last()} + 1, PathTree::NONE);
-    nodes_[FoundPaths::ROOT] = top_;
-    for (FoundPaths::Token path = 1; path <= found_.last(); ++path) {
-        if (path % SLICE == 0 && !stepAside())
-            return false;
-        const FoundPaths::Token parent = found_.parent(path);
-        const NodeId node = nodes_[parent] == PathTree::NONE
-                                ? PathTree::NONE
-                                : tree.findChild(nodes_[parent], found_.name(path));
-        nodes_[path] = node;
-        if (node == PathTree::NONE) {
-            new_.push_back(path);
-            continue;
-        }
-        foundNodes_.emplace_back(node, found_.isFolder(path));
-        if (isTouched(path) || (tree.node(node).flags & WHOLE) != WHOLE)
-            missing_.push_back(node);
+    PathTree &tree = paths_.mutableTree();
+    if (isAlone()) {
+        changed_.front().node = tree.insert(path_, 0);
+        return true;
     }
+    const NodeId folder = paths_.nodeAbove(path_);
+    for (std::size_t i = 0; folder != PathTree::NONE && i < changed_.size(); ++i)
+        changed_[i].node = tree.findChild(folder, names_[i]);
     return true;
 }
 
-/// Whether the removals reach a found path. A changed path and its children are removed, and with
-/// the children goes the listing of what is directly below them.
-bool IndexUpdate::isTouched(FoundPaths::Token path) const
-{
-    const int reach = isAlone() ? 2 : 3;
-    for (int depth = 0; depth < reach; ++depth) {
-        path = found_.parent(path);
-        if (path == FoundPaths::ROOT)
-            return true;
-    }
-    return false;
-}
-
-bool IndexUpdate::compareIndexed()
+/// False when the index was reset.
+bool IndexUpdate::compareWithIndex()
 {
     const ReadingIndex reading(paths_.lock());
     if (!stepAside())
@@ -264,23 +242,28 @@ bool IndexUpdate::compareIndexed()
         if (isBelowChanged(root))
             rootNodes_.push_back(paths_.tree().find(root));
     for (const Changed &changed : changed_) {
-        const NodeId top = isAlone() ? top_ : changed.node;
-        if (changed.kind == Kind::unknown || top == PathTree::NONE)
+        if (changed.node == PathTree::NONE)
             continue;
-        if (!compareBelow(top, changed.kind == Kind::folder ? IN_FOLDER : IN_NO_FOLDER))
+        if (!isAlone() && found_.kind(changed.node) != FoundNodes::Kind::notFound)
+            missing_.push_back(changed.node);
+        if (!compareBelow(changed))
             return false;
     }
     return true;
 }
 
-/// Walks what is indexed below a node. False when the index was reset.
-bool IndexUpdate::compareBelow(NodeId top, std::size_t place)
+/// Walks what is indexed below a changed path. False when the index was reset.
+bool IndexUpdate::compareBelow(const Changed &changed)
 {
     struct Level
     {
         NodeId next = PathTree::NONE;
         std::size_t place = IN_FOLDER;
     };
+    const NodeId top = isAlone() ? paths_.nodeAbove(path_) : changed.node;
+    const std::size_t place = changed.kind == Kind::folder    ? IN_FOLDER
+                              : changed.kind == Kind::unknown ? IN_UNKNOWN
+                                                              : IN_NO_FOLDER;
     std::vector<Level> levels{{paths_.tree().node(top).firstChild, place}};
     for (std::size_t count = 1; !levels.empty(); ++count) {
         if (count % SLICE == 0 && !stepAside())
@@ -291,30 +274,40 @@ bool IndexUpdate::compareBelow(NodeId top, std::size_t place)
             continue;
         }
         levels.back().next = paths_.tree().node(node).nextSibling;
+        // A changed path and its children are removed, and with the children goes the listing of
+        // what is directly below them.
         const std::size_t below = placeOf(node, levels.back().place, levels.size() <= 2);
         levels.push_back({paths_.tree().node(node).firstChild, below});
     }
     return true;
 }
 
-/// Notes the node where it was not found. Returns the place of what is below it.
+/// Notes the node where it has to be put in again or was not found. Returns the place of what is
+/// below the node.
 std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched)
 {
-    const auto found = std::ranges::lower_bound(foundNodes_, std::pair(node, false));
-    if (found != foundNodes_.end() && found->first == node)
-        return found->second ? IN_FOLDER : IN_NO_FOLDER;
-    const PathTree::Node &unfound = paths_.tree().node(node);
-    if ((unfound.flags & WHOLE) == 0 && unfound.firstChild == PathTree::NONE)
+    const FoundNodes::Kind found = found_.kind(node);
+    const PathTree::Node &indexed = paths_.tree().node(node);
+    if (found != FoundNodes::Kind::notFound) {
+        if (isTouched || (indexed.flags & WHOLE) != WHOLE)
+            missing_.push_back(node);
+        if (parent == IN_UNKNOWN)
+            return IN_UNKNOWN;
+        return found == FoundNodes::Kind::folder ? IN_FOLDER : IN_NO_FOLDER;
+    }
+    if (parent == IN_UNKNOWN)
+        return IN_UNKNOWN;
+    if ((indexed.flags & WHOLE) == 0 && indexed.firstChild == PathTree::NONE)
         return IN_FOLDER;
-    // What stands below "/" has the node of "/" itself beside it.
+    // What is below "/" has the node of "/" itself beside it.
     if (isAlone() && node == changed_.front().node)
         return IN_FOLDER;
     unfound_.push_back(
-        {.node = node, .flags = unfound.flags, .isTouched = isTouched, .parent = parent});
+        {.node = node, .flags = indexed.flags, .isTouched = isTouched, .parent = parent});
     return unfound_.size() - 1;
 }
 
-/// Tells what of it is gone from the disk. False when the index was reset.
+/// Asks the disk about the nodes that were not found. False when the index was reset.
 bool IndexUpdate::judge()
 {
     std::vector<Kind> kinds;
@@ -339,8 +332,8 @@ bool IndexUpdate::judge()
     return true;
 }
 
-/// What is in something that is gone, or is a link now, is gone too, even where following the link
-/// leads to something of the same name.
+/// Returns what is on the disk at an unfound node. A path below something that is gone, or is a
+/// link now, is gone too, even where following the link leads to something of the same name.
 FolderLister::Kind IndexUpdate::kindIn(Kind folder, const Unfound &unfound)
 {
     const bool isIncludeFolder = std::ranges::find(rootNodes_, unfound.node) != rootNodes_.end();
@@ -348,30 +341,6 @@ FolderLister::Kind IndexUpdate::kindIn(Kind folder, const Unfound &unfound)
         return folder == Kind::unknown ? Kind::unknown : Kind::nothing;
     std::vector<std::string> text;
     return appendTexts({&unfound.node, 1}, "", text) ? kindOf(text.front()) : Kind::unknown;
-}
-
-/// Makes the nodes of what is new.
-bool IndexUpdate::makeNodes()
-{
-    std::size_t made = 0;
-    do {
-        const WritingIndex writing(paths_.lock());
-        if (terms_.isReset.stop_requested())
-            return false;
-        PathTree &tree = paths_.mutableTree();
-        if (made == 0) {
-            const NodeId self = tree.insert(path_, 0);
-            if (isAlone())
-                changed_.front().node = self;
-            nodes_[FoundPaths::ROOT] = path_ == "/" ? tree.node(self).parent : self;
-        }
-        for (const std::size_t end = std::min(made + SLICE, new_.size()); made < end; ++made) {
-            const FoundPaths::Token path = new_[made];
-            nodes_[path] = tree.insertChild(nodes_[found_.parent(path)], found_.name(path), 0);
-            missing_.push_back(nodes_[path]);
-        }
-    } while (made < new_.size());
-    return true;
 }
 
 // Applying
@@ -427,7 +396,7 @@ void IndexUpdate::insert()
         paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
 }
 
-// Telling
+// The log
 
 void IndexUpdate::log(const std::function<void(std::span<const std::string>)> &receive) const
 {

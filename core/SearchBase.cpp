@@ -395,7 +395,7 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
     std::vector<std::string> unanswered;
     if (changed.empty())
         return unanswered;
-    // Dead nodes are collected once, when all is done.
+    // The nodes stay in place for every update, and the dead ones are collected once, at the end.
     const HeldNodes held(searchBasePaths_);
     for (ChangedPaths &some : ChangedPaths::together(changed, terms.roots)) {
         if (end.token().stop_requested())

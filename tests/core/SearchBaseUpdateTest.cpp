@@ -317,6 +317,8 @@ TEST(SearchBaseUpdate, changesNothingOnceTheQueueIsClosedOrAStopRequested)
     stop.request_stop();
     base.searchBase.update("/a", stop.get_token());
     EXPECT_THAT(base.indexed(), IsEmpty());
+    const ReadingIndex reading(base.matcher.index().lock);
+    EXPECT_EQ(base.matcher.index().tree.find("/a"), PathTree::NONE) << "no node stays behind";
 }
 
 /// More comes, and goes, than nodes without a flag gather before they are collected.

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "base/Mutex.h"
+#include "core/SearchBasePaths.h"
+#include "indexing/CrawlSink.h"
+
+#include <span>
+#include <stop_token>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quillon {
+
+/// Remembers which nodes of the index a crawl has found. A path that is new gets a node without any
+/// flag, so no search sees it.
+///
+/// The tree is held as long as this lives. What was found is asked for once the crawl is over.
+class FoundNodes final : public CrawlSink
+{
+public:
+    enum class Kind
+    {
+        notFound,
+        file,
+        folder,
+    };
+
+    /// isReset is requested with the index locked. Nothing is remembered or made after that.
+    FoundNodes(SearchBasePaths &paths, std::stop_token isReset);
+
+    Token root(const std::string &path) override;
+    void add(Token parent, std::span<Entry> entries) override;
+
+    /// Puts the nodes in order. Called once, between the crawl and the first kind().
+    void sort();
+    /// Returns what the crawl found at a node below its root.
+    Kind kind(PathTree::NodeId node) const;
+
+private:
+    /// Returns false when the index was reset. Leaves the token of what is new at NONE.
+    bool lookUp(Token parent, std::span<Entry> entries) EXCLUDES(paths_.lock());
+    bool makeMissing(Token parent, std::span<Entry> entries) EXCLUDES(paths_.lock());
+
+    SearchBasePaths &paths_;
+    const std::stop_token isReset_;
+    /// Guards the nodes while the crawl runs.
+    Mutex mutex_;
+    /// Each node comes with true where it is a folder.
+    std::vector<std::pair<PathTree::NodeId, bool>> nodes_;
+};
+
+} // namespace quillon
