@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// How long a disk that does not answer may hold up the end of the program.
-constexpr auto PATIENCE_AT_THE_END = 50ms;
+constexpr auto TASK_END_TIME = 50ms;
 
 /// Where the programs stand that serve this one: beside it, built or installed.
 std::string programsFolder()
@@ -165,7 +165,7 @@ AppDelegate::~AppDelegate()
     searchBaseBuilder_.stop();
     services_.mainQueue.close();
     searchBase_.reset(); // ends an update that is under way
-    if (!services_.finish(PATIENCE_AT_THE_END))
+    if (!services_.finish(TASK_END_TIME))
         std::_Exit(EXIT_SUCCESS);
 }
 

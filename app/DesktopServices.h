@@ -20,7 +20,7 @@
 #include "platform/linux/settings/StateWindowPlaces.h"
 #include "platform/linux/updates/FeedUpdateController.h"
 #include "platform/linux/watching/InotifyEventService.h"
-#include "platform/linux/windows/X11WindowSystem.h"
+#include "platform/linux/windows/DesktopWindowSystem.h"
 
 #include <chrono>
 #include <memory>
@@ -68,7 +68,7 @@ struct DesktopServices
     InotifyEventService eventService;
     StatxFolderIdentity diskIdentity;
     PatientFolderIdentity folderIdentity;
-    X11WindowSystem windowSystem;
+    DesktopWindowSystem windowSystem;
     StateWindowPlaces windowPlaces;
     XdgAutostart autostart;
     PortalAppearance appearance;

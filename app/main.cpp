@@ -56,7 +56,7 @@
 #include "platform/linux/session/QtTaskQueues.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/settings/SettingsFileChanges.h"
-#include "platform/linux/windows/X11WindowSystem.h"
+#include "platform/linux/windows/DesktopWindowSystem.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -74,8 +74,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// From the wish to end the program to its end, with room for the kernel to clear up.
-constexpr auto PATIENCE_AT_THE_END = 80ms;
+/// The longest time that the end of the program may take. The kernel needs more to clear up.
+constexpr auto LONGEST_END = 80ms;
 
 /// The arguments that tell Qt which display to draw on; absent where there is none, which Qt would
 /// answer with a core dump. They are arguments because every program that Quillon starts would
@@ -85,7 +85,7 @@ std::optional<std::vector<std::string>> displayArguments()
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return std::vector<std::string>{};
     // A native Wayland window may not place itself, so X11 goes first where there is a choice.
-    if (quillon::X11WindowSystem::isReachable())
+    if (quillon::DesktopWindowSystem::isReachable())
         return std::vector<std::string>{"-platform", "xcb"};
     if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         return std::vector<std::string>{};
@@ -112,7 +112,7 @@ std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
         return std::nullopt;
     quillon::SettingsFileChanges changes(file);
     quillon::GioWorkspace workspace;
-    quillon::X11WindowSystem windowSystem;
+    quillon::DesktopWindowSystem windowSystem;
     quillon::SettingsGate gate({settings, changes, workspace, windowSystem}, file);
 
     quillon::PortalAppearance appearance;
@@ -154,7 +154,7 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
     auto argc = static_cast<int>(argv.size());
     argv.push_back(nullptr);
 
-    const quillon::ProgramEnd end(PATIENCE_AT_THE_END);
+    const quillon::ProgramEnd end(LONGEST_END);
     QApplication application(argc, argv.data());
     quillon::translateApplication(application);
     QApplication::setApplicationName(QStringLiteral("quillon"));

@@ -23,7 +23,7 @@ namespace quillon {
 namespace {
 
 /// How long a disk that does not answer may hold up the end of the program.
-constexpr std::chrono::seconds PATIENCE_AT_THE_END(5);
+constexpr std::chrono::seconds TASK_END_TIME(5);
 
 /// Paths are told one a line; a line is written at once, since others wait for it.
 void tell(const std::string &path)
@@ -90,7 +90,7 @@ int WatchCommand::run(Output &output) const
             written = print(searchBase, nulSeparated ? '\0' : '\n', output);
     }
     searchBase.reset();
-    eventQueue.finish(PATIENCE_AT_THE_END);
+    eventQueue.finish(TASK_END_TIME);
     return written && !failed ? SUCCESS : FAILURE;
 }
 

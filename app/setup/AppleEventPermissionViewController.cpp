@@ -17,8 +17,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// For the answer of the file manager, and of whoever has to consent.
-constexpr auto PATIENCE = 5000ms;
+/// The time for the answer of the file manager, and of the user where the system asks.
+constexpr auto ANSWER_TIME = 5000ms;
 
 } // namespace
 
@@ -99,7 +99,7 @@ void AppleEventPermissionViewController::enable()
                                            AppleScriptRunner::TEST_ACCESS_TO_FINDER, {""});
             main.post(finish);
         });
-    services_.main.postDelayed(PATIENCE, finish);
+    services_.main.postDelayed(ANSWER_TIME, finish);
 }
 
 void AppleEventPermissionViewController::disable()

@@ -5,7 +5,7 @@
 #include "app/widgets/SetupWindow.h"
 #include "platform/linux/session/QtTaskQueues.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
-#include "platform/linux/windows/X11WindowSystem.h"
+#include "platform/linux/windows/DesktopWindowSystem.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/ManualTaskQueue.h"
 #include "tests/support/PlainWindowSystem.h"
@@ -165,7 +165,7 @@ TEST_F(RebuildWindowTest, keepsAQuestionUntilItIsAnswered)
 }
 
 /// Stands in for a compositor on a real X server.
-class BlendingWindowSystem : public X11WindowSystem
+class BlendingWindowSystem : public DesktopWindowSystem
 {
 public:
     bool isComposited() const override { return isBlending; }

@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto PATIENCE = 3000ms;
+constexpr auto BUS_TIMEOUT = 3000ms;
 constexpr const char *ANSWER = "(a(ayda(xx)))";
 
 BusObject object(const char *interface)
@@ -100,12 +100,12 @@ BusRunningInstance::BusRunningInstance(std::string activationToken)
 
 bool BusRunningInstance::isRunning()
 {
-    return bus_.hasOwner(BusNames::SERVICE, Deadline(PATIENCE));
+    return bus_.hasOwner(BusNames::SERVICE, Deadline(BUS_TIMEOUT));
 }
 
 RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
 {
-    const Deadline deadline(PATIENCE);
+    const Deadline deadline(BUS_TIMEOUT);
     const auto process = bus_.process(BusNames::SERVICE, deadline);
     if (!process)
         return bus_.isReachable(deadline) ? Outcome::notRunning : Outcome::noBus;
@@ -135,7 +135,7 @@ RemoteAnswer BusRunningInstance::find(const RemoteQuery &query)
     const auto reply = bus_.call(
         object(BusNames::SEARCH), BusNames::FIND,
         g_variant_new("(@ay@ayu)", bytes(query.settings), bytes(query.text), guint32{query.limit}),
-        Deadline(PATIENCE));
+        Deadline(BUS_TIMEOUT));
     if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE(ANSWER)))
         return std::nullopt;
     const VariantRef matches(g_variant_get_child_value(reply.get(), 0));

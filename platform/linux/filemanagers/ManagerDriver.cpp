@@ -2,7 +2,7 @@
 
 #include "platform/linux/applications/Applications.h"
 #include "platform/linux/applications/FileUri.h"
-#include "platform/linux/filemanagers/WatchedFolders.h"
+#include "platform/linux/filemanagers/ProcessWatches.h"
 
 #include <algorithm>
 #include <array>

@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 
 /// So many bytes wait at most, which is as much as a pipe holds.
 constexpr std::size_t MOST_WAITING = 65536;
-constexpr auto PATIENCE_AT_THE_END = 20ms;
+constexpr auto OUTPUT_DRAIN_TIME = 20ms;
 
 void writeAll(int descriptor, const std::string &bytes)
 {
@@ -72,7 +72,7 @@ PatientOutput::~PatientOutput()
         return;
     std::fflush(stream_);
     stdout = former_;
-    const Deadline deadline(PATIENCE_AT_THE_END);
+    const Deadline deadline(OUTPUT_DRAIN_TIME);
     const MutexLock lock(lines_->mutex);
     lines_->isEnding = true;
     lines_->changed.notifyAll();

@@ -1,4 +1,4 @@
-#include "platform/linux/filemanagers/WatchedFolders.h"
+#include "platform/linux/filemanagers/ProcessWatches.h"
 
 #include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/disk/MountTable.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/windows/X11WindowSystem.h"
+#include "platform/linux/windows/DesktopWindowSystem.h"
 
 #include "platform/linux/windows/XcbCalls.h"
 
@@ -83,7 +83,7 @@ void activateOnWayland(std::uintptr_t window, const std::string &token)
 
 } // namespace
 
-bool X11WindowSystem::isReachable()
+bool DesktopWindowSystem::isReachable()
 {
     xcb_connection_t *x = xcb_connect(nullptr, nullptr);
     const bool isReached = xcb_connection_has_error(x) == 0;
@@ -91,7 +91,7 @@ bool X11WindowSystem::isReachable()
     return isReached;
 }
 
-void X11WindowSystem::keepOutOfTaskbar(std::uintptr_t window)
+void DesktopWindowSystem::keepOutOfTaskbar(std::uintptr_t window)
 {
     auto *x = connection();
     if (!x)
@@ -104,7 +104,7 @@ void X11WindowSystem::keepOutOfTaskbar(std::uintptr_t window)
     xcb_flush(x);
 }
 
-bool X11WindowSystem::isComposited() const
+bool DesktopWindowSystem::isComposited() const
 {
     auto *x = connection();
     if (!x)
@@ -116,7 +116,7 @@ bool X11WindowSystem::isComposited() const
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
-void X11WindowSystem::setShadowMargin(std::uintptr_t window, int margin)
+void DesktopWindowSystem::setShadowMargin(std::uintptr_t window, int margin)
 {
     auto *x = connection();
     if (!x)
@@ -130,17 +130,17 @@ void X11WindowSystem::setShadowMargin(std::uintptr_t window, int margin)
     xcb_flush(x);
 }
 
-std::uintptr_t X11WindowSystem::activeWindow() const
+std::uintptr_t DesktopWindowSystem::activeWindow() const
 {
     return windows_.activeId();
 }
 
-void X11WindowSystem::activate(std::uintptr_t window)
+void DesktopWindowSystem::activate(std::uintptr_t window)
 {
     windows_.activate(static_cast<std::uint32_t>(window));
 }
 
-void X11WindowSystem::activate(std::uintptr_t window, const std::string &activationToken)
+void DesktopWindowSystem::activate(std::uintptr_t window, const std::string &activationToken)
 {
     auto *x = connection();
     if (!x) {

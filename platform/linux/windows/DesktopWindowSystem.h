@@ -7,7 +7,7 @@ namespace quillon {
 
 /// Activates windows and places them by X11 where Qt runs on X11, and passes on activation tokens
 /// on Wayland.
-class X11WindowSystem : public WindowSystem
+class DesktopWindowSystem : public WindowSystem
 {
 public:
     /// Whether there is an X display that accepts this process. Needs no application object.
