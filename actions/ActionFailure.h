@@ -6,12 +6,12 @@
 
 namespace quillon {
 
-/// An action that came to nothing.
+/// Why an action failed.
 struct ActionFailure
 {
     enum class Reason
     {
-        /// Nothing stands at the row's path.
+        /// Nothing is at the row's path any more.
         itemGone,
         /// The disk or the share that holds the row's item does not answer.
         itemUnreachable,
@@ -20,9 +20,9 @@ struct ActionFailure
         fileManagerFailed,
         /// No application opens this kind of item.
         noDefaultApplication,
-        /// The application that the action names is not there or does not start.
+        /// The application that the action names is not installed or does not start.
         applicationFailed,
-        /// The executable that the action names is not there or may not be run.
+        /// The executable that the action names does not exist or may not be run.
         executableFailed,
     };
 

@@ -16,7 +16,7 @@ QString literal(bool value)
     return QLatin1StringView(value ? "true" : "false");
 }
 
-/// The text in quotes, with whatever JSON wants escaped.
+/// Returns the text in quotes, escaped as JSON requires.
 QString literal(std::string_view bytes)
 {
     const QJsonDocument document(QJsonArray{bytesToText(bytes)});
@@ -49,7 +49,7 @@ std::optional<ActionShortcutFlags> flagsFrom(const QJsonObject &json)
 
 std::optional<ActionModel> actionFrom(const QJsonObject &json)
 {
-    // What is no object becomes an empty one, which lacks its members.
+    // A value that is no object is read as an empty one, which lacks its members.
     const auto object = [&](QLatin1StringView name) { return json.value(name).toObject(); };
     const auto flags = flagsFrom(object(QLatin1StringView("flags")));
     const QJsonObject type = object(QLatin1StringView("actionType"));

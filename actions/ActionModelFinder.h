@@ -10,24 +10,23 @@ namespace quillon {
 
 class DefaultsStore;
 
-/// The user's actions.
+/// Reads and changes the user's list of actions in the store, which outlives this object.
 ///
-/// Holds nothing: every operation reads the store or writes it. Safe from every thread, but
-/// changes are not atomic; make them on one thread. False comes back from a change that could not
-/// be stored. The store outlives this object.
+/// Every operation reads or writes the store. Safe from every thread, but changes are not atomic,
+/// so one thread should make them all. A change returns false when it could not be stored.
 class ActionModelFinder
 {
 public:
     explicit ActionModelFinder(DefaultsStore &store);
 
-    /// The stored actions in their order; the built-in ones while nothing readable is stored. Never
-    /// empty: a list that the user emptied leaves plain Return, which shows the folder.
+    /// Returns the stored actions in their order, or the built-in ones while nothing readable is
+    /// stored. Never empty: where the user has emptied the list, plain Return shows the folder.
     std::vector<ActionModel> loadActions() const;
     /// Replaces the whole list. Also false when a text of the actions is not UTF-8.
     bool saveActions(const std::vector<ActionModel> &actions);
     static bool containsAction(const ActionModel &action, const std::vector<ActionModel> &actions);
-    /// Appends the action; writes nothing when an equal one is there. Whether another action has
-    /// the same keys is not looked at.
+    /// Appends the action unless the list holds an equal one. Does not check whether another action
+    /// has the same keys.
     bool addAction(const ActionModel &action);
     /// Removes every action equal to this one.
     bool removeAction(const ActionModel &action);

@@ -41,7 +41,7 @@ std::string onOneLine(std::string_view text)
     return escaped(text, {{'\\', '\\'}, {'"', '"'}, {'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}});
 }
 
-/// In one write, so that lines of several threads do not mix.
+/// Writes the line in one call, so that the lines of several threads do not mix.
 void writeLine(std::FILE *stream, std::string line)
 {
     line += '\n';
@@ -49,7 +49,7 @@ void writeLine(std::FILE *stream, std::string line)
     std::fflush(stream);
 }
 
-/// The absolute path without its last component, by its text alone.
+/// Returns the absolute path without its last component, without asking the disk.
 std::string parentOf(const std::string &path)
 {
     const std::size_t end = path.find_last_not_of('/');
@@ -111,7 +111,7 @@ void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef 
 
 bool ActionRunner::isForFileManager(const std::string &application) const
 {
-    // Whoever names a file manager in the settings wants it in place of any other one.
+    // A file manager that is named in the settings replaces the default application for folders.
     const FileManager &fileManager = services_.fileManager;
     return application == fileManager.application() || fileManager.isFileManager(application);
 }

@@ -20,8 +20,8 @@ class Preferences;
 class TaskQueue;
 class Workspace;
 
-/// Carries out an action on a row. One line on the output says what an executable of the user's has
-/// written when it has ended. One line on the diagnostics says why a program does not start.
+/// Carries out an action on a row. When an executable of the user's ends, one line on the output
+/// says what it has written. When a program does not start, one line on the diagnostics says why.
 class ActionRunner
 {
 public:
@@ -31,10 +31,10 @@ public:
         FileManager &fileManager;
         Clipboard &clipboard;
         ProcessRunner &processRunner;
-        /// Tells why an item could not be opened.
+        /// Asked why an item could not be opened.
         FolderLister &folderLister;
     };
-    /// Called on any thread when an action came to nothing.
+    /// Called on any thread when an action has failed.
     using Failed = std::function<void(const ActionFailure &failure)>;
     struct Streams
     {
@@ -43,8 +43,8 @@ public:
     };
 
     /// The actions run one after the other on the queue, which is serial and ends before this
-    /// object does. The folder holds the program "open", which "Open Application" runs. The scripts
-    /// are those of the whole application.
+    /// object does. The folder holds the program "open", which "Open Application" runs. The whole
+    /// application shares the scripts.
     ActionRunner(const Services &services, const Preferences &preferences,
                  const AppleScriptRunner &appleScriptRunner, TaskQueue &queue,
                  std::string programsFolder, Streams streams = {stdout, stderr});
@@ -52,15 +52,15 @@ public:
     /// Set before the first action.
     void onFailure(Failed failed) { failed_ = std::move(failed); }
 
-    /// What the action comes to for the row: one of the front file manager window is opened or
-    /// selected as the settings say, whatever the action.
+    /// Returns what the action does to the row. A row from the front file manager window is opened
+    /// or selected as the settings say, whatever the action.
     ActionType typeFor(const ActionModel &action, const SearchBaseResult &result) const;
-    /// Queues the action, as typeFor() says; copying a path is done at once. Main thread only.
+    /// Queues what typeFor() says, except that a path is copied at once. Main thread only.
     void runAction(const ActionModel &action, const SearchBaseResultRef &result);
 
 private:
     void perform(const ActionModel &action, const SearchBaseResultRef &result);
-    // False when the item was not opened or shown.
+    // Each returns false when the item was not opened or shown.
     bool openInDefaultApp(const std::string &path);
     bool showInFinder(const std::string &path);
     bool showParentInFinder(const std::string &path);

@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-/// What an action works with beside the row: the name of an application or the path of an
-/// executable, as the user typed it.
+/// What an action needs besides the row: the name of an application or the path of an executable,
+/// as the user typed it.
 class ActionTarget
 {
 public:

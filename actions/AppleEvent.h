@@ -10,8 +10,7 @@
 
 namespace quillon {
 
-/// A value that an event carries or that comes back for it: nothing, a text of any bytes, or a list
-/// of such values.
+/// A value in an event or in its result: nothing, a text of any bytes, or a list of such values.
 class AppleEventDescriptor
 {
 public:
@@ -21,16 +20,17 @@ public:
 
     /// Absent when this is no text.
     std::optional<std::string> stringValue() const;
-    /// A list as it is, a text as the only item of one; absent for nothing. Moved out of this.
+    /// Moves the value out as a list: a list as it is, a text as the only item of a list. Absent
+    /// when the value is nothing.
     std::optional<AppleEventDescriptor> coerceToList() &&;
 
-    // These are for a list, whose places count from 1.
+    // The functions below are for a list, whose places count from 1.
 
-    /// At place 0 the descriptor is appended. The place is one of the list, or the one after it.
+    /// Inserts the descriptor at a place of the list or just after its end; place 0 appends it.
     void insert(AppleEventDescriptor descriptor, std::size_t place);
     /// 0 when this is no list.
     std::size_t numberOfItems() const;
-    /// The place is one of the list.
+    /// Returns the item at an existing place.
     const AppleEventDescriptor &at(std::size_t place) const;
 
     friend bool operator==(const AppleEventDescriptor &a, const AppleEventDescriptor &b) = default;
@@ -40,7 +40,7 @@ private:
     std::variant<std::monostate, std::string, Items> value_;
 };
 
-/// A message to a script; it names no target.
+/// A message to a script, which it does not name.
 struct AppleEvent
 {
     // Classes, ids and keywords are four characters each.
@@ -52,7 +52,7 @@ struct AppleEvent
     static constexpr std::string_view SUBROUTINE_ID = "psbr";
     static constexpr std::string_view SUBROUTINE_NAME = "snam";
     static constexpr std::string_view DIRECT_OBJECT = "----";
-    /// Generate one.
+    /// The value that has a return id generated.
     static constexpr int AUTO_GENERATE_RETURN_ID = -1;
     static constexpr int ANY_TRANSACTION_ID = 0;
 
@@ -60,7 +60,7 @@ struct AppleEvent
     std::string eventId;
     int returnId = AUTO_GENERATE_RETURN_ID;
     int transactionId = ANY_TRANSACTION_ID;
-    /// By their keywords.
+    /// The parameters by their keywords.
     std::map<std::string, AppleEventDescriptor, std::less<>> parameters = {};
 
     /// Null when the event has no such parameter.

@@ -5,23 +5,24 @@
 
 namespace quillon {
 
-/// Whether the user has been asked about what is sent to the file manager. Safe from every thread.
+/// Knows whether the user has been asked for consent to control the file manager. Safe from every
+/// thread.
 class AppleEventAccess
 {
 public:
-    /// The error of an event that would need the user's consent first. Carried along: a call that
-    /// fails is handled alike whatever the reason.
+    /// The error of an event that needs the user's consent first. It is not treated differently
+    /// from other errors.
     // NOLINTNEXTLINE(readability-identifier-naming,bugprone-reserved-identifier)
     static constexpr int _id_errAEEventWouldRequireUserConsent = -1744;
 
     explicit AppleEventAccess(DefaultsStore &store) : store_(store) {}
 
-    /// True once anything stands under the key, a false as well.
+    /// True once the key has any value, even false.
     bool hasAskedForAccess() const
     {
         return store_.contains(PreferenceKeys::PREEMPTIVE_APPLE_EVENT_ACCESS);
     }
-    /// The answer stays for good; false when it could not be brought to the disk.
+    /// Stores the consent for good. False when it could not be written to the disk.
     bool enable()
     {
         return store_.set(PreferenceKeys::PREEMPTIVE_APPLE_EVENT_ACCESS, DefaultsValue{true});

@@ -9,19 +9,18 @@
 
 namespace quillon {
 
-/// A script that declares one handler, bound to the native operation of the handler's name. Only
-/// the first line of the text decides what is bound; the others tell what the operation does.
+/// A script that declares one handler, which is bound to the native operation of that name. Nothing
+/// interprets the text: its first line names the operation, and the other lines describe it.
 class AppleScript
 {
 public:
-    /// Given an event whose direct object is the list of arguments, all of them there. Absent on
-    /// failure.
+    /// Takes an event whose direct object is the complete list of arguments. Absent on failure.
     using Operation = std::function<std::optional<AppleEventDescriptor>(const AppleEvent &event)>;
-    /// By the names of the handlers that they stand for.
+    /// The operations by the names of their handlers.
     using Operations = std::map<std::string, Operation, std::less<>>;
 
-    /// Compiles the text. One that declares no handler, or a handler that no operation stands for,
-    /// does not compile: no event is ever executed against it.
+    /// Compiles the text. A text that declares no handler, or a handler without an operation, does
+    /// not compile, and every event for it fails.
     AppleScript(std::string source, const Operations &operations);
 
     const std::string &source() const { return source_; }

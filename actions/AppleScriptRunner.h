@@ -12,8 +12,8 @@ namespace quillon {
 
 class FileManager;
 
-/// What is asked of the file manager by script: the three scripts, compiled once, and the way to
-/// call them. One instance serves the whole application.
+/// Holds the three scripts for the file manager, compiled once, and calls them. One instance serves
+/// the whole application.
 ///
 /// A call takes as long as the file manager does, up to the limit that FileManager sets, so calls
 /// belong on worker threads.
@@ -37,8 +37,8 @@ public:
     /// for consent does it now. Argument: any. Result: nothing.
     const AppleScript testAccessToFinderAppleScript;
 
-    /// Calls a handler of the script on the calling thread. Absent on any failure, which nobody is
-    /// told otherwise.
+    /// Calls a handler of the script on the calling thread. Absent on any failure, which is
+    /// reported in no other way.
     static std::optional<AppleEventDescriptor>
     callHandler(const AppleScript &script, std::string_view handler,
                 const std::vector<std::string> &arguments);

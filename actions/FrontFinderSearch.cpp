@@ -21,8 +21,8 @@ std::string_view filename(std::string_view path)
     return path.substr(path.find_last_of('/') + 1);
 }
 
-/// The items with these paths, matched by their names alone. When two paths have the same name, the
-/// later one is kept.
+/// Makes items of the paths. Items are matched by their names alone, so of two paths with the same
+/// name the later one is kept.
 FrontItems itemsAt(const std::vector<std::string> &paths)
 {
     auto mapping = std::make_shared<FrontItems::FilenameToPathMapping>();

@@ -24,7 +24,7 @@ public:
         const AppleScriptRunner &appleScriptRunner;
         const FileManager &fileManager;
         const Preferences &preferences;
-        /// Where the file manager is asked. Must end before this object does.
+        /// The queue on which the file manager is asked. It must end before this object does.
         TaskQueue &background;
         TaskQueue &main;
     };
@@ -34,16 +34,16 @@ public:
     bool isFinderFrontmost() const override;
     FrontItems frontItems() const override EXCLUDES(mutex_);
 
-    /// The paths of the items as the file manager lists them, those of folders with a trailing
-    /// slash. Empty when none is in front or the user does not want it. Worker thread; takes as
-    /// long as the file manager does.
+    /// Returns the paths of the items as the file manager lists them; paths of folders end with a
+    /// slash. Empty when no file manager is in front or the user has turned this off. Called on a
+    /// worker thread, since it takes as long as the file manager does.
     std::vector<std::string> getPathsInCurrentFinderWindow() const;
 
     // Main thread.
 
-    /// Fetches the items in the background, replaces the items of the last refresh by them and
-    /// calls back on the main thread. A refresh that is followed by another one or by forget()
-    /// before it has ended keeps nothing and does not call back.
+    /// Fetches the items in the background, replaces the items of the last refresh and calls back
+    /// on the main thread. If another refresh or forget() follows before the end, this refresh
+    /// keeps nothing and does not call back.
     void refresh(std::function<void()> completion);
     /// Drops the items until the next refresh.
     void forget() EXCLUDES(mutex_);
@@ -52,7 +52,7 @@ private:
     void keep(FrontItems items) EXCLUDES(mutex_);
 
     Services services_;
-    /// Tells the newest refresh from older ones; main thread only.
+    /// The number of the newest refresh; main thread only.
     std::uint64_t generation_ = 0;
 
     mutable Mutex mutex_;

@@ -38,10 +38,11 @@ struct Range
     }
 };
 
-/// More threads than this share no work better.
+/// More threads than this make no crawl faster.
 constexpr std::size_t MOST_THREADS = 64;
 
-/// A whole number. The library's own reading takes hexadecimal digits and lets numbers wrap round.
+/// Adds an option that is a whole number. The library's own reading accepts hexadecimal digits and
+/// lets numbers wrap round.
 template <typename Number>
 void addNumber(CLI::App &command, const std::string &option, Number &value, const Range &range,
                const std::string &help)
@@ -58,7 +59,7 @@ void addNumber(CLI::App &command, const std::string &option, Number &value, cons
     command.add_option_function<std::string>(option, read, help)->type_name("N");
 }
 
-/// A time of zero seconds or more, up to days.
+/// Adds an option that is a time of zero seconds or more, up to days.
 void addSeconds(CLI::App &command, const std::string &option,
                 const std::function<void(double seconds)> &set, const std::string &help)
 {
@@ -79,7 +80,8 @@ std::chrono::milliseconds wholeMilliseconds(double seconds)
     return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
 }
 
-/// One place for each argument there can be: a list would take a folder named [a,b] apart.
+/// Adds one place for each argument that there can be, since the library would split a folder named
+/// "[a,b]" in a list.
 void addTexts(CLI::App &command, int argc, const std::string &name, std::vector<std::string> &texts,
               const std::string &help)
 {
@@ -89,7 +91,7 @@ void addTexts(CLI::App &command, int argc, const std::string &name, std::vector<
         command.add_option_function<std::string>(name + std::to_string(i), take)->group("");
 }
 
-/// Leaves out of the usage line what is in no group, as it is left out below.
+/// Leaves options without a group out of the usage line, as the list of options does.
 class Formatter final : public CLI::Formatter
 {
 public:
@@ -118,7 +120,7 @@ void addFind(CLI::App &app, int argc, FindCommand &find, std::function<int(Outpu
     CLI::App *command = app.add_subcommand("find", "Search folders");
     addTexts(*command, argc, "QUERY", find.words,
              "What to look for; several words are joined by blanks");
-    // One folder for each option: a list would be taken apart at commas.
+    // Each option takes one folder, since the library would split a list at its commas.
     command
         ->add_option(
             "--in", find.folders,
@@ -192,12 +194,13 @@ bool isCommand(const CLI::App &app, std::string_view name)
     return !app.get_subcommands(isNamed).empty();
 }
 
-/// What is said about a word that is no command: the one that was probably meant, else all.
+/// Returns the message for a word that is no command. It names the command that was probably meant,
+/// or else all commands.
 std::string unknownCommand(const CLI::App &app, const std::string &typed)
 {
     std::string all;
     std::string nearest;
-    // More than every other letter wrong is another word.
+    // With more than every other letter wrong, the user has meant another word.
     std::size_t fewest = typed.size() / 2 + 1;
     for (const CLI::App *command : app.get_subcommands({})) {
         const std::string &name = command->get_name();
@@ -222,7 +225,7 @@ std::string absolutePath(const std::string &name)
     namespace fs = std::filesystem;
     std::error_code error;
     const fs::path typed(name);
-    // Only the disk knows where ".." leads once links are about.
+    // Where there are links, only the disk tells where ".." leads.
     const bool leadsUp = std::ranges::find(typed, fs::path("..")) != typed.end();
     fs::path path = leadsUp ? fs::canonical(typed, error) : fs::absolute(typed, error);
     if (error)

@@ -20,7 +20,7 @@ namespace quillon {
 
 namespace {
 
-/// Builds the index and prints each path when it first comes into it.
+/// Builds an index and prints each path when it is added.
 class PrintingSink final : public CrawlSink
 {
 public:
@@ -28,9 +28,9 @@ public:
 
     Token root(const std::string &path) override;
     void add(Token parent, std::span<Entry> entries) override;
-    /// Prints the root given last, which turned out to be one that can be indexed.
+    /// Prints the last root, once it is known that it can be indexed.
     void acceptRoot();
-    /// Nobody reads what is printed.
+    /// Stops the crawl once nobody reads the output.
     std::stop_token closed() const { return closed_.get_token(); }
 
     std::size_t folders() const { return folders_; }

@@ -15,7 +15,7 @@ class Output;
 /// folders that are crawled now.
 struct FindCommand
 {
-    /// Joined by blanks they are the query.
+    /// The words of the query, which are joined by blanks.
     std::vector<std::string> words;
     /// The folders to crawl, as typed. With none, the running application is asked, else the
     /// folders of the settings or the home folder are crawled.
@@ -29,9 +29,9 @@ struct FindCommand
 
 private:
     std::string query() const;
-    /// Absent when there is none that could answer.
+    /// Absent when no running application can answer.
     std::optional<std::vector<FuzzyMatchResult>> askRunningInstance() const;
-    /// Sets the flag when a folder could not be read.
+    /// Sets failed when a folder could not be read.
     std::vector<FuzzyMatchResult> crawlAndSearch(bool &failed) const;
 };
 

@@ -23,7 +23,7 @@ namespace quillon {
 
 namespace {
 
-/// Use counts from a file; nothing is ever written back.
+/// Use counts from a file, which is never written.
 class GivenCounts final : public RecentAccessScoreDataStore
 {
 public:
@@ -36,7 +36,7 @@ private:
     DefaultsDictionary counts_;
 };
 
-/// Absent, with a line on standard error, when the file holds no JSON object.
+/// Reads the file. Absent, with a line on standard error, when it holds no JSON object.
 std::optional<DefaultsDictionary> readCounts(const std::string &path)
 {
     std::ifstream stream(path, std::ios::binary);
@@ -111,7 +111,7 @@ int MatchCommand::run(Output &output) const
         return FAILURE;
     }
 
-    // A single search takes less time than what makes the later ones faster.
+    // Arranging the paths makes later searches faster, but takes longer than a single search.
     if (repeat > 1)
         matcher.arrange();
     std::vector<FuzzyMatchResult> results;

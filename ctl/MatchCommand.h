@@ -7,12 +7,12 @@ namespace quillon {
 
 class Output;
 
-/// Ranks the paths that stand on standard input.
+/// Ranks the paths on standard input.
 struct MatchCommand
 {
     std::string query;
     std::size_t top = 25;
-    /// A JSON file, path to use count; empty for none.
+    /// A JSON file that maps paths to use counts; empty for none.
     std::string countsFile;
     std::size_t repeat = 1;
     bool nulSeparated = false;

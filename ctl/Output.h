@@ -4,20 +4,20 @@
 
 namespace quillon {
 
-/// Says one line about a failure on standard error.
+/// Prints one line about a failure on standard error.
 void complain(std::string_view line);
 
-/// Standard output. A reader that has closed its end is no failure: what is written afterwards
-/// goes nowhere. One thread at a time.
+/// Standard output. It is no failure when the reader has closed its end; further output is dropped.
+/// For one thread at a time.
 class Output
 {
 public:
     Output();
     void write(std::string_view bytes);
-    /// Nobody can see any more of what is written.
+    /// Whether further output is dropped.
     bool isClosed() const { return error_ != 0; }
-    /// Brings out what is left. False, with a line on standard error, when something was lost for
-    /// another reason than a reader that went.
+    /// Writes what is buffered. False, with a line on standard error, when output was lost for any
+    /// other reason than a reader that has gone.
     bool finish();
 
 private:

@@ -6,7 +6,7 @@ namespace quillon {
 
 void ReadOnlySettings::includeOnly(const std::vector<std::string> &folders)
 {
-    // A path alone is a bookmark too.
+    // A path alone works as a bookmark.
     bookmarks_.emplace();
     for (const std::string &folder : folders)
         bookmarks_->insert_or_assign(folder, DefaultsValue{DefaultsData{folder}});

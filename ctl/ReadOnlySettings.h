@@ -8,15 +8,15 @@
 
 namespace quillon {
 
-/// The user's settings, which this program reads and never writes, with other include folders in
-/// place of the user's where some are given.
+/// The user's settings, which this program never writes. Include folders from the command line
+/// replace the user's.
 class ReadOnlySettings final : public DefaultsStore
 {
 public:
-    /// The user's settings outlive this.
+    /// The user's settings outlive this object.
     explicit ReadOnlySettings(const DefaultsStore &user) : user_(user) {}
 
-    /// From now on exactly these folders, absolute paths, are the ones to include.
+    /// Makes these folders, given by absolute paths, the only include folders.
     void includeOnly(const std::vector<std::string> &folders);
 
     std::optional<DefaultsValue> value(std::string_view key) const override;

@@ -7,8 +7,8 @@ namespace quillon {
 
 class FolderIdentity;
 
-/// The absolute paths of folders named on the command line. Complains about each that cannot be
-/// read, leaves it out and sets failed.
+/// Returns the absolute paths of folders named on the command line. A folder that cannot be read is
+/// left out with a complaint, and failed is set.
 std::vector<std::string> readableFolders(const std::vector<std::string> &typed,
                                          const FolderIdentity &identity, bool &failed);
 

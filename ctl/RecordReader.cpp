@@ -22,7 +22,7 @@ std::error_code readRecords(std::FILE *stream, char separator,
             records.push_back(record);
     };
     for (bool atEnd = false; !atEnd;) {
-        // What stands in the buffer is the beginning of a record that has not ended yet.
+        // The buffer holds the beginning of a record whose end has not been read yet.
         const std::size_t begun = buffer.size();
         buffer.resize(begun + BLOCK);
         const std::size_t size = std::fread(buffer.data() + begun, 1, BLOCK, stream);

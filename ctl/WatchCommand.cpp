@@ -25,14 +25,14 @@ namespace {
 /// How long a disk that does not answer may hold up the end of the program.
 constexpr std::chrono::seconds TASK_END_TIME(5);
 
-/// Paths are told one a line; a line is written at once, since others wait for it.
+/// Prints the path as one line and at once, since other programs wait for it.
 void tell(const std::string &path)
 {
     const std::string line = path + "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-/// Prints every path, ascending by bytes, and a dot.
+/// Prints every path, sorted by bytes, and then a dot.
 bool print(const SearchBase &searchBase, char end, Output &output)
 {
     for (const std::string &path : searchBase.paths()) {

@@ -10,18 +10,18 @@ namespace quillon {
 
 class Output;
 
-/// Keeps an index of some folders current and prints it whenever standard input asks for it, until
-/// that ends.
+/// Keeps an index of some folders current, and prints it whenever standard input asks, until
+/// standard input ends.
 struct WatchCommand
 {
     /// The folders to watch, as typed.
     std::vector<std::string> folders;
-    /// Seconds from a change to its being told, and from there to the update.
+    /// Seconds from a change to its report.
     double latency = 10.0;
     std::chrono::milliseconds window{3000};
-    /// From one look at the folders that are not watched to the next.
+    /// The time between two checks of the folders that are not watched.
     std::chrono::milliseconds sweep{60000};
-    /// The most watches; absent: half of what the system grants the user.
+    /// The most watches. When absent, half of what the system grants the user.
     std::optional<std::size_t> budget;
     bool nulSeparated = false;
 

@@ -17,7 +17,7 @@
 
 int main(int argc, char **argv)
 {
-    // A reader that has seen enough shows as an error of writing, not as our end.
+    // When the reader has gone, a write shall fail instead of ending this program.
     std::signal(SIGPIPE, SIG_IGN);
     quillon::Output output;
     return quillon::runCommandLine(argc, argv, output);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view DESKTOP = ".desktop";
 constexpr std::size_t MOST_NAMES = 3;
-/// Shorter names stand in many a word.
+/// Shorter names occur in too many words to mean anything.
 constexpr qsizetype SHORTEST_PART = 3;
 
 QString folded(std::string_view text)
@@ -37,7 +37,7 @@ std::string_view lastPart(const Application &application)
 
 using NameOf = std::string_view (*)(const Application &);
 
-/// The kinds of name, those that settle it first.
+/// The kinds of name, the decisive ones first.
 constexpr std::array<NameOf, 7> NAMES{
     [](const Application &a) -> std::string_view { return a.id; },
     [](const Application &a) { return withoutSuffix(a.id); },
@@ -63,8 +63,8 @@ int editDistance(const QString &one, const QString &other)
     return row.back();
 }
 
-/// Absent when nobody who means the name would type the text: more than a third of it is wrong,
-/// and neither is a part of the other.
+/// Returns how far the typed text is from the name. Absent when more than a third of it is wrong
+/// and neither text is a part of the other.
 std::optional<int> distance(const QString &typed, const QString &name)
 {
     if (name.isEmpty())

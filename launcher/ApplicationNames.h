@@ -9,22 +9,22 @@
 
 namespace quillon {
 
-/// Which kind of name counts as an application's own.
+/// The kinds of name by which an application is found.
 enum class NameKinds
 {
-    /// Its id, its names and the name of its program.
+    /// The application's id, its names and the name of its program.
     own,
-    /// What kind of program it is as well: "Web Browser".
+    /// The names above and the kind of program, as in "Web Browser".
     ownAndGeneric,
 };
 
-/// The application of that name, whatever the case of its letters; null when there is none. The id
-/// goes before the name, that before the program, and so on; what the desktop's menus show goes
-/// before what they leave out. Among equals the first one.
+/// Returns the application of that name, regardless of case; null when there is none. A matching id
+/// comes before a matching name, and a name before a program. Applications that the desktop's menus
+/// show come before those that they leave out. Among equals the first one is taken.
 const Application *findApplication(std::string_view name, std::span<const Application> applications,
                                    NameKinds kinds = NameKinds::ownAndGeneric);
-/// Names of applications in the menus that somebody who typed this may have meant, the nearest
-/// first, three at most; often none.
+/// Returns at most three names of applications in the menus that the user may have meant, the
+/// nearest first. Often there are none.
 std::vector<std::string> nearestNames(std::string_view name,
                                       std::span<const Application> applications);
 

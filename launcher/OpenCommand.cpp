@@ -13,10 +13,11 @@ namespace quillon {
 namespace {
 
 constexpr int USAGE_ERROR = 2;
-/// The name that stands for whatever terminal the user has.
+/// The name that stands for whichever terminal is installed.
 constexpr std::string_view TERMINAL = "Terminal";
 
-/// The installed applications; where several have one name, the item's default one goes first.
+/// Returns the installed applications. Where several have the same name, the item's default
+/// application comes first.
 std::vector<Application> applicationsFor(const std::string &path,
                                          const ApplicationLauncher &launcher,
                                          const Workspace &workspace)

@@ -71,7 +71,8 @@ int StartCommand::carryOut(const std::string &action) const
         std::fputs("quillon: the running instance does not answer\n", complaints_);
         return EXIT_FAILURE;
     }
-    // Plain "quillon" is a first start, or finds out on its own that it is a second one.
+    // Without a bus, plain "quillon" starts the application, which finds out by itself whether
+    // another instance runs.
     if (outcome == RunningInstance::Outcome::noBus && action != "activate") {
         std::fputs("quillon: there is no session bus, so a running instance cannot be reached\n",
                    complaints_);

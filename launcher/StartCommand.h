@@ -8,16 +8,17 @@ namespace quillon {
 
 class RunningInstance;
 
-/// The command "quillon": hands what is asked to the running instance, or starts the application
-/// with it.
+/// The command "quillon": hands the request to the running instance, or starts the application with
+/// it.
 class StartCommand
 {
 public:
-    /// Goes on as the application, which does what is asked once it runs: an action of
-    /// RemoteControl, or "background" for nothing that is seen. Returns why it could not.
+    /// Replaces this process by the application, which carries out the action: one of
+    /// RemoteControl's actions, or "background", which shows nothing. Returns only on failure, with
+    /// the reason.
     using BecomeApplication = std::function<std::string(const std::string &action)>;
 
-    /// Complaints are written to the stream; all outlive this.
+    /// Writes complaints to the stream. All arguments outlive this object.
     StartCommand(RunningInstance &instance, BecomeApplication becomeApplication,
                  std::FILE *complaints);
 
