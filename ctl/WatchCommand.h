@@ -18,6 +18,7 @@ struct WatchCommand
     std::vector<std::string> folders;
     /// Seconds from a change to its report.
     double latency = 10.0;
+    /// The time from a report to the update of the index.
     std::chrono::milliseconds window{3000};
     /// The time between two checks of the folders that are not watched.
     std::chrono::milliseconds sweep{60000};
