@@ -657,6 +657,46 @@ TEST_F(ArmedWatchTest, findsAFolderInThePlaceOfAnother)
     EXPECT_THAT(told(), ElementsAre("x/d/later"));
 }
 
+TEST_F(ArmedWatchTest, watchesWhatIsInAFolderThatWasAwayMeanwhile)
+{
+    for (const char *path : {"root", "root/a", "root/x", "root/a/b", "root/x/b"})
+        disk_.makeFolder(path);
+    const std::string a = disk_.path("root/a");
+    std::atomic<bool> isCrawled = false;
+    int exchanges = 0;
+    InotifyOptions options = later();
+    // The clock is read where a folder is gone. So "a" is away while "a/b" gets its watch.
+    options.readingInterval = 1h;
+    options.wallClock = [&, old = options.wallClock] {
+        if (exchanges < 2 && isCrawled &&
+            (exchanges == 1 || watchedInodes().contains(inodeOf(a)))) {
+            ++exchanges;
+            ::syscall(SYS_renameat2, AT_FDCWD, a.c_str(), AT_FDCWD, disk_.path("root/x").c_str(),
+                      RENAME_EXCHANGE);
+        }
+        return old();
+    };
+    service_.emplace(options);
+    index_ = std::make_shared<ModelIndex>(disk_.path("root"));
+    receiver_.emplace(index_);
+    index_->update(index_->root());
+    arming_ = service_->beginArming(index_);
+    root_ = arming_->armRoot(index_->root());
+    const auto armed = arming_->arm(root_, "a", stampOf(a));
+    const auto other = arming_->arm(root_, "x", stampOf(disk_.path("root/x")));
+    arming_->arm(root_, "gone", {1, 2, 3});
+    arming_->arm(armed, "b", stampOf(a + "/b"));
+    arming_->arm(root_, "gone too", {1, 3, 3});
+    arming_->arm(other, "b", stampOf(disk_.path("root/x/b")));
+    isCrawled = true;
+    makeStream();
+    told();
+    EXPECT_EQ(exchanges, 2);
+    disk_.makeFolder("root/a/b/later");
+    EXPECT_THAT(told(), ElementsAre("a/b/later"));
+    EXPECT_EQ(stream_->status().watched, 6U);
+}
+
 TEST_F(ArmedWatchTest, doesWithoutStamps)
 {
     knowsStamps_ = false;

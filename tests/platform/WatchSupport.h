@@ -83,7 +83,7 @@ public:
 
     void update(const std::string &path)
     {
-        const Paths found = onDisk(path);
+        const Paths found = isReachedWithoutLinks(path) ? onDisk(path) : Paths();
         const MutexLock lock(mutex_);
         std::erase_if(paths_, [&](const std::string &old) {
             return old == path || (old.starts_with(path) && old[path.size()] == '/');
@@ -103,6 +103,18 @@ public:
     const std::string &root() const { return root_; }
 
 private:
+    /// Whether every folder between the root and the path is a folder and not a link to one.
+    bool isReachedWithoutLinks(const std::string &path) const
+    {
+        std::error_code error;
+        for (std::size_t slash = path.find('/', root_.size() + 1); slash != std::string::npos;
+             slash = path.find('/', slash + 1))
+            if (!std::filesystem::is_directory(
+                    std::filesystem::symlink_status(path.substr(0, slash), error)))
+                return false;
+        return true;
+    }
+
     const std::string root_;
     mutable Mutex mutex_;
     Paths paths_ GUARDED_BY(mutex_);

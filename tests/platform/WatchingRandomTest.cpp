@@ -39,7 +39,7 @@ public:
         std::error_code ignored;
         const std::string one = somePath();
         const std::string other = somePath();
-        switch (number(13)) {
+        switch (number(17)) {
         case 0:
         case 1:
         case 2:
@@ -75,6 +75,27 @@ public:
             else
                 ::unlink(one.c_str());
             break;
+        case 12:
+            // Back within the latency, mostly.
+            awayAndBack(one, outside_ + "/away", [&] { fs::create_directories(one, ignored); });
+            break;
+        case 13:
+            // The other root has folders of the same names.
+            awayAndBack(root_, outside_ + "/root",
+                        [&] { fs::create_directories(root_ + "/a/b", ignored); });
+            break;
+        case 14:
+            awayAndBack(root_.substr(0, root_.rfind('/')), outside_ + "/above",
+                        [&] { fs::create_directories(root_ + "/a/c", ignored); });
+            break;
+        case 15:
+            // A folder takes the place of the one above it.
+            if (const std::string above = one.substr(0, one.rfind('/')); above != root_) {
+                ::rename(one.c_str(), (outside_ + "/up").c_str());
+                fs::remove_all(above, ignored);
+                ::rename((outside_ + "/up").c_str(), above.c_str());
+            }
+            break;
         default:
             fs::remove_all(one, ignored);
             if (number(2) == 0)
@@ -85,11 +106,25 @@ public:
     }
 
 private:
+    /// Puts something else in a folder's place, and then the folder again.
+    template <typename Replace>
+    void awayAndBack(const std::string &path, const std::string &away, const Replace &replace)
+    {
+        if (::rename(path.c_str(), away.c_str()) != 0)
+            return;
+        std::error_code ignored;
+        if (number(2) == 0)
+            replace();
+        std::this_thread::sleep_for(std::chrono::microseconds(number(3000)));
+        fs::remove_all(path, ignored);
+        ::rename(away.c_str(), path.c_str());
+    }
     unsigned number(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
     std::string somePath()
     {
-        static constexpr std::array NAMES{"a",     "b",       "c",       "d.app",
-                                          "e.txt", "skipped", ".hidden", "f \n\xff"};
+        static constexpr std::array NAMES{"a",     "b",       "c",         "d.app",
+                                          "e.txt", "skipped", ".hidden",   "f \n\xff",
+                                          "-rf",   "tab\t",   "\u202eback"};
         std::string path = root_;
         for (unsigned depth = 1 + number(5); depth > 0; --depth)
             path +=
@@ -200,7 +235,7 @@ std::vector<std::string> differences(const ModelIndex &index)
 void WatchingRandomTest::run(unsigned seed)
 {
     const TemporaryFolder disk(GetParam().disk);
-    const std::string root = disk.makeFolder("root");
+    const std::string root = disk.makeFolder("above/root");
     RandomUser user(root, disk.makeFolder("outside"), seed);
     for (int i = 0; i < 100; ++i)
         user.act();
@@ -253,7 +288,7 @@ void crawl(FSEventArming &arming, FSEventArming::Folder folder, const std::strin
 void WatchingRandomTest::runWithCrawl(unsigned seed)
 {
     const TemporaryFolder disk(GetParam().disk);
-    const std::string root = disk.makeFolder("root");
+    const std::string root = disk.makeFolder("above/root");
     RandomUser user(root, disk.makeFolder("outside"), seed);
     for (int i = 0; i < 500; ++i)
         user.act();

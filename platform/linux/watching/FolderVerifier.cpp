@@ -134,8 +134,12 @@ bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &
     // What happened between the look and the watch shows in a second look.
     const bool isArmed = seen.watch != WatchTree::NO_WATCH;
     const bool isChanged = hasChanged(id, isArmed ? probeFolder(path, tree_.isRoot(id)) : found);
-    if (isArmed)
+    if (isArmed) {
         folders_.nowWatched(id, seen.watch);
+        // The path may have led to another folder when the watch was asked for.
+        if (!tree_.isRoot(id))
+            looks_.push_back({tree_.parent(id), std::string(tree_.name(id))});
+    }
     if (isChanged)
         pending_.push_back(id);
     reconcilePending();

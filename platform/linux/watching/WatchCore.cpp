@@ -246,6 +246,7 @@ void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t
                 mark(folder, name);
         });
     verifier_.armListed();
+    checkArming();
     fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
     finish();
 }
@@ -371,6 +372,21 @@ void WatchCore::checkLooks()
         else if (stamps.hasMovedAbove(look.folder))
             retries_.add(look.folder, look.name);
     }
+}
+
+/// The same after the folders of a crawl have got their watches by their paths: every folder counts
+/// as looked at.
+void WatchCore::checkArming()
+{
+    drain();
+    const bool distrustsAll = overflow_ || rootsSuspect_;
+    const std::unordered_set<Id> moved = unsettled();
+    if (!distrustsAll && moved.empty())
+        return;
+    const WatchTree &tree = folders_.tree();
+    for (Id id = 1; id < tree.idLimit(); ++id)
+        if (tree.isLive(id) && (distrustsAll || isBelowAny(id, moved)))
+            unlisted_.insert(id);
 }
 
 /// The folders that something has happened to since they were looked at.

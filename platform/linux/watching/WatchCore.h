@@ -102,6 +102,7 @@ private:
     void listAnew(Id id);
     void finish();
     void checkLooks();
+    void checkArming();
     std::unordered_set<Id> unsettled();
     bool isBelowAny(Id id, const std::unordered_set<Id> &folders) const;
     void lookAgain(const FolderVerifier::Look &look);
