@@ -11,29 +11,29 @@
 
 namespace quillon {
 
-/// One name in a folder. Symbolic links, also those to folders, are no folders.
+/// One name in a folder. A symbolic link counts as no folder, even where it leads to one.
 struct FolderEntry
 {
     std::string_view name;
     bool isFolder = false;
 };
 
-/// Entries read at once and the room that holds their names; kept from folder to folder, one for
-/// each thread.
+/// The entries of one read, with the memory for their names. Each thread keeps one batch and uses
+/// it for folder after folder.
 struct FolderBatch
 {
     /// Names are valid until the next read into this batch.
     std::vector<FolderEntry> entries;
-    /// For the implementation.
+    /// The implementation's memory for the names.
     std::unique_ptr<std::byte[]> room;
 };
 
-/// What stands at a path.
+/// What is at a path.
 enum class FolderKind
 {
     nothing,
     folder,
-    /// Whatever is no folder, symbolic links included.
+    /// Anything but a folder, symbolic links included.
     other,
     /// The file system does not answer, or answers with an error other than absence.
     unknown,
@@ -51,17 +51,17 @@ public:
     OpenFolder(const OpenFolder &) = delete;
     OpenFolder &operator=(const OpenFolder &) = delete;
 
-    /// Reads some more entries, "." and ".." left out, in the file system's order. False at the end
-    /// and on an error, which error then holds; the batch is empty then.
+    /// Reads some more entries, without "." and "..", in the file system's order. Returns false,
+    /// with an empty batch, at the end and on a failure, which sets error.
     virtual bool read(FolderBatch &batch, std::error_code &error) = 0;
-    /// Opens a folder in this one by its name. Null with error set when it is gone, is no folder
-    /// (any more), is a link or may not be read; null without an error when there is nothing to
-    /// read by the rules of FolderLister::open().
+    /// Opens a folder in this one by its name. Null with error set when the name is gone, is no
+    /// folder, is a link or may not be read. Null without an error when FolderLister::open() has
+    /// nothing to read there.
     virtual std::unique_ptr<OpenFolder> open(const std::string &name,
                                              std::error_code &error) const = 0;
-    /// What stands at a name in this folder; a symbolic link is not followed.
+    /// Returns what is at a name in this folder, without following a symbolic link.
     virtual FolderKind kind(const std::string &name) const = 0;
-    /// The folder as it is now; unknown where the file system does not tell.
+    /// Returns the folder's present stamp; unknown where the file system gives none.
     virtual FolderStamp stamp() const = 0;
 };
 
@@ -72,7 +72,7 @@ public:
     enum class Wanted
     {
         everything,
-        /// Folders are all that counts: one that is known to hold none need not be opened.
+        /// Only folders count, so a folder that is known to hold none need not be opened.
         subfolders,
     };
 
@@ -81,16 +81,16 @@ public:
     FolderLister(const FolderLister &) = delete;
     FolderLister &operator=(const FolderLister &) = delete;
 
-    /// Opens a folder by its absolute path of any length, symbolic links in it and at its end
-    /// being followed. Null with error set as for OpenFolder::open(); null without an error for a
-    /// folder of a file system that holds no files (proc, sysfs and their kind). What is wanted
-    /// holds for everything opened from there.
+    /// Opens a folder by its absolute path of any length and follows symbolic links. Null with
+    /// error set as in OpenFolder::open(). Null without an error for a folder of a file system that
+    /// holds no files (proc, sysfs and their kind). What is wanted applies to every folder opened
+    /// from this one.
     virtual std::unique_ptr<OpenFolder> open(const std::string &path, Wanted wanted,
                                              std::error_code &error) = 0;
 
     using Kind = FolderKind;
-    /// What stands at an absolute path of any length; a symbolic link at its end is not followed,
-    /// those before are.
+    /// Returns what is at an absolute path of any length. Follows symbolic links, except at the
+    /// path's end.
     virtual Kind kind(const std::string &path) = 0;
 };
 
