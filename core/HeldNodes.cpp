@@ -4,22 +4,22 @@ namespace quillon {
 
 namespace {
 
-/// Folders whose dead children go at a time.
+/// The dead children of so many folders are removed at a time.
 constexpr std::size_t SLICE = 1024;
 
 } // namespace
 
-HeldNodes::HeldNodes(SearchBasePaths &paths) : paths_(paths)
+HeldNodes::HeldNodes(PathIndex &index) : index_(index)
 {
-    const WritingIndex writing(paths_.lock());
-    paths_.mutableTree().hold();
+    const WritingIndex writing(index_.lock);
+    index_.tree.hold();
 }
 
 HeldNodes::~HeldNodes()
 {
     {
-        const WritingIndex writing(paths_.lock());
-        paths_.mutableTree().letGo();
+        const WritingIndex writing(index_.lock);
+        index_.tree.letGo();
     }
     while (collectSome()) {
     }
@@ -27,8 +27,8 @@ HeldNodes::~HeldNodes()
 
 bool HeldNodes::collectSome()
 {
-    const WritingIndex writing(paths_.lock());
-    return paths_.mutableTree().collectSomeDead(SLICE);
+    const WritingIndex writing(index_.lock);
+    return index_.tree.collectSomeDead(SLICE);
 }
 
 } // namespace quillon

@@ -1,16 +1,17 @@
 #pragma once
 
-#include "core/SearchBasePaths.h"
+#include "matching/PathIndex.h"
 
 namespace quillon {
 
-/// Keeps every node of the tree in place, whatever flags it loses, until the end of its life. Then
-/// what is dead goes, with the index locked for a little at a time.
+/// Keeps every node of the tree in place, whatever flags it loses, and every id valid unless the
+/// tree is cleared. Removes the dead nodes at the end of its life, with the index locked for a
+/// little at a time.
 class HeldNodes
 {
 public:
-    /// The store outlives this.
-    explicit HeldNodes(SearchBasePaths &paths);
+    /// The index outlives this.
+    explicit HeldNodes(PathIndex &index);
     ~HeldNodes();
     HeldNodes(const HeldNodes &) = delete;
     HeldNodes &operator=(const HeldNodes &) = delete;
@@ -18,7 +19,7 @@ public:
 private:
     bool collectSome();
 
-    SearchBasePaths &paths_;
+    PathIndex &index_;
 };
 
 } // namespace quillon

@@ -386,6 +386,8 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
     const EitherStop end(stop, isReset);
     const MutexLock changing(changing_);
     const std::shared_ptr<const SearchLocations> locations = this->locations();
+    if (changed.empty())
+        return {};
     const IndexUpdate::Terms terms{.folderLister = services_.folderLister,
                                    .patterns = locations->extensions(),
                                    .roots = locations->roots(),
@@ -393,22 +395,24 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
                                    .isReset = isReset,
                                    .now = services_.now};
     std::vector<std::string> unanswered;
-    if (changed.empty())
-        return unanswered;
-    // The nodes stay in place for every update, and the dead ones are collected once, at the end.
-    const HeldNodes held(searchBasePaths_);
-    for (ChangedPaths &some : ChangedPaths::together(changed, terms.roots)) {
-        if (end.token().stop_requested())
-            return {};
-        IndexUpdate update(searchBasePaths_, terms, some);
-        if (findOut(update, some, terms.patterns, end.token()))
-            applyInMainQueue(update);
-        std::ranges::move(update.unanswered(), std::back_inserter(unanswered));
+    {
+        // The tree is held across all updates, so dead nodes are collected once.
+        const HeldNodes held(searchBaseMatcher_.index());
+        for (ChangedPaths &some : ChangedPaths::together(changed, terms.roots)) {
+            if (end.token().stop_requested())
+                return {};
+            IndexUpdate update(searchBasePaths_, terms, some);
+            if (findOut(update, some, terms.patterns, end.token()))
+                applyInMainQueue(update);
+            std::ranges::move(update.unanswered(), std::back_inserter(unanswered));
+        }
     }
+    // Folders that came one by one have left siblings far apart, which makes searches slow.
+    searchBaseMatcher_.arrange();
     return unanswered;
 }
 
-/// Returns the paths that are to be looked at.
+/// Logs the reports and returns those paths that are to be looked at.
 std::vector<std::string> SearchBase::logChanges(std::span<const std::string> paths)
 {
     std::vector<std::string> changed;
@@ -426,7 +430,7 @@ std::vector<std::string> SearchBase::logChanges(std::span<const std::string> pat
     return changed;
 }
 
-/// False when nothing is to be applied.
+/// Crawls and compares. Returns false when nothing is to be applied.
 bool SearchBase::findOut(IndexUpdate &update, const ChangedPaths &changed,
                          const std::set<std::string> &patterns, const std::stop_token &stop)
 {
@@ -484,6 +488,8 @@ std::string SearchBase::treeDescription() const
 void SearchBase::describe(SortedPathWalk::Of of,
                           const std::function<void(std::string_view)> &receive) const
 {
+    // The walk goes on from where it was, so the nodes have to stay where they are.
+    const HeldNodes held(searchBaseMatcher_.index());
     std::optional<SortedPathWalk> walk;
     bool isFirst = true;
     for (bool goesOn = true; goesOn;) {
@@ -492,7 +498,6 @@ void SearchBase::describe(SortedPathWalk::Of of,
             const ReadingIndex reading(searchBasePaths_.lock());
             const PathTree &tree = searchBasePaths_.tree();
             if (!walk) {
-                tree.pin();
                 walk.emplace(tree, of);
                 if (of == SortedPathWalk::Of::childSets)
                     searchBasePaths_.appendTreeMapping(PathTree::ROOT, true, piece);
@@ -500,10 +505,8 @@ void SearchBase::describe(SortedPathWalk::Of of,
             while (goesOn && piece.size() < DUMP_PIECE) {
                 const PathTree::NodeId node = walk->next();
                 goesOn = node != PathTree::NONE;
-                if (!goesOn) {
-                    tree.unpin();
+                if (!goesOn)
                     break;
-                }
                 isFirst = isFirst && piece.empty();
                 if (of == SortedPathWalk::Of::childSets) {
                     searchBasePaths_.appendTreeMapping(node, isFirst, piece);

@@ -29,6 +29,13 @@ std::string_view keyText(std::string_view parent)
     return parent == "/" ? std::string_view() : parent;
 }
 
+/// Does the reverse of keyText() for a node that keeps a set; ROOT stands for the empty path.
+std::string parentText(const PathTree &tree, NodeId set)
+{
+    std::string text = tree.text(set);
+    return text.empty() && set != PathTree::ROOT ? "/" : text;
+}
+
 bool isSlash(const PathTree &tree, NodeId id)
 {
     const NodeId parent = tree.node(id).parent;
@@ -122,7 +129,7 @@ void SearchBasePaths::Paths::forEach(const Receiver &receive) const
 bool SearchBasePaths::ParentToChildren::contains(std::string_view parent) const
 {
     if (parent.empty())
-        return store_.listedElsewhere(PathTree::ROOT) != nullptr;
+        return store_.listedElsewhere(parent) != nullptr;
     return has(tree_, tree_.find(keyText(parent)), PathTree::HAS_CHILD_SET);
 }
 
@@ -141,7 +148,7 @@ SearchBasePaths::ParentToChildren::children(std::string_view parent) const
     if (set != PathTree::ROOT)
         for (const NodeId child : childrenWith(tree_, set, PathTree::LISTED))
             texts.push_back(tree_.text(child));
-    if (const Children *others = store_.listedElsewhere(set))
+    if (const Children *others = store_.listedElsewhere(parent))
         texts.insert(texts.end(), others->begin(), others->end());
     return texts;
 }
@@ -152,8 +159,7 @@ void SearchBasePaths::ParentToChildren::forEach(const Receiver &receive) const
         receive("");
     SortedPathWalk walk(tree_, SortedPathWalk::Of::childSets);
     for (NodeId node = walk.next(); node != PathTree::NONE; node = walk.next()) {
-        const std::string text = tree_.text(node);
-        receive(text.empty() ? "/" : text);
+        receive(parentText(tree_, node));
     }
 }
 
@@ -182,20 +188,14 @@ void SearchBasePaths::insert(std::span<const SearchBasePathsInsertionOperation> 
 NodeId SearchBasePaths::list(std::string_view path, std::string_view parent)
 {
     if (!isParentByShape(parent, path)) {
-        elsewhere_[makeChildSet(parent)].emplace(path);
+        elsewhere_[std::string(parent)].emplace(path);
+        if (!parent.empty())
+            index_.tree.insert(keyText(parent), PathTree::HAS_CHILD_SET);
         return index_.tree.insert(path, PathTree::STORED);
     }
     const NodeId node = index_.tree.insert(path, PathTree::STORED | PathTree::LISTED);
     index_.tree.addFlags(index_.tree.node(node).parent, PathTree::HAS_CHILD_SET);
     return node;
-}
-
-NodeId SearchBasePaths::makeChildSet(std::string_view parent)
-{
-    if (!parent.empty())
-        return index_.tree.insert(keyText(parent), PathTree::HAS_CHILD_SET);
-    elsewhere_.try_emplace(PathTree::ROOT);
-    return PathTree::ROOT;
 }
 
 NodeId SearchBasePaths::remove(std::string_view path, std::vector<std::string> &log)
@@ -204,7 +204,7 @@ NodeId SearchBasePaths::remove(std::string_view path, std::vector<std::string> &
     log.push_back(std::string(REMOVE_TAG).append(normalized));
     const NodeId node = index_.tree.insert(normalized, 0);
     if (normalized.empty()) {
-        elsewhere_[PathTree::ROOT].clear();
+        elsewhere_[""].clear();
         index_.tree.removeFlags(node, PathTree::STORED);
     } else {
         remove(node);
@@ -229,7 +229,8 @@ void SearchBasePaths::remove(NodeId node)
     tree.addFlags(set, PathTree::HAS_CHILD_SET);
     for (const NodeId child : childrenWith(tree, set, PathTree::LISTED))
         tree.removeFlags(child, PathTree::LISTED);
-    elsewhere_.erase(set);
+    if (!elsewhere_.empty())
+        elsewhere_.erase(parentText(tree, set));
     tree.removeFlags(node, PathTree::STORED);
 }
 
@@ -242,9 +243,9 @@ void SearchBasePaths::forget(NodeId node)
         tree.removeFlags(set, PathTree::HAS_CHILD_SET);
     if (!isListedByShape(tree, node)) {
         const std::string text = tree.text(node);
-        const NodeId parent = nodeAbove(normalizePath(StringPathParent::getParentFolderPath(text)));
-        const auto others = elsewhere_.find(parent);
-        if (parent != PathTree::NONE && others != elsewhere_.end()) {
+        const auto others =
+            elsewhere_.find(normalizePath(StringPathParent::getParentFolderPath(text)));
+        if (others != elsewhere_.end() && !others->first.empty()) {
             others->second.erase(text);
             if (others->second.empty())
                 elsewhere_.erase(others);
@@ -293,20 +294,18 @@ std::string SearchBasePaths::treeMappingDescription() const
 
 void SearchBasePaths::appendTreeMapping(NodeId node, bool isFirst, std::string &text) const
 {
-    const std::string prefix = index_.tree.text(node);
-    std::string_view parent = prefix;
-    if (node == PathTree::ROOT && listedElsewhere(node) == nullptr)
+    const std::string parent = parentText(index_.tree, node);
+    const Children *others = listedElsewhere(parent);
+    if (node == PathTree::ROOT && others == nullptr)
         return;
-    if (node != PathTree::ROOT && prefix.empty())
-        parent = "/";
     text.append(isFirst ? "" : "\n").append(parent).append(": ");
     const std::size_t end = text.size();
     if (node != PathTree::ROOT)
         for (const NodeId child : childrenWith(index_.tree, node, PathTree::LISTED)) {
-            text.append(CHILD).append(prefix).append("/");
+            text.append(CHILD).append(keyText(parent)).append("/");
             text.append(index_.tree.name(index_.tree.node(child)));
         }
-    if (const Children *others = listedElsewhere(node))
+    if (others != nullptr)
         for (const std::string &child : *others)
             text.append(CHILD).append(child);
     if (text.size() == end)
@@ -318,10 +317,15 @@ NodeId SearchBasePaths::nodeAbove(std::string_view parent) const
     return parent.empty() ? PathTree::NONE : index_.tree.find(keyText(parent));
 }
 
+const SearchBasePaths::Children *SearchBasePaths::listedElsewhere(std::string_view parent) const
+{
+    const auto others = elsewhere_.find(parent);
+    return others == elsewhere_.end() ? nullptr : &others->second;
+}
+
 const SearchBasePaths::Children *SearchBasePaths::listedElsewhere(NodeId set) const
 {
-    const auto others = elsewhere_.find(set);
-    return others == elsewhere_.end() ? nullptr : &others->second;
+    return elsewhere_.empty() ? nullptr : listedElsewhere(parentText(index_.tree, set));
 }
 
 } // namespace quillon

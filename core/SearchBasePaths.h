@@ -35,10 +35,10 @@ makeInsertionOperations(std::string_view url, std::span<const std::string> child
 
 /// The paths that are indexed and the children that are listed under each.
 ///
-/// Both are flags in the tree that the matcher searches; the matcher's candidates are flags of
-/// their own and not touched here, but for clear(). Operations are called with the index's lock
-/// held, so that a caller can combine them; what paths() and parentToChildren() return is used
-/// while it is held.
+/// Both are flags in the tree that the matcher searches. The matcher's candidates are flags of
+/// their own, which only clear() touches here. The caller holds the index's lock during every
+/// operation, so that it can combine them, and as long as it uses what paths() and
+/// parentToChildren() return.
 class SearchBasePaths
 {
 public:
@@ -137,15 +137,15 @@ private:
     using Children = std::set<std::string, std::less<>>;
 
     PathTree::NodeId list(std::string_view path, std::string_view parent) REQUIRES(index_.lock);
-    /// Makes the set of children where it is missing; NONE for the empty path.
-    PathTree::NodeId makeChildSet(std::string_view parent) REQUIRES(index_.lock);
+    /// Returns null when there are none.
+    const Children *listedElsewhere(std::string_view parent) const NO_THREAD_SAFETY_ANALYSIS;
+    /// Returns the same for the node that keeps the parent's set.
     const Children *listedElsewhere(PathTree::NodeId set) const NO_THREAD_SAFETY_ANALYSIS;
 
     PathIndex &index_;
-    /// Children whose parent is not what stands before their last slash, by the node that keeps the
-    /// parent's set; for ROOT the set of the empty path, whose own node keeps that of "/". Nothing
-    /// that a crawl finds comes here.
-    std::map<PathTree::NodeId, Children> elsewhere_ GUARDED_BY(index_.lock);
+    /// Holds the children whose parent is not the text before their last slash, by the parent, and
+    /// the set of the empty path. Nothing that a crawl finds comes here.
+    std::map<std::string, Children, std::less<>> elsewhere_ GUARDED_BY(index_.lock);
 };
 
 } // namespace quillon

@@ -7,10 +7,10 @@
 
 namespace quillon {
 
-/// Goes through a tree in the order of the whole texts by bytes, holding no text.
+/// Walks a tree in the order of the whole texts by bytes, without keeping any text.
 ///
-/// The tree may change between two steps while it is pinned: what is added or removed meanwhile may
-/// or may not be met. Nothing is met any more once it was cleared.
+/// The tree may change between two steps while it is held (HeldNodes): the walk may or may not meet
+/// what is added or removed meanwhile. It meets nothing any more once the tree was cleared.
 class SortedPathWalk
 {
 public:
@@ -25,14 +25,14 @@ public:
 
     SortedPathWalk(const PathTree &tree, Of of);
 
-    /// NONE at the end.
+    /// Returns NONE at the end.
     PathTree::NodeId next();
 
 private:
     struct Item
     {
         PathTree::NodeId node = PathTree::NONE;
-        /// What stands below the node, rather than the node itself.
+        /// True for what is below the node, false for the node itself.
         bool isBelow = false;
     };
 
@@ -44,7 +44,7 @@ private:
     const PathTree &tree_;
     const PathTree::Flags flag_;
     const std::uint64_t generation_;
-    /// The next one last.
+    /// The next item comes last.
     std::vector<Item> items_;
 };
 

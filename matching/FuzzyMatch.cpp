@@ -69,7 +69,7 @@ void FuzzyMatch::remove(std::string_view result)
 
 void FuzzyMatch::arrange()
 {
-    index_->arrange([](const PathTree &) {});
+    index_->arrange();
 }
 
 std::vector<FuzzyMatchResult> FuzzyMatch::match(std::string_view pattern, std::size_t top) const

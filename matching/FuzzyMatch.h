@@ -35,7 +35,8 @@ public:
     /// An absent text is ignored.
     void remove(std::string_view result);
 
-    /// Makes searches faster after a large list has come in any order, see PathIndex::arrange().
+    /// Makes searches faster after many candidates have come in any order, see
+    /// PathIndex::arrange(). Takes some tenths of a second for a million of them.
     void arrange();
 
     /// Returns at most top candidates that hold the pattern as a subsequence, by score descending

@@ -1,24 +1,26 @@
 #include "matching/PathIndex.h"
 
+#include <memory>
+
 namespace quillon {
 
-void PathIndex::arrange(const std::function<void(const PathTree &former)> &isReplaced)
+void PathIndex::arrange()
 {
-    // The former tree is released behind the lock: that takes as long as a search.
-    PathTree arranged;
+    // Releasing a tree takes as long as a search, so it is done after the lock is given back.
+    std::unique_ptr<PathTree> arranged;
     std::uint64_t changes = 0;
     {
         const ReadingIndex reading(lock);
+        if (tree.isHeld() || !tree.isScattered())
+            return;
         changes = tree.changes();
-        if (tree.isHeld() || !tree.isScattered() ||
-            !arranged.arrange(tree, [this] { return !lock.isWriterWaiting(); }))
+        arranged = std::make_unique<PathTree>();
+        if (!arranged->arrange(tree, [this] { return !lock.isWriterWaiting(); }))
             return;
     }
     const WritingIndex writing(lock);
-    if (tree.changes() != changes || tree.isHeld())
-        return;
-    tree.replaceBy(arranged);
-    isReplaced(arranged);
+    if (tree.changes() == changes && !tree.isHeld())
+        tree.replaceBy(*arranged);
 }
 
 } // namespace quillon

@@ -15,9 +15,8 @@ struct PathIndex
 
     /// Lays the tree out anew where its siblings lie scattered, see PathTree::arrange(); every id
     /// is another one afterwards. Searches go on meanwhile and wait only while the trees are
-    /// exchanged. Then isReplaced is called with the former tree and the lock held exclusively.
-    /// Does nothing while the tree is held, and gives up when anybody wants to write.
-    void arrange(const std::function<void(const PathTree &former)> &isReplaced) EXCLUDES(lock);
+    /// exchanged. Does nothing while the tree is held, and gives up when anybody wants to write.
+    void arrange() EXCLUDES(lock);
 };
 
 } // namespace quillon

@@ -1,5 +1,7 @@
 #include "core/SearchBasePaths.h"
 
+#include "tests/support/ArrangedTree.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -197,7 +199,7 @@ protected:
         const std::string path = randomPath();
         const std::string normalized(normalizePath(path));
         const std::string parent(normalizePath(StringPathParent::getParentFolderPath(normalized)));
-        switch (random_() % 4) {
+        switch (random_() % 5) {
         case 0:
             store_.add(path);
             model_.insert(normalized, parent);
@@ -215,6 +217,10 @@ protected:
         case 2:
             store_.remove(path);
             model_.remove(normalized);
+            break;
+        case 3:
+            store_.write([](SearchBasePaths &paths)
+                             NO_THREAD_SAFETY_ANALYSIS { arrangeNow(paths.mutableTree()); });
             break;
         default:
             // Candidates come and go on their own.

@@ -1,6 +1,7 @@
 #include "core/DemoSearchBase.h"
 #include "core/SearchBase.h"
 #include "tests/core/SearchBaseSupport.h"
+#include "tests/support/ArrangedTree.h"
 #include "tests/support/ManualTaskQueue.h"
 
 #include <gmock/gmock.h>
@@ -570,6 +571,8 @@ TEST(SearchBaseUpdate, followsRandomChangesOfTheDisk)
                 for (const std::string &each : told)
                     changed.base.searchBase.update(each);
             changed.expectFresh();
+            const WritingIndex writing(changed.base.matcher.index().lock);
+            arrangeNow(changed.base.matcher.index().tree);
         }
         if (testing::Test::HasFailure())
             ADD_FAILURE() << "seed " << seed;
@@ -587,8 +590,14 @@ TEST(SearchBaseUpdate, neverHidesAnUnchangedFolderFromASearch)
             const auto rows = changed.base.searchBase.search("stays/deep/needle");
             ASSERT_FALSE(rows.empty());
             EXPECT_EQ(rows.front()->text(), needle);
-            changed.base.searchBase.treeDescription();
+            EXPECT_THAT(changed.base.searchBase.treeDescription(), HasSubstr(needle));
             ++answers;
+        }
+    });
+    std::jthread arranger([&] {
+        while (!isOver) {
+            const WritingIndex writing(changed.base.matcher.index().lock);
+            arrangeNow(changed.base.matcher.index().tree);
         }
     });
     for (int i = 0; i < 25 || answers < 10; ++i) {
@@ -600,8 +609,45 @@ TEST(SearchBaseUpdate, neverHidesAnUnchangedFolderFromASearch)
     }
     isOver = true;
     searcher.join();
+    arranger.join();
     changed.update();
     changed.expectFresh();
+}
+
+TEST(SearchBaseUpdate, laysATreeOutAnewWhoseSiblingsHaveComeOneByOne)
+{
+    constexpr int FOLDERS = 10'100;
+    FakeBase base;
+    const auto addToEach = [&base](const std::string &name) {
+        for (int i = 0; i < FOLDERS; ++i)
+            base.lister.add("/usr/" + std::to_string(i) + "/" + name);
+    };
+    const auto isScattered = [&base] {
+        const ReadingIndex reading(base.matcher.index().lock);
+        return base.matcher.index().tree.isScattered();
+    };
+    base.includeFolders({"/usr"});
+    addToEach("first");
+    base.build();
+    addToEach("second");
+
+    // The update comes in the middle of a dump, which needs its nodes to the end.
+    std::string dump;
+    base.searchBase.treeDescription([&](std::string_view piece) {
+        if (!dump.empty() && !isScattered())
+            base.searchBase.update("/usr");
+        dump += piece;
+    });
+    EXPECT_LT(dump.find("\n/usr/9999/first\n"), dump.find("*** Begin children"));
+    EXPECT_TRUE(isScattered());
+
+    const std::vector<std::string> paths = base.searchBase.paths();
+    EXPECT_EQ(paths.size(), 1U + 3 * FOLDERS);
+    base.searchBase.update("/usr/0");
+    EXPECT_FALSE(isScattered());
+    EXPECT_EQ(base.searchBase.paths(), paths);
+    EXPECT_EQ(base.matcher.count(), paths.size());
+    EXPECT_EQ(base.searchBase.search("/usr/777/second").front()->text(), "/usr/777/second");
 }
 
 TEST(SearchBase, putsTheFrontWindowsItemsFirst)

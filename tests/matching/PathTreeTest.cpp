@@ -1,6 +1,7 @@
 #include "matching/PathTree.h"
 
 #include "tests/matching/RandomTexts.h"
+#include "tests/support/ArrangedTree.h"
 
 #include <gtest/gtest.h>
 
@@ -25,9 +26,7 @@ Flags flagsOf(const PathTree &tree, const std::string &text)
 void arrange(PathTree &tree)
 {
     const std::uint64_t generation = tree.generation();
-    PathTree arranged;
-    ASSERT_TRUE(arranged.arrange(tree, [] { return true; }));
-    tree.replaceBy(arranged);
+    arrangeNow(tree);
     EXPECT_NE(tree.generation(), generation);
     std::vector<PathTree::NodeId> parents{PathTree::ROOT};
     while (!parents.empty()) {
