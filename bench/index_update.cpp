@@ -1,7 +1,7 @@
 // Measures what a large change of the disk costs the main thread, and what a dump of the index
 // costs: FOLDER, which holds COUNT folders or more, is moved into an indexed folder beside it,
 // updated again, and moved out. Prints the time of each step on the main queue, and of the whole
-// update.
+// update; then what an arrangement of the index and a search cost those who write.
 
 #include "base/InlineTaskQueue.h"
 #include "bench/Corpus.h"
@@ -16,6 +16,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <random>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -144,6 +145,45 @@ void measureWriter(Bench &bench)
         bench.base.count(), waits[waits.size() / 2], waits[waits.size() * 99 / 100], waits.back());
 }
 
+/// The paths lie in random order, so every sibling is apart from the next.
+void measureArrangement(Bench &bench)
+{
+    double longestWait = 0;
+    {
+        // So frequent a writer makes each arrangement give up.
+        const std::jthread arranger([&](const std::stop_token &stop) {
+            while (!stop.stop_requested())
+                bench.matcher.arrange();
+        });
+        for (int i = 0; i < 500; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            const auto start = Clock::now();
+            const WritingIndex writing(bench.matcher.index().lock);
+            longestWait = std::max(longestWait, milliseconds(start));
+        }
+    }
+    const auto search = [&bench] {
+        const auto start = Clock::now();
+        bench.base.search("src/main");
+        return milliseconds(start);
+    };
+    const double before = search();
+    std::vector<double> searches;
+    std::jthread searcher([&](const std::stop_token &stop) {
+        while (!stop.stop_requested())
+            searches.push_back(search());
+    });
+    const auto start = Clock::now();
+    bench.matcher.arrange();
+    const double took = milliseconds(start);
+    searcher.request_stop();
+    searcher.join();
+    std::printf("arranging %zu paths: %.0f ms; a search takes %.2f ms before, %.2f ms at most "
+                "meanwhile, %.2f ms afterwards; a writer waits for %.2f ms at most\n",
+                bench.base.count(), took, before, std::ranges::max(searches), search(),
+                longestWait);
+}
+
 void measureDump(Bench &bench)
 {
     std::size_t bytes = 0;
@@ -173,6 +213,14 @@ int main(int argc, char **argv)
         return 2;
     }
     quillon::measureUpdates(argv[1]);
+    std::vector<std::string> paths = quillon::bench::makeCorpus(count);
+    {
+        quillon::Bench bench("/");
+        std::ranges::shuffle(paths, std::minstd_rand(1));
+        for (const std::string &path : paths)
+            bench.base.add(path);
+        quillon::measureArrangement(bench);
+    }
     quillon::Bench bench("/");
     for (const std::string &path : quillon::bench::makeCorpus(count))
         bench.base.add(path);
