@@ -5,6 +5,7 @@
 #include "prefs/PreferenceKeys.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillon {
 
@@ -34,15 +35,19 @@ ActionModelFinder::ActionModelFinder(DefaultsStore &store) : store_(store) {}
 
 std::vector<ActionModel> ActionModelFinder::loadActions() const
 {
-    const auto stored = store_.data(PreferenceKeys::ACTIONS_LIST);
-    auto actions = stored ? decodeActions(*stored) : std::nullopt;
-    if (!actions)
+    auto stored = store_.data(PreferenceKeys::ACTIONS_LIST);
+    const MutexLock lock(mutex_);
+    if (stored != stored_) {
+        stored_ = std::move(stored);
+        decoded_ = stored_ ? decodeActions(*stored_) : std::nullopt;
+    }
+    if (!decoded_)
         return defaultActions();
-    if (actions->empty())
-        actions->push_back({.flags = {},
-                            .actionType = ActionType::showInFinder,
-                            .actionTarget = ActionTarget::selectedRow});
-    return *actions;
+    if (decoded_->empty())
+        return {{.flags = {},
+                 .actionType = ActionType::showInFinder,
+                 .actionTarget = ActionTarget::selectedRow}};
+    return *decoded_;
 }
 
 bool ActionModelFinder::saveActions(const std::vector<ActionModel> &actions)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/ActionModel.h"
+#include "base/Mutex.h"
 
 #include <optional>
 #include <string>
@@ -12,8 +13,9 @@ class DefaultsStore;
 
 /// Reads and changes the user's list of actions in the store, which outlives this object.
 ///
-/// Every operation reads or writes the store. Safe from every thread, but changes are not atomic,
-/// so one thread should make them all. A change returns false when it could not be stored.
+/// Every operation reads or writes the store, but the list is parsed only when the stored text is
+/// another one than at the last read. Safe from every thread, but changes are not atomic, so one
+/// thread should make them all. A change returns false when it could not be stored.
 class ActionModelFinder
 {
 public:
@@ -30,13 +32,19 @@ public:
     bool addAction(const ActionModel &action);
     /// Removes every action equal to this one.
     bool removeAction(const ActionModel &action);
-    /// The action bound to exactly these keys, the first in the list; absent when there is none.
+    /// Returns the first action in the list that is bound to exactly these keys; absent when there
+    /// is none.
     std::optional<ActionModel> actionFor(ActionShortcutFlags flags) const;
-    /// The titles of the assignable combinations that no action uses, in the order of their menu.
+    /// Returns the titles of the assignable combinations that no action uses, in the order of their
+    /// menu.
     std::vector<std::string> availableShortcutTitles() const;
 
 private:
     DefaultsStore &store_;
+    mutable Mutex mutex_;
+    /// What was read last, and the actions in it; absent where they are not readable.
+    mutable std::optional<std::string> stored_ GUARDED_BY(mutex_);
+    mutable std::optional<std::vector<ActionModel>> decoded_ GUARDED_BY(mutex_);
 };
 
 } // namespace quillon
