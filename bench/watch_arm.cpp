@@ -5,7 +5,6 @@
 #include "indexing/Crawler.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/watching/FolderWatcher.h"
-#include "platform/linux/watching/InotifyEventStream.h"
 
 #include <algorithm>
 #include <atomic>
@@ -62,19 +61,21 @@ void crawl(const std::string &folder, const std::shared_ptr<FSEventArming> &armi
     times.wall.push_back(secondsSince(begin));
 }
 
-/// Seconds until everything that was crawled is watched.
-double watch(const std::string &folder, FolderWatcher &watcher, TaskQueue &queue)
+/// A watcher of everything that was crawled.
+std::shared_ptr<FolderWatcher> makeWatcher(const std::string &folder, CrawlNotes &notes,
+                                           TaskQueue &queue)
 {
-    const auto begin = std::chrono::steady_clock::now();
+    InotifyOptions options;
+    options.watchBudget = maxUserWatches() * 9 / 10;
     FolderWatcher::Stream stream;
     stream.roots = {folder};
     stream.latency = std::chrono::hours(1);
+    stream.crawled = notes.take();
     stream.delivery = std::make_shared<EventDelivery>(
         FSEventStreamCallback(), nullptr, std::make_shared<std::atomic<std::uint64_t>>(0));
     stream.delivery->setQueue(queue);
-    watcher.watch(std::move(stream));
-    watcher.waitForFlush(watcher.requestFlush(), std::nullopt);
-    return secondsSince(begin);
+    return std::make_shared<FolderWatcher>(std::make_shared<EnterAll>(), options,
+                                           FolderWatcher::Kind::local, std::move(stream));
 }
 
 double median(std::vector<double> times)
@@ -97,29 +98,28 @@ int main(int argc, char **argv)
         std::fputs("usage: watch_arm FOLDER\n", stderr);
         return 2;
     }
-    InotifyOptions options;
-    options.watchBudget = maxUserWatches() * 9 / 10;
     Times alone;
     Times armed;
     std::vector<double> watching;
     SerialTaskQueue queue("watch-arm");
     for (int i = 0; i < ROUNDS; ++i) {
         crawl(argv[1], nullptr, alone);
-        auto watcher = std::make_shared<FolderWatcher>(std::make_shared<EnterAll>(), options,
-                                                       FolderWatcher::Kind::local);
-        if (!watcher->startThread())
+        auto notes = std::make_shared<CrawlNotes>(wallClockOf({})());
+        crawl(argv[1], notes, armed);
+        const auto begin = std::chrono::steady_clock::now();
+        auto watcher = makeWatcher(argv[1], *notes, queue);
+        if (!watcher->start())
             return 1;
-        auto arming = std::make_shared<InotifyArming>(watcher);
-        crawl(argv[1], arming, armed);
-        watching.push_back(watch(argv[1], *watcher, queue));
-        const auto [folders, bytes] = watcher->measure();
+        watcher->waitForFlush(watcher->requestFlush(), std::nullopt);
+        watching.push_back(secondsSince(begin));
+        const std::size_t folders = watcher->status().folders;
         if (i + 1 == ROUNDS)
             std::printf("%zu folders, %.1f bytes each\n", folders,
-                        static_cast<double>(bytes) / static_cast<double>(folders));
+                        static_cast<double>(watcher->bytes()) / static_cast<double>(folders));
         // Its thread gives the watches back, which must not fall into the next crawl.
         const std::weak_ptr<FolderWatcher> ending = watcher;
+        watcher->stop();
         watcher.reset();
-        arming.reset();
         while (!ending.expired())
             std::this_thread::yield();
     }

@@ -305,7 +305,7 @@ SearchBase::Watched SearchBase::beginArming(const SearchLocations &locations)
             items_->close();
         items_ = items;
     }
-    return {.items = items, .arming = searchBaseWatcher_->beginArming(items)};
+    return {.items = items, .arming = searchBaseWatcher_->beginArming()};
 }
 
 void SearchBase::endBuild(Watched watched, const SearchLocations &locations,

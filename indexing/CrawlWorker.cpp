@@ -91,13 +91,14 @@ bool CrawlWorker::visitRoot()
 {
     const CrawlTeam::Task &task = team_.task();
     CrawlItem root = task.root;
-    if (!armBy(root, [&](FSEventArming &arming) { return arming.armRoot(task.rootPath); }))
-        return false;
     std::error_code error;
     std::shared_ptr<OpenFolder> folder;
     const auto wanted = task.extensions.isEmpty() ? FolderLister::Wanted::subfolders
                                                   : FolderLister::Wanted::everything;
     if (!inCall([&] { folder = task.folderLister.open(task.rootPath, wanted, error); }))
+        return false;
+    const auto stamp = [&] { return folder ? folder->stamp() : FolderStamp(); };
+    if (!armBy(root, [&](FSEventArming &arming) { return arming.armRoot(task.rootPath, stamp()); }))
         return false;
     if (!folder) {
         if (error) {

@@ -39,10 +39,9 @@ void SearchBaseWatcher::setDelegate(std::weak_ptr<SearchBaseWatcherDelegate> del
     delegate_ = std::move(delegate);
 }
 
-std::shared_ptr<FSEventArming>
-SearchBaseWatcher::beginArming(std::shared_ptr<const FSEventItemTest> items)
+std::shared_ptr<FSEventArming> SearchBaseWatcher::beginArming()
 {
-    return services_.events.beginArming(std::move(items));
+    return services_.events.beginArming();
 }
 
 void SearchBaseWatcher::startWatching(std::vector<std::string> paths,

@@ -62,7 +62,7 @@ public:
 
     /// What a crawl is given so that changes count from before a folder is listed; null when
     /// nothing can be watched.
-    std::shared_ptr<FSEventArming> beginArming(std::shared_ptr<const FSEventItemTest> items);
+    std::shared_ptr<FSEventArming> beginArming();
     /// Watches these paths, which are sorted, in place of what was watched before.
     void startWatching(std::vector<std::string> paths, std::shared_ptr<const FSEventItemTest> items,
                        std::shared_ptr<FSEventArming> armed) EXCLUDES(mutex_);

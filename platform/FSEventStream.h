@@ -52,9 +52,8 @@ inline std::uint64_t itemHash(std::string_view name)
 
 /// The folders that a crawl lists, which are watched from then on. Safe from every thread.
 ///
-/// Destroyed without becoming a stream it gives all its watches back, on a thread of its own. A
-/// crawl that no longer waits for a call leaves that one behind: it may end when this has long
-/// become a stream, or when that has ended.
+/// Nothing is watched before a stream takes these notes over. A crawl that gives up waiting for one
+/// of its calls leaves a thread behind which may note more later: that is ignored.
 class FSEventArming
 {
 public:
@@ -66,11 +65,10 @@ public:
     FSEventArming(const FSEventArming &) = delete;
     FSEventArming &operator=(const FSEventArming &) = delete;
 
-    /// Called before a root of the crawl is opened.
-    virtual Folder armRoot(const std::string &path) = 0;
-    /// Called with each folder below; parent is what the call for the folder above gave. The stamp
-    /// was taken before the folder was listed: whatever changes after it is told. It is unknown
-    /// where the folder was not opened.
+    /// Called with a root of the crawl. The stamp was taken before the folder was listed: whatever
+    /// changes after that is told. It is unknown where the folder was not opened.
+    virtual Folder armRoot(const std::string &path, const FolderStamp &stamp) = 0;
+    /// Called with each folder below; parent is what the call for the folder above returned.
     virtual Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) = 0;
     /// Called with a folder that was listed and the sum over its items, unless that is 0.
     virtual void listed(Folder folder, std::uint64_t items) = 0;
@@ -155,7 +153,6 @@ public:
         /// Seconds from the first change to the delivery.
         double latency = 0;
         std::uint32_t flags = 0;
-        /// As given to beginArming(), if that was called.
         std::shared_ptr<const FSEventItemTest> items;
         /// What a crawl of these paths has armed; null when nobody has crawled them.
         std::shared_ptr<FSEventArming> armed;
@@ -166,11 +163,10 @@ public:
     FSEventStreamService(const FSEventStreamService &) = delete;
     FSEventStreamService &operator=(const FSEventStreamService &) = delete;
 
-    /// To be called before the crawl begins. What happens from then on is delivered by the stream
-    /// that takes this over. Null when nothing can be watched.
-    virtual std::shared_ptr<FSEventArming>
-    beginArming(std::shared_ptr<const FSEventItemTest> items) = 0;
-    /// Null when there is nothing to watch.
+    /// To be called before a crawl begins. What happens from then on is delivered by the stream
+    /// that takes the notes over. Null when nothing can be watched.
+    virtual std::shared_ptr<FSEventArming> beginArming() = 0;
+    /// Null when there is nothing to watch, or when another stream has taken the notes over.
     virtual std::unique_ptr<FSEventStream> create(Request request) = 0;
 };
 

@@ -43,7 +43,7 @@ TEST_F(SearchBaseWatchTest, bringsReportedChangesIntoTheIndex)
     ASSERT_EQ(service_.streams.size(), 1U);
     EXPECT_THAT(service_.notes(), ElementsAre("arm " + root_, "arm " + docs_));
     EXPECT_NE(stream(0).request.armed, nullptr);
-    EXPECT_EQ(stream(0).request.items, service_.armingItems);
+    EXPECT_NE(stream(0).request.items, nullptr);
     EXPECT_THAT(stream(0).request.paths, ElementsAre(root_));
     EXPECT_TRUE(base_.searchBase.watchStatus());
 
@@ -182,7 +182,8 @@ TEST_P(ItemRows, areJudgedAsTheCrawlJudges)
     base.includeFolders(roots);
     base.store.set("exclude-folder-patterns", {DefaultsArray{{"node_modules"}, {"a/deep"}}});
     base.build();
-    EXPECT_EQ(service.armingItems->folder(disk.path(GetParam().path)), GetParam().expected);
+    EXPECT_EQ(service.streams.at(0)->request.items->folder(disk.path(GetParam().path)),
+              GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Folders, ItemRows,
@@ -204,7 +205,7 @@ TEST_F(SearchBaseWatchTest, judgesFilesByTheExtensionsOfTheBuild)
     const std::string file = disk_.writeFile("home/a.txt");
     base_.build();
     base_.store.set("include-file-patterns", {DefaultsArray{{"pdf"}}});
-    const FSEventItemTest &items = *service_.armingItems;
+    const FSEventItemTest &items = *stream(0).request.items;
     EXPECT_TRUE(items.includesFile("a.txt"));
     EXPECT_FALSE(items.includesFile("a.TXT"));
     EXPECT_FALSE(items.includesFile("a.pdf"));

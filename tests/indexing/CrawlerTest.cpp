@@ -119,7 +119,7 @@ TEST(Crawler, tellsArmingOfEachFolderBeforeItIsRead)
     RecordingSink sink;
     const auto rules = std::make_shared<SkipRules>(std::vector<std::string>{"skipped"},
                                                    std::vector<std::string>());
-    Crawler(lister, rules, {.threads = 1}, service.beginArming(nullptr)).crawl("/r/", {}, sink);
+    Crawler(lister, rules, {.threads = 1}, service.beginArming()).crawl("/r/", {}, sink);
     EXPECT_THAT(service.notes(), ElementsAre("arm /r", "read /r", "arm /r/a", "read /r/a",
                                              "arm /r/a/b", "read /r/a/b"));
     EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/a/b", "/r/z.app"));
@@ -140,7 +140,7 @@ TEST(Crawler, tellsArmingWhichFolderEachOneIsIn)
     }
     FakeFSEventService service;
     RecordingSink sink;
-    Crawler(lister, std::make_shared<SkipRules>(), {.threads = 4}, service.beginArming(nullptr))
+    Crawler(lister, std::make_shared<SkipRules>(), {.threads = 4}, service.beginArming())
         .crawl("/", {}, sink);
     const std::vector<std::string> notes = service.notes();
     EXPECT_EQ(notes.size(), expected.size());
@@ -158,7 +158,7 @@ TEST(Crawler, tellsArmingWhatItCannotList)
     const UnprivilegedUser user;
     for (const std::string &root : {disk.path(), disk.path("missing")}) {
         RecordingSink sink;
-        Crawler(lister, std::make_shared<SkipRules>(), {}, service.beginArming(nullptr))
+        Crawler(lister, std::make_shared<SkipRules>(), {}, service.beginArming())
             .crawl(root, {"x"}, sink);
     }
     const std::string missing = disk.path("missing");

@@ -148,7 +148,7 @@ public:
     ~HangingArming() override { --living_; }
     static constexpr Folder ROOT = 10;
 
-    Folder armRoot(const std::string &) override { return ROOT; }
+    Folder armRoot(const std::string &, const FolderStamp &) override { return ROOT; }
     Folder arm(Folder parent, std::string_view name, const FolderStamp &) override
     {
         if (name == "arm-hang")

@@ -306,8 +306,9 @@ void WatchingRandomTest::runWithCrawl(unsigned seed)
     });
     WatchRig rig(std::make_shared<ModelIndex>(root), options, WatchRig::LATENCY,
                  [](InotifyEventService &service, const std::shared_ptr<ModelIndex> &index) {
-                     auto arming = service.beginArming(index);
-                     const auto folder = arming->armRoot(index->root());
+                     auto arming = service.beginArming();
+                     const auto folder =
+                         arming->armRoot(index->root(), probeFolder(index->root(), true).stamp);
                      index->add(index->root());
                      crawl(*arming, folder, index->root(), *index);
                      return arming;

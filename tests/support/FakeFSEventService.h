@@ -43,12 +43,10 @@ public:
         }
     };
 
-    std::shared_ptr<FSEventArming>
-    beginArming(std::shared_ptr<const FSEventItemTest> items) override
+    std::shared_ptr<FSEventArming> beginArming() override
     {
         if (!isAbleToWatch)
             return nullptr;
-        armingItems = std::move(items);
         return std::make_shared<Arming>(*this);
     }
     std::unique_ptr<FSEventStream> create(Request request) override
@@ -78,14 +76,16 @@ public:
     /// Whether streams made from now on can be started.
     bool isAbleToStart = true;
     std::vector<std::shared_ptr<Stream>> streams;
-    std::shared_ptr<const FSEventItemTest> armingItems;
 
 private:
     class Arming final : public FSEventArming
     {
     public:
         explicit Arming(FakeFSEventService &service) : service_(service) {}
-        Folder armRoot(const std::string &path) override { return arm(path == "/" ? "" : path); }
+        Folder armRoot(const std::string &path, const FolderStamp &) override
+        {
+            return arm(path == "/" ? "" : path);
+        }
         Folder arm(Folder parent, std::string_view name, const FolderStamp &) override
         {
             std::string path;

@@ -2,6 +2,7 @@
 
 #include "base/Require.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -9,8 +10,10 @@ namespace quillon {
 
 namespace {
 
-/// The place of what is left out of the tree.
-constexpr WatchTree::Id OUT = std::numeric_limits<WatchTree::Id>::max();
+using Id = WatchTree::Id;
+
+/// The place of a folder that is not wanted.
+constexpr Id OUT = std::numeric_limits<Id>::max();
 
 /// Numbers the threads, so that those of one crawl write to different books.
 std::size_t ownNumber()
@@ -22,120 +25,163 @@ std::size_t ownNumber()
 
 } // namespace
 
-CrawlNotes::Folder CrawlNotes::addRoot(const std::string &path, WatchTree::Id id)
+// Writing
+
+FSEventArming::Folder CrawlNotes::armRoot(const std::string &path, const FolderStamp &stamp)
 {
-    Note note;
-    note.id = id;
+    CrawledFolder root;
+    root.stamp = stamp;
     {
         const MutexLock lock(mutex_);
-        note.name = static_cast<NameArena::Offset>(rootPaths_.size());
-        rootPaths_.push_back(path == "/" ? "" : path);
+        root.name = static_cast<NameArena::Offset>(rootPaths_.size());
+        rootPaths_.push_back(path);
     }
-    return write(note, {});
+    return write(root, {});
 }
 
-CrawlNotes::Folder CrawlNotes::add(Folder parent, std::string_view name, const FolderStamp &stamp,
-                                   bool isBorder)
+FSEventArming::Folder CrawlNotes::arm(Folder parent, std::string_view name,
+                                      const FolderStamp &stamp)
 {
-    Note note;
-    note.parent = parent;
-    note.isBorder = isBorder;
-    note.stamp = stamp;
-    return write(note, name);
+    if (parent == 0)
+        return 0;
+    CrawledFolder folder;
+    folder.parent = parent;
+    folder.stamp = stamp;
+    return write(folder, name);
 }
 
 /// The name is empty for a root.
-CrawlNotes::Folder CrawlNotes::write(const Note &note, std::string_view name)
+FSEventArming::Folder CrawlNotes::write(const CrawledFolder &folder, std::string_view name)
 {
-    const std::size_t number = ownNumber() % BOOKS;
+    const std::size_t number = ownNumber() % CrawledTree::BOOKS;
     Book &book = books_[number];
     const MutexLock lock(book.mutex);
     if (isClosed_)
-        return NONE;
-    std::deque<Note> &notes = book.pages.notes;
-    notes.push_back(note);
+        return 0;
+    std::deque<CrawledFolder> &folders = book.pages.folders;
+    folders.push_back(folder);
     if (!name.empty()) {
-        notes.back().name = book.pages.names.store(name);
-        notes.back().nameLength = static_cast<std::uint16_t>(name.size());
+        folders.back().name = book.pages.names.store(name);
+        folders.back().nameLength = static_cast<std::uint16_t>(name.size());
     }
-    require(notes.size() >> INDEX_BITS == 0, "a crawl has fewer folders");
-    return static_cast<Folder>(number << INDEX_BITS | notes.size());
+    require(folders.size() >> CrawledTree::INDEX_BITS == 0, "a crawl has fewer folders");
+    return static_cast<Folder>(number << CrawledTree::INDEX_BITS | folders.size());
 }
 
-void CrawlNotes::addItems(Folder folder, std::uint64_t items)
+void CrawlNotes::listed(Folder folder, std::uint64_t items)
 {
-    Book &book = books_[bookOf(folder)];
+    if (folder == 0)
+        return;
+    Book &book = books_[CrawledTree::bookOf(folder)];
     const MutexLock lock(book.mutex);
-    if (indexOf(folder) < book.pages.notes.size())
-        book.pages.notes[indexOf(folder)].items = items;
+    const std::size_t index = CrawledTree::indexOf(folder);
+    if (index < book.pages.folders.size())
+        book.pages.folders[index].items = items;
 }
 
-void CrawlNotes::addNotListed(Folder folder)
+void CrawlNotes::notListed(Folder folder)
 {
-    addNotEntered(folder, {});
+    notEntered(folder, {});
 }
 
-void CrawlNotes::addNotEntered(Folder parent, std::string_view name)
+void CrawlNotes::notEntered(Folder parent, std::string_view name)
 {
     const MutexLock lock(mutex_);
-    if (!isClosed_)
+    if (parent != 0 && !isClosed_)
         missed_.emplace_back(parent, name);
 }
 
-std::string CrawlNotes::path(Folder folder) const
+std::shared_ptr<const CrawledTree> CrawlNotes::take()
 {
-    std::vector<std::string> names;
-    for (;;) {
-        const Book &book = books_[bookOf(folder)];
-        Note note;
-        {
-            const MutexLock lock(book.mutex);
-            if (indexOf(folder) >= book.pages.notes.size())
-                return {};
-            note = book.pages.notes[indexOf(folder)];
-            if (note.parent != NONE)
-                names.emplace_back(book.pages.names.at(note.name), note.nameLength);
-        }
-        if (note.parent == NONE) {
-            const MutexLock lock(mutex_);
-            std::string path = rootPaths_[note.name];
-            for (auto name = names.rbegin(); name != names.rend(); ++name)
-                path.append("/").append(*name);
-            return path.empty() ? "/" : path;
-        }
-        folder = note.parent;
-    }
-}
-
-void CrawlNotes::takeAll(const Enter &enter, const Missed &missed)
-{
-    AllPages all;
-    for (std::size_t i = 0; i < BOOKS; ++i) {
+    if (isClosed_.exchange(true))
+        return nullptr;
+    auto tree = std::make_shared<CrawledTree>();
+    tree->beganAt_ = beganAt_;
+    for (std::size_t i = 0; i < books_.size(); ++i) {
         const MutexLock lock(books_[i].mutex);
-        all[i] = std::exchange(books_[i].pages, {});
+        tree->books_[i] = std::exchange(books_[i].pages, {});
     }
-    for (std::size_t book = 0; book < BOOKS; ++book)
-        for (std::size_t i = 0; i < all[book].notes.size(); ++i)
-            place(all, static_cast<Folder>(book << INDEX_BITS | (i + 1)), enter);
     const MutexLock lock(mutex_);
-    for (const auto &[folder, name] : std::exchange(missed_, {}))
-        if (const WatchTree::Id id = noteOf(all, folder).id; id != OUT)
-            missed(id, name);
+    tree->rootPaths_ = std::exchange(rootPaths_, {});
+    tree->missed_ = std::exchange(missed_, {});
+    return tree;
 }
 
-/// Those above it first, which may be in other books: a tree may be deeper than the stack.
-void CrawlNotes::place(AllPages &all, Folder folder, const Enter &enter)
+// Reading
+
+std::string_view CrawledTree::nameOf(Folder folder) const
 {
-    std::vector<Folder> way;
-    for (; noteOf(all, folder).id == WatchTree::NONE; folder = noteOf(all, folder).parent)
-        way.push_back(folder);
-    for (auto next = way.rbegin(); next != way.rend(); ++next) {
-        Note &note = noteOf(all, *next);
-        const WatchTree::Id parent = noteOf(all, note.parent).id;
-        const std::string_view name(all[bookOf(*next)].names.at(note.name), note.nameLength);
-        const WatchTree::Id id = parent == OUT ? WatchTree::NONE : enter(parent, name, note);
-        note.id = id == WatchTree::NONE ? OUT : id;
+    const CrawledFolder &crawled = at(folder);
+    if (crawled.parent == 0)
+        return rootPaths_[crawled.name];
+    return {books_[bookOf(folder)].names.at(crawled.name), crawled.nameLength};
+}
+
+std::string CrawledTree::pathOf(Folder folder) const
+{
+    std::vector<std::string_view> names;
+    for (; folder != 0; folder = at(folder).parent)
+        names.push_back(nameOf(folder));
+    std::string path(names.back());
+    for (auto name = names.rbegin() + 1; name != names.rend(); ++name)
+        path.append(path.ends_with('/') ? "" : "/").append(*name);
+    return path;
+}
+
+/// Gives the folders their places, each after the folder above it, which may be in another book.
+class CrawledTree::Visit
+{
+public:
+    Visit(const CrawledTree &tree, const std::vector<std::string> &roots, const Enter &enter)
+        : tree_(tree), roots_(roots), enter_(enter)
+    {
+        for (std::size_t i = 0; i < BOOKS; ++i)
+            places_[i].resize(tree.books_[i].folders.size(), WatchTree::NONE);
     }
+
+    Id &place(Folder folder) { return places_[bookOf(folder)][indexOf(folder)]; }
+    /// A tree may be deeper than the stack, so this does not call itself.
+    void enter(Folder folder)
+    {
+        std::vector<Folder> way;
+        for (; folder != 0 && place(folder) == WatchTree::NONE; folder = tree_.at(folder).parent)
+            way.push_back(folder);
+        for (auto next = way.rbegin(); next != way.rend(); ++next) {
+            const Id id = enterOne(*next);
+            place(*next) = id == WatchTree::NONE ? OUT : id;
+        }
+    }
+
+private:
+    Id enterOne(Folder folder)
+    {
+        const CrawledFolder &crawled = tree_.at(folder);
+        const std::string_view name = tree_.nameOf(folder);
+        if (crawled.parent != 0 && place(crawled.parent) != OUT)
+            return enter_(place(crawled.parent), name, crawled);
+        const auto isWanted = [&](const std::string &root) {
+            return root.ends_with(name) && root == tree_.pathOf(folder);
+        };
+        const auto root = std::ranges::find_if(roots_, isWanted);
+        return root == roots_.end() ? WatchTree::NONE : enter_(WatchTree::NONE, *root, crawled);
+    }
+
+    const CrawledTree &tree_;
+    const std::vector<std::string> &roots_;
+    const Enter &enter_;
+    std::array<std::vector<Id>, BOOKS> places_;
+};
+
+void CrawledTree::visit(const std::vector<std::string> &roots, const Enter &enter,
+                        const Missed &missed) const
+{
+    Visit visit(*this, roots, enter);
+    for (std::size_t book = 0; book < BOOKS; ++book)
+        for (std::size_t i = 0; i < books_[book].folders.size(); ++i)
+            visit.enter(static_cast<Folder>(book << INDEX_BITS | (i + 1)));
+    for (const auto &[folder, name] : missed_)
+        if (visit.place(folder) != OUT)
+            missed(visit.place(folder), name);
 }
 
 } // namespace quillon

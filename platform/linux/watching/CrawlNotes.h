@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,87 +20,100 @@
 
 namespace quillon {
 
-/// What the threads of a crawl note of the folders that they list, until the watching thread takes
-/// it over. Each thread writes to a book of its own, so that none waits for another. Safe from
-/// every thread.
-class CrawlNotes
+/// A folder that a crawl has entered.
+struct CrawledFolder
+{
+    /// The crawl's number of the folder above; 0 for a root.
+    FSEventArming::Folder parent = 0;
+    /// For a root, its index in the list of root paths.
+    NameArena::Offset name = 0;
+    std::uint16_t nameLength = 0;
+    /// The stamp was taken before the folder was listed. It is unknown where nobody listed it.
+    FolderStamp stamp;
+    /// The sum of itemHash() over the folder's items.
+    std::uint64_t items = 0;
+};
+
+/// Everything that a crawl has noted. Nothing changes it any more, so every thread may read it.
+class CrawledTree
 {
 public:
-    /// Zero is no folder; the highest bit is never set.
     using Folder = FSEventArming::Folder;
-    static constexpr Folder NONE = 0;
 
-    struct Note
-    {
-        Folder parent = NONE;
-        /// Where the folder is in the tree, once it has been entered there.
-        WatchTree::Id id = WatchTree::NONE;
-        /// Of a root: which of the root paths.
-        NameArena::Offset name = 0;
-        std::uint16_t nameLength = 0;
-        /// Nothing below it is entered: another file system begins there.
-        bool isBorder = false;
-        FolderStamp stamp;
-        /// The sum of itemHash() over its items.
-        std::uint64_t items = 0;
-    };
-
-    /// Notes a root, which is in the tree already. NONE when nothing is noted any more.
-    Folder addRoot(const std::string &path, WatchTree::Id id);
-    /// Notes a folder of another one. NONE when nothing is noted any more.
-    Folder add(Folder parent, std::string_view name, const FolderStamp &stamp, bool isBorder);
-    /// The sum over the items of a folder that was listed.
-    void addItems(Folder folder, std::uint64_t items);
-    /// The folder could not be listed.
-    void addNotListed(Folder folder);
-    /// The folder of that name in a folder could not be opened.
-    void addNotEntered(Folder parent, std::string_view name);
-    /// The path of a folder that was noted; empty when the notes have been handed over.
-    std::string path(Folder folder) const;
-
-    /// Nothing is noted from now on.
-    void close() { isClosed_ = true; }
-    /// Gives each folder its place in the tree. Is given that of the folder above, which comes
-    /// first; what is below a folder without a place is left out.
-    using Enter =
-        std::function<WatchTree::Id(WatchTree::Id parent, std::string_view name, const Note &note)>;
-    /// Called with a folder and the name of one in it that could not be opened, or without a name
-    /// where the folder itself could not be listed.
+    /// Called with the folder above, which comes first, and the name in it; for a root with NONE
+    /// and the path. Returns the folder's place, or NONE where nothing below it is wanted.
+    using Enter = std::function<WatchTree::Id(WatchTree::Id parent, std::string_view name,
+                                              const CrawledFolder &folder)>;
+    /// Called with a folder and the name of one in it that the crawl could not open, or without a
+    /// name where it could not list the folder itself.
     using Missed = std::function<void(WatchTree::Id folder, const std::string &name)>;
-    /// Hands over every note and then what the crawl has missed. Called once, after close().
-    void takeAll(const Enter &enter, const Missed &missed);
+    /// Goes through the folders at or below some paths, and then through what was missed there.
+    void visit(const std::vector<std::string> &roots, const Enter &enter,
+               const Missed &missed) const;
+
+    /// Nanoseconds since 1970 at which the crawl began.
+    std::int64_t beganAt() const { return beganAt_; }
 
 private:
+    friend class CrawlNotes;
+    class Visit;
+
     static constexpr unsigned INDEX_BITS = 27;
     static constexpr std::size_t BOOKS = 8;
-
     struct Pages
     {
-        std::deque<Note> notes;
+        std::deque<CrawledFolder> folders;
         NameArena names;
     };
-    struct alignas(64) Book
-    {
-        mutable Mutex mutex;
-        Pages pages GUARDED_BY(mutex);
-    };
-    using AllPages = std::array<Pages, BOOKS>;
 
     static std::size_t bookOf(Folder folder) { return folder >> INDEX_BITS; }
     static std::size_t indexOf(Folder folder)
     {
         return (folder & ((Folder{1} << INDEX_BITS) - 1)) - 1;
     }
-    static Note &noteOf(AllPages &all, Folder folder)
+    const CrawledFolder &at(Folder folder) const
     {
-        return all[bookOf(folder)].notes[indexOf(folder)];
+        return books_[bookOf(folder)].folders[indexOf(folder)];
     }
-    static void place(AllPages &all, Folder folder, const Enter &enter);
-    Folder write(const Note &note, std::string_view name);
+    /// The path of a root, or else the folder's name.
+    std::string_view nameOf(Folder folder) const;
+    std::string pathOf(Folder folder) const;
 
-    std::array<Book, BOOKS> books_;
+    std::int64_t beganAt_ = 0;
+    std::array<Pages, BOOKS> books_;
+    std::vector<std::string> rootPaths_;
+    std::vector<std::pair<Folder, std::string>> missed_;
+};
+
+/// What the threads of a crawl note of the folders that they list. Each thread writes to a book of
+/// its own, so that none waits for another. Safe from every thread.
+class CrawlNotes final : public FSEventArming
+{
+public:
+    explicit CrawlNotes(std::int64_t beganAt) : beganAt_(beganAt) {}
+
+    Folder armRoot(const std::string &path, const FolderStamp &stamp) override;
+    Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) override;
+    void listed(Folder folder, std::uint64_t items) override;
+    void notListed(Folder folder) override;
+    void notEntered(Folder parent, std::string_view name) override;
+
+    /// Hands everything over; nothing is noted from now on. Null when this was done before.
+    std::shared_ptr<const CrawledTree> take();
+
+private:
+    struct alignas(64) Book
+    {
+        Mutex mutex;
+        CrawledTree::Pages pages GUARDED_BY(mutex);
+    };
+
+    Folder write(const CrawledFolder &folder, std::string_view name);
+
+    const std::int64_t beganAt_;
+    std::array<Book, CrawledTree::BOOKS> books_;
     std::atomic<bool> isClosed_ = false;
-    mutable Mutex mutex_;
+    Mutex mutex_;
     std::vector<std::string> rootPaths_ GUARDED_BY(mutex_);
     std::vector<std::pair<Folder, std::string>> missed_ GUARDED_BY(mutex_);
 };

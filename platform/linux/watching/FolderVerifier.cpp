@@ -116,8 +116,7 @@ bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &
     if (known != nullptr && known->isClosed)
         return true;
 
-    const bool isReserved = known != nullptr && folders_.reserve();
-    const bool mayWatch = isReserved || known == nullptr;
+    const bool mayWatch = known == nullptr || folders_.hasRoom();
     const Sighting seen = folders_.sight(path, tree_.isRoot(id), mayWatch);
     if (known == nullptr) {
         const bool isUnanswered = seen.isUnknown() || seen.mayGetWatch();
@@ -128,7 +127,6 @@ bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &
         folders_.discard(seen);
         return false;
     }
-    folders_.settle(isReserved, seen);
     if (seen.mayGetWatch())
         askAgain(id);
     // What happened between the look and the watch shows in a second look.
@@ -162,28 +160,30 @@ bool FolderVerifier::lookAt(Id id)
     return !hasChanged(id, found) || isStill(id, path, found);
 }
 
-WatchTree::Id FolderVerifier::enter(Id parent, std::string_view name, const CrawlNotes::Note &note)
+WatchTree::Id FolderVerifier::enterRoot(const std::string &path, const CrawledFolder &crawled)
 {
-    if (!tree_.isLive(parent))
-        return WatchTree::NONE;
+    const Id id = tree_.addRoot(path);
+    armOne({id, crawled.stamp, crawled.items});
+    return id;
+}
+
+WatchTree::Id FolderVerifier::enter(Id parent, std::string_view name, const CrawledFolder &crawled)
+{
     if (const Id known = tree_.find(parent, name); known != WatchTree::NONE)
         return known;
-    const Border border = note.isBorder ? Border::remote : borderAt(parent, name);
+    const Border border = borderAt(parent, name);
     if (border == Border::unknown) {
         retries_.add(parent, name);
         return WatchTree::NONE;
     }
     const Id id = tree_.add(parent, name);
     if (border == Border::none) {
-        folders_.recordListed({id, note.stamp, note.items});
+        folders_.recordListed({id, crawled.stamp, crawled.items});
         return id;
     }
     const std::string path = tree_.path(id);
-    if (note.isBorder)
-        folders_.recordClosed(id, {});
-    else
-        close(id, border, path,
-              border == Border::remote ? FolderStamp() : probeFolder(path, false).stamp);
+    close(id, border, path,
+          border == Border::remote ? FolderStamp() : probeFolder(path, false).stamp);
     return WatchTree::NONE;
 }
 
@@ -210,28 +210,27 @@ void FolderVerifier::armListed()
 /// False when there is no folder any more.
 bool FolderVerifier::armOne(const WatchedFolders::Listed &listed)
 {
-    const bool isReserved = folders_.reserve();
-    if (!isReserved && listed.stamp.isKnown()) {
+    const bool hasRoom = folders_.hasRoom();
+    if (!hasRoom && listed.stamp.isKnown()) {
         folders_.recordUnwatched(listed);
         return true;
     }
     const std::string path = tree_.path(listed.id);
-    Sighting seen = folders_.sight(path, false, isReserved);
+    const bool isRoot = tree_.isRoot(listed.id);
+    Sighting seen = folders_.sight(path, isRoot, hasRoom);
     if (seen.watch != WatchTree::NO_WATCH)
-        seen.probe = probeFolder(path, false);
+        seen.probe = probeFolder(path, isRoot);
     if (seen.isUnknown() || seen.mayGetWatch())
         askAgain(listed.id);
     if (seen.isUnknown()) {
-        folders_.settle(isReserved, seen);
         folders_.recordUnwatched(listed);
         return true;
     }
     if (!seen.probe.isFolder() && !seen.probe.isUnknown()) {
-        folders_.settle(isReserved, seen);
         folders_.discard(seen);
         return false;
     }
-    folders_.record(listed.id, seen, isReserved);
+    folders_.record(listed.id, seen);
     // Another folder in its place has another stamp, as have those below it.
     const FolderStamp &now = seen.probe.stamp;
     const bool isSame = !listed.stamp.isKnown() || listed.stamp == now;
@@ -293,31 +292,25 @@ void FolderVerifier::close(Id id, Border border, const std::string &path, const 
 std::optional<WatchTree::Id> FolderVerifier::admit(Id parent, std::string_view name,
                                                    const std::string &path)
 {
-    const bool isReserved = folders_.reserve();
-    const Sighting seen = folders_.sight(path, false, isReserved);
+    const Sighting seen = folders_.sight(path, false, folders_.hasRoom());
     if (seen.isUnknown() || seen.mayGetWatch())
         retries_.add(parent, name);
-    if (seen.isGone()) {
-        folders_.settle(isReserved, seen);
+    if (seen.isGone())
         return seen.isUnknown() ? std::nullopt : std::optional(WatchTree::NONE);
-    }
     const Id id = tree_.add(parent, name);
-    folders_.record(id, seen, isReserved);
+    folders_.record(id, seen);
     return id;
 }
 
 std::optional<WatchTree::Id> FolderVerifier::adoptRoot(const std::string &path)
 {
-    const bool isReserved = folders_.reserve();
-    const Sighting seen = folders_.sight(path, true, isReserved);
+    const Sighting seen = folders_.sight(path, true, folders_.hasRoom());
     if (seen.isUnknown() || seen.mayGetWatch())
         retries_.addRoots();
-    if (seen.isGone()) {
-        folders_.settle(isReserved, seen);
+    if (seen.isGone())
         return seen.isUnknown() ? std::nullopt : std::optional(WatchTree::NONE);
-    }
     const Id id = tree_.addRoot(path);
-    folders_.record(id, seen, isReserved);
+    folders_.record(id, seen);
     return id;
 }
 

@@ -53,9 +53,11 @@ public:
     /// Looks at an unwatched folder, and lists it when its stamp has changed. False when it is not
     /// there any more, or is another one.
     bool lookAt(Id id);
-    /// Enters a folder that a crawl has noted; armListed() then arms it. NONE when nothing below it
-    /// is entered.
-    Id enter(Id parent, std::string_view name, const CrawlNotes::Note &note);
+    /// Enters a root that a crawl has listed and asks for its watch.
+    Id enterRoot(const std::string &path, const CrawledFolder &crawled);
+    /// Enters a folder that a crawl has listed; armListed() then asks for its watch. NONE when
+    /// nothing below it is entered.
+    Id enter(Id parent, std::string_view name, const CrawledFolder &crawled);
     /// Arms the folders that a crawl has listed, as far as the budget goes, and lists those again
     /// that have changed since.
     void armListed();

@@ -40,11 +40,11 @@
 // asked stays as it was, and is asked again after a second, then after two, up to a minute
 // (RetryList).
 //
-// A crawl that comes before takes a folder's stamp, then lists it, and notes both here (arm()). The
-// watches follow when it is over, so that nobody who waits for the crawl waits for them: a watch
-// first, then another look at the stamp. Where that is the same one, and older than the crawl,
-// nothing has happened in between; where it is not, the folder is listed again. Roots are watched
-// before anything else.
+// A crawl that comes before takes the stamp of each folder, then lists it, and notes both
+// (CrawlNotes). The watches follow when the crawl is over, so that nobody who waits for the crawl
+// waits for them: a watch first, then another look at the stamp. Where the stamp is the same, and
+// older than the crawl, nothing has happened in between; where it is not, the folder is listed
+// again. The folders above the roots get their watches first, then the roots, then everything else.
 //
 // Folders that are no longer in their place leave the tree at once and give up their watches only
 // at the end of the flush, when nobody else has turned up with the same watch. Until then a folder
@@ -106,29 +106,18 @@ int millisecondsUntil(std::chrono::steady_clock::time_point time)
 } // namespace
 
 FolderWatcher::FolderWatcher(std::shared_ptr<const FSEventItemTest> items, InotifyOptions options,
-                             Kind kind)
+                             Kind kind, Stream stream)
     : items_(std::move(items)),
       options_(std::move(options)),
       kind_(kind),
-      wallClock_(wallClockOf(options_)),
       wakeUp_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
       mountInfo_(openMountInfo(kind)),
-      queue_(std::make_shared<InotifyQueue>(kind == Kind::local))
-{
-    core_ = std::make_unique<WatchCore>(
-        *queue_, items_, options_, budgetOf(options_, *queue_), kind == Kind::local,
-        WatchCore::Hooks{[this] { return goesOn(); },
-                         [this](const std::string &path, bool hasCome) {
-                             remoteOrNew()->orderRoot(path, hasCome);
-                         }});
-    budget_ = core_->folders().budget();
-    if (core_->mounts() != nullptr)
-        mountsAtStart_.emplace(*core_->mounts());
-}
+      stream_(std::move(stream))
+{}
 
 FolderWatcher::~FolderWatcher() = default;
 
-bool FolderWatcher::startThread()
+bool FolderWatcher::start()
 {
     // Nobody could wake or end a thread without it.
     if (!wakeUp_)
@@ -145,10 +134,9 @@ bool FolderWatcher::startThread()
 
 void FolderWatcher::run()
 {
-    while (wait()) {
-        const MutexLock lock(mutex_);
+    begin();
+    while (wait())
         turn();
-    }
     end();
 }
 
@@ -156,22 +144,15 @@ void FolderWatcher::run()
 bool FolderWatcher::wait()
 {
     std::array<pollfd, 3> files{};
-    int timeOut = 0;
-    {
-        const MutexLock lock(mutex_);
-        const Clock::time_point now = Clock::now();
-        files[0] = {now >= readNext_ ? queue_->descriptor() : -1, POLLIN, 0};
-        files[1] = {wakeUp_.get(), POLLIN, 0};
-        files[2] = {mountInfo_.get(), POLLPRI, 0};
-        timeOut = millisecondsUntil(nextWakeUp());
-    }
+    files[0] = {Clock::now() >= readNext_ ? queue_->descriptor() : -1, POLLIN, 0};
+    files[1] = {wakeUp_.get(), POLLIN, 0};
+    files[2] = {mountInfo_.get(), POLLPRI, 0};
     if (stopping_)
         return false;
-    ::poll(files.data(), files.size(), timeOut);
+    ::poll(files.data(), files.size(), millisecondsUntil(nextWakeUp()));
     std::uint64_t ignored = 0;
     if (files[1].revents != 0 && ::read(wakeUp_.get(), &ignored, sizeof ignored) < 0)
         ignored = 0; // somebody's wake-up that was read along with another
-    const MutexLock lock(mutex_);
     eventsWait_ = files[0].revents != 0;
     mountsChanged_ = files[2].revents != 0;
     return !stopping_;
@@ -182,8 +163,6 @@ FolderWatcher::Clock::time_point FolderWatcher::nextWakeUp() const
     Clock::time_point next = Clock::time_point::max();
     if (Clock::now() < readNext_)
         next = readNext_;
-    if (!begun_)
-        return next;
     return std::min({next, deadline_, core_->retryDue(), core_->sweepDue(), retryBudget_});
 }
 
@@ -195,27 +174,44 @@ void FolderWatcher::turn()
         core_->drain();
         readNext_ = Clock::now() + options_.readingInterval;
     }
-    if (stream_) {
-        followOrders();
-        if (!begun_)
-            begin();
-        flushIfDue();
-        sweepIfDue();
-        if (deadline_ == Clock::time_point::max() && core_->hasDirt())
-            deadline_ = Clock::now() + stream_->latency;
-    }
+    followOrders();
+    flushIfDue();
+    sweepIfDue();
+    if (deadline_ == Clock::time_point::max() && core_->hasDirt())
+        deadline_ = Clock::now() + stream_.latency;
     publish();
 }
 
 void FolderWatcher::begin()
 {
-    begun_ = true;
-    // The roots of a remote one are those it has been given.
-    core_->beginStream(kind_ == Kind::remote ? core_->roots().paths() : stream_->roots,
-                       stream_->rootFlags, stream_->quietSince, notes_);
-    // What the notes took is not needed again: 10 MB with 300,000 folders.
-    ::malloc_trim(0);
+    queue_ = std::make_unique<InotifyQueue>(kind_ == Kind::local);
+    core_ = std::make_unique<WatchCore>(
+        *queue_, items_, options_, budgetOf(options_, *queue_), kind_ == Kind::local,
+        stream_.rootFlags,
+        WatchCore::Hooks{[this] { return goesOn(); },
+                         [this](const std::string &path, bool hasCome) {
+                             using What = RootOrder::What;
+                             remoteOrNew()->order({hasCome ? What::hasCome : What::hasGone, path});
+                         }});
+    core_->begin(stream_.roots, {stream_.crawled.get(), stream_.quietSince});
+    if (kind_ == Kind::local)
+        endBeginning();
+    publish();
     deliver();
+    if (core_->hasDirt())
+        deadline_ = Clock::now() + stream_.latency;
+}
+
+/// What the crawl has noted is not needed again: it takes 10 MB with 300,000 folders.
+void FolderWatcher::endBeginning()
+{
+    isBeginning_ = false;
+    stream_.crawled.reset();
+    stream_.quietSince.reset();
+    if (const auto other = remote())
+        other->order({RootOrder::What::isBegun});
+    else
+        ::malloc_trim(0);
 }
 
 void FolderWatcher::flushIfDue()
@@ -257,11 +253,17 @@ void FolderWatcher::followOrders()
         orders.swap(orders_);
     }
     for (const RootOrder &order : orders) {
-        if (order.hasCome)
-            core_->roots().add(order.path);
-        else
+        if (order.what == RootOrder::What::isBegun) {
+            endBeginning();
+        } else if (order.what == RootOrder::What::hasGone) {
             core_->roots().remove(order.path);
-        core_->suspectRoots();
+        } else if (isBeginning_) {
+            core_->begin({order.path}, {stream_.crawled.get(), stream_.quietSince});
+            deliver();
+        } else {
+            core_->roots().add(order.path);
+            core_->suspectRoots();
+        }
     }
 }
 
@@ -270,7 +272,7 @@ void FolderWatcher::deliver()
     if (options_.beforeDelivery)
         options_.beforeDelivery();
     if (!stopping_)
-        stream_->delivery->deliver(core_->takeChanges());
+        stream_.delivery->deliver(core_->takeChanges());
 }
 
 /// During long work events are read all the same, or the kernel's queue would fill.
@@ -287,7 +289,8 @@ bool FolderWatcher::goesOn()
 void FolderWatcher::publish()
 {
     publishCounts();
-    if (kind_ == Kind::local && begun_)
+    bytes_ = core_->folders().bytes();
+    if (kind_ == Kind::local)
         reportShortage();
 }
 
@@ -313,42 +316,15 @@ void FolderWatcher::reportShortage()
                         std::to_string(maxUserWatches()));
 }
 
+/// Closing the queue takes its time, so that nobody else shall do it.
 void FolderWatcher::end()
 {
-    std::shared_ptr<InotifyQueue> queue;
-    {
-        const MutexLock lock(mutex_);
-        notes_.close();
-        core_.reset();
-        // Closed here, which takes its time, or by the last call that arms something.
-        queue = std::move(queue_);
-        queue_ = nullptr;
-    }
+    core_.reset();
+    queue_.reset();
     flushes_.end();
 }
 
 // From other threads
-
-void FolderWatcher::watch(Stream stream)
-{
-    std::shared_ptr<FolderWatcher> remote;
-    Stream remoteStream = stream;
-    // Of those only what the local one hands over.
-    remoteStream.roots.clear();
-    {
-        const MutexLock lock(mailMutex_);
-        remoteStream_ = remoteStream;
-        remote = remote_;
-    }
-    if (remote)
-        remote->watch(std::move(remoteStream));
-    notes_.close();
-    {
-        const MutexLock lock(mutex_);
-        stream_ = std::move(stream);
-    }
-    wake();
-}
 
 void FolderWatcher::stop()
 {
@@ -380,37 +356,31 @@ std::shared_ptr<FolderWatcher> FolderWatcher::remote() const
 
 std::shared_ptr<FolderWatcher> FolderWatcher::remoteOrNew()
 {
-    std::shared_ptr<FolderWatcher> made;
+    if (auto other = remote())
+        return other;
+    Stream stream = stream_;
+    // The other watcher watches only what this one hands over.
+    stream.roots.clear();
+    auto made = std::make_shared<FolderWatcher>(items_, options_, Kind::remote, std::move(stream));
+    made->start();
     {
         const MutexLock lock(mailMutex_);
-        if (remote_)
-            return remote_;
-        made = std::make_shared<FolderWatcher>(items_, options_, Kind::remote);
         remote_ = made;
-        made->startThread();
-        if (remoteStream_)
-            made->watch(*remoteStream_);
     }
+    if (!isBeginning_)
+        made->order({RootOrder::What::isBegun});
     if (stopping_)
         made->stop();
     return made;
 }
 
-void FolderWatcher::orderRoot(const std::string &path, bool hasCome)
+void FolderWatcher::order(RootOrder order)
 {
     {
         const MutexLock lock(mailMutex_);
-        orders_.push_back({path, hasCome});
+        orders_.push_back(std::move(order));
     }
     wake();
-}
-
-std::pair<std::size_t, std::size_t> FolderWatcher::measure() const
-{
-    const MutexLock lock(mutex_);
-    if (!core_)
-        return {0, 0};
-    return {core_->folders().tree().folders(), core_->folders().bytes()};
 }
 
 FSEventStatus FolderWatcher::status() const

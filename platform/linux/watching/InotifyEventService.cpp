@@ -29,14 +29,9 @@ InotifyEventService::InotifyEventService(InotifyOptions options)
         };
 }
 
-std::shared_ptr<FSEventArming>
-InotifyEventService::beginArming(std::shared_ptr<const FSEventItemTest> items)
+std::shared_ptr<FSEventArming> InotifyEventService::beginArming()
 {
-    auto watcher =
-        std::make_shared<FolderWatcher>(std::move(items), options_, FolderWatcher::Kind::local);
-    if (!watcher->startThread())
-        return nullptr;
-    return std::make_shared<InotifyArming>(std::move(watcher));
+    return std::make_shared<CrawlNotes>(wallClockOf(options_)());
 }
 
 std::unique_ptr<FSEventStream> InotifyEventService::create(Request request)
@@ -51,19 +46,16 @@ std::unique_ptr<FSEventStream> InotifyEventService::create(Request request)
     stream.rootFlags = (request.flags & WATCH_ROOT) != 0 ? ROOT_CHANGED : 0;
     stream.delivery =
         std::make_shared<EventDelivery>(std::move(request.callback), request.info, lastID_);
-    std::shared_ptr<FolderWatcher> watcher;
-    if (const auto armed = std::dynamic_pointer_cast<InotifyArming>(request.armed)) {
-        watcher = armed->take();
-    } else {
-        watcher = std::make_shared<FolderWatcher>(std::move(request.items), options_,
-                                                  FolderWatcher::Kind::local);
-        stream.quietSince = watcher->wallClock();
-        if (!watcher->startThread())
+    if (const auto notes = std::dynamic_pointer_cast<CrawlNotes>(request.armed)) {
+        stream.crawled = notes->take();
+        if (!stream.crawled)
             return nullptr;
+    } else {
+        stream.quietSince = wallClockOf(options_)();
     }
-    if (!watcher)
-        return nullptr;
-    return std::make_unique<InotifyEventStream>(std::move(watcher), std::move(stream));
+    auto watcher = std::make_shared<FolderWatcher>(std::move(request.items), options_,
+                                                   FolderWatcher::Kind::local, stream);
+    return std::make_unique<InotifyEventStream>(std::move(watcher), stream.roots, stream.delivery);
 }
 
 } // namespace quillon

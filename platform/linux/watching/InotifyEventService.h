@@ -17,8 +17,7 @@ class InotifyEventService final : public FSEventStreamService
 public:
     explicit InotifyEventService(InotifyOptions options = {});
 
-    std::shared_ptr<FSEventArming>
-    beginArming(std::shared_ptr<const FSEventItemTest> items) override;
+    std::shared_ptr<FSEventArming> beginArming() override;
     std::unique_ptr<FSEventStream> create(Request request) override;
 
 private:

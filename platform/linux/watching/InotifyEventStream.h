@@ -6,36 +6,19 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillon {
-
-/// The folders that a crawl has armed at a watcher.
-class InotifyArming final : public FSEventArming
-{
-public:
-    explicit InotifyArming(std::shared_ptr<FolderWatcher> watcher) : watcher_(std::move(watcher)) {}
-    ~InotifyArming() override;
-
-    Folder armRoot(const std::string &path) override;
-    Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) override;
-    void listed(Folder folder, std::uint64_t items) override;
-    void notListed(Folder folder) override;
-    void notEntered(Folder parent, std::string_view name) override;
-
-    /// The watcher, for the stream that takes this over; null when one has before.
-    std::shared_ptr<FolderWatcher> take();
-
-private:
-    const std::shared_ptr<FolderWatcher> watcher_;
-    std::atomic<bool> taken_ = false;
-};
 
 /// A stream over a watcher.
 class InotifyEventStream final : public FSEventStream
 {
 public:
-    InotifyEventStream(std::shared_ptr<FolderWatcher> watcher, FolderWatcher::Stream stream);
+    InotifyEventStream(std::shared_ptr<FolderWatcher> watcher, std::vector<std::string> roots,
+                       std::shared_ptr<EventDelivery> delivery)
+        : watcher_(std::move(watcher)), roots_(std::move(roots)), delivery_(std::move(delivery))
+    {}
     ~InotifyEventStream() override;
 
     void setDispatchQueue(TaskQueue &queue) override;
@@ -59,7 +42,8 @@ private:
     };
 
     const std::shared_ptr<FolderWatcher> watcher_;
-    const FolderWatcher::Stream stream_;
+    const std::vector<std::string> roots_;
+    const std::shared_ptr<EventDelivery> delivery_;
     std::atomic<State> state_ = State::made;
 };
 

@@ -84,7 +84,7 @@ WallClock wallClockOf(const InotifyOptions &options)
 
 WatchCore::WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest> items,
                      const InotifyOptions &options, std::size_t budget, bool knowsMounts,
-                     Hooks hooks)
+                     std::uint32_t rootFlags, Hooks hooks)
     : queue_(queue),
       items_(std::move(items)),
       wallClock_(wallClockOf(options)),
@@ -102,6 +102,7 @@ WatchCore::WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest>
              {options.sweepInterval, knowsMounts
                                          ? FolderSweep::Clock::duration(std::chrono::hours(24))
                                          : FolderSweep::Clock::duration(std::chrono::minutes(10))}),
+      rootFlags_(rootFlags),
       readAt_(wallClock_()),
       readAtBoot_(bootClock())
 {
@@ -226,29 +227,44 @@ bool WatchCore::hasDirt() const
 
 // Flush
 
-void WatchCore::beginStream(const std::vector<std::string> &roots, std::uint32_t rootFlags,
-                            std::optional<std::int64_t> quietSince, CrawlNotes &notes)
+void WatchCore::begin(const std::vector<std::string> &roots, const Beginning &beginning)
 {
-    rootFlags_ = rootFlags;
     mountsChanged();
-    roots_.keepOnly(roots);
     for (const std::string &path : roots)
         roots_.add(path);
-    roots_.check(verifier_, {.flags = rootFlags_, .quietSince = quietSince});
-    notes.takeAll(
-        [this](Id parent, std::string_view name, const CrawlNotes::Note &note) {
-            return verifier_.enter(parent, name, note);
-        },
-        [this](Id folder, const std::string &name) {
-            if (name.empty())
-                notListed_.push_back(folder);
-            else
-                mark(folder, name);
-        });
-    verifier_.armListed();
-    checkArming();
+    if (beginning.crawled != nullptr)
+        enterCrawled(roots, *beginning.crawled);
+    roots_.check(verifier_, {.flags = rootFlags_, .quietSince = beginning.quietSince});
     fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
     finish();
+}
+
+/// The folders above a root get their watches before the root, and all roots before any folder
+/// below.
+void WatchCore::enterCrawled(const std::vector<std::string> &roots, const CrawledTree &crawled)
+{
+    std::vector<std::string> local;
+    for (const std::string &path : roots)
+        if (roots_.isRemote(path) == std::optional(false)) {
+            roots_.guard(path);
+            local.push_back(path);
+        }
+    folders_.setCrawledSince(crawled.beganAt());
+    const auto enter = [this](Id parent, std::string_view name, const CrawledFolder &folder) {
+        if (parent != WatchTree::NONE)
+            return verifier_.enter(parent, name, folder);
+        const Id root = verifier_.enterRoot(std::string(name), folder);
+        roots_.setFolder(name, root);
+        return root;
+    };
+    crawled.visit(local, enter, [this](Id folder, const std::string &name) {
+        if (name.empty())
+            notListed_.push_back(folder);
+        else
+            mark(folder, name);
+    });
+    verifier_.armListed();
+    checkArming();
 }
 
 void WatchCore::flush(Extent extent)

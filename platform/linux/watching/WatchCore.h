@@ -46,7 +46,8 @@ public:
 
     /// The queue outlives it. Without mounts it takes everything below its roots for its own.
     WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest> items,
-              const InotifyOptions &options, std::size_t budget, bool knowsMounts, Hooks hooks);
+              const InotifyOptions &options, std::size_t budget, bool knowsMounts,
+              std::uint32_t rootFlags, Hooks hooks);
 
     WatchedFolders &folders() { return folders_; }
     const WatchedFolders &folders() const { return folders_; }
@@ -62,10 +63,16 @@ public:
     /// When questions that were not answered are to be asked again, by a flush.
     Clock::time_point retryDue() const { return retries_.due(); }
 
-    /// To be called once, when a crawl that came before has ended: forgets roots that are not
-    /// wanted, takes on those that are missing, and arms what the crawl has noted.
-    void beginStream(const std::vector<std::string> &roots, std::uint32_t rootFlags,
-                     std::optional<std::int64_t> quietSince, CrawlNotes &notes);
+    /// How roots are taken on that nobody has watched so far.
+    struct Beginning
+    {
+        /// What a crawl has listed; null when there was none.
+        const CrawledTree *crawled = nullptr;
+        /// When nobody has crawled the roots, only what changed at this time or later is told.
+        std::optional<std::int64_t> quietSince = {};
+    };
+    /// Takes on roots, with the folders that a crawl has listed below them.
+    void begin(const std::vector<std::string> &roots, const Beginning &beginning);
     enum class Extent
     {
         /// What was marked, and what is due to be asked again.
@@ -97,6 +104,7 @@ private:
     void markMountPoint(Id root, std::string_view below);
     using Dirt = std::unordered_map<Id, std::set<std::string, std::less<>>>;
 
+    void enterCrawled(const std::vector<std::string> &roots, const CrawledTree &crawled);
     void takeRetries(Clock::time_point now);
     void verifyDirt(const Dirt &dirty);
     void listAnew(Id id);
@@ -128,7 +136,7 @@ private:
     std::set<Id> unlisted_;
     /// Folders that a crawl was to list and could not.
     std::vector<Id> notListed_;
-    std::uint32_t rootFlags_ = 0;
+    const std::uint32_t rootFlags_;
     bool overflow_ = false;
     bool rootsSuspect_ = false;
     bool wasRefused_ = false;

@@ -36,21 +36,15 @@ WatchRoots::WatchRoots(const InotifyQueue &queue, WatchedFolders &folders,
 
 void WatchRoots::add(const std::string &path)
 {
-    if (!contains(path))
+    if (std::ranges::find(roots_, path, &Root::path) == roots_.end())
         roots_.push_back({.path = path});
 }
 
-void WatchRoots::add(const std::string &path, Id node)
+void WatchRoots::setFolder(std::string_view path, Id node)
 {
-    if (node != WatchTree::NONE)
-        roots_.push_back({.path = path, .node = node, .isKnown = true});
-    else
-        add(path);
-}
-
-bool WatchRoots::contains(std::string_view path) const
-{
-    return std::ranges::find(roots_, path, &Root::path) != roots_.end();
+    const auto root = std::ranges::find(roots_, path, &Root::path);
+    root->node = node;
+    root->isKnown = true;
 }
 
 void WatchRoots::remove(std::string_view path)
@@ -64,21 +58,6 @@ void WatchRoots::remove(std::string_view path)
             onRemote(root.path, false);
         return true;
     });
-}
-
-void WatchRoots::keepOnly(const std::vector<std::string> &paths)
-{
-    for (const std::string &path : this->paths())
-        if (std::ranges::find(paths, path) == paths.end())
-            remove(path);
-}
-
-std::vector<std::string> WatchRoots::paths() const
-{
-    std::vector<std::string> paths;
-    for (const Root &root : roots_)
-        paths.push_back(root.path);
-    return paths;
 }
 
 std::vector<std::pair<std::string, WatchTree::Id>> WatchRoots::entered() const
@@ -103,41 +82,34 @@ bool WatchRoots::areConcernedByMount(std::string_view point) const
 
 // The folders above
 
-WatchRoots::Guards WatchRoots::guard(const InotifyQueue &queue, const std::string &path)
+bool WatchRoots::guard(const std::string &path)
 {
-    Guards guards;
-    const auto climb = [&](const std::string &place) {
-        // From the top, so that what comes while this goes on is noticed further up.
-        for (std::size_t slash = place.find('/');
-             slash != std::string::npos && slash + 1 < place.size();
-             slash = place.find('/', slash + 1)) {
-            const std::string name =
-                place.substr(slash + 1, place.find('/', slash + 1) - slash - 1);
-            const auto added =
-                queue.add(slash == 0 ? "/" : place.substr(0, slash), InotifyQueue::Links::follow);
-            if (added.watch != WatchTree::NO_WATCH)
-                guards.watches.emplace_back(added.watch, name);
-            else if (!meansAbsence(added.error))
-                guards.areComplete = false;
-        }
-    };
-    climb(path);
+    bool isComplete = guardWay(path);
     std::error_code error;
     const auto real = std::filesystem::canonical(path, error);
     if (!error && real != path)
-        climb(real);
-    if (error && !meansAbsence(error.value()))
-        guards.areComplete = false;
-    return guards;
+        isComplete = guardWay(real) && isComplete;
+    return isComplete && (!error || meansAbsence(error.value()));
 }
 
-void WatchRoots::own(const Guards &guards)
+/// Goes from the top, so that what comes meanwhile is noticed further up.
+bool WatchRoots::guardWay(const std::string &path)
 {
-    for (const auto &[watch, name] : guards.watches) {
-        auto &names = guards_[watch];
+    bool isComplete = true;
+    for (std::size_t slash = path.find('/'); slash != std::string::npos && slash + 1 < path.size();
+         slash = path.find('/', slash + 1)) {
+        const std::string name = path.substr(slash + 1, path.find('/', slash + 1) - slash - 1);
+        const auto added =
+            queue_.add(slash == 0 ? "/" : path.substr(0, slash), InotifyQueue::Links::follow);
+        if (added.watch == WatchTree::NO_WATCH) {
+            isComplete = isComplete && meansAbsence(added.error);
+            continue;
+        }
+        auto &names = guards_[added.watch];
         if (std::ranges::find(names, name) == names.end())
             names.push_back(name);
     }
+    return isComplete;
 }
 
 bool WatchRoots::note(const InotifyQueue::Event &event)
@@ -183,12 +155,11 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
             onRemote(root.path, true);
         return;
     }
-    const Guards guards = guard(queue_, root.path);
-    own(guards);
+    const bool isGuarded = guard(root.path);
     root.realPath = realPathOf(root.path);
     const FolderProbe found = probeFolder(root.path, true);
     // Without all guards only looking tells that a root has come or gone.
-    if (!guards.areComplete || !isOnServer || found.isUnknown())
+    if (!isGuarded || !isOnServer || found.isUnknown())
         retries_.addRoots();
     if (!isOnServer || found.isUnknown())
         return;

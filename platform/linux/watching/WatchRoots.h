@@ -26,18 +26,13 @@ public:
 
     /// Adds a root that nothing is known of; it is looked for at the next check.
     void add(const std::string &path);
-    /// Adds a root that a crawl has entered; NONE when it was not there.
-    void add(const std::string &path, Id node);
-    void addRemote(const std::string &path)
-    {
-        roots_.push_back({.path = path, .isRemote = true, .isKnown = true});
-    }
-    bool contains(std::string_view path) const;
-    /// Forgets the root, its folders and what guards it.
+    /// Takes the folder that a crawl has entered as that of a root which was added.
+    void setFolder(std::string_view path, Id node);
+    /// Forgets the root and drops its folders. The watches on the folders above stay, since they
+    /// may guard other roots too.
     void remove(std::string_view path);
-    /// Forgets all roots but these.
-    void keepOnly(const std::vector<std::string> &paths);
-    std::vector<std::string> paths() const;
+    /// Whether the root is on a remote file system. Absent when the disk did not answer.
+    std::optional<bool> isRemote(const std::string &path) const;
     /// The roots that are there, and their folders.
     std::vector<std::pair<std::string, Id>> entered() const;
 
@@ -45,17 +40,8 @@ public:
     /// become another folder.
     bool areConcernedByMount(std::string_view point) const;
 
-    /// The watches on the folders above a path, each with the name in that folder that leads to it.
-    struct Guards
-    {
-        std::vector<std::pair<int, std::string>> watches;
-        /// Every folder above that is there is watched.
-        bool areComplete = true;
-    };
-    /// Watches the folders above a path. Safe from every thread but for the watches it returns,
-    /// which are to be given to own().
-    static Guards guard(const InotifyQueue &queue, const std::string &path);
-    void own(const Guards &guards);
+    /// Watches the folders above a path. False when one that is there got no watch.
+    bool guard(const std::string &path);
     bool owns(int watch) const { return guards_.contains(watch); }
     /// Takes note of an event. True when a root may be concerned.
     bool note(const InotifyQueue::Event &event);
@@ -86,8 +72,7 @@ private:
         bool isKnown = false;
     };
 
-    /// Absent when the disk did not answer.
-    std::optional<bool> isRemote(const std::string &path) const;
+    bool guardWay(const std::string &path);
     void checkOne(Root &root, FolderVerifier &verifier, const Check &terms);
 
     const InotifyQueue &queue_;

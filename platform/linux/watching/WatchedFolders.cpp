@@ -12,52 +12,33 @@ constexpr std::int64_t YOUNG = 2'000'000'000;
 
 } // namespace
 
-Sighting sightFolder(const InotifyQueue &queue, const WallClock &wallClock, const std::string &path,
-                     bool isRoot, bool mayWatch)
+Sighting WatchedFolders::sight(const std::string &path, bool isRoot, bool mayWatch)
 {
     Sighting seen;
     if (mayWatch) {
         const auto added =
-            queue.add(path, isRoot ? InotifyQueue::Links::follow : InotifyQueue::Links::refuse);
+            queue_.add(path, isRoot ? InotifyQueue::Links::follow : InotifyQueue::Links::refuse);
         seen.watch = added.watch;
         seen.error = added.error;
         if (added.watch != WatchTree::NO_WATCH)
             return seen;
+        if (added.error == ENOSPC) {
+            refused_ = true;
+            budget_ = tree_.watches();
+        }
     }
-    const std::int64_t now = wallClock();
+    const std::int64_t now = wallClock_();
     seen.probe = probeFolder(path, isRoot);
     seen.isTrusted = now - seen.probe.stamp.changed > YOUNG;
     return seen;
 }
 
-WatchedFolders::WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock)
-    : queue_(queue), wallClock_(std::move(wallClock)), madeAt_(wallClock_()), budget_(budget)
-{}
-
-bool WatchedFolders::reserve()
+void WatchedFolders::record(Id id, const Sighting &seen)
 {
-    if (tree_.watches() + reserved_ >= budget_)
-        return false;
-    ++reserved_;
-    return true;
-}
-
-void WatchedFolders::record(Id id, const Sighting &seen, bool wasReserved)
-{
-    settle(wasReserved, seen);
     if (seen.watch != WatchTree::NO_WATCH)
         tree_.setWatch(id, seen.watch);
     else
         unwatched_[id] = {seen.probe.stamp, seen.isTrusted, false, std::nullopt};
-}
-
-void WatchedFolders::settle(bool wasReserved, const Sighting &seen)
-{
-    reserved_ -= wasReserved ? 1U : 0U;
-    if (seen.error == ENOSPC) {
-        refused_ = true;
-        budget_ = tree_.watches();
-    }
 }
 
 void WatchedFolders::recordUnwatched(const Listed &listed)
@@ -67,7 +48,7 @@ void WatchedFolders::recordUnwatched(const Listed &listed)
 
 bool WatchedFolders::isTrusted(const FolderStamp &stamp) const
 {
-    return stamp.isKnown() && madeAt_ - stamp.changed > YOUNG;
+    return stamp.isKnown() && crawledSince_ - stamp.changed > YOUNG;
 }
 
 void WatchedFolders::recordClosed(Id id, const FolderStamp &stamp)

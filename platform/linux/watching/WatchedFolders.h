@@ -37,10 +37,6 @@ struct Sighting
 /// Nanoseconds since 1970.
 using WallClock = std::function<std::int64_t()>;
 
-/// Looks at a folder and arms it where that is allowed.
-Sighting sightFolder(const InotifyQueue &queue, const WallClock &wallClock, const std::string &path,
-                     bool isRoot, bool mayWatch);
-
 /// The tree of folders, what is known of those without a watch, and the budget. Not locked.
 class WatchedFolders
 {
@@ -69,27 +65,27 @@ public:
         std::uint64_t items = 0;
     };
 
-    WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock);
+    WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock)
+        : queue_(queue), wallClock_(std::move(wallClock)), budget_(budget)
+    {}
 
     WatchTree &tree() { return tree_; }
     const WatchTree &tree() const { return tree_; }
 
-    Sighting sight(const std::string &path, bool isRoot, bool mayWatch) const
-    {
-        return sightFolder(queue_, wallClock_, path, isRoot, mayWatch);
-    }
-    /// Whether one more watch is within the budget; if so, it is set aside until record().
-    bool reserve();
-    /// Enters what was seen of a new folder. The watch was reserved before it was asked for.
-    void record(Id id, const Sighting &seen, bool wasReserved);
-    /// The same where nothing new is entered.
-    void settle(bool wasReserved, const Sighting &seen);
+    /// Looks at a folder, and asks for a watch on it where that is allowed.
+    Sighting sight(const std::string &path, bool isRoot, bool mayWatch);
+    /// Whether one more watch is within the budget.
+    bool hasRoom() const { return tree_.watches() < budget_; }
+    /// Enters what was seen of a new folder.
+    void record(Id id, const Sighting &seen);
     /// Takes note of a folder that a crawl lists; takeListed() brings it up again.
     void recordListed(const Listed &listed) { listed_.push_back(listed); }
     /// In the order of the crawl. Some may have left the tree since.
     std::vector<Listed> takeListed() { return std::exchange(listed_, {}); }
     /// A folder without a watch, as a crawl found it.
     void recordUnwatched(const Listed &listed);
+    /// The time at which the crawl began whose folders are recorded, in nanoseconds since 1970.
+    void setCrawledSince(std::int64_t time) { crawledSince_ = time; }
     /// Whether any change since the crawl began would show in a stamp.
     bool isTrusted(const FolderStamp &stamp) const;
     /// A folder that is not entered.
@@ -136,9 +132,8 @@ private:
     std::unordered_map<Id, Unwatched> unwatched_;
     std::vector<Listed> listed_;
     std::vector<Id> dropped_;
-    const std::int64_t madeAt_;
+    std::int64_t crawledSince_ = 0;
     std::size_t budget_;
-    std::size_t reserved_ = 0;
     bool refused_ = false;
 };
 
