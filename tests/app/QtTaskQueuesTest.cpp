@@ -53,8 +53,14 @@ TEST(PoolTaskQueue, saysWhetherAWaitedForTaskRan)
 {
     PoolTaskQueue queue(1);
     EXPECT_TRUE(queue.postAndWait([] {}));
+    std::atomic<bool> hasBegun = false;
     std::atomic<bool> isHeld = true;
-    queue.post([&] { isHeld.wait(true); });
+    queue.post([&] {
+        hasBegun = true;
+        hasBegun.notify_all();
+        isHeld.wait(true);
+    });
+    hasBegun.wait(false);
     std::jthread waiting([&] { EXPECT_FALSE(queue.postAndWait([] {})); });
     std::jthread ending([&] {
         while (!queue.finish(1ms)) {

@@ -238,6 +238,9 @@ class ActionsTest(Desktop):
         window = eventually("the parent", lambda: windows("pcmanfm-qt", "Documents"))[0]
         manager = int(output("xdotool", "getwindowpid", window))
         self.addCleanup(os.kill, manager, signal.SIGKILL)
+        # A window that took the keyboard later would take it from the panel.
+        eventually("the parent in front",
+                   lambda: output("xdotool", "getactivewindow").strip() == window)
         self.choose("music", "shift+Return")
         eventually("the folder", lambda: windows("pcmanfm-qt", "Music"))
 

@@ -7,6 +7,7 @@ Runs on a private desktop: tools/private-desktop python3 tests/e2e/ending_test.p
 import contextlib
 import json
 import os
+import pathlib
 import select
 import signal
 import subprocess
@@ -94,6 +95,20 @@ class EndingTest(Desktop):
             yield
         finally:
             os.kill(process, signal.SIGCONT)
+
+    @contextlib.contextmanager
+    def hanging(self, disk):
+        """A request that the disk's process has taken up could not be given up, even by a kill. So
+        the process is stopped while all its threads wait."""
+        def waits():
+            try:
+                return all(state.read_text().rpartition(")")[2].split()[0] == "S"
+                           for state in pathlib.Path(f"/proc/{disk.pid}/task").glob("*/stat"))
+            except OSError:  # a thread has just ended
+                return False
+        eventually("the disk without work", waits)
+        with self.stopped(disk.pid):
+            yield
 
     def test_with_nothing_to_do(self):
         self.make_folders("Documents/harbour")
@@ -234,7 +249,7 @@ class EndingTest(Desktop):
             lacks("the right to mount")
         self.addCleanup(subprocess.run, ["fusermount3", "-uz", mounted], check=True)
         self.write_settings()
-        with self.stopped(disk.pid):
+        with self.hanging(disk):
             self.ends(self.background(), "building on a disk that hangs")
         child = self.start()
         self.press("ctrl+comma")
@@ -243,7 +258,7 @@ class EndingTest(Desktop):
         self.press("alt+t")
         self.wait_for_window("Dump File Location")
         self.type(str(mounted / "dump.txt"))
-        with self.stopped(disk.pid):
+        with self.hanging(disk):
             self.press("Return")
             self.ends(child, "saving the index on a disk that hangs")
 

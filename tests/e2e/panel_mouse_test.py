@@ -7,6 +7,7 @@ tools/private-desktop --size 1600x900 python3 tests/e2e/panel_mouse_test.py QUIL
 
 import os
 import subprocess
+import time
 
 from desktop import PATIENCE, Desktop, eventually, is_soon, main, output, windows
 
@@ -60,6 +61,8 @@ class PanelMouseTest(Desktop):
                 self.point_at(left + x + 90, top + y + 60)
                 return self.place()[:2] == (left + 90, top + 60)
             eventually("the panel where it was dragged", moves)
+            # The toolkit notices after 0.1 s that the window manager has taken the keyboard.
+            time.sleep(0.5)
             subprocess.run(["xdotool", "mouseup", "1"], check=True)
             self.assertTrue(self.panel())
             self.press("Escape")
