@@ -96,8 +96,8 @@ void SearchWindow::hideWithoutFocus()
     // What another window of this program loses is on its way to this one.
     if (!hasHadKeyboard_)
         return;
-    // The loss may be one from before the panel was shown that Qt reports late. Then the keyboard is
-    // on its way.
+    // The loss may be one from before the panel was shown that Qt reports late. Then the keyboard
+    // is on its way.
     auto wait = SETTLING - std::chrono::milliseconds(presented_.elapsed());
     // A window manager takes the keyboard from the active window while it moves that window, and no
     // event tells when it activates another one instead of giving the keyboard back.
