@@ -87,7 +87,7 @@ std::vector<ChangeLog::Change> ChangeLog::take(Clock::time_point now)
             changes.push_back({path, entry.flags});
     entries_.clear();
     for (const Change &change : changes)
-        told_.insert_or_assign(change.path, Told{change.flags, now});
+        told_.insert_or_assign(change.path, LastReport{change.flags, now});
     return changes;
 }
 

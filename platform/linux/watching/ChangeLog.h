@@ -58,7 +58,7 @@ private:
         std::uint32_t flags = 0;
         Found found = Found::nothing;
     };
-    struct Told
+    struct LastReport
     {
         std::uint32_t flags = 0;
         Clock::time_point at;
@@ -69,7 +69,7 @@ private:
 
     const FSEventItemTest &items_;
     std::map<std::string, Entry, std::less<>> entries_;
-    std::map<std::string, Told, std::less<>> told_;
+    std::map<std::string, LastReport, std::less<>> told_;
 };
 
 } // namespace quillon

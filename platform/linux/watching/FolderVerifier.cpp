@@ -12,7 +12,7 @@ namespace quillon {
 
 namespace {
 
-/// Told of a path that is or was a file, which no pattern of skipped folders is for.
+/// LastReport of a path that is or was a file, which no pattern of skipped folders is for.
 constexpr std::uint32_t ITEM_IS_FILE = 0x10000;
 
 } // namespace
@@ -34,12 +34,12 @@ FolderVerifier::FolderVerifier(WatchedFolders &folders, const FSEventItemTest &i
 void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flags)
 {
     const std::string path = tree_.path(parent, name);
-    const Border border = borderAt(parent, name);
-    if (border == Border::unknown) {
+    const MountBoundary border = borderAt(parent, name);
+    if (border == MountBoundary::unknown) {
         retries_.add(parent, name);
         return;
     }
-    if (border == Border::remote || border == Border::automount) {
+    if (border == MountBoundary::remote || border == MountBoundary::automount) {
         verifyElsewhere(parent, name, path, border);
         return;
     }
@@ -75,7 +75,7 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
         }
         folders_.drop(child);
     }
-    if (border == Border::pseudo) {
+    if (border == MountBoundary::pseudo) {
         close(tree_.add(parent, name), border, path, found.stamp);
     } else if (const auto fresh = admit(parent, name, path); !fresh) {
         return;
@@ -91,10 +91,10 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
 /// Nothing is asked of the server here. Whoever looks after the remote folders tells them. What was
 /// mounted where only autofs is left stays as it was: asking for it would mount it.
 void FolderVerifier::verifyElsewhere(Id parent, std::string_view name, const std::string &path,
-                                     Border border)
+                                     MountBoundary border)
 {
     const FolderStamp stamp =
-        border == Border::automount ? probeFolder(path, false).stamp : FolderStamp();
+        border == MountBoundary::automount ? probeFolder(path, false).stamp : FolderStamp();
     if (const Id child = tree_.find(parent, name); child != WatchTree::NONE) {
         const auto *known = folders_.unwatched(child);
         if (known != nullptr && known->isClosed && known->stamp.isSameFolder(stamp))
@@ -117,7 +117,7 @@ bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &
         return true;
 
     const bool mayWatch = known == nullptr || folders_.hasRoom();
-    const Sighting seen = folders_.sight(path, tree_.isRoot(id), mayWatch);
+    const FolderState seen = folders_.sight(path, tree_.isRoot(id), mayWatch);
     if (known == nullptr) {
         const bool isUnanswered = seen.isUnknown() || seen.mayGetWatch();
         if (isUnanswered)
@@ -171,19 +171,19 @@ WatchTree::Id FolderVerifier::enter(Id parent, std::string_view name, const Craw
 {
     if (const Id known = tree_.find(parent, name); known != WatchTree::NONE)
         return known;
-    const Border border = borderAt(parent, name);
-    if (border == Border::unknown) {
+    const MountBoundary border = borderAt(parent, name);
+    if (border == MountBoundary::unknown) {
         retries_.add(parent, name);
         return WatchTree::NONE;
     }
     const Id id = tree_.add(parent, name);
-    if (border == Border::none) {
+    if (border == MountBoundary::none) {
         folders_.recordListed({id, crawled.stamp, crawled.items});
         return id;
     }
     const std::string path = tree_.path(id);
     close(id, border, path,
-          border == Border::remote ? FolderStamp() : probeFolder(path, false).stamp);
+          border == MountBoundary::remote ? FolderStamp() : probeFolder(path, false).stamp);
     return WatchTree::NONE;
 }
 
@@ -217,7 +217,7 @@ bool FolderVerifier::armOne(const WatchedFolders::Listed &listed)
     }
     const std::string path = tree_.path(listed.id);
     const bool isRoot = tree_.isRoot(listed.id);
-    Sighting seen = folders_.sight(path, isRoot, hasRoom);
+    FolderState seen = folders_.sight(path, isRoot, hasRoom);
     if (seen.watch != WatchTree::NO_WATCH)
         seen.probe = probeFolder(path, isRoot);
     if (seen.isUnknown() || seen.mayGetWatch())
@@ -268,31 +268,33 @@ void FolderVerifier::verifyEach(const std::vector<Id> &ids)
 
 // New folders
 
-FolderVerifier::Border FolderVerifier::borderAt(Id parent, std::string_view name) const
+FolderVerifier::MountBoundary FolderVerifier::borderAt(Id parent, std::string_view name) const
 {
     if (mounts_ == nullptr || !mounts_->mayBeMountPoint(name))
-        return Border::none;
+        return MountBoundary::none;
     const auto border = mounts_->borderAt(tree_.path(parent), name);
     if (!border)
-        return Border::unknown;
+        return MountBoundary::unknown;
     if (*border == MountTable::Border::remote)
-        return Border::remote;
+        return MountBoundary::remote;
     if (*border == MountTable::Border::automount)
-        return Border::automount;
-    return isOnPseudoFileSystem(tree_.path(parent, name)) ? Border::pseudo : Border::none;
+        return MountBoundary::automount;
+    return isOnPseudoFileSystem(tree_.path(parent, name)) ? MountBoundary::pseudo
+                                                          : MountBoundary::none;
 }
 
-void FolderVerifier::close(Id id, Border border, const std::string &path, const FolderStamp &stamp)
+void FolderVerifier::close(Id id, MountBoundary border, const std::string &path,
+                           const FolderStamp &stamp)
 {
     folders_.recordClosed(id, stamp);
-    if (border == Border::remote)
+    if (border == MountBoundary::remote)
         hooks_.onRemote(path);
 }
 
 std::optional<WatchTree::Id> FolderVerifier::admit(Id parent, std::string_view name,
                                                    const std::string &path)
 {
-    const Sighting seen = folders_.sight(path, false, folders_.hasRoom());
+    const FolderState seen = folders_.sight(path, false, folders_.hasRoom());
     if (seen.isUnknown() || seen.mayGetWatch())
         retries_.add(parent, name);
     if (seen.isGone())
@@ -304,7 +306,7 @@ std::optional<WatchTree::Id> FolderVerifier::admit(Id parent, std::string_view n
 
 std::optional<WatchTree::Id> FolderVerifier::adoptRoot(const std::string &path)
 {
-    const Sighting seen = folders_.sight(path, true, folders_.hasRoom());
+    const FolderState seen = folders_.sight(path, true, folders_.hasRoom());
     if (seen.isUnknown() || seen.mayGetWatch())
         retries_.addRoots();
     if (seen.isGone())
@@ -354,11 +356,12 @@ void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
         if (tree_.find(id, name) != WatchTree::NONE)
             continue;
         const std::string childPath = tree_.path(id, name);
-        if (const Border border = borderAt(id, name); border == Border::unknown)
+        if (const MountBoundary border = borderAt(id, name); border == MountBoundary::unknown)
             retries_.add(id, name);
-        else if (border != Border::none)
+        else if (border != MountBoundary::none)
             close(tree_.add(id, name), border, childPath,
-                  border == Border::remote ? FolderStamp() : probeFolder(childPath, false).stamp);
+                  border == MountBoundary::remote ? FolderStamp()
+                                                  : probeFolder(childPath, false).stamp);
         else if (const auto child = admit(id, name, childPath); child && *child != WatchTree::NONE)
             adopted.push_back(*child);
     }
@@ -406,7 +409,7 @@ void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
 {
     const std::string path = tree_.path(id);
     // The stamp before the listing: what happens meanwhile shows in the next one.
-    const Sighting before = folders_.sight(path, tree_.isRoot(id), false);
+    const FolderState before = folders_.sight(path, tree_.isRoot(id), false);
     if (hooks_.beforeListing)
         hooks_.beforeListing(path);
     Content content;

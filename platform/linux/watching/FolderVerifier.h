@@ -78,7 +78,7 @@ public:
 
 private:
     /// What begins at a path in a folder of the tree.
-    enum class Border
+    enum class MountBoundary
     {
         none,
         remote,
@@ -95,14 +95,15 @@ private:
         std::uint64_t items = 0;
     };
 
-    Border borderAt(Id parent, std::string_view name) const;
+    MountBoundary borderAt(Id parent, std::string_view name) const;
     Listing list(Id id, const std::string &path, Content &content) const;
     void adoptChildren(Id id, std::deque<Id> &adopted, std::optional<std::int64_t> since);
     /// NONE when there is no folder any more; absent when the disk did not answer.
     std::optional<Id> admit(Id parent, std::string_view name, const std::string &path);
     void askAgain(Id id);
-    void close(Id id, Border border, const std::string &path, const FolderStamp &stamp);
-    void verifyElsewhere(Id parent, std::string_view name, const std::string &path, Border border);
+    void close(Id id, MountBoundary border, const std::string &path, const FolderStamp &stamp);
+    void verifyElsewhere(Id parent, std::string_view name, const std::string &path,
+                         MountBoundary border);
     bool hasChanged(Id id, const FolderProbe &found) const;
     void verifyEach(const std::vector<Id> &ids);
     bool armOne(const WatchedFolders::Listed &listed);

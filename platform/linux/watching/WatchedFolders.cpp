@@ -12,9 +12,9 @@ constexpr std::int64_t YOUNG = 2'000'000'000;
 
 } // namespace
 
-Sighting WatchedFolders::sight(const std::string &path, bool isRoot, bool mayWatch)
+FolderState WatchedFolders::sight(const std::string &path, bool isRoot, bool mayWatch)
 {
-    Sighting seen;
+    FolderState seen;
     if (mayWatch) {
         const auto added =
             queue_.add(path, isRoot ? InotifyQueue::Links::follow : InotifyQueue::Links::refuse);
@@ -33,7 +33,7 @@ Sighting WatchedFolders::sight(const std::string &path, bool isRoot, bool mayWat
     return seen;
 }
 
-void WatchedFolders::record(Id id, const Sighting &seen)
+void WatchedFolders::record(Id id, const FolderState &seen)
 {
     if (seen.watch != WatchTree::NO_WATCH)
         tree_.setWatch(id, seen.watch);
@@ -56,7 +56,7 @@ void WatchedFolders::recordClosed(Id id, const FolderStamp &stamp)
     unwatched_[id] = {stamp, true, true, std::nullopt};
 }
 
-void WatchedFolders::discard(const Sighting &seen)
+void WatchedFolders::discard(const FolderState &seen)
 {
     if (seen.watch != WatchTree::NO_WATCH && tree_.ownersOf(seen.watch).empty() &&
         !isWantedElsewhere(seen.watch))
@@ -88,7 +88,7 @@ void WatchedFolders::nowWatched(Id id, int watch)
     tree_.setWatch(id, watch);
 }
 
-void WatchedFolders::nowUnwatched(Id id, const Sighting &seen)
+void WatchedFolders::nowUnwatched(Id id, const FolderState &seen)
 {
     unwatched_[id] = {seen.probe.stamp, seen.isTrusted, false, std::nullopt};
 }

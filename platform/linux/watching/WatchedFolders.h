@@ -18,7 +18,7 @@
 namespace quillon {
 
 /// A folder as it was found: with a watch, or else by its stamp.
-struct Sighting
+struct FolderState
 {
     int watch = WatchTree::NO_WATCH;
     /// Why there is no watch, as in errno; 0 when none was asked for.
@@ -47,7 +47,8 @@ public:
     struct Unwatched
     {
         FolderStamp stamp;
-        /// Must be listed again the next time, whatever the stamp says then.
+        /// Without this the folder must be listed again the next time, even where the stamp is the
+        /// same then: the stamp was too young to tell two changes apart.
         bool isTrusted = false;
         /// Is not entered: what is mounted there is looked after elsewhere, or by nobody.
         bool isClosed = false;
@@ -73,11 +74,11 @@ public:
     const WatchTree &tree() const { return tree_; }
 
     /// Looks at a folder, and asks for a watch on it where that is allowed.
-    Sighting sight(const std::string &path, bool isRoot, bool mayWatch);
+    FolderState sight(const std::string &path, bool isRoot, bool mayWatch);
     /// Whether one more watch is within the budget.
     bool hasRoom() const { return tree_.watches() < budget_; }
     /// Enters what was seen of a new folder.
-    void record(Id id, const Sighting &seen);
+    void record(Id id, const FolderState &seen);
     /// Takes note of a folder that a crawl lists; takeListed() brings it up again.
     void recordListed(const Listed &listed) { listed_.push_back(listed); }
     /// In the order of the crawl. Some may have left the tree since.
@@ -86,12 +87,13 @@ public:
     void recordUnwatched(const Listed &listed);
     /// The time at which the crawl began whose folders are recorded, in nanoseconds since 1970.
     void setCrawledSince(std::int64_t time) { crawledSince_ = time; }
-    /// Whether any change since the crawl began would show in a stamp.
+    /// Whether the stamp is so much older than the crawl that any change since the crawl began
+    /// has given the folder another stamp. False for an unknown stamp.
     bool isTrusted(const FolderStamp &stamp) const;
     /// A folder that is not entered.
     void recordClosed(Id id, const FolderStamp &stamp);
     /// Gives the watch of a sighting back if nobody owns it.
-    void discard(const Sighting &seen);
+    void discard(const FolderState &seen);
 
     const Unwatched *unwatched(Id id) const;
     Unwatched *unwatched(Id id);
@@ -103,7 +105,7 @@ public:
     void nowWatched(Id id, int watch);
     /// A watched folder is about to lose its watch to the budget: its stamp from now on counts. The
     /// watch itself stays until dropWatch(), so that what was reported up to now is still read.
-    void nowUnwatched(Id id, const Sighting &seen);
+    void nowUnwatched(Id id, const FolderState &seen);
     /// Gives the watch of a folder back if no other owns it.
     void dropWatch(Id id);
     /// The kernel has ended a watch.
