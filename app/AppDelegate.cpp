@@ -19,6 +19,8 @@ using namespace std::chrono_literals;
 
 /// How long a disk that does not answer may hold up the end of the program.
 constexpr auto TASK_END_TIME = 50ms;
+/// A build that takes longer shows its own window.
+constexpr auto SHORT_BUILD = 3s;
 
 /// Where the programs stand that serve this one: beside it, built or installed.
 std::string programsFolder()
@@ -152,6 +154,8 @@ OnboardingViewController *AppDelegate::makeOnboarding()
                                          .shortcutBinder = shortcutBinder_,
                                          .hotKey = *services_.hotKey,
                                          .clipboard = services_.clipboard,
+                                         .autostart = services_.autostart,
+                                         .places = services_.places,
                                          .background = services_.backgroundQueue,
                                          .counting = services_.countingQueue,
                                          .main = services_.mainQueue},
@@ -263,7 +267,20 @@ void AppDelegate::showFirst(const std::string &activationToken)
     else if (!isSetUp())
         windowTracker_.show(WindowTracker::onboardingWindow, activationToken);
     else
-        rebuild(activationToken);
+        buildBehindPanel(activationToken);
+}
+
+void AppDelegate::buildBehindPanel(const std::string &activationToken)
+{
+    windowTracker_.show(WindowTracker::searchWindow, activationToken);
+    rebuildSearchBaseViewController_->startBuilding();
+    services_.mainQueue.postDelayed(SHORT_BUILD, [this] {
+        // Nothing comes between a user and a panel that is in use.
+        if (searchBaseBuilder_.isBuilding() &&
+            windowTracker_.isVisible(WindowTracker::searchWindow) &&
+            !lightningSearchViewController_.isInUse())
+            showRebuild();
+    });
 }
 
 bool AppDelegate::isSetUp()
@@ -370,10 +387,17 @@ void AppDelegate::permissionFinished()
     showFirst();
 }
 
-void AppDelegate::rebuild(const std::string &activationToken)
+void AppDelegate::showRebuild(const std::string &activationToken)
 {
+    if (!windowTracker_.isVisible(WindowTracker::buildSearchBaseWindow))
+        windowBeforeRebuild_ = windowTracker_.frontWindow();
     windowTracker_.show(WindowTracker::buildSearchBaseWindow, activationToken);
     closeSearchWindow(Closing::forAction);
+}
+
+void AppDelegate::rebuild(const std::string &activationToken)
+{
+    showRebuild(activationToken);
     rebuildSearchBaseViewController_->startBuilding();
 }
 
@@ -386,10 +410,24 @@ void AppDelegate::searchBaseRebuildFinished()
     windowTracker_.close(WindowTracker::buildSearchBaseWindow);
 }
 
+void AppDelegate::searchBaseRebuildStopped()
+{
+    if (windowBeforeRebuild_)
+        windowTracker_.show(*windowBeforeRebuild_);
+    windowTracker_.close(WindowTracker::buildSearchBaseWindow);
+}
+
+void AppDelegate::typedDuringBuild(const QString &text)
+{
+    lightningSearchViewController_.typeAhead(text);
+    windowTracker_.show(WindowTracker::searchWindow);
+    windowTracker_.close(WindowTracker::buildSearchBaseWindow);
+}
+
 void AppDelegate::onboardingFinished()
 {
+    buildBehindPanel();
     windowTracker_.close(WindowTracker::onboardingWindow);
-    rebuild();
 }
 
 void AppDelegate::setUpAgain()
@@ -406,7 +444,7 @@ void AppDelegate::buildBegan()
 
 void AppDelegate::buildEnded()
 {
-    isIndexComplete_ = searchBaseBuilder_.hasLocations();
+    isIndexComplete_ = searchBaseBuilder_.hasLocations() && !searchBaseBuilder_.isCancelled();
     lightningSearchViewController_.indexChanged();
 }
 

@@ -73,6 +73,8 @@ public:
     void terminate() override;
     void permissionFinished() override;
     void searchBaseRebuildFinished() override;
+    void searchBaseRebuildStopped() override;
+    void typedDuringBuild(const QString &text) override;
     void onboardingFinished() override;
     void rebuildSearchBase() override { rebuild(); }
     void setUpAgain() override;
@@ -93,9 +95,12 @@ private:
     void applyPalette();
 
     void startHidden();
-    /// The question about the file manager, else the set-up where it is not done, else the rebuild.
+    /// The question about the file manager, else the set-up where it is not done, else the panel
+    /// over an index that is being built.
     void showFirst(const std::string &activationToken = {});
     void showPermission(const std::string &activationToken);
+    void buildBehindPanel(const std::string &activationToken = {});
+    void showRebuild(const std::string &activationToken = {});
     void rebuild(const std::string &activationToken = {});
     bool isSetUp();
     void openPreferences(const std::string &activationToken);
@@ -149,6 +154,8 @@ private:
 
     /// The user has been asked whether the file manager may be talked to.
     bool isAccessSettled_ = false;
+    /// The window that the rebuild window stands in for, where there was one.
+    std::optional<WindowTracker::Window> windowBeforeRebuild_;
     /// Nothing has been shown yet since a start at login.
     bool isFirstShowDue_ = false;
     /// It holds everything that the settings name; read on every thread.

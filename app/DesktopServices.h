@@ -11,6 +11,7 @@
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
+#include "platform/linux/filemanagers/DesktopPlaces.h"
 #include "platform/linux/session/BusNotifications.h"
 #include "platform/linux/session/PortalAppearance.h"
 #include "platform/linux/session/QtClipboard.h"
@@ -63,6 +64,7 @@ struct DesktopServices
     GioProcessRunner processRunner;
     QtClipboard clipboard;
     DesktopFileManager fileManager;
+    DesktopPlaces places;
     PosixFolderLister diskLister;
     PatientFolderLister folderLister;
     InotifyEventService eventService;

@@ -51,6 +51,15 @@ bool WindowTracker::hasVisibleWindows() const
     return isVisible(searchWindow) || isOrdinaryVisible();
 }
 
+std::optional<WindowTracker::Window> WindowTracker::frontWindow() const
+{
+    for (const Window window : {searchWindow, preferencesWindow}) {
+        if (isVisible(window))
+            return window;
+    }
+    return std::nullopt;
+}
+
 bool WindowTracker::isOrdinaryVisible() const
 {
     return std::ranges::any_of(

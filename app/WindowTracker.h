@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 
 class QWidget;
@@ -54,6 +55,8 @@ public:
 
     bool isVisible(Window window) const;
     bool hasVisibleWindows() const;
+    /// Returns the panel where it is visible, else the preferences; absent where neither is.
+    std::optional<Window> frontWindow() const;
     /// Brings the ordinary windows that are visible to the front.
     void bringForward(const std::string &activationToken);
 

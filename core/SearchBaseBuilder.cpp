@@ -19,28 +19,42 @@ void SearchBaseBuilder::start()
         begin();
 }
 
+void SearchBaseBuilder::cancel()
+{
+    isWantedAgain_ = false;
+    if (isBuilding_)
+        stop_.request_stop();
+}
+
+void SearchBaseBuilder::stop()
+{
+    isStopped_ = true;
+    stop_.request_stop();
+}
+
 void SearchBaseBuilder::begin()
 {
-    if (stop_.stop_requested())
+    if (isStopped_)
         return;
+    stop_ = std::stop_source();
     isBuilding_ = true;
     isWantedAgain_ = false;
     ++builds_;
     began_ = services_.now();
     services_.searchBase.reset();
-    services_.background.post([this] { build(); });
+    services_.background.post([this, stop = stop_.get_token()] { build(stop); });
     tell(&SearchBaseBuildObserver::buildBegan);
 }
 
 /// On the background queue.
-void SearchBaseBuilder::build()
+void SearchBaseBuilder::build(const std::stop_token &stop)
 {
     services_.searchBase.build(
         [this](const std::string &line) {
             services_.main.post(
                 [this, line] { tell(&SearchBaseBuildObserver::buildProgressed, line); });
         },
-        stop_.get_token());
+        stop);
     services_.main.post(
         [this, locations = services_.searchBase.locations()] { buildReturned(*locations); });
 }
@@ -54,11 +68,14 @@ void SearchBaseBuilder::buildReturned(const SearchLocations &locations)
 
 void SearchBaseBuilder::endUnlessWantedAgain()
 {
-    if (!std::exchange(isWantedAgain_, false) || stop_.stop_requested()) {
+    if (!std::exchange(isWantedAgain_, false) || isStopped_) {
         isBuilding_ = false;
         lookForAwayFolders();
         return tell(&SearchBaseBuildObserver::buildEnded);
     }
+    // What was wanted after a build was cancelled is not what that build has.
+    if (stop_.stop_requested())
+        return begin();
     services_.background.post([this] {
         services_.main.post([this, current = SearchLocations::of(services_.searchBaseFinder)] {
             if (current == lastBuild_->locations)

@@ -60,10 +60,15 @@ public:
     /// Empties the index and builds it anew. While a build runs, another one follows it if the
     /// settings say something else by then than they did for the running one.
     void start();
+    /// Makes a running build end soon. What it has found stays in the index, which then follows no
+    /// changes on the disk until the next start().
+    void cancel();
     /// Makes a running build end soon; nothing is built afterwards.
-    void stop() { stop_.request_stop(); }
+    void stop();
 
     bool isBuilding() const { return isBuilding_; }
+    /// True when the last build was cancelled, so that the index is not complete.
+    bool isCancelled() const { return !isBuilding_ && stop_.stop_requested(); }
     /// False when the settings named no folder for the last build, there or not.
     bool hasLocations() const { return !lastBuild_ || lastBuild_->locations.nameFolders(); }
     /// How long the running build has been at it.
@@ -77,7 +82,7 @@ public:
 
 private:
     void begin();
-    void build();
+    void build(const std::stop_token &stop);
     void buildReturned(const SearchLocations &locations);
     void endUnlessWantedAgain();
     void lookForAwayFolders();
@@ -85,6 +90,9 @@ private:
     void tell(void (SearchBaseBuildObserver::*what)(Parameters...), const Arguments &...arguments);
 
     const Services services_;
+    /// Nothing is built any more.
+    bool isStopped_ = false;
+    /// Ends the build that runs, or ended the last one.
     std::stop_source stop_;
     std::vector<SearchBaseBuildObserver *> observers_;
     bool isBuilding_ = false;

@@ -302,6 +302,10 @@
         <source>Quillon – Not Opened</source>
         <translation>Quillon – Nicht geöffnet</translation>
     </message>
+    <message>
+        <source>Indexing stopped: %1</source>
+        <translation>Angehalten: %1</translation>
+    </message>
 </context>
 <context>
     <name>PreferenceTexts</name>
@@ -846,26 +850,6 @@
 <context>
     <name>quillon::AppleEventPermissionViewController</name>
     <message>
-        <source>To show folders</source>
-        <translation>Um Ordner zu zeigen</translation>
-    </message>
-    <message>
-        <source>When you open a folder, Quillon tells the file manager to show it: in a new window, in the one that is in front, or selected inside its parent, as you choose.</source>
-        <translation>Wenn Sie einen Ordner öffnen, lässt Quillon ihn von der Dateiverwaltung zeigen: in einem neuen Fenster, im vordersten Fenster oder ausgewählt im übergeordneten Ordner, ganz wie Sie möchten.</translation>
-    </message>
-    <message>
-        <source>To search the window in front</source>
-        <translation>Um das vorderste Fenster zu durchsuchen</translation>
-    </message>
-    <message>
-        <source>When you bring up the panel over a window of the file manager, Quillon asks which folder it shows, so that the items you are looking at are found first. This is off until you switch on quick search.</source>
-        <translation>Wenn Sie das Suchfenster über einem Fenster der Dateiverwaltung aufrufen, fragt Quillon, welchen Ordner es zeigt, damit das, was Sie gerade vor sich haben, zuerst gefunden wird. Das geschieht erst, wenn Sie die Schnellsuche einschalten.</translation>
-    </message>
-    <message>
-        <source>What Quillon learns stays in the memory of this computer. If you allow it, it asks the file manager one harmless question now, so that a desktop that wants your consent asks for it now, too. Otherwise Quillon quits.</source>
-        <translation>Was Quillon erfährt, bleibt im Speicher dieses Rechners. Wenn Sie es erlauben, stellt Quillon der Dateiverwaltung jetzt eine harmlose Frage, damit auch eine Arbeitsumgebung, die Ihre Zustimmung verlangt, gleich danach fragt. Andernfalls beendet sich Quillon.</translation>
-    </message>
-    <message>
         <source>May Quillon talk to your file manager?</source>
         <translation>Darf Quillon mit Ihrer Dateiverwaltung sprechen?</translation>
     </message>
@@ -876,6 +860,10 @@
     <message>
         <source>Allow</source>
         <translation>Erlauben</translation>
+    </message>
+    <message>
+        <source>Quillon opens the folders you choose in your file manager and, if you switch that on, searches its front window. What it learns stays on this computer. Your desktop may ask, too.</source>
+        <translation>Quillon öffnet die gewählten Ordner in Ihrer Dateiverwaltung und durchsucht, wenn Sie es einschalten, deren vorderstes Fenster. Was es dabei erfährt, bleibt auf diesem Rechner. Vielleicht fragt auch Ihr Desktop nach.</translation>
     </message>
 </context>
 <context>
@@ -889,28 +877,8 @@
         <translation>Quillon liest die Namen aller Ordner, die es durchsucht. Sie können schon suchen: Was bis jetzt gefunden wurde, wird gezeigt.</translation>
     </message>
     <message>
-        <source>&amp;Erase All Settings and Quit…</source>
-        <translation>Alle Einstellungen &amp;löschen und beenden…</translation>
-    </message>
-    <message>
         <source>Continue in &amp;Background</source>
         <translation>Im &amp;Hintergrund weiterarbeiten</translation>
-    </message>
-    <message>
-        <source>Erase all settings and quit?</source>
-        <translation>Alle Einstellungen löschen und beenden?</translation>
-    </message>
-    <message>
-        <source>This does more than stop the indexing. Every setting of Quillon is erased for good: the shortcut, the folders to search, the patterns, the actions, and how often you opened each folder. Then Quillon quits; it starts with its set-up the next time. Your folders and files stay as they are.</source>
-        <translation>Das hält nicht nur das Erfassen an. Alle Einstellungen von Quillon werden endgültig gelöscht: das Tastenkürzel, die durchsuchten Ordner, die Muster, die Aktionen und wie oft Sie welchen Ordner geöffnet haben. Dann beendet sich Quillon; beim nächsten Start beginnt es mit der Einrichtung. Ihre Ordner und Dateien bleiben, wie sie sind.</translation>
-    </message>
-    <message>
-        <source>&amp;Erase All Settings and Quit</source>
-        <translation>Alle Einstellungen &amp;löschen und beenden</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Everything</source>
-        <translation>Alles &amp;behalten</translation>
     </message>
     <message>
         <source>1 folder so far</source>
@@ -927,6 +895,34 @@
     <message>
         <source>The settings could not be erased.</source>
         <translation>Die Einstellungen konnten nicht gelöscht werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Stop…</source>
+        <translation>An&amp;halten …</translation>
+    </message>
+    <message>
+        <source>Stop indexing?</source>
+        <translation>Indizierung anhalten?</translation>
+    </message>
+    <message>
+        <source>Until the index is rebuilt, Quillon then finds only the folders that it has read so far.</source>
+        <translation>Bis der Index neu aufgebaut wird, findet Quillon dann nur die Ordner, die es schon gelesen hat.</translation>
+    </message>
+    <message>
+        <source>To begin anew instead, you can erase every setting for good: the shortcut, the folders to search, the patterns, the actions and the use counts. Quillon then quits and starts with its set-up the next time. Your folders and files stay as they are.</source>
+        <translation>Um stattdessen ganz neu zu beginnen, können Sie alle Einstellungen endgültig löschen: das Tastenkürzel, die zu durchsuchenden Ordner, die Muster, die Aktionen und die Nutzungszähler. Quillon beendet sich dann und beginnt beim nächsten Start mit der Einrichtung. Ihre Ordner und Dateien bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>&amp;Erase All and Quit</source>
+        <translation>Alles &amp;löschen und beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>An&amp;halten</translation>
+    </message>
+    <message>
+        <source>&amp;Continue</source>
+        <translation>&amp;Weiter</translation>
     </message>
 </context>
 <context>
@@ -1078,10 +1074,6 @@
         <translation>Die Taste, die das Suchfenster aufruft</translation>
     </message>
     <message>
-        <source>Press it in any window to search, and again to put the panel away.</source>
-        <translation>Drücken Sie sie in irgendeinem Fenster, um zu suchen, und noch einmal, um das Suchfenster zu schließen.</translation>
-    </message>
-    <message>
         <source>Programs cannot take keys in this session. Bind a key to this command in the desktop’s keyboard settings:</source>
         <translation>In dieser Sitzung können sich Programme keine Tasten nehmen. Legen Sie in den Tastatureinstellungen der Arbeitsumgebung diesen Befehl auf eine Taste:</translation>
     </message>
@@ -1092,10 +1084,6 @@
     <message>
         <source>The folders to search</source>
         <translation>Die Ordner, die durchsucht werden</translation>
-    </message>
-    <message>
-        <source>Every folder below them is found by its path, hidden ones left out. More can be added at any time.</source>
-        <translation>Jeder Ordner darunter wird über seinen Pfad gefunden, verborgene ausgenommen. Weitere können Sie jederzeit hinzufügen.</translation>
     </message>
     <message>
         <source>Choose &amp;Folder…</source>
@@ -1144,6 +1132,22 @@
     <message>
         <source>&amp;Continue Set-Up</source>
         <translation>&amp;Weiter einrichten</translation>
+    </message>
+    <message>
+        <source>Start at &amp;login</source>
+        <translation>Beim An&amp;melden starten</translation>
+    </message>
+    <message>
+        <source>Press another one here to change it.</source>
+        <translation>Drücken Sie hier eine andere, um sie zu ändern.</translation>
+    </message>
+    <message>
+        <source>Everything below them is found, except what is hidden.</source>
+        <translation>Alles darunter wird gefunden, nur Verstecktes nicht.</translation>
+    </message>
+    <message>
+        <source>Quillon cannot be started at login here.</source>
+        <translation>Quillon kann hier nicht beim Anmelden gestartet werden.</translation>
     </message>
 </context>
 <context>

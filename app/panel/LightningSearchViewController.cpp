@@ -144,6 +144,14 @@ void LightningSearchViewController::windowDidBecomeKey()
 {
     view_.searchTextField().setFocus();
     view_.searchTextField().selectAll();
+    if (!typedAhead_.isEmpty())
+        view_.searchTextField().insert(std::exchange(typedAhead_, {}));
+}
+
+bool LightningSearchViewController::isInUse() const
+{
+    const QLineEdit &field = view_.searchTextField();
+    return isSelectionMoved_ || (!field.text().isEmpty() && field.selectedText() != field.text());
 }
 
 void LightningSearchViewController::viewDidDisappear()

@@ -56,6 +56,10 @@ public:
     /// Gives the field the keyboard and selects its text, so that typing replaces it.
     void windowDidBecomeKey();
     void viewDidDisappear();
+    /// Types the text as soon as the panel has the keyboard, in place of the text in the field.
+    void typeAhead(const QString &text) { typedAhead_ += text; }
+    /// The user has typed something or chosen a row since the panel came up.
+    bool isInUse() const;
     /// A build began or ended, or the folders to index are others.
     void indexChanged();
     /// Shows the button when the delegate knows of a newer release. Done at each appearing as well.
@@ -114,6 +118,7 @@ private:
     /// Number of the newest search. An earlier one may have known less, so its answer is dropped.
     std::uint64_t newestSearch_ = 0;
     std::optional<std::string> answeredQuery_;
+    QString typedAhead_;
     /// The row that is selected until the user selects another one.
     int firstSelectedRow_ = 0;
     /// The keys of a Return that came before the answer to the typed text. They open the row that

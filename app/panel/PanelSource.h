@@ -18,6 +18,8 @@ public:
         /// Paths indexed so far.
         std::size_t count = 0;
         bool isBuilding = false;
+        /// The last build was cancelled, so that folders are missing.
+        bool isCancelled = false;
         /// False when the settings name no folder to index.
         bool hasLocations = true;
         /// The folders that the settings name and that were not there when the index was built.

@@ -53,6 +53,8 @@ QString PanelTexts::status(const PanelSource::State &state)
     const QString folders = tr("%Ln folder(s)", nullptr, static_cast<int>(state.count));
     if (state.isBuilding)
         return tr("Indexing: %1").arg(folders);
+    if (state.isCancelled)
+        return tr("Indexing stopped: %1").arg(folders);
     if (state.away.empty())
         return folders;
     const auto others = static_cast<int>(state.away.size());

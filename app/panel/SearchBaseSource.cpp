@@ -66,6 +66,7 @@ PanelSource::State SearchBaseSource::state() const
 {
     return {.count = services_.searchBase.count(),
             .isBuilding = services_.builder.isBuilding(),
+            .isCancelled = services_.builder.isCancelled(),
             .hasLocations = services_.builder.hasLocations(),
             .away = services_.searchBase.awayFolders()};
 }

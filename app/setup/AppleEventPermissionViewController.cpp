@@ -28,36 +28,15 @@ AppleEventPermissionViewController::AppleEventPermissionViewController(
 {
     QVBoxLayout *parts = column(this, APART, MARGIN);
     parts->addWidget(heading(tr("May Quillon talk to your file manager?"), this));
-    parts->addWidget(buildReason(
-        tr("To show folders"),
-        tr("When you open a folder, Quillon tells the file manager to show it: in a new window, in "
-           "the one that is in front, or selected inside its parent, as you choose.")));
-    parts->addWidget(buildReason(
-        tr("To search the window in front"),
-        tr("When you bring up the panel over a window of the file manager, Quillon asks which "
-           "folder it shows, so that the items you are looking at are found first. This is off "
-           "until you switch on quick search.")));
-    parts->addWidget(paragraph(
-        tr("What Quillon learns stays in the memory of this computer. If you allow it, it "
-           "asks the file manager one harmless question now, so that a desktop that wants "
-           "your consent asks for it now, too. Otherwise Quillon quits."),
-        QPalette::PlaceholderText, this));
+    parts->addWidget(
+        paragraph(tr("Quillon opens the folders you choose in your file manager and, if you switch "
+                     "that on, searches its front window. What it learns stays on this computer. "
+                     "Your desktop may ask, too."),
+                  QPalette::WindowText, this));
     faultLabel_ = paragraph({}, QPalette::WindowText, this);
     faultLabel_->hide();
     parts->addWidget(faultLabel_);
     parts->addLayout(buildButtons());
-}
-
-QWidget *AppleEventPermissionViewController::buildReason(const QString &title,
-                                                         const QString &sentence)
-{
-    auto *reason = new QWidget(this);
-    QVBoxLayout *lines = column(reason, NEAR);
-    QLabel *heading = label(title, QPalette::WindowText, reason);
-    emphasise(heading);
-    lines->addWidget(heading);
-    lines->addWidget(paragraph(sentence, QPalette::WindowText, reason));
-    return reason;
 }
 
 QLayout *AppleEventPermissionViewController::buildButtons()

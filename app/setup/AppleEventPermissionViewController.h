@@ -56,7 +56,6 @@ public:
     void disable();
 
 private:
-    QWidget *buildReason(const QString &title, const QString &sentence);
     QLayout *buildButtons();
 
     Services services_;

@@ -8,6 +8,7 @@
 #include "core/SearchBase.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -68,8 +69,7 @@ QWidget *BuildSearchBaseViewController::buildProgressPage()
     parts->addWidget(progress);
     parts->addStretch();
 
-    auto *stopSearchButton =
-        new PanelButton(tr("&Erase All Settings and Quit…"), PanelButton::Rank::secondary, page);
+    auto *stopSearchButton = new PanelButton(tr("&Stop…"), PanelButton::Rank::secondary, page);
     connect(stopSearchButton, &QPushButton::clicked, this,
             &BuildSearchBaseViewController::stopSearchButtonClicked);
     hideButton_ = new PanelButton(tr("Continue in &Background"), PanelButton::Rank::primary, page);
@@ -86,28 +86,33 @@ QWidget *BuildSearchBaseViewController::buildQuestionPage()
 {
     auto *page = new QWidget(pages_);
     QVBoxLayout *parts = column(page, APART);
-    parts->addWidget(heading(tr("Erase all settings and quit?"), page));
+    parts->addWidget(heading(tr("Stop indexing?"), page));
+    parts->addWidget(paragraph(tr("Until the index is rebuilt, Quillon then finds only the folders "
+                                  "that it has read so far."),
+                               QPalette::WindowText, page));
     parts->addWidget(paragraph(
-        tr("This does more than stop the indexing. Every setting of Quillon is erased for good: "
-           "the shortcut, the folders to search, the patterns, the actions, and how often you "
-           "opened each folder. Then Quillon quits; it starts with its set-up the next time. Your "
-           "folders and files stay as they are."),
-        QPalette::WindowText, page));
+        tr("To begin anew instead, you can erase every setting for good: the shortcut, the folders "
+           "to search, the patterns, the actions and the use counts. Quillon then quits and starts "
+           "with its set-up the next time. Your folders and files stay as they are."),
+        QPalette::PlaceholderText, page));
     failureLabel_ = label({}, QPalette::WindowText, page);
     emphasise(failureLabel_);
     parts->addWidget(failureLabel_);
     parts->addStretch();
 
-    eraseButton_ =
-        new PanelButton(tr("&Erase All Settings and Quit"), PanelButton::Rank::secondary, page);
+    eraseButton_ = new PanelButton(tr("&Erase All and Quit"), PanelButton::Rank::secondary, page);
     connect(eraseButton_, &QPushButton::clicked, this,
             &BuildSearchBaseViewController::eraseSettings);
-    keepButton_ = new PanelButton(tr("&Keep Everything"), PanelButton::Rank::primary, page);
-    connect(keepButton_, &QPushButton::clicked, this, &BuildSearchBaseViewController::keepSettings);
+    auto *stopButton = new PanelButton(tr("&Stop"), PanelButton::Rank::secondary, page);
+    connect(stopButton, &QPushButton::clicked, this, &BuildSearchBaseViewController::stopBuilding);
+    continueButton_ = new PanelButton(tr("&Continue"), PanelButton::Rank::primary, page);
+    connect(continueButton_, &QPushButton::clicked, this,
+            &BuildSearchBaseViewController::continueBuilding);
     QHBoxLayout *buttons = line(NEAR);
     buttons->addWidget(eraseButton_);
     buttons->addStretch();
-    buttons->addWidget(keepButton_);
+    buttons->addWidget(stopButton);
+    buttons->addWidget(continueButton_);
     parts->addLayout(buttons);
     return page;
 }
@@ -159,6 +164,15 @@ void BuildSearchBaseViewController::updateCount()
                              : tr("%1, %2 a second").arg(folders, counted(count / seconds)));
 }
 
+void BuildSearchBaseViewController::keyPressEvent(QKeyEvent *event)
+{
+    const bool isText = !event->text().isEmpty() && event->text().at(0).isPrint();
+    if (isText && !isAsking())
+        delegate_.typedDuringBuild(event->text());
+    else
+        event->ignore();
+}
+
 void BuildSearchBaseViewController::timerEvent(QTimerEvent *)
 {
     updateCount();
@@ -180,7 +194,7 @@ void BuildSearchBaseViewController::hideEvent(QHideEvent *event)
     SetupView::hideEvent(event);
 }
 
-// Erasing the settings
+// Stopping
 
 void BuildSearchBaseViewController::stopSearchButtonClicked()
 {
@@ -191,7 +205,7 @@ void BuildSearchBaseViewController::showQuestion(bool isAsked)
 {
     failureLabel_->clear();
     pages_->setCurrentIndex(isAsked ? 1 : 0);
-    (isAsked ? keepButton_ : hideButton_)->setFocus();
+    (isAsked ? continueButton_ : hideButton_)->setFocus();
 }
 
 bool BuildSearchBaseViewController::isAsking() const
@@ -199,11 +213,17 @@ bool BuildSearchBaseViewController::isAsking() const
     return isVisible() && pages_->currentIndex() == 1;
 }
 
-void BuildSearchBaseViewController::keepSettings()
+void BuildSearchBaseViewController::continueBuilding()
 {
     showQuestion(false);
     if (!services_.builder.isBuilding())
         delegate_.searchBaseRebuildFinished();
+}
+
+void BuildSearchBaseViewController::stopBuilding()
+{
+    services_.builder.cancel();
+    delegate_.searchBaseRebuildStopped();
 }
 
 void BuildSearchBaseViewController::eraseSettings()
@@ -214,7 +234,7 @@ void BuildSearchBaseViewController::eraseSettings()
     }
     services_.defaults.synchronize();
     eraseButton_->setEnabled(false);
-    keepButton_->setEnabled(false);
+    continueButton_->setEnabled(false);
     services_.main.postDelayed(LAST_WORDS, [&delegate = delegate_] { delegate.terminate(); });
 }
 

@@ -26,6 +26,10 @@ public:
     BuildSearchBaseDelegate &operator=(const BuildSearchBaseDelegate &) = delete;
 
     virtual void searchBaseRebuildFinished() = 0;
+    /// The user has had the build cancelled.
+    virtual void searchBaseRebuildStopped() = 0;
+    /// The user types although the panel is not there.
+    virtual void typedDuringBuild(const QString &text) = 0;
     virtual void terminate() = 0;
 };
 
@@ -52,11 +56,12 @@ public:
 
     /// Empties the index and builds it anew, as SearchBaseBuilder::start().
     void startBuilding();
-    /// Asks whether all settings are to be erased. Once that is answered with yes they are, and the
-    /// program ends half a second later.
+    /// Asks whether the build alone is to end or all settings are to be erased as well. Half a
+    /// second after they are erased the program ends.
     void stopSearchButtonClicked();
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
@@ -70,7 +75,8 @@ private:
     QWidget *buildQuestionPage();
     void showQuestion(bool isAsked);
     bool isAsking() const;
-    void keepSettings();
+    void continueBuilding();
+    void stopBuilding();
     void eraseSettings();
     void updateCount();
 
@@ -82,7 +88,7 @@ private:
     QLabel *countLabel_ = nullptr;
     PanelButton *hideButton_ = nullptr;
     QLabel *failureLabel_ = nullptr;
-    PanelButton *keepButton_ = nullptr;
+    PanelButton *continueButton_ = nullptr;
     PanelButton *eraseButton_ = nullptr;
     QBasicTimer countTimer_;
 };

@@ -2,19 +2,23 @@
 
 #include "app/setup/FolderChoices.h"
 #include "app/widgets/FolderChooser.h"
+#include "app/widgets/FormCheckBox.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/QLNShortcutView.h"
 #include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
+#include "platform/Autostart.h"
 #include "platform/Clipboard.h"
 #include "platform/HotKey.h"
+#include "platform/Places.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -29,6 +33,9 @@ constexpr int REFRESH_MILLISECONDS = 150;
 constexpr int CHECKMARK = 20;
 /// Between the rows of a part.
 constexpr int ROW = 8;
+/// Notes come and go in this many lines, so that the window stays as high as it is.
+constexpr int KEY_NOTE_LINES = 1;
+constexpr int FOLDER_NOTE_LINES = 2;
 constexpr const char *COMMAND = "quillon --toggle";
 
 } // namespace
@@ -61,15 +68,18 @@ private:
 OnboardingViewController::OnboardingViewController(const Services &services,
                                                    const std::string &home,
                                                    OnboardingDelegate &delegate)
-    : services_(services), delegate_(delegate), pages_(new QStackedWidget(this))
+    : services_(services), home_(home), delegate_(delegate), pages_(new QStackedWidget(this))
 {
     column(this, APART, MARGIN)->addWidget(pages_);
     pages_->addWidget(buildSetUpPage());
     pages_->addWidget(buildQuestionPage());
-    setFocusProxy(shortcutView_);
+    setFocusProxy(doneButton_);
 
-    choices_->offer(home, tr("Home folder (%1)").arg(QString::fromStdString(home)));
+    choices_->offer(home_, tr("Home folder (%1)").arg(QString::fromStdString(home_)))
+        .setChosen(true);
     connect(&services_.shortcutMonitor, &QLNShortcutMonitor::changed, this,
+            &OnboardingViewController::refresh);
+    connect(shortcutView_, &QLNShortcutView::recordingChanged, this,
             &OnboardingViewController::refresh);
     connect(&services_.shortcutBinder, &QLNShortcutBinder::outcomeChanged, this,
             &OnboardingViewController::refresh);
@@ -85,6 +95,9 @@ QWidget *OnboardingViewController::buildSetUpPage()
     parts->addWidget(heading(tr("Set up Quillon"), page));
     parts->addWidget(buildShortcutPart());
     parts->addWidget(buildFoldersPart());
+    startAtLoginButton_ = new FormCheckBox(tr("Start at &login"), page);
+    startAtLoginButton_->setChecked(true);
+    parts->addWidget(startAtLoginButton_);
     parts->addLayout(buildDone());
     return page;
 }
@@ -111,27 +124,23 @@ QWidget *OnboardingViewController::buildQuestionPage()
     return page;
 }
 
-QWidget *OnboardingViewController::part(const QString &title, const QString &sentence)
+QWidget *OnboardingViewController::part(const QString &title)
 {
     auto *part = new QWidget(this);
-    QVBoxLayout *lines = column(part, ROW);
-    auto *words = new QWidget(part);
-    QVBoxLayout *text = column(words, NEAR);
-    QLabel *heading = label(title, QPalette::WindowText, words);
+    QLabel *heading = label(title, QPalette::WindowText, part);
     emphasise(heading);
-    text->addWidget(heading);
-    text->addWidget(paragraph(sentence, QPalette::PlaceholderText, words));
-    lines->addWidget(words);
+    column(part, ROW)->addWidget(heading);
     return part;
 }
 
 QWidget *OnboardingViewController::buildShortcutPart()
 {
-    QWidget *shortcut = part(tr("The key that brings the panel up"),
-                             tr("Press it in any window to search, and again to put the panel "
-                                "away."));
+    QWidget *shortcut = part(tr("The key that brings the panel up"));
     shortcutView_ = new QLNShortcutView(services_.shortcutMonitor, services_.shortcutBinder,
                                         services_.hotKey, shortcut);
+    shortcutView_->note().setTextWidth(TEXT_WIDTH);
+    shortcutView_->note().keepRoomFor(KEY_NOTE_LINES);
+    shortcutView_->setSentence(tr("Press another one here to change it."));
     shortcut->layout()->addWidget(shortcutView_);
     command_ = buildCommand();
     shortcut->layout()->addWidget(command_);
@@ -162,9 +171,7 @@ QWidget *OnboardingViewController::buildCommand()
 
 QWidget *OnboardingViewController::buildFoldersPart()
 {
-    QWidget *folders = part(tr("The folders to search"),
-                            tr("Every folder below them is found by its path, hidden ones left "
-                               "out. More can be added at any time."));
+    QWidget *folders = part(tr("The folders to search"));
     auto *lines = static_cast<QVBoxLayout *>(folders->layout());
     choices_ = new FolderChoices(folders);
     choices_->setTabStopBefore(copyButton_);
@@ -183,7 +190,10 @@ QWidget *OnboardingViewController::buildFoldersPart()
     across->addWidget(checkmarkImageView_);
     across->addWidget(chooseFolderDoneLabel_);
     lines->addLayout(across);
-    folderNote_ = new FormNote({}, folders);
+    folderNote_ =
+        new FormNote(tr("Everything below them is found, except what is hidden."), folders);
+    folderNote_->setTextWidth(TEXT_WIDTH);
+    folderNote_->keepRoomFor(FOLDER_NOTE_LINES);
     lines->addWidget(folderNote_);
     return folders;
 }
@@ -194,10 +204,13 @@ QLayout *OnboardingViewController::buildDone()
     // A long sentence takes a second line beside the button instead of a wider window.
     missingLabel_->setWordWrap(true);
     missingLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *quitButton = new PanelButton(tr("&Quit"), PanelButton::Rank::secondary, this);
+    connect(quitButton, &QPushButton::clicked, this, [this] { window()->close(); });
     doneButton_ = new PanelButton(tr("&Done"), PanelButton::Rank::primary, this);
     connect(doneButton_, &QPushButton::clicked, this, &OnboardingViewController::doneButtonClicked);
     QHBoxLayout *across = line(NEAR);
     across->addWidget(missingLabel_, 1);
+    across->addWidget(quitButton);
     across->addWidget(doneButton_);
     return across;
 }
@@ -231,8 +244,20 @@ void OnboardingViewController::showStoredFolders()
     readStoredFolders([this, change = ++folderChanges_](const std::vector<std::string> &stored) {
         if (change != folderChanges_)
             return;
-        choices_->setChosen(stored);
+        choices_->setChosen(stored.empty() ? std::vector{home_} : stored);
         refresh();
+    });
+}
+
+void OnboardingViewController::offerDisks()
+{
+    services_.background.post([services = services_, self = QPointer(this)] {
+        services.main.post([self, disks = services.places.mountedDisks()] {
+            if (!self)
+                return;
+            for (const std::string &disk : disks)
+                self->choices_->offer(disk, QString::fromStdString(disk));
+        });
     });
 }
 
@@ -289,7 +314,8 @@ void OnboardingViewController::refresh()
     const bool canHaveKey = services_.hotKey.isPossible();
     shortcutView_->setVisible(canHaveKey);
     command_->setVisible(!canHaveKey);
-    const bool hasShortcut = !canHaveKey || services_.shortcutMonitor.shortcut().has_value();
+    const bool hasShortcut = !canHaveKey || services_.shortcutMonitor.shortcut().has_value() ||
+                             shortcutView_->isProposing();
     const std::size_t folders = choices_->chosen().size();
 
     checkmarkImageView_->setVisible(folders > 0);
@@ -306,9 +332,14 @@ void OnboardingViewController::refresh()
 void OnboardingViewController::doneButtonClicked()
 {
     auto &monitor = services_.shortcutMonitor;
-    if (!monitor.shortcut() && !monitor.store(QLNShortcut::boundByDesktop())) {
-        missingLabel_->setText(writeFault());
-        return;
+    const bool isBoundByDesktop = !services_.hotKey.isPossible() && !monitor.shortcut();
+    if (isBoundByDesktop ? !monitor.store(QLNShortcut::boundByDesktop())
+                         : !shortcutView_->storeProposed())
+        return missingLabel_->setText(writeFault());
+    if (!services_.autostart.setEnabled(startAtLoginButton_->isChecked())) {
+        // A desktop without it is no reason to stay here, so the next "Done" goes on.
+        startAtLoginButton_->setChecked(false);
+        return missingLabel_->setText(tr("Quillon cannot be started at login here."));
     }
     isStoring_ = true;
     refresh();
@@ -349,6 +380,15 @@ void OnboardingViewController::showQuestion(bool isAsked)
         setFocus();
 }
 
+void OnboardingViewController::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (pages_->currentIndex() == 0 && isReturn && event->modifiers() == Qt::NoModifier)
+        doneButton_->click();
+    else if (pages_->currentIndex() != 0 || !shortcutView_->recordAtOnce(*event))
+        event->ignore();
+}
+
 void OnboardingViewController::timerEvent(QTimerEvent *)
 {
     choices_->updateCounts();
@@ -360,11 +400,14 @@ void OnboardingViewController::timerEvent(QTimerEvent *)
 void OnboardingViewController::showEvent(QShowEvent *event)
 {
     SetupView::showEvent(event);
+    shortcutView_->propose();
+    refresh();
     showQuestion(false);
     timer_.start(REFRESH_MILLISECONDS, this);
     choices_->startCounting(
         {services_.folderLister, services_.searchBaseFinder, services_.counting});
     showStoredFolders();
+    offerDisks();
 }
 
 void OnboardingViewController::hideEvent(QHideEvent *event)

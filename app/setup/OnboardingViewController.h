@@ -11,16 +11,19 @@
 #include <string>
 #include <vector>
 
+class QCheckBox;
 class QStackedWidget;
 
 namespace quillon {
 
+class Autostart;
 class Clipboard;
 class FolderChoice;
 class FolderChoices;
 class FormNote;
 class HotKey;
 class PanelButton;
+class Places;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
@@ -39,9 +42,10 @@ public:
     virtual void terminate() = 0;
 };
 
-/// Has a newcomer record the shortcut and choose the folders to search. Each choice is stored at
-/// once, and "Done" stores what is ticked and not stored by then. Closing the window asks whether
-/// the program is to quit, since it cannot search yet. Main thread only.
+/// Sets the program up with a newcomer. Everything is filled in: a key that is free, the home
+/// folder and the start at login, so that Return alone is enough. What the user chooses is stored
+/// at once, and "Done" stores what is filled in. Closing the window asks whether the program is to
+/// quit, since it cannot search yet. Main thread only.
 class OnboardingViewController : public SetupView
 {
     Q_OBJECT
@@ -56,6 +60,8 @@ public:
         QLNShortcutBinder &shortcutBinder;
         HotKey &hotKey;
         Clipboard &clipboard;
+        Autostart &autostart;
+        const Places &places;
         TaskQueue &background;
         /// Where folders are counted.
         TaskQueue &counting;
@@ -74,6 +80,8 @@ public:
     void addFolders(const std::vector<std::string> &paths);
 
 protected:
+    /// Return ends the set-up, and a combination of keys becomes the shortcut.
+    void keyPressEvent(QKeyEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
@@ -87,11 +95,12 @@ private:
     QWidget *buildCommand();
     QWidget *buildFoldersPart();
     QLayout *buildDone();
-    QWidget *part(const QString &title, const QString &sentence);
+    QWidget *part(const QString &title);
 
     /// Calls back on the main thread, unless this is gone by then.
     void readStoredFolders(std::function<void(const std::vector<std::string> &)> read);
     void showStoredFolders();
+    void offerDisks();
     void storeTickedFolders(const std::vector<std::string> &stored);
     IncludeFolders includeFolders() const;
     void setChosen(FolderChoice *choice, bool isChosen);
@@ -101,6 +110,7 @@ private:
     void refresh();
 
     Services services_;
+    const std::string home_;
     OnboardingDelegate &delegate_;
     PanelPalette palette_ = PanelPalette::light();
 
@@ -113,6 +123,7 @@ private:
     Checkmark *checkmarkImageView_ = nullptr;
     QLabel *chooseFolderDoneLabel_ = nullptr;
     FormNote *folderNote_ = nullptr;
+    QCheckBox *startAtLoginButton_ = nullptr;
     QLabel *missingLabel_ = nullptr;
     PanelButton *doneButton_ = nullptr;
     PanelButton *continueButton_ = nullptr;

@@ -36,6 +36,13 @@ void FormNote::setTextWidth(int width)
     fit();
 }
 
+void FormNote::keepRoomFor(int lines)
+{
+    fewestLines_ = lines;
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    showText();
+}
+
 void FormNote::setSentence(const QString &sentence)
 {
     sentence_ = sentence;
@@ -69,7 +76,7 @@ void FormNote::showText()
     tones.setColor(QPalette::WindowText, hasFault() ? palette_.fault : palette_.quiet);
     setPalette(tones);
     // Without a parent it would become a window.
-    if (text().isEmpty())
+    if (text().isEmpty() && fewestLines_ == 0)
         hide();
     else if (parentWidget() != nullptr)
         show();
@@ -81,7 +88,8 @@ void FormNote::fit()
 {
     const int width = std::max(textWidth_, fontMetrics().averageCharWidth() * LETTERS);
     // It has none without a text.
-    setFixedSize(width, std::max(heightForWidth(width), 0));
+    setFixedSize(width,
+                 std::max(heightForWidth(width), fewestLines_ * fontMetrics().lineSpacing()));
 }
 
 } // namespace quillon

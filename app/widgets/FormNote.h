@@ -13,13 +13,15 @@ class FormNote : public QLabel
     Q_OBJECT
 
 public:
-    /// Takes no room while it has nothing to say.
+    /// Takes no room while it has nothing to say, unless room is kept for it.
     explicit FormNote(const QString &sentence = {}, QWidget *parent = nullptr);
 
     void setPanelPalette(const PanelPalette &palette);
 
     /// At least; a larger font takes more.
     void setTextWidth(int width);
+    /// Takes the room of so many lines at least, whatever it says.
+    void keepRoomFor(int lines);
     void setSentence(const QString &sentence);
     /// Empty when nothing is wrong any more.
     void sayFault(const QString &fault);
@@ -35,6 +37,7 @@ private:
     QString sentence_;
     QString fault_;
     int textWidth_;
+    int fewestLines_ = 0;
     PanelPalette palette_ = PanelPalette::light();
 };
 

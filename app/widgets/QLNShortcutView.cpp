@@ -13,6 +13,14 @@
 
 namespace quillon {
 
+namespace {
+
+/// The keys that are proposed, the first free one of them.
+constexpr const char *PROPOSALS[] = {"Ctrl+Alt+Space", "Alt+Super+Space", "Ctrl+Super+Space",
+                                     "Ctrl+Alt+F"};
+
+} // namespace
+
 QLNShortcutView::QLNShortcutView(QLNShortcutMonitor &monitor, QLNShortcutBinder &binder,
                                  HotKey &service, QWidget *parent)
     : QWidget(parent),
@@ -86,6 +94,52 @@ void QLNShortcutView::stopRecording()
     Q_EMIT recordingChanged(false);
 }
 
+bool QLNShortcutView::recordAtOnce(const QKeyEvent &event)
+{
+    const bool isCombination =
+        event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier) ||
+        (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F35);
+    if (!isCombination || isRecording_ || !service_.isPossible() ||
+        service_.keyName(event.nativeScanCode(), event.nativeVirtualKey()).empty())
+        return false;
+    startRecording();
+    keyPressed(event);
+    return true;
+}
+
+void QLNShortcutView::propose()
+{
+    if (monitor_.shortcut() || isRecording_)
+        return;
+    proposed_.reset();
+    // Only one key can be tried at a time.
+    binder_.pause();
+    const QLNShortcutValidator validator(service_);
+    for (const char *text : PROPOSALS) {
+        const auto shortcut = QLNShortcut::fromText(text);
+        if (!proposed_ && !validator.fault(*shortcut->keys))
+            proposed_ = shortcut;
+    }
+    binder_.resume();
+    showShortcut();
+}
+
+bool QLNShortcutView::isProposing() const
+{
+    return proposed_ && !monitor_.shortcut();
+}
+
+bool QLNShortcutView::storeProposed()
+{
+    return !isProposing() || monitor_.store(proposed_);
+}
+
+void QLNShortcutView::setSentence(const QString &sentence)
+{
+    sentence_ = sentence;
+    showFault();
+}
+
 bool QLNShortcutView::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched != button_ || !isRecording_)
@@ -149,6 +203,8 @@ void QLNShortcutView::choose(const KeyCombination &keys)
 void QLNShortcutView::store(const std::optional<QLNShortcut> &shortcut)
 {
     const bool isStored = monitor_.store(shortcut);
+    if (!shortcut)
+        proposed_.reset();
     stopRecording();
     if (!isStored)
         say(writeFault());
@@ -156,7 +212,7 @@ void QLNShortcutView::store(const std::optional<QLNShortcut> &shortcut)
 
 void QLNShortcutView::showShortcut()
 {
-    const auto &shortcut = monitor_.shortcut();
+    const auto &shortcut = isProposing() ? proposed_ : monitor_.shortcut();
     QString text = tr("Record Shortcut");
     if (isRecording_)
         text = tr("Press the keys…");
@@ -180,7 +236,7 @@ void QLNShortcutView::showFault()
 
 void QLNShortcutView::say(const QString &fault)
 {
-    message_->setSentence({});
+    message_->setSentence(sentence_);
     message_->sayFault(fault);
     button_->setAccessibleDescription(fault);
 }

@@ -15,8 +15,8 @@ class PanelButton;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 
-/// Shows the global shortcut and records another one: a button, and below it a line that says what
-/// is wrong, if anything. What is recorded is stored at once.
+/// Shows the global shortcut and records another one. It is a button with a note below it, which
+/// says what is wrong, if anything. What is recorded is stored at once.
 class QLNShortcutView : public QWidget
 {
     Q_OBJECT
@@ -31,6 +31,19 @@ public:
     /// the keyboard goes elsewhere. Where no program can have a key it says so instead.
     void startRecording();
     bool isRecording() const { return isRecording_; }
+    /// Records the key if it is pressed with Ctrl, Alt or Super or is a function key, as if the
+    /// button had been pressed first. Returns false for every other key.
+    bool recordAtOnce(const QKeyEvent &event);
+
+    /// Shows a key that no other program has, as long as none is stored.
+    void propose();
+    bool isProposing() const;
+    /// Stores the proposed key where none is stored. Returns false when it cannot be written.
+    bool storeProposed();
+
+    /// The note, which keeps its sentence while there is nothing else to say.
+    FormNote &note() { return *message_; }
+    void setSentence(const QString &sentence);
 
 Q_SIGNALS:
     void recordingChanged(bool isRecording);
@@ -56,6 +69,8 @@ private:
     HotKey &service_;
     PanelButton *button_;
     FormNote *message_;
+    QString sentence_;
+    std::optional<QLNShortcut> proposed_;
     bool isRecording_ = false;
 };
 

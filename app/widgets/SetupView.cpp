@@ -7,6 +7,8 @@
 #include <QIcon>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace quillon {
 
 namespace {
@@ -63,7 +65,7 @@ void SetupView::setParagraph(QLabel *paragraph, const QString &text)
 {
     paragraph->setText(text);
     // Layouts inside a window with margins of its own reckon the height of wrapped text too small.
-    paragraph->setFixedSize(TEXT_WIDTH, paragraph->heightForWidth(TEXT_WIDTH));
+    paragraph->setFixedSize(TEXT_WIDTH, std::max(paragraph->heightForWidth(TEXT_WIDTH), 0));
 }
 
 QWidget *SetupView::heading(const QString &title, QWidget *parent)

@@ -44,6 +44,8 @@ protected:
     }
 
     void searchBaseRebuildFinished() override { ++finished; }
+    void searchBaseRebuildStopped() override { ++stopped; }
+    void typedDuringBuild(const QString &text) override { typed += text; }
     void terminate() override { ++terminated; }
 
     /// The visible button of that text.
@@ -84,6 +86,8 @@ protected:
     ElidedLabel *statusLabel = window.findChild<ElidedLabel *>(QStringLiteral("statusLabel"));
     ProgressIndicator *progress = window.findChild<ProgressIndicator *>();
     int finished = 0;
+    int stopped = 0;
+    QString typed;
     int terminated = 0;
 };
 
@@ -135,15 +139,14 @@ TEST_F(RebuildWindowTest, buildsOnWhenItIsHidden)
 TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
 {
     controller->startBuilding();
-    press(QStringLiteral("Erase All Settings and Quit…"));
-    EXPECT_TRUE(says(QStringLiteral("Every setting of Quillon is erased for good")));
-    EXPECT_TRUE(store.contains("enable-beta-updates"));
-    press(QStringLiteral("Keep Everything"));
+    press(QStringLiteral("Stop…"));
+    EXPECT_TRUE(says(QStringLiteral("erase every setting for good")));
+    press(QStringLiteral("Continue"));
     EXPECT_TRUE(store.contains("enable-beta-updates"));
 
-    press(QStringLiteral("Erase All Settings and Quit…"));
-    EXPECT_TRUE(button(QStringLiteral("Keep Everything"))->hasFocus());
-    press(QStringLiteral("Erase All Settings and Quit"));
+    press(QStringLiteral("Stop…"));
+    EXPECT_TRUE(button(QStringLiteral("Continue"))->hasFocus());
+    press(QStringLiteral("Erase All and Quit"));
     EXPECT_FALSE(store.contains("enable-beta-updates"));
     EXPECT_EQ(disk.readFile("quillon/quillon.json"), "{\n}\n");
     EXPECT_EQ(terminated, 0) << "not at once";
@@ -151,16 +154,39 @@ TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
     EXPECT_EQ(terminated, 1);
 }
 
+TEST_F(RebuildWindowTest, stopsTheBuildAloneAndKeepsTheSettings)
+{
+    controller->startBuilding();
+    press(QStringLiteral("Stop…"));
+    press(QStringLiteral("Stop"));
+    EXPECT_EQ(stopped, 1);
+    EXPECT_TRUE(store.contains("enable-beta-updates"));
+    background.runAll();
+    main.runAll();
+    EXPECT_TRUE(builder.isCancelled());
+    EXPECT_LT(base.searchBase.count(), 81U);
+    EXPECT_EQ(terminated, 0);
+}
+
+TEST_F(RebuildWindowTest, handsOnWhatIsTypedInIt)
+{
+    QTest::keyClicks(window.focusWidget(), QStringLiteral("har"));
+    EXPECT_EQ(typed, QStringLiteral("har"));
+    controller->stopSearchButtonClicked();
+    QTest::keyClicks(window.focusWidget(), QStringLiteral("x"));
+    EXPECT_EQ(typed, QStringLiteral("har")) << "a question waits for its answer";
+}
+
 TEST_F(RebuildWindowTest, keepsAQuestionUntilItIsAnswered)
 {
     controller->startBuilding();
-    press(QStringLiteral("Erase All Settings and Quit…"));
+    press(QStringLiteral("Stop…"));
     background.runAll();
     main.runAll();
     ASSERT_FALSE(builder.isBuilding());
     EXPECT_EQ(finished, 0);
-    EXPECT_TRUE(says(QStringLiteral("Every setting of Quillon is erased for good")));
-    press(QStringLiteral("Keep Everything"));
+    EXPECT_TRUE(says(QStringLiteral("erase every setting for good")));
+    press(QStringLiteral("Continue"));
     EXPECT_EQ(finished, 1);
 }
 
@@ -205,7 +231,7 @@ TEST_F(RebuildWindowTest, staysWhenTheSettingsCannotBeErased)
     other.present();
     view->stopSearchButtonClicked();
     for (auto *each : other.findChildren<QAbstractButton *>()) {
-        if (each->isVisible() && each->text() == QStringLiteral("&Erase All Settings and Quit"))
+        if (each->isVisible() && each->text() == QStringLiteral("&Erase All and Quit"))
             each->click();
     }
     main.runAll();

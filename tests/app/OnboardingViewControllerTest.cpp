@@ -4,7 +4,9 @@
 #include "app/widgets/SetupWindow.h"
 #include "app/widgets/WriteFault.h"
 #include "indexing/SearchBaseFinder.h"
+#include "platform/Autostart.h"
 #include "platform/Clipboard.h"
+#include "platform/Places.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/session/QtTaskQueues.h"
@@ -41,6 +43,27 @@ public:
     std::string held;
 };
 
+class FakeAutostart : public Autostart
+{
+public:
+    bool isEnabled() const override { return isOn; }
+    bool setEnabled(bool enabled) override
+    {
+        if (isWorking)
+            isOn = enabled;
+        return isWorking || !enabled;
+    }
+    bool isOn = false;
+    bool isWorking = true;
+};
+
+class FakePlaces : public Places
+{
+public:
+    std::vector<std::string> mountedDisks() const override { return disks; }
+    std::vector<std::string> disks;
+};
+
 } // namespace
 
 /// The window over a real home folder, with the settings in a real file.
@@ -71,6 +94,8 @@ protected:
                                                    .shortcutBinder = binder,
                                                    .hotKey = hotKey,
                                                    .clipboard = clipboard,
+                                                   .autostart = autostart,
+                                                   .places = places,
                                                    .background = background,
                                                    .counting = background,
                                                    .main = main},
@@ -130,6 +155,8 @@ protected:
     QLNShortcutMonitor monitor{store, changes};
     QLNShortcutBinder binder{monitor, hotKey};
     TextClipboard clipboard;
+    FakeAutostart autostart;
+    FakePlaces places;
     PlainWindowSystem system;
     MainTaskQueue main;
     PoolTaskQueue background{2};
@@ -139,49 +166,91 @@ protected:
     int terminated = 0;
 };
 
+TEST_F(OnboardingTest, isFilledInSoThatReturnAloneIsEnough)
+{
+    hotKey.taken = QLNShortcut::fromText("Ctrl+Alt+Space")->keys;
+    places.disks = {disk.makeFolder("usb")};
+    show();
+    EXPECT_TRUE(comesToSay(QStringLiteral("3 folders"))) << "as the index would hold them";
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return button(QStringLiteral("usb")) != nullptr; }, PATIENCE));
+    EXPECT_FALSE(button(QStringLiteral("usb"))->isChecked());
+    EXPECT_TRUE(button(QStringLiteral("Home folder"))->isChecked());
+    EXPECT_EQ(hotKey.grabbed(), std::nullopt) << "it was only tried";
+    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_EQ(monitor.shortcut(), std::nullopt);
+
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(isFinished());
+    EXPECT_THAT(stored(), ElementsAre(home));
+    EXPECT_EQ(monitor.shortcut(), QLNShortcut::fromText("Alt+Super+Space")) << "the next free one";
+    EXPECT_TRUE(autostart.isOn);
+}
+
 TEST_F(OnboardingTest, asksForAShortcutAndAFolderAndThenIsDone)
 {
     show();
-    EXPECT_TRUE(says(QStringLiteral("Record a shortcut and choose a folder to go on.")));
+    button(QStringLiteral("Home folder"))->click();
+    EXPECT_TRUE(comesToSay(QStringLiteral("Choose a folder to go on.")));
     EXPECT_FALSE(button(QStringLiteral("Done"))->isEnabled());
-    EXPECT_TRUE(comesToSay(QStringLiteral("3 folders"))) << "as the index would hold them";
-    EXPECT_THAT(stored(), IsEmpty());
+    button(QStringLiteral("Shortcut"))->click();
+    QTest::keyClick(button(QStringLiteral("Shortcut")), Qt::Key_Backspace);
+    EXPECT_TRUE(says(QStringLiteral("Record a shortcut and choose a folder to go on.")));
 
     button(QStringLiteral("Home folder"))->click();
     ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen")));
     EXPECT_THAT(stored(), ElementsAre(home));
     EXPECT_TRUE(says(QStringLiteral("Record a shortcut to go on.")));
-
     storeShortcut();
     EXPECT_TRUE(button(QStringLiteral("Done"))->isEnabled());
-    button(QStringLiteral("Home folder"))->click();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return stored().empty(); }, PATIENCE));
-    EXPECT_TRUE(says(QStringLiteral("Choose a folder to go on.")));
+}
 
-    button(QStringLiteral("Home folder"))->click();
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return button(QStringLiteral("Done"))->isEnabled(); }, PATIENCE));
-    QTest::keyClick(button(QStringLiteral("Done")), Qt::Key_Space);
+TEST_F(OnboardingTest, takesACombinationOfKeysWhereverTheKeyboardIs)
+{
+    constexpr quint32 CODE_OF_K = 45;
+    hotKey.keyNames = {{CODE_OF_K, "k"}};
+    show();
+    const int height = window->height();
+    QKeyEvent plain(QEvent::KeyPress, Qt::Key_K, {}, CODE_OF_K, 0, 0);
+    QApplication::sendEvent(QApplication::focusWidget(), &plain);
+    EXPECT_EQ(monitor.shortcut(), std::nullopt);
+    hotKey.taken = QLNShortcut::fromText("Ctrl+K")->keys;
+    QKeyEvent taken(QEvent::KeyPress, Qt::Key_K, Qt::ControlModifier, CODE_OF_K, 0, 0);
+    QApplication::sendEvent(QApplication::focusWidget(), &taken);
+    EXPECT_TRUE(says(QStringLiteral("Ctrl+K is in use by another program.")));
+    EXPECT_EQ(window->height(), height) << "notes come and go in their own room";
+    QKeyEvent event(QEvent::KeyPress, Qt::Key_K, Qt::ControlModifier | Qt::AltModifier, CODE_OF_K,
+                    0, 0);
+    QApplication::sendEvent(QApplication::focusWidget(), &event);
+    EXPECT_EQ(monitor.shortcut(), QLNShortcut::fromText("Ctrl+Alt+K"));
+}
+
+TEST_F(OnboardingTest, goesOnWhereTheDesktopStartsNothingAtLogin)
+{
+    autostart.isWorking = false;
+    show();
+    button(QStringLiteral("Done"))->click();
+    EXPECT_TRUE(says(QStringLiteral("Quillon cannot be started at login here.")));
+    EXPECT_EQ(finished, 0);
+    button(QStringLiteral("Done"))->click();
     EXPECT_TRUE(isFinished());
-    EXPECT_EQ(monitor.shortcut(), QLNShortcut::fromText("Ctrl+Alt+Space"));
 }
 
 TEST_F(OnboardingTest, showsWhatIsStoredAndStoresWhatItShows)
 {
     storeShortcut();
-    finder.bookmarks.add(home);
+    const std::string work = disk.makeFolder("work");
+    finder.bookmarks.add(work);
     show();
-    ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen")));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !button(QStringLiteral("Home folder"))->isChecked(); },
+                                PATIENCE));
     window->hide();
     // "Set Up Again" empties the settings in the same process.
     store.remove("qln-bookmarks");
     window->present();
-    ASSERT_TRUE(comesToSay(QStringLiteral("Choose a folder to go on.")));
-    EXPECT_FALSE(button(QStringLiteral("Home folder"))->isChecked());
-
-    button(QStringLiteral("Home folder"))->click();
-    ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen")));
-    store.remove("qln-bookmarks");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return button(QStringLiteral("Home folder"))->isChecked(); },
+                                PATIENCE));
+    EXPECT_FALSE(button(QStringLiteral("work"))->isChecked());
     button(QStringLiteral("Done"))->click();
     EXPECT_TRUE(isFinished());
     EXPECT_THAT(stored(), ElementsAre(home));
@@ -217,7 +286,7 @@ TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
         QTest::qWaitFor([&] { return list->model()->rowCount(list->rootIndex()) == 2; }, PATIENCE));
     list->selectAll();
     QMetaObject::invokeMethod(chooser, "accept");
-    ASSERT_TRUE(comesToSay(QStringLiteral("2 folders chosen")));
+    ASSERT_TRUE(comesToSay(QStringLiteral("3 folders chosen"))) << "with the home folder";
     EXPECT_THAT(stored(), ElementsAre(disk.path("work/one"), disk.path("work/two")));
 }
 
@@ -257,9 +326,9 @@ TEST_F(OnboardingTest, staysWhenTheSettingsCannotBeWritten)
 {
     disk.writeFile("settings"); // where a folder would be needed
     show();
-    button(QStringLiteral("Home folder"))->click();
+    button(QStringLiteral("Done"))->click();
     EXPECT_TRUE(comesToSay(writeFault()));
-    EXPECT_FALSE(button(QStringLiteral("Done"))->isEnabled());
+    EXPECT_EQ(finished, 0);
 }
 
 TEST_F(OnboardingTest, isWalkedThroughWithTheTabKey)
@@ -267,8 +336,10 @@ TEST_F(OnboardingTest, isWalkedThroughWithTheTabKey)
     show();
     storeShortcut();
     showFolder("folder at work");
+    EXPECT_EQ(QApplication::focusWidget(), button(QStringLiteral("Done")));
+    button(QStringLiteral("Shortcut"))->setFocus(Qt::TabFocusReason);
     QStringList stops;
-    for (int stop = 0; stop < 4; ++stop) {
+    for (int stop = 0; stop < 6; ++stop) {
         auto *focused = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
         ASSERT_NE(focused, nullptr);
         stops << (focused->accessibleName().isEmpty() ? focused->text()
@@ -279,6 +350,8 @@ TEST_F(OnboardingTest, isWalkedThroughWithTheTabKey)
     EXPECT_TRUE(stops[1].startsWith(QStringLiteral("Home folder"))) << stops[1].toStdString();
     EXPECT_TRUE(stops[2].endsWith(QStringLiteral("folder at work"))) << stops[2].toStdString();
     EXPECT_EQ(stops[3], QStringLiteral("Choose &Folder…"));
+    EXPECT_EQ(stops[4], QStringLiteral("Start at &login"));
+    EXPECT_EQ(stops[5], QStringLiteral("&Quit"));
 }
 
 TEST_F(OnboardingTest, scrollsManyFoldersAndShowsTheOneThatWasAdded)
@@ -296,7 +369,7 @@ TEST_F(OnboardingTest, scrollsManyFoldersAndShowsTheOneThatWasAdded)
     for (int folder = 0; folder < 20; ++folder)
         paths.push_back(disk.path("many/" + std::to_string(folder)));
     controller->addFolders(paths);
-    ASSERT_TRUE(comesToSay(QStringLiteral("20 folders chosen")));
+    ASSERT_TRUE(comesToSay(QStringLiteral("21 folders chosen")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return isWhole(QStringLiteral("many/19")); }, PATIENCE));
     EXPECT_TRUE(button(QStringLiteral("Home folder"))->visibleRegion().isEmpty());
     EXPECT_LT(window->height(), window->screen()->availableGeometry().height());

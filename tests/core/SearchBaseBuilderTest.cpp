@@ -184,4 +184,22 @@ TEST_F(SearchBaseBuilderTest, buildsNothingOnceStopped)
     EXPECT_THAT(told, IsEmpty());
 }
 
+TEST_F(SearchBaseBuilderTest, isCancelledUntilAnotherBuildIsWanted)
+{
+    builder.start();
+    builder.start();
+    builder.cancel();
+    runAll();
+    EXPECT_TRUE(builder.isCancelled()) << "the build that was to follow is cancelled, too";
+    EXPECT_THAT(takeTold(), AllOf(Contains("ended"), Not(Contains(StartsWith("Added ")))));
+
+    builder.start();
+    builder.cancel();
+    builder.start(); // before the cancelled one has ended
+    runAll();
+    EXPECT_FALSE(builder.isBuilding());
+    EXPECT_FALSE(builder.isCancelled());
+    EXPECT_THAT(takeTold(), Contains(StartsWith("Added ")));
+}
+
 } // namespace quillon

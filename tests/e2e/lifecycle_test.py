@@ -98,7 +98,6 @@ class LifecycleTest(Desktop):
         other = self.open_other_window()
         quillon = self.launch()
         self.wait_for_keyboard(PANEL)
-        self.wait_for_gone(REBUILD)
         for _ in range(2):
             self.press("ctrl+alt+space")
             self.wait_for_no_panel()
@@ -197,6 +196,8 @@ class LifecycleTest(Desktop):
             os.makedirs(self.tree / f"{number // 200}/folder {number}")
         self.write_settings()
         self.launch()
+        self.wait_for_keyboard(PANEL)
+        self.assertEqual(self.request("--rebuild"), 0)
         self.wait_for_keyboard(REBUILD)
         # The rebuild window makes way meanwhile, and nobody is given the keyboard.
         manager = self.window_manager()
@@ -238,8 +239,6 @@ class LifecycleTest(Desktop):
             def ended():
                 return [start for start in starts if start.poll() is not None]
             self.assertEqual(eventually("the end of one", ended)[0].returncode, 0)
-            self.wait_for_gone(REBUILD)
-            self.wait_for_keyboard(PANEL)
             self.assertEqual(len(ended()), 1)
             self.end(next(start for start in starts if start.poll() is None))
 
