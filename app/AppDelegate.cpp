@@ -61,6 +61,7 @@ AppDelegate::AppDelegate()
                .finder = searchBaseFinder_,
                .builder = searchBaseBuilder_,
                .frontFinderSearch = frontFinderSearch_,
+               .places = services_.places,
                .disk = services_.diskLister},
               QDir::homePath().toStdString()),
       actionFailures_({.recentAccessScore = searchBaseRecentAccessScore_,

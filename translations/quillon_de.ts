@@ -55,6 +55,10 @@
         <source>Select in the file manager window</source>
         <translation>Im Fenster der Dateiverwaltung auswählen</translation>
     </message>
+    <message>
+        <source>Open in %1</source>
+        <translation>In %1 öffnen</translation>
+    </message>
 </context>
 <context>
     <name>Feedback</name>
@@ -1049,6 +1053,17 @@
     </message>
 </context>
 <context>
+    <name>quillon::LightningSearchViewController</name>
+    <message>
+        <source>Most used</source>
+        <translation>Am häufigsten geöffnet</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
+    </message>
+</context>
+<context>
     <name>quillon::MenuButton</name>
     <message>
         <source>Menu</source>
@@ -1148,6 +1163,13 @@
     <message>
         <source>Quillon cannot be started at login here.</source>
         <translation>Quillon kann hier nicht beim Anmelden gestartet werden.</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::PanelFooter</name>
+    <message>
+        <source>More that can be done with the row</source>
+        <translation>Was sich mit der Zeile noch tun lässt</translation>
     </message>
 </context>
 <context>

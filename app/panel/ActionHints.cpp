@@ -18,6 +18,8 @@ struct Words
     const char *shortly;
     /// Whole, with the target in place of %1.
     const char *fully;
+    /// In a menu, where that is neither of the two.
+    const char *inMenu = nullptr;
 };
 
 QString translated(const char *text)
@@ -37,8 +39,10 @@ PanelFooter::Hint hintFor(const ActionModel &action)
         {ActionType::copyPathToClipboard, QT_TRANSLATE_NOOP("ActionHints", "Copy path"),
          QT_TRANSLATE_NOOP("ActionHints", "Copy the path to the clipboard")},
         {ActionType::openApplication, "%1",
-         QT_TRANSLATE_NOOP("ActionHints", "Open with the application “%1”")},
-        {ActionType::executeShellCommand, "%1", QT_TRANSLATE_NOOP("ActionHints", "Run %1")},
+         QT_TRANSLATE_NOOP("ActionHints", "Open with the application “%1”"),
+         QT_TRANSLATE_NOOP("ActionHints", "Open in %1")},
+        {ActionType::executeShellCommand, "%1", QT_TRANSLATE_NOOP("ActionHints", "Run %1"),
+         QT_TRANSLATE_NOOP("ActionHints", "Run %1")},
     };
     PanelFooter::Hint hint{.flags = action.flags, .key = keyNames(action.flags, u' ')};
     const QString target = QString::fromStdString(action.actionTarget.key());
@@ -53,6 +57,8 @@ PanelFooter::Hint hintFor(const ActionModel &action)
         action.actionType == ActionType::executeShellCommand ? target.section(u'/', -1) : target;
     hint.meaning = translated(words->shortly).replace(QStringLiteral("%1"), name);
     hint.toolTip = translated(words->fully).replace(QStringLiteral("%1"), target);
+    if (words->inMenu != nullptr)
+        hint.menuText = translated(words->inMenu).replace(QStringLiteral("%1"), name);
     return hint;
 }
 

@@ -10,26 +10,28 @@
 #include <QtMath>
 
 #include <algorithm>
+#include <utility>
 
 namespace quillon {
 
 void LightningTableRowBackgroundView::paint(QPainter &painter, const QRect &row,
-                                            const PanelPalette &palette, bool isSelected)
+                                            const PanelPalette &palette, QStyle::State state)
 {
-    if (!isSelected)
+    if (!(state & (QStyle::State_Selected | QStyle::State_MouseOver)))
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(palette.tint);
+    painter.setBrush(state.testFlag(QStyle::State_Selected) ? palette.tint : palette.keyCap);
     painter.drawRoundedRect(row.adjusted(metrics::INSET, 0, -metrics::INSET, 0),
                             metrics::ROW_CORNER, metrics::ROW_CORNER);
     painter.restore();
 }
 
 LightningSearchTableRowView::LightningSearchTableRowView(const SearchResultsModel &model,
-                                                         IconSource &icons, QObject *parent)
-    : QStyledItemDelegate(parent), model_(model), icons_(icons)
+                                                         IconSource &icons, std::string home,
+                                                         QObject *parent)
+    : QStyledItemDelegate(parent), model_(model), icons_(icons), home_(std::move(home))
 {}
 
 void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -39,8 +41,7 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
     if (!result)
         return;
     const QRect &row = option.rect;
-    LightningTableRowBackgroundView::paint(*painter, row, palette_,
-                                           option.state.testFlag(QStyle::State_Selected));
+    LightningTableRowBackgroundView::paint(*painter, row, palette_, option.state);
 
     const QRect icon(row.left() + metrics::ICON_LEFT,
                      row.top() + (row.height() - metrics::ICON) / 2, metrics::ICON, metrics::ICON);
@@ -49,7 +50,7 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
     QRect text = row.adjusted(metrics::TEXT_LEFT, 0, -metrics::EDGE, 0);
     if (result->type() == SearchBaseResultType::inFrontFinder)
         text.setWidth(text.width() - paintFrontWindowMark(*painter, text, option.font));
-    RowLayout(rowText(*result), option.font, palette_, text.width()).draw(*painter, text);
+    RowLayout(rowText(*result, home_), option.font, palette_, text.width()).draw(*painter, text);
 }
 
 void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area,

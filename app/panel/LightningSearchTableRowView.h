@@ -18,8 +18,9 @@ class LightningSearchTableRowView : public QStyledItemDelegate
     Q_OBJECT
 
 public:
+    /// The rows below the home folder, an absolute path, are drawn with "~".
     LightningSearchTableRowView(const SearchResultsModel &model, IconSource &icons,
-                                QObject *parent);
+                                std::string home, QObject *parent);
 
     void setPalette(const PanelPalette &palette) { palette_ = palette; }
 
@@ -34,6 +35,7 @@ private:
 
     const SearchResultsModel &model_;
     IconSource &icons_;
+    const std::string home_;
     PanelPalette palette_ = PanelPalette::light();
 };
 

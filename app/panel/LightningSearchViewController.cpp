@@ -78,6 +78,11 @@ void LightningSearchViewController::joinField()
     field.installEventFilter(this);
     connect(&field, &QLineEdit::textChanged, this, &LightningSearchViewController::textChanged);
     connect(&keyboard_, &PanelKeyboard::commanded, this, &LightningSearchViewController::perform);
+    connect(&keyboard_, &PanelKeyboard::rowWanted, this, [this](int row) {
+        // A row is chosen by what the user sees, so no newer answer may take its place.
+        if (const auto result = searchResults_.result(row))
+            open(result, {});
+    });
     connect(&keyboard_, &PanelKeyboard::compositionEnded, this, [this] {
         if (!isAnswered())
             debouncedSearch_.call();
@@ -116,9 +121,11 @@ void LightningSearchViewController::joinButtons()
     const std::pair<QAbstractButton *, std::function<void()>> buttons[] = {
         {&view_.updateButton(), [this] { delegate_.checkForUpdates(); }},
         {&view_.menuButton(), [this] { menus_.showMain(); }},
-        {&message.homeFolderButton(), [this] { source_.addHomeFolder(); }},
+        {&message.homeFolderButton(), [this] { addHomeFolder(); }},
         {&message.preferencesButton(), [this] { delegate_.openPreferences(); }},
     };
+    connect(&view_.footer(), &PanelFooter::moreClicked, this,
+            [this] { perform(PanelCommand::showRowMenu, {}); });
     connect(&view_.footer(), &PanelFooter::noticeClicked, this,
             [this] { delegate_.openPreferences(); });
     for (const auto &[button, pressed] : buttons) {
@@ -137,6 +144,8 @@ void LightningSearchViewController::viewWillAppear()
     searchNow();
     updateState();
     fetchFrontWindow();
+    if (source_.mostAccessedResults().empty())
+        readPlaces();
     updateUpdateButton();
 }
 
@@ -200,7 +209,29 @@ void LightningSearchViewController::searchNow()
         return;
     }
     searchEnded();
-    show({.results = source_.mostAccessedResults()});
+    showDefaults();
+}
+
+void LightningSearchViewController::showDefaults()
+{
+    std::vector<SearchBaseResultRef> rows = source_.mostAccessedResults();
+    const bool isMostUsed = !rows.empty();
+    if (!isMostUsed)
+        rows = places_;
+    view_.setHeading(rows.empty() ? QString() : isMostUsed ? tr("Most used") : tr("Places"));
+    show({.results = std::move(rows)});
+}
+
+void LightningSearchViewController::readPlaces()
+{
+    queues_.background.post([this] {
+        queues_.main.post([this, places = source_.places()] {
+            if (areSameRows(places, places_))
+                return;
+            places_ = places;
+            searchNow();
+        });
+    });
 }
 
 void LightningSearchViewController::startSearch(const std::string &query)
@@ -214,8 +245,10 @@ void LightningSearchViewController::startSearch(const std::string &query)
                 return;
             searchEnded();
             // Where the user has typed on, the answer to the newer text is on its way.
-            if (query == this->query())
-                show(std::move(answer));
+            if (query != this->query())
+                return;
+            view_.setHeading({});
+            show(std::move(answer));
         });
     });
 }
@@ -367,7 +400,13 @@ void LightningSearchViewController::confirm(ActionShortcutFlags flags)
     else if (const auto result = selectedResult())
         open(result, flags);
     else if (!source_.state().hasLocations)
-        source_.addHomeFolder();
+        addHomeFolder();
+}
+
+void LightningSearchViewController::addHomeFolder()
+{
+    source_.addHomeFolder();
+    updateState();
 }
 
 void LightningSearchViewController::open(const SearchBaseResultRef &result,

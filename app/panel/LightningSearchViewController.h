@@ -82,6 +82,8 @@ private:
 
     void textChanged();
     void searchNow();
+    void showDefaults();
+    void readPlaces();
     void startSearch(const std::string &query);
     void searchEnded();
     void show(PanelSource::Answer answer);
@@ -92,6 +94,7 @@ private:
     bool isAnswered() const { return answeredQuery_ == query(); }
 
     void confirm(ActionShortcutFlags flags);
+    void addHomeFolder();
     /// Counts the use, and carries out what is bound to the keys, if anything is.
     void open(const SearchBaseResultRef &result, ActionShortcutFlags flags);
 
@@ -119,6 +122,8 @@ private:
     std::uint64_t newestSearch_ = 0;
     std::optional<std::string> answeredQuery_;
     QString typedAhead_;
+    /// The rows where nothing was used yet, as they were read when the panel last came up.
+    std::vector<SearchBaseResultRef> places_;
     /// The row that is selected until the user selects another one.
     int firstSelectedRow_ = 0;
     /// The keys of a Return that came before the answer to the typed text. They open the row that

@@ -3,16 +3,17 @@
 #include "app/widgets/PanelPalette.h"
 
 #include <QRect>
+#include <QStyle>
 
 class QPainter;
 
 namespace quillon {
 
-/// The ground of a row: a rounded tint below the selected one, nothing below the others.
+/// The ground of a row: a rounded tint below the selected one, a quieter one below the pointer.
 struct LightningTableRowBackgroundView
 {
     static void paint(QPainter &painter, const QRect &row, const PanelPalette &palette,
-                      bool isSelected);
+                      QStyle::State state);
 };
 
 } // namespace quillon

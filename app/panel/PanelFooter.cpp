@@ -101,7 +101,22 @@ PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
 
 std::vector<PanelFooter::Place> PanelFooter::places() const
 {
-    int end = wordsPlace().left() - GAP;
+    const int end = wordsPlace().left() - GAP;
+    bool areAll = true;
+    std::vector<Place> places = placesUpTo(end, areAll);
+    if (areAll)
+        return places;
+    const int dots = place(more_, 0).key.width();
+    places = placesUpTo(end - dots - GAP, areAll);
+    const int left = places.empty() ? line().left() : places.back().meaning.right() + 1 + GAP;
+    if (left + dots <= end)
+        places.push_back(place(more_, left));
+    return places;
+}
+
+/// Returns the hints for which there is room up to the end. Sets areAll to whether these are all.
+std::vector<PanelFooter::Place> PanelFooter::placesUpTo(int end, bool &areAll) const
+{
     // The hint for the held keys keeps its room while those before it are laid out.
     const auto held = std::ranges::find_if(hints_, [this](const Hint &h) { return isHeld(h); });
     const int reserved = held == hints_.end() ? 0 : place(*held, GAP).meaning.right() + 1;
@@ -121,7 +136,14 @@ std::vector<PanelFooter::Place> PanelFooter::places() const
         places.push_back(next);
         left = next.meaning.right() + 1 + GAP;
     }
+    areAll = places.size() == hints_.size();
     return places;
+}
+
+bool PanelFooter::isOnMore(QPoint position) const
+{
+    const std::vector<Place> shown = places();
+    return !shown.empty() && &shown.back().hint == &more_ && shown.back().key.contains(position);
 }
 
 bool PanelFooter::event(QEvent *event)
@@ -142,7 +164,7 @@ bool PanelFooter::event(QEvent *event)
 
 void PanelFooter::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!notice_.isEmpty() && wordsPlace().contains(event->pos()))
+    if ((!notice_.isEmpty() && wordsPlace().contains(event->pos())) || isOnMore(event->pos()))
         setCursor(Qt::PointingHandCursor);
     else
         unsetCursor();
@@ -152,9 +174,12 @@ void PanelFooter::mouseMoveEvent(QMouseEvent *event)
 void PanelFooter::mousePressEvent(QMouseEvent *event)
 {
     const bool isOnNotice = !notice_.isEmpty() && wordsPlace().contains(event->pos());
-    event->setAccepted(isOnNotice);
+    const bool isOnDots = isOnMore(event->pos());
+    event->setAccepted(isOnNotice || isOnDots);
     if (isOnNotice)
         Q_EMIT noticeClicked();
+    else if (isOnDots)
+        Q_EMIT moreClicked();
 }
 
 void PanelFooter::paintEvent(QPaintEvent *)

@@ -24,6 +24,8 @@ public:
         /// The keys as they are called on the keyboard.
         QString key = {};
         QString meaning = {};
+        /// In a menu, where it is not the meaning.
+        QString menuText = {};
         /// More about it, shown while the pointer rests on it.
         QString toolTip = {};
     };
@@ -32,6 +34,7 @@ public:
 
     void setPalette(const PanelPalette &palette);
     /// As many as there is room for are shown, from the first on, and the one for the held keys.
+    /// Dots stand for the others.
     void setHints(std::vector<Hint> hints);
     const std::vector<Hint> &hints() const { return hints_; }
     /// The hint for exactly these keys stands out; none does for no keys.
@@ -45,6 +48,8 @@ public:
 
 Q_SIGNALS:
     void noticeClicked();
+    /// The dots were clicked.
+    void moreClicked();
 
 protected:
     bool event(QEvent *event) override;
@@ -61,6 +66,8 @@ private:
         QRect meaning;
     };
     std::vector<Place> places() const;
+    std::vector<Place> placesUpTo(int end, bool &areAll) const;
+    bool isOnMore(QPoint position) const;
     Place place(const Hint &hint, int left) const;
     bool isHeld(const Hint &hint) const { return held_ && hint.flags == *held_; }
     QRect line() const;
@@ -71,6 +78,9 @@ private:
 
     PanelPalette palette_ = PanelPalette::light();
     std::vector<Hint> hints_;
+    const Hint more_{.flags = {.option = true, .shift = true, .command = true},
+                     .key = QStringLiteral("…"),
+                     .toolTip = tr("More that can be done with the row")};
     std::optional<ActionShortcutFlags> held_;
     QString status_;
     QString notice_;

@@ -71,6 +71,15 @@ std::optional<PanelCommand> command(const QKeyEvent &event, const QLineEdit &fie
     return plain ? plain : edgeCommand(key, field);
 }
 
+/// Returns the row that Ctrl with a digit from 1 to 9 opens, counted from 0.
+std::optional<int> numberedRow(const QKeyEvent &event)
+{
+    const bool isDigit = event.key() >= Qt::Key_1 && event.key() <= Qt::Key_9;
+    return isDigit && (event.modifiers() & CONSIDERED) == Qt::ControlModifier
+               ? std::optional(event.key() - Qt::Key_1)
+               : std::nullopt;
+}
+
 bool isModifier(int key)
 {
     // Alt with Shift is called Meta by some keyboards.
@@ -134,7 +143,13 @@ bool PanelKeyboard::eventFilter(QObject *watched, QEvent *event)
 
 bool PanelKeyboard::handleFieldKey(const QKeyEvent &event)
 {
-    const auto meant = isComposing_ ? std::nullopt : command(event, field_);
+    if (isComposing_)
+        return false;
+    if (const auto row = numberedRow(event)) {
+        Q_EMIT rowWanted(*row);
+        return true;
+    }
+    const auto meant = command(event, field_);
     if (!meant)
         return false;
     Q_EMIT commanded(*meant, shortcutFlags(event.modifiers()));

@@ -51,6 +51,8 @@ public:
 
 Q_SIGNALS:
     void commanded(PanelCommand command, ActionShortcutFlags flags);
+    /// The row of this number, counted from 0, is to be opened.
+    void rowWanted(int row);
     /// Modifiers pressed here and still held; none for those that were held before.
     void heldKeysChanged(ActionShortcutFlags flags);
     void compositionEnded();

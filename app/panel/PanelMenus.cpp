@@ -76,7 +76,8 @@ void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint 
         if (hint.toolTip.isEmpty())
             continue;
         // Behind a tabulator stands what a menu says about keys, with no gap of its own.
-        const QString text = literally(hint.toolTip) + KEYS_COLUMN + keyNames(hint.flags, u'+');
+        const QString &words = hint.menuText.isEmpty() ? hint.meaning : hint.menuText;
+        const QString text = literally(words) + KEYS_COLUMN + keyNames(hint.flags, u'+');
         connect(menu->addAction(text), &QAction::triggered, this,
                 [chosen, flags = hint.flags] { chosen(flags); });
     }

@@ -22,6 +22,8 @@ public:
         bool isCancelled = false;
         /// False when the settings name no folder to index.
         bool hasLocations = true;
+        /// The home folder was to be searched, which could not be written into the settings.
+        bool isWriteRefused = false;
         /// The folders that the settings name and that were not there when the index was built.
         std::vector<std::string> away = {};
     };
@@ -43,6 +45,9 @@ public:
     virtual Answer search(const std::string &query) const = 0;
     /// The rows for a query too short to search for.
     virtual std::vector<SearchBaseResultRef> mostAccessedResults() const = 0;
+    /// The rows where nothing was used yet: folders that the desktop offers and that are there.
+    /// Called on a background thread, since it asks the disk.
+    virtual std::vector<SearchBaseResultRef> places() const = 0;
     /// Counts one use of the result's path, saved at once.
     virtual void recordUse(const SearchBaseResultRef &result) = 0;
     virtual State state() const = 0;

@@ -2,6 +2,7 @@
 
 #include "actions/ActionFailure.h"
 #include "app/panel/RowText.h"
+#include "app/widgets/WriteFault.h"
 #include "base/PathText.h"
 
 #include <string_view>
@@ -23,8 +24,9 @@ PanelTexts::Message PanelTexts::message(const PanelSource::State &state, const Q
 {
     if (!state.hasLocations)
         return {.title = tr("No folders to search yet"),
-                .sentence = tr("Press Return to search your home folder, "
-                               "or choose folders in the preferences")};
+                .sentence = state.isWriteRefused ? writeFault()
+                                                 : tr("Press Return to search your home folder, "
+                                                      "or choose folders in the preferences")};
     const auto count = static_cast<int>(state.count);
     if (state.isBuilding)
         return {.title = tr("Indexing your folders…"),

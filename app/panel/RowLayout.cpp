@@ -14,34 +14,46 @@ namespace {
 
 constexpr QChar ELLIPSIS(0x2026);
 
-/// The row without its first characters, an ellipsis in their place.
-RowText beheaded(const RowText &row, int from)
+/// Returns the row with an ellipsis in place of the characters from one position to another.
+RowText shortened(const RowText &row, int from, int to)
 {
+    const auto moved = [from, to](int position) {
+        return position < to ? std::min(position, from) : position - to + from + 1;
+    };
     RowText rest;
-    const int shift = 1 - from;
-    rest.text = ELLIPSIS + row.text.mid(from);
-    rest.nameStart = row.nameStart > from ? row.nameStart + shift : 0;
+    rest.text = row.text.left(from) + ELLIPSIS + row.text.mid(to);
+    rest.nameStart = row.nameStart >= to ? moved(row.nameStart) : 0;
     for (const RowText::Span &span : row.matches) {
-        const int start = std::max(span.start, from);
-        const int end = span.start + span.length;
-        if (end > start)
-            rest.matches.push_back({start + shift, end - start});
+        const int start = std::max(moved(span.start), span.start < to ? from + 1 : 0);
+        const int end = moved(span.start + span.length);
+        if (span.start + span.length <= from)
+            rest.matches.push_back(span);
+        else if (end > start)
+            rest.matches.push_back({start, end - start});
     }
     return rest;
 }
 
-/// The place to cut at or after the given one: a "/" before the last component, or else the next
-/// whole character.
-int cutPosition(const RowText &row, int at)
+/// Returns the first place at or after the given one where a whole character begins.
+int wholeCharacterFrom(const QString &text, int at)
 {
-    const auto slash = row.text.indexOf(u'/', at);
-    if (slash >= 0 && slash < row.nameStart)
-        return static_cast<int>(slash);
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, row.text);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     finder.setPosition(at);
     if (!finder.isAtBoundary())
         finder.toNextBoundary();
     return static_cast<int>(finder.position());
+}
+
+/// Returns the first run of characters from the position on that hold no match and belong to the
+/// parents; empty where there is none.
+RowText::Span gapAfter(const RowText &row, int position)
+{
+    for (const RowText::Span &span : row.matches) {
+        if (span.start > position)
+            return {position, std::min(span.start, row.nameStart) - position};
+        position = std::max(position, span.start + span.length);
+    }
+    return {position, row.nameStart - position};
 }
 
 QTextLayout::FormatRange formatRange(int start, int length, const QColor &color, bool isBold)
@@ -69,14 +81,44 @@ RowLayout::RowLayout(const RowText &row, const QFont &font, const PanelPalette &
     layout_.setTextOption(option);
 
     arrange(row, palette);
-    if (this->width() <= width || row.text.isEmpty())
-        return;
-    const qreal excess = this->width() - width + QFontMetricsF(font).horizontalAdvance(ELLIPSIS);
+    fit(row, QFontMetricsF(font).horizontalAdvance(ELLIPSIS), palette, width);
+}
+
+void RowLayout::fit(RowText row, qreal ellipsis, const PanelPalette &palette, qreal room)
+{
+    // The characters between matches go first, from the left on.
+    for (int from = 0; width() > room;) {
+        const RowText::Span gap = gapAfter(row, from);
+        if (gap.length <= 0)
+            break;
+        const int to = cutPosition(row, gap.start, gap.start + gap.length, ellipsis, room);
+        from = gap.start + gap.length;
+        if (to == gap.start)
+            continue;
+        row = shortened(row, gap.start, to);
+        arrange(row, palette);
+        from = gap.start + 1;
+    }
+    // Where that is not enough the beginning goes, matched or not.
+    if (width() > room && !row.text.isEmpty()) {
+        const auto length = static_cast<int>(row.text.size());
+        arrange(shortened(row, 0, cutPosition(row, 0, length, ellipsis, room)), palette);
+    }
+}
+
+/// Returns the end of the piece that has to go for the rest to fit, the whole range where that is
+/// not enough. Returns its beginning where an ellipsis would be as wide as the piece.
+int RowLayout::cutPosition(const RowText &row, int from, int to, qreal ellipsis, qreal room) const
+{
     const QTextLine line = layout_.lineAt(0);
-    int at = line.xToCursor(excess, QTextLine::CursorOnCharacter);
-    if (line.cursorToX(at) < excess)
-        ++at;
-    arrange(beheaded(row, cutPosition(row, at)), palette);
+    const qreal start = line.cursorToX(from);
+    // One more than that, since letters are set closer beside some others.
+    const qreal excess = width() - room + ellipsis + 1;
+    int at = from;
+    while (at < to && line.cursorToX(at) - start < excess)
+        at = wholeCharacterFrom(row.text, at + 1);
+    at = std::min(at, to);
+    return line.cursorToX(at) - start > ellipsis ? at : from;
 }
 
 void RowLayout::arrange(const RowText &row, const PanelPalette &palette)

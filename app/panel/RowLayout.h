@@ -9,8 +9,8 @@
 namespace quillon {
 
 /// One line of a row's text: the parents of a path quiet, its last component normal, matches bold.
-/// A text too long for the width loses its beginning, at a "/" where that leaves the whole last
-/// component, and shows an ellipsis there.
+/// A text too long for the width loses as much of its beginning as it must and shows an ellipsis
+/// there. Matched characters of the parents stay in view as long as those between them can go.
 class RowLayout
 {
 public:
@@ -24,6 +24,8 @@ public:
 
 private:
     void arrange(const RowText &row, const PanelPalette &palette);
+    void fit(RowText row, qreal ellipsis, const PanelPalette &palette, qreal room);
+    int cutPosition(const RowText &row, int from, int to, qreal ellipsis, qreal room) const;
 
     QTextLayout layout_;
 };

@@ -1,11 +1,13 @@
 #include "app/panel/RowText.h"
 
+#include "base/PathText.h"
 #include "base/Utf8.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace quillon {
 
@@ -62,6 +64,24 @@ std::vector<RowText::Span> spansOf(const std::vector<TextRange> &ranges,
     return joined;
 }
 
+/// Draws "~" for the first characters of the path, which are those of a folder.
+void abbreviate(RowText &row, int length)
+{
+    const auto moved = [length](int position) { return std::max(position - length, 0) + 1; };
+    row.text.replace(0, length, QStringLiteral("~"));
+    row.nameStart = moved(row.nameStart);
+    std::vector<RowText::Span> matches;
+    for (const RowText::Span &span : row.matches) {
+        const int start = span.start < length ? 0 : moved(span.start);
+        const int end = moved(span.start + span.length);
+        if (matches.empty() || start >= matches.back().start + matches.back().length)
+            matches.push_back({start, end - start});
+        else
+            matches.back().length = end - matches.back().start;
+    }
+    row.matches = std::move(matches);
+}
+
 } // namespace
 
 QString displayText(std::string_view bytes)
@@ -71,7 +91,7 @@ QString displayText(std::string_view bytes)
     return text;
 }
 
-RowText rowText(const SearchBaseResult &result)
+RowText rowText(const SearchBaseResult &result, std::string_view home)
 {
     RowText row;
     std::vector<int> starts;
@@ -82,6 +102,9 @@ RowText rowText(const SearchBaseResult &result)
     row.nameStart = static_cast<int>(lastSlash) + 1;
 
     row.matches = spansOf(result.highlightRanges(), starts);
+    // The home folder itself keeps its name.
+    if (!home.empty() && result.text().size() > home.size() + 1 && isAtOrBelow(result.text(), home))
+        abbreviate(row, static_cast<int>(displayText(home).size()));
     return row;
 }
 

@@ -28,7 +28,9 @@ struct RowText
     std::vector<Span> matches;
 };
 
-RowText rowText(const SearchBaseResult &result);
+/// The home folder is drawn as "~", which is a match where something in it matched. An empty home
+/// leaves every path as it is.
+RowText rowText(const SearchBaseResult &result, std::string_view home = {});
 
 /// The text of a row as it is read out: what the item is called goes first.
 QString spokenText(const SearchBaseResult &result);

@@ -5,6 +5,7 @@
 #include "core/SearchBaseBuilder.h"
 #include "indexing/SearchBaseFinder.h"
 #include "platform/FolderLister.h"
+#include "platform/Places.h"
 
 #include <algorithm>
 #include <string_view>
@@ -57,6 +58,17 @@ std::vector<SearchBaseResultRef> SearchBaseSource::mostAccessedResults() const
     return services_.searchBase.mostAccessedResults();
 }
 
+std::vector<SearchBaseResultRef> SearchBaseSource::places() const
+{
+    std::vector<SearchBaseResultRef> rows;
+    for (const std::string &path : services_.places.folders()) {
+        if (isThere(path))
+            rows.push_back(std::make_shared<SearchBaseResult>(path, path, std::vector<TextRange>{},
+                                                              SearchBaseResultType::standard));
+    }
+    return rows;
+}
+
 void SearchBaseSource::recordUse(const SearchBaseResultRef &result)
 {
     services_.searchBase.searchBaseMatcher().uprankResult(*result);
@@ -68,6 +80,7 @@ PanelSource::State SearchBaseSource::state() const
             .isBuilding = services_.builder.isBuilding(),
             .isCancelled = services_.builder.isCancelled(),
             .hasLocations = services_.builder.hasLocations(),
+            .isWriteRefused = isWriteRefused_,
             .away = services_.searchBase.awayFolders()};
 }
 
@@ -88,8 +101,9 @@ void SearchBaseSource::forgetFrontWindow()
 
 void SearchBaseSource::addHomeFolder()
 {
-    services_.finder.bookmarks.add(homeFolder_);
-    services_.builder.start();
+    isWriteRefused_ = !services_.finder.bookmarks.add(homeFolder_);
+    if (!isWriteRefused_)
+        services_.builder.start();
 }
 
 } // namespace quillon

@@ -9,6 +9,7 @@ namespace quillon {
 
 class FolderLister;
 class FrontFinderSearch;
+class Places;
 class SearchBase;
 class SearchBaseBuilder;
 class SearchBaseFinder;
@@ -23,6 +24,7 @@ public:
         SearchBaseFinder &finder;
         SearchBaseBuilder &builder;
         FrontFinderSearch &frontFinderSearch;
+        const Places &places;
         /// Asks the disk itself, however long the disk takes. Outlives also the calls that hang.
         FolderLister &disk;
     };
@@ -32,6 +34,7 @@ public:
 
     Answer search(const std::string &query) const override;
     std::vector<SearchBaseResultRef> mostAccessedResults() const override;
+    std::vector<SearchBaseResultRef> places() const override;
     void recordUse(const SearchBaseResultRef &result) override;
     State state() const override;
     bool isFrontWindowSearched() const override;
@@ -45,6 +48,7 @@ private:
 
     const Services services_;
     const std::string homeFolder_;
+    bool isWriteRefused_ = false;
     mutable BoundedCalls diskCalls_;
 };
 

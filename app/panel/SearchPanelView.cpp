@@ -12,7 +12,9 @@
 #include "app/widgets/PanelMetrics.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
@@ -129,6 +131,15 @@ QWidget *SearchPanelView::buildBody(IconSource &icons)
     auto *body = new QWidget(this);
     auto *stack = new QVBoxLayout(body);
     stack->setContentsMargins(0, metrics::INSET, 0, metrics::INSET);
+    stack->setSpacing(0);
+    heading_ = new QLabel(body);
+    heading_->setForegroundRole(QPalette::PlaceholderText);
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    heading_->setFont(small);
+    heading_->setContentsMargins(metrics::ICON_LEFT, 0, 0, metrics::INSET);
+    heading_->hide();
+    stack->addWidget(heading_);
     buildTable(icons);
     stack->addWidget(table_);
     message_ = new PanelMessage(body);
@@ -142,7 +153,8 @@ QWidget *SearchPanelView::buildBody(IconSource &icons)
 void SearchPanelView::buildTable(IconSource &icons)
 {
     table_ = new SearchResultsTable(searchResults_, icons, this);
-    rows_ = new LightningSearchTableRowView(searchResults_, icons, table_);
+    rows_ = new LightningSearchTableRowView(searchResults_, icons, QDir::homePath().toStdString(),
+                                            table_);
     table_->setItemDelegate(rows_);
     new ScrollMark(table_, palette_);
     connect(&icons, &IconSource::iconsChanged, table_->viewport(), qOverload<>(&QWidget::update));
@@ -159,6 +171,17 @@ void SearchPanelView::setPanelPalette(const PanelPalette &palette)
     message_->setPalette(palette);
     footer_->setPalette(palette);
     update();
+}
+
+void SearchPanelView::setHeading(const QString &heading)
+{
+    heading_->setText(heading);
+    heading_->setVisible(!heading.isEmpty());
+}
+
+QString SearchPanelView::heading() const
+{
+    return heading_->text();
 }
 
 void SearchPanelView::setShowsMessage(bool showsMessage)

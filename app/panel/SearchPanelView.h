@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class QLabel;
 class QLineEdit;
 
 namespace quillon {
@@ -45,6 +46,9 @@ public:
     PanelFooter &footer() { return *footer_; }
     PanelMessage &message() { return *message_; }
 
+    /// A quiet line above the rows; empty for none.
+    void setHeading(const QString &heading);
+    QString heading() const;
     /// Shows the message in place of the rows, or the rows again.
     void setShowsMessage(bool showsMessage);
     /// Gives the first of the buttons shown the keyboard.
@@ -67,6 +71,7 @@ private:
     QLineEdit *field_ = nullptr;
     PanelButton *updateButton_ = nullptr;
     MenuButton *menuButton_ = nullptr;
+    QLabel *heading_ = nullptr;
     SearchResultsTable *table_ = nullptr;
     LightningSearchTableRowView *rows_ = nullptr;
     PanelMessage *message_ = nullptr;

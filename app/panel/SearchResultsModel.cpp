@@ -40,6 +40,10 @@ QVariant SearchResultsModel::data(const QModelIndex &index, int role) const
         return {};
     if (role == Qt::DisplayRole)
         return displayText(row->text());
+    // A paragraph: a path may look like markup.
+    if (role == Qt::ToolTipRole)
+        return QStringLiteral("<p style='white-space: pre'>%1</p>")
+            .arg(displayText(row->path()).toHtmlEscaped());
     if (role == Qt::AccessibleTextRole)
         return spokenText(*row);
     return {};

@@ -1,8 +1,13 @@
 #include "platform/linux/filemanagers/DesktopPlaces.h"
 
 #include "platform/linux/disk/MountPoints.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QScopeGuard>
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
 
 namespace quillon {
 
@@ -22,6 +27,23 @@ TEST(DesktopPlaces, offersTheDisksAndSharesOfPeople)
 )");
     EXPECT_THAT(DesktopPlaces::disksAmong(mounts),
                 ElementsAre("/mnt", "/mnt/nas", "/run/media/alex/Photos 2024"));
+}
+
+TEST(DesktopPlaces, offersTheHomeFolderAndTheBookmarks)
+{
+    const TemporaryFolder disk;
+    disk.writeFile("gtk-3.0/bookmarks", "file:///srv/a%20b Work\nsftp://host/x\n" +
+                                            ("file://" + disk.path("home")) + "\nfile:///last\n");
+    const auto restore = qScopeGuard([config = qgetenv("XDG_CONFIG_HOME"), home = qgetenv("HOME")] {
+        qputenv("XDG_CONFIG_HOME", config);
+        qputenv("HOME", home);
+    });
+    qputenv("XDG_CONFIG_HOME", disk.path().c_str());
+    qputenv("HOME", disk.path("home").c_str());
+    const std::vector<std::string> folders = DesktopPlaces().folders();
+    EXPECT_EQ(folders.front(), disk.path("home"));
+    EXPECT_THAT(folders, testing::IsSupersetOf({std::string("/srv/a b"), std::string("/last")}));
+    EXPECT_EQ(std::ranges::count(folders, disk.path("home")), 1);
 }
 
 } // namespace quillon

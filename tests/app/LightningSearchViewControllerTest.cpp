@@ -1,5 +1,6 @@
 #include "app/panel/PanelMessage.h"
 #include "app/panel/SearchIndicator.h"
+#include "app/widgets/WriteFault.h"
 #include "tests/app/SearchPanelFixture.h"
 
 #include <QAbstractButton>
@@ -195,6 +196,9 @@ TEST_F(SearchPanel, offersTheHomeFolderOnlyWhereNoRowStandsAndNoFolderIsNamed)
     EXPECT_EQ(source_.homeFolderAdded, 1);
     view_.message().homeFolderButton().click();
     EXPECT_EQ(source_.homeFolderAdded, 2);
+    source_.current.isWriteRefused = true;
+    view_.message().homeFolderButton().click();
+    EXPECT_EQ(view_.message().sentence(), writeFault());
     view_.message().preferencesButton().click();
     EXPECT_THAT(delegate_.takeAsked(), ElementsAre("preferences"));
 
@@ -202,7 +206,39 @@ TEST_F(SearchPanel, offersTheHomeFolderOnlyWhereNoRowStandsAndNoFolderIsNamed)
     answer();
     press(Qt::Key_Return);
     EXPECT_THAT(done(), ElementsAre("new /ab/1"));
-    EXPECT_EQ(source_.homeFolderAdded, 2) << "Return opens the row";
+    EXPECT_EQ(source_.homeFolderAdded, 3) << "Return opens the row";
+}
+
+TEST_F(SearchPanel, offersTheDesktopsPlacesWhereNothingWasUsedYet)
+{
+    source_.offered = {"/home/u", "/home/u/Documents"};
+    appear();
+    EXPECT_EQ(view_.heading(), u"Most used"_qs);
+    EXPECT_EQ(rows(), Texts({"/most", "/used"}));
+    panel().viewDidDisappear();
+
+    source_.mostUsed = {};
+    appear();
+    answer();
+    EXPECT_EQ(rows(), source_.offered);
+    EXPECT_EQ(view_.heading(), u"Places"_qs);
+    type("ab");
+    answer();
+    EXPECT_EQ(view_.heading(), QString());
+}
+
+TEST_F(SearchPanel, typesOnWhatWasTypedBeforeItCameUp)
+{
+    appear();
+    type("old text");
+    panel().typeAhead(u"ha"_qs);
+    panel().typeAhead(u"r"_qs);
+    panel().windowDidBecomeKey();
+    QTest::keyClicks(&field(), u"b"_qs);
+    EXPECT_EQ(field().text(), u"harb"_qs);
+    EXPECT_TRUE(panel().isInUse());
+    field().selectAll();
+    EXPECT_FALSE(panel().isInUse()) << "the next letter replaces the text";
 }
 
 TEST_F(SearchPanel, selectsTheRowThatTheAnswerNames)

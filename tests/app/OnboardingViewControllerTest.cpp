@@ -60,6 +60,7 @@ public:
 class FakePlaces : public Places
 {
 public:
+    std::vector<std::string> folders() const override { return {}; }
     std::vector<std::string> mountedDisks() const override { return disks; }
     std::vector<std::string> disks;
 };

@@ -237,6 +237,17 @@ TEST_F(SearchPanel, saysThatAnItemOfTheFrontWindowIsOpenedOrSelectedByAllKeys)
     EXPECT_EQ(hints(), QStringList({u"Return: Select"_qs}));
 }
 
+TEST_F(SearchPanel, opensTheRowOfTheDigitThatIsPressedWithControl)
+{
+    type("ab");
+    answer();
+    press(Qt::Key_9, Qt::ControlModifier);
+    press(Qt::Key_2, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_TRUE(done().empty()) << "there is no ninth row, and Alt is another key";
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(done(), Texts({"new /ab/2"}));
+}
+
 TEST_F(SearchPanel, marksTheHintOfTheKeysHeldInThePanel)
 {
     appear();

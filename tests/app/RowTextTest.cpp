@@ -3,6 +3,7 @@
 #include "app/panel/RowLayout.h"
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QtMath>
 
 #include <gmock/gmock.h>
@@ -127,10 +128,40 @@ TEST(RowLayout, losesTheBeginningAndNeverTheEnd)
         const QString text = layout.text();
         EXPECT_LE(layout.width(), width) << text.toStdString();
         EXPECT_TRUE(text.startsWith(QChar(0x2026))) << text.toStdString();
-        EXPECT_TRUE(row.text.endsWith(text.mid(1))) << text.toStdString();
-        // Components are kept whole as long as the last one has room.
-        EXPECT_TRUE(text.at(1) == u'/' || !text.contains(u'/')) << text.toStdString();
+        EXPECT_TRUE(row.text.endsWith(text.section(QChar(0x2026), -1))) << text.toStdString();
+        // No more goes than has to.
+        EXPECT_GT(layout.width(), width - 3 * QFontMetricsF(font).maxWidth()) << text.toStdString();
     }
+}
+
+TEST(RowLayout, keepsTheMatchedLettersOfTheParentsInView)
+{
+    const RowText row = rowText(
+        result("/home/alex/Work/a folder with a long name/another one of them/plans", {{11, 4}}));
+    const QFont font;
+    const qreal full = RowLayout(row, font, PanelPalette::light(), 10000).width();
+    EXPECT_EQ(RowLayout(row, font, PanelPalette::light(), full * 0.93).text().left(1), u"…"_qs);
+    const QString text = RowLayout(row, font, PanelPalette::light(), full * 0.5).text();
+    EXPECT_TRUE(text.startsWith(u"…Work…"_qs)) << text.toStdString();
+    EXPECT_TRUE(text.endsWith(u"/plans"_qs)) << text.toStdString();
+    const QString least = RowLayout(row, font, PanelPalette::light(), full * 0.07).text();
+    EXPECT_TRUE(u"…/plans"_qs.endsWith(least.mid(1))) << least.toStdString();
+}
+
+TEST(RowText, drawsTheHomeFolderAsATilde)
+{
+    const auto drawn = [](const char *path, std::vector<TextRange> ranges) {
+        const RowText row = rowText(result(path, std::move(ranges)), "/home/alex");
+        QString text = row.text.left(row.nameStart) + u'|' + row.text.mid(row.nameStart);
+        for (const RowText::Span &span : row.matches)
+            text += u' ' + row.text.mid(span.start, span.length);
+        return text;
+    };
+    EXPECT_EQ(drawn("/home/alex/Work/plans", {{11, 2}, {16, 2}}), u"~/Work/|plans Wo pl"_qs);
+    EXPECT_EQ(drawn("/home/alex/Work", {{1, 2}, {7, 1}, {9, 4}}), u"~/|Work ~/Wo"_qs)
+        << "the tilde stands for what matched in it";
+    EXPECT_EQ(drawn("/home/alex", {}), u"/home/|alex"_qs);
+    EXPECT_EQ(drawn("/home/alexa/Work", {}), u"/home/alexa/|Work"_qs);
 }
 
 } // namespace quillon

@@ -6,6 +6,7 @@
 #include "app/ActionFailures.h"
 #include "core/SearchBaseBuilder.h"
 #include "platform/Notifications.h"
+#include "platform/Places.h"
 #include "prefs/Preferences.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/FakeFileManager.h"
@@ -59,6 +60,14 @@ public:
     std::counting_semaphore<> answers{0};
 };
 
+class FakePlaces : public Places
+{
+public:
+    std::vector<std::string> folders() const override { return offered; }
+    std::vector<std::string> mountedDisks() const override { return {}; }
+    std::vector<std::string> offered;
+};
+
 class SearchBaseSourceTest : public testing::Test
 {
 protected:
@@ -68,6 +77,7 @@ protected:
                  .finder = base_.finder,
                  .builder = builder_,
                  .frontFinderSearch = front_,
+                 .places = places_,
                  .disk = disk},
                 home_.path()};
     }
@@ -100,6 +110,7 @@ protected:
     }
 
     TemporaryFolder home_;
+    FakePlaces places_;
     SearchBaseOver<PosixFolderLister> base_;
     ManualTaskQueue queue_;
     SearchBaseBuilder builder_{{.searchBase = base_.searchBase,
@@ -194,6 +205,15 @@ TEST_F(SearchBaseSourceTest, forgetsAFolderThatCouldNotBeOpenedBecauseItIsGone)
     notifications.isAvailable = false;
     report(gone, notifications);
     EXPECT_TRUE(hasWindow_) << "a window says it where the desktop cannot";
+}
+
+TEST_F(SearchBaseSourceTest, offersThePlacesThatAreThere)
+{
+    places_.offered = {home_.path(), home_.path("gone"), home_.makeFolder("Documents")};
+    std::vector<std::string> paths;
+    for (const auto &row : source(disk_).places())
+        paths.push_back(row->path());
+    EXPECT_THAT(paths, ElementsAre(home_.path(), home_.path("Documents")));
 }
 
 } // namespace quillon

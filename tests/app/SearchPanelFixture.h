@@ -36,6 +36,7 @@ public:
     /// The rows that are selected at first, by query; the first row otherwise.
     std::map<std::string, int> selectedRows;
     Texts mostUsed;
+    Texts offered;
     State current;
     Texts used;
     int homeFolderAdded = 0;
@@ -57,6 +58,7 @@ public:
     }
     void recordUse(const SearchBaseResultRef &result) override { used.push_back(result->path()); }
     State state() const override { return current; }
+    std::vector<SearchBaseResultRef> places() const override { return results(offered); }
     bool isFrontWindowSearched() const override { return isFileManagerInFront; }
     void refreshFrontWindow(std::function<void()> completion) override
     {

@@ -1,10 +1,15 @@
 #include "platform/linux/filemanagers/DesktopPlaces.h"
 
+#include "platform/linux/applications/FileUri.h"
 #include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/disk/MountPoints.h"
+#include "platform/linux/disk/UserFolders.h"
+
+#include <glib.h>
 
 #include <algorithm>
 #include <array>
+#include <fstream>
 #include <string_view>
 
 namespace quillon {
@@ -19,6 +24,18 @@ constexpr std::array<std::string_view, 12> DISK_TYPES = {"ext2",  "ext3",  "ext4
                                                          "xfs",   "f2fs",  "zfs",     "vfat",
                                                          "exfat", "ntfs3", "hfsplus", "fuseblk"};
 
+constexpr std::array USER_FOLDERS = {G_USER_DIRECTORY_DESKTOP,  G_USER_DIRECTORY_DOCUMENTS,
+                                     G_USER_DIRECTORY_DOWNLOAD, G_USER_DIRECTORY_MUSIC,
+                                     G_USER_DIRECTORY_PICTURES, G_USER_DIRECTORY_VIDEOS};
+/// Below the user's folder for settings, a line each: an address, and perhaps a blank and a name.
+constexpr std::string_view BOOKMARKS = "/gtk-3.0/bookmarks";
+
+void addOnce(std::vector<std::string> &paths, const std::string &path)
+{
+    if (std::ranges::find(paths, path) == paths.end())
+        paths.push_back(path);
+}
+
 bool isDisk(const Mount &mount)
 {
     const std::string_view point = mount.point;
@@ -31,6 +48,21 @@ bool isDisk(const Mount &mount)
 }
 
 } // namespace
+
+std::vector<std::string> DesktopPlaces::folders() const
+{
+    std::vector<std::string> paths{userFolder("HOME", "")};
+    for (const GUserDirectory folder : USER_FOLDERS) {
+        if (const char *path = g_get_user_special_dir(folder))
+            addOnce(paths, path);
+    }
+    std::ifstream bookmarks(userFolder("XDG_CONFIG_HOME", "/.config") + std::string(BOOKMARKS));
+    for (std::string line; std::getline(bookmarks, line);) {
+        if (const auto path = localPath(line.substr(0, line.find(' '))))
+            addOnce(paths, *path);
+    }
+    return paths;
+}
 
 std::vector<std::string> DesktopPlaces::mountedDisks() const
 {
