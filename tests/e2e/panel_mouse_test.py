@@ -12,7 +12,7 @@ import time
 from desktop import PATIENCE, Desktop, eventually, is_soon, main, output, windows
 
 ROW_HEIGHT = 40
-FIRST_ROW = 88  # from the top of the panel to the middle of the first row
+FIRST_ROW = 112  # from the top of the panel to the middle of the first row, below a heading
 
 
 class PanelMouseTest(Desktop):
