@@ -1,6 +1,7 @@
 #include "actions/FrontFinderSearch.h"
 
 #include "actions/AppleScriptRunner.h"
+#include "base/PathText.h"
 #include "base/TaskQueue.h"
 #include "platform/FileManager.h"
 #include "prefs/Preferences.h"
@@ -13,12 +14,10 @@ namespace quillon {
 
 namespace {
 
-/// The last component of a path without the slashes behind it. Empty when there is none.
+/// Returns the last component of a path without the slashes behind it. Empty when there is none.
 std::string_view filename(std::string_view path)
 {
-    const std::size_t last = path.find_last_not_of('/');
-    path = path.substr(0, last == std::string_view::npos ? 0 : last + 1);
-    return path.substr(path.find_last_of('/') + 1);
+    return lastComponent(withoutTrailingSlashes(path));
 }
 
 /// Makes items of the paths. Items are matched by their names alone, so of two paths with the same

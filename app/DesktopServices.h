@@ -2,12 +2,12 @@
 
 #include "base/SerialTaskQueue.h"
 #include "platform/HotKey.h"
+#include "platform/linux/applications/BoundedWorkspace.h"
 #include "platform/linux/applications/GioApplicationLauncher.h"
 #include "platform/linux/applications/GioProcessRunner.h"
 #include "platform/linux/applications/GioWorkspace.h"
-#include "platform/linux/applications/PatientWorkspace.h"
 #include "platform/linux/applications/XdgAutostart.h"
-#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/BoundedFolders.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
@@ -59,17 +59,17 @@ struct DesktopServices
     /// What all that asks the disk goes through, so that what one finds silent the others know.
     BoundedCalls diskCalls;
     GioWorkspace diskWorkspace;
-    PatientWorkspace workspace;
+    BoundedWorkspace workspace;
     GioApplicationLauncher applications;
     GioProcessRunner processRunner;
     QtClipboard clipboard;
     DesktopFileManager fileManager;
     DesktopPlaces places;
     PosixFolderLister diskLister;
-    PatientFolderLister folderLister;
+    BoundedFolderLister folderLister;
     InotifyEventService eventService;
     StatxFolderIdentity diskIdentity;
-    PatientFolderIdentity folderIdentity;
+    BoundedFolderIdentity folderIdentity;
     DesktopWindowSystem windowSystem;
     StateWindowPlaces windowPlaces;
     XdgAutostart autostart;

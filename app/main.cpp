@@ -49,8 +49,8 @@
 #include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/BusRunningInstance.h"
 #include "platform/linux/bus/SoleInstance.h"
+#include "platform/linux/session/BoundedOutput.h"
 #include "platform/linux/session/BusRemoteControl.h"
-#include "platform/linux/session/PatientOutput.h"
 #include "platform/linux/session/PortalAppearance.h"
 #include "platform/linux/session/ProgramEnd.h"
 #include "platform/linux/session/QtTaskQueues.h"
@@ -168,7 +168,7 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
 
     if (const auto status = awaitSettings(request))
         return *status;
-    const quillon::PatientOutput output(fileno(stdout));
+    const quillon::BoundedOutput output(fileno(stdout));
     quillon::AppDelegate delegate;
     quillon::BusRemoteControl remote(delegate.backgroundQueue());
     const auto claim = remote.claim(delegate.remoteHandlers());

@@ -1,5 +1,7 @@
 #include "base/BoundedCalls.h"
 
+#include "base/PathText.h"
+
 #include <algorithm>
 #include <string_view>
 #include <system_error>
@@ -15,10 +17,7 @@ struct BoundedCalls::Silence
         const MutexLock lock(mutex);
         std::erase_if(until, [now](const auto &disk) { return disk.second <= now; });
         return leftBehind >= mostLeftBehind || std::ranges::any_of(until, [path](const auto &disk) {
-                   const std::string &folder = disk.first;
-                   return path.starts_with(folder) &&
-                          (path.size() == folder.size() || folder.ends_with('/') ||
-                           path[folder.size()] == '/');
+                   return isAtOrBelow(path, disk.first);
                });
     }
     void begin(const std::string &disk, Clock::time_point end)

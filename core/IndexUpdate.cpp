@@ -73,14 +73,13 @@ std::vector<ChangedPaths> ChangedPaths::together(std::span<const std::string> pa
             all.push_back({.path = std::string(path)});
             continue;
         }
-        const std::size_t slash = path.rfind('/');
-        const std::string_view folder = path.substr(0, std::max<std::size_t>(slash, 1));
+        const std::string_view folder = parentFolder(path);
         const auto [place, isNew] = ofFolder.try_emplace(folder, all.size());
         if (isNew || all[place->second].names.size() == MOST_TOGETHER) {
             place->second = all.size();
             all.push_back({.path = std::string(folder)});
         }
-        all[place->second].names.emplace_back(path.substr(slash + 1));
+        all[place->second].names.emplace_back(lastComponent(path));
     }
     return all;
 }
@@ -97,8 +96,8 @@ IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths chang
     if (isAlone())
         changed_.push_back({.path = path_, .kind = kind_});
     for (const std::string &name : names_)
-        changed_.push_back({.path = (path_ == "/" ? path_ : path_ + "/") + name,
-                            .kind = kind_ == Kind::folder ? Kind::unknown : kind_});
+        changed_.push_back(
+            {.path = pathIn(path_, name), .kind = kind_ == Kind::folder ? Kind::unknown : kind_});
 }
 
 void IndexUpdate::crawled(const CrawlResult &result)
@@ -136,16 +135,14 @@ bool IndexUpdate::isRoot(const std::string &path) const
 bool IndexUpdate::isBelowChanged(const std::string &path) const
 {
     return std::ranges::any_of(changed_, [&path](const Changed &changed) {
-        const std::string &above = changed.path;
-        return changed.kind != Kind::unknown && path.size() > above.size() &&
-               path.starts_with(above) && (above == "/" || path[above.size()] == '/');
+        return changed.kind != Kind::unknown && isBelow(path, changed.path);
     });
 }
 
 bool IndexUpdate::isSkipped(const std::string &folder) const
 {
     SkipRules::State state = terms_.rules->stateOf(folder);
-    return terms_.rules->skips(state, folder.substr(folder.rfind('/') + 1), [&] { return folder; });
+    return terms_.rules->skips(state, lastComponent(folder), [&] { return folder; });
 }
 
 /// Returns what the index counts the path as: a file counts only with an included extension, a
@@ -155,9 +152,7 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
     const Kind kind = terms_.folderLister.kind(isRoot(path) ? path + "/." : path);
     if (isRoot(path))
         return kind == Kind::other ? Kind::nothing : kind;
-    const auto isIncluded = [&] {
-        return extensions_.holdsExtensionOf(path.substr(path.rfind('/') + 1));
-    };
+    const auto isIncluded = [&] { return extensions_.holdsExtensionOf(lastComponent(path)); };
     const bool counts =
         kind == Kind::other ? isIncluded() : kind != Kind::folder || !isSkipped(path);
     return counts ? kind : Kind::nothing;
@@ -169,9 +164,8 @@ FolderLister::Kind IndexUpdate::kindWithoutLinks(const std::string &path)
 {
     std::optional<std::size_t> nearestRoot;
     for (const std::string &root : terms_.roots) {
-        const std::size_t size = root == "/" ? 0 : root.size();
-        if (path.starts_with(root) && path.size() > size && path[size] == '/')
-            nearestRoot = std::max(nearestRoot.value_or(0), size);
+        if (isBelow(path, root))
+            nearestRoot = std::max(nearestRoot.value_or(0), root == "/" ? 0 : root.size());
     }
     if (nearestRoot && !isRoot(path)) {
         for (std::size_t slash = path.find('/', *nearestRoot + 1); slash != std::string::npos;

@@ -1,5 +1,7 @@
 #include "core/IndexedItems.h"
 
+#include "base/PathText.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -15,7 +17,7 @@ IndexedItems::IndexedItems(const SearchBasePaths &paths, std::shared_ptr<const S
 
 FSEventItemTest::Folder IndexedItems::folder(std::string_view path) const
 {
-    const std::string_view name = path.substr(path.rfind('/') + 1);
+    const std::string_view name = lastComponent(path);
     if (!std::ranges::binary_search(roots_, path, std::less<>())) {
         SkipRules::State state = rules_->stateOf(path);
         if (isHiddenName(name) || rules_->skips(state, name, [&] { return path; }))

@@ -1,5 +1,6 @@
 #include "ctl/CommandLine.h"
 
+#include "base/EditDistance.h"
 #include "base/PathText.h"
 #include "ctl/CrawlCommand.h"
 #include "ctl/FindCommand.h"
@@ -16,7 +17,6 @@
 #include <functional>
 #include <limits>
 #include <memory>
-#include <numeric>
 #include <string_view>
 #include <utility>
 
@@ -171,21 +171,6 @@ void addWatch(CLI::App &app, int argc, WatchCommand &watch, std::function<int(Ou
     command->add_flag("-0", watch.nulSeparated, "End each path with NUL, not a line feed");
     addTexts(*command, argc, "DIR", watch.folders, "Folder to watch; may be repeated");
     command->final_callback([&] { chosen = [&](Output &output) { return watch.run(output); }; });
-}
-
-/// How many bytes have to be put in, left out or changed to make one text of the other.
-std::size_t editDistance(std::string_view one, std::string_view other)
-{
-    std::vector<std::size_t> row(other.size() + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (const char letter : one) {
-        std::size_t diagonal = std::exchange(row[0], row[0] + 1);
-        for (std::size_t i = 1; i < row.size(); ++i) {
-            const std::size_t changed = diagonal + (letter != other[i - 1] ? 1 : 0);
-            diagonal = std::exchange(row[i], std::min({row[i] + 1, row[i - 1] + 1, changed}));
-        }
-    }
-    return row.back();
 }
 
 bool isCommand(const CLI::App &app, std::string_view name)

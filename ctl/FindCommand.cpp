@@ -11,7 +11,7 @@
 #include "indexing/SearchBaseLogger.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/linux/bus/BusRunningInstance.h"
-#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/BoundedFolders.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
@@ -106,7 +106,7 @@ std::vector<FuzzyMatchResult> FindCommand::crawlAndSearch(bool &failed) const
     ReadOnlySettings settings(user);
     const StatxFolderIdentity disk;
     BoundedCalls diskCalls({.diskOf = remoteDiskOf});
-    const PatientFolderIdentity identity(disk, diskCalls);
+    const BoundedFolderIdentity identity(disk, diskCalls);
     SearchBaseFinder finder(settings, identity, stderr);
 
     // The store says on standard error what is wrong with the settings. Other folders than those

@@ -9,7 +9,7 @@
 #include "ctl/ReadableFolders.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
-#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/BoundedFolders.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
@@ -52,14 +52,14 @@ int WatchCommand::run(Output &output) const
     ReadOnlySettings settings(user);
     const StatxFolderIdentity disk;
     BoundedCalls diskCalls({.diskOf = remoteDiskOf});
-    const PatientFolderIdentity identity(disk, diskCalls);
+    const BoundedFolderIdentity identity(disk, diskCalls);
     SearchBaseFinder finder(settings, identity, stderr);
     bool failed = false;
     settings.includeOnly(readableFolders(folders, identity, failed));
 
     FuzzyMatch matcher(nullptr);
     PosixFolderLister folderLister;
-    PatientFolderLister lister(folderLister, diskCalls);
+    BoundedFolderLister lister(folderLister, diskCalls);
     SearchBaseLogger logger(settings, stderr);
     InlineTaskQueue mainQueue;
     SerialTaskQueue eventQueue("org.quillon.Quillon.sbw-fs-events");

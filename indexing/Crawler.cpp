@@ -36,7 +36,7 @@ CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> 
                            CrawlSink &sink, const Progress &progress, const std::stop_token &stop)
 {
     const std::string path(withoutTrailingSlashes(root));
-    if (isPackageName(path.substr(path.rfind('/') + 1))) {
+    if (isPackageName(lastComponent(path))) {
         sink.root(path);
         return {.outcome = CrawlResult::Outcome::packageOrMissing, .error = {}};
     }

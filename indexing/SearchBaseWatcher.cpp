@@ -1,5 +1,6 @@
 #include "indexing/SearchBaseWatcher.h"
 
+#include "base/PathText.h"
 #include "indexing/SearchBaseIgnorePaths.h"
 
 #include <algorithm>
@@ -99,7 +100,7 @@ void SearchBaseWatcher::received(const RillFSEventsEvent &event,
     // Patterns are for folders: a file is skipped with the folder that it is in.
     std::string_view folder = event.path;
     if (event.flag && (event.flag->rawValue & RillFSEventsEventFlags::ITEM_IS_FILE) != 0)
-        folder = folder.substr(0, std::max<std::size_t>(folder.rfind('/'), 1));
+        folder = parentFolder(folder);
     // An include folder is indexed whatever its path.
     const bool isRoot = std::ranges::binary_search(roots, folder, std::less<>());
     if (!isRoot && searchBaseIgnorePaths_.shouldSkipPath(folder))

@@ -1,10 +1,11 @@
 #include "launcher/ApplicationNames.h"
 
+#include "base/EditDistance.h"
+
 #include <QString>
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 #include <utility>
 
 namespace quillon {
@@ -48,31 +49,16 @@ constexpr std::array<NameOf, 7> NAMES{
     [](const Application &a) -> std::string_view { return a.genericName; },
 };
 
-/// How many letters have to be put in, left out or changed to make one text of the other.
-int editDistance(const QString &one, const QString &other)
-{
-    std::vector<int> row(static_cast<std::size_t>(other.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (const QChar letter : one) {
-        int diagonal = std::exchange(row[0], row[0] + 1);
-        for (std::size_t i = 1; i < row.size(); ++i) {
-            const int changed = diagonal + (letter != other[static_cast<qsizetype>(i) - 1]);
-            diagonal = std::exchange(row[i], std::min({row[i] + 1, row[i - 1] + 1, changed}));
-        }
-    }
-    return row.back();
-}
-
 /// Returns how far the typed text is from the name. Absent when more than a third of it is wrong
 /// and neither text is a part of the other.
-std::optional<int> distance(const QString &typed, const QString &name)
+std::optional<std::size_t> distance(const QString &typed, const QString &name)
 {
     if (name.isEmpty())
         return std::nullopt;
     if (name.contains(typed) || (name.size() >= SHORTEST_PART && typed.contains(name)))
         return 0;
-    const int edits = editDistance(typed, name);
-    if (edits > std::max(typed.size(), name.size()) / 3)
+    const std::size_t edits = editDistance(typed, name);
+    if (edits > static_cast<std::size_t>(std::max(typed.size(), name.size())) / 3)
         return std::nullopt;
     return edits;
 }
@@ -102,11 +88,11 @@ std::vector<std::string> nearestNames(std::string_view name,
                                       std::span<const Application> applications)
 {
     const QString typed = folded(name);
-    std::vector<std::pair<int, std::string>> near;
+    std::vector<std::pair<std::size_t, std::string>> near;
     for (const Application &application : applications) {
         if (!application.isShown || typed.isEmpty())
             continue;
-        std::optional<int> nearest;
+        std::optional<std::size_t> nearest;
         for (const std::string_view each :
              {std::string_view(application.name), std::string_view(application.executable)}) {
             const auto edits = distance(typed, folded(each));

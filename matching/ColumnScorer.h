@@ -24,7 +24,6 @@ public:
     /// The query has 1 to scoring::MAX_LENGTH bytes.
     explicit ColumnScorer(std::string_view query);
 
-    std::size_t rows() const { return rows_; }
     /// Returns the state of the empty text.
     State initialState() const;
     /// Carries the state of a text over the bytes that follow. The text has position bytes, and

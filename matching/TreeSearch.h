@@ -59,7 +59,6 @@ private:
 
     void begin() REQUIRES_SHARED(index_.lock);
     void scoreUsedTexts() REQUIRES_SHARED(index_.lock);
-    double scoreAlone(NodeId node, std::string_view text) const;
     std::vector<std::jthread> startHelpers(unsigned threads);
     void runWorker() EXCLUDES(index_.lock);
     std::vector<Match> finish() REQUIRES_SHARED(index_.lock);

@@ -29,12 +29,6 @@ struct Bookmark
     std::optional<FolderId> id;
 };
 
-std::string parentOf(const std::string &path)
-{
-    const auto slash = path.rfind('/');
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
 /// Takes a number and the blank behind it off the text.
 template <typename Number>
 bool takeNumber(std::string_view &text, Number &number)
@@ -202,7 +196,7 @@ Bookmarks::Location Bookmarks::locate(const std::string &data) const
     Location location{.path = bookmark->path, .presence = folders_.presence(bookmark->path)};
     if (location.presence != FolderPresence::away || !bookmark->id)
         return location;
-    if (auto renamed = folders_.find(parentOf(bookmark->path), *bookmark->id)) {
+    if (auto renamed = folders_.find(std::string(parentFolder(bookmark->path)), *bookmark->id)) {
         location.presence = folders_.presence(*renamed);
         location.path = std::move(*renamed);
         location.isStale = true;

@@ -11,11 +11,11 @@ namespace quillon {
 
 namespace {
 
-/// The last component of a path as a person reads it.
+/// Returns the last component of a path as a person reads it.
 QString nameOf(std::string_view path)
 {
     path = withoutTrailingSlashes(path);
-    return displayText(path == "/" ? path : path.substr(path.rfind('/') + 1));
+    return displayText(path == "/" ? path : lastComponent(path));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "app/widgets/IncludeFolders.h"
 
 #include "app/widgets/WriteFault.h"
+#include "base/PathText.h"
 #include "base/TaskQueue.h"
 #include "indexing/NameKinds.h"
 #include "indexing/SearchBaseFinder.h"
@@ -24,11 +25,6 @@ namespace {
 QString drawn(const std::string &path)
 {
     return QString::fromStdString(path);
-}
-
-std::string_view nameOf(std::string_view path)
-{
-    return path.substr(path.rfind('/') + 1);
 }
 
 } // namespace
@@ -77,7 +73,7 @@ QString IncludeFolders::fault(const std::string &path, const std::vector<std::st
         return tr("“%1” is no folder.").arg(drawn(path));
     if (presence != FolderPresence::there)
         return tr("“%1” cannot be read, so it cannot be searched.").arg(drawn(path));
-    if (isPackageName(nameOf(path)))
+    if (isPackageName(lastComponent(path)))
         return tr("“%1” counts as a single item: nothing in it would be found.").arg(drawn(path));
     const auto around = std::ranges::find_if(
         listed, [&](const std::string &folder) { return isSearchedAsPartOf(folder, path, rules); });

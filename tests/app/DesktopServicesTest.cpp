@@ -1,8 +1,8 @@
 #include "platform/linux/applications/GioWorkspace.h"
 #include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/BusRunningInstance.h"
+#include "platform/linux/session/BoundedOutput.h"
 #include "platform/linux/session/BusRemoteControl.h"
-#include "platform/linux/session/PatientOutput.h"
 #include "platform/linux/session/PortalAppearance.h"
 #include "platform/linux/session/QtTaskQueues.h"
 #include "tests/support/TemporaryFolder.h"
@@ -260,12 +260,12 @@ TEST(GioWorkspace, opensLinksWithTheApplicationForTheirKind)
         EXPECT_FALSE(workspace.openLink(other)) << other;
 }
 
-TEST(PatientOutput, neverWaitsForWhoReads)
+TEST(BoundedOutput, neverWaitsForWhoReads)
 {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     {
-        const PatientOutput output(ends[1]);
+        const BoundedOutput output(ends[1]);
         std::printf("first line\n");
         std::array<char, 11> line{};
         ASSERT_EQ(read(ends[0], line.data(), line.size()), 11);

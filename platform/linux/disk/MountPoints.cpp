@@ -59,14 +59,6 @@ std::vector<Mount> parseMounts(const std::string &mountInfo)
     return mounts;
 }
 
-std::vector<std::string> parseMountPoints(const std::string &mountInfo)
-{
-    std::vector<std::string> points;
-    for (Mount &mount : parseMounts(mountInfo))
-        points.push_back(std::move(mount.point));
-    return points;
-}
-
 std::optional<std::vector<Mount>> mounts()
 {
     std::ifstream file("/proc/self/mountinfo", std::ios::binary);

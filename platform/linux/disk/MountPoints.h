@@ -25,7 +25,4 @@ std::vector<Mount> parseMounts(const std::string &mountInfo);
 /// tell.
 std::optional<std::vector<std::string>> mountPoints();
 
-/// The mount points in the text of /proc/self/mountinfo. Lines that make no sense are left out.
-std::vector<std::string> parseMountPoints(const std::string &mountInfo);
-
 } // namespace quillon

@@ -1,5 +1,6 @@
 #include "platform/linux/disk/MountTable.h"
 
+#include "base/PathText.h"
 #include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/disk/LongPath.h"
 
@@ -35,7 +36,7 @@ std::optional<std::vector<std::string>> MountTable::reload()
     names_.clear();
     for (const Mount &mount : mounts_) {
         types_.insert_or_assign(mount.point, mount.type);
-        names_.insert(mount.point.substr(mount.point.rfind('/') + 1));
+        names_.emplace(lastComponent(mount.point));
     }
     std::vector<std::string> changed;
     for (const auto &[point, count] : after)
@@ -70,7 +71,7 @@ std::optional<MountTable::Border> MountTable::borderAt(const std::string &folder
 
 bool MountTable::isRemote(std::string_view path) const
 {
-    for (std::string above(path);; above.resize(std::max<std::size_t>(above.rfind('/'), 1))) {
+    for (std::string above(path);; above.resize(parentFolder(above).size())) {
         if (const auto found = types_.find(above); found != types_.end())
             return isRemote_(found->second);
         if (above.size() <= 1)

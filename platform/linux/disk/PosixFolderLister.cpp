@@ -1,5 +1,6 @@
 #include "platform/linux/disk/PosixFolderLister.h"
 
+#include "base/PathText.h"
 #include "platform/linux/disk/DirectoryRecords.h"
 #include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/disk/LongPath.h"
@@ -55,7 +56,7 @@ public:
         if (!points)
             return;
         for (const std::string &point : *points)
-            names_.insert(point.substr(point.rfind('/') + 1));
+            names_.emplace(lastComponent(point));
     }
     bool mayBeMountPoint(const std::string &name) const { return !known_ || names_.contains(name); }
 

@@ -1,7 +1,7 @@
 #include "platform/linux/filemanagers/DesktopFileManager.h"
 
 #include "platform/linux/applications/Applications.h"
-#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/BoundedFolders.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/filemanagers/FolderItems.h"
 

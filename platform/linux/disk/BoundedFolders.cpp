@@ -1,5 +1,6 @@
-#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/BoundedFolders.h"
 
+#include "base/PathText.h"
 #include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/disk/MountPoints.h"
 
@@ -7,16 +8,6 @@
 #include <vector>
 
 namespace quillon {
-
-namespace {
-
-bool isAtOrBelow(std::string_view path, std::string_view folder)
-{
-    return path.starts_with(folder) &&
-           (path.size() == folder.size() || folder == "/" || path[folder.size()] == '/');
-}
-
-} // namespace
 
 std::string remoteDiskOf(const std::string &path)
 {
@@ -27,21 +18,21 @@ std::string remoteDiskOf(const std::string &path)
     return isRemoteFileSystem(nearest.type) ? nearest.point : path;
 }
 
-FolderPresence PatientFolderIdentity::presence(const std::string &path) const
+FolderPresence BoundedFolderIdentity::presence(const std::string &path) const
 {
     return calls_
         .run(path, patience_, [&folders = folders_, path] { return folders.presence(path); })
         .value_or(FolderPresence::unanswered);
 }
 
-std::optional<FolderId> PatientFolderIdentity::identify(const std::string &path) const
+std::optional<FolderId> BoundedFolderIdentity::identify(const std::string &path) const
 {
     return calls_
         .run(path, patience_, [&folders = folders_, path] { return folders.identify(path); })
         .value_or(std::nullopt);
 }
 
-std::optional<std::string> PatientFolderIdentity::find(const std::string &parent,
+std::optional<std::string> BoundedFolderIdentity::find(const std::string &parent,
                                                        const FolderId &id) const
 {
     return calls_
@@ -50,7 +41,7 @@ std::optional<std::string> PatientFolderIdentity::find(const std::string &parent
         .value_or(std::nullopt);
 }
 
-FolderLister::Kind PatientFolderLister::kind(const std::string &path)
+FolderLister::Kind BoundedFolderLister::kind(const std::string &path)
 {
     return calls_.run(path, patience_, [&folders = folders_, path] { return folders.kind(path); })
         .value_or(Kind::unknown);

@@ -1,20 +1,20 @@
-#include "platform/linux/applications/PatientWorkspace.h"
+#include "platform/linux/applications/BoundedWorkspace.h"
 
 namespace quillon {
 
-bool PatientWorkspace::open(const std::string &path)
+bool BoundedWorkspace::open(const std::string &path)
 {
     return calls_
         .run(path, patience_, [&workspace = workspace_, path] { return workspace.open(path); })
         .value_or(false);
 }
 
-bool PatientWorkspace::openLink(const std::string &address)
+bool BoundedWorkspace::openLink(const std::string &address)
 {
     return workspace_.openLink(address);
 }
 
-std::string PatientWorkspace::applicationToOpen(const std::string &path) const
+std::string BoundedWorkspace::applicationToOpen(const std::string &path) const
 {
     return calls_
         .run(path, patience_,
@@ -22,21 +22,21 @@ std::string PatientWorkspace::applicationToOpen(const std::string &path) const
         .value_or("");
 }
 
-std::vector<std::string> PatientWorkspace::iconNames(const std::string &path) const
+std::vector<std::string> BoundedWorkspace::iconNames(const std::string &path) const
 {
     return calls_
         .run(path, patience_, [&workspace = workspace_, path] { return workspace.iconNames(path); })
         .value_or(std::vector<std::string>());
 }
 
-bool PatientWorkspace::isFolder(const std::string &path) const
+bool BoundedWorkspace::isFolder(const std::string &path) const
 {
     return calls_
         .run(path, patience_, [&workspace = workspace_, path] { return workspace.isFolder(path); })
         .value_or(false);
 }
 
-std::string PatientWorkspace::resolvingSymlinks(const std::string &path) const
+std::string BoundedWorkspace::resolvingSymlinks(const std::string &path) const
 {
     return calls_
         .run(path, patience_,

@@ -1,4 +1,4 @@
-#include "platform/linux/session/PatientOutput.h"
+#include "platform/linux/session/BoundedOutput.h"
 
 #include "base/Mutex.h"
 #include "platform/linux/bus/Deadline.h"
@@ -35,7 +35,7 @@ void writeAll(int descriptor, const std::string &bytes)
 
 } // namespace
 
-struct PatientOutput::Lines
+struct BoundedOutput::Lines
 {
     explicit Lines(int of) : descriptor(of) {}
 
@@ -47,7 +47,7 @@ struct PatientOutput::Lines
     bool isEnding GUARDED_BY(mutex) = false;
 };
 
-PatientOutput::PatientOutput(int descriptor) : lines_(new Lines(descriptor)), former_(stdout)
+BoundedOutput::BoundedOutput(int descriptor) : lines_(new Lines(descriptor)), former_(stdout)
 {
     cookie_io_functions_t functions{};
     functions.write = take;
@@ -66,7 +66,7 @@ PatientOutput::PatientOutput(int descriptor) : lines_(new Lines(descriptor)), fo
     stdout = stream_;
 }
 
-PatientOutput::~PatientOutput()
+BoundedOutput::~BoundedOutput()
 {
     if (!stream_)
         return;
@@ -80,7 +80,7 @@ PatientOutput::~PatientOutput()
         lines_->changed.waitFor(lines_->mutex, deadline.remaining());
 }
 
-ssize_t PatientOutput::take(void *lines, const char *bytes, std::size_t count)
+ssize_t BoundedOutput::take(void *lines, const char *bytes, std::size_t count)
 {
     auto &all = *static_cast<Lines *>(lines);
     const MutexLock lock(all.mutex);
@@ -90,7 +90,7 @@ ssize_t PatientOutput::take(void *lines, const char *bytes, std::size_t count)
     return static_cast<ssize_t>(count);
 }
 
-void PatientOutput::carryOn(Lines &lines)
+void BoundedOutput::carryOn(Lines &lines)
 {
     // The program does not end because its reader has gone.
     sigset_t ignored;

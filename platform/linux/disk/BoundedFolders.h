@@ -6,22 +6,22 @@
 
 namespace quillon {
 
-/// How long a folder may take to say whether it is there. A disk that sleeps may need longer: then
-/// its folders count as unanswered, and whoever wants them asks again later.
+/// A folder may take this long to say whether it is there. A disk that sleeps may need longer: then
+/// its folders count as unanswered, and the caller asks again later.
 inline constexpr std::chrono::seconds PRESENCE_PATIENCE{2};
-/// How long a file system may take to say what stands at one path.
+/// A file system may take this long to say what is at one path.
 inline constexpr std::chrono::seconds KIND_PATIENCE{5};
 
 /// Returns the mount point of the remote file system that a path is on, by the path as it is
 /// written; the path itself where that is on a local one. Asks no file system.
 std::string remoteDiskOf(const std::string &path);
 
-/// Asks another one, which outlives also the calls that are waited for no more. A folder of a file
-/// system that does not answer in time is unanswered.
-class PatientFolderIdentity final : public FolderIdentity
+/// Asks another FolderIdentity for a limited time. A folder whose file system does not answer in
+/// time is unanswered. The other object outlives even the calls that have been given up.
+class BoundedFolderIdentity final : public FolderIdentity
 {
 public:
-    PatientFolderIdentity(const FolderIdentity &folders, BoundedCalls &calls,
+    BoundedFolderIdentity(const FolderIdentity &folders, BoundedCalls &calls,
                           std::chrono::milliseconds patience = PRESENCE_PATIENCE)
         : folders_(folders), calls_(calls), patience_(patience)
     {}
@@ -36,12 +36,12 @@ private:
     const std::chrono::milliseconds patience_;
 };
 
-/// The same for kind(), which then answers that nothing is known. Opening and reading take as long
-/// as they do with the other one: a crawl looks after itself.
-class PatientFolderLister final : public FolderLister
+/// Asks another FolderLister for a limited time what is at a path; where that does not answer, the
+/// kind is unknown. Opening and reading have no limit, since a crawl has its own for them.
+class BoundedFolderLister final : public FolderLister
 {
 public:
-    PatientFolderLister(FolderLister &folders, BoundedCalls &calls,
+    BoundedFolderLister(FolderLister &folders, BoundedCalls &calls,
                         std::chrono::milliseconds patience = KIND_PATIENCE)
         : folders_(folders), calls_(calls), patience_(patience)
     {}

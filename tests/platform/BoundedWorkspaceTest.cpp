@@ -1,4 +1,4 @@
-#include "platform/linux/applications/PatientWorkspace.h"
+#include "platform/linux/applications/BoundedWorkspace.h"
 
 #include <gmock/gmock.h>
 
@@ -56,11 +56,11 @@ private:
     mutable std::counting_semaphore<> ended_{0};
 };
 
-TEST(PatientWorkspace, handsOnWhatIsAsked)
+TEST(BoundedWorkspace, handsOnWhatIsAsked)
 {
     Workspaces workspaces;
     BoundedCalls calls;
-    PatientWorkspace patient(workspaces, calls, 60s);
+    BoundedWorkspace patient(workspaces, calls, 60s);
     EXPECT_TRUE(patient.open("/here"));
     EXPECT_TRUE(patient.openLink("https://here"));
     EXPECT_FALSE(patient.openLink("https://there"));
@@ -70,12 +70,12 @@ TEST(PatientWorkspace, handsOnWhatIsAsked)
     EXPECT_EQ(patient.resolvingSymlinks("/here"), "/target/here");
 }
 
-TEST(PatientWorkspace, takesWhatDoesNotAnswerForGone)
+TEST(BoundedWorkspace, takesWhatDoesNotAnswerForGone)
 {
     Workspaces workspaces;
     {
         BoundedCalls calls({.silence = 0ms});
-        PatientWorkspace impatient(workspaces, calls, 20ms);
+        BoundedWorkspace impatient(workspaces, calls, 20ms);
         EXPECT_FALSE(impatient.open("/dead/a"));
         EXPECT_EQ(impatient.applicationToOpen("/dead/a"), "");
         EXPECT_THAT(impatient.iconNames("/dead/a"), IsEmpty());

@@ -1,4 +1,4 @@
-#include "platform/linux/disk/PatientFolders.h"
+#include "platform/linux/disk/BoundedFolders.h"
 
 #include "tests/support/WithoutThreads.h"
 
@@ -119,14 +119,14 @@ public:
     std::binary_semaphore left{0};
 };
 
-TEST(PatientFolderLister, knowsNothingOfAFolderThatDoesNotAnswer)
+TEST(BoundedFolderLister, knowsNothingOfAFolderThatDoesNotAnswer)
 {
     HangingLister folders;
     BoundedCalls calls;
-    PatientFolderLister patient(folders, calls, 60s);
+    BoundedFolderLister patient(folders, calls, 60s);
     EXPECT_EQ(patient.kind("/here"), FolderLister::Kind::folder);
     EXPECT_EQ(patient.kind("/gone"), FolderLister::Kind::nothing);
-    PatientFolderLister impatient(folders, calls, 20ms);
+    BoundedFolderLister impatient(folders, calls, 20ms);
     EXPECT_EQ(impatient.kind("/dead"), FolderLister::Kind::unknown);
     folders.released.release();
     folders.left.acquire();

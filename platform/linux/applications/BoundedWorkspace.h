@@ -5,12 +5,12 @@
 
 namespace quillon {
 
-/// Asks another one, which outlives also the calls that are waited for no more. An item of a file
-/// system that does not answer in time counts as one that is gone.
-class PatientWorkspace final : public Workspace
+/// Asks another Workspace for a limited time. An item whose file system does not answer in time
+/// counts as gone. The other object outlives even the calls that have been given up.
+class BoundedWorkspace final : public Workspace
 {
 public:
-    PatientWorkspace(Workspace &workspace, BoundedCalls &calls, std::chrono::milliseconds patience)
+    BoundedWorkspace(Workspace &workspace, BoundedCalls &calls, std::chrono::milliseconds patience)
         : workspace_(workspace), calls_(calls), patience_(patience)
     {}
 

@@ -10,15 +10,15 @@ namespace quillon {
 /// Lets the program write to standard output without waiting for the reader. While this lives,
 /// stdout is a stream whose lines a thread passes on. Lines that the reader leaves beyond a limit
 /// are lost. There is at most one object at a time, and other threads write only while it lives.
-class PatientOutput
+class BoundedOutput
 {
 public:
     /// The descriptor stays open as long as the process lives.
-    explicit PatientOutput(int descriptor);
+    explicit BoundedOutput(int descriptor);
     /// Waits a moment for the lines that are left, and gives stdout its former meaning back.
-    ~PatientOutput();
-    PatientOutput(const PatientOutput &) = delete;
-    PatientOutput &operator=(const PatientOutput &) = delete;
+    ~BoundedOutput();
+    BoundedOutput(const BoundedOutput &) = delete;
+    BoundedOutput &operator=(const BoundedOutput &) = delete;
 
 private:
     /// Holds the lines that wait, and is shared with a thread that may hang for ever.
