@@ -3,11 +3,14 @@
 #include "platform/linux/disk/MountPoints.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <QByteArray>
 #include <QScopeGuard>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 namespace quillon {
 
