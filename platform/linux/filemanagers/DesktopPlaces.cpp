@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <set>
 #include <string_view>
 
 namespace quillon {
@@ -72,14 +73,12 @@ std::vector<std::string> DesktopPlaces::mountedDisks() const
 
 std::vector<std::string> DesktopPlaces::disksAmong(const std::vector<Mount> &mounts)
 {
-    std::vector<std::string> disks;
+    std::set<std::string> disks;
     for (const Mount &mount : mounts) {
         if (isDisk(mount))
-            disks.push_back(mount.point);
+            disks.insert(mount.point);
     }
-    std::ranges::sort(disks);
-    disks.erase(std::ranges::unique(disks).begin(), disks.end());
-    return disks;
+    return {disks.begin(), disks.end()};
 }
 
 } // namespace quillon
