@@ -102,6 +102,7 @@ IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths chang
 
 void IndexUpdate::crawled(const CrawlResult &result)
 {
+    notListed_ = result.notListed;
     if (result.error == std::errc::timed_out)
         kind_ = Kind::unknown;
     else if (result.error || result.outcome == CrawlResult::Outcome::packageOrMissing)
@@ -124,6 +125,9 @@ std::vector<std::string> IndexUpdate::unanswered() const
     for (const Changed &changed : changed_)
         if (isAnyUnanswered_ || changed.kind == Kind::unknown)
             paths.push_back(changed.path);
+    for (const std::string &path : notListed_)
+        if (std::ranges::find(paths, path) == paths.end())
+            paths.push_back(path);
     return paths;
 }
 

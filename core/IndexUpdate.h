@@ -81,7 +81,7 @@ public:
     void log(const std::function<void(std::span<const std::string> lines)> &receive) const
         EXCLUDES(paths_.lock());
     /// Returns the changed paths for which, or for something below which, a file system did not
-    /// answer.
+    /// answer, and the folders below them that could not be listed.
     std::vector<std::string> unanswered() const;
     /// These say how long the insertion took and how many operations it was.
     std::chrono::duration<double> insertionTime() const { return insertionTime_; }
@@ -148,6 +148,7 @@ private:
     Kind kind_;
     /// True when something below a changed path did not answer.
     bool isAnyUnanswered_ = false;
+    std::vector<std::string> notListed_;
     FoundNodes found_;
     std::vector<Unfound> unfound_;
     /// The nodes of the include folders below the changed paths.

@@ -265,11 +265,21 @@ void CrawlTeam::setKind(std::size_t number, FolderLister::Kind kind)
     result_.kinds[number] = kind;
 }
 
-void CrawlTeam::notListed(const std::string &path, const std::error_code &error)
+void CrawlTeam::notOpened(const std::string &path, const std::error_code &error)
 {
     const MutexLock lock(mutex_);
-    if (error != std::errc::permission_denied)
-        forgetKind(path);
+    if (error == std::errc::permission_denied)
+        return;
+    forgetKind(path);
+    if (error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory)
+        result_.notListed.push_back(path);
+}
+
+void CrawlTeam::notRead(const std::string &path)
+{
+    const MutexLock lock(mutex_);
+    forgetKind(path);
+    result_.notListed.push_back(path);
 }
 
 void CrawlTeam::forgetKind(const std::string &path)
@@ -287,6 +297,8 @@ void CrawlTeam::forgetKind(const std::string &path)
 
 void CrawlTeam::rootFailed(const std::error_code &error)
 {
+    if (!task_.names)
+        notOpened(task_.rootPath, error);
     const MutexLock lock(mutex_);
     fail(error);
 }

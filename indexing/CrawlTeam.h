@@ -57,7 +57,9 @@ public:
     /// Takes note of what stands at the name with this number.
     void setKind(std::size_t number, FolderLister::Kind kind) EXCLUDES(mutex_);
     /// Takes note that the folder was not listed to its end.
-    void notListed(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
+    /// Takes note of a folder that could not be opened, or that could not be read to its end.
+    void notOpened(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
+    void notRead(const std::string &path) EXCLUDES(mutex_);
     void rootFailed(const std::error_code &error) EXCLUDES(mutex_);
     /// Returns once the worker has got something to visit; false when the crawl is over.
     bool waitForWork(CrawlWorker &worker) EXCLUDES(mutex_);

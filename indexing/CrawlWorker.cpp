@@ -114,7 +114,7 @@ bool CrawlWorker::visitRoot()
     if (!(task.names ? lookAtNames(*folder, root) : readEntries(*folder, root, error)))
         return false;
     if (error)
-        report(root, error);
+        report(root, error, true);
     if (handOver(root))
         goInto(root, std::move(folder));
     return true;
@@ -140,7 +140,7 @@ bool CrawlWorker::visit(CrawlItem &item)
     if (folder && !readEntries(*folder, item, error))
         return false;
     if (error)
-        report(item, error);
+        report(item, error, folder != nullptr);
     if (folder && handOver(item))
         goInto(item, std::move(folder));
     return true;
@@ -323,14 +323,17 @@ void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder
         team_.workAppeared();
 }
 
-void CrawlWorker::report(const CrawlItem &item, const std::error_code &error)
+void CrawlWorker::report(const CrawlItem &item, const std::error_code &error, bool isOpen)
 {
     ++counts_.errors;
     giveUpListing();
-    if (team_.task().names)
-        team_.notListed(item.path(), error);
+    const std::string path = item.path();
+    if (isOpen)
+        team_.notRead(path.empty() ? "/" : path);
+    else
+        team_.notOpened(path, error);
     if (team_.task().reportsProgress)
-        team_.addError(item.path(), error);
+        team_.addError(path, error);
 }
 
 } // namespace quillon

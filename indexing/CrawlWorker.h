@@ -99,7 +99,7 @@ private:
     void store(const FolderEntry &entry, SkipRules::State state);
     bool handOver(const CrawlItem &item);
     void goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder) EXCLUDES(mutex_);
-    void report(const CrawlItem &item, const std::error_code &error);
+    void report(const CrawlItem &item, const std::error_code &error, bool isOpen);
 
     CrawlTeam &team_;
     std::atomic<std::uint64_t> activity_ = WORKING;

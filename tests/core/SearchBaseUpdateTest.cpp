@@ -419,6 +419,20 @@ TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
     EXPECT_THAT(base.indexed(), ElementsAre("/a", "/a/mount", "/a/new", "/a/new/z", "/a/old"));
 }
 
+TEST(SearchBaseUpdate, returnsTheFoldersThatCouldNotBeListed)
+{
+    FakeBase base;
+    base.lister.add("/a/b/c");
+    for (const std::string broken : {"/a", "/a/b"}) {
+        base.lister.broken = {broken};
+        EXPECT_THAT(base.searchBase.update(std::vector<std::string>{"/a"}), ElementsAre(broken));
+    }
+    EXPECT_THAT(base.indexed(), ElementsAre("/a", "/a/b"));
+    base.lister.broken.clear();
+    EXPECT_THAT(base.searchBase.update(std::vector<std::string>{"/a/b"}), IsEmpty());
+    EXPECT_THAT(base.indexed(), ElementsAre("/a", "/a/b", "/a/b/c"));
+}
+
 TEST(SearchBaseUpdate, takesTheWholeFileSystemAndNoPathWithoutASlash)
 {
     FakeBase base;

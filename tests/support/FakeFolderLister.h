@@ -55,6 +55,8 @@ public:
     std::set<std::string> unanswered;
     /// Folders that do not answer when they are opened.
     std::set<std::string> silent;
+    /// Folders that are opened and cannot be read.
+    std::set<std::string> broken;
     /// Called with each path to open, by the crawl's threads.
     std::function<void(const std::string &path)> onOpen;
     /// Called with each path when it is read for the first time, by the crawl's threads.
@@ -68,9 +70,13 @@ private:
             : lister_(lister), path_(std::move(path)), names_(names)
         {}
 
-        bool read(FolderBatch &batch, std::error_code &) override
+        bool read(FolderBatch &batch, std::error_code &error) override
         {
             batch.entries.clear();
+            if (lister_.broken.contains(path_)) {
+                error = std::make_error_code(std::errc::io_error);
+                return false;
+            }
             if (std::exchange(isRead_, true))
                 return false;
             if (lister_.onRead)
