@@ -28,10 +28,13 @@ constexpr std::size_t RESULT_LIMIT = 25;
 constexpr std::size_t GO_TO_PATH_LIMIT = 24;
 constexpr std::size_t MOST_ACCESSED_COUNT = 10;
 constexpr std::chrono::duration<double> LONG_UPDATE_THRESHOLD(1.0);
-/// A path that a file system did not answer for is looked at again after this time, then after
+/// A path that a file system did not answer for is asked about again after this time, then after
 /// twice as long each time, up to the longest.
-constexpr std::chrono::minutes FIRST_ASK_AGAIN_DELAY{1};
-constexpr std::chrono::minutes LONGEST_ASK_AGAIN_DELAY{64};
+constexpr std::chrono::milliseconds FIRST_ASK_AGAIN_DELAY{1'000};
+constexpr std::chrono::milliseconds LONGEST_ASK_AGAIN_DELAY{3'600'000};
+/// An update that waits for a disk holds up the updates of others. So the next one of its paths
+/// waits for so many times as long as this one took.
+constexpr int REST_AFTER_UPDATE = 3;
 /// Bytes of a dump between two times that writers get in.
 constexpr std::size_t DUMP_PIECE = std::size_t{64} * 1024;
 
@@ -98,13 +101,17 @@ public:
 
 private:
     void updateAndAskAgain(const std::vector<std::string> &paths, const std::stop_token &stop,
-                           std::chrono::minutes delay)
+                           std::chrono::milliseconds delay)
     {
+        const auto begin = std::chrono::steady_clock::now();
         std::vector<std::string> unanswered = searchBase_.update(paths, stop);
         if (unanswered.empty() || stop.stop_requested())
             return;
+        const auto took =
+            std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
         searchBase_.services_.watching->eventQueue.postDelayed(
-            delay, [this, delay, paths = std::move(unanswered), stop] {
+            std::max(delay, REST_AFTER_UPDATE * took),
+            [this, delay, paths = std::move(unanswered), stop] {
                 if (!stop.stop_requested())
                     updateAndAskAgain(paths, stop, std::min(2 * delay, LONGEST_ASK_AGAIN_DELAY));
             });
