@@ -53,7 +53,7 @@ public:
         std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
         /// Absent, the index is as fresh as its last build.
         std::optional<SearchBaseWatcher::Services> watching = std::nullopt;
-        /// Told of each path that the watcher reports, on its event queue, before the update.
+        /// Called with each path that the watcher reports, on its event queue, before the update.
         std::function<void(const std::string &path)> onReport = nullptr;
     };
 
@@ -83,8 +83,9 @@ public:
     /// in one task of the main queue. Changes nothing when that queue is closed, stop is requested
     /// before, or a reset or build begins meanwhile, nor for a path that does not begin with "/".
     void update(const std::string &path, const std::stop_token &stop = {});
-    /// The same for many paths, some hundred of one folder in each task. Returns the paths that a
-    /// file system did not answer for; these stay as they were.
+    /// Brings many paths up to date, some hundred of one folder in each task. Returns the paths for
+    /// which a file system did not answer. They stay as they were, except for folders that could be
+    /// listed in part.
     std::vector<std::string> update(std::span<const std::string> paths,
                                     const std::stop_token &stop = {});
     /// Forgets one path; what is below it stays.

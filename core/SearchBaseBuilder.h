@@ -15,7 +15,7 @@ class SearchBase;
 class SearchBaseFinder;
 class TaskQueue;
 
-/// Told on the main thread how the builds go.
+/// Is called on the main thread as builds go on.
 class SearchBaseBuildObserver
 {
 public:

@@ -84,7 +84,7 @@ public:
     /// Stores a path given in any form and lists it under its parent. Returns the node that its
     /// children go below.
     PathTree::NodeId add(std::string_view path) REQUIRES(index_.lock);
-    /// As add() for a name below what add() returned.
+    /// Adds a name below a node that add() returned.
     PathTree::NodeId add(PathTree::NodeId parent, std::string_view name) REQUIRES(index_.lock);
     void insert(std::span<const SearchBasePathsInsertionOperation> operations)
         REQUIRES(index_.lock);

@@ -25,7 +25,7 @@ struct CrawlItem
     std::string name;
     CrawlSink::Token token = 0;
     SkipRules::State state;
-    /// As CrawlFolder::armed(), once the folder has been opened.
+    /// What CrawlFolder::armed() returns, once the folder has been opened.
     FSEventArming::Folder armed = 0;
 
     /// The folder's own path, "" for "/".

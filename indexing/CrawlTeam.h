@@ -84,7 +84,7 @@ private:
         std::unique_ptr<CrawlWorker> worker;
         /// The worker's own thread; none when the thread that crawls does the work itself.
         std::thread thread = {};
-        /// As it was last seen, and since when.
+        /// The worker's activity when it last changed, and the time of that.
         std::uint64_t activity = 0;
         Clock::time_point since = {};
         bool isStalled = false;

@@ -86,7 +86,7 @@ public:
                       CrawlSink &sink, const Progress &progress = {},
                       const std::stop_token &stop = {});
 
-    /// The same for some names in a folder, as if these were all that it holds, hidden ones too.
+    /// Crawls only some names in a folder, as if the folder held nothing else. Hidden names count.
     CrawlResult crawlNames(const std::string &folder, std::vector<std::string> names,
                            const std::set<std::string> &includedExtensions, CrawlSink &sink,
                            const std::stop_token &stop = {});

@@ -14,7 +14,7 @@ namespace quillon {
 class DefaultsStore;
 class FolderIdentity;
 
-/// Told when a location was removed.
+/// Is called when a location was removed.
 class SearchBaseFinderDelegate
 {
 public:

@@ -23,7 +23,7 @@ public:
     /// Takes over the patterns and include folders in force now: the user's patterns before the
     /// built-in ones, the folders by path.
     void refresh();
-    /// The same with those that a build has taken.
+    /// Refreshes the rules from the locations that a build has taken.
     void refresh(const SearchLocations &locations);
 
     /// The test by a folder's path alone.

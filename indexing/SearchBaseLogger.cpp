@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-/// As in 2024-05-01T09:30:00Z.
+/// Returns the time in the form 2024-05-01T09:30:00Z.
 std::string internetTime(std::chrono::system_clock::time_point time)
 {
     const auto day = std::chrono::floor<std::chrono::days>(time);

@@ -34,7 +34,7 @@ public:
     /// Keeps the message behind the date and time, and echoes it when it must or when the setting
     /// "debug-log-fs-events" says so at this moment.
     void log(std::string_view message, bool forcePrint = false);
-    /// As one call for each message, at the cost of little more than one.
+    /// Does what one call for each message would do, at the cost of little more than one.
     void log(std::span<const std::string> messages, bool forcePrint = false);
     /// Writes a line to the output and keeps nothing.
     void print(std::string_view line) EXCLUDES(outputMutex_);

@@ -15,7 +15,7 @@ namespace quillon {
 
 class SearchBaseIgnorePaths;
 
-/// Told of changed folders.
+/// Receives the changed folders.
 class SearchBaseWatcherDelegate
 {
 public:

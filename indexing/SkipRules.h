@@ -54,7 +54,7 @@ public:
     {
         return isPattern(name) || (anyWithSlash_ && skipsPath(state, path));
     }
-    /// The same by the path alone.
+    /// Whether a folder is skipped because of its path, whatever its name.
     template <typename PathOf>
     bool skipsPath(State &state, const PathOf &path) const
     {

@@ -40,7 +40,7 @@ public:
     /// place another text may deserve that was passed over, or has exchanged the tree. The search
     /// is to be made again.
     bool hasLostMatches() const { return hasLostMatches_; }
-    /// As run() on this thread alone, and no writer is let in until the search has ended.
+    /// Runs on this thread alone and lets no writer in until the search has ended.
     std::vector<Match> runInOneGo();
 
 private:

@@ -126,8 +126,8 @@ public:
     /// Lets what has happened so far be delivered now instead of after the latency, in the folders
     /// that are not watched too.
     virtual void flushAsync() = 0;
-    /// The same; returns once it has been handed to the queue, or after two seconds as for file
-    /// systems that do not answer. Not called on that queue.
+    /// Does what flushAsync() does and returns once the events are in the queue. Returns after two
+    /// seconds where file systems do not answer. Must not be called on that queue.
     virtual void flushSync() = 0;
     /// Nothing at or below these paths is delivered from now on. False when they are too many.
     virtual bool setExclusionPaths(const std::vector<std::string> &paths) = 0;

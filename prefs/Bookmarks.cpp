@@ -77,7 +77,7 @@ std::string encode(const Bookmark &bookmark)
 /// Where bytes lead.
 struct Bookmarks::Location
 {
-    /// As in Resolved.
+    /// The path as in Resolved.
     std::string path;
     FolderPresence presence = FolderPresence::away;
     /// The folder has another name than the bytes say.

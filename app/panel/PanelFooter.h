@@ -33,8 +33,8 @@ public:
     explicit PanelFooter(QWidget *parent);
 
     void setPalette(const PanelPalette &palette);
-    /// As many as there is room for are shown, from the first on, and the one for the held keys.
-    /// Dots stand for the others.
+    /// Shows as many hints as there is room for, from the first on, and always the one for the held
+    /// keys. Dots stand for the others.
     void setHints(std::vector<Hint> hints);
     const std::vector<Hint> &hints() const { return hints_; }
     /// The hint for exactly these keys stands out; none does for no keys.

@@ -73,7 +73,7 @@ QMimeData *SearchResultsModel::mimeData(const QModelIndexList &indexes) const
         paths += (paths.isEmpty() ? "" : "\n") + path;
     }
     auto data = std::make_unique<QMimeData>();
-    // As bytes: a text of the toolkit's would lose those that are not UTF-8.
+    // The paths go out as bytes, since a text of the toolkit would lose what is not UTF-8.
     data->setData(URI_LIST, uris);
     data->setData(PLAIN_TEXT, paths);
     return data.release();

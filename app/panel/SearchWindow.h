@@ -55,7 +55,7 @@ private:
     std::uintptr_t previousWindow_ = 0;
     /// Since it was last brought up.
     QElapsedTimer presented_;
-    /// The same; only what it has had can be lost.
+    /// Whether the panel has had the keyboard since it was shown, so that it can lose the keyboard.
     bool hasHadKeyboard_ = false;
     /// Something is on its way from here to another window.
     bool isDraggedFrom_ = false;

@@ -37,7 +37,7 @@ private:
 
     RecentAccessScore &uses_;
     FormNote *note_ = nullptr;
-    /// Of the rows; any bytes.
+    /// The paths of the rows, which may hold any bytes.
     std::vector<std::string> paths_;
 };
 

@@ -18,7 +18,7 @@ struct ListedApplication
     QString target;
 };
 
-/// Those that the desktop's menus show, in the order of their titles.
+/// Returns the applications that the desktop's menus show, in the order of their titles.
 std::vector<ListedApplication> listedApplications(const std::vector<Application> &installed);
 
 } // namespace quillon

@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-/// Of the window's upper edge that has to be seen, so that it can be taken hold of.
+/// So much of the window's upper edge must be visible that the user can take hold of it.
 constexpr QSize GRIP{96, 24};
 
 /// The screen on which the window can be moved by its upper edge; null when there is none.

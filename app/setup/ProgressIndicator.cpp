@@ -13,7 +13,7 @@ namespace {
 constexpr int HEIGHT = 4;
 constexpr int STEPS = 60;
 constexpr int STEP_MILLISECONDS = 33;
-/// Of the bar's width.
+/// The moving piece takes this share of the bar's width.
 constexpr double PIECE = 0.3;
 
 } // namespace

@@ -13,8 +13,8 @@ namespace quillon {
 
 namespace {
 
-/// Of a "file:" address in the form of RFC 8089; empty for others. A QUrl would lose what is not
-/// UTF-8.
+/// Returns the path in a "file:" address as RFC 8089 has it; empty for other addresses. A QUrl
+/// would lose bytes that are not UTF-8.
 std::string localPath(const QByteArray &address)
 {
     constexpr std::string_view SCHEME = "file://";

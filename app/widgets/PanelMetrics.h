@@ -21,7 +21,8 @@ constexpr int ICON_LEFT = 20;
 constexpr int TEXT_LEFT = 56;
 constexpr int EDGE = 20;
 
-// Of forms.
+// These are the measures of forms.
+
 /// Around a pane or a sheet.
 constexpr int FORM_MARGIN = 28;
 /// Between a control and the line about it.
@@ -36,10 +37,10 @@ constexpr int FORM_TEXT = 400;
 /// At least, of fields, buttons and menus.
 constexpr int FORM_CONTROL_HEIGHT = 28;
 constexpr int FORM_CONTROL_CORNER = 6;
-/// Of buttons and menus that would otherwise be as narrow as their texts.
+/// Buttons and menus are at least this wide, even if their texts are narrower.
 constexpr int FORM_CONTROL = 220;
 
-/// Of controls that cannot be used now.
+/// Controls that cannot be used now are drawn with this opacity.
 constexpr double DISABLED_OPACITY = 0.5;
 
 /// A row is 40 high; fonts too large for that get the next multiple of 4 that holds them.

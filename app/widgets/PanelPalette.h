@@ -18,7 +18,7 @@ struct PanelPalette
     QColor hairline;
     /// Behind the name of a key.
     QColor keyCap;
-    /// Of a text that says what is wrong.
+    /// The colour of a text that says what is wrong.
     QColor fault;
 
     static PanelPalette light();

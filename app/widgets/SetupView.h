@@ -17,7 +17,7 @@ class SetupView : public QWidget
     Q_OBJECT
 
 public:
-    /// Of the column, in device-independent pixels.
+    /// The width of the column, in device-independent pixels.
     static constexpr int TEXT_WIDTH = 456;
     static constexpr int MARGIN = 32;
     /// Between parts that belong together, and between those that do not.

@@ -128,7 +128,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get(), PATIENCE));
     }
 
-    /// As with the arrow keys, from the item that is shown.
+    /// Chooses an item as the arrow keys do, from the item that is shown.
     static void choose(QComboBox &menu, int index)
     {
         menu.setFocus();

@@ -117,7 +117,7 @@ protected:
         field->selectAll();
         QTest::keyClicks(field, text);
     }
-    /// As if Return were pressed.
+    /// Does what Return does in the sheet.
     static void confirm(FormSheet &sheet) { sheet.confirmationButton().click(); }
     static std::string noteOf(const FormSheet &sheet)
     {

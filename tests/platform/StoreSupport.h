@@ -26,7 +26,7 @@ class StoreTest : public testing::Test
 protected:
     static constexpr std::string_view FILE = "config/quillon/quillon.json";
 
-    /// As a hand or another program leaves it: written in place.
+    /// Writes the file in place, as an editor or another program does.
     void writeByHand(std::string_view text) const { folder.writeFile(FILE, text); }
     std::string text() const { return folder.readFile(FILE); }
     ino_t inode() const { return SettingsFile(path).stamp().inode; }

@@ -219,7 +219,7 @@ public:
         stream_->flushSync();
         queue_.postAndWait([] {});
     }
-    /// The same where a flush is not waited for to its end, as on remote file systems.
+    /// Flushes until the index is current, since a flush does not wait for remote file systems.
     void flushUntilCurrent()
     {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
@@ -228,7 +228,7 @@ public:
         while (index->paths() != index->onDisk() && std::chrono::steady_clock::now() < end);
     }
     std::vector<std::string> takeTold() { return receiver_.takeTold(); }
-    /// The same after a flush.
+    /// Flushes, then returns what takeTold() returns.
     std::vector<std::string> told()
     {
         flush();

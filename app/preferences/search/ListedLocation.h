@@ -14,7 +14,7 @@ struct SearchLocations;
 /// A search location as a row of the list.
 struct ListedLocation
 {
-    /// Of an include folder; the others are always there.
+    /// Whether an include folder is there. Patterns and extensions always are.
     enum class Presence
     {
         there,
@@ -27,7 +27,7 @@ struct ListedLocation
 
     /// What the row says; quiet where nothing is searched at the moment.
     QList<FormTextRun> label() const;
-    /// The same rule, read at different times.
+    /// Whether both name the same rule, even if they were read at different times.
     bool names(const SearchBaseLocation &other) const;
 };
 

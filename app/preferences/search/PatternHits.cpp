@@ -14,7 +14,7 @@ constexpr unsigned SLICE = 1024;
 struct Step
 {
     PathTree::NodeId node = PathTree::NONE;
-    /// Of the path above the node.
+    /// The state of the skip rules for the path above the node.
     SkipRules::State above;
     bool isAboveSkipped = false;
 };

@@ -105,7 +105,7 @@ private:
     QLabel *flagLabel_;
     FormNote *note_;
     FormNote *statusNote_;
-    /// As the table shows them.
+    /// The locations in the order of the table's rows.
     std::vector<ListedLocation> locations_;
     /// What the settings say; known once the pane was shown.
     std::optional<SearchLocations> stored_;

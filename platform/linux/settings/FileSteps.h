@@ -37,8 +37,8 @@ bool makeFolder(const std::filesystem::path &folder);
 /// file, when that failed.
 std::optional<std::filesystem::path> writeBeside(const std::filesystem::path &target,
                                                  const QByteArray &bytes);
-/// As writeBeside(), for a copy that is kept under the name TARGET.bad-TIME, or a later second
-/// where something has that name.
+/// Does what writeBeside() does for a copy that is kept as TARGET.bad-TIME. Where something has
+/// that name, the copy's name gets a later second.
 std::optional<std::filesystem::path> writeCopyBeside(const std::filesystem::path &target,
                                                      const QByteArray &bytes);
 /// True for the name of a file that writeBeside() makes for a target of this name.

@@ -28,7 +28,7 @@ public:
     /// From now on nothing is posted, and no callback begins.
     void stop() EXCLUDES(mutex_);
     void exclude(const std::vector<std::string> &paths) EXCLUDES(mutex_);
-    /// Of the last event that was posted; 0 before the first.
+    /// The number of the last event that was posted; 0 before the first.
     std::uint64_t latestID() const { return latestID_; }
 
 private:

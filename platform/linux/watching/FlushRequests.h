@@ -21,7 +21,7 @@ public:
     std::optional<Number> pending() const EXCLUDES(mutex_);
     /// All up to this one have been carried out.
     void done(Number number) EXCLUDES(mutex_);
-    /// None will be carried out any more.
+    /// Ends every wait, since no flush will be carried out any more.
     void end() EXCLUDES(mutex_);
     /// Returns when that one has been carried out, at the end, or when the patience is over.
     void wait(Number number, std::optional<std::chrono::milliseconds> patience) EXCLUDES(mutex_);

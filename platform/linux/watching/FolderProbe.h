@@ -13,7 +13,7 @@ namespace quillon {
 struct FolderProbe
 {
     FolderLister::Kind kind = FolderLister::Kind::nothing;
-    /// Of a folder only.
+    /// The stamp is known for a folder only.
     FolderStamp stamp;
 
     bool isFolder() const { return kind == FolderLister::Kind::folder; }

@@ -87,7 +87,7 @@ void FolderSweep::afterLoss(std::optional<std::int64_t> since, std::uint32_t fla
     for (const Id id : all) {
         if (!goesOn())
             return;
-        // Those that were found since are as they were listed.
+        // Folders that were found since have just been listed.
         if (!tree.isLive(id))
             continue;
         if (std::as_const(folders_).unwatched(id) != nullptr) {

@@ -121,7 +121,7 @@ private:
     const Hooks hooks_;
     /// To be listed.
     std::vector<Id> pending_;
-    /// Of those among them that a crawl has listed.
+    /// For the pending folders that a crawl has listed, the sum over their items at that time.
     std::unordered_map<Id, std::uint64_t> crawledItems_;
     std::vector<Look> looks_;
     bool isReconciling_ = false;

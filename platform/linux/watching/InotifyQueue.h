@@ -24,7 +24,7 @@ public:
         bool isOwn = false;
         /// The watch is gone.
         bool isEnd = false;
-        /// Of what came or went in the folder; empty when it is about the folder itself.
+        /// The name that came or went in the folder; empty when the folder itself is meant.
         std::string_view name;
     };
     enum class Links

@@ -390,8 +390,8 @@ void WatchCore::checkLooks()
     }
 }
 
-/// The same after the folders of a crawl have got their watches by their paths: every folder counts
-/// as looked at.
+/// Checks the looks once the folders of a crawl have their watches. Each watch was asked for by a
+/// path, so every folder counts as looked at.
 void WatchCore::checkArming()
 {
     drain();

@@ -48,7 +48,7 @@ public:
 
     struct Check
     {
-        /// Of what is told of roots that have come, gone or become another.
+        /// The flags with which roots are reported that have come, gone or become another.
         std::uint32_t flags = 0;
         /// Roots may have been away since the last check.
         bool isSuspect = false;
