@@ -100,7 +100,7 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("program")
     parser.add_argument("library")
-    parser.add_argument("--some", type=int, help="so many of the table, spread over it, the same each time")
+    parser.add_argument("--some", type=int, help="so many of the table, chosen at random")
     parser.add_argument("--call")
     parser.add_argument("--jobs", type=int, default=8 * (os.cpu_count() or 1))
     arguments = parser.parse_args()
@@ -108,7 +108,7 @@ def main():
     if arguments.call:
         table = [row for row in table if row[0] == arguments.call]
     if arguments.some:
-        table = random.Random(1).sample(table, arguments.some)
+        table = random.sample(table, arguments.some)
     wrong, hits = Counter(), Counter()
     with ThreadPoolExecutor(arguments.jobs) as pool:
         jobs = [(row, pool.submit(run_one, arguments.program, arguments.library, *row))

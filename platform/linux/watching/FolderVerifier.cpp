@@ -308,7 +308,7 @@ std::optional<WatchTree::Id> FolderVerifier::adoptRoot(const std::string &path)
 {
     const FolderState seen = folders_.sight(path, true, folders_.hasRoom());
     if (seen.isUnknown() || seen.mayGetWatch())
-        retries_.addRoots();
+        retries_.addRoot(path);
     if (seen.isGone())
         return seen.isUnknown() ? std::nullopt : std::optional(WatchTree::NONE);
     const Id id = tree_.addRoot(path);
@@ -320,7 +320,7 @@ std::optional<WatchTree::Id> FolderVerifier::adoptRoot(const std::string &path)
 void FolderVerifier::askAgain(Id id)
 {
     if (tree_.isRoot(id))
-        retries_.addRoots();
+        retries_.addRoot(tree_.path(id));
     else
         retries_.add(tree_.parent(id), tree_.name(id));
 }

@@ -35,6 +35,14 @@ std::vector<RetryList::Question> RetryList::take(Clock::time_point now)
     return due;
 }
 
+std::vector<RetryList::Question> RetryList::waiting() const
+{
+    std::vector<Question> questions;
+    for (const auto &[question, wait] : waiting_)
+        questions.push_back(question);
+    return questions;
+}
+
 RetryList::Clock::time_point RetryList::due() const
 {
     Clock::time_point earliest = Clock::time_point::max();

@@ -22,7 +22,7 @@ public:
 
     struct Question
     {
-        /// NONE asks about the roots.
+        /// NONE asks about the root whose path is the name, or about all roots without a name.
         Id folder = WatchTree::NONE;
         /// What stands at this name in the folder. Empty: what the folder holds.
         std::string name = {};
@@ -33,10 +33,13 @@ public:
     /// Notes that a question was not answered.
     void add(Id folder, std::string_view name = {});
     void addRoots() { add(WatchTree::NONE); }
+    void addRoot(std::string_view path) { add(WatchTree::NONE, path); }
     /// Hands over the questions that are due at that time, to be asked now.
     std::vector<Question> take(Clock::time_point now);
     /// Forgets the questions handed over that were not added again: they have been answered.
     void forgetTaken() { taken_.clear(); }
+    /// What waits to be asked again.
+    std::vector<Question> waiting() const;
     /// The end of time where there are none.
     Clock::time_point due() const;
 

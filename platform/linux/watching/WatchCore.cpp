@@ -367,7 +367,8 @@ void WatchCore::finish()
 // Every look goes by a path. Where a folder on the way was somewhere else at that moment, or
 // another one in its place, the look saw something else. Moving a folder raises an event, or
 // changes its stamp where it has no watch, so that reading the events once more after the looks
-// tells which of them to distrust.
+// tells which of them to distrust. The same goes for folders of which nobody knows at the moment
+// whether another one stands in their place.
 
 void WatchCore::checkLooks()
 {
@@ -377,7 +378,8 @@ void WatchCore::checkLooks()
         return;
     const bool distrustsAll = overflow_ || rootsSuspect_;
     const std::unordered_set<Id> moved = unsettled();
-    if (!distrustsAll && moved.empty() && folders_.unwatched().empty())
+    const std::unordered_set<Id> unknown = unanswered();
+    if (!distrustsAll && moved.empty() && unknown.empty() && folders_.unwatched().empty())
         return;
     StampCheck stamps(folders_);
     for (const FolderVerifier::Look &look : looks) {
@@ -385,7 +387,7 @@ void WatchCore::checkLooks()
             continue; // the look at the folder above stands for it
         if (distrustsAll || isBelowAny(look.folder, moved))
             lookAgain(look);
-        else if (stamps.hasMovedAbove(look.folder))
+        else if (isBelowAny(look.folder, unknown) || stamps.hasMovedAbove(look.folder))
             retries_.add(look.folder, look.name);
     }
 }
@@ -406,13 +408,27 @@ void WatchCore::checkArming()
 }
 
 /// The folders that something has happened to since they were looked at.
-std::unordered_set<WatchTree::Id> WatchCore::unsettled()
+std::unordered_set<WatchTree::Id> WatchCore::unsettled() const
 {
     std::unordered_set<Id> found;
     for (const auto &[folder, names] : dirty_)
         for (const std::string &name : names)
             if (const Id id = folders_.tree().find(folder, name); id != WatchTree::NONE)
                 found.insert(id);
+    return found;
+}
+
+/// The watched folders of which the disk did not say whether they are still in their place. Stamps
+/// tell that of the others.
+std::unordered_set<WatchTree::Id> WatchCore::unanswered() const
+{
+    std::unordered_set<Id> found;
+    for (const auto &[folder, name] : retries_.waiting()) {
+        const Id id =
+            folder == WatchTree::NONE ? roots_.folder(name) : folders_.tree().find(folder, name);
+        if (id != WatchTree::NONE && folders_.unwatched(id) == nullptr)
+            found.insert(id);
+    }
     return found;
 }
 

@@ -111,7 +111,8 @@ private:
     void finish();
     void checkLooks();
     void checkArming();
-    std::unordered_set<Id> unsettled();
+    std::unordered_set<Id> unsettled() const;
+    std::unordered_set<Id> unanswered() const;
     bool isBelowAny(Id id, const std::unordered_set<Id> &folders) const;
     void lookAgain(const FolderVerifier::Look &look);
     bool wasClockStepped() const;

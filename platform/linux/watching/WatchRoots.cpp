@@ -60,6 +60,14 @@ void WatchRoots::remove(std::string_view path)
     });
 }
 
+WatchTree::Id WatchRoots::folder(std::string_view path) const
+{
+    const auto root = std::ranges::find(roots_, path, &Root::path);
+    const bool isThere = root != roots_.end() && root->node != WatchTree::NONE &&
+                         folders_.tree().isLive(root->node);
+    return isThere ? root->node : WatchTree::NONE;
+}
+
 std::vector<std::pair<std::string, WatchTree::Id>> WatchRoots::entered() const
 {
     std::vector<std::pair<std::string, Id>> entered;
@@ -159,10 +167,10 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     root.realPath = realPathOf(root.path);
     const FolderProbe found = probeFolder(root.path, true);
     // Without all guards only looking tells that a root has come or gone.
-    if (!isGuarded || !isOnServer || found.isUnknown())
+    if (!isGuarded)
         retries_.addRoots();
     if (!isOnServer || found.isUnknown())
-        return;
+        return retries_.addRoot(root.path);
     const bool wasKnown = std::exchange(root.isKnown, true);
     const auto verdict =
         found.isFolder() ? items_.folder(root.path) : FSEventItemTest::Folder::skipped;
