@@ -13,7 +13,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -96,6 +98,10 @@ public:
     {
         if (searchBase_.services_.onReport)
             std::ranges::for_each(paths, searchBase_.services_.onReport);
+        if (stop != stop_) {
+            stop_ = stop;
+            waiting_.clear();
+        }
         updateAndAskAgain(paths, stop, FIRST_ASK_AGAIN_DELAY);
     }
 
@@ -104,20 +110,41 @@ private:
                            std::chrono::milliseconds delay)
     {
         const auto begin = std::chrono::steady_clock::now();
-        std::vector<std::string> unanswered = searchBase_.update(paths, stop);
+        const std::vector<std::string> unanswered = searchBase_.update(paths, stop);
         if (unanswered.empty() || stop.stop_requested())
             return;
+        ++latest_;
+        for (const std::string &path : unanswered)
+            waiting_.insert_or_assign(path, latest_);
         const auto took =
             std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
         searchBase_.services_.watching->eventQueue.postDelayed(
-            std::max(delay, REST_AFTER_UPDATE * took),
-            [this, delay, paths = std::move(unanswered), stop] {
+            std::max(delay, REST_AFTER_UPDATE * took), [this, delay, question = latest_, stop] {
                 if (!stop.stop_requested())
-                    updateAndAskAgain(paths, stop, std::min(2 * delay, LONGEST_ASK_AGAIN_DELAY));
+                    updateAndAskAgain(takeWaiting(question), stop,
+                                      std::min(2 * delay, LONGEST_ASK_AGAIN_DELAY));
             });
     }
 
+    /// Returns the paths of a question that no later one has taken over.
+    std::vector<std::string> takeWaiting(std::uint64_t question)
+    {
+        std::vector<std::string> paths;
+        std::erase_if(waiting_, [&](const auto &waiting) {
+            if (waiting.second == question)
+                paths.push_back(waiting.first);
+            return waiting.second == question;
+        });
+        return paths;
+    }
+
     SearchBase &searchBase_;
+    // The event queue alone uses the rest.
+    /// The watch that the waiting paths belong to.
+    std::stop_token stop_;
+    /// The paths that are going to be asked about again, each by the question with this number.
+    std::map<std::string, std::uint64_t> waiting_;
+    std::uint64_t latest_ = 0;
 };
 
 /// What a crawl arms on behalf of a watch that is to come.

@@ -268,9 +268,9 @@ void CrawlTeam::setKind(std::size_t number, FolderLister::Kind kind)
 void CrawlTeam::notOpened(const std::string &path, const std::error_code &error)
 {
     const MutexLock lock(mutex_);
-    if (error == std::errc::permission_denied)
-        return;
-    forgetKind(path);
+    // A folder without permission is a folder all the same.
+    if (error != std::errc::permission_denied)
+        forgetKind(path);
     if (error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory)
         result_.notListed.push_back(path);
 }

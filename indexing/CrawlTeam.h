@@ -56,7 +56,6 @@ public:
     const std::shared_ptr<const OpenFolder> &rootHandle() const { return rootHandle_; }
     /// Takes note of what stands at the name with this number.
     void setKind(std::size_t number, FolderLister::Kind kind) EXCLUDES(mutex_);
-    /// Takes note that the folder was not listed to its end.
     /// Takes note of a folder that could not be opened, or that could not be read to its end.
     void notOpened(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
     void notRead(const std::string &path) EXCLUDES(mutex_);

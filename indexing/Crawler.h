@@ -45,7 +45,7 @@ struct CrawlResult
     /// unless it may not be read, is unknown.
     std::vector<FolderLister::Kind> kinds = {};
     /// The folders, the root among them, that could not be listed to their end and may be the next
-    /// time. A folder that may not be read or that is gone is not among them.
+    /// time. A folder that is gone is not among them.
     std::vector<std::string> notListed = {};
 };
 

@@ -71,6 +71,17 @@ TEST_F(SearchBaseWatchTest, asksAgainForWhatWasNotAnswered)
     base.lister.unanswered.clear();
     events_.advance(1min);
     EXPECT_THAT(base.indexed(), ElementsAre("/usr", "/usr/new"));
+
+    // The questions are an hour apart in the end, until something happens there again.
+    base.lister.add("/usr/new/x");
+    base.lister.unanswered = {"/usr/new"};
+    stream(0).send({"/usr/new"});
+    events_.advance(12h);
+    stream(0).send({"/usr/new"});
+    events_.advance(3500ms);
+    base.lister.unanswered.clear();
+    events_.advance(1s);
+    EXPECT_THAT(base.indexed(), ElementsAre("/usr", "/usr/new", "/usr/new/x"));
 }
 
 TEST_F(SearchBaseWatchTest, letsNothingOfAnOldWatchIntoANewIndex)
