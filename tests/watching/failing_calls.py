@@ -3,7 +3,7 @@
 changes or nothing happens. Once the fault is gone the index is the disk, without a word and after
 `settle`.
 
-failing_calls.py QUILLONCTL LIBRARY [--some N] [--jobs N]
+failing_calls.py QUILLONCTL LIBRARY [--some N] [--seed N] [--jobs N]
 """
 
 import argparse
@@ -63,9 +63,9 @@ def change(session, seed, count):
         user.pause(0.002)
 
 
-def run_one(program, library, call, error, mode, when):
+def run_one(program, library, seed, call, error, mode, when):
     """How often the call has failed, and a text for what went wrong or nothing."""
-    seed = zlib.crc32(" ".join([call, error, mode, when]).encode())
+    seed = zlib.crc32(" ".join([str(seed), call, error, mode, when]).encode())
     with tempfile.TemporaryDirectory(prefix="quillon-faults-") as place:
         faults = Faults(place + "/errors")
         number = getattr(errno, error)
@@ -102,16 +102,19 @@ def main():
     parser.add_argument("library")
     parser.add_argument("--some", type=int, help="so many of the table, chosen at random")
     parser.add_argument("--call")
+    parser.add_argument("--seed", type=int, default=random.randrange(1 << 32),
+                        help="for the choice of rows and the changes; another one each time")
     parser.add_argument("--jobs", type=int, default=8 * (os.cpu_count() or 1))
     arguments = parser.parse_args()
     table = list(product(CALLS, ERRORS, MODES, WHEN))
     if arguments.call:
         table = [row for row in table if row[0] == arguments.call]
     if arguments.some:
-        table = random.sample(table, arguments.some)
+        table = random.Random(arguments.seed).sample(table, arguments.some)
     wrong, hits = Counter(), Counter()
     with ThreadPoolExecutor(arguments.jobs) as pool:
-        jobs = [(row, pool.submit(run_one, arguments.program, arguments.library, *row))
+        jobs = [(row, pool.submit(run_one, arguments.program, arguments.library,
+                                  arguments.seed, *row))
                 for row in table]
         for row, job in jobs:
             failed, text = job.result()
@@ -124,7 +127,8 @@ def main():
         if run[call]:
             print("%-18s %4d sessions, the fault was met in %d, %d wrong" %
                   (call, run[call], hits[call], wrong[call]))
-    print("failing calls: %d sessions, %d wrong" % (len(table), sum(wrong.values())))
+    print("failing calls: %d sessions, %d wrong, seed %d" %
+          (len(table), sum(wrong.values()), arguments.seed))
     return 1 if wrong else 0
 
 
