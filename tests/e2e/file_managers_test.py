@@ -116,9 +116,7 @@ class FileManager:
         name = os.path.basename(path).decode(errors="replace").partition("\n")[0]
         title = output("xdotool", "getwindowname", window)
         process = output("xdotool", "getwindowpid", window).strip()
-        # Other work on the machine can keep nautilus from filling a window that is already there.
-        isLoading = self.manager == "nautilus" and title.startswith("Loading")
-        if not process or not (isLoading or title.startswith(name.partition("\ufffd")[0])):
+        if not process or not title.startswith(name.partition("\ufffd")[0]):
             return False
         if self.manager == "nautilus":
             told = output("gdbus", "call", "--session", "--dest", "org.gnome.Nautilus",
