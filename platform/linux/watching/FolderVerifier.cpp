@@ -350,7 +350,7 @@ void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
     if (since && probeFolder(path, tree_.isRoot(id)).stamp.changed >= *since)
         changes_.add(path, ChangeLog::Found::folder);
     if (auto *known = folders_.unwatched(id))
-        known->items = content.items;
+        known->items = content.itemsHash;
     for (const std::string &name : content.folders) {
         // A folder that changes while it is read may name an entry twice.
         if (tree_.find(id, name) != WatchTree::NONE)
@@ -377,8 +377,10 @@ Listing FolderVerifier::list(Id id, const std::string &path, Content &content) c
             if (verdict == FSEventItemTest::Folder::entered)
                 content.folders.emplace_back(entry.name);
         }
-        if (counts)
-            content.items += itemHash(entry.name);
+        if (counts) {
+            content.items.emplace_back(entry.name);
+            content.itemsHash += itemHash(entry.name);
+        }
     });
 }
 
@@ -436,13 +438,29 @@ void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
 
     auto *known = folders_.unwatched(id);
     const auto itemsBefore = known != nullptr ? known->items : takeCrawledItems(id);
-    if (flags != 0 || itemsBefore != content.items || changes_.wasToldLately(path))
+    const bool isToldWhole = flags != 0 || !itemsBefore || changes_.wasToldLately(path);
+    if (isToldWhole || (*itemsBefore != content.itemsHash &&
+                        *itemsBefore + tellNewItems(id, content) != content.itemsHash))
         changes_.add(path, ChangeLog::Found::folder, flags);
     if (known != nullptr) {
         known->stamp = before.probe.stamp;
         known->isTrusted = before.isTrusted;
-        known->items = content.items;
+        known->items = content.itemsHash;
     }
+}
+
+/// Tells the items that the index lacks. Returns the sum of itemHash() over them.
+std::uint64_t FolderVerifier::tellNewItems(Id id, const Content &content)
+{
+    std::uint64_t sum = 0;
+    for (const std::string &name : content.items) {
+        const std::string path = tree_.path(id, name);
+        if (items_.isIndexed(path))
+            continue;
+        changes_.add(path, ChangeLog::Found::item, items_.includesFile(name) ? ITEM_IS_FILE : 0);
+        sum += itemHash(name);
+    }
+    return sum;
 }
 
 std::optional<std::uint64_t> FolderVerifier::takeCrawledItems(Id id)

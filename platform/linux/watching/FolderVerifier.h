@@ -91,8 +91,10 @@ private:
     struct Content
     {
         std::vector<std::string> folders;
+        /// Files, and folders that are not entered.
+        std::vector<std::string> items;
         /// The sum of itemHash() over the items.
-        std::uint64_t items = 0;
+        std::uint64_t itemsHash = 0;
     };
 
     MountBoundary borderAt(Id parent, std::string_view name) const;
@@ -109,6 +111,7 @@ private:
     bool armOne(const WatchedFolders::Listed &listed);
     void reconcileOne(Id id, std::uint32_t flags);
     void reconcilePending();
+    std::uint64_t tellNewItems(Id id, const Content &content);
     std::optional<std::uint64_t> takeCrawledItems(Id id);
 
     WatchedFolders &folders_;
