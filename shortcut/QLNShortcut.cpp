@@ -1,7 +1,7 @@
 #include "shortcut/QLNShortcut.h"
 
+#include <QCoreApplication>
 #include <QString>
-#include <QStringList>
 
 #include <algorithm>
 #include <array>
@@ -13,11 +13,13 @@ namespace {
 
 constexpr std::string_view BOUND_BY_DESKTOP = "desktop";
 
+// What is marked for translation below is shown to people.
+
 constexpr std::array<ShortcutModifier, 4> MODIFIERS{{
-    {"Ctrl", &KeyCombination::control},
-    {"Alt", &KeyCombination::alt},
-    {"Shift", &KeyCombination::shift},
-    {"Super", &KeyCombination::super},
+    {QT_TRANSLATE_NOOP("KeyNames", "Ctrl"), &KeyCombination::control},
+    {QT_TRANSLATE_NOOP("KeyNames", "Alt"), &KeyCombination::alt},
+    {QT_TRANSLATE_NOOP("KeyNames", "Shift"), &KeyCombination::shift},
+    {QT_TRANSLATE_NOOP("KeyNames", "Super"), &KeyCombination::super},
 }};
 
 struct OtherName
@@ -38,12 +40,27 @@ constexpr std::array<OtherName, 6> OTHER_MODIFIER_NAMES{{
 /// People write the names of these symbols in another way than X. The first name of a symbol is the
 /// one that is shown.
 constexpr std::array<OtherName, 21> KEY_NAMES{{
-    {"Space", "space"},   {"Return", "Return"},  {"Enter", "Return"},        {"Esc", "Escape"},
-    {"Escape", "Escape"}, {"Tab", "Tab"},        {"Backspace", "BackSpace"}, {"Delete", "Delete"},
-    {"Del", "Delete"},    {"Insert", "Insert"},  {"Ins", "Insert"},          {"PageUp", "Prior"},
-    {"PgUp", "Prior"},    {"Page_Up", "Prior"},  {"PageDown", "Next"},       {"PgDown", "Next"},
-    {"PgDn", "Next"},     {"Page_Down", "Next"}, {"Home", "Home"},           {"End", "End"},
-    {"Print", "Print"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Space"), "space"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Return"), "Return"},
+    {"Enter", "Return"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Esc"), "Escape"},
+    {"Escape", "Escape"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Tab"), "Tab"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Backspace"), "BackSpace"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Delete"), "Delete"},
+    {"Del", "Delete"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Insert"), "Insert"},
+    {"Ins", "Insert"},
+    {QT_TRANSLATE_NOOP("KeyNames", "PageUp"), "Prior"},
+    {"PgUp", "Prior"},
+    {"Page_Up", "Prior"},
+    {QT_TRANSLATE_NOOP("KeyNames", "PageDown"), "Next"},
+    {"PgDown", "Next"},
+    {"PgDn", "Next"},
+    {"Page_Down", "Next"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Home"), "Home"},
+    {QT_TRANSLATE_NOOP("KeyNames", "End"), "End"},
+    {QT_TRANSLATE_NOOP("KeyNames", "Print"), "Print"},
 }};
 
 QString decoded(std::string_view text)
@@ -61,17 +78,25 @@ bool isOneCharacter(const QString &text)
     return text.toUcs4().size() == 1;
 }
 
-/// Returns a name as it is shown: "F5" and "Z" for "f5" and "z".
-std::string shownKey(const std::string &key)
+/// Returns the name by which people know a key that they do not name as X does, or null.
+const OtherName *usualName(const std::string &key)
 {
     const auto *known = std::ranges::find(KEY_NAMES, std::string_view(key), &OtherName::name);
-    if (known != KEY_NAMES.end())
-        return std::string(known->other);
+    return known == KEY_NAMES.end() ? nullptr : known;
+}
+
+/// Returns the name of any other key: "F5" and "Z" for "f5" and "z".
+std::string capital(const std::string &key)
+{
     const QString text = QString::fromStdString(key);
     // A capital with another number of letters, such as that of "ß", is not used.
-    if (const QString upper = text.toUpper(); isOneCharacter(text) && isOneCharacter(upper))
-        return upper.toStdString();
-    return key;
+    const QString upper = text.toUpper();
+    return isOneCharacter(text) && isOneCharacter(upper) ? upper.toStdString() : key;
+}
+
+QString translated(std::string_view name)
+{
+    return QCoreApplication::translate("KeyNames", std::string(name).c_str());
 }
 
 } // namespace
@@ -137,7 +162,21 @@ std::string QLNShortcut::text() const
     for (const ShortcutModifier &modifier : MODIFIERS)
         if ((*keys).*modifier.isHeld)
             text.append(modifier.name).append("+");
-    return text + shownKey(keys->key);
+    const OtherName *usual = usualName(keys->key);
+    return text + (usual != nullptr ? std::string(usual->other) : capital(keys->key));
+}
+
+QStringList QLNShortcut::keyNames() const
+{
+    if (!keys)
+        return {};
+    QStringList names;
+    for (const ShortcutModifier &modifier : MODIFIERS)
+        if ((*keys).*modifier.isHeld)
+            names << translated(modifier.name);
+    const OtherName *usual = usualName(keys->key);
+    return names << (usual != nullptr ? translated(usual->other)
+                                      : QString::fromStdString(capital(keys->key)));
 }
 
 } // namespace quillon

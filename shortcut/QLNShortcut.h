@@ -2,6 +2,8 @@
 
 #include "platform/HotKey.h"
 
+#include <QStringList>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +24,9 @@ struct QLNShortcut
     static std::optional<QLNShortcut> fromText(std::string_view text);
     /// Returns a text that fromText() reads back as this shortcut.
     std::string text() const;
+    /// Returns the names that the keys have on the user's keyboard, modifiers first. Empty without
+    /// keys.
+    QStringList keyNames() const;
 
     friend bool operator==(const QLNShortcut &, const QLNShortcut &) = default;
 };

@@ -53,7 +53,7 @@ std::optional<QLNShortcutValidator::Fault> QLNShortcutValidator::fault(HotKey::O
 
 QString QLNShortcutValidator::words(Fault fault, const QLNShortcut &shortcut)
 {
-    const QString keys = QString::fromStdString(shortcut.text());
+    const QString keys = shortcut.keyNames().join(u'+');
     switch (fault) {
     case Fault::needsModifier:
         return tr("%1 needs Ctrl, Alt or Super with it, or a function key.").arg(keys);

@@ -1,21 +1,15 @@
 #include "app/widgets/KeyNames.h"
 
-#include <QCoreApplication>
-#include <QStringList>
+#include "shortcut/QLNShortcut.h"
 
 namespace quillon {
 
 QString keyNames(ActionShortcutFlags flags, QChar separator)
 {
-    QStringList keys;
-    if (flags.command)
-        keys << QCoreApplication::translate("KeyNames", "Ctrl");
-    if (flags.option)
-        keys << QCoreApplication::translate("KeyNames", "Alt");
-    if (flags.shift)
-        keys << QCoreApplication::translate("KeyNames", "Shift");
-    keys << QCoreApplication::translate("KeyNames", "Return");
-    return keys.join(separator);
+    const QLNShortcut shortcut{
+        .keys = KeyCombination{
+            .control = flags.command, .alt = flags.option, .shift = flags.shift, .key = "Return"}};
+    return shortcut.keyNames().join(separator);
 }
 
 } // namespace quillon

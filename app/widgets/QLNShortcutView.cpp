@@ -219,7 +219,7 @@ void QLNShortcutView::showShortcut()
     else if (shortcut && !shortcut->keys)
         text = tr("Bound by the desktop");
     else if (shortcut)
-        text = QString::fromStdString(shortcut->text());
+        text = shortcut->keyNames().join(u'+');
     button_->setText(text);
     button_->setAccessibleName(tr("Shortcut that shows the panel: %1").arg(text));
 }

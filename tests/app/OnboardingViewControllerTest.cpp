@@ -26,6 +26,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <future>
 
 namespace quillon {
 
@@ -79,6 +80,7 @@ protected:
     ~OnboardingTest() override
     {
         window.reset();
+        counting.finish(std::chrono::milliseconds(PATIENCE));
         background.finish(std::chrono::milliseconds(PATIENCE));
         main.close();
     }
@@ -98,7 +100,7 @@ protected:
                                                    .autostart = autostart,
                                                    .places = places,
                                                    .background = background,
-                                                   .counting = background,
+                                                   .counting = counting,
                                                    .main = main},
                                                   home, *this);
         window =
@@ -161,6 +163,7 @@ protected:
     PlainWindowSystem system;
     MainTaskQueue main;
     PoolTaskQueue background{2};
+    PoolTaskQueue counting{1};
     OnboardingViewController *controller = nullptr;
     std::unique_ptr<SetupWindow> window;
     int finished = 0;
@@ -383,8 +386,22 @@ TEST_F(OnboardingTest, stopsCountingWhenItIsHidden)
 {
     show();
     window->hide();
-    EXPECT_TRUE(background.finish(std::chrono::milliseconds(PATIENCE)));
+    EXPECT_TRUE(counting.finish(std::chrono::milliseconds(PATIENCE)));
     EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(OnboardingTest, answersClicksWhileFoldersAreStillToBeCounted)
+{
+    std::promise<void> slowDisk;
+    counting.post([disk = slowDisk.get_future().share()] { disk.wait(); });
+    storeShortcut();
+    show();
+    showFolder("work");
+    button(QStringLiteral("Home folder"))->click();
+    button(QStringLiteral("Done"))->click();
+    EXPECT_TRUE(isFinished());
+    EXPECT_THAT(stored(), ElementsAre(disk.path("work")));
+    slowDisk.set_value();
 }
 
 } // namespace quillon

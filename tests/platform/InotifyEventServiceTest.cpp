@@ -1,6 +1,7 @@
 #include "platform/linux/watching/InotifyEventService.h"
 
 #include "platform/linux/watching/FolderProbe.h"
+#include "platform/linux/watching/FolderSweep.h"
 #include "tests/platform/WatchSupport.h"
 #include "tests/support/Needs.h"
 #include "tests/support/UnprivilegedUser.h"
@@ -21,6 +22,7 @@
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -504,6 +506,41 @@ TEST_F(WatchingTest, sweepsByItself)
            std::chrono::steady_clock::now() < end)
         std::this_thread::yield();
     EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
+}
+
+TEST_F(WatchingTest, sleepsWhereNothingIsToBeSwept)
+{
+    const InotifyQueue queue(false);
+    const ModelIndex items("/home");
+    ChangeLog changes(items);
+    RetryList retries;
+    WatchedFolders folders(queue, 2, [] { return std::int64_t{0}; });
+    FolderVerifier verifier(folders, items, changes, retries, nullptr, {});
+    const FolderSweep sweep(folders, verifier, {1ms, 1h});
+    WatchTree &tree = folders.tree();
+    const WatchTree::Id root = tree.addRoot("/home");
+    tree.setWatch(root, 1);
+    folders.recordClosed(tree.add(root, "server"), {});
+    EXPECT_EQ(sweep.due(), FolderSweep::Clock::time_point::max());
+    folders.recordUnwatched({.id = tree.add(root, "far"), .stamp = {}, .items = 0});
+    EXPECT_LE(sweep.due(), FolderSweep::Clock::now());
+}
+
+TEST_F(WatchingTest, doesNotStartWhatNobodyCouldEnd)
+{
+    rlimit files{};
+    ::getrlimit(RLIMIT_NOFILE, &files);
+    const rlimit none{0, files.rlim_max};
+    InotifyEventService service;
+    FSEventStreamService::Request request;
+    request.paths = {disk_.path("root")};
+    request.items = std::make_shared<ModelIndex>(disk_.path("root"));
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    const auto stream = service.create(std::move(request));
+    const bool isStarted = stream->start();
+    ::setrlimit(RLIMIT_NOFILE, &files);
+    EXPECT_FALSE(isStarted) << "nothing is left to wake its thread by";
+    stream->invalidate();
 }
 
 // Arming by a crawl
