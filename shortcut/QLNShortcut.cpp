@@ -85,7 +85,7 @@ const OtherName *usualName(const std::string &key)
     return known == KEY_NAMES.end() ? nullptr : known;
 }
 
-/// Returns the name of any other key: "F5" and "Z" for "f5" and "z".
+/// Returns the name of any other key, which is a capital where it is one letter.
 std::string capital(const std::string &key)
 {
     const QString text = QString::fromStdString(key);
