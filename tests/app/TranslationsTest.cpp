@@ -1,5 +1,7 @@
 #include "app/Translations.h"
 
+#include "shortcut/QLNShortcut.h"
+
 #include <QTranslator>
 
 #include <gtest/gtest.h>
@@ -20,6 +22,7 @@ struct Spoken
     const char16_t *countOfOne;
     /// A button of the toolkit's own.
     const char16_t *cancel;
+    const char16_t *shortcut;
 };
 
 std::ostream &operator<<(std::ostream &stream, const Spoken &spoken)
@@ -54,18 +57,40 @@ TEST_P(Translations, speakTheFirstLanguageThatThereIs)
     EXPECT_EQ(QCoreApplication::translate("PanelTexts", "%Ln folder(s)", nullptr, 1),
               spoken.countOfOne);
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), spoken.cancel);
+    EXPECT_EQ(QLNShortcut::fromText("Ctrl+Alt+Space")->keyNames().join(u'+'), spoken.shortcut);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Table, Translations,
     testing::Values(
-        Spoken{"German", {u"de"_qs}, u"Ordner suchen", u"1 Ordner", u"Abbrechen"},
-        Spoken{"Austrian", {u"de-AT"_qs, u"en"_qs}, u"Ordner suchen", u"1 Ordner", u"Abbrechen"},
-        Spoken{"Second", {u"tlh"_qs, u"de"_qs}, u"Ordner suchen", u"1 Ordner", u"Abbrechen"},
-        Spoken{"EnglishFirst", {u"en-GB"_qs, u"de"_qs}, u"Find a folder", u"1 folder", u"Cancel"},
+        Spoken{"German",
+               {u"de"_qs},
+               u"Ordner suchen",
+               u"1 Ordner",
+               u"Abbrechen",
+               u"Strg+Alt+Leertaste"},
+        Spoken{"Austrian",
+               {u"de-AT"_qs, u"en"_qs},
+               u"Ordner suchen",
+               u"1 Ordner",
+               u"Abbrechen",
+               u"Strg+Alt+Leertaste"},
+        Spoken{"Second",
+               {u"tlh"_qs, u"de"_qs},
+               u"Ordner suchen",
+               u"1 Ordner",
+               u"Abbrechen",
+               u"Strg+Alt+Leertaste"},
+        Spoken{"EnglishFirst",
+               {u"en-GB"_qs, u"de"_qs},
+               u"Find a folder",
+               u"1 folder",
+               u"Cancel",
+               u"Ctrl+Alt+Space"},
         // A French button in an English window would be worse.
-        Spoken{"Unknown", {u"fr-FR"_qs}, u"Find a folder", u"1 folder", u"Cancel"},
-        Spoken{"None", {}, u"Find a folder", u"1 folder", u"Cancel"}),
+        Spoken{
+            "Unknown", {u"fr-FR"_qs}, u"Find a folder", u"1 folder", u"Cancel", u"Ctrl+Alt+Space"},
+        Spoken{"None", {}, u"Find a folder", u"1 folder", u"Cancel", u"Ctrl+Alt+Space"}),
     testing::PrintToStringParamName());
 
 } // namespace quillon
