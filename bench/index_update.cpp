@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <random>
+#include <span>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -80,11 +81,12 @@ struct Bench
 {
     explicit Bench(const std::string &folder) : store(folder) {}
 
-    void update(const char *what, const std::string &path)
+    void update(const char *what, const std::string &path) { update(what, std::span(&path, 1)); }
+    void update(const char *what, std::span<const std::string> paths)
     {
         queue.longest = 0;
         const auto start = Clock::now();
-        base.update(path);
+        base.update(paths);
         std::printf("%-28s %10zu paths  main thread %8.2f ms  in all %9.2f ms\n", what,
                     base.count(), queue.longest, milliseconds(start));
     }
@@ -118,6 +120,12 @@ void measureUpdates(const fs::path &folder)
     bench.update("10,000 children stay", root / "wide");
     fs::remove_all(root / "wide");
     bench.update("10,000 children went", root / "wide");
+    std::vector<std::string> siblings;
+    for (int i = 0; i < 100'000; ++i) {
+        siblings.push_back(root / ("sibling " + std::to_string(i)));
+        fs::create_directory(siblings.back());
+    }
+    bench.update("100,000 siblings came", siblings);
     fs::remove_all(root);
 }
 
@@ -170,8 +178,9 @@ void measureArrangement(Bench &bench)
     const double before = search();
     std::vector<double> searches;
     std::jthread searcher([&](const std::stop_token &stop) {
-        while (!stop.stop_requested())
+        do
             searches.push_back(search());
+        while (!stop.stop_requested());
     });
     const auto start = Clock::now();
     bench.matcher.arrange();
