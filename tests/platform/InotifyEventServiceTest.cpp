@@ -410,6 +410,25 @@ TEST_F(WatchingTest, noticesWhatIsMountedAndTakenAway)
     EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
 }
 
+TEST_F(WatchingTest, waitsForTheDiskThatARootIsOn)
+{
+    disk_.makeFolder("disk/docs/deep");
+    const std::string media = disk_.makeFolder("media");
+    WatchRig rig(disk_.path("media/docs"));
+    for (int times = 0; times < 2; ++times) {
+        QUILLON_NEEDS(
+            ::mount(disk_.path("disk").c_str(), media.c_str(), nullptr, MS_BIND, nullptr) == 0,
+            "the right to mount");
+        EXPECT_THAT(rig.told(), ElementsAre(""));
+        disk_.makeFolder("disk/docs/new" + std::to_string(times));
+        EXPECT_THAT(rig.told(), ElementsAre("new" + std::to_string(times)));
+        EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
+        ASSERT_EQ(::umount(media.c_str()), 0);
+        EXPECT_THAT(rig.told(), ElementsAre(""));
+        EXPECT_THAT(rig.index->paths(), IsEmpty());
+    }
+}
+
 TEST_F(WatchingTest, looksAtRemoteFoldersNowAndThen)
 {
     const TemporaryFolder memory("/dev/shm");
