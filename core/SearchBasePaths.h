@@ -97,7 +97,7 @@ public:
 
     /// Stores a path and lists it under its parent.
     void add(PathTree::NodeId node) REQUIRES(index_.lock);
-    /// As for a path, but for the log.
+    /// Forgets a stored path as the other one does, without a line for the log.
     void remove(PathTree::NodeId node) REQUIRES(index_.lock);
     /// Keeps nothing of the path: neither the listing under its parent nor its set of children,
     /// unless that lists something still.

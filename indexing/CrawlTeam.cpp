@@ -253,6 +253,7 @@ void CrawlTeam::giveUp(Member &member)
     } else {
         ++result_.errors;
         forgetKind(path);
+        result_.notListed.push_back(path);
         addErrorLine(path, error);
     }
 }

@@ -209,6 +209,7 @@ TEST(HangingCrawl, givesUpAFolderThatCannotBeReadToItsEnd)
     const Crawl crawl(lister, "/r", IMPATIENT);
     EXPECT_THAT(crawl.errors, ElementsAre("Enumerator error /r/a/read-hang Connection timed out",
                                           "Enumerator error /r/read-hang Connection timed out"));
+    EXPECT_THAT(crawl.result.notListed, UnorderedElementsAre("/r/a/read-hang", "/r/read-hang"));
 }
 
 TEST(HangingCrawl, givesUpARootThatHangs)
