@@ -25,6 +25,7 @@ namespace quillon {
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -75,14 +76,14 @@ TEST_F(AdvancedPaneTest, asksWhereTheIndexIsToBeWritten)
     advanced().dumpButton->click();
     auto *panel = child<QFileDialog>();
     ASSERT_NE(panel, nullptr);
-    EXPECT_EQ(panel->windowTitle(), u"Dump File Location"_qs);
-    EXPECT_EQ(panel->labelText(QFileDialog::Accept), u"Save"_qs);
+    EXPECT_EQ(panel->windowTitle(), u"Dump File Location"_s);
+    EXPECT_EQ(panel->labelText(QFileDialog::Accept), u"Save"_s);
     QStringList texts;
     for (const auto *label : panel->findChildren<QLabel *>())
         texts << label->text();
-    EXPECT_TRUE(texts.contains(u"Choose where you want to save the file tree dump file"_qs));
+    EXPECT_TRUE(texts.contains(u"Choose where you want to save the file tree dump file"_s));
     const QString name = QFileInfo(panel->selectedFiles().value(0)).fileName();
-    EXPECT_TRUE(QRegularExpression(u"^file_tree \\d{9,}\\.\\d+\\.txt$"_qs).match(name).hasMatch())
+    EXPECT_TRUE(QRegularExpression(u"^file_tree \\d{9,}\\.\\d+\\.txt$"_s).match(name).hasMatch())
         << name.toStdString();
     panel->reject();
     EXPECT_TRUE(background.isEmpty());
@@ -148,10 +149,10 @@ TEST_F(AdvancedPaneTest, outlivesAWindowThatIsClosedDuringADump)
 
 TEST_F(AdvancedPaneTest, showsTheLogAsItGrows)
 {
-    EXPECT_TRUE(advanced().logView->toPlainText().endsWith(u"a line of the log"_qs));
+    EXPECT_TRUE(advanced().logView->toPlainText().endsWith(u"a line of the log"_s));
     base.logger.log("another line");
     EXPECT_TRUE(QTest::qWaitFor(
-        [this] { return advanced().logView->toPlainText().endsWith(u"another line"_qs); },
+        [this] { return advanced().logView->toPlainText().endsWith(u"another line"_s); },
         PATIENCE));
 }
 
@@ -193,7 +194,7 @@ TEST_F(AdvancedPaneTest, forgetsTheUsesOfOneFolderOrAll)
     advanced().forgetUsesButton->click();
     auto *sheet = child<ForgetUsesViewController>();
     ASSERT_NE(sheet, nullptr);
-    EXPECT_EQ(sheet->usesTableView->rowText(0), u"/one – 3"_qs);
+    EXPECT_EQ(sheet->usesTableView->rowText(0), u"/one – 3"_s);
     QAbstractButton *forget = sheet->forgetSegmentedControl->segment(0);
     EXPECT_FALSE(forget->isEnabled());
     sheet->usesTableView->selectRow(1);

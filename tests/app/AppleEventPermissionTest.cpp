@@ -19,6 +19,7 @@ namespace quillon {
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -131,7 +132,7 @@ TEST_F(Permission, saysThatTheAnswerCannotBeStoredAndThenGoesOn)
 TEST_F(Permission, hasNoWayOutButItsButtons)
 {
     QWidget &window = shown();
-    EXPECT_EQ(window.windowTitle(), u"Quillon – Permissions"_qs);
+    EXPECT_EQ(window.windowTitle(), u"Quillon – Permissions"_s);
     EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
     window.close();
     QTest::keyClick(&window, Qt::Key_Escape);

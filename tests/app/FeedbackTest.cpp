@@ -24,6 +24,8 @@ using testing::Not;
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 /// Stands wherever a user may have put words of their own.
 const std::string SECRET = "Rosebud";
 
@@ -101,7 +103,7 @@ TEST_F(FeedbackTest, saysThatThePageCouldNotBeWritten)
     Feedback feedback = feedbackFor({});
     feedback.open();
     EXPECT_TRUE(feedback.isWindowVisible());
-    EXPECT_TRUE(shownTexts().contains(u"The page could not be written"_qs));
+    EXPECT_TRUE(shownTexts().contains(u"The page could not be written"_s));
     EXPECT_THAT(workspace.opened, IsEmpty());
 }
 
@@ -162,7 +164,7 @@ TEST_F(FeedbackTest, survivesSettingsOfWrongTypes)
 
 TEST_F(FeedbackTest, makesNoMarkupOfTheReport)
 {
-    EXPECT_THAT(FeedbackPage::html(u"<b>%1 & more"_qs).toStdString(),
+    EXPECT_THAT(FeedbackPage::html(u"<b>%1 & more"_s).toStdString(),
                 HasSubstr("<pre>&lt;b&gt;%1 &amp; more</pre>"));
 }
 

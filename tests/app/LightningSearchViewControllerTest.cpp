@@ -12,6 +12,8 @@ using testing::IsEmpty;
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 TEST_F(SearchPanel, searchesOnceWhenTypingSettles)
 {
     type("abc");
@@ -48,7 +50,7 @@ TEST_F(SearchPanel, returnWaitsForTheAnswerToTheTypedText)
 {
     type("ab");
     answer();
-    QTest::keyClicks(&field(), u"c"_qs);
+    QTest::keyClicks(&field(), u"c"_s);
     press(Qt::Key_Return);
     EXPECT_THAT(source_.used, IsEmpty()) << "the rows are still those of \"ab\"";
     answer();
@@ -86,7 +88,7 @@ TEST_F(SearchPanel, stopsToSpinWithAnAnswerThatIsDropped)
 {
     type("ab");
     ASSERT_TRUE(QTest::qWaitFor([this] { return view_.activityIndicator().isSpinning(); }));
-    QTest::keyClicks(&field(), u"x"_qs);
+    QTest::keyClicks(&field(), u"x"_s);
     answer();
     EXPECT_THAT(rows(), ElementsAre("/most", "/used"));
     EXPECT_FALSE(view_.activityIndicator().isSpinning()) << "nothing is searched now";
@@ -159,15 +161,15 @@ TEST_F(SearchPanel, saysWhyThereAreNoRows)
     source_.current = {.count = 12, .isBuilding = true, .hasLocations = true};
     panel();
     PanelMessage &message = view_.message();
-    EXPECT_EQ(message.title(), u"Indexing your folders…"_qs);
-    EXPECT_TRUE(message.sentence().startsWith(u"12 folders"_qs));
+    EXPECT_EQ(message.title(), u"Indexing your folders…"_s);
+    EXPECT_TRUE(message.sentence().startsWith(u"12 folders"_s));
 
     source_.current.isBuilding = false;
     panel().indexChanged();
-    EXPECT_EQ(message.title(), u"Type a part of a folder’s name"_qs);
+    EXPECT_EQ(message.title(), u"Type a part of a folder’s name"_s);
     type("qwzx");
     answer();
-    EXPECT_EQ(message.title(), u"No folder matches “qwzx”"_qs);
+    EXPECT_EQ(message.title(), u"No folder matches “qwzx”"_s);
     EXPECT_FALSE(message.isHidden());
 
     type("ab");
@@ -177,8 +179,8 @@ TEST_F(SearchPanel, saysWhyThereAreNoRows)
     source_.current = {.count = 0, .away = {"/media/disk", "/media/stick"}};
     type("qwzx");
     answer();
-    EXPECT_EQ(message.title(), u"The folders to search are away"_qs);
-    EXPECT_TRUE(message.sentence().contains(u"/media/disk"_qs));
+    EXPECT_EQ(message.title(), u"The folders to search are away"_s);
+    EXPECT_TRUE(message.sentence().contains(u"/media/disk"_s));
     EXPECT_FALSE(message.homeFolderButton().isVisibleTo(&message));
 }
 
@@ -213,7 +215,7 @@ TEST_F(SearchPanel, offersTheDesktopsPlacesWhereNothingWasUsedYet)
 {
     source_.offered = {"/home/u", "/home/u/Documents"};
     appear();
-    EXPECT_EQ(view_.heading(), u"Most used"_qs);
+    EXPECT_EQ(view_.heading(), u"Most used"_s);
     EXPECT_EQ(rows(), Texts({"/most", "/used"}));
     panel().viewDidDisappear();
 
@@ -221,7 +223,7 @@ TEST_F(SearchPanel, offersTheDesktopsPlacesWhereNothingWasUsedYet)
     appear();
     answer();
     EXPECT_EQ(rows(), source_.offered);
-    EXPECT_EQ(view_.heading(), u"Places"_qs);
+    EXPECT_EQ(view_.heading(), u"Places"_s);
     type("ab");
     answer();
     EXPECT_EQ(view_.heading(), QString());
@@ -231,11 +233,11 @@ TEST_F(SearchPanel, typesOnWhatWasTypedBeforeItCameUp)
 {
     appear();
     type("old text");
-    panel().typeAhead(u"ha"_qs);
-    panel().typeAhead(u"r"_qs);
+    panel().typeAhead(u"ha"_s);
+    panel().typeAhead(u"r"_s);
     panel().windowDidBecomeKey();
-    QTest::keyClicks(&field(), u"b"_qs);
-    EXPECT_EQ(field().text(), u"harb"_qs);
+    QTest::keyClicks(&field(), u"b"_s);
+    EXPECT_EQ(field().text(), u"harb"_s);
     EXPECT_TRUE(panel().isInUse());
     field().selectAll();
     EXPECT_FALSE(panel().isInUse()) << "the next letter replaces the text";

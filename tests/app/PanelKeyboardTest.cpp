@@ -15,6 +15,8 @@ using testing::IsEmpty;
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 struct KeyRow
 {
     const char *name;
@@ -205,10 +207,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(SearchPanel, saysWhatTheKeysDo)
 {
     panel();
-    EXPECT_EQ(hints(),
-              QStringList({u"Return: Open"_qs, u"Ctrl Return: Show parent"_qs,
-                           u"Alt Return: Copy path"_qs, u"Alt Shift Return: Terminal"_qs}));
-    EXPECT_EQ(view_.footer().hints().back().toolTip, u"Open with the application “Terminal”"_qs);
+    EXPECT_EQ(hints(), QStringList({u"Return: Open"_s, u"Ctrl Return: Show parent"_s,
+                                    u"Alt Return: Copy path"_s, u"Alt Shift Return: Terminal"_s}));
+    EXPECT_EQ(view_.footer().hints().back().toolTip, u"Open with the application “Terminal”"_s);
 
     const ActionShortcutFlags shift{.shift = true};
     EXPECT_TRUE(actionList_.saveActions(
@@ -216,9 +217,9 @@ TEST_F(SearchPanel, saysWhatTheKeysDo)
          {shift, ActionType::showInFinder, ActionTarget::selectedRow},
          {{}, ActionType("Sing", false), ActionTarget::selectedRow}}));
     panel().viewWillAppear();
-    EXPECT_EQ(hints(), QStringList({u"Shift Return: 100% %1"_qs, u"Return: Nothing"_qs}))
+    EXPECT_EQ(hints(), QStringList({u"Shift Return: 100% %1"_s, u"Return: Nothing"_s}))
         << "the second action with the same keys is never reached";
-    EXPECT_EQ(view_.footer().hints().front().toolTip, u"Run /home/u/100% %1"_qs);
+    EXPECT_EQ(view_.footer().hints().front().toolTip, u"Run /home/u/100% %1"_s);
     type("no such");
     answer();
     EXPECT_EQ(hints(), QStringList()) << "no row to work on";
@@ -229,12 +230,12 @@ TEST_F(SearchPanel, saysThatAnItemOfTheFrontWindowIsOpenedOrSelectedByAllKeys)
     source_.answers["ab"] = {"able", "/ab/1"};
     type("ab");
     answer();
-    EXPECT_EQ(hints(), QStringList({u"Return: Open"_qs}));
+    EXPECT_EQ(hints(), QStringList({u"Return: Open"_s}));
     press(Qt::Key_Down);
     EXPECT_EQ(hints().size(), 4);
     preferences_.quickSearchBehavior.select(Preferences::QuickSearchBehavior::select);
     press(Qt::Key_Up);
-    EXPECT_EQ(hints(), QStringList({u"Return: Select"_qs}));
+    EXPECT_EQ(hints(), QStringList({u"Return: Select"_s}));
 }
 
 TEST_F(SearchPanel, opensTheRowOfTheDigitThatIsPressedWithControl)
@@ -272,7 +273,7 @@ TEST_F(SearchPanel, leavesTheKeysToAnInputMethodThatComposes)
 {
     type("ab");
     answer();
-    QInputMethodEvent composing(u"か"_qs, {});
+    QInputMethodEvent composing(u"か"_s, {});
     QApplication::sendEvent(&field(), &composing);
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Escape})
         press(key);
@@ -287,11 +288,11 @@ TEST_F(SearchPanel, searchesForAComposedTextOnceItIsSettled)
     answer();
     // In place of the selected text, which is gone from here on.
     field().selectAll();
-    QInputMethodEvent composing(u"か"_qs, {});
+    QInputMethodEvent composing(u"か"_s, {});
     QApplication::sendEvent(&field(), &composing);
     EXPECT_TRUE(field().text().isEmpty());
     QInputMethodEvent settled;
-    settled.setCommitString(u"かな"_qs);
+    settled.setCommitString(u"かな"_s);
     QApplication::sendEvent(&field(), &settled);
     EXPECT_THAT(rows(), ElementsAre("/ab/1", "/ab/2", "/ab/3"));
     ASSERT_TRUE(QTest::qWaitFor([this] { return background_.size() > 0; }));
@@ -325,7 +326,7 @@ TEST_F(SearchPanel, reachesItsButtonsByTheKeyboard)
     press(Qt::Key_F10);
     QTest::keyClick(&view_.updateButton(), 'x');
     EXPECT_TRUE(field().hasFocus());
-    EXPECT_EQ(field().text(), u"x"_qs);
+    EXPECT_EQ(field().text(), u"x"_s);
 }
 
 } // namespace

@@ -16,6 +16,8 @@ using testing::IsEmpty;
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class SearchPanelMouse : public SearchPanel
 {
 protected:
@@ -60,8 +62,8 @@ TEST_F(SearchPanelMouse, offersTheFourEntriesOfItsMenu)
         press(Qt::Key_F10);
         QTest::keyClick(&view_.menuButton(), Qt::Key_Down);
         ASSERT_TRUE(menu());
-        EXPECT_EQ(entries(), QStringList({u"Preferences…"_qs, u"Send Feedback…"_qs,
-                                          u"Check for Updates…"_qs, u"Quit"_qs}));
+        EXPECT_EQ(entries(), QStringList({u"Preferences…"_s, u"Send Feedback…"_s,
+                                          u"Check for Updates…"_s, u"Quit"_s}));
         for (const QAction *action : menu()->actions())
             EXPECT_TRUE(action->shortcut().isEmpty());
         choose(i);
@@ -92,8 +94,8 @@ TEST_F(SearchPanelMouse, offersTheActionsOfARowWithTheirKeys)
     QContextMenuEvent request(QContextMenuEvent::Mouse, middle(1), rows->mapToGlobal(middle(1)));
     QApplication::sendEvent(rows, &request);
     ASSERT_TRUE(menu());
-    EXPECT_EQ(entries(), QStringList({u"Show      \tCtrl+Shift+Return"_qs,
-                                      u"Open in Cut && Paste      \tAlt+Return"_qs}));
+    EXPECT_EQ(entries(), QStringList({u"Show      \tCtrl+Shift+Return"_s,
+                                      u"Open in Cut && Paste      \tAlt+Return"_s}));
     // Rows that come meanwhile do not change what was chosen.
     source_.answers["ab"] = {"/other"};
     panel().indexChanged();
@@ -165,8 +167,8 @@ TEST_F(SearchPanelMouse, givesARowAwayAsAFile)
     EXPECT_TRUE(model.flags(model.index(0)).testFlag(Qt::ItemIsDragEnabled));
     EXPECT_FALSE(model.supportedDragActions().testFlag(Qt::MoveAction)) << "a slip moves nothing";
     const std::unique_ptr<QMimeData> data(model.mimeData({model.index(0)}));
-    EXPECT_EQ(data->data(u"text/uri-list"_qs), "file:///caf%E9%20%231%25/%C3%BC\r\n");
-    EXPECT_EQ(data->data(u"text/plain"_qs), "/caf\xe9 #1%/ü");
+    EXPECT_EQ(data->data(u"text/uri-list"_s), "file:///caf%E9%20%231%25/%C3%BC\r\n");
+    EXPECT_EQ(data->data(u"text/plain"_s), "/caf\xe9 #1%/ü");
 }
 
 } // namespace

@@ -16,6 +16,8 @@ namespace quillon {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 QPalette desktop(QColor base, QColor text, QColor highlight)
 {
     QPalette palette;
@@ -81,7 +83,7 @@ TEST(PanelPalette, isReadableOnEveryButton)
 {
     for (const PanelPalette &palette : palettes()) {
         for (const auto rank : {PanelButton::Rank::primary, PanelButton::Rank::secondary}) {
-            PanelButton button(u"HHHH"_qs, rank, nullptr);
+            PanelButton button(u"HHHH"_s, rank, nullptr);
             QFont font;
             font.setPixelSize(24);
             font.setBold(true);
@@ -101,7 +103,7 @@ TEST(PanelPalette, takesTheDesktopsColoursWhereItHasSome)
     EXPECT_EQ(own.background, QColor(0x1b1e20));
     EXPECT_TRUE(own.isDark());
 
-    const std::unique_ptr<QStyle> plain(QStyleFactory::create(u"Fusion"_qs));
+    const std::unique_ptr<QStyle> plain(QStyleFactory::create(u"Fusion"_s));
     EXPECT_TRUE(PanelPalette::forDesktop(plain->standardPalette(), true).isDark());
     EXPECT_FALSE(PanelPalette::forDesktop(plain->standardPalette(), false).isDark());
 }

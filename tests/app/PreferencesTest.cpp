@@ -23,6 +23,7 @@ namespace quillon {
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -45,12 +46,12 @@ QStringList items(const QComboBox &menu)
 TEST_F(PreferencesTest, hasAnOrdinaryWindowWithFourTabs)
 {
     open();
-    EXPECT_EQ(window().windowTitle(), u"Preferences"_qs);
+    EXPECT_EQ(window().windowTitle(), u"Preferences"_s);
     EXPECT_FALSE(window().windowFlags().testFlag(Qt::FramelessWindowHint));
     QStringList tabs;
     for (int i = 0; i < window().tabView().count(); ++i)
         tabs << window().tabView().tabText(i).remove(u'&');
-    EXPECT_EQ(tabs, QStringList({u"General"_qs, u"Search"_qs, u"Actions"_qs, u"Advanced"_qs}));
+    EXPECT_EQ(tabs, QStringList({u"General"_s, u"Search"_s, u"Actions"_s, u"Advanced"_s}));
     EXPECT_GT(window().tabView().tabBar()->x(), 0) << "the words begin where the forms do";
     // A window manager that has only just begun may miss the first request.
     ASSERT_TRUE(QTest::qWaitFor(
@@ -142,9 +143,9 @@ TEST_F(PreferencesTest, offersTheInstalledFileManagersAndTheDesktopsOwnFirst)
     open();
     QComboBox &menu = *general().fileManagerButton;
     EXPECT_EQ(items(menu),
-              QStringList({u"The desktop's default (Beta Files)"_qs, u"Alpha Files"_qs,
-                           u"Beta Files"_qs, u"Files (fm)"_qs, u"Files (gamma.desktop)"_qs,
-                           u"gone.desktop (not installed)"_qs}));
+              QStringList({u"The desktop's default (Beta Files)"_s, u"Alpha Files"_s,
+                           u"Beta Files"_s, u"Files (fm)"_s, u"Files (gamma.desktop)"_s,
+                           u"gone.desktop (not installed)"_s}));
     EXPECT_EQ(menu.currentIndex(), 5);
     choose(menu, 1);
     EXPECT_EQ(store.string("file-manager"), "alpha.desktop");
@@ -161,10 +162,10 @@ TEST_F(PreferencesTest, followsTheFileThatAnotherHandEdits)
     EXPECT_TRUE(QTest::qWaitFor([this] { return general().enableQuickSearchButton->isChecked(); },
                                 PATIENCE));
     EXPECT_EQ(general().openInFinderBehaviorButton->currentIndex(), 1);
-    EXPECT_EQ(general().fileManagerButton->currentText(), u"Alpha Files"_qs);
+    EXPECT_EQ(general().fileManagerButton->currentText(), u"Alpha Files"_s);
     EXPECT_TRUE(advanced().includeBetasButton->isChecked());
     EXPECT_EQ(actions().actionsTableView->rowText(0),
-              u"Return will Show in File Manager with the selected row"_qs);
+              u"Return will Show in File Manager with the selected row"_s);
 }
 
 TEST_F(PreferencesTest, saysBesideAControlThatNothingWasStored)
@@ -225,19 +226,19 @@ protected:
 
 TEST_F(ActionPaneTest, listsTheActionsInTheirOrder)
 {
-    EXPECT_EQ(rows(), QStringList({u"Return will Open in Default App with the selected row"_qs,
+    EXPECT_EQ(rows(), QStringList({u"Return will Open in Default App with the selected row"_s,
                                    u"Ctrl+Return will Show Parent in File Manager with the "
-                                   "selected row"_qs,
+                                   "selected row"_s,
                                    u"Alt+Return will Copy Path to Clipboard with the "
-                                   "selected row"_qs,
-                                   u"Alt+Shift+Return will Open Application with Terminal"_qs}));
+                                   "selected row"_s,
+                                   u"Alt+Shift+Return will Open Application with Terminal"_s}));
     EXPECT_EQ(drawnDescription(actions().actionTable->actions()[3]),
-              QList<FormTextRun>({{.text = u"Alt+Shift+Return"_qs, .isBold = true},
-                                  {.text = u" will "_qs},
-                                  {.text = u"Open Application"_qs, .isBold = true},
-                                  {.text = u" with "_qs},
-                                  {.text = u"Terminal"_qs}}));
-    EXPECT_EQ(table().rowIdentifier(), u"ActionTableViewRowIdentifier"_qs);
+              QList<FormTextRun>({{.text = u"Alt+Shift+Return"_s, .isBold = true},
+                                  {.text = u" will "_s},
+                                  {.text = u"Open Application"_s, .isBold = true},
+                                  {.text = u" with "_s},
+                                  {.text = u"Terminal"_s}}));
+    EXPECT_EQ(table().rowIdentifier(), u"ActionTableViewRowIdentifier"_s);
     EXPECT_FALSE(store.contains("qln-actions-list")) << "showing them writes nothing";
 }
 
@@ -258,14 +259,13 @@ TEST_F(ActionPaneTest, removesEveryActionEqualToTheSelectedOne)
     actions().actionTable->removeSelected();
     EXPECT_FALSE(store.contains("qln-actions-list"));
     const std::string one = FIRST_KEYS_ACTION;
-    writeByHand(
-        "{\"qln-actions-list\": \"[" +
-        QString::fromStdString(one + "," + one).replace(u"\""_qs, u"\\\""_qs).toStdString() +
-        "]\"}");
+    writeByHand("{\"qln-actions-list\": \"[" +
+                QString::fromStdString(one + "," + one).replace(u"\""_s, u"\\\""_s).toStdString() +
+                "]\"}");
     ASSERT_TRUE(QTest::qWaitFor([this] { return table().rowCount() == 2; }, PATIENCE));
     table().selectRow(1);
     QTest::keyClick(&table(), Qt::Key_Delete);
-    EXPECT_EQ(rows(), QStringList(u"Return will Show in File Manager with the selected row"_qs))
+    EXPECT_EQ(rows(), QStringList(u"Return will Show in File Manager with the selected row"_s))
         << "what an emptied list means";
     EXPECT_EQ(store.data("qln-actions-list"), "[]");
 }
@@ -273,49 +273,49 @@ TEST_F(ActionPaneTest, removesEveryActionEqualToTheSelectedOne)
 TEST_F(ActionPaneTest, addsWhatTheSheetSays)
 {
     EXPECT_EQ(items(*sheet().shortcutButton),
-              QStringList({u"Shift+Return"_qs, u"Ctrl+Shift+Return"_qs}));
+              QStringList({u"Shift+Return"_s, u"Ctrl+Shift+Return"_s}));
     EXPECT_EQ(sheet().shortcutButton->currentIndex(), 0);
     EXPECT_EQ(items(*sheet().actionButton),
-              QStringList({u"Open in Default App"_qs, u"Show in File Manager"_qs,
-                           u"Show Parent in File Manager"_qs, u"Copy Path to Clipboard"_qs,
-                           u"Open Application"_qs, u"Execute Shell Command"_qs}));
+              QStringList({u"Open in Default App"_s, u"Show in File Manager"_s,
+                           u"Show Parent in File Manager"_s, u"Copy Path to Clipboard"_s,
+                           u"Open Application"_s, u"Execute Shell Command"_s}));
     QLineEdit &field = *sheet().parametersTextField;
     EXPECT_TRUE(field.isReadOnly());
-    EXPECT_EQ(field.text(), u"the selected row"_qs);
+    EXPECT_EQ(field.text(), u"the selected row"_s);
     choose(*sheet().actionButton, 5);
     EXPECT_FALSE(field.isReadOnly());
     EXPECT_EQ(field.text(), QString());
-    EXPECT_EQ(field.placeholderText(), u"/Users/me/scripts/my-script.sh"_qs);
+    EXPECT_EQ(field.placeholderText(), u"/Users/me/scripts/my-script.sh"_s);
     choose(*sheet().actionButton, 4);
-    EXPECT_EQ(field.placeholderText(), u"Sublime Text"_qs);
+    EXPECT_EQ(field.placeholderText(), u"Sublime Text"_s);
 
-    QTest::keyClicks(&field, u"Nonsense"_qs);
-    EXPECT_EQ(faults(sheet()), QStringList(u"No application of this name is installed."_qs));
+    QTest::keyClicks(&field, u"Nonsense"_s);
+    EXPECT_EQ(faults(sheet()), QStringList(u"No application of this name is installed."_s));
     field.clear();
-    press(sheet(), u"Choose…"_qs);
+    press(sheet(), u"Choose…"_s);
     auto *menu = sheet().findChild<QMenu *>();
     ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(menu->actions()[2]->text(), u"Files (fm)"_qs);
+    EXPECT_EQ(menu->actions()[2]->text(), u"Files (fm)"_s);
     menu->actions()[2]->trigger();
-    EXPECT_EQ(field.text(), u"files.desktop"_qs) << "which no other one is called";
+    EXPECT_EQ(field.text(), u"files.desktop"_s) << "which no other one is called";
     EXPECT_THAT(faults(sheet()), IsEmpty());
     menu->actions().last()->trigger();
     menu->close();
-    EXPECT_EQ(field.text(), u"Paint & Draw"_qs);
+    EXPECT_EQ(field.text(), u"Paint & Draw"_s);
     EXPECT_THAT(faults(sheet()), IsEmpty());
-    press(sheet(), u"Done"_qs);
-    EXPECT_EQ(rows().last(), u"Shift+Return will Open Application with Paint & Draw"_qs);
+    press(sheet(), u"Done"_s);
+    EXPECT_EQ(rows().last(), u"Shift+Return will Open Application with Paint & Draw"_s);
     EXPECT_THAT(*store.data("qln-actions-list"), HasSubstr(FIRST_KEYS_ACTION));
 }
 
 TEST_F(ActionPaneTest, staysOpenWhileAPartIsMissing)
 {
     choose(*sheet().actionButton, 4);
-    press(sheet(), u"Done"_qs);
+    press(sheet(), u"Done"_s);
     EXPECT_TRUE(sheet().isVisible());
     EXPECT_EQ(faults(sheet()).size(), 1);
     EXPECT_FALSE(store.contains("qln-actions-list"));
-    press(sheet(), u"Cancel"_qs);
+    press(sheet(), u"Cancel"_s);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
     ActionModelFinder finder(store);
@@ -325,7 +325,7 @@ TEST_F(ActionPaneTest, staysOpenWhileAPartIsMissing)
                           .actionTarget = ActionTarget::selectedRow});
     EXPECT_EQ(sheet().shortcutButton->count(), 0) << "every combination is taken";
     const std::string before = file();
-    press(sheet(), u"Done"_qs);
+    press(sheet(), u"Done"_s);
     EXPECT_TRUE(sheet().isVisible());
     EXPECT_EQ(file(), before);
 }
@@ -351,13 +351,13 @@ TEST_P(ProgramWarning, standsBesideTheFieldAndRefusesNothing)
     const std::string script = folder.writeFile("script");
     std::filesystem::permissions(script, std::filesystem::perms::owner_all);
     const QString target = QString::fromLatin1(GetParam().target)
-                               .replace(u"DIR"_qs, QString::fromStdString(folder.path()));
+                               .replace(u"DIR"_s, QString::fromStdString(folder.path()));
     choose(*sheet().actionButton, 5);
     sheet().parametersTextField->setText(target);
     const QString warning = QString::fromLatin1(GetParam().warning);
     EXPECT_EQ(faults(sheet()), warning.isEmpty() ? QStringList() : QStringList(warning));
-    press(sheet(), u"Done"_qs);
-    EXPECT_EQ(rows().last(), u"Shift+Return will Execute Shell Command with "_qs + target);
+    press(sheet(), u"Done"_s);
+    EXPECT_EQ(rows().last(), u"Shift+Return will Execute Shell Command with "_s + target);
 }
 
 const ProgramRow PROGRAM_ROWS[] = {

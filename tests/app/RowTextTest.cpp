@@ -12,6 +12,8 @@ namespace quillon {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 SearchBaseResult result(const std::string &text, std::vector<TextRange> ranges,
                         SearchBaseResultType type = SearchBaseResultType::standard)
 {
@@ -52,66 +54,63 @@ TEST_P(RowTextTable, countsCharactersAndMarksWhatIsNoText)
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, RowTextTable,
-    testing::Values(TextRow{"plain",
-                            "/home/a/harbour",
-                            {{8, 3}},
-                            u"/home/a/harbour"_qs,
-                            u"harbour"_qs,
-                            {u"har"_qs}},
-                    TextRow{"umlautsCountOnce",
-                            "/\u00fcber/gr\u00fcn",
-                            {{6, 4}},
-                            u"/über/grün"_qs,
-                            u"grün"_qs,
-                            {u"grün"_qs}},
-                    TextRow{"beyondTheBasicPlane",
-                            "/\U0001F600\U0001F600ab/cd",
-                            {{3, 2}},
-                            u"/\U0001F600\U0001F600ab/cd"_qs,
-                            u"cd"_qs,
-                            {u"ab"_qs}},
-                    TextRow{"anInvalidByteIsOne",
-                            "/a\xff\xfe/b\xe2\x82x",
-                            {{5, 4}},
-                            u"/a\uFFFD\uFFFD/b\uFFFD\uFFFDx"_qs,
-                            u"b\uFFFD\uFFFDx"_qs,
-                            {u"b\uFFFD\uFFFDx"_qs}},
-                    TextRow{"overlongAndSurrogates",
-                            "\xc0\xaf\xed\xa0\x80z",
-                            {{5, 1}},
-                            u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz"_qs,
-                            u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz"_qs,
-                            {u"z"_qs}},
-                    TextRow{"linesAndDirections",
-                            "/a\nb\u202egpj.exe",
-                            {},
-                            u"/a\uFFFDb\uFFFDgpj.exe"_qs,
-                            u"a\uFFFDb\uFFFDgpj.exe"_qs,
-                            {}},
-                    TextRow{"trailingSlash", "/home/alex/", {}, u"/home/alex/"_qs, u"alex/"_qs, {}},
-                    TextRow{"root", "/", {}, u"/"_qs, u"/"_qs, {}},
-                    TextRow{"rangesThatOverlapAreJoined",
-                            "/abcdef",
-                            {{3, 4}, {1, 3}, {1, 1}},
-                            u"/abcdef"_qs,
-                            u"abcdef"_qs,
-                            {u"abcdef"_qs}},
-                    TextRow{"rangesBeyondTheEnd",
-                            "/ab",
-                            {{1, 9}, {12, 3}},
-                            u"/ab"_qs,
-                            u"ab"_qs,
-                            {u"ab"_qs, QString()}}),
+    testing::Values(
+        TextRow{
+            "plain", "/home/a/harbour", {{8, 3}}, u"/home/a/harbour"_s, u"harbour"_s, {u"har"_s}},
+        TextRow{"umlautsCountOnce",
+                "/\u00fcber/gr\u00fcn",
+                {{6, 4}},
+                u"/über/grün"_s,
+                u"grün"_s,
+                {u"grün"_s}},
+        TextRow{"beyondTheBasicPlane",
+                "/\U0001F600\U0001F600ab/cd",
+                {{3, 2}},
+                u"/\U0001F600\U0001F600ab/cd"_s,
+                u"cd"_s,
+                {u"ab"_s}},
+        TextRow{"anInvalidByteIsOne",
+                "/a\xff\xfe/b\xe2\x82x",
+                {{5, 4}},
+                u"/a\uFFFD\uFFFD/b\uFFFD\uFFFDx"_s,
+                u"b\uFFFD\uFFFDx"_s,
+                {u"b\uFFFD\uFFFDx"_s}},
+        TextRow{"overlongAndSurrogates",
+                "\xc0\xaf\xed\xa0\x80z",
+                {{5, 1}},
+                u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz"_s,
+                u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz"_s,
+                {u"z"_s}},
+        TextRow{"linesAndDirections",
+                "/a\nb\u202egpj.exe",
+                {},
+                u"/a\uFFFDb\uFFFDgpj.exe"_s,
+                u"a\uFFFDb\uFFFDgpj.exe"_s,
+                {}},
+        TextRow{"trailingSlash", "/home/alex/", {}, u"/home/alex/"_s, u"alex/"_s, {}},
+        TextRow{"root", "/", {}, u"/"_s, u"/"_s, {}},
+        TextRow{"rangesThatOverlapAreJoined",
+                "/abcdef",
+                {{3, 4}, {1, 3}, {1, 1}},
+                u"/abcdef"_s,
+                u"abcdef"_s,
+                {u"abcdef"_s}},
+        TextRow{"rangesBeyondTheEnd",
+                "/ab",
+                {{1, 9}, {12, 3}},
+                u"/ab"_s,
+                u"ab"_s,
+                {u"ab"_s, QString()}}),
     [](const auto &test) { return std::string(test.param.name); });
 
 TEST(RowText, isReadOutNameFirst)
 {
     EXPECT_EQ(spokenText(result("/home/alex/harbour\nplans", {})),
-              u"harbour\uFFFDplans, in /home/alex"_qs);
-    EXPECT_EQ(spokenText(result("/home", {})), u"home, in /"_qs);
-    EXPECT_EQ(spokenText(result("/", {})), u"/"_qs);
+              u"harbour\uFFFDplans, in /home/alex"_s);
+    EXPECT_EQ(spokenText(result("/home", {})), u"home, in /"_s);
+    EXPECT_EQ(spokenText(result("/", {})), u"/"_s);
     EXPECT_EQ(spokenText(result("50 % of %2.txt", {}, SearchBaseResultType::inFrontFinder)),
-              u"50 % of %2.txt, in the front window"_qs);
+              u"50 % of %2.txt, in the front window"_s);
 }
 
 TEST(RowLayout, losesTheBeginningAndNeverTheEnd)
@@ -140,12 +139,12 @@ TEST(RowLayout, keepsTheMatchedLettersOfTheParentsInView)
         result("/home/alex/Work/a folder with a long name/another one of them/plans", {{11, 4}}));
     const QFont font;
     const qreal full = RowLayout(row, font, PanelPalette::light(), 10000).width();
-    EXPECT_EQ(RowLayout(row, font, PanelPalette::light(), full * 0.93).text().left(1), u"…"_qs);
+    EXPECT_EQ(RowLayout(row, font, PanelPalette::light(), full * 0.93).text().left(1), u"…"_s);
     const QString text = RowLayout(row, font, PanelPalette::light(), full * 0.5).text();
-    EXPECT_TRUE(text.startsWith(u"…Work…"_qs)) << text.toStdString();
-    EXPECT_TRUE(text.endsWith(u"/plans"_qs)) << text.toStdString();
+    EXPECT_TRUE(text.startsWith(u"…Work…"_s)) << text.toStdString();
+    EXPECT_TRUE(text.endsWith(u"/plans"_s)) << text.toStdString();
     const QString least = RowLayout(row, font, PanelPalette::light(), full * 0.07).text();
-    EXPECT_TRUE(u"…/plans"_qs.endsWith(least.mid(1))) << least.toStdString();
+    EXPECT_TRUE(u"…/plans"_s.endsWith(least.mid(1))) << least.toStdString();
 }
 
 TEST(RowText, drawsTheHomeFolderAsATilde)
@@ -157,11 +156,11 @@ TEST(RowText, drawsTheHomeFolderAsATilde)
             text += u' ' + row.text.mid(span.start, span.length);
         return text;
     };
-    EXPECT_EQ(drawn("/home/alex/Work/plans", {{11, 2}, {16, 2}}), u"~/Work/|plans Wo pl"_qs);
-    EXPECT_EQ(drawn("/home/alex/Work", {{1, 2}, {7, 1}, {9, 4}}), u"~/|Work ~/Wo"_qs)
+    EXPECT_EQ(drawn("/home/alex/Work/plans", {{11, 2}, {16, 2}}), u"~/Work/|plans Wo pl"_s);
+    EXPECT_EQ(drawn("/home/alex/Work", {{1, 2}, {7, 1}, {9, 4}}), u"~/|Work ~/Wo"_s)
         << "the tilde stands for what matched in it";
-    EXPECT_EQ(drawn("/home/alex", {}), u"/home/|alex"_qs);
-    EXPECT_EQ(drawn("/home/alexa/Work", {}), u"/home/alexa/|Work"_qs);
+    EXPECT_EQ(drawn("/home/alex", {}), u"/home/|alex"_s);
+    EXPECT_EQ(drawn("/home/alexa/Work", {}), u"/home/alexa/|Work"_s);
 }
 
 } // namespace quillon

@@ -26,6 +26,8 @@
 
 namespace quillon {
 
+using namespace Qt::StringLiterals;
+
 using Texts = std::vector<std::string>;
 
 /// Answers queries from a table. What is no path is an item of the front window.
@@ -174,7 +176,7 @@ protected:
     {
         QStringList texts;
         for (const PanelFooter::Hint &hint : view_.footer().hints())
-            texts << hint.key + u": "_qs + hint.meaning;
+            texts << hint.key + u": "_s + hint.meaning;
         return texts;
     }
 

@@ -14,6 +14,8 @@ namespace quillon {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 struct Spoken
 {
     const char *name;
@@ -64,32 +66,32 @@ INSTANTIATE_TEST_SUITE_P(
     Table, Translations,
     testing::Values(
         Spoken{"German",
-               {u"de"_qs},
+               {u"de"_s},
                u"Ordner suchen",
                u"1 Ordner",
                u"Abbrechen",
                u"Strg+Alt+Leertaste"},
         Spoken{"Austrian",
-               {u"de-AT"_qs, u"en"_qs},
+               {u"de-AT"_s, u"en"_s},
                u"Ordner suchen",
                u"1 Ordner",
                u"Abbrechen",
                u"Strg+Alt+Leertaste"},
         Spoken{"Second",
-               {u"tlh"_qs, u"de"_qs},
+               {u"tlh"_s, u"de"_s},
                u"Ordner suchen",
                u"1 Ordner",
                u"Abbrechen",
                u"Strg+Alt+Leertaste"},
         Spoken{"EnglishFirst",
-               {u"en-GB"_qs, u"de"_qs},
+               {u"en-GB"_s, u"de"_s},
                u"Find a folder",
                u"1 folder",
                u"Cancel",
                u"Ctrl+Alt+Space"},
         // A French button in an English window would be worse.
         Spoken{
-            "Unknown", {u"fr-FR"_qs}, u"Find a folder", u"1 folder", u"Cancel", u"Ctrl+Alt+Space"},
+            "Unknown", {u"fr-FR"_s}, u"Find a folder", u"1 folder", u"Cancel", u"Ctrl+Alt+Space"},
         Spoken{"None", {}, u"Find a folder", u"1 folder", u"Cancel", u"Ctrl+Alt+Space"}),
     testing::PrintToStringParamName());
 

@@ -24,6 +24,8 @@ using testing::IsEmpty;
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 const UpdateItem ITEM{.version = "1.4.0",
                       .link = "https://example.org/1.4.0",
                       .notes = "https://example.org/1.4.0/news"};
@@ -219,9 +221,9 @@ TEST_F(UpdaterTest, offersTheUpdateToWhoeverAsked)
     controller.find(ITEM);
     EXPECT_EQ(texts().value(0), u"Quillon 1.4.0 is available");
     EXPECT_TRUE(texts().value(1).contains(u"1.3.9"));
-    EXPECT_EQ(buttons(), QStringList({u"What’s New"_qs, u"Later"_qs, u"Download"_qs}));
+    EXPECT_EQ(buttons(), QStringList({u"What’s New"_s, u"Later"_s, u"Download"_s}));
 
-    press(u"What’s New"_qs);
+    press(u"What’s New"_s);
     EXPECT_THAT(workspace.openedLinks, ElementsAre(ITEM.notes));
     ASSERT_NE(window(), nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
@@ -235,7 +237,7 @@ TEST_F(UpdaterTest, canBePutOffAndReachedByTheKeyboard)
 {
     updater.checkInteractively();
     controller.find({.version = "1.4.0", .link = "https://example.org/", .notes = {}});
-    EXPECT_EQ(buttons(), QStringList({u"Later"_qs, u"Download"_qs})) << "there are no notes";
+    EXPECT_EQ(buttons(), QStringList({u"Later"_s, u"Download"_s})) << "there are no notes";
     ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
     QTest::keyClick(window()->focusWidget(), Qt::Key_Tab);
     QTest::keyClick(window()->focusWidget(), Qt::Key_Space);
@@ -249,7 +251,7 @@ TEST_F(UpdaterTest, namesTheAddressWhenNothingOpensIt)
     workspace.hasBrowser = false;
     updater.checkInteractively();
     controller.find(ITEM);
-    press(u"Download"_qs);
+    press(u"Download"_s);
     EXPECT_EQ(texts().value(0), u"No web browser was found");
     EXPECT_TRUE(texts().value(1).contains(QString::fromStdString(ITEM.link)));
 }
@@ -264,7 +266,7 @@ TEST_F(UpdaterTest, saysWhyThereIsNone)
         updater.checkInteractively();
         controller.findNone(reason);
         EXPECT_EQ(texts().size(), 2);
-        EXPECT_EQ(buttons(), QStringList({u"Close"_qs}));
+        EXPECT_EQ(buttons(), QStringList({u"Close"_s}));
         said.insert(texts());
     }
     EXPECT_EQ(said.size(), reasons.size()) << "each in words of its own";

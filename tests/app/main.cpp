@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <string_view>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Sees every text on its way to the user and holds it against the German catalogue, which has them
@@ -15,7 +17,7 @@ namespace {
 class CatalogueWatch : public QTranslator
 {
 public:
-    CatalogueWatch() { isLoaded_ = german_.load(u":/quillon/translations/quillon_de.qm"_qs); }
+    CatalogueWatch() { isLoaded_ = german_.load(u":/quillon/translations/quillon_de.qm"_s); }
 
     bool isEmpty() const override { return !isLoaded_; }
     QString translate(const char *context, const char *text, const char *comment,
@@ -44,7 +46,7 @@ int main(int argc, char **argv)
     testing::InitGoogleTest(&argc, argv);
     Q_INIT_RESOURCE(quillon);
     QApplication application(argc, argv);
-    quillon::translateApplication(application, {u"en"_qs});
+    quillon::translateApplication(application, {u"en"_s});
     CatalogueWatch watch;
     QApplication::installTranslator(&watch);
     return RUN_ALL_TESTS();

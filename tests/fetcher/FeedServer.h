@@ -19,6 +19,8 @@
 
 namespace quillon {
 
+using namespace Qt::StringLiterals;
+
 /// An https server on this machine with a certificate of its own, for the name localhost. Answers
 /// from the event loop of the thread that made it.
 class FeedServer
@@ -32,10 +34,10 @@ public:
         const QString key = QString::fromStdString(folder + "/certificate-key.pem");
         QProcess openssl;
         openssl.start(QStringLiteral("openssl"),
-                      {u"req"_qs, u"-x509"_qs, u"-newkey"_qs, u"ec"_qs, u"-pkeyopt"_qs,
-                       u"ec_paramgen_curve:prime256v1"_qs, u"-nodes"_qs, u"-days"_qs, u"2"_qs,
-                       u"-subj"_qs, u"/CN=localhost"_qs, u"-addext"_qs,
-                       u"subjectAltName=DNS:localhost"_qs, u"-keyout"_qs, key, u"-out"_qs,
+                      {u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s,
+                       u"ec_paramgen_curve:prime256v1"_s, u"-nodes"_s, u"-days"_s, u"2"_s,
+                       u"-subj"_s, u"/CN=localhost"_s, u"-addext"_s,
+                       u"subjectAltName=DNS:localhost"_s, u"-keyout"_s, key, u"-out"_s,
                        QString::fromStdString(certificate_)});
         require(openssl.waitForFinished(60000) && openssl.exitCode() == 0,
                 "openssl makes a certificate");

@@ -20,6 +20,7 @@ namespace quillon {
 
 namespace {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
@@ -314,7 +315,7 @@ TEST_F(UpdateCheck, acceptsWhatTheCommandsOfTheManualSign)
     place.writeFile("items.json", blocks("json"));
     QProcess shell;
     shell.setWorkingDirectory(QString::fromStdString(place.path()));
-    shell.start(u"sh"_qs, {u"-e"_qs, u"-c"_qs, QString::fromStdString(blocks("sh"))});
+    shell.start(u"sh"_s, {u"-e"_s, u"-c"_s, QString::fromStdString(blocks("sh"))});
     ASSERT_TRUE(shell.waitForFinished(PATIENCE));
     ASSERT_EQ(shell.exitCode(), 0) << shell.readAllStandardError().toStdString();
     std::string key = shell.readAllStandardOutput().trimmed().toStdString();
