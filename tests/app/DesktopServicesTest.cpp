@@ -220,7 +220,7 @@ TEST(GioWorkspace, knowsFoldersIconsAndLinks)
 {
     const TemporaryFolder tree;
     tree.makeFolder("real");
-    const std::string file = tree.writeFile("notes.txt");
+    const std::string file = tree.writeFile("notes.txt", "text");
     std::filesystem::create_directory_symlink("real", tree.path("link"));
     const GioWorkspace workspace;
 

