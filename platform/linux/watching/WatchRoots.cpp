@@ -63,8 +63,8 @@ void WatchRoots::remove(std::string_view path)
 WatchTree::Id WatchRoots::folder(std::string_view path) const
 {
     const auto root = std::ranges::find(roots_, path, &Root::path);
-    const bool isThere = root != roots_.end() && root->node != WatchTree::NONE &&
-                         folders_.tree().isLive(root->node);
+    const bool isThere =
+        root != roots_.end() && root->node != WatchTree::NONE && folders_.tree().isLive(root->node);
     return isThere ? root->node : WatchTree::NONE;
 }
 
