@@ -24,8 +24,8 @@ struct QLNShortcut
     static std::optional<QLNShortcut> fromText(std::string_view text);
     /// Returns a text that fromText() reads back as this shortcut.
     std::string text() const;
-    /// Returns the names that the keys have on the user's keyboard, modifiers first. Empty without
-    /// keys.
+    /// Returns the names that the keys have on the user's keyboard, modifiers first. There are
+    /// none for a shortcut without keys.
     QStringList keyNames() const;
 
     friend bool operator==(const QLNShortcut &, const QLNShortcut &) = default;

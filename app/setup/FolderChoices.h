@@ -33,7 +33,7 @@ public:
     /// The first folder follows this control in the order of the Tab key. Set before there is one.
     void setTabStopBefore(QWidget *control) { tabStopBefore_ = control; }
 
-    /// Those offered later are counted as well.
+    /// Folders that are offered later are counted as well.
     void startCounting(const FolderCounter::Services &services);
     void stopCounting();
     void updateCounts();

@@ -38,9 +38,9 @@ public:
     std::vector<Question> take(Clock::time_point now);
     /// Forgets the questions handed over that were not added again: they have been answered.
     void forgetTaken() { taken_.clear(); }
-    /// What waits to be asked again.
+    /// Returns the questions that wait to be asked again.
     std::vector<Question> waiting() const;
-    /// The end of time where there are none.
+    /// Returns when the next question is due: the end of time where none waits.
     Clock::time_point due() const;
 
 private:

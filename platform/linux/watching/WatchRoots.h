@@ -33,7 +33,7 @@ public:
     void remove(std::string_view path);
     /// Whether the root is on a remote file system. Absent when the disk did not answer.
     std::optional<bool> isRemote(const std::string &path) const;
-    /// The folder of a root, or NONE where it is not there.
+    /// Returns the folder of a root. It is NONE where the root is not there.
     Id folder(std::string_view path) const;
     /// The roots that are there, and their folders.
     std::vector<std::pair<std::string, Id>> entered() const;
