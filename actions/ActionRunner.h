@@ -31,10 +31,10 @@ public:
         FileManager &fileManager;
         Clipboard &clipboard;
         ProcessRunner &processRunner;
-        /// Asked why an item could not be opened.
+        /// It is asked why an item could not be opened.
         FolderLister &folderLister;
     };
-    /// Called on any thread when an action has failed.
+    /// It is called on any thread when an action has failed.
     using Failed = std::function<void(const ActionFailure &failure)>;
     struct Streams
     {
@@ -49,7 +49,7 @@ public:
                  const AppleScriptRunner &appleScriptRunner, TaskQueue &queue,
                  std::string programsFolder, Streams streams = {stdout, stderr});
 
-    /// Set before the first action.
+    /// It is set before the first action.
     void onFailure(Failed failed) { failed_ = std::move(failed); }
 
     /// Returns what the action does to the row. A row from the front file manager window is opened

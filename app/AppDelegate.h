@@ -160,7 +160,7 @@ private:
     bool isFirstShowDue_ = false;
     /// It holds everything that the settings name; read on every thread.
     std::atomic<bool> isIndexComplete_ = false;
-    /// Made when it is first needed.
+    /// It is made when it is first needed.
     std::optional<AppleEventPermissionCoordinator> appleEventPermissionCoordinator_;
 };
 

@@ -67,7 +67,7 @@ private:
     std::shared_ptr<Helper> takeHelper() EXCLUDES(mutex_);
 
     const Options options_;
-    /// Held by calls that were given up too, which end the silence when they return.
+    /// It is held by calls that were given up too, which end the silence when they return.
     const std::shared_ptr<Silence> silence_;
     Mutex mutex_;
     std::vector<std::shared_ptr<Helper>> idle_ GUARDED_BY(mutex_);

@@ -41,7 +41,7 @@ struct CrawlResult;
 class SearchBase
 {
 public:
-    /// Called with one line about the state of a build, on the thread that builds.
+    /// It is called with one line about the state of a build, on the thread that builds.
     using Progress = std::function<void(const std::string &line)>;
 
     struct Services
@@ -53,7 +53,8 @@ public:
         std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
         /// Absent, the index is as fresh as its last build.
         std::optional<SearchBaseWatcher::Services> watching = std::nullopt;
-        /// Called with each path that the watcher reports, on its event queue, before the update.
+        /// It is called with each path that the watcher reports, on its event queue, before the
+        /// update.
         std::function<void(const std::string &path)> onReport = nullptr;
     };
 
@@ -156,9 +157,10 @@ private:
     const std::shared_ptr<Changes> changes_;
     const std::unique_ptr<SearchBaseWatcher> searchBaseWatcher_;
 
-    /// Held by a build or an update as long as it takes; taken before the index's lock.
+    /// It is held by a build or an update as long as it takes; taken before the index's lock.
     Mutex changing_;
-    /// Held while watching begins or ends; taken after the one above, before the index's lock.
+    /// It is held while watching begins or ends; taken after the one above, before the index's
+    /// lock.
     mutable Mutex watching_;
     std::shared_ptr<const SearchLocations> locations_ GUARDED_BY(watching_);
     /// A build has crawled all of them and the index was not reset since.

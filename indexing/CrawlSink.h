@@ -19,7 +19,7 @@ public:
     {
         std::string_view name;
         bool isFolder = false;
-        /// Set by add().
+        /// It is set by add().
         Token token = 0;
     };
 

@@ -21,8 +21,8 @@ namespace quillon {
 
 /// The workers of one crawl and what they share.
 ///
-/// Held by the threads too, since one that was given up may outlive the crawl. A worker's lock is
-/// taken after the team's.
+/// It is held by the threads too, since one that was given up may outlive the crawl. A worker's
+/// lock is taken after the team's.
 class CrawlTeam : public std::enable_shared_from_this<CrawlTeam>
 {
 public:
@@ -51,7 +51,7 @@ public:
 
     const Task &task() const { return task_; }
     bool isStopped() const { return stopped_.load(std::memory_order_relaxed); }
-    /// Set once, by the first worker, before anything can be shared.
+    /// It is set once, by the first worker, before anything can be shared.
     void setRoot(std::shared_ptr<const OpenFolder> handle) { rootHandle_ = std::move(handle); }
     const std::shared_ptr<const OpenFolder> &rootHandle() const { return rootHandle_; }
     /// Takes note of what stands at the name with this number.

@@ -69,8 +69,9 @@ struct CrawlOptions
 class Crawler
 {
 public:
-    /// Called with "Processing " and a path, at most about 60 times a second, and with "Enumerator
-    /// error ", a path, a blank and a reason, always; on the thread that called crawl().
+    /// It is called with "Processing " and a path, at most about 60 times a second, and with
+    /// "Enumerator error ", a path, a blank and a reason, always; on the thread that called
+    /// crawl().
     using Progress = std::function<void(const std::string &line)>;
 
     /// The rules hold for the life of the crawler. The lister outlives it and also the calls that a

@@ -19,7 +19,7 @@ namespace quillon {
 class RillFSEventStream
 {
 public:
-    /// Called on the stream's queue.
+    /// It is called on the stream's queue.
     using Handler = std::function<void(const RillFSEventsEvent &event)>;
 
     struct Terms

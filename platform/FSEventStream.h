@@ -65,18 +65,18 @@ public:
     FSEventArming(const FSEventArming &) = delete;
     FSEventArming &operator=(const FSEventArming &) = delete;
 
-    /// Called with a root of the crawl. The stamp was taken before the folder was listed: whatever
-    /// changes after that is told. It is unknown where the folder was not opened.
+    /// It is called with a root of the crawl. The stamp was taken before the folder was listed:
+    /// whatever changes after that is told. It is unknown where the folder was not opened.
     virtual Folder armRoot(const std::string &path, const FolderStamp &stamp) = 0;
-    /// Called with each folder below; parent is what the call for the folder above returned.
+    /// It is called with each folder below; parent is what the call for the folder above returned.
     virtual Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) = 0;
-    /// Called with a folder that was listed and the sum over its items, unless that is 0.
+    /// It is called with a folder that was listed and the sum over its items, unless that is 0.
     virtual void listed(Folder folder, std::uint64_t items) = 0;
-    /// Called with a folder that was armed and could not be listed to its end, or with a root whose
-    /// crawl ended early: the stream lists it and everything below itself.
+    /// It is called with a folder that was armed and could not be listed to its end, or with a root
+    /// whose crawl ended early: the stream lists it and everything below itself.
     virtual void notListed(Folder folder) = 0;
-    /// Called with a folder that the crawl gave up before it could be armed, by its name in the
-    /// folder above: the stream looks at it itself, and at nothing else.
+    /// It is called with a folder that the crawl gave up before it could be armed, by its name in
+    /// the folder above: the stream looks at it itself, and at nothing else.
     virtual void notEntered(Folder parent, std::string_view name) = 0;
 };
 
@@ -94,8 +94,8 @@ struct FSEventStatus
 /// A stream's paths as the receiver is given them: a list, or else a printout of what came instead.
 using FSEventPaths = std::variant<std::vector<std::string>, std::string>;
 
-/// Called on the stream's queue: the info pointer that the stream was made with, the number of
-/// events, and the path, the flags and the ID of each.
+/// It is called on the stream's queue: the info pointer that the stream was made with, the number
+/// of events, and the path, the flags and the ID of each.
 using FSEventStreamCallback = std::function<void(
     void *info, std::size_t count, const FSEventPaths &paths,
     const std::vector<std::uint32_t> &flags, const std::vector<std::uint64_t> &ids)>;

@@ -15,7 +15,7 @@ public:
     {
         /// The text of the button, in UTF-8.
         std::string text;
-        /// Called when the user presses the button, on the main thread.
+        /// It is called when the user presses the button, on the main thread.
         std::function<void()> chosen;
     };
     /// Plain texts in UTF-8.

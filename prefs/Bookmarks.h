@@ -70,7 +70,7 @@ private:
     DefaultsStore &store_;
     const FolderIdentity &folders_;
     std::FILE *diagnostics_;
-    /// Held from reading the dictionary to writing it back.
+    /// It is held from reading the dictionary to writing it back.
     Mutex changing_;
 };
 

@@ -19,7 +19,7 @@ class PanelFooter : public QWidget
 public:
     struct Hint
     {
-        /// Held with Return.
+        /// These keys are held with Return.
         ActionShortcutFlags flags = {};
         /// The keys as they are called on the keyboard.
         QString key = {};

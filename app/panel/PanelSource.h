@@ -39,14 +39,14 @@ public:
     PanelSource(const PanelSource &) = delete;
     PanelSource &operator=(const PanelSource &) = delete;
 
-    /// Called on a background thread, several at a time. "~" at the beginning of a path stands for
-    /// the home folder. Where the query is exactly the path of something that exists, its row is
-    /// the selected one, else the first.
+    /// It is called on a background thread, several at a time. "~" at the beginning of a path
+    /// stands for the home folder. Where the query is exactly the path of something that exists,
+    /// its row is the selected one, else the first.
     virtual Answer search(const std::string &query) const = 0;
     /// The rows for a query too short to search for.
     virtual std::vector<SearchBaseResultRef> mostAccessedResults() const = 0;
     /// The rows where nothing was used yet: folders that the desktop offers and that are there.
-    /// Called on a background thread, since it asks the disk.
+    /// It is called on a background thread, since it asks the disk.
     virtual std::vector<SearchBaseResultRef> places() const = 0;
     /// Counts one use of the result's path, saved at once.
     virtual void recordUse(const SearchBaseResultRef &result) = 0;

@@ -53,7 +53,7 @@ private:
     QVBoxLayout *column_;
     std::vector<FolderChoice *> choices_;
     QWidget *tabStopBefore_ = nullptr;
-    /// Set while folders are counted.
+    /// It is set while folders are counted.
     std::optional<FolderCounter::Services> counting_;
 };
 

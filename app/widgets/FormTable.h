@@ -38,7 +38,7 @@ public:
     QString rowText(int row) const;
     std::optional<int> selectedRow() const;
     const QString &rowIdentifier() const { return rowIdentifier_; }
-    /// Shown in the middle while there are no rows.
+    /// It is shown in the middle while there are no rows.
     void setPlaceholder(const QString &sentence) { placeholder_ = sentence; }
 
     void setPanelPalette(const PanelPalette &palette);

@@ -30,7 +30,7 @@ struct Notice
     QString text;
     /// On the button that only takes the window away.
     QString dismissal;
-    /// Called when that button or Escape has the window taken away.
+    /// It is called when that button or Escape has the window taken away.
     std::function<void()> dismissed = {};
     std::optional<Choice> primary = {};
     /// Stands apart from the others.
@@ -61,7 +61,7 @@ private:
     QString title_;
     WindowSystem &windowSystem_;
     PanelPalette palette_ = PanelPalette::light();
-    /// Made when there is something to tell.
+    /// It is made when there is something to tell.
     std::unique_ptr<SetupWindow> window_;
     NoticeView *view_ = nullptr;
 };

@@ -69,7 +69,7 @@ public:
     FormTable *const searchLocationsTableView;
     /// Segment 0 opens the menu of what can be added, segment 1 removes the selected location.
     SegmentedControl *const searchLocationsSegmentedControl;
-    /// Shown while the settings say something else than they did for the index.
+    /// It is shown while the settings say something else than they did for the index.
     QWidget *const rebuildFlagImage;
     QPushButton *const rebuildButton;
 

@@ -131,7 +131,7 @@ private:
 
     Descriptor folder_;
     std::shared_ptr<const Terms> terms_;
-    /// Known only where subfolders alone are wanted.
+    /// It is known only where subfolders alone are wanted.
     Device device_;
 };
 

@@ -54,7 +54,7 @@ private:
     void complainOnce() const REQUIRES(mutex_);
 
     const SettingsFile file_;
-    /// Held for the length of a write, so that readers wait for no disk.
+    /// It is held for the length of a write, so that readers wait for no disk.
     Mutex writing_;
     mutable Mutex mutex_;
     /// What was read, or written, last without a fault.

@@ -50,7 +50,7 @@ class SettingsFile
 public:
     struct Reading
     {
-        /// Taken before the bytes were read.
+        /// It is taken before the bytes were read.
         FileStamp stamp;
         /// The errno of what kept the bytes from being read; 0 when all were read.
         int error = 0;

@@ -40,12 +40,12 @@ class CrawledTree
 public:
     using Folder = FSEventArming::Folder;
 
-    /// Called with the folder above, which comes first, and the name in it; for a root with NONE
-    /// and the path. Returns the folder's place, or NONE where nothing below it is wanted.
+    /// It is called with the folder above, which comes first, and the name in it; for a root with
+    /// NONE and the path. Returns the folder's place, or NONE where nothing below it is wanted.
     using Enter = std::function<WatchTree::Id(WatchTree::Id parent, std::string_view name,
                                               const CrawledFolder &folder)>;
-    /// Called with a folder and the name of one in it that the crawl could not open, or without a
-    /// name where it could not list the folder itself.
+    /// It is called with a folder and the name of one in it that the crawl could not open, or
+    /// without a name where it could not list the folder itself.
     using Missed = std::function<void(WatchTree::Id folder, const std::string &name)>;
     /// Goes through the folders at or below some paths, and then through what was missed there.
     void visit(const std::vector<std::string> &roots, const Enter &enter,

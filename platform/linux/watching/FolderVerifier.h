@@ -30,9 +30,9 @@ public:
 
     struct Hooks
     {
-        /// Called between the arming and the listing of a folder.
+        /// It is called between the arming and the listing of a folder.
         std::function<void(const std::string &path)> beforeListing;
-        /// Called between folders. False when all this is to end.
+        /// It is called between folders. False when all this is to end.
         std::function<bool()> goesOn;
         /// A remote file system begins in a folder that is entered.
         std::function<void(const std::string &path)> onRemote;

@@ -21,9 +21,10 @@ struct InotifyOptions
     /// Events beyond this number in one reading count as lost, as if the system's queue were so
     /// short.
     std::optional<std::size_t> queueLimit;
-    /// Called on the watching thread between the arming and the listing of a folder.
+    /// It is called on the watching thread between the arming and the listing of a folder.
     std::function<void(const std::string &path)> beforeListing;
-    /// Called on the watching thread when the disk has been read and before that is delivered.
+    /// It is called on the watching thread when the disk has been read and before that is
+    /// delivered.
     std::function<void()> beforeDelivery;
     /// Nanoseconds since 1970, by default the system's.
     std::function<std::int64_t()> wallClock;

@@ -38,7 +38,7 @@ public:
 
     struct Hooks
     {
-        /// Called between folders during long work. False when it is to end.
+        /// It is called between folders during long work. False when it is to end.
         std::function<bool()> goesOn;
         /// A root on a remote file system has come or gone.
         std::function<void(const std::string &path, bool hasCome)> onRemote;

@@ -59,7 +59,7 @@ public:
     };
     /// Compares the roots with the disk.
     void check(FolderVerifier &verifier, const Check &terms);
-    /// Called with each root on a remote file system that comes or is forgotten.
+    /// It is called with each root on a remote file system that comes or is forgotten.
     std::function<void(const std::string &path, bool hasCome)> onRemote;
 
 private:

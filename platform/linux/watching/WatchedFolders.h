@@ -115,9 +115,9 @@ public:
     /// releaseDropped(), since a folder found elsewhere may take them over.
     void drop(Id top);
     void releaseDropped();
-    /// Called for each closed folder that is dropped.
+    /// It is called for each closed folder that is dropped.
     std::function<void(const std::string &path)> onClosedDropped;
-    /// Asked before a watch is given back that no folder owns any more.
+    /// It is asked before a watch is given back that no folder owns any more.
     std::function<bool(int watch)> isWantedElsewhere;
 
     std::size_t budget() const { return budget_; }
