@@ -1,6 +1,7 @@
 // A window that takes what is dropped on it: drop_target FILE
 //
-// Writes "text/uri-list" and "text/plain" as they came, each ended by a null byte.
+// Writes "text/uri-list" and "text/plain" as they came, each ended by a null byte. The title of the
+// window is "takes it" while something is over it.
 
 #include <QApplication>
 #include <QDropEvent>
@@ -16,12 +17,17 @@ public:
     explicit DropTarget(const QString &record) : record_(record)
     {
         setAcceptDrops(true);
-        setWindowTitle(QStringLiteral("drop target"));
         resize(1200, 160);
     }
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override { event->acceptProposedAction(); }
+    void dragMoveEvent(QDragMoveEvent *event) override
+    {
+        event->acceptProposedAction();
+        setWindowTitle(QStringLiteral("takes it"));
+    }
+    void dragLeaveEvent(QDragLeaveEvent *) override { setWindowTitle({}); }
     void dropEvent(QDropEvent *event) override
     {
         event->acceptProposedAction();

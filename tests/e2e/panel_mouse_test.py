@@ -89,25 +89,43 @@ class PanelMouseTest(Desktop):
         target = eventually("the drop target", lambda: windows("drop_target"))[0]
         subprocess.run(["xdotool", "windowmove", "--sync", target, "40", "620"], check=True)
         self.start_with_a_row()
-        left, top, _, _ = self.place()
 
-        def drag(x, y, *meanwhile):
+        def is_taken_up():
+            """Presses the row and moves it; its icon then follows the pointer as a window."""
+            left, top, _, _ = self.place()
             self.point_at(left + 200, top + FIRST_ROW)
             subprocess.run(["xdotool", "mousedown", "1"], check=True)
             for step in range(1, 5):
                 self.point_at(left + 200 + 10 * step, top + FIRST_ROW + 10 * step)
-            for command in meanwhile:
-                subprocess.run(command, check=True)
-            self.point_at(x, y - 10)
-            self.point_at(x, y)
+            if is_soon(lambda: len(windows("quillon")) > 1):
+                return True
+            # The row was not there yet, and the panel was moved by its background.
             subprocess.run(["xdotool", "mouseup", "1"], check=True)
+            self.point_at(20, 20)  # a pointer that is already there would be waited for
+            return False
 
-        drag(20, 20)  # over the bare screen, which takes nothing
+        def is_over_target():
+            for y in (750, 760):
+                self.point_at(400, y)
+            return windows("drop_target", "takes it")
+
+        def let_go():
+            subprocess.run(["xdotool", "mouseup", "1"], check=True)
+            eventually("the end of the drag", lambda: len(windows("quillon")) < 2)
+
+        eventually("a row that is dragged", is_taken_up)
+        self.point_at(20, 20)  # over the bare screen, which takes nothing
+        let_go()
         self.assertTrue(self.panel())
 
         def is_dropped():
-            # The toolkit takes no row while it still ends the drag before.
-            drag(400, 760, ["xdotool", "windowactivate", "--sync", target])
+            if not self.panel():  # the answer of the target came after the button was released
+                self.show()
+                self.press("BackSpace")
+            eventually("a row that is dragged", is_taken_up)
+            subprocess.run(["xdotool", "windowactivate", "--sync", target], check=True)
+            eventually("the target's answer", is_over_target)
+            let_go()
             return is_soon(record.exists)
 
         eventually("the dropped row", is_dropped)
