@@ -4,13 +4,6 @@
 
 namespace quillon {
 
-namespace {
-
-/// The index stays locked for so many entries at a time.
-constexpr std::size_t SLICE = 1024;
-
-} // namespace
-
 FoundNodes::FoundNodes(SearchBasePaths &paths, std::stop_token isReset)
     : paths_(paths), isReset_(std::move(isReset))
 {}
@@ -27,8 +20,7 @@ CrawlSink::Token FoundNodes::root(const std::string &path)
 void FoundNodes::add(Token parent, std::span<Entry> entries)
 {
     while (!entries.empty()) {
-        const std::span<Entry> some = entries.first(std::min(SLICE, entries.size()));
-        entries = entries.subspan(some.size());
+        const std::span<Entry> some = takeSlice(entries);
         // Most entries are in the index already, and looking them up keeps no search out.
         if (!lookUp(parent, some) || !makeMissing(parent, some))
             return;

@@ -2,13 +2,6 @@
 
 namespace quillon {
 
-namespace {
-
-/// The dead children of so many folders are removed at a time.
-constexpr std::size_t SLICE = 1024;
-
-} // namespace
-
 HeldNodes::HeldNodes(PathIndex &index) : index_(index)
 {
     const WritingIndex writing(index_.lock);
@@ -28,7 +21,7 @@ HeldNodes::~HeldNodes()
 bool HeldNodes::collectSome()
 {
     const WritingIndex writing(index_.lock);
-    return index_.tree.collectSomeDead(SLICE);
+    return index_.tree.collectSomeDead(PathIndex::SLICE);
 }
 
 } // namespace quillon

@@ -5,13 +5,6 @@
 
 namespace quillon {
 
-namespace {
-
-/// Entries between two times that searches get in.
-constexpr std::size_t SLICE = 1024;
-
-} // namespace
-
 IndexSink::IndexSink(SearchBasePaths &paths, std::stop_token isReset)
     : paths_(paths), isReset_(std::move(isReset))
 {}
@@ -28,8 +21,7 @@ CrawlSink::Token IndexSink::root(const std::string &path)
 void IndexSink::add(Token parent, std::span<Entry> entries)
 {
     while (!entries.empty()) {
-        const std::span<Entry> some = entries.first(std::min(SLICE, entries.size()));
-        entries = entries.subspan(some.size());
+        const std::span<Entry> some = takeSlice(entries);
         const WritingIndex writing(paths_.lock());
         if (isReset_.stop_requested())
             return;

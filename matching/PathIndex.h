@@ -3,13 +3,18 @@
 #include "matching/IndexLock.h"
 #include "matching/PathTree.h"
 
-#include <functional>
+#include <algorithm>
+#include <cstddef>
+#include <span>
 
 namespace quillon {
 
 /// Pairs the tree of paths with the one lock that guards it.
 struct PathIndex
 {
+    /// Nodes or entries that are worked on before others get the lock in turn.
+    static constexpr std::size_t SLICE = 1024;
+
     mutable IndexLock lock;
     PathTree tree GUARDED_BY(lock);
 
@@ -18,5 +23,14 @@ struct PathIndex
     /// exchanged. Does nothing while the tree is held, and gives up when anybody wants to write.
     void arrange() EXCLUDES(lock);
 };
+
+/// Cuts the next slice off the front of the rest, which must not be empty.
+template <typename Entry>
+std::span<Entry> takeSlice(std::span<Entry> &rest)
+{
+    const std::span<Entry> slice = rest.first(std::min(PathIndex::SLICE, rest.size()));
+    rest = rest.subspan(slice.size());
+    return slice;
+}
 
 } // namespace quillon
