@@ -49,8 +49,6 @@ constexpr PathTree::Flags WHOLE = PathTree::STORED | PathTree::CANDIDATE | PathT
 /// So many changed names share a crawl and a task of the main queue, which then takes about a
 /// millisecond.
 constexpr std::size_t MOST_TOGETHER = 500;
-/// The update lets waiting writers in after so many nodes.
-constexpr std::size_t SLICE = 1024;
 
 std::string description(const std::vector<std::string> &set)
 {
@@ -239,6 +237,9 @@ bool IndexUpdate::compareWithIndex()
     for (const std::string &root : terms_.roots)
         if (isBelowChanged(root))
             rootNodes_.push_back(paths_.tree().find(root));
+    for (const std::string &path : notListed_)
+        notListedNodes_.push_back(paths_.tree().find(path));
+    std::ranges::sort(notListedNodes_);
     for (const Changed &changed : changed_) {
         if (changed.node == PathTree::NONE)
             continue;
@@ -259,12 +260,14 @@ bool IndexUpdate::compareBelow(const Changed &changed)
         std::size_t place = IN_FOLDER;
     };
     const NodeId top = isAlone() ? paths_.nodeAbove(path_) : changed.node;
-    const std::size_t place = changed.kind == Kind::folder    ? IN_FOLDER
-                              : changed.kind == Kind::unknown ? IN_UNKNOWN
-                                                              : IN_NO_FOLDER;
+    const bool isListed = changed.kind == Kind::folder && wasListed(changed.node);
+    const std::size_t place = isListed ? IN_FOLDER
+                              : changed.kind == Kind::folder || changed.kind == Kind::unknown
+                                  ? IN_UNKNOWN
+                                  : IN_NO_FOLDER;
     std::vector<Level> levels{{paths_.tree().node(top).firstChild, place}};
     for (std::size_t count = 1; !levels.empty(); ++count) {
-        if (count % SLICE == 0 && !stepAside())
+        if (count % PathIndex::SLICE == 0 && !stepAside())
             return false;
         const NodeId node = levels.back().next;
         if (node == PathTree::NONE) {
@@ -280,6 +283,12 @@ bool IndexUpdate::compareBelow(const Changed &changed)
     return true;
 }
 
+/// False for a folder that the crawl could not list.
+bool IndexUpdate::wasListed(NodeId node) const
+{
+    return !std::ranges::binary_search(notListedNodes_, node);
+}
+
 /// Notes the node where it has to be put in again or was not found. Returns the place of what is
 /// below the node.
 std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched)
@@ -289,12 +298,15 @@ std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched
     if (found != FoundNodes::Kind::notFound) {
         if (isTouched || (indexed.flags & WHOLE) != WHOLE)
             missing_.push_back(node);
-        if (parent == IN_UNKNOWN)
+        if (parent == IN_UNKNOWN || !wasListed(node))
             return IN_UNKNOWN;
         return found == FoundNodes::Kind::folder ? IN_FOLDER : IN_NO_FOLDER;
     }
-    if (parent == IN_UNKNOWN)
+    if (parent == IN_UNKNOWN) {
+        if (isTouched)
+            unanswered_.push_back({.node = node, .flags = indexed.flags});
         return IN_UNKNOWN;
+    }
     if ((indexed.flags & WHOLE) == 0 && indexed.firstChild == PathTree::NONE)
         return IN_FOLDER;
     // What is below "/" has the node of "/" itself beside it.
@@ -417,8 +429,7 @@ void IndexUpdate::log(const std::function<void(std::span<const std::string>)> &r
     receive(lines);
     std::span<const NodeId> rest(forgotten_);
     while (!rest.empty()) {
-        const auto some = rest.first(std::min(SLICE, rest.size()));
-        rest = rest.subspan(some.size());
+        const auto some = takeSlice(rest);
         lines.clear();
         if (!appendTexts(some, REMOVE_TAG, lines))
             return;
@@ -432,7 +443,7 @@ bool IndexUpdate::appendTexts(std::span<const NodeId> nodes, std::string_view pr
 {
     const ReadingIndex reading(paths_.lock());
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        if (i % SLICE == 0 && !stepAside())
+        if (i % PathIndex::SLICE == 0 && !stepAside())
             return false;
         texts.emplace_back(prefix);
         paths_.tree().appendText(nodes[i], texts.back());

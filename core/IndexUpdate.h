@@ -114,7 +114,7 @@ private:
     };
     static constexpr std::size_t IN_FOLDER = ~std::size_t{0};
     static constexpr std::size_t IN_NO_FOLDER = IN_FOLDER - 1;
-    /// The file system did not answer for a path above.
+    /// The file system did not answer for a path above, or did not list a folder above.
     static constexpr std::size_t IN_UNKNOWN = IN_FOLDER - 2;
 
     bool isAlone() const { return names_.empty(); }
@@ -127,6 +127,7 @@ private:
 
     bool findNodes() EXCLUDES(paths_.lock());
     bool compareWithIndex() EXCLUDES(paths_.lock());
+    bool wasListed(NodeId node) const;
     bool compareBelow(const Changed &changed) REQUIRES_SHARED(paths_.lock());
     std::size_t placeOf(NodeId node, std::size_t parent, bool isTouched)
         REQUIRES_SHARED(paths_.lock());
@@ -153,6 +154,8 @@ private:
     std::vector<Unfound> unfound_;
     /// The nodes of the include folders below the changed paths.
     std::vector<NodeId> rootNodes_;
+    /// The nodes of the folders that the crawl could not list, ascending.
+    std::vector<NodeId> notListedNodes_;
 
     /// These nodes were found and are put into the index, or put back; parents come first.
     std::vector<NodeId> missing_;

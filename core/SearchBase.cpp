@@ -37,6 +37,9 @@ constexpr std::chrono::milliseconds LONGEST_ASK_AGAIN_DELAY{3'600'000};
 /// An update that waits for a disk holds up the updates of others. So the next one of its paths
 /// waits for so many times as long as this one took.
 constexpr int REST_AFTER_UPDATE = 3;
+/// An update waits this long for one call to a disk: the updates of other disks wait behind it, and
+/// what did not answer is asked about again.
+constexpr std::chrono::seconds UPDATE_PATIENCE{2};
 /// Bytes of a dump between two times that writers get in.
 constexpr std::size_t DUMP_PIECE = std::size_t{64} * 1024;
 
@@ -397,7 +400,8 @@ CrawlResult SearchBase::enumerateForUpdate(const ChangedPaths &changed,
                                            const std::stop_token &stop)
 {
     // The watcher notices by itself which folders come. Mostly there is just one of them.
-    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {.threads = 1});
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(),
+                    {.threads = 1, .patience = UPDATE_PATIENCE});
     return changed.names.empty()
                ? crawler.crawl(changed.path, patterns, sink, {}, stop)
                : crawler.crawlNames(changed.path, changed.names, patterns, sink, stop);

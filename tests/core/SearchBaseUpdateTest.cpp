@@ -433,6 +433,33 @@ TEST(SearchBaseUpdate, returnsTheFoldersThatCouldNotBeListed)
     EXPECT_THAT(base.indexed(), ElementsAre("/a", "/a/b", "/a/b/c"));
 }
 
+TEST(SearchBaseUpdate, keepsWhatIsInAFolderThatCannotBeListed)
+{
+    for (const std::string broken : {"/a", "/a/b", "/a/b/c", "/a/b/c/d"}) {
+        for (const std::vector<std::string> &changed :
+             {std::vector<std::string>{"/a"}, {"/a/b"}, {"/a/b", "/a/new"}, {"/a/b/c"}}) {
+            SCOPED_TRACE(broken + " while " + changed.back() + " is updated");
+            FakeBase base;
+            base.lister.add("/a/b/c/d/e");
+            base.searchBase.update("/a");
+            const auto before = linesOf(base.searchBase);
+            base.lister.broken = {broken};
+            base.searchBase.update(changed);
+            EXPECT_EQ(linesOf(base.searchBase), before);
+
+            base.lister.add("/a/new");
+            base.searchBase.update(changed);
+            base.lister.broken.clear();
+            FakeBase fresh;
+            for (const char *folder : {"/a/b/c/d/e", "/a/new"})
+                fresh.lister.add(folder);
+            fresh.searchBase.update("/a");
+            base.searchBase.update("/a");
+            EXPECT_EQ(linesOf(base.searchBase), linesOf(fresh.searchBase));
+        }
+    }
+}
+
 TEST(SearchBaseUpdate, takesTheWholeFileSystemAndNoPathWithoutASlash)
 {
     FakeBase base;
