@@ -7,19 +7,19 @@ namespace quillon {
 
 namespace {
 
-constexpr std::string_view KEY = "key";
-constexpr std::string_view MODIFIERS = "modifiers";
+constexpr std::string_view KEY_FIELD = "key";
+constexpr std::string_view MODIFIERS_FIELD = "modifiers";
 
 std::optional<QLNShortcut> fromDictionary(const DefaultsDictionary &stored)
 {
     KeyCombination keys;
-    const auto key = stored.find(KEY);
+    const auto key = stored.find(KEY_FIELD);
     const auto *name = key == stored.end() ? nullptr : std::get_if<std::string>(&key->second.value);
     if (!name || name->empty())
         return std::nullopt;
     keys.key = keyFromText(*name);
 
-    const auto held = stored.find(MODIFIERS);
+    const auto held = stored.find(MODIFIERS_FIELD);
     if (held == stored.end())
         return QLNShortcut{.keys = keys};
     const auto *modifiers = std::get_if<DefaultsArray>(&held->second.value);
@@ -46,8 +46,8 @@ DefaultsValue QLNDictionaryTransformer::storedForm(const QLNShortcut &shortcut)
         if ((*shortcut.keys).*m->isHeld)
             modifiers.push_back({std::string(m->name)});
     DefaultsDictionary stored;
-    stored.emplace(KEY, DefaultsValue{shortcut.keys->key});
-    stored.emplace(MODIFIERS, DefaultsValue{std::move(modifiers)});
+    stored.emplace(KEY_FIELD, DefaultsValue{shortcut.keys->key});
+    stored.emplace(MODIFIERS_FIELD, DefaultsValue{std::move(modifiers)});
     return {std::move(stored)};
 }
 

@@ -14,7 +14,7 @@ namespace quillon {
 namespace {
 
 /// Between one hint and the next, and before the status.
-constexpr int GAP = 20;
+constexpr int HINT_GAP = 20;
 /// Beside the text on a key cap, and between the cap and its meaning.
 constexpr int CAP_INSET = 8;
 constexpr int CAP_GAP = 8;
@@ -101,14 +101,14 @@ PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
 
 std::vector<PanelFooter::Place> PanelFooter::places() const
 {
-    const int end = wordsPlace().left() - GAP;
+    const int end = wordsPlace().left() - HINT_GAP;
     bool areAll = true;
     std::vector<Place> places = placesUpTo(end, areAll);
     if (areAll)
         return places;
     const int dots = place(more_, 0).key.width();
-    places = placesUpTo(end - dots - GAP, areAll);
-    const int left = places.empty() ? line().left() : places.back().meaning.right() + 1 + GAP;
+    places = placesUpTo(end - dots - HINT_GAP, areAll);
+    const int left = places.empty() ? line().left() : places.back().meaning.right() + 1 + HINT_GAP;
     if (left + dots <= end)
         places.push_back(place(more_, left));
     return places;
@@ -119,7 +119,7 @@ std::vector<PanelFooter::Place> PanelFooter::placesUpTo(int end, bool &areAll) c
 {
     // The hint for the held keys keeps its room while those before it are laid out.
     const auto held = std::ranges::find_if(hints_, [this](const Hint &h) { return isHeld(h); });
-    const int reserved = held == hints_.end() ? 0 : place(*held, GAP).meaning.right() + 1;
+    const int reserved = held == hints_.end() ? 0 : place(*held, HINT_GAP).meaning.right() + 1;
     end -= reserved;
     std::vector<Place> places;
     int left = line().left();
@@ -134,7 +134,7 @@ std::vector<PanelFooter::Place> PanelFooter::placesUpTo(int end, bool &areAll) c
         if (isFull)
             continue;
         places.push_back(next);
-        left = next.meaning.right() + 1 + GAP;
+        left = next.meaning.right() + 1 + HINT_GAP;
     }
     areAll = places.size() == hints_.size();
     return places;

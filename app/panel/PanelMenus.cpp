@@ -16,7 +16,7 @@ namespace quillon {
 namespace {
 
 /// Between the menu button and its menu.
-constexpr int GAP = 4;
+constexpr int MENU_GAP = 4;
 constexpr QLatin1String KEYS_COLUMN("      \t");
 
 QString styleSheet(const PanelPalette &palette)
@@ -61,7 +61,7 @@ void PanelMenus::showMain()
                 [this, choose = entry.choose] { (delegate_.*choose)(); });
     const MenuButton &button = view_.menuButton();
     menu->setStyleSheet(styleSheet(view_.panelPalette()));
-    const QPoint below = button.mapToGlobal(QPoint(button.width(), button.height() + GAP));
+    const QPoint below = button.mapToGlobal(QPoint(button.width(), button.height() + MENU_GAP));
     const QPoint leftwards(menu->sizeHint().width(), 0);
     show(std::move(menu), below - leftwards);
     if (button.hasFocus())

@@ -11,7 +11,7 @@ namespace quillon {
 namespace {
 
 /// Below the title, and above the buttons.
-constexpr int GAP = 8;
+constexpr int SENTENCE_GAP = 8;
 constexpr int BUTTON_GAP = 20;
 
 } // namespace
@@ -90,10 +90,10 @@ PanelMessage::Places PanelMessage::places() const
     places.buttons = QRect(QPoint(), buttons_->sizeHint());
 
     const bool hasButtons = !buttons_->isHidden();
-    const int height = places.title.height() + GAP + places.sentence.height() +
+    const int height = places.title.height() + SENTENCE_GAP + places.sentence.height() +
                        (hasButtons ? BUTTON_GAP + places.buttons.height() : 0);
     places.title.moveTopLeft({area.left(), area.top() + (area.height() - height) / 2});
-    places.sentence.moveTop(places.title.bottom() + 1 + GAP);
+    places.sentence.moveTop(places.title.bottom() + 1 + SENTENCE_GAP);
     places.buttons.moveTopLeft({area.left() + (area.width() - places.buttons.width()) / 2,
                                 places.sentence.bottom() + 1 + BUTTON_GAP});
     return places;

@@ -2,6 +2,7 @@
 
 #include "app/setup/ElidedLabel.h"
 #include "app/setup/ProgressIndicator.h"
+#include "app/widgets/CountText.h"
 #include "app/widgets/PanelButton.h"
 #include "base/DefaultsStore.h"
 #include "base/TaskQueue.h"
@@ -9,7 +10,6 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLocale>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -24,11 +24,6 @@ constexpr auto LAST_WORDS = 500ms;
 constexpr int COUNT_MILLISECONDS = 250;
 /// Seconds until a rate says something.
 constexpr double SHORTEST_FOR_RATE = 1.0;
-
-QString counted(double number)
-{
-    return QLocale().toString(static_cast<qulonglong>(number));
-}
 
 } // namespace
 
@@ -155,13 +150,16 @@ void BuildSearchBaseViewController::buildEnded()
 
 void BuildSearchBaseViewController::updateCount()
 {
-    const auto count = static_cast<double>(services_.searchBase.count());
+    const std::size_t count = services_.searchBase.count();
     const double seconds = services_.builder.elapsed().count();
     const QString folders =
-        count == 1 ? tr("1 folder so far") : tr("%1 folders so far").arg(counted(count));
-    countLabel_->setText(seconds < SHORTEST_FOR_RATE || !services_.builder.isBuilding()
-                             ? folders
-                             : tr("%1, %2 a second").arg(folders, counted(count / seconds)));
+        count == 1 ? tr("1 folder so far") : tr("%1 folders so far").arg(countText(count));
+    if (seconds < SHORTEST_FOR_RATE || !services_.builder.isBuilding()) {
+        countLabel_->setText(folders);
+        return;
+    }
+    const auto rate = static_cast<std::size_t>(static_cast<double>(count) / seconds);
+    countLabel_->setText(tr("%1, %2 a second").arg(folders, countText(rate)));
 }
 
 void BuildSearchBaseViewController::keyPressEvent(QKeyEvent *event)

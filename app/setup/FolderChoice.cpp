@@ -1,10 +1,10 @@
 #include "app/setup/FolderChoice.h"
 
+#include "app/widgets/CountText.h"
 #include "app/widgets/FormCheckBox.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 #include <QStyle>
 
 #include <utility>
@@ -68,7 +68,7 @@ void FolderChoice::updateCount()
     // Whether it is done before how many there are: the last ones are counted by then.
     const bool isDone = counter_->isDone();
     const std::size_t count = counter_->count();
-    const QString number = QLocale().toString(static_cast<qulonglong>(count));
+    const QString number = countText(count);
     if (!isDone)
         count_->setText(count == 0 ? tr("counting…") : tr("%1 folders…").arg(number));
     else

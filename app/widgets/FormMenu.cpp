@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-constexpr int SIDE = 12;
+constexpr int MENU_SIDE = 12;
 constexpr int ARROW_ROOM = 24;
 
 } // namespace
@@ -29,7 +29,7 @@ QSize FormMenu::sizeHint() const
     QSize size = QComboBox::sizeHint();
     for (int index = 0; index < count(); ++index)
         size.setWidth(std::max(size.width(), fontMetrics().horizontalAdvance(itemText(index)) +
-                                                 2 * SIDE + ARROW_ROOM));
+                                                 2 * MENU_SIDE + ARROW_ROOM));
     return size;
 }
 
@@ -70,11 +70,11 @@ void FormMenu::paintEvent(QPaintEvent *)
     if (hasFocus())
         paintFocusRing(painter, rect(), CORNER, tone(QPalette::Link));
     painter.setPen(text);
-    const QRect words = rect().adjusted(SIDE, 0, -SIDE - ARROW_ROOM, 0);
+    const QRect words = rect().adjusted(MENU_SIDE, 0, -MENU_SIDE - ARROW_ROOM, 0);
     painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter,
                      fontMetrics().elidedText(currentText(), Qt::ElideRight, words.width()));
     const QRectF area = rect();
-    paintMenuArrow(painter, {area.right() - SIDE - MENU_ARROW_WIDTH / 2,
+    paintMenuArrow(painter, {area.right() - MENU_SIDE - MENU_ARROW_WIDTH / 2,
                              area.center().y() + MENU_ARROW_WIDTH / 4});
 }
 

@@ -11,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-constexpr int SIDE = 12;
+constexpr int TAB_SIDE = 12;
 constexpr int HEIGHT = 36;
 constexpr int UNDERLINE = 2;
 
@@ -32,7 +32,7 @@ protected:
     QSize tabSizeHint(int index) const override
     {
         const QString words = tabText(index).remove(u'&');
-        return {fontMetrics().horizontalAdvance(words) + 2 * SIDE,
+        return {fontMetrics().horizontalAdvance(words) + 2 * TAB_SIDE,
                 std::max(HEIGHT, fontMetrics().height() + 2 * metrics::INSET)};
     }
 
@@ -52,8 +52,8 @@ protected:
             painter.setPen(isInFront ? palette_.text : palette_.quiet);
             painter.drawText(tab, Qt::AlignCenter | Qt::TextShowMnemonic, tabText(index));
             if (isInFront)
-                painter.fillRect(tab.left() + SIDE, tab.bottom() + 1 - UNDERLINE,
-                                 tab.width() - 2 * SIDE, UNDERLINE, palette_.accent);
+                painter.fillRect(tab.left() + TAB_SIDE, tab.bottom() + 1 - UNDERLINE,
+                                 tab.width() - 2 * TAB_SIDE, UNDERLINE, palette_.accent);
         }
     }
 
@@ -67,7 +67,7 @@ class FormTabView::Space : public QWidget
 public:
     using QWidget::QWidget;
 
-    QSize sizeHint() const override { return {metrics::FORM_MARGIN - SIDE, HEIGHT}; }
+    QSize sizeHint() const override { return {metrics::FORM_MARGIN - TAB_SIDE, HEIGHT}; }
 };
 
 FormTabView::FormTabView(QWidget *parent) : QTabWidget(parent), bar_(new Bar)

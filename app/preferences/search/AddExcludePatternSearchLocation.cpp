@@ -1,5 +1,6 @@
 #include "app/preferences/search/AddExcludePatternSearchLocation.h"
 
+#include "app/widgets/CountText.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/PanelButton.h"
@@ -9,7 +10,6 @@
 #include "indexing/SearchBaseFinder.h"
 
 #include <QLineEdit>
-#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -22,11 +22,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto SETTLING = 200ms;
-
-QString counted(std::size_t number)
-{
-    return QLocale().toString(static_cast<qulonglong>(number));
-}
 
 } // namespace
 
@@ -123,9 +118,9 @@ void AddExcludePatternSearchLocation::showHits(const PatternHits &hits)
     const QString places = examples.join(u'\n');
     if (!hits.isEverything)
         return note_->setSentence(tr("Leaves out %1 of %2 indexed folders, among them:\n%3")
-                                      .arg(counted(hits.hits), counted(hits.paths), places));
+                                      .arg(countText(hits.hits), countText(hits.paths), places));
     note_->sayFault(tr("Leaves out everything that is indexed, %1 folders, among them:\n%2")
-                        .arg(counted(hits.hits), places));
+                        .arg(countText(hits.hits), places));
     confirmationButton().setText(tr("&Add Anyway"));
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/preferences/search/AddExcludePatternSearchLocation.h"
 #include "app/preferences/search/AddIncludeFilePatternViewController.h"
+#include "app/widgets/CountText.h"
 #include "app/widgets/FolderChooser.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
@@ -34,11 +35,6 @@ namespace {
 
 constexpr int STATUS_MILLISECONDS = 1000;
 constexpr int FLAG = 20;
-
-QString counted(std::size_t number)
-{
-    return QLocale().toString(static_cast<qulonglong>(number));
-}
 
 QString drawnTime(std::chrono::system_clock::time_point time)
 {
@@ -286,12 +282,13 @@ QString SearchPreferencesViewController::status() const
 {
     constexpr double MEGA = 1e6;
     const std::size_t count = services_.searchBase.count();
-    const QString folders = count == 1 ? tr("1 folder") : tr("%1 folders").arg(counted(count));
+    const QString folders = count == 1 ? tr("1 folder") : tr("%1 folders").arg(countText(count));
     if (services_.builder.isBuilding())
         return tr("Indexing: %1 so far.").arg(folders);
     QStringList parts{tr("%1 indexed").arg(folders)};
     if (const auto watched = services_.searchBase.watchStatus())
-        parts << tr("%1 of %2 watched").arg(counted(watched->watched), counted(watched->folders));
+        parts
+            << tr("%1 of %2 watched").arg(countText(watched->watched), countText(watched->folders));
     const auto bytes = static_cast<double>(services_.searchBase.searchBaseMatcher().bytes());
     parts << tr("%1 MB of memory").arg(QLocale().toString(bytes / MEGA, 'f', 1));
     if (const auto &build = services_.builder.lastBuild())

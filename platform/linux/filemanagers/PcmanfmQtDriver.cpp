@@ -10,7 +10,6 @@ namespace {
 using namespace std::chrono_literals;
 
 const std::string SHARED_NAME = "org.freedesktop.FileManager1";
-constexpr auto ACTIVATION_LIMIT = 500ms;
 constexpr std::uint32_t RETURN = 0xff0d;
 constexpr int IDLE_ANSWERS = 4;
 /// A key takes longer to arrive than a message on the bus.

@@ -4,10 +4,6 @@ namespace quillon {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr auto ACTIVATION_LIMIT = 500ms;
-
 /// Drives thunar, Xfce's file manager.
 class ThunarDriver : public LocationBarDriver
 {

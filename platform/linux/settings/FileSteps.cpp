@@ -21,7 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t PRIVATE_FOLDER = 0700;
-constexpr mode_t PRIVATE_FILE = 0600;
 constexpr std::size_t RANDOM_LETTERS = 6;
 /// Names that are tried for a new file before it is given up.
 constexpr int MOST_NAMES = 1000;

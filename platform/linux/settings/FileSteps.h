@@ -8,10 +8,15 @@
 #include <string>
 #include <string_view>
 
+#include <sys/types.h>
+
 namespace quillon {
 
 // The single steps of replacing a file. Each step says how it failed, tries a call again that a
 // signal interrupted, and gives up on a call that signals interrupt for ever.
+
+/// The mode of a file for the user alone.
+inline constexpr mode_t PRIVATE_FILE = 0600;
 
 /// The result of the last call, -1 with errno EINTR when even the last attempt was interrupted.
 template <typename Call>

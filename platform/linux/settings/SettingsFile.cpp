@@ -33,7 +33,6 @@ constexpr std::int64_t NANOSECONDS = 1'000'000'000;
 constexpr std::int64_t TICK = 20'000'000;
 constexpr std::int64_t WRITING = SettingsFile::WRITING_TIME * std::int64_t{1'000'000};
 constexpr std::int64_t LEFTOVER_AGE = 60 * NANOSECONDS;
-constexpr mode_t PRIVATE_FILE = 0600;
 
 std::int64_t inNanoseconds(const timespec &time)
 {
