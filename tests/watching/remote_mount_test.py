@@ -54,7 +54,7 @@ class RemoteMount:
         """Starts the program on a root with a local folder and a place for the mount."""
         def make(session):
             self.far = session.outside + b"/far"
-            self.share = session.root + b"/share"
+            self.share = session.root + b"/box/share"
             os.makedirs(self.far + b"/old/deep")
             os.makedirs(session.root + b"/local")
             os.makedirs(self.share)
@@ -130,6 +130,14 @@ class RemoteMount:
         os.makedirs(self.far + b"/meanwhile")
         self.wait_for(self.session.root + b"/local/meanwhile/deep")
         self.assertIn(self.share + b"/old/deep", self.session.ask(), "no answer is not gone")
+        # The mount moves with the folder above it, of which the kernel tells nobody.
+        os.rename(self.session.root + b"/box", self.session.root + b"/crate")
+        self.share = self.server.place = self.session.root + b"/crate/share"
+        self.wait_for(self.session.root + b"/crate")
+        for number in range(3):
+            place = self.session.root + b"/local/beside a crate %d" % number
+            os.mkdir(place)
+            self.wait_for(place)
         self.server.signal(signal.SIGCONT)
         self.wait_for(self.share + b"/meanwhile")
         self.change_everywhere(b"afterwards")

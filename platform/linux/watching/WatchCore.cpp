@@ -444,6 +444,7 @@ bool WatchCore::isBelowAny(Id id, const std::unordered_set<Id> &folders) const
 
 bool WatchCore::sweep()
 {
+    mountsChanged(); // as in flush()
     if (!queue_.isOpen())
         roots_.check(verifier_, {.flags = rootFlags_});
     const bool isOver = sweep_.goOn(Clock::now());
@@ -453,6 +454,7 @@ bool WatchCore::sweep()
 
 void WatchCore::retryBudget()
 {
+    mountsChanged();
     folders_.setBudget(fullBudget_);
     fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
     finish();
