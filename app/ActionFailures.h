@@ -27,7 +27,7 @@ public:
         const SearchBaseBuilder &builder;
         Notifications &notifications;
         WindowSystem &windowSystem;
-        /// Where the index is brought up to date. Must end before this object does.
+        /// The index is brought up to date on this queue, which must end before this object does.
         TaskQueue &background;
     };
 

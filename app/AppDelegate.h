@@ -107,7 +107,7 @@ private:
     void toggleSearchWindow(const std::string &activationToken);
     /// The program's icon was clicked, or it was started again.
     void reopen(const std::string &activationToken);
-    /// On any thread.
+    /// Any thread may call this.
     RemoteAnswer find(const RemoteQuery &query) const;
 
     PreferencesViewController::Services preferencesServices();
@@ -142,7 +142,7 @@ private:
     QLNShortcutMonitor shortcutMonitor_;
     QLNShortcutBinder shortcutBinder_;
 
-    /// In its window, which owns it.
+    /// Its window owns it.
     BuildSearchBaseViewController *rebuildSearchBaseViewController_;
     SetupWindow buildSearchBaseWindow_;
     SetupWindow onboardingWindow_;

@@ -49,14 +49,14 @@ struct DesktopServices
     MainTaskQueue mainQueue;
     PoolTaskQueue backgroundQueue;
     PoolTaskQueue iconQueue;
-    /// Where folders are counted, which may take long and must hold nothing up.
+    /// Folders are counted here, which may take long and must hold nothing up.
     PoolTaskQueue countingQueue;
     PoolTaskQueue actionQueue;
     SerialTaskQueue eventQueue;
 
     JsonDefaultsStore defaults;
     SettingsFileChanges defaultsChanges;
-    /// What all that asks the disk goes through, so that what one finds silent the others know.
+    /// Every question to the disk goes through this, so that what one finds silent the others know.
     BoundedCalls diskCalls;
     GioWorkspace diskWorkspace;
     BoundedWorkspace workspace;

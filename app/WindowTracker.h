@@ -43,8 +43,8 @@ public:
     /// Both outlive this.
     WindowTracker(TaskQueue &main, WindowSystem &windowSystem);
 
-    /// From now on this is that window; a window that was never tracked is never visible. The
-    /// function shows it and asks for the keyboard.
+    /// After this call the widget is that window. A window that was never tracked is never visible.
+    /// The function shows it and asks for the keyboard.
     void track(Window window, QWidget &widget, std::function<void()> present);
 
     /// Shows the window in front of all others with the keyboard, to which whoever asked for it may

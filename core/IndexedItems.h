@@ -27,7 +27,7 @@ public:
     bool includesFile(std::string_view name) const override;
     bool isIndexed(std::string_view path) const override EXCLUDES(mutex_);
 
-    /// From now on the index is not looked at, and nothing is indexed.
+    /// After this call the index is not looked at, and nothing counts as indexed.
     void close() EXCLUDES(mutex_);
 
 private:

@@ -48,7 +48,7 @@ public:
     {
         FolderLister &folderLister;
         SearchBaseLogger &logger;
-        /// Where updates change the index.
+        /// Updates change the index on this queue.
         TaskQueue &mainQueue;
         std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
         /// Absent, the index is as fresh as its last build.

@@ -36,14 +36,14 @@ public:
 class SearchBaseBuilder
 {
 public:
-    /// Between two looks for the folders that are away.
+    /// The time between two looks for the folders that are away.
     static constexpr std::chrono::minutes AWAY_INTERVAL{1};
 
     struct Services
     {
         SearchBase &searchBase;
         SearchBaseFinder &searchBaseFinder;
-        /// Where the builds run.
+        /// The builds run on this queue.
         TaskQueue &background;
         TaskQueue &main;
         std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;

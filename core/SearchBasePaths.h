@@ -50,7 +50,7 @@ public:
     public:
         bool contains(std::string_view path) const;
         std::size_t count() const;
-        /// In no particular order.
+        /// Receives each path, in no particular order.
         void forEach(const Receiver &receive) const;
 
     private:

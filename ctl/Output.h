@@ -8,7 +8,7 @@ namespace quillon {
 void complain(std::string_view line);
 
 /// Standard output. It is no failure when the reader has closed its end; further output is dropped.
-/// For one thread at a time.
+/// One thread at a time may use this.
 class Output
 {
 public:

@@ -19,7 +19,7 @@ void Coalesce::deliver(const std::string &key, std::uint64_t number)
     const auto pending = callbacks_.find(key);
     if (pending == callbacks_.end() || pending->second.number != number)
         return;
-    // Asked for again by the call itself, the key is still pending.
+    // The key stays pending meanwhile, in case the call itself asks for it again.
     const Callback callback = std::exchange(pending->second.callback, nullptr);
     callback(key);
     callbacks_.erase(key);

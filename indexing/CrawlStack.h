@@ -77,7 +77,7 @@ private:
         CrawlFolder::Ref folder;
         std::shared_ptr<const OpenFolder> handle;
         std::string names;
-        /// From next on they are still to be visited, the last one first.
+        /// Those from next on are still to be visited, the last one first.
         std::vector<StoredChild> children;
         std::size_t next = 0;
 

@@ -36,7 +36,7 @@ public:
 ///
 /// Its operations may be called from any thread, starting and stopping one at a time. Nothing is
 /// told any more of a watch that has been stopped, and the next one begins with nothing pending.
-/// When this is destroyed the event queue runs nothing of it any more.
+/// The event queue runs nothing of it any more when this is destroyed.
 class SearchBaseWatcher
 {
 public:
@@ -81,7 +81,7 @@ private:
 
     const SearchBaseIgnorePaths &searchBaseIgnorePaths_;
     const Services services_;
-    // For the event queue alone.
+    // Only the event queue uses what follows.
     Coalesce coalesce_;
     /// What is told together with the next task, and the watch that it belongs to.
     std::vector<std::string> due_;

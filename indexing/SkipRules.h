@@ -95,7 +95,7 @@ private:
     /// What follows the empty text, by byte.
     std::array<std::uint32_t, 256> start_ = {};
     std::vector<std::string> includeFolders_;
-    /// By pattern: the number of the include folder that overrides it, or NONE.
+    /// The number of the include folder that overrides each pattern, or NONE.
     std::vector<std::uint32_t> overriding_;
     std::set<std::string, std::less<>> patterns_;
     bool anyWithSlash_ = false;

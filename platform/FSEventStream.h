@@ -163,7 +163,7 @@ public:
     FSEventStreamService(const FSEventStreamService &) = delete;
     FSEventStreamService &operator=(const FSEventStreamService &) = delete;
 
-    /// To be called before a crawl begins. What happens from then on is delivered by the stream
+    /// The call has to come before a crawl begins. What happens after it is delivered by the stream
     /// that takes the notes over. Null when nothing can be watched.
     virtual std::shared_ptr<FSEventArming> beginArming() = 0;
     /// Null when there is nothing to watch, or when another stream has taken the notes over.

@@ -35,7 +35,7 @@ class LightningSearchViewController : public QObject
 public:
     struct Queues
     {
-        /// Where searches run; concurrent. Must end before the controller does.
+        /// Searches run on this concurrent queue, which must end before the controller does.
         TaskQueue &background;
         /// The thread of the controller.
         TaskQueue &main;

@@ -24,7 +24,7 @@ public:
         /// The keys as they are called on the keyboard.
         QString key = {};
         QString meaning = {};
-        /// In a menu, where it is not the meaning.
+        /// The text in a menu, where it is not the meaning.
         QString menuText = {};
         /// More about it, shown while the pointer rests on it.
         QString toolTip = {};

@@ -42,7 +42,7 @@ public:
     /// The field outlives this.
     explicit PanelKeyboard(QLineEdit &field);
 
-    /// From here on text typed on the button goes to the field, and Escape leads there.
+    /// After this call text typed on the button goes to the field, and Escape leads there.
     void watchButton(QObject &button);
     /// True while the field shows a text that its user has not settled on.
     bool isComposing() const { return isComposing_; }

@@ -24,7 +24,7 @@ class PanelMenus : public QObject
 public:
     PanelMenus(SearchPanelView &view, SearchPanelDelegate &delegate);
 
-    /// At the menu button: preferences, feedback, updates, quit.
+    /// The menu at the menu button: preferences, feedback, updates, quit.
     void showMain();
     /// What can be done with a row, by its hints; chosen gets the keys of the action.
     void showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint globalPosition,

@@ -41,7 +41,7 @@ private:
         QRect sentence;
         QRect buttons;
     };
-    /// In the middle, one below the other.
+    /// The places are in the middle, one below the other.
     Places places() const;
     QFont titleFont() const;
     void arrange();

@@ -20,7 +20,7 @@ public:
     virtual void closeSearchWindow(Closing closing) = 0;
     virtual void openPreferences() = 0;
     virtual void sendFeedback() = 0;
-    /// At the user's wish: says what came of it.
+    /// The user asked for this check, so a window says what came of it.
     virtual void checkForUpdates() = 0;
     /// Whether the last check found a newer release.
     virtual bool hasUninstalledUpdate() const = 0;

@@ -59,7 +59,7 @@ void SearchWindow::present()
     raise();
     activateWindow();
     presented_.start();
-    // Shown again before Qt has noticed that it lost the keyboard, it would not become active.
+    // Qt may not have noticed yet that the panel lost the keyboard, and would not activate it.
     if (QGuiApplication::focusWindow() == windowHandle()) {
         QT_WARNING_PUSH
         QT_WARNING_DISABLE_DEPRECATED

@@ -53,7 +53,7 @@ private:
     SearchPanelView *view_;
     /// Had the keyboard before the panel came up.
     std::uintptr_t previousWindow_ = 0;
-    /// Since it was last brought up.
+    /// This clock runs since the panel was last brought up.
     QElapsedTimer presented_;
     /// Whether the panel has had the keyboard since it was shown, so that it can lose the keyboard.
     bool hasHadKeyboard_ = false;

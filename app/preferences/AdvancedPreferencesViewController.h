@@ -45,7 +45,7 @@ public:
         RecentAccessScore &recentAccessScore;
         SearchBase &searchBase;
         SearchBaseLogger &searchBaseLogger;
-        /// Where the index is written to a file.
+        /// The index is written to a file on this queue.
         TaskQueue &background;
         TaskQueue &main;
     };

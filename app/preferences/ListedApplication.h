@@ -14,7 +14,7 @@ struct ListedApplication
     Application application;
     /// Its name, with its program behind it where another one has the same name.
     QString title;
-    /// By which "Open Application" finds this one: its name, or its id where others have that name.
+    /// "Open Application" finds this one by its name, or by its id where others have that name.
     QString target;
 };
 

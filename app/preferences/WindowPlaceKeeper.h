@@ -22,8 +22,8 @@ public:
     /// Remembers the place of a window that is still shown.
     ~WindowPlaceKeeper() override;
 
-    /// To be called before the window is shown, and before anything else makes the desktop know of
-    /// it: a frame counts into the place only from the outset. Does nothing after the first time.
+    /// The call has to come before the window is shown, and before anything makes the desktop know
+    /// of it: a frame counts into the place only from the outset. Does nothing after the first time.
     void restore();
 
 protected:

@@ -33,7 +33,7 @@ public:
     {
         AppleEventAccess &access;
         const AppleScriptRunner &appleScriptRunner;
-        /// Where the file manager is asked.
+        /// The file manager is asked on this queue.
         TaskQueue &background;
         TaskQueue &main;
     };

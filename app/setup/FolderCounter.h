@@ -30,7 +30,7 @@ public:
     FolderCounter(const FolderCounter &) = delete;
     FolderCounter &operator=(const FolderCounter &) = delete;
 
-    /// So far; the folder itself counts.
+    /// The number so far; the folder itself counts.
     std::size_t count() const;
     bool isDone() const;
 

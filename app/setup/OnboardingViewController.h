@@ -63,7 +63,7 @@ public:
         Autostart &autostart;
         const Places &places;
         TaskQueue &background;
-        /// Where folders are counted.
+        /// Folders are counted on this queue.
         TaskQueue &counting;
         TaskQueue &main;
     };

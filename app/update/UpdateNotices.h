@@ -19,12 +19,12 @@ public:
     /// Opens an address in the web browser.
     using OpenLink = std::function<void(const std::string &address)>;
 
-    /// While the answer is awaited.
+    /// This one is shown while the answer is awaited.
     static Notice checking(const std::string &runningVersion);
     static Notice update(const UpdateItem &item, const std::string &runningVersion,
                          const OpenLink &openLink);
     static Notice noUpdate(NoUpdate reason, const std::string &runningVersion);
-    /// When no program opens web pages. The place is an address or a path.
+    /// This one is shown when no program opens web pages. The place is an address or a path.
     static Notice noBrowser(const std::string &place);
 
 private:

@@ -29,7 +29,7 @@ public:
         TaskQueue &main;
     };
     static constexpr std::chrono::hours BETWEEN_CHECKS{24};
-    /// After a background check that reached nobody: the network may come up after the session.
+    /// The delay after a background check that reached nobody: the network may be up soon.
     static constexpr std::chrono::hours UNTIL_RETRY{1};
 
     /// The services outlive this, and the controller is started. The version is the running one.
@@ -38,7 +38,7 @@ public:
     /// Checks now and from here on once a day.
     void startBackgroundPolling();
     void checkInBackground();
-    /// At the user's wish: a window says what comes of it.
+    /// The user asked for this check, so a window says what came of it.
     void checkInteractively();
 
     /// Whether the last check found a newer release.
@@ -56,7 +56,7 @@ private:
 
     void log(const std::string &line);
     void setHasUninstalledUpdate(bool hasUninstalledUpdate);
-    /// In place of the one that was scheduled before.
+    /// This check replaces the one that was scheduled before.
     void scheduleCheck(std::chrono::hours delay);
     void openLink(const std::string &address);
 

@@ -18,7 +18,7 @@ public:
 
     void setPanelPalette(const PanelPalette &palette);
 
-    /// At least; a larger font takes more.
+    /// Sets the least width of the text; a larger font takes more.
     void setTextWidth(int width);
     /// Takes the room of so many lines at least, whatever it says.
     void keepRoomFor(int lines);

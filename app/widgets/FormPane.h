@@ -28,9 +28,9 @@ public:
     FormNote *addNote(const QString &sentence = {});
     /// Over the whole width, as before or below a table.
     FormNote *addWideNote(const QString &sentence = {});
-    /// What follows belongs to something else.
+    /// The rows that follow belong to something else.
     void addGap();
-    /// What stands above keeps to the top of the pane.
+    /// The rows above keep to the top of the pane.
     void addStretch();
 
     /// Shows what the settings hold now. Called whenever they may have changed.
@@ -45,7 +45,7 @@ private:
 
     QGridLayout *grid_;
     QWidget *lastControl_ = nullptr;
-    /// Before the next row.
+    /// The gap before the next row.
     int distance_ = 0;
     int nextRow_ = 0;
     PanelPalette panelPalette_ = PanelPalette::light();

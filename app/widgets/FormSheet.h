@@ -20,7 +20,7 @@ public:
     FormSheet(const QString &title, const QString &confirmation, const PanelPalette &palette,
               QWidget *over);
 
-    /// To be filled before the sheet is opened.
+    /// The owner fills it before the sheet is opened.
     FormPane &form() { return *form_; }
     PanelButton &confirmationButton() { return *confirmationButton_; }
     /// Hidden where everything in the sheet takes effect at once.

@@ -26,14 +26,14 @@ public:
         SearchBaseFinder &searchBaseFinder;
         const FolderIdentity &folderIdentity;
         FolderLister &folderLister;
-        /// Where the disk is looked at.
+        /// The disk is looked at on this queue.
         TaskQueue &background;
         TaskQueue &main;
     };
     struct Outcome
     {
         std::vector<std::string> added;
-        /// For the user, a sentence and a line for each folder that was not added.
+        /// The user reads this: a sentence, and a line for each folder that was not added.
         QString faults;
     };
 

@@ -16,7 +16,7 @@ class NoticeView : public SetupView
 public:
     NoticeView();
 
-    /// In place of the one shown; its last button gets the focus.
+    /// This notice replaces the one shown; its last button gets the focus.
     void setNotice(const Notice &notice);
     void setPanelPalette(const PanelPalette &palette) override;
     bool mayClose() override;

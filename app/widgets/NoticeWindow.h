@@ -19,7 +19,7 @@ struct Notice
 {
     struct Choice
     {
-        /// On the button, with the mark of its mnemonic.
+        /// The text on the button, with the mark of its mnemonic.
         QString text;
         std::function<void()> choose;
         /// True for a choice that leaves the window where it is.
@@ -28,7 +28,7 @@ struct Notice
 
     QString title;
     QString text;
-    /// On the button that only takes the window away.
+    /// The text on the button that only takes the window away.
     QString dismissal;
     /// It is called when that button or Escape has the window taken away.
     std::function<void()> dismissed = {};

@@ -12,7 +12,7 @@ constexpr int CORNER = 12;
 constexpr int FIELD_HEIGHT = 60;
 constexpr int FOOTER_HEIGHT = 40;
 constexpr int VISIBLE_ROWS = 8;
-/// Between the edge of the panel and the tint of a row.
+/// The gap between the edge of the panel and the tint of a row.
 constexpr int INSET = 8;
 constexpr int ROW_CORNER = 8;
 constexpr int ICON = 24;
@@ -25,16 +25,16 @@ constexpr int EDGE = 20;
 
 /// Around a pane or a sheet.
 constexpr int FORM_MARGIN = 28;
-/// Between a control and the line about it.
+/// The gap between a control and the line about it.
 constexpr int FORM_NEAR = 4;
-/// Between controls that belong together, and between those that do not.
+/// The gaps between controls that belong together, and between those that do not.
 constexpr int FORM_ROW = 12;
 constexpr int FORM_GROUP = 24;
 /// The labels of all panes end on one line.
 constexpr int FORM_LABEL = 168;
 /// A width that reads well.
 constexpr int FORM_TEXT = 400;
-/// At least, of fields, buttons and menus.
+/// The least height of fields, buttons and menus.
 constexpr int FORM_CONTROL_HEIGHT = 28;
 constexpr int FORM_CONTROL_CORNER = 6;
 /// Buttons and menus are at least this wide, even if their texts are narrower.

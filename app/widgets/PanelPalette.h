@@ -27,10 +27,10 @@ struct PanelPalette
     static PanelPalette forDesktop(const QPalette &desktop, bool prefersDark);
 
     bool isDark() const;
-    /// For the widgets of the toolkit inside the panel.
+    /// The palette of the toolkit's widgets inside the panel.
     QPalette widgetPalette() const;
-    /// For a whole window of the toolkit's controls: buttons, fields, menus and their disabled
-    /// states.
+    /// The palette of a whole window of the toolkit's controls: buttons, fields, menus and their
+    /// disabled states.
     QPalette controlsPalette() const;
 };
 

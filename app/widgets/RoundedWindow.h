@@ -24,7 +24,7 @@ protected:
 
     /// The only widget inside; the window takes its size.
     void setContent(QWidget *content);
-    /// Before each showing: the desktop may have begun or ceased to blend.
+    /// This runs before each showing: the desktop may have begun or ceased to blend.
     void fitToCompositing();
     WindowSystem &windowSystem() { return windowSystem_; }
     /// The window without its shadow.

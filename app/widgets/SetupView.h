@@ -20,7 +20,7 @@ public:
     /// The width of the column, in device-independent pixels.
     static constexpr int TEXT_WIDTH = 456;
     static constexpr int MARGIN = 32;
-    /// Between parts that belong together, and between those that do not.
+    /// The gaps between parts that belong together, and between those that do not.
     static constexpr int NEAR = 4;
     static constexpr int APART = 20;
 

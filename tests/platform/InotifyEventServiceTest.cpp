@@ -66,7 +66,7 @@ protected:
 struct Change
 {
     std::string name;
-    /// Made below "root" before and after the watch has begun.
+    /// These folders are made below "root" before the watch has begun.
     std::vector<std::string> before;
     std::function<void(const TemporaryFolder &disk)> act;
     std::vector<std::string> told;

@@ -47,7 +47,7 @@ struct FakeActionServices
     FakeFileManager fileManager;
     FakeClipboard clipboard;
     FakeProcessRunner processRunner;
-    /// Asked about items that could not be opened.
+    /// This lister is asked about items that could not be opened.
     FakeFolderLister folders;
 
     ActionRunner::Services services()

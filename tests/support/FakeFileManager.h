@@ -20,7 +20,7 @@ public:
     /// Is installed as well, and not wanted.
     std::string otherDesktopId = "files.desktop";
     std::vector<std::string> items;
-    /// Called where the items are asked for, in place of giving those above.
+    /// Where this is set it gives the items, in place of those above.
     std::function<std::vector<std::string>()> giveItems;
 
     void noteFrontWindow() override { note("note"); }

@@ -57,9 +57,9 @@ public:
     std::set<std::string> silent;
     /// Folders that are opened and cannot be read.
     std::set<std::string> broken;
-    /// Called with each path to open, by the crawl's threads.
+    /// The threads of the crawl call this with each path to open.
     std::function<void(const std::string &path)> onOpen;
-    /// Called with each path when it is read for the first time, by the crawl's threads.
+    /// The threads of the crawl call this with each path when it is read for the first time.
     std::function<void(const std::string &path)> onRead;
 
 private:

@@ -49,7 +49,7 @@ public:
     }
     const std::optional<KeyCombination> &grabbed() const { return grabbed_; }
 
-    /// Held by another program.
+    /// Another program holds this combination.
     std::optional<KeyCombination> taken;
     bool possible = true;
     /// False: as a desktop that asks the user first.

@@ -23,7 +23,7 @@ public:
     bool hasApplications = true;
     std::string folderApplication = "fake.desktop";
     std::string fileApplication = "editor.desktop";
-    /// Asked on whichever thread wants to know.
+    /// Any thread may ask this.
     std::function<std::vector<std::string>(const std::string &path)> iconNamesOf;
 
     bool open(const std::string &path) override

@@ -11,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-/// Seen by the translators.
+/// The translators see these texts here.
 [[maybe_unused]] constexpr const char *SUFFIXES[] = {
     QT_TRANSLATE_NOOP("SearchBaseLocation", " – Include Folder, Recursive"),
     QT_TRANSLATE_NOOP("SearchBaseLocation", " – Exclude Pattern"),

@@ -56,7 +56,7 @@ BoundedOutput::BoundedOutput(int descriptor) : lines_(new Lines(descriptor)), fo
         return;
     setvbuf(stream_, nullptr, _IOLBF, BUFSIZ);
     try {
-        // Left behind with the process when it hangs, and what it uses with it.
+        // A thread that hangs is left behind with what it uses until the process ends.
         std::thread([lines = lines_] { carryOn(*lines); }).detach();
     } catch (const std::system_error &) {
         // Without a thread the lines are written by whoever says them.

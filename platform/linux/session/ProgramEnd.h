@@ -10,8 +10,8 @@ namespace quillon {
 class ProgramEnd
 {
 public:
-    /// From now on a library that calls exit(), as when the display is gone, ends the program at
-    /// once and with success.
+    /// From this call on a library that calls exit(), as when the display is gone, ends the program
+    /// at once and with success.
     explicit ProgramEnd(std::chrono::milliseconds patience);
     /// The program leaves by itself, with the status that it returns.
     ~ProgramEnd();

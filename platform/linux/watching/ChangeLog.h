@@ -50,7 +50,7 @@ public:
     std::vector<Change> take(Clock::time_point now);
 
 private:
-    /// By far longer than an update takes from its event to the index.
+    /// This is far longer than an update takes from its event to the index.
     static constexpr std::chrono::seconds SETTLED{60};
 
     struct Entry

@@ -25,7 +25,7 @@ struct CrawledFolder
 {
     /// The crawl's number of the folder above; 0 for a root.
     FSEventArming::Folder parent = 0;
-    /// For a root, its index in the list of root paths.
+    /// The place of the name, or of a root the index in the list of root paths.
     NameArena::Offset name = 0;
     std::uint16_t nameLength = 0;
     /// The stamp was taken before the folder was listed. It is unknown where nobody listed it.

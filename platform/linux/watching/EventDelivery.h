@@ -25,7 +25,7 @@ public:
     bool hasQueue() const EXCLUDES(mutex_);
     /// Posts the changes as one batch, if there are any.
     void deliver(const std::vector<ChangeLog::Change> &changes) EXCLUDES(mutex_);
-    /// From now on nothing is posted, and no callback begins.
+    /// After this call nothing is posted, and no callback begins.
     void stop() EXCLUDES(mutex_);
     void exclude(const std::vector<std::string> &paths) EXCLUDES(mutex_);
     /// The number of the last event that was posted; 0 before the first.

@@ -27,7 +27,7 @@ public:
         : folders_(folders), verifier_(verifier), pace_(pace)
     {}
 
-    /// When there is something to do; the end of time when nothing has to be looked at.
+    /// The time of the next look; the end of time when nothing has to be looked at.
     Clock::time_point due() const;
     /// Goes on with a sweep, or begins one, for a few milliseconds. True when it has reached its
     /// end.

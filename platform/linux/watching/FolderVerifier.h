@@ -122,9 +122,9 @@ private:
     /// Null where mounts do not matter.
     const MountTable *const mounts_;
     const Hooks hooks_;
-    /// To be listed.
+    /// These folders are still to be listed.
     std::vector<Id> pending_;
-    /// For the pending folders that a crawl has listed, the sum over their items at that time.
+    /// The sums over the items of pending folders, as a crawl has listed them.
     std::unordered_map<Id, std::uint64_t> crawledItems_;
     std::vector<Look> looks_;
     bool isReconciling_ = false;

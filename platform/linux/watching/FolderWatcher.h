@@ -42,7 +42,7 @@ public:
         std::uint32_t rootFlags = 0;
         /// What a crawl of the roots has listed; null when nobody has crawled them.
         std::shared_ptr<const CrawledTree> crawled;
-        /// When nobody has crawled the roots: since when changes in them count.
+        /// Changes count from this time on where nobody has crawled the roots.
         std::optional<std::int64_t> quietSince;
         std::shared_ptr<EventDelivery> delivery;
     };

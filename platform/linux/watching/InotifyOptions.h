@@ -14,7 +14,7 @@ struct InotifyOptions
 {
     /// The most watches of a stream; by default half of what the system grants the user.
     std::optional<std::size_t> watchBudget;
-    /// From one look at the folders that are not watched to the next, at least.
+    /// The shortest time from one look at the folders that are not watched to the next.
     std::chrono::milliseconds sweepInterval{60000};
     /// Events are read at most this often while they keep coming.
     std::chrono::milliseconds readingInterval{20};

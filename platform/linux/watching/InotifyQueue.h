@@ -44,7 +44,7 @@ public:
 
     /// False also where the system grants no instance.
     bool isOpen() const { return static_cast<bool>(descriptor_); }
-    /// To be polled for reading.
+    /// The descriptor that becomes readable with the next event.
     int descriptor() const { return descriptor_.get(); }
     /// Watches the folder at the path, which may be of any length. A folder that is watched already
     /// gives its watch again. Links on the way are followed.

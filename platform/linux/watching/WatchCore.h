@@ -60,10 +60,10 @@ public:
     void mountsChanged();
     void suspectRoots() { rootsSuspect_ = true; }
     bool hasDirt() const;
-    /// When questions that were not answered are to be asked again, by a flush.
+    /// The time at which a flush asks the questions again that were not answered.
     Clock::time_point retryDue() const { return retries_.due(); }
 
-    /// How roots are taken on that nobody has watched so far.
+    /// This says how roots are taken on that nobody has watched so far.
     struct Beginning
     {
         /// What a crawl has listed; null when there was none.
@@ -77,7 +77,7 @@ public:
     {
         /// What was marked, and what is due to be asked again.
         marked,
-        /// Also every folder without a watch, and all that was not answered.
+        /// This looks at every folder without a watch too, and at all that was not answered.
         everything,
     };
     /// Compares with the disk. Marks again what was looked at while a folder above it was on the

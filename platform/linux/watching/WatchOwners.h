@@ -38,7 +38,7 @@ private:
     static std::size_t placeOf(int watch) { return static_cast<std::size_t>(watch) % PAGE_SIZE; }
     Id first(int watch) const;
 
-    /// By number; null where nobody has any of them.
+    /// The owners by number; null where nobody has any of them.
     std::vector<std::unique_ptr<Page>> pages_;
     /// Owners besides the one in the page.
     std::unordered_multimap<int, Id> further_;

@@ -79,7 +79,7 @@ private:
         Id firstChild = NONE;
         Id nextSibling = NONE;
         Id previousSibling = NONE;
-        /// For a root, its index in the list of root paths.
+        /// The place of the name, or of a root the index in the list of root paths.
         NameArena::Offset name = 0;
         int watch = NO_WATCH;
         /// Kernels list longer names than the 255 bytes that most file systems allow.

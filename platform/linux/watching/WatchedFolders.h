@@ -60,7 +60,7 @@ public:
     struct Listed
     {
         Id id = WatchTree::NONE;
-        /// From before it was listed. Unknown where it was not.
+        /// The stamp from before the folder was listed; unknown where it was not listed.
         FolderStamp stamp;
         /// The sum of itemHash() over its items.
         std::uint64_t items = 0;
@@ -81,7 +81,7 @@ public:
     void record(Id id, const FolderState &seen);
     /// Takes note of a folder that a crawl lists; takeListed() brings it up again.
     void recordListed(const Listed &listed) { listed_.push_back(listed); }
-    /// In the order of the crawl. Some may have left the tree since.
+    /// The folders in the order of the crawl. Some may have left the tree since.
     std::vector<Listed> takeListed() { return std::exchange(listed_, {}); }
     /// A folder without a watch, as a crawl found it.
     void recordUnwatched(const Listed &listed);
