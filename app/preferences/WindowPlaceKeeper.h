@@ -23,7 +23,8 @@ public:
     ~WindowPlaceKeeper() override;
 
     /// The call has to come before the window is shown, and before anything makes the desktop know
-    /// of it: a frame counts into the place only from the outset. Does nothing after the first time.
+    /// of it: a frame counts into the place only from the outset. Does nothing after the first
+    /// time.
     void restore();
 
 protected:
