@@ -7,7 +7,7 @@ namespace quillon {
 
 namespace {
 
-constexpr int SIZE = 24;
+constexpr int INDICATOR_SIZE = 24;
 constexpr int STEPS = 24;
 constexpr int STEP_MILLISECONDS = 40;
 constexpr int SIXTEENTHS_OF_A_TURN = 360 * 16;
@@ -16,7 +16,7 @@ constexpr int SIXTEENTHS_OF_A_TURN = 360 * 16;
 
 SearchIndicator::SearchIndicator(QWidget *parent) : QWidget(parent)
 {
-    setFixedSize(SIZE, SIZE);
+    setFixedSize(INDICATOR_SIZE, INDICATOR_SIZE);
 }
 
 void SearchIndicator::setPalette(const PanelPalette &palette)

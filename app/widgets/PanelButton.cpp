@@ -43,7 +43,7 @@ constexpr const Measures &measures(PanelButton::Rank rank)
 }
 
 /// The room of the arrow that says there is a menu.
-constexpr int ARROW_ROOM = 16;
+constexpr int BUTTON_ARROW_ROOM = 16;
 
 } // namespace
 
@@ -66,7 +66,7 @@ QSize PanelButton::sizeHint() const
     const Measures &rank = measures(rank_);
     const QString words = QString(text()).remove(u'&');
     const int width = fontMetrics().horizontalAdvance(words) + 2 * rank.side +
-                      (menu() == nullptr ? 0 : ARROW_ROOM);
+                      (menu() == nullptr ? 0 : BUTTON_ARROW_ROOM);
     const int height = (fontMetrics().height() + rank.around + 3) / 4 * 4;
     return {std::max(width, rank.narrowest) + 2 * rank.ring,
             std::max(height, rank.height) + 2 * rank.ring};
@@ -100,7 +100,7 @@ void PanelButton::paintEvent(QPaintEvent *)
     painter.setPen(rank_ == Rank::primary ? palette_.background : palette_.text);
     QRectF words = body();
     if (menu() != nullptr) {
-        words.setRight(words.right() - ARROW_ROOM);
+        words.setRight(words.right() - BUTTON_ARROW_ROOM);
         paintMenuArrow(painter,
                        {body().right() - rank.side, body().center().y() + MENU_ARROW_WIDTH / 4});
     }

@@ -7,7 +7,7 @@ namespace quillon {
 
 namespace {
 
-constexpr const char *ACTION = "open-location";
+constexpr const char *OPEN_LOCATION = "open-location";
 
 /// Drives nautilus, GNOME's file manager, whose windows are objects on the bus with actions of
 /// their own.
@@ -36,14 +36,14 @@ protected:
             return false;
         // Nautilus answers a call of an unknown action as if it had carried it out.
         const auto known =
-            session.call(actions, "Describe", g_variant_new("(s)", ACTION), deadline);
+            session.call(actions, "Describe", g_variant_new("(s)", OPEN_LOCATION), deadline);
         if (!known)
             return false;
         GVariantBuilder parameter;
         g_variant_builder_init(&parameter, G_VARIANT_TYPE("av"));
         g_variant_builder_add(&parameter, "v", g_variant_new_string(fileUri(folder).c_str()));
         return session.call(actions, "Activate",
-                            g_variant_new("(sava{sv})", ACTION, &parameter, nullptr),
+                            g_variant_new("(sava{sv})", OPEN_LOCATION, &parameter, nullptr),
                             deadline) != nullptr;
     }
 

@@ -19,7 +19,7 @@ namespace quillon {
 
 namespace {
 
-constexpr std::size_t ROOM = std::size_t{64} * 1024;
+constexpr std::size_t LISTING_ROOM = std::size_t{64} * 1024;
 
 Listing failureOf(int error)
 {
@@ -61,10 +61,10 @@ Listing listFolder(const std::string &path, bool followsLink,
                O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followsLink ? 0 : O_NOFOLLOW));
     if (!folder)
         return failureOf(errno);
-    thread_local auto room = std::make_unique<std::byte[]>(ROOM);
+    thread_local auto room = std::make_unique<std::byte[]>(LISTING_ROOM);
     std::vector<FolderEntry> entries;
     for (;;) {
-        const ssize_t size = ::getdents64(folder.get(), room.get(), ROOM);
+        const ssize_t size = ::getdents64(folder.get(), room.get(), LISTING_ROOM);
         if (size < 0 && errno == EINTR)
             continue;
         if (size < 0)

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::uint32_t MASK = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_MOVE_SELF |
                                IN_ONLYDIR | IN_EXCL_UNLINK;
-constexpr std::size_t ROOM = std::size_t{256} * 1024;
+constexpr std::size_t EVENTS_ROOM = std::size_t{256} * 1024;
 
 InotifyQueue::Event eventOf(const inotify_event &head, const char *name)
 {
@@ -33,7 +33,7 @@ InotifyQueue::Event eventOf(const inotify_event &head, const char *name)
 
 InotifyQueue::InotifyQueue(bool open)
     : descriptor_(open ? ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC) : -1),
-      room_(open ? new char[ROOM] : nullptr)
+      room_(open ? new char[EVENTS_ROOM] : nullptr)
 {}
 
 InotifyQueue::Added InotifyQueue::add(const std::string &path, Links atTheEnd) const
@@ -58,7 +58,7 @@ void InotifyQueue::remove(int watch) const
 void InotifyQueue::read(const std::function<void(const Event &event)> &receive)
 {
     for (;;) {
-        const ssize_t size = ::read(descriptor_.get(), room_.get(), ROOM);
+        const ssize_t size = ::read(descriptor_.get(), room_.get(), EVENTS_ROOM);
         if (size < 0 && errno == EINTR)
             continue;
         if (size <= 0)
