@@ -92,7 +92,8 @@ std::optional<std::vector<std::string>> displayArguments()
     return std::nullopt;
 }
 
-/// For a start that came second although none ran when it began. Returns the exit status.
+/// Hands over from a start that came second although none ran when it began. Returns the exit
+/// status.
 int handOver(const quillon::RemoteControl::Request &request)
 {
     quillon::BusRunningInstance instance(request.activationToken);
@@ -133,7 +134,7 @@ std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
     return gate.wait() ? std::nullopt : std::optional(EXIT_FAILURE);
 }
 
-/// Without a session bus: false when another instance runs, which is then the only one.
+/// Asks without a session bus: false when another instance runs, which is then the only one.
 bool isFirstWithoutBus(quillon::SoleInstance &sole, const std::string &action)
 {
     const bool isFirst = sole.claim();

@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto PATIENCE = 30s;
-/// Between two showings; the window manager has settled.
+/// The time between two showings, in which the window manager settles.
 constexpr auto REST = 300ms;
 /// Key codes of the modifiers on every PC keyboard.
 constexpr std::uint8_t CONTROL = 37;

@@ -260,12 +260,7 @@ bool IndexUpdate::compareBelow(const Changed &changed)
         std::size_t place = IN_FOLDER;
     };
     const NodeId top = isAlone() ? paths_.nodeAbove(path_) : changed.node;
-    const bool isListed = changed.kind == Kind::folder && wasListed(changed.node);
-    const std::size_t place = isListed ? IN_FOLDER
-                              : changed.kind == Kind::folder || changed.kind == Kind::unknown
-                                  ? IN_UNKNOWN
-                                  : IN_NO_FOLDER;
-    std::vector<Level> levels{{paths_.tree().node(top).firstChild, place}};
+    std::vector<Level> levels{{paths_.tree().node(top).firstChild, placeBelow(changed)}};
     for (std::size_t count = 1; !levels.empty(); ++count) {
         if (count % PathIndex::SLICE == 0 && !stepAside())
             return false;
@@ -277,13 +272,23 @@ bool IndexUpdate::compareBelow(const Changed &changed)
         levels.back().next = paths_.tree().node(node).nextSibling;
         // A changed path and its children are removed, and with the children goes the listing of
         // what is directly below them.
-        const std::size_t below = placeOf(node, levels.back().place, levels.size() <= 2);
+        const bool isTouched = levels.size() <= 2 && changed.kind != Kind::unknown;
+        const std::size_t below = placeOf(node, levels.back().place, isTouched);
         levels.push_back({paths_.tree().node(node).firstChild, below});
     }
     return true;
 }
 
-/// False for a folder that the crawl could not list.
+std::size_t IndexUpdate::placeBelow(const Changed &changed) const
+{
+    if (changed.kind == Kind::unknown)
+        return IN_UNKNOWN;
+    if (changed.kind != Kind::folder)
+        return IN_NO_FOLDER;
+    return wasListed(changed.node) ? IN_FOLDER : IN_UNKNOWN;
+}
+
+/// Returns false for a folder that the crawl could not list.
 bool IndexUpdate::wasListed(NodeId node) const
 {
     return !std::ranges::binary_search(notListedNodes_, node);

@@ -127,6 +127,7 @@ private:
 
     bool findNodes() EXCLUDES(paths_.lock());
     bool compareWithIndex() EXCLUDES(paths_.lock());
+    std::size_t placeBelow(const Changed &changed) const;
     bool wasListed(NodeId node) const;
     bool compareBelow(const Changed &changed) REQUIRES_SHARED(paths_.lock());
     std::size_t placeOf(NodeId node, std::size_t parent, bool isTouched)

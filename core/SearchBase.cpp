@@ -276,7 +276,7 @@ std::stop_token SearchBase::beginAnew()
 
 void SearchBase::reset()
 {
-    // In this order, so that a change reported before never takes the emptied index for its own.
+    // The order matters: a change reported before must never take the emptied index for its own.
     const MutexLock lock(watching_);
     stopWatching();
     const WritingIndex writing(searchBasePaths_.lock());

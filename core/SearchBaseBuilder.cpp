@@ -46,7 +46,7 @@ void SearchBaseBuilder::begin()
     tell(&SearchBaseBuildObserver::buildBegan);
 }
 
-/// On the background queue.
+/// This runs on the background queue.
 void SearchBaseBuilder::build(const std::stop_token &stop)
 {
     services_.searchBase.build(

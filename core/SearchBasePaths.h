@@ -93,7 +93,7 @@ public:
     /// Returns the path's node.
     PathTree::NodeId remove(std::string_view path, std::vector<std::string> &log)
         REQUIRES(index_.lock);
-    // By nodes, which a caller keeps alive with PathTree::hold().
+    // These take nodes, which a caller keeps alive with PathTree::hold().
 
     /// Stores a path and lists it under its parent.
     void add(PathTree::NodeId node) REQUIRES(index_.lock);

@@ -12,7 +12,7 @@ namespace quillon {
 
 /// Makes one call out of the many that are asked for under the same key within a while.
 ///
-/// Used on one serial queue alone, the one it calls on, which runs none of its calls any more when
+/// One serial queue alone uses it, the one it calls on, which runs none of its calls any more when
 /// this is destroyed.
 class Coalesce
 {

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between two looks at the workers and two "Processing" messages.
+/// The time between two looks at the workers and two "Processing" messages.
 constexpr auto TICK = 17ms;
 /// How long a stop waits for a call into the file system.
 constexpr auto STOP_GRACE = 100ms;

@@ -18,7 +18,7 @@ struct Words
     const char *shortly;
     /// Whole, with the target in place of %1.
     const char *fully;
-    /// In a menu, where that is neither of the two.
+    /// The text in a menu, where it is neither of the two.
     const char *inMenu = nullptr;
 };
 

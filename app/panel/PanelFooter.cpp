@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-/// Between one hint and the next, and before the status.
+/// The gap between one hint and the next, and before the status.
 constexpr int HINT_GAP = 20;
 /// Beside the text on a key cap, and between the cap and its meaning.
 constexpr int CAP_INSET = 8;

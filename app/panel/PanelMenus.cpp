@@ -15,7 +15,7 @@ namespace quillon {
 
 namespace {
 
-/// Between the menu button and its menu.
+/// The gap between the menu button and its menu.
 constexpr int MENU_GAP = 4;
 constexpr QLatin1String KEYS_COLUMN("      \t");
 

@@ -35,7 +35,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between the reset and what follows it.
+/// The time between the reset and what follows it.
 constexpr auto HAND_OVER = 1000ms;
 /// How often the log is looked at while it can be seen.
 constexpr auto LOG_REFRESH = 500ms;

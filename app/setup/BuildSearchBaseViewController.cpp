@@ -19,7 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between the end of the settings and that of the program.
+/// The time between the end of the settings and that of the program.
 constexpr auto LAST_WORDS = 500ms;
 constexpr int COUNT_MILLISECONDS = 250;
 /// Seconds until a rate says something.

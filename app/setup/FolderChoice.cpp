@@ -14,7 +14,7 @@ namespace quillon {
 namespace {
 
 constexpr int GAP = 12;
-/// Between the box and its text, the focus frame included.
+/// The gap between the box and its text, the focus frame included.
 constexpr int ROOM_BESIDE_TEXT = 12;
 
 } // namespace

@@ -31,7 +31,7 @@ namespace {
 
 constexpr int REFRESH_MILLISECONDS = 150;
 constexpr int CHECKMARK = 20;
-/// Between the rows of a part.
+/// The gap between the rows of a part.
 constexpr int ROW = 8;
 /// Notes come and go in this many lines, so that the window stays as high as it is.
 constexpr int KEY_NOTE_LINES = 1;
@@ -147,7 +147,7 @@ QWidget *OnboardingViewController::buildShortcutPart()
     return shortcut;
 }
 
-/// For sessions in which no program can have a key of its own.
+/// This is shown in sessions in which no program can have a key of its own.
 QWidget *OnboardingViewController::buildCommand()
 {
     auto *part = new QWidget(this);

@@ -29,7 +29,7 @@ QString notSet()
     return QStringLiteral("not set");
 }
 
-/// For a value that the program knows nothing of; it may hold anything.
+/// The name of a value that the program knows nothing of; it may hold anything.
 QString somethingElse()
 {
     return QStringLiteral("something else");

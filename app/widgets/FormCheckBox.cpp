@@ -13,7 +13,7 @@ namespace {
 constexpr double CORNER = 3;
 constexpr double LINE = 1.2;
 constexpr double TICK_LINE = 1.8;
-/// Between the text and the ring around it that shows the focus.
+/// The gap between the text and the ring around it that shows the focus.
 constexpr int RING = 3;
 
 } // namespace

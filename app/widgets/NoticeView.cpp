@@ -16,7 +16,7 @@ NoticeView::NoticeView()
 void NoticeView::setNotice(const Notice &notice)
 {
     if (contents_) {
-        // Not at once: this may be the doing of one of its buttons.
+        // The old one is not deleted at once: this may be the doing of one of its buttons.
         contents_->setParent(nullptr);
         contents_->deleteLater();
     }

@@ -19,8 +19,8 @@ struct Measures
     int side;
     int narrowest;
     double corner;
-    /// Between the button and the ring around it that shows the focus; on its edge when there is
-    /// none.
+    /// The gap between the button and the ring around it that shows the focus; on its edge when
+    /// there is none.
     int ring;
 };
 

@@ -23,7 +23,7 @@ double luminance(const QColor &color)
            0.0722 * linear(color.blue());
 }
 
-/// From a to b by the share of 0 to 1.
+/// Returns the colour that lies between a and b by the share of 0 to 1.
 QColor mixed(const QColor &a, const QColor &b, double share)
 {
     const auto channel = [share](int from, int to) { return qRound(from + (to - from) * share); };

@@ -281,7 +281,7 @@ TEST(Watch, tellsEachChangeOnceAndAnswersEveryLine)
     const std::string root = tree.disk().path("root");
     Program watch(tree.session(), tree.watchArguments({}));
     EXPECT_EQ(watch.ask(""), Lines{root});
-    // In the order of the alphabet, which is that of changes at the same time.
+    // They come in the order of the alphabet, which is that of changes at the same time.
     const std::string file = tree.disk().writeFile("root/a.txt");
     const std::string fresh = tree.disk().makeFolder("root/fresh");
     tree.disk().makeFolder("root/fresh/below");

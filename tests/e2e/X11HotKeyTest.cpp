@@ -244,7 +244,7 @@ TEST_F(X11HotKeyTest, goesWithTheLetterWhenTheLayoutChanges)
     EXPECT_FALSE(counts(former[0]));
     EXPECT_THAT(told, ElementsAre(Outcome::grabbed)) << "nothing new";
 
-    // By the key, whichever of the layouts is in force.
+    // The key counts, whichever of the layouts is in force.
     useLayout("us,ru");
     ASSERT_TRUE(QTest::qWaitFor([&] { return counts(former[0]); }, PATIENCE));
     press("ISO_Next_Group");

@@ -28,7 +28,7 @@ class FrontWindowTest(Desktop):
 
     def setUp(self):
         super().setUp()
-        # Not below the folders to search: what is found here is found in the window alone.
+        # It is not below the folders to search: what is found here is found in the window alone.
         self.shown = self.home / "shown"
         self.shown.mkdir()
         program, self.record = self.recorder()

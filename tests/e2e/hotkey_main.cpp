@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-/// On the display that stands ready, unlike the other tests.
+/// The tests run on the display that stands ready, unlike the others.
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);

@@ -26,7 +26,7 @@ class PanelTest(Desktop):
         chosen = str(self.tree / "Documents/harbour plans")
         self.assertEqual(self.uses(), {chosen: 1})
 
-        # By the bus, as a desktop's own key settings do it; the former text is replaced.
+        # A desktop's own key settings use the bus too; the former text is replaced.
         subprocess.run(["gdbus", "call", "--session", "--dest", "org.quillon.Quillon",
                         "--object-path", "/org/quillon/Quillon", "--method",
                         "org.freedesktop.Application.ActivateAction", "toggle", "[]", "{}"],

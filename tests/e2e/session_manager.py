@@ -10,7 +10,7 @@ SAVE_LOCAL, SAVE_BOTH = 1, 2
 INTERACT_NONE, INTERACT_ANY = 0, 2
 LOST = 1
 ERROR_SIZE = 256
-# In the order of the library; those with a function here are the ones that this manager heeds.
+# The order is that of the library; this manager heeds those with a function here.
 CALLBACKS = {
     "register_client": CFUNCTYPE(c_int, c_void_p, c_void_p, c_void_p),
     "interact_request": CFUNCTYPE(None, c_void_p, c_void_p, c_int),

@@ -62,7 +62,7 @@ TEST_F(JsonDefaultsStoreDisk, showsAHandEditOnTheNextRead)
     writeByHand(document("one"));
     const JsonDefaultsStore store(path);
     EXPECT_EQ(store.string("word"), "one");
-    // Same size, most likely within the same tick of the clock.
+    // The size is the same, and most likely the tick of the clock too.
     for (const std::string word : {"two", "ten", "six", "one", "two"}) {
         writeByHand(document(word));
         EXPECT_EQ(store.string("word"), word);

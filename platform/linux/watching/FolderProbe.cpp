@@ -83,7 +83,7 @@ bool isOnPseudoFileSystem(const std::string &path)
     const auto place = shorten(path);
     if (!place)
         return false;
-    // Without O_DIRECTORY, so that nothing is mounted by asking.
+    // O_DIRECTORY is left out, so that nothing is mounted by asking.
     const Descriptor folder = openAt(place->folder.get(), place->path, O_PATH | O_CLOEXEC);
     struct statfs status = {};
     return folder && ::fstatfs(folder.get(), &status) == 0 &&

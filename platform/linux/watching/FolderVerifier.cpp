@@ -392,7 +392,7 @@ void FolderVerifier::reconcile(Id id, std::uint32_t flags)
     reconcilePending();
 }
 
-/// Not one inside the other: a tree may be deeper than the stack.
+/// The folders are taken one after the other: a tree may be deeper than the stack.
 void FolderVerifier::reconcilePending()
 {
     if (std::exchange(isReconciling_, true))

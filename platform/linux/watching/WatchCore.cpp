@@ -444,7 +444,8 @@ bool WatchCore::isBelowAny(Id id, const std::unordered_set<Id> &folders) const
 
 bool WatchCore::sweep()
 {
-    mountsChanged(); // as in flush()
+    // The table has to be read here too: no event tells that a folder was moved with its mounts.
+    mountsChanged();
     if (!queue_.isOpen())
         roots_.check(verifier_, {.flags = rootFlags_});
     const bool isOver = sweep_.goOn(Clock::now());
