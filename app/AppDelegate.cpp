@@ -52,7 +52,8 @@ AppDelegate::AppDelegate()
           {.folderLister = services_.folderLister,
            .logger = searchBaseLogger_,
            .mainQueue = services_.mainQueue,
-           .watching = {{.events = services_.eventService, .eventQueue = services_.eventQueue}}}),
+           .watching = {{.events = services_.eventService, .eventQueue = services_.eventQueue}},
+           .keptIndex = &services_.keptIndex}),
       searchBaseBuilder_({.searchBase = searchBase_,
                           .searchBaseFinder = searchBaseFinder_,
                           .background = services_.backgroundQueue,
@@ -277,7 +278,7 @@ void AppDelegate::buildBehindPanel(const std::string &activationToken)
     rebuildSearchBaseViewController_->startBuilding();
     services_.mainQueue.postDelayed(SHORT_BUILD, [this] {
         // Nothing comes between a user and a panel that is in use.
-        if (searchBaseBuilder_.isBuilding() &&
+        if (searchBaseBuilder_.isBuilding() && !searchBaseBuilder_.isComparing() &&
             windowTracker_.isVisible(WindowTracker::searchWindow) &&
             !lightningSearchViewController_.isInUse())
             showRebuild();
@@ -440,6 +441,11 @@ void AppDelegate::setUpAgain()
 void AppDelegate::buildBegan()
 {
     isIndexComplete_ = false;
+    lightningSearchViewController_.indexChanged();
+}
+
+void AppDelegate::indexRestored()
+{
     lightningSearchViewController_.indexChanged();
 }
 

@@ -84,6 +84,7 @@ protected:
 
 private:
     void buildBegan() override;
+    void indexRestored() override;
     void buildEnded() override;
 
     void joinSearchPanel();

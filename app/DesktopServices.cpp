@@ -34,6 +34,7 @@ DesktopServices::DesktopServices(const BuildSettings &build, const std::string &
       folderLister(diskLister, diskCalls),
       folderIdentity(diskIdentity, diskCalls),
       windowPlaces(standardWindowPlacesPath()),
+      keptIndex(standardIndexPath()),
       updateController(
           {.feed = build.updateFeed, .publicKey = build.updateKey, .version = build.version},
           {.program = programsFolder + "/fetch-feed"}),

@@ -19,6 +19,7 @@
 #include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/settings/SettingsFileChanges.h"
 #include "platform/linux/settings/StateWindowPlaces.h"
+#include "platform/linux/settings/UserCacheFile.h"
 #include "platform/linux/updates/FeedUpdateController.h"
 #include "platform/linux/watching/InotifyEventService.h"
 #include "platform/linux/windows/DesktopWindowSystem.h"
@@ -72,6 +73,7 @@ struct DesktopServices
     BoundedFolderIdentity folderIdentity;
     DesktopWindowSystem windowSystem;
     StateWindowPlaces windowPlaces;
+    UserCacheFile keptIndex;
     XdgAutostart autostart;
     PortalAppearance appearance;
     BusNotifications notifications;

@@ -25,6 +25,11 @@ else()
     add_compile_options(-Wthread-safety)
 endif()
 
+# A unit of several sources counts as a header to g++, which wants no unnamed namespaces there.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-Wno-subobject-linkage)
+endif()
+
 # A fused multiply-add rounds once where the scorer rounds twice: scores would differ by machine.
 add_compile_options(-ffp-contract=off)
 

@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-FoundNodes::FoundNodes(SearchBasePaths &paths, std::stop_token isReset)
-    : paths_(paths), isReset_(std::move(isReset))
+FoundNodes::FoundNodes(SearchBasePaths &paths, std::stop_token isReset, CrawlMarks *marks)
+    : paths_(paths), isReset_(std::move(isReset)), marks_(marks)
 {}
 
 CrawlSink::Token FoundNodes::root(const std::string &path)
@@ -24,10 +24,39 @@ void FoundNodes::add(Token parent, std::span<Entry> entries)
         // Most entries are in the index already, and looking them up keeps no search out.
         if (!lookUp(parent, some) || !makeMissing(parent, some))
             return;
+        if (marks_ != nullptr)
+            marks_->takeFiles(some);
         const MutexLock lock(mutex_);
         for (const Entry &entry : some)
             nodes_.emplace_back(entry.token, entry.isFolder);
     }
+}
+
+bool FoundNodes::knows(Token folder, const FolderStamp &stamp, const ReceiveEntry &receive)
+{
+    if (marks_ == nullptr || !marks_->isUnchanged(folder, stamp))
+        return false;
+    const ReadingIndex reading(paths_.lock());
+    if (isReset_.stop_requested())
+        return false;
+    const PathTree &tree = paths_.tree();
+    for (PathTree::NodeId id = tree.node(folder).firstChild; id != PathTree::NONE;
+         id = tree.node(id).nextSibling) {
+        const PathTree::Node &node = tree.node(id);
+        if ((node.flags & PathTree::STORED) == 0)
+            continue;
+        const auto isFolder = marks_->isFolder(id, tree.name(node));
+        if (!isFolder)
+            return false;
+        receive({.name = tree.name(node), .isFolder = *isFolder});
+    }
+    return true;
+}
+
+void FoundNodes::listed(Token folder, const FolderStamp &stamp)
+{
+    if (marks_ != nullptr)
+        marks_->listed(folder, stamp);
 }
 
 bool FoundNodes::lookUp(Token parent, std::span<Entry> entries)

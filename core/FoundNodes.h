@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Mutex.h"
+#include "core/FolderMarks.h"
 #include "core/SearchBasePaths.h"
 #include "indexing/CrawlSink.h"
 
@@ -26,11 +27,15 @@ public:
         folder,
     };
 
-    /// isReset is requested with the index locked. Nothing is remembered or made after that.
-    FoundNodes(SearchBasePaths &paths, std::stop_token isReset);
+    /// isReset is requested with the index locked. Nothing is remembered or made after that. The
+    /// marks, if any, say which folders need not be read; they outlive this.
+    FoundNodes(SearchBasePaths &paths, std::stop_token isReset, CrawlMarks *marks = nullptr);
 
     Token root(const std::string &path) override;
     void add(Token parent, std::span<Entry> entries) override;
+    bool wantsStamps() const override { return marks_ != nullptr; }
+    bool knows(Token folder, const FolderStamp &stamp, const ReceiveEntry &receive) override;
+    void listed(Token folder, const FolderStamp &stamp) override;
 
     /// Puts the nodes in order. Called once, between the crawl and the first kind().
     void sort();
@@ -44,6 +49,7 @@ private:
 
     SearchBasePaths &paths_;
     const std::stop_token isReset_;
+    CrawlMarks *const marks_;
     /// Guards the nodes while the crawl runs.
     Mutex mutex_;
     /// Each node comes with true where it is a folder.

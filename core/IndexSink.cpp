@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-IndexSink::IndexSink(SearchBasePaths &paths, std::stop_token isReset)
-    : paths_(paths), isReset_(std::move(isReset))
+IndexSink::IndexSink(SearchBasePaths &paths, std::stop_token isReset, CrawlMarks *marks)
+    : paths_(paths), isReset_(std::move(isReset)), marks_(marks)
 {}
 
 CrawlSink::Token IndexSink::root(const std::string &path)
@@ -29,7 +29,15 @@ void IndexSink::add(Token parent, std::span<Entry> entries)
             entry.token = paths_.add(parent, entry.name);
             paths_.mutableTree().addFlags(entry.token, PathTree::CANDIDATE);
         }
+        if (marks_ != nullptr)
+            marks_->takeFiles(some);
     }
+}
+
+void IndexSink::listed(Token folder, const FolderStamp &stamp)
+{
+    if (marks_ != nullptr)
+        marks_->listed(folder, stamp);
 }
 
 } // namespace quillon

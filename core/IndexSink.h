@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/FolderMarks.h"
 #include "core/SearchBasePaths.h"
 #include "indexing/CrawlSink.h"
 
@@ -15,15 +16,19 @@ namespace quillon {
 class IndexSink final : public CrawlSink
 {
 public:
-    /// isReset is requested with the index locked.
-    IndexSink(SearchBasePaths &paths, std::stop_token isReset);
+    /// isReset is requested with the index locked. The marks, if any, are taken for the next crawl;
+    /// they outlive this.
+    IndexSink(SearchBasePaths &paths, std::stop_token isReset, CrawlMarks *marks = nullptr);
 
     Token root(const std::string &path) override;
     void add(Token parent, std::span<Entry> entries) override;
+    bool wantsStamps() const override { return marks_ != nullptr; }
+    void listed(Token folder, const FolderStamp &stamp) override;
 
 private:
     SearchBasePaths &paths_;
     const std::stop_token isReset_;
+    CrawlMarks *const marks_;
 };
 
 } // namespace quillon

@@ -89,7 +89,7 @@ IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths chang
       path_(std::move(changed.path)),
       names_(std::move(changed.names)),
       kind_(kindWithoutLinks(path_)),
-      found_(paths_, terms_.isReset)
+      found_(paths_, terms_.isReset, terms_.marks)
 {
     if (isAlone())
         changed_.push_back({.path = path_, .kind = kind_});

@@ -60,6 +60,8 @@ public:
         /// The stop is requested with the index locked.
         std::stop_token isReset;
         Now now;
+        /// Says which folders need not be read; null when all are. Outlives the update.
+        CrawlMarks *marks = nullptr;
     };
 
     IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths changed);

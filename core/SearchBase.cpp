@@ -1,11 +1,11 @@
 #include "core/SearchBase.h"
 
+#include "base/EitherStop.h"
 #include "base/PathText.h"
 #include "base/TaskQueue.h"
 #include "core/HeldNodes.h"
-#include "core/IndexSink.h"
+#include "core/IndexKeeper.h"
 #include "core/IndexUpdate.h"
-#include "core/IndexedItems.h"
 #include "indexing/Crawler.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
@@ -73,21 +73,6 @@ bool isInsideApplication(std::string_view path)
     return path.find(".app/") != std::string_view::npos && !path.ends_with(".app/");
 }
 
-/// Stops as soon as one of two others does.
-class EitherStop
-{
-public:
-    EitherStop(const std::stop_token &a, const std::stop_token &b)
-        : onA_(a, [this] { source_.request_stop(); }), onB_(b, [this] { source_.request_stop(); })
-    {}
-    std::stop_token token() const { return source_.get_token(); }
-
-private:
-    std::stop_source source_;
-    std::stop_callback<std::function<void()>> onA_;
-    std::stop_callback<std::function<void()>> onB_;
-};
-
 } // namespace
 
 /// Brings the paths that the watcher reports up to date.
@@ -150,13 +135,6 @@ private:
     std::uint64_t latest_ = 0;
 };
 
-/// What a crawl arms on behalf of a watch that is to come.
-struct SearchBase::Watched
-{
-    std::shared_ptr<const FSEventItemTest> items;
-    std::shared_ptr<FSEventArming> arming;
-};
-
 SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
                        SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
                        Services services)
@@ -170,6 +148,9 @@ SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
       searchBaseWatcher_(services_.watching ? std::make_unique<SearchBaseWatcher>(
                                                   searchBaseIgnorePaths_, *services_.watching)
                                             : nullptr),
+      indexKeeper_(services_.keptIndex ? std::make_unique<IndexKeeper>(searchBaseMatcher_.index(),
+                                                                       *services_.keptIndex)
+                                       : nullptr),
       locations_(std::make_shared<const SearchLocations>())
 {
     if (searchBaseWatcher_)
@@ -267,13 +248,6 @@ std::vector<std::string> SearchBase::paths() const
 
 // Changes
 
-std::stop_token SearchBase::beginAnew()
-{
-    anew_.request_stop();
-    anew_ = {};
-    return anew_.get_token();
-}
-
 void SearchBase::reset()
 {
     // The order matters: a change reported before must never take the emptied index for its own.
@@ -282,90 +256,6 @@ void SearchBase::reset()
     const WritingIndex writing(searchBasePaths_.lock());
     beginAnew();
     searchBasePaths_.clear();
-}
-
-void SearchBase::build(const Progress &progress, const std::stop_token &stop)
-{
-    const std::stop_token isReset = beginBuild();
-    const EitherStop end(stop, isReset);
-    const MutexLock changing(changing_);
-    const std::shared_ptr<const SearchLocations> locations = takeLocations();
-    std::string starting = "Starting search with ";
-    for (const std::string &folder : locations->folders)
-        starting += folder;
-    progress(starting);
-
-    const std::set<std::string> patterns = locations->extensions();
-    Watched watched = beginArming(*locations);
-    IndexSink sink(searchBasePaths_, isReset);
-    for (const std::string &root : locations->folders) {
-        progress("Scanning " + root);
-        const CrawlResult result =
-            enumerate(root, patterns, sink, progress, end.token(), watched.arming);
-        if (end.token().stop_requested())
-            return;
-        if (result.outcome == CrawlResult::Outcome::packageOrMissing)
-            services_.logger.log(PACKAGE_TAG + root);
-        progress("Added " + std::to_string(count()) + " items");
-    }
-    endBuild(std::move(watched), *locations, end.token());
-}
-
-std::stop_token SearchBase::beginBuild()
-{
-    const MutexLock lock(watching_);
-    stopWatching();
-    const WritingIndex writing(searchBasePaths_.lock());
-    return beginAnew();
-}
-
-std::shared_ptr<const SearchLocations> SearchBase::takeLocations()
-{
-    // Looked for before the lock is taken: a reset waits for no disk.
-    auto locations =
-        std::make_shared<const SearchLocations>(SearchLocations::of(searchBaseFinder_));
-    searchBaseIgnorePaths_.refresh(*locations);
-    const MutexLock lock(watching_);
-    return locations_ = std::move(locations);
-}
-
-SearchBase::Watched SearchBase::beginArming(const SearchLocations &locations)
-{
-    if (!searchBaseWatcher_)
-        return {};
-    auto items =
-        std::make_shared<IndexedItems>(searchBasePaths_, searchBaseIgnorePaths_.rules(),
-                                       ExtensionSet(locations.extensions()), locations.roots());
-    {
-        const MutexLock lock(watching_);
-        if (items_)
-            items_->close();
-        items_ = items;
-    }
-    return {.items = items, .arming = searchBaseWatcher_->beginArming()};
-}
-
-void SearchBase::endBuild(Watched watched, const SearchLocations &locations,
-                          const std::stop_token &stop)
-{
-    const MutexLock lock(watching_);
-    if (stop.stop_requested())
-        return;
-    areCrawled_ = true;
-    // Missing folders are watched too, for the time when they come.
-    if (searchBaseWatcher_)
-        searchBaseWatcher_->startWatching(locations.roots(), std::move(watched.items),
-                                          std::move(watched.arming));
-}
-
-void SearchBase::stopWatching()
-{
-    areCrawled_ = false;
-    if (searchBaseWatcher_)
-        searchBaseWatcher_->stopWatching();
-    if (items_)
-        items_->close();
-    items_.reset();
 }
 
 std::optional<FSEventStatus> SearchBase::watchStatus() const
@@ -384,15 +274,6 @@ void SearchBase::add(std::string_view path)
     const WritingIndex writing(searchBasePaths_.lock());
     searchBasePaths_.mutableTree().insert(normalizePath(path), PathTree::CANDIDATE);
     searchBasePaths_.add(path);
-}
-
-CrawlResult SearchBase::enumerate(const std::string &url, const std::set<std::string> &patterns,
-                                  CrawlSink &sink, const Progress &progress,
-                                  const std::stop_token &stop,
-                                  std::shared_ptr<FSEventArming> arming)
-{
-    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, std::move(arming));
-    return crawler.crawl(url, patterns, sink, progress, stop);
 }
 
 CrawlResult SearchBase::enumerateForUpdate(const ChangedPaths &changed,
@@ -416,22 +297,13 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
                                             const std::stop_token &stop)
 {
     const std::vector<std::string> changed = logChanges(paths);
-    std::stop_token isReset;
-    {
-        const ReadingIndex reading(searchBasePaths_.lock());
-        isReset = anew_.get_token();
-    }
+    const std::stop_token isReset = untilAnew();
     const EitherStop end(stop, isReset);
     const MutexLock changing(changing_);
     const std::shared_ptr<const SearchLocations> locations = this->locations();
     if (changed.empty())
         return {};
-    const IndexUpdate::Terms terms{.folderLister = services_.folderLister,
-                                   .patterns = locations->extensions(),
-                                   .roots = locations->roots(),
-                                   .rules = searchBaseIgnorePaths_.rules(),
-                                   .isReset = isReset,
-                                   .now = services_.now};
+    const IndexUpdate::Terms terms = updateTerms(*locations, isReset, nullptr);
     std::vector<std::string> unanswered;
     {
         // The tree is held across all updates, so dead nodes are collected once.
@@ -447,7 +319,20 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
     }
     // Folders that came one by one have left siblings far apart, which makes searches slow.
     searchBaseMatcher_.arrange();
+    keepLater();
     return unanswered;
+}
+
+IndexUpdate::Terms SearchBase::updateTerms(const SearchLocations &locations,
+                                           const std::stop_token &isReset, CrawlMarks *marks) const
+{
+    return {.folderLister = services_.folderLister,
+            .patterns = locations.extensions(),
+            .roots = locations.roots(),
+            .rules = searchBaseIgnorePaths_.rules(),
+            .isReset = isReset,
+            .now = services_.now,
+            .marks = marks};
 }
 
 /// Logs the reports and returns those paths that are to be looked at.

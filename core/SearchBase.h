@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Mutex.h"
+#include "core/IndexUpdate.h"
 #include "core/SearchBasePaths.h"
 #include "indexing/SearchBaseIgnorePaths.h"
 #include "indexing/SearchBaseWatcher.h"
@@ -10,6 +11,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -22,16 +24,23 @@
 
 namespace quillon {
 
+class CacheFile;
 class CrawlSink;
 class FolderLister;
 class FrontItemsSource;
-class IndexUpdate;
+class IndexKeeper;
 class IndexedItems;
 class SearchBaseFinder;
 class SearchBaseLogger;
 class TaskQueue;
-struct ChangedPaths;
 struct CrawlResult;
+
+inline std::int64_t nanosecondsSince1970()
+{
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
 
 /// The index in memory and the one object through which the program searches it.
 ///
@@ -56,6 +65,12 @@ public:
         /// It is called with each path that the watcher reports, on its event queue, before the
         /// update.
         std::function<void(const std::string &path)> onReport = nullptr;
+        /// The index is kept here between two runs of the program; null where it is not.
+        CacheFile *keptIndex = nullptr;
+        /// Nanoseconds since 1970, as the file systems of this machine count them.
+        std::function<std::int64_t()> wallClock = nanosecondsSince1970;
+        /// The time between a change of the index and the next writing of that file.
+        std::chrono::milliseconds keepDelay = std::chrono::minutes(10);
     };
 
     /// Without a front window search its items are no part of the answers.
@@ -76,6 +91,12 @@ public:
     /// Forgets everything and watches nothing any more; the use counts stay. A build or an update
     /// that is under way ends and changes nothing any more.
     void reset() EXCLUDES(watching_);
+    /// Puts the index of the last run of the program into the empty one, unless the settings have
+    /// changed. Returns whether it did. The next build then compares it with the disk and reads only
+    /// the folders that have changed. Asks no disk but for the file.
+    bool restore() EXCLUDES(watching_);
+    /// Writes the index as it is to the file for the next run, if a build has come to its end.
+    void keep() EXCLUDES(watching_);
     /// Crawls every include folder and adds what it finds, until stop is requested, the index is
     /// reset or another build begins. The folders are watched from before they are crawled on, and
     /// changes update the index once the build has come to its end.
@@ -124,10 +145,21 @@ protected:
 private:
     class Changes;
     struct Watched;
+    /// What the crawls of one build have in common.
+    struct Building
+    {
+        const SearchLocations &locations;
+        const Progress &progress;
+        std::stop_token isReset;
+        std::stop_token stop;
+        std::shared_ptr<FSEventArming> arming;
+    };
 
     /// Ends what is under way. Returns what ends with the next call.
     std::stop_token beginAnew() REQUIRES(searchBasePaths_.lock());
     std::stop_token beginBuild() EXCLUDES(watching_);
+    /// Returns what ends with the next build or reset.
+    std::stop_token untilAnew() const;
     /// Reads what is to be indexed, for everything until the next build.
     std::shared_ptr<const SearchLocations> takeLocations() EXCLUDES(watching_);
     /// Nothing in it when nobody tells of changes.
@@ -135,9 +167,15 @@ private:
     void endBuild(Watched watched, const SearchLocations &locations, const std::stop_token &stop)
         EXCLUDES(watching_);
     void stopWatching() REQUIRES(watching_);
-    CrawlResult enumerate(const std::string &url, const std::set<std::string> &patterns,
-                          CrawlSink &sink, const Progress &progress, const std::stop_token &stop,
-                          std::shared_ptr<FSEventArming> arming);
+    void crawlIntoIndex(const std::string &root, const Building &building) REQUIRES(changing_);
+    void compareWithDisk(const std::string &root, const Building &building) REQUIRES(changing_);
+    std::vector<std::string> comparableSettings() const;
+    bool beginKeeping(const std::vector<std::string> &settings, const SearchLocations &locations)
+        REQUIRES(changing_);
+    CrawlMarks *marks() REQUIRES(changing_);
+    void keepLater() REQUIRES(changing_);
+    IndexUpdate::Terms updateTerms(const SearchLocations &locations, const std::stop_token &isReset,
+                                   CrawlMarks *marks) const;
     CrawlResult enumerateForUpdate(const ChangedPaths &changed,
                                    const std::set<std::string> &patterns, CrawlSink &sink,
                                    const std::stop_token &stop);
@@ -159,6 +197,10 @@ private:
 
     /// It is held by a build or an update as long as it takes; taken before the index's lock.
     Mutex changing_;
+    /// Null where the index is not kept.
+    const std::unique_ptr<IndexKeeper> indexKeeper_;
+    /// The index is going to be kept after a while.
+    bool isKeepingDue_ GUARDED_BY(changing_) = false;
     /// It is held while watching begins or ends; taken after the one above, before the index's
     /// lock.
     mutable Mutex watching_;

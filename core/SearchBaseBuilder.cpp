@@ -39,16 +39,22 @@ void SearchBaseBuilder::begin()
     stop_ = std::stop_source();
     isBuilding_ = true;
     isWantedAgain_ = false;
-    ++builds_;
+    isComparing_ = false;
+    const bool isFirst = builds_++ == 0;
     began_ = services_.now();
     services_.searchBase.reset();
-    services_.background.post([this, stop = stop_.get_token()] { build(stop); });
+    services_.background.post([this, stop = stop_.get_token(), isFirst] { build(stop, isFirst); });
     tell(&SearchBaseBuildObserver::buildBegan);
 }
 
 /// This runs on the background queue.
-void SearchBaseBuilder::build(const std::stop_token &stop)
+void SearchBaseBuilder::build(const std::stop_token &stop, bool mayRestore)
 {
+    if (mayRestore && services_.searchBase.restore())
+        services_.main.post([this] {
+            isComparing_ = isBuilding_;
+            tell(&SearchBaseBuildObserver::indexRestored);
+        });
     services_.searchBase.build(
         [this](const std::string &line) {
             services_.main.post(
@@ -57,6 +63,7 @@ void SearchBaseBuilder::build(const std::stop_token &stop)
         stop);
     services_.main.post(
         [this, locations = services_.searchBase.locations()] { buildReturned(*locations); });
+    services_.searchBase.keep();
 }
 
 void SearchBaseBuilder::buildReturned(const SearchLocations &locations)

@@ -27,6 +27,8 @@ public:
     virtual void buildBegan() {}
     /// One line about the state of the build, as the search base wrote it.
     virtual void buildProgressed(const std::string &) {}
+    /// The index of the last run is there, and the build compares it with the disk.
+    virtual void indexRestored() {}
     virtual void buildEnded() {}
 };
 
@@ -57,7 +59,8 @@ public:
 
     explicit SearchBaseBuilder(const Services &services);
 
-    /// Empties the index and builds it anew. While a build runs, another one follows it if the
+    /// Empties the index and builds it anew; the first time the index of the last run of the program
+    /// stands in for it meanwhile. While a build runs, another one follows it if the
     /// settings say something else by then than they did for the running one.
     void start();
     /// Makes a running build end soon. What it has found stays in the index, which then follows no
@@ -67,6 +70,8 @@ public:
     void stop();
 
     bool isBuilding() const { return isBuilding_; }
+    /// True while a build compares the index of the last run with the disk.
+    bool isComparing() const { return isBuilding_ && isComparing_; }
     /// True when the last build was cancelled, so that the index is not complete.
     bool isCancelled() const { return !isBuilding_ && stop_.stop_requested(); }
     /// False when the settings named no folder for the last build, there or not.
@@ -82,7 +87,7 @@ public:
 
 private:
     void begin();
-    void build(const std::stop_token &stop);
+    void build(const std::stop_token &stop, bool mayRestore);
     void buildReturned(const SearchLocations &locations);
     void endUnlessWantedAgain();
     void lookForAwayFolders();
@@ -97,6 +102,7 @@ private:
     std::vector<SearchBaseBuildObserver *> observers_;
     bool isBuilding_ = false;
     bool isWantedAgain_ = false;
+    bool isComparing_ = false;
     /// Counts the builds, so that a look for away folders ends with the build it belongs to.
     unsigned builds_ = 0;
     std::chrono::steady_clock::time_point began_;

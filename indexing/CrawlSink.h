@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/FolderLister.h"
+
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -32,6 +35,19 @@ public:
     virtual Token root(const std::string &path) = 0;
     /// What was kept of one folder's entries; not called for a folder that keeps none.
     virtual void add(Token parent, std::span<Entry> entries) = 0;
+
+    // A receiver that remembers folders saves the crawl from reading those that have not changed.
+
+    /// Whether the crawl is to take the stamps of folders, for the calls below.
+    virtual bool wantsStamps() const { return false; }
+    using ReceiveEntry = std::function<void(const FolderEntry &entry)>;
+    /// It is called before a folder is read. Returns true where a folder with this stamp holds what
+    /// it has handed to receive, as far as that concerns the crawl. After false, what was received
+    /// means nothing. Must not call the crawl otherwise.
+    virtual bool knows(Token, const FolderStamp &, const ReceiveEntry &) { return false; }
+    /// It is called with a folder whose entries have been handed over to the last one, and with the
+    /// stamp that the folder had before.
+    virtual void listed(Token, const FolderStamp &) {}
 };
 
 } // namespace quillon

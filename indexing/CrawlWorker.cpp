@@ -97,8 +97,9 @@ bool CrawlWorker::visitRoot()
                                                   : FolderLister::Wanted::everything;
     if (!inCall([&] { folder = task.folderLister.open(task.rootPath, wanted, error); }))
         return false;
-    const auto stamp = [&] { return folder ? folder->stamp() : FolderStamp(); };
-    if (!armBy(root, [&](FSEventArming &arming) { return arming.armRoot(task.rootPath, stamp()); }))
+    if (!takeStamp(folder.get()) || !armBy(root, [&](FSEventArming &arming) {
+            return arming.armRoot(task.rootPath, stamp_);
+        }))
         return false;
     if (!folder) {
         if (error) {
@@ -115,7 +116,10 @@ bool CrawlWorker::visitRoot()
         return false;
     if (error)
         report(root, error, true);
-    if (handOver(root))
+    const bool goesOn = handOver(root);
+    if (!error && !task.names)
+        task.sink.listed(root.token, stamp_);
+    if (goesOn)
         goInto(root, std::move(folder));
     return true;
 }
@@ -135,13 +139,18 @@ bool CrawlWorker::visit(CrawlItem &item)
     }
     // A chain of folders keeps no folder open but the one it has reached.
     item.parentHandle.reset();
-    if (!arm(item, folder.get()))
+    if (!takeStamp(folder.get()) || !arm(item))
         return false;
     if (folder && !readEntries(*folder, item, error))
         return false;
     if (error)
         report(item, error, folder != nullptr);
-    if (folder && handOver(item))
+    if (!folder)
+        return true;
+    const bool goesOn = handOver(item);
+    if (!error)
+        team_.task().sink.listed(item.token, stamp_);
+    if (goesOn)
         goInto(item, std::move(folder));
     return true;
 }
@@ -160,12 +169,29 @@ bool CrawlWorker::armBy(CrawlItem &item, const Call &call)
 }
 
 /// What happens in the folder from now on will be told: it is listed only afterwards.
-bool CrawlWorker::arm(CrawlItem &item, const OpenFolder *folder)
+bool CrawlWorker::arm(CrawlItem &item)
 {
     return armBy(item, [&](FSEventArming &arming) {
-        const FolderStamp stamp = folder != nullptr ? folder->stamp() : FolderStamp();
-        return arming.arm(item.parent->armed(), item.name, stamp);
+        return arming.arm(item.parent->armed(), item.name, stamp_);
     });
+}
+
+bool CrawlWorker::takeStamp(const OpenFolder *folder)
+{
+    stamp_ = {};
+    const CrawlTeam::Task &task = team_.task();
+    if (folder == nullptr || (!task.arming && !task.sink.wantsStamps()))
+        return true;
+    return inCall([&] { stamp_ = folder->stamp(); });
+}
+
+/// Takes the entries of a folder that has not changed from whoever remembers them.
+bool CrawlWorker::isKnown(const CrawlItem &item)
+{
+    names_.clear();
+    kept_.clear();
+    const auto receive = [&](const FolderEntry &entry) { keep(entry, item); };
+    return stamp_.isKnown() && team_.task().sink.knows(item.token, stamp_, receive);
 }
 
 void CrawlWorker::giveUpListing()
@@ -223,6 +249,8 @@ bool CrawlWorker::reopenParent(CrawlItem &item, std::error_code &error)
 
 bool CrawlWorker::readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error)
 {
+    if (isKnown(item))
+        return true;
     names_.clear();
     kept_.clear();
     for (;;) {

@@ -88,9 +88,11 @@ private:
     bool visit(CrawlItem &item);
     template <typename Call>
     bool armBy(CrawlItem &item, const Call &call) EXCLUDES(mutex_);
-    bool arm(CrawlItem &item, const OpenFolder *folder) EXCLUDES(mutex_);
+    bool arm(CrawlItem &item) EXCLUDES(mutex_);
     bool openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder, std::error_code &error);
     bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
+    bool takeStamp(const OpenFolder *folder);
+    bool isKnown(const CrawlItem &item);
     bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);
 
     bool lookAtNames(const OpenFolder &folder, const CrawlItem &item);
@@ -114,6 +116,8 @@ private:
     /// What watches it; absent as long as it is not armed.
     std::optional<FSEventArming::Folder> armed_ GUARDED_BY(mutex_);
 
+    /// The stamp of the folder being visited, from before it is read. Unknown where nobody wants it.
+    FolderStamp stamp_;
     // What the folder being visited keeps. The room is used again for the next one.
     FolderBatch batch_;
     std::string names_;

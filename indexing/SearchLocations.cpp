@@ -33,6 +33,21 @@ SearchLocations SearchLocations::of(SearchBaseFinder &finder)
     return locations;
 }
 
+std::vector<std::string> SearchLocations::settings(const SearchBaseFinder &finder)
+{
+    // The lists are told apart by their lengths.
+    const std::vector<std::string> files = finder.includeFilePatternPreferences.values();
+    std::vector<std::string> texts = finder.patternsInForce();
+    texts.push_back(std::to_string(texts.size()));
+    texts.insert(texts.end(), files.begin(), files.end());
+    texts.push_back(std::to_string(files.size()));
+    for (const auto &[name, value] : finder.bookmarks.load()) {
+        texts.push_back(name);
+        texts.push_back(value.asData().value_or(""));
+    }
+    return texts;
+}
+
 std::vector<std::string> SearchLocations::roots() const
 {
     std::vector<std::string> roots = folders;

@@ -39,6 +39,10 @@ struct SearchLocations
     /// thread. Takes as long as the disk that is slowest to answer.
     static SearchLocations of(SearchBaseFinder &finder);
 
+    /// Returns what the settings say, in a form that is good for nothing but comparing. Looks at no
+    /// disk.
+    static std::vector<std::string> settings(const SearchBaseFinder &finder);
+
     /// Whether the settings name any folder, there or not.
     bool nameFolders() const { return !folders.empty() || !missing.empty(); }
     /// Every folder that is a root of the index as soon as it is there, ascending. A folder whose

@@ -18,6 +18,8 @@ public:
         /// Paths indexed so far.
         std::size_t count = 0;
         bool isBuilding = false;
+        /// The index is that of the last run, and the build compares it with the disk.
+        bool isComparing = false;
         /// The last build was cancelled, so that folders are missing.
         bool isCancelled = false;
         /// False when the settings name no folder to index.

@@ -28,7 +28,7 @@ PanelTexts::Message PanelTexts::message(const PanelSource::State &state, const Q
                                                  : tr("Press Return to search your home folder, "
                                                       "or choose folders in the preferences")};
     const auto count = static_cast<int>(state.count);
-    if (state.isBuilding)
+    if (state.isBuilding && !state.isComparing)
         return {.title = tr("Indexing your folders…"),
                 .sentence = tr("%Ln folder(s) so far: you can already search", nullptr, count)};
     if (state.count == 0 && !state.away.empty())
@@ -53,6 +53,8 @@ QString PanelTexts::status(const PanelSource::State &state)
     if (!state.hasLocations)
         return {};
     const QString folders = tr("%Ln folder(s)", nullptr, static_cast<int>(state.count));
+    if (state.isComparing)
+        return tr("Checking for changes: %1").arg(folders);
     if (state.isBuilding)
         return tr("Indexing: %1").arg(folders);
     if (state.isCancelled)

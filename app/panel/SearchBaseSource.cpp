@@ -78,6 +78,7 @@ PanelSource::State SearchBaseSource::state() const
 {
     return {.count = services_.searchBase.count(),
             .isBuilding = services_.builder.isBuilding(),
+            .isComparing = services_.builder.isComparing(),
             .isCancelled = services_.builder.isCancelled(),
             .hasLocations = services_.builder.hasLocations(),
             .isWriteRefused = isWriteRefused_,

@@ -7,6 +7,7 @@
 #include "matching/FrontItems.h"
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
+#include "platform/CacheFile.h"
 #include "platform/FolderLister.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
@@ -15,6 +16,7 @@
 #include "tests/support/FakeFolderLister.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -73,6 +75,10 @@ struct SearchBaseOver
 {
     SearchBaseOver() = default;
     explicit SearchBaseOver(const SearchBaseWatcher::Services &howToWatch) : watching(howToWatch) {}
+    /// The index is kept in the file; to the clock everything on the disk is old.
+    explicit SearchBaseOver(CacheFile &file, const SearchBaseWatcher::Services *howToWatch = nullptr)
+        : watching(howToWatch != nullptr ? std::optional(*howToWatch) : std::nullopt), kept(&file)
+    {}
 
     void includeFolders(const std::vector<std::string> &paths)
     {
@@ -115,11 +121,17 @@ struct SearchBaseOver
     InlineTaskQueue queue;
     FakeFrontItems front;
     std::optional<SearchBaseWatcher::Services> watching;
-    SearchBase searchBase{
-        &front,
-        finder,
-        matcher,
-        {.folderLister = lister, .logger = logger, .mainQueue = queue, .watching = watching}};
+    CacheFile *kept = nullptr;
+    std::int64_t now = std::int64_t{4'000'000'000} * 1'000'000'000;
+    SearchBase searchBase{&front,
+                          finder,
+                          matcher,
+                          {.folderLister = lister,
+                           .logger = logger,
+                           .mainQueue = queue,
+                           .watching = watching,
+                           .keptIndex = kept,
+                           .wallClock = [this] { return now; }}};
 };
 
 } // namespace quillon

@@ -108,9 +108,9 @@ private:
     std::atomic<int> folders_ = 0;
 };
 
-struct Crawl
+struct HangingDiskCrawl
 {
-    Crawl(HangingLister &lister, const std::string &root, CrawlOptions options,
+    HangingDiskCrawl(HangingLister &lister, const std::string &root, CrawlOptions options,
           const std::stop_token &stop = {})
     {
         result = Crawler(lister, std::make_shared<SkipRules>(), options)
@@ -194,7 +194,7 @@ TEST(HangingCrawl, visitsEverythingElseAndReportsWhatHangs)
     // The second tree has more that hangs than is ever waited for at a time.
     for (const int depth : {3, 6}) {
         HangingLister lister({"a", "hang", "b"}, depth);
-        const Crawl crawl(lister, "/r", IMPATIENT);
+        const HangingDiskCrawl crawl(lister, "/r", IMPATIENT);
         EXPECT_EQ(crawl.result.outcome, CrawlResult::Outcome::complete);
         EXPECT_EQ(crawl.sink.kept.size(), 3 * allFolders(depth));
         EXPECT_EQ(crawl.errors.size(), allFolders(depth));
@@ -206,7 +206,7 @@ TEST(HangingCrawl, visitsEverythingElseAndReportsWhatHangs)
 TEST(HangingCrawl, givesUpAFolderThatCannotBeReadToItsEnd)
 {
     HangingLister lister({"a", "read-hang"}, 2);
-    const Crawl crawl(lister, "/r", IMPATIENT);
+    const HangingDiskCrawl crawl(lister, "/r", IMPATIENT);
     EXPECT_THAT(crawl.errors, ElementsAre("Enumerator error /r/a/read-hang Connection timed out",
                                           "Enumerator error /r/read-hang Connection timed out"));
     EXPECT_THAT(crawl.result.notListed, UnorderedElementsAre("/r/a/read-hang", "/r/read-hang"));
@@ -216,7 +216,7 @@ TEST(HangingCrawl, givesUpARootThatHangs)
 {
     for (const std::string name : {"/hang", "/read-hang"}) {
         HangingLister lister({"a"}, 1);
-        const Crawl crawl(lister, name, IMPATIENT);
+        const HangingDiskCrawl crawl(lister, name, IMPATIENT);
         EXPECT_EQ(crawl.result.outcome, CrawlResult::Outcome::unreadable);
         EXPECT_EQ(crawl.result.error, std::errc::timed_out);
         EXPECT_THAT(crawl.errors,
@@ -234,7 +234,7 @@ TEST(HangingCrawl, waitsForWhatIsOnlySlow)
             std::this_thread::yield();
         lister.release();
     });
-    const Crawl crawl(lister, "/r", PATIENT);
+    const HangingDiskCrawl crawl(lister, "/r", PATIENT);
     EXPECT_EQ(crawl.result.outcome, CrawlResult::Outcome::complete);
     EXPECT_EQ(crawl.sink.kept.size(), 3U + 9U + 27U);
     EXPECT_THAT(crawl.errors, IsEmpty());
@@ -249,7 +249,7 @@ TEST(HangingCrawl, canBeStopped)
             std::this_thread::yield();
         source.request_stop();
     });
-    const Crawl crawl(lister, "/r", PATIENT, source.get_token());
+    const HangingDiskCrawl crawl(lister, "/r", PATIENT, source.get_token());
     EXPECT_EQ(crawl.result.outcome, CrawlResult::Outcome::stopped);
     EXPECT_THAT(crawl.errors, IsEmpty());
 }

@@ -57,6 +57,8 @@ public:
     std::set<std::string> silent;
     /// Folders that are opened and cannot be read.
     std::set<std::string> broken;
+    /// The stamps of some folders; those of the others never change and do not last.
+    std::map<std::string, FolderStamp> stamps;
     /// The threads of the crawl call this with each path to open.
     std::function<void(const std::string &path)> onOpen;
     /// The threads of the crawl call this with each path when it is read for the first time.
@@ -95,7 +97,13 @@ private:
         {
             return lister_.kind((path_ == "/" ? path_ : path_ + "/") + name);
         }
-        FolderStamp stamp() const override { return {1, std::hash<std::string>()(path_) | 1, 0}; }
+        FolderStamp stamp() const override
+        {
+            const auto found = lister_.stamps.find(path_);
+            return found != lister_.stamps.end()
+                       ? found->second
+                       : FolderStamp{1, std::hash<std::string>()(path_) | 1, 0};
+        }
 
     private:
         FakeFolderLister &lister_;

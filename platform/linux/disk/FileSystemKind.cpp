@@ -52,6 +52,16 @@ constexpr FileSystemType XFS = 0x58465342;
 constexpr std::array EXACT_LINKS{FileSystemType{EXT4_SUPER_MAGIC}, FileSystemType{TMPFS_MAGIC},
                                  F2FS, XFS};
 
+constexpr FileSystemType BCACHEFS = 0xCA451A4E;
+constexpr FileSystemType ZFS = 0x2FC12FC1;
+constexpr std::array KEEPS_CHANGE_TIMES{FileSystemType{EXT4_SUPER_MAGIC},
+                                        FileSystemType{BTRFS_SUPER_MAGIC},
+                                        FileSystemType{TMPFS_MAGIC},
+                                        F2FS,
+                                        XFS,
+                                        BCACHEFS,
+                                        ZFS};
+
 } // namespace
 
 bool isPseudoFileSystem(FileSystemType type)
@@ -67,6 +77,11 @@ bool isRemoteFileSystem(std::string_view typeName)
 bool countsSubfoldersAsLinks(FileSystemType type)
 {
     return std::ranges::find(EXACT_LINKS, type) != EXACT_LINKS.end();
+}
+
+bool keepsChangeTimes(FileSystemType type)
+{
+    return std::ranges::find(KEEPS_CHANGE_TIMES, type) != KEEPS_CHANGE_TIMES.end();
 }
 
 } // namespace quillon

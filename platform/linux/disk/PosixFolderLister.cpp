@@ -73,12 +73,14 @@ struct Terms
     MountNames mountNames;
 };
 
-/// The file system that a folder is on, as far as the leaf test needs it.
+/// The file system that was mounted last on the way to a folder. The folder itself may be on another
+/// one, as a subvolume is.
 struct Device
 {
     unsigned int major = 0;
     unsigned int minor = 0;
     bool exactLinks = false;
+    bool changeTimes = false;
 
     bool holds(const struct statx &status) const
     {
@@ -101,7 +103,8 @@ Device deviceOf(const Descriptor &folder)
     const auto type = fileSystemOf(folder);
     if (!status || !type)
         return {};
-    return {status->stx_dev_major, status->stx_dev_minor, countsSubfoldersAsLinks(*type)};
+    return {status->stx_dev_major, status->stx_dev_minor, countsSubfoldersAsLinks(*type),
+            keepsChangeTimes(*type)};
 }
 
 FolderKind kindAt(int folder, const char *name)
@@ -131,7 +134,6 @@ private:
 
     Descriptor folder_;
     std::shared_ptr<const Terms> terms_;
-    /// It is known only where subfolders alone are wanted.
     Device device_;
 };
 
@@ -194,7 +196,7 @@ std::unique_ptr<OpenFolder> PosixOpenFolder::open(const std::string &name,
         error = lastError();
         return nullptr;
     }
-    const Device device = leavesCount && mayBeMountPoint ? deviceOf(child) : device_;
+    const Device device = mayBeMountPoint ? deviceOf(child) : device_;
     return std::make_unique<PosixOpenFolder>(std::move(child), terms_, device);
 }
 
@@ -206,7 +208,11 @@ FolderKind PosixOpenFolder::kind(const std::string &name) const
 FolderStamp PosixOpenFolder::stamp() const
 {
     const auto status = statusOf(folder_.get(), "", AT_EMPTY_PATH);
-    return status ? stampOf(*status) : FolderStamp();
+    if (!status)
+        return {};
+    FolderStamp stamp = stampOf(*status);
+    stamp.isLasting = device_.changeTimes && device_.holds(*status);
+    return stamp;
 }
 
 } // namespace

@@ -22,6 +22,8 @@ namespace fs = std::filesystem;
 
 constexpr mode_t PRIVATE_FOLDER = 0700;
 constexpr std::size_t RANDOM_LETTERS = 6;
+/// Seconds that writing a file may take.
+constexpr std::time_t LEFTOVER_AGE = 60;
 /// Names that are tried for a new file before it is given up.
 constexpr int MOST_NAMES = 1000;
 
@@ -153,6 +155,21 @@ bool isTemporaryName(std::string_view name, const std::string &target)
     // with its only capital.
     return std::ranges::all_of(letters, [](char c) { return isUpper(c) || isLower(c); }) &&
            std::ranges::any_of(letters.substr(1), isUpper) && std::ranges::any_of(letters, isLower);
+}
+
+void removeLeftovers(const fs::path &target)
+{
+    const std::time_t oldest = std::time(nullptr) - LEFTOVER_AGE;
+    std::error_code error;
+    fs::directory_iterator entry(target.parent_path(), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const fs::path &path = entry->path();
+        struct stat status = {};
+        if (isTemporaryName(path.filename().string(), target.filename().string()) &&
+            ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+            status.st_mtime < oldest)
+            ::unlink(path.c_str());
+    }
 }
 
 Exchange exchange(const fs::path &a, const fs::path &b)

@@ -49,6 +49,9 @@ std::optional<std::filesystem::path> writeCopyBeside(const std::filesystem::path
 /// True for the name of a file that writeBeside() makes for a target of this name.
 bool isTemporaryName(std::string_view name, const std::string &target);
 
+/// Removes what writeBeside() made for the target a minute ago or earlier and nobody has renamed.
+void removeLeftovers(const std::filesystem::path &target);
+
 enum class Exchange
 {
     done,

@@ -32,7 +32,6 @@ constexpr std::int64_t NANOSECONDS = 1'000'000'000;
 /// Time stamps of files advance with the kernel's tick, at most this far apart.
 constexpr std::int64_t TICK = 20'000'000;
 constexpr std::int64_t WRITING = SettingsFile::WRITING_TIME * std::int64_t{1'000'000};
-constexpr std::int64_t LEFTOVER_AGE = 60 * NANOSECONDS;
 
 std::int64_t inNanoseconds(const timespec &time)
 {
@@ -258,20 +257,8 @@ bool SettingsFile::synchronize() const
 
 void SettingsFile::removeLeftovers() const
 {
-    const auto target = followLinks(path_);
-    if (!target)
-        return;
-    const std::int64_t oldest = fileClock() - LEFTOVER_AGE;
-    std::error_code error;
-    fs::directory_iterator entry(target->parent_path(), error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        const fs::path &path = entry->path();
-        struct stat status = {};
-        if (isTemporaryName(path.filename().string(), target->filename().string()) &&
-            ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-            inNanoseconds(status.st_mtim) < oldest)
-            ::unlink(path.c_str());
-    }
+    if (const auto target = followLinks(path_))
+        quillon::removeLeftovers(*target);
 }
 
 } // namespace quillon

@@ -1,0 +1,78 @@
+#include "core/FolderMarks.h"
+
+#include <xxhash.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quillon {
+
+namespace {
+
+/// Two changes within one tick of the kernel's clock give a folder the same change time. So the
+/// stamp of a folder that was changed this short a time before the crawl, in nanoseconds, says
+/// nothing.
+constexpr std::int64_t YOUNG = 2'000'000'000;
+
+} // namespace
+
+FolderMarks::Mark FolderMarks::of(const FolderStamp &stamp)
+{
+    if (!stamp.isKnown() || !stamp.isLasting)
+        return UNKNOWN;
+    const std::array numbers{stamp.device, stamp.inode, static_cast<std::uint64_t>(stamp.changed)};
+    return std::max(XXH3_64bits(numbers.data(), sizeof(numbers)), NO_FOLDER + 1);
+}
+
+void FolderMarks::set(PathTree::NodeId node, Mark mark)
+{
+    if (node >= marks_.size())
+        marks_.resize(std::max<std::size_t>(node + std::size_t{1}, marks_.size() * 2));
+    marks_[node] = mark;
+}
+
+CrawlMarks::CrawlMarks(std::int64_t now, ExtensionSet files, FolderMarks known)
+    : began_(now), files_(std::move(files)), known_(std::move(known))
+{}
+
+bool CrawlMarks::isUnchanged(PathTree::NodeId folder, const FolderStamp &stamp) const
+{
+    const FolderMarks::Mark mark = FolderMarks::of(stamp);
+    return mark != FolderMarks::UNKNOWN && known_.at(folder) == mark;
+}
+
+std::optional<bool> CrawlMarks::isFolder(PathTree::NodeId node, std::string_view name) const
+{
+    const FolderMarks::Mark mark = known_.at(node);
+    if (mark == FolderMarks::UNKNOWN && files_.holdsExtensionOf(name))
+        return std::nullopt;
+    return mark != FolderMarks::NO_FOLDER;
+}
+
+void CrawlMarks::listed(PathTree::NodeId folder, const FolderStamp &stamp)
+{
+    if (began_ - stamp.changed <= YOUNG)
+        return;
+    const FolderMarks::Mark mark = FolderMarks::of(stamp);
+    const MutexLock lock(mutex_);
+    taken_.set(folder, mark);
+}
+
+void CrawlMarks::takeFiles(std::span<const CrawlSink::Entry> entries)
+{
+    if (std::ranges::find(entries, false, &CrawlSink::Entry::isFolder) == entries.end())
+        return;
+    const MutexLock lock(mutex_);
+    for (const CrawlSink::Entry &entry : entries)
+        if (!entry.isFolder)
+            taken_.set(entry.token, FolderMarks::NO_FOLDER);
+}
+
+FolderMarks CrawlMarks::take()
+{
+    const MutexLock lock(mutex_);
+    return std::exchange(taken_, {});
+}
+
+} // namespace quillon

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "base/Mutex.h"
+#include "indexing/CrawlSink.h"
+#include "indexing/NameKinds.h"
+#include "matching/PathTree.h"
+#include "platform/FolderStamp.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+/// What tells of each node of the index whether the folder there is as it was when it was listed.
+/// The ids of the tree stay as they are meanwhile.
+class FolderMarks
+{
+public:
+    /// A number made of a folder's stamp, or one of these two.
+    using Mark = std::uint64_t;
+    static constexpr Mark UNKNOWN = 0;
+    static constexpr Mark NO_FOLDER = 1;
+
+    /// UNKNOWN for a stamp that says nothing once time has passed.
+    static Mark of(const FolderStamp &stamp);
+
+    Mark at(PathTree::NodeId node) const { return node < marks_.size() ? marks_[node] : UNKNOWN; }
+    void set(PathTree::NodeId node, Mark mark);
+    bool isEmpty() const { return marks_.empty(); }
+
+private:
+    std::vector<Mark> marks_;
+};
+
+/// The marks that a crawl goes by, and those that it leaves for the next one. Safe from the threads
+/// of the crawl.
+class CrawlMarks
+{
+public:
+    /// The crawl begins now, in nanoseconds since 1970. Files with these extensions are indexed.
+    CrawlMarks(std::int64_t now, ExtensionSet files, FolderMarks known);
+
+    /// Whether the folder holds what the index says.
+    bool isUnchanged(PathTree::NodeId folder, const FolderStamp &stamp) const;
+    /// Whether a node in an unchanged folder is a folder; absent where nobody knows.
+    std::optional<bool> isFolder(PathTree::NodeId node, std::string_view name) const;
+
+    /// Takes note of a folder whose content is in the index as of this stamp or later.
+    void listed(PathTree::NodeId folder, const FolderStamp &stamp) EXCLUDES(mutex_);
+    /// Takes note of those entries of a folder that are files, by their nodes.
+    void takeFiles(std::span<const CrawlSink::Entry> entries) EXCLUDES(mutex_);
+    /// Hands over what the crawl has left.
+    FolderMarks take() EXCLUDES(mutex_);
+
+private:
+    const std::int64_t began_;
+    const ExtensionSet files_;
+    const FolderMarks known_;
+    Mutex mutex_;
+    FolderMarks taken_ GUARDED_BY(mutex_);
+};
+
+} // namespace quillon

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "core/FolderMarks.h"
+#include "core/KeptIndex.h"
+#include "matching/PathIndex.h"
+
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace quillon {
+
+class CacheFile;
+
+/// Keeps the index in a file, so that the next run of the program answers from it at once and reads
+/// only the folders that have changed since.
+///
+/// The caller sees to it that no two calls run at the same time, and that no build or update changes
+/// the index meanwhile.
+class IndexKeeper
+{
+public:
+    /// Both outlive this.
+    IndexKeeper(PathIndex &index, CacheFile &file) : index_(index), file_(file) {}
+
+    /// Puts the kept index into the empty one. Returns false, and leaves the index as it is, where
+    /// none is kept for these settings, where the file is damaged, and where the index is reset.
+    bool restore(const std::vector<std::string> &settings, const std::stop_token &isReset);
+
+    /// A build by this basis begins, now in nanoseconds since 1970; files with these extensions are
+    /// indexed. Returns true where the index is what restore() put there for the same basis: it is
+    /// then to be compared with the disk. Otherwise what restore() put there is taken out again.
+    bool begin(IndexBasis basis, std::int64_t now, const ExtensionSet &files);
+    /// Goes with the crawls of the build that has begun.
+    CrawlMarks *marks() { return marks_ ? &*marks_ : nullptr; }
+    /// The build has come to its end. The index is worth keeping until it is reset.
+    void end(std::stop_token isReset);
+
+    /// Writes the file anew if the index has changed and is worth keeping.
+    std::error_code keep();
+
+private:
+    /// The marks of folders hold as long as the tree has this generation.
+    struct Marked
+    {
+        FolderMarks marks;
+        std::uint64_t generation = 0;
+    };
+
+    std::uint64_t generation() const;
+    FolderMarks keptMarks();
+    /// What two files of the same content begin with.
+    static std::string headOf(std::string_view bytes);
+
+    PathIndex &index_;
+    CacheFile &file_;
+    /// What the build goes by, or the last one did.
+    std::optional<IndexBasis> basis_;
+    /// What restore() has put into the index, until a build begins.
+    std::optional<IndexBasis> restoredBasis_;
+    Marked restored_;
+    /// It is there from begin() to end().
+    std::optional<CrawlMarks> marks_;
+    /// What the last build has left for the file.
+    std::optional<Marked> crawled_;
+    /// The build has ended, and the index is kept until this is requested.
+    bool isWhole_ = false;
+    std::stop_token isReset_;
+    std::string head_;
+};
+
+} // namespace quillon

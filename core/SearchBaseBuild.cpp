@@ -1,0 +1,212 @@
+#include "base/EitherStop.h"
+#include "core/HeldNodes.h"
+#include "core/IndexKeeper.h"
+#include "core/IndexSink.h"
+#include "core/IndexUpdate.h"
+#include "core/IndexedItems.h"
+#include "core/SearchBase.h"
+#include "indexing/Crawler.h"
+#include "indexing/SearchBaseFinder.h"
+#include "indexing/SearchBaseLogger.h"
+
+#include <utility>
+
+// How the index is built, kept in a file and taken up again. A build either crawls the include folders
+// into an empty index or compares them with the index of the last run (IndexKeeper). The comparison of
+// a folder is an update of everything in it.
+
+namespace quillon {
+
+namespace {
+
+std::vector<std::string> pathsOf(const std::vector<SearchLocations::Missing> &missing)
+{
+    std::vector<std::string> paths;
+    for (const SearchLocations::Missing &folder : missing)
+        paths.push_back(folder.path);
+    return paths;
+}
+
+} // namespace
+
+/// What a crawl arms on behalf of a watch that is to come.
+struct SearchBase::Watched
+{
+    std::shared_ptr<const FSEventItemTest> items;
+    std::shared_ptr<FSEventArming> arming;
+};
+
+void SearchBase::build(const Progress &progress, const std::stop_token &stop)
+{
+    const std::stop_token isReset = beginBuild();
+    const EitherStop end(stop, isReset);
+    const MutexLock changing(changing_);
+    // The settings may change while the folders are looked for.
+    const auto settings = comparableSettings();
+    const std::shared_ptr<const SearchLocations> locations = takeLocations();
+    const bool isCompared = beginKeeping(settings, *locations);
+    std::string starting = "Starting search with ";
+    for (const std::string &folder : locations->folders)
+        starting += folder;
+    progress(starting);
+
+    Watched watched = beginArming(*locations);
+    const Building building{*locations, progress, isReset, end.token(), watched.arming};
+    for (const std::string &root : locations->folders) {
+        progress("Scanning " + root);
+        if (isCompared)
+            compareWithDisk(root, building);
+        else
+            crawlIntoIndex(root, building);
+        if (end.token().stop_requested())
+            return;
+        progress("Added " + std::to_string(count()) + " items");
+    }
+    if (indexKeeper_ && !end.token().stop_requested())
+        indexKeeper_->end(isReset);
+    endBuild(std::move(watched), *locations, end.token());
+}
+
+std::stop_token SearchBase::beginBuild()
+{
+    const MutexLock lock(watching_);
+    stopWatching();
+    const WritingIndex writing(searchBasePaths_.lock());
+    return beginAnew();
+}
+
+std::stop_token SearchBase::beginAnew()
+{
+    anew_.request_stop();
+    anew_ = {};
+    return anew_.get_token();
+}
+
+std::stop_token SearchBase::untilAnew() const
+{
+    const ReadingIndex reading(searchBasePaths_.lock());
+    return anew_.get_token();
+}
+
+std::shared_ptr<const SearchLocations> SearchBase::takeLocations()
+{
+    // Looked for before the lock is taken: a reset waits for no disk.
+    auto locations =
+        std::make_shared<const SearchLocations>(SearchLocations::of(searchBaseFinder_));
+    searchBaseIgnorePaths_.refresh(*locations);
+    const MutexLock lock(watching_);
+    return locations_ = std::move(locations);
+}
+
+SearchBase::Watched SearchBase::beginArming(const SearchLocations &locations)
+{
+    if (!searchBaseWatcher_)
+        return {};
+    auto items =
+        std::make_shared<IndexedItems>(searchBasePaths_, searchBaseIgnorePaths_.rules(),
+                                       ExtensionSet(locations.extensions()), locations.roots());
+    {
+        const MutexLock lock(watching_);
+        if (items_)
+            items_->close();
+        items_ = items;
+    }
+    return {.items = items, .arming = searchBaseWatcher_->beginArming()};
+}
+
+void SearchBase::crawlIntoIndex(const std::string &root, const Building &building)
+{
+    IndexSink sink(searchBasePaths_, building.isReset, marks());
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.arming);
+    const CrawlResult result = crawler.crawl(root, building.locations.extensions(), sink,
+                                             building.progress, building.stop);
+    if (!building.stop.stop_requested() &&
+        result.outcome == CrawlResult::Outcome::packageOrMissing)
+        services_.logger.log(PACKAGE_TAG + root);
+}
+
+void SearchBase::compareWithDisk(const std::string &root, const Building &building)
+{
+    const HeldNodes held(searchBaseMatcher_.index());
+    IndexUpdate update(searchBasePaths_, updateTerms(building.locations, building.isReset, marks()),
+                       {.path = root});
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.arming);
+    if (update.isFolder())
+        update.crawled(crawler.crawl(root, building.locations.extensions(), update.found(),
+                                     building.progress, building.stop));
+    if (!building.stop.stop_requested() && update.compare())
+        services_.mainQueue.postAndWait([&update] { update.apply(); });
+}
+
+void SearchBase::endBuild(Watched watched, const SearchLocations &locations,
+                          const std::stop_token &stop)
+{
+    const MutexLock lock(watching_);
+    if (stop.stop_requested())
+        return;
+    areCrawled_ = true;
+    // Missing folders are watched too, for the time when they come.
+    if (searchBaseWatcher_)
+        searchBaseWatcher_->startWatching(locations.roots(), std::move(watched.items),
+                                          std::move(watched.arming));
+}
+
+void SearchBase::stopWatching()
+{
+    areCrawled_ = false;
+    if (searchBaseWatcher_)
+        searchBaseWatcher_->stopWatching();
+    if (items_)
+        items_->close();
+    items_.reset();
+}
+
+// Keeping
+
+bool SearchBase::restore()
+{
+    if (!indexKeeper_)
+        return false;
+    const MutexLock changing(changing_);
+    return indexKeeper_->restore(comparableSettings(), untilAnew());
+}
+
+std::vector<std::string> SearchBase::comparableSettings() const
+{
+    return indexKeeper_ ? SearchLocations::settings(searchBaseFinder_) : std::vector<std::string>();
+}
+
+/// Returns whether the index is that of the last run and is to be compared with the disk.
+bool SearchBase::beginKeeping(const std::vector<std::string> &settings,
+                              const SearchLocations &locations)
+{
+    return indexKeeper_ && indexKeeper_->begin({.settings = settings,
+                                                .folders = locations.folders,
+                                                .missing = pathsOf(locations.missing)},
+                                               services_.wallClock(),
+                                               ExtensionSet(locations.extensions()));
+}
+
+CrawlMarks *SearchBase::marks()
+{
+    return indexKeeper_ ? indexKeeper_->marks() : nullptr;
+}
+
+void SearchBase::keep()
+{
+    if (!indexKeeper_)
+        return;
+    const MutexLock changing(changing_);
+    isKeepingDue_ = false;
+    if (const std::error_code error = indexKeeper_->keep())
+        services_.logger.print("The index is not kept for the next start: " + error.message());
+}
+
+void SearchBase::keepLater()
+{
+    if (!indexKeeper_ || !services_.watching || std::exchange(isKeepingDue_, true))
+        return;
+    services_.watching->eventQueue.postDelayed(services_.keepDelay, [this] { keep(); });
+}
+
+} // namespace quillon

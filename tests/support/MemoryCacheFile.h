@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/CacheFile.h"
+
+#include <optional>
+#include <string>
+
+namespace quillon {
+
+/// A cache file in memory.
+struct MemoryCacheFile final : CacheFile
+{
+    std::optional<std::string> read() const override { return bytes; }
+    std::error_code write(std::string_view fresh) override
+    {
+        if (!error) {
+            bytes = fresh;
+            ++writes;
+        }
+        return error;
+    }
+
+    std::optional<std::string> bytes;
+    int writes = 0;
+    std::error_code error;
+};
+
+} // namespace quillon
