@@ -446,6 +446,7 @@ void AppDelegate::buildBegan()
 
 void AppDelegate::indexRestored()
 {
+    isIndexComplete_ = true;
     lightningSearchViewController_.indexChanged();
 }
 

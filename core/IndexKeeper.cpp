@@ -80,8 +80,12 @@ std::error_code IndexKeeper::keep()
     const FolderMarks marks =
         crawled && crawled->generation == generation() ? crawled->marks : keptMarks();
     const auto bytes = KeptIndex::write(index_, *basis_, marks, isReset_);
-    if (!bytes || headOf(*bytes) == head_)
+    if (!bytes)
         return {};
+    if (headOf(*bytes) == head_) {
+        file_.confirm();
+        return {};
+    }
     const std::error_code error = file_.write(*bytes);
     head_ = error ? std::string() : headOf(*bytes);
     return error;

@@ -40,7 +40,7 @@ public:
     /// The build has come to its end. The index is worth keeping until it is reset.
     void end(std::stop_token isReset);
 
-    /// Writes the file anew if the index has changed and is worth keeping.
+    /// Writes the file anew if the index is worth keeping and has changed; else confirms the file.
     std::error_code keep();
 
 private:

@@ -130,6 +130,8 @@ void addFind(CLI::App &app, int argc, FindCommand &find, std::function<int(Outpu
     addNumber(*command, "--top", find.top, {}, "Print at most N paths (25)");
     command->add_flag("-0", find.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--json", find.json, "Print one array of objects");
+    command->add_flag("--crawl", find.crawl, "Ask the disk, not an index");
+    command->add_flag("--stats", find.stats, "Say on standard error what has answered");
     command->final_callback([&] { chosen = [&](Output &output) { return find.run(output); }; });
 }
 

@@ -15,11 +15,14 @@
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
+#include "platform/linux/settings/UserCacheFile.h"
 
+#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -58,14 +61,23 @@ void print(const std::vector<FuzzyMatchResult> &results, const FindCommand &how,
                      (how.nulSeparated ? '\0' : '\n'));
 }
 
+std::string localTime(std::chrono::system_clock::time_point time)
+{
+    return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(time))
+        .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+        .toStdString();
+}
+
 } // namespace
 
 int FindCommand::run(Output &output) const
 {
     bool failed = false;
     auto results = askRunningInstance();
-    if (!results)
-        results = crawlAndSearch(failed);
+    if (results)
+        tellSource("the running program");
+    else
+        results = searchAlone(failed);
     print(*results, *this, output);
     if (!output.finish() || failed)
         return FIND_FAILURE;
@@ -82,7 +94,7 @@ std::string FindCommand::query() const
 
 std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() const
 {
-    if (!folders.empty() || top > RemoteQuery::MOST)
+    if (crawl || !folders.empty() || top > RemoteQuery::MOST)
         return std::nullopt;
     BusRunningInstance instance;
     const RemoteAnswer answer = instance.find({.settings = standardDefaultsPath(),
@@ -100,7 +112,7 @@ std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() c
     return results;
 }
 
-std::vector<FuzzyMatchResult> FindCommand::crawlAndSearch(bool &failed) const
+std::vector<FuzzyMatchResult> FindCommand::searchAlone(bool &failed) const
 {
     JsonDefaultsStore user(standardDefaultsPath());
     ReadOnlySettings settings(user);
@@ -125,13 +137,29 @@ std::vector<FuzzyMatchResult> FindCommand::crawlAndSearch(bool &failed) const
     PosixFolderLister lister;
     SearchBaseLogger logger(settings, stderr);
     InlineTaskQueue queue;
+    UserCacheFile file(standardIndexPath());
+    const auto keptAt = crawl || !folders.empty() ? std::nullopt : file.confirmedAt();
     SearchBase searchBase(nullptr, finder, matcher,
-                          {.folderLister = lister, .logger = logger, .mainQueue = queue});
-    searchBase.build([](const std::string &line) {
-        if (line.starts_with("Enumerator error "))
-            complain(line);
-    });
+                          {.folderLister = lister,
+                           .logger = logger,
+                           .mainQueue = queue,
+                           .keptIndex = keptAt ? &file : nullptr});
+    if (searchBase.restore()) {
+        tellSource("the index as it was at " + localTime(*keptAt));
+    } else {
+        tellSource("the disk");
+        searchBase.build([](const std::string &line) {
+            if (line.starts_with("Enumerator error "))
+                complain(line);
+        });
+    }
     return matcher.match(query(), top);
+}
+
+void FindCommand::tellSource(const std::string &source) const
+{
+    if (stats)
+        complain("answered from " + source);
 }
 
 } // namespace quillon

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,10 @@ public:
     virtual std::optional<std::string> read() const = 0;
     /// Puts the bytes in the place of what the file holds. After a failure the file is as it was.
     virtual std::error_code write(std::string_view bytes) = 0;
+    /// Says that what the file holds is right as of now. A failure changes nothing.
+    virtual void confirm() = 0;
+    /// When the content was written or confirmed. Absent where read() gives nothing.
+    virtual std::optional<std::chrono::system_clock::time_point> confirmedAt() const = 0;
 };
 
 } // namespace quillon

@@ -24,7 +24,7 @@ _quillonctl() {
     esac
     case $command in
         match) options='--top --counts --repeat -0 --stats --help' ;;
-        find) options='--in --top -0 --json --help' ;;
+        find) options='--in --top -0 --json --crawl --stats --help' ;;
         crawl)
             options='--exclude --no-default-excludes --no-builtin-excludes --ext --threads -0
                 --stats --help'

@@ -23,6 +23,8 @@ complete -c quillonctl -n $find -l in -x -a '(__fish_complete_directories)' -d '
 complete -c quillonctl -n $find -l top -x -d 'Print at most this many paths'
 complete -c quillonctl -n $find -s 0 -d 'End each path with a NUL byte'
 complete -c quillonctl -n $find -l json -d 'Print an array of objects'
+complete -c quillonctl -n $find -l crawl -d 'Ask the disk, not an index'
+complete -c quillonctl -n $find -l stats -d 'Say on standard error what has answered'
 
 set -l crawl '__fish_seen_subcommand_from crawl'
 complete -c quillonctl -n $crawl -a '(__fish_complete_directories)'

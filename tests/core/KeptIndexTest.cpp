@@ -174,6 +174,7 @@ TEST_F(KeptSearchBaseTest, answersAtOnceAndReadsWhatHasChanged)
     const int written = file_.writes;
     readByNextRun();
     EXPECT_EQ(file_.writes, written) << "nothing new is to be written";
+    EXPECT_EQ(file_.confirmations, 1);
 
     folders_.emplace_back("/usr/share/man");
     changed_["/usr/share"] = 1;

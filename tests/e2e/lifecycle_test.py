@@ -117,6 +117,30 @@ class LifecycleTest(Desktop):
         self.end(quillon)
         self.assertEqual(bus_call("org.freedesktop.DBus.Peer.Ping"), "")
 
+    def test_keeps_its_index_for_the_next_start(self):
+        self.make_folders("Documents/harbour")
+        self.write_settings()
+        quillon = self.launch("--background")
+        eventually("the kept index", (self.home / ".cache/quillon/index").exists)
+        self.end(quillon)
+        (self.tree / "Documents/harbour").rmdir()
+        self.make_folders("Music/harp")
+
+        def find(*more):
+            return subprocess.run([self.ctl, "find", "--stats", *more, "harb"], text=True,
+                                  env=self.environment(), capture_output=True, check=False)
+        kept = find()
+        self.assertEqual(kept.stdout, f"{self.tree}/Documents/harbour\n")
+        self.assertRegex(kept.stderr, "^quillonctl: answered from the index as it was at 20")
+        asked = find("--crawl")
+        self.assertEqual((asked.returncode, asked.stderr), (1, "quillonctl: answered from the disk\n"))
+
+        quillon = self.launch("--background")
+        self.wait_for_index("harp", 1)
+        eventually("an answer without the old folder", lambda: find().returncode == 1)
+        self.assertEqual(find().stderr, "quillonctl: answered from the running program\n")
+        self.end(quillon)
+
     def test_says_that_there_is_no_display(self):
         for display in ("", ":12345"):
             environment = dict(self.environment(), DISPLAY=display)

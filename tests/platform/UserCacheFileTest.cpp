@@ -34,12 +34,20 @@ protected:
 TEST_F(UserCacheFileTest, holdsWhatWasWrittenForTheUserAlone)
 {
     EXPECT_EQ(file_.read(), std::nullopt);
+    EXPECT_EQ(file_.confirmedAt(), std::nullopt);
     const std::string bytes("\0\xff index", 8);
     EXPECT_FALSE(file_.write(bytes));
     EXPECT_EQ(file_.read(), bytes);
     struct stat status = {};
     ASSERT_EQ(::stat(path_.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
+
+    fs::last_write_time(path_, fs::file_time_type::clock::now() - std::chrono::hours(2));
+    const auto hourAgo = std::chrono::system_clock::now() - std::chrono::hours(1);
+    EXPECT_LT(file_.confirmedAt(), hourAgo);
+    file_.confirm();
+    EXPECT_GT(file_.confirmedAt(), hourAgo);
+    EXPECT_EQ(file_.read(), bytes);
 
     EXPECT_FALSE(file_.write(""));
     EXPECT_EQ(file_.read(), "");

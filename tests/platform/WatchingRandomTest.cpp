@@ -1,3 +1,4 @@
+#include "platform/linux/disk/Descriptor.h"
 #include "platform/linux/watching/FolderProbe.h"
 #include "tests/platform/WatchSupport.h"
 
@@ -251,16 +252,28 @@ void WatchingRandomTest::run(unsigned seed)
     EXPECT_TRUE(rig.areIDsRising());
 }
 
-/// Lists and notes a folder and what is below it as a crawl does.
-void crawl(FSEventArming &arming, FSEventArming::Folder folder, const std::string &path,
-           ModelIndex &index)
+/// The path of an opened folder, wherever that has been moved to.
+std::string pathOf(const Descriptor &folder)
 {
+    return "/proc/self/fd/" + std::to_string(folder.get());
+}
+
+/// Lists and notes a folder and what is below it as a crawl does: the stamp and the names are those
+/// of one folder, even where another one takes its place meanwhile.
+void crawl(FSEventArming &arming, FSEventArming::Folder armed, const Descriptor &folder,
+           const std::string &path, ModelIndex &index)
+{
+    if (!folder) {
+        arming.notListed(armed);
+        return;
+    }
     std::error_code error;
     std::uint64_t items = 0;
-    for (fs::directory_iterator at(path, error), end; !error && at != end; at.increment(error)) {
-        const std::string item = at->path();
-        const auto type = at->symlink_status(error).type();
+    for (fs::directory_iterator at(pathOf(folder), error), end; !error && at != end;
+         at.increment(error)) {
         const std::string name = at->path().filename();
+        const std::string item = path + "/" + name;
+        const auto type = at->symlink_status(error).type();
         if (type != fs::file_type::directory) {
             if (type == fs::file_type::not_found || !index.includesFile(name))
                 continue;
@@ -274,14 +287,17 @@ void crawl(FSEventArming &arming, FSEventArming::Folder folder, const std::strin
         if (verdict == FSEventItemTest::Folder::listed)
             items += itemHash(name);
         if (verdict == FSEventItemTest::Folder::entered) {
-            const FolderStamp stamp = probeFolder(item, false).stamp;
-            crawl(arming, arming.arm(folder, name, stamp), item, index);
+            constexpr int FLAGS = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+            const Descriptor below(::openat(folder.get(), name.c_str(), FLAGS));
+            const FolderStamp stamp =
+                below ? probeFolder(pathOf(below), true).stamp : FolderStamp();
+            crawl(arming, arming.arm(armed, name, stamp), below, item, index);
         }
     }
     if (items != 0)
-        arming.listed(folder, items);
+        arming.listed(armed, items);
     if (error)
-        arming.notListed(folder);
+        arming.notListed(armed);
 }
 
 /// The tree is old enough for stamps to be trusted, and then changes while it is crawled.
@@ -307,10 +323,13 @@ void WatchingRandomTest::runWithCrawl(unsigned seed)
     WatchRig rig(std::make_shared<ModelIndex>(root), options, WatchRig::LATENCY,
                  [](InotifyEventService &service, const std::shared_ptr<ModelIndex> &index) {
                      auto arming = service.beginArming();
-                     const auto folder =
-                         arming->armRoot(index->root(), probeFolder(index->root(), true).stamp);
+                     const Descriptor folder(
+                         ::open(index->root().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+                     const auto armed = arming->armRoot(
+                         index->root(),
+                         folder ? probeFolder(pathOf(folder), true).stamp : FolderStamp());
                      index->add(index->root());
-                     crawl(*arming, folder, index->root(), *index);
+                     crawl(*arming, armed, folder, index->root(), *index);
                      return arming;
                  });
     acting.join();

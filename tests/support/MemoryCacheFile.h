@@ -20,6 +20,13 @@ struct MemoryCacheFile final : CacheFile
         return error;
     }
 
+    void confirm() override { ++confirmations; }
+    std::optional<std::chrono::system_clock::time_point> confirmedAt() const override
+    {
+        return std::nullopt;
+    }
+
+    int confirmations = 0;
     std::optional<std::string> bytes;
     int writes = 0;
     std::error_code error;

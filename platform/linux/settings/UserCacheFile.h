@@ -20,6 +20,8 @@ public:
 
     std::optional<std::string> read() const override;
     std::error_code write(std::string_view bytes) override;
+    void confirm() override;
+    std::optional<std::chrono::system_clock::time_point> confirmedAt() const override;
 
 private:
     const std::filesystem::path path_;
