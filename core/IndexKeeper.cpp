@@ -28,13 +28,12 @@ bool IndexKeeper::restore(const std::vector<std::string> &settings, const std::s
         return false;
     const auto tree = std::make_unique<PathTree>();
     Marked restored;
-    const bool isRead = KeptIndex::read(*bytes, [&](PathTree::NodeId parent, const auto &component) {
-        const PathTree::NodeId node =
-            tree->insertChild(parent, component.name, component.flags);
+    const auto enter = [&](PathTree::NodeId parent, const KeptIndex::Component &component) {
+        const auto node = tree->appendNew(parent, component.name, component.flags);
         restored.marks.set(node, component.mark);
         return node;
-    });
-    if (!isRead)
+    };
+    if (!KeptIndex::read(*bytes, enter) || !tree->makeFindable())
         return false;
     const WritingIndex writing(index_.lock);
     if (isReset.stop_requested() || index_.tree.isHeld())

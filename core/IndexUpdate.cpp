@@ -272,7 +272,8 @@ bool IndexUpdate::compareBelow(const Changed &changed)
         levels.back().next = paths_.tree().node(node).nextSibling;
         // A changed path and its children are removed, and with the children goes the listing of
         // what is directly below them.
-        const bool isTouched = levels.size() <= 2 && changed.kind != Kind::unknown;
+        const bool isTouched =
+            removesFirst() && levels.size() <= 2 && changed.kind != Kind::unknown;
         const std::size_t below = placeOf(node, levels.back().place, isTouched);
         levels.push_back({paths_.tree().node(node).firstChild, below});
     }
@@ -367,7 +368,7 @@ bool IndexUpdate::apply()
         return false;
     PathTree &tree = paths_.mutableTree();
     for (Changed &changed : changed_) {
-        if (changed.kind == Kind::unknown || changed.node == PathTree::NONE)
+        if (!removesFirst() || changed.kind == Kind::unknown || changed.node == PathTree::NONE)
             continue;
         changed.stored = paths_.listedChildren(changed.node);
         for (const NodeId child : changed.stored)

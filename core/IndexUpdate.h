@@ -120,6 +120,9 @@ private:
     static constexpr std::size_t IN_UNKNOWN = IN_FOLDER - 2;
 
     bool isAlone() const { return names_.empty(); }
+    /// The index of the last run is compared with the disk without the removals of the plain rule,
+    /// so that it stays as it is where nothing has changed.
+    bool removesFirst() const { return terms_.marks == nullptr; }
     Kind kindOf(const std::string &path);
     Kind kindWithoutLinks(const std::string &path);
     bool isRoot(const std::string &path) const;

@@ -105,13 +105,59 @@ void PathTree::keep(NodeId id, Flags flags)
 PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
 {
     const std::uint64_t hash = hashOf(parent, name);
-    const NodeId present = children_.find(hash, [&](NodeId id) {
-        const Node &candidate = node(id);
-        return candidate.parent == parent && this->name(candidate) == name;
-    });
+    const NodeId present = findChild(hash, parent, name);
     if (present != NONE)
         return present;
+    const NodeId id = makeChild(parent, name);
+    children_.insert(hash, id);
+    return id;
+}
 
+PathTree::NodeId PathTree::appendNew(NodeId parent, std::string_view name, Flags flags)
+{
+    const NodeId id = makeChild(parent, name);
+    keep(id, flags);
+    return id;
+}
+
+bool PathTree::makeFindable()
+{
+    // The table is filled from one end to the other, so that each part of it is in the caches of the
+    // processor while it is filled.
+    struct Entry
+    {
+        std::uint64_t hash = 0;
+        NodeId id = NONE;
+    };
+    constexpr unsigned PART_BITS = 8;
+    const auto partOf = [](std::uint64_t hash) { return hash >> (WORD_BITS - PART_BITS); };
+    std::vector<std::uint64_t> hashes(used_);
+    std::array<std::size_t, (1U << PART_BITS) + 1> ends{};
+    for (NodeId id = 1; id < used_; ++id) {
+        hashes[id] = hashOf(id);
+        ++ends[partOf(hashes[id]) + 1];
+    }
+    for (std::size_t part = 1; part < ends.size(); ++part)
+        ends[part] += ends[part - 1];
+    std::vector<Entry> entries(used_ - 1);
+    for (NodeId id = 1; id < used_; ++id)
+        entries[ends[partOf(hashes[id])]++] = {hashes[id], id};
+
+    children_.clear();
+    for (const Entry &entry : entries) {
+        const auto isSame = [&](NodeId other) {
+            const Node &child = node(entry.id);
+            return node(other).parent == child.parent && name(node(other)) == name(child);
+        };
+        if (children_.find(entry.hash, isSame) != NONE)
+            return false;
+        children_.insert(entry.hash, entry.id);
+    }
+    return true;
+}
+
+PathTree::NodeId PathTree::makeChild(NodeId parent, std::string_view name)
+{
     ++changes_;
     const NodeId id = allocate();
     const Node &above = node(parent);
@@ -125,7 +171,6 @@ PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
         static_cast<std::uint16_t>(std::min<std::size_t>(before + name.size(), LONG_TEXT));
     fresh.nameLength = static_cast<std::uint8_t>(std::min<std::size_t>(name.size(), LONG_NAME));
     fresh.name = storeName(name);
-    children_.insert(hash, id);
     append(parent, id);
     widenAncestors(id);
     return id;
@@ -225,7 +270,13 @@ PathTree::NodeId PathTree::find(std::string_view text) const
 
 PathTree::NodeId PathTree::findChild(NodeId parent, std::string_view name) const
 {
-    return children_.find(hashOf(parent, name), [&](NodeId id) {
+    return findChild(hashOf(parent, name), parent, name);
+}
+
+PathTree::NodeId PathTree::findChild(std::uint64_t hash, NodeId parent,
+                                     std::string_view name) const
+{
+    return children_.find(hash, [&](NodeId id) {
         const Node &candidate = node(id);
         return candidate.parent == parent && this->name(candidate) == name;
     });

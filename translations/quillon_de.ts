@@ -358,6 +358,10 @@
         <source>Indexing stopped: %1</source>
         <translation>Angehalten: %1</translation>
     </message>
+    <message>
+        <source>Checking for changes: %1</source>
+        <translation>Sucht nach Änderungen: %1</translation>
+    </message>
 </context>
 <context>
     <name>PreferenceTexts</name>

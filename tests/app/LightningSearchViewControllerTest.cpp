@@ -164,9 +164,16 @@ TEST_F(SearchPanel, saysWhyThereAreNoRows)
     EXPECT_EQ(message.title(), u"Indexing your folders…"_s);
     EXPECT_TRUE(message.sentence().startsWith(u"12 folders"_s));
 
-    source_.current.isBuilding = false;
+    // The index of the last run is as good as any while it is compared with the disk.
+    source_.current.isComparing = true;
     panel().indexChanged();
     EXPECT_EQ(message.title(), u"Type a part of a folder’s name"_s);
+    EXPECT_EQ(view_.footer().status(), u"Checking for changes: 12 folders"_s);
+
+    source_.current.isBuilding = source_.current.isComparing = false;
+    panel().indexChanged();
+    EXPECT_EQ(message.title(), u"Type a part of a folder’s name"_s);
+    EXPECT_EQ(view_.footer().status(), u"12 folders"_s);
     type("qwzx");
     answer();
     EXPECT_EQ(message.title(), u"No folder matches “qwzx”"_s);

@@ -2,6 +2,7 @@
 
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/ManualTaskQueue.h"
+#include "tests/support/MemoryCacheFile.h"
 
 #include <gmock/gmock.h>
 
@@ -36,6 +37,7 @@ protected:
 
     void buildBegan() override { told.emplace_back("began"); }
     void buildProgressed(const std::string &line) override { told.push_back(line); }
+    void indexRestored() override { told.emplace_back("restored"); }
     void buildEnded() override { told.emplace_back("ended"); }
 
     void include(const std::vector<std::string> &folders) { base.includeFolders(folders); }
@@ -200,6 +202,37 @@ TEST_F(SearchBaseBuilderTest, isCancelledUntilAnotherBuildIsWanted)
     EXPECT_FALSE(builder.isBuilding());
     EXPECT_FALSE(builder.isCancelled());
     EXPECT_THAT(takeTold(), Contains(StartsWith("Added ")));
+}
+
+TEST_F(SearchBaseBuilderTest, comparesTheIndexOfTheLastRunOnce)
+{
+    MemoryCacheFile file;
+    for (const bool isKept : {false, true}) {
+        SearchBaseOver<PosixFolderLister> run(file);
+        run.includeFolders({A});
+        SearchBaseBuilder ofRun({.searchBase = run.searchBase,
+                                 .searchBaseFinder = run.finder,
+                                 .background = background,
+                                 .main = main});
+        ofRun.addObserver(*this);
+        ofRun.start();
+        takeTold();
+        background.runAll();
+        EXPECT_FALSE(ofRun.isComparing());
+        main.runNext();
+        EXPECT_EQ(ofRun.isComparing(), isKept);
+        EXPECT_EQ(told == std::vector<std::string>{"restored"}, isKept);
+        runAll();
+        EXPECT_FALSE(ofRun.isComparing());
+        EXPECT_EQ(run.searchBase.count(), 3U);
+        EXPECT_EQ(file.writes, 1);
+
+        // A rebuild that the user asks for reads everything.
+        ofRun.start();
+        takeTold();
+        runAll();
+        EXPECT_THAT(told, Not(Contains("restored")));
+    }
 }
 
 } // namespace quillon

@@ -26,13 +26,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const auto enter = [](PathTree &tree, FolderMarks &taken) {
         return [&](PathTree::NodeId parent, const KeptIndex::Component &component) {
             const PathTree::NodeId node =
-                tree.insertChild(parent, component.name, component.flags);
+                tree.appendNew(parent, component.name, component.flags);
             taken.set(node, component.mark);
             return node;
         };
     };
     const bool isRead = [&]() NO_THREAD_SAFETY_ANALYSIS {
-        return KeptIndex::read(bytes, enter(index.tree, marks));
+        return KeptIndex::read(bytes, enter(index.tree, marks)) && index.tree.makeFindable();
     }();
     if (!basis || !isRead)
         return 0;
@@ -40,7 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     PathTree tree;
     FolderMarks taken;
     require(KeptIndex::basis(again) == basis, "an index is built by what it was built by");
-    require(KeptIndex::read(again, enter(tree, taken)), "what is written can be read");
+    require(KeptIndex::read(again, enter(tree, taken)) && tree.makeFindable(),
+            "what is written can be read");
     for (const PathTree::Flags flag : {PathTree::STORED, PathTree::CANDIDATE, PathTree::LISTED})
         require([&]() NO_THREAD_SAFETY_ANALYSIS {
             return tree.count(flag) == index.tree.count(flag);
