@@ -1,10 +1,10 @@
 #include "core/FolderMarks.h"
 
-#include <xxhash.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
+
+#include <xxhash.h>
 
 namespace quillon {
 

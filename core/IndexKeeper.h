@@ -19,8 +19,8 @@ class CacheFile;
 /// Keeps the index in a file, so that the next run of the program answers from it at once and reads
 /// only the folders that have changed since.
 ///
-/// The caller sees to it that no two calls run at the same time, and that no build or update changes
-/// the index meanwhile.
+/// The caller sees to it that no two calls run at the same time, and that no build or update
+/// changes the index meanwhile.
 class IndexKeeper
 {
 public:

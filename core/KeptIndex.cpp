@@ -2,13 +2,13 @@
 
 #include "core/HeldNodes.h"
 
-#include <xxhash.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <utility>
+
+#include <xxhash.h>
 
 // The form of the file
 //
@@ -17,13 +17,13 @@
 //   lists      the settings, the include folders, those that were away
 //   groups     the children of ROOT, then of the first child that has any, and so on, depth first
 //
-// A group is the number of children and, for each: a byte of flags, the name as a text, and 8 bytes of
-// its mark where the flags say so. A text is its length and its bytes; a list its length and its members.
-// Lengths take seven bits a byte, the lowest first, with the eighth bit set in all but the last one.
-// Marks and the checksum are in the byte order of the machine, which alone reads them.
+// A group is the number of children and, for each: a byte of flags, the name as a text, and 8 bytes
+// of its mark where the flags say so. A text is its length and its bytes; a list its length and its
+// members. Lengths take seven bits a byte, the lowest first, with the eighth bit set in all but the
+// last one. Marks and the checksum are in the byte order of the machine, which alone reads them.
 //
-// The groups have the order in which a tree lies best in memory (PathTree::arrange), so that inserting
-// them one after the other leaves siblings side by side.
+// The groups have the order in which a tree lies best in memory (PathTree::arrange), so that
+// inserting them one after the other leaves siblings side by side.
 
 namespace quillon {
 
@@ -34,8 +34,8 @@ using NodeId = PathTree::NodeId;
 constexpr std::string_view MAGIC = "QLNidx01";
 constexpr std::size_t CHECKSUM_SIZE = sizeof(std::uint64_t);
 static_assert(KeptIndex::HEAD_SIZE == MAGIC.size() + CHECKSUM_SIZE);
-constexpr PathTree::Flags KEPT_FLAGS = PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED |
-                                       PathTree::HAS_CHILD_SET;
+constexpr PathTree::Flags KEPT_FLAGS =
+    PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED | PathTree::HAS_CHILD_SET;
 constexpr unsigned HAS_CHILDREN = 16;
 constexpr unsigned HAS_MARK = 32;
 constexpr unsigned IS_NO_FOLDER = 64;
@@ -224,7 +224,6 @@ std::optional<std::string> KeptIndex::write(PathIndex &index, const IndexBasis &
     // flags, and what they add comes behind its siblings.
     const HeldNodes held(index);
     const ReadingIndex reading(index.lock);
-    const PathTree &tree = index.tree;
     std::vector<NodeId> parents{PathTree::ROOT};
     std::vector<NodeId> children;
     Writer group;
@@ -235,14 +234,14 @@ std::optional<std::string> KeptIndex::write(PathIndex &index, const IndexBasis &
         children.clear();
         group.bytes.clear();
         std::size_t count = 0;
-        for (NodeId id = tree.node(parent).firstChild; id != PathTree::NONE;
-             id = tree.node(id).nextSibling) {
+        for (NodeId id = index.tree.node(parent).firstChild; id != PathTree::NONE;
+             id = index.tree.node(id).nextSibling) {
             if (++written % PathIndex::SLICE == 0 && index.lock.isWriterWaiting())
                 index.lock.yieldShared();
             if (written % PathIndex::SLICE == 0 && isReset.stop_requested())
                 return std::nullopt;
             ++count;
-            if (writeNode(tree, id, marks.at(id), group))
+            if (writeNode(index.tree, id, marks.at(id), group))
                 children.push_back(id);
         }
         writer.number(count);

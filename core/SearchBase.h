@@ -92,8 +92,8 @@ public:
     /// that is under way ends and changes nothing any more.
     void reset() EXCLUDES(watching_);
     /// Puts the index of the last run of the program into the empty one, unless the settings have
-    /// changed. Returns whether it did. The next build then compares it with the disk and reads only
-    /// the folders that have changed. Asks no disk but for the file.
+    /// changed. Returns whether it did. The next build then compares it with the disk and reads
+    /// only the folders that have changed. Asks no disk but for the file.
     bool restore() EXCLUDES(watching_);
     /// Writes the index as it is to the file for the next run, if a build has come to its end.
     void keep() EXCLUDES(watching_);

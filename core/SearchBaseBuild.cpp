@@ -11,9 +11,9 @@
 
 #include <utility>
 
-// How the index is built, kept in a file and taken up again. A build either crawls the include folders
-// into an empty index or compares them with the index of the last run (IndexKeeper). The comparison of
-// a folder is an update of everything in it.
+// How the index is built, kept in a file and taken up again. A build either crawls the include
+// folders into an empty index or compares them with the index of the last run (IndexKeeper). The
+// comparison of a folder is an update of everything in it.
 
 namespace quillon {
 
@@ -120,8 +120,7 @@ void SearchBase::crawlIntoIndex(const std::string &root, const Building &buildin
     Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.arming);
     const CrawlResult result = crawler.crawl(root, building.locations.extensions(), sink,
                                              building.progress, building.stop);
-    if (!building.stop.stop_requested() &&
-        result.outcome == CrawlResult::Outcome::packageOrMissing)
+    if (!building.stop.stop_requested() && result.outcome == CrawlResult::Outcome::packageOrMissing)
         services_.logger.log(PACKAGE_TAG + root);
 }
 
@@ -180,11 +179,11 @@ std::vector<std::string> SearchBase::comparableSettings() const
 bool SearchBase::beginKeeping(const std::vector<std::string> &settings,
                               const SearchLocations &locations)
 {
-    return indexKeeper_ && indexKeeper_->begin({.settings = settings,
-                                                .folders = locations.folders,
-                                                .missing = pathsOf(locations.missing)},
-                                               services_.wallClock(),
-                                               ExtensionSet(locations.extensions()));
+    return indexKeeper_ &&
+           indexKeeper_->begin({.settings = settings,
+                                .folders = locations.folders,
+                                .missing = pathsOf(locations.missing)},
+                               services_.wallClock(), ExtensionSet(locations.extensions()));
 }
 
 CrawlMarks *SearchBase::marks()

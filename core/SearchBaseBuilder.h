@@ -59,8 +59,8 @@ public:
 
     explicit SearchBaseBuilder(const Services &services);
 
-    /// Empties the index and builds it anew; the first time the index of the last run of the program
-    /// stands in for it meanwhile. While a build runs, another one follows it if the
+    /// Empties the index and builds it anew; the first time the index of the last run of the
+    /// program stands in for it meanwhile. While a build runs, another one follows it if the
     /// settings say something else by then than they did for the running one.
     void start();
     /// Makes a running build end soon. What it has found stays in the index, which then follows no

@@ -97,9 +97,8 @@ bool CrawlWorker::visitRoot()
                                                   : FolderLister::Wanted::everything;
     if (!inCall([&] { folder = task.folderLister.open(task.rootPath, wanted, error); }))
         return false;
-    if (!takeStamp(folder.get()) || !armBy(root, [&](FSEventArming &arming) {
-            return arming.armRoot(task.rootPath, stamp_);
-        }))
+    if (!takeStamp(folder.get()) ||
+        !armBy(root, [&](FSEventArming &arming) { return arming.armRoot(task.rootPath, stamp_); }))
         return false;
     if (!folder) {
         if (error) {

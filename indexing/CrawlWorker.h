@@ -116,7 +116,8 @@ private:
     /// What watches it; absent as long as it is not armed.
     std::optional<FSEventArming::Folder> armed_ GUARDED_BY(mutex_);
 
-    /// The stamp of the folder being visited, from before it is read. Unknown where nobody wants it.
+    /// The stamp of the folder being visited, from before it is read. Unknown where nobody wants
+    /// it.
     FolderStamp stamp_;
     // What the folder being visited keeps. The room is used again for the next one.
     FolderBatch batch_;

@@ -122,8 +122,8 @@ PathTree::NodeId PathTree::appendNew(NodeId parent, std::string_view name, Flags
 
 bool PathTree::makeFindable()
 {
-    // The table is filled from one end to the other, so that each part of it is in the caches of the
-    // processor while it is filled.
+    // The table is filled from one end to the other, so that each part of it is in the caches of
+    // the processor while it is filled.
     struct Entry
     {
         std::uint64_t hash = 0;
@@ -273,8 +273,7 @@ PathTree::NodeId PathTree::findChild(NodeId parent, std::string_view name) const
     return findChild(hashOf(parent, name), parent, name);
 }
 
-PathTree::NodeId PathTree::findChild(std::uint64_t hash, NodeId parent,
-                                     std::string_view name) const
+PathTree::NodeId PathTree::findChild(std::uint64_t hash, NodeId parent, std::string_view name) const
 {
     return children_.find(hash, [&](NodeId id) {
         const Node &candidate = node(id);

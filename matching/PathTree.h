@@ -81,7 +81,8 @@ public:
     /// before makeFindable() is called.
     NodeId appendNew(NodeId parent, std::string_view name, Flags flags);
     /// Makes every child findable that appendNew() has added, several times as quick as one by one.
-    /// Returns false where a parent has two children of one name: the tree is good for nothing then.
+    /// Returns false where a parent has two children of one name: the tree is good for nothing
+    /// then.
     bool makeFindable();
     /// Returns NONE where the tree has no such node. A node may be there without any flag.
     NodeId find(std::string_view text) const;

@@ -1,5 +1,6 @@
-#include "core/IndexKeeper.h"
 #include "core/KeptIndex.h"
+
+#include "core/IndexKeeper.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/FakeFSEventService.h"
 #include "tests/support/MemoryCacheFile.h"
@@ -26,7 +27,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-const IndexBasis BASIS{.settings = {"node_modules", "", "1"}, .folders = {"/"}, .missing = {"/far"}};
+const IndexBasis BASIS{
+    .settings = {"node_modules", "", "1"}, .folders = {"/"}, .missing = {"/far"}};
 
 /// Texts of every kind that an index may hold, ascending.
 std::vector<std::string> oddTexts()
@@ -129,9 +131,10 @@ protected:
         base_->now = now_;
         for (const std::string &folder : folders_) {
             base_->lister.add(folder);
-            base_->lister.stamps[folder] = {
-                .device = 1, .inode = 7 + folder.size(), .changed = changed_[folder],
-                .isLasting = isLasting_};
+            base_->lister.stamps[folder] = {.device = 1,
+                                            .inode = 7 + folder.size(),
+                                            .changed = changed_[folder],
+                                            .isLasting = isLasting_};
         }
         base_->lister.onRead = [this](const std::string &path) {
             const std::scoped_lock lock(mutex_);

@@ -76,7 +76,8 @@ struct SearchBaseOver
     SearchBaseOver() = default;
     explicit SearchBaseOver(const SearchBaseWatcher::Services &howToWatch) : watching(howToWatch) {}
     /// The index is kept in the file; to the clock everything on the disk is old.
-    explicit SearchBaseOver(CacheFile &file, const SearchBaseWatcher::Services *howToWatch = nullptr)
+    explicit SearchBaseOver(CacheFile &file,
+                            const SearchBaseWatcher::Services *howToWatch = nullptr)
         : watching(howToWatch != nullptr ? std::optional(*howToWatch) : std::nullopt), kept(&file)
     {}
 

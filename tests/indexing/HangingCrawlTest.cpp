@@ -111,7 +111,7 @@ private:
 struct HangingDiskCrawl
 {
     HangingDiskCrawl(HangingLister &lister, const std::string &root, CrawlOptions options,
-          const std::stop_token &stop = {})
+                     const std::stop_token &stop = {})
     {
         result = Crawler(lister, std::make_shared<SkipRules>(), options)
                      .crawl(

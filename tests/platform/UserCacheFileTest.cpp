@@ -1,4 +1,5 @@
 #include "platform/linux/settings/UserCacheFile.h"
+
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

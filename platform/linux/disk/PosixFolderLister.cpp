@@ -73,8 +73,8 @@ struct Terms
     MountNames mountNames;
 };
 
-/// The file system that was mounted last on the way to a folder. The folder itself may be on another
-/// one, as a subvolume is.
+/// The file system that was mounted last on the way to a folder. The folder itself may be on
+/// another one, as a subvolume is.
 struct Device
 {
     unsigned int major = 0;

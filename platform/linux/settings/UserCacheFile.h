@@ -8,7 +8,8 @@
 
 namespace quillon {
 
-/// "$XDG_CACHE_HOME/quillon/index", or below "~/.cache" where that variable is not an absolute path.
+/// "$XDG_CACHE_HOME/quillon/index", or below "~/.cache" where that variable is not an absolute
+/// path.
 std::string standardIndexPath();
 
 /// A file that only its owner may read. It is written beside its place and then renamed.
