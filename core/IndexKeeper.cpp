@@ -14,11 +14,27 @@
 // but not read, since it holds what the tree says. Everything else is read and brought up to date
 // as after any other change of the disk.
 //
-// A mark may be older than what the tree holds of its folder, never newer. So the marks of the file
-// serve again when the file is written anew after the watcher has reported changes: the folders
-// that have changed have another change time by now and will be read.
+// When the file is written anew after the watcher has reported changes, the marks of the former
+// file serve again for the folders that hold the same as then. The others have no mark, so that the
+// next start reads them.
 
 namespace quillon {
+
+namespace {
+
+/// How many children a folder has in the file, and how many of them are still in the index.
+struct Children
+{
+    std::uint32_t kept = 0;
+    std::uint32_t stillThere = 0;
+};
+
+bool isStored(const PathTree &tree, PathTree::NodeId node)
+{
+    return node != PathTree::NONE && (tree.node(node).flags & PathTree::STORED) != 0;
+}
+
+} // namespace
 
 bool IndexKeeper::restore(const std::vector<std::string> &settings, const std::stop_token &isReset)
 {
@@ -90,27 +106,45 @@ std::error_code IndexKeeper::keep()
     return error;
 }
 
-/// Finds the nodes that the marks in the file belong to.
+/// Finds the nodes that the marks in the file belong to. A folder that holds something else by now
+/// has lost its mark.
 FolderMarks IndexKeeper::keptMarks()
 {
-    FolderMarks marks;
     const auto bytes = file_.read();
     const auto basis = bytes ? KeptIndex::basis(*bytes) : std::nullopt;
     if (basis != basis_)
-        return marks;
+        return {};
     const HeldNodes held(index_);
     const ReadingIndex reading(index_.lock);
+    FolderMarks marks;
+    std::vector<Children> children(index_.tree.ids());
     std::size_t seen = 0;
-    const auto enter = [&](PathTree::NodeId parent, const KeptIndex::Component &component)
-                           NO_THREAD_SAFETY_ANALYSIS {
-                               if (++seen % PathIndex::SLICE == 0 && index_.lock.isWriterWaiting())
-                                   index_.lock.yieldShared();
-                               const auto node = index_.tree.findChild(parent, component.name);
-                               if (node != PathTree::NONE)
-                                   marks.set(node, component.mark);
-                               return node;
-                           };
+    const auto enter = [&](PathTree::NodeId parent,
+                           const KeptIndex::Component &component) NO_THREAD_SAFETY_ANALYSIS {
+        if (++seen % PathIndex::SLICE == 0 && index_.lock.isWriterWaiting())
+            index_.lock.yieldShared();
+        const auto node = index_.tree.findChild(parent, component.name);
+        if (parent < children.size() && (component.flags & PathTree::STORED) != 0) {
+            ++children[parent].kept;
+            children[parent].stillThere += isStored(index_.tree, node) ? 1U : 0U;
+        }
+        if (node != PathTree::NONE)
+            marks.set(node, component.mark);
+        return node;
+    };
     KeptIndex::read(*bytes, enter);
+    for (PathTree::NodeId node = 0; node < children.size(); ++node) {
+        if (node % PathIndex::SLICE == 0 && index_.lock.isWriterWaiting())
+            index_.lock.yieldShared();
+        if (marks.at(node) <= FolderMarks::NO_FOLDER)
+            continue;
+        std::uint32_t now = 0;
+        for (auto child = index_.tree.node(node).firstChild; child != PathTree::NONE;
+             child = index_.tree.node(child).nextSibling)
+            now += isStored(index_.tree, child) ? 1U : 0U;
+        if (children[node].kept != now || children[node].stillThere != now)
+            marks.set(node, FolderMarks::UNKNOWN);
+    }
     return marks;
 }
 

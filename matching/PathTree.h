@@ -110,6 +110,8 @@ public:
     /// sort before '/'.
     std::strong_ordering compareTexts(NodeId a, NodeId b) const;
 
+    /// Every node's id is below this number.
+    NodeId ids() const { return used_; }
     /// Returns the number of nodes that carry the flag.
     std::size_t count(Flags flag) const;
     /// Returns the memory that is held in bytes, slack included.
