@@ -12,7 +12,7 @@ using Fault = QLNShortcutValidator::Fault;
 
 namespace {
 
-const KeyCombination CTRL_Z{.control = true, .key = "z"};
+const KeyCombination PLAIN_CTRL_Z{.control = true, .key = "z"};
 
 } // namespace
 
@@ -25,7 +25,7 @@ TEST(QLNShortcutValidator, wantsAModifierOrAFunctionKey)
           KeyCombination{.key = "Return"}, KeyCombination{.key = "f"}})
         EXPECT_THAT(validator.fault(keys), Optional(Fault::needsModifier)) << keys.key;
     for (const KeyCombination &keys :
-         {CTRL_Z, KeyCombination{.alt = true, .key = "z"},
+         {PLAIN_CTRL_Z, KeyCombination{.alt = true, .key = "z"},
           KeyCombination{.super = true, .key = "z"}, KeyCombination{.key = "F12"},
           KeyCombination{.shift = true, .key = "F1"}, KeyCombination{.key = "XF86Search"}})
         EXPECT_FALSE(validator.fault(keys)) << keys.key;
@@ -34,9 +34,9 @@ TEST(QLNShortcutValidator, wantsAModifierOrAFunctionKey)
 TEST(QLNShortcutValidator, triesTheKeyAndGivesItBack)
 {
     FakeHotKey keyboard;
-    keyboard.taken = CTRL_Z;
+    keyboard.taken = PLAIN_CTRL_Z;
     const QLNShortcutValidator validator(keyboard);
-    EXPECT_THAT(validator.fault(CTRL_Z), Optional(Fault::inUse));
+    EXPECT_THAT(validator.fault(PLAIN_CTRL_Z), Optional(Fault::inUse));
     EXPECT_FALSE(validator.fault(KeyCombination{.key = "F1"}));
     EXPECT_FALSE(keyboard.grabbed());
     EXPECT_EQ(keyboard.grabs, 2);
@@ -47,15 +47,15 @@ TEST(QLNShortcutValidator, triesNothingWhereTheUserWouldBeAsked)
     FakeHotKey keyboard;
     keyboard.isAnswering = false;
     const QLNShortcutValidator validator(keyboard);
-    EXPECT_FALSE(validator.fault(CTRL_Z));
+    EXPECT_FALSE(validator.fault(PLAIN_CTRL_Z));
     keyboard.possible = false;
-    EXPECT_THAT(validator.fault(CTRL_Z), Optional(Fault::impossible));
+    EXPECT_THAT(validator.fault(PLAIN_CTRL_Z), Optional(Fault::impossible));
     EXPECT_EQ(keyboard.grabs, 0);
 }
 
 TEST(QLNShortcutValidator, saysWhatIsWrongAboutWhichKeys)
 {
-    const QLNShortcut shortcut{.keys = CTRL_Z};
+    const QLNShortcut shortcut{.keys = PLAIN_CTRL_Z};
     for (const Fault fault : {Fault::needsModifier, Fault::inUse, Fault::noSuchKey, Fault::refused})
         EXPECT_THAT(QLNShortcutValidator::words(fault, shortcut).toStdString(),
                     HasSubstr("Ctrl+Z"));
