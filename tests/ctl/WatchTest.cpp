@@ -283,8 +283,10 @@ TEST(Watch, tellsEachChangeOnceAndAnswersEveryLine)
     EXPECT_EQ(watch.ask(""), Lines{root});
     // They come in the order of the alphabet, which is that of changes at the same time.
     const std::string file = tree.disk().writeFile("root/a.txt");
-    const std::string fresh = tree.disk().makeFolder("root/fresh");
-    tree.disk().makeFolder("root/fresh/below");
+    // It comes with all that is in it, so that one change tells of both folders.
+    const std::string fresh = tree.disk().path("root/fresh");
+    tree.disk().makeFolder("elsewhere/below");
+    fs::rename(tree.disk().path("elsewhere"), fresh);
     const Lines expected = {root, file, fresh, fresh + "/below"};
     EXPECT_EQ(watch.ask("settle"), expected);
     EXPECT_EQ(watch.ask(""), expected);
