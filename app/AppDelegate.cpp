@@ -274,8 +274,9 @@ void AppDelegate::showFirst(const std::string &activationToken)
 
 void AppDelegate::buildBehindPanel(const std::string &activationToken)
 {
-    windowTracker_.show(WindowTracker::searchWindow, activationToken);
+    // The kept index is read while the panel is being shown.
     rebuildSearchBaseViewController_->startBuilding();
+    windowTracker_.show(WindowTracker::searchWindow, activationToken);
     services_.mainQueue.postDelayed(SHORT_BUILD, [this] {
         // Nothing comes between a user and a panel that is in use.
         if (searchBaseBuilder_.isBuilding() && !searchBaseBuilder_.isComparing() &&
