@@ -22,7 +22,7 @@ FolderMarks::Mark FolderMarks::of(const FolderStamp &stamp)
     if (!stamp.isKnown() || !stamp.isLasting)
         return UNKNOWN;
     const std::array numbers{stamp.device, stamp.inode, static_cast<std::uint64_t>(stamp.changed)};
-    return std::max(XXH3_64bits(numbers.data(), sizeof(numbers)), NO_FOLDER + 1);
+    return std::max(XXH3_64bits(numbers.data(), sizeof(numbers)), FOLDER + 1);
 }
 
 void FolderMarks::set(PathTree::NodeId node, Mark mark)
@@ -52,21 +52,21 @@ std::optional<bool> CrawlMarks::isFolder(PathTree::NodeId node, std::string_view
 
 void CrawlMarks::listed(PathTree::NodeId folder, const FolderStamp &stamp)
 {
-    if (began_ - stamp.changed <= YOUNG)
-        return;
     const FolderMarks::Mark mark = FolderMarks::of(stamp);
+    if (mark == FolderMarks::UNKNOWN || began_ - stamp.changed <= YOUNG)
+        return;
     const MutexLock lock(mutex_);
     taken_.set(folder, mark);
 }
 
-void CrawlMarks::takeFiles(std::span<const CrawlSink::Entry> entries)
+void CrawlMarks::takeKinds(std::span<const CrawlSink::Entry> entries)
 {
-    if (std::ranges::find(entries, false, &CrawlSink::Entry::isFolder) == entries.end())
-        return;
-    const MutexLock lock(mutex_);
-    for (const CrawlSink::Entry &entry : entries)
-        if (!entry.isFolder)
-            taken_.set(entry.token, FolderMarks::NO_FOLDER);
+    for (const CrawlSink::Entry &entry : entries) {
+        if (!files_.holdsExtensionOf(entry.name))
+            continue;
+        const MutexLock lock(mutex_);
+        taken_.set(entry.token, entry.isFolder ? FolderMarks::FOLDER : FolderMarks::NO_FOLDER);
+    }
 }
 
 FolderMarks CrawlMarks::take()

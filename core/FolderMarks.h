@@ -19,10 +19,12 @@ namespace quillon {
 class FolderMarks
 {
 public:
-    /// A number made of a folder's stamp, or one of these two.
+    /// A number made of a folder's stamp, or one of these three.
     using Mark = std::uint64_t;
     static constexpr Mark UNKNOWN = 0;
     static constexpr Mark NO_FOLDER = 1;
+    /// It is a folder, and nothing else is known of it.
+    static constexpr Mark FOLDER = 2;
 
     /// UNKNOWN for a stamp that says nothing once time has passed.
     static Mark of(const FolderStamp &stamp);
@@ -50,8 +52,8 @@ public:
 
     /// Takes note of a folder whose content is in the index as of this stamp or later.
     void listed(PathTree::NodeId folder, const FolderStamp &stamp) EXCLUDES(mutex_);
-    /// Takes note of those entries of a folder that are files, by their nodes.
-    void takeFiles(std::span<const CrawlSink::Entry> entries) EXCLUDES(mutex_);
+    /// Takes note of which entries of a folder are folders, where their names do not say so.
+    void takeKinds(std::span<const CrawlSink::Entry> entries) EXCLUDES(mutex_);
     /// Hands over what the crawl has left.
     FolderMarks take() EXCLUDES(mutex_);
 

@@ -25,7 +25,7 @@ void FoundNodes::add(Token parent, std::span<Entry> entries)
         if (!lookUp(parent, some) || !makeMissing(parent, some))
             return;
         if (marks_ != nullptr)
-            marks_->takeFiles(some);
+            marks_->takeKinds(some);
         const MutexLock lock(mutex_);
         for (const Entry &entry : some)
             nodes_.emplace_back(entry.token, entry.isFolder);

@@ -136,7 +136,7 @@ FolderMarks IndexKeeper::keptMarks()
     for (PathTree::NodeId node = 0; node < children.size(); ++node) {
         if (node % PathIndex::SLICE == 0 && index_.lock.isWriterWaiting())
             index_.lock.yieldShared();
-        if (marks.at(node) <= FolderMarks::NO_FOLDER)
+        if (marks.at(node) <= FolderMarks::FOLDER)
             continue;
         std::uint32_t now = 0;
         for (auto child = index_.tree.node(node).firstChild; child != PathTree::NONE;

@@ -30,7 +30,7 @@ void IndexSink::add(Token parent, std::span<Entry> entries)
             paths_.mutableTree().addFlags(entry.token, PathTree::CANDIDATE);
         }
         if (marks_ != nullptr)
-            marks_->takeFiles(some);
+            marks_->takeKinds(some);
     }
 }
 

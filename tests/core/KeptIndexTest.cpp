@@ -136,6 +136,8 @@ protected:
                                             .changed = changed_[folder],
                                             .isLasting = isLasting_};
         }
+        if (hasPackage_)
+            base_->lister.add(package_);
         base_->lister.onRead = [this](const std::string &path) {
             const std::scoped_lock lock(mutex_);
             read_.push_back(path);
@@ -161,10 +163,13 @@ protected:
     TimedTaskQueue events_;
     const SearchBaseWatcher::Services watching_{.events = service_, .eventQueue = events_};
     bool isWatched_ = false;
+    bool hasPackage_ = false;
     bool isLasting_ = true;
     std::int64_t now_ = 4'000'000'000;
     std::vector<std::string> included_{"/usr"};
     std::vector<std::string> folders_{"/usr", "/usr/bin", "/usr/share", "/usr/share/doc"};
+    /// It is listed and never read, and its name could be that of a file.
+    const std::string package_ = "/usr/bin/x.xcodeproj";
     std::map<std::string, std::int64_t> changed_;
     std::mutex mutex_;
     std::vector<std::string> read_;
@@ -193,6 +198,16 @@ TEST_F(KeptSearchBaseTest, answersAtOnceAndReadsWhatHasChanged)
     file_.bytes.reset();
     readByNextRun();
     EXPECT_EQ(compared, base_->searchBase.treeDescription());
+}
+
+TEST_F(KeptSearchBaseTest, tellsPackagesFromFiles)
+{
+    hasPackage_ = true;
+    readByNextRun();
+    const auto indexed = paths();
+    EXPECT_THAT(indexed, testing::Contains(package_));
+    EXPECT_THAT(readByNextRun(), IsEmpty());
+    EXPECT_EQ(paths(), indexed);
 }
 
 TEST_F(KeptSearchBaseTest, trustsOnlyStampsThatAreOldAndLast)
