@@ -38,15 +38,14 @@ public:
 
     // A receiver that remembers folders saves the crawl from reading those that have not changed.
 
-    /// Whether the crawl is to take the stamps of folders, for the calls below.
+    /// Returns true where the crawl has to take the stamps of folders for the calls below.
     virtual bool wantsStamps() const { return false; }
     using ReceiveEntry = std::function<void(const FolderEntry &entry)>;
-    /// It is called before a folder is read. Returns true where a folder with this stamp holds what
-    /// it has handed to receive, as far as that concerns the crawl. After false, what was received
-    /// means nothing. Must not call the crawl otherwise.
+    /// It is called before a folder is read, with the folder's stamp. Returns true after it has
+    /// handed everything that the folder holds to receive, as far as it concerns the crawl. Returns
+    /// false where the folder has to be read; what was received then counts for nothing.
     virtual bool knows(Token, const FolderStamp &, const ReceiveEntry &) { return false; }
-    /// It is called with a folder whose entries have been handed over to the last one, and with the
-    /// stamp that the folder had before.
+    /// It is called once all entries of a folder have been handed over, with the stamp from before.
     virtual void listed(Token, const FolderStamp &) {}
 };
 
