@@ -14,8 +14,8 @@
 
 namespace quillon {
 
-/// What tells of each node of the index whether the folder there is as it was when it was listed.
-/// The ids of the tree stay as they are meanwhile.
+/// Holds for each node of the index a mark, by which a folder that has not changed since it was
+/// listed is known again. A mark belongs to the id of its node, so the ids must not change.
 class FolderMarks
 {
 public:
@@ -26,28 +26,27 @@ public:
     /// It is a folder, and nothing else is known of it.
     static constexpr Mark FOLDER = 2;
 
-    /// UNKNOWN for a stamp that says nothing once time has passed.
+    /// Returns UNKNOWN for a stamp that may stay the same when the folder changes.
     static Mark of(const FolderStamp &stamp);
 
     Mark at(PathTree::NodeId node) const { return node < marks_.size() ? marks_[node] : UNKNOWN; }
     void set(PathTree::NodeId node, Mark mark);
-    bool isEmpty() const { return marks_.empty(); }
 
 private:
     std::vector<Mark> marks_;
 };
 
-/// The marks that a crawl goes by, and those that it leaves for the next one. Safe from the threads
-/// of the crawl.
+/// Holds the marks that a crawl goes by, and collects those that it leaves for the next one. It may
+/// be called from all threads of the crawl.
 class CrawlMarks
 {
 public:
     /// The crawl begins now, in nanoseconds since 1970. Files with these extensions are indexed.
     CrawlMarks(std::int64_t now, ExtensionSet files, FolderMarks known);
 
-    /// Whether the folder holds what the index says.
+    /// Returns whether the folder holds what the index says.
     bool isUnchanged(PathTree::NodeId folder, const FolderStamp &stamp) const;
-    /// Whether a node in an unchanged folder is a folder; absent where nobody knows.
+    /// Returns whether a node in an unchanged folder is a folder; absent where nobody knows.
     std::optional<bool> isFolder(PathTree::NodeId node, std::string_view name) const;
 
     /// Takes note of a folder whose content is in the index as of this stamp or later.

@@ -136,6 +136,9 @@ FolderMarks IndexKeeper::keptMarks()
     for (PathTree::NodeId node = 0; node < children.size(); ++node) {
         if (node % PathIndex::SLICE == 0 && index_.lock.isWriterWaiting())
             index_.lock.yieldShared();
+        // A reset leaves no node of these numbers.
+        if (isReset_.stop_requested())
+            return {};
         if (marks.at(node) <= FolderMarks::FOLDER)
             continue;
         std::uint32_t now = 0;

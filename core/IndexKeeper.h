@@ -53,19 +53,19 @@ private:
 
     std::uint64_t generation() const;
     FolderMarks keptMarks();
-    /// What two files of the same content begin with.
+    /// Returns the beginning of a file, which is the same for the same content alone.
     static std::string headOf(std::string_view bytes);
 
     PathIndex &index_;
     CacheFile &file_;
-    /// What the build goes by, or the last one did.
+    /// The running build, or the last one, goes by this.
     std::optional<IndexBasis> basis_;
-    /// What restore() has put into the index, until a build begins.
+    /// These belong to what restore() has put into the index, until a build begins.
     std::optional<IndexBasis> restoredBasis_;
     Marked restored_;
     /// It is there from begin() to end().
     std::optional<CrawlMarks> marks_;
-    /// What the last build has left for the file.
+    /// The last build has left these for the file.
     std::optional<Marked> crawled_;
     /// The build has ended, and the index is kept until this is requested.
     bool isWhole_ = false;

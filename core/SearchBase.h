@@ -162,16 +162,14 @@ private:
     std::stop_token untilAnew() const;
     /// Reads what is to be indexed, for everything until the next build.
     std::shared_ptr<const SearchLocations> takeLocations() EXCLUDES(watching_);
-    /// Nothing in it when nobody tells of changes.
+    /// The result is empty when nobody reports changes.
     Watched beginArming(const SearchLocations &locations) EXCLUDES(watching_);
     void endBuild(Watched watched, const SearchLocations &locations, const std::stop_token &stop)
         EXCLUDES(watching_);
     void stopWatching() REQUIRES(watching_);
     void crawlIntoIndex(const std::string &root, const Building &building) REQUIRES(changing_);
     void compareWithDisk(const std::string &root, const Building &building) REQUIRES(changing_);
-    std::vector<std::string> comparableSettings() const;
-    bool beginKeeping(const std::vector<std::string> &settings, const SearchLocations &locations)
-        REQUIRES(changing_);
+    bool beginKeeping(const SearchLocations &locations) REQUIRES(changing_);
     CrawlMarks *marks() REQUIRES(changing_);
     void keepLater() REQUIRES(changing_);
     IndexUpdate::Terms updateTerms(const SearchLocations &locations, const std::stop_token &isReset,
@@ -209,7 +207,7 @@ private:
     bool areCrawled_ GUARDED_BY(watching_) = false;
     /// What the watch asks the index; null before a build begins and after a reset.
     std::shared_ptr<IndexedItems> items_ GUARDED_BY(watching_);
-    /// Requested when the index is reset or built anew.
+    /// The stop is requested when the index is reset or built anew.
     std::stop_source anew_ GUARDED_BY(searchBasePaths_.lock());
 };
 

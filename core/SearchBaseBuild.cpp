@@ -29,7 +29,7 @@ std::vector<std::string> pathsOf(const std::vector<SearchLocations::Missing> &mi
 
 } // namespace
 
-/// What a crawl arms on behalf of a watch that is to come.
+/// Holds what a crawl arms on behalf of a watch that is to come.
 struct SearchBase::Watched
 {
     std::shared_ptr<const FSEventItemTest> items;
@@ -41,10 +41,8 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
     const std::stop_token isReset = beginBuild();
     const EitherStop end(stop, isReset);
     const MutexLock changing(changing_);
-    // The settings may change while the folders are looked for.
-    const auto settings = comparableSettings();
     const std::shared_ptr<const SearchLocations> locations = takeLocations();
-    const bool isCompared = beginKeeping(settings, *locations);
+    const bool isCompared = beginKeeping(*locations);
     std::string starting = "Starting search with ";
     for (const std::string &folder : locations->folders)
         starting += folder;
@@ -90,7 +88,7 @@ std::stop_token SearchBase::untilAnew() const
 
 std::shared_ptr<const SearchLocations> SearchBase::takeLocations()
 {
-    // Looked for before the lock is taken: a reset waits for no disk.
+    // The folders are looked for before the lock is taken, since a reset waits for no disk.
     auto locations =
         std::make_shared<const SearchLocations>(SearchLocations::of(searchBaseFinder_));
     searchBaseIgnorePaths_.refresh(*locations);
@@ -167,20 +165,19 @@ bool SearchBase::restore()
     if (!indexKeeper_)
         return false;
     const MutexLock changing(changing_);
-    return indexKeeper_->restore(comparableSettings(), untilAnew());
-}
-
-std::vector<std::string> SearchBase::comparableSettings() const
-{
-    return indexKeeper_ ? SearchLocations::settings(searchBaseFinder_) : std::vector<std::string>();
+    const auto settings = SearchLocations::withoutFolders(searchBaseFinder_)
+                              .settings(searchBaseFinder_.bookmarks.load());
+    return indexKeeper_->restore(settings, untilAnew());
 }
 
 /// Returns whether the index is that of the last run and is to be compared with the disk.
-bool SearchBase::beginKeeping(const std::vector<std::string> &settings,
-                              const SearchLocations &locations)
+bool SearchBase::beginKeeping(const SearchLocations &locations)
 {
-    return indexKeeper_ &&
-           indexKeeper_->begin({.settings = settings,
+    if (!indexKeeper_)
+        return false;
+    // The bookmarks may be newer than the locations. Then they lead to other folders, and the index
+    // that is kept with both is not taken at the next start.
+    return indexKeeper_->begin({.settings = locations.settings(searchBaseFinder_.bookmarks.load()),
                                 .folders = locations.folders,
                                 .missing = pathsOf(locations.missing)},
                                services_.wallClock(), ExtensionSet(locations.extensions()));

@@ -17,11 +17,17 @@ void sortOnce(std::vector<std::string> &paths)
 
 } // namespace
 
-SearchLocations SearchLocations::of(SearchBaseFinder &finder)
+SearchLocations SearchLocations::withoutFolders(const SearchBaseFinder &finder)
 {
     SearchLocations locations;
     locations.patterns = finder.patternsInForce();
     locations.filePatterns = finder.includeFilePatternPreferences.values();
+    return locations;
+}
+
+SearchLocations SearchLocations::of(SearchBaseFinder &finder)
+{
+    SearchLocations locations = withoutFolders(finder);
     for (Bookmarks::Resolved &entry : finder.bookmarks.resolveAll()) {
         if (entry.presence == FolderPresence::there)
             locations.folders.push_back(std::move(entry.path));
@@ -33,15 +39,14 @@ SearchLocations SearchLocations::of(SearchBaseFinder &finder)
     return locations;
 }
 
-std::vector<std::string> SearchLocations::settings(const SearchBaseFinder &finder)
+std::vector<std::string> SearchLocations::settings(const DefaultsDictionary &bookmarks) const
 {
     // The lists are told apart by their lengths.
-    const std::vector<std::string> files = finder.includeFilePatternPreferences.values();
-    std::vector<std::string> texts = finder.patternsInForce();
+    std::vector<std::string> texts = patterns;
     texts.push_back(std::to_string(texts.size()));
-    texts.insert(texts.end(), files.begin(), files.end());
-    texts.push_back(std::to_string(files.size()));
-    for (const auto &[name, value] : finder.bookmarks.load()) {
+    texts.insert(texts.end(), filePatterns.begin(), filePatterns.end());
+    texts.push_back(std::to_string(filePatterns.size()));
+    for (const auto &[name, value] : bookmarks) {
         texts.push_back(name);
         texts.push_back(value.asData().value_or(""));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/DefaultsStore.h"
 #include "indexing/SkipRules.h"
 #include "platform/FolderIdentity.h"
 
@@ -39,9 +40,12 @@ struct SearchLocations
     /// thread. Takes as long as the disk that is slowest to answer.
     static SearchLocations of(SearchBaseFinder &finder);
 
-    /// Returns what the settings say, in a form that is good for nothing but comparing. Looks at no
-    /// disk.
-    static std::vector<std::string> settings(const SearchBaseFinder &finder);
+    /// Reads what the settings say without looking at any disk, so the folders are left out.
+    static SearchLocations withoutFolders(const SearchBaseFinder &finder);
+
+    /// Returns the patterns and extensions here and the bookmarks of the include folders, in a form
+    /// that is good for nothing but comparing.
+    std::vector<std::string> settings(const DefaultsDictionary &bookmarks) const;
 
     /// Whether the settings name any folder, there or not.
     bool nameFolders() const { return !folders.empty() || !missing.empty(); }

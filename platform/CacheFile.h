@@ -24,7 +24,7 @@ public:
     virtual std::error_code write(std::string_view bytes) = 0;
     /// Says that what the file holds is right as of now. A failure changes nothing.
     virtual void confirm() = 0;
-    /// When the content was written or confirmed. Absent where read() gives nothing.
+    /// Returns when the content was written or confirmed; absent where read() gives nothing.
     virtual std::optional<std::chrono::system_clock::time_point> confirmedAt() const = 0;
 };
 

@@ -25,9 +25,9 @@ bool isRemoteFileSystem(std::string_view typeName);
 /// give a count of one where there are too many to count.
 bool countsSubfoldersAsLinks(FileSystemType type);
 
-/// Whether every change of a folder gives it another change time, whoever makes the change. Not so
-/// where another machine keeps the time, nor where a folder is put together from several, as by
-/// overlayfs.
+/// Returns whether every change of a folder gives it another change time, whoever makes the change.
+/// That is not so where another machine keeps the time, nor where a folder is put together from
+/// several, as by overlayfs.
 bool keepsChangeTimes(FileSystemType type);
 
 } // namespace quillon

@@ -25,7 +25,7 @@ struct OwnFile
     struct stat status = {};
 };
 
-/// Absent for anything but a file that belongs to the user.
+/// Returns nothing for anything but a file that belongs to the user.
 std::optional<OwnFile> openOwn(const std::filesystem::path &path)
 {
     constexpr int FLAGS = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
