@@ -143,6 +143,22 @@ class Desktop(unittest.TestCase):
     def panel(self):
         return windows("quillon", "Quillon")
 
+    def menus(self):
+        return [window for window in windows("quillon") if window not in self.panel()]
+
+    def open_menu(self, key):
+        """Opens the panel's menu by a key pressed in its button."""
+        self.press("F10")
+        self.press(key)
+        eventually("the menu", self.menus)
+
+    def choose(self, item):
+        """Chooses an item of the panel's menu, counted from 1."""
+        self.open_menu("space")
+        for _ in range(item - 1):
+            self.press("Down")
+        self.press("Return")
+
     def window(self, title):
         """The window, once it has the keyboard."""
         window = eventually(title, lambda: windows("quillon", title))[0]

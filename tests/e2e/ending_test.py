@@ -180,10 +180,7 @@ class EndingTest(Desktop):
         self.make_folders("Documents")
         self.write_settings()
         child = self.start()
-        self.press("F10")
-        self.press("space")
-        for key in ("Down", "Down", "Return"):
-            self.press(key)
+        self.choose(3)
         eventually("the notice", lambda: windows("quillon", "Quillon – Updates"))
         self.ends(child, "with the notice of the updates shown")
 

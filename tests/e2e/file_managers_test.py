@@ -300,13 +300,17 @@ class FileManager:
         os.kill(process, signal.SIGSTOP)
         try:
             answers = {call: self.ask(*call) for call in (("front",), ("existing", there))}
+            is_asked = output("pgrep", "--full",
+                              f"^pcmanfm-qt --new-window file://{os.fsdecode(there)}$")
         finally:
             os.kill(process, signal.SIGCONT)
         for call, answer in answers.items():
             times = [answer[name] for name in ("milliseconds", "itemsAfter") if name in answer]
             self.assertLess(max(times), LIMIT, call)
-        # What the front window could not be asked for has been asked of a new one.
-        eventually("the new window", lambda: len(self.windows()) == 2)
+        # What the front window could not be asked for has been asked of a new one. A pcmanfm-qt that
+        # goes on on a busy machine may lose the request that waits for it.
+        if not is_asked:
+            eventually("the new window", lambda: len(self.windows()) == 2)
 
 
 class PathBar:

@@ -137,26 +137,18 @@ class PanelMouseTest(Desktop):
 
     def test_stays_below_its_menu_and_goes_with_it(self):
         self.start_with_a_row()
-        def menus():
-            return [each for each in windows("quillon") if each not in self.panel()]
-        self.press("F10")
-        self.press("Down")
-        eventually("the menu", menus)
+        self.open_menu("Down")
         self.press("Escape")
-        eventually("the menu's end", lambda: not menus())
+        eventually("the menu's end", lambda: not self.menus())
         self.assertTrue(self.panel())
         self.press("Escape")  # back to the field
-        self.press("F10")
-        self.press("Return")
-        eventually("the menu", menus)
+        self.open_menu("Return")
         self.assertEqual(self.request("--toggle"), 0)
         self.wait_for_no_panel()
-        self.assertFalse(menus())
+        self.assertFalse(self.menus())
 
         self.show()
-        self.press("F10")
-        self.press("Down")
-        eventually("the menu", menus)
+        self.open_menu("Down")
         self.press("Up")  # around to the last entry
         self.press("Return")
         self.assertEqual(self.children[-1].wait(PATIENCE), 0)

@@ -23,14 +23,6 @@ class Updates(Desktop):
         with open(self.log, "wb") as log:
             return self.start(stdout=log)
 
-    def choose(self, item):
-        """Chooses an item of the panel's menu, counted from 1."""
-        self.press("F10")
-        self.press("space")
-        for _ in range(item - 1):
-            self.press("Down")
-        self.press("Return")
-
     def wait_for_log(self, *lines):
         eventually("the log", lambda: "".join(f"{line}\n" for line in lines) in
                    self.log.read_text())
@@ -78,7 +70,6 @@ class WithoutFeedTest(Updates):
         self.assertIn("exclude-folder-patterns: 1", text)
         self.assertNotIn("private", text)
         self.assertNotIn(str(self.home), text)
-
 
 
 class WithFeedTest(Updates):
