@@ -58,6 +58,7 @@ AppDelegate::AppDelegate()
                           .searchBaseFinder = searchBaseFinder_,
                           .background = services_.backgroundQueue,
                           .main = services_.mainQueue}),
+      statusReport_(searchBase_, searchBaseBuilder_, build_.version),
       source_({.searchBase = searchBase_,
                .finder = searchBaseFinder_,
                .builder = searchBaseBuilder_,
@@ -338,7 +339,8 @@ void AppDelegate::reopen(const std::string &activationToken)
 RemoteControl::Handlers AppDelegate::remoteHandlers()
 {
     return {.perform = [this](const RemoteControl::Request &request) { perform(request); },
-            .find = [this](const RemoteQuery &query) { return find(query); }};
+            .find = [this](const RemoteQuery &query) { return find(query); },
+            .status = [this] { return statusReport_.json(); }};
 }
 
 RemoteAnswer AppDelegate::find(const RemoteQuery &query) const

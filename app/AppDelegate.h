@@ -7,6 +7,7 @@
 #include "actions/FrontFinderSearch.h"
 #include "app/ActionFailures.h"
 #include "app/DesktopServices.h"
+#include "app/StatusReport.h"
 #include "app/WindowTracker.h"
 #include "app/panel/IconSource.h"
 #include "app/panel/LightningSearchViewController.h"
@@ -131,6 +132,7 @@ private:
     SearchBaseLogger searchBaseLogger_;
     SearchBase searchBase_;
     SearchBaseBuilder searchBaseBuilder_;
+    StatusReport statusReport_;
     SearchBaseSource source_;
 
     ActionFailures actionFailures_;

@@ -6,6 +6,7 @@
 #include "ctl/FindCommand.h"
 #include "ctl/MatchCommand.h"
 #include "ctl/Output.h"
+#include "ctl/StatusCommand.h"
 #include "ctl/WatchCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -175,6 +176,13 @@ void addWatch(CLI::App &app, int argc, WatchCommand &watch, std::function<int(Ou
     command->final_callback([&] { chosen = [&](Output &output) { return watch.run(output); }; });
 }
 
+void addStatus(CLI::App &app, StatusCommand &status, std::function<int(Output &)> &chosen)
+{
+    CLI::App *command = app.add_subcommand("status", "Print the state of the running Quillon");
+    command->add_flag("--json", status.json, "Print one object");
+    command->final_callback([&] { chosen = [&](Output &output) { return status.run(output); }; });
+}
+
 bool isCommand(const CLI::App &app, std::string_view name)
 {
     const auto isNamed = [name](const CLI::App *command) { return command->get_name() == name; };
@@ -233,9 +241,11 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
     addMatch(app, match, chosen);
     CrawlCommand crawl;
     WatchCommand watch;
+    StatusCommand status;
     addFind(app, argc, find, chosen);
     addCrawl(app, argc, crawl, chosen);
     addWatch(app, argc, watch, chosen);
+    addStatus(app, status, chosen);
     if (argc > 1 && argv[1][0] != '-' && !isCommand(app, argv[1])) {
         complain(unknownCommand(app, argv[1]));
         return USAGE_ERROR;

@@ -17,12 +17,10 @@
 #include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/settings/UserCacheFile.h"
 
-#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -59,13 +57,6 @@ void print(const std::vector<FuzzyMatchResult> &results, const FindCommand &how,
     if (how.json)
         output.write(QJsonDocument(rows).toJson(QJsonDocument::Compact).toStdString() +
                      (how.nulSeparated ? '\0' : '\n'));
-}
-
-std::string localTime(std::chrono::system_clock::time_point time)
-{
-    return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(time))
-        .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
-        .toStdString();
 }
 
 } // namespace

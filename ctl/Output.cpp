@@ -1,8 +1,9 @@
 #include "ctl/Output.h"
 
+#include <QDateTime>
+
 #include <cerrno>
 #include <cstdio>
-#include <string>
 #include <system_error>
 
 namespace quillon {
@@ -11,6 +12,13 @@ void complain(std::string_view line)
 {
     const std::string text = "quillonctl: " + std::string(line) + "\n";
     std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+std::string localTime(std::chrono::system_clock::time_point time)
+{
+    return QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(time))
+        .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+        .toStdString();
 }
 
 Output::Output()

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <chrono>
+#include <string>
 #include <string_view>
 
 namespace quillon {
 
 /// Prints one line about a failure on standard error.
 void complain(std::string_view line);
+
+/// Returns a time as the user's clock shows it, to the second: 2024-05-31 18:30:00.
+std::string localTime(std::chrono::system_clock::time_point time);
 
 /// Standard output. It is no failure when the reader has closed its end; further output is dropped.
 /// One thread at a time may use this.

@@ -5,6 +5,7 @@
 //   FindCommand    crawls folders and searches them
 //   CrawlCommand   crawls folders and prints what would be indexed
 //   WatchCommand   keeps an index of folders current and prints it
+//   StatusCommand  prints the state of the running application
 //   Output         standard output, which scripts read; everything else goes to standard error
 //
 // ReadableFolders and ReadOnlySettings say what is searched: folders named by the user, else those

@@ -2,6 +2,7 @@
 
 #include "platform/RemoteSearch.h"
 
+#include <optional>
 #include <string>
 
 namespace quillon {
@@ -31,6 +32,9 @@ public:
     virtual Outcome request(const std::string &action) = 0;
     /// The answer is also absent when there is no instance.
     virtual RemoteAnswer find(const RemoteQuery &query) = 0;
+    /// What the instance knows of itself, as a JSON object; absent when there is no instance or it
+    /// does not answer.
+    virtual std::optional<std::string> status() = 0;
 };
 
 } // namespace quillon

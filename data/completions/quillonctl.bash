@@ -4,7 +4,7 @@ _quillonctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local command=${COMP_WORDS[1]} options folders=
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W 'match find crawl watch --version --help' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'match find crawl watch status --version --help' -- "$current")
         return
     fi
     case $previous in
@@ -34,6 +34,7 @@ _quillonctl() {
             options='--latency --window --sweep --budget -0 --help'
             folders=yes
             ;;
+        status) options='--json --help' ;;
         *) return ;;
     esac
     if [[ $current == -* ]]; then

@@ -1,6 +1,6 @@
 # fish completion for quillonctl
 
-set -l commands match find crawl watch
+set -l commands match find crawl watch status
 set -l none "not __fish_seen_subcommand_from $commands"
 
 complete -c quillonctl -f
@@ -8,6 +8,7 @@ complete -c quillonctl -n $none -a match -d 'Rank the paths on standard input'
 complete -c quillonctl -n $none -a find -d 'Search folders'
 complete -c quillonctl -n $none -a crawl -d 'Print what would be indexed'
 complete -c quillonctl -n $none -a watch -d 'Keep an index current and print it on demand'
+complete -c quillonctl -n $none -a status -d 'Print the state of the running Quillon'
 complete -c quillonctl -n $none -l version -d 'Print the version'
 complete -c quillonctl -l help -d 'Print a summary of the options'
 
@@ -43,3 +44,6 @@ complete -c quillonctl -n $watch -l window -x -d 'Seconds from a report to the u
 complete -c quillonctl -n $watch -l sweep -x -d 'Seconds between looks at folders that are not watched'
 complete -c quillonctl -n $watch -l budget -x -d 'Watch at most this many folders'
 complete -c quillonctl -n $watch -s 0 -d 'What is printed ends with a NUL byte'
+
+set -l status_command '__fish_seen_subcommand_from status'
+complete -c quillonctl -n $status_command -l json -d 'Print one object'

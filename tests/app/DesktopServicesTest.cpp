@@ -116,7 +116,7 @@ TEST_F(BusRemoteControlTest, handsOverTheActionsItKnowsWithTheRightToTheKeyboard
     const auto note = [&](const RemoteControl::Request &request) {
         requests.push_back(request.action + " " + request.activationToken);
     };
-    ASSERT_EQ(remote.claim({.perform = note, .find = nullptr}), RemoteControl::Claim::owner);
+    ASSERT_EQ(remote.claim({.perform = note, .find = nullptr, .status = nullptr}), RemoteControl::Claim::owner);
     ask(
         [](RunningInstance &instance) {
             EXPECT_TRUE(instance.isRunning());
@@ -144,7 +144,7 @@ TEST(ActivationToken, isWaylandsFirstAndGoesToNobodyElse)
     EXPECT_EQ(activationToken(), "");
 }
 
-TEST_F(BusRemoteControlTest, answersSearchesFromTheBackground)
+TEST_F(BusRemoteControlTest, answersFromTheBackground)
 {
     const RemoteMatch match{"/caf\xe9", -0.5, {{0, 2}, {4, 3}}};
     BusRemoteControl remote(background_);
@@ -156,9 +156,11 @@ TEST_F(BusRemoteControlTest, answersSearchesFromTheBackground)
             return std::nullopt;
         return query.text == "\xff" ? std::vector{match, match} : std::vector<RemoteMatch>{};
     };
-    ASSERT_EQ(remote.claim({.perform = [](const auto &) {}, .find = find}),
+    const auto status = [] { return std::string(R"({"state":"Bücher"})"); };
+    ASSERT_EQ(remote.claim({.perform = [](const auto &) {}, .find = find, .status = status}),
               RemoteControl::Claim::owner);
     ask([&](RunningInstance &instance) {
+        EXPECT_EQ(instance.status(), status());
         EXPECT_EQ(instance.find({"/settings", "\xff", 7}), RemoteAnswer(std::vector{match, match}));
         EXPECT_EQ(instance.find({"/settings", "nothing", 7}),
                   RemoteAnswer(std::vector<RemoteMatch>{}));
@@ -172,6 +174,7 @@ TEST_F(BusRemoteControlTest, reachesNobodyOnceTheOwnerIsGone)
     EXPECT_EQ(instance.request("show"), RunningInstance::Outcome::notRunning);
     EXPECT_FALSE(instance.isRunning());
     EXPECT_EQ(instance.find({"/settings", "a", 1}), std::nullopt);
+    EXPECT_EQ(instance.status(), std::nullopt);
 }
 
 TEST(PoolTaskQueue, withOneThreadKeepsTheOrder)

@@ -5,6 +5,8 @@ Runs on a private desktop:
 tools/private-desktop python3 tests/e2e/lifecycle_test.py QUILLON QUILLONCTL
 """
 
+import datetime
+import json
 import os
 import pathlib
 import signal
@@ -52,6 +54,10 @@ def as_bytes(text):
 
 class LifecycleTest(Desktop):
     ctl = ""
+
+    def run_ctl(self, *arguments):
+        return subprocess.run([self.ctl, *arguments], text=True, env=self.environment(),
+                              capture_output=True, check=False)
 
     def launch(self, *options, **streams):
         """Starts the program and waits for nothing."""
@@ -127,8 +133,7 @@ class LifecycleTest(Desktop):
         self.make_folders("Music/harp")
 
         def find(*more):
-            return subprocess.run([self.ctl, "find", "--stats", *more, "harb"], text=True,
-                                  env=self.environment(), capture_output=True, check=False)
+            return self.run_ctl("find", "--stats", *more, "harb")
         kept = find()
         self.assertEqual(kept.stdout, f"{self.tree}/Documents/harbour\n")
         self.assertRegex(kept.stderr, "^quillonctl: answered from the index as it was at 20")
@@ -140,6 +145,34 @@ class LifecycleTest(Desktop):
         eventually("an answer without the old folder", lambda: find().returncode == 1)
         self.assertEqual(find().stderr, "quillonctl: answered from the running program\n")
         self.end(quillon)
+
+    def test_tells_its_state(self):
+        self.make_folders("Documents/harbour")
+        self.write_settings()
+        absent = self.run_ctl("status")
+        self.assertEqual((absent.returncode, absent.stderr),
+                         (1, "quillonctl: Quillon does not run and keeps no index\n"))
+        quillon = self.launch("--background")
+        eventually("the index", lambda: "state: ready\nindex: 3 folders and files, equal to the disk"
+                   in self.run_ctl("status").stdout)
+        status = json.loads(self.run_ctl("status", "--json").stdout)
+        self.assertEqual((status["state"], status["process"], status["indexed"]),
+                         ("ready", quillon.pid, 3))
+        self.assertEqual((status["watched"], status["folders"]), (3, 3))
+        self.assertTrue(0.01 < status["first-answer-seconds"] < PATIENCE, status)
+        self.assertGreater(status["memory"], 1e7)
+        ages = [time.time() - datetime.datetime.fromisoformat(status[when].rstrip("Z") + "+00:00")
+                .timestamp() for when in ("built", "started")]
+        self.assertTrue(-1 <= ages[0] <= ages[1] + 1 < PATIENCE, ages)
+        eventually("the kept index", (self.home / ".cache/quillon/index").exists)
+        os.kill(quillon.pid, signal.SIGSTOP)
+        silent = self.run_ctl("status")
+        os.kill(quillon.pid, signal.SIGCONT)
+        self.assertEqual((silent.returncode, silent.stderr),
+                         (1, "quillonctl: Quillon runs and does not answer\n"))
+        self.end(quillon)
+        self.assertRegex(self.run_ctl("status").stderr,
+                         "^quillonctl: Quillon does not run; it keeps its index of 20")
 
     def test_says_that_there_is_no_display(self):
         for display in ("", ":12345"):

@@ -32,6 +32,7 @@ public:
         return outcome_;
     }
     RemoteAnswer find(const RemoteQuery &) override { return std::nullopt; }
+    std::optional<std::string> status() override { return std::nullopt; }
 
     std::string requested;
 

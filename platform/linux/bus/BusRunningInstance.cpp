@@ -147,4 +147,16 @@ RemoteAnswer BusRunningInstance::find(const RemoteQuery &query)
     return read;
 }
 
+std::optional<std::string> BusRunningInstance::status()
+{
+    if (!hasBus())
+        return std::nullopt;
+    const auto reply =
+        bus_.call(object(BusNames::SEARCH), BusNames::STATUS, nullptr, Deadline(BUS_TIMEOUT));
+    if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(s)")))
+        return std::nullopt;
+    const VariantRef text(g_variant_get_child_value(reply.get(), 0));
+    return g_variant_get_string(text.get(), nullptr);
+}
+
 } // namespace quillon

@@ -19,6 +19,7 @@ public:
     bool isRunning() override;
     Outcome request(const std::string &action) override;
     RemoteAnswer find(const RemoteQuery &query) override;
+    std::optional<std::string> status() override;
 
 private:
     std::string activationToken_;

@@ -124,7 +124,7 @@ QList<BusMatch> toBus(const std::vector<RemoteMatch> &matches)
 
 } // namespace
 
-/// Answers searches of the user's other processes. The answers are sent from the background.
+/// Answers questions of the user's other processes. The answers are sent from the background.
 class SearchAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -132,8 +132,12 @@ class SearchAdaptor : public QDBusAbstractAdaptor
 
 public:
     SearchAdaptor(QObject *parent, TaskQueue &background,
-                  std::function<RemoteAnswer(const RemoteQuery &)> find)
-        : QDBusAbstractAdaptor(parent), background_(background), find_(std::move(find))
+                  std::function<RemoteAnswer(const RemoteQuery &)> find,
+                  std::function<std::string()> status)
+        : QDBusAbstractAdaptor(parent),
+          background_(background),
+          find_(std::move(find)),
+          status_(std::move(status))
     {
         qDBusRegisterMetaType<BusMatch::Range>();
         qDBusRegisterMetaType<QList<BusMatch::Range>>();
@@ -141,8 +145,8 @@ public:
         qDBusRegisterMetaType<QList<BusMatch>>();
     }
 
+    // The interface prescribes these names. NOLINTBEGIN(readability-identifier-naming)
 public Q_SLOTS:
-    // NOLINTNEXTLINE(readability-identifier-naming): the name is that of the interface
     QList<quillon::BusMatch> Find(const QByteArray &settings, const QByteArray &query, uint limit,
                                   const QDBusMessage &message)
     {
@@ -158,10 +162,21 @@ public Q_SLOTS:
         });
         return {};
     }
+    QString Status(const QDBusMessage &message)
+    {
+        message.setDelayedReply(true);
+        background_.post([status = status_, message] {
+            QDBusConnection::sessionBus().send(
+                message.createReply(QString::fromStdString(status())));
+        });
+        return {};
+    }
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     TaskQueue &background_;
     std::function<RemoteAnswer(const RemoteQuery &)> find_;
+    std::function<std::string()> status_;
 };
 
 BusRemoteControl::~BusRemoteControl()
@@ -180,8 +195,9 @@ RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
         return Claim::unavailable;
     // The object comes before the name, so that whoever sees the name is answered.
     new ApplicationAdaptor(&object_, std::move(handlers.perform));
-    if (handlers.find)
-        new SearchAdaptor(&object_, background_, std::move(handlers.find));
+    if (handlers.find && handlers.status)
+        new SearchAdaptor(&object_, background_, std::move(handlers.find),
+                          std::move(handlers.status));
     bus.registerObject(name(BusNames::OBJECT), &object_, QDBusConnection::ExportAdaptors);
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(name(BusNames::SERVICE),

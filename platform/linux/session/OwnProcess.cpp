@@ -1,0 +1,42 @@
+#include "platform/linux/session/OwnProcess.h"
+
+#include <ctime>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <unistd.h>
+
+namespace quillon {
+
+std::chrono::duration<double> OwnProcess::age()
+{
+    // proc(5): after the program's name in parentheses, the start comes as the 20th word.
+    constexpr int WORDS_BEFORE = 19;
+    std::ifstream file("/proc/self/stat");
+    std::string line;
+    std::getline(file, line);
+    const std::size_t name = line.rfind(')');
+    std::istringstream words(name == std::string::npos ? "" : line.substr(name + 1));
+    std::string skipped;
+    for (int i = 0; i < WORDS_BEFORE; ++i)
+        words >> skipped;
+    double ticks = 0;
+    timespec now{};
+    if (!(words >> ticks) || clock_gettime(CLOCK_BOOTTIME, &now) != 0)
+        return {};
+    const auto sinceBoot = std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
+    const std::chrono::duration<double> start(ticks / static_cast<double>(sysconf(_SC_CLK_TCK)));
+    return sinceBoot - start;
+}
+
+std::uint64_t OwnProcess::residentBytes()
+{
+    std::ifstream file("/proc/self/statm");
+    std::uint64_t all = 0;
+    std::uint64_t resident = 0;
+    file >> all >> resident;
+    return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+} // namespace quillon
