@@ -116,7 +116,8 @@ TEST_F(BusRemoteControlTest, handsOverTheActionsItKnowsWithTheRightToTheKeyboard
     const auto note = [&](const RemoteControl::Request &request) {
         requests.push_back(request.action + " " + request.activationToken);
     };
-    ASSERT_EQ(remote.claim({.perform = note, .find = nullptr, .status = nullptr}), RemoteControl::Claim::owner);
+    ASSERT_EQ(remote.claim({.perform = note, .find = nullptr, .status = nullptr}),
+              RemoteControl::Claim::owner);
     ask(
         [](RunningInstance &instance) {
             EXPECT_TRUE(instance.isRunning());
