@@ -30,8 +30,9 @@ std::string programsFolder()
 
 } // namespace
 
-AppDelegate::AppDelegate()
-    : services_(build_, programsFolder()),
+AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
+    : keptTree_(std::move(keptTree)),
+      services_(build_, programsFolder()),
       preferences_(services_.defaults),
       preferencesReceiver_(
           services_.defaultsChanges.onChange([this] { preferences_.readChoices(); })),
@@ -53,7 +54,9 @@ AppDelegate::AppDelegate()
            .logger = searchBaseLogger_,
            .mainQueue = services_.mainQueue,
            .watching = {{.events = services_.eventService, .eventQueue = services_.eventQueue}},
-           .keptIndex = &services_.keptIndex}),
+           .keptIndex = &services_.keptIndex,
+           .keptTree =
+               [this] { return keptTree_.valid() ? keptTree_.get() : std::optional<KeptTree>(); }}),
       searchBaseBuilder_({.searchBase = searchBase_,
                           .searchBaseFinder = searchBaseFinder_,
                           .background = services_.backgroundQueue,

@@ -22,6 +22,7 @@
 #include "app/update/Feedback.h"
 #include "app/update/Updater.h"
 #include "app/widgets/SetupWindow.h"
+#include "core/IndexKeeper.h"
 #include "core/SearchBase.h"
 #include "core/SearchBaseBuilder.h"
 #include "indexing/SearchBaseFinder.h"
@@ -34,6 +35,7 @@
 #include "shortcut/QLNShortcutMonitor.h"
 
 #include <atomic>
+#include <future>
 #include <optional>
 #include <string>
 
@@ -53,7 +55,8 @@ class AppDelegate : public QObject,
     Q_OBJECT
 
 public:
-    AppDelegate();
+    /// Takes what is being read of the kept index.
+    explicit AppDelegate(std::future<std::optional<KeptTree>> keptTree);
     ~AppDelegate() override;
 
     /// Binds the stored shortcut and carries out what the program was started for: "background"
@@ -116,6 +119,7 @@ private:
     SearchPreferencesViewController *makeSearchPane();
     OnboardingViewController *makeOnboarding();
 
+    std::future<std::optional<KeptTree>> keptTree_;
     const BuildSettings build_ = BuildSettings::ofThisBuild();
     DesktopServices services_;
     Preferences preferences_;

@@ -17,7 +17,7 @@ namespace {
 QString inUtc(std::chrono::system_clock::time_point time)
 {
     const auto since1970 = std::chrono::round<std::chrono::milliseconds>(time.time_since_epoch());
-    return QDateTime::fromMSecsSinceEpoch(since1970.count(), Qt::UTC).toString(Qt::ISODateWithMs);
+    return QDateTime::fromMSecsSinceEpoch(since1970.count()).toUTC().toString(Qt::ISODateWithMs);
 }
 
 } // namespace

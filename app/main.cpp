@@ -56,6 +56,7 @@
 #include "platform/linux/session/QtTaskQueues.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/settings/SettingsFileChanges.h"
+#include "platform/linux/settings/UserCacheFile.h"
 #include "platform/linux/windows/DesktopWindowSystem.h"
 
 #include <QApplication>
@@ -65,6 +66,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <future>
 #include <optional>
 #include <string>
 #include <utility>
@@ -129,7 +132,8 @@ std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
     const auto perform = [&gate](const quillon::RemoteControl::Request &asked) {
         asked.action == "quit" ? gate.quit() : gate.present();
     };
-    if (remote.claim({.perform = perform, .find = {}, .status = {}}) == quillon::RemoteControl::Claim::taken)
+    if (remote.claim({.perform = perform, .find = {}, .status = {}}) ==
+        quillon::RemoteControl::Claim::taken)
         return handOver(request);
     return gate.wait() ? std::nullopt : std::optional(EXIT_FAILURE);
 }
@@ -156,6 +160,9 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
     argv.push_back(nullptr);
 
     const quillon::ProgramEnd end(LONGEST_END);
+    // The index of the last run is read while the toolkit starts.
+    const quillon::UserCacheFile keptIndex(quillon::standardIndexPath());
+    auto keptTree = std::async(quillon::IndexKeeper::read, std::cref(keptIndex));
     QApplication application(argc, argv.data());
     quillon::translateApplication(application);
     QApplication::setApplicationName(QStringLiteral("quillon"));
@@ -170,7 +177,7 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
     if (const auto status = awaitSettings(request))
         return *status;
     const quillon::BoundedOutput output(fileno(stdout));
-    quillon::AppDelegate delegate;
+    quillon::AppDelegate delegate(std::move(keptTree));
     quillon::BusRemoteControl remote(delegate.backgroundQueue());
     const auto claim = remote.claim(delegate.remoteHandlers());
     if (claim == quillon::RemoteControl::Claim::taken)

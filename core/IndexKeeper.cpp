@@ -36,29 +36,36 @@ bool isStored(const PathTree &tree, PathTree::NodeId node)
 
 } // namespace
 
-bool IndexKeeper::restore(const std::vector<std::string> &settings, const std::stop_token &isReset)
+std::optional<KeptTree> IndexKeeper::read(const CacheFile &file)
 {
-    const auto bytes = file_.read();
+    const auto bytes = file.read();
     auto basis = bytes ? KeptIndex::basis(*bytes) : std::nullopt;
-    if (!basis || basis->settings != settings)
-        return false;
-    const auto tree = std::make_unique<PathTree>();
-    Marked restored;
+    if (!basis)
+        return std::nullopt;
+    KeptTree kept{.basis = std::move(*basis),
+                  .head = headOf(*bytes),
+                  .tree = std::make_unique<PathTree>(),
+                  .marks = {}};
     const auto enter = [&](PathTree::NodeId parent, const KeptIndex::Component &component) {
-        const auto node = tree->appendNew(parent, component.name, component.flags);
-        restored.marks.set(node, component.mark);
+        const auto node = kept.tree->appendNew(parent, component.name, component.flags);
+        kept.marks.set(node, component.mark);
         return node;
     };
-    if (!KeptIndex::read(*bytes, enter) || !tree->makeFindable())
+    return KeptIndex::read(*bytes, enter) ? std::optional(std::move(kept)) : std::nullopt;
+}
+
+bool IndexKeeper::restore(std::optional<KeptTree> kept, const std::vector<std::string> &settings,
+                          const std::stop_token &isReset)
+{
+    if (!kept || kept->basis.settings != settings)
         return false;
     const WritingIndex writing(index_.lock);
     if (isReset.stop_requested() || index_.tree.isHeld())
         return false;
-    index_.tree.replaceBy(*tree);
-    restored.generation = index_.tree.generation();
-    restored_ = std::move(restored);
-    restoredBasis_ = std::move(basis);
-    head_ = headOf(*bytes);
+    index_.tree.replaceBy(*kept->tree);
+    restored_ = {.marks = std::move(kept->marks), .generation = index_.tree.generation()};
+    restoredBasis_ = std::move(kept->basis);
+    head_ = std::move(kept->head);
     return true;
 }
 
@@ -67,7 +74,7 @@ bool IndexKeeper::begin(IndexBasis basis, std::int64_t now, const ExtensionSet &
     const auto restoredBasis = std::exchange(restoredBasis_, std::nullopt);
     Marked restored = std::exchange(restored_, {});
     const bool isThere = restoredBasis && restored.generation == generation();
-    const bool isSame = isThere && restoredBasis == basis;
+    const bool isSame = isThere && restoredBasis == basis && completeRestored();
     if (isThere && !isSame) {
         const WritingIndex writing(index_.lock);
         index_.tree.clear();
@@ -104,6 +111,25 @@ std::error_code IndexKeeper::keep()
     const std::error_code error = file_.write(*bytes);
     head_ = error ? std::string() : headOf(*bytes);
     return error;
+}
+
+/// Makes the table of children, which searches do without. Returns false where the tree cannot have
+/// one.
+bool IndexKeeper::completeRestored()
+{
+    std::optional<ChildTable> table;
+    std::uint64_t changes = 0;
+    {
+        const ReadingIndex reading(index_.lock);
+        table = index_.tree.childTable();
+        changes = index_.tree.changes();
+    }
+    const WritingIndex writing(index_.lock);
+    if (index_.tree.changes() != changes)
+        table = index_.tree.childTable();
+    if (table)
+        index_.tree.useTable(std::move(*table));
+    return table.has_value();
 }
 
 /// Finds the nodes that the marks in the file belong to. A folder that holds something else by now

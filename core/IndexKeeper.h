@@ -5,6 +5,7 @@
 #include "matching/PathIndex.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -15,6 +16,17 @@
 namespace quillon {
 
 class CacheFile;
+
+/// What the last run of the program has left of its index, ready to be taken over.
+struct KeptTree
+{
+    IndexBasis basis;
+    /// The first KeptIndex::HEAD_SIZE bytes of the file.
+    std::string head;
+    /// Without a table of children.
+    std::unique_ptr<PathTree> tree;
+    FolderMarks marks;
+};
 
 /// Keeps the index in a file, so that the next run of the program answers from it at once and reads
 /// only the folders that have changed since.
@@ -27,9 +39,13 @@ public:
     /// Both outlive this.
     IndexKeeper(PathIndex &index, CacheFile &file) : index_(index), file_(file) {}
 
-    /// Puts the kept index into the empty one. Returns false, and leaves the index as it is, where
-    /// none is kept for these settings, where the file is damaged, and where the index is reset.
-    bool restore(const std::vector<std::string> &settings, const std::stop_token &isReset);
+    /// Reads a whole file. Absent where it is not there or damaged. Any thread may call this.
+    static std::optional<KeptTree> read(const CacheFile &file);
+
+    /// Puts the index of the last run into the empty one. Returns false, and leaves the index as it
+    /// is, where none is kept for these settings and where the index is reset.
+    bool restore(std::optional<KeptTree> kept, const std::vector<std::string> &settings,
+                 const std::stop_token &isReset);
 
     /// A build by this basis begins, now in nanoseconds since 1970; files with these extensions are
     /// indexed. Returns true where the index is what restore() put there for the same basis: it is
@@ -52,6 +68,7 @@ private:
     };
 
     std::uint64_t generation() const;
+    bool completeRestored();
     FolderMarks keptMarks();
     /// Returns the beginning of a file, which is the same for the same content alone.
     static std::string headOf(std::string_view bytes);

@@ -34,6 +34,7 @@ class SearchBaseFinder;
 class SearchBaseLogger;
 class TaskQueue;
 struct CrawlResult;
+struct KeptTree;
 
 inline std::int64_t nanosecondsSince1970()
 {
@@ -67,6 +68,9 @@ public:
         std::function<void(const std::string &path)> onReport = nullptr;
         /// The index is kept here between two runs of the program; null where it is not.
         CacheFile *keptIndex = nullptr;
+        /// Returns what has been read of that file ahead of time. Null, it is read when it is
+        /// wanted.
+        std::function<std::optional<KeptTree>()> keptTree = nullptr;
         /// Nanoseconds since 1970, as the file systems of this machine count them.
         std::function<std::int64_t()> wallClock = nanosecondsSince1970;
         /// The time between a change of the index and the next writing of that file.

@@ -167,7 +167,8 @@ bool SearchBase::restore()
     const MutexLock changing(changing_);
     const auto settings = SearchLocations::withoutFolders(searchBaseFinder_)
                               .settings(searchBaseFinder_.bookmarks.load());
-    return indexKeeper_->restore(settings, untilAnew());
+    auto kept = services_.keptTree ? services_.keptTree() : IndexKeeper::read(*services_.keptIndex);
+    return indexKeeper_->restore(std::move(kept), settings, untilAnew());
 }
 
 /// Returns whether the index is that of the last run and is to be compared with the disk.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace quillon {
 
@@ -49,6 +50,7 @@ void PathTree::clear()
     chunks_.clear();
     names_.clear();
     children_.clear();
+    hasTable_ = true;
     trail_ = {};
     counts_ = {};
     dead_ = 0;
@@ -109,18 +111,20 @@ PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
     if (present != NONE)
         return present;
     const NodeId id = makeChild(parent, name);
-    children_.insert(hash, id);
+    if (hasTable_)
+        children_.insert(hash, id);
     return id;
 }
 
 PathTree::NodeId PathTree::appendNew(NodeId parent, std::string_view name, Flags flags)
 {
+    hasTable_ = false;
     const NodeId id = makeChild(parent, name);
     keep(id, flags);
     return id;
 }
 
-bool PathTree::makeFindable()
+std::optional<ChildTable> PathTree::childTable() const
 {
     // The table is filled from one end to the other, so that each part of it is in the caches of
     // the processor while it is filled.
@@ -143,17 +147,23 @@ bool PathTree::makeFindable()
     for (NodeId id = 1; id < used_; ++id)
         entries[ends[partOf(hashes[id])]++] = {hashes[id], id};
 
-    children_.clear();
+    ChildTable table;
     for (const Entry &entry : entries) {
         const auto isSame = [&](NodeId other) {
             const Node &child = node(entry.id);
             return node(other).parent == child.parent && name(node(other)) == name(child);
         };
-        if (children_.find(entry.hash, isSame) != NONE)
-            return false;
-        children_.insert(entry.hash, entry.id);
+        if (table.find(entry.hash, isSame) != NONE)
+            return std::nullopt;
+        table.insert(entry.hash, entry.id);
     }
-    return true;
+    return table;
+}
+
+void PathTree::useTable(ChildTable &&table)
+{
+    children_ = std::move(table);
+    hasTable_ = true;
 }
 
 PathTree::NodeId PathTree::makeChild(NodeId parent, std::string_view name)
@@ -275,10 +285,15 @@ PathTree::NodeId PathTree::findChild(NodeId parent, std::string_view name) const
 
 PathTree::NodeId PathTree::findChild(std::uint64_t hash, NodeId parent, std::string_view name) const
 {
-    return children_.find(hash, [&](NodeId id) {
-        const Node &candidate = node(id);
-        return candidate.parent == parent && this->name(candidate) == name;
-    });
+    if (hasTable_)
+        return children_.find(hash, [&](NodeId id) {
+            const Node &candidate = node(id);
+            return candidate.parent == parent && this->name(candidate) == name;
+        });
+    NodeId id = node(parent).firstChild;
+    while (id != NONE && this->name(node(id)) != name)
+        id = node(id).nextSibling;
+    return id;
 }
 
 void PathTree::addFlags(NodeId id, Flags flags)
@@ -380,7 +395,8 @@ void PathTree::removeDeadChildren(NodeId parent)
                 mutableNode(parent).firstChild = next;
             else
                 setNextSibling(kept, next);
-            children_.erase(hashOf(id), id);
+            if (hasTable_)
+                children_.erase(hashOf(id), id);
             givenUp_.push_back(id);
             --dead_;
         }

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,13 +78,14 @@ public:
     /// Does what insert() does for the parent's text, a slash (none below ROOT) and the name, which
     /// holds no slash.
     NodeId insertChild(NodeId parent, std::string_view name, Flags flags);
-    /// Adds a child that is not there yet, in a tree that is filled at one go. It cannot be found
-    /// before makeFindable() is called.
+    /// Adds a child that is not there yet, in a tree that is filled at one go. From then on looking
+    /// for a child takes the longer, the more siblings there are, until useTable() is called.
     NodeId appendNew(NodeId parent, std::string_view name, Flags flags);
-    /// Makes every child findable that appendNew() has added, several times as quick as one by one.
-    /// Returns false where a parent has two children of one name: the tree is good for nothing
-    /// then.
-    bool makeFindable();
+    /// Returns a table of all children, made several times as quick as one by one. Absent where a
+    /// parent has two children of one name: the tree is good for nothing then.
+    std::optional<ChildTable> childTable() const;
+    /// Takes the table of the tree as it is now.
+    void useTable(ChildTable &&table);
     /// Returns NONE where the tree has no such node. A node may be there without any flag.
     NodeId find(std::string_view text) const;
     NodeId findChild(NodeId parent, std::string_view name) const;
@@ -214,6 +216,8 @@ private:
     NodeId used_ = 0;
     NameArena names_;
     ChildTable children_;
+    /// The table above has every child.
+    bool hasTable_ = true;
     Trail trail_;
     std::array<std::size_t, 8> counts_{};
     std::size_t dead_ = 0;

@@ -88,6 +88,7 @@ void PathTree::replaceBy(PathTree &other)
     std::swap(used_, other.used_);
     std::swap(names_, other.names_);
     std::swap(children_, other.children_);
+    std::swap(hasTable_, other.hasTable_);
     std::swap(trail_, other.trail_);
     std::swap(counts_, other.counts_);
     std::swap(dead_, other.dead_);

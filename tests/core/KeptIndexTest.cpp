@@ -80,7 +80,7 @@ bool readInto(PathTree &tree, FolderMarks &marks, std::string_view bytes)
         marks.set(node, component.mark);
         return node;
     };
-    return KeptIndex::read(bytes, enter) && tree.makeFindable();
+    return KeptIndex::read(bytes, enter) && tree.childTable().has_value();
 }
 
 } // namespace

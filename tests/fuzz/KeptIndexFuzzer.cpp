@@ -20,7 +20,7 @@ bool fill(PathTree &tree, FolderMarks &marks, std::string_view bytes)
         marks.set(node, component.mark);
         return node;
     };
-    return KeptIndex::read(bytes, enter) && tree.makeFindable();
+    return KeptIndex::read(bytes, enter) && tree.childTable().has_value();
 }
 
 /// Puts a head before the content that says that nothing is damaged.

@@ -45,14 +45,21 @@ TEST(PathTree, canBeFilledAtOneGo)
     std::vector<PathTree::NodeId> nodes{PathTree::ROOT};
     for (unsigned i = 0; i < 3000; ++i)
         nodes.push_back(tree.appendNew(nodes[i / 3], std::to_string(i % 3), PathTree::CANDIDATE));
-    ASSERT_TRUE(tree.makeFindable());
-    for (const PathTree::NodeId node : nodes)
-        EXPECT_TRUE(node == PathTree::ROOT || tree.find(tree.text(node)) == node);
+    const auto expectAllFound = [&] {
+        for (const PathTree::NodeId node : nodes)
+            EXPECT_TRUE(node == PathTree::ROOT || tree.find(tree.text(node)) == node);
+        EXPECT_EQ(tree.find("7"), PathTree::NONE);
+    };
+    expectAllFound();
+    auto table = tree.childTable();
+    ASSERT_TRUE(table);
+    tree.useTable(std::move(*table));
+    expectAllFound();
     EXPECT_EQ(tree.insert(tree.text(nodes.back()), 0), nodes.back()) << "it is there";
     const PathTree::NodeId added = tree.insert("new", PathTree::CANDIDATE);
     EXPECT_EQ(tree.find("new"), added);
     tree.appendNew(nodes[7], "1", 0);
-    EXPECT_FALSE(tree.makeFindable()) << "two children of one name";
+    EXPECT_FALSE(tree.childTable()) << "two children of one name";
 }
 
 TEST(PathTree, givesEveryTextBackByteForByte)
