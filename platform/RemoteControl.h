@@ -39,8 +39,8 @@ public:
         /// This is called on background threads, several at a time. An absent answer means that the
         /// caller has to search on its own.
         std::function<RemoteAnswer(const RemoteQuery &query)> find;
-        /// This is called on background threads. Returns what the program knows of itself, as a JSON
-        /// object.
+        /// This is called on background threads. Returns what the program knows of itself, as a
+        /// JSON object.
         std::function<std::string()> status;
     };
 
