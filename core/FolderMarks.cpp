@@ -61,12 +61,15 @@ void CrawlMarks::listed(PathTree::NodeId folder, const FolderStamp &stamp)
 
 void CrawlMarks::takeKinds(std::span<const CrawlSink::Entry> entries)
 {
-    for (const CrawlSink::Entry &entry : entries) {
-        if (!files_.holdsExtensionOf(entry.name))
-            continue;
-        const MutexLock lock(mutex_);
-        taken_.set(entry.token, entry.isFolder ? FolderMarks::FOLDER : FolderMarks::NO_FOLDER);
-    }
+    const auto isTelling = [this](const CrawlSink::Entry &entry) {
+        return files_.holdsExtensionOf(entry.name);
+    };
+    auto entry = std::ranges::find_if(entries, isTelling);
+    if (entry == entries.end())
+        return;
+    const MutexLock lock(mutex_);
+    for (; entry != entries.end(); entry = std::find_if(entry + 1, entries.end(), isTelling))
+        taken_.set(entry->token, entry->isFolder ? FolderMarks::FOLDER : FolderMarks::NO_FOLDER);
 }
 
 FolderMarks CrawlMarks::take()

@@ -4,6 +4,13 @@
 
 namespace quillon {
 
+namespace {
+
+/// A crawl that has found at least one node in so many ids has their kinds in a table by id.
+constexpr std::size_t MOST_IDS_A_NODE = 16;
+
+} // namespace
+
 FoundNodes::FoundNodes(SearchBasePaths &paths, std::stop_token isReset, CrawlMarks *marks)
     : paths_(paths), isReset_(std::move(isReset)), marks_(marks)
 {}
@@ -21,8 +28,13 @@ void FoundNodes::add(Token parent, std::span<Entry> entries)
 {
     while (!entries.empty()) {
         const std::span<Entry> some = takeSlice(entries);
+        const auto isAnyMissing = [some] {
+            return std::ranges::find(some, PathTree::NONE, &Entry::token) != some.end();
+        };
         // Most entries are in the index already, and looking them up keeps no search out.
-        if (!lookUp(parent, some) || !makeMissing(parent, some))
+        if (isAnyMissing() && !lookUp(parent, some))
+            return;
+        if (isAnyMissing() && !makeMissing(parent, some))
             return;
         if (marks_ != nullptr)
             marks_->takeKinds(some);
@@ -48,7 +60,7 @@ bool FoundNodes::knows(Token folder, const FolderStamp &stamp, const ReceiveEntr
         const auto isFolder = marks_->isFolder(id, tree.name(node));
         if (!isFolder)
             return false;
-        receive({.name = tree.name(node), .isFolder = *isFolder});
+        receive({.name = tree.name(node), .isFolder = *isFolder, .token = id});
     }
     return true;
 }
@@ -65,14 +77,13 @@ bool FoundNodes::lookUp(Token parent, std::span<Entry> entries)
     if (isReset_.stop_requested())
         return false;
     for (Entry &entry : entries)
-        entry.token = paths_.tree().findChild(parent, entry.name);
+        if (entry.token == PathTree::NONE)
+            entry.token = paths_.tree().findChild(parent, entry.name);
     return true;
 }
 
 bool FoundNodes::makeMissing(Token parent, std::span<Entry> entries)
 {
-    if (std::ranges::find(entries, PathTree::NONE, &Entry::token) == entries.end())
-        return true;
     const WritingIndex writing(paths_.lock());
     if (isReset_.stop_requested())
         return false;
@@ -84,11 +95,25 @@ bool FoundNodes::makeMissing(Token parent, std::span<Entry> entries)
 
 void FoundNodes::sort()
 {
-    std::ranges::sort(nodes_);
+    const std::size_t ids = [this] {
+        const ReadingIndex reading(paths_.lock());
+        return paths_.tree().ids();
+    }();
+    if (nodes_.size() < ids / MOST_IDS_A_NODE) {
+        std::ranges::sort(nodes_);
+        return;
+    }
+    kinds_.resize(ids);
+    for (const auto &[node, isFolder] : nodes_)
+        if (node < ids && kinds_[node] != Kind::file)
+            kinds_[node] = isFolder ? Kind::folder : Kind::file;
+    nodes_ = {};
 }
 
 FoundNodes::Kind FoundNodes::kind(PathTree::NodeId node) const
 {
+    if (!kinds_.empty())
+        return node < kinds_.size() ? kinds_[node] : Kind::notFound;
     const auto found = std::ranges::lower_bound(nodes_, std::pair(node, false));
     if (found == nodes_.end() || found->first != node)
         return Kind::notFound;

@@ -5,6 +5,7 @@
 #include "core/SearchBasePaths.h"
 #include "indexing/CrawlSink.h"
 
+#include <cstdint>
 #include <span>
 #include <stop_token>
 #include <string>
@@ -20,7 +21,7 @@ namespace quillon {
 class FoundNodes final : public CrawlSink
 {
 public:
-    enum class Kind
+    enum class Kind : std::uint8_t
     {
         notFound,
         file,
@@ -54,6 +55,8 @@ private:
     Mutex mutex_;
     /// Each node comes with true where it is a folder.
     std::vector<std::pair<PathTree::NodeId, bool>> nodes_;
+    /// The kinds by id, where the crawl has found many nodes; else empty.
+    std::vector<Kind> kinds_;
 };
 
 } // namespace quillon

@@ -22,7 +22,7 @@ public:
     {
         std::string_view name;
         bool isFolder = false;
-        /// It is set by add().
+        /// Zero until add() sets it, unless knows() has given it.
         Token token = 0;
     };
 
@@ -40,7 +40,7 @@ public:
 
     /// Returns true where the crawl has to take the stamps of folders for the calls below.
     virtual bool wantsStamps() const { return false; }
-    using ReceiveEntry = std::function<void(const FolderEntry &entry)>;
+    using ReceiveEntry = std::function<void(const Entry &entry)>;
     /// It is called before a folder is read, with the folder's stamp. Returns true after it has
     /// handed everything that the folder holds to receive, as far as it concerns the crawl. Returns
     /// false where the folder has to be read; what was received then counts for nothing.

@@ -189,7 +189,7 @@ bool CrawlWorker::isKnown(const CrawlItem &item)
 {
     names_.clear();
     kept_.clear();
-    const auto receive = [&](const FolderEntry &entry) { keep(entry, item); };
+    const auto receive = [&](const CrawlSink::Entry &entry) { keep(entry, item); };
     return stamp_.isKnown() && team_.task().sink.knows(item.token, stamp_, receive);
 }
 
@@ -259,7 +259,7 @@ bool CrawlWorker::readEntries(OpenFolder &folder, const CrawlItem &item, std::er
         if (!more)
             return true;
         for (const FolderEntry &entry : batch_.entries)
-            keep(entry, item);
+            keep({.name = entry.name, .isFolder = entry.isFolder}, item);
     }
 }
 
@@ -283,12 +283,12 @@ bool CrawlWorker::lookAtNames(const OpenFolder &folder, const CrawlItem &item)
         team_.setKind(
             i, counts || kind == FolderLister::Kind::unknown ? kind : FolderLister::Kind::nothing);
         if (counts)
-            store({name, isFolder}, state);
+            store({.name = name, .isFolder = isFolder}, state);
     }
     return true;
 }
 
-void CrawlWorker::keep(const FolderEntry &entry, const CrawlItem &item)
+void CrawlWorker::keep(const CrawlSink::Entry &entry, const CrawlItem &item)
 {
     if (isHiddenName(entry.name))
         return;
@@ -305,9 +305,9 @@ void CrawlWorker::keep(const FolderEntry &entry, const CrawlItem &item)
     store(entry, state);
 }
 
-void CrawlWorker::store(const FolderEntry &entry, SkipRules::State state)
+void CrawlWorker::store(const CrawlSink::Entry &entry, SkipRules::State state)
 {
-    kept_.push_back({names_.size(), entry.name.size(), state, entry.isFolder});
+    kept_.push_back({names_.size(), entry.name.size(), state, entry.isFolder, entry.token});
     names_ += entry.name;
 }
 
@@ -320,8 +320,9 @@ bool CrawlWorker::handOver(const CrawlItem &item)
     const std::string_view names = names_;
     for (const Kept &kept : kept_) {
         ++(kept.isFolder ? counts_.folders : counts_.files);
-        entries_.push_back(
-            {.name = names.substr(kept.nameOffset, kept.nameSize), .isFolder = kept.isFolder});
+        entries_.push_back({.name = names.substr(kept.nameOffset, kept.nameSize),
+                            .isFolder = kept.isFolder,
+                            .token = kept.token});
     }
     team_.task().sink.add(item.token, entries_);
     children_.clear();

@@ -75,6 +75,7 @@ private:
         std::size_t nameSize = 0;
         SkipRules::State state;
         bool isFolder = false;
+        CrawlSink::Token token = 0;
     };
 
     /// Runs a call into the file system. False when the worker was given up meanwhile, or when the
@@ -97,8 +98,8 @@ private:
 
     bool lookAtNames(const OpenFolder &folder, const CrawlItem &item);
 
-    void keep(const FolderEntry &entry, const CrawlItem &item);
-    void store(const FolderEntry &entry, SkipRules::State state);
+    void keep(const CrawlSink::Entry &entry, const CrawlItem &item);
+    void store(const CrawlSink::Entry &entry, SkipRules::State state);
     bool handOver(const CrawlItem &item);
     void goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder) EXCLUDES(mutex_);
     void report(const CrawlItem &item, const std::error_code &error, bool isOpen);

@@ -253,6 +253,21 @@ TEST_F(KeptSearchBaseTest, beginsAnewWhereFoldersAreAway)
     EXPECT_THAT(base_->searchBase.awayFolders(), ElementsAre(included_.back()));
 }
 
+TEST_F(KeptSearchBaseTest, beginsAnewFromATreeThatNoDiskHas)
+{
+    readByNextRun();
+    PathIndex twins;
+    {
+        const WritingIndex writing(twins.lock);
+        const auto usr = twins.tree.insert("/usr", PathTree::STORED);
+        for (int i = 0; i < 2; ++i)
+            twins.tree.appendNew(usr, "bin", PathTree::STORED);
+    }
+    file_.bytes = KeptIndex::write(twins, KeptIndex::basis(*file_.bytes).value(), {}, {});
+    EXPECT_EQ(readByNextRun(), folders_);
+    EXPECT_EQ(paths(), folders_);
+}
+
 TEST_F(KeptSearchBaseTest, isWrittenAgainSomeTimeAfterAChange)
 {
     isWatched_ = true;
