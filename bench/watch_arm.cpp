@@ -30,7 +30,7 @@ public:
     void add(Token, std::span<Entry>) override {}
 };
 
-class EnterAll final : public FSEventItemTest
+class EnterAll final : public WatchFilter
 {
 public:
     Folder folder(std::string_view) const override { return Folder::entered; }
@@ -49,11 +49,11 @@ double secondsSince(std::chrono::steady_clock::time_point begin)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-void crawl(const std::string &folder, const std::shared_ptr<FSEventArming> &arming, Times &times)
+void crawl(const std::string &folder, const std::shared_ptr<CrawlRecord> &record, Times &times)
 {
     PosixFolderLister lister;
     NoSink sink;
-    Crawler crawler(lister, std::make_shared<const SkipRules>(), {}, arming);
+    Crawler crawler(lister, std::make_shared<const SkipRules>(), {}, record);
     const auto begin = std::chrono::steady_clock::now();
     const std::clock_t processorBegin = std::clock();
     crawler.crawl(folder, {"txt"}, sink);
@@ -84,10 +84,10 @@ double median(std::vector<double> times)
     return times[times.size() / 2];
 }
 
-void print(const char *what, const std::vector<double> &alone, const std::vector<double> &armed)
+void print(const char *what, const std::vector<double> &alone, const std::vector<double> &recorded)
 {
-    std::printf("%s: crawl %.3f s, armed %.3f s, ratio %.2f\n", what, median(alone), median(armed),
-                median(armed) / median(alone));
+    std::printf("%s: crawl %.3f s, recorded %.3f s, ratio %.2f\n", what, median(alone),
+                median(recorded), median(recorded) / median(alone));
 }
 
 } // namespace
@@ -99,13 +99,13 @@ int main(int argc, char **argv)
         return 2;
     }
     Times alone;
-    Times armed;
+    Times recorded;
     std::vector<double> watching;
     SerialTaskQueue queue("watch-arm");
     for (int i = 0; i < ROUNDS; ++i) {
         crawl(argv[1], nullptr, alone);
         auto notes = std::make_shared<CrawlNotes>(wallClockOf({})());
-        crawl(argv[1], notes, armed);
+        crawl(argv[1], notes, recorded);
         const auto begin = std::chrono::steady_clock::now();
         auto watcher = makeWatcher(argv[1], *notes, queue);
         if (!watcher->start())
@@ -123,8 +123,8 @@ int main(int argc, char **argv)
         while (!ending.expired())
             std::this_thread::yield();
     }
-    print("wall", alone.wall, armed.wall);
-    print("processor", alone.processor, armed.processor);
+    print("wall", alone.wall, recorded.wall);
+    print("processor", alone.processor, recorded.processor);
     std::printf("watched %.3f s later\n", median(watching));
     return 0;
 }

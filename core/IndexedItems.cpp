@@ -15,7 +15,7 @@ IndexedItems::IndexedItems(const SearchBasePaths &paths, std::shared_ptr<const S
       paths_(&paths)
 {}
 
-FSEventItemTest::Folder IndexedItems::folder(std::string_view path) const
+WatchFilter::Folder IndexedItems::folder(std::string_view path) const
 {
     const std::string_view name = lastComponent(path);
     if (!std::ranges::binary_search(roots_, path, std::less<>())) {

@@ -16,7 +16,7 @@ namespace quillon {
 /// What one build would index, as the event service asks for it.
 ///
 /// The service may ask a little longer than the index lives; close() tells it the end.
-class IndexedItems final : public FSEventItemTest
+class IndexedItems final : public WatchFilter
 {
 public:
     /// The include folders are sorted.

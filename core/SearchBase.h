@@ -156,7 +156,7 @@ private:
         const Progress &progress;
         std::stop_token isReset;
         std::stop_token stop;
-        std::shared_ptr<FSEventArming> arming;
+        std::shared_ptr<CrawlRecord> record;
     };
 
     /// Ends what is under way. Returns what ends with the next call.
@@ -167,7 +167,7 @@ private:
     /// Reads what is to be indexed, for everything until the next build.
     std::shared_ptr<const SearchLocations> takeLocations() EXCLUDES(watching_);
     /// The result is empty when nobody reports changes.
-    Watched beginArming(const SearchLocations &locations) EXCLUDES(watching_);
+    Watched beginRecord(const SearchLocations &locations) EXCLUDES(watching_);
     void endBuild(Watched watched, const SearchLocations &locations, const std::stop_token &stop)
         EXCLUDES(watching_);
     void stopWatching() REQUIRES(watching_);

@@ -29,11 +29,11 @@ std::vector<std::string> pathsOf(const std::vector<SearchLocations::Missing> &mi
 
 } // namespace
 
-/// Holds what a crawl arms on behalf of a watch that is to come.
+/// Holds what a crawl records for the watch that is to come.
 struct SearchBase::Watched
 {
-    std::shared_ptr<const FSEventItemTest> items;
-    std::shared_ptr<FSEventArming> arming;
+    std::shared_ptr<const WatchFilter> items;
+    std::shared_ptr<CrawlRecord> record;
 };
 
 void SearchBase::build(const Progress &progress, const std::stop_token &stop)
@@ -48,8 +48,8 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
         starting += folder;
     progress(starting);
 
-    Watched watched = beginArming(*locations);
-    const Building building{*locations, progress, isReset, end.token(), watched.arming};
+    Watched watched = beginRecord(*locations);
+    const Building building{*locations, progress, isReset, end.token(), watched.record};
     for (const std::string &root : locations->folders) {
         progress("Scanning " + root);
         if (isCompared)
@@ -96,7 +96,7 @@ std::shared_ptr<const SearchLocations> SearchBase::takeLocations()
     return locations_ = std::move(locations);
 }
 
-SearchBase::Watched SearchBase::beginArming(const SearchLocations &locations)
+SearchBase::Watched SearchBase::beginRecord(const SearchLocations &locations)
 {
     if (!searchBaseWatcher_)
         return {};
@@ -109,13 +109,13 @@ SearchBase::Watched SearchBase::beginArming(const SearchLocations &locations)
             items_->close();
         items_ = items;
     }
-    return {.items = items, .arming = searchBaseWatcher_->beginArming()};
+    return {.items = items, .record = searchBaseWatcher_->beginRecord()};
 }
 
 void SearchBase::crawlIntoIndex(const std::string &root, const Building &building)
 {
     IndexSink sink(searchBasePaths_, building.isReset, marks());
-    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.arming);
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.record);
     const CrawlResult result = crawler.crawl(root, building.locations.extensions(), sink,
                                              building.progress, building.stop);
     if (!building.stop.stop_requested() && result.outcome == CrawlResult::Outcome::packageOrMissing)
@@ -127,7 +127,7 @@ void SearchBase::compareWithDisk(const std::string &root, const Building &buildi
     const HeldNodes held(searchBaseMatcher_.index());
     IndexUpdate update(searchBasePaths_, updateTerms(building.locations, building.isReset, marks()),
                        {.path = root});
-    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.arming);
+    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.record);
     if (update.isFolder())
         update.crawled(crawler.crawl(root, building.locations.extensions(), update.found(),
                                      building.progress, building.stop));
@@ -145,7 +145,7 @@ void SearchBase::endBuild(Watched watched, const SearchLocations &locations,
     // Missing folders are watched too, for the time when they come.
     if (searchBaseWatcher_)
         searchBaseWatcher_->startWatching(locations.roots(), std::move(watched.items),
-                                          std::move(watched.arming));
+                                          std::move(watched.record));
 }
 
 void SearchBase::stopWatching()

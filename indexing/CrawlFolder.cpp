@@ -2,9 +2,9 @@
 
 namespace quillon {
 
-CrawlFolder::Ref CrawlFolder::make(Ref parent, std::string_view name, FSEventArming::Folder armed)
+CrawlFolder::Ref CrawlFolder::make(Ref parent, std::string_view name, CrawlRecord::Folder recorded)
 {
-    return Ref(new CrawlFolder(std::move(parent), name, armed)); // owned by its references
+    return Ref(new CrawlFolder(std::move(parent), name, recorded)); // owned by its references
 }
 
 void CrawlFolder::Ref::release(CrawlFolder *folder)

@@ -47,22 +47,22 @@ public:
     };
 
     /// The name of a root, which is below nothing, is its path; that of "/" is empty.
-    static Ref make(Ref parent, std::string_view name, FSEventArming::Folder armed = 0);
+    static Ref make(Ref parent, std::string_view name, CrawlRecord::Folder recorded = 0);
 
     const Ref &parent() const { return parent_; }
     const std::string &name() const { return name_; }
     /// What watches it calls it; means nothing in a crawl that is not watched.
-    FSEventArming::Folder armed() const { return armed_; }
+    CrawlRecord::Folder recorded() const { return recorded_; }
     /// What stands before "/" in the paths of whatever is in the folder; empty for "/".
     std::string path() const;
 
 private:
-    CrawlFolder(Ref parent, std::string_view name, FSEventArming::Folder armed)
-        : armed_(armed), parent_(std::move(parent)), name_(name)
+    CrawlFolder(Ref parent, std::string_view name, CrawlRecord::Folder recorded)
+        : recorded_(recorded), parent_(std::move(parent)), name_(name)
     {}
 
     std::atomic<std::uint32_t> references_ = 0;
-    FSEventArming::Folder armed_;
+    CrawlRecord::Folder recorded_;
     Ref parent_;
     std::string name_;
 };

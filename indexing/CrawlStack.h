@@ -25,8 +25,8 @@ struct CrawlItem
     std::string name;
     CrawlSink::Token token = 0;
     SkipRules::State state;
-    /// What CrawlFolder::armed() returns, once the folder has been opened.
-    FSEventArming::Folder armed = 0;
+    /// What CrawlFolder::recorded() returns, once the folder has been opened.
+    CrawlRecord::Folder recorded = 0;
 
     /// The folder's own path, "" for "/".
     std::string path() const;

@@ -37,7 +37,7 @@ public:
         /// The names in the root that are crawled; absent when all are.
         std::optional<std::vector<std::string>> names;
         /// Null when nobody watches.
-        std::shared_ptr<FSEventArming> arming;
+        std::shared_ptr<CrawlRecord> record;
         bool reportsProgress = false;
     };
 

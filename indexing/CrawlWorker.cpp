@@ -83,7 +83,7 @@ bool CrawlWorker::take(CrawlItem &item)
         return false;
     parent_ = item.parent;
     name_ = item.name;
-    armed_.reset();
+    recorded_.reset();
     return true;
 }
 
@@ -97,8 +97,9 @@ bool CrawlWorker::visitRoot()
                                                   : FolderLister::Wanted::everything;
     if (!inCall([&] { folder = task.folderLister.open(task.rootPath, wanted, error); }))
         return false;
-    if (!takeStamp(folder.get()) ||
-        !armBy(root, [&](FSEventArming &arming) { return arming.armRoot(task.rootPath, stamp_); }))
+    if (!takeStamp(folder.get()) || !recordBy(root, [&](CrawlRecord &record) {
+            return record.enteredRoot(task.rootPath, stamp_);
+        }))
         return false;
     if (!folder) {
         if (error) {
@@ -138,7 +139,7 @@ bool CrawlWorker::visit(CrawlItem &item)
     }
     // A chain of folders keeps no folder open but the one it has reached.
     item.parentHandle.reset();
-    if (!takeStamp(folder.get()) || !arm(item))
+    if (!takeStamp(folder.get()) || !recordEntered(item))
         return false;
     if (folder && !readEntries(*folder, item, error))
         return false;
@@ -155,23 +156,23 @@ bool CrawlWorker::visit(CrawlItem &item)
 }
 
 template <typename Call>
-bool CrawlWorker::armBy(CrawlItem &item, const Call &call)
+bool CrawlWorker::recordBy(CrawlItem &item, const Call &call)
 {
-    FSEventArming *arming = team_.task().arming.get();
-    if (arming == nullptr)
+    CrawlRecord *record = team_.task().record.get();
+    if (record == nullptr)
         return true;
-    if (!inCall([&] { item.armed = call(*arming); }))
+    if (!inCall([&] { item.recorded = call(*record); }))
         return false;
     const MutexLock lock(mutex_);
-    armed_ = item.armed;
+    recorded_ = item.recorded;
     return true;
 }
 
 /// What happens in the folder from now on will be told: it is listed only afterwards.
-bool CrawlWorker::arm(CrawlItem &item)
+bool CrawlWorker::recordEntered(CrawlItem &item)
 {
-    return armBy(item, [&](FSEventArming &arming) {
-        return arming.arm(item.parent->armed(), item.name, stamp_);
+    return recordBy(item, [&](CrawlRecord &record) {
+        return record.entered(item.parent->recorded(), item.name, stamp_);
     });
 }
 
@@ -179,7 +180,7 @@ bool CrawlWorker::takeStamp(const OpenFolder *folder)
 {
     stamp_ = {};
     const CrawlTeam::Task &task = team_.task();
-    if (folder == nullptr || (!task.arming && !task.sink.wantsStamps()))
+    if (folder == nullptr || (!task.record && !task.sink.wantsStamps()))
         return true;
     return inCall([&] { stamp_ = folder->stamp(); });
 }
@@ -196,13 +197,13 @@ bool CrawlWorker::isKnown(const CrawlItem &item)
 void CrawlWorker::giveUpListing()
 {
     const MutexLock lock(mutex_);
-    FSEventArming *arming = team_.task().arming.get();
-    if (arming == nullptr)
+    CrawlRecord *record = team_.task().record.get();
+    if (record == nullptr)
         return;
-    if (armed_)
-        arming->notListed(*armed_);
+    if (recorded_)
+        record->notListed(*recorded_);
     else if (parent_)
-        arming->notEntered(parent_->armed(), name_);
+        record->notEntered(parent_->recorded(), name_);
 }
 
 void CrawlWorker::setMaxOpen(std::size_t count)
@@ -333,14 +334,14 @@ bool CrawlWorker::handOver(const CrawlItem &item)
         else
             items += itemHash(entries_[i].name);
     }
-    if (team_.task().arming && items != 0)
-        team_.task().arming->listed(item.armed, items);
+    if (team_.task().record && items != 0)
+        team_.task().record->listed(item.recorded, items);
     return !children_.empty();
 }
 
 void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder)
 {
-    CrawlFolder::Ref below = CrawlFolder::make(item.parent, item.name, item.armed);
+    CrawlFolder::Ref below = CrawlFolder::make(item.parent, item.name, item.recorded);
     bool canShare = false;
     {
         const MutexLock lock(mutex_);

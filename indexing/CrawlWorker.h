@@ -88,8 +88,8 @@ private:
     bool visitRoot();
     bool visit(CrawlItem &item);
     template <typename Call>
-    bool armBy(CrawlItem &item, const Call &call) EXCLUDES(mutex_);
-    bool arm(CrawlItem &item) EXCLUDES(mutex_);
+    bool recordBy(CrawlItem &item, const Call &call) EXCLUDES(mutex_);
+    bool recordEntered(CrawlItem &item) EXCLUDES(mutex_);
     bool openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder, std::error_code &error);
     bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
     bool takeStamp(const OpenFolder *folder);
@@ -114,8 +114,8 @@ private:
     /// What is being visited.
     CrawlFolder::Ref parent_ GUARDED_BY(mutex_);
     std::string name_ GUARDED_BY(mutex_);
-    /// What watches it; absent as long as it is not armed.
-    std::optional<FSEventArming::Folder> armed_ GUARDED_BY(mutex_);
+    /// The record's number for the folder it is busy with; absent before there is one.
+    std::optional<CrawlRecord::Folder> recorded_ GUARDED_BY(mutex_);
 
     /// The stamp of the folder being visited, from before it is read. Unknown where nobody wants
     /// it.

@@ -14,7 +14,7 @@
 // again when they are needed. A path exists as text only where a message or a rule asks for it: a
 // folder is its name and the folder above (CrawlFolder).
 //
-// Whoever watches the folders (FSEventArming) is told of each by the worker that is about to open
+// Whoever watches the folders (CrawlRecord) is told of each by the worker that is about to open
 // it, under the name that it gave the folder above: what changes after the listing is seen.
 //
 // The thread that crawls looks after the workers and passes on their messages (CrawlTeam). Any call
@@ -25,11 +25,11 @@
 namespace quillon {
 
 Crawler::Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
-                 CrawlOptions options, std::shared_ptr<FSEventArming> arming)
+                 CrawlOptions options, std::shared_ptr<CrawlRecord> record)
     : folderLister_(folderLister),
       rules_(std::move(rules)),
       options_(options),
-      arming_(std::move(arming))
+      record_(std::move(record))
 {}
 
 CrawlResult Crawler::crawl(const std::string &root, const std::set<std::string> &includedExtensions,
@@ -68,7 +68,7 @@ CrawlResult Crawler::crawlFrom(const std::string &path,
                                                     .rootPath = path,
                                                     .root = std::move(item),
                                                     .names = std::move(names),
-                                                    .arming = arming_,
+                                                    .record = record_,
                                                     .reportsProgress = progress != nullptr},
                                     options_);
     return team->run(progress, stop);

@@ -17,7 +17,7 @@
 
 namespace quillon {
 
-class FSEventArming;
+class CrawlRecord;
 
 /// How the crawl of one root went.
 struct CrawlResult
@@ -75,9 +75,9 @@ public:
     using Progress = std::function<void(const std::string &line)>;
 
     /// The rules hold for the life of the crawler. The lister outlives it and also the calls that a
-    /// crawl no longer waits for. Arming, if any, is told of each folder before it is listed.
+    /// crawl no longer waits for. The record, if any, is told of each folder before it is listed.
     Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
-            CrawlOptions options = {}, std::shared_ptr<FSEventArming> arming = nullptr);
+            CrawlOptions options = {}, std::shared_ptr<CrawlRecord> record = nullptr);
 
     /// Crawls the folder at the absolute path and returns when that is done or stop was requested.
     /// Folders are handed to the sink, and files whose extension (the text after the last dot of
@@ -100,7 +100,7 @@ private:
     FolderLister &folderLister_;
     std::shared_ptr<const SkipRules> rules_;
     CrawlOptions options_;
-    std::shared_ptr<FSEventArming> arming_;
+    std::shared_ptr<CrawlRecord> record_;
 };
 
 } // namespace quillon

@@ -17,7 +17,7 @@ RillFSEventStream::Made RillFSEventStream::make(FSEventStreamService &service, T
                         .latency = terms.latency,
                         .flags = terms.flags.rawValue | RillFSEventsCreateFlags::USE_CF_TYPES,
                         .items = std::move(terms.items),
-                        .armed = std::move(terms.armed)});
+                        .recorded = std::move(terms.recorded)});
     if (!stream->rawref_)
         return RillFSEventsError{.code = RillFSEventsErrorCode::cannotCreateStream, .message = {}};
     return stream;

@@ -30,9 +30,9 @@ public:
         double latency = 0;
         RillFSEventsCreateFlags flags;
         Handler handler;
-        std::shared_ptr<const FSEventItemTest> items;
-        /// What a crawl of these paths has armed; null when there was none.
-        std::shared_ptr<FSEventArming> armed;
+        std::shared_ptr<const WatchFilter> items;
+        /// What a crawl of these paths has recorded; null when there was none.
+        std::shared_ptr<CrawlRecord> recorded;
     };
     /// The stream, or why there is none.
     using Made = std::variant<std::unique_ptr<RillFSEventStream>, RillFSEventsError>;

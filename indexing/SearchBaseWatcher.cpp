@@ -40,14 +40,14 @@ void SearchBaseWatcher::setDelegate(std::weak_ptr<SearchBaseWatcherDelegate> del
     delegate_ = std::move(delegate);
 }
 
-std::shared_ptr<FSEventArming> SearchBaseWatcher::beginArming()
+std::shared_ptr<CrawlRecord> SearchBaseWatcher::beginRecord()
 {
-    return services_.events.beginArming();
+    return services_.events.beginRecord();
 }
 
 void SearchBaseWatcher::startWatching(std::vector<std::string> paths,
-                                      std::shared_ptr<const FSEventItemTest> items,
-                                      std::shared_ptr<FSEventArming> armed)
+                                      std::shared_ptr<const WatchFilter> items,
+                                      std::shared_ptr<CrawlRecord> recorded)
 {
     stopWatching();
     const std::stop_source stop;
@@ -60,7 +60,7 @@ void SearchBaseWatcher::startWatching(std::vector<std::string> paths,
          .handler = [this, paths = std::move(paths), token = stop.get_token()](
                         const RillFSEventsEvent &event) { received(event, paths, token); },
          .items = std::move(items),
-         .armed = std::move(armed)});
+         .recorded = std::move(recorded)});
     std::shared_ptr<RillFSEventStream> stream;
     if (auto *one = std::get_if<std::unique_ptr<RillFSEventStream>>(&made))
         stream = std::move(*one);

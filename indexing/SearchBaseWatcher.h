@@ -62,10 +62,10 @@ public:
 
     /// What a crawl is given so that changes count from before a folder is listed; null when
     /// nothing can be watched.
-    std::shared_ptr<FSEventArming> beginArming();
+    std::shared_ptr<CrawlRecord> beginRecord();
     /// Watches these paths, which are sorted, in place of what was watched before.
-    void startWatching(std::vector<std::string> paths, std::shared_ptr<const FSEventItemTest> items,
-                       std::shared_ptr<FSEventArming> armed) EXCLUDES(mutex_);
+    void startWatching(std::vector<std::string> paths, std::shared_ptr<const WatchFilter> items,
+                       std::shared_ptr<CrawlRecord> recorded) EXCLUDES(mutex_);
     void stopWatching() EXCLUDES(mutex_);
 
     /// Lets everything that has happened so far be told. Not called on the event queue.

@@ -17,7 +17,7 @@ class TaskQueue;
 
 /// What the service asks about the items below the folders it watches. Safe from every thread, and
 /// answers the same as long as the watch lasts, but for isIndexed().
-class FSEventItemTest
+class WatchFilter
 {
 public:
     enum class Folder
@@ -29,10 +29,10 @@ public:
         entered,
     };
 
-    FSEventItemTest() = default;
-    virtual ~FSEventItemTest() = default;
-    FSEventItemTest(const FSEventItemTest &) = delete;
-    FSEventItemTest &operator=(const FSEventItemTest &) = delete;
+    WatchFilter() = default;
+    virtual ~WatchFilter() = default;
+    WatchFilter(const WatchFilter &) = delete;
+    WatchFilter &operator=(const WatchFilter &) = delete;
 
     /// Judges a folder by its absolute path: a root, which is never skipped, or a folder whose
     /// parent is entered.
@@ -54,29 +54,29 @@ inline std::uint64_t itemHash(std::string_view name)
 ///
 /// Nothing is watched before a stream takes these notes over. A crawl that gives up waiting for one
 /// of its calls leaves a thread behind which may note more later: that is ignored.
-class FSEventArming
+class CrawlRecord
 {
 public:
     /// The service's own name for a folder it was told of.
     using Folder = std::uint32_t;
 
-    FSEventArming() = default;
-    virtual ~FSEventArming() = default;
-    FSEventArming(const FSEventArming &) = delete;
-    FSEventArming &operator=(const FSEventArming &) = delete;
+    CrawlRecord() = default;
+    virtual ~CrawlRecord() = default;
+    CrawlRecord(const CrawlRecord &) = delete;
+    CrawlRecord &operator=(const CrawlRecord &) = delete;
 
     /// It is called with a root of the crawl. The stamp was taken before the folder was listed:
     /// whatever changes after that is told. It is unknown where the folder was not opened.
-    virtual Folder armRoot(const std::string &path, const FolderStamp &stamp) = 0;
+    virtual Folder enteredRoot(const std::string &path, const FolderStamp &stamp) = 0;
     /// It is called with each folder below; parent is what the call for the folder above returned.
-    virtual Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) = 0;
+    virtual Folder entered(Folder parent, std::string_view name, const FolderStamp &stamp) = 0;
     /// It is called with a folder that was listed and the sum over its items, unless that is 0.
     virtual void listed(Folder folder, std::uint64_t items) = 0;
-    /// It is called with a folder that was armed and could not be listed to its end, or with a root
-    /// whose crawl ended early: the stream lists it and everything below itself.
+    /// It is called with a folder that was recorded and could not be listed to its end, or with a
+    /// root whose crawl ended early: the stream lists it and everything below itself.
     virtual void notListed(Folder folder) = 0;
-    /// It is called with a folder that the crawl gave up before it could be armed, by its name in
-    /// the folder above: the stream looks at it itself, and at nothing else.
+    /// It is called with a folder that the crawl gave up before it could be recorded, by its name
+    /// in the folder above: the stream looks at it itself, and at nothing else.
     virtual void notEntered(Folder parent, std::string_view name) = 0;
 };
 
@@ -153,9 +153,9 @@ public:
         /// Seconds from the first change to the delivery.
         double latency = 0;
         std::uint32_t flags = 0;
-        std::shared_ptr<const FSEventItemTest> items;
-        /// What a crawl of these paths has armed; null when nobody has crawled them.
-        std::shared_ptr<FSEventArming> armed;
+        std::shared_ptr<const WatchFilter> items;
+        /// What a crawl of these paths has recorded; null when nobody has crawled them.
+        std::shared_ptr<CrawlRecord> recorded;
     };
 
     FSEventStreamService() = default;
@@ -165,7 +165,7 @@ public:
 
     /// The call has to come before a crawl begins. What happens after it is delivered by the stream
     /// that takes the notes over. Null when nothing can be watched.
-    virtual std::shared_ptr<FSEventArming> beginArming() = 0;
+    virtual std::shared_ptr<CrawlRecord> beginRecord() = 0;
     /// Null when there is nothing to watch, or when another stream has taken the notes over.
     virtual std::unique_ptr<FSEventStream> create(Request request) = 0;
 };

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Folder = FSEventItemTest::Folder;
+using Folder = WatchFilter::Folder;
 
 class SearchBaseWatchTest : public testing::Test
 {
@@ -41,8 +41,8 @@ TEST_F(SearchBaseWatchTest, bringsReportedChangesIntoTheIndex)
     EXPECT_FALSE(base_.searchBase.watchStatus());
     base_.build();
     ASSERT_EQ(service_.streams.size(), 1U);
-    EXPECT_THAT(service_.notes(), ElementsAre("arm " + root_, "arm " + docs_));
-    EXPECT_NE(stream(0).request.armed, nullptr);
+    EXPECT_THAT(service_.notes(), ElementsAre("enter " + root_, "enter " + docs_));
+    EXPECT_NE(stream(0).request.recorded, nullptr);
     EXPECT_NE(stream(0).request.items, nullptr);
     EXPECT_THAT(stream(0).request.paths, ElementsAre(root_));
     EXPECT_TRUE(base_.searchBase.watchStatus());
@@ -216,7 +216,7 @@ TEST_F(SearchBaseWatchTest, judgesFilesByTheExtensionsOfTheBuild)
     const std::string file = disk_.writeFile("home/a.txt");
     base_.build();
     base_.store.set("include-file-patterns", {DefaultsArray{{"pdf"}}});
-    const FSEventItemTest &items = *stream(0).request.items;
+    const WatchFilter &items = *stream(0).request.items;
     EXPECT_TRUE(items.includesFile("a.txt"));
     EXPECT_FALSE(items.includesFile("a.TXT"));
     EXPECT_FALSE(items.includesFile("a.pdf"));

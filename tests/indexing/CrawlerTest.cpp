@@ -121,28 +121,28 @@ TEST(Crawler, tellsArmingOfEachFolderBeforeItIsRead)
     RecordingSink sink;
     const auto rules = std::make_shared<SkipRules>(std::vector<std::string>{"skipped"},
                                                    std::vector<std::string>());
-    Crawler(lister, rules, {.threads = 1}, service.beginArming()).crawl("/r/", {}, sink);
-    EXPECT_THAT(service.notes(), ElementsAre("arm /r", "read /r", "arm /r/a", "read /r/a",
-                                             "arm /r/a/b", "read /r/a/b"));
+    Crawler(lister, rules, {.threads = 1}, service.beginRecord()).crawl("/r/", {}, sink);
+    EXPECT_THAT(service.notes(), ElementsAre("enter /r", "read /r", "enter /r/a", "read /r/a",
+                                             "enter /r/a/b", "read /r/a/b"));
     EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/a/b", "/r/z.app"));
 }
 
-TEST(Crawler, tellsArmingWhichFolderEachOneIsIn)
+TEST(Crawler, recordsWhichFolderEachOneIsIn)
 {
     // Much is handed from thread to thread, and folders on the way down are opened again.
     FakeFolderLister lister;
-    std::set<std::string> expected = {"arm ", "arm /r"};
+    std::set<std::string> expected = {"enter ", "enter /r"};
     std::string chain = "/r";
     for (int depth = 0; depth < 300; ++depth) {
         chain += "/d";
         for (const char *side : {"/a", "/b/c"})
             lister.add(chain + side);
-        for (const char *armed : {"", "/a", "/b", "/b/c"})
-            expected.insert("arm " + chain + armed);
+        for (const char *below : {"", "/a", "/b", "/b/c"})
+            expected.insert("enter " + chain + below);
     }
     FakeFSEventService service;
     RecordingSink sink;
-    Crawler(lister, std::make_shared<SkipRules>(), {.threads = 4}, service.beginArming())
+    Crawler(lister, std::make_shared<SkipRules>(), {.threads = 4}, service.beginRecord())
         .crawl("/", {}, sink);
     const std::vector<std::string> notes = service.notes();
     EXPECT_EQ(notes.size(), expected.size());
@@ -162,14 +162,14 @@ TEST(Crawler, tellsArmingWhatItCannotList)
     for (const std::string &root : {disk.path(), disk.path("missing")}) {
         RecordingSink sink;
         const CrawlResult result =
-            Crawler(lister, std::make_shared<SkipRules>(), {}, service.beginArming())
+            Crawler(lister, std::make_shared<SkipRules>(), {}, service.beginRecord())
                 .crawl(root, {"x"}, sink);
         std::ranges::copy(result.notListed, std::back_inserter(notListed));
     }
     const std::string missing = disk.path("missing");
     EXPECT_THAT(service.notes(),
-                ElementsAre("arm " + disk.path(), "arm " + locked, "not listed " + locked,
-                            "arm " + missing, "not listed " + missing));
+                ElementsAre("enter " + disk.path(), "enter " + locked, "not listed " + locked,
+                            "enter " + missing, "not listed " + missing));
     EXPECT_THAT(notListed, ElementsAre(locked)) << "the user may be let in later";
 }
 

@@ -136,22 +136,22 @@ std::size_t allFolders(int depth)
     return (std::size_t{1} << depth) - 1;
 }
 
-/// Hangs on folders called "arm-hang".
-class HangingArming final : public FSEventArming
+/// Hangs on folders called "enter-hang".
+class HangingRecord final : public CrawlRecord
 {
 public:
-    HangingArming(std::latch &released, std::atomic<int> &living, std::vector<std::string> &missed)
+    HangingRecord(std::latch &released, std::atomic<int> &living, std::vector<std::string> &missed)
         : released_(released), living_(living), missed_(missed)
     {
         ++living_;
     }
-    ~HangingArming() override { --living_; }
+    ~HangingRecord() override { --living_; }
     static constexpr Folder ROOT = 10;
 
-    Folder armRoot(const std::string &, const FolderStamp &) override { return ROOT; }
-    Folder arm(Folder parent, std::string_view name, const FolderStamp &) override
+    Folder enteredRoot(const std::string &, const FolderStamp &) override { return ROOT; }
+    Folder entered(Folder parent, std::string_view name, const FolderStamp &) override
     {
-        if (name == "arm-hang")
+        if (name == "enter-hang")
             released_.wait();
         return parent + 1;
     }
@@ -170,17 +170,17 @@ private:
 
 TEST(HangingCrawl, leavesArmingBehindToo)
 {
-    HangingLister lister({"a", "arm-hang", "hang", "read-hang"}, 1);
+    HangingLister lister({"a", "enter-hang", "hang", "read-hang"}, 1);
     std::latch released{1};
     std::atomic<int> living = 0;
     std::vector<std::string> missed;
     RecordingSink sink;
     const auto result = Crawler(lister, std::make_shared<SkipRules>(), IMPATIENT,
-                                std::make_shared<HangingArming>(released, living, missed))
+                                std::make_shared<HangingRecord>(released, living, missed))
                             .crawl("/r", {}, sink);
     EXPECT_EQ(result.errors, 3U);
-    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/arm-hang", "/r/hang", "/r/read-hang"));
-    EXPECT_THAT(missed, UnorderedElementsAre("10/arm-hang", "10/hang", "11"))
+    EXPECT_THAT(sink.kept, ElementsAre("/r/a", "/r/enter-hang", "/r/hang", "/r/read-hang"));
+    EXPECT_THAT(missed, UnorderedElementsAre("10/enter-hang", "10/hang", "11"))
         << "the folder above and what else is in it are not looked at again";
     EXPECT_EQ(living, 1) << "a call uses it still";
     lister.release();

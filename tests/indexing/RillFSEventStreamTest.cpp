@@ -53,7 +53,7 @@ protected:
              .flags = {RillFSEventsCreateFlags::WATCH_ROOT},
              .handler = [this](const RillFSEventsEvent &event) { events_.push_back(event); },
              .items = nullptr,
-             .armed = nullptr});
+             .recorded = nullptr});
         auto *stream = std::get_if<std::unique_ptr<RillFSEventStream>>(&made);
         return stream == nullptr ? nullptr : std::move(*stream);
     }

@@ -167,7 +167,7 @@ TEST_F(SearchBaseWatcherTest, watchesNothingWhereThatIsImpossible)
 {
     start();
     service_.isAbleToWatch = false;
-    EXPECT_EQ(watcher_.beginArming(), nullptr);
+    EXPECT_EQ(watcher_.beginRecord(), nullptr);
     start();
     EXPECT_FALSE(watcher_.status());
     watcher_.stopWatching();

@@ -565,7 +565,7 @@ TEST_F(WatchingTest, doesNotStartWhatNobodyCouldEnd)
     stream->invalidate();
 }
 
-// Arming by a crawl
+// Recorded by a crawl
 
 class ArmedWatchTest : public WatchingTest
 {
@@ -577,19 +577,20 @@ protected:
         service_.emplace(std::move(options));
         index_ = std::make_shared<ModelIndex>(disk_.path("root"));
         receiver_.emplace(index_);
-        arming_ = service_->beginArming();
-        root_ = arming_->armRoot(index_->root(), stampOf(index_->root()));
+        record_ = service_->beginRecord();
+        root_ = record_->enteredRoot(index_->root(), stampOf(index_->root()));
         crawl(root_, index_->root());
         index_->update(index_->root());
     }
-    void crawl(FSEventArming::Folder folder, const std::string &path)
+    void crawl(CrawlRecord::Folder folder, const std::string &path)
     {
         std::error_code error;
         for (const auto &entry : fs::directory_iterator(path, error))
             if (entry.is_directory() && !entry.is_symlink() &&
                 entry.path().filename() != givenUp_ &&
-                index_->folder(entry.path().string()) == FSEventItemTest::Folder::entered)
-                crawl(arming_->arm(folder, entry.path().filename().string(), stampOf(entry.path())),
+                index_->folder(entry.path().string()) == WatchFilter::Folder::entered)
+                crawl(record_->entered(folder, entry.path().filename().string(),
+                                       stampOf(entry.path())),
                       entry.path());
     }
     FolderStamp stampOf(const std::string &path) const
@@ -610,7 +611,7 @@ protected:
         request.paths = {index_->root()};
         request.latency = WatchRig::LATENCY;
         request.items = index_;
-        request.armed = arming_;
+        request.recorded = record_;
         stream_ = service_->create(std::move(request));
         stream_->setDispatchQueue(queue_);
         ASSERT_TRUE(stream_->start());
@@ -631,8 +632,8 @@ protected:
     std::string givenUp_;
     std::optional<InotifyEventService> service_;
     std::shared_ptr<ModelIndex> index_;
-    std::shared_ptr<FSEventArming> arming_;
-    FSEventArming::Folder root_ = 0;
+    std::shared_ptr<CrawlRecord> record_;
+    CrawlRecord::Folder root_ = 0;
     std::optional<WatchReceiver> receiver_;
     ThreadTaskQueue queue_;
     std::unique_ptr<FSEventStream> stream_;
@@ -680,7 +681,7 @@ TEST_F(ArmedWatchTest, takesNamesOfAnyLength)
     begin(later());
     // This disk has none so long; others list names of a thousand bytes.
     const std::string name(1000, 'n');
-    arming_->arm(arming_->arm(root_, name, {1, 2, 3}), name, {1, 3, 3});
+    record_->entered(record_->entered(root_, name, {1, 2, 3}), name, {1, 3, 3});
     makeStream();
     told();
     EXPECT_EQ(index_->paths(), index_->onDisk());
@@ -694,7 +695,7 @@ TEST_F(ArmedWatchTest, looksAtNothingElseThanWhatACrawlHasGivenUp)
     disk_.makeFolder("root/other/deep");
     const std::string hung = disk_.makeFolder("root/hung");
     begin(options, "hung");
-    arming_->notEntered(root_, "hung");
+    record_->notEntered(root_, "hung");
     makeStream();
     EXPECT_THAT(told(), ElementsAre("hung"));
     EXPECT_THAT(listed, ElementsAre(hung));
@@ -742,14 +743,14 @@ TEST_F(ArmedWatchTest, watchesWhatIsInAFolderThatWasAwayMeanwhile)
     index_ = std::make_shared<ModelIndex>(disk_.path("root"));
     receiver_.emplace(index_);
     index_->update(index_->root());
-    arming_ = service_->beginArming();
-    root_ = arming_->armRoot(index_->root(), stampOf(index_->root()));
-    const auto armed = arming_->arm(root_, "a", stampOf(a));
-    const auto other = arming_->arm(root_, "x", stampOf(disk_.path("root/x")));
-    arming_->arm(root_, "gone", {1, 2, 3});
-    arming_->arm(armed, "b", stampOf(a + "/b"));
-    arming_->arm(root_, "gone too", {1, 3, 3});
-    arming_->arm(other, "b", stampOf(disk_.path("root/x/b")));
+    record_ = service_->beginRecord();
+    root_ = record_->enteredRoot(index_->root(), stampOf(index_->root()));
+    const auto recorded = record_->entered(root_, "a", stampOf(a));
+    const auto other = record_->entered(root_, "x", stampOf(disk_.path("root/x")));
+    record_->entered(root_, "gone", {1, 2, 3});
+    record_->entered(recorded, "b", stampOf(a + "/b"));
+    record_->entered(root_, "gone too", {1, 3, 3});
+    record_->entered(other, "b", stampOf(disk_.path("root/x/b")));
     isCrawled = true;
     makeStream();
     told();
@@ -792,7 +793,7 @@ TEST_F(ArmedWatchTest, listsItselfWhatTheCrawlCouldNot)
 {
     disk_.makeFolder("root/a");
     begin(later());
-    arming_->notListed(root_);
+    record_->notListed(root_);
     fs::create_directories(disk_.path("root/a/missed"));
     makeStream();
     EXPECT_THAT(told(), Contains(""));
@@ -805,11 +806,11 @@ TEST_F(ArmedWatchTest, bearsCallsThatComeTooLate)
     disk_.makeFolder("root/a");
     begin();
     makeStream();
-    EXPECT_EQ(arming_->arm(root_, "late", {}), 0U);
+    EXPECT_EQ(record_->entered(root_, "late", {}), 0U);
     stream_->invalidate();
-    arming_->notListed(root_);
-    EXPECT_EQ(arming_->armRoot(disk_.path("root"), {}), 0U);
-    EXPECT_EQ(arming_->arm(root_, "a", {}), 0U);
+    record_->notListed(root_);
+    EXPECT_EQ(record_->enteredRoot(disk_.path("root"), {}), 0U);
+    EXPECT_EQ(record_->entered(root_, "a", {}), 0U);
 }
 
 // The end

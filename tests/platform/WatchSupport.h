@@ -28,7 +28,7 @@ namespace quillon {
 /// An index that holds nothing but paths and brings each told path up to date by reading the disk
 /// below it. What counts: folders and files "*.txt"; "*.app" is listed and not entered; hidden
 /// names and "skipped" do not count.
-class ModelIndex final : public FSEventItemTest
+class ModelIndex final : public WatchFilter
 {
 public:
     using Paths = std::set<std::string, std::less<>>;
@@ -191,7 +191,7 @@ public:
                    })
     {}
     /// The crawl fills the index before the stream begins.
-    using Crawl = std::function<std::shared_ptr<FSEventArming>(
+    using Crawl = std::function<std::shared_ptr<CrawlRecord>(
         InotifyEventService &service, const std::shared_ptr<ModelIndex> &empty)>;
     WatchRig(std::shared_ptr<ModelIndex> emptyIndex, InotifyOptions options, double latency,
              const Crawl &crawl)
@@ -203,7 +203,7 @@ public:
         request.latency = latency;
         request.flags = 0x4;
         request.items = index;
-        request.armed = crawl(service_, index);
+        request.recorded = crawl(service_, index);
         stream_ = service_.create(std::move(request));
         stream_->setDispatchQueue(queue_);
         stream_->start();

@@ -145,11 +145,11 @@ std::string pathOf(const Descriptor &folder)
 
 /// Lists and notes a folder and what is below it as a crawl does: the stamp and the names are those
 /// of one folder, even where another one takes its place meanwhile.
-void crawl(FSEventArming &arming, FSEventArming::Folder armed, const Descriptor &folder,
+void crawl(CrawlRecord &record, CrawlRecord::Folder recorded, const Descriptor &folder,
            const std::string &path, ModelIndex &index)
 {
     if (!folder) {
-        arming.notListed(armed);
+        record.notListed(recorded);
         return;
     }
     std::error_code error;
@@ -167,22 +167,22 @@ void crawl(FSEventArming &arming, FSEventArming::Folder armed, const Descriptor 
             continue;
         }
         const auto verdict = index.folder(item);
-        if (verdict != FSEventItemTest::Folder::skipped)
+        if (verdict != WatchFilter::Folder::skipped)
             index.add(item);
-        if (verdict == FSEventItemTest::Folder::listed)
+        if (verdict == WatchFilter::Folder::listed)
             items += itemHash(name);
-        if (verdict == FSEventItemTest::Folder::entered) {
+        if (verdict == WatchFilter::Folder::entered) {
             constexpr int FLAGS = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
             const Descriptor below(::openat(folder.get(), name.c_str(), FLAGS));
             const FolderStamp stamp =
                 below ? probeFolder(pathOf(below), true).stamp : FolderStamp();
-            crawl(arming, arming.arm(armed, name, stamp), below, item, index);
+            crawl(record, record.entered(recorded, name, stamp), below, item, index);
         }
     }
     if (items != 0)
-        arming.listed(armed, items);
+        record.listed(recorded, items);
     if (error)
-        arming.notListed(armed);
+        record.notListed(recorded);
 }
 
 /// The tree is old enough for stamps to be trusted, and then changes while it is crawled.
@@ -207,15 +207,15 @@ void WatchingRandomTest::runWithCrawl(unsigned seed)
     });
     WatchRig rig(std::make_shared<ModelIndex>(root), options, WatchRig::LATENCY,
                  [](InotifyEventService &service, const std::shared_ptr<ModelIndex> &index) {
-                     auto arming = service.beginArming();
+                     auto record = service.beginRecord();
                      const Descriptor folder(
                          ::open(index->root().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-                     const auto armed = arming->armRoot(
+                     const auto recorded = record->enteredRoot(
                          index->root(),
                          folder ? probeFolder(pathOf(folder), true).stamp : FolderStamp());
                      index->add(index->root());
-                     crawl(*arming, armed, folder, index->root(), *index);
-                     return arming;
+                     crawl(*record, recorded, folder, index->root(), *index);
+                     return record;
                  });
     acting.join();
     rig.flush();

@@ -13,7 +13,7 @@ namespace quillon {
 
 /// A service whose events a test makes up.
 ///
-/// Streams are made and used on one thread; arming is safe from every thread.
+/// Streams are made and used on one thread; records are safe from every thread.
 class FakeFSEventService final : public FSEventStreamService
 {
 public:
@@ -43,11 +43,11 @@ public:
         }
     };
 
-    std::shared_ptr<FSEventArming> beginArming() override
+    std::shared_ptr<CrawlRecord> beginRecord() override
     {
         if (!isAbleToWatch)
             return nullptr;
-        return std::make_shared<Arming>(*this);
+        return std::make_shared<Record>(*this);
     }
     std::unique_ptr<FSEventStream> create(Request request) override
     {
@@ -60,7 +60,7 @@ public:
         return std::make_unique<Handle>(std::move(stream));
     }
 
-    /// What has been armed and, added by whoever else takes notes, in which order.
+    /// What has been recorded and, added by whoever else takes notes, in which order.
     std::vector<std::string> notes() const
     {
         const MutexLock lock(mutex_);
@@ -78,22 +78,22 @@ public:
     std::vector<std::shared_ptr<Stream>> streams;
 
 private:
-    class Arming final : public FSEventArming
+    class Record final : public CrawlRecord
     {
     public:
-        explicit Arming(FakeFSEventService &service) : service_(service) {}
-        Folder armRoot(const std::string &path, const FolderStamp &) override
+        explicit Record(FakeFSEventService &service) : service_(service) {}
+        Folder enteredRoot(const std::string &path, const FolderStamp &) override
         {
-            return arm(path == "/" ? "" : path);
+            return entered(path == "/" ? "" : path);
         }
-        Folder arm(Folder parent, std::string_view name, const FolderStamp &) override
+        Folder entered(Folder parent, std::string_view name, const FolderStamp &) override
         {
             std::string path;
             {
                 const MutexLock lock(mutex_);
                 path = paths_.at(parent);
             }
-            return arm(path.append("/").append(name));
+            return entered(path.append("/").append(name));
         }
         void listed(Folder, std::uint64_t) override {}
         void notListed(Folder folder) override
@@ -108,9 +108,9 @@ private:
         }
 
     private:
-        Folder arm(const std::string &path)
+        Folder entered(const std::string &path)
         {
-            service_.note("arm " + path);
+            service_.note("enter " + path);
             const MutexLock lock(mutex_);
             paths_.push_back(path);
             return static_cast<Folder>(paths_.size() - 1);

@@ -10,7 +10,7 @@
 
 namespace quillon {
 
-class FSEventItemTest;
+class WatchFilter;
 
 /// What a flush has found to tell. Not locked.
 class ChangeLog
@@ -32,7 +32,7 @@ public:
         folder,
     };
 
-    explicit ChangeLog(const FSEventItemTest &items) : items_(items) {}
+    explicit ChangeLog(const WatchFilter &items) : items_(items) {}
 
     void add(const std::string &path, Found found, std::uint32_t flags = 0);
     /// Adds the path only when the index disagrees, or may be about to.
@@ -67,7 +67,7 @@ private:
     /// The topmost folder above the path that is told itself, or null.
     Entry *covering(std::string_view path);
 
-    const FSEventItemTest &items_;
+    const WatchFilter &items_;
     std::map<std::string, Entry, std::less<>> entries_;
     std::map<std::string, LastReport, std::less<>> told_;
 };

@@ -27,7 +27,7 @@ std::size_t ownNumber()
 
 // Writing
 
-FSEventArming::Folder CrawlNotes::armRoot(const std::string &path, const FolderStamp &stamp)
+CrawlRecord::Folder CrawlNotes::enteredRoot(const std::string &path, const FolderStamp &stamp)
 {
     CrawledFolder root;
     root.stamp = stamp;
@@ -39,8 +39,8 @@ FSEventArming::Folder CrawlNotes::armRoot(const std::string &path, const FolderS
     return write(root, {});
 }
 
-FSEventArming::Folder CrawlNotes::arm(Folder parent, std::string_view name,
-                                      const FolderStamp &stamp)
+CrawlRecord::Folder CrawlNotes::entered(Folder parent, std::string_view name,
+                                        const FolderStamp &stamp)
 {
     if (parent == 0)
         return 0;
@@ -51,7 +51,7 @@ FSEventArming::Folder CrawlNotes::arm(Folder parent, std::string_view name,
 }
 
 /// The name is empty for a root.
-FSEventArming::Folder CrawlNotes::write(const CrawledFolder &folder, std::string_view name)
+CrawlRecord::Folder CrawlNotes::write(const CrawledFolder &folder, std::string_view name)
 {
     const std::size_t number = ownNumber() % CrawledTree::BOOKS;
     Book &book = books_[number];

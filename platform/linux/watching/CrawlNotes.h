@@ -24,7 +24,7 @@ namespace quillon {
 struct CrawledFolder
 {
     /// The crawl's number of the folder above; 0 for a root.
-    FSEventArming::Folder parent = 0;
+    CrawlRecord::Folder parent = 0;
     /// The place of the name, or of a root the index in the list of root paths.
     NameArena::Offset name = 0;
     std::uint16_t nameLength = 0;
@@ -38,7 +38,7 @@ struct CrawledFolder
 class CrawledTree
 {
 public:
-    using Folder = FSEventArming::Folder;
+    using Folder = CrawlRecord::Folder;
 
     /// It is called with the folder above, which comes first, and the name in it; for a root with
     /// NONE and the path. Returns the folder's place, or NONE where nothing below it is wanted.
@@ -87,13 +87,13 @@ private:
 
 /// What the threads of a crawl note of the folders that they list. Each thread writes to a book of
 /// its own, so that none waits for another. Safe from every thread.
-class CrawlNotes final : public FSEventArming
+class CrawlNotes final : public CrawlRecord
 {
 public:
     explicit CrawlNotes(std::int64_t beganAt) : beganAt_(beganAt) {}
 
-    Folder armRoot(const std::string &path, const FolderStamp &stamp) override;
-    Folder arm(Folder parent, std::string_view name, const FolderStamp &stamp) override;
+    Folder enteredRoot(const std::string &path, const FolderStamp &stamp) override;
+    Folder entered(Folder parent, std::string_view name, const FolderStamp &stamp) override;
     void listed(Folder folder, std::uint64_t items) override;
     void notListed(Folder folder) override;
     void notEntered(Folder parent, std::string_view name) override;

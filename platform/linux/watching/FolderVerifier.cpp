@@ -17,7 +17,7 @@ constexpr std::uint32_t ITEM_IS_FILE = 0x10000;
 
 } // namespace
 
-FolderVerifier::FolderVerifier(WatchedFolders &folders, const FSEventItemTest &items,
+FolderVerifier::FolderVerifier(WatchedFolders &folders, const WatchFilter &items,
                                ChangeLog &changes, RetryList &retries, const MountTable *mounts,
                                Hooks hooks)
     : folders_(folders),
@@ -50,12 +50,12 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
         return;
     }
     const Id child = tree_.find(parent, name);
-    const auto verdict = found.isFolder() ? items_.folder(path) : FSEventItemTest::Folder::skipped;
-    if (verdict != FSEventItemTest::Folder::entered) {
+    const auto verdict = found.isFolder() ? items_.folder(path) : WatchFilter::Folder::skipped;
+    if (verdict != WatchFilter::Folder::entered) {
         if (child != WatchTree::NONE)
             folders_.drop(child);
         const bool counts =
-            found.isFolder() ? verdict == FSEventItemTest::Folder::listed
+            found.isFolder() ? verdict == WatchFilter::Folder::listed
                              : found.kind == FolderLister::Kind::other && items_.includesFile(name);
         const auto what = counts ? ChangeLog::Found::item : ChangeLog::Found::nothing;
         if (child == WatchTree::NONE && items_.includesFile(name))
@@ -68,7 +68,7 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
         return;
     }
     if (child != WatchTree::NONE) {
-        if (isStill(child, path, found)) {
+        if (keepIfSame(child, path, found)) {
             // It may have been away while the receiver looked.
             changes_.compare(path, ChangeLog::Found::folder);
             return;
@@ -101,11 +101,11 @@ void FolderVerifier::verifyElsewhere(Id parent, std::string_view name, const std
             return;
         folders_.drop(child);
     }
-    if (items_.folder(path) == FSEventItemTest::Folder::entered)
+    if (items_.folder(path) == WatchFilter::Folder::entered)
         close(tree_.add(parent, name), border, path, stamp);
 }
 
-bool FolderVerifier::isStill(Id id, const std::string &path, const FolderProbe &found)
+bool FolderVerifier::keepIfSame(Id id, const std::string &path, const FolderProbe &found)
 {
     const auto *known = folders_.unwatched(id);
     const int watch = tree_.watch(id);
@@ -157,7 +157,7 @@ bool FolderVerifier::lookAt(Id id)
     const auto *known = folders_.unwatched(id);
     if (known == nullptr || !found.isFolder() || !known->stamp.isSameFolder(found.stamp))
         return false;
-    return !hasChanged(id, found) || isStill(id, path, found);
+    return !hasChanged(id, found) || keepIfSame(id, path, found);
 }
 
 WatchTree::Id FolderVerifier::enterRoot(const std::string &path, const CrawledFolder &crawled)
@@ -251,7 +251,7 @@ void FolderVerifier::armInOrder(const std::vector<Id> &ids)
             continue;
         const std::string path = tree_.path(id);
         const FolderProbe found = probeFolder(path, tree_.isRoot(id));
-        if (!found.isFolder() || !isStill(id, path, found))
+        if (!found.isFolder() || !keepIfSame(id, path, found))
             others.push_back(id);
     }
     isReconciling_ = wasReconciling;
@@ -373,8 +373,8 @@ Listing FolderVerifier::list(Id id, const std::string &path, Content &content) c
         bool counts = !entry.isFolder && items_.includesFile(entry.name);
         if (entry.isFolder) {
             const auto verdict = items_.folder(tree_.path(id, entry.name));
-            counts = verdict == FSEventItemTest::Folder::listed;
-            if (verdict == FSEventItemTest::Folder::entered)
+            counts = verdict == WatchFilter::Folder::listed;
+            if (verdict == WatchFilter::Folder::entered)
                 content.folders.emplace_back(entry.name);
         }
         if (counts) {

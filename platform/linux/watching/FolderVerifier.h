@@ -19,7 +19,7 @@
 
 namespace quillon {
 
-class FSEventItemTest;
+class WatchFilter;
 
 /// Compares folders with the disk: brings the tree up to date and notes what is to be told. Not
 /// locked.
@@ -43,7 +43,7 @@ public:
     using Look = RetryList::Question;
 
     /// Questions that the disk does not answer go to the retries.
-    FolderVerifier(WatchedFolders &folders, const FSEventItemTest &items, ChangeLog &changes,
+    FolderVerifier(WatchedFolders &folders, const WatchFilter &items, ChangeLog &changes,
                    RetryList &retries, const MountTable *mounts, Hooks hooks);
 
     /// Looks at one name in a folder.
@@ -64,9 +64,10 @@ public:
     /// Arms unwatched folders one after the other, as far as the budget goes, and only then lists
     /// those that have changed.
     void armInOrder(const std::vector<Id> &ids);
-    /// Whether what was found in the place of a folder of the tree is still the same. May arm it,
-    /// and lists it when it has changed unseen.
-    bool isStill(Id id, const std::string &path, const FolderProbe &found);
+    /// Keeps a folder of the tree if the same folder was found in its place, watches it as far as
+    /// the budget goes, and lists it if it has changed unseen. Returns false, and does nothing, if
+    /// another folder was found.
+    bool keepIfSame(Id id, const std::string &path, const FolderProbe &found);
     /// Enters a root. NONE when it has just gone; absent when the disk did not answer.
     std::optional<Id> adoptRoot(const std::string &path);
     /// Lists a folder and everything below it as if for the first time. Everything in it that
@@ -116,7 +117,7 @@ private:
 
     WatchedFolders &folders_;
     WatchTree &tree_;
-    const FSEventItemTest &items_;
+    const WatchFilter &items_;
     ChangeLog &changes_;
     RetryList &retries_;
     /// Null where mounts do not matter.

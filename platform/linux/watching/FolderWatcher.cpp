@@ -105,7 +105,7 @@ int millisecondsUntil(std::chrono::steady_clock::time_point time)
 
 } // namespace
 
-FolderWatcher::FolderWatcher(std::shared_ptr<const FSEventItemTest> items, InotifyOptions options,
+FolderWatcher::FolderWatcher(std::shared_ptr<const WatchFilter> items, InotifyOptions options,
                              Kind kind, Stream stream)
     : items_(std::move(items)),
       options_(std::move(options)),
@@ -163,21 +163,21 @@ FolderWatcher::Clock::time_point FolderWatcher::nextWakeUp() const
     Clock::time_point next = Clock::time_point::max();
     if (Clock::now() < readNext_)
         next = readNext_;
-    return std::min({next, deadline_, core_->retryDue(), core_->sweepDue(), retryBudget_});
+    return std::min({next, deadline_, loop_->retryDue(), loop_->sweepDue(), retryBudget_});
 }
 
 void FolderWatcher::turn()
 {
     if (mountsChanged_)
-        core_->mountsChanged();
+        loop_->mountsChanged();
     if (eventsWait_) {
-        core_->drain();
+        loop_->drain();
         readNext_ = Clock::now() + options_.readingInterval;
     }
     followOrders();
     flushIfDue();
     sweepIfDue();
-    if (deadline_ == Clock::time_point::max() && core_->hasDirt())
+    if (deadline_ == Clock::time_point::max() && loop_->hasDirt())
         deadline_ = Clock::now() + stream_.latency;
     publish();
 }
@@ -185,20 +185,20 @@ void FolderWatcher::turn()
 void FolderWatcher::begin()
 {
     queue_ = std::make_unique<InotifyQueue>(kind_ == Kind::local);
-    core_ = std::make_unique<WatchCore>(
+    loop_ = std::make_unique<WatchLoop>(
         *queue_, items_, options_, budgetOf(options_, *queue_), kind_ == Kind::local,
         stream_.rootFlags,
-        WatchCore::Hooks{[this] { return goesOn(); },
+        WatchLoop::Hooks{[this] { return goesOn(); },
                          [this](const std::string &path, bool hasCome) {
                              using What = RootOrder::What;
                              remoteOrNew()->order({hasCome ? What::hasCome : What::hasGone, path});
                          }});
-    core_->begin(stream_.roots, {stream_.crawled.get(), stream_.quietSince});
+    loop_->begin(stream_.roots, {stream_.crawled.get(), stream_.quietSince});
     if (kind_ == Kind::local)
         endBeginning();
     publish();
     deliver();
-    if (core_->hasDirt())
+    if (loop_->hasDirt())
         deadline_ = Clock::now() + stream_.latency;
 }
 
@@ -217,13 +217,13 @@ void FolderWatcher::endBeginning()
 void FolderWatcher::flushIfDue()
 {
     const auto requested = flushes_.pending();
-    if (!requested && Clock::now() < std::min(deadline_, core_->retryDue()))
+    if (!requested && Clock::now() < std::min(deadline_, loop_->retryDue()))
         return;
     deadline_ = Clock::time_point::max();
-    core_->flush(requested ? WatchCore::Extent::everything : WatchCore::Extent::marked);
+    loop_->flush(requested ? WatchLoop::Extent::everything : WatchLoop::Extent::marked);
     // Whoever has asked gets what could be said after a look at folders that stand still.
-    for (int more = 0; requested && more < MOST_FLUSHES && core_->hasDirt() && !stopping_; ++more)
-        core_->flush(WatchCore::Extent::marked);
+    for (int more = 0; requested && more < MOST_FLUSHES && loop_->hasDirt() && !stopping_; ++more)
+        loop_->flush(WatchLoop::Extent::marked);
     publish();
     deliver();
     if (requested)
@@ -234,14 +234,14 @@ void FolderWatcher::sweepIfDue()
 {
     const Clock::time_point now = Clock::now();
     if (now >= retryBudget_) {
-        core_->retryBudget();
+        loop_->retryBudget();
         retryBudget_ = Clock::time_point::max();
         deliver();
     }
-    if (now >= core_->sweepDue() && core_->sweep())
+    if (now >= loop_->sweepDue() && loop_->sweep())
         deliver();
     if (retryBudget_ == Clock::time_point::max() && kind_ == Kind::local &&
-        !core_->folders().unwatched().empty())
+        !loop_->folders().unwatched().empty())
         retryBudget_ = now + RETRY_BUDGET;
 }
 
@@ -256,13 +256,13 @@ void FolderWatcher::followOrders()
         if (order.what == RootOrder::What::isBegun) {
             endBeginning();
         } else if (order.what == RootOrder::What::hasGone) {
-            core_->roots().remove(order.path);
+            loop_->roots().remove(order.path);
         } else if (isBeginning_) {
-            core_->begin({order.path}, {stream_.crawled.get(), stream_.quietSince});
+            loop_->begin({order.path}, {stream_.crawled.get(), stream_.quietSince});
             deliver();
         } else {
-            core_->roots().add(order.path);
-            core_->suspectRoots();
+            loop_->roots().add(order.path);
+            loop_->suspectRoots();
         }
     }
 }
@@ -272,14 +272,14 @@ void FolderWatcher::deliver()
     if (options_.beforeDelivery)
         options_.beforeDelivery();
     if (!stopping_)
-        stream_.delivery->deliver(core_->takeChanges());
+        stream_.delivery->deliver(loop_->takeChanges());
 }
 
 /// During long work events are read all the same, or the kernel's queue would fill.
 bool FolderWatcher::goesOn()
 {
     if (Clock::now() >= readNext_) {
-        core_->drain();
+        loop_->drain();
         readNext_ = Clock::now() + options_.readingInterval;
         publishCounts();
     }
@@ -289,14 +289,14 @@ bool FolderWatcher::goesOn()
 void FolderWatcher::publish()
 {
     publishCounts();
-    bytes_ = core_->folders().bytes();
+    bytes_ = loop_->folders().bytes();
     if (kind_ == Kind::local)
         reportShortage();
 }
 
 void FolderWatcher::publishCounts()
 {
-    const WatchedFolders &folders = core_->folders();
+    const WatchedFolders &folders = loop_->folders();
     watched_ = folders.tree().watches();
     folders_ = folders.tree().folders();
     budget_ = folders.budget();
@@ -304,10 +304,10 @@ void FolderWatcher::publishCounts()
 
 void FolderWatcher::reportShortage()
 {
-    const WatchTree &tree = core_->folders().tree();
+    const WatchTree &tree = loop_->folders().tree();
     const bool isShort =
-        core_->takeRefused() || (queue_->isOpen() && tree.watches() >= core_->folders().budget() &&
-                                 !core_->folders().unwatched().empty());
+        loop_->takeRefused() || (queue_->isOpen() && tree.watches() >= loop_->folders().budget() &&
+                                 !loop_->folders().unwatched().empty());
     if (isShort && options_.report)
         options_.report("watching " + std::to_string(tree.watches()) + " of " +
                         std::to_string(tree.folders()) +
@@ -319,7 +319,7 @@ void FolderWatcher::reportShortage()
 /// Closing the queue takes its time, so that nobody else shall do it.
 void FolderWatcher::end()
 {
-    core_.reset();
+    loop_.reset();
     queue_.reset();
     flushes_.end();
 }

@@ -7,7 +7,7 @@
 #include "platform/linux/watching/FlushRequests.h"
 #include "platform/linux/watching/InotifyOptions.h"
 #include "platform/linux/watching/InotifyQueue.h"
-#include "platform/linux/watching/WatchCore.h"
+#include "platform/linux/watching/WatchLoop.h"
 
 #include <atomic>
 #include <chrono>
@@ -47,7 +47,7 @@ public:
         std::shared_ptr<EventDelivery> delivery;
     };
 
-    FolderWatcher(std::shared_ptr<const FSEventItemTest> items, InotifyOptions options, Kind kind,
+    FolderWatcher(std::shared_ptr<const WatchFilter> items, InotifyOptions options, Kind kind,
                   Stream stream);
     ~FolderWatcher();
 
@@ -106,7 +106,7 @@ private:
     std::shared_ptr<FolderWatcher> remoteOrNew() EXCLUDES(mailMutex_);
     void order(RootOrder order) EXCLUDES(mailMutex_);
 
-    const std::shared_ptr<const FSEventItemTest> items_;
+    const std::shared_ptr<const WatchFilter> items_;
     const InotifyOptions options_;
     const Kind kind_;
     const Descriptor wakeUp_;
@@ -122,7 +122,7 @@ private:
     /// What follows is the thread's own once it has started.
     Stream stream_;
     std::unique_ptr<InotifyQueue> queue_;
-    std::unique_ptr<WatchCore> core_;
+    std::unique_ptr<WatchLoop> loop_;
     bool isBeginning_ = true;
     bool eventsWait_ = false;
     bool mountsChanged_ = false;

@@ -29,7 +29,7 @@ InotifyEventService::InotifyEventService(InotifyOptions options)
         };
 }
 
-std::shared_ptr<FSEventArming> InotifyEventService::beginArming()
+std::shared_ptr<CrawlRecord> InotifyEventService::beginRecord()
 {
     return std::make_shared<CrawlNotes>(wallClockOf(options_)());
 }
@@ -46,7 +46,7 @@ std::unique_ptr<FSEventStream> InotifyEventService::create(Request request)
     stream.rootFlags = (request.flags & WATCH_ROOT) != 0 ? ROOT_CHANGED : 0;
     stream.delivery =
         std::make_shared<EventDelivery>(std::move(request.callback), request.info, lastID_);
-    if (const auto notes = std::dynamic_pointer_cast<CrawlNotes>(request.armed)) {
+    if (const auto notes = std::dynamic_pointer_cast<CrawlNotes>(request.recorded)) {
         stream.crawled = notes->take();
         if (!stream.crawled)
             return nullptr;

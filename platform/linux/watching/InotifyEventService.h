@@ -17,7 +17,7 @@ class InotifyEventService final : public FSEventStreamService
 public:
     explicit InotifyEventService(InotifyOptions options = {});
 
-    std::shared_ptr<FSEventArming> beginArming() override;
+    std::shared_ptr<CrawlRecord> beginRecord() override;
     std::unique_ptr<FSEventStream> create(Request request) override;
 
 private:

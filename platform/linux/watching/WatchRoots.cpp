@@ -23,9 +23,8 @@ std::string realPathOf(const std::string &path)
 
 } // namespace
 
-WatchRoots::WatchRoots(const InotifyQueue &queue, WatchedFolders &folders,
-                       const FSEventItemTest &items, ChangeLog &changes, RetryList &retries,
-                       const MountTable *mounts)
+WatchRoots::WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const WatchFilter &items,
+                       ChangeLog &changes, RetryList &retries, const MountTable *mounts)
     : queue_(queue),
       folders_(folders),
       items_(items),
@@ -172,11 +171,10 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     if (!isOnServer || found.isUnknown())
         return retries_.addRoot(root.path);
     const bool wasKnown = std::exchange(root.isKnown, true);
-    const auto verdict =
-        found.isFolder() ? items_.folder(root.path) : FSEventItemTest::Folder::skipped;
-    const bool isEntered = found.isFolder() && verdict != FSEventItemTest::Folder::listed;
+    const auto verdict = found.isFolder() ? items_.folder(root.path) : WatchFilter::Folder::skipped;
+    const bool isEntered = found.isFolder() && verdict != WatchFilter::Folder::listed;
     const bool wasThere = root.node != WatchTree::NONE && folders_.tree().isLive(root.node);
-    if (wasThere && isEntered && verifier.isStill(root.node, root.path, found)) {
+    if (wasThere && isEntered && verifier.keepIfSame(root.node, root.path, found)) {
         if (terms.isSuspect)
             changes_.tellAgain(root.path);
         return;

@@ -21,7 +21,7 @@ class WatchRoots
 public:
     using Id = WatchTree::Id;
 
-    WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const FSEventItemTest &items,
+    WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const WatchFilter &items,
                ChangeLog &changes, RetryList &retries, const MountTable *mounts);
 
     /// Adds a root that nothing is known of; it is looked for at the next check.
@@ -79,7 +79,7 @@ private:
 
     const InotifyQueue &queue_;
     WatchedFolders &folders_;
-    const FSEventItemTest &items_;
+    const WatchFilter &items_;
     ChangeLog &changes_;
     RetryList &retries_;
     const MountTable *const mounts_;

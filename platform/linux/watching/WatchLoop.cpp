@@ -1,4 +1,4 @@
-#include "platform/linux/watching/WatchCore.h"
+#include "platform/linux/watching/WatchLoop.h"
 
 #include "base/PathText.h"
 #include "platform/FSEventStream.h"
@@ -82,7 +82,7 @@ WallClock wallClockOf(const InotifyOptions &options)
     return options.wallClock ? options.wallClock : [] { return readClock(CLOCK_REALTIME); };
 }
 
-WatchCore::WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest> items,
+WatchLoop::WatchLoop(InotifyQueue &queue, std::shared_ptr<const WatchFilter> items,
                      const InotifyOptions &options, std::size_t budget, bool knowsMounts,
                      std::uint32_t rootFlags, Hooks hooks)
     : queue_(queue),
@@ -113,7 +113,7 @@ WatchCore::WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest>
 
 // Events
 
-void WatchCore::drain()
+void WatchLoop::drain()
 {
     if (!queue_.isOpen())
         return;
@@ -132,7 +132,7 @@ void WatchCore::drain()
     readAtBoot_ = nowBoot;
 }
 
-void WatchCore::note(const InotifyQueue::Event &event)
+void WatchLoop::note(const InotifyQueue::Event &event)
 {
     if (event.watch < 0) {
         overflow_ = true;
@@ -155,7 +155,7 @@ void WatchCore::note(const InotifyQueue::Event &event)
     }
 }
 
-void WatchCore::noteOwn(Id id)
+void WatchLoop::noteOwn(Id id)
 {
     const WatchTree &tree = folders_.tree();
     if (tree.isRoot(id))
@@ -164,25 +164,24 @@ void WatchCore::noteOwn(Id id)
         mark(tree.parent(id), tree.name(id));
 }
 
-bool WatchCore::matters(Id folder, const InotifyQueue::Event &event) const
+bool WatchLoop::matters(Id folder, const InotifyQueue::Event &event) const
 {
     if (!event.isFolder)
         return true;
     if (const auto marked = dirty_.find(folder);
         marked != dirty_.end() && marked->second.contains(event.name))
         return false;
-    return items_->folder(folders_.tree().path(folder, event.name)) !=
-           FSEventItemTest::Folder::skipped;
+    return items_->folder(folders_.tree().path(folder, event.name)) != WatchFilter::Folder::skipped;
 }
 
-void WatchCore::mark(Id folder, std::string_view name)
+void WatchLoop::mark(Id folder, std::string_view name)
 {
     auto &names = dirty_[folder];
     if (!names.contains(name))
         names.emplace(name);
 }
 
-void WatchCore::mountsChanged()
+void WatchLoop::mountsChanged()
 {
     if (!mounts_)
         return;
@@ -202,7 +201,7 @@ void WatchCore::mountsChanged()
     }
 }
 
-void WatchCore::markMountPoint(Id root, std::string_view below)
+void WatchLoop::markMountPoint(Id root, std::string_view below)
 {
     Id folder = root;
     for (;;) {
@@ -219,7 +218,7 @@ void WatchCore::markMountPoint(Id root, std::string_view below)
     }
 }
 
-bool WatchCore::hasDirt() const
+bool WatchLoop::hasDirt() const
 {
     return overflow_ || rootsSuspect_ || !dirty_.empty() || !unlisted_.empty() ||
            !notListed_.empty();
@@ -227,7 +226,7 @@ bool WatchCore::hasDirt() const
 
 // Flush
 
-void WatchCore::begin(const std::vector<std::string> &roots, const Beginning &beginning)
+void WatchLoop::begin(const std::vector<std::string> &roots, const Beginning &beginning)
 {
     mountsChanged();
     for (const std::string &path : roots)
@@ -241,7 +240,7 @@ void WatchCore::begin(const std::vector<std::string> &roots, const Beginning &be
 
 /// The folders above a root get their watches before the root, and all roots before any folder
 /// below.
-void WatchCore::enterCrawled(const std::vector<std::string> &roots, const CrawledTree &crawled)
+void WatchLoop::enterCrawled(const std::vector<std::string> &roots, const CrawledTree &crawled)
 {
     std::vector<std::string> local;
     for (const std::string &path : roots)
@@ -267,7 +266,7 @@ void WatchCore::enterCrawled(const std::vector<std::string> &roots, const Crawle
     checkArming();
 }
 
-void WatchCore::flush(Extent extent)
+void WatchLoop::flush(Extent extent)
 {
     const bool looksEverywhere = extent == Extent::everything;
     drain();
@@ -302,13 +301,13 @@ void WatchCore::flush(Extent extent)
     retries_.forgetTaken();
 }
 
-void WatchCore::takeRetries(Clock::time_point now)
+void WatchLoop::takeRetries(Clock::time_point now)
 {
     for (const RetryList::Question &question : retries_.take(now))
         lookAgain(question);
 }
 
-void WatchCore::lookAgain(const FolderVerifier::Look &look)
+void WatchLoop::lookAgain(const FolderVerifier::Look &look)
 {
     if (look.folder == WatchTree::NONE)
         rootsSuspect_ = true;
@@ -320,13 +319,13 @@ void WatchCore::lookAgain(const FolderVerifier::Look &look)
         mark(look.folder, look.name);
 }
 
-bool WatchCore::wasClockStepped() const
+bool WatchLoop::wasClockStepped() const
 {
     const std::int64_t drift = (wallClock_() - readAt_) - (bootClock() - readAtBoot_);
     return std::abs(drift) > STEP;
 }
 
-void WatchCore::verifyDirt(const Dirt &dirty)
+void WatchLoop::verifyDirt(const Dirt &dirty)
 {
     const WatchTree &tree = folders_.tree();
     std::vector<Id> marked;
@@ -340,7 +339,7 @@ void WatchCore::verifyDirt(const Dirt &dirty)
                 verifier_.verify(id, name);
 }
 
-void WatchCore::listAnew(Id id)
+void WatchLoop::listAnew(Id id)
 {
     WatchTree &tree = folders_.tree();
     if (!tree.isLive(id))
@@ -351,7 +350,7 @@ void WatchCore::listAnew(Id id)
     changes_.add(tree.path(id), ChangeLog::Found::folder);
 }
 
-void WatchCore::finish()
+void WatchLoop::finish()
 {
     folders_.releaseDropped();
     if (folders_.takeRefused()) {
@@ -370,7 +369,7 @@ void WatchCore::finish()
 // tells which of them to distrust. The same goes for folders of which nobody knows at the moment
 // whether another one stands in their place.
 
-void WatchCore::checkLooks()
+void WatchLoop::checkLooks()
 {
     drain();
     const std::vector<FolderVerifier::Look> looks = verifier_.takeLooks();
@@ -394,7 +393,7 @@ void WatchCore::checkLooks()
 
 /// Checks the looks once the folders of a crawl have their watches. Each watch was asked for by a
 /// path, so every folder counts as looked at.
-void WatchCore::checkArming()
+void WatchLoop::checkArming()
 {
     drain();
     const bool distrustsAll = overflow_ || rootsSuspect_;
@@ -408,7 +407,7 @@ void WatchCore::checkArming()
 }
 
 /// The folders that something has happened to since they were looked at.
-std::unordered_set<WatchTree::Id> WatchCore::unsettled() const
+std::unordered_set<WatchTree::Id> WatchLoop::unsettled() const
 {
     std::unordered_set<Id> found;
     for (const auto &[folder, names] : dirty_)
@@ -420,7 +419,7 @@ std::unordered_set<WatchTree::Id> WatchCore::unsettled() const
 
 /// The watched folders of which the disk did not say whether they are still in their place. Stamps
 /// tell that of the others.
-std::unordered_set<WatchTree::Id> WatchCore::unanswered() const
+std::unordered_set<WatchTree::Id> WatchLoop::unanswered() const
 {
     std::unordered_set<Id> found;
     for (const auto &[folder, name] : retries_.waiting()) {
@@ -432,7 +431,7 @@ std::unordered_set<WatchTree::Id> WatchCore::unanswered() const
     return found;
 }
 
-bool WatchCore::isBelowAny(Id id, const std::unordered_set<Id> &folders) const
+bool WatchLoop::isBelowAny(Id id, const std::unordered_set<Id> &folders) const
 {
     if (folders.empty())
         return false;
@@ -442,7 +441,7 @@ bool WatchCore::isBelowAny(Id id, const std::unordered_set<Id> &folders) const
     return false;
 }
 
-bool WatchCore::sweep()
+bool WatchLoop::sweep()
 {
     // The table has to be read here too: no event tells that a folder was moved with its mounts.
     mountsChanged();
@@ -453,7 +452,7 @@ bool WatchCore::sweep()
     return isOver;
 }
 
-void WatchCore::retryBudget()
+void WatchLoop::retryBudget()
 {
     mountsChanged();
     folders_.setBudget(fullBudget_);

@@ -24,13 +24,13 @@
 
 namespace quillon {
 
-class FSEventItemTest;
+class WatchFilter;
 
 /// The clock that stamps on the disk are held against: that of the options, or the system's.
 WallClock wallClockOf(const InotifyOptions &options);
 
 /// What a watching thread knows and how it finds out what has changed. Not locked.
-class WatchCore
+class WatchLoop
 {
 public:
     using Id = WatchTree::Id;
@@ -45,7 +45,7 @@ public:
     };
 
     /// The queue outlives it. Without mounts it takes everything below its roots for its own.
-    WatchCore(InotifyQueue &queue, std::shared_ptr<const FSEventItemTest> items,
+    WatchLoop(InotifyQueue &queue, std::shared_ptr<const WatchFilter> items,
               const InotifyOptions &options, std::size_t budget, bool knowsMounts,
               std::uint32_t rootFlags, Hooks hooks);
 
@@ -118,7 +118,7 @@ private:
     bool wasClockStepped() const;
 
     InotifyQueue &queue_;
-    const std::shared_ptr<const FSEventItemTest> items_;
+    const std::shared_ptr<const WatchFilter> items_;
     const std::function<std::int64_t()> wallClock_;
     const std::optional<std::size_t> queueLimit_;
     const std::size_t fullBudget_;
