@@ -13,7 +13,7 @@ public:
 
     /// The title that is shown and stored.
     const std::string &key() const { return key_; }
-    /// Whether the user has to name an application or an executable for the action.
+    /// Returns whether the user has to name an application or an executable for the action.
     bool requiresTarget() const { return requiresTarget_; }
 
     friend bool operator==(const ActionType &a, const ActionType &b) { return a.key_ == b.key_; }

@@ -18,7 +18,7 @@ public:
     explicit AppleEventDescriptor(std::string text) : value_(std::move(text)) {}
     static AppleEventDescriptor list();
 
-    /// Absent when this is no text.
+    /// The result is absent when this is no text.
     std::optional<std::string> stringValue() const;
     /// Moves the value out as a list: a list as it is, a text as the only item of a list. Absent
     /// when the value is nothing.
@@ -63,7 +63,7 @@ struct AppleEvent
     /// The parameters by their keywords.
     std::map<std::string, AppleEventDescriptor, std::less<>> parameters = {};
 
-    /// Null when the event has no such parameter.
+    /// Returns null when the event has no such parameter.
     const AppleEventDescriptor *parameter(std::string_view keyword) const;
 };
 

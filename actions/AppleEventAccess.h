@@ -17,7 +17,7 @@ public:
 
     explicit AppleEventAccess(DefaultsStore &store) : store_(store) {}
 
-    /// True once the key has any value, even false.
+    /// Returns true once the key has any value, even false.
     bool hasAskedForAccess() const
     {
         return store_.contains(PreferenceKeys::PREEMPTIVE_APPLE_EVENT_ACCESS);

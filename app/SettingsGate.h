@@ -31,7 +31,7 @@ public:
         WindowSystem &windowSystem;
     };
 
-    /// True when a start can use the settings. Otherwise standard error says what is wrong.
+    /// Returns true when a start can use the settings. Otherwise standard error says what is wrong.
     static bool isOpen(DefaultsStore &defaults, const std::string &file);
 
     /// The services outlive this; the file is the absolute path of the settings.

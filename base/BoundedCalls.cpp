@@ -42,7 +42,7 @@ struct BoundedCalls::Silence
 class BoundedCalls::Helper
 {
 public:
-    /// Null when the system has no thread to give.
+    /// Returns null when the system has no thread to give.
     static std::shared_ptr<Helper> start()
     {
         auto helper = std::make_shared<Helper>();
@@ -54,8 +54,8 @@ public:
         return helper;
     }
 
-    /// False when the call has not returned in time. The helper is of no use any more then, and
-    /// calls gaveUp() at once and hasReturned() should the call ever return.
+    /// Returns false when the call has not returned in time. The helper is of no use any more then,
+    /// and calls gaveUp() at once and hasReturned() should the call ever return.
     bool call(std::function<void()> task, std::chrono::milliseconds patience,
               const std::function<void()> &gaveUp, std::function<void()> hasReturned)
         EXCLUDES(mutex_)

@@ -52,8 +52,8 @@ struct DefaultsFault
     int column = 0;
     /// What is wrong, on one line and without a full stop.
     std::string reason = {};
-    /// True when this process has never read the file without a fault: no settings are in force
-    /// then, and writes fail. False when the settings that were read last are in force.
+    /// It is true when this process has never read the file without a fault: no settings are in
+    /// force then, and writes fail. False when the settings that were read last are in force.
     bool nothingRead = false;
 
     /// "FILE:LINE:COLUMN: REASON", or "FILE: REASON" where there is no line.
@@ -79,9 +79,10 @@ public:
     DefaultsStore(const DefaultsStore &) = delete;
     DefaultsStore &operator=(const DefaultsStore &) = delete;
 
-    /// Absent when the key was never written or holds null.
+    /// The result is absent when the key was never written or holds null.
     virtual std::optional<DefaultsValue> value(std::string_view key) const = 0;
-    /// False when the value could not be brought to the disk; what stood there still stands.
+    /// Returns false when the value could not be brought to the disk; what stood there still
+    /// stands.
     virtual bool set(std::string_view key, const DefaultsValue &value) = 0;
     /// Removing an absent key succeeds and writes nothing. False as for set().
     virtual bool remove(std::string_view key) = 0;
@@ -105,7 +106,7 @@ public:
     /// case; every other present value is false.
     std::optional<bool> boolean(std::string_view key) const;
     std::optional<std::string> string(std::string_view key) const;
-    /// Absent unless every element is a string; an empty array is present.
+    /// The result is absent unless every element is a string; an empty array is present.
     std::optional<std::vector<std::string>> stringArray(std::string_view key) const;
     std::optional<std::string> data(std::string_view key) const;
     std::optional<DefaultsDictionary> dictionary(std::string_view key) const;

@@ -228,7 +228,7 @@ bool IndexUpdate::findNodes()
     return true;
 }
 
-/// False when the index was reset.
+/// Returns false when the index was reset.
 bool IndexUpdate::compareWithIndex()
 {
     const ReadingIndex reading(paths_.lock());
@@ -443,7 +443,7 @@ void IndexUpdate::log(const std::function<void(std::span<const std::string>)> &r
     }
 }
 
-/// False when the index was reset.
+/// Returns false when the index was reset.
 bool IndexUpdate::appendTexts(std::span<const NodeId> nodes, std::string_view prefix,
                               std::vector<std::string> &texts) const
 {

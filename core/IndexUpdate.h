@@ -109,7 +109,7 @@ private:
     {
         NodeId node = PathTree::NONE;
         PathTree::Flags flags = 0;
-        /// True when the removals reach the node.
+        /// It is true when the removals reach the node.
         bool isTouched = false;
         /// The index of the nearest node above in unfound_, or one of the places below.
         std::size_t parent = 0;
@@ -153,7 +153,7 @@ private:
     const std::vector<std::string> names_;
     std::vector<Changed> changed_;
     Kind kind_;
-    /// True when something below a changed path did not answer.
+    /// It is true when something below a changed path did not answer.
     bool isAnyUnanswered_ = false;
     std::vector<std::string> notListed_;
     FoundNodes found_;

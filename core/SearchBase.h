@@ -119,7 +119,7 @@ public:
 
     /// The extensions of the files to index besides folders.
     std::set<std::string> includeFilePatterns() const;
-    /// Number of paths indexed.
+    /// Returns the number of paths indexed.
     std::size_t count() const;
     /// What the last build took from the settings, the running one included; never null.
     std::shared_ptr<const SearchLocations> locations() const EXCLUDES(watching_);
@@ -199,7 +199,7 @@ private:
 
     /// It is held by a build or an update as long as it takes; taken before the index's lock.
     Mutex changing_;
-    /// Null where the index is not kept.
+    /// It is null where the index is not kept.
     const std::unique_ptr<IndexKeeper> indexKeeper_;
     /// The index is going to be kept after a while.
     bool isKeepingDue_ GUARDED_BY(changing_) = false;

@@ -70,15 +70,15 @@ public:
     void stop();
 
     bool isBuilding() const { return isBuilding_; }
-    /// True while a build compares the index of the last run with the disk.
+    /// Returns true while a build compares the index of the last run with the disk.
     bool isComparing() const { return isBuilding_ && isComparing_; }
-    /// True when the last build was cancelled, so that the index is not complete.
+    /// Returns true when the last build was cancelled, so that the index is not complete.
     bool isCancelled() const { return !isBuilding_ && stop_.stop_requested(); }
-    /// False when the settings named no folder for the last build, there or not.
+    /// Returns false when the settings named no folder for the last build, there or not.
     bool hasLocations() const { return !lastBuild_ || lastBuild_->locations.nameFolders(); }
     /// How long the running build has been at it.
     std::chrono::duration<double> elapsed() const { return services_.now() - began_; }
-    /// Absent before the first one has ended.
+    /// The result is absent before the first one has ended.
     const std::optional<Build> &lastBuild() const { return lastBuild_; }
 
     /// Each is told as long as it is added, and outlives that.

@@ -13,8 +13,8 @@ bool has(const PathTree &tree, NodeId node, PathTree::Flags flag)
     return node != PathTree::NONE && (tree.node(node).flags & flag) != 0;
 }
 
-/// Whether the tree's shape says that the parent lists the path. What stands below "/" reads
-/// "/name": its first component is the empty one, not the two of "/".
+/// Returns whether the tree's shape says that the parent lists the path. What stands below "/"
+/// reads "/name": its first component is the empty one, not the two of "/".
 bool isParentByShape(std::string_view parent, std::string_view path)
 {
     const std::size_t slash = path.rfind('/');
@@ -49,7 +49,7 @@ NodeId setOf(const PathTree &tree, NodeId id)
     return isSlash(tree, id) ? tree.node(id).parent : id;
 }
 
-/// Whether isParentByShape() holds for the path's parent.
+/// Returns whether isParentByShape() holds for the path's parent.
 bool isListedByShape(const PathTree &tree, NodeId id)
 {
     const NodeId parent = tree.node(id).parent;

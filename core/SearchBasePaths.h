@@ -65,7 +65,7 @@ public:
     public:
         bool contains(std::string_view parent) const;
         std::size_t count() const;
-        /// Absent when there is no set, not even an empty one.
+        /// The result is absent when there is no set, not even an empty one.
         std::optional<std::vector<std::string>> children(std::string_view parent) const;
         /// Every path with a set, ascending by bytes.
         void forEach(const Receiver &receive) const;

@@ -32,7 +32,7 @@ private:
     struct Item
     {
         PathTree::NodeId node = PathTree::NONE;
-        /// True for what is below the node, false for the node itself.
+        /// It is true for what is below the node, false for the node itself.
         bool isBelow = false;
     };
 

@@ -33,7 +33,7 @@ struct FindCommand
 
 private:
     std::string query() const;
-    /// Absent when no running application can answer.
+    /// The result is absent when no running application can answer.
     std::optional<std::vector<FuzzyMatchResult>> askRunningInstance() const;
     /// Answers from the kept index or from the disk. Sets failed when a folder could not be read.
     std::vector<FuzzyMatchResult> searchAlone(bool &failed) const;

@@ -19,7 +19,7 @@ class Output
 public:
     Output();
     void write(std::string_view bytes);
-    /// Whether further output is dropped.
+    /// Returns whether further output is dropped.
     bool isClosed() const { return error_ != 0; }
     /// Writes what is buffered. False, with a line on standard error, when output was lost for any
     /// other reason than a reader that has gone.

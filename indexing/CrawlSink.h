@@ -22,7 +22,7 @@ public:
     {
         std::string_view name;
         bool isFolder = false;
-        /// Zero until add() sets it, unless knows() has given it.
+        /// It is zero until add() sets it, unless knows() has given it.
         Token token = 0;
     };
 

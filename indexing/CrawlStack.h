@@ -18,7 +18,7 @@ class OpenFolder;
 /// A folder to be visited.
 struct CrawlItem
 {
-    /// Null for the root, whose name is then that of a CrawlFolder's root.
+    /// It is null for the root, whose name is then that of a CrawlFolder's root.
     CrawlFolder::Ref parent;
     /// The folder above; null when it was closed again for want of descriptors.
     std::shared_ptr<const OpenFolder> parentHandle;
@@ -53,14 +53,15 @@ public:
     bool take(CrawlItem &item);
     /// Gives another stack half of what is left nearest to the root.
     void share(CrawlStack &other);
-    /// Number of folders to visit.
+    /// Returns the number of folders to visit.
     std::size_t pending() const { return pending_; }
 
     /// Takes note that a folder on the way down is open again. Called for folders from the root
     /// downwards; position starts at zero and is carried from call to call.
     void reopened(std::size_t &position, const CrawlFolder &folder,
                   const std::shared_ptr<const OpenFolder> &handle);
-    /// Number of folders kept open at a time; those nearest to the root are closed first.
+    /// Returns the number of folders kept open at a time; those nearest to the root are closed
+    /// first.
     std::size_t maxOpen() const { return maxOpen_; }
     void setMaxOpen(std::size_t count);
 

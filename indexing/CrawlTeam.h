@@ -36,7 +36,7 @@ public:
         CrawlItem root;
         /// The names in the root that are crawled; absent when all are.
         std::optional<std::vector<std::string>> names;
-        /// Null when nobody watches.
+        /// It is null when nobody watches.
         std::shared_ptr<CrawlRecord> record;
         bool reportsProgress = false;
     };
@@ -67,7 +67,7 @@ public:
     /// Closes folders that workers keep open, for want of descriptors, and lets them keep fewer
     /// from now on. False when that has been done often enough.
     bool openFewer() EXCLUDES(mutex_);
-    /// True once for each path that is wanted for a message.
+    /// Returns true once for each path that is wanted for a message.
     bool wantsPath()
     {
         return pathWanted_.load(std::memory_order_relaxed) && pathWanted_.exchange(false);

@@ -45,7 +45,7 @@ public:
     /// Takes over what another gave away. The worker has nothing left itself.
     void receive(CrawlStack given) EXCLUDES(mutex_);
     bool hasFoldersLeft() EXCLUDES(mutex_);
-    /// Number of folders it may keep open while it is below them.
+    /// Sets how many folders it may keep open while it is below them.
     void setMaxOpen(std::size_t count) EXCLUDES(mutex_);
 
     /// A number that changes whenever a call begins or ends.

@@ -43,7 +43,7 @@ public:
     RillFSEventStream &operator=(const RillFSEventStream &) = delete;
 
     void setDispatchQueue(TaskQueue &queue) { rawref_->setDispatchQueue(queue); }
-    /// Absent when the stream has started.
+    /// The result is absent when the stream has started.
     std::optional<RillFSEventsError> start();
     void stop() { rawref_->stop(); }
     void invalidate() { rawref_->invalidate(); }

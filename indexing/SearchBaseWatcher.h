@@ -70,7 +70,7 @@ public:
 
     /// Lets everything that has happened so far be told. Not called on the event queue.
     void settle() EXCLUDES(mutex_);
-    /// Absent while nothing is watched.
+    /// The result is absent while nothing is watched.
     std::optional<FSEventStatus> status() const EXCLUDES(mutex_);
 
 private:
@@ -89,7 +89,7 @@ private:
 
     mutable Mutex mutex_;
     std::weak_ptr<SearchBaseWatcherDelegate> delegate_ GUARDED_BY(mutex_);
-    /// Absent at first and when none could be made; kept when it is stopped.
+    /// It is absent at first and when none could be made; kept when it is stopped.
     std::shared_ptr<RillFSEventStream> eventStream_ GUARDED_BY(mutex_);
     /// Requested when the stream has been stopped.
     std::stop_source stop_ GUARDED_BY(mutex_);

@@ -47,7 +47,7 @@ struct SearchLocations
     /// that is good for nothing but comparing.
     std::vector<std::string> settings(const DefaultsDictionary &bookmarks) const;
 
-    /// Whether the settings name any folder, there or not.
+    /// Returns whether the settings name any folder, there or not.
     bool nameFolders() const { return !folders.empty() || !missing.empty(); }
     /// Every folder that is a root of the index as soon as it is there, ascending. A folder whose
     /// file system did not answer is left out: who watches it would wait for that.
@@ -55,7 +55,7 @@ struct SearchLocations
     std::set<std::string> extensions() const { return {filePatterns.begin(), filePatterns.end()}; }
     std::shared_ptr<const SkipRules> rules() const;
 
-    /// Whether both lead to the same index at this time.
+    /// Returns whether both lead to the same index at this time.
     friend bool operator==(const SearchLocations &a, const SearchLocations &b)
     {
         return a.folders == b.folders && a.patterns == b.patterns &&

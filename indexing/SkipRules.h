@@ -31,7 +31,7 @@ public:
     struct State
     {
         std::uint32_t node = 0;
-        /// Number of the first pattern that occurs in the path, or NONE.
+        /// It is the number of the first pattern that occurs in the path, or NONE.
         std::uint32_t pattern = NONE;
         /// The include folder that overrides this pattern is known to occur in the path.
         bool overridden = false;
@@ -47,14 +47,14 @@ public:
         return advance(advance(folder, "/"), name);
     }
 
-    /// Whether the folder is skipped by its name or path. path() gives its whole path and is called
-    /// only when that is needed; state is its state and learns from the answer.
+    /// Returns whether the folder is skipped by its name or path. path() gives its whole path and
+    /// is called only when that is needed; state is its state and learns from the answer.
     template <typename PathOf>
     bool skips(State &state, std::string_view name, const PathOf &path) const
     {
         return isPattern(name) || (anyWithSlash_ && skipsPath(state, path));
     }
-    /// Whether a folder is skipped because of its path, whatever its name.
+    /// Returns whether a folder is skipped because of its path, whatever its name.
     template <typename PathOf>
     bool skipsPath(State &state, const PathOf &path) const
     {

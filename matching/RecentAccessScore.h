@@ -49,9 +49,9 @@ public:
     RecentAccessScoreDataStore(const RecentAccessScoreDataStore &) = delete;
     RecentAccessScoreDataStore &operator=(const RecentAccessScoreDataStore &) = delete;
 
-    /// Absent when nothing, or no dictionary, is stored under the key.
+    /// The result is absent when nothing, or no dictionary, is stored under the key.
     virtual std::optional<DefaultsDictionary> dictionary(std::string_view key) = 0;
-    /// False when the value could not be kept.
+    /// Returns false when the value could not be kept.
     virtual bool set(const DefaultsValue &value, std::string_view key) = 0;
 };
 

@@ -36,9 +36,9 @@ public:
 
     /// Returns the best matches, best first. Takes the index's lock shared, in slices.
     std::vector<Match> run(unsigned threads);
-    /// True after run() when a writer that was let in between two slices has removed a match, whose
-    /// place another text may deserve that was passed over, or has exchanged the tree. The search
-    /// is to be made again.
+    /// Returns true after run() when a writer that was let in between two slices has removed a
+    /// match, whose place another text may deserve that was passed over, or has exchanged the tree.
+    /// The search is to be made again.
     bool hasLostMatches() const { return hasLostMatches_; }
     /// Runs on this thread alone and lets no writer in until the search has ended.
     std::vector<Match> runInOneGo();

@@ -33,11 +33,11 @@ private:
         std::size_t consumed = 0;
         /// The parent's text with the slash has this length, which is exact where texts are scored.
         std::size_t position = 0;
-        /// True when units and starts belong to this level.
+        /// It is true when units and starts belong to this level.
         bool hasUnits = false;
         UnitScorer::State units;
         UnitScorer::Starts starts;
-        /// True when state belongs to this level.
+        /// It is true when state belongs to this level.
         bool hasState = false;
         ColumnScorer::State state;
     };

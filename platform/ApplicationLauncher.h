@@ -17,7 +17,7 @@ struct Application
     std::string genericName = {};
     /// The file name of its program has no folder.
     std::string executable = {};
-    /// False when the desktop's menus leave the application out.
+    /// It is false when the desktop's menus leave the application out.
     bool isShown = true;
     bool isTerminalEmulator = false;
     bool isFileManager = false;

@@ -39,7 +39,7 @@ public:
     virtual Folder folder(std::string_view path) const = 0;
     /// Judges anything else by its name.
     virtual bool includesFile(std::string_view name) const = 0;
-    /// Whether the index holds the path at this moment.
+    /// Returns whether the index holds the path at this moment.
     virtual bool isIndexed(std::string_view path) const = 0;
 };
 
@@ -112,7 +112,7 @@ public:
 
     /// Where the callback runs; a serial queue with a thread of its own, set before start().
     virtual void setDispatchQueue(TaskQueue &queue) = 0;
-    /// False when nothing can be watched.
+    /// Returns false when nothing can be watched.
     virtual bool start() = 0;
     /// No callback begins any more once this returns, unless the queue is in one; what was not
     /// delivered is dropped. Does not wait for the system. The item test may be asked a little
@@ -166,7 +166,8 @@ public:
     /// The call has to come before a crawl begins. What happens after it is delivered by the stream
     /// that takes the notes over. Null when nothing can be watched.
     virtual std::shared_ptr<CrawlRecord> beginRecord() = 0;
-    /// Null when there is nothing to watch, or when another stream has taken the notes over.
+    /// Returns null when there is nothing to watch, or when another stream has taken the notes
+    /// over.
     virtual std::unique_ptr<FSEventStream> create(Request request) = 0;
 };
 

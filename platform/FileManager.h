@@ -21,7 +21,7 @@ public:
     /// Notes the window that is in front, before one of ours comes to the front. Main thread; takes
     /// a few milliseconds at most.
     virtual void noteFrontWindow() = 0;
-    /// Whether the noted window belongs to a file manager. Any thread; answers at once.
+    /// Returns whether the noted window belongs to a file manager. Any thread; answers at once.
     virtual bool isFrontmost() const = 0;
     /// Returns the items in the folder that the noted window shows, without hidden ones. The paths
     /// of folders end with "/". Also empty when the folder cannot be found out.
@@ -33,7 +33,7 @@ public:
     virtual std::string application() const = 0;
     /// Returns what application() is while the user names none. Any thread.
     virtual std::string standardApplication() const = 0;
-    /// Whether the application with this desktop id is a file manager. Any thread.
+    /// Returns whether the application with this desktop id is a file manager. Any thread.
     virtual bool isFileManager(const std::string &desktopId) const = 0;
 
     // Each returns false when it could do nothing, for example because the folder is gone.

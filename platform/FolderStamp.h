@@ -13,8 +13,8 @@ struct FolderStamp
     /// The change time is in nanoseconds since 1970, by the file system's clock.
     std::int64_t changed = 0;
 
-    /// True where every change gives a folder another change time, so that an equal stamp means an
-    /// unchanged folder even in another run of the program.
+    /// It is true where every change gives a folder another change time, so that an equal stamp
+    /// means an unchanged folder even in another run of the program.
     bool isLasting = false;
 
     bool isKnown() const { return inode != 0; }

@@ -24,7 +24,7 @@ public:
         /// Both texts are UTF-8, with U+FFFD for each byte that was not.
         std::string standardOutput;
         std::string standardError;
-        /// Whether the program ended by itself with the status 0.
+        /// It says whether the program ended by itself with the status 0.
         bool isSuccess = true;
     };
     using Ended = std::function<void(const Output &)>;

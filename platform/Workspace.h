@@ -26,7 +26,7 @@ public:
     virtual std::string applicationToOpen(const std::string &path) const = 0;
     /// Returns names in the icon theme for the item, the most fitting first. Empty when it is gone.
     virtual std::vector<std::string> iconNames(const std::string &path) const = 0;
-    /// Whether a folder is at the path. Follows symbolic links.
+    /// Returns whether a folder is at the path. Follows symbolic links.
     virtual bool isFolder(const std::string &path) const = 0;
     /// Returns the path with every symbolic link resolved, or the path itself where that fails.
     virtual std::string resolvingSymlinks(const std::string &path) const = 0;

@@ -90,7 +90,7 @@ private:
     void fetchFrontWindow();
     void updateSpinner();
     std::string query() const;
-    /// True when the rows are the answer to the text in the field.
+    /// Returns true when the rows are the answer to the text in the field.
     bool isAnswered() const { return answeredQuery_ == query(); }
 
     void confirm(ActionShortcutFlags flags);
@@ -118,7 +118,8 @@ private:
     /// The pending search has been running for long enough to say so.
     bool isSearchSlow_ = false;
     bool isFetchingFrontWindow_ = false;
-    /// Number of the newest search. An earlier one may have known less, so its answer is dropped.
+    /// It is the number of the newest search. An earlier one may have known less, so its answer is
+    /// dropped.
     std::uint64_t newestSearch_ = 0;
     std::optional<std::string> answeredQuery_;
     QString typedAhead_;

@@ -44,7 +44,7 @@ public:
 
     /// After this call text typed on the button goes to the field, and Escape leads there.
     void watchButton(QObject &button);
-    /// True while the field shows a text that its user has not settled on.
+    /// Returns true while the field shows a text that its user has not settled on.
     bool isComposing() const { return isComposing_; }
     /// Forgets the keys that were held and the text that was being composed.
     void reset();

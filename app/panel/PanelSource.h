@@ -22,7 +22,7 @@ public:
         bool isComparing = false;
         /// The last build was cancelled, so that folders are missing.
         bool isCancelled = false;
-        /// False when the settings name no folder to index.
+        /// It is false when the settings name no folder to index.
         bool hasLocations = true;
         /// The home folder was to be searched, which could not be written into the settings.
         bool isWriteRefused = false;
@@ -54,7 +54,7 @@ public:
     virtual void recordUse(const SearchBaseResultRef &result) = 0;
     virtual State state() const = 0;
 
-    /// Whether searches are to find the items of the file manager window that is in front.
+    /// Returns whether searches are to find the items of the file manager window that is in front.
     virtual bool isFrontWindowSearched() const = 0;
     /// Has later searches find the items that the window shows now, and calls back when they do;
     /// never when forgetFrontWindow() comes first.

@@ -22,7 +22,7 @@ public:
     virtual void sendFeedback() = 0;
     /// The user asked for this check, so a window says what came of it.
     virtual void checkForUpdates() = 0;
-    /// Whether the last check found a newer release.
+    /// Returns whether the last check found a newer release.
     virtual bool hasUninstalledUpdate() const = 0;
     virtual void terminate() = 0;
 };

@@ -16,7 +16,7 @@ public:
 
     void setResults(std::vector<SearchBaseResultRef> results);
     const std::vector<SearchBaseResultRef> &results() const { return results_; }
-    /// Null when there is no such row.
+    /// Returns null when there is no such row.
     SearchBaseResultRef result(int row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

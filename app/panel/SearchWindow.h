@@ -55,7 +55,8 @@ private:
     std::uintptr_t previousWindow_ = 0;
     /// This clock runs since the panel was last brought up.
     QElapsedTimer presented_;
-    /// Whether the panel has had the keyboard since it was shown, so that it can lose the keyboard.
+    /// It says whether the panel has had the keyboard since it was shown, so that it can lose the
+    /// keyboard.
     bool hasHadKeyboard_ = false;
     /// Something is on its way from here to another window.
     bool isDraggedFrom_ = false;

@@ -60,7 +60,7 @@ private:
     void kindChanged();
     void offerApplications();
     void chooseExecutable();
-    /// Absent for none of the six.
+    /// The result is absent where it is none of the six.
     std::optional<ActionType> selectedKind() const;
     /// Says beside the field what would come of its text. A warning at most: what is not there now
     /// may be there when the action is carried out.
@@ -72,7 +72,7 @@ private:
     ActionModelFinder finder_;
     FormNote *shortcutNote_ = nullptr;
     FormNote *targetNote_ = nullptr;
-    /// Empty until they are asked for.
+    /// It is empty until they are asked for.
     std::vector<Application> applications_;
 };
 

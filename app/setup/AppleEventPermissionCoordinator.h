@@ -36,7 +36,7 @@ public:
     /// Shows the window, or brings it to the front when it is shown already.
     void show(const PanelPalette &palette);
     void setPanelPalette(const PanelPalette &palette);
-    /// Null while it is not shown.
+    /// Returns null while it is not shown.
     QWidget *window() const;
 
     void permissionFinished() override;

@@ -41,7 +41,7 @@ public:
     /// The user asked for this check, so a window says what came of it.
     void checkInteractively();
 
-    /// Whether the last check found a newer release.
+    /// Returns whether the last check found a newer release.
     bool hasUninstalledUpdate() const { return hasUninstalledUpdate_; }
     /// Calls back each time that the answer changes. One receiver.
     void onChange(std::function<void()> changed) { changed_ = std::move(changed); }

@@ -23,7 +23,7 @@ public:
     /// Takes the room of so many lines at least, whatever it says.
     void keepRoomFor(int lines);
     void setSentence(const QString &sentence);
-    /// Empty when nothing is wrong any more.
+    /// The text is empty when nothing is wrong any more.
     void sayFault(const QString &fault);
     bool hasFault() const { return !fault_.isEmpty(); }
 

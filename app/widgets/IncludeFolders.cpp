@@ -62,7 +62,7 @@ IncludeFolders::Outcome IncludeFolders::added(const std::vector<std::string> &pa
     return outcome;
 }
 
-/// Empty when nothing is wrong.
+/// The result is empty when nothing is wrong.
 QString IncludeFolders::fault(const std::string &path, const std::vector<std::string> &listed,
                               const SkipRules &rules) const
 {

@@ -22,7 +22,7 @@ struct Notice
         /// The text on the button, with the mark of its mnemonic.
         QString text;
         std::function<void()> choose;
-        /// True for a choice that leaves the window where it is.
+        /// It is true for a choice that leaves the window where it is.
         bool keepsWindow = false;
     };
 

@@ -32,7 +32,7 @@ using testing::IsEmpty;
 
 constexpr int ADVANCED_TAB = 3;
 
-/// Whether the function, run in a process of its own, returns true.
+/// Returns whether the function, run in a process of its own, returns true.
 bool succeedsElsewhere(const std::function<bool()> &function)
 {
     const pid_t child = ::fork();

@@ -62,7 +62,7 @@ private:
 class UpdaterTest : public testing::Test
 {
 protected:
-    /// Null while none is shown.
+    /// Returns null while none is shown.
     static QWidget *window()
     {
         for (QWidget *widget : QApplication::topLevelWidgets()) {

@@ -541,7 +541,8 @@ TEST(SearchBaseUpdate, waitsForABuildAndThenCorrectsIt)
     EXPECT_EQ(base.searchBase.count(), 5U);
 }
 
-/// Whether events tell of a change in this folder: it is none of those that the index leaves out.
+/// Returns whether events tell of a change in this folder: it is none of those that the index
+/// leaves out.
 bool isTold(const std::string &folder)
 {
     const std::string_view inner = "r/.h/b";

@@ -103,7 +103,8 @@ public:
     const std::string &root() const { return root_; }
 
 private:
-    /// Whether every folder between the root and the path is a folder and not a link to one.
+    /// Returns whether every folder between the root and the path is a folder and not a link to
+    /// one.
     bool isReachedWithoutLinks(const std::string &path) const
     {
         std::error_code error;

@@ -73,7 +73,7 @@ public:
     }
 
     bool isAbleToWatch = true;
-    /// Whether streams made from now on can be started.
+    /// It says whether streams made from now on can be started.
     bool isAbleToStart = true;
     std::vector<std::shared_ptr<Stream>> streams;
 

@@ -39,7 +39,7 @@ public:
 
     /// The answer to the last grab, or another one later.
     void answer(Outcome outcome) { answer(outcome, *asked_); }
-    /// False when nothing would come of it.
+    /// Returns false when nothing would come of it.
     bool press(const KeyCombination &keys)
     {
         if (grabbed_ != keys || !pressed_)

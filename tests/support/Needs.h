@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-/// Whether a program of the name is found on the PATH.
+/// Returns whether a program of the name is found on the PATH.
 inline bool isInstalled(const std::string &program)
 {
     const char *path = std::getenv("PATH");
@@ -22,7 +22,7 @@ inline bool isInstalled(const std::string &program)
     return false;
 }
 
-/// Whether a test fails where the system lacks what it needs. Elsewhere it is skipped.
+/// Returns whether a test fails where the system lacks what it needs. Elsewhere it is skipped.
 inline bool needsAreRequired()
 {
     return std::getenv("QUILLON_REQUIRE_TOOLS") != nullptr;

@@ -11,8 +11,8 @@
 
 namespace quillon {
 
-/// Whether something holds in a process of an ordinary user who may have no second thread. It is
-/// tried in a copy of this process, which has the calling thread alone.
+/// Returns whether something holds in a process of an ordinary user who may have no second thread.
+/// It is tried in a copy of this process, which has the calling thread alone.
 inline bool holdsWithoutThreads(const std::function<bool()> &what)
 {
     const pid_t child = ::fork();

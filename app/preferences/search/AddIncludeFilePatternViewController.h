@@ -22,7 +22,7 @@ public:
 
 private:
     void textChanged();
-    /// Empty when nothing is wrong.
+    /// The result is empty when nothing is wrong.
     QString fault() const;
     void confirm();
 

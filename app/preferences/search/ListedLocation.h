@@ -14,7 +14,7 @@ struct SearchLocations;
 /// A search location as a row of the list.
 struct ListedLocation
 {
-    /// Whether an include folder is there. Patterns and extensions always are.
+    /// It says whether an include folder is there. Patterns and extensions always are.
     enum class Presence
     {
         there,
@@ -27,7 +27,7 @@ struct ListedLocation
 
     /// What the row says; quiet where nothing is searched at the moment.
     QList<FormTextRun> label() const;
-    /// Whether both name the same rule, even if they were read at different times.
+    /// Returns whether both name the same rule, even if they were read at different times.
     bool names(const SearchBaseLocation &other) const;
 };
 

@@ -16,7 +16,7 @@ ObjectRef<GDesktopAppInfo> installedApplication(const std::string &id);
 /// The desktop ids of the applications that open folders, the default one first.
 std::vector<std::string> folderApplications();
 
-/// Whether an application calls itself a file manager.
+/// Returns whether an application calls itself a file manager.
 bool isFileManager(GDesktopAppInfo *application);
 
 // A program that is started here outlives this process, and its output is dropped.

@@ -70,7 +70,7 @@ bool isThere(const fs::path &path)
     return fs::exists(fs::symlink_status(path, error));
 }
 
-/// Whether the desktop would start this entry now.
+/// Returns whether the desktop would start this entry now.
 bool starts(const std::string &path)
 {
     // GIO makes no application of an entry whose program is gone.

@@ -23,7 +23,8 @@ public:
     bool setEnabled(bool enabled) override;
 
 private:
-    /// Whether the desktop would start the first entry found in the folders from this one on.
+    /// Returns whether the desktop would start the first entry found in the folders from this one
+    /// on.
     bool startsFrom(std::size_t first) const;
     bool write() const;
     /// Writes an entry that keeps the system's entries from being started.

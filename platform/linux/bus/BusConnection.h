@@ -37,7 +37,7 @@ public:
     /// Makes a connection to the session bus of the user.
     static BusConnection session();
 
-    /// False when there is no such bus, or it cannot be joined in time.
+    /// Returns false when there is no such bus, or it cannot be joined in time.
     bool isReachable(Deadline deadline) { return connection(deadline) != nullptr; }
 
     enum class Activation

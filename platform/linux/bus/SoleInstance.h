@@ -10,7 +10,8 @@ namespace quillon {
 class SoleInstance
 {
 public:
-    /// False while another process has claimed it. True also where that cannot be found out.
+    /// Returns false while another process has claimed it. True also where that cannot be found
+    /// out.
     bool claim();
 
 private:

@@ -20,8 +20,8 @@ struct ShortPath
 /// path.
 std::optional<ShortPath> shorten(const std::string &path);
 
-/// Whether the error of a call, as in errno, says that nothing stands at the path. Any other error
-/// says nothing about what stands there.
+/// Returns whether the error of a call, as in errno, says that nothing stands at the path. Any
+/// other error says nothing about what stands there.
 bool meansAbsence(int error);
 
 /// openat() that is not interrupted. None, with errno set, when it fails.

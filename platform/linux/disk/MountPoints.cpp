@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-/// Whether the text begins with a backslash and the three octal digits of a byte.
+/// Returns whether the text begins with a backslash and the three octal digits of a byte.
 bool isEscaped(std::string_view text)
 {
     const auto isUpTo = [&](std::size_t at, char last) {

@@ -24,9 +24,9 @@ public:
     /// Reads the table again; returns the points where something has come or gone. Absent when the
     /// system did not answer.
     std::optional<std::vector<std::string>> reload();
-    /// Whether any mount point has this name, so that it is worth asking about the path.
+    /// Returns whether any mount point has this name, so that it is worth asking about the path.
     bool mayBeMountPoint(std::string_view name) const { return names_.contains(name); }
-    /// Whether a remote file system is mounted at the path, which is free of links.
+    /// Returns whether a remote file system is mounted at the path, which is free of links.
     bool isRemoteMountPoint(const std::string &path) const;
     /// What begins at a place.
     enum class Border
@@ -39,7 +39,7 @@ public:
     /// What begins at a name in a folder, whose path may contain links. Absent when the disk did
     /// not answer for the folder.
     std::optional<Border> borderAt(const std::string &folder, std::string_view name) const;
-    /// Whether the path, free of links, is on a remote file system.
+    /// Returns whether the path, free of links, is on a remote file system.
     bool isRemote(std::string_view path) const;
 
 private:

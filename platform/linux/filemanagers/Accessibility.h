@@ -48,7 +48,7 @@ public:
     std::vector<Control> children(const Control &control, Deadline deadline);
     std::string name(const Control &control, Deadline deadline);
     Role role(const Control &control, Deadline deadline);
-    /// Whether a toggle button is pressed.
+    /// Returns whether a toggle button is pressed.
     bool isChecked(const Control &control, Deadline deadline);
     /// The text of an entry; absent for a control that cannot be edited.
     std::optional<std::string> text(const Control &control, Deadline deadline);

@@ -98,7 +98,7 @@ protected:
     }
 
 private:
-    /// Whether any tab of the window shows the folder.
+    /// Returns whether any tab of the window shows the folder.
     bool isOpen(const BusObject &mainWindow, const std::string &folder, Deadline deadline)
     {
         const auto reply = surroundings().session.call(

@@ -43,7 +43,7 @@ bool isTitleFor(const std::string &title, const std::string &folder)
     });
 }
 
-/// Whether the process runs the program, by itself or as a script.
+/// Returns whether the process runs the program, by itself or as a script.
 bool isProgram(pid_t process, const std::string &name)
 {
     std::ifstream commandLine("/proc/" + std::to_string(process) + "/cmdline");

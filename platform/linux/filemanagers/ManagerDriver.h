@@ -42,7 +42,7 @@ public:
         std::string busName;
         /// The command for a window of its own: the program and its options; the folder follows.
         std::vector<std::string> newWindowCommand;
-        /// Whether the command takes a folder as its path and not as its URI.
+        /// It says whether the command takes a folder as its path and not as its URI.
         bool takesPath = false;
         /// What follows the folder's name in the titles of its windows.
         std::string titleEnd = {};
@@ -67,7 +67,7 @@ public:
                                           const std::string &folder, Deadline deadline);
     /// The folder that a window shows.
     std::optional<std::string> folderOf(const DesktopWindow &window, Deadline deadline);
-    /// Whether the file manager runs and answers a question that changes nothing.
+    /// Returns whether the file manager runs and answers a question that changes nothing.
     bool isAnswering(Deadline deadline);
 
 protected:
@@ -79,7 +79,7 @@ protected:
                                   Deadline deadline);
     /// The folder that the file manager reports for a window; absent when it reports none.
     virtual std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline);
-    /// Whether the file manager reports that a window shows the folder.
+    /// Returns whether the file manager reports that a window shows the folder.
     virtual bool isTold(const DesktopWindow &window, const std::string &folder, Deadline deadline);
     /// The folder of a window for which the file manager reports none and whose title is not the
     /// folder's name.
@@ -109,7 +109,7 @@ protected:
 private:
     bool start(const std::string &program, const std::vector<std::string> &options,
                const std::string &path);
-    /// Whether the application owns the bus name that all file managers share.
+    /// Returns whether the application owns the bus name that all file managers share.
     bool ownsCommonName(GDesktopAppInfo *application, Deadline deadline);
     /// Waits until the window shows the folder; `before` describes it before it was asked.
     bool comesToShow(const DesktopWindow &before, const std::string &folder, Deadline deadline);

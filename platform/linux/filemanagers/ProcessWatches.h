@@ -15,8 +15,8 @@ namespace quillon {
 /// none is found before the deadline.
 std::optional<std::string> watchedFolder(pid_t process, const std::string &name, Deadline deadline);
 
-/// Whether the process watches this folder. False for another user's process, whose watches are
-/// unknown.
+/// Returns whether the process watches this folder. False for another user's process, whose watches
+/// are unknown.
 bool isWatchedFolder(pid_t process, const std::string &path);
 
 } // namespace quillon

@@ -46,7 +46,7 @@ std::optional<std::filesystem::path> writeBeside(const std::filesystem::path &ta
 /// that name, the copy's name gets a later second.
 std::optional<std::filesystem::path> writeCopyBeside(const std::filesystem::path &target,
                                                      const QByteArray &bytes);
-/// True for the name of a file that writeBeside() makes for a target of this name.
+/// Returns true for the name of a file that writeBeside() makes for a target of this name.
 bool isTemporaryName(std::string_view name, const std::string &target);
 
 /// Removes what writeBeside() made for the target a minute ago or earlier and nobody has renamed.

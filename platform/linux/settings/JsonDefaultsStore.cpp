@@ -80,12 +80,12 @@ void pause()
 struct JsonDefaultsStore::Look
 {
     SettingsFile::Reading reading;
-    /// Absent with a fault.
+    /// It is absent with a fault.
     std::optional<QJsonObject> contents;
     DefaultsFault fault;
 
     bool isBlank() const { return reading.error == 0 && quillon::isBlank(reading.bytes); }
-    /// True for an empty or half file that somebody may be writing just now.
+    /// Returns true for an empty or half file that somebody may be writing just now.
     bool isUnfinished() const
     {
         return reading.error == 0 && (!contents || isBlank()) && !reading.rested;
@@ -219,14 +219,14 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
     return outcome;
 }
 
-/// True when the file was there when it was looked at last.
+/// Returns true when the file was there when it was looked at last.
 bool JsonDefaultsStore::hasFile() const
 {
     const MutexLock lock(mutex_);
     return hasRead_ && stamp_.error == 0;
 }
 
-/// True when the edit would leave the file as it is.
+/// Returns true when the edit would leave the file as it is.
 bool JsonDefaultsStore::isOnDisk(const Edit &edit) const
 {
     const MutexLock lock(mutex_);

@@ -64,7 +64,7 @@ private:
     mutable bool settled_ GUARDED_BY(mutex_) = false;
     /// What is wrong with the file on the disk; contents_ did not come from it then.
     mutable std::optional<DefaultsFault> fault_ GUARDED_BY(mutex_);
-    /// True once a file without a fault, or no file, was found.
+    /// It is true once a file without a fault, or no file, was found.
     mutable bool hasRead_ GUARDED_BY(mutex_) = false;
     mutable std::optional<FileStamp> complained_ GUARDED_BY(mutex_);
 };

@@ -117,7 +117,7 @@ public:
             ::unlink(name_->c_str());
     }
 
-    /// False when it could not be written.
+    /// Returns false when it could not be written.
     explicit operator bool() const { return name_.has_value(); }
     const fs::path &name() const { return *name_; }
     void stay() { name_.reset(); }

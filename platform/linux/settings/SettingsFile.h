@@ -55,9 +55,10 @@ public:
         /// The errno of what kept the bytes from being read; 0 when all were read.
         int error = 0;
         QByteArray bytes;
-        /// False while the file is so young that another change could leave the stamp as it is.
+        /// It is false while the file is so young that another change could leave the stamp as it
+        /// is.
         bool settled = true;
-        /// False while somebody may be in the middle of writing the file in place.
+        /// It is false while somebody may be in the middle of writing the file in place.
         bool rested = true;
     };
 

@@ -40,8 +40,8 @@ public:
     /// Adds again what was told lately at or below the path: another folder may have stood there
     /// while the receiver looked.
     void tellAgain(std::string_view path);
-    /// Whether an update that looked at the path on the disk earlier may not have reached the index
-    /// yet.
+    /// Returns whether an update that looked at the path on the disk earlier may not have reached
+    /// the index yet.
     bool wasToldLately(std::string_view path) const;
     /// The names in a folder at or below which something was told lately.
     std::set<std::string> namesToldLately(std::string_view folder) const;

@@ -38,7 +38,7 @@ enum class Listing
 Listing listFolder(const std::string &path, bool followsLink,
                    const std::function<void(const FolderEntry &entry)> &receive);
 
-/// Whether a folder of a local disk shows the state of the kernel and no files of anyone.
+/// Returns whether a folder of a local disk shows the state of the kernel and no files of anyone.
 bool isOnPseudoFileSystem(const std::string &path);
 
 } // namespace quillon

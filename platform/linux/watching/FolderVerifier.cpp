@@ -207,7 +207,7 @@ void FolderVerifier::armListed()
     verifyEach(others);
 }
 
-/// False when there is no folder any more.
+/// Returns false when there is no folder any more.
 bool FolderVerifier::armOne(const WatchedFolders::Listed &listed)
 {
     const bool hasRoom = folders_.hasRoom();

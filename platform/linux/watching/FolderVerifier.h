@@ -101,7 +101,7 @@ private:
     MountBoundary borderAt(Id parent, std::string_view name) const;
     Listing list(Id id, const std::string &path, Content &content) const;
     void adoptChildren(Id id, std::deque<Id> &adopted, std::optional<std::int64_t> since);
-    /// NONE when there is no folder any more; absent when the disk did not answer.
+    /// Returns NONE when there is no folder any more; absent when the disk did not answer.
     std::optional<Id> admit(Id parent, std::string_view name, const std::string &path);
     void askAgain(Id id);
     void close(Id id, MountBoundary border, const std::string &path, const FolderStamp &stamp);
@@ -120,7 +120,7 @@ private:
     const WatchFilter &items_;
     ChangeLog &changes_;
     RetryList &retries_;
-    /// Null where mounts do not matter.
+    /// It is null where mounts do not matter.
     const MountTable *const mounts_;
     const Hooks hooks_;
     /// These folders are still to be listed.

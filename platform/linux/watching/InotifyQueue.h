@@ -42,7 +42,7 @@ public:
     /// Closed from the beginning where nothing is to be watched.
     explicit InotifyQueue(bool open);
 
-    /// False also where the system grants no instance.
+    /// Returns false also where the system grants no instance.
     bool isOpen() const { return static_cast<bool>(descriptor_); }
     /// The descriptor that becomes readable with the next event.
     int descriptor() const { return descriptor_.get(); }

@@ -33,8 +33,8 @@ std::int64_t bootClock()
     return readClock(CLOCK_BOOTTIME);
 }
 
-/// Whether folders without a watch have moved since they were entered, by their stamps. Asks for
-/// each stamp once.
+/// Finds out whether folders without a watch have moved since they were entered, by their stamps.
+/// Asks for each stamp once.
 class StampCheck
 {
 public:

@@ -17,9 +17,9 @@ public:
     /// Zero is none.
     using Id = std::uint32_t;
 
-    /// True when nobody had the watch.
+    /// Returns true when nobody had the watch.
     bool add(int watch, Id owner);
-    /// True when nobody has it any more. It is the owner's.
+    /// Returns true when nobody has it any more. It is the owner's.
     bool remove(int watch, Id owner);
     std::vector<Id> of(int watch) const;
     bool has(int watch) const { return first(watch) != 0; }

@@ -31,15 +31,15 @@ public:
     /// Forgets the root and drops its folders. The watches on the folders above stay, since they
     /// may guard other roots too.
     void remove(std::string_view path);
-    /// Whether the root is on a remote file system. Absent when the disk did not answer.
+    /// Returns whether the root is on a remote file system. Absent when the disk did not answer.
     std::optional<bool> isRemote(const std::string &path) const;
     /// Returns the folder of a root. It is NONE where the root is not there.
     Id folder(std::string_view path) const;
     /// The roots that are there, and their folders.
     std::vector<std::pair<std::string, Id>> entered() const;
 
-    /// Whether a mount that came or went at this point may have made a root appear, disappear or
-    /// become another folder.
+    /// Returns whether a mount that came or went at this point may have made a root appear,
+    /// disappear or become another folder.
     bool areConcernedByMount(std::string_view point) const;
 
     /// Watches the folders above a path. False when one that is there got no watch.

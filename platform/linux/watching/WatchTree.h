@@ -32,7 +32,7 @@ public:
     Id add(Id parent, std::string_view name);
     Id find(Id parent, std::string_view name) const;
 
-    /// False once it was detached.
+    /// Returns false once it was detached.
     bool isLive(Id id) const { return nodes_[id].state == State::live; }
     bool isRoot(Id id) const { return nodes_[id].parent == NONE; }
     Id parent(Id id) const { return nodes_[id].parent; }
@@ -40,7 +40,7 @@ public:
     Id nextSibling(Id id) const { return nodes_[id].nextSibling; }
     /// Folders between it and its root; the highest number stands for more, too.
     std::uint16_t depth(Id id) const { return nodes_[id].depth; }
-    /// Empty for a root.
+    /// The result is empty for a root.
     std::string_view name(Id id) const;
     std::string path(Id id) const;
     std::string path(Id parent, std::string_view name) const;
@@ -53,7 +53,7 @@ public:
 
     int watch(Id id) const { return nodes_[id].watch; }
     void setWatch(Id id, int watch);
-    /// True when no other folder has the watch it had.
+    /// Returns true when no other folder has the watch it had.
     bool clearWatch(Id id);
     /// Detached folders are among them.
     std::vector<Id> ownersOf(int watch) const { return owners_.of(watch); }
@@ -61,7 +61,7 @@ public:
     /// Ids are below this.
     Id idLimit() const { return static_cast<Id>(nodes_.size()); }
     std::size_t folders() const { return folders_; }
-    /// Number of different watches.
+    /// Returns the number of different watches.
     std::size_t watches() const { return watches_; }
     /// Memory held, slack included.
     std::size_t bytes() const;

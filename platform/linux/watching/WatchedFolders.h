@@ -75,7 +75,7 @@ public:
 
     /// Looks at a folder, and asks for a watch on it where that is allowed.
     FolderState sight(const std::string &path, bool isRoot, bool mayWatch);
-    /// Whether one more watch is within the budget.
+    /// Returns whether one more watch is within the budget.
     bool hasRoom() const { return tree_.watches() < budget_; }
     /// Enters what was seen of a new folder.
     void record(Id id, const FolderState &seen);
@@ -87,8 +87,8 @@ public:
     void recordUnwatched(const Listed &listed);
     /// The time at which the crawl began whose folders are recorded, in nanoseconds since 1970.
     void setCrawledSince(std::int64_t time) { crawledSince_ = time; }
-    /// Whether the stamp is so much older than the crawl that any change since the crawl began
-    /// has given the folder another stamp. False for an unknown stamp.
+    /// Returns whether the stamp is so much older than the crawl that any change since the crawl
+    /// began has given the folder another stamp. False for an unknown stamp.
     bool isTrusted(const FolderStamp &stamp) const;
     /// A folder that is not entered.
     void recordClosed(Id id, const FolderStamp &stamp);
@@ -98,7 +98,8 @@ public:
     const Unwatched *unwatched(Id id) const;
     Unwatched *unwatched(Id id);
     const std::unordered_map<Id, Unwatched> &unwatched() const { return unwatched_; }
-    /// Whether a folder without a watch is entered, so that a sweep has something to look at.
+    /// Returns whether a folder without a watch is entered, so that a sweep has something to look
+    /// at.
     bool hasSwept() const;
 
     /// An unwatched folder has got a watch.

@@ -21,7 +21,7 @@ namespace {
 constexpr std::uint32_t SOURCE_APPLICATION = 1;
 constexpr std::uint32_t SOURCE_USER = 2;
 
-/// Null where Qt does not run on X11.
+/// Returns null where Qt does not run on X11.
 xcb_connection_t *connection()
 {
     auto *x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();

@@ -10,7 +10,8 @@ namespace quillon {
 class DesktopWindowSystem : public WindowSystem
 {
 public:
-    /// Whether there is an X display that accepts this process. Needs no application object.
+    /// Returns whether there is an X display that accepts this process. Needs no application
+    /// object.
     static bool isReachable();
 
     void keepOutOfTaskbar(std::uintptr_t window) override;

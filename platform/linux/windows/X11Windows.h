@@ -42,8 +42,8 @@ public:
     X11Windows &operator=(const X11Windows &) = delete;
     ~X11Windows();
 
-    /// Whether these are the windows of all programs. False without X11, and false on Wayland,
-    /// where only some programs still use X11.
+    /// Returns whether these are the windows of all programs. False without X11, and false on
+    /// Wayland, where only some programs still use X11.
     bool isComplete() const;
 
     /// The window with the keyboard, or for a dialogue the window that it belongs to. Absent when
