@@ -51,13 +51,14 @@ void StatusReport::buildEnded()
 {
     const MutexLock lock(mutex_);
     lastBuild_ = builder_.lastBuild();
-    if (builder_.isCancelled())
+    if (builder_.isCancelled()) {
         state_ = "cancelled";
-    else if (!builder_.hasLocations())
+    } else if (!builder_.hasLocations()) {
         state_ = "no-folders";
-    else
+    } else {
         state_ = "ready";
-    becomeAnswering();
+        becomeAnswering();
+    }
 }
 
 void StatusReport::becomeAnswering()

@@ -34,7 +34,7 @@ private:
     mutable Mutex mutex_;
     const char *state_ GUARDED_BY(mutex_) = "waiting";
     std::optional<SearchBaseBuilder::Build> lastBuild_ GUARDED_BY(mutex_);
-    /// From the start of the program until searches could be answered for the first time.
+    /// It is the time from the start of the program until it could answer a search.
     std::optional<std::chrono::duration<double>> firstAnswer_ GUARDED_BY(mutex_);
 };
 

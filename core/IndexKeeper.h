@@ -23,7 +23,7 @@ struct KeptTree
     IndexBasis basis;
     /// The first KeptIndex::HEAD_SIZE bytes of the file.
     std::string head;
-    /// Without a table of children.
+    /// It has no table of children.
     std::unique_ptr<PathTree> tree;
     FolderMarks marks;
 };

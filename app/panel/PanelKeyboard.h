@@ -9,7 +9,7 @@ class QLineEdit;
 
 namespace quillon {
 
-/// What keys ask of the panel.
+/// Says what keys ask of the panel.
 enum class PanelCommand
 {
     /// Return, with the modifiers held.

@@ -2,7 +2,7 @@
 
 namespace quillon {
 
-/// What the panel asks of the application around it. Main thread only.
+/// Says what the panel asks of the application around it. Main thread only.
 class SearchPanelDelegate
 {
 public:

@@ -18,7 +18,7 @@ class SearchBase;
 class SearchBaseLogger;
 class TaskQueue;
 
-/// What the pane asks of the application around it.
+/// Says what the pane asks of the application around it.
 class AdvancedPreferencesDelegate
 {
 public:

@@ -12,7 +12,7 @@ namespace quillon {
 struct ListedApplication
 {
     Application application;
-    /// Its name, with its program behind it where another one has the same name.
+    /// The list shows its name, with its program behind it where another one has the same name.
     QString title;
     /// "Open Application" finds this one by its name, or by its id where others have that name.
     QString target;

@@ -10,7 +10,7 @@ namespace quillon {
 class SetupWindow;
 class WindowSystem;
 
-/// What the permission flow asks of the application around it.
+/// Says what the permission flow asks of the application around it.
 class AppleEventPermissionDelegate
 {
 public:

@@ -9,7 +9,7 @@ class AppleScriptRunner;
 class PanelButton;
 class TaskQueue;
 
-/// What the permission window asks of who shows it.
+/// Says what the permission window asks of who shows it.
 class AppleEventPermissionViewDelegate
 {
 public:

@@ -28,7 +28,7 @@ class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
 
-/// What the first-run window asks of the application around it.
+/// Says what the first-run window asks of the application around it.
 class OnboardingDelegate
 {
 public:

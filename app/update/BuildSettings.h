@@ -10,7 +10,7 @@ struct BuildSettings
     std::string version;
     /// The https address of the feed of releases; empty when this build never looks for updates.
     std::string updateFeed;
-    /// Its Ed25519 public key, 32 bytes in base64.
+    /// The feed is signed with this Ed25519 key; it is the public one, 32 bytes in base64.
     std::string updateKey;
     /// The address that takes feedback; empty when there is none.
     std::string feedbackAddress;

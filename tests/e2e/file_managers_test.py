@@ -56,7 +56,7 @@ def is_minimised(window):
 
 
 def watched_inodes(process):
-    """Of the folders that a process watches for changes, as the kernel tells."""
+    """The inode numbers of the folders that a process watches, as the kernel tells them."""
     inodes = set()
     for path in pathlib.Path(f"/proc/{process}/fdinfo").iterdir():
         try:

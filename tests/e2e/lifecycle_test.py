@@ -266,7 +266,7 @@ class LifecycleTest(Desktop):
         self.wait_for_keyboard(PANEL)
 
     def window_manager(self):
-        """Its process: one of those that the private desktop has started."""
+        """Returns its process, which is one of those that the private desktop has started."""
         for process in output("pgrep", "-P", str(os.getppid())).split():
             if pathlib.Path(f"/proc/{process}/comm").read_text() == "openbox\n":
                 return int(process)

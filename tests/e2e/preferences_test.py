@@ -15,7 +15,7 @@ CHOOSER = "Choose the folders to search"
 
 
 def names_of(control):
-    """Its own name and those of its labels; a menu's own name is what it is set to."""
+    """Returns its own name and those of its labels; a menu's own name is what it is set to."""
     labels = [relation.get_target(index) for relation in control.get_relation_set()
               if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
               for index in range(relation.get_n_targets())]

@@ -79,7 +79,7 @@ class Session:
                 [b"-" + path[strip:] for path in sorted(held - wanted)])
 
     def differences_within(self, seconds):
-        """The same once there are none, or after some time, without a word to the program."""
+        """Waits until there are none, for some time at most, and returns those that are left."""
         end = time.monotonic() + seconds
         while True:
             found = self.differences(self.ask())

@@ -25,7 +25,7 @@ class SearchBaseFinder;
 class SegmentedControl;
 class TaskQueue;
 
-/// What the pane asks of the application around it.
+/// Says what the pane asks of the application around it.
 class SearchPreferencesDelegate
 {
 public:

@@ -34,7 +34,7 @@ public:
     /// Empty texts stand for what a file manager lacks or what is unknown.
     struct Identity
     {
-        /// Its desktop ids without ".desktop".
+        /// It has these desktop ids, which are written without ".desktop" here.
         std::vector<std::string> desktopIds;
         /// The class of its windows, as in DesktopWindow.
         std::string windowClass;

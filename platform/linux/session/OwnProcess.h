@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// What the kernel knows of this process. Safe from every thread.
+/// Reads what the kernel knows of this process. Safe from every thread.
 struct OwnProcess
 {
     /// The time since the process was started, to a hundredth of a second. The time that a computer
