@@ -232,17 +232,17 @@ class ActionsTest(Desktop):
         self.make_folders("Documents/harbour plans", "Music")
         self.write_settings(actions(("ctrl+Return", "Show Parent in Finder", "the selected row"),
                                     ("shift+Return", "Show in Finder", "the selected row")))
-        self.open_folders_with("pcmanfm-qt.desktop")
+        self.open_folders_with("thunar.desktop")
         self.start()
         self.choose("harplan", "ctrl+Return")
-        window = eventually("the parent", lambda: windows("pcmanfm-qt", "Documents"))[0]
+        window = eventually("the parent", lambda: windows("Thunar", "Documents - Thunar"))[0]
         manager = int(output("xdotool", "getwindowpid", window))
         self.addCleanup(os.kill, manager, signal.SIGKILL)
         # A window that took the keyboard later would take it from the panel.
         eventually("the parent in front",
                    lambda: output("xdotool", "getactivewindow").strip() == window)
         self.choose("music", "shift+Return")
-        eventually("the folder", lambda: windows("pcmanfm-qt", "Music"))
+        eventually("the folder", lambda: windows("Thunar", "Music - Thunar"))
 
 
 if __name__ == "__main__":

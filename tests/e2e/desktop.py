@@ -14,9 +14,9 @@ PATIENCE = 60  # seconds until something that should happen counts as missing
 SKIPPED = 77  # the status by which ctest knows a test that is skipped
 
 
-def is_soon(probe):
-    """Whether the probe answers true within two seconds, for what is then tried again."""
-    deadline = time.monotonic() + 2
+def is_soon(probe, patience=2):
+    """Whether the probe answers true within so many seconds, for what is then tried again."""
+    deadline = time.monotonic() + patience
     while not probe() and time.monotonic() < deadline:
         time.sleep(0.02)
     return probe()

@@ -17,12 +17,12 @@ class PanelTest(Desktop):
     def test_opens_the_chosen_folder_in_the_file_manager(self):
         self.make_folders("Documents/harbour plans/2024", "Documents/holiday", "Music/Vinyl")
         self.write_settings()
-        self.open_folders_with("pcmanfm-qt.desktop")
+        self.open_folders_with("thunar.desktop")
         quillon = self.start()
 
         self.type("harplan")
         self.press_return_until_opened()
-        eventually("the file manager's window", lambda: windows("pcmanfm-qt", "harbour plans"))
+        eventually("the file manager's window", lambda: windows("Thunar", "harbour plans - Thunar"))
         chosen = str(self.tree / "Documents/harbour plans")
         self.assertEqual(self.uses(), {chosen: 1})
 
@@ -33,11 +33,10 @@ class PanelTest(Desktop):
                        check=True, stdout=subprocess.DEVNULL, timeout=PATIENCE)
         self.wait_for_panel()
         self.type("vinyl", "Tab")
-        eventually("the second window",
-                   lambda: windows("pcmanfm-qt", "Vinyl"))
+        eventually("the second window", lambda: windows("Thunar", "Vinyl - Thunar"))
         self.assertEqual(self.uses(), {chosen: 1, str(self.tree / "Music/Vinyl"): 1})
 
-        file_manager = int(output("xdotool", "getwindowpid", windows("pcmanfm-qt")[0]))
+        file_manager = int(output("xdotool", "getwindowpid", windows("Thunar")[0]))
         os.kill(file_manager, signal.SIGKILL)
         self.assertEqual(self.request("--quit"), 0)
         self.assertEqual(quillon.wait(PATIENCE), 0)
