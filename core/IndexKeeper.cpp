@@ -51,7 +51,10 @@ std::optional<KeptTree> IndexKeeper::read(const CacheFile &file)
         kept.marks.set(node, component.mark);
         return node;
     };
-    return KeptIndex::read(*bytes, enter) ? std::optional(std::move(kept)) : std::nullopt;
+    if (!KeptIndex::read(*bytes, enter))
+        return std::nullopt;
+    kept.tree->endAppending();
+    return kept;
 }
 
 bool IndexKeeper::restore(std::optional<KeptTree> kept, const std::vector<std::string> &settings,

@@ -67,15 +67,38 @@ inline constexpr ByteClassSet CAPITAL_CLASSES =
 /// Pairs of neighbouring bytes are sorted into 64 classes, whatever the case of letters.
 using BytePairSet = std::uint64_t;
 
+namespace bytepairs {
+
+/// The class of a pair is the top bits of the product of a factor and the number whose digits are
+/// the two bytes. The product is a sum, and these are its parts for each first and second byte.
+struct Parts
+{
+    std::array<std::uint32_t, 256> first{};
+    std::array<std::uint32_t, 256> second{};
+};
+
+constexpr Parts makeParts()
+{
+    // Fibonacci hashing: the factor is 2^32 divided by the golden ratio.
+    constexpr std::uint32_t FACTOR = 0x9e3779b1;
+    Parts parts;
+    for (unsigned c = 0; c < 256; ++c) {
+        const std::uint32_t lowered = c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
+        parts.first[c] = (lowered << 8) * FACTOR;
+        parts.second[c] = lowered * FACTOR;
+    }
+    return parts;
+}
+
+inline constexpr Parts PARTS = makeParts();
+
+} // namespace bytepairs
+
 constexpr BytePairSet pairOf(char first, char second)
 {
-    const auto lowered = [](char byte) {
-        return static_cast<std::uint32_t>(static_cast<unsigned char>(
-            byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte));
-    };
-    // Fibonacci hashing: the top bits of a product with 2^32 divided by the golden ratio.
-    constexpr std::uint32_t FACTOR = 0x9e3779b1;
-    return BytePairSet{1} << (((lowered(first) << 8 | lowered(second)) * FACTOR) >> 26);
+    const std::uint32_t sum = bytepairs::PARTS.first[static_cast<unsigned char>(first)] +
+                              bytepairs::PARTS.second[static_cast<unsigned char>(second)];
+    return BytePairSet{1} << (sum >> 26);
 }
 
 /// Returns the pairs of a path component with the slash before it.

@@ -116,57 +116,16 @@ PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
     return id;
 }
 
-PathTree::NodeId PathTree::appendNew(NodeId parent, std::string_view name, Flags flags)
+PathTree::NodeId PathTree::makeChild(NodeId parent, std::string_view name)
 {
-    hasTable_ = false;
-    const NodeId id = makeChild(parent, name);
-    keep(id, flags);
+    const NodeId id = place(parent, name);
+    revive(mutableNode(parent));
+    widenAncestors(id);
     return id;
 }
 
-std::optional<ChildTable> PathTree::childTable() const
-{
-    // The table is filled from one end to the other, so that each part of it is in the caches of
-    // the processor while it is filled.
-    struct Entry
-    {
-        std::uint64_t hash = 0;
-        NodeId id = NONE;
-    };
-    constexpr unsigned PART_BITS = 8;
-    const auto partOf = [](std::uint64_t hash) { return hash >> (WORD_BITS - PART_BITS); };
-    std::vector<std::uint64_t> hashes(used_);
-    std::array<std::size_t, (1U << PART_BITS) + 1> ends{};
-    for (NodeId id = 1; id < used_; ++id) {
-        hashes[id] = hashOf(id);
-        ++ends[partOf(hashes[id]) + 1];
-    }
-    for (std::size_t part = 1; part < ends.size(); ++part)
-        ends[part] += ends[part - 1];
-    std::vector<Entry> entries(used_ - 1);
-    for (NodeId id = 1; id < used_; ++id)
-        entries[ends[partOf(hashes[id])]++] = {hashes[id], id};
-
-    ChildTable table;
-    for (const Entry &entry : entries) {
-        const auto isSame = [&](NodeId other) {
-            const Node &child = node(entry.id);
-            return node(other).parent == child.parent && name(node(other)) == name(child);
-        };
-        if (table.find(entry.hash, isSame) != NONE)
-            return std::nullopt;
-        table.insert(entry.hash, entry.id);
-    }
-    return table;
-}
-
-void PathTree::useTable(ChildTable &&table)
-{
-    children_ = std::move(table);
-    hasTable_ = true;
-}
-
-PathTree::NodeId PathTree::makeChild(NodeId parent, std::string_view name)
+/// Makes a node and links it, as if nothing else depended on it.
+PathTree::NodeId PathTree::place(NodeId parent, std::string_view name)
 {
     ++changes_;
     const NodeId id = allocate();
@@ -182,7 +141,6 @@ PathTree::NodeId PathTree::makeChild(NodeId parent, std::string_view name)
     fresh.nameLength = static_cast<std::uint8_t>(std::min<std::size_t>(name.size(), LONG_NAME));
     fresh.name = storeName(name);
     append(parent, id);
-    widenAncestors(id);
     return id;
 }
 
@@ -206,7 +164,6 @@ void PathTree::append(NodeId parent, NodeId id)
         setNextSibling(above.lastChild, id);
     }
     above.lastChild = id;
-    revive(above);
 }
 
 void PathTree::setNextSibling(NodeId id, NodeId next)
@@ -243,18 +200,23 @@ PathTree::NodeId PathTree::allocate()
     return used_++;
 }
 
-void PathTree::widenAncestors(NodeId id)
+/// Returns what an ancestor holds because of a node: what the node holds, its slash, and the pair of
+/// the parent's last byte and that slash.
+PathTree::Held PathTree::broughtBy(NodeId id) const
 {
-    // A child brings a slash, and with it the pair of the parent's last byte and that slash. An
-    // ancestor has whatever the nodes below it have.
     const Node &child = node(id);
-    const ByteClassSet below = this->below(id) | classesOf('/');
-    BytePairSet pairs = child.pairsBelow;
+    Held brought{.classes = below(id) | classesOf('/'), .pairs = child.pairsBelow};
     if (child.parent != ROOT) {
         const std::string_view name = this->name(node(child.parent));
-        pairs |= pairOf(name.empty() ? '/' : name.back(), '/');
+        brought.pairs |= pairOf(name.empty() ? '/' : name.back(), '/');
     }
-    for (NodeId above = child.parent; above != ROOT; above = node(above).parent) {
+    return brought;
+}
+
+void PathTree::widenAncestors(NodeId id)
+{
+    const auto [below, pairs] = broughtBy(id);
+    for (NodeId above = node(id).parent; above != ROOT; above = node(above).parent) {
         ByteClassSet &belowAncestor = mutableChunkOf(above).below[above & CHUNK_MASK];
         BytePairSet &pairsBelowAncestor = mutableNode(above).pairsBelow;
         if ((belowAncestor & below) == below && (pairsBelowAncestor & pairs) == pairs)

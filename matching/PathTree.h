@@ -78,9 +78,11 @@ public:
     /// Does what insert() does for the parent's text, a slash (none below ROOT) and the name, which
     /// holds no slash.
     NodeId insertChild(NodeId parent, std::string_view name, Flags flags);
-    /// Adds a child that is not there yet, in a tree that is filled at one go. From then on looking
-    /// for a child takes the longer, the more siblings there are, until useTable() is called.
+    /// Adds a child that is not there yet to a tree in which no node was ever removed. Only this may
+    /// be called until endAppending(). Looking for a child then takes the longer, the more siblings
+    /// there are, until useTable() is called.
     NodeId appendNew(NodeId parent, std::string_view name, Flags flags);
+    void endAppending();
     /// Returns a table of all children, made several times as quick as one by one. Absent where a
     /// parent has two children of one name: the tree is good for nothing then.
     std::optional<ChildTable> childTable() const;
@@ -184,6 +186,13 @@ private:
         std::vector<Step> steps;
     };
 
+    /// The bytes and pairs of bytes that a node stands for.
+    struct Held
+    {
+        ByteClassSet classes = 0;
+        BytePairSet pairs = 0;
+    };
+
     const Chunk &chunkOf(NodeId id) const { return *chunks_[id >> CHUNK_BITS]; }
     Chunk &mutableChunkOf(NodeId id) { return *chunks_[id >> CHUNK_BITS]; }
     Node &mutableNode(NodeId id) { return mutableChunkOf(id).nodes[id & CHUNK_MASK]; }
@@ -198,12 +207,14 @@ private:
     std::uint64_t hashOf(NodeId id) const;
     NodeId child(NodeId parent, std::string_view name);
     NodeId makeChild(NodeId parent, std::string_view name);
+    NodeId place(NodeId parent, std::string_view name);
     NodeId findChild(std::uint64_t hash, NodeId parent, std::string_view name) const;
     void keep(NodeId id, Flags flags);
     void append(NodeId parent, NodeId id);
     NodeId copyNode(const PathTree &source, NodeId id, NodeId parent);
     NameArena::Offset storeName(std::string_view name);
     NodeId allocate();
+    Held broughtBy(NodeId id) const;
     void widenAncestors(NodeId id);
     void revive(Node &node);
     void buryIfDead(NodeId id);

@@ -80,7 +80,10 @@ bool readInto(PathTree &tree, FolderMarks &marks, std::string_view bytes)
         marks.set(node, component.mark);
         return node;
     };
-    return KeptIndex::read(bytes, enter) && tree.childTable().has_value();
+    if (!KeptIndex::read(bytes, enter))
+        return false;
+    tree.endAppending();
+    return tree.childTable().has_value();
 }
 
 } // namespace
@@ -262,6 +265,7 @@ TEST_F(KeptSearchBaseTest, beginsAnewFromATreeThatNoDiskHas)
         const auto usr = twins.tree.insert("/usr", PathTree::STORED);
         for (int i = 0; i < 2; ++i)
             twins.tree.appendNew(usr, "bin", PathTree::STORED);
+        twins.tree.endAppending();
     }
     file_.bytes = KeptIndex::write(twins, KeptIndex::basis(*file_.bytes).value(), {}, {});
     EXPECT_EQ(readByNextRun(), folders_);

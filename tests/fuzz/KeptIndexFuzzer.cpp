@@ -20,7 +20,10 @@ bool fill(PathTree &tree, FolderMarks &marks, std::string_view bytes)
         marks.set(node, component.mark);
         return node;
     };
-    return KeptIndex::read(bytes, enter) && tree.childTable().has_value();
+    if (!KeptIndex::read(bytes, enter))
+        return false;
+    tree.endAppending();
+    return tree.childTable().has_value();
 }
 
 /// Puts a head before the content that says that nothing is damaged.

@@ -42,14 +42,25 @@ void arrange(PathTree &tree)
 TEST(PathTree, canBeFilledAtOneGo)
 {
     PathTree tree;
+    PathTree inserted;
     std::vector<PathTree::NodeId> nodes{PathTree::ROOT};
-    for (unsigned i = 0; i < 3000; ++i)
-        nodes.push_back(tree.appendNew(nodes[i / 3], std::to_string(i % 3), PathTree::CANDIDATE));
+    for (unsigned i = 0; i < 3000; ++i) {
+        const std::string name = std::to_string(i % 3) + static_cast<char>('A' + i * 7 % 60);
+        nodes.push_back(tree.appendNew(nodes[i / 3], name, PathTree::CANDIDATE));
+        inserted.insert(tree.text(nodes.back()), PathTree::CANDIDATE);
+    }
     const auto expectAllFound = [&] {
         for (const PathTree::NodeId node : nodes)
             EXPECT_TRUE(node == PathTree::ROOT || tree.find(tree.text(node)) == node);
         EXPECT_EQ(tree.find("7"), PathTree::NONE);
     };
+    tree.endAppending();
+    EXPECT_EQ(tree.count(PathTree::CANDIDATE), inserted.count(PathTree::CANDIDATE));
+    for (const PathTree::NodeId node : nodes) {
+        const auto same = node == PathTree::ROOT ? node : inserted.find(tree.text(node));
+        ASSERT_EQ(tree.below(node), inserted.below(same)) << tree.text(node);
+        ASSERT_EQ(tree.node(node).pairsBelow, inserted.node(same).pairsBelow) << tree.text(node);
+    }
     expectAllFound();
     auto table = tree.childTable();
     ASSERT_TRUE(table);
@@ -58,7 +69,7 @@ TEST(PathTree, canBeFilledAtOneGo)
     EXPECT_EQ(tree.insert(tree.text(nodes.back()), 0), nodes.back()) << "it is there";
     const PathTree::NodeId added = tree.insert("new", PathTree::CANDIDATE);
     EXPECT_EQ(tree.find("new"), added);
-    tree.appendNew(nodes[7], "1", 0);
+    tree.appendNew(nodes[7], tree.name(tree.node(nodes[7 * 3 + 1])), 0);
     EXPECT_FALSE(tree.childTable()) << "two children of one name";
 }
 
