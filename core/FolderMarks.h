@@ -44,6 +44,11 @@ public:
     /// The crawl begins now, in nanoseconds since 1970. Files with these extensions are indexed.
     CrawlMarks(std::int64_t now, ExtensionSet files, FolderMarks known);
 
+    /// Returns whether isUnchanged() may return true for the folder.
+    bool remembers(PathTree::NodeId folder) const
+    {
+        return known_.at(folder) > FolderMarks::FOLDER;
+    }
     /// Returns whether the folder holds what the index says.
     bool isUnchanged(PathTree::NodeId folder, const FolderStamp &stamp) const;
     /// Returns whether a node in an unchanged folder is a folder; absent where nobody knows.

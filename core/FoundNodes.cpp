@@ -44,6 +44,11 @@ void FoundNodes::add(Token parent, std::span<Entry> entries)
     }
 }
 
+bool FoundNodes::remembers(Token folder) const
+{
+    return marks_ != nullptr && marks_->remembers(folder);
+}
+
 bool FoundNodes::knows(Token folder, const FolderStamp &stamp, const ReceiveEntry &receive)
 {
     if (marks_ == nullptr || !marks_->isUnchanged(folder, stamp))

@@ -35,6 +35,7 @@ public:
     Token root(const std::string &path) override;
     void add(Token parent, std::span<Entry> entries) override;
     bool wantsStamps() const override { return marks_ != nullptr; }
+    bool remembers(Token folder) const override;
     bool knows(Token folder, const FolderStamp &stamp, const ReceiveEntry &receive) override;
     void listed(Token folder, const FolderStamp &stamp) override;
 

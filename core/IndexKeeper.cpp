@@ -10,9 +10,9 @@
 //
 // A build leaves a mark for each folder that it has listed: a number made of the folder's identity
 // and its change time. The file holds the tree and these marks. At the next start the tree answers
-// at once, and the build becomes a crawl that compares: a folder that has its mark still is opened
-// but not read, since it holds what the tree says. Everything else is read and brought up to date
-// as after any other change of the disk.
+// at once, and the build becomes a crawl that compares: a folder that still has its mark is not
+// read, since it holds what the tree says, and is opened only for the sake of folders in it.
+// Everything else is read and brought up to date as after any other change of the disk.
 //
 // When the file is written anew after the watcher has reported changes, the marks of the former
 // file serve again for the folders that hold the same as then. The others have no mark, so that the

@@ -40,6 +40,8 @@ public:
 
     /// Returns true where the crawl has to take the stamps of folders for the calls below.
     virtual bool wantsStamps() const { return false; }
+    /// Returns true where knows() may return true.
+    virtual bool remembers(Token) const { return false; }
     using ReceiveEntry = std::function<void(const Entry &entry)>;
     /// It is called before a folder is read, with the folder's stamp. Returns true after it has
     /// handed everything that the folder holds to receive, as far as it concerns the crawl. Returns

@@ -3,6 +3,7 @@
 #include "indexing/CrawlTeam.h"
 #include "indexing/NameKinds.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -128,9 +129,13 @@ bool CrawlWorker::visit(CrawlItem &item)
 {
     if (team_.wantsPath())
         team_.setProcessing(item.path());
+    bool isRecalled = false;
+    if (!recall(item, isRecalled))
+        return false;
     std::error_code error;
     std::unique_ptr<OpenFolder> folder;
-    if (!openItem(item, folder, error))
+    const bool isOpened = !isRecalled || leadsOn();
+    if (isOpened && !openItem(item, folder, error))
         return false;
     while (isShortage(error) && team_.openFewer()) {
         error.clear();
@@ -139,13 +144,13 @@ bool CrawlWorker::visit(CrawlItem &item)
     }
     // A chain of folders keeps no folder open but the one it has reached.
     item.parentHandle.reset();
-    if (!takeStamp(folder.get()) || !recordEntered(item))
+    if ((!isRecalled && !takeStamp(folder.get())) || !recordEntered(item))
         return false;
-    if (folder && !readEntries(*folder, item, error))
+    if (folder && !isRecalled && !readEntries(*folder, item, error))
         return false;
     if (error)
         report(item, error, folder != nullptr);
-    if (!folder)
+    if (isOpened && !folder)
         return true;
     const bool goesOn = handOver(item);
     if (!error)
@@ -185,6 +190,18 @@ bool CrawlWorker::takeStamp(const OpenFolder *folder)
     return inCall([&] { stamp_ = folder->stamp(); });
 }
 
+/// Spares the folder from being opened where the sink knows it by the stamp of its name.
+bool CrawlWorker::recall(const CrawlItem &item, bool &isKnown)
+{
+    isKnown = false;
+    if (!item.parentHandle || !team_.task().sink.remembers(item.token))
+        return true;
+    if (!inCall([&] { stamp_ = item.parentHandle->childStamp(item.name); }))
+        return false;
+    isKnown = this->isKnown(item);
+    return true;
+}
+
 /// Takes the entries of a folder that has not changed from whoever remembers them.
 bool CrawlWorker::isKnown(const CrawlItem &item)
 {
@@ -192,6 +209,15 @@ bool CrawlWorker::isKnown(const CrawlItem &item)
     kept_.clear();
     const auto receive = [&](const CrawlSink::Entry &entry) { keep(entry, item); };
     return stamp_.isKnown() && team_.task().sink.knows(item.token, stamp_, receive);
+}
+
+/// Returns true where the folder being visited holds folders to go into.
+bool CrawlWorker::leadsOn() const
+{
+    const std::string_view names = names_;
+    return std::ranges::any_of(kept_, [names](const Kept &kept) {
+        return kept.isFolder && !isPackageName(names.substr(kept.nameOffset, kept.nameSize));
+    });
 }
 
 void CrawlWorker::giveUpListing()

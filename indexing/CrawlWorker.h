@@ -93,7 +93,9 @@ private:
     bool openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder, std::error_code &error);
     bool reopenParent(CrawlItem &item, std::error_code &error) EXCLUDES(mutex_);
     bool takeStamp(const OpenFolder *folder);
+    bool recall(const CrawlItem &item, bool &isKnown);
     bool isKnown(const CrawlItem &item);
+    bool leadsOn() const;
     bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);
 
     bool lookAtNames(const OpenFolder &folder, const CrawlItem &item);

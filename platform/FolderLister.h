@@ -63,6 +63,10 @@ public:
     virtual FolderKind kind(const std::string &name) const = 0;
     /// Returns the folder's present stamp; unknown where the file system gives none.
     virtual FolderStamp stamp() const = 0;
+    /// Returns the present stamp of a folder in this one without opening it. Unknown where nothing
+    /// of this name is a folder, where the file system gives none, and where another file system may
+    /// be mounted. Called as open().
+    virtual FolderStamp childStamp(const std::string &name) const = 0;
 };
 
 /// Opens folders of the file system. Safe from several threads.

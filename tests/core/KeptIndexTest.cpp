@@ -145,6 +145,10 @@ protected:
             const std::scoped_lock lock(mutex_);
             read_.push_back(path);
         };
+        base_->lister.onOpen = [this](const std::string &path) {
+            const std::scoped_lock lock(mutex_);
+            opened_.push_back(path);
+        };
         base_->includeFolders(included_);
         return *base_;
     }
@@ -152,6 +156,7 @@ protected:
     std::vector<std::string> readByNextRun()
     {
         read_.clear();
+        opened_.clear();
         Base &base = start();
         base.searchBase.restore();
         base.build();
@@ -176,6 +181,7 @@ protected:
     std::map<std::string, std::int64_t> changed_;
     std::mutex mutex_;
     std::vector<std::string> read_;
+    std::vector<std::string> opened_;
     std::unique_ptr<Base> base_;
 };
 
@@ -183,6 +189,7 @@ TEST_F(KeptSearchBaseTest, answersAtOnceAndReadsWhatHasChanged)
 {
     EXPECT_EQ(readByNextRun(), folders_) << "nothing is kept";
     EXPECT_THAT(readByNextRun(), IsEmpty());
+    EXPECT_THAT(opened_, UnorderedElementsAre("/usr", "/usr/share")) << "folders are in them";
     EXPECT_EQ(file_.writes, 1) << "nothing new is to be written";
     EXPECT_EQ(file_.confirmations, 1);
 

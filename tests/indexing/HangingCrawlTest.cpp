@@ -79,6 +79,7 @@ private:
         }
         FolderKind kind(const std::string &) const override { return FolderKind::folder; }
         FolderStamp stamp() const override { return {}; }
+        FolderStamp childStamp(const std::string &) const override { return {}; }
 
     private:
         HangingLister &lister_;

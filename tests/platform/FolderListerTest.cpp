@@ -96,6 +96,27 @@ TEST_F(PosixFolderListerTest, followsLinksOfItsRootOnly)
     EXPECT_FALSE(error_);
 }
 
+TEST_F(PosixFolderListerTest, givesTheStampOfAFolderWithoutOpeningIt)
+{
+    disk_.makeFolder("folder");
+    disk_.writeFile("file");
+    fs::create_symlink("folder", disk_.path("link"));
+    const auto root = open(disk_.path());
+    ASSERT_TRUE(root);
+    const FolderStamp stamp = root->childStamp("folder");
+    EXPECT_TRUE(stamp.isKnown());
+    EXPECT_EQ(stamp, root->open("folder", error_)->stamp());
+    EXPECT_EQ(stamp.isLasting, root->open("folder", error_)->stamp().isLasting);
+    for (const std::string name : {"link", "file", "missing"})
+        EXPECT_FALSE(root->childStamp(name).isKnown()) << name;
+    const auto top = open("/");
+    EXPECT_FALSE(top->childStamp("dev").isKnown()) << "another file system";
+
+    // What the change time says holds for the rights as well.
+    fs::permissions(disk_.path("folder"), fs::perms::none);
+    EXPECT_NE(root->childStamp("folder"), stamp);
+}
+
 TEST_F(PosixFolderListerTest, staysOutOfFileSystemsThatHoldNoFiles)
 {
     EXPECT_FALSE(open("/proc/self"));

@@ -97,12 +97,11 @@ private:
         {
             return lister_.kind((path_ == "/" ? path_ : path_ + "/") + name);
         }
-        FolderStamp stamp() const override
+        FolderStamp stamp() const override { return lister_.stampOf(path_); }
+        FolderStamp childStamp(const std::string &name) const override
         {
-            const auto found = lister_.stamps.find(path_);
-            return found != lister_.stamps.end()
-                       ? found->second
-                       : FolderStamp{1, std::hash<std::string>()(path_) | 1, 0};
+            const std::string path = (path_ == "/" ? path_ : path_ + "/") + name;
+            return lister_.kind(path) == Kind::folder ? lister_.stampOf(path) : FolderStamp();
         }
 
     private:
@@ -111,6 +110,13 @@ private:
         const std::set<std::string> &names_;
         bool isRead_ = false;
     };
+
+    FolderStamp stampOf(const std::string &path) const
+    {
+        const auto found = stamps.find(path);
+        return found != stamps.end() ? found->second
+                                     : FolderStamp{1, std::hash<std::string>()(path) | 1, 0};
+    }
 
     std::map<std::string, std::set<std::string>> names_;
 };

@@ -127,8 +127,10 @@ public:
                                      std::error_code &error) const override;
     FolderKind kind(const std::string &name) const override;
     FolderStamp stamp() const override;
+    FolderStamp childStamp(const std::string &name) const override;
 
 private:
+    FolderStamp stampFrom(const std::optional<struct statx> &status) const;
     bool isOnPseudoFileSystem(const std::string &name) const;
     bool isReadableLeaf(const struct statx &status) const;
 
@@ -207,8 +209,19 @@ FolderKind PosixOpenFolder::kind(const std::string &name) const
 
 FolderStamp PosixOpenFolder::stamp() const
 {
-    const auto status = statusOf(folder_.get(), "", AT_EMPTY_PATH);
-    if (!status)
+    return stampFrom(statusOf(folder_.get(), "", AT_EMPTY_PATH));
+}
+
+FolderStamp PosixOpenFolder::childStamp(const std::string &name) const
+{
+    if (terms_->mountNames.mayBeMountPoint(name))
+        return {};
+    return stampFrom(statusOf(folder_.get(), name.c_str(), AT_SYMLINK_NOFOLLOW));
+}
+
+FolderStamp PosixOpenFolder::stampFrom(const std::optional<struct statx> &status) const
+{
+    if (!status || !S_ISDIR(status->stx_mode))
         return {};
     FolderStamp stamp = stampOf(*status);
     stamp.isLasting = device_.changeTimes && device_.holds(*status);
