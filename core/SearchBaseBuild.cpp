@@ -118,6 +118,7 @@ void SearchBase::crawlIntoIndex(const std::string &root, const Building &buildin
     Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(), {}, building.record);
     const CrawlResult result = crawler.crawl(root, building.locations.extensions(), sink,
                                              building.progress, building.stop);
+    sink.finish();
     if (!building.stop.stop_requested() && result.outcome == CrawlResult::Outcome::packageOrMissing)
         services_.logger.log(PACKAGE_TAG + root);
 }

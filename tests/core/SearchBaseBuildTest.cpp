@@ -216,11 +216,27 @@ TEST(IndexSink, addsWhatItIsGivenUntilTheIndexIsReset)
     sink.add(root, entries);
     CrawlSink::Entry below{.name = "below"};
     sink.add(entries.back().token, {&below, 1});
+    sink.finish();
     EXPECT_EQ(matcher.count(), 3002U);
     EXPECT_EQ(matcher.match("/a/2999/below", 1).front().text(), "/a/2999/below");
 
+    // The files of many folders wait for each other.
+    std::vector<CrawlSink::Entry> files(entries.begin(), entries.begin() + 700);
+    for (CrawlSink::Entry &file : files)
+        file.isFolder = false;
+    for (std::size_t parent = 0; parent < 5; ++parent)
+        sink.add(entries[parent].token, files);
+    sink.finish();
+    EXPECT_EQ(matcher.count(), 3002U + 5 * 700);
+    for (std::size_t parent = 0; parent < 5; ++parent) {
+        const std::string path = "/a/" + names[parent] + "/699";
+        EXPECT_EQ(matcher.match(path, 1).front().text(), path);
+    }
+    sink.add(root, files);
+
     reset.request_stop();
     matcher.reset();
+    sink.finish();
     sink.add(root, entries);
     sink.root("/b");
     EXPECT_EQ(matcher.count(), 0U);
