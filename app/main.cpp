@@ -51,6 +51,7 @@
 #include "platform/linux/bus/SoleInstance.h"
 #include "platform/linux/session/BoundedOutput.h"
 #include "platform/linux/session/BusRemoteControl.h"
+#include "platform/linux/session/OwnProcess.h"
 #include "platform/linux/session/PortalAppearance.h"
 #include "platform/linux/session/ProgramEnd.h"
 #include "platform/linux/session/QtTaskQueues.h"
@@ -197,6 +198,7 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
 /// "background" for a start that shows nothing.
 int main(int argc, char **argv)
 {
+    quillon::OwnProcess::useFewArenas();
     Q_INIT_RESOURCE(quillon);
     const auto display = displayArguments();
     if (!display) {

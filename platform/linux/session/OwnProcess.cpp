@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include <malloc.h>
 #include <unistd.h>
 
 namespace quillon {
@@ -37,6 +38,11 @@ std::uint64_t OwnProcess::residentBytes()
     std::uint64_t resident = 0;
     file >> all >> resident;
     return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+void OwnProcess::useFewArenas()
+{
+    ::mallopt(M_ARENA_MAX, 2);
 }
 
 } // namespace quillon

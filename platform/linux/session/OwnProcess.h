@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// Reads what the kernel knows of this process. Safe from every thread.
+/// What the kernel and the C library do for this process as a whole. Safe from every thread.
 struct OwnProcess
 {
     /// The time since the process was started, to a hundredth of a second. The time that a computer
@@ -13,6 +13,10 @@ struct OwnProcess
     static std::chrono::duration<double> age();
     /// The memory in use, in bytes. Zero where the kernel does not tell.
     static std::uint64_t residentBytes();
+    /// Has all threads take their memory from two arenas; called before there is a second thread.
+    /// By default each thread of a crawl leaves an arena behind whose free end is never given back,
+    /// 20 to 50 MB with 300,000 folders.
+    static void useFewArenas();
 };
 
 } // namespace quillon
