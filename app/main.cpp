@@ -198,7 +198,7 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
 /// "background" for a start that shows nothing.
 int main(int argc, char **argv)
 {
-    quillon::OwnProcess::useFewArenas();
+    quillon::OwnProcess::keepHeapSmall();
     Q_INIT_RESOURCE(quillon);
     const auto display = displayArguments();
     if (!display) {

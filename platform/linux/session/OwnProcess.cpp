@@ -40,9 +40,11 @@ std::uint64_t OwnProcess::residentBytes()
     return resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
-void OwnProcess::useFewArenas()
+void OwnProcess::keepHeapSmall()
 {
-    ::mallopt(M_ARENA_MAX, 2);
+    ::mallopt(M_ARENA_MAX, 1);
+    constexpr int LARGE = 1 << 20;
+    ::mallopt(M_MMAP_THRESHOLD, LARGE);
 }
 
 } // namespace quillon

@@ -13,10 +13,10 @@ struct OwnProcess
     static std::chrono::duration<double> age();
     /// The memory in use, in bytes. Zero where the kernel does not tell.
     static std::uint64_t residentBytes();
-    /// Has all threads take their memory from two arenas; called before there is a second thread.
-    /// By default each thread of a crawl leaves an arena behind whose free end is never given back,
-    /// 20 to 50 MB with 300,000 folders.
-    static void useFewArenas();
+    /// Has the C library give memory back that is free again; called before there is a second
+    /// thread. By default each thread of a crawl leaves an arena behind whose free end is kept for
+    /// ever, and so are large buffers: 40 MB with 300,000 folders.
+    static void keepHeapSmall();
 };
 
 } // namespace quillon
