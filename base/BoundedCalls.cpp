@@ -54,8 +54,8 @@ public:
         return helper;
     }
 
-    /// Returns false when the call has not returned in time. The helper is of no use any more then,
-    /// and calls gaveUp() at once and hasReturned() should the call ever return.
+    /// Returns false when the call has not returned in time. The helper can make no further calls
+    /// then. It calls gaveUp() at once, and hasReturned() if the call ever returns.
     bool call(std::function<void()> task, std::chrono::milliseconds patience,
               const std::function<void()> &gaveUp, std::function<void()> hasReturned)
         EXCLUDES(mutex_)
@@ -92,7 +92,8 @@ private:
             task();
     }
 
-    /// Takes note that the last task is done and waits for another one; empty after the last.
+    /// Notes that the last task is done and waits for the next one. Returns an empty function after
+    /// the last task.
     std::function<void()> next() EXCLUDES(mutex_)
     {
         const MutexLock lock(mutex_);

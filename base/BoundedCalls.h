@@ -25,7 +25,7 @@ public:
     struct Options
     {
         /// Returns the folder below which nothing answers when a call about the path does not.
-        /// Absent, only the path itself and what is below it count as silent.
+        /// Without this function, only the path itself and what is below it count as silent.
         std::function<std::string(const std::string &path)> diskOf = nullptr;
         /// A disk that did not answer is not asked for this long.
         std::chrono::milliseconds silence{60'000};
@@ -41,11 +41,11 @@ public:
     BoundedCalls(const BoundedCalls &) = delete;
     BoundedCalls &operator=(const BoundedCalls &) = delete;
 
-    /// Returns what the function returns, which asks about the path. Absent when the call takes
-    /// longer than the patience, which may be none, or at once when the path's disk is known not to
-    /// answer. The call may still be running then, or never end, so it owns whatever it touches or
-    /// is outlived by it. Where the system has no thread to give, the call is made on the caller's
-    /// thread.
+    /// Calls the function, which asks a file system about the path, and returns its result. The
+    /// result is absent when the call takes longer than the patience, which may be zero, and at
+    /// once when the path's disk is known not to answer. A call that was given up may still be
+    /// running, or never end, so the function owns whatever it touches or that outlives the call.
+    /// Where the system has no thread to give, the call is made on the caller's thread.
     template <typename Function>
     std::optional<std::invoke_result_t<Function>>
     run(const std::string &path, std::chrono::milliseconds patience, Function function)
@@ -67,7 +67,7 @@ private:
     std::shared_ptr<Helper> takeHelper() EXCLUDES(mutex_);
 
     const Options options_;
-    /// It is held by calls that were given up too, which end the silence when they return.
+    /// Calls that were given up hold this too, and end the silence when they return.
     const std::shared_ptr<Silence> silence_;
     Mutex mutex_;
     std::vector<std::shared_ptr<Helper>> idle_ GUARDED_BY(mutex_);

@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-/// Keeps a hash set of 32-bit ids beside 32 bits of their hashes. The caller keeps the keys.
+/// A hash set of 32-bit ids, each kept beside 32 bits of its hash. The caller keeps the keys.
 ///
 /// The table is cut into segments that grow one by one, so that no single insertion moves a million
 /// entries while a search waits.
@@ -25,7 +25,7 @@ public:
     /// The id is in the table under this hash.
     void erase(std::uint64_t hash, Id id);
     void clear();
-    /// Returns the memory that is held in bytes, slack included.
+    /// Returns the bytes of memory held, including unused capacity.
     std::size_t bytes() const;
 
 private:

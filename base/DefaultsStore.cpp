@@ -37,7 +37,8 @@ struct ToBoolean
     }
 };
 
-/// The value as that type; absent when there is none or it is of another type.
+/// Returns the value as that type. Returns nothing when there is no value or when it has another
+/// type.
 template <typename Type>
 std::optional<Type> as(std::optional<DefaultsValue> value)
 {

@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-/// Returns how many elements have to be put in, left out or changed to make one text of the other.
+/// Returns how many elements must be inserted, deleted or replaced to turn one text into the other.
 template <typename Text>
 std::size_t editDistance(const Text &one, const Text &other)
 {

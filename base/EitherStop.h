@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// Stops as soon as one of two others does.
+/// Requests a stop as soon as one of two other stops is requested.
 class EitherStop
 {
 public:

@@ -72,7 +72,7 @@ DefaultsDictionary toDictionary(const QJsonObject &object)
 
 DefaultsValue fromNumber(const QJsonValue &json)
 {
-    // toInteger() returns the fallback for everything that is no whole number in range.
+    // toInteger() returns the fallback for everything that is not a whole number in range.
     const qint64 number = json.toInteger(0);
     if (number == json.toInteger(1))
         return {std::int64_t{number}};

@@ -13,15 +13,15 @@ namespace quillon {
 
 /// Settings are written as JSON in this form.
 ///
-/// Bytes that are not valid UTF-8 become U+DC80 to U+DCFF, one for each byte, so that every string
-/// of bytes comes back as it was. Data is {"$data": BASE64}; a dictionary key of ours that starts
-/// with "$" is written with one more.
+/// Each byte that is not valid UTF-8 becomes one of U+DC80 to U+DCFF, so that every byte string
+/// survives writing and reading. Data is {"$data": BASE64}; a dictionary key that starts with "$"
+/// is written with one more "$".
 QString bytesToText(std::string_view bytes);
 std::string textToBytes(const QString &text);
 
-/// Numbers in the value are finite.
+/// The numbers in the value are finite.
 QJsonValue toJson(const DefaultsValue &value);
-/// The value is absent for null and undefined.
+/// Returns nothing for null and undefined.
 std::optional<DefaultsValue> fromJson(const QJsonValue &json);
 
 } // namespace quillon

@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-/// Is std::mutex with the annotations that clang's analysis needs.
+/// A std::mutex with the annotations that clang's analysis needs.
 class CAPABILITY("mutex") Mutex
 {
 public:
@@ -36,7 +36,7 @@ private:
     Mutex &mutex_;
 };
 
-/// Is std::condition_variable for a Mutex. Spurious wake-ups happen, so callers wait in a loop.
+/// A std::condition_variable for a Mutex. Spurious wake-ups happen, so callers wait in a loop.
 class Condition
 {
 public:

@@ -21,17 +21,17 @@ public:
     {
         return chunks_[offset >> CHUNK_BITS] + (offset & (CHUNK_SIZE - 1));
     }
-    /// Gives the room of a name back, for a later name of the same length. Names that are longer
-    /// than any file name keep their room.
+    /// Releases the room of a name for a later name of the same length. Names that are longer than
+    /// any file name keep their room.
     void release(Offset offset, std::size_t length);
     void clear();
-    /// Returns the memory that is held in bytes, slack included.
+    /// Returns the bytes of memory held, including unused capacity.
     std::size_t bytes() const;
 
 private:
     static constexpr unsigned CHUNK_BITS = 18;
     static constexpr std::size_t CHUNK_SIZE = std::size_t{1} << CHUNK_BITS;
-    /// Most file systems allow 255 bytes a name.
+    /// Most file systems allow names of 255 bytes.
     static constexpr std::size_t LONGEST_REUSED = 255;
     /// A released room holds the offset of the next released room of its length.
     static constexpr std::size_t SHORTEST_ROOM = sizeof(Offset);

@@ -15,7 +15,7 @@ constexpr std::string_view withoutTrailingSlashes(std::string_view path)
     return path;
 }
 
-// In what follows a path is absolute and does not end with "/", except for "/" itself.
+// In the functions below, a path is absolute and does not end with "/", except for "/" itself.
 
 /// Returns the name at the end of a path, which is empty for "/". A text without a slash is a name.
 constexpr std::string_view lastComponent(std::string_view path)

@@ -5,8 +5,8 @@ namespace quillon {
 /// Prints "quillon: broken invariant: " and the text to standard error, and aborts.
 [[noreturn]] void requireFailed(const char *what);
 
-/// Stops the program when an invariant of our own is broken, in every build type. It is never used
-/// for what the user's disk, settings or input may hold.
+/// Aborts the program, in every build type, when one of its own invariants is broken. It is never
+/// used for what the user's disk, settings or input may hold.
 inline void require(bool holds, const char *what)
 {
     if (!holds) [[unlikely]]

@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-/// The system takes no longer name for a thread.
+/// Linux accepts no longer name for a thread.
 constexpr std::size_t MAX_THREAD_NAME = 15;
 
 } // namespace
@@ -48,7 +48,7 @@ void SerialTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
         return;
     if (!thread_.joinable())
         startThread();
-    // The time is read under the lock, so that it rises from task to task.
+    // The time is read under the lock, so that it never falls from one task to the next.
     tasks_.emplace(Clock::now() + delay, std::move(task));
     changed_.notifyAll();
 }

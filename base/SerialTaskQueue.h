@@ -11,20 +11,20 @@
 
 namespace quillon {
 
-/// Runs tasks on a thread of its own, one at a time, in the order in which they are due. Needs no
-/// event loop.
+/// Runs tasks on a thread of its own, one at a time, in the order in which they are due. It needs
+/// no event loop.
 class SerialTaskQueue final : public TaskQueue
 {
 public:
     /// The part of the label behind its last dot names the thread.
     explicit SerialTaskQueue(std::string label);
-    /// Closes the queue and waits for the task that runs.
+    /// Closes the queue and waits for the running task.
     ~SerialTaskQueue() override;
 
     void post(Task task) override;
     void postDelayed(std::chrono::milliseconds delay, Task task) override EXCLUDES(mutex_);
-    /// Drops the tasks that wait and every later one, and waits for the task that runs. Returns
-    /// false when that task has not ended in time.
+    /// Drops the waiting tasks and every later one, and waits for the running task. Returns false
+    /// when that task has not ended in time.
     bool finish(std::chrono::milliseconds patience) EXCLUDES(mutex_);
 
     const std::string &label() const { return label_; }
@@ -34,7 +34,7 @@ private:
 
     void startThread() REQUIRES(mutex_);
     void run() EXCLUDES(mutex_);
-    /// Waits for the next task that is due. The task is empty when the queue is closed.
+    /// Waits for the next task that is due. Returns an empty task when the queue is closed.
     Task take() EXCLUDES(mutex_);
 
     const std::string label_;
@@ -43,9 +43,9 @@ private:
     /// Tasks that are due at the same time keep the order in which they were posted.
     std::multimap<Clock::time_point, Task> tasks_ GUARDED_BY(mutex_);
     bool isClosed_ GUARDED_BY(mutex_) = false;
-    /// No task runs and none will: the thread has ended, or was never needed.
+    /// True while no task runs and none will: the thread has ended, or was never needed.
     bool hasEnded_ GUARDED_BY(mutex_) = true;
-    /// Started by the first task.
+    /// The first task starts the thread.
     std::thread thread_;
 };
 

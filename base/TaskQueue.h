@@ -16,8 +16,8 @@ public:
     TaskQueue(const TaskQueue &) = delete;
     TaskQueue &operator=(const TaskQueue &) = delete;
 
-    /// A serial queue runs its tasks one at a time, first in first out. A closed queue destroys the
-    /// task instead.
+    /// A serial queue runs its tasks one at a time, first in, first out. A closed queue destroys
+    /// the task instead of running it.
     virtual void post(Task task) = 0;
     /// Runs the task no earlier than after the delay; equal deadlines keep their order.
     virtual void postDelayed(std::chrono::milliseconds delay, Task task) = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Thread rules that clang checks with -Wthread-safety; other compilers ignore them.
+/// Clang checks these thread rules with -Wthread-safety; other compilers ignore them.
 #if defined(__clang__)
 #define QUILLON_THREAD_ANNOTATION(x) __attribute__((x))
 #else

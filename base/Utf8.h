@@ -6,8 +6,8 @@
 
 namespace quillon {
 
-/// Is one character of a text that may hold any bytes: a Unicode code point, or a byte that belongs
-/// to none.
+/// One character of a text that may hold any bytes: a Unicode code point, or a byte that is not
+/// part of one.
 struct Utf8Character
 {
     /// The code point has no meaning when the character is not valid.

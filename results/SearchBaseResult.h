@@ -17,7 +17,7 @@ enum class SearchBaseResultType : std::uint8_t
     goToPath,
 };
 
-/// Is a run of characters, which are Unicode code points. An invalid byte counts as one.
+/// A run of characters, which are Unicode code points. An invalid byte counts as one.
 struct TextRange
 {
     std::int64_t location = 0;
@@ -25,8 +25,8 @@ struct TextRange
     friend bool operator==(const TextRange &, const TextRange &) = default;
 };
 
-/// Is one row of an answer. Rows are immutable and shared between threads, and nothing compares
-/// them by value.
+/// One row of an answer. Rows are immutable and shared between threads, and nothing compares them
+/// by value.
 class SearchBaseResult
 {
 public:
