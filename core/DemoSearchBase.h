@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-/// A search base that shows made-up folders and never looks at the disk to build, for pictures and
-/// for trying things out.
+/// A search base that shows made-up folders and never reads the disk for a build. It serves for
+/// screenshots and for trying things out.
 class DemoSearchBase final : public SearchBase
 {
 public:

@@ -11,8 +11,7 @@ namespace quillon {
 namespace {
 
 /// Two changes within one tick of the kernel's clock give a folder the same change time. So the
-/// stamp of a folder that was changed this short a time before the crawl, in nanoseconds, says
-/// nothing.
+/// stamp of a folder that changed less than this many nanoseconds before the crawl proves nothing.
 constexpr std::int64_t YOUNG = 2'000'000'000;
 
 } // namespace

@@ -6,7 +6,8 @@ namespace quillon {
 
 namespace {
 
-/// A crawl that has found at least one node in so many ids has their kinds in a table by id.
+/// Once a crawl has found at least one node for every this many ids, it keeps their kinds in a
+/// table by id.
 constexpr std::size_t MOST_IDS_A_NODE = 16;
 
 } // namespace
@@ -31,7 +32,7 @@ void FoundNodes::add(Token parent, std::span<Entry> entries)
         const auto isAnyMissing = [some] {
             return std::ranges::find(some, PathTree::NONE, &Entry::token) != some.end();
         };
-        // Most entries are in the index already, and looking them up keeps no search out.
+        // Most entries are in the index already, and looking those up blocks no search.
         if (isAnyMissing() && !lookUp(parent, some))
             return;
         if (isAnyMissing() && !makeMissing(parent, some))

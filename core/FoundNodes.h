@@ -17,7 +17,8 @@ namespace quillon {
 /// Remembers which nodes of the index a crawl has found. A path that is new gets a node without any
 /// flag, so no search sees it.
 ///
-/// The tree is held as long as this lives. What was found is asked for once the crawl is over.
+/// The tree is held as long as this object lives. Callers ask what was found once the crawl is
+/// over.
 class FoundNodes final : public CrawlSink
 {
 public:
@@ -28,8 +29,8 @@ public:
         folder,
     };
 
-    /// isReset is requested with the index locked. Nothing is remembered or made after that. The
-    /// marks, if any, say which folders need not be read; they outlive this.
+    /// The stop isReset is requested with the index locked, and nothing is remembered or made after
+    /// that. The marks, if any, say which folders need not be read. They outlive this object.
     FoundNodes(SearchBasePaths &paths, std::stop_token isReset, CrawlMarks *marks = nullptr);
 
     Token root(const std::string &path) override;
@@ -39,13 +40,14 @@ public:
     bool knows(Token folder, const FolderStamp &stamp, const ReceiveEntry &receive) override;
     void listed(Token folder, const FolderStamp &stamp) override;
 
-    /// Puts the nodes in order. Called once, between the crawl and the first kind().
+    /// Sorts the nodes. It is called once, between the crawl and the first kind().
     void sort();
     /// Returns what the crawl found at a node below its root.
     Kind kind(PathTree::NodeId node) const;
 
 private:
-    /// Returns false when the index was reset. Leaves the token of what is new at NONE.
+    /// Sets the tokens of the entries that are in the index already; the others keep NONE. Returns
+    /// false when the index was reset.
     bool lookUp(Token parent, std::span<Entry> entries) EXCLUDES(paths_.lock());
     bool makeMissing(Token parent, std::span<Entry> entries) EXCLUDES(paths_.lock());
 
@@ -56,7 +58,7 @@ private:
     Mutex mutex_;
     /// Each node comes with true where it is a folder.
     std::vector<std::pair<PathTree::NodeId, bool>> nodes_;
-    /// The kinds by id, where the crawl has found many nodes; else empty.
+    /// The kinds by id, if the crawl has found many nodes; otherwise empty.
     std::vector<Kind> kinds_;
 };
 

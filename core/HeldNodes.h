@@ -5,12 +5,12 @@
 namespace quillon {
 
 /// Keeps every node of the tree in place, whatever flags it loses, and every id valid unless the
-/// tree is cleared. Removes the dead nodes at the end of its life, with the index locked for a
-/// little at a time.
+/// tree is cleared. Its destructor removes the dead nodes, locking the index for a short time at
+/// once.
 class HeldNodes
 {
 public:
-    /// The index outlives this.
+    /// The index outlives this object.
     explicit HeldNodes(PathIndex &index);
     ~HeldNodes();
     HeldNodes(const HeldNodes &) = delete;

@@ -17,13 +17,13 @@ namespace quillon {
 
 class CacheFile;
 
-/// What the last run of the program has left of its index, ready to be taken over.
+/// The index that the last run of the program has left, ready to be taken over.
 struct KeptTree
 {
     IndexBasis basis;
     /// The first KeptIndex::HEAD_SIZE bytes of the file.
     std::string head;
-    /// It has no table of children.
+    /// The tree has no table of children.
     std::unique_ptr<PathTree> tree;
     FolderMarks marks;
 };
@@ -31,32 +31,35 @@ struct KeptTree
 /// Keeps the index in a file, so that the next run of the program answers from it at once and reads
 /// only the folders that have changed since.
 ///
-/// The caller sees to it that no two calls run at the same time, and that no build or update
-/// changes the index meanwhile.
+/// The caller makes sure that no two calls run at the same time, and that no build or update
+/// changes the index during a call.
 class IndexKeeper
 {
 public:
-    /// Both outlive this.
+    /// The index and the file outlive this object.
     IndexKeeper(PathIndex &index, CacheFile &file) : index_(index), file_(file) {}
 
-    /// Reads a whole file. Absent where it is not there or damaged. Any thread may call this.
+    /// Reads a whole file. Returns nothing when the file is missing or damaged. Any thread may call
+    /// this.
     static std::optional<KeptTree> read(const CacheFile &file);
 
-    /// Puts the index of the last run into the empty one. Returns false, and leaves the index as it
-    /// is, where none is kept for these settings and where the index is reset.
+    /// Puts the index of the last run into the index, which is empty. Returns false, and changes
+    /// nothing, when no index is kept for these settings or when the index is reset.
     bool restore(std::optional<KeptTree> kept, const std::vector<std::string> &settings,
                  const std::stop_token &isReset);
 
-    /// A build by this basis begins, now in nanoseconds since 1970; files with these extensions are
-    /// indexed. Returns true where the index is what restore() put there for the same basis: it is
-    /// then to be compared with the disk. Otherwise what restore() put there is taken out again.
+    /// Begins a build by this basis at `now`, in nanoseconds since 1970. Files with the extensions
+    /// of `files` are indexed. Returns true if the index is the one that restore() put there for
+    /// the same basis; the build then compares it with the disk. Otherwise removes what restore()
+    /// put there.
     bool begin(IndexBasis basis, std::int64_t now, const ExtensionSet &files);
-    /// Goes with the crawls of the build that has begun.
+    /// Returns the marks for the crawls of the running build, or null when no build runs.
     CrawlMarks *marks() { return marks_ ? &*marks_ : nullptr; }
-    /// The build has come to its end. The index is worth keeping until it is reset.
+    /// Ends the build. The index is worth keeping until isReset is requested.
     void end(std::stop_token isReset);
 
-    /// Writes the file anew if the index is worth keeping and has changed; else confirms the file.
+    /// Writes the file anew if the index is worth keeping and has changed. Otherwise confirms the
+    /// file.
     std::error_code keep();
 
 private:
@@ -70,21 +73,21 @@ private:
     std::uint64_t generation() const;
     bool completeRestored();
     FolderMarks keptMarks();
-    /// Returns the beginning of a file, which is the same for the same content alone.
+    /// Returns the first bytes of a file, which differ whenever the content differs.
     static std::string headOf(std::string_view bytes);
 
     PathIndex &index_;
     CacheFile &file_;
-    /// The running build, or the last one, goes by this.
+    /// The basis of the running build, or of the last one.
     std::optional<IndexBasis> basis_;
-    /// These belong to what restore() has put into the index, until a build begins.
+    /// The basis and the marks of what restore() has put into the index, until a build begins.
     std::optional<IndexBasis> restoredBasis_;
     Marked restored_;
-    /// It is there from begin() to end().
+    /// Present from begin() to end().
     std::optional<CrawlMarks> marks_;
-    /// The last build has left these for the file.
+    /// The marks that the last build has left for the file.
     std::optional<Marked> crawled_;
-    /// The build has ended, and the index is kept until this is requested.
+    /// True once a build has ended. The index is then kept until isReset_ is requested.
     bool isWhole_ = false;
     std::stop_token isReset_;
     std::string head_;

@@ -11,13 +11,13 @@
 
 // How the index follows a change of the disk.
 //
-// The rule for one path is plain. The path and the children that are listed under it leave the
+// The rule for one path is simple. The path and the children listed under it are removed from the
 // index, and whatever a crawl of the path finds is put in. These removals reach no further down,
 // so they alone would leave behind what was below a folder that vanished with all its contents.
 // Hence the update asks the disk about every path that is indexed below the changed one and that
-// the crawl did not find, and forgets those that are gone. A path that a file system does not
-// answer for stays, and the caller is told to ask again. Include folders are indexed whatever
-// rules would skip them, so the update puts those below the changed path back.
+// the crawl did not find, and forgets those that are gone. A path for which a file system does not
+// answer stays, and the caller is told to ask again. Include folders are indexed even where a rule
+// would skip them, so the update puts those below the changed path back.
 //
 // The rule is applied to many paths at a time. Changed names of one folder share one crawl, which
 // opens the folder once and then looks at these names alone (Crawler::crawlNames), and one task of
@@ -46,8 +46,8 @@ namespace quillon {
 namespace {
 
 constexpr PathTree::Flags WHOLE = PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED;
-/// So many changed names share a crawl and a task of the main queue, which then takes about a
-/// millisecond.
+/// At most this many changed names share a crawl and a task of the main queue, which then takes
+/// about a millisecond.
 constexpr std::size_t MOST_TOGETHER = 500;
 
 std::string description(const std::vector<std::string> &set)
@@ -147,8 +147,8 @@ bool IndexUpdate::isSkipped(const std::string &folder) const
     return terms_.rules->skips(state, lastComponent(folder), [&] { return folder; });
 }
 
-/// Returns what the index counts the path as: a file counts only with an included extension, a
-/// folder only where no pattern skips it, and an include folder may be behind a link.
+/// Returns the kind under which the path is indexed. A file is indexed only with an included
+/// extension, a folder only where no pattern skips it, and an include folder may be a link.
 FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
 {
     const Kind kind = terms_.folderLister.kind(isRoot(path) ? path + "/." : path);
@@ -160,8 +160,8 @@ FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
     return counts ? kind : Kind::nothing;
 }
 
-/// Returns what is at a path, which is nothing where a link is on the way from the include folder,
-/// wherever that link leads.
+/// Returns the kind of what is at a path. Where a link is on the way from the include folder,
+/// nothing is there, wherever that link leads.
 FolderLister::Kind IndexUpdate::kindWithoutLinks(const std::string &path)
 {
     std::optional<std::size_t> nearestRoot;
@@ -210,8 +210,8 @@ bool IndexUpdate::stepAside() const
     return !terms_.isReset.stop_requested();
 }
 
-/// Finds the nodes of the changed paths; a path that is updated alone gets one in any case. False
-/// when the index was reset.
+/// Finds the nodes of the changed paths. A path that is updated alone gets a node if it has none.
+/// Returns false when the index was reset.
 bool IndexUpdate::findNodes()
 {
     const WritingIndex writing(paths_.lock());
@@ -251,7 +251,7 @@ bool IndexUpdate::compareWithIndex()
     return true;
 }
 
-/// Walks what is indexed below a changed path. False when the index was reset.
+/// Walks what is indexed below a changed path. Returns false when the index was reset.
 bool IndexUpdate::compareBelow(const Changed &changed)
 {
     struct Level
@@ -270,8 +270,8 @@ bool IndexUpdate::compareBelow(const Changed &changed)
             continue;
         }
         levels.back().next = paths_.tree().node(node).nextSibling;
-        // A changed path and its children are removed, and with the children goes the listing of
-        // what is directly below them.
+        // A changed path and its children are removed. Removing the children also removes the
+        // listing of what is directly below them.
         const bool isTouched =
             removesFirst() && levels.size() <= 2 && changed.kind != Kind::unknown;
         const std::size_t below = placeOf(node, levels.back().place, isTouched);
@@ -295,7 +295,7 @@ bool IndexUpdate::wasListed(NodeId node) const
     return !std::ranges::binary_search(notListedNodes_, node);
 }
 
-/// Notes the node where it has to be put in again or was not found. Returns the place of what is
+/// Records the node if it has to be put in again or was not found. Returns the place of what is
 /// below the node.
 std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched)
 {
@@ -315,7 +315,7 @@ std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched
     }
     if ((indexed.flags & WHOLE) == 0 && indexed.firstChild == PathTree::NONE)
         return IN_FOLDER;
-    // What is below "/" has the node of "/" itself beside it.
+    // The node of "/" itself is a sibling of the nodes of what is below "/".
     if (isAlone() && node == changed_.front().node)
         return IN_FOLDER;
     unfound_.push_back(
@@ -323,7 +323,7 @@ std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched
     return unfound_.size() - 1;
 }
 
-/// Asks the disk about the nodes that were not found. False when the index was reset.
+/// Asks the disk about the nodes that were not found. Returns false when the index was reset.
 bool IndexUpdate::judge()
 {
     std::vector<Kind> kinds;
@@ -348,8 +348,9 @@ bool IndexUpdate::judge()
     return true;
 }
 
-/// Returns what is on the disk at an unfound node. A path below something that is gone, or is a
-/// link now, is gone too, even where following the link leads to something of the same name.
+/// Returns the kind of what is on the disk at an unfound node. A path below something that is gone,
+/// or that is a link by now, is gone too, even if following the link leads to something of the same
+/// name.
 FolderLister::Kind IndexUpdate::kindIn(Kind folder, const Unfound &unfound)
 {
     const bool isIncludeFolder = std::ranges::find(rootNodes_, unfound.node) != rootNodes_.end();

@@ -21,29 +21,29 @@ namespace quillon {
 
 struct CrawlResult;
 
-/// What the log says of a folder that was to be crawled and is a package, before its path.
+/// The log writes this before the path of a folder that was to be crawled and is a package.
 inline constexpr const char *PACKAGE_TAG = "sb_grd is_package ";
 
 /// Changed paths that are brought up to date together.
 struct ChangedPaths
 {
-    /// The folder that holds all the names; without names, a path that changed itself. The path
-    /// has no slash at its end.
+    /// The folder that holds all the names. Without names, this path has itself changed. It has no
+    /// slash at its end.
     std::string path;
     std::vector<std::string> names = {};
 
-    /// Groups the paths that are in one folder, some hundred at most. An include folder and "/"
-    /// stay alone.
+    /// Groups the paths that are in one folder, some hundred at most. An include folder and "/" are
+    /// never grouped.
     static std::vector<ChangedPaths> together(std::span<const std::string> paths,
                                               const std::vector<std::string> &roots);
 };
 
-/// Brings what the index holds of some changed paths and everything below them up to date, in three
-/// steps: a crawl finds what is there, the index is compared with it, and the differences are
-/// applied. Only the last step changes what anybody sees of the index, all at once.
+/// Brings what the index holds of some changed paths, and of everything below them, up to date in
+/// three steps: a crawl finds what is there, the index is compared with it, and the differences are
+/// applied. Only the last step changes what a search can see, all at once.
 ///
-/// The caller holds the tree (HeldNodes) from before the crawl until the update is gone, and sees
-/// to it that no build and no other update runs meanwhile.
+/// The caller holds the tree (HeldNodes) from before the crawl until the update is destroyed, and
+/// makes sure that no build and no other update runs meanwhile.
 class IndexUpdate
 {
 public:
@@ -52,7 +52,7 @@ public:
     struct Terms
     {
         FolderLister &folderLister;
-        /// Extensions of the files that are indexed.
+        /// The extensions of the files that are indexed.
         std::set<std::string> patterns;
         /// The include folders, ascending.
         std::vector<std::string> roots;
@@ -60,7 +60,8 @@ public:
         /// The stop is requested with the index locked.
         std::stop_token isReset;
         Now now;
-        /// Says which folders need not be read; null when all are. Outlives the update.
+        /// The marks say which folders need not be read. They are null when all folders are read,
+        /// and outlive the update.
         CrawlMarks *marks = nullptr;
     };
 
@@ -72,20 +73,21 @@ public:
     CrawlSink &found() { return found_; }
     void crawled(const CrawlResult &result);
 
-    /// Compares, locking the index for a little at a time. Returns false when the index was reset,
-    /// or when no path is known to have changed. A path that does not answer stays as it is.
+    /// Compares, locking the index for a short time at once. Returns false when the index was
+    /// reset, or when no path is known to have changed. A path for which a file system does not
+    /// answer is left as it is.
     bool compare() EXCLUDES(paths_.lock());
     /// Applies the differences with the index locked. Returns false when the index was reset.
     bool apply() EXCLUDES(paths_.lock());
 
-    /// Hands over the lines for the log in their order, some at a time and without any lock held.
-    /// The lines end early when the index is reset.
+    /// Hands over the lines for the log in order, some at a time, without holding a lock. No more
+    /// lines come once the index is reset.
     void log(const std::function<void(std::span<const std::string> lines)> &receive) const
         EXCLUDES(paths_.lock());
-    /// Returns the changed paths for which, or for something below which, a file system did not
-    /// answer, and the folders below them that could not be listed.
+    /// Returns two kinds of paths: the changed paths for which, or for something below which, a
+    /// file system did not answer, and the folders below them that could not be listed.
     std::vector<std::string> unanswered() const;
-    /// These say how long the insertion took and how many operations it was.
+    /// Return how long the insertion took, and the number of its operations.
     std::chrono::duration<double> insertionTime() const { return insertionTime_; }
     std::size_t operations() const { return operations_.size() + missing_.size(); }
 
@@ -97,7 +99,7 @@ private:
     struct Changed
     {
         std::string path;
-        /// The kind is unknown while nothing may be changed of the path.
+        /// The kind is unknown while nothing about the path may be changed.
         Kind kind = Kind::unknown;
         bool isPackage = false;
         NodeId node = PathTree::NONE;
@@ -109,7 +111,7 @@ private:
     {
         NodeId node = PathTree::NONE;
         PathTree::Flags flags = 0;
-        /// It is true when the removals reach the node.
+        /// True when the removals reach the node.
         bool isTouched = false;
         /// The index of the nearest node above in unfound_, or one of the places below.
         std::size_t parent = 0;
@@ -120,8 +122,8 @@ private:
     static constexpr std::size_t IN_UNKNOWN = IN_FOLDER - 2;
 
     bool isAlone() const { return names_.empty(); }
-    /// The index of the last run is compared with the disk without the removals of the plain rule,
-    /// so that it stays as it is where nothing has changed.
+    /// False when the index of the last run is compared with the disk. The removals of the plain
+    /// rule are left out then, so that an index for which nothing has changed stays as it is.
     bool removesFirst() const { return terms_.marks == nullptr; }
     Kind kindOf(const std::string &path);
     Kind kindWithoutLinks(const std::string &path);
@@ -148,12 +150,12 @@ private:
     SearchBasePaths &paths_;
     const Terms terms_;
     const ExtensionSet extensions_;
-    /// The crawl is of this folder: the changed path, or the folder of the changed names.
+    /// The folder that the crawl reads: the changed path, or the folder of the changed names.
     const std::string path_;
     const std::vector<std::string> names_;
     std::vector<Changed> changed_;
     Kind kind_;
-    /// It is true when something below a changed path did not answer.
+    /// True when something below a changed path did not answer.
     bool isAnyUnanswered_ = false;
     std::vector<std::string> notListed_;
     FoundNodes found_;
@@ -172,7 +174,7 @@ private:
     std::vector<Unfound> unanswered_;
     std::vector<std::string> innerRoots_;
 
-    // These say what was done.
+    // These record what was done.
     std::vector<NodeId> forgotten_;
     std::chrono::duration<double> insertionTime_{};
 };

@@ -13,9 +13,9 @@
 
 namespace quillon {
 
-/// What one build would index, as the event service asks for it.
+/// The items that one build would index, as the event service asks for them.
 ///
-/// The service may ask a little longer than the index lives; close() tells it the end.
+/// The service may still ask for a while after the index is gone; close() puts an end to that.
 class IndexedItems final : public WatchFilter
 {
 public:
@@ -27,7 +27,7 @@ public:
     bool includesFile(std::string_view name) const override;
     bool isIndexed(std::string_view path) const override EXCLUDES(mutex_);
 
-    /// After this call the index is not looked at, and nothing counts as indexed.
+    /// After this call the index is no longer read, and nothing counts as indexed.
     void close() EXCLUDES(mutex_);
 
 private:

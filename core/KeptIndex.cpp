@@ -72,7 +72,7 @@ public:
     std::string bytes;
 };
 
-/// Reads what a Writer wrote. After the first thing that is not there, everything is empty.
+/// Reads what a Writer wrote. After the first thing that is missing, everything reads as empty.
 class Reader
 {
 public:
@@ -149,7 +149,7 @@ IndexBasis readBasis(Reader &reader)
     return basis;
 }
 
-/// Writes one node among its siblings. Returns whether a group of its own follows.
+/// Writes one node among its siblings. Returns whether a group of its own children follows.
 bool writeNode(const PathTree &tree, NodeId id, FolderMarks::Mark mark, Writer &writer)
 {
     const PathTree::Node &node = tree.node(id);
@@ -185,7 +185,7 @@ bool KeptIndex::read(std::string_view bytes, const Enter &enter)
 {
     Reader reader(bytes.substr(std::min(bytes.size(), HEAD_SIZE)));
     readBasis(reader);
-    // Nothing is wanted below a parent that is absent.
+    // What is below an absent parent is left out.
     std::vector<std::optional<NodeId>> parents{PathTree::ROOT};
     std::vector<std::optional<NodeId>> children;
     while (!parents.empty() && reader.isGood()) {
@@ -220,8 +220,8 @@ std::optional<std::string> KeptIndex::write(PathIndex &index, const IndexBasis &
     writer.list(basis.folders);
     writer.list(basis.missing);
 
-    // Writers get in between any two nodes. What they take out is still there as a node without
-    // flags, and what they add comes behind its siblings.
+    // Writers may run between any two nodes. What they remove is still there as a node without
+    // flags, and what they add comes after its siblings.
     const HeldNodes held(index);
     const ReadingIndex reading(index.lock);
     std::vector<NodeId> parents{PathTree::ROOT};

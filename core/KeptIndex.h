@@ -13,12 +13,12 @@
 
 namespace quillon {
 
-/// What an index was built by. Two that are equal lead to the same index of the same disk.
+/// What an index was built from. Two equal values lead to the same index of the same disk.
 struct IndexBasis
 {
     /// The settings that say what is indexed, as SearchLocations::settings() gives them.
     std::vector<std::string> settings;
-    /// The absolute paths of the include folders, and of those that were away.
+    /// The absolute paths of the include folders, and below them those of the missing ones.
     std::vector<std::string> folders;
     std::vector<std::string> missing;
 
@@ -31,30 +31,31 @@ struct IndexBasis
 class KeptIndex
 {
 public:
-    /// So many bytes at the beginning tell one content from another.
+    /// The first bytes of a file, this many, tell one content from another.
     static constexpr std::size_t HEAD_SIZE = 16;
 
     /// One component of the paths.
     struct Component
     {
-        /// Valid as long as the bytes are.
+        /// The name is valid as long as the bytes are.
         std::string_view name;
         PathTree::Flags flags = 0;
         FolderMarks::Mark mark = FolderMarks::UNKNOWN;
     };
-    /// It is called with each component, after the one above it, and with what it returned for that
-    /// one; with ROOT for a first component. It is not called below a component for which it
+    /// Receives each component, after its parent, together with the id that it returned for the
+    /// parent, which is ROOT for a first component. It is not called below a component for which it
     /// returned NONE.
     using Enter =
         std::function<PathTree::NodeId(PathTree::NodeId parent, const Component &component)>;
 
-    /// Returns what the index was built by; absent where the bytes are not those of an index that
-    /// this version keeps.
+    /// Returns what the index was built from, or nothing when the bytes are not an index that this
+    /// version keeps.
     static std::optional<IndexBasis> basis(std::string_view bytes);
-    /// Goes through the components. False where the bytes turned out not to be those of an index.
+    /// Visits the components. Returns false when the bytes turn out not to be an index.
     static bool read(std::string_view bytes, const Enter &enter);
-    /// Returns the index as bytes. The index is locked for a little at a time, and its nodes are
-    /// held meanwhile. Absent when the index is reset, which is requested with the index locked.
+    /// Returns the index as bytes, or nothing when the index is reset, which is requested with the
+    /// index locked. The index is locked for a short time at once, and its nodes are held
+    /// meanwhile.
     static std::optional<std::string> write(PathIndex &index, const IndexBasis &basis,
                                             const FolderMarks &marks,
                                             const std::stop_token &isReset);

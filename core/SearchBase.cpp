@@ -30,17 +30,17 @@ constexpr std::size_t RESULT_LIMIT = 25;
 constexpr std::size_t GO_TO_PATH_LIMIT = 24;
 constexpr std::size_t MOST_ACCESSED_COUNT = 10;
 constexpr std::chrono::duration<double> LONG_UPDATE_THRESHOLD(1.0);
-/// A path that a file system did not answer for is asked about again after this time, then after
-/// twice as long each time, up to the longest.
+/// A path for which a file system did not answer is asked about again after this time, then after
+/// twice as long each time, up to the longest delay.
 constexpr std::chrono::milliseconds FIRST_ASK_AGAIN_DELAY{1'000};
 constexpr std::chrono::milliseconds LONGEST_ASK_AGAIN_DELAY{3'600'000};
-/// An update that waits for a disk holds up the updates of others. So the next one of its paths
-/// waits for so many times as long as this one took.
+/// An update that waits for a disk delays the updates of other disks. So the next update of its
+/// paths waits this many times as long as this one took.
 constexpr int REST_AFTER_UPDATE = 3;
-/// An update waits this long for one call to a disk: the updates of other disks wait behind it, and
-/// what did not answer is asked about again.
+/// An update waits this long for one call to a disk, since the updates of other disks wait behind
+/// it. What did not answer is asked about again.
 constexpr std::chrono::seconds UPDATE_PATIENCE{2};
-/// Bytes of a dump between two times that writers get in.
+/// The bytes of a dump that are made before writers get a chance to run.
 constexpr std::size_t DUMP_PIECE = std::size_t{64} * 1024;
 
 /// Tab and the Unicode space separators, in UTF-8.
@@ -114,7 +114,7 @@ private:
             });
     }
 
-    /// Returns the paths of a question that no later one has taken over.
+    /// Returns the paths of a question that no later question has taken over.
     std::vector<std::string> takeWaiting(std::uint64_t question)
     {
         std::vector<std::string> paths;
@@ -127,10 +127,12 @@ private:
     }
 
     SearchBase &searchBase_;
-    // The event queue alone uses the rest.
+    // Only the event queue uses the fields below. The stop belongs to the watch that reported the
+    // waiting paths.
     /// The watch that the waiting paths belong to.
     std::stop_token stop_;
-    /// The paths that are going to be asked about again, each by the question with this number.
+    /// The paths that will be asked about again, each with the number of the question that will
+    /// ask.
     std::map<std::string, std::uint64_t> waiting_;
     std::uint64_t latest_ = 0;
 };
@@ -250,7 +252,7 @@ std::vector<std::string> SearchBase::paths() const
 
 void SearchBase::reset()
 {
-    // The order matters: a change reported before must never take the emptied index for its own.
+    // The order matters: an earlier change must never take the emptied index for its own.
     const MutexLock lock(watching_);
     stopWatching();
     const WritingIndex writing(searchBasePaths_.lock());
@@ -280,7 +282,7 @@ CrawlResult SearchBase::enumerateForUpdate(const ChangedPaths &changed,
                                            const std::set<std::string> &patterns, CrawlSink &sink,
                                            const std::stop_token &stop)
 {
-    // The watcher notices by itself which folders come. Mostly there is just one of them.
+    // The watcher notices new folders by itself. Usually there is just one of them.
     Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(),
                     {.threads = 1, .patience = UPDATE_PATIENCE});
     return changed.names.empty()
@@ -306,7 +308,7 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
     const IndexUpdate::Terms terms = updateTerms(*locations, isReset, nullptr);
     std::vector<std::string> unanswered;
     {
-        // The tree is held across all updates, so dead nodes are collected once.
+        // The tree is held across all updates, so dead nodes are collected only once.
         const HeldNodes held(searchBaseMatcher_.index());
         for (ChangedPaths &some : ChangedPaths::together(changed, terms.roots)) {
             if (end.token().stop_requested())
@@ -317,7 +319,7 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
             std::ranges::move(update.unanswered(), std::back_inserter(unanswered));
         }
     }
-    // Folders that came one by one have left siblings far apart, which makes searches slow.
+    // Folders that came one by one are siblings far apart in memory, which makes searches slow.
     searchBaseMatcher_.arrange();
     keepLater();
     return unanswered;
@@ -335,7 +337,7 @@ IndexUpdate::Terms SearchBase::updateTerms(const SearchLocations &locations,
             .marks = marks};
 }
 
-/// Logs the reports and returns those paths that are to be looked at.
+/// Logs the reports and returns the paths that are to be updated.
 std::vector<std::string> SearchBase::logChanges(std::span<const std::string> paths)
 {
     std::vector<std::string> changed;
@@ -372,7 +374,7 @@ void SearchBase::applyInMainQueue(IndexUpdate &update)
     const bool hasRun = services_.mainQueue.postAndWait([&] { isApplied = update.apply(); });
     if (!hasRun || !isApplied)
         return;
-    // Nothing waits for the receiver of these lines but this thread.
+    // Only this thread waits for the logger to take these lines.
     update.log([&](std::span<const std::string> lines) { services_.logger.log(lines); });
     if (update.insertionTime() > LONG_UPDATE_THRESHOLD)
         services_.logger.print("*>*>*>*> SB: Long delta " +
@@ -411,7 +413,7 @@ std::string SearchBase::treeDescription() const
 void SearchBase::describe(SortedPathWalk::Of of,
                           const std::function<void(std::string_view)> &receive) const
 {
-    // The walk goes on from where it was, so the nodes have to stay where they are.
+    // The walk continues from where it was, so the nodes have to stay in place.
     const HeldNodes held(searchBaseMatcher_.index());
     std::optional<SortedPathWalk> walk;
     bool isFirst = true;

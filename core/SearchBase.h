@@ -51,7 +51,7 @@ inline std::int64_t nanosecondsSince1970()
 class SearchBase
 {
 public:
-    /// It is called with one line about the state of a build, on the thread that builds.
+    /// Receives one line about the state of a build, on the thread that builds.
     using Progress = std::function<void(const std::string &line)>;
 
     struct Services
@@ -61,53 +61,54 @@ public:
         /// Updates change the index on this queue.
         TaskQueue &mainQueue;
         std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
-        /// Absent, the index is as fresh as its last build.
+        /// Without these services, the index is as fresh as its last build.
         std::optional<SearchBaseWatcher::Services> watching = std::nullopt;
-        /// It is called with each path that the watcher reports, on its event queue, before the
-        /// update.
+        /// Receives each path that the watcher reports, on the event queue, before the update.
         std::function<void(const std::string &path)> onReport = nullptr;
-        /// The index is kept here between two runs of the program; null where it is not.
+        /// The file that keeps the index between two runs of the program; null when it is not kept.
         CacheFile *keptIndex = nullptr;
-        /// Returns what has been read of that file ahead of time. Null, it is read when it is
-        /// wanted.
+        /// Returns what has been read of that file ahead of time. If this is null, the file is read
+        /// when it is needed.
         std::function<std::optional<KeptTree>()> keptTree = nullptr;
-        /// Nanoseconds since 1970, as the file systems of this machine count them.
+        /// Returns the nanoseconds since 1970, as the file systems of this machine count them.
         std::function<std::int64_t()> wallClock = nanosecondsSince1970;
         /// The time between a change of the index and the next writing of that file.
         std::chrono::milliseconds keepDelay = std::chrono::minutes(10);
     };
 
-    /// Without a front window search its items are no part of the answers.
+    /// Without a front window search, answers have no items of the front window.
     SearchBase(const FrontItemsSource *frontFinderSearch, SearchBaseFinder &searchBaseFinder,
                FuzzyMatch &searchBaseMatcher, Services services);
-    /// The event queue runs nothing of the index any more by then.
+    /// By the time of this call, the event queue no longer runs any task of the index.
     virtual ~SearchBase();
     SearchBase(const SearchBase &) = delete;
     SearchBase &operator=(const SearchBase &) = delete;
 
-    /// At most 25 matches among the front window's items, then at most 25 of the index, both best
-    /// first; then the query itself as a path to go to, when it begins with "/" once blanks are
-    /// trimmed and fewer than 25 rows stand.
+    /// Returns at most 25 matches among the front window's items, then at most 25 of the index,
+    /// both best first. If there are fewer than 25 rows and the query begins with "/" after its
+    /// blanks are trimmed, the last row offers the query itself as a path to go to.
     std::vector<SearchBaseResultRef> search(std::string_view query) const;
-    /// At most 10 of the folders that the user opened most, most used first.
+    /// Returns at most 10 of the folders that the user opened most, most used first.
     std::vector<SearchBaseResultRef> mostAccessedResults() const;
 
-    /// Forgets everything and watches nothing any more; the use counts stay. A build or an update
-    /// that is under way ends and changes nothing any more.
+    /// Forgets everything and stops watching; the use counts stay. A build or an update that is
+    /// under way ends and changes nothing any more.
     void reset() EXCLUDES(watching_);
-    /// Puts the index of the last run of the program into the empty one, unless the settings have
-    /// changed. Returns whether it did. The next build then compares it with the disk and reads
-    /// only the folders that have changed. Asks no disk but for the file.
+    /// Puts the index of the last run of the program into the empty index, unless the settings have
+    /// changed. Returns whether it did. The next build then compares the index with the disk and
+    /// reads only the folders that have changed. The kept file is all that this call reads from a
+    /// disk.
     bool restore() EXCLUDES(watching_);
-    /// Writes the index as it is to the file for the next run, if a build has come to its end.
+    /// Writes the index to the file for the next run if a build has come to its end.
     void keep() EXCLUDES(watching_);
     /// Crawls every include folder and adds what it finds, until stop is requested, the index is
-    /// reset or another build begins. The folders are watched from before they are crawled on, and
-    /// changes update the index once the build has come to its end.
+    /// reset or another build begins. Changes that happen after the crawl has begun update the
+    /// index once the build has come to its end.
     virtual void build(const Progress &progress, const std::stop_token &stop = {});
-    /// Crawls a path that has changed and brings what the index holds of it and below up to date,
-    /// in one task of the main queue. Changes nothing when that queue is closed, stop is requested
-    /// before, or a reset or build begins meanwhile, nor for a path that does not begin with "/".
+    /// Crawls a path that has changed and brings what the index holds of it and below it up to
+    /// date, in one task of the main queue. Changes nothing when that queue is closed, when stop is
+    /// requested before the task, when a reset or a build begins meanwhile, or when the path does
+    /// not begin with "/".
     void update(const std::string &path, const std::stop_token &stop = {});
     /// Brings many paths up to date, some hundred of one folder in each task. Returns the paths for
     /// which a file system did not answer. They stay as they were, except for folders that could be
@@ -117,26 +118,26 @@ public:
     /// Forgets one path; what is below it stays.
     void remove(std::string_view path);
 
-    /// The extensions of the files to index besides folders.
+    /// Returns the extensions of the files that are indexed besides folders.
     std::set<std::string> includeFilePatterns() const;
-    /// Returns the number of paths indexed.
+    /// Returns the number of indexed paths.
     std::size_t count() const;
-    /// What the last build took from the settings, the running one included; never null.
+    /// Returns what the last build, or the running one, took from the settings; never null.
     std::shared_ptr<const SearchLocations> locations() const EXCLUDES(watching_);
-    /// The include folders that are away: since the last build, or by now. While a build runs only
-    /// those that it found missing.
+    /// Returns the include folders that were missing at the last build or are missing now. While a
+    /// build runs, returns only those that it found missing.
     std::vector<std::string> awayFolders() const EXCLUDES(watching_);
-    /// Every path indexed, ascending by bytes.
+    /// Returns every indexed path, ascending by bytes.
     std::vector<std::string> paths() const;
-    /// How the include folders are watched; absent while they are not.
+    /// Returns how the include folders are watched, or nothing while they are not watched.
     std::optional<FSEventStatus> watchStatus() const;
-    /// Lets every change of the disk so far come into the index. Not called on the event queue nor
-    /// on the main queue.
+    /// Waits until every change of the disk so far has reached the index. It is called neither on
+    /// the event queue nor on the main queue.
     void settle();
 
-    /// Everything that is indexed as text: the paths, then the children under each parent. Handed
-    /// over piece by piece with the index unlocked in between, so what changes meanwhile may or may
-    /// not show.
+    /// Hands over everything that is indexed as text: the paths, then the children under each
+    /// parent. The text comes piece by piece with the index unlocked in between, so what changes
+    /// meanwhile may or may not show.
     void treeDescription(const std::function<void(std::string_view piece)> &receive) const;
     std::string treeDescription() const;
 
@@ -159,14 +160,14 @@ private:
         std::shared_ptr<CrawlRecord> record;
     };
 
-    /// Ends what is under way. Returns what ends with the next call.
+    /// Ends what is under way. Returns a stop that the next call requests.
     std::stop_token beginAnew() REQUIRES(searchBasePaths_.lock());
     std::stop_token beginBuild() EXCLUDES(watching_);
-    /// Returns what ends with the next build or reset.
+    /// Returns a stop that the next build or reset requests.
     std::stop_token untilAnew() const;
-    /// Reads what is to be indexed, for everything until the next build.
+    /// Reads from the settings what is to be indexed, for everything until the next build.
     std::shared_ptr<const SearchLocations> takeLocations() EXCLUDES(watching_);
-    /// The result is empty when nobody reports changes.
+    /// Returns an empty record when nobody reports changes.
     Watched beginRecord(const SearchLocations &locations) EXCLUDES(watching_);
     void endBuild(Watched watched, const SearchLocations &locations, const std::stop_token &stop)
         EXCLUDES(watching_);
@@ -197,19 +198,19 @@ private:
     const std::shared_ptr<Changes> changes_;
     const std::unique_ptr<SearchBaseWatcher> searchBaseWatcher_;
 
-    /// It is held by a build or an update as long as it takes; taken before the index's lock.
-    Mutex changing_;
-    /// It is null where the index is not kept.
-    const std::unique_ptr<IndexKeeper> indexKeeper_;
-    /// The index is going to be kept after a while.
-    bool isKeepingDue_ GUARDED_BY(changing_) = false;
-    /// It is held while watching begins or ends; taken after the one above, before the index's
+    /// A build or an update holds this mutex as long as it runs. It is taken before the index's
     /// lock.
+    Mutex changing_;
+    /// Null when the index is not kept.
+    const std::unique_ptr<IndexKeeper> indexKeeper_;
+    /// True while a task that keeps the index is waiting for its time.
+    bool isKeepingDue_ GUARDED_BY(changing_) = false;
+    /// Held while watching begins or ends. It is taken after changing_ and before the index's lock.
     mutable Mutex watching_;
     std::shared_ptr<const SearchLocations> locations_ GUARDED_BY(watching_);
-    /// A build has crawled all of them and the index was not reset since.
+    /// True when a build has crawled all of them and the index has not been reset since.
     bool areCrawled_ GUARDED_BY(watching_) = false;
-    /// What the watch asks the index; null before a build begins and after a reset.
+    /// Answers what the watch asks about the index; null before a build begins and after a reset.
     std::shared_ptr<IndexedItems> items_ GUARDED_BY(watching_);
     /// The stop is requested when the index is reset or built anew.
     std::stop_source anew_ GUARDED_BY(searchBasePaths_.lock());

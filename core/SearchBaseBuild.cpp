@@ -11,9 +11,9 @@
 
 #include <utility>
 
-// How the index is built, kept in a file and taken up again. A build either crawls the include
-// folders into an empty index or compares them with the index of the last run (IndexKeeper). The
-// comparison of a folder is an update of everything in it.
+// How the index is built, kept in a file and restored. A build either crawls the include folders
+// into an empty index or compares them with the index of the last run (IndexKeeper). The comparison
+// of a folder is an update of everything in it.
 
 namespace quillon {
 
@@ -88,7 +88,7 @@ std::stop_token SearchBase::untilAnew() const
 
 std::shared_ptr<const SearchLocations> SearchBase::takeLocations()
 {
-    // The folders are looked for before the lock is taken, since a reset waits for no disk.
+    // The folders are looked up before the lock is taken, since a reset must not wait for a disk.
     auto locations =
         std::make_shared<const SearchLocations>(SearchLocations::of(searchBaseFinder_));
     searchBaseIgnorePaths_.refresh(*locations);
@@ -143,7 +143,7 @@ void SearchBase::endBuild(Watched watched, const SearchLocations &locations,
     if (stop.stop_requested())
         return;
     areCrawled_ = true;
-    // Missing folders are watched too, for the time when they come.
+    // Missing folders are watched too, so that the watch reports when they appear.
     if (searchBaseWatcher_)
         searchBaseWatcher_->startWatching(locations.roots(), std::move(watched.items),
                                           std::move(watched.record));
@@ -177,8 +177,8 @@ bool SearchBase::beginKeeping(const SearchLocations &locations)
 {
     if (!indexKeeper_)
         return false;
-    // The bookmarks may be newer than the locations. Then they lead to other folders, and the index
-    // that is kept with both is not taken at the next start.
+    // The bookmarks may be newer than the locations. In that case they lead to other folders, and
+    // the index that is kept with both is not taken at the next start.
     return indexKeeper_->begin({.settings = locations.settings(searchBaseFinder_.bookmarks.load()),
                                 .folders = locations.folders,
                                 .missing = pathsOf(locations.missing)},

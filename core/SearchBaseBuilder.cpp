@@ -80,7 +80,7 @@ void SearchBaseBuilder::endUnlessWantedAgain()
         lookForAwayFolders();
         return tell(&SearchBaseBuildObserver::buildEnded);
     }
-    // What was wanted after a build was cancelled is not what that build has.
+    // A build requested after the running one was cancelled still needs to run.
     if (stop_.stop_requested())
         return begin();
     services_.background.post([this] {
@@ -123,7 +123,7 @@ template <typename... Parameters, typename... Arguments>
 void SearchBaseBuilder::tell(void (SearchBaseBuildObserver::*what)(Parameters...),
                              const Arguments &...arguments)
 {
-    // One that is told may add or remove others.
+    // An observer may add or remove others.
     for (SearchBaseBuildObserver *observer : std::vector(observers_)) {
         if (std::ranges::find(observers_, observer) != observers_.end())
             (observer->*what)(arguments...);

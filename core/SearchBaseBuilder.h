@@ -15,7 +15,7 @@ class SearchBase;
 class SearchBaseFinder;
 class TaskQueue;
 
-/// Is called on the main thread as builds go on.
+/// Hears on the main thread how builds proceed.
 class SearchBaseBuildObserver
 {
 public:
@@ -25,20 +25,20 @@ public:
     SearchBaseBuildObserver &operator=(const SearchBaseBuildObserver &) = delete;
 
     virtual void buildBegan() {}
-    /// One line about the state of the build, as the search base wrote it.
+    /// Receives one line about the state of the build, as the search base wrote it.
     virtual void buildProgressed(const std::string &) {}
-    /// The index of the last run is there, and the build compares it with the disk.
+    /// The index of the last run has been restored, and the build compares it with the disk.
     virtual void indexRestored() {}
     virtual void buildEnded() {}
 };
 
-/// Runs the full builds of the search base, one at a time, and one more when an include folder that
-/// was away has come back without the watch having noticed. Main thread only; the queues run
-/// nothing of it any more when it goes.
+/// Runs the full builds of the search base, one at a time. Runs one more when an include folder
+/// that was missing has come back unnoticed by the watch. Main thread only. By the time of its
+/// destruction, the queues no longer run any of its tasks.
 class SearchBaseBuilder
 {
 public:
-    /// The time between two looks for the folders that are away.
+    /// The time between two checks for the folders that are missing.
     static constexpr std::chrono::minutes AWAY_INTERVAL{1};
 
     struct Services
@@ -59,12 +59,12 @@ public:
 
     explicit SearchBaseBuilder(const Services &services);
 
-    /// Empties the index and builds it anew; the first time the index of the last run of the
-    /// program stands in for it meanwhile. While a build runs, another one follows it if the
-    /// settings say something else by then than they did for the running one.
+    /// Empties the index and builds it anew. The first time, the index of the last run of the
+    /// program is used until the build has ended. If a build is already running and the settings
+    /// have changed since it began, another build follows it.
     void start();
-    /// Makes a running build end soon. What it has found stays in the index, which then follows no
-    /// changes on the disk until the next start().
+    /// Makes a running build end soon. What it has found stays in the index, but changes on the
+    /// disk do not update the index until the next start().
     void cancel();
     /// Makes a running build end soon; nothing is built afterwards.
     void stop();
@@ -74,14 +74,14 @@ public:
     bool isComparing() const { return isBuilding_ && isComparing_; }
     /// Returns true when the last build was cancelled, so that the index is not complete.
     bool isCancelled() const { return !isBuilding_ && stop_.stop_requested(); }
-    /// Returns false when the settings named no folder for the last build, there or not.
+    /// Returns false when the settings named no folder for the last build. A missing folder counts.
     bool hasLocations() const { return !lastBuild_ || lastBuild_->locations.nameFolders(); }
-    /// How long the running build has been at it.
+    /// Returns how long the running build has taken so far.
     std::chrono::duration<double> elapsed() const { return services_.now() - began_; }
-    /// The result is absent before the first one has ended.
+    /// Returns nothing before the first build has ended.
     const std::optional<Build> &lastBuild() const { return lastBuild_; }
 
-    /// Each is told as long as it is added, and outlives that.
+    /// The observer hears of builds until it is removed, and outlives that time.
     void addObserver(SearchBaseBuildObserver &observer) { observers_.push_back(&observer); }
     void removeObserver(SearchBaseBuildObserver &observer) { std::erase(observers_, &observer); }
 
@@ -95,7 +95,7 @@ private:
     void tell(void (SearchBaseBuildObserver::*what)(Parameters...), const Arguments &...arguments);
 
     const Services services_;
-    /// Nothing is built any more.
+    /// True once nothing may be built any more.
     bool isStopped_ = false;
     /// Ends the build that runs, or ended the last one.
     std::stop_source stop_;
@@ -103,7 +103,7 @@ private:
     bool isBuilding_ = false;
     bool isWantedAgain_ = false;
     bool isComparing_ = false;
-    /// Counts the builds, so that a look for away folders ends with the build it belongs to.
+    /// The number of builds so far, so that a check for missing folders ends with its build.
     unsigned builds_ = 0;
     std::chrono::steady_clock::time_point began_;
     std::optional<Build> lastBuild_;

@@ -13,8 +13,8 @@ bool has(const PathTree &tree, NodeId node, PathTree::Flags flag)
     return node != PathTree::NONE && (tree.node(node).flags & flag) != 0;
 }
 
-/// Returns whether the tree's shape says that the parent lists the path. What stands below "/"
-/// reads "/name": its first component is the empty one, not the two of "/".
+/// Returns whether the tree's shape says that the parent lists the path. A path below "/" reads
+/// "/name", so its first component is the single empty one, although the text "/" has two.
 bool isParentByShape(std::string_view parent, std::string_view path)
 {
     const std::size_t slash = path.rfind('/');
@@ -23,7 +23,7 @@ bool isParentByShape(std::string_view parent, std::string_view path)
     return slash == 0 ? parent == "/" : parent != "/" && parent == path.substr(0, slash);
 }
 
-/// The text of the node that keeps a path's set of children.
+/// Returns the text of the node that keeps a path's set of children.
 std::string_view keyText(std::string_view parent)
 {
     return parent == "/" ? std::string_view() : parent;
@@ -43,7 +43,7 @@ bool isSlash(const PathTree &tree, NodeId id)
            tree.name(tree.node(id)).empty() && tree.name(tree.node(parent)).empty();
 }
 
-/// The node that keeps the set of children of a node's path.
+/// Returns the node that keeps the set of children of a node's path.
 NodeId setOf(const PathTree &tree, NodeId id)
 {
     return isSlash(tree, id) ? tree.node(id).parent : id;
@@ -69,7 +69,7 @@ std::vector<NodeId> childrenWith(const PathTree &tree, NodeId parent, PathTree::
     return children;
 }
 
-/// The node that comes after this one when everything below a node comes after it.
+/// Returns the next node in the order in which everything below a node comes after it.
 NodeId nextInTree(const PathTree &tree, NodeId id)
 {
     if (tree.node(id).firstChild != PathTree::NONE)

@@ -26,10 +26,11 @@ struct SearchBasePathsInsertionOperation
                            const SearchBasePathsInsertionOperation &) = default;
 };
 
-/// What the log says of a path that is removed, before the path.
+/// The log writes this before a path that is removed.
 inline constexpr std::string_view REMOVE_TAG = "sbp_remove: ";
 
-/// The operations that insert a folder and then what was found below it, each below its own parent.
+/// Returns the operations that insert a folder and then what was found below it, each below its own
+/// parent.
 std::vector<SearchBasePathsInsertionOperation>
 makeInsertionOperations(std::string_view url, std::span<const std::string> children);
 
@@ -37,7 +38,7 @@ makeInsertionOperations(std::string_view url, std::span<const std::string> child
 ///
 /// Both are flags in the tree that the matcher searches. The matcher's candidates are flags of
 /// their own, which only clear() touches here. The caller holds the index's lock during every
-/// operation, so that it can combine them, and as long as it uses what paths() and
+/// operation, so that it can combine several, and as long as it uses what paths() and
 /// parentToChildren() return.
 class SearchBasePaths
 {
@@ -65,9 +66,9 @@ public:
     public:
         bool contains(std::string_view parent) const;
         std::size_t count() const;
-        /// The result is absent when there is no set, not even an empty one.
+        /// Returns nothing when there is no set, not even an empty one.
         std::optional<std::vector<std::string>> children(std::string_view parent) const;
-        /// Every path with a set, ascending by bytes.
+        /// Hands over every path that has a set, ascending by bytes.
         void forEach(const Receiver &receive) const;
 
     private:
@@ -81,31 +82,31 @@ public:
 
     explicit SearchBasePaths(PathIndex &index) : index_(index) {}
 
-    /// Stores a path given in any form and lists it under its parent. Returns the node that its
-    /// children go below.
+    /// Stores a path given in any form and lists it under its parent. Returns the node below which
+    /// its children go.
     PathTree::NodeId add(std::string_view path) REQUIRES(index_.lock);
     /// Adds a name below a node that add() returned.
     PathTree::NodeId add(PathTree::NodeId parent, std::string_view name) REQUIRES(index_.lock);
     void insert(std::span<const SearchBasePathsInsertionOperation> operations)
         REQUIRES(index_.lock);
-    /// Takes the path out and leaves it an empty set of children, whether or not it was there; its
-    /// parent lists it as before. Adds the line for the log, to be logged once the lock is free.
-    /// Returns the path's node.
+    /// Removes the path, whether or not it was stored, and leaves it an empty set of children. Its
+    /// parent still lists it. Adds a line that the caller logs once the lock is free. Returns the
+    /// path's node.
     PathTree::NodeId remove(std::string_view path, std::vector<std::string> &log)
         REQUIRES(index_.lock);
-    // These take nodes, which a caller keeps alive with PathTree::hold().
+    // The operations below take nodes, which a caller keeps alive with PathTree::hold().
 
     /// Stores a path and lists it under its parent.
     void add(PathTree::NodeId node) REQUIRES(index_.lock);
-    /// Forgets a stored path as the other one does, without a line for the log.
+    /// Forgets a stored path as remove(path) does, without a line for the log.
     void remove(PathTree::NodeId node) REQUIRES(index_.lock);
-    /// Keeps nothing of the path: neither the listing under its parent nor its set of children,
-    /// unless that lists something still.
+    /// Forgets the listing under the path's parent, and its set of children unless something is
+    /// still listed there.
     void forget(PathTree::NodeId node) REQUIRES(index_.lock);
-    /// What is listed under a path.
+    /// Returns what is listed under a path.
     std::vector<PathTree::NodeId> listedChildren(PathTree::NodeId node) const
         REQUIRES_SHARED(index_.lock);
-    /// Lists under a path again what is stored directly below it.
+    /// Lists under a path again everything that is stored directly below it.
     void listStoredChildren(std::string_view parent) REQUIRES(index_.lock);
     /// Forgets everything, the matcher's candidates too.
     void clear() REQUIRES(index_.lock);
@@ -117,18 +118,19 @@ public:
     }
     std::size_t count() const REQUIRES_SHARED(index_.lock) { return paths().count(); }
 
-    /// Every set of children as text, ascending by path: the path, ": ", and each child on a line
-    /// of its own behind a tab.
+    /// Returns every set of children as text, ascending by path: the path, ": ", and each child on
+    /// a line of its own after a tab.
     std::string treeMappingDescription() const REQUIRES_SHARED(index_.lock);
-    /// Appends one set of it, given by its node, and a line feed before it unless it is the first;
-    /// for ROOT that of the empty path, if it has one, which comes before all others.
+    /// Appends the text of one set, given by its node, with a line feed before it unless it is the
+    /// first. ROOT stands for the set of the empty path, if there is one, which comes before all
+    /// others.
     void appendTreeMapping(PathTree::NodeId node, bool isFirst, std::string &text) const
         REQUIRES_SHARED(index_.lock);
 
-    /// The node that the children of a path go below; NONE when there is none.
+    /// Returns the node below which the children of a path go, or NONE when there is no such node.
     PathTree::NodeId nodeAbove(std::string_view parent) const REQUIRES_SHARED(index_.lock);
 
-    /// The tree and its lock, shared with the matcher.
+    /// Returns the lock of the tree, which the matcher shares.
     IndexLock &lock() const RETURNS_CAPABILITY(index_.lock) { return index_.lock; }
     PathTree &mutableTree() REQUIRES(index_.lock) { return index_.tree; }
     const PathTree &tree() const REQUIRES_SHARED(index_.lock) { return index_.tree; }
@@ -137,9 +139,9 @@ private:
     using Children = std::set<std::string, std::less<>>;
 
     PathTree::NodeId list(std::string_view path, std::string_view parent) REQUIRES(index_.lock);
-    /// Returns null when there are none.
+    /// Returns null when no children are listed elsewhere.
     const Children *listedElsewhere(std::string_view parent) const NO_THREAD_SAFETY_ANALYSIS;
-    /// Returns the same for the node that keeps the parent's set.
+    /// Does the same for the node that keeps the parent's set.
     const Children *listedElsewhere(PathTree::NodeId set) const NO_THREAD_SAFETY_ANALYSIS;
 
     PathIndex &index_;

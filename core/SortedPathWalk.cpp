@@ -22,7 +22,7 @@ PathTree::NodeId SortedPathWalk::next()
     while (!items_.empty() && tree_.generation() == generation_) {
         const Item item = items_.back();
         items_.pop_back();
-        // With sets of children the top one is met as that of "/", just before what is below it.
+        // The set of the top is met as that of "/", just before the sets of what is below "/".
         const bool isTopSet = flag_ == PathTree::HAS_CHILD_SET && isTop(item.node);
         if (item.isBelow)
             pushChildren(item.node);

@@ -10,7 +10,7 @@ namespace quillon {
 /// Walks a tree in the order of the whole texts by bytes, without keeping any text.
 ///
 /// The tree may change between two steps while it is held (HeldNodes): the walk may or may not meet
-/// what is added or removed meanwhile. It meets nothing any more once the tree was cleared.
+/// what is added or removed meanwhile. It ends once the tree is cleared.
 class SortedPathWalk
 {
 public:

@@ -8,9 +8,9 @@ namespace quillon {
 class StringPathParent
 {
 public:
-    /// The path without its last component; a slash at the end is not one. The parent of "/" is
-    /// "/" and that of a relative path of one component is ".". A view of the path or of a
-    /// constant.
+    /// Returns the path without its last component. A slash at the end is not a component. The
+    /// parent of "/" is "/", and the parent of a relative path of one component is ".". The result
+    /// is a view of the path or of a constant.
     static std::string_view getParentFolderPath(std::string_view path);
 };
 
