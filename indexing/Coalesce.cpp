@@ -13,7 +13,8 @@ void Coalesce::coalesce(const std::string &key, TaskQueue &queue, Callback callb
     queue.postDelayed(delay_, [this, key, number = lastNumber_] { deliver(key, number); });
 }
 
-/// The number tells a call that was dropped from one that is pending under its key since.
+/// The number distinguishes a call that was dropped from a later one that is pending under the same
+/// key.
 void Coalesce::deliver(const std::string &key, std::uint64_t number)
 {
     const auto pending = callbacks_.find(key);

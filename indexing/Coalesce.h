@@ -10,17 +10,17 @@
 
 namespace quillon {
 
-/// Makes one call out of the many that are asked for under the same key within a while.
+/// Makes one call of the many that are requested under the same key within a short time.
 ///
-/// One serial queue alone uses it, the one it calls on, which runs none of its calls any more when
-/// this is destroyed.
+/// Only one serial queue uses an object, the queue on which it makes its calls. By the time the
+/// object is destroyed, that queue no longer runs any of its calls.
 class Coalesce
 {
 public:
     using Callback = std::function<void(const std::string &key)>;
     static constexpr std::chrono::milliseconds DELAY{3000};
 
-    /// The period, in seconds, is kept and has no influence; the delay has.
+    /// The period, in seconds, is kept and has no effect. The delay decides.
     explicit Coalesce(double withinPeriod, std::chrono::milliseconds delay = DELAY)
         : withinPeriod_(withinPeriod), delay_(delay)
     {}

@@ -10,12 +10,13 @@
 
 namespace quillon {
 
-/// A folder that a crawl has been to, by its name and the folder above it. Never changes; shared
-/// between threads and held by whatever is still to be visited below it.
+/// A folder that a crawl has visited, given by its name and the folder above it. It never changes.
+/// Threads share it, and whatever is still to be visited below it holds it.
 class CrawlFolder
 {
 public:
-    /// Shares a folder. Letting go of the last one below a long chain of folders takes no stack.
+    /// Shares a folder. Releasing the last reference below a long chain of folders uses no
+    /// recursion.
     class Ref
     {
     public:
@@ -46,14 +47,15 @@ public:
         CrawlFolder *folder_ = nullptr;
     };
 
-    /// The name of a root, which is below nothing, is its path; that of "/" is empty.
+    /// The name of a root, which has no folder above, is its path; the name of "/" is empty.
     static Ref make(Ref parent, std::string_view name, CrawlRecord::Folder recorded = 0);
 
     const Ref &parent() const { return parent_; }
     const std::string &name() const { return name_; }
-    /// What watches it calls it; means nothing in a crawl that is not watched.
+    /// Returns the record's number for the folder. It means nothing in a crawl that is not
+    /// recorded.
     CrawlRecord::Folder recorded() const { return recorded_; }
-    /// What stands before "/" in the paths of whatever is in the folder; empty for "/".
+    /// Returns what comes before "/" in the path of anything in the folder; empty for "/".
     std::string path() const;
 
 private:

@@ -58,8 +58,8 @@ bool CrawlStack::take(CrawlItem &item)
     level.children.pop_back();
     --pending_;
     if (level.isEmpty()) {
-        // The folder is closed as soon as its last subfolder is open: a chain of any length holds
-        // two descriptors.
+        // The folder is closed as soon as its last subfolder is open, so a chain of any length
+        // holds only two descriptors.
         item.parentHandle = std::move(level.handle);
         levels_.pop_back();
     } else {

@@ -18,22 +18,22 @@ class OpenFolder;
 /// A folder to be visited.
 struct CrawlItem
 {
-    /// It is null for the root, whose name is then that of a CrawlFolder's root.
+    /// Null for the root, whose name is then the name of a CrawlFolder's root.
     CrawlFolder::Ref parent;
-    /// The folder above; null when it was closed again for want of descriptors.
+    /// The folder above, opened; null when it was closed again to save descriptors.
     std::shared_ptr<const OpenFolder> parentHandle;
     std::string name;
     CrawlSink::Token token = 0;
     SkipRules::State state;
-    /// What CrawlFolder::recorded() returns, once the folder has been opened.
+    /// The value of CrawlFolder::recorded(), once the folder has been opened.
     CrawlRecord::Folder recorded = 0;
 
-    /// The folder's own path, "" for "/".
+    /// Returns the folder's own path, which is "" for "/".
     std::string path() const;
 };
 
-/// The folders that one worker has still to visit: for each folder on its way down those of its
-/// subfolders that are left. Not locked.
+/// The folders that one worker has still to visit: for each folder on its way down, the subfolders
+/// that are left. It has no lock of its own.
 class CrawlStack
 {
 public:
@@ -46,18 +46,18 @@ public:
         SkipRules::State state;
     };
 
-    /// Goes down into a folder that has these subfolders, one at least.
+    /// Goes down into a folder that has these subfolders, at least one.
     void push(CrawlFolder::Ref folder, std::shared_ptr<const OpenFolder> handle,
               const std::vector<Child> &children);
-    /// Takes the next folder to visit; false when there is none.
+    /// Takes the next folder to visit. Returns false when there is none.
     bool take(CrawlItem &item);
-    /// Gives another stack half of what is left nearest to the root.
+    /// Gives another stack half of the folders that are left nearest to the root.
     void share(CrawlStack &other);
     /// Returns the number of folders to visit.
     std::size_t pending() const { return pending_; }
 
-    /// Takes note that a folder on the way down is open again. Called for folders from the root
-    /// downwards; position starts at zero and is carried from call to call.
+    /// Records that a folder on the way down is open again. It is called for folders from the root
+    /// downwards; position starts at zero and is passed from call to call.
     void reopened(std::size_t &position, const CrawlFolder &folder,
                   const std::shared_ptr<const OpenFolder> &handle);
     /// Returns the number of folders kept open at a time; those nearest to the root are closed
@@ -78,7 +78,7 @@ private:
         CrawlFolder::Ref folder;
         std::shared_ptr<const OpenFolder> handle;
         std::string names;
-        /// Those from next on are still to be visited, the last one first.
+        /// The children from next on are still to be visited, the last one first.
         std::vector<StoredChild> children;
         std::size_t next = 0;
 

@@ -10,13 +10,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The time between two looks at the workers and two "Processing" messages.
+/// The time between two checks of the workers, and between two "Processing" messages.
 constexpr auto TICK = 17ms;
 /// How long a stop waits for a call into the file system.
 constexpr auto STOP_GRACE = 100ms;
-/// More calls that do not return than this are not waited for side by side.
+/// At most this many calls that do not return are waited for at the same time.
 constexpr std::size_t MAX_MEMBERS = 16;
-/// Folders that a worker may keep open even where descriptors are scarce.
+/// The number of folders that a worker may keep open even when descriptors are scarce.
 constexpr std::size_t LEAST_OPEN = 4;
 
 } // namespace
@@ -44,7 +44,7 @@ CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_to
     return total();
 }
 
-/// One thread is enough to crawl. False when the system has none to give.
+/// One thread is enough to crawl. Returns false when the system has none to give.
 bool CrawlTeam::start()
 {
     const MutexLock lock(mutex_);
@@ -53,8 +53,8 @@ bool CrawlTeam::start()
     return stopped_ || !members_.empty();
 }
 
-/// Crawls on the thread that called run(). A call that does not return holds it up: nobody else is
-/// there to notice.
+/// Crawls on the thread that called run(). A call that does not return blocks it, since no other
+/// thread is there to notice.
 void CrawlTeam::crawlAlone(const Crawler::Progress &progress)
 {
     CrawlWorker *worker = nullptr;
@@ -125,7 +125,8 @@ bool CrawlTeam::addMember()
 bool CrawlTeam::waitForWork(CrawlWorker &worker)
 {
     const MutexLock lock(mutex_);
-    // Counted before it looks: whoever gets something to share afterwards sees it and tells.
+    // The worker is counted before it looks, so that a worker that gets something to share
+    // afterwards sees the count and wakes it.
     ++idle_;
     for (;;) {
         told_ = false;
@@ -232,7 +233,7 @@ void CrawlTeam::lookAfterMembers()
     }
     if (idle_ + stalled < aliveMembers())
         return;
-    // Nobody is getting on. Waiting for several costs no more than for one.
+    // No worker makes progress. Waiting for several calls costs no more than waiting for one.
     for (Member &member : members_)
         if (member.isStalled && Clock::now() - member.since >= options_.patience)
             giveUp(member);
@@ -258,7 +259,7 @@ void CrawlTeam::giveUp(Member &member)
     }
 }
 
-// What stands at the names of a crawl of some names
+// Kinds of the crawled names
 
 void CrawlTeam::setKind(std::size_t number, FolderLister::Kind kind)
 {

@@ -21,8 +21,8 @@ namespace quillon {
 
 /// The workers of one crawl and what they share.
 ///
-/// It is held by the threads too, since one that was given up may outlive the crawl. A worker's
-/// lock is taken after the team's.
+/// The threads hold it too, since a thread that was given up may outlive the crawl. A worker's lock
+/// is taken after the team's.
 class CrawlTeam : public std::enable_shared_from_this<CrawlTeam>
 {
 public:
@@ -34,40 +34,41 @@ public:
         CrawlSink &sink;
         std::string rootPath;
         CrawlItem root;
-        /// The names in the root that are crawled; absent when all are.
+        /// The names in the root that are crawled; absent when all of them are.
         std::optional<std::vector<std::string>> names;
-        /// It is null when nobody watches.
+        /// Null when the crawl is not recorded.
         std::shared_ptr<CrawlRecord> record;
         bool reportsProgress = false;
     };
 
     CrawlTeam(Task task, const CrawlOptions &options);
 
-    /// Crawls. Messages come out on this thread.
+    /// Crawls. The calling thread delivers the messages.
     CrawlResult run(const Crawler::Progress &progress, const std::stop_token &stop)
         EXCLUDES(mutex_);
 
-    // The rest is for the workers.
+    // Only the workers use the operations below.
 
     const Task &task() const { return task_; }
     bool isStopped() const { return stopped_.load(std::memory_order_relaxed); }
-    /// It is set once, by the first worker, before anything can be shared.
+    /// The first worker sets the root once, before anything can be shared.
     void setRoot(std::shared_ptr<const OpenFolder> handle) { rootHandle_ = std::move(handle); }
     const std::shared_ptr<const OpenFolder> &rootHandle() const { return rootHandle_; }
-    /// Takes note of what stands at the name with this number.
+    /// Records the kind of what is at the name with this number.
     void setKind(std::size_t number, FolderLister::Kind kind) EXCLUDES(mutex_);
-    /// Takes note of a folder that could not be opened, or that could not be read to its end.
+    /// Record a folder that could not be opened, or that could not be read to its end.
     void notOpened(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
     void notRead(const std::string &path) EXCLUDES(mutex_);
     void rootFailed(const std::error_code &error) EXCLUDES(mutex_);
-    /// Returns once the worker has got something to visit; false when the crawl is over.
+    /// Waits until the worker has something to visit and returns true. Returns false when the crawl
+    /// is over.
     bool waitForWork(CrawlWorker &worker) EXCLUDES(mutex_);
-    /// Tells that there is something to share.
+    /// Wakes an idle worker, since there is something to share.
     void workAppeared() EXCLUDES(mutex_);
-    /// Closes folders that workers keep open, for want of descriptors, and lets them keep fewer
-    /// from now on. False when that has been done often enough.
+    /// Closes folders that workers keep open, to free descriptors, and lets the workers keep fewer
+    /// from now on. Returns false when that has been done often enough.
     bool openFewer() EXCLUDES(mutex_);
-    /// Returns true once for each path that is wanted for a message.
+    /// Returns true once for each path that a message needs.
     bool wantsPath()
     {
         return pathWanted_.load(std::memory_order_relaxed) && pathWanted_.exchange(false);
@@ -81,9 +82,9 @@ private:
     struct Member
     {
         std::unique_ptr<CrawlWorker> worker;
-        /// The worker's own thread; none when the thread that crawls does the work itself.
+        /// The worker's own thread; none when the crawling thread does the work itself.
         std::thread thread = {};
-        /// The worker's activity when it last changed, and the time of that.
+        /// The worker's activity when it last changed, and the time of that change.
         std::uint64_t activity = 0;
         Clock::time_point since = {};
         bool isStalled = false;
@@ -108,7 +109,7 @@ private:
     void addErrorLine(const std::string &path, const std::error_code &error) REQUIRES(mutex_);
 
     void requestStop() EXCLUDES(mutex_);
-    /// Waits until every thread has ended that can be expected to.
+    /// Waits until every thread that can be expected to end has ended.
     void endThreads() EXCLUDES(mutex_);
     bool isEveryoneGone() REQUIRES(mutex_);
     void deliver(const Crawler::Progress &progress) EXCLUDES(mutex_);
@@ -120,7 +121,7 @@ private:
     std::atomic<bool> stopped_ = false;
     std::atomic<bool> pathWanted_;
     std::atomic<std::size_t> idle_ = 0;
-    /// An idle worker was told and has not looked yet.
+    /// True when an idle worker was woken and has not looked yet.
     std::atomic<bool> told_ = false;
 
     Mutex mutex_;

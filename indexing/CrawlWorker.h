@@ -20,9 +20,9 @@ class CrawlTeam;
 
 /// One thread's part in a crawl.
 ///
-/// It visits the folders of its own stack, from which others may take. A call into the file system
-/// may take for ever; so that nobody has to wait for it, the worker can be given up while it is in
-/// one. It then ends, when the call ever does, without touching anything but itself.
+/// A worker visits the folders of its own stack, from which others may take. A call into the file
+/// system may take for ever. So that nobody has to wait for it, the worker can be given up while it
+/// is in such a call. It ends when the call ever does, without touching anything but itself.
 class CrawlWorker
 {
 public:
@@ -39,31 +39,31 @@ public:
     /// if any, is called between two folders.
     void run(bool isFirst, const std::function<void()> &betweenFolders = {});
 
-    /// Gives away half of what is left. False when there is nothing to share or, unless everything
-    /// is asked for, only what the worker itself is about to visit.
+    /// Gives away half of what is left. Returns false when there is nothing to share or, unless
+    /// everything is asked for, only what the worker itself is about to visit.
     bool share(CrawlStack &given, bool everything) EXCLUDES(mutex_);
     /// Takes over what another gave away. The worker has nothing left itself.
     void receive(CrawlStack given) EXCLUDES(mutex_);
     bool hasFoldersLeft() EXCLUDES(mutex_);
-    /// Sets how many folders it may keep open while it is below them.
+    /// Sets how many folders the worker may keep open while it is below them.
     void setMaxOpen(std::size_t count) EXCLUDES(mutex_);
 
-    /// A number that changes whenever a call begins or ends.
+    /// Returns a number that changes whenever a call begins or ends.
     std::uint64_t activity() const { return activity_.load(); }
     static bool isInCall(std::uint64_t activity) { return (activity & STATE) == IN_CALL; }
-    /// Gives the worker up if it is still in the call that the number was read in.
+    /// Gives the worker up if it is still in the call during which the number was read.
     bool giveUp(std::uint64_t activity);
     bool isGivenUp() const { return (activity_.load() & STATE) == GIVEN_UP; }
     bool hasEnded() const { return ended_.load(); }
-    /// The path of what it is busy with; empty for the root.
+    /// Returns the path of what the worker is busy with; empty for the root.
     std::string currentPath() EXCLUDES(mutex_);
-    /// Tells whoever watches that what it is busy with will not be listed.
+    /// Tells the record that what the worker is busy with will not be listed.
     void giveUpListing() EXCLUDES(mutex_);
-    /// Read only once the worker has ended or was given up.
+    /// The counts are read only once the worker has ended or was given up.
     const Counts &counts() const { return counts_; }
 
 private:
-    // The lowest bits of the activity; above them calls are counted.
+    // The lowest bits of the activity. The bits above them count the calls.
     static constexpr std::uint64_t STATE = 3;
     static constexpr std::uint64_t WORKING = 0;
     static constexpr std::uint64_t IN_CALL = 1;
@@ -78,13 +78,13 @@ private:
         CrawlSink::Token token = 0;
     };
 
-    /// Runs a call into the file system. False when the worker was given up meanwhile, or when the
-    /// crawl was stopped before.
+    /// Runs a call into the file system. Returns false when the worker was given up meanwhile, or
+    /// when the crawl was stopped before.
     template <typename Call>
     bool inCall(const Call &call);
 
     bool take(CrawlItem &item) EXCLUDES(mutex_);
-    // These return as inCall().
+    // These return the same as inCall().
     bool visitRoot();
     bool visit(CrawlItem &item);
     template <typename Call>
@@ -113,16 +113,17 @@ private:
 
     Mutex mutex_;
     CrawlStack stack_ GUARDED_BY(mutex_);
-    /// What is being visited.
+    /// The folder above what is being visited.
     CrawlFolder::Ref parent_ GUARDED_BY(mutex_);
     std::string name_ GUARDED_BY(mutex_);
-    /// The record's number for the folder it is busy with; absent before there is one.
+    /// The record's number for the folder that the worker is busy with; absent before there is one.
     std::optional<CrawlRecord::Folder> recorded_ GUARDED_BY(mutex_);
 
-    /// The stamp of the folder being visited, from before it is read. Unknown where nobody wants
-    /// it.
+    /// The stamp of the folder being visited, taken before it is read. It is unknown when nobody
+    /// wants it.
     FolderStamp stamp_;
-    // What the folder being visited keeps. The room is used again for the next one.
+    // The entries that are kept of the folder being visited. The memory is used again for the next
+    // folder.
     FolderBatch batch_;
     std::string names_;
     std::vector<Kept> kept_;

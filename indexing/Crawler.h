@@ -19,14 +19,14 @@ namespace quillon {
 
 class CrawlRecord;
 
-/// How the crawl of one root went.
+/// The outcome of a crawl of one root.
 struct CrawlResult
 {
     enum class Outcome
     {
         /// Crawled to the end, except for what was reported as an error on the way.
         complete,
-        /// The root is a package, or nothing stands there to tell; nothing was crawled.
+        /// The root is a package or could not be found; nothing was crawled.
         packageOrMissing,
         /// The root could not be read; nothing was crawled.
         unreadable,
@@ -34,24 +34,24 @@ struct CrawlResult
         stopped,
     };
     Outcome outcome = Outcome::complete;
-    /// Why the root could not be read.
+    /// The reason why the root could not be read.
     std::error_code error;
-    /// What was kept below the root.
+    /// The numbers of folders and files kept below the root.
     std::uint64_t folders = 0;
     std::uint64_t files = 0;
-    /// What could not be read below the root.
+    /// The number of read errors below the root.
     std::uint64_t errors = 0;
-    /// After crawlNames(): what stands at each name. A folder that did not say what is in it,
+    /// After crawlNames(), the kind of what is at each name. A folder that could not be listed,
     /// unless it may not be read, is unknown.
     std::vector<FolderLister::Kind> kinds = {};
-    /// The folders, the root among them, that could not be listed to their end and may be the next
-    /// time. A folder that is gone is not among them.
+    /// The folders, including the root, that could not be listed to their end and perhaps can be
+    /// the next time. A folder that is gone is not among them.
     std::vector<std::string> notListed = {};
 };
 
 struct CrawlOptions
 {
-    /// Threads that share the work.
+    /// The number of threads that share the work.
     unsigned threads = 2;
     /// A thread that is this long in one call into the file system gets a substitute.
     std::chrono::milliseconds stall{1000};
@@ -60,7 +60,7 @@ struct CrawlOptions
     std::chrono::milliseconds patience{20000};
 };
 
-/// Walks everything below a folder and hands over what belongs into the index.
+/// Walks everything below a folder and hands over what belongs in the index.
 ///
 /// Hidden names are left out, links are not followed (but the root may be one), packages are listed
 /// and not entered. Paths may be of any length and names hold any bytes. A folder that cannot be
@@ -69,20 +69,21 @@ struct CrawlOptions
 class Crawler
 {
 public:
-    /// It is called with "Processing " and a path, at most about 60 times a second, and with
-    /// "Enumerator error ", a path, a blank and a reason, always; on the thread that called
+    /// Receives "Processing " and a path, at most about 60 times a second, and, for every error,
+    /// "Enumerator error ", a path, a blank and a reason. It is called on the thread that called
     /// crawl().
     using Progress = std::function<void(const std::string &line)>;
 
-    /// The rules hold for the life of the crawler. The lister outlives it and also the calls that a
-    /// crawl no longer waits for. The record, if any, is told of each folder before it is listed.
+    /// The rules are valid as long as the crawler lives. The lister outlives the crawler and also
+    /// the calls for which a crawl no longer waits. The record, if any, receives each folder before
+    /// it is listed.
     Crawler(FolderLister &folderLister, std::shared_ptr<const SkipRules> rules,
             CrawlOptions options = {}, std::shared_ptr<CrawlRecord> record = nullptr);
 
     /// Crawls the folder at the absolute path and returns when that is done or stop was requested.
-    /// Folders are handed to the sink, and files whose extension (the text after the last dot of
-    /// the name, upper and lower case told apart) is included. The root itself is always handed
-    /// over, before everything else, whatever it is. Reentrant.
+    /// The sink receives folders, and files whose extension is included. The extension is the text
+    /// after the last dot of the name, and its case matters. The sink always receives the root,
+    /// whatever it is, before everything else. Crawls may run on several threads at a time.
     CrawlResult crawl(const std::string &root, const std::set<std::string> &includedExtensions,
                       CrawlSink &sink, const Progress &progress = {},
                       const std::stop_token &stop = {});

@@ -8,18 +8,18 @@
 
 namespace quillon {
 
-/// A name that begins with a dot.
+/// Returns true for a name that begins with a dot.
 inline bool isHiddenName(std::string_view name)
 {
     return name.starts_with('.');
 }
 
-/// A folder of this name is one thing to the user and not entered: an application, a project, a
-/// photo library. Told by its extension alone.
+/// Returns true for the name of a folder that the user sees as one thing, such as an application, a
+/// project or a photo library. Such a folder is not entered. Only the extension decides.
 bool isPackageName(std::string_view name);
 
-/// A set of file-name extensions, quick to ask. The extension is what follows the last dot of a
-/// name, compared byte by byte; a name without a dot has none.
+/// A set of file-name extensions that is fast to query. The extension is what follows the last dot
+/// of a name, compared byte by byte; a name without a dot has none.
 class ExtensionSet
 {
 public:
@@ -31,8 +31,8 @@ public:
 
 private:
     std::set<std::string, std::less<>> extensions_;
-    /// Bit n: an extension of n bytes is in the set, 63 standing for all longer ones too. Most
-    /// names end here.
+    /// Bit n is set when an extension of n bytes is in the set. Bit 63 stands for all longer ones
+    /// too. Most names are decided here.
     std::uint64_t lengths_ = 0;
 };
 

@@ -14,8 +14,9 @@ namespace quillon {
 
 /// A stream of the event service that hands over one event for each changed path.
 ///
-/// Each operation is one call of the service; its rules on threads hold. Destroyed after
-/// invalidate() and while no handler runs, thus on its queue or when that is idle.
+/// Each operation is one call of the service, and the service's rules on threads hold. The stream
+/// is destroyed after invalidate() and while no handler runs, which means on its queue or when that
+/// queue is idle.
 class RillFSEventStream
 {
 public:
@@ -26,15 +27,15 @@ public:
     {
         std::vector<std::string> pathsToWatch;
         RillFSEventsEventID sinceWhen = RillFSEventsEventID::sinceNow();
-        /// Seconds.
+        /// The time from the first change to the delivery, in seconds.
         double latency = 0;
         RillFSEventsCreateFlags flags;
         Handler handler;
         std::shared_ptr<const WatchFilter> items;
-        /// What a crawl of these paths has recorded; null when there was none.
+        /// The record of a crawl of these paths; null when there was none.
         std::shared_ptr<CrawlRecord> recorded;
     };
-    /// The stream, or why there is none.
+    /// The stream, or the reason why there is none.
     using Made = std::variant<std::unique_ptr<RillFSEventStream>, RillFSEventsError>;
     static Made make(FSEventStreamService &service, Terms terms);
 
@@ -43,7 +44,7 @@ public:
     RillFSEventStream &operator=(const RillFSEventStream &) = delete;
 
     void setDispatchQueue(TaskQueue &queue) { rawref_->setDispatchQueue(queue); }
-    /// The result is absent when the stream has started.
+    /// Returns nothing when the stream has started.
     std::optional<RillFSEventsError> start();
     void stop() { rawref_->stop(); }
     void invalidate() { rawref_->invalidate(); }

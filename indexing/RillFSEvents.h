@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-/// What an event says of its path: a set of flags, bit for bit those of the service.
+/// Describes an event of a path by a set of flags, bit for bit those of the service.
 struct RillFSEventsEventFlags
 {
     static constexpr std::uint32_t MUST_SCAN_SUB_DIRS = 0x1;
@@ -35,14 +35,14 @@ struct RillFSEventsEventFlags
 
     std::uint32_t rawValue = 0;
 
-    /// The names of the set bits, as "[.mount, .itemIsDir]".
+    /// Returns the names of the set bits, as in "[.mount, .itemIsDir]".
     std::string description() const;
 
     friend bool operator==(const RillFSEventsEventFlags &,
                            const RillFSEventsEventFlags &) = default;
 };
 
-/// How a stream is to be made: a set of flags, bit for bit those of the service.
+/// Says how a stream is to be made, by a set of flags, bit for bit those of the service.
 struct RillFSEventsCreateFlags
 {
     static constexpr std::uint32_t USE_CF_TYPES = 0x1;
@@ -61,7 +61,7 @@ struct RillFSEventsEventID
 {
     std::uint64_t rawValue = 0;
 
-    /// Events from now on.
+    /// Returns the ID that stands for events from now on.
     static constexpr RillFSEventsEventID sinceNow() { return {~std::uint64_t{0}}; }
 
     friend bool operator==(RillFSEventsEventID, RillFSEventsEventID) = default;
@@ -94,7 +94,7 @@ enum class RillFSEventsCriticalErrorCode
     unmatchedEventParameterCounts,
 };
 
-/// The service has called back with what cannot be.
+/// Says that the service has called back with something impossible.
 struct RillFSEventsIllogicalErrorLog
 {
     RillFSEventsCriticalErrorCode code =
@@ -103,10 +103,10 @@ struct RillFSEventsIllogicalErrorLog
 
     using Handler = std::function<void(const RillFSEventsIllogicalErrorLog &log)>;
 
-    /// Passes it to the handler of the process, on this thread.
+    /// Passes the log to the handler of the process, on this thread.
     void report() const;
-    /// Replaces that handler; the one at first writes a line to standard error. Safe from every
-    /// thread. Returns the one before.
+    /// Replaces that handler and returns the one before. The first handler writes a line to
+    /// standard error. Safe from every thread.
     static Handler setHandler(Handler handler);
 };
 

@@ -14,7 +14,7 @@ namespace quillon {
 class DefaultsStore;
 class FolderIdentity;
 
-/// Is called when a location was removed.
+/// Is called when a location has been removed.
 class SearchBaseFinderDelegate
 {
 public:
@@ -28,8 +28,8 @@ public:
 
 /// Lists the configured search locations and removes them.
 ///
-/// Reads the defaults store on every call and holds nothing in between. Safe from every thread, but
-/// for the delegate, which is set and told on one thread.
+/// Reads the defaults store on every call and keeps nothing in between. Safe from every thread,
+/// except for the delegate, which is set and called on one thread.
 class SearchBaseFinder
 {
 public:
@@ -38,21 +38,22 @@ public:
     SearchBaseFinder(DefaultsStore &store, const FolderIdentity &folders,
                      std::FILE *diagnostics = stdout);
 
-    /// Every include folder that resolves, listed once, ascending by path.
+    /// Returns every include folder that resolves, each once, ascending by path.
     std::vector<IncludePathSearchBaseLocation> includeLocations();
-    /// The user's patterns in their order.
+    /// Returns the user's patterns in their order.
     std::vector<ExcludePatternSearchBaseLocation> excludeLocations() const;
-    /// The user's extensions in their order.
+    /// Returns the user's extensions in their order.
     std::vector<IncludeFilePatternSearchBaseLocation> includeFilePatternLocations() const;
-    /// The patterns that always hold, in their order; nowhere stored or shown.
+    /// Returns the patterns that always hold, in their order. They are neither stored nor shown
+    /// anywhere.
     static std::vector<ExcludePatternSearchBaseLocation> builtInExcludeLocations();
-    /// The texts of the patterns that keep folders out: the user's, then the built-in ones.
+    /// Returns the texts of the patterns that keep folders out: the user's, then the built-in ones.
     std::vector<std::string> patternsInForce() const;
-    /// The user's patterns as long as the user has changed nothing.
+    /// Returns the patterns that the user has before changing anything.
     static std::vector<std::string> defaultExcludePatterns();
 
-    /// Takes the location out of the list it came from; an include folder goes with every bookmark
-    /// that leads to it. The delegate, if still alive, is told in every case.
+    /// Removes the location from its list. An include folder is removed with every bookmark that
+    /// leads to it. The delegate, if it is still alive, is called in every case.
     void remove(const SearchBaseLocation &location);
 
     void setDelegate(std::weak_ptr<SearchBaseFinderDelegate> delegate);

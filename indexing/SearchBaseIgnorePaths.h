@@ -11,27 +11,27 @@ namespace quillon {
 class SearchBaseFinder;
 struct SearchLocations;
 
-/// Tells whether a folder must be skipped, for the crawl and the watcher alike.
+/// Decides whether a folder must be skipped, for the crawl and the watcher alike.
 ///
-/// The answers stay as they are until the next refresh, whatever the user changes meanwhile; before
-/// the first one nothing is skipped. Safe from every thread.
+/// The answers stay the same until the next refresh, whatever the user changes meanwhile. Before
+/// the first refresh nothing is skipped. Safe from every thread.
 class SearchBaseIgnorePaths
 {
 public:
     explicit SearchBaseIgnorePaths(SearchBaseFinder &searchBaseFinder);
 
-    /// Takes over the patterns and include folders in force now: the user's patterns before the
-    /// built-in ones, the folders by path.
+    /// Takes over the patterns and include folders that are in force now: the user's patterns
+    /// before the built-in ones, the folders by path.
     void refresh();
     /// Refreshes the rules from the locations that a build has taken.
     void refresh(const SearchLocations &locations);
 
-    /// The test by a folder's path alone.
+    /// Judges a folder by its path alone.
     bool shouldSkipPath(std::string_view path) const;
-    /// The test for one item met in a crawl; only folders are ever skipped.
+    /// Judges one item found in a crawl. Only folders are ever skipped.
     bool shouldSkip(std::string_view path, std::string_view name, bool isDirectory) const;
 
-    /// The rules of the last refresh, for whoever tests many paths; never null.
+    /// Returns the rules of the last refresh, for a caller that tests many paths; never null.
     std::shared_ptr<const SkipRules> rules() const;
 
 private:

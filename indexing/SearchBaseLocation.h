@@ -5,11 +5,11 @@
 
 namespace quillon {
 
-/// One rule that says what is indexed. A plain value, made afresh whenever the rules are read.
+/// One rule that says what is indexed. It is a plain value, made anew whenever the rules are read.
 class SearchBaseLocation
 {
 public:
-    /// The kind tags.
+    /// The tags of the kinds.
     struct Types
     {
         static constexpr std::string_view INCLUDE_PATH = "include_path";
@@ -20,9 +20,9 @@ public:
     virtual ~SearchBaseLocation() = default;
 
     const std::string &type() const { return type_; }
-    /// The first part of the label in a list: the folder's path or the pattern.
+    /// Returns the first part of the label in a list: the folder's path or the pattern.
     virtual std::string mainText() const { return {}; }
-    /// What follows the main text in a list and names the kind; begins with a blank.
+    /// Returns what follows the main text in a list and names the kind. It begins with a blank.
     virtual std::string_view kindSuffix() const { return {}; }
 
 protected:

@@ -52,7 +52,7 @@ void SearchBaseLogger::log(std::span<const std::string> messages, bool forcePrin
         std::fflush(output_);
     }
 
-    // What would be pushed out again by this very call need not go in.
+    // A message that later messages of this call would push out again is not put in.
     if (messages.size() > MAX_RECENT_ITEMS)
         messages = messages.last(MAX_RECENT_ITEMS);
     const MutexLock lock(mutex_);

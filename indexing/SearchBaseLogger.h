@@ -19,8 +19,9 @@ class DefaultsStore;
 
 /// Keeps the last lines about the index, and echoes them while the user wants to see them.
 ///
-/// Safe from every thread. An echo may wait for whoever reads it, so nothing is logged while the
-/// index is locked: lines are collected and logged afterwards. Reading never waits for an echo.
+/// Safe from every thread. An echo may wait for the program that reads it, so nothing is logged
+/// while the index is locked: callers collect lines and log them afterwards. Reading never waits
+/// for an echo.
 class SearchBaseLogger
 {
 public:
@@ -31,15 +32,15 @@ public:
     explicit SearchBaseLogger(DefaultsStore &store, std::FILE *output = stdout,
                               Now now = std::chrono::system_clock::now);
 
-    /// Keeps the message behind the date and time, and echoes it when it must or when the setting
-    /// "debug-log-fs-events" says so at this moment.
+    /// Keeps the message after the date and time. Echoes it when forcePrint is true, or when the
+    /// setting "debug-log-fs-events" says so at this moment.
     void log(std::string_view message, bool forcePrint = false);
     /// Does what one call for each message would do, at the cost of little more than one.
     void log(std::span<const std::string> messages, bool forcePrint = false);
     /// Writes a line to the output and keeps nothing.
     void print(std::string_view line) EXCLUDES(outputMutex_);
 
-    /// The lines that are kept, oldest first, at most MAX_RECENT_ITEMS.
+    /// Returns the lines that are kept, oldest first, at most MAX_RECENT_ITEMS.
     std::vector<std::string> recentLogItems() const EXCLUDES(mutex_);
 
 private:

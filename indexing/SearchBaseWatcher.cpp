@@ -9,11 +9,11 @@
 #include <string_view>
 #include <utility>
 
-// Events and what is told of them run on the event queue, starting and stopping elsewhere. Three
-// things keep an old watch out of a new one. Its stop token travels with each of its events and is
-// looked at again by whoever is told. What is pending is dropped by a task of the event queue,
-// which comes before anything of the next stream since the queue is serial. And a stream is
-// destroyed by such a task too, so that no event is being handled then.
+// Events are handled and passed on to the delegate on the event queue; watching starts and stops on
+// other threads. Three things keep an old watch out of a new one. Its stop token travels with each
+// of its events, and the delegate checks it again. A task of the event queue drops what is pending,
+// before anything of the next stream, since the queue is serial. And such a task also destroys the
+// stream, so that no event is being handled then.
 
 namespace quillon {
 
@@ -71,7 +71,7 @@ void SearchBaseWatcher::startWatching(std::vector<std::string> paths,
         stop_ = stop;
         std::swap(eventStream_, stream);
         if (eventStream_)
-            eventStream_->start(); // one that does not start is one without events
+            eventStream_->start(); // a stream that does not start has no events
     }
     if (stream)
         services_.eventQueue.post([stream = std::move(stream)] {});
@@ -97,7 +97,7 @@ void SearchBaseWatcher::received(const RillFSEventsEvent &event,
         return;
     if (event.flag == RillFSEventsEventFlags{RillFSEventsEventFlags::HISTORY_DONE})
         return;
-    // Patterns are for folders: a file is skipped with the folder that it is in.
+    // Patterns apply to folders: a file is skipped with the folder that it is in.
     std::string_view folder = event.path;
     if (event.flag && (event.flag->rawValue & RillFSEventsEventFlags::ITEM_IS_FILE) != 0)
         folder = parentFolder(folder);
@@ -109,7 +109,7 @@ void SearchBaseWatcher::received(const RillFSEventsEvent &event,
                        [this, stop](const std::string &path) { becameDue(path, stop); });
 }
 
-/// Paths that are due at the same time are told at once: an update has costs of its own.
+/// Paths that are due at the same time are passed on together, since each update has a fixed cost.
 void SearchBaseWatcher::becameDue(const std::string &path, const std::stop_token &stop)
 {
     due_.push_back(path);
@@ -142,15 +142,15 @@ void SearchBaseWatcher::settle()
     if (!stream)
         return;
     stream->flushSync();
-    // The events stand before this in the queue and ask for what is to be told later; that in turn
-    // is due no later than the second task, and was posted before it.
+    // This task runs after the events. Each event posts a task that passes it on later; that task
+    // is due no later than the second one below, and was posted before it.
     services_.eventQueue.postAndWait([stream = std::move(stream)] {});
     auto end = std::make_shared<std::promise<void>>();
     const std::future<void> ended = end->get_future();
     services_.eventQueue.postDelayed(services_.coalesceDelay,
                                      [end = std::move(end)] { end->set_value(); });
     ended.wait();
-    // What became due by then is told by a task that stands before this one.
+    // A task that runs before this one passes on what has become due by then.
     services_.eventQueue.postAndWait([] {});
 }
 

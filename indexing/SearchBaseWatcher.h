@@ -24,19 +24,19 @@ public:
     SearchBaseWatcherDelegate(const SearchBaseWatcherDelegate &) = delete;
     SearchBaseWatcherDelegate &operator=(const SearchBaseWatcherDelegate &) = delete;
 
-    /// Folders, or included files, have come, gone or changed. Called on the event queue with every
-    /// path that is due, each as the service says it. Stop is requested once that watch has been
-    /// stopped.
+    /// Folders, or included files, have come, gone or changed. It is called on the event queue with
+    /// every path that is due, each as the service reported it. Stop is requested once that watch
+    /// has been stopped.
     virtual void watchedFoldersChanged(const std::vector<std::string> &paths,
                                        const std::stop_token &stop) = 0;
 };
 
-/// Watches the include folders and tells of each change once, some seconds after a burst of them
-/// began, skipped folders left out.
+/// Watches the include folders and reports each change once, some seconds after a burst of changes
+/// began. Changes in skipped folders are left out.
 ///
-/// Its operations may be called from any thread, starting and stopping one at a time. Nothing is
-/// told any more of a watch that has been stopped, and the next one begins with nothing pending.
-/// The event queue runs nothing of it any more when this is destroyed.
+/// Its operations may be called from any thread, but only one start or stop runs at a time. A watch
+/// that has been stopped reports nothing any more, and the next one begins with nothing pending. By
+/// the time of its destruction, the event queue no longer runs any of its tasks.
 class SearchBaseWatcher
 {
 public:
@@ -46,9 +46,9 @@ public:
     struct Services
     {
         FSEventStreamService &events;
-        /// Serial; events and what is told of them run there.
+        /// A serial queue, on which events are handled and reported.
         TaskQueue &eventQueue;
-        /// Seconds from the first change to the event.
+        /// The time from the first change to the event, in seconds.
         double latency = LATENCY;
         std::chrono::milliseconds coalesceDelay = Coalesce::DELAY;
     };
@@ -60,17 +60,17 @@ public:
 
     void setDelegate(std::weak_ptr<SearchBaseWatcherDelegate> delegate);
 
-    /// What a crawl is given so that changes count from before a folder is listed; null when
-    /// nothing can be watched.
+    /// Returns a record for a crawl, so that changes count from before a folder is listed; null
+    /// when nothing can be watched.
     std::shared_ptr<CrawlRecord> beginRecord();
     /// Watches these paths, which are sorted, in place of what was watched before.
     void startWatching(std::vector<std::string> paths, std::shared_ptr<const WatchFilter> items,
                        std::shared_ptr<CrawlRecord> recorded) EXCLUDES(mutex_);
     void stopWatching() EXCLUDES(mutex_);
 
-    /// Lets everything that has happened so far be told. Not called on the event queue.
+    /// Reports everything that has happened so far. It is not called on the event queue.
     void settle() EXCLUDES(mutex_);
-    /// The result is absent while nothing is watched.
+    /// Returns nothing while nothing is watched.
     std::optional<FSEventStatus> status() const EXCLUDES(mutex_);
 
 private:
@@ -81,17 +81,17 @@ private:
 
     const SearchBaseIgnorePaths &searchBaseIgnorePaths_;
     const Services services_;
-    // Only the event queue uses what follows.
+    // Only the event queue uses the fields below.
     Coalesce coalesce_;
-    /// What is told together with the next task, and the watch that it belongs to.
+    /// The paths that the next task reports, and the stop of the watch that they belong to.
     std::vector<std::string> due_;
     std::stop_token dueStop_;
 
     mutable Mutex mutex_;
     std::weak_ptr<SearchBaseWatcherDelegate> delegate_ GUARDED_BY(mutex_);
-    /// It is absent at first and when none could be made; kept when it is stopped.
+    /// Null at first and when no stream could be made. A stopped stream is kept.
     std::shared_ptr<RillFSEventStream> eventStream_ GUARDED_BY(mutex_);
-    /// Requested when the stream has been stopped.
+    /// The stop is requested when the stream has been stopped.
     std::stop_source stop_ GUARDED_BY(mutex_);
 };
 

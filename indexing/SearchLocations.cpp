@@ -41,7 +41,7 @@ SearchLocations SearchLocations::of(SearchBaseFinder &finder)
 
 std::vector<std::string> SearchLocations::settings(const DefaultsDictionary &bookmarks) const
 {
-    // The lists are told apart by their lengths.
+    // The lengths of the lists tell one list from the next.
     std::vector<std::string> texts = patterns;
     texts.push_back(std::to_string(texts.size()));
     texts.insert(texts.end(), filePatterns.begin(), filePatterns.end());
@@ -65,8 +65,8 @@ std::vector<std::string> SearchLocations::roots() const
 
 std::shared_ptr<const SkipRules> SearchLocations::rules() const
 {
-    // A missing folder overrides a pattern as the others do once it is there, after them until
-    // then.
+    // A missing folder overrides a pattern as the others will once it is there. Until then it comes
+    // after them.
     std::vector<std::string> overriding = folders;
     for (const Missing &folder : missing)
         if (!folder.path.empty())

@@ -13,11 +13,12 @@ namespace quillon {
 
 class SearchBaseFinder;
 
-/// Everything the settings say about what is indexed, as it was at one time. Taken once a build and
-/// used by the skip rules, the crawl, the index, the updates and the watch until the next build.
+/// Everything that the settings say about what is indexed, as it was at one time. A build takes it
+/// once, and the skip rules, the crawl, the index, the updates and the watch use it until the next
+/// build.
 struct SearchLocations
 {
-    /// An include folder that was not there or could not be read.
+    /// An include folder that was missing or could not be read.
     struct Missing
     {
         /// The folder's name in the settings.
@@ -27,30 +28,31 @@ struct SearchLocations
         FolderPresence presence = FolderPresence::away;
     };
 
-    /// Absolute paths, ascending, each once.
+    /// The absolute paths of the folders, ascending, each once.
     std::vector<std::string> folders;
-    /// Ascending by name.
+    /// The missing folders, ascending by name.
     std::vector<Missing> missing;
     /// The exclude patterns in force: the user's in their order, then the built-in ones.
     std::vector<std::string> patterns;
-    /// Extensions of the files that are indexed, in the user's order.
+    /// The extensions of the files that are indexed, in the user's order.
     std::vector<std::string> filePatterns;
 
-    /// Reads the settings and looks at each include folder once, so it is not called on the main
-    /// thread. Takes as long as the disk that is slowest to answer.
+    /// Reads the settings and checks each include folder once, so it is not called on the main
+    /// thread. It takes as long as the slowest disk takes to answer.
     static SearchLocations of(SearchBaseFinder &finder);
 
-    /// Reads what the settings say without looking at any disk, so the folders are left out.
+    /// Reads what the settings say without asking any disk, so the folders are left out.
     static SearchLocations withoutFolders(const SearchBaseFinder &finder);
 
-    /// Returns the patterns and extensions here and the bookmarks of the include folders, in a form
-    /// that is good for nothing but comparing.
+    /// Returns the patterns and extensions of this value and the bookmarks of the include folders.
+    /// The form serves only for comparing.
     std::vector<std::string> settings(const DefaultsDictionary &bookmarks) const;
 
-    /// Returns whether the settings name any folder, there or not.
+    /// Returns whether the settings name any folder, even a missing one.
     bool nameFolders() const { return !folders.empty() || !missing.empty(); }
-    /// Every folder that is a root of the index as soon as it is there, ascending. A folder whose
-    /// file system did not answer is left out: who watches it would wait for that.
+    /// Returns every folder that is a root of the index as soon as it is there, ascending. A folder
+    /// whose file system did not answer is left out, since watching it would wait for that file
+    /// system.
     std::vector<std::string> roots() const;
     std::set<std::string> extensions() const { return {filePatterns.begin(), filePatterns.end()}; }
     std::shared_ptr<const SkipRules> rules() const;

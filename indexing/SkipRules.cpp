@@ -4,8 +4,9 @@
 #include <utility>
 
 // The automaton is that of Aho and Corasick: a tree of all patterns in which every node also knows
-// the longest ending of its text that begins a pattern. Of the patterns that end at a place only
-// the first in order matters, so a node keeps that one alone, its shorter endings' included.
+// the longest ending of its text that begins a pattern. Of the patterns that end at a place, only
+// the first in order matters, so a node keeps only that one, taking its shorter endings into
+// account.
 
 namespace quillon {
 

@@ -11,29 +11,29 @@
 
 namespace quillon {
 
-/// The rule that keeps folders out of the index, made ready for asking. Never changes; safe from
-/// every thread.
+/// The rule that keeps folders out of the index, prepared for fast tests. It never changes. Safe
+/// from every thread.
 ///
-/// A folder is skipped when its name equals a pattern or when a pattern occurs in its path. The
-/// first such pattern decides alone: where an include folder's own path holds that pattern too, the
-/// first of those folders says which paths are kept all the same, namely those that contain it.
-/// What a path says about the paths below it is carried down in a State, so that a crawl looks at
-/// each name once.
+/// A folder is skipped when its name equals a pattern or when a pattern occurs in its path. Only
+/// the first such pattern decides. If the path of an include folder contains that pattern too, the
+/// first such include folder makes an exception: paths that contain its path are kept. What a path
+/// says about the paths below it is carried down in a State, so that a crawl looks at each name
+/// once.
 class SkipRules
 {
 public:
     /// Skips nothing.
     SkipRules() : SkipRules({}, {}) {}
-    /// Both in the order in which they are tried. Paths are compared as they are written.
+    /// Both lists are in the order in which they are tried. Paths are compared as they are written.
     SkipRules(const std::vector<std::string> &patterns, std::vector<std::string> includeFolders);
 
-    /// What is known of a folder from its path.
+    /// What the path of a folder says about the folder.
     struct State
     {
         std::uint32_t node = 0;
-        /// It is the number of the first pattern that occurs in the path, or NONE.
+        /// The number of the first pattern that occurs in the path, or NONE.
         std::uint32_t pattern = NONE;
-        /// The include folder that overrides this pattern is known to occur in the path.
+        /// True when the include folder that overrides this pattern is known to occur in the path.
         bool overridden = false;
     };
 
@@ -41,14 +41,15 @@ public:
     {
         return advance({ROOT, nodes_[ROOT].best, false}, path);
     }
-    /// The state of the path + "/" + name.
+    /// Returns the state of path + "/" + name, given the state of the path.
     State below(State folder, std::string_view name) const
     {
         return advance(advance(folder, "/"), name);
     }
 
-    /// Returns whether the folder is skipped by its name or path. path() gives its whole path and
-    /// is called only when that is needed; state is its state and learns from the answer.
+    /// Returns whether the folder is skipped by its name or path. path() returns its whole path and
+    /// is called only when that is needed. state is the folder's state and is updated with the
+    /// answer.
     template <typename PathOf>
     bool skips(State &state, std::string_view name, const PathOf &path) const
     {
@@ -70,7 +71,7 @@ private:
     static constexpr std::uint32_t NONE = std::numeric_limits<std::uint32_t>::max();
     static constexpr std::uint32_t ROOT = 0;
 
-    /// A node of the automaton over all patterns: the text read so far ends in the node's text and
+    /// A node of the automaton over all patterns. The text read so far ends in the node's text, and
     /// in no longer beginning of a pattern.
     struct Node
     {
@@ -92,7 +93,7 @@ private:
     const std::string *overridingFolder(std::uint32_t pattern) const;
 
     std::vector<Node> nodes_;
-    /// What follows the empty text, by byte.
+    /// The node that follows the empty text, for each byte.
     std::array<std::uint32_t, 256> start_ = {};
     std::vector<std::string> includeFolders_;
     /// The number of the include folder that overrides each pattern, or NONE.
