@@ -5,19 +5,19 @@
 
 namespace quillon {
 
-/// Describes an installed application. A text that it lacks is empty.
+/// An installed application. A text that it lacks is empty.
 struct Application
 {
     /// The desktop id ends with ".desktop".
     std::string id;
-    /// The name in the user's language; the other one is in English.
+    /// The name in the user's language, and the name in English.
     std::string name;
     std::string untranslatedName = {};
-    /// Says in the user's language what kind of program it is.
+    /// What kind of program it is, in the user's language.
     std::string genericName = {};
-    /// The file name of its program has no folder.
+    /// The file name of its program, without a folder.
     std::string executable = {};
-    /// It is false when the desktop's menus leave the application out.
+    /// False when the desktop's menus leave the application out.
     bool isShown = true;
     bool isTerminalEmulator = false;
     bool isFileManager = false;

@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-/// A file for what the program can find out again, private to the user. Safe from every thread.
+/// A file for data that the program can compute again, private to the user. Safe from every thread.
 class CacheFile
 {
 public:
@@ -17,14 +17,15 @@ public:
     CacheFile(const CacheFile &) = delete;
     CacheFile &operator=(const CacheFile &) = delete;
 
-    /// Returns the bytes. Absent where there is no such file, where it belongs to somebody else,
-    /// and where it cannot be read.
+    /// Returns the bytes, or nothing when there is no such file, when it belongs to somebody else
+    /// or when it cannot be read.
     virtual std::optional<std::string> read() const = 0;
-    /// Puts the bytes in the place of what the file holds. After a failure the file is as it was.
+    /// Replaces the content of the file by the bytes. After a failure the file is as it was.
     virtual std::error_code write(std::string_view bytes) = 0;
-    /// Says that what the file holds is right as of now. A failure changes nothing.
+    /// Marks the content of the file as right at this time. A failure changes nothing.
     virtual void confirm() = 0;
-    /// Returns when the content was written or confirmed; absent where read() gives nothing.
+    /// Returns when the content was last written or confirmed, or nothing when read() returns
+    /// nothing.
     virtual std::optional<std::chrono::system_clock::time_point> confirmedAt() const = 0;
 };
 

@@ -13,8 +13,8 @@ public:
     Clipboard(const Clipboard &) = delete;
     Clipboard &operator=(const Clipboard &) = delete;
 
-    /// Replaces the contents of the clipboard by plain text. Programs that take bytes are given
-    /// bytes that are not UTF-8 as they are.
+    /// Replaces the contents of the clipboard by plain text. Programs that accept bytes receive
+    /// bytes that are not UTF-8 unchanged.
     virtual void setString(const std::string &text) = 0;
 };
 

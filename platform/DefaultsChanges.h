@@ -10,8 +10,8 @@ namespace quillon {
 /// Keeps a receiver registered for as long as it lives.
 using DefaultsReceiver = std::shared_ptr<const std::function<void()>>;
 
-/// Reports that the defaults store may hold other values than before, whoever changed them. Any
-/// number of receivers; main thread only.
+/// Reports that the values in the defaults store may have changed, whoever changed them. It has any
+/// number of receivers. Main thread only.
 class DefaultsChanges
 {
 public:
@@ -20,8 +20,8 @@ public:
     DefaultsChanges(const DefaultsChanges &) = delete;
     DefaultsChanges &operator=(const DefaultsChanges &) = delete;
 
-    /// Calls back some time after a change, once for several close together, until the result is
-    /// destroyed.
+    /// Calls back some time after a change, once for several close together, until the returned
+    /// receiver is destroyed.
     [[nodiscard]] DefaultsReceiver onChange(std::function<void()> changed)
     {
         auto receiver = std::make_shared<const std::function<void()>>(std::move(changed));

@@ -24,19 +24,19 @@ public:
     /// Returns whether the noted window belongs to a file manager. Any thread; answers at once.
     virtual bool isFrontmost() const = 0;
     /// Returns the items in the folder that the noted window shows, without hidden ones. The paths
-    /// of folders end with "/". Also empty when the folder cannot be found out.
+    /// of folders end with "/". The list is also empty when the folder cannot be determined.
     virtual std::vector<std::string> frontWindowItems() = 0;
 
     /// Returns the desktop id of the file manager that the calls below use: the one that the user
-    /// has named, else the default application for folders, else one that is installed. Empty when
-    /// there is none. Any thread.
+    /// has named, else the default application for folders, else one that is installed. The id is
+    /// empty when there is none. Any thread.
     virtual std::string application() const = 0;
-    /// Returns what application() is while the user names none. Any thread.
+    /// Returns what application() returns while the user names none. Any thread.
     virtual std::string standardApplication() const = 0;
     /// Returns whether the application with this desktop id is a file manager. Any thread.
     virtual bool isFileManager(const std::string &desktopId) const = 0;
 
-    // Each returns false when it could do nothing, for example because the folder is gone.
+    // Each of these returns false when it could do nothing, for example because the folder is gone.
 
     virtual bool openNewWindow(const std::string &folder) = 0;
     /// Shows the folder in the file manager's front window, or in a new window where there is none

@@ -10,21 +10,21 @@ namespace quillon {
 struct FolderId
 {
     std::uint64_t inode = 0;
-    /// The time at which the folder was made is in nanoseconds since 1970. File systems use inode
-    /// numbers again, and this time tells the folders that had one apart.
+    /// The time at which the folder was made, in nanoseconds since 1970. File systems reuse inode
+    /// numbers, and this time distinguishes the folders that had the same one.
     std::int64_t birthTime = 0;
 
     friend bool operator==(const FolderId &, const FolderId &) = default;
 };
 
-/// What is known of a folder at a path.
+/// The state of a folder at a path.
 enum class FolderPresence
 {
-    /// A folder is there whose names may be listed and whose contents may be entered.
+    /// The folder exists, its names may be listed, and it may be entered.
     there,
-    /// A folder is there and may not be listed or entered.
+    /// The folder exists but may not be listed or entered.
     unreadable,
-    /// No folder is there, or nothing that can be reached.
+    /// The folder does not exist or cannot be reached.
     away,
     /// The file system does not answer.
     unanswered,
@@ -40,12 +40,12 @@ public:
     FolderIdentity(const FolderIdentity &) = delete;
     FolderIdentity &operator=(const FolderIdentity &) = delete;
 
-    /// Says what is at the absolute path.
+    /// Returns the state of the folder at the absolute path.
     virtual FolderPresence presence(const std::string &path) const = 0;
-    /// The result is absent when there is no folder, or when its file system keeps no birth times.
+    /// Returns nothing when there is no folder, or when its file system keeps no birth times.
     virtual std::optional<FolderId> identify(const std::string &path) const = 0;
-    /// Returns the absolute path of the folder directly below the parent that has this identity. It
-    /// is absent when there is none, or when the parent cannot be read.
+    /// Returns the absolute path of the folder directly below the parent that has this identity, or
+    /// nothing when there is none or the parent cannot be read.
     virtual std::optional<std::string> find(const std::string &parent,
                                             const FolderId &id) const = 0;
 };

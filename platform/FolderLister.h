@@ -11,7 +11,7 @@
 
 namespace quillon {
 
-/// One name in a folder. A symbolic link counts as no folder, even where it leads to one.
+/// One name in a folder. A symbolic link does not count as a folder, even when it leads to one.
 struct FolderEntry
 {
     std::string_view name;
@@ -28,7 +28,7 @@ struct FolderBatch
     std::unique_ptr<std::byte[]> room;
 };
 
-/// What is at a path.
+/// The kind of what is at a path.
 enum class FolderKind
 {
     nothing,
@@ -41,8 +41,8 @@ enum class FolderKind
 
 /// A folder opened for reading.
 ///
-/// Outlives the lister that opened it. read() is for one thread at a time; open() may be called
-/// from several, also while another reads.
+/// It outlives the lister that opened it. Only one thread at a time may call read(). Several may
+/// call open(), also while another one reads.
 class OpenFolder
 {
 public:
@@ -52,16 +52,16 @@ public:
     OpenFolder &operator=(const OpenFolder &) = delete;
 
     /// Reads some more entries, without "." and "..", in the file system's order. Returns false,
-    /// with an empty batch, at the end and on a failure, which sets error.
+    /// with an empty batch, at the end and after a failure, which sets error.
     virtual bool read(FolderBatch &batch, std::error_code &error) = 0;
-    /// Opens a folder in this one by its name. Null with error set when the name is gone, is no
-    /// folder, is a link or may not be read. Null without an error when FolderLister::open() has
-    /// nothing to read there.
+    /// Opens a folder in this one by its name. Returns null with error set when the name is gone,
+    /// is not a folder, is a link or may not be read. Returns null without an error when
+    /// FolderLister::open() would.
     virtual std::unique_ptr<OpenFolder> open(const std::string &name,
                                              std::error_code &error) const = 0;
-    /// Returns what is at a name in this folder, without following a symbolic link.
+    /// Returns the kind of what is at a name in this folder, without following a symbolic link.
     virtual FolderKind kind(const std::string &name) const = 0;
-    /// Returns the folder's present stamp; unknown where the file system gives none.
+    /// Returns the folder's present stamp, which is unknown when the file system gives none.
     virtual FolderStamp stamp() const = 0;
     /// Returns the present stamp of a folder in this one without opening it. Unknown where nothing
     /// of this name is a folder, where the file system gives none, and where another file system may
@@ -85,16 +85,16 @@ public:
     FolderLister(const FolderLister &) = delete;
     FolderLister &operator=(const FolderLister &) = delete;
 
-    /// Opens a folder by its absolute path of any length and follows symbolic links. Null with
-    /// error set as in OpenFolder::open(). Null without an error for a folder of a file system that
-    /// holds no files (proc, sysfs and their kind). What is wanted applies to every folder opened
-    /// from this one.
+    /// Opens a folder by its absolute path of any length and follows symbolic links. Returns null
+    /// with error set as in OpenFolder::open(). Returns null without an error for a folder of a
+    /// file system that holds no files (proc, sysfs and similar ones). What is wanted applies to
+    /// every folder opened from this one.
     virtual std::unique_ptr<OpenFolder> open(const std::string &path, Wanted wanted,
                                              std::error_code &error) = 0;
 
     using Kind = FolderKind;
-    /// Returns what is at an absolute path of any length. Follows symbolic links, except at the
-    /// path's end.
+    /// Returns the kind of what is at an absolute path of any length. Follows symbolic links,
+    /// except at the end of the path.
     virtual Kind kind(const std::string &path) = 0;
 };
 

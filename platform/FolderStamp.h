@@ -4,17 +4,17 @@
 
 namespace quillon {
 
-/// Two equal stamps say that a folder is still the same one and that no item has come or gone.
+/// Two equal stamps mean that a folder is still the same one and that no item has come or gone.
 struct FolderStamp
 {
     std::uint64_t device = 0;
-    /// The number is 0 where the file system gave no stamp.
+    /// The inode number, or 0 when the file system gave no stamp.
     std::uint64_t inode = 0;
-    /// The change time is in nanoseconds since 1970, by the file system's clock.
+    /// The change time in nanoseconds since 1970, by the file system's clock.
     std::int64_t changed = 0;
 
-    /// It is true where every change gives a folder another change time, so that an equal stamp
-    /// means an unchanged folder even in another run of the program.
+    /// True when every change gives a folder another change time, so that an equal stamp means an
+    /// unchanged folder even in another run of the program.
     bool isLasting = false;
 
     bool isKnown() const { return inode != 0; }

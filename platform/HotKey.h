@@ -6,15 +6,15 @@
 
 namespace quillon {
 
-/// Describes a key and the modifiers that are held with it.
+/// A key and the modifiers that are held with it.
 struct KeyCombination
 {
     bool control = false;
     bool alt = false;
     bool shift = false;
     bool super = false;
-    /// The text is UTF-8: the character that the key types alone ("z", ","), or, for a key that
-    /// types none or a blank, the X name of its symbol ("space", "F5", "Return").
+    /// The key's name in UTF-8: the character that the key types alone ("z", ","), or, for a key
+    /// that types none or a blank, the X name of its symbol ("space", "F5", "Return").
     std::string key;
 
     friend bool operator==(const KeyCombination &, const KeyCombination &) = default;
@@ -33,7 +33,7 @@ public:
         inUse,
         /// No key of the keyboard has this symbol.
         noSuchKey,
-        /// The desktop, or the user whom it asked, said no.
+        /// The desktop, or the user whom it asked, refused.
         refused,
         /// No program can have a hot key of its own in this session.
         impossible,
@@ -46,8 +46,8 @@ public:
     HotKey &operator=(const HotKey &) = delete;
 
     /// Takes the combination in place of the one taken before. The outcome is reported at once or
-    /// later, and again whenever it changes (another keyboard layout, the desktop takes the key
-    /// back), until the next grab() or release().
+    /// later, and again whenever it changes (for example with the keyboard layout, or when the
+    /// desktop takes the key back), until the next grab() or release().
     virtual void grab(const KeyCombination &keys, Told told) = 0;
     virtual void release() = 0;
     /// Calls back once for each press; a key that is held counts once. There is one receiver.
@@ -58,7 +58,7 @@ public:
     /// Returns true when a grab() asks the user nothing, so that a key may be tried.
     virtual bool isSilent() const = 0;
     /// Returns KeyCombination::key for a key of this keyboard, given the toolkit's native scan code
-    /// and native symbol of its press. The text is empty for a modifier and for a key without a
+    /// and native symbol of its press. The result is empty for a modifier and for a key without a
     /// symbol.
     virtual std::string keyName(std::uint32_t scanCode, std::uint32_t symbol) const = 0;
 };

@@ -10,12 +10,12 @@ namespace quillon {
 class Notifications
 {
 public:
-    /// What the notification offers to do.
+    /// An action that the notification offers.
     struct Choice
     {
         /// The text of the button, in UTF-8.
         std::string text;
-        /// It is called when the user presses the button, on the main thread.
+        /// Runs on the main thread when the user presses the button.
         std::function<void()> chosen;
     };
     /// Plain texts in UTF-8.

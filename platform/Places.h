@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-/// Names the folders that the desktop offers to its user everywhere. Any thread; what is asked may
-/// read small files, but waits for no disk of the folders.
+/// Names the folders that the desktop offers its user everywhere. Any thread. A call may read small
+/// files, but never waits for the disks of these folders.
 class Places
 {
 public:

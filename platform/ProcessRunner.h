@@ -18,13 +18,13 @@ public:
         /// This folder comes first on the program's PATH, unless it is empty.
         std::string firstOnPath = {};
     };
-    /// Describes how a program ended and what it wrote.
+    /// How a program ended and what it wrote.
     struct Output
     {
-        /// Both texts are UTF-8, with U+FFFD for each byte that was not.
+        /// Both texts are UTF-8, with U+FFFD in place of each byte that was not.
         std::string standardOutput;
         std::string standardError;
-        /// It says whether the program ended by itself with the status 0.
+        /// True when the program ended by itself with the status 0.
         bool isSuccess = true;
     };
     using Ended = std::function<void(const Output &)>;
@@ -36,9 +36,9 @@ public:
 
     /// Starts the program with the environment, the working folder and the standard input of this
     /// one, and returns without waiting for it. Calls back once, on a thread of its own, when the
-    /// program has ended and nobody holds its outputs any more; never when this object goes
-    /// before, which leaves the program running. Returns why the program could not be started;
-    /// absent when it was.
+    /// program has ended and no process holds its outputs open any more. Never calls back once this
+    /// object is destroyed, which leaves the program running. Returns the reason when the program
+    /// could not be started, otherwise nothing.
     virtual std::optional<std::string> run(const Command &command, Ended ended) = 0;
 };
 

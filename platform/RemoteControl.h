@@ -18,7 +18,7 @@ public:
         owner,
         /// Another process answers them.
         taken,
-        /// There is no bus to ask; the program runs without being reachable.
+        /// There is no bus; the program runs without being reachable.
         unavailable,
     };
 
@@ -27,20 +27,18 @@ public:
         /// "activate" (the program was started a second time), "toggle", "show", "preferences",
         /// "rebuild" or "quit".
         std::string action;
-        /// The token gives the right to the keyboard, as the caller was given it. It is empty when
-        /// there is none.
+        /// The caller's right to the keyboard. It is empty when there is none.
         std::string activationToken;
     };
 
     struct Handlers
     {
-        /// This is called on the main thread after the request has been answered.
+        /// Runs on the main thread after the request has been answered.
         std::function<void(const Request &request)> perform;
-        /// This is called on background threads, several at a time. An absent answer means that the
-        /// caller has to search on its own.
+        /// Runs on background threads, several at a time. An absent answer means that the caller
+        /// has to search on its own.
         std::function<RemoteAnswer(const RemoteQuery &query)> find;
-        /// This is called on background threads. Returns what the program knows of itself, as a
-        /// JSON object.
+        /// Returns the state of the program as a JSON object. Runs on background threads.
         std::function<std::string()> status;
     };
 

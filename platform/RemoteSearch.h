@@ -8,19 +8,19 @@
 
 namespace quillon {
 
-/// Describes a search that one process asks of another.
+/// A search that one process asks of another.
 struct RemoteQuery
 {
-    /// A query asks for no more matches than these, since an answer travels as one message.
+    /// The most matches that a query asks for, since an answer travels as one message.
     static constexpr std::uint32_t MOST = 10'000;
 
-    /// The settings in the file at this absolute path say what is searched.
+    /// The absolute path of the settings file that says what is searched.
     std::string settings;
     std::string text;
     std::uint32_t limit = 0;
 };
 
-/// Describes one match, as FuzzyMatchResult does.
+/// One match, as in FuzzyMatchResult.
 struct RemoteMatch
 {
     /// The bytes are not necessarily UTF-8.

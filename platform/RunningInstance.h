@@ -7,8 +7,8 @@
 
 namespace quillon {
 
-/// Reaches the instance of the application that runs already from another process. Every operation
-/// blocks until it is answered, for a few seconds at most.
+/// Reaches, from another process, the instance of the application that is already running. Every
+/// operation blocks until it is answered, for a few seconds at most.
 class RunningInstance
 {
 public:
@@ -18,7 +18,7 @@ public:
         notRunning,
         /// There is no session bus to find an instance on.
         noBus,
-        /// There is one, and it did not take the request.
+        /// There is an instance, but it did not accept the request.
         notAnswering,
     };
 
@@ -30,10 +30,10 @@ public:
     virtual bool isRunning() = 0;
     /// Asks for one of the actions of RemoteControl; "quit" returns when the instance has ended.
     virtual Outcome request(const std::string &action) = 0;
-    /// The answer is also absent when there is no instance.
+    /// Returns nothing also when there is no instance.
     virtual RemoteAnswer find(const RemoteQuery &query) = 0;
-    /// What the instance knows of itself, as a JSON object; absent when there is no instance or it
-    /// does not answer.
+    /// Returns the state of the instance as a JSON object, or nothing when there is no instance or
+    /// it does not answer.
     virtual std::optional<std::string> status() = 0;
 };
 

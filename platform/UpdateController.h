@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// Describes a release that is newer than the running program.
+/// A release that is newer than the running program.
 struct UpdateItem
 {
     /// The version consists of whole numbers and dots.
@@ -18,17 +18,17 @@ struct UpdateItem
     friend bool operator==(const UpdateItem &, const UpdateItem &) = default;
 };
 
-/// Tells the feed one thing about the program that asks.
+/// One thing that the feed is told about the program that asks.
 struct FeedParameter
 {
     std::string key;
     std::string value;
-    /// These are for a person who wants to know what is sent.
+    /// The same in words, for a user who wants to know what is sent.
     std::string displayKey;
     std::string displayValue;
 };
 
-/// Says why a check found nothing.
+/// The reason why a check found nothing.
 enum class NoUpdate
 {
     upToDate,
@@ -40,11 +40,11 @@ enum class NoUpdate
     tooSlow,
     /// The server could not prove who it is, or the answer would have come unencrypted.
     insecure,
-    /// The answer was an error, or far too long to be a feed.
+    /// The answer was an error, or far too long for a feed.
     refused,
     /// The signature is not that of the program's makers.
     notGenuine,
-    /// The answer is signed, but it is no feed.
+    /// The answer is signed, but it is not a feed.
     unreadable,
 };
 
@@ -67,7 +67,7 @@ public:
 /// Learns of newer releases. It installs none. Main thread only.
 ///
 /// One check runs at a time. A check that is asked for meanwhile shares the answer of the running
-/// one, which is interactive then if either was. The answer never comes within the call.
+/// one, which is interactive then if either was. The answer never arrives during the call.
 class UpdateController
 {
 public:
@@ -76,7 +76,7 @@ public:
     UpdateController(const UpdateController &) = delete;
     UpdateController &operator=(const UpdateController &) = delete;
 
-    /// This is called once, before the first check. The delegate lives as long as checks run.
+    /// It is called once, before the first check. The delegate outlives all checks.
     virtual void start(UpdateControllerDelegate &delegate) = 0;
     virtual void checkInBackground() = 0;
     virtual void checkInteractively() = 0;

@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// Gives a window's place on the desktop in device-independent pixels: the upper left corner of its
+/// A window's place on the desktop in device-independent pixels: the upper left corner of its
 /// frame, and its size without the frame.
 struct WindowPlace
 {
@@ -26,8 +26,8 @@ public:
     WindowPlaces(const WindowPlaces &) = delete;
     WindowPlaces &operator=(const WindowPlaces &) = delete;
 
-    /// The place is absent when nothing usable is remembered for the window of this name. It may
-    /// lie on a screen that is no longer there.
+    /// Returns nothing when nothing usable is remembered for the window of this name. The place may
+    /// be on a screen that is no longer there.
     virtual std::optional<WindowPlace> place(const std::string &window) const = 0;
     /// Returns false when the place could not be stored. The reason is then on standard error.
     virtual bool remember(const std::string &window, const WindowPlace &place) = 0;

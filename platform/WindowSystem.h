@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// Tells and asks the window system what the toolkit does not. Main thread only.
+/// Knows and does what the toolkit cannot on the window system. Main thread only.
 class WindowSystem
 {
 public:
@@ -15,23 +15,23 @@ public:
     WindowSystem &operator=(const WindowSystem &) = delete;
 
     /// Keeps a window that is about to be shown out of the taskbar and the pager until it is
-    /// hidden. The window is given by the system's own number for it.
+    /// hidden. The window is given by the system's own number.
     virtual void keepOutOfTaskbar(std::uintptr_t window) = 0;
     /// Returns true when translucent windows are blended with the windows below them.
     virtual bool isComposited() const = 0;
-    /// Says how much of a window is a shadow that the program draws itself: a margin of so many
+    /// Sets how much of a window is a shadow that the program draws itself: a margin of so many
     /// device pixels on every side, 0 for none. Window managers and compositors then treat the rest
     /// as the window and add no shadow of their own.
     virtual void setShadowMargin(std::uintptr_t window, int margin) = 0;
 
-    /// Returns the window that has the keyboard, of whichever program. The number is 0 when there
-    /// is none, or when the system does not tell.
+    /// Returns the window that has the keyboard, whichever program it belongs to. The number is 0
+    /// when there is none, or when the system does not say.
     virtual std::uintptr_t activeWindow() const = 0;
     /// Asks for the keyboard for a window that activeWindow() returned. Nothing happens when the
     /// window has gone.
     virtual void activate(std::uintptr_t window) = 0;
-    /// Asks for the keyboard for a window of this program that is shown already. The token is the
-    /// right that the launcher gave; the launcher is told that its wait is over.
+    /// Asks for the keyboard for a window of this program that is already shown. The token is the
+    /// right that the launcher gave; the launcher learns that it need not wait any longer.
     virtual void activate(std::uintptr_t window, const std::string &activationToken) = 0;
 };
 

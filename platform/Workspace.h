@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-/// Knows the desktop's default applications and themed icons. Safe from every thread; no call waits
-/// for the program it starts.
+/// Knows the desktop's default applications and themed icons. Safe from every thread. No call waits
+/// for the program that it starts.
 class Workspace
 {
 public:
@@ -18,13 +18,14 @@ public:
     /// Opens the file or folder with its default application. Returns false when there is none or
     /// the item is gone.
     virtual bool open(const std::string &path) = 0;
-    /// Opens the address, as in "https://example.org", with the application for its kind. Returns
+    /// Opens the address, such as "https://example.org", with the application for its kind. Returns
     /// false when there is none.
     virtual bool openLink(const std::string &address) = 0;
-    /// Returns the desktop id of the default application for the file or folder. Empty when there
-    /// is none or the item is gone.
+    /// Returns the desktop id of the default application for the file or folder. The id is empty
+    /// when there is none or the item is gone.
     virtual std::string applicationToOpen(const std::string &path) const = 0;
-    /// Returns names in the icon theme for the item, the most fitting first. Empty when it is gone.
+    /// Returns names in the icon theme for the item, the most fitting first. The list is empty when
+    /// the item is gone.
     virtual std::vector<std::string> iconNames(const std::string &path) const = 0;
     /// Returns whether a folder is at the path. Follows symbolic links.
     virtual bool isFolder(const std::string &path) const = 0;

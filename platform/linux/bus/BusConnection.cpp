@@ -10,7 +10,7 @@ namespace {
 
 const BusObject BUS{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
 
-/// A thread waits on this while it joins a bus. Answers arrive here and nowhere else.
+/// A thread waits on this loop while it joins a bus. Answers arrive only here.
 class PrivateLoop
 {
 public:

@@ -21,12 +21,12 @@ struct BusObject
     std::string interface;
 };
 
-/// Is one message bus, which is joined when it is first needed and again after it went away. Safe
-/// from every thread. A call blocks until it is answered or its deadline has passed.
+/// One message bus, which is joined when it is first needed and again after it went away. Safe from
+/// every thread. A call blocks until it is answered or its deadline has passed.
 class BusConnection
 {
 public:
-    /// Returns the address of the bus, which is absent when it cannot be found out.
+    /// Returns the address of the bus, or nothing when it cannot be found.
     using Address = std::function<std::optional<std::string>(Deadline)>;
 
     explicit BusConnection(Address address);
@@ -43,7 +43,7 @@ public:
     enum class Activation
     {
         never,
-        /// Starts the program behind the service when it does not run.
+        /// A call starts the program behind the service when it is not running.
         allowed
     };
 
@@ -54,8 +54,8 @@ public:
     /// Returns the value of a property, or null when there is none.
     VariantRef property(const BusObject &object, const std::string &name, Deadline deadline);
 
-    /// Starts the program behind the service unless it runs. Returns false when there is no such
-    /// program, or when it does not come in time.
+    /// Starts the program behind the service unless it is running. Returns false when there is no
+    /// such program, or when it does not appear in time.
     bool start(const std::string &service, Deadline deadline);
     bool hasOwner(const std::string &service, Deadline deadline);
     /// Returns the process that owns the service.

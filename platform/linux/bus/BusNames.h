@@ -17,7 +17,7 @@ struct BusNames
     /// Find(ay settings, ay query, u limit) -> a(ayda(xx)): path, score, ranges to mark.
     static constexpr const char *SEARCH = "org.quillon.Quillon.Search";
     static constexpr const char *FIND = "Find";
-    /// Status() -> s: what the instance knows of itself, as a JSON object.
+    /// Status() -> s: the state of the instance, as a JSON object.
     static constexpr const char *STATUS = "Status";
     /// A search that the instance leaves to the caller fails with this error.
     static constexpr const char *NOT_ANSWERED = "org.quillon.Quillon.Error.NotAnswered";

@@ -31,7 +31,7 @@ GVariant *bytes(const std::string &text)
     return g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, text.data(), text.size(), 1);
 }
 
-/// GIO would start a bus where there is none, and nobody but us would be on it.
+/// GIO would start a bus where there is none, and we would be alone on it.
 bool hasBus()
 {
     const char *folder = std::getenv("XDG_RUNTIME_DIR");
@@ -121,7 +121,7 @@ RunningInstance::Outcome BusRunningInstance::request(const std::string &action)
     // An instance that was about to end does not answer either, and is gone soon.
     if (!reply)
         return isRunning() ? Outcome::notAnswering : Outcome::notRunning;
-    // A start right afterwards must not find the instance that ends.
+    // A start right afterwards must not find the instance that is about to end.
     if (action == "quit" && !end.await(deadline))
         return Outcome::notAnswering;
     return Outcome::done;

@@ -12,8 +12,8 @@ namespace quillon {
 class BusRunningInstance : public RunningInstance
 {
 public:
-    /// The token is the right to the keyboard that goes along with requests. It is empty when there
-    /// is none.
+    /// The token is the right to the keyboard that is sent along with requests. It is empty when
+    /// there is none.
     explicit BusRunningInstance(std::string activationToken = {});
 
     bool isRunning() override;

@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-/// Is the time by which something has to be done. It is handed down, so that all steps together
-/// keep to it.
+/// The time by which something has to be done. It is handed down, so that all steps together keep
+/// to it.
 class Deadline
 {
 public:
@@ -22,7 +22,7 @@ public:
         return std::max(left, milliseconds::zero());
     }
     bool hasPassed() const { return remaining() == std::chrono::milliseconds::zero(); }
-    /// Returns the nearer one of this deadline and one that is so far from now.
+    /// Returns the earlier one of this deadline and one that is this far from now.
     Deadline atMost(std::chrono::milliseconds fromNow) const
     {
         return Deadline(std::min(remaining(), fromNow));

@@ -27,7 +27,7 @@ struct StringListFree
     void operator()(char **list) const { g_strfreev(list); }
 };
 
-/// Is a counted reference to an object of GIO, or null.
+/// A counted reference to an object of GIO, or null.
 template <typename T>
 using ObjectRef = std::unique_ptr<T, ObjectUnref>;
 using VariantRef = std::unique_ptr<GVariant, VariantUnref>;

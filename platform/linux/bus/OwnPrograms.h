@@ -5,8 +5,8 @@
 
 namespace quillon {
 
-/// Returns the folder of the program that runs, with links resolved. It is empty when the system
-/// does not tell.
+/// Returns the folder of the running program, with links resolved. It is empty when the system does
+/// not say.
 std::string ownProgramFolder();
 
 /// Turns this process into another program. Returns only when that fails, with the reason.

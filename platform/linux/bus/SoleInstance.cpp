@@ -28,8 +28,8 @@ std::string display()
 
 bool SoleInstance::claim()
 {
-    // The kernel keeps names that begin with a null byte by themselves, without a file, and drops
-    // them with the process that has bound them.
+    // The kernel keeps names that begin with a null byte apart from the file system, and drops them
+    // with the process that has bound them.
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::string name = "org.quillon.Quillon-" + std::to_string(getuid()) + '-' + display();

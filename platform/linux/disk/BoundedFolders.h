@@ -6,14 +6,14 @@
 
 namespace quillon {
 
-/// A folder may take this long to say whether it is there. A disk that sleeps may need longer: then
-/// its folders count as unanswered, and the caller asks again later.
+/// The time in which a folder has to say whether it exists. A sleeping disk may need longer. Its
+/// folders then count as unanswered, and the caller asks again later.
 inline constexpr std::chrono::seconds PRESENCE_PATIENCE{2};
-/// A file system may take this long to say what is at one path.
+/// The time in which a file system has to say what is at one path.
 inline constexpr std::chrono::seconds KIND_PATIENCE{5};
 
-/// Returns the mount point of the remote file system that a path is on, by the path as it is
-/// written; the path itself where that is on a local one. Asks no file system.
+/// Returns the mount point of the remote file system that a path is on, judged by the path as it is
+/// written. Returns the path itself if it is on a local one. Asks no file system.
 std::string remoteDiskOf(const std::string &path);
 
 /// Asks another FolderIdentity for a limited time. A folder whose file system does not answer in
@@ -36,8 +36,8 @@ private:
     const std::chrono::milliseconds patience_;
 };
 
-/// Asks another FolderLister for a limited time what is at a path; where that does not answer, the
-/// kind is unknown. Opening and reading have no limit, since a crawl has its own for them.
+/// Asks another FolderLister for a limited time what is at a path. If it does not answer in time,
+/// the kind is unknown. Opening and reading have no limit, since a crawl has limits of its own.
 class BoundedFolderLister final : public FolderLister
 {
 public:

@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-// Numbers that linux/magic.h leaves out.
+// linux/magic.h leaves these numbers out.
 constexpr FileSystemType CONFIGFS = 0x62656570;
 constexpr FileSystemType FUSECTL = 0x65735543;
 constexpr FileSystemType MQUEUE = 0x19800202;
@@ -40,8 +40,8 @@ constexpr std::array PSEUDO{
     RPC_PIPEFS,
 };
 
-// A local disk that a FUSE program mounts ("fuseblk") changes through that mount alone, so it is
-// not in this list.
+// A local disk that a FUSE program mounts ("fuseblk") changes only through that mount, so it is not
+// in this list.
 constexpr std::array<std::string_view, 23> REMOTE{
     "nfs",  "nfs4",  "cifs",   "smb3",     "smbfs",    "9p",     "ceph",   "afs",
     "coda", "fuse",  "ncpfs",  "virtiofs", "lustre",   "vboxsf", "prl_fs", "vmhgfs",

@@ -19,7 +19,8 @@ bool isEscaped(std::string_view text)
            isUpTo(3, '7');
 }
 
-/// The kernel writes blank, tab, line feed and backslash as a backslash and three octal digits.
+/// Replaces each backslash and three octal digits by the byte. The kernel writes blank, tab, line
+/// feed and backslash in this way.
 std::string unescaped(std::string_view text)
 {
     std::string plain;
@@ -44,13 +45,13 @@ std::vector<Mount> parseMounts(const std::string &mountInfo)
     for (std::string line; std::getline(lines, line);) {
         std::istringstream fields(line);
         std::string field;
-        // Mount, parent, device and root within the file system stand before it.
+        // The mount, the parent, the device and the root within the file system come first.
         for (int i = 0; i < 5; ++i)
             fields >> field;
         if (!fields || !field.starts_with('/'))
             continue;
         Mount mount{unescaped(field), {}};
-        // Any number of optional fields, closed by a dash; then the type.
+        // Any number of optional fields and a dash come before the type.
         while (fields >> field && field != "-") {
         }
         fields >> mount.type;

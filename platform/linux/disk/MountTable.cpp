@@ -14,7 +14,7 @@ namespace quillon {
 
 namespace {
 
-/// How many mounts are at each point.
+/// Returns the number of mounts at each point.
 std::map<std::string, int> countsOf(const std::vector<Mount> &mounts)
 {
     std::map<std::string, int> counts;

@@ -13,7 +13,8 @@
 
 namespace quillon {
 
-/// The points where other file systems begin, and which of them are remote. Not locked.
+/// The points where other file systems begin, and which of them are remote. It has no lock of its
+/// own.
 class MountTable
 {
 public:
@@ -21,30 +22,30 @@ public:
 
     explicit MountTable(IsRemote isRemote) : isRemote_(std::move(isRemote)) { reload(); }
 
-    /// Reads the table again; returns the points where something has come or gone. Absent when the
-    /// system did not answer.
+    /// Reads the table again and returns the points where something was mounted or unmounted.
+    /// Returns nothing when the system did not answer.
     std::optional<std::vector<std::string>> reload();
     /// Returns whether any mount point has this name, so that it is worth asking about the path.
     bool mayBeMountPoint(std::string_view name) const { return names_.contains(name); }
     /// Returns whether a remote file system is mounted at the path, which is free of links.
     bool isRemoteMountPoint(const std::string &path) const;
-    /// What begins at a place.
+    /// The kind of mount boundary at a place.
     enum class Border
     {
         none,
         remote,
-        /// Something is mounted there as soon as somebody looks into it.
+        /// Something is mounted there as soon as the place is accessed.
         automount,
     };
-    /// What begins at a name in a folder, whose path may contain links. Absent when the disk did
-    /// not answer for the folder.
+    /// Returns the boundary at a name in a folder, whose path may contain links. Returns nothing
+    /// when the disk did not answer for the folder.
     std::optional<Border> borderAt(const std::string &folder, std::string_view name) const;
     /// Returns whether the path, free of links, is on a remote file system.
     bool isRemote(std::string_view path) const;
 
 private:
     const IsRemote isRemote_;
-    /// The type of what is on top at each point.
+    /// The type of the topmost mount at each point.
     std::unordered_map<std::string, std::string> types_;
     std::set<std::string, std::less<>> names_;
     std::vector<Mount> mounts_;

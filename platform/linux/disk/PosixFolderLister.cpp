@@ -45,7 +45,7 @@ std::optional<FileSystemType> fileSystemOf(const Descriptor &file)
 }
 
 /// The last names of all mount points. Only a folder of such a name can be the root of another file
-/// system, so only there is it worth asking which one.
+/// system, so only there it is worth asking for the file system.
 class MountNames
 {
 public:
@@ -65,7 +65,7 @@ private:
     std::unordered_set<std::string> names_;
 };
 
-/// What all folders opened from one root have in common.
+/// The terms that all folders opened from one root share.
 struct Terms
 {
     FolderLister::Wanted wanted = FolderLister::Wanted::everything;
@@ -73,8 +73,8 @@ struct Terms
     MountNames mountNames;
 };
 
-/// The file system that was mounted last on the way to a folder. The folder itself may be on
-/// another one, as a subvolume is.
+/// The file system that was mounted last on the way to a folder. The folder itself may be on a
+/// different one, such as a subvolume.
 struct Device
 {
     unsigned int major = 0;

@@ -16,7 +16,7 @@ bool isFolderAt(int folder, const char *name)
     return ::fstatat(folder, name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// Identifies what stands there, without following a link.
+/// Identifies what is at the name, without following a link.
 std::optional<FolderId> identifyAt(int folder, const char *name)
 {
     struct statx status = {};
@@ -61,8 +61,8 @@ std::optional<std::string> StatxFolderIdentity::find(const std::string &parent,
         return std::nullopt;
     const std::string prefix = parent == "/" ? parent : parent + "/";
     const int handle = ::dirfd(folder.get());
-    // The entry's own inode number is not used, since some stacked and remote file systems give
-    // another number there than in the status.
+    // The entry's own inode number is not used, since on some stacked and remote file systems it
+    // differs from the number in the status.
     while (const dirent *entry = ::readdir(folder.get())) {
         const std::string name = static_cast<const char *>(entry->d_name);
         if (name == "." || name == ".." || !mayBeFolder(*entry))

@@ -4,8 +4,9 @@
 
 namespace quillon {
 
-/// One of the user's base folders: what the environment variable names where that is an absolute
-/// path, else the path below the home folder, which begins with "/". Without a trailing slash.
+/// Returns one of the user's base folders, without a trailing slash: the value of the environment
+/// variable if that is an absolute path, otherwise the path below the home folder, which begins
+/// with "/".
 std::string userFolder(const char *variable, const char *belowHome);
 
 } // namespace quillon

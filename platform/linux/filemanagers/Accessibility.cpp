@@ -24,7 +24,7 @@ std::string textOf(GVariant *value)
                                                               : "";
 }
 
-/// The text that a reply consists of; absent for every other reply.
+/// Returns the text that a reply consists of, or nothing for every other reply.
 std::optional<std::string> onlyText(const VariantRef &reply)
 {
     if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(s)")))

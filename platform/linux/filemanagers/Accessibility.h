@@ -41,7 +41,7 @@ public:
 
     explicit Accessibility(BusConnection &session);
 
-    /// The control that is the whole window.
+    /// Returns the control that is the whole window.
     std::optional<Control> frame(const DesktopWindow &window, const X11Windows &windows,
                                  Deadline deadline);
 
@@ -50,12 +50,12 @@ public:
     Role role(const Control &control, Deadline deadline);
     /// Returns whether a toggle button is pressed.
     bool isChecked(const Control &control, Deadline deadline);
-    /// The text of an entry; absent for a control that cannot be edited.
+    /// Returns the text of an entry, or nothing for a control that cannot be edited.
     std::optional<std::string> text(const Control &control, Deadline deadline);
     bool setText(const Control &control, const std::string &text, Deadline deadline);
-    /// The name of a control's first action, as "activate"; empty when it has none.
+    /// Returns the name of a control's first action, such as "activate"; empty when it has none.
     std::string action(const Control &control, Deadline deadline);
-    /// The keys for its first action, as "l;<Alt>v:l;<Primary>l".
+    /// Returns the keys for its first action, such as "l;<Alt>v:l;<Primary>l".
     std::string keyBinding(const Control &control, Deadline deadline);
     bool act(const Control &control, Deadline deadline);
 

@@ -44,8 +44,8 @@ protected:
     }
 
 private:
-    /// The windows of its class that have come since. Windows that were there before may be the
-    /// user's.
+    /// Returns the windows of its class that have come since. Windows that were there before may be
+    /// the user's.
     std::vector<std::uint32_t> windowsSince(const std::vector<std::uint32_t> &before) const
     {
         std::vector<std::uint32_t> ids;

@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The time for one call of the service, whatever it asks of file managers and disks on the way.
+/// The time for one call of the service, including what file managers and disks take.
 constexpr auto CALL_LIMIT = 3000ms;
 /// The time for one answer of a file system, within CALL_LIMIT.
 constexpr auto DISK_LIMIT = 2000ms;
@@ -112,7 +112,7 @@ std::vector<std::string> DesktopFileManager::frontWindowItems()
         .value_or(std::vector<std::string>{});
 }
 
-// Which file manager
+// The choice of the file manager
 
 ManagerDriver &DesktopFileManager::driverFor(const std::string &desktopId)
 {

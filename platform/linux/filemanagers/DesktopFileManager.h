@@ -16,16 +16,16 @@
 
 namespace quillon {
 
-/// Drives the file manager of this desktop: nautilus, nemo, caja, thunar, dolphin and pcmanfm-qt
-/// each by its own driver, any other one by what all file managers have in common.
+/// Drives the file manager of this desktop. nautilus, nemo, caja, thunar, dolphin and pcmanfm-qt
+/// have a driver each; any other one is driven by what all file managers have in common.
 ///
 /// Only one thread at a time may call what opens something. The front window may be read from
 /// another thread meanwhile.
 class DesktopFileManager : public FileManager
 {
 public:
-    /// Returns the desktop id of the file manager that the user has chosen, if any. Called from any
-    /// thread.
+    /// Returns the desktop id of the file manager that the user has chosen, if any. It is called
+    /// from any thread.
     using Choice = std::function<std::optional<std::string>()>;
 
     explicit DesktopFileManager(Choice choice);
@@ -42,11 +42,12 @@ public:
     bool select(const std::string &item, const std::string &folder) override;
     bool probe() override;
 
-    /// The folder that the noted window shows; absent when no way to find out has worked.
+    /// Returns the folder that the noted window shows, or nothing when no way to find it has
+    /// worked.
     std::optional<std::string> frontWindowFolder();
 
 private:
-    /// The file manager to ask.
+    /// The file manager that is asked.
     struct Chosen
     {
         ObjectRef<GDesktopAppInfo> application;
@@ -60,7 +61,7 @@ private:
     Chosen chosen();
     ManagerDriver &driverFor(const std::string &desktopId);
     ManagerDriver *driverOf(const DesktopWindow &window) const;
-    /// The windows of the file manager's class that are not minimised, the topmost first.
+    /// Returns the windows of the file manager's class that are not minimised, the topmost first.
     std::vector<DesktopWindow> shownWindows(const ManagerDriver &driver) const;
     bool openNewWindow(const Chosen &chosen, const std::string &folder, Deadline deadline);
     /// Gives a window the keyboard, unless the user has brought up one of our windows again.
@@ -73,7 +74,7 @@ private:
     Accessibility accessibility_;
     const X11Windows windows_;
     BoundedCalls disk_;
-    /// The main thread has this connection to itself, so that it waits for no other thread's
+    /// Only the main thread uses this connection, so that it never waits for another thread's
     /// answers.
     const X11Windows frontWindows_;
     std::vector<std::unique_ptr<ManagerDriver>> drivers_;

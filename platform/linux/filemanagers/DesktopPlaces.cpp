@@ -20,7 +20,7 @@ namespace {
 /// Systems mount the disks and shares of their users below these folders.
 constexpr std::array<std::string_view, 4> PLACES_OF_DISKS = {"/media/", "/mnt/", "/run/media/",
                                                              "/srv/"};
-/// File systems that hold the files of people. Those of other machines count as well.
+/// File systems that hold people's files. Those of other machines count as well.
 constexpr std::array<std::string_view, 12> DISK_TYPES = {"ext2",  "ext3",  "ext4",    "btrfs",
                                                          "xfs",   "f2fs",  "zfs",     "vfat",
                                                          "exfat", "ntfs3", "hfsplus", "fuseblk"};
@@ -28,7 +28,8 @@ constexpr std::array<std::string_view, 12> DISK_TYPES = {"ext2",  "ext3",  "ext4
 constexpr std::array USER_FOLDERS = {G_USER_DIRECTORY_DESKTOP,  G_USER_DIRECTORY_DOCUMENTS,
                                      G_USER_DIRECTORY_DOWNLOAD, G_USER_DIRECTORY_MUSIC,
                                      G_USER_DIRECTORY_PICTURES, G_USER_DIRECTORY_VIDEOS};
-/// Below the user's folder for settings, a line each: an address, and perhaps a blank and a name.
+/// The file of bookmarks, below the user's folder for settings. Each line holds an address and
+/// perhaps a blank and a name.
 constexpr std::string_view BOOKMARKS = "/gtk-3.0/bookmarks";
 
 void addOnce(std::vector<std::string> &paths, const std::string &path)

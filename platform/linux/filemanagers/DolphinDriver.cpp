@@ -12,7 +12,7 @@ namespace quillon {
 
 namespace {
 
-/// Windows are numbered from 1; closed ones leave gaps.
+/// Windows are numbered from 1, and closed ones leave gaps.
 constexpr int MOST_WINDOWS = 16;
 
 /// A folder that the user has a name for.
@@ -22,7 +22,7 @@ struct Place
     std::string folder;
 };
 
-/// The places that KDE's programs share; empty when the user has no list of them.
+/// Returns the places that KDE's programs share. The list is empty when the user has none.
 std::vector<Place> places()
 {
     std::vector<Place> places;
@@ -109,8 +109,8 @@ private:
         return isOpen != FALSE;
     }
 
-    /// The folder of a place that is open in the window. With a name, only places of that name
-    /// count.
+    /// Returns the folder of a place that is open in the window. With a name, only places of that
+    /// name count.
     std::optional<std::string> openPlace(const DesktopWindow &window,
                                          const std::optional<std::string> &name, Deadline deadline)
     {
@@ -124,7 +124,7 @@ private:
         return std::nullopt;
     }
 
-    /// The object on the bus that stands for the window.
+    /// Returns the object on the bus that stands for the window.
     std::optional<BusObject> mainWindow(const DesktopWindow &window, Deadline deadline)
     {
         auto &session = surroundings().session;

@@ -24,7 +24,7 @@ bool isFolder(int parent, const dirent &entry)
     return fstatat(parent, entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// The names to leave out, which a folder's ".hidden" file lists one to a line.
+/// Returns the names to leave out. A folder's ".hidden" file lists them, one to a line.
 std::unordered_set<std::string> namesToHide(const std::string &prefix)
 {
     std::unordered_set<std::string> names;

@@ -5,9 +5,9 @@
 
 namespace quillon {
 
-/// Returns the paths of the items in a folder, without those that file managers hide, in no order.
-/// Paths of folders, and of links to folders, end with "/". Also empty when the folder cannot be
-/// read.
+/// Returns the paths of the items in a folder, without those that file managers hide, in no
+/// particular order. Paths of folders, and of links to folders, end with "/". The list is also
+/// empty when the folder cannot be read.
 std::vector<std::string> folderItems(const std::string &folder);
 
 } // namespace quillon

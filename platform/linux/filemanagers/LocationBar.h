@@ -14,19 +14,22 @@ class LocationBar
 public:
     LocationBar(Accessibility &accessibility, Accessibility::Control frame, Deadline deadline);
 
-    /// The path shown, which is absolute but need not exist. Absent when there is neither an entry
-    /// nor a row of buttons.
+    /// Returns the path shown, which is absolute but need not exist. Returns nothing when there is
+    /// neither an entry nor a row of buttons.
     std::optional<std::string> folder();
-    /// Writes a location, a path or a URI, into the entry and confirms it. False without an entry.
+    /// Writes a location, a path or a URI, into the entry and confirms it. Returns false when there
+    /// is no entry.
     bool go(const std::string &location);
     bool hasEntry() { return entry().has_value(); }
-    /// Makes the window show its entry, as the key Control-L does. False when it offers no way.
+    /// Makes the window show its entry, as the key Control-L does. Returns false when the window
+    /// offers no way to do so.
     bool showEntry();
 
 private:
     std::optional<Accessibility::Control> entry();
     std::optional<std::string> folderOfButtons();
-    /// The path that the buttons directly inside the control spell; absent when they spell none.
+    /// Returns the path that the buttons directly inside the control spell, or nothing when they
+    /// spell none.
     std::optional<std::string> pathOfButtons(const Accessibility::Control &parent);
 
     Accessibility &accessibility_;

@@ -39,7 +39,7 @@ std::optional<std::string> LocationBarDriver::toldFolder(const DesktopWindow &wi
     if (!frame)
         return std::nullopt;
     auto folder = LocationBar(accessibility, *frame, deadline).folder();
-    // The buttons show a name that is no text only in part.
+    // The buttons show only a part of a name that is not valid text.
     const auto isFolder = [path = folder.value_or("")] {
         std::error_code ignored;
         return std::filesystem::is_directory(path, ignored);

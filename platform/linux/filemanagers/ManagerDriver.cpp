@@ -29,8 +29,9 @@ std::string lastName(const std::string &path)
     return name.empty() ? path : name;
 }
 
-/// A title is the folder's name or path; some are followed by the program's name. Where a name is
-/// no text, the title shows its beginning.
+/// Returns whether the title names the folder. A title is the folder's name or path, followed by
+/// the program's name in some file managers. For a name that is not valid text, the title shows its
+/// beginning.
 bool isTitleFor(const std::string &title, const std::string &folder)
 {
     const std::string name = lastName(folder);
@@ -122,7 +123,7 @@ std::optional<std::string> ManagerDriver::commonName(Deadline deadline)
 
 bool ManagerDriver::selectOnceReady(const std::string &item, Deadline deadline)
 {
-    // A starting program owns its name before it answers calls, so only an answer tells that it is
+    // A starting program owns its name before it answers calls, so only an answer shows that it is
     // ready.
     return surroundings_.windows.waitUntil(
         0,
@@ -218,8 +219,8 @@ std::optional<std::uint32_t> ManagerDriver::retarget(const std::vector<DesktopWi
 bool ManagerDriver::comesToShow(const DesktopWindow &before, const std::string &folder,
                                 Deadline deadline)
 {
-    // A title that fitted before proves nothing. Nor does a location bar prove anything, since it
-    // may hold a location that was written but not opened.
+    // A title that fitted before proves nothing. A location bar proves nothing either, since it may
+    // hold a location that was written but not opened.
     const bool isTitleTelling = !isTitleFor(before.title, folder);
     const Deadline limit = deadline.atMost(SHOWING_LIMIT);
     const auto isWatched = [&] {

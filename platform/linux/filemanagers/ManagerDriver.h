@@ -31,20 +31,21 @@ struct Surroundings
 class ManagerDriver
 {
 public:
-    /// Empty texts stand for what a file manager lacks or what is unknown.
+    /// An empty text stands for something that a file manager lacks or that is unknown.
     struct Identity
     {
-        /// It has these desktop ids, which are written without ".desktop" here.
+        /// The file manager's desktop ids, without ".desktop".
         std::vector<std::string> desktopIds;
         /// The class of its windows, as in DesktopWindow.
         std::string windowClass;
-        /// The name on the session bus that is its own.
+        /// Its own name on the session bus.
         std::string busName;
-        /// The command for a window of its own: the program and its options; the folder follows.
+        /// The command that opens a window of its own: the program and its options. The folder
+        /// follows them.
         std::vector<std::string> newWindowCommand;
-        /// It says whether the command takes a folder as its path and not as its URI.
+        /// True when the command takes a folder as its path and not as its URI.
         bool takesPath = false;
-        /// What follows the folder's name in the titles of its windows.
+        /// The text that follows the folder's name in the titles of its windows.
         std::string titleEnd = {};
     };
 
@@ -55,38 +56,40 @@ public:
 
     const Identity &identity() const { return identity_; }
 
-    // The application is the one whose windows are meant. These return false when nothing was done.
+    // The application is the one whose windows are meant. The operations return false when nothing
+    // was done.
 
     bool openNewWindow(GDesktopAppInfo *application, const std::string &folder, Deadline deadline);
     /// Shows the item selected in its folder.
     bool select(GDesktopAppInfo *application, const std::string &item, const std::string &folder,
                 Deadline deadline);
     /// Makes the first window that accepts it show the folder, and waits until it does. Returns
-    /// that window; absent when none comes to show the folder.
+    /// that window, or nothing when none comes to show the folder.
     std::optional<std::uint32_t> retarget(const std::vector<DesktopWindow> &windows,
                                           const std::string &folder, Deadline deadline);
-    /// The folder that a window shows.
+    /// Returns the folder that a window shows.
     std::optional<std::string> folderOf(const DesktopWindow &window, Deadline deadline);
     /// Returns whether the file manager runs and answers a question that changes nothing.
     bool isAnswering(Deadline deadline);
 
 protected:
-    /// Asks the window to show the folder. False when the window takes no such request, because it
-    /// shows no folder or belongs to another program of the same class.
+    /// Asks the window to show the folder. Returns false when the window takes no such request,
+    /// because it shows no folder or belongs to another program of the same class.
     virtual bool show(const DesktopWindow &window, const std::string &folder, Deadline deadline);
     /// Selects an item in the file manager's own way, after the usual way has failed.
     virtual bool selectByOwnMeans(const std::string &item, const std::string &folder,
                                   Deadline deadline);
-    /// The folder that the file manager reports for a window; absent when it reports none.
+    /// Returns the folder that the file manager reports for a window, or nothing when it reports
+    /// none.
     virtual std::optional<std::string> toldFolder(const DesktopWindow &window, Deadline deadline);
     /// Returns whether the file manager reports that a window shows the folder.
     virtual bool isTold(const DesktopWindow &window, const std::string &folder, Deadline deadline);
-    /// The folder of a window for which the file manager reports none and whose title is not the
-    /// folder's name.
+    /// Returns the folder of a window for which the file manager reports none and whose title is
+    /// not the folder's name.
     virtual std::optional<std::string> untitledFolder(const DesktopWindow &window,
                                                       Deadline deadline);
-    /// The bus name under which this very file manager offers the interface that all have in
-    /// common. Absent when it offers none.
+    /// Returns the bus name under which this very file manager offers the interface that all have
+    /// in common, or nothing when it offers none.
     virtual std::optional<std::string> commonName(Deadline deadline);
 
     /// Calls ShowItems or ShowFolders of the common interface with one URI.
@@ -101,7 +104,7 @@ protected:
     /// Starts the file manager's program with these options and the item or folder.
     bool start(const std::vector<std::string> &options, const std::string &path);
 
-    /// The folder's part of the window's title, which as a rule is its name.
+    /// Returns the folder's part of the window's title, which is usually the folder's name.
     std::string nameIn(const DesktopWindow &window) const;
     const Surroundings &surroundings() const { return surroundings_; }
     static BusObject commonObject(const std::string &service);

@@ -19,8 +19,8 @@ namespace {
 
 using Inodes = std::unordered_set<std::uint64_t>;
 
-/// Returns the inodes that a process watches. Their devices are of no use, since on some file
-/// systems they differ from what stat() gives; so a folder's name is compared as well.
+/// Returns the inodes that a process watches. Their devices are useless, since on some file systems
+/// they differ from what stat() gives. So callers compare a folder's name as well.
 Inodes watchedInodes(pid_t process)
 {
     Inodes inodes;

@@ -19,7 +19,7 @@ public:
     {}
 
 protected:
-    /// Thunar shows an error dialogue for a URI whose path is no text.
+    /// Thunar shows an error dialogue for a URI whose path is not valid text.
     std::string typedLocation(const std::string &folder) override
     {
         const std::string location = LocationBarDriver::typedLocation(folder);

@@ -22,9 +22,9 @@ namespace fs = std::filesystem;
 
 constexpr mode_t PRIVATE_FOLDER = 0700;
 constexpr std::size_t RANDOM_LETTERS = 6;
-/// Seconds that writing a file may take.
+/// The seconds that writing a file may take.
 constexpr std::time_t LEFTOVER_AGE = 60;
-/// Names that are tried for a new file before it is given up.
+/// The number of names that are tried for a new file.
 constexpr int MOST_NAMES = 1000;
 
 bool isUpper(char c)
@@ -37,7 +37,7 @@ bool isLower(char c)
     return c >= 'a' && c <= 'z';
 }
 
-/// Letters that another process or another call most likely does not choose.
+/// Returns letters that another process or another call is unlikely to choose.
 std::string randomLetters()
 {
     static std::atomic<std::uint64_t> calls = 0;
@@ -56,7 +56,7 @@ std::string randomLetters()
         letter = static_cast<char>('a' + state % ALPHABET);
         state /= ALPHABET;
     }
-    // Upper and lower case, as isTemporaryName() wants it.
+    // isTemporaryName() expects both upper and lower case.
     letters[1 + state % (RANDOM_LETTERS - 1)] += 'A' - 'a';
     return letters;
 }
@@ -72,12 +72,12 @@ bool writeAll(int descriptor, const QByteArray &bytes)
             return false;
         written += count;
     }
-    // Some file systems cannot do it and say so.
+    // Some file systems report that they cannot do it.
     return uninterrupted([&] { return ::fdatasync(descriptor); }) == 0 || errno == EINVAL;
 }
 
-/// Writes the bytes to a new file of the first name that nothing has. Absent, with errno set and
-/// without a file, when that failed.
+/// Writes the bytes to a new file with the first of the names that is free. Returns nothing, with
+/// errno set and without a file, when that failed.
 template <typename NameOf>
 std::optional<fs::path> writeToFreeName(const NameOf &nameOf, const QByteArray &bytes)
 {
@@ -151,7 +151,7 @@ bool isTemporaryName(std::string_view name, const std::string &target)
     if (!name.starts_with(target + ".") || name.size() != target.size() + 1 + RANDOM_LETTERS)
         return false;
     const std::string_view letters = name.substr(target.size() + 1);
-    // A word that a person put there, as in "quillon.json.backup", is all of one case or begins
+    // A word that a person put there, as in "quillon.json.backup", is all in one case or begins
     // with its only capital.
     return std::ranges::all_of(letters, [](char c) { return isUpper(c) || isLower(c); }) &&
            std::ranges::any_of(letters.substr(1), isUpper) && std::ranges::any_of(letters, isLower);
@@ -191,7 +191,7 @@ bool moveToFreeName(const fs::path &file, const fs::path &name)
         return true;
     if (errno != EINVAL && errno != ENOSYS)
         return false;
-    // The file system cannot do both in one step.
+    // The file system cannot rename and refuse a taken name in one step.
     struct stat status = {};
     if (::lstat(name.c_str(), &status) == 0)
         errno = EEXIST;

@@ -16,10 +16,10 @@
 
 #include <poll.h>
 
-// A read costs a stat() and a lookup in the document. A write locks the file against other
-// writers, reads it again, puts its one key in and replaces the file; so the writes of two
-// processes to different keys both last. An editor takes no lock. A file that it is just writing,
-// empty or cut short, is waited for, and a file that it saved while ours was written is put back
+// A read costs a stat() and a lookup in the document. A write locks the file against other writers,
+// reads it again, puts its one key in and replaces the file. So the writes of two processes to
+// different keys both last. An editor takes no lock. While an editor is writing the file, which is
+// then empty or cut short, we wait. If it saved the file while we wrote ours, its file is put back
 // and our key goes into that one. What an editor saves later, from what it read before, still
 // overwrites our key.
 
@@ -34,10 +34,10 @@ QJsonValue lookUp(const QJsonObject &contents, std::string_view key)
     return contents.value(bytesToText(key));
 }
 
-/// Where the parser stumbled, and over what.
+/// Describes where the parser failed, and at what.
 DefaultsFault describe(const QByteArray &bytes, const QJsonParseError &error)
 {
-    // The parser stands behind the character that it stumbled over.
+    // The parser's position is behind the character at which it failed.
     const qsizetype offset = std::clamp<qsizetype>(error.offset - 1, 0, bytes.size());
     const std::string_view before(bytes.constData(), static_cast<std::size_t>(offset));
     const std::string_view line = before.substr(before.rfind('\n') + 1); // npos + 1 is 0
@@ -47,7 +47,8 @@ DefaultsFault describe(const QByteArray &bytes, const QJsonParseError &error)
             .reason = error.errorString().toStdString()};
 }
 
-/// The object that the bytes hold; absent with the fault set when they hold none.
+/// Returns the object that the bytes hold. Returns nothing, with the fault set, when they hold
+/// none.
 std::optional<QJsonObject> parse(const QByteArray &bytes, DefaultsFault &fault)
 {
     QJsonParseError error;
@@ -68,7 +69,7 @@ bool isBlank(const QByteArray &bytes)
     return bytes.trimmed().isEmpty();
 }
 
-/// Waits without heed of signals, which may shorten the time.
+/// Waits for a moment, which a signal may shorten.
 void pause()
 {
     constexpr int PAUSE = 5; // milliseconds
@@ -80,12 +81,12 @@ void pause()
 struct JsonDefaultsStore::Look
 {
     SettingsFile::Reading reading;
-    /// It is absent with a fault.
+    /// Absent when there is a fault.
     std::optional<QJsonObject> contents;
     DefaultsFault fault;
 
     bool isBlank() const { return reading.error == 0 && quillon::isBlank(reading.bytes); }
-    /// Returns true for an empty or half file that somebody may be writing just now.
+    /// Returns true for an empty or incomplete file that somebody may be writing just now.
     bool isUnfinished() const
     {
         return reading.error == 0 && (!contents || isBlank()) && !reading.rested;
@@ -186,7 +187,7 @@ bool JsonDefaultsStore::change(const Edit &edit)
     return outcome == SettingsFile::Replacing::done;
 }
 
-/// Reads the file, edits the settings and replaces the file. Under the lock of the file.
+/// Reads the file, edits the settings and replaces the file. The caller holds the lock of the file.
 SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
 {
     Look found = lookWhenWritten(hasFile());
@@ -211,7 +212,7 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
     if (outcome != SettingsFile::Replacing::done)
         return outcome;
 
-    // The next look reads the file again: someone who takes no lock may have been faster.
+    // The next look reads the file again, since someone who takes no lock may have been faster.
     const MutexLock lock(mutex_);
     contents_ = std::move(contents);
     fault_.reset();
@@ -219,7 +220,7 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
     return outcome;
 }
 
-/// Returns true when the file was there when it was looked at last.
+/// Returns true when the file existed at the last look.
 bool JsonDefaultsStore::hasFile() const
 {
     const MutexLock lock(mutex_);
@@ -247,8 +248,8 @@ JsonDefaultsStore::Look JsonDefaultsStore::look() const
     return found;
 }
 
-/// Like look(), but waits for somebody who seems to be saving the file. A file that was there is
-/// waited for as well when it is gone, since some editors rename it before they write a new one.
+/// Does what look() does, but waits for somebody who seems to be saving the file. A file that
+/// existed and is gone is waited for too, since some editors rename it before they write a new one.
 JsonDefaultsStore::Look JsonDefaultsStore::lookWhenWritten(bool wasThere) const
 {
     using Clock = std::chrono::steady_clock;
@@ -269,7 +270,7 @@ void JsonDefaultsStore::refresh() const
 {
     if (settled_ && file_.stamp() == stamp_)
         return;
-    // Before anything was read there is nothing that could stay in force meanwhile.
+    // Before anything was read, nothing could stay in force during the wait.
     adopt(hasRead_ ? look() : lookWhenWritten(false));
 }
 
@@ -278,7 +279,7 @@ void JsonDefaultsStore::adopt(Look found) const
     stamp_ = found.reading.stamp;
     settled_ = found.reading.settled && !found.isUnfinished();
     if (found.isBlank()) {
-        // Without any settings to lose, an empty file is one without keys.
+        // When there are no settings to lose, an empty file counts as one without keys.
         found.contents = contents_.isEmpty() ? std::optional(QJsonObject()) : std::nullopt;
         found.fault = {.line = 1, .column = 1, .reason = "the file is empty"};
     }

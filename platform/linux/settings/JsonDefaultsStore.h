@@ -11,22 +11,21 @@
 
 namespace quillon {
 
-/// "$XDG_CONFIG_HOME/quillon/quillon.json", or below "~/.config" where that variable is not an
-/// absolute path.
+/// Returns "$XDG_CONFIG_HOME/quillon/quillon.json". If that variable is not an absolute path,
+/// "~/.config" takes its place.
 std::string standardDefaultsPath();
 
 /// Keeps the settings as one JSON object in a text file.
 ///
 /// A file with a mistake is never overwritten: what was read last stays in force, the fault is
-/// said once on standard error, and the next write keeps the file beside the new one; where
-/// nothing was read before, writes fail until beginAnew(). A file that holds nothing any more
-/// counts as one with a mistake. A write waits some 100 ms for somebody who is just saving the
-/// file, and fails where the file cannot be read. Keys and values that this program does not know
-/// survive its writes.
+/// printed once to standard error, and the next write keeps the file beside the new one. If nothing
+/// was read before, writes fail until beginAnew(). A file that has become empty counts as one with
+/// a mistake. A write waits some 100 ms for somebody who is just saving the file, and fails when
+/// the file cannot be read. Keys and values that this program does not know survive its writes.
 class JsonDefaultsStore final : public DefaultsStore
 {
 public:
-    /// The path is absolute; neither the file nor its folder need be there.
+    /// The path is absolute. Neither the file nor its folder need exist.
     explicit JsonDefaultsStore(std::string path);
 
     std::optional<DefaultsValue> value(std::string_view key) const override EXCLUDES(mutex_);
@@ -38,9 +37,9 @@ public:
     std::optional<std::string> beginAnew() override EXCLUDES(writing_, mutex_);
 
 private:
-    /// What one reading of the file gave.
+    /// The result of one reading of the file.
     struct Look;
-    /// Returns whether it changed anything.
+    /// Edits the contents and returns whether it changed anything.
     using Edit = std::function<bool(QJsonObject &contents)>;
     bool change(const Edit &edit) EXCLUDES(writing_, mutex_);
     SettingsFile::Replacing changeOnce(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
@@ -54,17 +53,17 @@ private:
     void complainOnce() const REQUIRES(mutex_);
 
     const SettingsFile file_;
-    /// It is held for the length of a write, so that readers wait for no disk.
+    /// Held for the length of a write. Readers take another mutex, so that they wait for no disk.
     Mutex writing_;
     mutable Mutex mutex_;
-    /// What was read, or written, last without a fault.
+    /// The contents that were last read, or written, without a fault.
     mutable QJsonObject contents_ GUARDED_BY(mutex_);
-    /// The file as last read. Not to be relied on unless settled.
+    /// The stamp of the file as last read. It proves nothing unless settled.
     mutable FileStamp stamp_ GUARDED_BY(mutex_);
     mutable bool settled_ GUARDED_BY(mutex_) = false;
-    /// What is wrong with the file on the disk; contents_ did not come from it then.
+    /// The fault of the file on the disk. While there is one, contents_ is older than that file.
     mutable std::optional<DefaultsFault> fault_ GUARDED_BY(mutex_);
-    /// It is true once a file without a fault, or no file, was found.
+    /// True once a file without a fault, or no file, was found.
     mutable bool hasRead_ GUARDED_BY(mutex_) = false;
     mutable std::optional<FileStamp> complained_ GUARDED_BY(mutex_);
 };

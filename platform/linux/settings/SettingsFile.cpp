@@ -17,8 +17,8 @@
 
 // A replacement must lose neither the settings of an editor that saves at the same time, as editors
 // take no lock, nor the file when a call fails. So the new file is written beside the old one, and
-// the two exchange their names in one step. What has then got the name of the new file is compared
-// with what was read before: where it differs, somebody saved in between, and the names are
+// the two exchange their names in one step. The file that then has the name of the new one is
+// compared with what was read before. If it differs, somebody saved in between, and the names are
 // exchanged back as though nothing had been written. An editor that saves in place and has emptied
 // the old file is noticed in the same way. Where the file system cannot exchange names, the new
 // file takes the old one's place, and a save within those microseconds is overwritten.
@@ -29,7 +29,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t NANOSECONDS = 1'000'000'000;
-/// Time stamps of files advance with the kernel's tick, at most this far apart.
+/// The time stamps of files advance with the kernel's tick. This is the longest tick, in
+/// nanoseconds.
 constexpr std::int64_t TICK = 20'000'000;
 constexpr std::int64_t WRITING = SettingsFile::WRITING_TIME * std::int64_t{1'000'000};
 
@@ -38,7 +39,7 @@ std::int64_t inNanoseconds(const timespec &time)
     return time.tv_sec * NANOSECONDS + time.tv_nsec;
 }
 
-/// The clock that stamps files.
+/// Reads the clock that stamps files.
 std::int64_t fileClock()
 {
     timespec now = {};
@@ -66,11 +67,11 @@ bool flushToDisk(const fs::path &path, int flags)
         uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | flags); }));
     if (!descriptor)
         return errno == ENOENT;
-    // Some file systems cannot do it for a folder and say so.
+    // Some file systems report that they cannot do it for a folder.
     return uninterrupted([&] { return ::fsync(descriptor.get()); }) == 0 || errno == EINVAL;
 }
 
-/// Waits for the lock. File systems that have none are written without.
+/// Waits for the lock. On file systems without locks, files are written without one.
 bool waitFor(int descriptor)
 {
     return uninterrupted([&] { return ::flock(descriptor, LOCK_EX); }) == 0 || errno == ENOLCK ||
@@ -104,7 +105,7 @@ int readAll(int descriptor, const struct stat &status, QByteArray &bytes)
 
 } // namespace
 
-/// A file that was written beside the settings, deleted in the end unless it is to stay.
+/// A file that is written beside the settings and deleted in the end, unless it is to stay.
 class SettingsFile::NewFile
 {
 public:
@@ -117,7 +118,7 @@ public:
             ::unlink(name_->c_str());
     }
 
-    /// Returns false when it could not be written.
+    /// Returns false when the file could not be written.
     explicit operator bool() const { return name_.has_value(); }
     const fs::path &name() const { return *name_; }
     void stay() { name_.reset(); }
@@ -136,7 +137,7 @@ FileStamp SettingsFile::stamp() const
 
 SettingsFile::Reading SettingsFile::read() const
 {
-    // Whatever stands there, opening it must not wait.
+    // Opening must not block, whatever is at the path.
     constexpr int FLAGS = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     Reading reading;
     const std::int64_t now = fileClock();
@@ -145,7 +146,7 @@ SettingsFile::Reading SettingsFile::read() const
     if (!file || ::fstat(file.get(), &status) != 0) {
         reading.error = errno;
         reading.stamp = stamp();
-        // Unless both looks failed alike, something changed between them or may do so unseen.
+        // Unless both calls failed alike, the file changed between them or may change unnoticed.
         reading.settled = reading.stamp.error == reading.error;
         return reading;
     }
@@ -223,7 +224,7 @@ SettingsFile::Replacing SettingsFile::putInPlace(NewFile &fresh, const fs::path 
                                  : fail("cannot write the settings");
     }
 
-    // The old file has now got the name of the new one.
+    // The old file now has the name of the new one.
     const Reading old = SettingsFile(fresh.name()).read();
     if (old.error == 0 && old.bytes == found.bytes)
         return Replacing::done;
@@ -231,14 +232,14 @@ SettingsFile::Replacing SettingsFile::putInPlace(NewFile &fresh, const fs::path 
         errno = old.error;
         return old.error == 0 ? Replacing::overtaken : fail("cannot write the settings");
     }
-    // The new file is in place for good, so the old one gets a name that nobody clears away.
+    // The new file stays in place, so the old one gets a name that nobody cleans up.
     const auto kept = moveAside(fresh.name(), target);
     complain(path_, "the former file is kept as", kept.value_or(fresh.name()));
     fresh.stay();
     return Replacing::done;
 }
 
-/// Says what failed, with the reason from errno.
+/// Prints what failed, with the reason from errno.
 SettingsFile::Replacing SettingsFile::fail(const char *what) const
 {
     complain(path_, what, std::strerror(errno));

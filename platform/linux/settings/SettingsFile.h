@@ -17,12 +17,12 @@ namespace quillon {
 /// What stat(2) reports about the file; equal stamps mean that it need not be read again.
 struct FileStamp
 {
-    /// The errno of the call, ENOENT for a missing file; the rest holds only when it is 0.
+    /// The errno of the call, ENOENT for a missing file. The other fields hold only when it is 0.
     int error = 0;
     dev_t device = 0;
     ino_t inode = 0;
     off_t size = 0;
-    /// Nanoseconds since 1970.
+    /// The time of the last change, in nanoseconds since 1970.
     std::int64_t modified = 0;
     std::int64_t changed = 0;
 
@@ -50,22 +50,21 @@ class SettingsFile
 public:
     struct Reading
     {
-        /// It is taken before the bytes were read.
+        /// The stamp was taken before the bytes were read.
         FileStamp stamp;
-        /// The errno of what kept the bytes from being read; 0 when all were read.
+        /// The errno of the call that failed; 0 when all bytes were read.
         int error = 0;
         QByteArray bytes;
-        /// It is false while the file is so young that another change could leave the stamp as it
-        /// is.
+        /// False while the file is so young that another change could leave the stamp as it is.
         bool settled = true;
-        /// It is false while somebody may be in the middle of writing the file in place.
+        /// False while somebody may be in the middle of writing the file in place.
         bool rested = true;
     };
 
     enum class Replacing
     {
         done,
-        /// The file is as before; the reason has been said on standard error.
+        /// The file is as before. The reason was printed to standard error.
         failed,
         /// Somebody who takes no lock has written the file since it was read. Their file is in
         /// place.
@@ -82,17 +81,19 @@ public:
     FileStamp stamp() const;
     Reading read() const;
 
-    /// Waits for other writers; makes the folder where it is missing. Not held when that failed,
-    /// which has been said on standard error.
+    /// Waits for other writers, and makes the folder if it is missing. If that fails, prints the
+    /// reason to standard error and returns a lock that is not held.
     SettingsLock lock() const;
-    /// Renames what stands in the file's place to a free name beside it, PATH.bad-TIME, and returns
-    /// that name. Absent when that failed, which has been said on standard error. Under lock().
+    /// Renames what is in the file's place to a free name beside it, PATH.bad-TIME, and returns
+    /// that name. Returns nothing when that failed, and prints the reason to standard error. The
+    /// caller holds lock().
     std::optional<std::string> setAside() const;
-    /// Writes the bytes and puts them, in one step, in the place of the file as it was found by
-    /// read() with an error of 0 or ENOENT. With keepCopy a copy of the bytes found is kept under a
-    /// name as setAside() gives, which is said on standard error. Under lock().
+    /// Writes the bytes and puts them, in one step, in the place of the file as read() found it
+    /// with an error of 0 or ENOENT. With keepCopy, keeps a copy of the bytes found under a name as
+    /// setAside() chooses, and prints that name to standard error. The caller holds lock().
     Replacing replace(const QByteArray &bytes, const Reading &found, bool keepCopy) const;
-    /// Returns when the file would survive a loss of power; false when that cannot be had.
+    /// Returns true when the file would survive a loss of power, and false when that cannot be
+    /// ensured.
     bool synchronize() const;
     /// Deletes what killed writers left beside the file more than a minute ago.
     void removeLeftovers() const;

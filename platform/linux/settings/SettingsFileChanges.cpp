@@ -12,8 +12,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// An editor that writes in place empties the file first. A mistake is said by the read that
-/// follows, as soon as the file has rested; the timer may be early by a twentieth.
+/// An editor that writes in place empties the file first. The read that follows reports a mistake
+/// only once the file has rested, and the timer may be early by a twentieth.
 constexpr std::chrono::milliseconds SETTLING = SettingsFile::WRITING_TIME * 1ms + 50ms;
 
 QString nearestFolder(const QString &path)
@@ -32,7 +32,8 @@ SettingsFileChanges::SettingsFileChanges(const std::string &path)
     settling_.setSingleShot(true);
     settling_.setInterval(SETTLING);
     connect(&settling_, &QTimer::timeout, this, &SettingsFileChanges::tell);
-    // The first change of several starts the timer: a file that never rests is still told about.
+    // The first of several changes starts the timer, so that changes of a file that never rests are
+    // still reported.
     const auto changed = [this] {
         if (!settling_.isActive())
             settling_.start();
@@ -50,7 +51,7 @@ void SettingsFileChanges::watch()
     QStringList places{nearestFolder(path_)};
     if (const QFileInfo file(path_); file.exists()) {
         places << path_;
-        // Where a link leads, too, since that is what is replaced.
+        // The folder to which a link leads is watched too, since the file in it is replaced.
         if (const QString folder = QFileInfo(file.canonicalFilePath()).path(); folder != places[0])
             places << folder;
     }
@@ -59,7 +60,7 @@ void SettingsFileChanges::watch()
 
 void SettingsFileChanges::tell()
 {
-    // Watched before it is read: a change in between is told, too.
+    // The file is watched before it is read, so that a change in between is reported too.
     watch();
     report();
 }

@@ -10,15 +10,15 @@
 
 namespace quillon {
 
-/// Has the kernel report changes of the settings file, so that nothing wakes up without one. The
-/// file may be missing, be a symbolic link, and be written in place or replaced. The report comes
-/// once an editor that saves in place has had the time to write the file.
+/// Reports changes of the settings file as the kernel reports them, so that nothing wakes up
+/// without one. The file may be missing, be a symbolic link, and be written in place or replaced.
+/// The report comes once an editor that saves in place has had time to write the file.
 class SettingsFileChanges : public QObject, public DefaultsChanges
 {
     Q_OBJECT
 
 public:
-    /// The path is absolute; neither the file nor its folder need be there.
+    /// The path is absolute. Neither the file nor its folder need exist.
     explicit SettingsFileChanges(const std::string &path);
 
 private:

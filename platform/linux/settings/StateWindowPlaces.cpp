@@ -12,7 +12,7 @@ namespace quillon {
 
 namespace {
 
-/// Beyond any desktop; a number written by hand may be anything.
+/// This is beyond any desktop. A number written by hand may be anything.
 constexpr std::int64_t FARTHEST = 1'000'000;
 
 } // namespace

@@ -8,15 +8,16 @@
 
 namespace quillon {
 
-/// "$XDG_STATE_HOME/quillon/windows.json", or below "~/.local/state" where that variable is not an
-/// absolute path.
+/// Returns "$XDG_STATE_HOME/quillon/windows.json". If that variable is not an absolute path,
+/// "~/.local/state" takes its place.
 std::string standardWindowPlacesPath();
 
-/// Keeps the places in one JSON file: under each window's name its left, top, width and height.
+/// Keeps the places in one JSON file, which holds the left, top, width and height of each window
+/// under its name.
 class StateWindowPlaces final : public WindowPlaces
 {
 public:
-    /// The path is absolute; neither the file nor its folder need be there.
+    /// The path is absolute. Neither the file nor its folder need exist.
     explicit StateWindowPlaces(std::string path) : store_(std::move(path)) {}
 
     std::optional<WindowPlace> place(const std::string &window) const override;

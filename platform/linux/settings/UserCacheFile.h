@@ -8,8 +8,8 @@
 
 namespace quillon {
 
-/// "$XDG_CACHE_HOME/quillon/index", or below "~/.cache" where that variable is not an absolute
-/// path.
+/// Returns "$XDG_CACHE_HOME/quillon/index". If that variable is not an absolute path, "~/.cache"
+/// takes its place.
 std::string standardIndexPath();
 
 /// A file that only its owner may read. It is written beside its place and then renamed.
