@@ -16,7 +16,8 @@ constexpr const char *FOLDER_TYPE = "inode/directory";
 constexpr std::string_view SUFFIX = ".desktop";
 
 // Without G_SPAWN_DO_NOT_REAP_CHILD this process need not wait for the started program. The
-// program's outputs are dropped, since a reader of our output would otherwise wait for its end.
+// program's outputs are discarded, since a program that reads our output would otherwise wait for
+// its end.
 constexpr auto FLAGS = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
                                                 G_SPAWN_STDERR_TO_DEV_NULL);
 
@@ -42,8 +43,8 @@ bool start(GDesktopAppInfo *application, GList *uris, GSpawnChildSetupFunc setUp
                                                      argument, nullptr, nullptr, nullptr);
 }
 
-/// Returns the application without its way over the bus, since a start over the bus passes on no
-/// working folder. Null when the application's file is gone.
+/// Returns the application without its activation over the bus, which passes on no working folder.
+/// Returns null when the application's file is gone.
 ObjectRef<GDesktopAppInfo> asProgram(GDesktopAppInfo *application)
 {
     const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> file(g_key_file_new(),

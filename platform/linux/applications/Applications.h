@@ -9,26 +9,26 @@
 
 namespace quillon {
 
-/// Returns the installed application with this desktop id, which may lack its ".desktop". Null when
-/// there is none.
+/// Returns the installed application with this desktop id, which may lack its ".desktop". Returns
+/// null when there is none.
 ObjectRef<GDesktopAppInfo> installedApplication(const std::string &id);
 
-/// The desktop ids of the applications that open folders, the default one first.
+/// Returns the desktop ids of the applications that open folders, the default one first.
 std::vector<std::string> folderApplications();
 
 /// Returns whether an application calls itself a file manager.
 bool isFileManager(GDesktopAppInfo *application);
 
-// A program that is started here outlives this process, and its output is dropped.
+// A program that is started here outlives this process, and its output is discarded.
 
-/// Opens the URI with the application. False when it could not be started.
+/// Opens the URI with the application. Returns false when it could not be started.
 bool launch(GAppInfo *application, const std::string &uri);
-/// Starts an application that takes no files, with the folder as its working folder. False when it
-/// could not be started.
+/// Starts an application that takes no files, with the folder as its working folder. Returns false
+/// when it could not be started.
 bool launchIn(GDesktopAppInfo *application, const std::string &folder);
 
-/// Starts a program in the folder, or without one in this process's working folder. The first
-/// argument is the program's name. False when there is no such program or folder.
+/// Starts a program in the folder or, if none is given, in this process's working folder. The first
+/// argument is the program's name. Returns false when there is no such program or folder.
 bool startProgram(const std::vector<std::string> &arguments, const std::string &folder = {});
 
 } // namespace quillon

@@ -8,7 +8,7 @@ namespace quillon {
 /// Returns the file URI of an absolute path, in ASCII. It stands for exactly the path's bytes.
 std::string fileUri(const std::string &path);
 /// Returns the path in a file URI of this machine, without a slash at its end unless it is the
-/// root. Absent for every other URI.
+/// root. Returns nothing for every other URI.
 std::optional<std::string> localPath(const std::string &uri);
 
 } // namespace quillon

@@ -14,7 +14,7 @@ namespace quillon {
 
 namespace {
 
-/// The PATH that shells use when there is none.
+/// Shells use this PATH when there is none.
 constexpr std::string_view USUAL_PATH = "/usr/local/bin:/usr/bin:/bin";
 
 std::string pathBeginningWith(const std::string &folder)
@@ -100,7 +100,7 @@ private:
     ObjectRef<GSubprocess> process_;
     ObjectRef<GCancellable> cancellable_;
     std::atomic<bool> hasEnded_ = false;
-    /// The last member, since the thread uses the others from its start.
+    /// This is the last member, since the thread uses the others from its start.
     std::thread thread_;
 };
 

@@ -13,7 +13,8 @@ namespace quillon {
 
 namespace {
 
-/// The application that opens the file by default. Null when there is none or the item is gone.
+/// Returns the application that opens the file by default, or null when there is none or the item
+/// is gone.
 ObjectRef<GAppInfo> defaultApplication(GFile *file)
 {
     return ObjectRef<GAppInfo>(g_file_query_default_handler(file, nullptr, nullptr));

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char *GROUP = G_KEY_FILE_DESKTOP_GROUP;
-/// The key that some desktops' own settings write instead of "Hidden".
+/// The settings of some desktops write this key instead of "Hidden".
 constexpr const char *SWITCH = "X-GNOME-Autostart-enabled";
 constexpr int PRIVATE_FOLDER = 0700;
 
@@ -29,7 +29,7 @@ struct KeyFileFree
 };
 using KeyFile = std::unique_ptr<GKeyFile, KeyFileFree>;
 
-/// The path of the command that the user runs, found from the application that it executes.
+/// Returns the path of the command that the user runs, found from the running application.
 std::string command()
 {
     const fs::path bin = fs::path(ownProgramFolder()) / QUILLON_BIN_FROM_PROGRAMS;
@@ -44,7 +44,7 @@ std::vector<std::string> standardFolders()
     return folders;
 }
 
-/// One word of an "Exec" line.
+/// Returns one word of an "Exec" line.
 std::string execWord(std::string_view word)
 {
     constexpr std::string_view SPECIAL = "\"`$\\";

@@ -15,7 +15,7 @@
 
 namespace quillon {
 
-/// Is a key as the portal is asked for it: an id and the texts that describe the key.
+/// A key as the portal is asked for it: an id and the texts that describe the key.
 struct PortalShortcut
 {
     QString id;
@@ -59,7 +59,7 @@ QString sessionInterface()
     return portal::interfaceName(QStringLiteral("Session"));
 }
 
-/// Returns the form that the desktops' shortcut syntax has: "CTRL+ALT+space".
+/// Returns the key in the desktops' syntax for shortcuts, such as "CTRL+ALT+space".
 QString trigger(const KeyCombination &keys)
 {
     QString text;
@@ -115,7 +115,7 @@ PortalHotKey::~PortalHotKey()
 
 void PortalHotKey::registerApplication()
 {
-    // Newer portals tell programs outside a sandbox apart by this call. Older ones answer with an
+    // By this call, newer portals identify programs outside a sandbox. Older ones answer with an
     // error that does not matter.
     auto call = portal::methodCall(QStringLiteral("org.freedesktop.host.portal.Registry"),
                                    QStringLiteral("Register"));

@@ -22,8 +22,7 @@ class PortalHotKey : public QObject, public HotKey
     Q_OBJECT
 
 public:
-    /// The connection is that of the X display that the toolkit runs on, or null. It names the
-    /// keys.
+    /// The connection to the X display that the toolkit runs on, or null. It names the keys.
     explicit PortalHotKey(xcb_connection_t *connection);
     ~PortalHotKey() override;
 
@@ -54,7 +53,7 @@ private:
     void probe();
     void makeSession();
     void bindKeys();
-    /// Sends a call. A signal of an object of its own, which the token names, answers the call and
+    /// Sends a call. The answer is a signal of an object of its own, which the token names, and
     /// runs the slot.
     void request(const QDBusMessage &call, const QString &token, const char *slot);
     void forgetRequest();
@@ -68,11 +67,11 @@ private:
     std::optional<KeyCombination> wanted_;
     Told told_;
     std::function<void()> pressed_;
-    /// These are object paths, empty where there is none.
+    /// Object paths, which are empty when there is none.
     QString request_;
     const char *requestSlot_ = nullptr;
     QString session_;
-    /// The number makes the names of requests and sessions unique.
+    /// Makes the names of requests and sessions unique.
     int tokens_ = 0;
 };
 

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 constexpr auto LAYOUT_SETTLING = 50ms;
 /// A key that is held is released and pressed again within this time, in milliseconds.
 constexpr xcb_timestamp_t REPEAT_GAP = 1;
-/// A grab tells these modifiers apart. The state also holds buttons and the layout.
+/// A grab distinguishes these modifiers. The state also holds buttons and the layout.
 constexpr unsigned ALL_MODIFIERS = 0xFF;
 
 } // namespace
@@ -94,7 +94,7 @@ bool X11HotKey::grabAll()
             xcb_request_check(x_, cookie), &std::free);
         isWhole = isWhole && !error;
     }
-    // The key with NumLock alone would be worse than none.
+    // A key that works only without NumLock would be worse than none.
     if (!isWhole)
         ungrabAll();
     return isWhole;
@@ -135,8 +135,8 @@ bool X11HotKey::nativeEventFilter(const QByteArray &type, void *message, qintptr
         keyPressed(*static_cast<const xcb_key_press_event_t *>(message));
     else if (event->response_type == XCB_KEY_RELEASE)
         keyReleased(*static_cast<const xcb_key_release_event_t *>(message));
-    // Qt then notes the time of the event. Without it the window manager may refuse the keyboard to
-    // the window that is shown.
+    // Qt then notes the time of the event. Without that time, the window manager may refuse the
+    // keyboard to the window that is shown.
     return false;
 }
 

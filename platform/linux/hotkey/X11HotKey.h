@@ -22,10 +22,11 @@ class X11HotKey : public QObject, public HotKey, private QAbstractNativeEventFil
     Q_OBJECT
 
 public:
-    /// This time lies between two attempts, since nothing reports that a key has been let go.
+    /// The time between two attempts, since nothing reports that another program has released a
+    /// key.
     static constexpr std::chrono::milliseconds RETRY_INTERVAL{10'000};
 
-    /// The connection is Qt's and outlives this.
+    /// The connection is Qt's and outlives this object.
     explicit X11HotKey(xcb_connection_t *connection,
                        std::chrono::milliseconds retryInterval = RETRY_INTERVAL);
     ~X11HotKey() override;
@@ -48,7 +49,7 @@ private:
     bool grabAll();
     void ungrabAll();
     void readKeyboard();
-    /// Reports the outcome when it is another one than before.
+    /// Grabs the keys again and reports the outcome if it has changed.
     void grabAgain();
 
     xcb_connection_t *x_;
@@ -63,7 +64,8 @@ private:
     Outcome outcome_ = Outcome::impossible;
     std::vector<KeyGrab> grabs_;
     std::function<void()> pressed_;
-    /// A key that repeats is known by this time of the server, in milliseconds.
+    /// The server's time, in milliseconds, at which the key was released. A repeated press follows
+    /// it closely.
     std::optional<xcb_timestamp_t> released_;
 };
 

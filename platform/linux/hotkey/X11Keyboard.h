@@ -12,7 +12,7 @@
 
 namespace quillon {
 
-/// Holds the two numbers of an X key grab.
+/// The two numbers of an X key grab.
 struct KeyGrab
 {
     std::uint8_t keyCode;
@@ -20,18 +20,19 @@ struct KeyGrab
     std::uint16_t modifiers;
 };
 
-/// Describes the keyboard of an X display as it was when this object was made.
+/// The keyboard of an X display as it was when this object was made.
 class X11Keyboard
 {
 public:
     explicit X11Keyboard(xcb_connection_t *x);
 
-    /// Returns every grab that the combination takes: each key with the symbol, under each state of
-    /// the lock keys. There is none when no key has the symbol.
+    /// Returns every grab that the combination needs: each key with the symbol, under each state of
+    /// the lock keys. The list is empty when no key has the symbol.
     std::vector<KeyGrab> grabsFor(const KeyCombination &keys) const;
-    /// Returns what HotKey::keyName() returns.
+    /// Returns the name as HotKey::keyName() does.
     std::string keyName(std::uint32_t keyCode) const;
-    /// Returns true for an event that says that the keyboard has changed. Qt asks for these events.
+    /// Returns true for an event that reports that the keyboard has changed. Qt asks for these
+    /// events.
     bool isChangedBy(const xcb_generic_event_t &event) const;
 
 private:
@@ -43,10 +44,9 @@ private:
     void readModifiers(xcb_connection_t *x);
 
     std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap_{nullptr, &xkb_keymap_unref};
-    /// The events of the keyboard extension have this number, which is 0 where there is no
-    /// extension.
+    /// The number of the keyboard extension's events, or 0 when there is no extension.
     std::uint8_t extensionEvent_ = 0;
-    // The keyboard says which bit of the core protocol stands for which modifier.
+    // The bit of the core protocol for each modifier, which depends on the keyboard.
     std::uint16_t alt_ = XCB_MOD_MASK_1;
     std::uint16_t super_ = XCB_MOD_MASK_4;
     std::uint16_t numLock_ = 0;
@@ -54,7 +54,7 @@ private:
 
 /// Returns the symbol that a KeyCombination's key names, or XKB_KEY_NoSymbol.
 xkb_keysym_t symbolNamed(const std::string &key);
-/// Returns the key that a KeyCombination has for a symbol. It is empty for a modifier and for no
+/// Returns the KeyCombination's key for a symbol. The result is empty for a modifier and for no
 /// symbol.
 std::string nameOfSymbol(xkb_keysym_t symbol);
 

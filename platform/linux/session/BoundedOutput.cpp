@@ -19,7 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// So many bytes wait at most, which is as much as a pipe holds.
+/// The most bytes that wait, which is as much as a pipe holds.
 constexpr std::size_t MOST_WAITING = 65536;
 constexpr auto OUTPUT_DRAIN_TIME = 20ms;
 
@@ -28,7 +28,7 @@ void writeAll(int descriptor, const std::string &bytes)
     for (std::size_t written = 0; written < bytes.size();) {
         const ssize_t count = write(descriptor, bytes.data() + written, bytes.size() - written);
         if (count < 0 && errno != EINTR)
-            return; // the reader has gone
+            return; // the reader is gone
         written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     }
 }
@@ -59,7 +59,7 @@ BoundedOutput::BoundedOutput(int descriptor) : lines_(new Lines(descriptor)), fo
         // A thread that hangs is left behind with what it uses until the process ends.
         std::thread([lines = lines_] { carryOn(*lines); }).detach();
     } catch (const std::system_error &) {
-        // Without a thread the lines are written by whoever says them.
+        // Without a thread, stdout stays as it was, and writers wait for the reader.
         std::fclose(std::exchange(stream_, nullptr));
         return;
     }
@@ -92,7 +92,7 @@ ssize_t BoundedOutput::take(void *lines, const char *bytes, std::size_t count)
 
 void BoundedOutput::carryOn(Lines &lines)
 {
-    // The program does not end because its reader has gone.
+    // The program must not end because the reader of its output is gone.
     sigset_t ignored;
     sigemptyset(&ignored);
     sigaddset(&ignored, SIGPIPE);

@@ -7,15 +7,16 @@
 
 namespace quillon {
 
-/// Lets the program write to standard output without waiting for the reader. While this lives,
-/// stdout is a stream whose lines a thread passes on. Lines that the reader leaves beyond a limit
-/// are lost. There is at most one object at a time, and other threads write only while it lives.
+/// Lets the program write to standard output without waiting for the reader. While this object
+/// lives, stdout is a stream whose lines a thread passes on. Lines beyond a limit that the reader
+/// does not take are lost. There is at most one object at a time, and other threads write only
+/// while it lives.
 class BoundedOutput
 {
 public:
     /// The descriptor stays open as long as the process lives.
     explicit BoundedOutput(int descriptor);
-    /// Waits a moment for the lines that are left, and gives stdout its former meaning back.
+    /// Waits a moment for the remaining lines, and restores stdout.
     ~BoundedOutput();
     BoundedOutput(const BoundedOutput &) = delete;
     BoundedOutput &operator=(const BoundedOutput &) = delete;

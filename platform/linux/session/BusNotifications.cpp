@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-/// A server that takes longer counts as none. Starting one may take a second or two.
+/// A server that takes longer counts as missing. Starting one may take a second or two.
 constexpr int ANSWER_LIMIT = 5000; // milliseconds
 constexpr int USUAL_TIME_ON_SCREEN = -1;
 constexpr uint NO_FORMER_NOTIFICATION = 0;
@@ -50,8 +50,8 @@ BusNotifications::BusNotifications()
 
 void BusNotifications::show(const Notification &notification, std::function<void()> unavailable)
 {
-    // Servers that read markup want the characters of the text escaped, the others show it as it
-    // is.
+    // Servers that read markup expect the characters of the text to be escaped. The others show the
+    // text as it is.
     call(methodCall(QStringLiteral("GetCapabilities")),
          [this, notification,
           unavailable = std::move(unavailable)](const QDBusPendingCallWatcher &answer) {

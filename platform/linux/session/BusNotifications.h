@@ -12,8 +12,8 @@ class QDBusPendingCallWatcher;
 
 namespace quillon {
 
-/// Notifications by the desktop's server for them, org.freedesktop.Notifications on the session
-/// bus.
+/// Shows notifications through the desktop's server for them, org.freedesktop.Notifications on the
+/// session bus.
 class BusNotifications : public QObject, public Notifications
 {
     Q_OBJECT
@@ -34,7 +34,8 @@ private:
     void send(const Notification &notification, bool readsMarkup,
               std::function<void()> unavailable);
 
-    /// What the notifications that are still shown offer, by the server's numbers for them.
+    /// The actions that the notifications still on the screen offer, by the server's numbers for
+    /// them.
     std::unordered_map<uint, std::function<void()>> choices_;
 };
 

@@ -28,7 +28,7 @@ QString name(const char *text)
     return QString::fromLatin1(text);
 }
 
-/// Returns the token, of whose two names the newer one goes first.
+/// Returns the token, preferably under the newer of its two names.
 std::string activationToken(const QVariantMap &platformData)
 {
     for (const char *key : {BusNames::ACTIVATION_TOKEN, BusNames::STARTUP_ID}) {
@@ -41,7 +41,7 @@ std::string activationToken(const QVariantMap &platformData)
 
 } // namespace
 
-/// Is the interface on the bus. Qt reads the signatures of its methods.
+/// The interface on the bus. Qt reads the signatures of its methods.
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -55,7 +55,7 @@ public:
     // The interface prescribes these names. NOLINTBEGIN(readability-identifier-naming)
 public Q_SLOTS:
     void Activate(const QVariantMap &platformData) { pass("activate", platformData); }
-    /// Nothing is opened from outside, so this counts as a second start.
+    /// Other programs cannot have anything opened, so this counts as a second start.
     void Open(const QStringList &, const QVariantMap &platformData)
     {
         pass("activate", platformData);
@@ -82,7 +82,7 @@ private:
     std::function<void(const RemoteControl::Request &)> perform_;
 };
 
-/// Is a RemoteMatch in the types that the bus carries.
+/// A RemoteMatch in the types that the bus carries.
 struct BusMatch
 {
     using Range = std::pair<qlonglong, qlonglong>;
@@ -193,7 +193,7 @@ RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return Claim::unavailable;
-    // The object comes before the name, so that whoever sees the name is answered.
+    // The object is registered before the name, so that a process that sees the name gets answers.
     new ApplicationAdaptor(&object_, std::move(handlers.perform));
     if (handlers.find && handlers.status)
         new SearchAdaptor(&object_, background_, std::move(handlers.find),

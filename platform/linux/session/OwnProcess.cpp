@@ -12,7 +12,7 @@ namespace quillon {
 
 std::chrono::duration<double> OwnProcess::age()
 {
-    // proc(5): after the program's name in parentheses, the start comes as the 20th word.
+    // In proc(5), the start time is the 20th word after the program's name in parentheses.
     constexpr int WORDS_BEFORE = 19;
     std::ifstream file("/proc/self/stat");
     std::string line;

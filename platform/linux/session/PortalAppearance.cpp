@@ -57,7 +57,7 @@ void PortalAppearance::settingChanged(const QDBusMessage &signal)
 
 void PortalAppearance::setColorScheme(const QVariant &value)
 {
-    // The answer is wrapped in one variant more than the signal's value.
+    // The answer is wrapped in one more variant than the signal's value.
     QVariant scheme = value;
     while (scheme.canConvert<QDBusVariant>())
         scheme = scheme.value<QDBusVariant>().variant();

@@ -13,9 +13,9 @@
 
 #include <unistd.h>
 
-// The kernel hands a signal to the main thread wherever it can. While that one hangs on a disk, in
-// a call that no signal interrupts, no handler would run. So every thread holds the signals back,
-// and one that does nothing else waits for them.
+// The kernel gives a signal to the main thread whenever it can. While the main thread hangs on a
+// disk, in a call that no signal interrupts, no handler would run. So every thread blocks the
+// signals, and a thread that does nothing else waits for them.
 
 namespace quillon {
 
@@ -25,14 +25,14 @@ using namespace std::chrono;
 
 constexpr std::array SIGNALS{SIGTERM, SIGINT, SIGHUP};
 
-// These stay as they are until the process is gone, since threads may run to its very end.
+// These stay as they are until the process is gone, since threads may run until its very end.
 timer_t timer{};
 itimerspec limit{};
 bool isPrepared = false;
 std::atomic<bool> hasBegun = false;
 std::atomic<bool> isLeaving = false;
 
-/// Threads still run, and destructors of globals would take away what they use.
+/// Threads are still running, and the destructors of globals would destroy what they use.
 extern "C" void endUnlessExpected()
 {
     if (!hasBegun && !isLeaving)
@@ -83,7 +83,7 @@ ProgramEnd::ProgramEnd(milliseconds patience)
     try {
         std::thread([] { waitForSignals(*mainThread); }).detach();
     } catch (const std::system_error &) {
-        // Without a thread that waits for them the signals end the program as usual.
+        // Without a thread that waits for them, the signals end the program as usual.
         pthread_sigmask(SIG_UNBLOCK, &awaited, nullptr);
     }
 }

@@ -18,7 +18,7 @@ void MainTaskQueue::post(Task task)
 
 void MainTaskQueue::postDelayed(std::chrono::milliseconds delay, Task task)
 {
-    // A timer belongs to the thread that starts it, hence the hop.
+    // A timer belongs to the thread that starts it, so the queue's own thread starts it.
     post([this, delay, task = std::move(task)]() mutable {
         QTimer::singleShot(delay, Qt::PreciseTimer, &context_, std::move(task));
     });
@@ -44,7 +44,7 @@ void MainTaskQueue::close()
 PoolTaskQueue::PoolTaskQueue(int threads)
 {
     pool_.setMaxThreadCount(threads);
-    // A thread that has been had is kept: later the system may have none to give.
+    // A thread is kept once it has started, since the system may have none to give later.
     pool_.setExpiryTimeout(-1);
 }
 

@@ -17,7 +17,7 @@ public:
     void postDelayed(std::chrono::milliseconds delay, Task task) override;
     /// On the queue's own thread the task runs at once.
     bool postAndWait(Task task) override;
-    /// Drops the tasks that wait and every later one, so that nobody waits for a loop that has
+    /// Drops the waiting tasks and every later one, so that no thread waits for a loop that has
     /// ended. It is called on the thread that made the queue.
     void close() EXCLUDES(mutex_);
 
@@ -27,9 +27,9 @@ private:
     bool isClosed_ GUARDED_BY(mutex_) = false;
 };
 
-/// Runs tasks on threads of its own, and is a serial queue when it has one thread. The Qt loop of
-/// the thread that made the queue times the delays. The destructor drops the tasks that wait and
-/// joins the others.
+/// Runs tasks on threads of its own, and is a serial queue when it has one thread. Delays are timed
+/// by the Qt loop of the thread that made the queue. The destructor drops the waiting tasks and
+/// waits for the running ones.
 class PoolTaskQueue : public TaskQueue
 {
 public:
@@ -38,8 +38,8 @@ public:
 
     void post(Task task) override;
     void postDelayed(std::chrono::milliseconds delay, Task task) override;
-    /// Drops the tasks that wait and waits for the others. Returns false when they have not ended
-    /// in time. Nothing is posted afterwards.
+    /// Drops the waiting tasks and waits for the running ones. Returns false when they have not
+    /// ended in time. Nothing is posted afterwards.
     bool finish(std::chrono::milliseconds patience);
 
 private:

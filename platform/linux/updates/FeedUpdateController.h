@@ -19,8 +19,7 @@ class FeedUpdateController : public UpdateController
 public:
     struct Source
     {
-        /// The https address of the feed. It is empty in a build that asks nobody and starts
-        /// nothing.
+        /// The https address of the feed. It is empty in a build that checks for no updates.
         std::string feed;
         /// The 32 bytes of the makers' Ed25519 public key in base64.
         std::string publicKey;
@@ -31,14 +30,15 @@ public:
     {
         /// The path of the program fetch-feed.
         std::string program;
-        /// The whole answer has to come within this time.
+        /// The time within which the whole answer has to arrive.
         std::chrono::milliseconds patience = std::chrono::seconds(10);
-        /// A file of certificates to trust in place of the system's, which hold when it is empty.
+        /// A file of certificates to trust instead of the system's. If it is empty, the system's
+        /// are trusted.
         std::string authorities = {};
     };
 
     FeedUpdateController(Source source, Fetching fetching);
-    /// Ends a check that runs, and does not tell the delegate.
+    /// Ends a running check without calling the delegate.
     ~FeedUpdateController() override;
 
     void start(UpdateControllerDelegate &delegate) override;
@@ -53,7 +53,7 @@ private:
     void takeOutput();
     void processFinished(int exitCode, QProcess::ExitStatus status);
     Outcome readFeed() const;
-    /// Tells the delegate from the event loop, not within the call.
+    /// Calls the delegate from the event loop, not within this call.
     void finish(Outcome outcome);
 
     Source source_;

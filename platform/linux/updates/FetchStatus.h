@@ -9,7 +9,7 @@ enum class FetchStatus : int
     fetched = 0,
     /// The arguments were wrong.
     misused = 2,
-    // These mean what the values of NoUpdate mean.
+    // These mean the same as the values of NoUpdate.
     unreachable = 3,
     tooSlow = 4,
     insecure = 5,

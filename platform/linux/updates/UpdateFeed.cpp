@@ -18,7 +18,7 @@ namespace {
 template <std::size_t SIZE>
 using Bytes = std::array<unsigned char, SIZE>;
 
-/// The bytes are absent unless the text is base64 of exactly as many bytes.
+/// Returns the bytes, or nothing unless the text is base64 of exactly this many bytes.
 template <std::size_t SIZE>
 std::optional<Bytes<SIZE>> fromBase64(std::string_view text)
 {
@@ -31,7 +31,7 @@ std::optional<Bytes<SIZE>> fromBase64(std::string_view text)
     return bytes;
 }
 
-/// The address is empty unless it is an https address.
+/// Returns the address, which is empty unless it is an https address.
 std::string httpsLink(const QJsonValue &json)
 {
     const QUrl url(json.toString(), QUrl::StrictMode);

@@ -18,11 +18,11 @@ namespace quillon {
 
 constexpr std::size_t MAX_FEED_BYTES = std::size_t{256} * 1024;
 
-/// Holds the numbers of a version without the zeros at its end, so that they compare as versions do
-/// and 1.4 is 1.4.0.
+/// The numbers of a version without the zeros at its end, so that they compare as versions do and
+/// 1.4 equals 1.4.0.
 using VersionNumbers = std::vector<int>;
 
-/// Describes one release of a feed.
+/// One release of a feed.
 struct FeedRelease
 {
     VersionNumbers version;
@@ -30,15 +30,16 @@ struct FeedRelease
     UpdateItem item;
 };
 
-/// Returns exactly the bytes that the feed's signature vouches for. They are absent when it does
+/// Returns exactly the bytes that the feed's signature covers, or nothing when the signature does
 /// not match. The key is the 32 bytes of an Ed25519 public key in base64.
 std::optional<std::string_view> signedPart(std::string_view feed, std::string_view publicKey);
 
-/// Leaves out releases without a proper version, of another channel, or with a link that is not
-/// https. The list is absent when the text is no list of releases.
+/// Returns the releases, except those without a proper version, of another channel, or with a link
+/// that is not https. Returns nothing when the text is not a list of releases.
 std::optional<std::vector<FeedRelease>> readReleases(std::string_view json);
 
-/// The version is absent unless the text consists of whole numbers with dots between them.
+/// Returns the numbers, or nothing unless the text consists of whole numbers with dots between
+/// them.
 std::optional<VersionNumbers> readVersion(std::string_view text);
 
 /// Returns the newest release above the version, or null when there is none.

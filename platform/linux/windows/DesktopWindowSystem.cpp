@@ -21,7 +21,7 @@ namespace {
 constexpr std::uint32_t SOURCE_APPLICATION = 1;
 constexpr std::uint32_t SOURCE_USER = 2;
 
-/// Returns null where Qt does not run on X11.
+/// Returns null when Qt does not run on X11.
 xcb_connection_t *connection()
 {
     auto *x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -33,8 +33,8 @@ xcb_window_t root(xcb_connection_t *x)
     return xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
 }
 
-/// The X server's time of the user's action, which follows "_TIME" in the token. Zero, which means
-/// now, where the launcher gives none.
+/// Returns the X server's time of the user's action, which follows "_TIME" in the token. Returns
+/// zero, which means now, when the launcher gives none.
 std::uint32_t timeOf(std::string_view token)
 {
     constexpr std::string_view MARK = "_TIME";
@@ -147,8 +147,8 @@ void DesktopWindowSystem::activate(std::uintptr_t window, const std::string &act
         activateOnWayland(window, activationToken);
         return;
     }
-    // The toolkit gives the time of its own last event, which may be long ago. Window managers that
-    // prevent windows from taking the keyboard would refuse such a request.
+    // The toolkit gives the time of its own last event, which may be long ago. A window manager
+    // that prevents windows from taking the keyboard would refuse such a request.
     const auto id = static_cast<xcb_window_t>(window);
     const std::uint32_t time = timeOf(activationToken);
     tellWindowManager(x, root(x), id, xcbAtom(x, "_NET_ACTIVE_WINDOW"),

@@ -5,12 +5,12 @@
 
 namespace quillon {
 
-/// Activates windows and places them by X11 where Qt runs on X11, and passes on activation tokens
-/// on Wayland.
+/// Activates and places windows by X11 if Qt runs on X11, and passes on activation tokens on
+/// Wayland.
 class DesktopWindowSystem : public WindowSystem
 {
 public:
-    /// Returns whether there is an X display that accepts this process. Needs no application
+    /// Returns whether there is an X display that accepts this process. It needs no application
     /// object.
     static bool isReachable();
 

@@ -8,11 +8,11 @@
 
 namespace quillon {
 
-/// Sends strokes by the keyboard of an X display, as the keyboard is when this is made.
+/// Sends strokes through the keyboard of an X display, as the keyboard is when this object is made.
 class X11Strokes
 {
 public:
-    /// One stroke; the symbol of an ASCII letter is the letter.
+    /// One keystroke. The symbol of an ASCII letter is the letter.
     struct Stroke
     {
         std::uint32_t symbol = 0;
@@ -27,7 +27,8 @@ public:
     /// strokes.
     bool send(xcb_window_t window, const std::vector<Stroke> &strokes) const;
     /// Makes the display treat the stroke as one on the keyboard itself, so that it reaches the
-    /// window that has the keyboard. Also false while the user holds a key that would change it.
+    /// window that has the keyboard. Returns false also while the user holds a key that would
+    /// change the stroke.
     bool press(const Stroke &stroke) const;
 
 private:
@@ -38,8 +39,8 @@ private:
         std::uint16_t state = 0;
     };
     std::optional<Key> find(std::uint32_t symbol) const;
-    /// The modifiers and the layout that are in force now, as events carry them. Absent when the
-    /// server does not tell.
+    /// Returns the modifiers and the layout that are in force now, as events carry them. Returns
+    /// nothing when the server does not say.
     std::optional<std::uint16_t> heldState() const;
 
     xcb_connection_t *x_;

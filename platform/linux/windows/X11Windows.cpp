@@ -17,15 +17,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How many owners of a dialogue are followed, which also ends a circle of owners.
+/// The number of owners of a dialogue that are followed. It also ends a circle of owners.
 constexpr int LONGEST_TRANSIENCE = 8;
-/// The most that is read of a property, in units of four bytes. Longer texts and lists are cut off.
+/// The longest part of a property that is read, in units of four bytes. Longer texts and lists are
+/// cut off.
 constexpr std::uint32_t LONGEST_PROPERTY = 16384;
 /// The value that stands for every desktop.
 constexpr std::uint32_t ALL_DESKTOPS = 0xFFFFFFFF;
 /// The source of a request that window managers treat as the user's own, as from a pager.
 constexpr std::uint32_t SOURCE_PAGER = 2;
-/// The longest time between two tries, since an answer may depend on more than the watched
+/// The longest time between two attempts, since an answer may depend on more than the watched
 /// properties.
 constexpr auto LONGEST_SILENCE = 100ms;
 
@@ -55,7 +56,7 @@ bool contains(std::span<const std::uint32_t> words, std::uint32_t word)
     return std::ranges::find(words, word) != words.end();
 }
 
-/// WM_CLASS holds two texts, each with a zero at its end.
+/// Returns the second of the two texts in WM_CLASS, in lower case. Each text ends with a zero.
 std::string classPart(const std::string &property)
 {
     const std::size_t first = property.find('\0');
@@ -187,7 +188,7 @@ X11Windows::describe(const std::vector<std::uint32_t> &windows) const
                                                    atoms_->state,     atoms_->type,
                                                    atoms_->desktop,   atoms_->gtkObjectPath,
                                                    atoms_->gtkBusName};
-    // All questions are sent before the first answer is waited for.
+    // All requests are sent before we wait for the first answer.
     std::vector<std::array<xcb_get_property_cookie_t, COUNT>> cookies(windows.size());
     for (std::size_t i = 0; i < windows.size(); ++i)
         for (std::size_t p = 0; p < COUNT; ++p)

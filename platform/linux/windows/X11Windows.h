@@ -19,12 +19,12 @@ namespace quillon {
 struct DesktopWindow
 {
     std::uint32_t id = 0;
-    /// The process that the window belongs to; zero when unknown.
+    /// The process that the window belongs to; zero when it is unknown.
     pid_t process = 0;
     /// The second part of WM_CLASS, in lower case.
     std::string windowClass;
     std::string title;
-    /// The window's object path on the session bus; empty unless it is a GTK program's.
+    /// The window's object path on the session bus; empty unless it belongs to a GTK program.
     std::string gtkObjectPath;
     std::string gtkBusName;
     bool isMinimised = false;
@@ -42,21 +42,21 @@ public:
     X11Windows &operator=(const X11Windows &) = delete;
     ~X11Windows();
 
-    /// Returns whether these are the windows of all programs. False without X11, and false on
+    /// Returns whether these are the windows of all programs. Returns false without X11, and on
     /// Wayland, where only some programs still use X11.
     bool isComplete() const;
 
-    /// The window with the keyboard, or for a dialogue the window that it belongs to. Absent when
-    /// that is no ordinary window.
+    /// Returns the window that has the keyboard or, if that is a dialogue, the window that it
+    /// belongs to. Returns nothing when that is not an ordinary window.
     std::optional<DesktopWindow> active() const;
-    /// The very window that has the keyboard, be it a dialogue; 0 when there is none.
+    /// Returns the window that has the keyboard, even if it is a dialogue; 0 when there is none.
     std::uint32_t activeId() const;
-    /// The ordinary windows of the current desktop, the topmost first.
+    /// Returns the ordinary windows of the current desktop, the topmost first.
     std::vector<DesktopWindow> stacked() const;
-    /// All windows that the window manager knows, in the order they came.
+    /// Returns all windows that the window manager knows, in the order in which they came.
     std::vector<std::uint32_t> clients() const;
     std::string title(std::uint32_t window) const;
-    /// The process that the window belongs to; zero when unknown.
+    /// Returns the process that the window belongs to; zero when it is unknown.
     pid_t process(std::uint32_t window) const;
 
     struct Box
@@ -68,13 +68,14 @@ public:
 
         bool operator==(const Box &) const = default;
     };
-    /// The window's contents on the screen; absent when it has gone.
+    /// Returns the place of the window's contents on the screen, or nothing when the window is
+    /// gone.
     std::optional<Box> box(std::uint32_t window) const;
 
     /// Asks the window manager to raise the window and to give it the keyboard.
     void activate(std::uint32_t window) const;
-    /// Asks for the keyboard and waits until the window has it. False when the deadline passes
-    /// first.
+    /// Asks for the keyboard and waits until the window has it. Returns false when the deadline
+    /// passes first.
     bool activate(std::uint32_t window, Deadline deadline) const;
     /// Asks the window to close as its own button does.
     void close(std::uint32_t window) const;
@@ -82,11 +83,11 @@ public:
     using Stroke = X11Strokes::Stroke;
     /// Sends the strokes to the window by X11Strokes::send().
     bool type(std::uint32_t window, const std::vector<Stroke> &strokes) const;
-    /// Presses the stroke by X11Strokes::press(). Also false when the window does not have the
-    /// keyboard.
+    /// Presses the stroke by X11Strokes::press(). Returns false also when the window does not have
+    /// the keyboard.
     bool press(std::uint32_t window, const Stroke &stroke) const;
 
-    /// Asks for the answer until it is true or the deadline has passed, again each time that a
+    /// Calls answer() until it returns true or the deadline has passed, again each time that a
     /// property of the window or of the root window changes. Returns the last answer.
     bool waitUntil(std::uint32_t window, const std::function<bool()> &answer,
                    Deadline deadline) const;
