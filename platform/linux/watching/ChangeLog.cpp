@@ -8,8 +8,8 @@ namespace quillon {
 
 namespace {
 
-/// Calls visit with each folder above an absolute path, "/" first, until it answers true. False
-/// when it never did.
+/// Calls visit with each folder above an absolute path, "/" first, until it returns true. Returns
+/// false if it never does.
 template <typename Visit>
 bool anyAbove(std::string_view path, const Visit &visit)
 {
@@ -77,7 +77,7 @@ ChangeLog::Entry *ChangeLog::covering(std::string_view path)
 std::vector<ChangeLog::Change> ChangeLog::take(Clock::time_point now)
 {
     std::erase_if(told_, [now](const auto &told) { return now - told.second.at > SETTLED; });
-    // A folder that is covered itself covers nothing that its own cover does not.
+    // A covered folder covers only what its own cover covers too.
     for (auto &[path, entry] : entries_)
         if (Entry *cover = covering(path))
             cover->flags |= entry.flags;

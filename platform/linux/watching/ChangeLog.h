@@ -12,7 +12,7 @@ namespace quillon {
 
 class WatchFilter;
 
-/// What a flush has found to tell. Not locked.
+/// The changes that a flush has found and will report. Not locked.
 class ChangeLog
 {
 public:
@@ -28,25 +28,24 @@ public:
         nothing,
         /// A file, or a folder that is not entered.
         item,
-        /// Whoever is told of it looks at everything below as well.
+        /// The receiver of the report also checks everything below the folder.
         folder,
     };
 
     explicit ChangeLog(const WatchFilter &items) : items_(items) {}
 
     void add(const std::string &path, Found found, std::uint32_t flags = 0);
-    /// Adds the path only when the index disagrees, or may be about to.
+    /// Adds the path only if the index disagrees, or may be about to.
     void compare(const std::string &path, Found found, std::uint32_t flags = 0);
-    /// Adds again what was told lately at or below the path: another folder may have stood there
-    /// while the receiver looked.
+    /// Adds again what was recently reported at or below the path, since another folder may have
+    /// been there while the receiver checked it.
     void tellAgain(std::string_view path);
-    /// Returns whether an update that looked at the path on the disk earlier may not have reached
-    /// the index yet.
+    /// Returns whether an update that read the path earlier may not have reached the index yet.
     bool wasToldLately(std::string_view path) const;
-    /// The names in a folder at or below which something was told lately.
+    /// Returns the names in a folder at or below which something was recently reported.
     std::set<std::string> namesToldLately(std::string_view folder) const;
-    /// Everything added since, in byte order of the paths, without what is below a folder that is
-    /// told itself.
+    /// Returns everything added since the last call, in byte order of the paths, without what is
+    /// below a folder that is itself reported.
     std::vector<Change> take(Clock::time_point now);
 
 private:
@@ -64,7 +63,7 @@ private:
         Clock::time_point at;
     };
 
-    /// The topmost folder above the path that is told itself, or null.
+    /// Returns the topmost folder above the path that is itself reported, or null.
     Entry *covering(std::string_view path);
 
     const WatchFilter &items_;

@@ -34,24 +34,24 @@ struct CrawledFolder
     std::uint64_t items = 0;
 };
 
-/// Everything that a crawl has noted. Nothing changes it any more, so every thread may read it.
+/// Everything that a crawl has noted. It no longer changes, so every thread may read it.
 class CrawledTree
 {
 public:
     using Folder = CrawlRecord::Folder;
 
-    /// It is called with the folder above, which comes first, and the name in it; for a root with
-    /// NONE and the path. Returns the folder's place, or NONE where nothing below it is wanted.
+    /// It is called with a folder's parent, whose own call comes first, and its name; for a root
+    /// with NONE and the path. Returns the folder's place, or NONE when nothing below it is wanted.
     using Enter = std::function<WatchTree::Id(WatchTree::Id parent, std::string_view name,
                                               const CrawledFolder &folder)>;
-    /// It is called with a folder and the name of one in it that the crawl could not open, or
-    /// without a name where it could not list the folder itself.
+    /// It is called with a folder and the name of a subfolder that the crawl could not open, or
+    /// without a name when the crawl could not list the folder itself.
     using Missed = std::function<void(WatchTree::Id folder, const std::string &name)>;
-    /// Goes through the folders at or below some paths, and then through what was missed there.
+    /// Visits the folders at or below some paths, and then what was missed there.
     void visit(const std::vector<std::string> &roots, const Enter &enter,
                const Missed &missed) const;
 
-    /// Nanoseconds since 1970 at which the crawl began.
+    /// Returns the nanoseconds since 1970 at which the crawl began.
     std::int64_t beganAt() const { return beganAt_; }
 
 private:
@@ -75,7 +75,7 @@ private:
     {
         return books_[bookOf(folder)].folders[indexOf(folder)];
     }
-    /// The path of a root, or else the folder's name.
+    /// Returns the path of a root, or the name of any other folder.
     std::string_view nameOf(Folder folder) const;
     std::string pathOf(Folder folder) const;
 
@@ -85,8 +85,8 @@ private:
     std::vector<std::pair<Folder, std::string>> missed_;
 };
 
-/// What the threads of a crawl note of the folders that they list. Each thread writes to a book of
-/// its own, so that none waits for another. Safe from every thread.
+/// The notes that the threads of a crawl take of the folders that they list. Each thread writes to
+/// a book of its own, so that none waits for another. Safe from every thread.
 class CrawlNotes final : public CrawlRecord
 {
 public:
@@ -98,7 +98,7 @@ public:
     void notListed(Folder folder) override;
     void notEntered(Folder parent, std::string_view name) override;
 
-    /// Hands everything over; nothing is noted from now on. Null when this was done before.
+    /// Hands everything over; later notes are dropped. Returns null when this was done before.
     std::shared_ptr<const CrawledTree> take();
 
 private:

@@ -12,7 +12,7 @@
 
 namespace quillon {
 
-/// The way from the watching threads to the receiver of a stream. Safe from every thread.
+/// Passes changes from the watching threads to the receiver of a stream. Safe from every thread.
 class EventDelivery : public std::enable_shared_from_this<EventDelivery>
 {
 public:
@@ -20,7 +20,8 @@ public:
     EventDelivery(FSEventStreamCallback callback, void *info,
                   std::shared_ptr<std::atomic<std::uint64_t>> lastID);
 
-    /// Where the callback runs; outlives this or stop().
+    /// Sets the queue on which the callback runs. The queue outlives this object or the call of
+    /// stop().
     void setQueue(TaskQueue &queue) EXCLUDES(mutex_);
     bool hasQueue() const EXCLUDES(mutex_);
     /// Posts the changes as one batch, if there are any.
@@ -28,7 +29,7 @@ public:
     /// After this call nothing is posted, and no callback begins.
     void stop() EXCLUDES(mutex_);
     void exclude(const std::vector<std::string> &paths) EXCLUDES(mutex_);
-    /// The number of the last event that was posted; 0 before the first.
+    /// Returns the number of the last event that was posted; 0 before the first.
     std::uint64_t latestID() const { return latestID_; }
 
 private:
@@ -48,7 +49,7 @@ private:
     std::atomic<std::uint64_t> latestID_ = 0;
     std::atomic<bool> stopped_ = false;
 
-    /// It is held while a batch is numbered and posted, so that IDs rise in the queue.
+    /// Held while a batch is numbered and posted, so that IDs rise in the queue.
     mutable Mutex mutex_;
     TaskQueue *queue_ GUARDED_BY(mutex_) = nullptr;
     std::vector<std::string> excluded_ GUARDED_BY(mutex_);

@@ -8,22 +8,23 @@
 
 namespace quillon {
 
-/// Flushes that are asked of a thread, and those who wait for them. Safe from every thread.
+/// The flushes that other threads ask for, and the threads that wait for them. Safe from every
+/// thread.
 class FlushRequests
 {
 public:
-    /// Counts from one.
+    /// Flushes are numbered from one.
     using Number = std::uint64_t;
 
     Number add() EXCLUDES(mutex_);
-    /// The latest that has not been carried out, which stands for those before; absent when all
-    /// have been.
+    /// Returns the latest flush that has not been carried out, which stands for the earlier ones
+    /// too, or nothing when all have been.
     std::optional<Number> pending() const EXCLUDES(mutex_);
-    /// All up to this one have been carried out.
+    /// Says that all flushes up to this one have been carried out.
     void done(Number number) EXCLUDES(mutex_);
     /// Ends every wait, since no flush will be carried out any more.
     void end() EXCLUDES(mutex_);
-    /// Returns when that one has been carried out, at the end, or when the patience is over.
+    /// Waits until this flush has been carried out, until end(), or until the patience is over.
     void wait(Number number, std::optional<std::chrono::milliseconds> patience) EXCLUDES(mutex_);
 
 private:

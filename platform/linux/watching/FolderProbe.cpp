@@ -40,7 +40,8 @@ FolderProbe probeFolder(const std::string &path, bool followsLink)
     if (!place)
         return failedProbe(errno);
     struct statx status = {};
-    // Attributes as the file system keeps them: a cached answer would hide a server's changes.
+    // The attributes are read as the file system keeps them, since a cached answer would hide a
+    // server's changes.
     const int flags =
         AT_NO_AUTOMOUNT | AT_STATX_SYNC_AS_STAT | (followsLink ? 0 : AT_SYMLINK_NOFOLLOW);
     if (::statx(place->folder.get(), place->path, flags, STATX_TYPE | STATX_STAMP, &status) != 0)
@@ -83,7 +84,7 @@ bool isOnPseudoFileSystem(const std::string &path)
     const auto place = shorten(path);
     if (!place)
         return false;
-    // O_DIRECTORY is left out, so that nothing is mounted by asking.
+    // O_DIRECTORY is left out, since with it the call could mount something.
     const Descriptor folder = openAt(place->folder.get(), place->path, O_PATH | O_CLOEXEC);
     struct statfs status = {};
     return folder && ::fstatfs(folder.get(), &status) == 0 &&

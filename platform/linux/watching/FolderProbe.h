@@ -9,36 +9,36 @@
 
 namespace quillon {
 
-/// What stands at a path.
+/// What was found at a path.
 struct FolderProbe
 {
     FolderLister::Kind kind = FolderLister::Kind::nothing;
-    /// The stamp is known for a folder only.
+    /// The stamp, which is known only for a folder.
     FolderStamp stamp;
 
     bool isFolder() const { return kind == FolderLister::Kind::folder; }
-    /// The file system has not answered, so what stands there is as it was.
+    /// Returns true when the file system has not answered, so that nobody knows what is there.
     bool isUnknown() const { return kind == FolderLister::Kind::unknown; }
 };
 
-/// Looks at an absolute path of any length without opening what is there.
+/// Examines an absolute path of any length without opening what is there.
 FolderProbe probeFolder(const std::string &path, bool followsLink);
 
 enum class Listing
 {
     complete,
-    /// The folder is gone, or is no folder any more.
+    /// The folder is gone, or is not a folder any more.
     gone,
-    /// The folder may not be read, descriptors are short, or the disk fails: worth another try
-    /// later.
+    /// The folder may not be read, there are too few descriptors, or the disk fails. Another
+    /// attempt may succeed later.
     failed,
 };
 
-/// Hands over the names in a folder. They are valid for the call only.
+/// Hands over the names in a folder, which are valid only during the call.
 Listing listFolder(const std::string &path, bool followsLink,
                    const std::function<void(const FolderEntry &entry)> &receive);
 
-/// Returns whether a folder of a local disk shows the state of the kernel and no files of anyone.
+/// Returns whether a folder of a local disk shows the state of the kernel and holds nobody's files.
 bool isOnPseudoFileSystem(const std::string &path);
 
 } // namespace quillon

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 constexpr FolderSweep::Clock::duration SLICE = 5ms;
 constexpr FolderSweep::Clock::duration PAUSE = 45ms;
-/// A sweep takes one part in so many of the time.
+/// A sweep takes one part in this many of the time.
 constexpr int SHARE = 200;
 
 } // namespace
@@ -68,7 +68,7 @@ void FolderSweep::lookAt(Id id)
 {
     WatchTree &tree = folders_.tree();
     const auto *known = std::as_const(folders_).unwatched(id);
-    // Ids are used again.
+    // The id may belong to another folder by now.
     if (known == nullptr || known->isClosed || !tree.isLive(id))
         return;
     if (!verifier_.lookAt(id) && tree.isLive(id) && !tree.isRoot(id))

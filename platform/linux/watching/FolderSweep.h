@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-/// Looks at folders by their stamps: now and then at those without a watch, and at all of them when
+/// Checks folders by their stamps: from time to time those without a watch, and all of them when
 /// events were lost. Not locked.
 class FolderSweep
 {
@@ -27,14 +27,15 @@ public:
         : folders_(folders), verifier_(verifier), pace_(pace)
     {}
 
-    /// The time of the next look; the end of time when nothing has to be looked at.
+    /// Returns the time of the next check, which is the end of time when there is nothing to check.
     Clock::time_point due() const;
-    /// Goes on with a sweep, or begins one, for a few milliseconds. True when it has reached its
-    /// end.
+    /// Continues a sweep, or begins one, for a few milliseconds. Returns true when the sweep has
+    /// come to its end.
     bool goOn(Clock::time_point now);
-    /// Looks at every unwatched folder at once.
+    /// Checks every unwatched folder at once.
     void lookAtAll();
-    /// Looks at every folder; lists those that have changed since then, or all of them.
+    /// Checks every folder. Lists those that have changed since that time, or all of them if no
+    /// time is given.
     void afterLoss(std::optional<std::int64_t> since, std::uint32_t flags,
                    const std::function<bool()> &goesOn);
 
@@ -45,7 +46,7 @@ private:
     WatchedFolders &folders_;
     FolderVerifier &verifier_;
     const Pace pace_;
-    /// Still to be looked at in this sweep, in reverse.
+    /// The folders that this sweep has still to check, in reverse order.
     std::vector<Id> left_;
     Clock::duration spent_{};
     Clock::time_point next_{};

@@ -60,7 +60,8 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
         const auto what = counts ? ChangeLog::Found::item : ChangeLog::Found::nothing;
         if (child == WatchTree::NONE && items_.includesFile(name))
             flags |= ITEM_IS_FILE;
-        // A file in the place of a folder leaves what was below the folder to be forgotten.
+        // The index still has to forget what was below the folder, so a file in its place is
+        // reported in any case.
         if (child != WatchTree::NONE && counts)
             changes_.add(path, what, flags);
         else
@@ -69,7 +70,7 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
     }
     if (child != WatchTree::NONE) {
         if (keepIfSame(child, path, found)) {
-            // It may have been away while the receiver looked.
+            // The folder may have been away while the receiver checked it.
             changes_.compare(path, ChangeLog::Found::folder);
             return;
         }
@@ -129,7 +130,7 @@ bool FolderVerifier::keepIfSame(Id id, const std::string &path, const FolderProb
     }
     if (seen.mayGetWatch())
         askAgain(id);
-    // What happened between the look and the watch shows in a second look.
+    // A second look shows what happened between the first look and the watch.
     const bool isArmed = seen.watch != WatchTree::NO_WATCH;
     const bool isChanged = hasChanged(id, isArmed ? probeFolder(path, tree_.isRoot(id)) : found);
     if (isArmed) {
@@ -231,7 +232,7 @@ bool FolderVerifier::armOne(const WatchedFolders::Listed &listed)
         return false;
     }
     folders_.record(listed.id, seen);
-    // Another folder in its place has another stamp, as have those below it.
+    // Another folder in its place has another stamp, and so have the folders below it.
     const FolderStamp &now = seen.probe.stamp;
     const bool isSame = !listed.stamp.isKnown() || listed.stamp == now;
     if (!isSame || !folders_.isTrusted(now)) {
@@ -244,7 +245,7 @@ bool FolderVerifier::armOne(const WatchedFolders::Listed &listed)
 void FolderVerifier::armInOrder(const std::vector<Id> &ids)
 {
     std::vector<Id> others;
-    // A listing would give the watches to what is below.
+    // Listing them at once would give the watches to the folders below.
     const bool wasReconciling = std::exchange(isReconciling_, true);
     for (const Id id : ids) {
         if (!tree_.isLive(id) || folders_.unwatched(id) == nullptr || !hooks_.goesOn())
@@ -316,7 +317,7 @@ std::optional<WatchTree::Id> FolderVerifier::adoptRoot(const std::string &path)
     return id;
 }
 
-/// What stands in the folder's place is looked at again.
+/// Whatever took the folder's place is checked again.
 void FolderVerifier::askAgain(Id id)
 {
     if (tree_.isRoot(id))
@@ -327,7 +328,8 @@ void FolderVerifier::askAgain(Id id)
 
 void FolderVerifier::adopt(Id id, std::optional<std::int64_t> since)
 {
-    // Breadth first, so that a short budget goes to the folders nearest to the root.
+    // The order is breadth first, so that a small budget is spent on the folders nearest to the
+    // roots.
     std::deque<Id> adopted{id};
     while (!adopted.empty() && hooks_.goesOn()) {
         const Id next = adopted.front();
@@ -392,7 +394,8 @@ void FolderVerifier::reconcile(Id id, std::uint32_t flags)
     reconcilePending();
 }
 
-/// The folders are taken one after the other: a tree may be deeper than the stack.
+/// The folders are listed one after the other without recursion, since a tree may be deeper than
+/// the stack.
 void FolderVerifier::reconcilePending()
 {
     if (std::exchange(isReconciling_, true))
@@ -410,7 +413,7 @@ void FolderVerifier::reconcilePending()
 void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
 {
     const std::string path = tree_.path(id);
-    // The stamp before the listing: what happens meanwhile shows in the next one.
+    // The stamp is taken before the listing. What happens meanwhile shows in the next stamp.
     const FolderState before = folders_.sight(path, tree_.isRoot(id), false);
     if (hooks_.beforeListing)
         hooks_.beforeListing(path);
@@ -449,7 +452,7 @@ void FolderVerifier::reconcileOne(Id id, std::uint32_t flags)
     }
 }
 
-/// Tells the items that the index lacks. Returns the sum of itemHash() over them.
+/// Reports the items that the index lacks. Returns the sum of itemHash() over all items.
 std::uint64_t FolderVerifier::tellNewItems(Id id, const Content &content)
 {
     std::uint64_t sum = 0;

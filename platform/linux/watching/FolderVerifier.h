@@ -21,7 +21,7 @@ namespace quillon {
 
 class WatchFilter;
 
-/// Compares folders with the disk: brings the tree up to date and notes what is to be told. Not
+/// Compares folders with the disk, brings the tree up to date and notes what is to be reported. Not
 /// locked.
 class FolderVerifier
 {
@@ -32,31 +32,31 @@ public:
     {
         /// It is called between the arming and the listing of a folder.
         std::function<void(const std::string &path)> beforeListing;
-        /// It is called between folders. False when all this is to end.
+        /// It is called between folders. Returns false when the work is to end.
         std::function<bool()> goesOn;
         /// A remote file system begins in a folder that is entered.
         std::function<void(const std::string &path)> onRemote;
     };
 
-    /// A place that was looked at by its path: a name in a folder, or with an empty name what the
-    /// folder holds.
+    /// A place that was checked by its path: a name in a folder or, with an empty name, the content
+    /// of the folder.
     using Look = RetryList::Question;
 
     /// Questions that the disk does not answer go to the retries.
     FolderVerifier(WatchedFolders &folders, const WatchFilter &items, ChangeLog &changes,
                    RetryList &retries, const MountTable *mounts, Hooks hooks);
 
-    /// Looks at one name in a folder.
+    /// Checks one name in a folder.
     void verify(Id parent, std::string_view name, std::uint32_t flags = 0);
-    /// Lists a folder that has changed and looks at all of its names.
+    /// Lists a folder that has changed and checks all of its names.
     void reconcile(Id id, std::uint32_t flags = 0);
-    /// Looks at an unwatched folder, and lists it when its stamp has changed. False when it is not
-    /// there any more, or is another one.
+    /// Checks an unwatched folder, and lists it when its stamp has changed. Returns false when the
+    /// folder is gone or another one is in its place.
     bool lookAt(Id id);
     /// Enters a root that a crawl has listed and asks for its watch.
     Id enterRoot(const std::string &path, const CrawledFolder &crawled);
-    /// Enters a folder that a crawl has listed; armListed() then asks for its watch. NONE when
-    /// nothing below it is entered.
+    /// Enters a folder that a crawl has listed; armListed() then asks for its watch. Returns NONE
+    /// when nothing below it is entered.
     Id enter(Id parent, std::string_view name, const CrawledFolder &crawled);
     /// Arms the folders that a crawl has listed, as far as the budget goes, and lists those again
     /// that have changed since.
@@ -68,17 +68,17 @@ public:
     /// the budget goes, and lists it if it has changed unseen. Returns false, and does nothing, if
     /// another folder was found.
     bool keepIfSame(Id id, const std::string &path, const FolderProbe &found);
-    /// Enters a root. NONE when it has just gone; absent when the disk did not answer.
+    /// Enters a root. Returns NONE when it has just gone, and nothing when the disk did not answer.
     std::optional<Id> adoptRoot(const std::string &path);
-    /// Lists a folder and everything below it as if for the first time. Everything in it that
-    /// changed at this time or later is told, if there is one.
+    /// Lists a folder and everything below it as if for the first time. If a time is given,
+    /// everything in it that has changed since then is reported.
     void adopt(Id id, std::optional<std::int64_t> since = {});
-    /// Everything that was looked at since the last call. Each look was right only if the folders
-    /// above were in their places all the while.
+    /// Returns everything that was checked since the last call. Each check was right only if the
+    /// folders above were in their places all the while.
     std::vector<Look> takeLooks() { return std::exchange(looks_, {}); }
 
 private:
-    /// What begins at a path in a folder of the tree.
+    /// The kind of mount boundary at a path in a folder of the tree.
     enum class MountBoundary
     {
         none,
@@ -88,11 +88,11 @@ private:
         /// The disk did not answer.
         unknown,
     };
-    /// What is in a folder, as far as it counts.
+    /// The content of a folder, as far as it counts.
     struct Content
     {
         std::vector<std::string> folders;
-        /// Files, and folders that are not entered.
+        /// The files, and the folders that are not entered.
         std::vector<std::string> items;
         /// The sum of itemHash() over the items.
         std::uint64_t itemsHash = 0;
@@ -101,7 +101,7 @@ private:
     MountBoundary borderAt(Id parent, std::string_view name) const;
     Listing list(Id id, const std::string &path, Content &content) const;
     void adoptChildren(Id id, std::deque<Id> &adopted, std::optional<std::int64_t> since);
-    /// Returns NONE when there is no folder any more; absent when the disk did not answer.
+    /// Returns NONE when there is no folder any more, and nothing when the disk did not answer.
     std::optional<Id> admit(Id parent, std::string_view name, const std::string &path);
     void askAgain(Id id);
     void close(Id id, MountBoundary border, const std::string &path, const FolderStamp &stamp);
@@ -120,7 +120,7 @@ private:
     const WatchFilter &items_;
     ChangeLog &changes_;
     RetryList &retries_;
-    /// It is null where mounts do not matter.
+    /// Null when mounts do not matter.
     const MountTable *const mounts_;
     const Hooks hooks_;
     /// These folders are still to be listed.

@@ -75,7 +75,7 @@ using namespace std::chrono_literals;
 
 constexpr auto RETRY_BUDGET = 1h;
 constexpr std::size_t LARGEST_BUDGET = 524'288;
-/// More flushes than this do not follow a requested one where folders never stand still.
+/// At most this many flushes follow a requested one when folders never stop changing.
 constexpr int MOST_FLUSHES = 10;
 
 Descriptor openMountInfo(FolderWatcher::Kind kind)
@@ -92,7 +92,7 @@ std::size_t budgetOf(const InotifyOptions &options, const InotifyQueue &queue)
     return options.watchBudget.value_or(std::min(maxUserWatches() / 2, LARGEST_BUDGET));
 }
 
-/// What poll() takes: rounded up, so that the time has come when it returns.
+/// Returns the milliseconds for poll(), rounded up, so that the time has come when poll() returns.
 int millisecondsUntil(std::chrono::steady_clock::time_point time)
 {
     if (time == std::chrono::steady_clock::time_point::max())
@@ -119,7 +119,7 @@ FolderWatcher::~FolderWatcher() = default;
 
 bool FolderWatcher::start()
 {
-    // Nobody could wake or end a thread without it.
+    // Without the descriptor, no other thread could wake or end this one.
     if (!wakeUp_)
         return false;
     try {
@@ -140,7 +140,7 @@ void FolderWatcher::run()
     end();
 }
 
-/// Sleeps until there is something to do. False when all is over.
+/// Sleeps until there is something to do. Returns false when the thread is to end.
 bool FolderWatcher::wait()
 {
     std::array<pollfd, 3> files{};
@@ -202,7 +202,7 @@ void FolderWatcher::begin()
         deadline_ = Clock::now() + stream_.latency;
 }
 
-/// What the crawl has noted is not needed again: it takes 10 MB with 300,000 folders.
+/// The notes of the crawl are not needed again. With 300,000 folders they take 10 MB.
 void FolderWatcher::endBeginning()
 {
     isBeginning_ = false;
@@ -221,7 +221,7 @@ void FolderWatcher::flushIfDue()
         return;
     deadline_ = Clock::time_point::max();
     loop_->flush(requested ? WatchLoop::Extent::everything : WatchLoop::Extent::marked);
-    // Whoever has asked gets what could be said after a look at folders that stand still.
+    // A requested flush reports what is found once the folders have stopped changing.
     for (int more = 0; requested && more < MOST_FLUSHES && loop_->hasDirt() && !stopping_; ++more)
         loop_->flush(WatchLoop::Extent::marked);
     publish();
@@ -275,7 +275,7 @@ void FolderWatcher::deliver()
         stream_.delivery->deliver(loop_->takeChanges());
 }
 
-/// During long work events are read all the same, or the kernel's queue would fill.
+/// During long work events are still read, since the kernel's queue would fill otherwise.
 bool FolderWatcher::goesOn()
 {
     if (Clock::now() >= readNext_) {
@@ -316,7 +316,7 @@ void FolderWatcher::reportShortage()
                         std::to_string(maxUserWatches()));
 }
 
-/// Closing the queue takes its time, so that nobody else shall do it.
+/// Closing the queue takes time, so this thread does it and no other has to wait.
 void FolderWatcher::end()
 {
     loop_.reset();

@@ -22,9 +22,9 @@
 
 namespace quillon {
 
-/// A thread that watches folders, as a stream. It begins with what a crawl has listed. Folders on
-/// remote file systems are handed to another watcher of this kind, so that a server that does not
-/// answer holds up nothing else. Safe from every thread.
+/// A thread that watches folders for a stream. It begins with what a crawl has listed. Folders on
+/// remote file systems are passed to another watcher of this kind, so that a server that does not
+/// answer delays nothing else. Safe from every thread.
 ///
 /// The thread holds the watcher too, and nobody waits for the thread to end.
 class FolderWatcher : public std::enable_shared_from_this<FolderWatcher>
@@ -40,9 +40,9 @@ public:
         std::vector<std::string> roots;
         std::chrono::steady_clock::duration latency{};
         std::uint32_t rootFlags = 0;
-        /// What a crawl of the roots has listed; null when nobody has crawled them.
+        /// The folders that a crawl of the roots has listed; null when nobody has crawled them.
         std::shared_ptr<const CrawledTree> crawled;
-        /// Changes count from this time on where nobody has crawled the roots.
+        /// If nobody has crawled the roots, changes count from this time on.
         std::optional<std::int64_t> quietSince;
         std::shared_ptr<EventDelivery> delivery;
     };
@@ -51,35 +51,36 @@ public:
                   Stream stream);
     ~FolderWatcher();
 
-    /// Begins to watch and to deliver changes. False where there can be no thread.
+    /// Begins to watch and to deliver changes. Returns false when the system has no thread to give.
     bool start();
-    /// Lets the thread end, which then gives all watches back.
+    /// Tells the thread to end, which then releases all watches.
     void stop() EXCLUDES(mailMutex_);
     FlushRequests::Number requestFlush();
-    /// Returns when that flush has been delivered, when the thread ends, or after that time.
+    /// Waits until that flush has been delivered, until the thread ends, or until that time has
+    /// passed.
     void waitForFlush(FlushRequests::Number number,
                       std::optional<std::chrono::milliseconds> patience)
     {
         flushes_.wait(number, patience);
     }
-    /// The watcher of remote folders; null when there have been none.
+    /// Returns the watcher of remote folders; null when there have been none.
     std::shared_ptr<FolderWatcher> remote() const EXCLUDES(mailMutex_);
 
     FSEventStatus status() const;
-    /// The memory in bytes that the folders take here, as of the last flush.
+    /// Returns the bytes of memory that the folders took at the last flush.
     std::size_t bytes() const { return bytes_; }
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    /// What the local watcher tells the remote one.
+    /// An order from the local watcher to the remote one.
     struct RootOrder
     {
         enum class What
         {
             hasCome,
             hasGone,
-            /// The roots that were there at the beginning have all come.
+            /// All roots that were there at the beginning have been ordered.
             isBegun,
         };
         What what;
@@ -119,7 +120,7 @@ private:
     std::atomic<std::size_t> budget_ = 0;
     std::atomic<std::size_t> bytes_ = 0;
 
-    /// What follows is the thread's own once it has started.
+    /// Only the thread uses the fields below once it has started.
     Stream stream_;
     std::unique_ptr<InotifyQueue> queue_;
     std::unique_ptr<WatchLoop> loop_;

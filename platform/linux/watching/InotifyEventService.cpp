@@ -18,7 +18,7 @@ constexpr std::uint32_t ROOT_CHANGED = 0x20;
 InotifyEventService::InotifyEventService(InotifyOptions options)
     : options_(std::move(options)), lastID_(std::make_shared<std::atomic<std::uint64_t>>(0))
 {
-    // The shortage lasts, so it is said once.
+    // The shortage lasts, so it is reported only once.
     const auto report = options_.report ? options_.report : [](const std::string &line) {
         std::cerr << "quillon: " + line + "\n";
     };

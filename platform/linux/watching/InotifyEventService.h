@@ -9,9 +9,8 @@
 
 namespace quillon {
 
-/// Watches folders by inotify, and by looking at them now and then where that does not reach.
-///
-/// FolderWatcher.cpp says how.
+/// Watches folders by inotify and, where inotify does not reach, by checking them from time to
+/// time. FolderWatcher.cpp explains how.
 class InotifyEventService final : public FSEventStreamService
 {
 public:

@@ -12,9 +12,9 @@ namespace quillon {
 /// How the service watches. The defaults are for the program; tests and measurements change them.
 struct InotifyOptions
 {
-    /// The most watches of a stream; by default half of what the system grants the user.
+    /// The most watches that a stream may have; by default half of what the system grants the user.
     std::optional<std::size_t> watchBudget;
-    /// The shortest time from one look at the folders that are not watched to the next.
+    /// The shortest time between two checks of the folders that are not watched.
     std::chrono::milliseconds sweepInterval{60000};
     /// Events are read at most this often while they keep coming.
     std::chrono::milliseconds readingInterval{20};
@@ -23,12 +23,12 @@ struct InotifyOptions
     std::optional<std::size_t> queueLimit;
     /// It is called on the watching thread between the arming and the listing of a folder.
     std::function<void(const std::string &path)> beforeListing;
-    /// It is called on the watching thread when the disk has been read and before that is
+    /// It is called on the watching thread after the disk has been read and before the changes are
     /// delivered.
     std::function<void()> beforeDelivery;
-    /// Nanoseconds since 1970, by default the system's.
+    /// Returns the nanoseconds since 1970; by default the system's.
     std::function<std::int64_t()> wallClock;
-    /// Tells by the name of its type whether a file system is one whose changes are not reported.
+    /// Returns whether changes on a file system are not reported, given the name of its type.
     std::function<bool(std::string_view typeName)> isRemote;
     /// Receives the line about too few watches, by default on standard error.
     std::function<void(const std::string &line)> report;

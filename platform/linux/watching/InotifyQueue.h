@@ -10,19 +10,19 @@
 
 namespace quillon {
 
-/// One inotify instance: watches folders and reads what happens to what is in them. Watches may be
-/// added and removed by any thread; one thread reads.
+/// One inotify instance, which watches folders and reads what happens to the items in them. Any
+/// thread may add and remove watches; one thread reads.
 class InotifyQueue
 {
 public:
     struct Event
     {
-        /// Negative when events were lost.
+        /// The number of the watch, which is negative when events were lost.
         int watch = -1;
         bool isFolder = false;
-        /// The watched folder itself went away or elsewhere.
+        /// True when the watched folder itself was removed or moved.
         bool isOwn = false;
-        /// The watch is gone.
+        /// True when the watch is gone.
         bool isEnd = false;
         /// The name that came or went in the folder; empty when the folder itself is meant.
         std::string_view name;
@@ -32,22 +32,22 @@ public:
         follow,
         refuse,
     };
-    /// A watch, or the reason why there is none as in errno.
+    /// A watch, or the reason, as in errno, why there is none.
     struct Added
     {
         int watch = -1;
         int error = 0;
     };
 
-    /// Closed from the beginning where nothing is to be watched.
+    /// If open is false, the queue is closed from the beginning and watches nothing.
     explicit InotifyQueue(bool open);
 
-    /// Returns false also where the system grants no instance.
+    /// Returns false also when the system grants no instance.
     bool isOpen() const { return static_cast<bool>(descriptor_); }
-    /// The descriptor that becomes readable with the next event.
+    /// Returns the descriptor that becomes readable with the next event.
     int descriptor() const { return descriptor_.get(); }
-    /// Watches the folder at the path, which may be of any length. A folder that is watched already
-    /// gives its watch again. Links on the way are followed.
+    /// Watches the folder at the path, which may be of any length. Returns the existing watch of a
+    /// folder that is watched already. Links on the way are followed.
     Added add(const std::string &path, Links atTheEnd) const;
     void remove(int watch) const;
     /// Hands over what has been reported since the last call.
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<char[]> room_;
 };
 
-/// The highest number of watches that the system grants a user; 0 when it does not tell.
+/// Returns the highest number of watches that the system grants a user; 0 when it does not say.
 std::size_t maxUserWatches();
 
 } // namespace quillon

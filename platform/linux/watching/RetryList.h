@@ -12,8 +12,8 @@
 
 namespace quillon {
 
-/// Questions that the disk has not answered. Each is asked again after a second, then after twice
-/// the time, up to a minute, until it is answered. Not locked.
+/// The questions that the disk has not answered. Each is asked again after a second, then after
+/// twice the time, up to a minute, until it is answered. Not locked.
 class RetryList
 {
 public:
@@ -22,9 +22,11 @@ public:
 
     struct Question
     {
-        /// NONE asks about the root whose path is the name, or about all roots without a name.
+        /// The folder that the question is about. NONE asks about the root whose path is the name,
+        /// or about all roots if the name is empty.
         Id folder = WatchTree::NONE;
-        /// What stands at this name in the folder. Empty: what the folder holds.
+        /// The question asks what is at this name in the folder or, if the name is empty, what the
+        /// folder holds.
         std::string name = {};
 
         auto operator<=>(const Question &) const = default;
@@ -34,13 +36,14 @@ public:
     void add(Id folder, std::string_view name = {});
     void addRoots() { add(WatchTree::NONE); }
     void addRoot(std::string_view path) { add(WatchTree::NONE, path); }
-    /// Hands over the questions that are due at that time, to be asked now.
+    /// Returns the questions that are due at that time and are asked now.
     std::vector<Question> take(Clock::time_point now);
-    /// Forgets the questions handed over that were not added again: they have been answered.
+    /// Forgets the questions that take() returned and that were not added again, since they have
+    /// been answered.
     void forgetTaken() { taken_.clear(); }
     /// Returns the questions that wait to be asked again.
     std::vector<Question> waiting() const;
-    /// Returns when the next question is due: the end of time where none waits.
+    /// Returns when the next question is due, which is the end of time when none is waiting.
     Clock::time_point due() const;
 
 private:

@@ -10,7 +10,8 @@ namespace {
 
 using Id = WatchTree::Id;
 
-/// Folders to be armed, those nearest to the roots first, and folders to pay for them.
+/// The folders that are to be armed, those nearest to the roots first, and the folders whose
+/// watches they get.
 struct Exchange
 {
     std::vector<Id> arm;
@@ -35,7 +36,8 @@ Exchange planned(const WatchedFolders &folders)
     const std::size_t used = tree.watches();
     const std::size_t room = budget > used ? budget - used : 0;
     const std::size_t surplus = std::min(used > budget ? used - budget : 0, plan.give.size());
-    // Beyond what is free or has to go anyway, only a folder further up is worth a watch.
+    // Beyond the watches that are free or have to go anyway, only a folder further up is worth a
+    // watch.
     std::size_t swaps = 0;
     while (room + swaps < plan.arm.size() && surplus + swaps < plan.give.size() &&
            depth(plan.arm[room + swaps]) < depth(plan.give[surplus + swaps]))

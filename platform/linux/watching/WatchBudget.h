@@ -6,10 +6,9 @@
 
 namespace quillon {
 
-/// Gives the watches that the budget allows to the folders nearest to the roots.
-///
-/// drain reads and notes all events up to now: what was reported of a folder that loses its watch
-/// must not be lost with it.
+/// Gives the watches that the budget allows to the folders nearest to the roots. drain reads and
+/// notes all events so far, so that what was reported for a folder is not lost together with its
+/// watch.
 void fitWatchesToBudget(WatchedFolders &folders, FolderVerifier &verifier,
                         const std::function<void()> &drain);
 

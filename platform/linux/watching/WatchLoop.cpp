@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::uint32_t EVENTS_LOST = 0x1 | 0x4; // must scan subfolders, kernel dropped
 constexpr std::int64_t NANOSECONDS = 1'000'000'000;
-/// Stamps are by the kernel's tick and may be older than they say.
+/// Stamps advance with the kernel's tick, so a change may be later than its stamp.
 constexpr std::int64_t SLACK = 2 * NANOSECONDS;
 constexpr std::int64_t STEP = NANOSECONDS;
 
@@ -33,14 +33,14 @@ std::int64_t bootClock()
     return readClock(CLOCK_BOOTTIME);
 }
 
-/// Finds out whether folders without a watch have moved since they were entered, by their stamps.
+/// Determines by their stamps whether folders without a watch have moved since they were entered.
 /// Asks for each stamp once.
 class StampCheck
 {
 public:
     explicit StampCheck(const WatchedFolders &folders) : folders_(folders) {}
 
-    /// The folder itself or one above it may have moved.
+    /// Returns whether the folder itself or one above it may have moved.
     bool hasMovedAbove(WatchTree::Id id)
     {
         for (; id != WatchTree::NONE; id = folders_.tree().parent(id))
@@ -271,9 +271,10 @@ void WatchLoop::flush(Extent extent)
     const bool looksEverywhere = extent == Extent::everything;
     drain();
     takeRetries(looksEverywhere ? Clock::time_point::max() : Clock::now());
-    // A folder that is moved takes the mounts below it along, which the kernel does not tell.
+    // A folder that is moved takes the mounts below it along, which the kernel does not report.
     mountsChanged();
-    // What is marked from here on came after the first look, and may explain a look that was wrong.
+    // What is marked from here on came after the first check, and may explain a check that was
+    // wrong.
     const Dirt dirty = std::exchange(dirty_, {});
     const auto unlisted = std::exchange(unlisted_, {});
     const bool areRootsSuspect = std::exchange(rootsSuspect_, false);
@@ -312,7 +313,7 @@ void WatchLoop::lookAgain(const FolderVerifier::Look &look)
     if (look.folder == WatchTree::NONE)
         rootsSuspect_ = true;
     else if (!folders_.tree().isLive(look.folder))
-        return; // the folder above it was looked at since
+        return; // the folder above it was checked since
     else if (look.name.empty())
         unlisted_.insert(look.folder);
     else
@@ -354,7 +355,7 @@ void WatchLoop::finish()
 {
     folders_.releaseDropped();
     if (folders_.takeRefused()) {
-        // Others need watches too: leave them some of ours, those farthest down.
+        // Other programs need watches too, so some of ours are released, those farthest down.
         wasRefused_ = true;
         folders_.setBudget(folders_.budget() - folders_.budget() / GIVEN_BACK);
         fitWatchesToBudget(folders_, verifier_, [this] { drain(); });
@@ -383,7 +384,7 @@ void WatchLoop::checkLooks()
     StampCheck stamps(folders_);
     for (const FolderVerifier::Look &look : looks) {
         if (!folders_.tree().isLive(look.folder))
-            continue; // the look at the folder above stands for it
+            continue; // the check of the folder above stands for it
         if (distrustsAll || isBelowAny(look.folder, moved))
             lookAgain(look);
         else if (isBelowAny(look.folder, unknown) || stamps.hasMovedAbove(look.folder))
@@ -391,8 +392,8 @@ void WatchLoop::checkLooks()
     }
 }
 
-/// Checks the looks once the folders of a crawl have their watches. Each watch was asked for by a
-/// path, so every folder counts as looked at.
+/// Verifies what was checked once the folders of a crawl have their watches. Each watch was
+/// requested by a path, so every folder counts as checked.
 void WatchLoop::checkArming()
 {
     drain();
@@ -406,7 +407,7 @@ void WatchLoop::checkArming()
             unlisted_.insert(id);
 }
 
-/// The folders that something has happened to since they were looked at.
+/// Returns the folders to which something has happened since they were checked.
 std::unordered_set<WatchTree::Id> WatchLoop::unsettled() const
 {
     std::unordered_set<Id> found;
@@ -417,8 +418,8 @@ std::unordered_set<WatchTree::Id> WatchLoop::unsettled() const
     return found;
 }
 
-/// The watched folders of which the disk did not say whether they are still in their place. Stamps
-/// tell that of the others.
+/// Returns the watched folders for which the disk did not say whether they are still in their
+/// place. For the other folders their stamps say that.
 std::unordered_set<WatchTree::Id> WatchLoop::unanswered() const
 {
     std::unordered_set<Id> found;
@@ -443,7 +444,8 @@ bool WatchLoop::isBelowAny(Id id, const std::unordered_set<Id> &folders) const
 
 bool WatchLoop::sweep()
 {
-    // The table has to be read here too: no event tells that a folder was moved with its mounts.
+    // The table has to be read here too, since no event reports that a folder was moved with its
+    // mounts.
     mountsChanged();
     if (!queue_.isOpen())
         roots_.check(verifier_, {.flags = rootFlags_});

@@ -26,10 +26,11 @@ namespace quillon {
 
 class WatchFilter;
 
-/// The clock that stamps on the disk are held against: that of the options, or the system's.
+/// Returns the clock with which stamps on the disk are compared: that of the options, or the
+/// system's.
 WallClock wallClockOf(const InotifyOptions &options);
 
-/// What a watching thread knows and how it finds out what has changed. Not locked.
+/// What a watching thread knows, and the steps by which it finds changes. Not locked.
 class WatchLoop
 {
 public:
@@ -38,13 +39,13 @@ public:
 
     struct Hooks
     {
-        /// It is called between folders during long work. False when it is to end.
+        /// It is called between folders during long work. Returns false when the work is to end.
         std::function<bool()> goesOn;
-        /// A root on a remote file system has come or gone.
+        /// It is called when a root on a remote file system has come or gone.
         std::function<void(const std::string &path, bool hasCome)> onRemote;
     };
 
-    /// The queue outlives it. Without mounts it takes everything below its roots for its own.
+    /// The queue outlives this object. Without mounts, everything below the roots counts as local.
     WatchLoop(InotifyQueue &queue, std::shared_ptr<const WatchFilter> items,
               const InotifyOptions &options, std::size_t budget, bool knowsMounts,
               std::uint32_t rootFlags, Hooks hooks);
@@ -56,45 +57,46 @@ public:
 
     /// Reads what has happened and marks it for the next flush.
     void drain();
-    /// The table of mounts has changed.
+    /// Reads the table of mounts again, which may have changed.
     void mountsChanged();
     void suspectRoots() { rootsSuspect_ = true; }
     bool hasDirt() const;
-    /// The time at which a flush asks the questions again that were not answered.
+    /// Returns the time at which a flush asks again the questions that were not answered.
     Clock::time_point retryDue() const { return retries_.due(); }
 
-    /// This says how roots are taken on that nobody has watched so far.
+    /// Says how to begin with roots that nobody has watched so far.
     struct Beginning
     {
-        /// What a crawl has listed; null when there was none.
+        /// The folders that a crawl has listed; null when there was no crawl.
         const CrawledTree *crawled = nullptr;
-        /// When nobody has crawled the roots, only what changed at this time or later is told.
+        /// If nobody has crawled the roots, only what has changed since this time is reported.
         std::optional<std::int64_t> quietSince = {};
     };
-    /// Takes on roots, with the folders that a crawl has listed below them.
+    /// Begins to watch roots, with the folders that a crawl has listed below them.
     void begin(const std::vector<std::string> &roots, const Beginning &beginning);
     enum class Extent
     {
-        /// What was marked, and what is due to be asked again.
+        /// What was marked, and the questions that are due to be asked again.
         marked,
-        /// This looks at every folder without a watch too, and at all that was not answered.
+        /// Also every folder without a watch, and every question that was not answered.
         everything,
     };
-    /// Compares with the disk. Marks again what was looked at while a folder above it was on the
-    /// move.
+    /// Compares with the disk. Marks again what was checked while a folder above it was being
+    /// moved.
     void flush(Extent extent);
     std::vector<ChangeLog::Change> takeChanges() { return changes_.take(Clock::now()); }
 
     Clock::time_point sweepDue() const { return sweep_.due(); }
-    /// Spends a few milliseconds on the folders without a watch. True at the end of a sweep.
+    /// Spends a few milliseconds on the folders without a watch. Returns true at the end of a
+    /// sweep.
     bool sweep();
     /// Tries the whole budget again.
     void retryBudget();
-    /// The system has refused a watch since this was last asked.
+    /// Returns whether the system has refused a watch since the last call.
     bool takeRefused() { return std::exchange(wasRefused_, false); }
 
 private:
-    /// One part in so many.
+    /// When the system refuses a watch, one part in this many of the watches is released.
     static constexpr std::size_t GIVEN_BACK = 10;
 
     void note(const InotifyQueue::Event &event);
@@ -133,16 +135,16 @@ private:
     FolderSweep sweep_;
 
     Dirt dirty_;
-    /// Folders whose listing has to be compared with the disk.
+    /// The folders whose listing has to be compared with the disk.
     std::set<Id> unlisted_;
-    /// Folders that a crawl was to list and could not.
+    /// The folders that a crawl could not list.
     std::vector<Id> notListed_;
     const std::uint32_t rootFlags_;
     bool overflow_ = false;
     bool rootsSuspect_ = false;
     bool wasRefused_ = false;
-    /// When the last reading that lost nothing began, by the clock of the stamps and by one that
-    /// nobody sets.
+    /// The time at which the last reading without a loss began, by the clock of the stamps and by
+    /// one that nobody sets.
     std::int64_t readAt_ = 0;
     std::int64_t readAtBoot_ = 0;
 };

@@ -9,21 +9,21 @@
 
 namespace quillon {
 
-/// Who has which watch. The kernel hands numbers out one after the other, so what it gave for a
-/// crawl fills whole pages; the few watches with several owners are kept apart. Not locked.
+/// The owners of each watch. The kernel assigns numbers one after the other, so the watches of a
+/// crawl fill whole pages. The few watches with several owners are kept apart. Not locked.
 class WatchOwners
 {
 public:
-    /// Zero is none.
+    /// Zero means no owner.
     using Id = std::uint32_t;
 
-    /// Returns true when nobody had the watch.
+    /// Adds an owner. Returns true when nobody had the watch.
     bool add(int watch, Id owner);
-    /// Returns true when nobody has it any more. It is the owner's.
+    /// Removes an owner, who has the watch. Returns true when nobody has it any more.
     bool remove(int watch, Id owner);
     std::vector<Id> of(int watch) const;
     bool has(int watch) const { return first(watch) != 0; }
-    /// Memory held, slack included.
+    /// Returns the bytes of memory held, including unused capacity.
     std::size_t bytes() const;
 
 private:
@@ -38,9 +38,9 @@ private:
     static std::size_t placeOf(int watch) { return static_cast<std::size_t>(watch) % PAGE_SIZE; }
     Id first(int watch) const;
 
-    /// The owners by number; null where nobody has any of them.
+    /// The owners by number; null when nobody has any of a page's watches.
     std::vector<std::unique_ptr<Page>> pages_;
-    /// Owners besides the one in the page.
+    /// The owners besides the one in the page.
     std::unordered_multimap<int, Id> further_;
 };
 

@@ -13,7 +13,8 @@ namespace quillon {
 
 namespace {
 
-/// The path without links, or empty where nothing stands there or the disk did not answer.
+/// Returns the path without links, or an empty text when nothing is there or the disk did not
+/// answer.
 std::string realPathOf(const std::string &path)
 {
     std::error_code error;
@@ -81,7 +82,7 @@ bool WatchRoots::areConcernedByMount(std::string_view point) const
     return std::ranges::any_of(roots_, [&](const Root &root) {
         if (isAtOrBelow(root.path, point))
             return true;
-        // A root that is not there may be a link to what the mount brings.
+        // A root that is not there may be a link to what the mount provides.
         return !root.isRemote && (root.realPath.empty() || isAtOrBelow(root.realPath, point) ||
                                   isAtOrBelow(realPathOf(root.path), point));
     });
@@ -99,7 +100,7 @@ bool WatchRoots::guard(const std::string &path)
     return isComplete && (!error || meansAbsence(error.value()));
 }
 
-/// Goes from the top, so that what comes meanwhile is noticed further up.
+/// Begins at the top, so that a folder that appears meanwhile is noticed in the one above.
 bool WatchRoots::guardWay(const std::string &path)
 {
     bool isComplete = true;
@@ -139,7 +140,8 @@ void WatchRoots::check(FolderVerifier &verifier, const Check &terms)
         checkOne(root, verifier, terms);
 }
 
-/// Asks the path as it is written first: resolving it may take for ever where a server is gone.
+/// Checks the path as it is written first, since resolving it may take for ever when a server is
+/// gone.
 std::optional<bool> WatchRoots::isRemote(const std::string &path) const
 {
     if (mounts_ == nullptr)
@@ -165,7 +167,7 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     const bool isGuarded = guard(root.path);
     root.realPath = realPathOf(root.path);
     const FolderProbe found = probeFolder(root.path, true);
-    // Without all guards only looking tells that a root has come or gone.
+    // Unless all guards are in place, only a check shows that a root has come or gone.
     if (!isGuarded)
         retries_.addRoots();
     if (!isOnServer || found.isUnknown())

@@ -14,8 +14,8 @@
 
 namespace quillon {
 
-/// The roots of a stream, and the watches on the folders above them that tell when one comes, goes
-/// or becomes another. Not locked.
+/// The roots of a stream, and the watches on the folders above them that report when a root comes,
+/// goes or becomes another folder. Not locked.
 class WatchRoots
 {
 public:
@@ -24,37 +24,39 @@ public:
     WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const WatchFilter &items,
                ChangeLog &changes, RetryList &retries, const MountTable *mounts);
 
-    /// Adds a root that nothing is known of; it is looked for at the next check.
+    /// Adds a root of which nothing is known. The next check looks for it.
     void add(const std::string &path);
-    /// Takes the folder that a crawl has entered as that of a root which was added.
+    /// Sets the folder of a root that was added to the folder that a crawl has entered.
     void setFolder(std::string_view path, Id node);
     /// Forgets the root and drops its folders. The watches on the folders above stay, since they
     /// may guard other roots too.
     void remove(std::string_view path);
-    /// Returns whether the root is on a remote file system. Absent when the disk did not answer.
+    /// Returns whether the root is on a remote file system, or nothing when the disk did not
+    /// answer.
     std::optional<bool> isRemote(const std::string &path) const;
-    /// Returns the folder of a root. It is NONE where the root is not there.
+    /// Returns the folder of a root, or NONE when the root is not there.
     Id folder(std::string_view path) const;
-    /// The roots that are there, and their folders.
+    /// Returns the roots that are there, and their folders.
     std::vector<std::pair<std::string, Id>> entered() const;
 
     /// Returns whether a mount that came or went at this point may have made a root appear,
     /// disappear or become another folder.
     bool areConcernedByMount(std::string_view point) const;
 
-    /// Watches the folders above a path. False when one that is there got no watch.
+    /// Watches the folders above a path. Returns false when one that exists got no watch.
     bool guard(const std::string &path);
     bool owns(int watch) const { return guards_.contains(watch); }
-    /// Takes note of an event. True when a root may be concerned.
+    /// Notes an event. Returns true when it may concern a root.
     bool note(const InotifyQueue::Event &event);
 
     struct Check
     {
-        /// The flags with which roots are reported that have come, gone or become another.
+        /// The flags for the report of roots that have come, gone or become another folder.
         std::uint32_t flags = 0;
-        /// Roots may have been away since the last check.
+        /// True when roots may have been away since the last check.
         bool isSuspect = false;
-        /// Nothing is told of roots that are new here but what has changed in them since then.
+        /// If a time is given, the only reports about new roots are of what has changed in them
+        /// since then.
         std::optional<std::int64_t> quietSince = {};
     };
     /// Compares the roots with the disk.
@@ -66,11 +68,11 @@ private:
     struct Root
     {
         std::string path = {};
-        /// The path without links when the root was last checked, or empty when it was not there.
+        /// The root's path without links at the last check, or empty when the root was not there.
         std::string realPath = {};
         Id node = WatchTree::NONE;
         bool isRemote = false;
-        /// Was looked for before.
+        /// True when the root was looked for before.
         bool isKnown = false;
     };
 
@@ -84,7 +86,7 @@ private:
     RetryList &retries_;
     const MountTable *const mounts_;
     std::vector<Root> roots_;
-    /// Watch -> the names in that folder that lead to a root.
+    /// For each watch, the names in its folder that lead to a root.
     std::unordered_map<int, std::vector<std::string>> guards_;
 };
 

@@ -50,7 +50,7 @@ WatchTree::Id WatchTree::addRoot(std::string path)
     if (path == "/")
         path.clear();
     const Id id = newNode();
-    // There are few; a root that comes again finds its own place.
+    // There are only a few roots, and a root that comes again keeps its place.
     const auto known = std::ranges::find(rootPaths_, path);
     nodes_[id].name = static_cast<NameArena::Offset>(known - rootPaths_.begin());
     if (known == rootPaths_.end())

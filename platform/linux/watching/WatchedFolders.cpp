@@ -7,7 +7,7 @@ namespace quillon {
 
 namespace {
 
-/// Some file systems keep time by the kernel's tick, and two changes within one look the same.
+/// Some file systems keep time by the kernel's tick, and two changes within one tick look the same.
 constexpr std::int64_t YOUNG = 2'000'000'000;
 
 } // namespace
@@ -63,7 +63,7 @@ void WatchedFolders::discard(const FolderState &seen)
         queue_.remove(seen.watch);
 }
 
-/// Closed folders are few, so that the first entry mostly answers.
+/// Few folders are closed, so the first entry usually decides.
 bool WatchedFolders::hasSwept() const
 {
     return std::ranges::any_of(unwatched_,

@@ -17,27 +17,28 @@
 
 namespace quillon {
 
-/// A folder as it was found: with a watch, or else by its stamp.
+/// The state in which a folder was found: with a watch, or by its stamp.
 struct FolderState
 {
     int watch = WatchTree::NO_WATCH;
-    /// Why there is no watch, as in errno; 0 when none was asked for.
+    /// The reason why there is no watch, as in errno; 0 when none was requested.
     int error = 0;
     FolderProbe probe;
-    /// The stamp is old enough for a later change to show in it.
+    /// True when the stamp is old enough for a later change to show in it.
     bool isTrusted = false;
 
     bool isGone() const { return watch == WatchTree::NO_WATCH && !probe.isFolder(); }
-    /// Nobody knows whether the folder is there.
+    /// Returns true when nobody knows whether the folder is there.
     bool isUnknown() const { return watch == WatchTree::NO_WATCH && probe.isUnknown(); }
-    /// The watch was refused for a reason that may pass. A full quota is another matter.
+    /// Returns true when the watch was refused for a reason that may pass. A used-up quota is not
+    /// such a reason.
     bool mayGetWatch() const { return error != 0 && error != ENOSPC && !meansAbsence(error); }
 };
 
-/// Nanoseconds since 1970.
+/// Returns the nanoseconds since 1970.
 using WallClock = std::function<std::int64_t()>;
 
-/// The tree of folders, what is known of those without a watch, and the budget. Not locked.
+/// The tree of folders, what is known about those without a watch, and the budget. Not locked.
 class WatchedFolders
 {
 public:
@@ -47,10 +48,11 @@ public:
     struct Unwatched
     {
         FolderStamp stamp;
-        /// Without this the folder must be listed again the next time, even where the stamp is the
-        /// same then: the stamp was too young to tell two changes apart.
+        /// If false, the folder must be listed again the next time even if its stamp is the same,
+        /// since the stamp was too young to tell two changes apart.
         bool isTrusted = false;
-        /// Is not entered: what is mounted there is looked after elsewhere, or by nobody.
+        /// True when the folder is not entered: another watcher, or none, takes care of what is
+        /// mounted there.
         bool isClosed = false;
         /// The sum of itemHash() over its items; absent when nobody has listed it yet.
         std::optional<std::uint64_t> items;
@@ -60,7 +62,7 @@ public:
     struct Listed
     {
         Id id = WatchTree::NONE;
-        /// The stamp from before the folder was listed; unknown where it was not listed.
+        /// The stamp that was taken before the folder was listed; unknown when it was not listed.
         FolderStamp stamp;
         /// The sum of itemHash() over its items.
         std::uint64_t items = 0;
@@ -73,43 +75,44 @@ public:
     WatchTree &tree() { return tree_; }
     const WatchTree &tree() const { return tree_; }
 
-    /// Looks at a folder, and asks for a watch on it where that is allowed.
+    /// Checks a folder, and asks for a watch on it if that is allowed.
     FolderState sight(const std::string &path, bool isRoot, bool mayWatch);
     /// Returns whether one more watch is within the budget.
     bool hasRoom() const { return tree_.watches() < budget_; }
-    /// Enters what was seen of a new folder.
+    /// Records what was found of a new folder.
     void record(Id id, const FolderState &seen);
-    /// Takes note of a folder that a crawl lists; takeListed() brings it up again.
+    /// Records a folder that a crawl has listed, for takeListed().
     void recordListed(const Listed &listed) { listed_.push_back(listed); }
-    /// The folders in the order of the crawl. Some may have left the tree since.
+    /// Returns the recorded folders in the order of the crawl. Some may have left the tree since.
     std::vector<Listed> takeListed() { return std::exchange(listed_, {}); }
-    /// A folder without a watch, as a crawl found it.
+    /// Records a folder without a watch, as a crawl found it.
     void recordUnwatched(const Listed &listed);
-    /// The time at which the crawl began whose folders are recorded, in nanoseconds since 1970.
+    /// Sets the time at which the crawl began whose folders are recorded, in nanoseconds since
+    /// 1970.
     void setCrawledSince(std::int64_t time) { crawledSince_ = time; }
     /// Returns whether the stamp is so much older than the crawl that any change since the crawl
-    /// began has given the folder another stamp. False for an unknown stamp.
+    /// began has given the folder another stamp. Returns false for an unknown stamp.
     bool isTrusted(const FolderStamp &stamp) const;
-    /// A folder that is not entered.
+    /// Records a folder that is not entered.
     void recordClosed(Id id, const FolderStamp &stamp);
-    /// Gives the watch of a sighting back if nobody owns it.
+    /// Releases the watch in the state if no folder owns it.
     void discard(const FolderState &seen);
 
     const Unwatched *unwatched(Id id) const;
     Unwatched *unwatched(Id id);
     const std::unordered_map<Id, Unwatched> &unwatched() const { return unwatched_; }
-    /// Returns whether a folder without a watch is entered, so that a sweep has something to look
-    /// at.
+    /// Returns whether a folder without a watch is entered, so that a sweep has something to check.
     bool hasSwept() const;
 
-    /// An unwatched folder has got a watch.
+    /// Records the watch that an unwatched folder has got.
     void nowWatched(Id id, int watch);
-    /// A watched folder is about to lose its watch to the budget: its stamp from now on counts. The
-    /// watch itself stays until dropWatch(), so that what was reported up to now is still read.
+    /// Records that a watched folder is about to lose its watch to the budget, and that its stamp
+    /// counts from now on. The watch itself stays until dropWatch(), so that what was reported up
+    /// to now is still read.
     void nowUnwatched(Id id, const FolderState &seen);
-    /// Gives the watch of a folder back if no other owns it.
+    /// Releases the watch of a folder if no other folder owns it.
     void dropWatch(Id id);
-    /// The kernel has ended a watch.
+    /// Records that the kernel has ended a watch.
     void watchEnded(int watch);
 
     /// Takes a folder and what is below it out of the tree. The watches stay until
@@ -118,12 +121,12 @@ public:
     void releaseDropped();
     /// It is called for each closed folder that is dropped.
     std::function<void(const std::string &path)> onClosedDropped;
-    /// It is asked before a watch is given back that no folder owns any more.
+    /// It is asked before a watch is released that no folder owns any more.
     std::function<bool(int watch)> isWantedElsewhere;
 
     std::size_t budget() const { return budget_; }
     void setBudget(std::size_t budget) { budget_ = budget; }
-    /// The system has refused a watch for want of room since this was last asked.
+    /// Returns whether the system has refused a watch for lack of room since the last call.
     bool takeRefused();
 
     std::size_t bytes() const;
