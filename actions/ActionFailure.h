@@ -6,7 +6,7 @@
 
 namespace quillon {
 
-/// Why an action failed.
+/// The reason why an action failed.
 struct ActionFailure
 {
     enum class Reason

@@ -49,7 +49,7 @@ std::optional<ActionShortcutFlags> flagsFrom(const QJsonObject &json)
 
 std::optional<ActionModel> actionFrom(const QJsonObject &json)
 {
-    // A value that is no object is read as an empty one, which lacks its members.
+    // A value that is not an object is read as an empty one, in which members are missing.
     const auto object = [&](QLatin1StringView name) { return json.value(name).toObject(); };
     const auto flags = flagsFrom(object(QLatin1StringView("flags")));
     const QJsonObject type = object(QLatin1StringView("actionType"));

@@ -25,8 +25,8 @@ struct ActionModel
     ActionTarget actionTarget;
     friend bool operator==(const ActionModel &, const ActionModel &) = default;
 
-    /// A sentence for a list of actions: "⌥-⇧-Return will Open Application with Terminal", keys and
-    /// kind in bold.
+    /// Returns a sentence for a list of actions, such as "⌥-⇧-Return will Open Application with
+    /// Terminal", with keys and kind in bold.
     std::vector<TextRun> description() const;
 };
 

@@ -126,7 +126,7 @@ bool ActionRunner::openInDefaultApp(const std::string &path)
 
 bool ActionRunner::showInFinder(const std::string &path)
 {
-    // A file manager shows no file, but it can select one in its folder.
+    // A file manager cannot show a file, but it can select one in its folder.
     if (!services_.workspace.isFolder(path))
         return showParentInFinder(path);
     const std::string folder = services_.workspace.resolvingSymlinks(path);

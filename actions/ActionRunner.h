@@ -21,7 +21,7 @@ class TaskQueue;
 class Workspace;
 
 /// Carries out an action on a row. When an executable of the user's ends, one line on the output
-/// says what it has written. When a program does not start, one line on the diagnostics says why.
+/// says what it wrote. When a program does not start, one line on the diagnostics says why.
 class ActionRunner
 {
 public:

@@ -15,13 +15,13 @@ struct ActionShortcutFlags
     bool command = false;
     friend bool operator==(const ActionShortcutFlags &, const ActionShortcutFlags &) = default;
 
-    /// The symbols of the keys held and "Return", joined by dashes: "⌥-⇧-Return".
+    /// Returns the symbols of the keys held and "Return", joined by dashes, such as "⌥-⇧-Return".
     std::string title() const;
 };
 
-/// The flags whose symbols stand anywhere in the title; none for a title without any.
+/// Returns the flags whose symbols are anywhere in the title; none for a title without any.
 ActionShortcutFlags flagsFromShortcutTitle(std::string_view title);
-/// The combinations that the user may assign, in the order of their menu.
+/// Returns the combinations that the user may assign, in the order of their menu.
 std::span<const ActionShortcutFlags> allShortcutFlags();
 
 } // namespace quillon

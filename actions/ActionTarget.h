@@ -5,14 +5,14 @@
 
 namespace quillon {
 
-/// What an action needs besides the row: the name of an application or the path of an executable,
-/// as the user typed it.
+/// The name of an application or the path of an executable, as the user typed it, which an action
+/// needs besides the row.
 class ActionTarget
 {
 public:
     /// Takes the key as it is stored and checks nothing.
     explicit ActionTarget(std::string key);
-    /// Makes a target of what the user typed; absent for the empty text.
+    /// Makes a target of what the user typed. Returns nothing for an empty text.
     static std::optional<ActionTarget> fromText(std::string text);
 
     const std::string &key() const { return key_; }

@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// A kind of action. Two are the same kind when their keys are.
+/// A kind of action. Two kinds are the same when their keys are.
 class ActionType
 {
 public:
@@ -25,7 +25,7 @@ public:
     static const ActionType copyPathToClipboard;
     static const ActionType openApplication;
     static const ActionType executeShellCommand;
-    /// The kinds above, in the order of their menu. Not to be read before main() begins.
+    /// The kinds above, in the order of their menu. They must not be read before main() begins.
     static const std::array<ActionType, 6> all;
     // NOLINTEND(readability-identifier-naming)
 

@@ -18,17 +18,17 @@ public:
     explicit AppleEventDescriptor(std::string text) : value_(std::move(text)) {}
     static AppleEventDescriptor list();
 
-    /// The result is absent when this is no text.
+    /// Returns nothing when this is not a text.
     std::optional<std::string> stringValue() const;
-    /// Moves the value out as a list: a list as it is, a text as the only item of a list. Absent
-    /// when the value is nothing.
+    /// Moves the value out as a list: a list as it is, a text as the only item of a list. Returns
+    /// nothing when there is no value.
     std::optional<AppleEventDescriptor> coerceToList() &&;
 
     // The functions below are for a list, whose places count from 1.
 
     /// Inserts the descriptor at a place of the list or just after its end; place 0 appends it.
     void insert(AppleEventDescriptor descriptor, std::size_t place);
-    /// 0 when this is no list.
+    /// Returns 0 when this is not a list.
     std::size_t numberOfItems() const;
     /// Returns the item at an existing place.
     const AppleEventDescriptor &at(std::size_t place) const;
@@ -52,7 +52,7 @@ struct AppleEvent
     static constexpr std::string_view SUBROUTINE_ID = "psbr";
     static constexpr std::string_view SUBROUTINE_NAME = "snam";
     static constexpr std::string_view DIRECT_OBJECT = "----";
-    /// The value that has a return id generated.
+    /// The value for which a return id is generated.
     static constexpr int AUTO_GENERATE_RETURN_ID = -1;
     static constexpr int ANY_TRANSACTION_ID = 0;
 

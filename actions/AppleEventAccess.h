@@ -22,7 +22,7 @@ public:
     {
         return store_.contains(PreferenceKeys::PREEMPTIVE_APPLE_EVENT_ACCESS);
     }
-    /// Stores the consent for good. False when it could not be written to the disk.
+    /// Stores the consent for good. Returns false when it could not be written to the disk.
     bool enable()
     {
         return store_.set(PreferenceKeys::PREEMPTIVE_APPLE_EVENT_ACCESS, DefaultsValue{true});

@@ -14,7 +14,8 @@ namespace quillon {
 class AppleScript
 {
 public:
-    /// Takes an event whose direct object is the complete list of arguments. Absent on failure.
+    /// Takes an event whose direct object is the complete list of arguments. Returns nothing on
+    /// failure.
     using Operation = std::function<std::optional<AppleEventDescriptor>(const AppleEvent &event)>;
     /// The operations by the names of their handlers.
     using Operations = std::map<std::string, Operation, std::less<>>;
@@ -26,8 +27,8 @@ public:
     const std::string &source() const { return source_; }
     bool isCompiled() const { return operation_ != nullptr; }
 
-    /// Runs the handler on the calling thread. Absent when it fails, when the event names another
-    /// handler, or when it brings fewer arguments than the handler declares.
+    /// Runs the handler on the calling thread. Returns nothing when the handler fails, when the
+    /// event names another handler, or when it brings fewer arguments than the handler declares.
     std::optional<AppleEventDescriptor> executeAppleEvent(const AppleEvent &event) const;
 
 private:

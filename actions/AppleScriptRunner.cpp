@@ -55,7 +55,7 @@ std::optional<AppleEventDescriptor> nothingIf(bool isDone)
     return isDone ? std::optional(AppleEventDescriptor()) : std::nullopt;
 }
 
-/// What the file manager does for each handler.
+/// Returns what the file manager does for each handler.
 AppleScript::Operations operationsOver(FileManager &fileManager)
 {
     AppleScript::Operations operations;

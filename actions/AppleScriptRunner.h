@@ -27,18 +27,18 @@ public:
 
     explicit AppleScriptRunner(FileManager &fileManager);
 
-    /// Handler OPEN_IN_EXISTING_FINDER_WINDOW. Argument: the path of a folder, which the front
-    /// window then shows, or a new one where there is none or it is minimised. Result: nothing.
+    /// The handler OPEN_IN_EXISTING_FINDER_WINDOW takes the path of a folder and returns nothing.
+    /// The front window then shows the folder, or a new window if there is none or it is minimised.
     const AppleScript openInExistingFinderWindowAppleScript;
-    /// Handler GET_PATHS_IN_CURRENT_FINDER_WINDOW. Argument: any. Result: the paths of the items in
-    /// the front window's folder, those of folders with a trailing slash.
+    /// The handler GET_PATHS_IN_CURRENT_FINDER_WINDOW ignores its argument and returns the paths of
+    /// the items in the front window's folder. The paths of folders end with a slash.
     const AppleScript getPathsInCurrentFinderWindowAppleScript;
-    /// Handler TEST_ACCESS_TO_FINDER: asks something harmless, so that a desktop that asks the user
-    /// for consent does it now. Argument: any. Result: nothing.
+    /// The handler TEST_ACCESS_TO_FINDER asks something harmless, so that a desktop that asks the
+    /// user for consent does it now. It ignores its argument and returns nothing.
     const AppleScript testAccessToFinderAppleScript;
 
-    /// Calls a handler of the script on the calling thread. Absent on any failure, which is
-    /// reported in no other way.
+    /// Calls a handler of the script on the calling thread. Returns nothing on any failure, which
+    /// is reported in no other way.
     static std::optional<AppleEventDescriptor>
     callHandler(const AppleScript &script, std::string_view handler,
                 const std::vector<std::string> &arguments);

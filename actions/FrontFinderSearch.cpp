@@ -14,13 +14,14 @@ namespace quillon {
 
 namespace {
 
-/// Returns the last component of a path without the slashes behind it. Empty when there is none.
+/// Returns the last component of a path without the slashes behind it. The result is empty when
+/// there is none.
 std::string_view filename(std::string_view path)
 {
     return lastComponent(withoutTrailingSlashes(path));
 }
 
-/// Makes items of the paths. Items are matched by their names alone, so of two paths with the same
+/// Makes items of the paths. Items are matched only by their names, so of two paths with the same
 /// name the later one is kept.
 FrontItems itemsAt(const std::vector<std::string> &paths)
 {

@@ -15,7 +15,7 @@ class FileManager;
 class Preferences;
 class TaskQueue;
 
-/// Fetches what the file manager window in front shows and keeps it for searches.
+/// Fetches what the file manager window in front shows, and keeps it for searches.
 class FrontFinderSearch final : public FrontItemsSource
 {
 public:
@@ -34,12 +34,12 @@ public:
     bool isFinderFrontmost() const override;
     FrontItems frontItems() const override EXCLUDES(mutex_);
 
-    /// Returns the paths of the items as the file manager lists them; paths of folders end with a
-    /// slash. Empty when no file manager is in front or the user has turned this off. Called on a
-    /// worker thread, since it takes as long as the file manager does.
+    /// Returns the paths of the items as the file manager lists them; the paths of folders end with
+    /// a slash. The list is empty when no file manager is in front or when the user has turned this
+    /// off. It is called on a worker thread, since it takes as long as the file manager does.
     std::vector<std::string> getPathsInCurrentFinderWindow() const;
 
-    // Main thread.
+    // These are called on the main thread.
 
     /// Fetches the items in the background, replaces the items of the last refresh and calls back
     /// on the main thread. If another refresh or forget() follows before the end, this refresh
@@ -52,7 +52,7 @@ private:
     void keep(FrontItems items) EXCLUDES(mutex_);
 
     Services services_;
-    /// The number of the newest refresh; main thread only.
+    /// The number of the newest refresh, which only the main thread uses.
     std::uint64_t generation_ = 0;
 
     mutable Mutex mutex_;
