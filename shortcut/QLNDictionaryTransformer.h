@@ -14,7 +14,7 @@ class QLNDictionaryTransformer
 {
 public:
     static DefaultsValue storedForm(const QLNShortcut &shortcut);
-    /// The shortcut is absent when the value is none.
+    /// Returns nothing when the value is not a shortcut.
     static std::optional<QLNShortcut> shortcut(const DefaultsValue &stored);
 };
 

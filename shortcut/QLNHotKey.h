@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-/// Keeps a key combination registered with the desktop as long as it lives. Each service has one at
-/// a time and outlives it.
+/// Keeps a key combination registered with the desktop as long as this object lives. The service
+/// outlives it and serves only one object at a time.
 class QLNHotKey
 {
 public:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view BOUND_BY_DESKTOP = "desktop";
 
-// What is marked for translation below is shown to people.
+// The texts marked for translation below are shown to users.
 
 constexpr std::array<ShortcutModifier, 4> MODIFIERS{{
     {QT_TRANSLATE_NOOP("KeyNames", "Ctrl"), &KeyCombination::control},
@@ -37,7 +37,7 @@ constexpr std::array<OtherName, 6> OTHER_MODIFIER_NAMES{{
     {"Logo", "Super"},
 }};
 
-/// People write the names of these symbols in another way than X. The first name of a symbol is the
+/// People write the names of these symbols differently from X. The first name of a symbol is the
 /// one that is shown.
 constexpr std::array<OtherName, 21> KEY_NAMES{{
     {QT_TRANSLATE_NOOP("KeyNames", "Space"), "space"},
@@ -78,18 +78,18 @@ bool isOneCharacter(const QString &text)
     return text.toUcs4().size() == 1;
 }
 
-/// Returns the name by which people know a key that they do not name as X does, or null.
+/// Returns the name by which people know a key that X names differently, or null.
 const OtherName *usualName(const std::string &key)
 {
     const auto *known = std::ranges::find(KEY_NAMES, std::string_view(key), &OtherName::name);
     return known == KEY_NAMES.end() ? nullptr : known;
 }
 
-/// Returns the name of any other key, which is a capital where it is one letter.
+/// Returns the name of any other key, which is a capital if it is a single letter.
 std::string capital(const std::string &key)
 {
     const QString text = QString::fromStdString(key);
-    // A capital with another number of letters, such as that of "ß", is not used.
+    // A capital that has a different number of letters, such as that of "ß", is not used.
     const QString upper = text.toUpper();
     return isOneCharacter(text) && isOneCharacter(upper) ? upper.toStdString() : key;
 }
@@ -141,7 +141,7 @@ std::optional<QLNShortcut> QLNShortcut::fromText(std::string_view text)
 
     KeyCombination keys;
     keys.key = keyFromText(words.takeLast().trimmed().toStdString());
-    // "Ctrl+Alt+" has no key; nor has "Ctrl+Alt", which ends with a modifier.
+    // "Ctrl+Alt+" has no key, and neither has "Ctrl+Alt", which ends with a modifier.
     if (keys.key.empty() || ShortcutModifier::named(keys.key) ||
         (keys.key.size() > 1 && keys.key.ends_with('+')))
         return std::nullopt;

@@ -10,29 +10,29 @@
 
 namespace quillon {
 
-/// Is the global shortcut as the user has set it.
+/// The global shortcut as the user has set it.
 struct QLNShortcut
 {
-    /// The keys are absent when the desktop's own settings bind a key to "quillon --toggle". There
-    /// is nothing to bind here then, and yet a shortcut is set.
+    /// The keys, which are absent when the desktop's own settings bind a key to "quillon --toggle".
+    /// A shortcut is set then too, but there is nothing to bind here.
     std::optional<KeyCombination> keys;
 
     static QLNShortcut boundByDesktop() { return {}; }
     /// Reads "Ctrl+Alt+Space" or "desktop", in any case and with the usual other names of keys and
-    /// modifiers. The shortcut is absent when the text is none. The key need not be on any
+    /// modifiers. Returns nothing when the text is not a shortcut. The key need not be on any
     /// keyboard.
     static std::optional<QLNShortcut> fromText(std::string_view text);
     /// Returns a text that fromText() reads back as this shortcut.
     std::string text() const;
-    /// Returns the names that the keys have on the user's keyboard, modifiers first. There are
-    /// none for a shortcut without keys.
+    /// Returns the names that the keys have on the user's keyboard, modifiers first. The list is
+    /// empty for a shortcut without keys.
     QStringList keyNames() const;
 
     friend bool operator==(const QLNShortcut &, const QLNShortcut &) = default;
 };
 
-/// Lists the modifiers of a combination, each with its name, in the order in which they are
-/// written.
+/// A modifier of a combination and its name. The modifiers are listed in the order in which they
+/// are written.
 struct ShortcutModifier
 {
     std::string_view name;
@@ -45,7 +45,7 @@ struct ShortcutModifier
     static const ShortcutModifier *end();
 };
 
-/// Returns KeyCombination::key for the way a person writes it: "Z" is "z", "PgUp" is "Prior".
+/// Returns KeyCombination::key for a key as a person writes it: "z" for "Z", "Prior" for "PgUp".
 std::string keyFromText(std::string_view text);
 
 } // namespace quillon

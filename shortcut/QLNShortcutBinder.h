@@ -11,8 +11,8 @@ namespace quillon {
 
 class QLNShortcutMonitor;
 
-/// Keeps the stored shortcut registered as the hot key whenever it changes. Main thread only. The
-/// monitor and the service outlive it.
+/// Keeps the stored shortcut registered as the hot key, also after it changes. Main thread only.
+/// The monitor and the service outlive this object.
 class QLNShortcutBinder : public QObject
 {
     Q_OBJECT
@@ -20,15 +20,15 @@ class QLNShortcutBinder : public QObject
 public:
     QLNShortcutBinder(QLNShortcutMonitor &monitor, HotKey &service);
 
-    /// Registers what is stored now and follows it from here on. A key that cannot be had is
-    /// complained of on standard error.
+    /// Registers the stored shortcut and follows its changes from now on. Prints a complaint to
+    /// standard error when a key cannot be had.
     void start();
-    /// Gives the key back while another one is recorded. Each call is followed by a resume().
+    /// Releases the key while another one is recorded. Each call is followed by a resume().
     void pause();
     void resume();
 
-    /// Returns the outcome for the stored shortcut. It is absent while there is nothing to register
-    /// or no answer.
+    /// Returns the outcome for the stored shortcut, or nothing while there is nothing to register
+    /// or no answer yet.
     std::optional<HotKey::Outcome> outcome() const { return outcome_; }
 
 Q_SIGNALS:

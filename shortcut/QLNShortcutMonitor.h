@@ -12,7 +12,7 @@ namespace quillon {
 class DefaultsStore;
 
 /// Reads and writes the shortcut in the settings and reports when it changes, whoever wrote it.
-/// Main thread only. The store and its changes outlive it.
+/// Main thread only. The store and its changes outlive this object.
 class QLNShortcutMonitor : public QObject
 {
     Q_OBJECT
@@ -20,11 +20,11 @@ class QLNShortcutMonitor : public QObject
 public:
     QLNShortcutMonitor(DefaultsStore &defaults, DefaultsChanges &changes);
 
-    /// The shortcut is absent while none is set. A value that is no shortcut counts as none and is
-    /// reported once on standard error.
+    /// Returns nothing while no shortcut is set. A value that is not a shortcut counts as none and
+    /// is reported once on standard error.
     const std::optional<QLNShortcut> &shortcut() const { return shortcut_; }
-    /// An absent shortcut removes the stored one. Returns false when the change could not be
-    /// written; the former shortcut stays then.
+    /// Stores the shortcut, or removes the stored one when there is none. Returns false when the
+    /// change could not be written; the former shortcut then stays.
     bool store(const std::optional<QLNShortcut> &shortcut);
 
 Q_SIGNALS:

@@ -27,7 +27,7 @@ QLNShortcutValidator::fault(const KeyCombination &keys) const
         return Fault::impossible;
     if (!service_.isSilent())
         return std::nullopt;
-    // A service that asks nobody reports the outcome at once.
+    // A service that does not ask the user reports the outcome at once.
     auto outcome = HotKey::Outcome::impossible;
     service_.grab(keys, [&outcome](HotKey::Outcome told) { outcome = told; });
     service_.release();

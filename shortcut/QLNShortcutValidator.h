@@ -26,14 +26,14 @@ public:
         impossible,
     };
 
-    /// The service outlives this.
+    /// The service outlives this object.
     explicit QLNShortcutValidator(HotKey &service) : service_(service) {}
 
-    /// Returns what is wrong, which is absent when nothing is. Tries the combination where that
-    /// asks the user nothing, so no other one may be grabbed meanwhile.
+    /// Returns what is wrong, or nothing when the combination is fine. Tries the combination if
+    /// that asks the user nothing, so no other one may be grabbed meanwhile.
     std::optional<Fault> fault(const KeyCombination &keys) const;
 
-    /// The fault is absent for a key that is grabbed.
+    /// Returns nothing for a key that is grabbed.
     static std::optional<Fault> fault(HotKey::Outcome outcome);
     /// Returns one sentence for the user, in the user's language.
     static QString words(Fault fault, const QLNShortcut &shortcut);
