@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view DESKTOP = ".desktop";
 constexpr std::size_t MOST_NAMES = 3;
-/// Shorter names occur in too many words to mean anything.
+/// Shorter names are part of too many words to mean anything.
 constexpr qsizetype SHORTEST_PART = 3;
 
 QString folded(std::string_view text)
@@ -29,7 +29,7 @@ std::string_view withoutSuffix(std::string_view id)
     return id;
 }
 
-/// "Terminal" of "org.example.Terminal.desktop".
+/// Returns, for example, "Terminal" of "org.example.Terminal.desktop".
 std::string_view lastPart(const Application &application)
 {
     const std::string_view id = withoutSuffix(application.id);
@@ -49,8 +49,8 @@ constexpr std::array<NameOf, 7> NAMES{
     [](const Application &a) -> std::string_view { return a.genericName; },
 };
 
-/// Returns how far the typed text is from the name. Absent when more than a third of it is wrong
-/// and neither text is a part of the other.
+/// Returns how far the typed text is from the name. Returns nothing when more than a third of it is
+/// wrong and neither text is a part of the other.
 std::optional<std::size_t> distance(const QString &typed, const QString &name)
 {
     if (name.isEmpty())

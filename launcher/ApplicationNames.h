@@ -14,7 +14,7 @@ enum class NameKinds
 {
     /// The application's id, its names and the name of its program.
     own,
-    /// The names above and the kind of program, as in "Web Browser".
+    /// The names above and the kind of program, such as "Web Browser".
     ownAndGeneric,
 };
 

@@ -13,7 +13,7 @@ namespace quillon {
 namespace {
 
 constexpr int USAGE_ERROR = 2;
-/// The name that stands for whichever terminal is installed.
+/// This name stands for whichever terminal is installed.
 constexpr std::string_view TERMINAL = "Terminal";
 
 /// Returns the installed applications. Where several have the same name, the item's default

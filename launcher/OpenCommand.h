@@ -16,9 +16,9 @@ public:
     /// Writes each complaint to the stream as one line.
     OpenCommand(ApplicationLauncher &launcher, Workspace &workspace, std::FILE *diagnostics);
 
-    /// Takes the arguments of the command line without the program's name: "-a", NAME, PATH or
-    /// PATH alone. Returns the exit status: 0 when the item is opened, 1 when it cannot be opened,
-    /// 2 when the arguments make no sense.
+    /// Takes the arguments of the command line without the program's name: "-a", NAME, PATH or PATH
+    /// alone. Returns the exit status: 0 when the item is opened, 1 when it cannot be opened, 2
+    /// when the arguments are wrong.
     int run(const std::vector<std::string> &arguments);
 
 private:

@@ -20,7 +20,7 @@ struct Option
     const char *help;
     bool isGiven = false;
 
-    /// The option's name is that of the action.
+    /// The option has the name of the action.
     std::string action() const { return name + 2; }
 };
 
@@ -71,8 +71,8 @@ int StartCommand::carryOut(const std::string &action) const
         std::fputs("quillon: the running instance does not answer\n", complaints_);
         return EXIT_FAILURE;
     }
-    // Without a bus, plain "quillon" starts the application, which finds out by itself whether
-    // another instance runs.
+    // Without a bus, plain "quillon" starts the application, which checks by itself whether another
+    // instance is running.
     if (outcome == RunningInstance::Outcome::noBus && action != "activate") {
         std::fputs("quillon: there is no session bus, so a running instance cannot be reached\n",
                    complaints_);

@@ -8,8 +8,8 @@ namespace quillon {
 
 class RunningInstance;
 
-/// The command "quillon": hands the request to the running instance, or starts the application with
-/// it.
+/// The command "quillon". It hands the request to the running instance, or starts the application
+/// with it.
 class StartCommand
 {
 public:

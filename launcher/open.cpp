@@ -1,5 +1,6 @@
 // The program "open" opens a file or folder with an application that is found by its name. It is in
-// a folder of Quillon's own, which comes first on the PATH of what "Open Application" runs.
+// a folder of Quillon's own, which comes first on the PATH of the commands that "Open Application"
+// runs.
 
 #include "launcher/OpenCommand.h"
 #include "platform/linux/applications/GioApplicationLauncher.h"

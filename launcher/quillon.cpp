@@ -1,6 +1,6 @@
 // The command "quillon". The application links the whole desktop, which takes longer to load than a
-// key press may take. So this command links the bus alone, and executes the application if none
-// runs. A map of the code is at the top of app/main.cpp.
+// key press may take. So this command links only the bus, and turns into the application if none is
+// running. A map of the code is at the top of app/main.cpp.
 
 #include "launcher/StartCommand.h"
 #include "platform/linux/bus/ActivationToken.h"
