@@ -35,8 +35,8 @@ QNetworkRequest FeedDownload::request(const QUrl &address) const
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("quillon"));
-    // Without this the body would be unpacked, but the signature is over the bytes as they are
-    // sent.
+    // Without this header the body would be unpacked, but the signature covers the bytes as they
+    // are sent.
     request.setRawHeader("Accept-Encoding", "identity");
     if (!authorities_.isEmpty()) {
         QSslConfiguration security = request.sslConfiguration();
@@ -59,7 +59,7 @@ FetchStatus FeedDownload::fetch(const QUrl &address, std::chrono::milliseconds p
             loop.quit();
     });
     bool isTooSlow = false;
-    // This time is for the whole answer, since the request's own time-out begins anew with every
+    // This limit is for the whole answer, since the request's own time-out begins anew with every
     // byte.
     QTimer::singleShot(patience, &loop, [&isTooSlow, &loop] {
         isTooSlow = true;

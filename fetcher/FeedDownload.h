@@ -16,19 +16,18 @@ class QNetworkReply;
 namespace quillon {
 
 /// Fetches the body at one https address: at most MAX_FEED_BYTES, within one time for the whole,
-/// and through redirects to https only. It sends nothing but the request, no cookies and no
-/// credentials.
+/// and through redirects to https only. It sends only the request, without cookies and credentials.
 class FeedDownload
 {
 public:
-    /// These authorities are trusted in place of the system's.
+    /// Trusts these authorities instead of the system's.
     void trustOnly(const QList<QSslCertificate> &authorities);
-    /// Runs an event loop until the download is done. It is called once for each object.
+    /// Runs an event loop until the download is done. It is called only once for each object.
     FetchStatus fetch(const QUrl &address, std::chrono::milliseconds patience);
 
     /// Returns the bytes as they were sent, once they are fetched.
     const QByteArray &body() const { return body_; }
-    /// Says to a person why nothing was fetched.
+    /// Says for the user why nothing was fetched.
     const QString &failure() const { return failure_; }
 
 private:

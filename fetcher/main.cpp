@@ -1,6 +1,6 @@
 // fetch-feed ADDRESS writes the body at an https address to standard output, within narrow limits
-// of size and time. It is a program of its own, so that no process that stays loads the libraries
-// of the network.
+// of size and time. It is a separate program, so that no process that stays loads the libraries of
+// the network.
 
 #include "fetcher/FeedDownload.h"
 
@@ -59,7 +59,7 @@ int run(int argc, char **argv)
 int main(int argc, char **argv)
 {
     const int status = run(argc, argv);
-    // A host name that nobody resolves would delay the end of the process.
+    // Looking up a host name that nobody resolves would delay the normal end of the process.
     std::fflush(nullptr);
     std::_Exit(status);
 }
