@@ -14,7 +14,7 @@ namespace {
 
 using Words = std::span<const std::string_view>;
 
-/// SplitMix64 (Steele, Lea and Flood, 2014): the same numbers everywhere.
+/// The generator SplitMix64 (Steele, Lea and Flood, 2014), which gives the same numbers everywhere.
 class Random
 {
 public:
@@ -66,15 +66,15 @@ public:
     }
 
 private:
-    /// Documents and pictures go back to here in a large corpus; a small one holds fewer years, so
-    /// that projects are most of every one.
+    /// The documents and pictures of a large corpus go back to this year. A small corpus holds
+    /// fewer years, so that projects are always the largest part.
     static constexpr std::size_t FIRST_YEAR = 2003;
     static constexpr std::size_t LAST_YEAR = 2026;
     static constexpr std::size_t PATHS_FOR_A_YEAR = 40'000;
 
     bool isDone() const { return paths_.size() >= count_; }
 
-    /// Adds a folder to the current one, then what contents() adds to it. A name that stands there
+    /// Adds a folder to the current one, and then what contents() adds to it. A name that is taken
     /// already gets a number.
     template <typename Contents>
     void folder(const std::string &name, const Contents &contents)

@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-/// What the corpus's folders are called.
+/// The names of the corpus's folders.
 namespace quillon::bench::words {
 
 inline constexpr std::array<std::string_view, 64> NOUNS = {

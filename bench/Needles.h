@@ -12,7 +12,7 @@ struct Needle
     std::string_view kind;
 };
 
-/// The queries that every measurement of the matcher is taken over, each one once.
+/// Returns the queries that every measurement of the matcher uses, each one once.
 const std::vector<Needle> &needles();
 
 } // namespace quillon::bench

@@ -1,4 +1,4 @@
-// Prints the corpus, one path a line: what other programs are measured on.
+// Prints the corpus, one path a line, for measurements of other programs.
 
 #include "bench/Corpus.h"
 

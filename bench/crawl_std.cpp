@@ -1,4 +1,4 @@
-// All folders below one by the standard library's own walk: what a plain program would do.
+// Walks all folders below one with the standard library's own walk, as a plain program would.
 
 #include <cstdio>
 #include <filesystem>

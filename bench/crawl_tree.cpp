@@ -1,5 +1,5 @@
-// Makes the first COUNT folders of the corpus real below FOLDER, each with a few empty files, seven
-// on average.
+// Makes the first COUNT folders of the corpus below FOLDER on the disk, each with a few empty
+// files, seven on average.
 
 #include "bench/Corpus.h"
 

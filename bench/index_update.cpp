@@ -1,7 +1,7 @@
 // Measures what a large change of the disk costs the main thread, and what a dump of the index
-// costs: FOLDER, which holds COUNT folders or more, is moved into an indexed folder beside it,
-// updated again, and moved out. Prints the time of each step on the main queue, and of the whole
-// update; then what an arrangement of the index and a search cost those who write.
+// costs. FOLDER, which holds COUNT folders or more, is moved into an indexed folder beside it,
+// updated again, and moved out. Prints the time of each step on the main queue and of the whole
+// update, and then how long an arrangement of the index and a search keep writers waiting.
 
 #include "base/InlineTaskQueue.h"
 #include "bench/Corpus.h"
@@ -36,7 +36,7 @@ double milliseconds(Clock::time_point since)
     return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
 }
 
-/// No settings but one include folder.
+/// Settings that hold only one include folder.
 class OneFolder final : public DefaultsStore
 {
 public:
@@ -56,7 +56,7 @@ private:
     std::string folder_;
 };
 
-/// Runs everything at once and remembers the longest.
+/// Runs everything at once and remembers the longest task.
 class TimedQueue final : public TaskQueue
 {
 public:
@@ -153,12 +153,12 @@ void measureWriter(Bench &bench)
         bench.base.count(), waits[waits.size() / 2], waits[waits.size() * 99 / 100], waits.back());
 }
 
-/// The paths lie in random order, so every sibling is apart from the next.
+/// The paths are added in random order, so that every sibling is far from the next in memory.
 void measureArrangement(Bench &bench)
 {
     double longestWait = 0;
     {
-        // So frequent a writer makes each arrangement give up.
+        // A writer that comes this often makes each arrangement give up.
         const std::jthread arranger([&](const std::stop_token &stop) {
             while (!stop.stop_requested())
                 bench.matcher.arrange();

@@ -31,7 +31,7 @@ namespace {
 
 constexpr std::size_t ROWS = 25;
 
-/// The corpus and views of it, which is how the index takes a list.
+/// The corpus and views of it, since the index takes a list of views.
 struct List
 {
     explicit List(std::size_t count) : paths(makeCorpus(count)), views(paths.begin(), paths.end())
@@ -76,7 +76,7 @@ void measureInsertion(benchmark::State &state, const List &list)
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(list.views.size()));
 }
 
-/// What it takes to lay the tree out anew, without the insertion before.
+/// Measures how long arranging the tree takes, without the insertion before.
 void measureArrangement(benchmark::State &state, const List &list)
 {
     for ([[maybe_unused]] const auto step : state) {
@@ -97,7 +97,7 @@ double heapBytes()
     return static_cast<double>(heap.uordblks + heap.hblkhd);
 }
 
-/// What the index says it holds, and what the heap has grown by.
+/// Measures the memory that the index reports and by how much the heap has grown.
 void measureMemory(benchmark::State &state)
 {
     const List list(static_cast<std::size_t>(state.range(0)));

@@ -24,7 +24,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto PATIENCE = 30s;
 /// The time between two showings, in which the window manager settles.
 constexpr auto REST = 300ms;
-/// Key codes of the modifiers on every PC keyboard.
+/// The key codes of the modifiers on every PC keyboard.
 constexpr std::uint8_t CONTROL = 37;
 constexpr std::uint8_t ALT = 64;
 
@@ -53,7 +53,7 @@ public:
 
     Area whole() const { return {0, 0, screen_->width_in_pixels, screen_->height_in_pixels}; }
 
-    /// 32 bits for each pixel.
+    /// Returns the pixels of the area, with 32 bits each.
     std::vector<std::uint32_t> pixels(const Area &area) const
     {
         const auto cookie = xcb_get_image(x_, XCB_IMAGE_FORMAT_Z_PIXMAP, screen_->root, area.x,
@@ -74,7 +74,7 @@ public:
                             XCB_NONE, 0, 0, 0);
         xcb_flush(x_);
     }
-    /// Returns when the display has dealt with what was sent.
+    /// Returns when the display has handled what was sent.
     void settle() { std::free(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr)); }
 
 private:
@@ -82,7 +82,7 @@ private:
     xcb_screen_t *screen_;
 };
 
-/// The time that the press took to come true; absent when it did not.
+/// Returns how long the condition took to become true after the press, or nothing when it did not.
 template <typename Condition>
 std::optional<double> timePress(Screen &screen, std::uint8_t code, const Condition &isThere)
 {
@@ -105,7 +105,7 @@ std::optional<double> timePress(Screen &screen, std::uint8_t code, const Conditi
     return taken;
 }
 
-/// A place where the two pictures differ, about the middle of all such places.
+/// Returns a place where the two pictures differ, near the middle of all such places.
 std::optional<Area> changedPlace(const Area &whole, const std::vector<std::uint32_t> &before,
                                  const std::vector<std::uint32_t> &after)
 {
@@ -130,8 +130,8 @@ int main(int argc, char **argv)
     }
     const auto code = static_cast<std::uint8_t>(std::atoi(argv[1]));
     Screen screen;
-    // The first showing is timed by a picture of the whole screen, which also tells where the
-    // others are looked for.
+    // The first showing is timed with a picture of the whole screen, which also shows where the
+    // others are to be looked for.
     const Area whole = screen.whole();
     const auto empty = screen.pixels(whole);
     const auto first = timePress(screen, code, [&] { return screen.pixels(whole) != empty; });

@@ -24,9 +24,9 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-/// Rows that have not been painted by then stay.
+/// Rows that have not been painted by then count as unchanged.
 constexpr auto PATIENCE = 1000ms;
-/// Without a paint for so long, icons included, the next key is pressed.
+/// When nothing, not even an icon, has been painted for this long, the next key is pressed.
 constexpr auto REST = 200ms;
 constexpr xcb_keysym_t BACKSPACE = 0xff08;
 
@@ -52,7 +52,7 @@ public:
     Panel(const Panel &) = delete;
     Panel &operator=(const Panel &) = delete;
 
-    /// 0 when no key types it.
+    /// Returns 0 when no key types the symbol.
     xcb_keycode_t keyFor(xcb_keysym_t symbol) const
     {
         const auto *setup = xcb_get_setup(x_);
@@ -78,7 +78,7 @@ public:
         xcb_flush(x_);
     }
 
-    /// When the rows are painted next; absent when they are not in time.
+    /// Returns when the rows are next painted, or nothing when that does not happen in time.
     std::optional<Clock::time_point> nextPaint(Clock::time_point deadline)
     {
         do {

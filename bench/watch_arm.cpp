@@ -1,5 +1,5 @@
-// Crawls FOLDER again and again, alone and for a stream that watches it afterwards, and tells the
-// medians, their ratio, how long the watches take then and the memory that they take here.
+// Crawls FOLDER again and again, alone and for a stream that watches it afterwards. Prints the
+// medians, their ratio, how long the watches then take and the memory that they need here.
 
 #include "base/SerialTaskQueue.h"
 #include "indexing/Crawler.h"
@@ -61,7 +61,7 @@ void crawl(const std::string &folder, const std::shared_ptr<CrawlRecord> &record
     times.wall.push_back(secondsSince(begin));
 }
 
-/// A watcher of everything that was crawled.
+/// Returns a watcher of everything that was crawled.
 std::shared_ptr<FolderWatcher> makeWatcher(const std::string &folder, CrawlNotes &notes,
                                            TaskQueue &queue)
 {
@@ -116,7 +116,7 @@ int main(int argc, char **argv)
         if (i + 1 == ROUNDS)
             std::printf("%zu folders, %.1f bytes each\n", folders,
                         static_cast<double>(watcher->bytes()) / static_cast<double>(folders));
-        // Its thread gives the watches back, which must not fall into the next crawl.
+        // The watcher's thread releases the watches, which must not disturb the next crawl.
         const std::weak_ptr<FolderWatcher> ending = watcher;
         watcher->stop();
         watcher.reset();
