@@ -39,7 +39,7 @@ struct Range
     }
 };
 
-/// More threads than this make no crawl faster.
+/// More threads than this do not make a crawl faster.
 constexpr std::size_t MOST_THREADS = 64;
 
 /// Adds an option that is a whole number. The library's own reading accepts hexadecimal digits and
@@ -195,7 +195,7 @@ std::string unknownCommand(const CLI::App &app, const std::string &typed)
 {
     std::string all;
     std::string nearest;
-    // With more than every other letter wrong, the user has meant another word.
+    // If more than half of the letters are wrong, the user meant another word.
     std::size_t fewest = typed.size() / 2 + 1;
     for (const CLI::App *command : app.get_subcommands({})) {
         const std::string &name = command->get_name();
@@ -220,7 +220,7 @@ std::string absolutePath(const std::string &name)
     namespace fs = std::filesystem;
     std::error_code error;
     const fs::path typed(name);
-    // Where there are links, only the disk tells where ".." leads.
+    // If there are links in the path, only the disk knows where ".." leads.
     const bool leadsUp = std::ranges::find(typed, fs::path("..")) != typed.end();
     fs::path path = leadsUp ? fs::canonical(typed, error) : fs::absolute(typed, error);
     if (error)

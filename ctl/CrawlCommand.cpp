@@ -30,7 +30,7 @@ public:
     void add(Token parent, std::span<Entry> entries) override;
     /// Prints the last root, once it is known that it can be indexed.
     void acceptRoot();
-    /// Stops the crawl once nobody reads the output.
+    /// Returns a stop that is requested once nobody reads the output.
     std::stop_token closed() const { return closed_.get_token(); }
 
     std::size_t folders() const { return folders_; }

@@ -11,7 +11,7 @@ class Output;
 /// Prints everything that an index of some folders would hold.
 struct CrawlCommand
 {
-    /// The folders to crawl, as typed.
+    /// The folders to crawl, as the user typed them.
     std::vector<std::string> folders;
     std::vector<std::string> excludes;
     bool noDefaultExcludes = false;

@@ -35,7 +35,7 @@ QJsonObject toJson(const FuzzyMatchResult &result)
     QJsonArray ranges;
     for (const TextRange &range : result.highlightRanges())
         ranges.append(QJsonArray{qint64{range.location}, qint64{range.length}});
-    // JSON knows no infinity.
+    // JSON has no infinity.
     const QJsonValue score =
         std::isfinite(result.score())
             ? QJsonValue(result.score())
@@ -112,8 +112,8 @@ std::vector<FuzzyMatchResult> FindCommand::searchAlone(bool &failed) const
     const BoundedFolderIdentity identity(disk, diskCalls);
     SearchBaseFinder finder(settings, identity, stderr);
 
-    // The store says on standard error what is wrong with the settings. Other folders than those
-    // that the user chose would be no answer.
+    // The store prints to standard error what is wrong with the settings. Searching other folders
+    // than those that the user chose would be no answer.
     failed = settings.fault().has_value();
     if (!folders.empty())
         settings.includeOnly(readableFolders(folders, identity, failed));

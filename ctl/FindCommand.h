@@ -17,12 +17,13 @@ struct FindCommand
 {
     /// The words of the query, which are joined by blanks.
     std::vector<std::string> words;
-    /// The folders to crawl, as typed. With none, the running application is asked, else the index
-    /// that it kept, else the folders of the settings or the home folder are crawled.
+    /// The folders to crawl, as the user typed them. If there are none, the answer comes from the
+    /// running application, else from the index that it kept, else from a crawl of the folders in
+    /// the settings or of the home folder.
     std::vector<std::string> folders;
-    /// Neither the application nor the kept index is asked.
+    /// If true, neither the application nor the kept index is asked.
     bool crawl = false;
-    /// Where the answer comes from is said on standard error.
+    /// If true, standard error says where the answer comes from.
     bool stats = false;
     std::size_t top = 25;
     bool nulSeparated = false;
@@ -33,7 +34,7 @@ struct FindCommand
 
 private:
     std::string query() const;
-    /// The result is absent when no running application can answer.
+    /// Returns nothing when no running application can answer.
     std::optional<std::vector<FuzzyMatchResult>> askRunningInstance() const;
     /// Answers from the kept index or from the disk. Sets failed when a folder could not be read.
     std::vector<FuzzyMatchResult> searchAlone(bool &failed) const;

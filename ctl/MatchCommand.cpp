@@ -23,7 +23,7 @@ namespace quillon {
 
 namespace {
 
-/// Use counts from a file, which is never written.
+/// Use counts that are read from a file and never written.
 class GivenCounts final : public RecentAccessScoreDataStore
 {
 public:
@@ -36,7 +36,8 @@ private:
     DefaultsDictionary counts_;
 };
 
-/// Reads the file. Absent, with a line on standard error, when it holds no JSON object.
+/// Reads the file. Returns nothing, and prints a line to standard error, when it holds no JSON
+/// object.
 std::optional<DefaultsDictionary> readCounts(const std::string &path)
 {
     std::ifstream stream(path, std::ios::binary);

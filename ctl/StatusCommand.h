@@ -4,7 +4,7 @@ namespace quillon {
 
 class Output;
 
-/// Prints what the running application knows of itself.
+/// Prints what the running application knows about itself.
 struct StatusCommand
 {
     bool json = false;

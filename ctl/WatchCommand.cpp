@@ -22,7 +22,7 @@ namespace quillon {
 
 namespace {
 
-/// How long a disk that does not answer may hold up the end of the program.
+/// The time for which a disk that does not answer may delay the end of the program.
 constexpr std::chrono::seconds TASK_END_TIME(5);
 
 /// Prints the path as one line and at once, since other programs wait for it.

@@ -14,15 +14,15 @@ class Output;
 /// standard input ends.
 struct WatchCommand
 {
-    /// The folders to watch, as typed.
+    /// The folders to watch, as the user typed them.
     std::vector<std::string> folders;
-    /// Seconds from a change to its report.
+    /// The seconds from a change to its report.
     double latency = 10.0;
     /// The time from a report to the update of the index.
     std::chrono::milliseconds window{3000};
     /// The time between two checks of the folders that are not watched.
     std::chrono::milliseconds sweep{60000};
-    /// The most watches. When absent, half of what the system grants the user.
+    /// The most watches. If absent, half of what the system grants the user.
     std::optional<std::size_t> budget;
     bool nulSeparated = false;
 

@@ -18,7 +18,7 @@
 
 int main(int argc, char **argv)
 {
-    // When the reader has gone, a write shall fail instead of ending this program.
+    // If the reader is gone, a write has to fail instead of ending this program.
     std::signal(SIGPIPE, SIG_IGN);
     quillon::Output output;
     return quillon::runCommandLine(argc, argv, output);
