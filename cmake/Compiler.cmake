@@ -1,13 +1,15 @@
-# Language, warnings and sanitizers, the same for every target.
+# Sets the language, the warnings and the sanitizers, the same for every
+# target.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
-# Code that may be loaded anywhere inlines only functions that no other module can replace.
+# In code that may be loaded anywhere, the compiler inlines only functions that no other
+# module can replace.
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
-# Newer compilers warn of more, which is no reason not to build.
+# Newer compilers warn about more, which is no reason to fail the build.
 if((CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13) OR
    (CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 15))
     add_compile_options(-Werror)
@@ -25,12 +27,13 @@ else()
     add_compile_options(-Wthread-safety)
 endif()
 
-# A unit of several sources counts as a header to g++, which wants no unnamed namespaces there.
+# g++ treats a unit of several sources as a header, and accepts no unnamed namespaces there.
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-Wno-subobject-linkage)
 endif()
 
-# A fused multiply-add rounds once where the scorer rounds twice: scores would differ by machine.
+# A fused multiply-add rounds once where the scorer rounds twice, so scores would differ between
+# machines.
 add_compile_options(-ffp-contract=off)
 
 add_compile_definitions(
@@ -39,7 +42,8 @@ add_compile_definitions(
 add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS> $<$<CONFIG:Debug>:QT_FORCE_ASSERTS>)
 
 if(QUILLON_SANITIZE)
-    # What a sanitizer adds makes this warning see reads of the library's own that do not happen.
+    # The code that a sanitizer adds makes this warning report reads inside the library that do
+    # not happen.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     add_compile_options(-fsanitize=${QUILLON_SANITIZE} -fno-omit-frame-pointer -O1)
     add_link_options(-fsanitize=${QUILLON_SANITIZE})
@@ -48,7 +52,8 @@ if(QUILLON_SANITIZE)
     endif()
 endif()
 
-# Inlining the standard library and the toolkit, g++ warns of what cannot happen in them.
+# When g++ inlines the standard library and the toolkit, it warns about things that
+# cannot happen in them.
 if(CMAKE_BUILD_TYPE STREQUAL "Release" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-Wno-array-bounds -Wno-maybe-uninitialized -Wno-null-dereference
                         -Wno-restrict -Wno-stringop-overflow)

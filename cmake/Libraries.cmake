@@ -1,5 +1,5 @@
-# quillon_library(NAME SOURCES ... LINKS ... [PRECOMPILED KIND]): one static library of the house.
-# Headers are included from the repository root, as "matching/PathTree.h". The kind of precompiled
+# quillon_library(NAME SOURCES ... LINKS ... [PRECOMPILED KIND]) adds one static library. Headers
+# are included from the repository root, as in "matching/PathTree.h". The kind of precompiled
 # headers is STANDARD unless another one is named.
 function(quillon_library name)
     cmake_parse_arguments(arg "" "PRECOMPILED" "SOURCES;LINKS" PRECOMPILED STANDARD ${ARGN})
