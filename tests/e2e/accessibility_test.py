@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The panel as a screen reader finds it on the accessibility bus.
+"""Tests the panel as a screen reader finds it on the accessibility bus.
 
 Runs on a private desktop: tools/private-desktop tests/e2e/accessibility_test.py QUILLON
 """
@@ -21,7 +21,7 @@ class AccessibilityTest(ReadDesktop):
             self.focused.append((event.source.get_role_name(), event.source.get_name()))
 
     def heard(self, what, before=None):
-        """Waits until a screen reader was taken to it, and to another control before."""
+        """Waits until the focus has moved to a control and, before that, to another one."""
         def probe():
             while GLib.MainContext.default().iteration(False):
                 pass
@@ -71,7 +71,7 @@ class AccessibilityTest(ReadDesktop):
         self.press("Up")
         self.heard(("list item", first))
 
-        # Typing goes on in the field, where the next letter is heard; then comes the new answer.
+        # Typing continues in the field, where the next letter is heard before the new answer.
         self.press("b")
         self.heard(("list item", second), ("text", "Find a folder"))
         self.press("x")
@@ -81,7 +81,7 @@ class AccessibilityTest(ReadDesktop):
 
 
 class GermanAccessibilityTest(AccessibilityTest):
-    """The whole program in another language, chosen as desktops do."""
+    """The whole program in another language, which is chosen as desktops choose it."""
 
     language = "de_AT.UTF-8"
 

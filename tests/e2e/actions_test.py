@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What Return does together with other keys: each kind of action, with real programs.
+"""Tests what Return does together with other keys: each kind of action, with real programs.
 
 Runs on a private desktop: tools/private-desktop python3 tests/e2e/actions_test.py QUILLON
 """
@@ -13,12 +13,12 @@ import subprocess
 
 from desktop import Desktop, eventually, main, output, windows
 
-# Everything that a shell, a URI or a list of settings might trip over.
+# This holds everything that a shell, a URI or a list of settings might misread.
 AWKWARD = b'it\'s a "b"  50%25\n#\xff'
 KEYS = {"Return": (False, False, False), "ctrl+Return": (False, False, True),
         "alt+Return": (True, False, False), "shift+Return": (False, True, False),
         "alt+shift+KP_Enter": (True, True, False)}
-# What every start says on the standard output of a build without a feed of releases.
+# Every start of a build without a feed of releases prints this to standard output.
 AT_THE_START = """Start background update polling...
 Checking for updates in background...
 Should check for betas? false
@@ -27,7 +27,7 @@ Did not find an update
 
 
 def actions(*rows):
-    """Settings with a list of (key, kind, target), as a person writes them."""
+    """Returns settings with a list of (key, kind, target), as a person writes them."""
     return {"qln-actions-list": json.dumps([{
         "actionTarget": {"key": str(target)},
         "actionType": {"requiresTarget": True, "key": kind},
@@ -43,7 +43,7 @@ class ActionsTest(Desktop):
         return program
 
     def start_with_streams(self):
-        """Starts quillon and returns where its output and its diagnostics go."""
+        """Starts quillon and returns the files for its output and its diagnostics."""
         streams = [self.home / "output", self.home / "diagnostics"]
         with open(streams[0], "wb") as out, open(streams[1], "wb") as err:
             self.start(stdout=out, stderr=err)
@@ -64,7 +64,7 @@ class ActionsTest(Desktop):
         self.wait_for_no_panel()
 
     def wait_for_row(self):
-        """While the first crawl runs there may be none. Keys without an action count its use."""
+        """Waits for a row, since the first crawl may still run. Keys without an action count."""
         before = self.uses()
         def counted():
             self.press("ctrl+shift+Return")
@@ -102,7 +102,7 @@ class ActionsTest(Desktop):
         streams = self.start_with_streams()
         self.choose("itsab50", "Return")
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree) + b"/" + AWKWARD])
-        # The shell sees what stands in the name of the folder.
+        # The shell interprets what is in the name of the folder.
         self.choose("sum$SUM", "Return")
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "sum 5 ")])
         self.choose("sum$SUM", "ctrl+Return")
@@ -177,7 +177,7 @@ class ActionsTest(Desktop):
                                     ("ctrl+Return", "Open Application", "sketch"),
                                     ("shift+Return", "Open in Default App", "the selected row")))
         self.start()
-        # What shells and GIO say of themselves.
+        # Shells and GIO write these lines by themselves.
         changing = ("PWD", "OLDPWD", "SHLVL", "_", "GIO_LAUNCHED_DESKTOP_FILE",
                     "GIO_LAUNCHED_DESKTOP_FILE_PID")
         expected = {name: value for name, value in self.environment().items()

@@ -1,4 +1,4 @@
-"""What tests of the whole program on a real screen share: a home folder, keys, windows."""
+"""Holds what tests of the whole program on a real screen share: a home folder, keys, windows."""
 
 import json
 import os
@@ -10,12 +10,12 @@ import tempfile
 import time
 import unittest
 
-PATIENCE = 60  # seconds until something that should happen counts as missing
-SKIPPED = 77  # the status by which ctest knows a test that is skipped
+PATIENCE = 60  # after so many seconds something that should happen counts as missing
+SKIPPED = 77  # ctest recognises a skipped test by this status
 
 
 def is_soon(probe, patience=2):
-    """Whether the probe answers true within so many seconds, for what is then tried again."""
+    """Returns whether the probe is true within so many seconds, for callers that then try again."""
     deadline = time.monotonic() + patience
     while not probe() and time.monotonic() < deadline:
         time.sleep(0.02)
@@ -23,7 +23,7 @@ def is_soon(probe, patience=2):
 
 
 def eventually(what, probe):
-    """The first true answer of the probe; the test fails when none comes in time."""
+    """Returns the first true answer of the probe. The test fails when none comes in time."""
     deadline = time.monotonic() + PATIENCE
     while True:
         answer = probe()
@@ -35,14 +35,14 @@ def eventually(what, probe):
 
 
 def lacks(what):
-    """Skips the test for want of something, or fails it where QUILLON_REQUIRE_TOOLS is set."""
+    """Skips a test that lacks something, or fails it if QUILLON_REQUIRE_TOOLS is set."""
     if os.environ.get("QUILLON_REQUIRE_TOOLS"):
         raise AssertionError(f"missing here: {what}")
     raise unittest.SkipTest(f"missing here: {what}")
 
 
 def needs(*tools):
-    """The test goes on only where these programs are installed."""
+    """Skips the test unless these programs are installed."""
     for tool in tools:
         if shutil.which(tool) is None:
             lacks(tool)
@@ -53,7 +53,7 @@ def output(*command):
 
 
 def windows(window_class, title=None):
-    """The visible windows of the class, with the title if one is given."""
+    """Returns the visible windows of the class, with the title if one is given."""
     found = output("xdotool", "search", "--onlyvisible", "--class", f"^{window_class}$").split()
     return [window for window in found
             if title in (None, output("xdotool", "getwindowname", window).rstrip("\n"))]
@@ -66,7 +66,7 @@ class Desktop(unittest.TestCase):
 
     def setUp(self):
         needs("xdotool", "xprop", "xrandr", "xclip", "gdbus")
-        # A program that was opened may write into it until its very end.
+        # A program that was opened may write into the folder until it ends.
         folder = tempfile.TemporaryDirectory(prefix="quillon-e2e-", ignore_cleanup_errors=True)
         self.addCleanup(folder.cleanup)
         self.home = pathlib.Path(folder.name)
@@ -107,14 +107,14 @@ class Desktop(unittest.TestCase):
             f"[Default Applications]\ninode/directory={desktop_file}\n")
 
     def add_application(self, name, entry):
-        """Installs an application for this user; the entry goes below its name."""
+        """Installs an application for this user. The entry holds these lines below its name."""
         applications = self.home / ".local/share/applications"
         applications.mkdir(parents=True, exist_ok=True)
         (applications / f"{name}.desktop").write_text(
             f"[Desktop Entry]\nType=Application\n{entry}\n")
 
     def recorder(self, name="recorder"):
-        """A program that writes its arguments down, each ended by a null byte; with the file."""
+        """Returns a program that writes its arguments to a file, null-terminated, and the file."""
         record = self.home / f"{name}.arguments"
         program = self.home / name
         program.write_text(f'#!/bin/sh\nprintf "%s\\0" "$@" > "{record}.new"\n'
@@ -123,7 +123,7 @@ class Desktop(unittest.TestCase):
         return program, record
 
     def open_folders_with_recorder(self):
-        """The file manager is a program that writes its argument down; returns the file."""
+        """Makes the file manager a program that writes its argument to a file. Returns the file."""
         program, record = self.recorder()
         self.add_application("recorder", f"Name=Recorder\nExec={program} %f\n"
                              "MimeType=inode/directory;\nCategories=FileManager;")
@@ -160,7 +160,7 @@ class Desktop(unittest.TestCase):
         self.press("Return")
 
     def window(self, title):
-        """The window, once it has the keyboard."""
+        """Waits until the window has the keyboard, and returns it."""
         window = eventually(title, lambda: windows("quillon", title))[0]
         eventually(f"the keyboard in {title}",
                    lambda: output("xdotool", "getactivewindow").strip() == window)
@@ -175,7 +175,7 @@ class Desktop(unittest.TestCase):
         eventually("the panel's end", lambda: not self.panel())
 
     def type(self, text, *keys):
-        """Types the text and right after it presses the keys."""
+        """Types the text and presses the keys right after it."""
         subprocess.run(["xdotool", "type", "--delay", "5", "--args", "1", text,
                         *(word for key in keys for word in ("key", key))], check=True)
 
@@ -183,7 +183,7 @@ class Desktop(unittest.TestCase):
         subprocess.run(["xdotool", "key", key], check=True)
 
     def press_until(self, key, what, probe):
-        """A window that has just come up may miss the first press."""
+        """Presses keys until the probe is true, since a new window may miss the first press."""
         def done():
             self.press(key)
             time.sleep(0.2)
@@ -191,7 +191,7 @@ class Desktop(unittest.TestCase):
         return eventually(what, done)
 
     def press_return_until_opened(self, key="Return"):
-        """Without rows, as long as the first crawl runs, Return leaves the panel open."""
+        """Presses Return until the panel closes, which it does not before there are rows."""
         def opened():
             if self.panel():
                 self.press(key)
@@ -200,7 +200,7 @@ class Desktop(unittest.TestCase):
         eventually("the opened row", opened)
 
     def recorded(self, record):
-        """The arguments that a recorder was given, once it was; forgotten with this."""
+        """Waits until a recorder has run, returns its arguments and deletes its file."""
         eventually("the recorded arguments", record.exists)
         arguments = record.read_bytes().split(b"\0")[:-1]
         record.unlink()
@@ -210,7 +210,7 @@ class Desktop(unittest.TestCase):
         return json.loads(self.settings.read_text()) if self.settings.exists() else {}
 
     def start_notification_server(self):
-        """Returns what reads the notifications that were shown so far, each with title and text."""
+        """Returns a function that reads the notifications so far, each with title and text."""
         record = self.home / "notifications"
         server = pathlib.Path(__file__).parent / "notification_server.py"
         self.children.append(subprocess.Popen(["/usr/bin/python3", server, record],
@@ -219,7 +219,7 @@ class Desktop(unittest.TestCase):
         return lambda: [json.loads(line) for line in record.read_text().splitlines() if line]
 
     def dismiss_failure(self):
-        """Where nothing shows notifications, a window says what could not be opened."""
+        """Closes the window that says what could not be opened, if notifications are not shown."""
         self.window("Quillon – Not Opened")
         self.press("Escape")
         eventually("the window's end", lambda: not windows("quillon", "Quillon – Not Opened"))

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""How the program ends, whatever it is busy with and whatever hangs. Prints how long each end took.
+"""Tests how the program ends, whatever it is busy with and whatever hangs, and prints the times.
 
 Runs on a private desktop: tools/private-desktop python3 tests/e2e/ending_test.py QUILLON
 """
@@ -17,14 +17,14 @@ import time
 from desktop import PATIENCE, Desktop, eventually, lacks, main, needs, output, windows
 from session_manager import SessionManager
 
-# Far above what it takes on a busy machine, below the patience of everything that it waits for.
+# Far above what an end takes on a busy machine, below all time-outs of what it waits for.
 LONGEST = 2.5  # seconds
 RESTART_NEVER = b"\3\0\0\0"
 
 
 class EndingTest(Desktop):
     def launch(self, *options, environment=None, **streams):
-        """Starts the program and waits for nothing."""
+        """Starts the program without waiting for anything."""
         streams.setdefault("stdout", subprocess.DEVNULL)
         child = subprocess.Popen([self.program, *options],
                                  env=environment or self.environment(), **streams)
@@ -32,7 +32,7 @@ class EndingTest(Desktop):
         return child
 
     def background(self, **streams):
-        """Started as at login, and reachable."""
+        """Starts the program as a login does, and waits until it is reachable."""
         child = self.launch("--background", **streams)
         self.wait_until_reachable()
         return child
@@ -53,7 +53,7 @@ class EndingTest(Desktop):
         eventually("the instance on the bus", answers)
 
     def ends(self, child, what, number=signal.SIGTERM):
-        """A signal ends the program in time and with success."""
+        """Checks that a signal ends the program in time and with success."""
         self.ends_after(lambda: child.send_signal(number), child, what)
 
     def ends_after(self, request, child, what):
@@ -70,17 +70,17 @@ class EndingTest(Desktop):
         self.assertLess(took, LONGEST, what)
 
     def make_big_tree(self, folder):
-        """Crawling it takes longer than ending the program may."""
+        """Makes a tree that takes longer to crawl than the program may take to end."""
         for number in range(20_000):
             os.makedirs(folder / f"{number // 200}/folder {number}")
 
     def wait_for_window(self, title):
-        """The window with the title has the keyboard."""
+        """Waits until the window with the title has the keyboard."""
         eventually(title, lambda: output("xdotool", "getactivewindow").strip() in
                    windows("quillon", title))
 
     def wait_for_rows(self, query):
-        """While the first crawl runs there may be none. Keys without an action count the use."""
+        """Waits for rows, since the first crawl may still run. Keys without an action count."""
         before = self.uses()
         self.type(query)
         def counted():
@@ -98,8 +98,8 @@ class EndingTest(Desktop):
 
     @contextlib.contextmanager
     def hanging(self, disk):
-        """A request that the disk's process has taken up could not be given up, even by a kill. So
-        the process is stopped while all its threads wait."""
+        """Stops the disk's process while all its threads wait. A request that the process had begun
+        could not be given up, even by a kill."""
         def waits():
             try:
                 return all(state.read_text().rpartition(")")[2].split()[0] == "S"

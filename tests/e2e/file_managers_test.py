@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""Real file managers on a real screen, asked through the program's own service.
+"""Tests real file managers on a real screen, which are asked through the program's own service.
 
-What a call did is seen from outside: by the windows' titles and states, and by the folders that
+The effect of a call is seen from outside: by the windows' titles and states, and by the folders that
 the file manager's process watches.
 
     tools/private-desktop --home DIR python3 tests/e2e/file_managers_test.py DRIVER [--table FILE]
         [MANAGER...]
 
-With --table a page with what was seen and how long it took is written.
+With --table, writes a page with what was seen and how long it took.
 """
 
 import argparse
@@ -26,7 +26,7 @@ import urllib.parse
 from desktop import PATIENCE, eventually, finish, is_soon, needs, output
 
 DRIVER = ""
-# Window class and desktop id.
+# Each file manager has a window class and a desktop id.
 MANAGERS = {
     "nautilus": ("org.gnome.Nautilus", "org.gnome.Nautilus"),
     "nemo": ("Nemo", "nemo"),
@@ -35,16 +35,16 @@ MANAGERS = {
     "dolphin": ("dolphin", "org.kde.dolphin"),
     "pcmanfm-qt": ("pcmanfm-qt", "pcmanfm-qt"),
 }
-# Names as bytes. Qt's file managers show no name that is not valid UTF-8.
+# The names are bytes. Qt's file managers show no name that is not valid UTF-8.
 NAMES = {
     "blanks": b"two  words", "quotes": b"it's \"so\"", "umlauts": "Übergrößen".encode(),
     "percent": b"100%25 sure", "line feed": b"one\ntwo", "not UTF-8": b"caf\xe9",
 }
 CANNOT = {("dolphin", "not UTF-8"), ("pcmanfm-qt", "not UTF-8")}
-# Cannot be written into the entry, so the front window stays as it is.
+# This name cannot be written into the entry, so the front window stays as it is.
 OPENED_ANEW = {("thunar", "not UTF-8")}
-LIMIT = 3000 + 700  # milliseconds for one call, and what a busy machine adds
-SEEN = {}  # manager -> operation -> milliseconds or a remark
+LIMIT = 3000 + 700  # the milliseconds for one call, and what a busy machine adds
+SEEN = {}  # the milliseconds or a remark for each manager and operation
 
 
 def active_window():
@@ -56,7 +56,7 @@ def is_minimised(window):
 
 
 def watched_inodes(process):
-    """The inode numbers of the folders that a process watches, as the kernel tells them."""
+    """Returns the inode numbers of the folders that a process watches, as the kernel gives them."""
     inodes = set()
     for path in pathlib.Path(f"/proc/{process}/fdinfo").iterdir():
         try:
@@ -69,7 +69,7 @@ def watched_inodes(process):
 
 
 class FileManager:
-    """The steps that hold for every file manager; a class for each is made of it below."""
+    """The tests for every file manager. The end of the file makes a class of it for each one."""
 
     manager = ""
 
@@ -99,7 +99,7 @@ class FileManager:
         self.last_request = (operation, *arguments)
 
     def leads_windows(self):
-        """From release 47 on, nothing can have a window of nautilus show another folder."""
+        """Returns false for nautilus from release 47 on, whose windows cannot be led elsewhere."""
         return self.manager != "nautilus" or int(version("nautilus").partition(".")[0]) < 47
 
     def note(self, operation, milliseconds):
@@ -107,7 +107,7 @@ class FileManager:
             SEEN.setdefault(self.manager, {})[operation] = f"{milliseconds:.0f} ms"
 
     def windows(self):
-        """All of its windows but dialogues and the desktop, by number."""
+        """Returns all of its windows except dialogues and the desktop, by number."""
         listed = output("xprop", "-root", "_NET_CLIENT_LIST").partition("# ")[2]
         windows = [str(int(number, 16)) for number in listed.split(", ") if number.strip()]
         return [window for window in windows if self.is_own(window)]
@@ -117,7 +117,7 @@ class FileManager:
         return f'"{self.window_class}"' in told and "TYPE_NORMAL" in told
 
     def shows(self, window, path):
-        """The title names the folder, and the process watches it or tells that it shows it."""
+        """Returns whether the title names the folder and the process watches or reports it."""
         name = os.path.basename(path).decode(errors="replace").partition("\n")[0]
         title = output("xdotool", "getwindowname", window)
         process = output("xdotool", "getwindowpid", window).strip()
@@ -132,7 +132,7 @@ class FileManager:
         return os.stat(path).st_ino in watched_inodes(process)
 
     def wait_for(self, path, count):
-        """So many windows, and the active one shows the folder; returns that one."""
+        """Waits for this many windows, of which the active one shows the folder, and returns it."""
         def found():
             windows = self.windows()
             active = active_window()
@@ -149,7 +149,7 @@ class FileManager:
             raise AssertionError(f"{missing}; active {active_window()} of {windows}") from missing
 
     def end_manager(self):
-        """Ends every process that this test made its windows with."""
+        """Ends every process whose windows this test has opened."""
         for window in self.windows():
             process = output("xdotool", "getwindowpid", window).strip()
             if process:
@@ -165,7 +165,7 @@ class FileManager:
         eventually("the other window in front", lambda: active_window() == window)
 
     def open_foreign_window(self):
-        """A window of another program that calls itself by the file manager's class."""
+        """Opens a window of another program that has the file manager's window class."""
         foreign = subprocess.Popen(["xterm", "-class", self.window_class, "-title", "foreign",
                                     "-e", "sleep", "1000"])
         self.addCleanup(foreign.wait)
@@ -220,7 +220,7 @@ class FileManager:
             before = set(self.windows())
             self.do("select", wanted, os.path.dirname(wanted), seen=seen)
             self.wait_for(os.path.dirname(wanted), len(before) + 1)
-            # Return opens what is selected, and nothing when nothing is.
+            # Return opens what is selected, and does nothing when nothing is selected.
             def opened():
                 output("xdotool", "key", "Return")
                 time.sleep(0.2)
@@ -249,7 +249,7 @@ class FileManager:
         self.assertEqual((answer["isFrontmost"], answer["folder"], answer["items"]), (False, "", []))
 
     def test_knows_folders_by_titles_that_are_no_names(self):
-        """Some call the home folder "Home", in the user's language, and the root "File System"."""
+        """Some name the home folder "Home", in the user's language, and the root "File System"."""
         self.do("new", self.folder("here"))
         self.wait_for(self.folder("here"), 1)
         for place in (os.environ["HOME"], "/"):
@@ -319,7 +319,7 @@ class FileManager:
 
 
 class PathBar:
-    """A file manager that shows the way to the folder as buttons, if the user wants that."""
+    """A file manager that shows the path as buttons if the user wants that."""
 
     def test_leads_windows_without_an_entry(self):
         bar = ["xfconf-query", "--channel", "thunar", "--property", "/last-location-bar"]

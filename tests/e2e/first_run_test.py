@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A newcomer's way: from an empty home folder to the first folder that is opened, by keys alone.
+"""Tests a newcomer's way from an empty home folder to the first opened folder, by keys alone.
 
 Runs on a private desktop: tools/private-desktop python3 tests/e2e/first_run_test.py QUILLON
 """
@@ -27,7 +27,7 @@ class FirstRunTest(Desktop):
         self.assertEqual(self.stored()["ShowQLNShortcut"]["key"], "space")
         self.assertTrue((self.config / "autostart/org.quillon.Quillon.desktop").exists())
 
-        # The panel is there while the index is built.
+        # The panel is shown while the index is built.
         self.wait_for_panel()
         self.assertFalse(windows("quillon", "Rebuild Quillon Search"))
         self.type("firste")

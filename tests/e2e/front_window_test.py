@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The items of the file manager window in front, searched and chosen, on a real screen.
+"""Tests searching and choosing the items of the file manager window in front, on a real screen.
 
 Runs on a private desktop, a new one for each file manager:
     tools/private-desktop python3 tests/e2e/front_window_test.py QUILLON MANAGER
@@ -12,7 +12,7 @@ import time
 
 from desktop import Desktop, eventually, main, needs, output, windows
 
-# Command for a window, window class, desktop id.
+# Each file manager has a command for a window, a window class and a desktop id.
 MANAGERS = {
     "nautilus": (["nautilus", "--new-window"], "org.gnome.Nautilus", "org.gnome.Nautilus"),
     "nemo": (["nemo"], "Nemo", "nemo"),
@@ -28,7 +28,7 @@ class FrontWindowTest(Desktop):
 
     def setUp(self):
         super().setUp()
-        # It is not below the folders to search: what is found here is found in the window alone.
+        # It is not below the folders to search, so only the window can provide what is found here.
         self.shown = self.home / "shown"
         self.shown.mkdir()
         program, self.record = self.recorder()
@@ -53,7 +53,7 @@ class FrontWindowTest(Desktop):
         return output("xdotool", "getactivewindow").strip()
 
     def choose(self, text):
-        """The window is there before the file manager can tell its folder, so this asks again."""
+        """Asks repeatedly, since the window exists before the file manager can tell its folder."""
         def chosen():
             self.assertEqual(self.request("--toggle"), 0)
             self.wait_for_panel()
@@ -70,7 +70,7 @@ class FrontWindowTest(Desktop):
 
     def test_opens_an_item_with_its_default_application(self):
         item = os.fsencode(self.shown) + b"/zebra \"quoted\" 100% \xc3\xa4.txt"
-        # An empty file is of no type that an application is for.
+        # There is no application for the type of an empty file, so the file gets a text.
         with open(item, "w", encoding="utf-8") as file:
             file.write("text")
         self.write_settings({"finder-quick-search": True})
@@ -102,7 +102,7 @@ class FrontWindowTest(Desktop):
         self.wait_for_no_panel()
         self.show_in_front()
         self.choose("zebra")
-        # It comes in a window of its own, but in nautilus; there Return opens the selected item.
+        # It comes in a window of its own, except in nautilus, where Return opens the selected item.
         old = set() if self.manager == "nautilus" else {self.window}
         def opened():
             if self.active() in set(windows(self.window_class)) - old:

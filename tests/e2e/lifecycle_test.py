@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The program as a citizen of the desktop: how it starts, who has the keyboard, how it ends.
+"""Tests the program on the desktop: how it starts, who has the keyboard, how it ends.
 
 Runs on a private desktop:
 tools/private-desktop python3 tests/e2e/lifecycle_test.py QUILLON QUILLONCTL
@@ -23,7 +23,7 @@ PREFERENCES = "Preferences"
 PANEL = "Quillon"
 SETTINGS = "Quillon – Settings"
 
-# A program that has taken Ctrl+Alt+Space, whatever the locks.
+# A program that has grabbed Ctrl+Alt+Space in every state of the lock keys.
 TAKE_KEY = """
 import ctypes, time
 x11 = ctypes.CDLL("libX11.so.6")
@@ -43,7 +43,7 @@ def active_window():
 
 
 def bus_call(method, *arguments):
-    """What the running instance answers on the bus; empty when it does not."""
+    """Returns the answer of the running instance on the bus, which is empty without one."""
     return output("gdbus", "call", "--session", "--dest", "org.quillon.Quillon", "--object-path",
                   "/org/quillon/Quillon", "--method", method, *arguments)
 
@@ -60,7 +60,7 @@ class LifecycleTest(Desktop):
                               capture_output=True, check=False)
 
     def launch(self, *options, **streams):
-        """Starts the program and waits for nothing."""
+        """Starts the program without waiting for anything."""
         streams.setdefault("stdout", subprocess.DEVNULL)
         child = subprocess.Popen([self.program, *options], env=self.environment(), **streams)
         self.children.append(child)
@@ -94,7 +94,7 @@ class LifecycleTest(Desktop):
                    lambda: bus_call("org.freedesktop.DBus.Peer.Ping") != "")
 
     def end(self, child):
-        """Ends the program by its own command, which returns when that is done."""
+        """Ends the program by its own command, which returns when the program has ended."""
         self.assertEqual(self.request("--quit"), 0)
         self.assertEqual(child.poll(), 0)
 
@@ -256,7 +256,7 @@ class LifecycleTest(Desktop):
         self.wait_for_keyboard(PANEL)
         self.assertEqual(self.request("--rebuild"), 0)
         self.wait_for_keyboard(REBUILD)
-        # The rebuild window makes way meanwhile, and nobody is given the keyboard.
+        # The rebuild window closes meanwhile, and no window is given the keyboard.
         manager = self.window_manager()
         os.kill(manager, signal.SIGSTOP)
         self.addCleanup(os.kill, manager, signal.SIGCONT)
@@ -266,7 +266,7 @@ class LifecycleTest(Desktop):
         self.wait_for_keyboard(PANEL)
 
     def window_manager(self):
-        """Returns its process, which is one of those that the private desktop has started."""
+        """Returns the window manager's process, which the private desktop has started."""
         for process in output("pgrep", "-P", str(os.getppid())).split():
             if pathlib.Path(f"/proc/{process}/comm").read_text() == "openbox\n":
                 return int(process)
@@ -350,7 +350,7 @@ class LifecycleTest(Desktop):
         self.assertEqual(self.request("--preferences"), 0)
         self.wait_for_keyboard(SET_UP)
         self.assertEqual(windows("quillon", PREFERENCES) + self.panel(), [])
-        # Closed undone it says so and quits, and it comes again with the next start.
+        # Closed before it is done, it says so and quits, and it comes again with the next start.
         self.press("alt+F4")
         self.press_until("alt+q", "the end", lambda: quillon.poll() is not None)
         self.assertEqual(quillon.returncode, 0)
@@ -425,7 +425,7 @@ class LifecycleTest(Desktop):
         self.wait_for_index("harbour", 2)
         self.assertEqual((found(), found("--json")), (crawled, crawled_json))
 
-        # A folder made this moment is not in the index yet: whoever crawls sees it.
+        # A folder made at this moment is not in the index yet, but a crawl finds it.
         self.make_folders("brand new harbour")
         self.assertEqual(found(), crawled, "answered by the instance")
         self.assertEqual(found("--in", str(self.tree)).count(b"\n"), 3)

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""A server for notifications on the session bus: writes each one down as a line of JSON.
+"""Serves notifications on the session bus, and writes each one to a file as a line of JSON.
 
 notification_server.py FILE    the first line, which is empty, says that it is ready
 """

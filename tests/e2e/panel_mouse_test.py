@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""The panel and the pointer on a real screen: where it comes up, its menus, rows dragged out.
+"""Tests the panel and the pointer on a real screen: its place, its menus, rows dragged out.
 
-Runs on a private desktop of 1600x900; the program drop_target stands beside the one tested:
+Runs on a private desktop of 1600x900; the program drop_target is in the folder of the one tested:
 tools/private-desktop --size 1600x900 python3 tests/e2e/panel_mouse_test.py QUILLON
 """
 
@@ -12,12 +12,12 @@ import time
 from desktop import PATIENCE, Desktop, eventually, is_soon, main, output, windows
 
 ROW_HEIGHT = 40
-FIRST_ROW = 112  # from the top of the panel to the middle of the first row, below a heading
+FIRST_ROW = 112  # pixels from the top of the panel to the middle of the first row, below a heading
 
 
 class PanelMouseTest(Desktop):
     def place(self):
-        """Left, top, width and height of the panel."""
+        """Returns left, top, width and height of the panel."""
         lines = output("xdotool", "getwindowgeometry", "--shell", self.panel()[0]).splitlines()
         values = dict(line.split("=") for line in lines)
         return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
@@ -31,7 +31,7 @@ class PanelMouseTest(Desktop):
 
     def test_comes_up_on_the_monitor_with_the_pointer(self):
         self.write_settings()
-        # Two monitors beside each other on the one screen, the right one lower.
+        # Two monitors are side by side on the one screen, the right one lower.
         for monitor in ("left 800/211x900/238+0+0 none", "right 800/211x800/211+800+100 none"):
             name, geometry, outputs = monitor.split()
             subprocess.run(["xrandr", "--setmonitor", name, geometry, outputs], check=True,
@@ -71,7 +71,7 @@ class PanelMouseTest(Desktop):
             self.assertEqual(self.place(), (left, top, width, height))
 
     def start_with_a_row(self):
-        """Starts the program and opens a folder once: it stands there from then on, untyped."""
+        """Starts the program and opens a folder once, which is then listed without typing."""
         record = self.open_folders_with_recorder()
         self.make_folders("first wish")
         self.write_settings()
@@ -101,7 +101,7 @@ class PanelMouseTest(Desktop):
                 return True
             # The row was not there yet, and the panel was moved by its background.
             subprocess.run(["xdotool", "mouseup", "1"], check=True)
-            self.point_at(20, 20)  # a pointer that is already there would be waited for
+            self.point_at(20, 20)  # xdotool would wait for ever for a pointer that is already there
             return False
 
         def is_over_target():
@@ -114,7 +114,7 @@ class PanelMouseTest(Desktop):
             eventually("the end of the drag", lambda: len(windows("quillon")) < 2)
 
         eventually("a row that is dragged", is_taken_up)
-        self.point_at(20, 20)  # over the bare screen, which takes nothing
+        self.point_at(20, 20)  # over the bare screen, which accepts no drop
         let_go()
         self.assertTrue(self.panel())
 
@@ -149,7 +149,7 @@ class PanelMouseTest(Desktop):
 
         self.show()
         self.open_menu("Down")
-        self.press("Up")  # around to the last entry
+        self.press("Up")  # from the first entry to the last
         self.press("Return")
         self.assertEqual(self.children[-1].wait(PATIENCE), 0)
 

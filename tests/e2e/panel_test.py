@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The whole way a user goes: the panel on a real screen, keys, and the window that opens.
+"""Tests a user's whole way: the panel on a real screen, keys, and the window that opens.
 
 Runs on a private desktop: tools/private-desktop python3 tests/e2e/panel_test.py QUILLON
 """
@@ -26,7 +26,7 @@ class PanelTest(Desktop):
         chosen = str(self.tree / "Documents/harbour plans")
         self.assertEqual(self.uses(), {chosen: 1})
 
-        # A desktop's own key settings use the bus too; the former text is replaced.
+        # Key settings of desktops use the bus too. The former text is replaced.
         subprocess.run(["gdbus", "call", "--session", "--dest", "org.quillon.Quillon",
                         "--object-path", "/org/quillon/Quillon", "--method",
                         "org.freedesktop.Application.ActivateAction", "toggle", "[]", "{}"],
@@ -56,7 +56,7 @@ class PanelTest(Desktop):
         self.assertEqual(self.request("--show"), 0)
         self.assertTrue(self.panel(), "asked for again it stays")
 
-        # Another window takes the keyboard: the panel is out of the way.
+        # When another window takes the keyboard, the panel hides.
         other = subprocess.Popen(["xmessage", "other"], env=self.environment())
         self.children.append(other)
         message = eventually("the other window", lambda: windows("Xmessage"))[0]
@@ -91,7 +91,7 @@ class PanelTest(Desktop):
             eventually("the keyboard back where it was",
                        lambda: output("xdotool", "getactivewindow").strip() == message)
 
-        # Another key, written by hand in place; until it is taken up the press does nothing.
+        # Another key is written by hand in place. Until it is noticed, the press does nothing.
         settings = json.loads(self.settings.read_text())
         settings["ShowQLNShortcut"] = {"key": "F7", "modifiers": ["Super"]}
         self.settings.write_text(json.dumps(settings))

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The preferences window by keys alone: every pane, its sheets, and the settings that follow.
+"""Tests the preferences window by keys alone: its panes, their sheets, and the stored settings.
 
 Runs on a private desktop: tools/private-desktop /usr/bin/python3 tests/e2e/preferences_test.py QUILLON
 """

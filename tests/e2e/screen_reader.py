@@ -1,4 +1,4 @@
-"""What a screen reader finds in the windows of the program, on the accessibility bus."""
+"""Reads the windows of the program on the accessibility bus, as a screen reader does."""
 
 import gi
 
@@ -9,13 +9,13 @@ from gi.repository import Atspi, GLib  # pylint: disable=wrong-import-position,u
 
 
 class ReadDesktop(Desktop):
-    """A desktop whose windows are read; the program is the first one started."""
+    """A desktop whose windows are read. The program is the first one that is started."""
 
     language = "C.UTF-8"
 
     def setUp(self):
         super().setUp()
-        # The reader keeps what it has been told of; another program is another beginning.
+        # The reader keeps what it has been told, so it begins anew with another program.
         Atspi.init()
 
     def environment(self):
@@ -23,11 +23,11 @@ class ReadDesktop(Desktop):
                     LANG=self.language)
 
     def controls(self, role=None):
-        """All that the program shows, outermost first; those of one role if one is given."""
+        """Returns all controls of the program, outermost first, or only those of one role."""
         found = []
 
         def visit(node):
-            # What went while it was looked at is none.
+            # A control that vanished while it was read does not count.
             if not node or not node.get_state_set().contains(Atspi.StateType.SHOWING):
                 return
             if role in (None, node.get_role_name()):
@@ -43,7 +43,7 @@ class ReadDesktop(Desktop):
                     program.clear_cache()
                     visit(program)
         except GLib.GError:
-            return [] # The program is busy: an answer for who asks again.
+            return [] # The program is busy. Callers ask again.
         return found
 
     def names(self, role):

@@ -1,4 +1,4 @@
-"""A session manager of the X session management protocol, on the library that clients use."""
+"""A session manager for the X session management protocol, on the library that clients use."""
 
 import ctypes
 import select
@@ -10,7 +10,7 @@ SAVE_LOCAL, SAVE_BOTH = 1, 2
 INTERACT_NONE, INTERACT_ANY = 0, 2
 LOST = 1
 ERROR_SIZE = 256
-# The order is that of the library; this manager heeds those with a function here.
+# The order is that of the library. This manager handles those with a function here.
 CALLBACKS = {
     "register_client": CFUNCTYPE(c_int, c_void_p, c_void_p, c_void_p),
     "interact_request": CFUNCTYPE(None, c_void_p, c_void_p, c_int),
@@ -65,19 +65,19 @@ process_messages = function(ICE, "IceProcessMessages", c_int, c_void_p, c_void_p
 
 
 class SessionManager:
-    """One for each process. Does something only when step() is called."""
+    """A session manager, of which a process has only one. It works only inside step()."""
 
     def __init__(self):
-        self.properties = {}  # of all clients, by their names
+        self.properties = {}  # the properties of all clients, by their names
         self.saved = 0
-        self._clients = []  # as many as are in the session
+        self._clients = []  # the clients in the session
         self._ending = []
         self._connections = {}
         self._callbacks = {name: kind(getattr(self, "_" + name, lambda *_: None))
                            for name, kind in CALLBACKS.items()}
         self._new_client = NEW_CLIENT(self._join)
         self._welcome = IS_HOST_WELCOME(lambda host: 1)
-        # Without it the library would end this process.
+        # Without this the library would end this process.
         self._note_lost_client = ON_LOST_CLIENT(lambda connection: None)
         on_lost_client(self._note_lost_client)
         error = ctypes.create_string_buffer(ERROR_SIZE)
@@ -92,7 +92,7 @@ class SessionManager:
             self._listeners[listening_number(self._listening[number])] = self._listening[number]
         local = [address for address in addresses(count, self._listening).decode().split(",")
                  if address.startswith("local/")]
-        self.address = local[0]  # what clients find in SESSION_MANAGER
+        self.address = local[0]  # the value of SESSION_MANAGER for clients
 
     @property
     def joined(self):
@@ -108,12 +108,12 @@ class SessionManager:
                 self._connections[connection_number(connection)] = connection
             elif (end := process_messages(self._connections[number], None, None)) != 0:
                 connection = self._connections.pop(number)
-                if end == LOST:  # without a word, or after the last one
+                if end == LOST:  # without a request, or after the last one
                     self._clients = [client for client in self._clients
                                      if connection_of(client) != connection]
 
     def log_out(self):
-        """Asks every client to save itself and, once it has, to end."""
+        """Asks every client to save itself and, after that, to end."""
         self._ending = list(self._clients)
         for client in self._clients:
             save_yourself(client, SAVE_BOTH, 1, INTERACT_ANY, 0)

@@ -11,7 +11,7 @@ import subprocess
 import sys
 import tempfile
 
-# An Ed25519 key as openssl reads it: what goes before every one, then 32 bytes, here all of them 1.
+# An Ed25519 key as openssl reads it: the prefix of every key, then 32 bytes, all of them 1 here.
 SECRET_KEY = bytes.fromhex("302e020100300506032b657004220420") + b"\1" * 32
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Updates and feedback, in a build that knows no feed and no address, and in one that does.
+"""Tests updates and feedback in a build without a feed and an address, and in one with both.
 
 Runs on a private desktop:
 tools/private-desktop python3 tests/e2e/update_test.py QUILLON QUILLON_WITH_FEED
@@ -32,7 +32,7 @@ class Updates(Desktop):
         self.wait_for_no_panel()
 
     def take_links(self):
-        """Opens web pages with a program that writes their addresses down; returns the file."""
+        """Opens web pages with a program that writes the address to a file. Returns the file."""
         program, record = self.recorder("browser")
         self.add_application("browser", f"Name=Browser\nExec={program} %u\n"
                              "MimeType=text/html;x-scheme-handler/https;")
@@ -99,7 +99,7 @@ class WithFeedTest(Updates):
         self.assertEqual((self.home / "asked").read_text(),
                          2 * "https://example.org/feed?beta=false\n")
 
-        # Withdrawn, it is offered no longer: the button is gone and the menu comes first.
+        # A withdrawn release is no longer offered: the button is gone and the menu comes first.
         self.feed.write_bytes(signed_feed("0.0.9"))
         self.request("--show")
         self.wait_for_panel()

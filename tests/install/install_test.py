@@ -21,7 +21,7 @@ OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*|-0)(?![\w-])")
 
 
 def run(*command, **more):
-    """Standard output of a command that succeeds."""
+    """Returns the standard output of a command that succeeds."""
     needs(command[0])
     done = subprocess.run(command, capture_output=True, text=True, timeout=PATIENCE, check=False,
                           **more)
@@ -31,7 +31,7 @@ def run(*command, **more):
 
 
 class Installed(unittest.TestCase):
-    """A tree that all tests of a class read."""
+    """An installed tree that all tests of a class read."""
 
     @classmethod
     def setUpClass(cls):
@@ -46,7 +46,7 @@ class Installed(unittest.TestCase):
         return str(self.prefix / "bin" / name)
 
     def options(self, program, *command):
-        """What the program says that it takes."""
+        """Returns the options that the program says it takes."""
         lines = run(self.program(program), *command, "--help").splitlines()
         return {option for line in lines if line.startswith("  -")
                 for option in OPTION.findall(line[:30])}
@@ -144,11 +144,11 @@ class CompletionTest(Installed):
         self.assert_offered(offered)
 
     def test_zsh(self):
-        # The completion system wants a terminal; what it would be told is looked at instead.
+        # The completion system needs a terminal, so the test reads what it would be told.
         folder = self.share / "zsh/site-functions"
 
         def offered(program, command):
-            # Explanations are left out: an option stands before its first bracket.
+            # Explanations are left out, since an option comes before its first bracket.
             specifications = run(
                 "zsh", "-f", "-c",
                 f"fpath=({folder} $fpath); autoload -Uz compinit && compinit -D -u; "
@@ -173,7 +173,7 @@ class CompletionTest(Installed):
 
 
 class BusTest(Installed):
-    """A session that has the tree among its data folders."""
+    """A session whose data folders include the tree."""
 
     def setUp(self):
         home = self.place / "home"

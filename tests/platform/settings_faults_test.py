@@ -3,7 +3,7 @@
 
 Usage: settings_faults_test.py [--long] [--sanitized] WRITER
 
-A write may succeed or fail. It goes wrong when it says the one and does the other, loses a setting,
+A write may succeed or fail. It goes wrong when it reports one and does the other, loses a setting,
 moves a good file away, loses the bytes of a bad one, or does not end. The short run lets each call
 fail once with EIO and for ever with EINTR; the long run takes all errors, both ways.
 """
@@ -20,9 +20,9 @@ import tempfile
 
 ERRORS = ["EACCES", "EAGAIN", "EBUSY", "EDQUOT", "EINTR", "EIO", "EMFILE", "ENFILE", "ENOMEM",
           "ENOSPC", "EPERM", "EROFS", "ESTALE"]
-# In a file system that cannot exchange two names, the write takes other calls.
+# In a file system that cannot exchange two names, the write makes other calls.
 UNSUPPORTED = "renameat2:error=EINVAL"
-# Calls that end the process or hand out memory are no part of the write.
+# Calls that end the process or allocate memory are not part of the write.
 EXEMPT = {"exit_group", "brk", "mmap", "munmap", "mprotect", "futex", "rt_sigaction"}
 PATIENCE = 60  # seconds
 OLD = {"old": {"/home/u/Documents": 3}, "other": ["a", "b"]}
@@ -31,7 +31,7 @@ BAD = b'{"old": 1,}'
 
 
 class Write:
-    """One run of the writer over settings of their own."""
+    """One run of the writer over its own settings."""
 
     def __init__(self, writer, kind):
         self.writer, self.kind = writer, kind
@@ -48,7 +48,7 @@ class Write:
     def run(self, *injections):
         log = self.folder / "strace.log"
         spoiling = [BAD.decode()] if self.kind == "spoilt" else []
-        # The leak check of a sanitizer works under no tracer.
+        # The leak check of a sanitizer does not work under a tracer.
         command = ["strace", "-o", log, "-e", "signal=none", "-E", "ASAN_OPTIONS=detect_leaks=0"]
         for injection in injections:
             command += ["-e", "inject=" + injection]
@@ -61,7 +61,7 @@ class Write:
         return log.read_text(errors="replace")
 
     def fault(self):
-        """What went wrong, or None."""
+        """Returns what went wrong, or None."""
         kept = [file.read_bytes() for file in self.folder.glob("*.bad-*")]
         if self.status not in (0, 1):
             return f"ends with {self.status}"
@@ -94,7 +94,7 @@ class Write:
 
 
 def calls_of_a_write(log):
-    """The names of the system calls with, for each, how many came before the write and in it."""
+    """Returns for each system call by name how many came before the write and in it."""
     before, during = collections.Counter(), collections.Counter()
     counter = before
     for line in log.splitlines():

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Every call that the watcher makes fails for a while, with each of some errors, while the tree
-changes or nothing happens. Once the fault is gone the index is the disk, without a word and after
+"""Lets every call of the watcher fail for a while, with each of some errors, while the tree changes
+or nothing happens. Once the fault is gone, the index has to equal the disk, both by itself and after
 `settle`.
 
 failing_calls.py QUILLONCTL LIBRARY [--some N] [--seed N] [--jobs N]
@@ -64,7 +64,7 @@ def change(session, seed, count):
 
 
 def run_one(program, library, seed, call, error, mode, when):
-    """How often the call has failed, and a text for what went wrong or nothing."""
+    """Returns how often the call has failed, and a text for what went wrong, if anything."""
     seed = zlib.crc32(" ".join([str(seed), call, error, mode, when]).encode())
     with tempfile.TemporaryDirectory(prefix="quillon-faults-") as place:
         faults = Faults(place + "/errors")

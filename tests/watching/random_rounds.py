@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Bursts of random changes while `quillonctl watch` runs; after each, the index is the disk.
+"""Makes bursts of random changes while `quillonctl watch` runs, and compares index and disk.
 
 random_rounds.py QUILLONCTL [--rounds N] [--seed N] [--jobs N]
 """
@@ -28,7 +28,7 @@ ROUNDS_OF_A_SESSION = 12
 
 
 class User:
-    """Does to a tree whatever a user's programs may do."""
+    """Changes a tree in all ways in which a user's programs may change it."""
 
     def __init__(self, session, seed):
         self.session = session
@@ -166,7 +166,7 @@ class User:
         os.rename(other, one)
 
     def swap_up(self):
-        """A folder takes the place of the one above it."""
+        """Puts a folder in the place of the one above it."""
         path = self.path()
         above, aside = os.path.dirname(path), self.session.outside + b"/aside"
         if above != self.session.root and os.path.isdir(path):
@@ -180,7 +180,7 @@ class User:
 
 
 def run_session(program, seed, rounds):
-    """Rounds that were run, and for the one that went wrong a text."""
+    """Returns how many rounds were run, and a text for the one that went wrong, if any."""
     # A folder copied into itself again and again is deeper than the interpreter's own limit.
     sys.setrecursionlimit(100_000)
     choice = random.Random(seed)

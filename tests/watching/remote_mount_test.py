@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""A file system of another machine inside a watched folder, as the program sees any that FUSE mounts:
-the kernel reports nothing of what happens behind the mount, and its server may stop answering.
+"""Tests a file system of another machine inside a watched folder. The program sees one in any mount
+by FUSE: the kernel reports nothing of what happens behind it, and its server may stop answering.
 
-remote_mount_test.py QUILLONCTL; ends with 77 where nothing can be mounted.
+remote_mount_test.py QUILLONCTL; ends with 77 if nothing can be mounted.
 """
 
 import os
@@ -16,15 +16,15 @@ import unittest
 from session import Session
 
 PROGRAM = ""
-PATIENCE = 60  # seconds until something that should happen counts as missing
+PATIENCE = 60  # after so many seconds something that should happen counts as missing
 
 
 class Server:
-    """Shows one folder at another place, as a remote file system."""
+    """Shows one folder in another place, as a remote file system."""
 
     def __init__(self, shown, place):
         self.place = place
-        # What was asked a moment ago is not remembered: the next look sees what is there.
+        # The kernel caches no answer, so the next look sees what is there.
         self.process = subprocess.Popen(
             ["bindfs", "-f", "-o", "attr_timeout=0,entry_timeout=0,negative_timeout=0", shown, place],
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -46,7 +46,7 @@ class Server:
 
 
 class RemoteMount:
-    """Runs with watches and without any; a class for each is made of this one below."""
+    """The tests, which run with watches and without any in the two classes below."""
 
     mode = ""
 
@@ -90,7 +90,7 @@ class RemoteMount:
             time.sleep(0.02)
 
     def change_everywhere(self, name):
-        """Behind the mount, through it, and beside it."""
+        """Changes files behind the mount, through it, and beside it."""
         os.makedirs(self.far + b"/behind " + name + b"/deep")
         self.check("a folder made behind the mount")
         os.makedirs(self.share + b"/through " + name + b"/deep")
@@ -130,7 +130,7 @@ class RemoteMount:
         os.makedirs(self.far + b"/meanwhile")
         self.wait_for(self.session.root + b"/local/meanwhile/deep")
         self.assertIn(self.share + b"/old/deep", self.session.ask(), "no answer is not gone")
-        # The mount moves with the folder above it, of which the kernel tells nobody.
+        # The mount moves with the folder above it, which the kernel does not report.
         os.rename(self.session.root + b"/box", self.session.root + b"/crate")
         self.share = self.server.place = self.session.root + b"/crate/share"
         self.wait_for(self.session.root + b"/crate")

@@ -1,4 +1,4 @@
-"""A session of `quillonctl watch` on a tree of its own, and the comparison with a crawl."""
+"""Runs `quillonctl watch` on a tree of its own, and compares the index with a crawl."""
 
 import os
 import shutil
@@ -13,12 +13,12 @@ MODES = {
 }
 
 
-# What the program indexes besides folders unless its settings say otherwise.
+# The program indexes these besides folders unless its settings say otherwise.
 EXTENSIONS = ["xcodeproj", "xcworkspace", "sublime-project", "sublime-workspace"]
 
 
 class Session:
-    """The program on DISK/above/mid/root. Ended by close(), which removes the tree."""
+    """The program, running on DISK/above/mid/root. close() ends it and removes the tree."""
 
     def __init__(self, program, mode, latency, disk=None, environment=None, make=None):
         self.program = program
@@ -53,7 +53,7 @@ class Session:
         return status
 
     def ask(self, line=b""):
-        """The paths that the index holds now; after all changes so far, with the line `settle`."""
+        """Returns the indexed paths now or, with the line `settle`, after all changes so far."""
         self.process.stdin.write(line + b"\n")
         self.process.stdin.flush()
         output = b""
@@ -72,14 +72,14 @@ class Session:
         return set(found.stdout.split(b"\0")) - {b""}
 
     def differences(self, held):
-        """What the index lacks, with a plus, and what it holds wrongly, with a minus."""
+        """Returns what the index lacks, with a plus, and what it holds wrongly, with a minus."""
         wanted = self.crawled()
         strip = len(self.root)
         return ([b"+" + path[strip:] for path in sorted(wanted - held)] +
                 [b"-" + path[strip:] for path in sorted(held - wanted)])
 
     def differences_within(self, seconds):
-        """Waits until there are none, for some time at most, and returns those that are left."""
+        """Waits for some time until there are no differences, and returns those that are left."""
         end = time.monotonic() + seconds
         while True:
             found = self.differences(self.ask())
