@@ -1,5 +1,5 @@
-# What Debian wants of the installed tree beyond what "cmake --install" makes of it: the papers, and
-# documents compressed.
+# Adds what Debian requires of the installed tree beyond "cmake --install": the legal texts, and
+# compressed documents.
 set(tree ${CPACK_TEMPORARY_DIRECTORY}${CPACK_PACKAGING_INSTALL_PREFIX})
 set(documents ${tree}/share/doc/${CPACK_DEBIAN_PACKAGE_NAME})
 

@@ -1,8 +1,9 @@
-# The Debian package, made by "./dev package".
+# Describes the Debian package, which "./dev package" makes.
 set(QUILLON_MAINTAINER "Quillon developers <quillon@quillon.example>"
     CACHE STRING "Who answers for the package: name and address")
 
-# names_in_group(GROUP RESULT): what packages.txt lists in the group, joined by commas.
+# names_in_group(GROUP RESULT) sets RESULT to the names that packages.txt lists in the
+# group, joined by commas.
 function(names_in_group group result)
     file(STRINGS ${PROJECT_SOURCE_DIR}/packages.txt lines REGEX "^${group} ")
     list(TRANSFORM lines REPLACE "^${group} +" "")
@@ -30,13 +31,13 @@ what the user has chosen.
 .
 The index is kept in memory and follows what changes on the disk. The program
 quillonctl does the same on the terminal.")
-# The libraries, with the versions whose symbols are used.
+# The package depends on the libraries, in the versions whose symbols are used.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-# One file names the place where the programs lie, so the tree is made for that place.
+# One file holds the path of the programs, so the tree is made for its final place.
 set(CPACK_SET_DESTDIR ON)
 
 string(TIMESTAMP QUILLON_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
