@@ -71,7 +71,8 @@ TEST(ActionModelFinder, writesTheMembersInTheirOrderAsData)
     EXPECT_EQ(store.value(KEY), DefaultsValue{DefaultsData{DEFAULTS}});
 }
 
-/// Something stored, and how many actions are read from it: four where the built-in ones hold.
+/// A stored value, and the number of actions that are read from it. That number is four when the
+/// built-in actions are used.
 struct StoredRow
 {
     const char *name;

@@ -53,7 +53,8 @@ protected:
                          "/libexec/quillon", {output_.stream(), diagnostics_.stream()}};
 };
 
-/// What becomes of an item: a call of the file manager, or it is opened.
+/// What happens to an item: a call of the file manager opens it or shows it, or an application
+/// opens it.
 struct OpenRow
 {
     const char *name;
@@ -163,7 +164,7 @@ TEST_F(Actions, openFilesEvenWithTheFileManagerAndFoldersEvenWithoutOne)
     EXPECT_THAT(fakes_.fileManager.takeCalls(), ElementsAre("new /a"));
 }
 
-/// What an action fails with when nothing works.
+/// The failure of an action when nothing works.
 struct FailureRow
 {
     using Reason = ActionFailure::Reason;

@@ -51,7 +51,8 @@ struct Front
 class FrontWindow : public testing::Test, protected Front<ManualTaskQueue>
 {
 protected:
-    /// The file names searched, with their paths; those of a window that shows these items.
+    /// Returns the file names that are searched, with their paths, for a window that shows these
+    /// items.
     std::map<std::string, std::string> fetched(const Texts &items)
     {
         fileManager.items = items;
@@ -112,7 +113,7 @@ TEST_F(FrontWindow, isForgottenWithItsPaths)
     EXPECT_EQ(search.frontItems().cachedMatcher, nullptr);
     EXPECT_EQ(search.frontItems().path("a"), "a");
 
-    // The answer comes when nobody waits for it any more.
+    // The answer comes when nobody is waiting for it any more.
     search.refresh([this] { ++completions; });
     search.forget();
     background.runAll();

@@ -84,7 +84,7 @@ protected:
 
 TEST_F(Permission, isStoredThenAskedForAndOver)
 {
-    fileManager_.isWorking = false; // What comes of it makes no difference.
+    fileManager_.isWorking = false; // The outcome makes no difference.
     QWidget &window = shown();
     EXPECT_EQ(store_.boolean(KEY), std::nullopt);
     press(window, "Allow");

@@ -48,7 +48,7 @@ protected:
     void typedDuringBuild(const QString &text) override { typed += text; }
     void terminate() override { ++terminated; }
 
-    /// The visible button of that text.
+    /// Returns the visible button with that text.
     QAbstractButton *button(const QString &text) const
     {
         const auto buttons = window.findChildren<QAbstractButton *>();

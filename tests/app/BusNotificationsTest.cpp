@@ -112,7 +112,7 @@ TEST_F(BusNotificationsTest, carryOutWhatTheUserChooses)
     const QStringList actions = server->shown[1][5].toStringList();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions[1], QStringLiteral("Do second"));
-    // Signals come in order, so the last one comes when the others have had their effect.
+    // Signals come in order, so this last one comes when the others have had their effect.
     server->signal("NotificationClosed", 1, 2U);
     server->signal("ActionInvoked", 1, actions[0]);
     server->signal("ActionInvoked", 2, QStringLiteral("default"));

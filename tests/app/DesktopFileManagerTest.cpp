@@ -67,7 +67,7 @@ namespace {
 const QString OWN_NAME = QStringLiteral("org.xfce.Thunar");
 const QString SHARED_NAME = QStringLiteral("org.freedesktop.FileManager1");
 
-/// A desktop without windows, whose file manager is a script that writes down how it is started.
+/// A desktop without windows, whose file manager is a script that records how it is started.
 class DesktopFileManagerTest : public testing::Test
 {
 protected:
@@ -88,8 +88,8 @@ protected:
         qunsetenv("DISPLAY");
     }
 
-    /// An application for folders; its program, where it is named without a folder, writes down
-    /// how it is started.
+    /// Installs an application for folders. A program that is named without a folder is made here
+    /// and records how it is started.
     void install(const std::string &id, const std::string &command,
                  const std::string &categories = {})
     {
@@ -104,7 +104,7 @@ protected:
                             "\nCategories=" + categories + "\nMimeType=inode/directory;\n");
     }
 
-    /// Runs the call on a thread of its own, as the program does; the bus is served meanwhile.
+    /// Runs the call on a thread of its own, as the program does, and serves the bus meanwhile.
     bool run(const std::function<bool(DesktopFileManager &)> &call,
              const std::string &choice = "thunar")
     {
@@ -118,7 +118,7 @@ protected:
         return answer;
     }
 
-    /// The arguments of each start, once there is one with this among them.
+    /// Waits for a start with this argument, and returns the arguments of each start.
     std::string startedWith(const std::string &argument)
     {
         const auto isThere = [&] {

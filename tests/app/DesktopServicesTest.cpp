@@ -43,7 +43,7 @@ QVariant colorScheme(uint scheme)
 
 } // namespace
 
-/// The part of the desktop portal that tells settings, on a bus of the test's own.
+/// The part of the desktop portal that reports settings, on a bus of the test's own.
 class FakePortal : public QObject
 {
     Q_OBJECT
@@ -274,11 +274,11 @@ TEST(BoundedOutput, neverWaitsForWhoReads)
         std::array<char, 11> line{};
         ASSERT_EQ(read(ends[0], line.data(), line.size()), 11);
         EXPECT_EQ(std::string(line.data(), line.size()), "first line\n");
-        // Far more than pipe and buffer hold together.
+        // This is far more than the pipe and the buffer hold together.
         for (int i = 0; i < 100'000; ++i)
             std::printf("line %d that nobody reads\n", i);
     }
-    // The writing end stays open: a thread may still be at it.
+    // The writing end stays open, since a thread may still use it.
     close(ends[0]);
 }
 

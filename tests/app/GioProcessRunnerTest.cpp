@@ -27,7 +27,7 @@ using Output = ProcessRunner::Output;
 
 constexpr auto PATIENCE = 60s;
 
-/// The outputs of a program that ends.
+/// Returns the outputs of a program that ends.
 Output outputOf(ProcessRunner &runner, const ProcessRunner::Command &command)
 {
     auto ended = std::make_shared<std::promise<Output>>();

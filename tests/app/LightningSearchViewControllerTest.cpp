@@ -164,7 +164,7 @@ TEST_F(SearchPanel, saysWhyThereAreNoRows)
     EXPECT_EQ(message.title(), u"Indexing your folders…"_s);
     EXPECT_TRUE(message.sentence().startsWith(u"12 folders"_s));
 
-    // The index of the last run is as good as any while it is compared with the disk.
+    // The index of the last run serves as well as any while it is compared with the disk.
     source_.current.isComparing = true;
     panel().indexChanged();
     EXPECT_EQ(message.title(), u"Type a part of a folder’s name"_s);

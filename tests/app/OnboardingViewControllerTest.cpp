@@ -108,7 +108,7 @@ protected:
         window->present();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     }
-    /// The visible button or box that this is said of.
+    /// Returns the visible button or box with this text.
     QAbstractButton *button(const QString &text) const
     {
         const auto buttons = window->findChildren<QAbstractButton *>();
@@ -249,7 +249,7 @@ TEST_F(OnboardingTest, showsWhatIsStoredAndStoresWhatItShows)
     ASSERT_TRUE(QTest::qWaitFor([&] { return !button(QStringLiteral("Home folder"))->isChecked(); },
                                 PATIENCE));
     window->hide();
-    // "Set Up Again" empties the settings in the same process.
+    // "Set Up Again" empties the settings within the same process.
     store.remove("qln-bookmarks");
     window->present();
     ASSERT_TRUE(QTest::qWaitFor([&] { return button(QStringLiteral("Home folder"))->isChecked(); },

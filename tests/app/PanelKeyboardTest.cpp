@@ -286,7 +286,7 @@ TEST_F(SearchPanel, searchesForAComposedTextOnceItIsSettled)
 {
     type("ab");
     answer();
-    // It comes in place of the selected text, which is gone from here on.
+    // The composed text replaces the selected text, which is gone from here on.
     field().selectAll();
     QInputMethodEvent composing(u"か"_s, {});
     QApplication::sendEvent(&field(), &composing);

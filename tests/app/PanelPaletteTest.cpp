@@ -55,7 +55,7 @@ std::vector<PanelPalette> palettes()
     return all;
 }
 
-/// The contrast between the ground inside a button and its letters, as they are drawn.
+/// Returns the contrast between the background inside a button and its letters, as they are drawn.
 double drawnContrast(PanelButton &button)
 {
     const QImage image = button.grab(button.rect().adjusted(12, 12, -12, -12)).toImage();

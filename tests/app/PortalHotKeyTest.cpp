@@ -32,8 +32,8 @@ QString portalName(const char *name)
     return QStringLiteral("org.freedesktop.portal.") + QLatin1String(name);
 }
 
-/// The part of the desktop portal that gives out keys, with a user who says yes or no, on a bus of
-/// the test's own. It answers before the call returns, as it may.
+/// The part of the desktop portal that grants keys, with a user who says yes or no, on a bus of the
+/// test's own. It answers before the call returns, which a portal may do.
 class FakeKeyPortal : public QDBusVirtualObject
 {
 public:
@@ -92,7 +92,7 @@ public:
     bool saysYes = true;
     QStringList sessions;
     QStringList triggers;
-    /// Sessions, and requests that were given up.
+    /// The sessions and the requests that were given up.
     QStringList closed;
 
 private:

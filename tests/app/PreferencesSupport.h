@@ -71,7 +71,7 @@ protected:
 
     std::string file() const { return folder.readFile(FILE); }
     void writeByHand(std::string_view text) const { folder.writeFile(FILE, text); }
-    /// Nothing can be stored from here on.
+    /// Makes every later write fail.
     void breakTheDisk() const
     {
         std::filesystem::remove_all(folder.path("config"));
@@ -91,7 +91,7 @@ protected:
         return *window_->advancedPreferencesViewController;
     }
 
-    /// Counts that the path was opened so often.
+    /// Counts that the path was opened this many times.
     void use(const std::string &path, int times)
     {
         for (int i = 0; i < times; ++i)
@@ -135,7 +135,7 @@ protected:
         while (menu.currentIndex() != index)
             QTest::keyClick(&menu, menu.currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
     }
-    /// What is said to be wrong in a pane or a sheet.
+    /// Returns the complaints that a pane or a sheet shows.
     static QStringList faults(const QWidget &part)
     {
         QStringList said;

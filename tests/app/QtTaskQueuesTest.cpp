@@ -33,7 +33,7 @@ TEST(MainTaskQueue, runsATaskThatIsWaitedForOnItsOwnThread)
 
 TEST(MainTaskQueue, releasesWhoeverWaitsWhenItIsClosed)
 {
-    // Before, while and after the task comes in: the loop never runs it.
+    // The queue is closed before, while and after the task arrives, and its loop never runs.
     for (int yields = 0; yields < 2000; yields += 100) {
         MainTaskQueue queue;
         std::atomic<bool> hasBegun = false;

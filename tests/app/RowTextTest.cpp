@@ -128,7 +128,7 @@ TEST(RowLayout, losesTheBeginningAndNeverTheEnd)
         EXPECT_LE(layout.width(), width) << text.toStdString();
         EXPECT_TRUE(text.startsWith(QChar(0x2026))) << text.toStdString();
         EXPECT_TRUE(row.text.endsWith(text.section(QChar(0x2026), -1))) << text.toStdString();
-        // No more goes than has to.
+        // No more text is left out than necessary.
         EXPECT_GT(layout.width(), width - 3 * QFontMetricsF(font).maxWidth()) << text.toStdString();
     }
 }

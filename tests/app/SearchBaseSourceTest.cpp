@@ -25,7 +25,7 @@ namespace quillon {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Shows nothing where the desktop has no notifications.
+/// Shows nothing, as on a desktop without notifications.
 class FakeNotifications final : public Notifications
 {
 public:
@@ -85,7 +85,7 @@ protected:
     {
         base_.includeFolders(folders);
         builder_.start();
-        // A folder that is away is looked for every minute, so the queue never gets empty.
+        // A folder that is missing is looked for every minute, so the queue never becomes empty.
         while (builder_.isBuilding())
             queue_.runNext();
     }

@@ -30,7 +30,7 @@ using namespace Qt::StringLiterals;
 
 using Texts = std::vector<std::string>;
 
-/// Answers queries from a table. What is no path is an item of the front window.
+/// Answers queries from a table. A row whose text is not a path is an item of the front window.
 class FakePanelSource : public PanelSource
 {
 public:
@@ -83,7 +83,7 @@ private:
     }
 };
 
-/// Notes what it was asked.
+/// Records what it was asked.
 class FakeDelegate : public SearchPanelDelegate
 {
 public:
@@ -100,7 +100,7 @@ public:
     void terminate() override { asked.push_back("terminate"); }
 };
 
-/// The panel itself over fakes of what stands around it, its queues driven by hand.
+/// The real panel over fakes of its surroundings, with queues that a test drives by hand.
 class SearchPanel : public testing::Test
 {
 protected:
@@ -123,7 +123,7 @@ protected:
     }
 
     QLineEdit &field() { return view_.searchTextField(); }
-    /// Types the text in place of the one that is there and waits until typing has settled.
+    /// Replaces the text in the field and waits until typing has settled.
     void type(const char *text)
     {
         panel();
@@ -151,7 +151,7 @@ protected:
     }
     int selected() { return view_.tableView().currentIndex().row(); }
 
-    /// What the actions have done.
+    /// Returns what the actions have done.
     Texts done()
     {
         Texts done = fakes_.fileManager.takeCalls();

@@ -39,7 +39,7 @@ using testing::HasSubstr;
 
 constexpr int PATIENCE = 20000; // milliseconds
 
-/// The disk, but for a folder that may not be read, whoever runs the tests.
+/// The disk, except for a folder that may not be read, whoever runs the tests.
 class LockedFolder : public FolderIdentity
 {
 public:
@@ -64,8 +64,8 @@ private:
 
 } // namespace
 
-/// The pane in a window of its own over a real index, with the settings in a real file. What goes
-/// to a queue is done at once.
+/// The pane in a window of its own over a real index, with the settings in a real file. The queues
+/// run their tasks at once.
 class SearchPaneTest : public testing::Test, public SearchPreferencesDelegate
 {
 protected:
@@ -123,7 +123,7 @@ protected:
     {
         return sheet.findChild<FormNote *>()->text().toStdString();
     }
-    /// The open sheet; a closed one goes a little later.
+    /// Returns the open sheet. A closed one is deleted a little later.
     template <typename Sheet>
     Sheet *sheet() const
     {
@@ -168,7 +168,7 @@ TEST_F(SearchPaneTest, listsWhatIsSearchedInItsOrder)
     EXPECT_TRUE(says(QStringLiteral("MB of memory · built at ")));
     EXPECT_FALSE(pane->rebuildFlagImage->isVisible());
 
-    // Another hand.
+    // Another program changes the settings.
     store.set("exclude-folder-patterns", {DefaultsArray{{std::string("wp")}}});
     pane->showStored();
     EXPECT_EQ(rows().back(), "wp – Exclude Pattern");

@@ -26,12 +26,12 @@ constexpr int PATIENCE = 20000; // milliseconds
 class SettingsFileChangesTest : public testing::Test
 {
 protected:
-    /// Writes in place, as some editors do.
+    /// Writes the file in place, as some editors do.
     static void write(const fs::path &file, const std::string &text)
     {
         std::ofstream(file) << text;
     }
-    /// Puts another file in its place, as others do.
+    /// Puts another file in its place, as other editors do.
     static void replace(const fs::path &file, const std::string &text)
     {
         const fs::path fresh = file.string() + ".new";
@@ -48,7 +48,7 @@ protected:
         receivers.push_back(changes->onChange([this] { ++alsoTold; }));
         static_cast<void>(changes->onChange([] { FAIL() << "this receiver is gone"; }));
     }
-    /// Whoever reads the file when told gets to see this in the end.
+    /// Returns whether the reads that follow each report see this text in the end.
     bool comesTo(const std::string &text)
     {
         return QTest::qWaitFor([&] { return seen == text; }, PATIENCE);

@@ -31,8 +31,8 @@ constexpr const char *TRAILING_COMMA = "{\n  \"ShowQLNShortcut\": \"Ctrl+Alt+Spa
 class SettingsGateTest : public testing::Test
 {
 protected:
-    /// Writes the file, waits at the gate, and does the steps one after the other meanwhile.
-    /// Returns whether the start may go on.
+    /// Writes the file, waits at the gate, and meanwhile does the steps one after the other.
+    /// Returns whether the start may continue.
     bool waitOver(const char *text, const std::vector<std::function<void()>> &steps)
     {
         folder.writeFile("quillon.json", text);

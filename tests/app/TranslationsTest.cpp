@@ -22,7 +22,7 @@ struct Spoken
     QStringList languages;
     const char16_t *placeholder;
     const char16_t *countOfOne;
-    /// A button of the toolkit's own.
+    /// The text of one of the toolkit's own buttons.
     const char16_t *cancel;
     const char16_t *shortcut;
 };
@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
                u"1 folder",
                u"Cancel",
                u"Ctrl+Alt+Space"},
-        // A French button in an English window would be worse.
+        // A French button in an English window would be worse than an English one.
         Spoken{
             "Unknown", {u"fr-FR"_s}, u"Find a folder", u"1 folder", u"Cancel", u"Ctrl+Alt+Space"},
         Spoken{"None", {}, u"Find a folder", u"1 folder", u"Cancel", u"Ctrl+Alt+Space"}),

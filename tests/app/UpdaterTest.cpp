@@ -30,7 +30,7 @@ const UpdateItem ITEM{.version = "1.4.0",
                       .link = "https://example.org/1.4.0",
                       .notes = "https://example.org/1.4.0/news"};
 
-/// Asks as the real one does and answers when a test says so.
+/// Makes the same calls as the real controller, and answers when a test says so.
 class FakeUpdateController : public UpdateController
 {
 public:
@@ -71,7 +71,7 @@ protected:
         }
         return nullptr;
     }
-    /// What the window says: the title and the text.
+    /// Returns what the window says: the title and the text.
     static QStringList texts()
     {
         QStringList texts;

@@ -12,8 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Sees every text on its way to the user and holds it against the German catalogue, which has them
-/// all: one that is missing there was written where the search for texts does not find it.
+/// Sees every text on its way to the user and looks it up in the German catalogue, which has them
+/// all. A text that is missing there was written in a place where the search for texts does not
+/// find it.
 class CatalogueWatch : public QTranslator
 {
 public:

@@ -39,7 +39,7 @@ TEST(KeptIndexRandom, leavesWhatAFreshBuildWouldFind)
         RandomUser user(root, disk.makeFolder("outside"), seed);
         MemoryCacheFile file;
         for (int run = 0; run < 6; ++run) {
-            // Few changes leave much as it was, and many leave hardly anything.
+            // After a few changes most folders are as before, and after many hardly any are.
             for (unsigned left = run == 0 ? 100 : 3 * seed % 40; left > 0; --left)
                 user.act();
             SearchBaseOver<PosixFolderLister> kept(file);

@@ -30,7 +30,7 @@ using testing::UnorderedElementsAre;
 const IndexBasis BASIS{
     .settings = {"node_modules", "", "1"}, .folders = {"/"}, .missing = {"/far"}};
 
-/// Texts of every kind that an index may hold, ascending.
+/// Returns texts of every kind that an index may hold, ascending.
 std::vector<std::string> oddTexts()
 {
     return {"/",
@@ -127,7 +127,7 @@ class KeptSearchBaseTest : public testing::Test
 protected:
     using Base = SearchBaseOver<FakeFolderLister>;
 
-    /// The next run of the program, over the same disk and file.
+    /// Begins the next run of the program, over the same disk and file.
     Base &start()
     {
         base_ = std::make_unique<Base>(file_, isWatched_ ? &watching_ : nullptr);
@@ -152,7 +152,7 @@ protected:
         base_->includeFolders(included_);
         return *base_;
     }
-    /// Which folders a run reads that begins with the kept index.
+    /// Returns the folders that are read by a run that begins with the kept index.
     std::vector<std::string> readByNextRun()
     {
         read_.clear();
@@ -176,7 +176,7 @@ protected:
     std::int64_t now_ = 4'000'000'000;
     std::vector<std::string> included_{"/usr"};
     std::vector<std::string> folders_{"/usr", "/usr/bin", "/usr/share", "/usr/share/doc"};
-    /// It is listed and never read, and its name could be that of a file.
+    /// This folder is listed and never read, and its name could be that of a file.
     const std::string package_ = "/usr/bin/x.xcodeproj";
     std::map<std::string, std::int64_t> changed_;
     std::mutex mutex_;
@@ -293,7 +293,7 @@ TEST_F(KeptSearchBaseTest, isWrittenAgainSomeTimeAfterAChange)
     events_.advance(24h);
     EXPECT_EQ(file_.writes, 2) << "nothing has changed since";
 
-    // The stamp is what it was before the change, as after a disk was set back to a snapshot.
+    // The stamp is what it was before the change, as after a disk was restored from a snapshot.
     folders_.emplace_back("/usr/new");
     base_ = nullptr;
     Base &base = start();

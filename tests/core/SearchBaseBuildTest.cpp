@@ -104,7 +104,7 @@ TEST(SearchBaseBuild, indexesTheWholeFileSystemUnderItsPlainNames)
                 ElementsAre("/", "/home", "/home/u", "/home/u/docs", "/srv", "/usr", "/usr/bin"));
 }
 
-/// A base over "/" with a few thousand folders, which stand in all.
+/// A base over "/" with a few thousand folders, whose paths are in all.
 struct LargeBase : FakeBase
 {
     LargeBase()
@@ -118,8 +118,8 @@ struct LargeBase : FakeBase
     static constexpr std::size_t ALL = 1 + 60 + 60 * 60 + 1;
 };
 
-/// Asks the base over and over until it is told to end, and holds each answer to what is always
-/// true.
+/// Searches the base again and again until it is told to end, and checks each answer for what is
+/// always true.
 struct Searcher
 {
     void operator()(const std::string &query)
@@ -152,7 +152,7 @@ TEST(SearchBaseBuild, isSearchedWhileItRuns)
     base.lister.onOpen = [&](const std::string &) {
         if (++opened % 1000 != 0)
             return;
-        // Goes on when each thread may have begun and ended a search in the middle of the build.
+        // Continues once each thread may have begun and ended a search in the middle of the build.
         for (const int seen = search.answers; search.answers < seen + 4;)
             std::this_thread::yield();
     };

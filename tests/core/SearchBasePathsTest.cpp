@@ -36,7 +36,7 @@ public:
     {
         write([&](SearchBasePaths &paths) NO_THREAD_SAFETY_ANALYSIS { paths.add(path); });
     }
-    /// Returns what is to be logged.
+    /// Returns the lines for the log.
     std::vector<std::string> remove(std::string_view path)
     {
         std::vector<std::string> log;
@@ -165,7 +165,7 @@ TEST(SearchBasePaths, describesTheMapAscendingByParent)
                                    "/Users/a/Docs: \n\t");
 }
 
-/// What the store promises, in plain containers.
+/// Keeps in plain containers what the store promises.
 struct Model
 {
     std::set<std::string> paths;
@@ -205,7 +205,7 @@ protected:
             model_.insert(normalized, parent);
             break;
         case 1: {
-            // By hand, any path can be the parent of any other.
+            // A caller may make any path the parent of any other.
             const bool isOdd = random_() % 4 == 0;
             const std::string other = isOdd ? randomPath() : parent;
             const SearchBasePathsInsertionOperation operation{normalized, other};

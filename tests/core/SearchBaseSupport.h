@@ -25,7 +25,7 @@
 
 namespace quillon {
 
-/// The front window's items as a test sets them; none at first.
+/// The front window's items as a test sets them. At first there are none.
 struct FakeFrontItems final : FrontItemsSource
 {
     bool isFinderFrontmost() const override { return isFrontmost; }
@@ -41,7 +41,7 @@ struct FakeFrontItems final : FrontItemsSource
     FrontItems::FilenameToPathMapping paths;
 };
 
-/// The disk's, which tells before it answers.
+/// Identifies folders on the disk, and reports each question before it answers.
 class ObservedFolderIdentity final : public FolderIdentity
 {
 public:
@@ -75,7 +75,7 @@ struct SearchBaseOver
 {
     SearchBaseOver() = default;
     explicit SearchBaseOver(const SearchBaseWatcher::Services &howToWatch) : watching(howToWatch) {}
-    /// The index is kept in the file; to the clock everything on the disk is old.
+    /// The index is kept in the file. By this clock, everything on the disk is old.
     explicit SearchBaseOver(CacheFile &file,
                             const SearchBaseWatcher::Services *howToWatch = nullptr)
         : watching(howToWatch != nullptr ? std::optional(*howToWatch) : std::nullopt), kept(&file)
@@ -88,7 +88,8 @@ struct SearchBaseOver
             bookmarks.emplace(path, DefaultsValue{DefaultsData{path}});
         store.set("qln-bookmarks", {bookmarks});
     }
-    /// The lines of a build, neighbours that begin with the same "Processing " as one.
+    /// Returns the lines of a build. Neighbouring lines that begin with the same "Processing "
+    /// count as one.
     std::vector<std::string> build(const std::stop_token &stop = {})
     {
         std::vector<std::string> lines;
@@ -101,7 +102,7 @@ struct SearchBaseOver
             stop);
         return lines;
     }
-    /// Every text that searches find.
+    /// Returns every text that searches find.
     std::vector<std::string> indexed() const
     {
         std::vector<std::string> texts;

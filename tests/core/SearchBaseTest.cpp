@@ -78,7 +78,8 @@ TEST(SearchBase, keepsTheBlanksAroundAPathToGoTo)
     }
     for (const char *query : {"/", "//", "/\xff\n", "  /tmp "})
         EXPECT_THAT(base.searchBase.search(query), ElementsAre(goesTo(query)));
-    // Line breaks and characters without width are no blanks; neither are bytes of one.
+    // Line breaks and characters without width are not blanks, and neither are single bytes of a
+    // blank.
     for (const char *query : {"", " ", "tmp", "a/tmp", "~/tmp", "\n/tmp", "\r/tmp", "\v/tmp",
                               "\u200b/tmp", "\ufeff/tmp", "\u2028/tmp", "\xe2\x80/tmp", "\xa0/tmp"})
         EXPECT_THAT(base.searchBase.search(query), IsEmpty()) << query;

@@ -34,8 +34,8 @@ using testing::UnorderedElementsAreArray;
 using RealBase = SearchBaseOver<PosixFolderLister>;
 using FakeBase = SearchBaseOver<FakeFolderLister>;
 
-/// The lines of the dump in an order that does not depend on that of the sets, and without the sets
-/// that are empty: they say no more than no set.
+/// Returns the sorted lines of the dump, so that the order of the sets does not matter. Empty sets
+/// are left out, since they mean the same as no set.
 std::vector<std::string> linesOf(const SearchBase &base)
 {
     std::vector<std::string> lines;
@@ -64,7 +64,7 @@ public:
         base.includeFolders(roots_);
         base.build();
     }
-    /// The lines logged since the last call, without time and place.
+    /// Returns the lines logged since the last call, without the time and the place.
     std::vector<std::string> log()
     {
         std::vector<std::string> lines;
@@ -83,7 +83,7 @@ public:
     {
         base.searchBase.update(relative.empty() ? disk.path() : disk.path(relative));
     }
-    /// The index holds what one built now would hold.
+    /// Expects the index to equal one that is built now.
     void expectFresh()
     {
         RealBase fresh;
@@ -299,7 +299,7 @@ TEST(SearchBaseUpdate, reportsInsertionsThatTakeLong)
     }
 }
 
-/// Drops what it is given, as a closed queue.
+/// Drops what it is given, as a closed queue does.
 struct ClosedQueue final : TaskQueue
 {
     void post(Task) override {}
@@ -322,7 +322,7 @@ TEST(SearchBaseUpdate, changesNothingOnceTheQueueIsClosedOrAStopRequested)
     EXPECT_EQ(base.matcher.index().tree.find("/a"), PathTree::NONE) << "no node stays behind";
 }
 
-/// More comes, and goes, than nodes without a flag gather before they are collected.
+/// More folders come and go than nodes without a flag gather before they are collected.
 TEST(SearchBaseUpdate, bringsAWideFolderUpToDate)
 {
     const auto addTo = [](FakeFolderLister &lister, int first, int end) {
@@ -391,7 +391,7 @@ TEST(SearchBaseUpdate, leavesAsItIsWhatAFileSystemDoesNotAnswerFor)
     base.searchBase.update("/a");
     const auto before = linesOf(base.searchBase);
 
-    // The mount is listed where it stands and tells nothing of what is in it.
+    // The mount is listed where it is, and nothing in it is reported.
     FakeFolderLister others;
     for (const char *folder : {"/a/mount", "/a/old", "/a/new/z"})
         others.add(folder);
@@ -497,7 +497,7 @@ TEST(SearchBaseUpdate, writesNothingIntoAnIndexThatWasResetMeanwhile)
     EXPECT_EQ(base.logger.recentLogItems().size(), 1U);
     base.lister.onOpen = {};
 
-    // The reset comes between the crawl and the hop.
+    // The reset comes between the crawl and the task of the main queue.
     ManualTaskQueue queue;
     std::atomic<bool> isPosted = false;
     struct Posting final : TaskQueue
@@ -541,8 +541,8 @@ TEST(SearchBaseUpdate, waitsForABuildAndThenCorrectsIt)
     EXPECT_EQ(base.searchBase.count(), 5U);
 }
 
-/// Returns whether events tell of a change in this folder: it is none of those that the index
-/// leaves out.
+/// Returns whether events report a change in this folder, which they do unless the index leaves it
+/// out.
 bool isTold(const std::string &folder)
 {
     const std::string_view inner = "r/.h/b";
@@ -552,8 +552,8 @@ bool isTold(const std::string &folder)
         [&](const std::string &name) { return below.find(name) != std::string::npos; });
 }
 
-/// Random changes of a small tree, of which the base is told as events tell: each changed path, or
-/// the folder it is in, or something above.
+/// Changes a small tree at random and passes the changes on as events do: each changed path, or the
+/// folder it is in, or something above.
 TEST(SearchBaseUpdate, followsRandomChangesOfTheDisk)
 {
     for (unsigned seed = 1; seed <= 4; ++seed) {
@@ -581,7 +581,7 @@ TEST(SearchBaseUpdate, followsRandomChangesOfTheDisk)
                 fs::rename(changed.disk.path(one), changed.disk.path(two), ignored);
                 break;
             case 2:
-                // It leads out of the tree, so that no link leads to itself.
+                // The link leads out of the tree, so that no link leads to itself.
                 fs::create_directory_symlink(changed.disk.path("elsewhere"), changed.disk.path(one),
                                              ignored);
                 break;
@@ -598,7 +598,7 @@ TEST(SearchBaseUpdate, followsRandomChangesOfTheDisk)
             touched.push_back(two);
             if (pick(6) != 0)
                 continue;
-            // Nearest to the root first, and told of the folder around.
+            // The folders around the changes are reported, those nearest to the root first.
             std::ranges::sort(touched, {}, &std::string::size);
             std::vector<std::string> told;
             for (const std::string &at : touched)
@@ -673,7 +673,7 @@ TEST(SearchBaseUpdate, laysATreeOutAnewWhoseSiblingsHaveComeOneByOne)
     base.build();
     addToEach("second");
 
-    // The update comes in the middle of a dump, which needs its nodes to the end.
+    // The update comes in the middle of a dump, which needs its nodes until its end.
     std::string dump;
     base.searchBase.treeDescription([&](std::string_view piece) {
         if (!dump.empty() && !isScattered())

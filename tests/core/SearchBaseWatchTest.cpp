@@ -72,7 +72,7 @@ TEST_F(SearchBaseWatchTest, asksAgainForWhatWasNotAnswered)
     events_.advance(1min);
     EXPECT_THAT(base.indexed(), ElementsAre("/usr", "/usr/new"));
 
-    // The questions are an hour apart in the end, until something happens there again.
+    // In the end the questions are an hour apart, until something happens there again.
     base.lister.add("/usr/new/x");
     base.lister.unanswered = {"/usr/new"};
     stream(0).send({"/usr/new"});
@@ -99,7 +99,7 @@ TEST_F(SearchBaseWatchTest, letsNothingOfAnOldWatchIntoANewIndex)
     EXPECT_THAT(base_.indexed(), IsEmpty());
     EXPECT_FALSE(items->isIndexed(docs_));
 
-    // Other folders are included by now.
+    // The include folders are different by now.
     base_.build();
     stream(1).send({docs_});
     events_.advance(1s);

@@ -20,7 +20,7 @@ using testing::MatchesRegex;
 
 using Bytes = std::string;
 
-/// A string literal with the NUL bytes in it.
+/// Returns a string literal with the NUL bytes in it.
 template <std::size_t SIZE>
 Bytes bytes(const char (&text)[SIZE])
 {
@@ -44,7 +44,7 @@ public:
         disk_.makeFolder("config");
         disk_.makeFolder("runtime");
     }
-    /// The shell line sees the program as "ctl"; "pipefail" holds.
+    /// Runs the line in a shell with "pipefail", where the program is called "ctl".
     Ending run(const std::string &line) const
     {
         disk_.writeFile("line", "set -o pipefail; ctl() { " QUILLONCTL " \"$@\"; }\n" + line);
@@ -68,7 +68,7 @@ struct Row
     std::string line;
     Bytes out;
     int status = 0;
-    /// Part of standard error; empty: nothing is said there.
+    /// A part of standard error. If it is empty, nothing may be printed there.
     std::string err = {};
 
     friend std::ostream &operator<<(std::ostream &stream, const Row &row)
@@ -162,7 +162,7 @@ TEST(Match, tellsItsStatisticsInOneLastLine)
                                          "[0-9.e-]+\\]\\}\n"));
 }
 
-/// A tree for the crawl and the end of a line that shows what was printed.
+/// Returns a line that makes a tree, crawls it and shows what was printed.
 std::string crawl(const std::string &arguments)
 {
     return "mkdir -p d/a/b d/.h d/node_modules/x d/Library/x 'd/[p,q]' d/z.app/in; touch d/a/f.txt "

@@ -1,5 +1,6 @@
-// Changes a real tree at random while the real program watches it, and compares what it then holds
-// with what a crawl finds. QUILLON_WATCH_RUNS says how often, each time from another seed.
+// Changes a real tree at random while the real program watches it, and compares what the program
+// then holds with what a crawl finds. QUILLON_WATCH_RUNS is the number of runs, each with another
+// seed.
 
 #include "base/Require.h"
 #include "tests/support/Needs.h"
@@ -33,12 +34,12 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using Lines = std::vector<std::string>;
 
-/// The program in a session of its own, at the other end of two pipes. Ends with its input. What it
-/// says on standard error comes into a file named as the command.
+/// The program in a session of its own, at the other end of two pipes. It ends with its input. Its
+/// standard error goes to a file that is named after the command.
 class Program
 {
 public:
-    /// Started by another command, if there is one, which becomes this program.
+    /// The program is started by another command, if there is one, which becomes this program.
     Program(const TemporaryFolder &session, Lines arguments, const Lines &starter = {})
     {
         std::array<int, 2> input{};
@@ -69,7 +70,7 @@ public:
     Program &operator=(const Program &) = delete;
     ~Program() { finish(); }
 
-    /// The records up to a dot, or to the end.
+    /// Returns the records up to a dot, or to the end.
     Lines ask(const std::string &line)
     {
         std::fputs((line + "\n").c_str(), to_);
@@ -92,7 +93,7 @@ public:
         return lines;
     }
     pid_t process() const { return process_; }
-    /// The exit status.
+    /// Returns the exit status.
     int finish()
     {
         if (to_ == nullptr)
@@ -120,8 +121,8 @@ private:
     int status_ = -1;
 };
 
-/// Random operations on a tree, some of which reach out of it. Failures belong to it: whatever is
-/// on the disk afterwards counts.
+/// Makes random operations on a tree, some of which reach out of it. Operations may fail, since
+/// only what is on the disk afterwards counts.
 class Changes
 {
 public:
@@ -150,7 +151,8 @@ private:
             path /= name();
         return path;
     }
-    /// Leaves large trees alone: copied again and again they would grow without end.
+    /// Copies a folder, but not a large tree, since trees that are copied again and again would
+    /// grow without end.
     static void copy(const fs::path &from, const fs::path &to)
     {
         std::error_code error;
@@ -259,7 +261,7 @@ TEST(Watch, holdsWhatACrawlFindsAfterRandomChanges)
         changes.make(200);
         Program watch(tree.session(),
                       tree.watchArguments(options.at(static_cast<std::size_t>(seed) % 2)));
-        // While the build runs, too.
+        // The tree also changes while the build runs.
         changes.make(100);
         for (int round = 0; round < 4; ++round) {
             const Lines held = watch.ask("settle");
@@ -281,9 +283,9 @@ TEST(Watch, tellsEachChangeOnceAndAnswersEveryLine)
     const std::string root = tree.disk().path("root");
     Program watch(tree.session(), tree.watchArguments({}));
     EXPECT_EQ(watch.ask(""), Lines{root});
-    // They come in the order of the alphabet, which is that of changes at the same time.
+    // Changes at the same time are reported in the order of the alphabet.
     const std::string file = tree.disk().writeFile("root/a.txt");
-    // It comes with all that is in it, so that one change tells of both folders.
+    // The folder comes with all that is in it, so that one change reports both folders.
     const std::string fresh = tree.disk().path("root/fresh");
     tree.disk().makeFolder("elsewhere/below");
     fs::rename(tree.disk().path("elsewhere"), fresh);
@@ -296,7 +298,8 @@ TEST(Watch, tellsEachChangeOnceAndAnswersEveryLine)
 
 // Too few watches. A user namespace has limits of its own, for all programs in it together.
 
-/// What starts a program in a new namespace where one of these limits is lower.
+/// Returns the command that starts a program in a new namespace in which one of these limits is
+/// lower.
 Lines withLimit(const std::string &limit, int value)
 {
     return {"unshare",
@@ -308,7 +311,7 @@ Lines withLimit(const std::string &limit, int value)
             "sh"};
 }
 
-/// What starts another one there.
+/// Returns the command that starts another program in the same namespace.
 Lines beside(const Program &program)
 {
     return {"nsenter", "--user", "--preserve-credentials", "--target",
@@ -328,14 +331,14 @@ protected:
         for (int i = 0; i < 8; ++i)
             small_.disk().makeFolder("root/" + std::to_string(i));
     }
-    /// Every folder farthest down gets another one in it.
+    /// Expects the index to follow when each of the deepest folders gets another one in it.
     void expectToFollowChanges(Program &watch) const
     {
         for (int i = 0; i < 100; ++i)
             large_.disk().makeFolder("root/" + std::to_string(i) + "/deep/deeper/new");
         EXPECT_EQ(watch.ask("settle"), large_.crawled());
     }
-    /// A program that wants few watches gets them all.
+    /// Expects another program that needs only a few watches to get them all.
     void expectRoomBeside(const Program &watch) const
     {
         Program other(small_.session(), small_.watchArguments({}), beside(watch));

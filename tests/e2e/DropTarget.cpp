@@ -1,7 +1,7 @@
-// A window that takes what is dropped on it: drop_target FILE
+// drop_target FILE shows a window that accepts what is dropped on it, and writes it to the file.
 //
-// Writes "text/uri-list" and "text/plain" as they came, each ended by a null byte. The title of the
-// window is "takes it" while something is over it.
+// It writes "text/uri-list" and "text/plain" as they came, each with a null byte at its end. The
+// title of the window is "takes it" while something is over it.
 
 #include <QApplication>
 #include <QDropEvent>

@@ -1,5 +1,5 @@
-// Asks the desktop's file managers one thing and prints the answer as JSON, for the live tests:
-// what a call really did they see from the windows.
+// Asks the desktop's file managers one thing and prints the answer as JSON, for the tests with real
+// file managers, which check the effect of a call on the windows.
 //
 //   file_manager_driver [--application ID] new FOLDER | existing FOLDER | select ITEM FOLDER |
 //                       front | application | close WINDOW
@@ -28,7 +28,7 @@ double milliseconds(std::chrono::steady_clock::duration duration)
     return std::chrono::duration<double, std::milli>(duration).count();
 }
 
-/// Paths are any bytes; JSON holds their URIs.
+/// Returns the URI of a path, since a path may hold any bytes and JSON may not.
 QString uri(const std::string &path)
 {
     return QString::fromStdString(fileUri(path));

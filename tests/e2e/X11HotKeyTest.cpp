@@ -19,7 +19,8 @@
 
 #include <memory>
 
-// Real keys on a real display: needs Xvfb, a window manager, xdotool and setxkbmap.
+// These tests press real keys on a real display. They need Xvfb, a window manager, xdotool and
+// setxkbmap.
 
 namespace quillon {
 
@@ -60,7 +61,7 @@ void useLayout(const char *layout)
     run(QStringLiteral("setxkbmap"), {QString::fromLatin1(layout)});
 }
 
-/// A second program that grabs keys, as far as the display can tell.
+/// To the display, this is a second program that grabs keys.
 class OtherClient
 {
 public:
@@ -69,7 +70,7 @@ public:
     OtherClient(const OtherClient &) = delete;
     OtherClient &operator=(const OtherClient &) = delete;
 
-    /// The code of the one key, and only in this state of the lock keys.
+    /// Grabs one key code, in one state of the lock keys only.
     void grab(const KeyGrab &grab)
     {
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(x_)).data->root;
@@ -82,7 +83,7 @@ private:
     xcb_connection_t *x_;
 };
 
-/// Counts the presses that the display sends, those of a key that is held among them.
+/// Counts the presses that the display sends, including the repeated ones of a key that is held.
 class RawPresses : public QAbstractNativeEventFilter
 {
 public:
@@ -108,7 +109,7 @@ protected:
         for (const char *tool : {"xdotool", "setxkbmap", "xset"})
             QUILLON_NEEDS_TOOL(tool);
         useLayout("us");
-        // The marks are told apart by a second hot key, which does not take part in the test.
+        // A second hot key, which does not take part in the test, counts the marks.
         marks.onPressed([this] { ++markCount; });
         marks.grab(MARK, [](Outcome outcome) { ASSERT_EQ(outcome, Outcome::grabbed); });
         hotKey.onPressed([this] { ++presses; });
@@ -121,8 +122,8 @@ protected:
         return told.back();
     }
 
-    /// How often the key counted since the last call. Keys come in order, so once a later one has
-    /// come the earlier ones have been seen.
+    /// Returns how often the key counted since the last call. Keys come in order, so once a later
+    /// one has come the earlier ones have been seen.
     int count()
     {
         const int before = markCount;
@@ -167,7 +168,7 @@ TEST_F(X11HotKeyTest, countsUnderEveryStateOfTheLockKeys)
 
 TEST_F(X11HotKeyTest, countsAKeyThatIsHeldOnce)
 {
-    // So that it repeats often in a short time.
+    // A held key now repeats often in a short time.
     run(QStringLiteral("xset"),
         {QStringLiteral("r"), QStringLiteral("rate"), QStringLiteral("100"), QStringLiteral("50")});
     ASSERT_EQ(grab(CTRL_ALT_SPACE), Outcome::grabbed);
@@ -310,7 +311,7 @@ TEST_F(RecorderTest, recordsItsOwnKeyAndThoseOfTheWindowManager)
     press("ctrl+alt+space");
     ASSERT_TRUE(QTest::qWaitFor([this] { return presses == 1; }, PATIENCE)) << "bound again";
 
-    // The window manager has this one: it comes here, and cannot be had.
+    // The window manager has this key: the press arrives here, but the key cannot be had.
     view.startRecording();
     press("alt+F4");
     auto *message = view.findChild<QLabel *>();

@@ -312,8 +312,8 @@ class FileManager:
         for call, answer in answers.items():
             times = [answer[name] for name in ("milliseconds", "itemsAfter") if name in answer]
             self.assertLess(max(times), LIMIT, call)
-        # What the front window could not be asked for has been asked of a new one. A pcmanfm-qt that
-        # goes on on a busy machine may lose the request that waits for it.
+        # If the front window could not be asked, a new one was requested. A pcmanfm-qt that was
+        # stopped on a busy machine may lose the request that waits for it.
         if not is_asked:
             eventually("the new window", lambda: len(self.windows()) == 2)
 

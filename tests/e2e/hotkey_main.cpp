@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-/// The tests run on the display that stands ready, unlike the others.
+/// Unlike the others, these tests run on the display that is there.
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);

@@ -21,14 +21,14 @@ namespace quillon {
 
 using namespace Qt::StringLiterals;
 
-/// An https server on this machine with a certificate of its own, for the name localhost. Answers
-/// from the event loop of the thread that made it.
+/// An https server on this machine with a certificate of its own, for the name localhost. It
+/// answers from the event loop of the thread that made it.
 class FeedServer
 {
 public:
     using Answer = std::function<void(QSslSocket &)>;
 
-    /// The folder takes the certificate and its key.
+    /// The certificate and its key are written to the folder.
     explicit FeedServer(const std::string &folder) : certificate_(folder + "/certificate.pem")
     {
         const QString key = QString::fromStdString(folder + "/certificate-key.pem");
@@ -54,13 +54,13 @@ public:
                          [this] { accept(); });
     }
 
-    /// A file with the certificate to trust.
+    /// Returns the path of a file with the certificate to trust.
     const std::string &certificate() const { return certificate_; }
     std::string address(const std::string &path, const std::string &host = "localhost") const
     {
         return "https://" + host + ":" + std::to_string(server_.serverPort()) + path;
     }
-    /// What is answered to requests for a path, whatever the query.
+    /// Sets the answer to requests for a path, whatever their query.
     void setAnswer(const std::string &path, Answer answer) { answers_[path] = std::move(answer); }
     void setBody(const std::string &path, const std::string &body)
     {
@@ -75,9 +75,9 @@ public:
         socket.disconnectFromHost();
     }
 
-    /// The paths with their queries that were asked for, in order.
+    /// Returns the paths with their queries that were requested, in order.
     const std::vector<std::string> &requests() const { return requests_; }
-    /// How many of those who asked have gone.
+    /// Returns how many clients have disconnected.
     int departures() const { return departures_; }
 
 private:

@@ -43,7 +43,7 @@ class RecordingDelegate : public UpdateControllerDelegate
 {
 public:
     bool includesBetas = false;
-    /// "found VERSION" or the reason, with "!" when it was interactive.
+    /// Each outcome is "found VERSION" or the reason, with "!" when the check was interactive.
     std::vector<std::string> outcomes;
     int questions = 0;
     std::function<void()> told;
@@ -105,7 +105,7 @@ protected:
         controller->start(delegate);
         return controller;
     }
-    /// What a background check comes to.
+    /// Returns the outcome of a background check.
     std::string outcomeOf(FeedUpdateController &controller)
     {
         const std::size_t before = delegate.outcomes.size();

@@ -1,5 +1,5 @@
-// Any bytes: nobody but the makers can have signed them. Any fields, one to a line: what is read of
-// them are releases with proper versions and https links.
+// Reads any bytes as a feed, which nobody but the makers can have signed. Then puts any fields, one
+// to a line, into a feed: what is read of them are releases with proper versions and https links.
 
 #include "base/Require.h"
 #include "platform/linux/updates/UpdateFeed.h"
@@ -15,7 +15,7 @@ namespace {
 
 using namespace quillon;
 
-/// Items of four fields each.
+/// Returns a feed of items with four fields each.
 std::string feedOf(const QByteArray &lines)
 {
     QJsonArray items;

@@ -1,5 +1,5 @@
-// Any file with the right checksum: it is refused, or it is an index that is written and read
-// again.
+// Reads any file that has the right checksum. Either it is refused, or it is an index that is
+// written and read again.
 
 #include "base/Require.h"
 #include "core/KeptIndex.h"
@@ -26,7 +26,7 @@ bool fill(PathTree &tree, FolderMarks &marks, std::string_view bytes)
     return tree.childTable().has_value();
 }
 
-/// Puts a head before the content that says that nothing is damaged.
+/// Puts a head before the content, with the right checksum.
 std::string withHead(const std::string &content)
 {
     PathIndex empty;

@@ -1,5 +1,5 @@
-// Any texts and any query: the tree must rank as the plain rule does, bit for bit, also after some
-// of the texts were removed again.
+// Searches any texts for any query. The tree must rank as the plain rule does, bit for bit, also
+// after some of the texts were removed again.
 
 #include "base/Require.h"
 #include "matching/FuzzyMatch.h"
@@ -15,7 +15,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     using namespace quillon;
-    // Lines: the query, then texts; a line beginning with "\1" removes the rest of it.
+    // The lines are the query and then the texts. A line that begins with "\1" removes the rest of
+    // itself.
     std::vector<std::string> lines(1);
     for (std::size_t i = 0; i < size; ++i) {
         if (data[i] == '\n')

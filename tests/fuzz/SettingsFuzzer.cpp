@@ -1,5 +1,5 @@
-// Any file: what is read of it is written so that the same is read again. Any bytes: they survive
-// being JSON text.
+// Reads any file as settings. What is read is written so that the same is read again, and any bytes
+// survive being JSON text.
 
 #include "base/JsonValues.h"
 #include "base/Require.h"

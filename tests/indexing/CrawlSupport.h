@@ -12,7 +12,7 @@
 
 namespace quillon {
 
-/// Keeps what a crawl hands over as whole paths, a file's with the mark "file:" before it.
+/// Keeps what a crawl hands over as whole paths, with "file:" before the path of a file.
 class RecordingSink : public CrawlSink
 {
 public:
@@ -37,7 +37,7 @@ public:
         }
     }
 
-    // Read after the crawl.
+    // The path of the root, which is read after the crawl.
     std::string rootPath;
     std::set<std::string> kept;
 
@@ -47,7 +47,7 @@ private:
     std::set<Token> given_ GUARDED_BY(mutex_);
 };
 
-/// The rule of SkipRules, written down as it is stated and without memory.
+/// The rule of SkipRules, implemented as it is stated and without memory.
 struct PlainSkipRule
 {
     std::vector<std::string> patterns;

@@ -42,7 +42,7 @@ using testing::IsEmpty;
 using testing::StartsWith;
 using Outcome = CrawlResult::Outcome;
 
-/// A crawl of the real disk and everything that came out of it.
+/// A crawl of the real disk and all of its results.
 struct Crawl
 {
     explicit Crawl(const std::string &root, const std::set<std::string> &extensions = {},
@@ -129,7 +129,7 @@ TEST(Crawler, tellsArmingOfEachFolderBeforeItIsRead)
 
 TEST(Crawler, recordsWhichFolderEachOneIsIn)
 {
-    // Much is handed from thread to thread, and folders on the way down are opened again.
+    // Threads share much work here, and folders on the way down are opened again.
     FakeFolderLister lister;
     std::set<std::string> expected = {"enter ", "enter /r"};
     std::string chain = "/r";
@@ -199,7 +199,7 @@ TEST(Crawler, tellsWhatIsWrongWithARoot)
 
 TEST(Crawler, writesThePathsBelowTheRootOfAllFoldersWithOneSlash)
 {
-    // Everything two levels down is skipped.
+    // The rule skips everything two levels down.
     PlainSkipRule rule;
     std::set<std::string> expected;
     for (const auto &entry : fs::directory_iterator("/")) {
@@ -214,7 +214,7 @@ TEST(Crawler, writesThePathsBelowTheRootOfAllFoldersWithOneSlash)
     EXPECT_EQ(crawl.sink.kept, expected);
 }
 
-/// What a crawl should find, by plain recursion over paths.
+/// Finds what a crawl should find, by plain recursion over paths.
 class Reference
 {
 public:
@@ -314,15 +314,15 @@ TEST(Crawler, findsWhatAPlainRecursionFindsInRandomTrees)
 
 constexpr std::array OTHERS = {"e", "f", "g", "h"};
 
-/// A folder's name of 50 bytes for each level. Were the names equal, either all or none of them
-/// would be listed before their siblings.
+/// Returns the name of a level's folder, which has 50 bytes. The names differ, since otherwise
+/// either all or none of them would be listed before their siblings.
 std::string chainName(int level)
 {
     return std::string(46, 'd') + std::to_string(1000 + level);
 }
 
-/// Makes a chain of folders below the path, with "side/in" beside each and others, so that most are
-/// entered before all of these.
+/// Makes a chain of folders below the path, each beside "side/in" and other folders, so that most
+/// of the chain is entered before all of these.
 void makeDeepChain(const std::string &path, int depth)
 {
     int folder = open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);

@@ -26,7 +26,7 @@ using testing::UnorderedElementsAre;
 /// A file system in memory where some calls do not return until they are released.
 ///
 /// Every folder has the same subfolders, down to a depth. Opening one called "hang" hangs, and so
-/// does reading one called "read-hang". Ends once every thread has left it.
+/// does reading one called "read-hang". The destructor waits until every thread has left.
 class HangingLister final : public FolderLister
 {
 public:
@@ -131,7 +131,7 @@ struct HangingDiskCrawl
 constexpr CrawlOptions IMPATIENT{.threads = 2, .stall = 10ms, .patience = 150ms};
 constexpr CrawlOptions PATIENT{.threads = 2, .stall = 10ms, .patience = 1h};
 
-/// Folders of each level, and of all levels, where each has two subfolders that do not hang.
+/// Returns the number of folders on all levels, where each has two subfolders that do not hang.
 std::size_t allFolders(int depth)
 {
     return (std::size_t{1} << depth) - 1;
@@ -192,7 +192,7 @@ TEST(HangingCrawl, leavesArmingBehindToo)
 
 TEST(HangingCrawl, visitsEverythingElseAndReportsWhatHangs)
 {
-    // The second tree has more that hangs than is ever waited for at a time.
+    // In the second tree more folders hang than the crawl ever waits for at the same time.
     for (const int depth : {3, 6}) {
         HangingLister lister({"a", "hang", "b"}, depth);
         const HangingDiskCrawl crawl(lister, "/r", IMPATIENT);
@@ -230,7 +230,7 @@ TEST(HangingCrawl, waitsForWhatIsOnlySlow)
 {
     HangingLister lister({"a", "hang", "b"}, 3);
     const std::jthread helper([&](const std::stop_token &stop) {
-        // All of them hang at the same time: each got a substitute.
+        // All of them hang at the same time, so each thread got a substitute.
         while (lister.hanging() < 7 && !stop.stop_requested())
             std::this_thread::yield();
         lister.release();

@@ -85,7 +85,7 @@ TEST_F(SearchBaseIgnorePathsTest, answersTheSameUntilTheNextRefresh)
     EXPECT_TRUE(skips("/u/.npm/x")) << "the built-in patterns hold with any list of the user's";
 }
 
-// Short texts over few letters, so that patterns overlap, end in each other and override.
+// Uses short texts over few letters, so that patterns overlap, end in each other and override.
 class SkipRulesTest : public testing::TestWithParam<unsigned>
 {
 protected:

@@ -26,7 +26,7 @@ struct Log
 {
     FakeDefaultsStore store;
     CapturedOutput output;
-    /// 2024-05-01 09:30:00 and a fraction.
+    /// The time is 2024-05-01 09:30:00 and a fraction.
     std::chrono::system_clock::time_point now{1714555800s + 999ms};
     SearchBaseLogger logger{store, output.stream(), [this] { return now; }};
 };

@@ -118,7 +118,7 @@ TEST_F(SearchBaseWatcherTest, leavesOutWhatConcernsNobody)
     stream(0).send({root_ + "/end-of-history-and-more"}, 0x11);
     stream(0).send({root_ + "/x/.git/objects", root_ + "/node_modules", root_ + "/kept/"});
     stream(0).send({innerRoot_, innerRoot_ + "/x", root_});
-    // Patterns are for folders, not for the names of files.
+    // Patterns apply to folders, not to the names of files.
     const std::string file = root_ + "/node_modules.txt";
     stream(0).send({file, root_ + "/node_modules/a.txt"}, 0x10000);
     queue_.advance(1h);
@@ -142,7 +142,7 @@ TEST_F(SearchBaseWatcherTest, tellsNothingOfAnOldWatch)
     EXPECT_THAT(receiver_->take(), ElementsAre(docs));
     EXPECT_TRUE(stream(0).isDestroyed);
 
-    // Stopped and started again while somebody is told.
+    // The watch is stopped and started again while a delegate is being called.
     stream(1).send({docs, root_ + "/with-it"});
     queue_.advance(1s);
     stream(1).send({root_ + "/pending"});

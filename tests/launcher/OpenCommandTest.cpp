@@ -47,7 +47,7 @@ std::vector<Application> desktop()
     };
 }
 
-/// A desktop that notes what it is asked to start.
+/// A desktop that records what it is asked to start.
 class FakeApplicationLauncher final : public ApplicationLauncher
 {
 public:

@@ -16,7 +16,7 @@ namespace {
 using testing::HasSubstr;
 using Outcome = RunningInstance::Outcome;
 
-/// Notes what it is asked and answers as told.
+/// Records what it is asked, and answers as the test says.
 class FakeInstance : public RunningInstance
 {
 public:
@@ -46,8 +46,8 @@ struct Row
     std::vector<const char *> arguments;
     Outcome instance;
     int status;
-    /// What the running instance is asked for, and what the application that this process becomes
-    /// is started for.
+    /// The action that the running instance is asked for, and the action for which this process
+    /// becomes the application.
     const char *requested;
     const char *started;
     const char *complaint = "";
@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"second", {}, Outcome::done, 0, "activate", ""},
         Row{"secondWithAction", {"--rebuild"}, Outcome::done, 0, "rebuild", ""},
         Row{"secondAtLogin", {"--background"}, Outcome::done, 0, "", ""},
-        // Only what goes wrong comes back from becoming another program.
+        // Becoming another program returns only if it fails.
         Row{"first",
             {},
             Outcome::notRunning,

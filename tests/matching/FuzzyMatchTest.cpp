@@ -22,7 +22,7 @@ namespace {
 using testing::ElementsAre;
 using Scored = std::pair<std::string, double>;
 
-/// The rule itself: every text on its own.
+/// Applies the rule itself, to each text on its own.
 std::vector<Scored> rankPlainly(const std::set<std::string> &texts, const std::string &query,
                                 std::size_t top, const RecentAccessSnapshot &uses)
 {
@@ -123,7 +123,7 @@ TEST_F(FuzzyMatchRanking, equalsThePlainRuleOnTwoThreads)
         match.add(text);
     match.setSearchThreads(2);
     for (int i = 0; i < 25; ++i) {
-        // Every second round some more of the texts have uses.
+        // In every second round some more of the texts have uses.
         for (int use = 0; i % 2 == 1 && use < 20; ++use)
             recordUse(*std::next(texts.begin(), static_cast<long>(random.below(texts.size()))));
         expectPlainRanking(texts, random.query(), 25);
@@ -169,7 +169,7 @@ TEST_F(FuzzyMatchRanking, listsTheMostUsedAmongTheCandidates)
 
 TEST_F(FuzzyMatchRanking, findsWhatIsThereWhileTheIndexChanges)
 {
-    // What stays must be found by every search; what comes and goes, and scores higher, may be.
+    // Every search must find what stays. It may find what comes and goes, which scores higher.
     for (int i = 0; i < 25'000; ++i)
         match.add("/stays/" + std::to_string(i % 50) + "/folder" + std::to_string(i));
     match.add("/stays/wanted");

@@ -63,8 +63,8 @@ TEST_P(Score, followsTheRule)
         EXPECT_NEAR(score, GetParam().score, 1e-9);
 }
 
-/// The numbers are worked out by hand from the weights and stand here as numbers on purpose: a
-/// weight that changes fails its rows.
+/// The numbers are calculated by hand from the weights and are written as numbers on purpose, so
+/// that a changed weight fails its rows.
 INSTANTIATE_TEST_SUITE_P(
     Rows, Score,
     testing::Values(

@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
         HighlightRow{"anInvalidByteIsOne", "ab", "\xff\xfe\xc3/ab", {{4, 2}}},
         HighlightRow{"invalidBytesDiffer", "\xff\xff", "\xff\xfe\xff", {}}));
 
-/// The rule written down plainly, for texts of one byte a character.
+/// Implements the rule plainly, for texts of one byte a character.
 std::vector<TextRange> plainHighlights(const std::string &query, const std::string &text)
 {
     const auto size = static_cast<std::int64_t>(text.size());

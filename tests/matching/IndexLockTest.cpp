@@ -18,7 +18,7 @@ TEST(IndexLock, letsNeitherSideStarve)
     std::vector<std::jthread> readers;
     for (int i = 0; i < 3; ++i) {
         readers.emplace_back([&] {
-            // Readers that always overlap, each stepping aside when asked to.
+            // The readers always overlap, and each one yields when asked to.
             const ReadingIndex reading(lock);
             while (!writersDone) {
                 if (lock.isWriterWaiting())

@@ -126,7 +126,7 @@ TEST(PathTree, staysEqualToAMapUnderRandomEdits)
     const auto randomFlags = [&] { return static_cast<Flags>(1 + random.below(7)); };
     std::vector<std::string> known;
     for (int round = 0; round < 60; ++round) {
-        // Rounds that add and rounds that remove, enough of both to have dead nodes collected.
+        // Some rounds add and some remove, enough of both to have dead nodes collected.
         const bool adding = round % 4 < 2;
         for (int i = 0; i < 600; ++i) {
             const Flags flags = randomFlags();
@@ -199,7 +199,7 @@ TEST(PathTree, keepsTheLinksOfRemovedNodesWhilePinned)
                              PathTree::CANDIDATE);
         tree.insertChild(folder, "after" + std::to_string(i), PathTree::CANDIDATE);
     }
-    // A search that stood on a removed node goes on to what is left of the list behind it.
+    // A search that was at a removed node continues with what is left of the list behind it.
     EXPECT_EQ(tree.text(standing), "/f/before5000");
     bool meetsSurvivor = false;
     for (PathTree::NodeId id = standing; id != PathTree::NONE; id = tree.node(id).nextSibling)

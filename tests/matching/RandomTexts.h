@@ -6,8 +6,9 @@
 
 namespace quillon {
 
-/// Texts that look like paths, with everything that a disk or a list may hold: slashes side by side
-/// and at the end, separators, capitals, bytes that are no UTF-8. The same ones for a seed.
+/// Makes texts that look like paths, with everything that a disk or a list may hold: slashes side
+/// by side and at the end, separators, capitals, bytes that are not UTF-8. The same seed gives the
+/// same texts.
 class RandomTexts
 {
 public:
@@ -44,7 +45,7 @@ public:
     }
 
 private:
-    /// Few letters, so that most queries match many texts.
+    /// There are few letters, so that most queries match many texts.
     static constexpr std::string_view BYTES = "aaabbcdAB-_. 1/\xc3\xa4\xff";
     std::mt19937 random_;
 };

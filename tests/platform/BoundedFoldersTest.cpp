@@ -65,7 +65,7 @@ TEST(BoundedCalls, askADiskThatDidNotAnswerAgainOnlyAfterAWhile)
     now = now.load() + 60s;
     EXPECT_EQ(calls.run("/net/c", 60s, answer), 3);
 
-    // The call returns after all, so the disk is there again.
+    // The call returns after all, so the disk answers again.
     EXPECT_EQ(calls.run("/net/a", 20ms, hang), std::nullopt);
     EXPECT_EQ(calls.run("/net/c", 60s, answer), std::nullopt);
     hang.released->release(2);

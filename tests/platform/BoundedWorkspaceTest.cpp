@@ -12,8 +12,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A workspace on which every item is a folder behind a link; one below "/dead" is asked about in
-/// vain until this is told that the test is over.
+/// A workspace on which every item is a folder behind a link. A question about an item below
+/// "/dead" hangs until the test is over.
 class Workspaces : public Workspace
 {
 public:

@@ -30,7 +30,7 @@ using testing::Pair;
 using testing::UnorderedElementsAre;
 using Wanted = FolderLister::Wanted;
 
-/// The names in a folder and whether each is a folder.
+/// Returns the names in a folder and whether each is a folder.
 std::map<std::string, bool> entriesOf(OpenFolder &folder)
 {
     std::map<std::string, bool> entries;
@@ -159,7 +159,7 @@ TEST_F(PosixFolderListerTest, opensNoFolderWithoutSubfoldersWhereOnlyThoseAreWan
     EXPECT_TRUE(open(disk_.path())->open("leaf", error_)) << "files count there";
 }
 
-/// Lays records out as the kernel does.
+/// Builds records as the kernel does.
 class Records
 {
 public:

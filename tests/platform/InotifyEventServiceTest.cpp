@@ -61,7 +61,7 @@ protected:
     TemporaryFolder disk_;
 };
 
-// Changes and what is told of them
+// Changes and their reports
 
 struct Change
 {
@@ -105,7 +105,7 @@ protected:
         GetParam().act(disk_);
         EXPECT_EQ(rig.told(), GetParam().told);
         EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
-        // What came is watched in its turn.
+        // What came is watched too.
         for (const std::string &path : rig.index->onDisk())
             if (fs::is_directory(fs::symlink_status(path)) && !path.ends_with(".app"))
                 fs::create_directory(path + "/later");
@@ -233,7 +233,8 @@ TEST_F(WatchingTest, tellsNothingOfAFileThatIsSavedAgain)
     disk_.writeFile("root/.a.txt.new", "new");
     move("root/.a.txt.new", "root/a.txt");
     disk_.writeFile("root/a.txt", "in place");
-    // What was told lately is told again to be sure; this was not.
+    // A path that was reported lately would be reported again to be sure, but this one was not
+    // reported.
     EXPECT_THAT(rig.told(), IsEmpty());
 }
 
@@ -256,7 +257,7 @@ TEST_F(WatchingTest, reachesFoldersWhosePathIsLongerThanTheSystemTakes)
     rig.flush();
     EXPECT_EQ(rig.stream().status().watched, 22U);
     ::close(folder);
-    // The standard library cannot remove it: move it up piece by piece.
+    // The standard library cannot remove such a path, so it is moved up piece by piece.
     for (int i = 0; i < 21; ++i) {
         fs::rename(disk_.path("root/" + name), disk_.path("rest"));
         if (fs::exists(disk_.path("rest/" + name)))
@@ -565,12 +566,12 @@ TEST_F(WatchingTest, doesNotStartWhatNobodyCouldEnd)
     stream->invalidate();
 }
 
-// Recorded by a crawl
+// Streams after a crawl
 
 class ArmedWatchTest : public WatchingTest
 {
 protected:
-    /// Lists as a crawl does, which gives up folders of one name.
+    /// Lists folders as a crawl does, and gives up the folders of one name.
     void begin(InotifyOptions options = {}, std::string givenUp = {})
     {
         givenUp_ = std::move(givenUp);
@@ -679,7 +680,7 @@ TEST_F(ArmedWatchTest, takesNamesOfAnyLength)
 {
     disk_.makeFolder("root");
     begin(later());
-    // This disk has none so long; others list names of a thousand bytes.
+    // This disk has no names of this length, but other disks list names of a thousand bytes.
     const std::string name(1000, 'n');
     record_->entered(record_->entered(root_, name, {1, 2, 3}), name, {1, 3, 3});
     makeStream();
@@ -728,7 +729,7 @@ TEST_F(ArmedWatchTest, watchesWhatIsInAFolderThatWasAwayMeanwhile)
     std::atomic<bool> isCrawled = false;
     int exchanges = 0;
     InotifyOptions options = later();
-    // The clock is read where a folder is gone. So "a" is away while "a/b" gets its watch.
+    // The service reads the clock when a folder is gone. So "a" is away while "a/b" gets its watch.
     options.readingInterval = 1h;
     options.wallClock = [&, old = options.wallClock] {
         if (exchanges < 2 && isCrawled &&

@@ -31,7 +31,7 @@ protected:
     {
         return R"({"word": ")" + std::string(word) + "\"}";
     }
-    /// Replaces the file by another one of the given text with the same time stamp.
+    /// Replaces the file by another one with the given text and the same time stamp.
     void replaceByHand(const std::string &text) const
     {
         struct stat old = {};
@@ -41,12 +41,13 @@ protected:
         ASSERT_EQ(::utimensat(AT_FDCWD, other.c_str(), times, 0), 0);
         fs::rename(other, path);
     }
-    /// Waits until nobody can be taken to be writing the file still.
+    /// Waits until the file no longer looks as if somebody were writing it.
     void letRest() const
     {
         ASSERT_TRUE(becomesTrue([&] { return SettingsFile(path).read().rested; }));
     }
-    /// The files that were kept, oldest name first.
+    /// Returns the texts of the files that were kept, in the order of their names, the oldest
+    /// first.
     Strings keptTexts() const
     {
         Strings texts;
@@ -62,12 +63,13 @@ TEST_F(JsonDefaultsStoreDisk, showsAHandEditOnTheNextRead)
     writeByHand(document("one"));
     const JsonDefaultsStore store(path);
     EXPECT_EQ(store.string("word"), "one");
-    // The size is the same, and most likely the tick of the clock too.
+    // The size is the same each time, and most likely the tick of the clock too.
     for (const std::string word : {"two", "ten", "six", "one", "two"}) {
         writeByHand(document(word));
         EXPECT_EQ(store.string("word"), word);
     }
-    // Size and time of the last change as before, once the file is old enough to be relied on.
+    // The size and the time of the last change are as before. The file is old enough to be relied
+    // on.
     ASSERT_TRUE(becomesTrue([&] { return SettingsFile(path).read().settled; }));
     EXPECT_EQ(store.string("word"), "two");
     replaceByHand(document("ten"));
@@ -261,7 +263,7 @@ TEST_F(JsonDefaultsStoreDisk, writesNothingWhereTheFileCannotBeRead)
     cannotBeRead(store, false);
     EXPECT_TRUE(fs::is_symlink(path));
     fs::rename(whole, path);
-    if (::geteuid() != 0) { // who may read everything
+    if (::geteuid() != 0) { // root may read everything
         ASSERT_EQ(::chmod(path.c_str(), 0), 0);
         cannotBeRead(store, false);
         JsonDefaultsStore started(path);
@@ -273,11 +275,11 @@ TEST_F(JsonDefaultsStoreDisk, writesNothingWhereTheFileCannotBeRead)
     EXPECT_EQ(JsonDefaultsStore(path).boolean("old"), true);
 }
 
-/// How an editor saves.
+/// One way in which an editor saves.
 struct SaveRow
 {
     std::string name;
-    /// Gives the file the text; may use the name beside it.
+    /// Gives the file the text. It may use the second name, which is beside the file.
     std::function<void(const std::string &file, const std::string &text)> save;
 
     friend std::ostream &operator<<(std::ostream &out, const SaveRow &row)

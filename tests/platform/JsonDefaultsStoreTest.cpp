@@ -19,7 +19,7 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-/// What each typed read gives for a value written by hand.
+/// The result of each typed read for a value written by hand.
 struct TypeRow
 {
     std::string name;
@@ -147,7 +147,7 @@ TEST_F(JsonDefaultsStoreTest, givesBackEveryValueAfterARestart)
 TEST(JsonValues, carryEveryStringOfBytes)
 {
     std::mt19937 random(20240601); // NOLINT(cert-msc51-cpp): the same run each time
-    // Mostly the bytes that begin, continue or break sequences of UTF-8.
+    // Most of these bytes begin, continue or break sequences of UTF-8.
     const std::string_view bytes = "a\x7F\x80\x9F\xA0\xBF\xC0\xC2\xDF\xE0\xED\xEF\xF0\xF4\xF5\xFF";
     for (int round = 0; round < 20'000; ++round) {
         std::string sample(random() % 9, ' ');
@@ -155,7 +155,7 @@ TEST(JsonValues, carryEveryStringOfBytes)
             byte = bytes[random() % bytes.size()];
         const QString text = bytesToText(sample);
         ASSERT_EQ(textToBytes(text), sample) << testing::PrintToString(sample);
-        // Where the toolkit finds no fault, neither must this.
+        // Where the toolkit finds no fault, our own check must find none.
         if (text == QString::fromUtf8(sample))
             ASSERT_EQ(text.toUtf8().toStdString(), sample);
         else

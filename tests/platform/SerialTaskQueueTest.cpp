@@ -21,7 +21,8 @@ TEST(SerialTaskQueue, runsTasksOneAtATimeInTheOrderInWhichTheyAreDue)
     std::vector<int> order;
     std::promise<void> last;
     queue.postAndWait([&] {
-        // Posted while the queue is busy with this, so that nothing runs in between.
+        // These tasks are posted while the queue is busy with this one, so that nothing runs in
+        // between.
         queue.postDelayed(40ms, [&] { order.push_back(4); });
         queue.postDelayed(40ms, [&] { order.push_back(5); });
         queue.postDelayed(20ms, [&] { order.push_back(3); });

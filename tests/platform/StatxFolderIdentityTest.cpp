@@ -47,7 +47,7 @@ TEST_F(StatxFolderIdentityTest, tellsAFolderFromTheNextOneWithItsInode)
     const auto id = folders.identify(root.makeFolder("parent/old"));
     fs::remove(root.path("parent/old"));
     for (const std::string name : {"parent/a", "parent/b", "parent/c"})
-        root.makeFolder(name); // One of them most likely has the inode now.
+        root.makeFolder(name); // One of these most likely has the inode now.
     EXPECT_EQ(folders.find(root.path("parent"), id.value()), std::nullopt);
 }
 

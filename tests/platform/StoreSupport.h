@@ -20,7 +20,7 @@
 
 namespace quillon {
 
-/// A store whose file lies in a folder of its own; neither is there at the start.
+/// A store whose file is in a folder of its own. Neither exists at the start.
 class StoreTest : public testing::Test
 {
 protected:
@@ -30,7 +30,7 @@ protected:
     void writeByHand(std::string_view text) const { folder.writeFile(FILE, text); }
     std::string text() const { return folder.readFile(FILE); }
     ino_t inode() const { return SettingsFile(path).stamp().inode; }
-    /// Names beside the file that start with its name and go on, the lock left out; sorted.
+    /// Returns the names beside the file that begin with its name, without the lock, sorted.
     std::vector<std::string> filesBeside() const
     {
         std::vector<std::string> names;
@@ -47,8 +47,8 @@ protected:
     const std::string path = folder.path(FILE);
 };
 
-/// Runs the function in a process of its own, which succeeds when that returns true and does not
-/// outlive this one.
+/// Runs the function in a process of its own, which succeeds when the function returns true, and
+/// which ends at the latest with this one.
 inline pid_t fork(const std::function<bool()> &function)
 {
     const pid_t child = ::fork();
@@ -65,7 +65,7 @@ inline bool succeeded(pid_t child)
     return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// Asks again and again until the condition holds; false after ten seconds.
+/// Checks the condition again and again until it holds. Returns false after ten seconds.
 inline bool becomesTrue(const std::function<bool()> &condition)
 {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);

@@ -119,7 +119,7 @@ struct VersionRow
     const char *name;
     const char *running;
     bool includesBetas;
-    /// Empty: nothing newer.
+    /// The newest version, or an empty text when nothing is newer.
     const char *newest;
 
     friend std::ostream &operator<<(std::ostream &out, const VersionRow &row)

@@ -83,7 +83,7 @@ TEST_F(UserCacheFileTest, leavesEverythingAsItWasWhereItCannotBeWritten)
     EXPECT_EQ(filesInFolder(), 1U);
     EXPECT_TRUE(UserCacheFile("/proc/none/index").write("bytes"));
 
-    // A program that ended while it wrote leaves this.
+    // A program that ended during a write leaves such a file.
     fs::remove_all(path_);
     const std::string leftover = disk_.writeFile("cache/quillon/index.aBcDeF", "half");
     fs::last_write_time(leftover, fs::file_time_type::clock::now() - std::chrono::minutes(2));

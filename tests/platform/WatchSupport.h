@@ -25,9 +25,9 @@
 
 namespace quillon {
 
-/// An index that holds nothing but paths and brings each told path up to date by reading the disk
-/// below it. What counts: folders and files "*.txt"; "*.app" is listed and not entered; hidden
-/// names and "skipped" do not count.
+/// An index that holds nothing but paths and brings each reported path up to date by reading the
+/// disk below it. Folders and files "*.txt" count. Folders "*.app" are listed and not entered.
+/// Hidden names and "skipped" do not count.
 class ModelIndex final : public WatchFilter
 {
 public:
@@ -54,7 +54,7 @@ public:
         return paths_.contains(path);
     }
 
-    /// What the index would hold of this path and below if it were built now.
+    /// Returns what the index would hold of this path and below it if it were built now.
     Paths onDisk(const std::string &path) const
     {
         namespace fs = std::filesystem;
@@ -121,14 +121,14 @@ private:
     Paths paths_ GUARDED_BY(mutex_);
 };
 
-/// The receiving end of a stream: brings an index up to date and keeps account of what was told.
-/// Safe from every thread.
+/// The receiving end of a stream. It brings an index up to date and records what was reported. Safe
+/// from every thread.
 class WatchReceiver
 {
 public:
     explicit WatchReceiver(std::shared_ptr<ModelIndex> index) : index_(std::move(index)) {}
 
-    /// A stream's callback; the receiver outlives the queue on which it runs.
+    /// Returns a callback for a stream. The receiver outlives the queue on which it runs.
     FSEventStreamCallback callback()
     {
         return
@@ -137,13 +137,14 @@ public:
                 receive(std::get<std::vector<std::string>>(paths), flags, ids);
             };
     }
-    /// The paths told since the last call, relative to the root, "" for the root itself.
+    /// Returns the paths reported since the last call, relative to the root, "" for the root
+    /// itself.
     std::vector<std::string> takeTold()
     {
         const MutexLock lock(mutex_);
         return std::exchange(told_, {});
     }
-    /// The flags told of a path lately.
+    /// Returns the flags of the latest report of a path.
     std::uint32_t flagsOf(const std::string &path) const
     {
         const MutexLock lock(mutex_);
@@ -177,11 +178,11 @@ private:
     std::vector<std::uint64_t> ids_ GUARDED_BY(mutex_);
 };
 
-/// A stream over one root, the index that it keeps current, and what it has told.
+/// A stream over one root, the index that it keeps current, and what it has reported.
 class WatchRig
 {
 public:
-    /// Ten seconds: nothing is told before flush() asks for it.
+    /// Within these ten seconds, nothing is reported before flush() asks for it.
     static constexpr double LATENCY = 10;
 
     explicit WatchRig(std::string root, InotifyOptions options = {}, double latency = LATENCY)
@@ -214,7 +215,7 @@ public:
     WatchRig(const WatchRig &) = delete;
     WatchRig &operator=(const WatchRig &) = delete;
 
-    /// Lets everything that has happened reach the index.
+    /// Returns once everything that has happened has reached the index.
     void flush()
     {
         stream_->flushSync();
@@ -248,8 +249,8 @@ private:
     std::unique_ptr<FSEventStream> stream_;
 };
 
-/// What one inotify instance of this process watches, by the kernel's own account. Waits for those
-/// that are about to be closed.
+/// Returns what an inotify instance of this process watches, as the kernel lists it. Waits for
+/// instances that are about to be closed.
 inline std::multiset<std::uint64_t> watchedInodes()
 {
     namespace fs = std::filesystem;

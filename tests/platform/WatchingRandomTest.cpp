@@ -89,7 +89,7 @@ void WatchingRandomTest::expectWatchesOnFoldersOnly(const ModelIndex &index, FSE
             EXPECT_EQ(watched.count(inodeOf(path)), 1U) << path;
         }
     }
-    // The folders above the root are watched besides. A sweep may be about to arm another one.
+    // The folders above the root are watched too. A sweep may be about to watch another one.
     const auto above = static_cast<std::size_t>(std::ranges::count(index.root(), '/'));
     FSEventStatus status = stream.status();
     const auto end = std::chrono::steady_clock::now() + 20s;
@@ -103,7 +103,7 @@ void WatchingRandomTest::expectWatchesOnFoldersOnly(const ModelIndex &index, FSE
     EXPECT_LE(status.watched, status.budget);
 }
 
-/// Paths that the index lacks, with a "+", and that it holds wrongly, with a "-".
+/// Returns the paths that the index lacks, with a "+", and those that it holds wrongly, with a "-".
 std::vector<std::string> differences(const ModelIndex &index)
 {
     const auto held = index.paths();
@@ -137,14 +137,14 @@ void WatchingRandomTest::run(unsigned seed)
     EXPECT_TRUE(rig.areIDsRising());
 }
 
-/// The path of an opened folder, wherever that has been moved to.
+/// Returns the path of an opened folder, wherever that has been moved to.
 std::string pathOf(const Descriptor &folder)
 {
     return "/proc/self/fd/" + std::to_string(folder.get());
 }
 
-/// Lists and notes a folder and what is below it as a crawl does: the stamp and the names are those
-/// of one folder, even where another one takes its place meanwhile.
+/// Lists and records a folder and what is below it as a crawl does: the stamp and the names are
+/// those of one folder, even when another one takes its place meanwhile.
 void crawl(CrawlRecord &record, CrawlRecord::Folder recorded, const Descriptor &folder,
            const std::string &path, ModelIndex &index)
 {

@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A user's folder of entries and one of the system's; neither is there at the start.
+/// A user's folder of entries and one of the system's. Neither exists at the start.
 class XdgAutostartTest : public testing::Test
 {
 protected:
@@ -84,7 +84,7 @@ TEST_F(XdgAutostartTest, hidesAnEntryOfTheSystemAndLeavesItAlone)
     EXPECT_TRUE(autostart.isEnabled());
     EXPECT_EQ(folder.readFile(SYSTEM), working());
 
-    // A link to it is the user's, what it leads to is not.
+    // A link to it belongs to the user, but what it leads to does not.
     fs::remove(folder.path(OWN));
     fs::create_symlink(folder.path(SYSTEM), folder.path(OWN));
     ASSERT_TRUE(autostart.setEnabled(false));

@@ -7,10 +7,9 @@
 
 #include <unistd.h>
 
-/// Writes one setting into the file named by the first argument; the status says whether that
-/// succeeded. With a second argument the settings are read first, and then the file is given that
-/// text. Two calls that fail mark, for whoever follows the system calls, where the write begins and
-/// ends.
+/// Writes one setting into the file named by the first argument. The status says whether that
+/// succeeded. With a second argument, the settings are read first, and then the file is given that
+/// text. Two calls that fail mark where the write begins and ends, for a tracer of system calls.
 int main(int argc, char **argv)
 {
     if (argc < 2)
@@ -20,7 +19,7 @@ int main(int argc, char **argv)
         if (store.fault())
             return EXIT_FAILURE;
         std::ofstream(argv[1]) << argv[2];
-        // Until nobody can be taken to be writing the file still.
+        // Waits until the file no longer looks as if somebody were writing it.
         std::this_thread::sleep_for(
             std::chrono::milliseconds(2 * quillon::SettingsFile::WRITING_TIME));
     }

@@ -34,7 +34,8 @@ protected:
             paths.push_back(path);
         return paths;
     }
-    /// Every entry resolved, in order; what was printed meanwhile goes to `printed`.
+    /// Returns the paths of the entries that resolve, in order. What was printed meanwhile goes to
+    /// `printed`.
     Strings resolved()
     {
         testing::internal::CaptureStdout();
@@ -45,7 +46,7 @@ protected:
         return paths;
     }
 
-    /// The names of the entries that lead to no folder, or to one that may not be read.
+    /// Returns the names of the entries that lead to no folder, or to one that may not be read.
     Strings missing()
     {
         testing::internal::CaptureStdout();
@@ -114,7 +115,7 @@ TEST_F(BookmarksTest, followAFolderToItsNewName)
     EXPECT_EQ(resolved(), (Strings{renamed, renamed}));
     EXPECT_EQ(bookmarks.resolve(data(renamed)), renamed);
 
-    // A folder in the old place is the one meant again.
+    // A folder in the old place is again the one that is meant.
     root.makeFolder("a/Old");
     EXPECT_EQ(resolved(), (Strings{renamed, old}));
     EXPECT_EQ(printed, "");
@@ -123,7 +124,7 @@ TEST_F(BookmarksTest, followAFolderToItsNewName)
     EXPECT_EQ(storedPaths(), Strings());
 }
 
-/// Answers once as many folders are asked about as there are.
+/// Answers once it has been asked about all of the folders.
 class TogetherIdentity final : public FolderIdentity
 {
 public:

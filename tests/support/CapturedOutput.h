@@ -17,7 +17,7 @@ public:
     CapturedOutput &operator=(const CapturedOutput &) = delete;
 
     std::FILE *stream() { return stream_; }
-    /// Everything written since the last call.
+    /// Returns everything written since the last call.
     std::string take()
     {
         std::fflush(stream_);

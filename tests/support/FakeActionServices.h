@@ -22,13 +22,13 @@ public:
     void setString(const std::string &newText) override { text = newText; }
 };
 
-/// Notes what should run; a test ends it.
+/// Records which programs should run. A test ends them.
 class FakeProcessRunner final : public ProcessRunner
 {
 public:
     std::vector<Command> commands;
     std::vector<Ended> running;
-    /// Why nothing starts.
+    /// The reason why nothing starts.
     std::optional<std::string> failure;
 
     std::optional<std::string> run(const Command &command, Ended ended) override
@@ -40,7 +40,7 @@ public:
     }
 };
 
-/// All that actions use.
+/// All the services that actions use.
 struct FakeActionServices
 {
     FakeWorkspace workspace;

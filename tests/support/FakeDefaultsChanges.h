@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// Tells of changes when the test says so.
+/// Reports changes when the test says so.
 class FakeDefaultsChanges : public DefaultsChanges
 {
 public:

@@ -35,7 +35,7 @@ public:
     }
     bool synchronize() override { return !failing_; }
 
-    /// How often something was written, equal values included.
+    /// Returns how often something was written, including equal values.
     int writes() const
     {
         const std::lock_guard lock(mutex_);

@@ -13,11 +13,11 @@ namespace quillon {
 
 /// A service whose events a test makes up.
 ///
-/// Streams are made and used on one thread; records are safe from every thread.
+/// Streams are made and used on one thread. Records are safe from every thread.
 class FakeFSEventService final : public FSEventStreamService
 {
 public:
-    /// What a stream was made with and what was asked of it since, also when it is gone.
+    /// What a stream was made with and what was asked of it since, even after it is gone.
     struct Stream
     {
         Request request;
@@ -60,7 +60,7 @@ public:
         return std::make_unique<Handle>(std::move(stream));
     }
 
-    /// What has been recorded and, added by whoever else takes notes, in which order.
+    /// Returns what has been recorded, in order, with the notes that other fakes have added.
     std::vector<std::string> notes() const
     {
         const MutexLock lock(mutex_);
@@ -73,7 +73,7 @@ public:
     }
 
     bool isAbleToWatch = true;
-    /// It says whether streams made from now on can be started.
+    /// False when streams made from now on cannot be started.
     bool isAbleToStart = true;
     std::vector<std::shared_ptr<Stream>> streams;
 

@@ -17,10 +17,10 @@ public:
     bool isInFront = false;
     bool isWorking = true;
     std::string desktopId = "fake.desktop";
-    /// Is installed as well, and not wanted.
+    /// Another file manager that is installed and not wanted.
     std::string otherDesktopId = "files.desktop";
     std::vector<std::string> items;
-    /// Where this is set it gives the items, in place of those above.
+    /// If this is set, it returns the items in place of those above.
     std::function<std::vector<std::string>()> giveItems;
 
     void noteFrontWindow() override { note("note"); }
@@ -44,7 +44,7 @@ public:
     }
     bool probe() override { return note("probe"); }
 
-    /// What was asked, in order; forgotten with this.
+    /// Returns and forgets what was asked, in order.
     std::vector<std::string> takeCalls()
     {
         const std::lock_guard lock(mutex_);

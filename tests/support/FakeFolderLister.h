@@ -17,7 +17,8 @@ namespace quillon {
 class FakeFolderLister final : public FolderLister
 {
 public:
-    /// Adds the folder at the absolute path and those above it. Not while a crawl runs.
+    /// Adds the folder at the absolute path and those above it. It is not called while a crawl
+    /// runs.
     void add(std::string_view path)
     {
         while (path.size() > 1) {
@@ -51,13 +52,13 @@ public:
         return names_.contains(path.substr(0, path.size() - dot)) ? Kind::folder : Kind::nothing;
     }
 
-    /// Paths that kind() knows nothing of.
+    /// Paths for which kind() returns unknown.
     std::set<std::string> unanswered;
     /// Folders that do not answer when they are opened.
     std::set<std::string> silent;
     /// Folders that are opened and cannot be read.
     std::set<std::string> broken;
-    /// The stamps of some folders; those of the others never change and do not last.
+    /// The stamps of some folders. Those of the others never change and do not last.
     std::map<std::string, FolderStamp> stamps;
     /// The threads of the crawl call this with each path to open.
     std::function<void(const std::string &path)> onOpen;

@@ -37,9 +37,9 @@ public:
         return found == keyNames.end() ? std::string() : found->second;
     }
 
-    /// The answer to the last grab, or another one later.
+    /// Answers the last grab, at first or again.
     void answer(Outcome outcome) { answer(outcome, *asked_); }
-    /// Returns false when nothing would come of it.
+    /// Returns false when the press would have no effect.
     bool press(const KeyCombination &keys)
     {
         if (grabbed_ != keys || !pressed_)
@@ -49,10 +49,10 @@ public:
     }
     const std::optional<KeyCombination> &grabbed() const { return grabbed_; }
 
-    /// Another program holds this combination.
+    /// The combination that another program holds.
     std::optional<KeyCombination> taken;
     bool possible = true;
-    /// False: as a desktop that asks the user first.
+    /// False when a grab is not answered at once, as on a desktop that asks the user first.
     bool isAnswering = true;
     int grabs = 0;
     std::map<std::uint32_t, std::string> keyNames;

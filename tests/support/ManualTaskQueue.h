@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-/// A queue that a test drives by hand. One thread.
+/// A queue that a test drives by hand, on one thread.
 class ManualTaskQueue final : public TaskQueue
 {
 public:

@@ -22,7 +22,7 @@ inline bool isInstalled(const std::string &program)
     return false;
 }
 
-/// Returns whether a test fails where the system lacks what it needs. Elsewhere it is skipped.
+/// Returns whether a test fails when the system lacks what it needs. Otherwise it is skipped.
 inline bool needsAreRequired()
 {
     return std::getenv("QUILLON_REQUIRE_TOOLS") != nullptr;
@@ -30,7 +30,7 @@ inline bool needsAreRequired()
 
 } // namespace quillon
 
-/// Ends the test where the system lacks what it needs; the text names that.
+/// Ends the test if the system lacks what it needs, which the text names.
 #define QUILLON_NEEDS(isThere, what)                                                               \
     if (isThere) {                                                                                 \
     } else if (quillon::needsAreRequired())                                                        \
@@ -38,5 +38,5 @@ inline bool needsAreRequired()
     else                                                                                           \
         GTEST_SKIP() << "missing here: " << what
 
-/// Ends the test where the program is not installed.
+/// Ends the test if the program is not installed.
 #define QUILLON_NEEDS_TOOL(program) QUILLON_NEEDS(quillon::isInstalled(program), program)

@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// Nothing is blended, nothing is told.
+/// A window system that blends nothing and reports nothing.
 class PlainWindowSystem final : public WindowSystem
 {
 public:

@@ -17,8 +17,9 @@
 
 namespace quillon {
 
-/// Does to a tree, and to the folder above it, whatever a user's programs may do, at full speed.
-/// Names that end with ".txt" or ".app" and the name "skipped" are there for rules to go by.
+/// Changes a tree, and the folder above it, in all ways in which a user's programs may change it,
+/// at full speed. Names that end with ".txt" or ".app" and the name "skipped" are there for rules
+/// to match.
 class RandomUser
 {
 public:
@@ -69,7 +70,7 @@ public:
                 ::unlink(one.c_str());
             break;
         case 12:
-            // Back within the latency, mostly.
+            // The folder is usually back within the latency.
             awayAndBack(one, outside_ + "/away",
                         [&] { std::filesystem::create_directories(one, ignored); });
             break;
@@ -91,7 +92,7 @@ public:
             }
             break;
         case 16: {
-            // The times that a user can set say nothing.
+            // The times that a user can set mean nothing.
             constexpr std::array<timespec, 2> LONG_AGO{};
             ::utimensat(AT_FDCWD, one.c_str(), LONG_AGO.data(), AT_SYMLINK_NOFOLLOW);
             break;

@@ -10,7 +10,7 @@
 
 namespace quillon {
 
-/// A maker of feeds with an Ed25519 key of its own; the same seed makes the same key.
+/// A maker of feeds with an Ed25519 key of its own. The same seed makes the same key.
 class FeedSigner
 {
 public:
@@ -23,7 +23,7 @@ public:
     }
 
     std::string publicKey() const { return base64(public_.data(), public_.size()); }
-    /// The feed of this text.
+    /// Returns the signed feed of this text.
     std::string sign(std::string_view json) const
     {
         std::array<unsigned char, crypto_sign_BYTES> signature{};

@@ -12,7 +12,7 @@
 
 namespace quillon {
 
-/// A fresh folder on the real disk, removed with everything below it at the end of its life.
+/// A new folder on the real disk, removed with everything below it at the end of its life.
 class TemporaryFolder
 {
 public:
@@ -32,20 +32,20 @@ public:
         std::filesystem::remove_all(path_, ignored);
     }
 
-    /// Absolute, without a trailing slash.
+    /// Returns the absolute path, without a trailing slash.
     const std::string &path() const { return path_; }
-    /// The absolute path of a relative one; nothing need be there.
+    /// Returns the absolute path of a relative one. Nothing need be there.
     std::string path(std::string_view relative) const
     {
         return std::string(path_).append("/").append(relative);
     }
-    /// Makes the folder and those above it; returns its absolute path.
+    /// Makes the folder and those above it, and returns its absolute path.
     std::string makeFolder(std::string_view relative) const
     {
         std::filesystem::create_directories(path(relative));
         return path(relative);
     }
-    /// Writes the file in place, making the folders above it; returns its absolute path.
+    /// Writes the file in place, makes the folders above it, and returns its absolute path.
     std::string writeFile(std::string_view relative, std::string_view text = {}) const
     {
         const std::filesystem::path file = path(relative);
@@ -53,7 +53,7 @@ public:
         std::ofstream(file, std::ios::binary) << text;
         return file;
     }
-    /// The file's bytes; empty when it cannot be read.
+    /// Returns the file's bytes, which are empty when it cannot be read.
     std::string readFile(std::string_view relative) const
     {
         std::ifstream stream(path(relative), std::ios::binary);
@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    /// Gives the owner back what a test took away.
+    /// Restores the owner's rights, which a test may have taken away.
     static void makeRemovable(const std::filesystem::path &folder)
     {
         using std::filesystem::perm_options;

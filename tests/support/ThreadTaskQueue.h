@@ -9,7 +9,8 @@
 
 namespace quillon {
 
-/// A serial queue with a thread of its own. The destructor runs what waits and joins it.
+/// A serial queue with a thread of its own. The destructor runs the waiting tasks and joins the
+/// thread.
 class ThreadTaskQueue final : public TaskQueue
 {
 public:

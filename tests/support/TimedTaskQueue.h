@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-/// A serial queue whose time a test drives by hand. One thread.
+/// A serial queue whose time a test drives by hand, on one thread.
 class TimedTaskQueue final : public TaskQueue
 {
 public:
@@ -29,7 +29,7 @@ public:
         }
         now_ = end;
     }
-    /// Since the beginning.
+    /// Returns the time since the beginning.
     std::chrono::milliseconds now() const { return now_; }
 
 private:

@@ -6,7 +6,7 @@
 
 namespace quillon {
 
-/// Runs a scope as a user without rights where the tests run as root.
+/// When the tests run as root, runs a scope as a user without rights.
 class UnprivilegedUser
 {
 public:

@@ -12,7 +12,7 @@
 namespace quillon {
 
 /// Returns whether something holds in a process of an ordinary user who may have no second thread.
-/// It is tried in a copy of this process, which has the calling thread alone.
+/// It is tried in a copy of this process, which has only the calling thread.
 inline bool holdsWithoutThreads(const std::function<bool()> &what)
 {
     const pid_t child = ::fork();

@@ -1,7 +1,7 @@
-// A library to be loaded before others: makes calls of the program fail. The file that
+// A library that is loaded before others and makes calls of the program fail. The file that
 // QUILLON_FAILING_CALLS names holds two 32-bit numbers for each call of the list below: the error
-// that the call fails with at this moment, or 0, and how often it has failed. Whoever maps the file
-// switches faults on and off.
+// with which the call fails at this moment, or 0, and how often it has failed. A program that maps
+// the file switches faults on and off.
 
 #include <atomic>
 #include <cerrno>
