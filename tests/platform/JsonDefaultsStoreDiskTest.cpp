@@ -70,7 +70,7 @@ TEST_F(JsonDefaultsStoreDisk, showsAHandEditOnTheNextRead)
     }
     // The size and the time of the last change are as before. The file is old enough to be relied
     // on.
-    ASSERT_TRUE(becomesTrue([&] { return SettingsFile(path).read().settled; }));
+    ASSERT_TRUE(becomesTrue([&] { return SettingsFile(path).read().isTrusted; }));
     EXPECT_EQ(store.string("word"), "two");
     replaceByHand(document("ten"));
     std::thread([&] { EXPECT_EQ(store.string("word"), "ten"); }).join();

@@ -216,7 +216,7 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
     const MutexLock lock(mutex_);
     contents_ = std::move(contents);
     fault_.reset();
-    settled_ = false;
+    isStampTrusted_ = false;
     return outcome;
 }
 
@@ -268,7 +268,7 @@ JsonDefaultsStore::Look JsonDefaultsStore::lookWhenWritten(bool wasThere) const
 
 void JsonDefaultsStore::refresh() const
 {
-    if (settled_ && file_.stamp() == stamp_)
+    if (isStampTrusted_ && file_.stamp() == stamp_)
         return;
     // Before anything was read, nothing could stay in force during the wait.
     adopt(hasRead_ ? look() : lookWhenWritten(false));
@@ -277,7 +277,7 @@ void JsonDefaultsStore::refresh() const
 void JsonDefaultsStore::adopt(Look found) const
 {
     stamp_ = found.reading.stamp;
-    settled_ = found.reading.settled && !found.isUnfinished();
+    isStampTrusted_ = found.reading.isTrusted && !found.isUnfinished();
     if (found.isBlank()) {
         // When there are no settings to lose, an empty file counts as one without keys.
         found.contents = contents_.isEmpty() ? std::optional(QJsonObject()) : std::nullopt;

@@ -58,9 +58,9 @@ private:
     mutable Mutex mutex_;
     /// The contents that were last read, or written, without a fault.
     mutable QJsonObject contents_ GUARDED_BY(mutex_);
-    /// The stamp of the file as last read. It proves nothing unless settled.
+    /// The stamp of the file as last read. It proves nothing unless isStampTrusted_.
     mutable FileStamp stamp_ GUARDED_BY(mutex_);
-    mutable bool settled_ GUARDED_BY(mutex_) = false;
+    mutable bool isStampTrusted_ GUARDED_BY(mutex_) = false;
     /// The fault of the file on the disk. While there is one, contents_ is older than that file.
     mutable std::optional<DefaultsFault> fault_ GUARDED_BY(mutex_);
     /// True once a file without a fault, or no file, was found.

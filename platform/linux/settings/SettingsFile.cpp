@@ -147,12 +147,12 @@ SettingsFile::Reading SettingsFile::read() const
         reading.error = errno;
         reading.stamp = stamp();
         // Unless both calls failed alike, the file changed between them or may change unnoticed.
-        reading.settled = reading.stamp.error == reading.error;
+        reading.isTrusted = reading.stamp.error == reading.error;
         return reading;
     }
     reading.stamp = stampOf(status);
     reading.error = readAll(file.get(), status, reading.bytes);
-    reading.settled = reading.error == 0 && reading.stamp.changed + TICK < now;
+    reading.isTrusted = reading.error == 0 && reading.stamp.changed + TICK < now;
     // The clock may have been set back since the file was written.
     reading.rested = std::abs(now - reading.stamp.changed) > WRITING;
     return reading;

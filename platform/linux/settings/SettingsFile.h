@@ -56,7 +56,7 @@ public:
         int error = 0;
         QByteArray bytes;
         /// False while the file is so young that another change could leave the stamp as it is.
-        bool settled = true;
+        bool isTrusted = true;
         /// False while somebody may be in the middle of writing the file in place.
         bool rested = true;
     };
