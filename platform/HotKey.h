@@ -38,7 +38,8 @@ public:
         /// No program can have a hot key of its own in this session.
         impossible,
     };
-    using Told = std::function<void(Outcome outcome)>;
+    /// Receives the outcome on the main thread.
+    using Receiver = std::function<void(Outcome outcome)>;
 
     HotKey() = default;
     virtual ~HotKey() = default;
@@ -48,7 +49,7 @@ public:
     /// Takes the combination in place of the one taken before. The outcome is reported at once or
     /// later, and again whenever it changes (for example with the keyboard layout, or when the
     /// desktop takes the key back), until the next grab() or release().
-    virtual void grab(const KeyCombination &keys, Told told) = 0;
+    virtual void grab(const KeyCombination &keys, Receiver receiver) = 0;
     virtual void release() = 0;
     /// Calls back once for each press; a key that is held counts once. There is one receiver.
     virtual void onPressed(std::function<void()> pressed) = 0;

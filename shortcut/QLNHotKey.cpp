@@ -5,11 +5,11 @@
 namespace quillon {
 
 QLNHotKey::QLNHotKey(HotKey &service, const KeyCombination &keys, std::function<void()> pressed,
-                     HotKey::Told told)
+                     HotKey::Receiver receiver)
     : service_(service)
 {
     service_.onPressed(std::move(pressed));
-    service_.grab(keys, std::move(told));
+    service_.grab(keys, std::move(receiver));
 }
 
 QLNHotKey::~QLNHotKey()

@@ -11,7 +11,7 @@ class QLNHotKey
 public:
     /// Each press calls pressed. The outcome is reported as by HotKey::grab().
     QLNHotKey(HotKey &service, const KeyCombination &keys, std::function<void()> pressed,
-              HotKey::Told told);
+              HotKey::Receiver receiver);
     ~QLNHotKey();
     QLNHotKey(const QLNHotKey &) = delete;
     QLNHotKey &operator=(const QLNHotKey &) = delete;

@@ -29,7 +29,7 @@ QLNShortcutValidator::fault(const KeyCombination &keys) const
         return std::nullopt;
     // A service that does not ask the user reports the outcome at once.
     auto outcome = HotKey::Outcome::impossible;
-    service_.grab(keys, [&outcome](HotKey::Outcome told) { outcome = told; });
+    service_.grab(keys, [&outcome](HotKey::Outcome reported) { outcome = reported; });
     service_.release();
     return fault(outcome);
 }

@@ -13,11 +13,11 @@ namespace quillon {
 class FakeHotKey : public HotKey
 {
 public:
-    void grab(const KeyCombination &keys, Told told) override
+    void grab(const KeyCombination &keys, Receiver receiver) override
     {
         ++grabs;
         grabbed_.reset();
-        told_ = std::move(told);
+        receiver_ = std::move(receiver);
         if (isAnswering)
             answer(keys == taken ? Outcome::inUse : Outcome::grabbed, keys);
         else
@@ -26,7 +26,7 @@ public:
     void release() override
     {
         grabbed_.reset();
-        told_ = nullptr;
+        receiver_ = nullptr;
     }
     void onPressed(std::function<void()> pressed) override { pressed_ = std::move(pressed); }
     bool isPossible() const override { return possible; }
@@ -62,13 +62,13 @@ private:
     {
         asked_ = keys;
         grabbed_ = outcome == Outcome::grabbed ? std::optional(keys) : std::nullopt;
-        if (const Told told = told_)
-            told(outcome);
+        if (const Receiver receiver = receiver_)
+            receiver(outcome);
     }
 
     std::optional<KeyCombination> asked_;
     std::optional<KeyCombination> grabbed_;
-    Told told_;
+    Receiver receiver_;
     std::function<void()> pressed_;
 };
 

@@ -139,11 +139,11 @@ void PortalHotKey::probe()
             });
 }
 
-void PortalHotKey::grab(const KeyCombination &keys, Told told)
+void PortalHotKey::grab(const KeyCombination &keys, Receiver receiver)
 {
     release();
     wanted_ = keys;
-    told_ = std::move(told);
+    receiver_ = std::move(receiver);
     if (probe_ != Probe::pending)
         makeSession();
 }
@@ -172,7 +172,7 @@ void PortalHotKey::release()
     forgetRequest();
     closeSession();
     wanted_.reset();
-    told_ = nullptr;
+    receiver_ = nullptr;
 }
 
 std::string PortalHotKey::keyName(std::uint32_t scanCode, std::uint32_t symbol) const
@@ -183,9 +183,9 @@ std::string PortalHotKey::keyName(std::uint32_t scanCode, std::uint32_t symbol) 
 void PortalHotKey::makeSession()
 {
     if (probe_ == Probe::failed)
-        return tell(Outcome::impossible);
+        return report(Outcome::impossible);
     if (symbolNamed(wanted_->key) == XKB_KEY_NoSymbol)
-        return tell(Outcome::noSuchKey);
+        return report(Outcome::noSuchKey);
     const QString token = QStringLiteral("quillon%1").arg(++tokens_);
     auto call = portal::methodCall(interfaceName(), QStringLiteral("CreateSession"));
     call << QVariantMap{{QStringLiteral("handle_token"), token},
@@ -199,7 +199,7 @@ void PortalHotKey::sessionMade(const QDBusMessage &response)
     const auto answer = results(response);
     session_ = answer ? answer->value(QStringLiteral("session_handle")).toString() : QString();
     if (session_.isEmpty())
-        return tell(Outcome::refused);
+        return report(Outcome::refused);
     bus_.connect(portal::service(), session_, sessionInterface(), QStringLiteral("Closed"), this,
                  SLOT(sessionClosed(QDBusMessage)));
     bindKeys();
@@ -229,7 +229,7 @@ void PortalHotKey::keysBound(const QDBusMessage &response)
         bound, [](const PortalShortcut &shortcut) { return shortcut.id == shortcutId(); });
     if (!isBound)
         closeSession();
-    tell(isBound ? Outcome::grabbed : Outcome::refused);
+    report(isBound ? Outcome::grabbed : Outcome::refused);
 }
 
 void PortalHotKey::activated(const QDBusMessage &signal)
@@ -248,7 +248,7 @@ void PortalHotKey::sessionClosed(const QDBusMessage &signal)
         return;
     session_.clear();
     forgetRequest();
-    tell(Outcome::refused);
+    report(Outcome::refused);
 }
 
 void PortalHotKey::request(const QDBusMessage &call, const QString &token, const char *slot)
@@ -268,7 +268,7 @@ void PortalHotKey::request(const QDBusMessage &call, const QString &token, const
                     return;
                 forgetRequest();
                 closeSession();
-                tell(Outcome::refused);
+                report(Outcome::refused);
             });
 }
 
@@ -292,11 +292,11 @@ void PortalHotKey::closeSession()
     session_.clear();
 }
 
-void PortalHotKey::tell(Outcome outcome)
+void PortalHotKey::report(Outcome outcome)
 {
     // The receiver may grab or release, which changes the member, so a copy is called.
-    if (const Told told = told_)
-        told(outcome);
+    if (const Receiver receiver = receiver_)
+        receiver(outcome);
 }
 
 } // namespace quillon

@@ -26,7 +26,7 @@ public:
     explicit PortalHotKey(xcb_connection_t *connection);
     ~PortalHotKey() override;
 
-    void grab(const KeyCombination &keys, Told told) override;
+    void grab(const KeyCombination &keys, Receiver receiver) override;
     void release() override;
     void onPressed(std::function<void()> pressed) override { pressed_ = std::move(pressed); }
     bool isPossible() const override { return probe_ != Probe::failed; }
@@ -58,14 +58,14 @@ private:
     void request(const QDBusMessage &call, const QString &token, const char *slot);
     void forgetRequest();
     void closeSession();
-    void tell(Outcome outcome);
+    void report(Outcome outcome);
 
     QDBusConnection bus_;
     std::optional<X11Keyboard> keyboard_;
     Probe probe_ = Probe::pending;
     bool isPortalLost_ = false;
     std::optional<KeyCombination> wanted_;
-    Told told_;
+    Receiver receiver_;
     std::function<void()> pressed_;
     /// Object paths, which are empty when there is none.
     QString request_;

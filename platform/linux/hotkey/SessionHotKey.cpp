@@ -12,7 +12,7 @@ namespace {
 class ImpossibleHotKey : public HotKey
 {
 public:
-    void grab(const KeyCombination &, Told told) override { told(Outcome::impossible); }
+    void grab(const KeyCombination &, Receiver receiver) override { receiver(Outcome::impossible); }
     void release() override {}
     void onPressed(std::function<void()>) override {}
     bool isPossible() const override { return false; }

@@ -43,15 +43,15 @@ X11HotKey::~X11HotKey()
     X11HotKey::release();
 }
 
-void X11HotKey::grab(const KeyCombination &keys, Told told)
+void X11HotKey::grab(const KeyCombination &keys, Receiver receiver)
 {
     release();
     wanted_ = keys;
     outcome_ = establish();
-    told_ = std::move(told);
+    receiver_ = std::move(receiver);
     // The receiver may grab or release, which changes the member, so a copy is called.
-    if (const Told tell = told_)
-        tell(outcome_);
+    if (const Receiver current = receiver_)
+        current(outcome_);
 }
 
 void X11HotKey::release()
@@ -59,7 +59,7 @@ void X11HotKey::release()
     ungrabAll();
     retry_.stop();
     wanted_.reset();
-    told_ = nullptr;
+    receiver_ = nullptr;
     released_.reset();
 }
 
@@ -120,8 +120,8 @@ void X11HotKey::grabAgain()
 {
     ungrabAll();
     const Outcome former = std::exchange(outcome_, establish());
-    if (const Told tell = told_; tell && outcome_ != former)
-        tell(outcome_);
+    if (const Receiver receiver = receiver_; receiver && outcome_ != former)
+        receiver(outcome_);
 }
 
 bool X11HotKey::nativeEventFilter(const QByteArray &type, void *message, qintptr *)

@@ -31,7 +31,7 @@ public:
                        std::chrono::milliseconds retryInterval = RETRY_INTERVAL);
     ~X11HotKey() override;
 
-    void grab(const KeyCombination &keys, Told told) override;
+    void grab(const KeyCombination &keys, Receiver receiver) override;
     void release() override;
     void onPressed(std::function<void()> pressed) override { pressed_ = std::move(pressed); }
     bool isPossible() const override { return true; }
@@ -60,7 +60,7 @@ private:
     QTimer retry_;
 
     std::optional<KeyCombination> wanted_;
-    Told told_;
+    Receiver receiver_;
     Outcome outcome_ = Outcome::impossible;
     std::vector<KeyGrab> grabs_;
     std::function<void()> pressed_;
