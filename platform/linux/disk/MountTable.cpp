@@ -54,19 +54,19 @@ bool MountTable::isRemoteMountPoint(const std::string &path) const
     return found != types_.end() && isRemote_(found->second);
 }
 
-std::optional<MountTable::Border> MountTable::borderAt(const std::string &folder,
-                                                       std::string_view name) const
+std::optional<MountTable::Boundary> MountTable::boundaryAt(const std::string &folder,
+                                                           std::string_view name) const
 {
     std::error_code error;
     const auto real = std::filesystem::canonical(folder, error);
     if (error)
-        return meansAbsence(error.value()) ? std::optional(Border::none) : std::nullopt;
+        return meansAbsence(error.value()) ? std::optional(Boundary::none) : std::nullopt;
     const auto found = types_.find(real / name);
     if (found == types_.end())
-        return Border::none;
+        return Boundary::none;
     if (found->second == AUTOMOUNT_TYPE)
-        return Border::automount;
-    return isRemote_(found->second) ? Border::remote : Border::none;
+        return Boundary::automount;
+    return isRemote_(found->second) ? Boundary::remote : Boundary::none;
 }
 
 bool MountTable::isRemote(std::string_view path) const

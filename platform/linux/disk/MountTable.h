@@ -30,7 +30,7 @@ public:
     /// Returns whether a remote file system is mounted at the path, which is free of links.
     bool isRemoteMountPoint(const std::string &path) const;
     /// The kind of mount boundary at a place.
-    enum class Border
+    enum class Boundary
     {
         none,
         remote,
@@ -39,7 +39,7 @@ public:
     };
     /// Returns the boundary at a name in a folder, whose path may contain links. Returns nothing
     /// when the disk did not answer for the folder.
-    std::optional<Border> borderAt(const std::string &folder, std::string_view name) const;
+    std::optional<Boundary> boundaryAt(const std::string &folder, std::string_view name) const;
     /// Returns whether the path, free of links, is on a remote file system.
     bool isRemote(std::string_view path) const;
 

@@ -273,12 +273,12 @@ FolderVerifier::MountBoundary FolderVerifier::borderAt(Id parent, std::string_vi
 {
     if (mounts_ == nullptr || !mounts_->mayBeMountPoint(name))
         return MountBoundary::none;
-    const auto border = mounts_->borderAt(tree_.path(parent), name);
+    const auto border = mounts_->boundaryAt(tree_.path(parent), name);
     if (!border)
         return MountBoundary::unknown;
-    if (*border == MountTable::Border::remote)
+    if (*border == MountTable::Boundary::remote)
         return MountBoundary::remote;
-    if (*border == MountTable::Border::automount)
+    if (*border == MountTable::Boundary::automount)
         return MountBoundary::automount;
     return isOnPseudoFileSystem(tree_.path(parent, name)) ? MountBoundary::pseudo
                                                           : MountBoundary::none;
