@@ -75,7 +75,7 @@ public:
         xcb_flush(x_);
     }
     /// Returns when the display has handled what was sent.
-    void settle() { std::free(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr)); }
+    void sync() { std::free(xcb_get_input_focus_reply(x_, xcb_get_input_focus(x_), nullptr)); }
 
 private:
     xcb_connection_t *x_;
@@ -88,7 +88,7 @@ std::optional<double> timePress(Screen &screen, std::uint8_t code, const Conditi
 {
     screen.key(CONTROL, true);
     screen.key(ALT, true);
-    screen.settle();
+    screen.sync();
     const auto start = Clock::now();
     screen.key(code, true);
     std::optional<double> taken;
@@ -100,7 +100,7 @@ std::optional<double> timePress(Screen &screen, std::uint8_t code, const Conditi
     }
     for (const std::uint8_t key : {code, ALT, CONTROL})
         screen.key(key, false);
-    screen.settle();
+    screen.sync();
     std::this_thread::sleep_for(REST);
     return taken;
 }

@@ -95,7 +95,7 @@ public:
         return std::nullopt;
     }
 
-    void settle()
+    void waitForRest()
     {
         while (nextPaint(Clock::now() + REST)) {
         }
@@ -116,7 +116,7 @@ int main(int argc, char **argv)
         return EXIT_FAILURE;
     }
     Panel panel(static_cast<xcb_window_t>(std::strtoul(argv[1], nullptr, 0)), std::atoi(argv[2]));
-    panel.settle();
+    panel.waitForRest();
     for (const char letter : std::string_view(argv[3])) {
         const auto key =
             panel.keyFor(letter == '<' ? BACKSPACE : static_cast<xcb_keysym_t>(letter));
@@ -131,7 +131,7 @@ int main(int argc, char **argv)
                         std::chrono::duration<double, std::milli>(*painted - start).count());
         else
             std::puts("-");
-        panel.settle();
+        panel.waitForRest();
     }
     return EXIT_SUCCESS;
 }

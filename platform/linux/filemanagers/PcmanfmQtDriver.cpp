@@ -63,7 +63,7 @@ protected:
             return false;
         if (!windows.type(window.id, {{.symbol = 'l', .withControl = true}}))
             return false;
-        settle(deadline);
+        waitForKeys(deadline);
         std::vector<X11Windows::Stroke> strokes;
         for (const char letter : typedUri(folder))
             strokes.push_back({.symbol = static_cast<std::uint8_t>(letter)});
@@ -74,7 +74,7 @@ protected:
 private:
     /// Waits until the keys sent so far have taken effect. The program gives its entry the keyboard
     /// only once it is idle, which cannot be seen; but it does not answer the bus sooner.
-    void settle(Deadline deadline)
+    void waitForKeys(Deadline deadline)
     {
         const BusObject program{identity().busName, "/Application",
                                 "org.freedesktop.DBus.Introspectable"};
