@@ -7,8 +7,8 @@
 
 namespace quillon {
 
-/// The rule that every ranking follows: how well a query matches one text, by bytes and with ASCII
-/// case. Safe from every thread; nothing is allocated.
+/// The rule that every ranking follows. It says how well a query matches one text, by bytes and
+/// with ASCII case. Safe from every thread. Nothing is allocated.
 namespace scoring {
 
 /// Longer texts are not scored.
@@ -50,12 +50,12 @@ constexpr bool matchesByte(char query, char text)
 
 } // namespace scoring
 
-/// Returns true when the query's bytes occur in the text in order, as those of the empty query do
-/// everywhere.
+/// Returns true when the query's bytes occur in the text in order. The empty query occurs in every
+/// text.
 bool isSubsequence(std::string_view query, std::string_view text);
 
-/// Returns the score of a text that isSubsequence() accepts: SCORE_MAX where both are equally long,
-/// SCORE_MIN for an empty query and for a text of more than MAX_LENGTH bytes.
+/// Returns the score of a text that isSubsequence() accepts. The score is SCORE_MAX when both are
+/// equally long, and SCORE_MIN for an empty query and for a text of more than MAX_LENGTH bytes.
 double fuzzyScore(std::string_view query, std::string_view text);
 
 } // namespace quillon

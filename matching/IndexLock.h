@@ -6,10 +6,10 @@
 
 namespace quillon {
 
-/// Is a reader-writer lock in which neither side can starve the other.
+/// A reader-writer lock in which neither side can starve the other.
 ///
 /// A waiting writer keeps new readers out, and readers in the middle of a search ask
-/// isWriterWaiting() and step aside. Readers that waited for one writer go before the next writer.
+/// isWriterWaiting() and yield. Readers that waited for one writer go before the next writer.
 /// std::shared_mutex lets overlapping readers keep a writer out for seconds.
 class CAPABILITY("index") IndexLock
 {
@@ -23,7 +23,7 @@ public:
     void lockShared() ACQUIRE_SHARED() NO_THREAD_SAFETY_ANALYSIS;
     void unlockShared() RELEASE_SHARED() NO_THREAD_SAFETY_ANALYSIS;
 
-    /// Returns true when a reader should step aside. It is cheap enough to ask often.
+    /// Returns true when a reader should yield. It is cheap enough to be called often.
     bool isWriterWaiting() const { return writersWaiting_.load(std::memory_order_relaxed) > 0; }
     /// Lets waiting writers in, then continues to read. What was read before may have changed.
     void yieldShared() REQUIRES_SHARED(this) NO_THREAD_SAFETY_ANALYSIS;
@@ -34,7 +34,7 @@ private:
     Condition writerMayEnter_;
     int readers_ GUARDED_BY(mutex_) = 0;
     int readersWaiting_ GUARDED_BY(mutex_) = 0;
-    /// These readers go before the next writer, because they waited for the last one.
+    /// The readers that go before the next writer, because they waited for the last one.
     int readersDue_ GUARDED_BY(mutex_) = 0;
     bool writing_ GUARDED_BY(mutex_) = false;
     std::atomic<int> writersWaiting_ = 0;

@@ -9,18 +9,18 @@
 
 namespace quillon {
 
-/// Pairs the tree of paths with the one lock that guards it.
+/// The tree of paths, together with the one lock that guards it.
 struct PathIndex
 {
-    /// Nodes or entries that are worked on before others get the lock in turn.
+    /// The number of nodes or entries that are processed before others get the lock in turn.
     static constexpr std::size_t SLICE = 1024;
 
     mutable IndexLock lock;
     PathTree tree GUARDED_BY(lock);
 
-    /// Lays the tree out anew where its siblings lie scattered, see PathTree::arrange(); every id
-    /// is another one afterwards. Searches go on meanwhile and wait only while the trees are
-    /// exchanged. Does nothing while the tree is held, and gives up when anybody wants to write.
+    /// Copies the tree into reading order if its siblings are scattered; see PathTree::arrange().
+    /// Every id changes. Searches continue meanwhile and wait only while the trees are exchanged.
+    /// Does nothing while the tree is held, and gives up when anybody wants to write.
     void arrange() EXCLUDES(lock);
 };
 

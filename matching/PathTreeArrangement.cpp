@@ -17,9 +17,9 @@ namespace quillon {
 
 namespace {
 
-/// Fewer nodes fit into the caches of the processor however they lie.
+/// A smaller number of nodes fits into the processor's caches in any order.
 constexpr std::size_t FEWEST_SCATTERED = 10'000;
-/// One node in so many may lie apart.
+/// One node in this many may be apart from its sibling.
 constexpr std::size_t SCATTERED_SHARE = 8;
 constexpr unsigned NODES_BETWEEN_QUESTIONS = 1024;
 
@@ -56,7 +56,7 @@ bool PathTree::arrange(const PathTree &source, const std::function<bool()> &isWa
             if (source.node(id).firstChild != NONE)
                 children.push_back({id, copy});
         }
-        // A node whose children were all dead may be nothing but a name now.
+        // A node whose children were all dead may carry nothing but a name now.
         buryIfDead(parent.to);
         parents.insert(parents.end(), children.rbegin(), children.rend());
     }

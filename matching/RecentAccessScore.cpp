@@ -9,11 +9,11 @@
 namespace quillon {
 namespace {
 
-/// The most that stored counts may add up to. It leaves room for more uses than anybody records.
+/// The highest sum of stored counts. It leaves room for more uses than anybody records.
 constexpr std::int64_t MOST_STORED = std::int64_t{1} << 62;
 
-/// The stored counts that can be used. The settings can be written by hand, so of counts that add
-/// up to too much the largest are left out.
+/// Returns the stored counts that can be used. The settings can be written by hand, so the largest
+/// counts are left out if the sum would be too high.
 UseCounts loadCounts(RecentAccessScoreDataStore &store)
 {
     std::vector<std::pair<std::int64_t, std::string>> stored;
@@ -80,7 +80,7 @@ RecentAccessScoreData::RecentAccessScoreData(UseCounts dataset,
 
 void RecentAccessScoreData::recordUse(const std::string &path)
 {
-    // The running searches keep the map they have; a copy is changed.
+    // Running searches keep the map that they have, so a copy is changed.
     UseCounts counts = snapshot()->counts;
     std::int64_t &count = counts[path];
     require(!__builtin_add_overflow(count, 1, &count), "a use count fits");

@@ -28,19 +28,19 @@ struct StringViewHash
 
 using UseCounts = std::unordered_map<std::string, std::int64_t, StringViewHash, std::equal_to<>>;
 
-/// The recorded uses at one moment. Never changes once it is handed out.
+/// The recorded uses at one moment. A snapshot never changes once it is handed out.
 struct RecentAccessSnapshot
 {
-    /// Uses by path, every one above zero.
+    /// The uses by path, every one above zero.
     UseCounts counts;
     /// The sum of all counts.
     std::int64_t totalUsages = 0;
 
-    /// The path's share of all uses, 0 to 1; 0.0 for a path without uses.
+    /// Returns the path's share of all uses, 0 to 1, which is 0.0 for a path without uses.
     double share(std::string_view path) const;
 };
 
-/// Where use counts are kept.
+/// Stores use counts.
 class RecentAccessScoreDataStore
 {
 public:
@@ -49,13 +49,13 @@ public:
     RecentAccessScoreDataStore(const RecentAccessScoreDataStore &) = delete;
     RecentAccessScoreDataStore &operator=(const RecentAccessScoreDataStore &) = delete;
 
-    /// The result is absent when nothing, or no dictionary, is stored under the key.
+    /// Returns nothing when nothing, or no dictionary, is stored under the key.
     virtual std::optional<DefaultsDictionary> dictionary(std::string_view key) = 0;
-    /// Returns false when the value could not be kept.
+    /// Returns false when the value could not be stored.
     virtual bool set(const DefaultsValue &value, std::string_view key) = 0;
 };
 
-/// Keeps use counts among the user's settings.
+/// Stores use counts among the user's settings.
 class DefaultsRecentAccessScoreDataStore final : public RecentAccessScoreDataStore
 {
 public:
@@ -68,11 +68,12 @@ private:
     DefaultsStore &store_;
 };
 
-/// The use counts and their stored form. Changed by the main thread, read by any.
+/// The use counts and their stored form. The main thread changes them, and any thread may read
+/// them.
 class RecentAccessScoreData
 {
 public:
-    /// The settings key, under which stands a dictionary from path to use count.
+    /// The settings key of a dictionary from path to use count.
     static constexpr std::string_view KEY = "recent-access-score-data";
 
     RecentAccessScoreData(UseCounts dataset, RecentAccessScoreDataStore &dataStore);
@@ -80,13 +81,15 @@ public:
     /// Counts one use and writes all counts at once. A count or a sum that no longer fits stops
     /// the program.
     void recordUse(const std::string &path);
-    /// Takes one use of the path back and writes all counts at once. Does nothing without one.
+    /// Takes one use of the path back and writes all counts at once. Does nothing when the path has
+    /// no uses.
     void takeBack(const std::string &path);
-    /// The n most used paths, most used first, equal counts by path; n is not negative.
+    /// Returns the n most used paths, most used first, equal counts by path. n is not negative.
     std::vector<std::string> topPaths(int n) const;
-    /// Forgets the counts of one path, in the store too. False when the store still has them.
+    /// Forgets the counts of one path, also in the store. Returns false when the store still has
+    /// them.
     bool forget(std::string_view path);
-    /// Forgets every count; as above.
+    /// Forgets every count, as forget() does for one path.
     bool reset();
     std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
 
@@ -98,31 +101,32 @@ private:
     std::shared_ptr<const RecentAccessSnapshot> current_ GUARDED_BY(mutex_);
 };
 
-/// How often the user opened each path, and the share of all uses that gives it.
+/// Knows how often the user opened each path, and its share of all uses.
 ///
-/// Uses are recorded and reset by the main thread; everything else is safe from any thread.
+/// The main thread records and resets uses. Everything else is safe from any thread.
 class RecentAccessScore
 {
 public:
-    /// Loads the stored counts. Whatever is no whole number above zero is left out, and of counts
-    /// that add up to more than 2^62 the largest.
+    /// Loads the stored counts. Leaves out whatever is not a whole number above zero, and the
+    /// largest of counts that add up to more than 2^62.
     explicit RecentAccessScore(RecentAccessScoreDataStore &store);
 
     /// Records one use of the result's path without its closing slash, so that a folder counts as
     /// the same one however it was reached. The use is saved when this returns.
     void addRecentAccess(const SearchBaseResult &result);
-    /// Takes a recorded use of the result's path back, as when it could not be opened.
+    /// Takes a recorded use of the result's path back, for example because the path could not be
+    /// opened.
     void takeBack(const SearchBaseResult &result);
-    /// The path's share of all uses, 0 to 1.
+    /// Returns the path's share of all uses, 0 to 1.
     double score(std::string_view path) const;
-    /// The n most used paths, most used first, equal counts by path; n is not negative.
+    /// Returns the n most used paths, most used first, equal counts by path. n is not negative.
     std::vector<std::string> topScores(int n) const;
-    /// Forgets the uses of one path. False when the store still has them; a search does not count
-    /// them any more in any case.
+    /// Forgets the uses of one path. Returns false when the store still has them. Searches stop
+    /// counting them in either case.
     bool forgetUses(std::string_view path);
-    /// Forgets all uses; as above.
+    /// Forgets all uses, as forgetUses() does for one path.
     bool resetScores();
-    /// What a search works with; later uses do not show in it.
+    /// Returns the uses as they are now, for a search. Later uses do not show in it.
     std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
 
 private:
