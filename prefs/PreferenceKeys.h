@@ -4,15 +4,16 @@
 
 namespace quillon {
 
-/// Every key that the program keeps among the user's settings. "Absent" says what holds until the
-/// user changes it.
+/// Every key that the program keeps among the user's settings. "Absent" gives the value that holds
+/// until the user changes it.
 struct PreferenceKeys
 {
     /// String, an item key: what choosing a quick-search row does. Absent: "open".
     static constexpr std::string_view QUICK_SEARCH_BEHAVIOR = "quick-search-behavior";
     /// Boolean: quick search is on. Absent: false.
     static constexpr std::string_view FINDER_QUICK_SEARCH = "finder-quick-search";
-    /// String, an item key: a folder opens in a new or in the existing window. Absent: "new".
+    /// String, an item key: whether a folder opens in a new or in the existing window. Absent:
+    /// "new".
     static constexpr std::string_view OPEN_FINDER_BEHAVIOR = "open-finder-behavior";
     /// Boolean: update checks include beta versions. Absent: false.
     static constexpr std::string_view ENABLE_BETA_UPDATES = "enable-beta-updates";

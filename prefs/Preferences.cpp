@@ -95,8 +95,8 @@ const PreferencesSelectListItem &PreferencesSelectList::selected() const
         std::fprintf(stderr, "quillon: %s%s\n", wrong(*stored).description().c_str(),
                      lastGood_ ? "; the former choice stays in force" : "");
     }
-    // The choice is needed and cannot be known. Other threads are running, so nothing is cleared
-    // up; what was written is on the disk.
+    // The choice is needed and is not known. Other threads are running, so nothing is cleared up.
+    // What was written is on the disk.
     if (!lastGood_)
         std::_Exit(EXIT_FAILURE);
     return *lastGood_;
@@ -147,7 +147,7 @@ Preferences::Preferences(DefaultsStore &store)
                            OpenInFinder::newWindow),
       enableBetaUpdates(store, PreferenceKeys::ENABLE_BETA_UPDATES)
 {
-    // What is stored now stays in force when a wrong choice is stored later.
+    // This reads each choice, which stays in force when a wrong one is stored later.
     wrongChoices();
 }
 

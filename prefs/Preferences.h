@@ -13,16 +13,17 @@ class DefaultsStore;
 
 // Every read of a wrapper goes to the store and every write straight to it. The wrappers are safe
 // from every thread, but adding to a list and removing from it are not atomic. The store outlives
-// them. Writes return false when the value could not be brought to the disk.
+// them. Writes return false when the value could not be written.
 
 /// A yes or no among the settings.
 class PreferencesBoolean
 {
 public:
-    /// The default describes the preference; an absent key reads as false whatever it says.
+    /// The default only describes the preference. An absent key reads as false whatever the default
+    /// is.
     PreferencesBoolean(DefaultsStore &store, std::string_view key, bool defaults = false);
 
-    /// The store's boolean reading of whatever stands under the key; false when nothing does.
+    /// Returns the store's boolean reading of the value under the key, or false when there is none.
     bool value() const;
     bool set(bool value);
 
@@ -35,19 +36,20 @@ private:
     bool defaults_;
 };
 
-/// A list of strings among the settings. Once written the stored list holds, even an empty one.
+/// A list of strings among the settings. Once a list has been written, it holds, even an empty one.
 class PreferencesArrayList
 {
 public:
-    /// Duplicates are refused whether the list is called unique or not.
+    /// Duplicates are refused whether or not the list is called unique.
     PreferencesArrayList(DefaultsStore &store, std::string key, bool uniques,
                          std::vector<std::string> defaults);
 
-    /// The defaults while nothing, or no list of strings, is stored.
+    /// Returns the stored list, or the defaults while nothing, or no list of strings, is stored.
     std::vector<std::string> values() const;
-    /// Appends and writes the whole list; writes nothing when the value is in it already.
+    /// Appends the value and writes the whole list. Writes nothing when the list has the value
+    /// already.
     bool add(const std::string &value);
-    /// Removes every such value and writes the whole list, changed or not.
+    /// Removes every such value and writes the whole list, whether or not it has changed.
     bool remove(const std::string &value);
 
     const std::string &key() const { return key_; }
@@ -63,12 +65,12 @@ private:
     std::vector<std::string> defaults_;
 };
 
-/// One choice of a menu. Two are equal when their keys are.
+/// One choice of a menu. Two choices are equal when their keys are.
 struct PreferencesSelectListItem
 {
-    /// What is stored.
+    /// The stored text.
     std::string key;
-    /// What is shown.
+    /// The text that is shown.
     std::string title;
 
     friend bool operator==(const PreferencesSelectListItem &a, const PreferencesSelectListItem &b)
@@ -87,7 +89,7 @@ struct WrongChoice
     /// The texts that may be stored, in menu order.
     std::vector<std::string> permitted;
 
-    /// One line for diagnostics, in English.
+    /// Returns one line for diagnostics, in English.
     std::string description() const;
 
     friend bool operator==(const WrongChoice &, const WrongChoice &) = default;
@@ -103,13 +105,13 @@ public:
                           PreferencesSelectListItem defaults);
 
     std::vector<std::string> keys() const;
-    /// The default while no string is stored. For a stored string that names no item, the choice
-    /// that was read last, with one line on standard error for each such string; where no choice
-    /// was read before, that line and the end of the program, with status 1.
+    /// Returns the stored choice, or the default while no string is stored. For a stored string
+    /// that names no item, prints one line to standard error and returns the choice that was read
+    /// last. If no choice was read before, prints that line and ends the program with status 1.
     const PreferencesSelectListItem &selected() const;
-    /// The stored string where it names no item.
+    /// Returns the stored string if it names no item.
     std::optional<WrongChoice> wrongChoice() const;
-    /// The item is one of the values.
+    /// Stores the item, which is one of the values.
     bool select(const PreferencesSelectListItem &item);
 
     const std::string &key() const { return key_; }
@@ -125,9 +127,9 @@ private:
     std::vector<PreferencesSelectListItem> values_;
     PreferencesSelectListItem defaults_;
     mutable Mutex mutex_;
-    /// The choice that was read last; null until there was one.
+    /// The choice that was read last; null until one was read.
     mutable const PreferencesSelectListItem *lastGood_ GUARDED_BY(mutex_) = nullptr;
-    /// The wrong choice that was said last.
+    /// The wrong choice that was reported last.
     mutable std::string complained_ GUARDED_BY(mutex_);
 };
 
@@ -142,7 +144,7 @@ public:
         static const PreferencesSelectListItem open;
         static const PreferencesSelectListItem select;
     };
-    /// Where a folder opens.
+    /// Where a folder opens: in a new window or in the existing one.
     struct OpenInFinder
     {
         static const PreferencesSelectListItem newWindow;
@@ -158,10 +160,10 @@ public:
     PreferencesSelectList openInFinderBehavior;
     PreferencesBoolean enableBetaUpdates;
 
-    /// Reads every choice, so that a wrong one is said now and not when the choice is needed.
+    /// Reads every choice, so that a wrong one is reported now and not when the choice is needed.
     void readChoices() const;
-    /// The stored choices that name no item, of all lists. A start that finds one says it and
-    /// ends; afterwards a wrong choice leaves the choice that was read last in force.
+    /// Returns the stored choices, of all lists, that name no item. A start that finds one reports
+    /// it and ends. Later, a wrong choice leaves the choice that was read last in force.
     std::vector<WrongChoice> wrongChoices() const;
 };
 
