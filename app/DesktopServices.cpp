@@ -13,9 +13,9 @@ namespace quillon {
 
 namespace {
 
-/// Room for a build beside the searches.
+/// There must be room for a build beside the searches.
 constexpr int FEWEST_BACKGROUND_THREADS = 3;
-/// How long an action or an icon waits for the file system.
+/// The time that an action or an icon waits for the file system.
 constexpr std::chrono::seconds WORKSPACE_PATIENCE{3};
 
 } // namespace

@@ -32,32 +32,33 @@ namespace quillon {
 
 struct BuildSettings;
 
-/// The platform as this program has it: one of each service, and the threads. Outlives whatever
-/// uses them.
+/// The services of the platform that this program uses, one of each, and its threads. It outlives
+/// everything that uses them.
 struct DesktopServices
 {
-    /// The settings of the build say where releases are told, the folder where the programs stand
-    /// that serve this one.
+    /// The settings of the build name the feed of releases. The other argument is the folder of the
+    /// programs that serve this one.
     DesktopServices(const BuildSettings &build, const std::string &programsFolder);
     ~DesktopServices();
     DesktopServices(const DesktopServices &) = delete;
     DesktopServices &operator=(const DesktopServices &) = delete;
 
-    /// Drops what waits and ends the threads; false when one of them hangs for longer than the
-    /// patience. Nothing is posted afterwards.
+    /// Drops the waiting tasks and ends the threads. Returns false when one of them hangs for
+    /// longer than the patience. Nothing is posted afterwards.
     bool finish(std::chrono::milliseconds patience);
 
     MainTaskQueue mainQueue;
     PoolTaskQueue backgroundQueue;
     PoolTaskQueue iconQueue;
-    /// Folders are counted here, which may take long and must hold nothing up.
+    /// Folders are counted on this queue, which may take long and must delay nothing else.
     PoolTaskQueue countingQueue;
     PoolTaskQueue actionQueue;
     SerialTaskQueue eventQueue;
 
     JsonDefaultsStore defaults;
     SettingsFileChanges defaultsChanges;
-    /// Every question to the disk goes through this, so that what one finds silent the others know.
+    /// Every question to the disk goes through this object, so that a disk that one caller finds
+    /// silent is silent for all.
     BoundedCalls diskCalls;
     GioWorkspace diskWorkspace;
     BoundedWorkspace workspace;

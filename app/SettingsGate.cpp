@@ -72,7 +72,7 @@ void SettingsGate::show(Notice notice)
 
 Notice SettingsGate::unreadable(const DefaultsFault &fault)
 {
-    // The German of the parser ends with a blank.
+    // The German texts of the parser end with a blank.
     const QString reason = drawn(fault.reason).trimmed();
     const QString what = fault.line == 0
                              ? tr("%1 cannot be read: %2.").arg(drawn(fault.file), reason)

@@ -16,8 +16,8 @@ class Workspace;
 struct DefaultsFault;
 struct WrongChoice;
 
-/// Stands between a start and settings that it cannot use: a window says what is wrong until the
-/// file is mended, the user has it set aside, or the user quits. Main thread only.
+/// Stops a start whose settings cannot be used. A window says what is wrong until the file is
+/// mended, the user has it set aside, or the user quits. Main thread only.
 class SettingsGate
 {
     Q_DECLARE_TR_FUNCTIONS(SettingsGate)
@@ -31,14 +31,15 @@ public:
         WindowSystem &windowSystem;
     };
 
-    /// Returns true when a start can use the settings. Otherwise standard error says what is wrong.
+    /// Returns true when a start can use the settings. Otherwise prints to standard error what is
+    /// wrong.
     static bool isOpen(DefaultsStore &defaults, const std::string &file);
 
-    /// The services outlive this; the file is the absolute path of the settings.
+    /// The services outlive this object. The file is the absolute path of the settings.
     SettingsGate(const Services &services, std::string file);
 
-    /// Shows the window and returns when the settings can be used, or with false when the user
-    /// quits. Events are handled meanwhile.
+    /// Shows the window and waits, while events are handled. Returns true when the settings can be
+    /// used, and false when the user quits.
     bool wait();
     /// Brings the window to the front.
     void present() { window_.present(notice_); }
@@ -46,7 +47,7 @@ public:
     void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
 
 private:
-    /// Shows what is wrong now, or ends the wait when nothing is.
+    /// Shows what is wrong now, or ends the wait when nothing is wrong.
     void look();
     void show(Notice notice);
     Notice unreadable(const DefaultsFault &fault);
@@ -62,7 +63,7 @@ private:
     QEventLoop loop_;
     const DefaultsReceiver receiver_;
     bool isOpen_ = false;
-    /// The user reads where the former settings are kept.
+    /// True while the user reads where the former settings are kept.
     bool isBeginningAnew_ = false;
 };
 

@@ -11,15 +11,15 @@ namespace quillon {
 
 class SearchBase;
 
-/// Tells other processes what the program knows of itself. Lives on the main thread.
+/// Tells other processes what the program knows about itself. It lives on the main thread.
 class StatusReport : private SearchBaseBuildObserver
 {
 public:
     StatusReport(const SearchBase &searchBase, SearchBaseBuilder &builder, std::string version);
     ~StatusReport() override;
 
-    /// Returns a JSON object. Its members are those that quillonctl(1) describes; what is not known
-    /// is left out. Any thread may call this.
+    /// Returns a JSON object. Its members are those that quillonctl(1) describes; unknown ones are
+    /// left out. Any thread may call this.
     std::string json() const EXCLUDES(mutex_);
 
 private:
@@ -34,7 +34,7 @@ private:
     mutable Mutex mutex_;
     const char *state_ GUARDED_BY(mutex_) = "waiting";
     std::optional<SearchBaseBuilder::Build> lastBuild_ GUARDED_BY(mutex_);
-    /// It is the time from the start of the program until it could answer a search.
+    /// The time from the start of the program until it could answer a search.
     std::optional<std::chrono::duration<double>> firstAnswer_ GUARDED_BY(mutex_);
 };
 

@@ -3,7 +3,7 @@
 #include <QLibraryInfo>
 #include <QTranslator>
 
-/// Outside of the namespace, where the resource compiler puts what this calls.
+/// This is outside the namespace, where the resource compiler puts the function that it calls.
 static void initializeCatalogues()
 {
     Q_INIT_RESOURCE(catalogues);
@@ -13,14 +13,14 @@ namespace quillon {
 
 namespace {
 
-/// What is drawn in English differs from the texts in the sources, so English is a catalogue as
-/// well.
+/// The English texts that are shown differ from the texts in the sources, so English has a
+/// catalogue too.
 constexpr const char *FALLBACK = "en";
 
 bool install(QCoreApplication &application, const QString &name, const QString &folder)
 {
     auto *translator = new QTranslator(&application);
-    // A catalogue of the language serves its every country.
+    // A catalogue of a language serves all countries.
     if (translator->load(name, folder) && application.installTranslator(translator))
         return true;
     delete translator;
@@ -37,7 +37,7 @@ void translateApplication(QCoreApplication &application, const QStringList &lang
         if (!install(application, QStringLiteral("quillon_") + language,
                      QStringLiteral(":/quillon/translations")))
             continue;
-        // Whoever installed the toolkit without its translations reads English buttons.
+        // If the toolkit's translations are not installed, its buttons are in English.
         install(application, QStringLiteral("qtbase_") + language,
                 QLibraryInfo::path(QLibraryInfo::TranslationsPath));
         return;

@@ -6,9 +6,9 @@
 
 namespace quillon {
 
-/// Has the application speak the first of the languages that there is a catalogue for, its toolkit
-/// included; English when there is none. A language is named as in "de" or "de-AT". Before the
-/// first window is made; main thread only.
+/// Shows the application, and the toolkit's own texts, in the first of the languages that has a
+/// catalogue, or in English when none has. A language is named as in "de" or "de-AT". It is called
+/// before the first window is made. Main thread only.
 void translateApplication(QCoreApplication &application,
                           const QStringList &languages = QLocale::system().uiLanguages());
 

@@ -86,8 +86,8 @@ void WindowTracker::afterClose()
     if (hasVisibleWindows())
         return;
     policy_ = ActivationPolicy::accessory;
-    // Window managers give the keyboard back on their own; where one leaves it with nobody it goes
-    // to who had it.
+    // Window managers return the keyboard on their own. If one leaves it with no window, it goes to
+    // the window that had it.
     if (windowSystem_.activeWindow() == 0)
         windowSystem_.activate(previousWindow_);
 }

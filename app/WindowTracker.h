@@ -16,8 +16,8 @@ namespace quillon {
 class TaskQueue;
 class WindowSystem;
 
-/// The program's windows: which there are and which are seen, and what follows when they come and
-/// go. Main thread only.
+/// The windows of the program: which of them exist and are visible, and what follows when they come
+/// and go. Main thread only.
 class WindowTracker : public QObject
 {
     Q_OBJECT
@@ -32,30 +32,30 @@ public:
     };
     static constexpr std::size_t COUNT = 4;
 
-    /// Accessory, the program is seen in no taskbar; regular, its ordinary windows are. Windows
-    /// carry this on their own: each asks for its place in the taskbar when it is shown.
+    /// With accessory, the program is in no taskbar; with regular, its ordinary windows are. Each
+    /// window asks for its own place in the taskbar when it is shown.
     enum class ActivationPolicy
     {
         accessory,
         regular,
     };
 
-    /// Both outlive this.
+    /// The queue and the window system outlive this object.
     WindowTracker(TaskQueue &main, WindowSystem &windowSystem);
 
     /// After this call the widget is that window. A window that was never tracked is never visible.
-    /// The function shows it and asks for the keyboard.
+    /// The function shows the window and asks for the keyboard.
     void track(Window window, QWidget &widget, std::function<void()> present);
 
-    /// Shows the window in front of all others with the keyboard, to which whoever asked for it may
-    /// have the right.
+    /// Shows the window in front of all others and gives it the keyboard. The token is the right to
+    /// the keyboard that came with the request.
     void show(Window window, const std::string &activationToken = {});
-    /// Hides it; the after-close step follows.
+    /// Hides the window. The step that follows a closed window is then taken.
     void close(Window window);
 
     bool isVisible(Window window) const;
     bool hasVisibleWindows() const;
-    /// Returns the panel where it is visible, else the preferences; absent where neither is.
+    /// Returns the panel if it is visible, else the preferences if they are, else nothing.
     std::optional<Window> frontWindow() const;
     /// Brings the ordinary windows that are visible to the front.
     void bringForward(const std::string &activationToken);
@@ -80,8 +80,8 @@ private:
     WindowSystem &windowSystem_;
     std::array<Tracked, COUNT> windows_;
     ActivationPolicy policy_ = ActivationPolicy::accessory;
-    /// Had the keyboard before the first of the windows that are visible came up; of whichever
-    /// program.
+    /// The window, of whichever program, that had the keyboard before the first of the visible
+    /// windows came up.
     std::uintptr_t previousWindow_ = 0;
 };
 

@@ -78,17 +78,18 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The longest time that the end of the program may take. The kernel needs more to clear up.
+/// The longest time that the end of the program may take. The kernel needs more time to clear up.
 constexpr auto LONGEST_END = 80ms;
 
-/// The arguments that tell Qt which display to draw on; absent where there is none, which Qt would
-/// answer with a core dump. They are arguments because every program that Quillon starts would
-/// inherit a variable.
+/// Returns the arguments that tell Qt which display to use, or nothing when there is no display, in
+/// which case Qt would crash. They are arguments and not a variable, since every program that
+/// Quillon starts would inherit a variable.
 std::optional<std::vector<std::string>> displayArguments()
 {
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return std::vector<std::string>{};
-    // A native Wayland window may not place itself, so X11 goes first where there is a choice.
+    // A native Wayland window may not choose its place, so X11 is preferred where there is a
+    // choice.
     if (quillon::DesktopWindowSystem::isReachable())
         return std::vector<std::string>{"-platform", "xcb"};
     if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
@@ -96,8 +97,8 @@ std::optional<std::vector<std::string>> displayArguments()
     return std::nullopt;
 }
 
-/// Hands over from a start that came second although none ran when it began. Returns the exit
-/// status.
+/// Hands the request over when another start was faster, although no instance was running when this
+/// one began. Returns the exit status.
 int handOver(const quillon::RemoteControl::Request &request)
 {
     quillon::BusRunningInstance instance(request.activationToken);
@@ -108,7 +109,7 @@ int handOver(const quillon::RemoteControl::Request &request)
     return EXIT_FAILURE;
 }
 
-/// Waits until the settings can be used. Returns the exit status of a start that ends here instead.
+/// Waits until the settings can be used. Returns the exit status if the start ends here.
 std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
 {
     const std::string file = quillon::standardDefaultsPath();
@@ -139,7 +140,7 @@ std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
     return gate.wait() ? std::nullopt : std::optional(EXIT_FAILURE);
 }
 
-/// Asks without a session bus: false when another instance runs, which is then the only one.
+/// Checks without a session bus whether another instance is running. Returns false when one is.
 bool isFirstWithoutBus(quillon::SoleInstance &sole, const std::string &action)
 {
     const bool isFirst = sole.claim();
@@ -153,7 +154,7 @@ bool isFirstWithoutBus(quillon::SoleInstance &sole, const std::string &action)
 
 int run(std::vector<std::string> arguments, const quillon::RemoteControl::Request &request)
 {
-    // Qt wants both for as long as the application lives.
+    // Qt needs both as long as the application lives.
     std::vector<char *> argv;
     for (std::string &argument : arguments)
         argv.push_back(argument.data());
@@ -170,7 +171,7 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
     QApplication::setDesktopFileName(QStringLiteral("org.quillon.Quillon"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/quillon/icon.svg")));
-    // Whether the next session has it is for "Start at login" to say, not for what ran last.
+    // "Start at login" decides whether the next session has the program, and not what ran last.
     QObject::connect(
         &application, &QGuiApplication::saveStateRequest, &application,
         [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); });
@@ -194,8 +195,8 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
 
 } // namespace
 
-/// The one argument, where there is one, says what is asked: an action of RemoteControl, or
-/// "background" for a start that shows nothing.
+/// The only argument, if there is one, is the request: an action of RemoteControl, or "background"
+/// for a start that shows nothing.
 int main(int argc, char **argv)
 {
     quillon::OwnProcess::keepHeapSmall();
@@ -207,7 +208,7 @@ int main(int argc, char **argv)
     }
     std::vector<std::string> arguments(argv, argv + argc);
     arguments.insert(arguments.end(), display->begin(), display->end());
-    // The toolkit would take the token for a window that is never shown.
+    // Otherwise the toolkit would use the token for a window that is never shown.
     const std::string token = quillon::takeActivationToken();
     return run(std::move(arguments),
                {.action = argc > 1 ? argv[1] : "activate", .activationToken = token});

@@ -11,14 +11,14 @@ namespace quillon {
 
 namespace {
 
-/// The kinds are named in the stored texts for another system; these are the words shown here.
+/// The stored texts name the kinds for another system. These are the words shown here.
 struct Words
 {
     const ActionType &type;
     const char *shortly;
-    /// Whole, with the target in place of %1.
+    /// The whole text, with the target in place of %1.
     const char *fully;
-    /// The text in a menu, where it is neither of the two.
+    /// The text in a menu, if it is neither of the two.
     const char *inMenu = nullptr;
 };
 
@@ -52,7 +52,7 @@ PanelFooter::Hint hintFor(const ActionModel &action)
         hint.meaning = translated(QT_TRANSLATE_NOOP("ActionHints", "Nothing"));
         return hint;
     }
-    // A program is known by its name, wherever it stands.
+    // A program is shown by its name, wherever it is.
     const QString name =
         action.actionType == ActionType::executeShellCommand ? target.section(u'/', -1) : target;
     hint.meaning = translated(words->shortly).replace(QStringLiteral("%1"), name);

@@ -7,13 +7,14 @@
 
 namespace quillon {
 
-/// Runs a callback once calls have stopped coming for a while. Needs a Qt event loop.
+/// Runs a callback once calls have stopped coming for a while. It needs a Qt event loop.
 class Debouncer
 {
 public:
     Debouncer(std::chrono::milliseconds delay, std::function<void()> callback);
 
-    /// Runs the callback after the delay, counted anew from this call; at once when it is zero.
+    /// Runs the callback after the delay, which begins anew with this call, or at once when the
+    /// delay is zero.
     void call();
     /// Runs the callback now and forgets a pending call.
     void fireNow();

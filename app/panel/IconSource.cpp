@@ -11,10 +11,10 @@ namespace quillon {
 
 namespace {
 
-/// More than the rows of many queries; beyond it everything is learned anew.
+/// This is more than the rows of many queries. Beyond it, all icons are forgotten and learned anew.
 constexpr qsizetype MOST_ICONS = 4000;
 
-/// The first of the names that the icon theme has.
+/// Returns the icon of the first of the names that the icon theme has.
 QIcon themedIcon(const std::vector<std::string> &names)
 {
     for (const std::string &name : names) {
@@ -38,8 +38,8 @@ bool isInstalled(const QString &theme)
     });
 }
 
-/// Desktops without a Qt integration name no icon theme, and the one that stands for none has no
-/// folders; one that is installed is better. To be called before the first icon is asked for.
+/// Chooses an installed icon theme where the desktop, without a Qt integration, names none. The
+/// toolkit's own substitute has no folders. It is called before the first icon is asked for.
 void chooseTheme()
 {
     const QString chosen = QIcon::themeName();

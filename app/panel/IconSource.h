@@ -12,15 +12,15 @@ namespace quillon {
 class TaskQueue;
 class Workspace;
 
-/// Icons of the icon theme for files and folders. A slow disk never holds up a row: the plain
-/// folder stands until the item's own icon is known. Main thread only.
+/// Icons of the icon theme for files and folders. A slow disk never delays a row: the plain folder
+/// is shown until the item's own icon is known. Main thread only.
 class IconSource : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Items are looked at on the background queue, which must end before this object does; answers
-    /// arrive through the main one.
+    /// The background queue asks the disk about the items, and must end before this object does.
+    /// The answers come through the main queue.
     IconSource(Workspace &workspace, TaskQueue &background, TaskQueue &main);
 
     QIcon icon(const std::string &path);
@@ -28,7 +28,7 @@ public:
     void clear();
 
 Q_SIGNALS:
-    /// Icons given out before may be others now.
+    /// Icons that were returned before may have changed.
     void iconsChanged();
 
 private:

@@ -56,8 +56,8 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
 void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area,
                                             const std::string &path) const
 {
-    // Themes draw their small folders as bare outlines, those for a finer screen included; the
-    // coloured ones begin at 32.
+    // Themes draw their small folders as bare outlines, even those for a finer screen. The coloured
+    // ones begin at 32 pixels.
     constexpr int COLOURED = 48;
     const int size =
         std::max(COLOURED, qCeil(area.width() * painter.device()->devicePixelRatioF()));

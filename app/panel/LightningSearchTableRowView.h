@@ -12,13 +12,13 @@ class IconSource;
 class SearchResultsModel;
 
 /// Draws the rows of a SearchResultsModel: the item's icon, its text with the matches in bold and,
-/// for an item of the front file manager window, a small mark at the right.
+/// for an item of the front file manager window, a small mark on the right.
 class LightningSearchTableRowView : public QStyledItemDelegate
 {
     Q_OBJECT
 
 public:
-    /// The rows below the home folder, an absolute path, are drawn with "~".
+    /// The path of a row below the home folder, which is an absolute path, begins with "~".
     LightningSearchTableRowView(const SearchResultsModel &model, IconSource &icons,
                                 std::string home, QObject *parent);
 

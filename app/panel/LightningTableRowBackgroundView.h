@@ -9,7 +9,7 @@ class QPainter;
 
 namespace quillon {
 
-/// The ground of a row: a rounded tint below the selected one, a quieter one below the pointer.
+/// The background of a row: a rounded tint below the selected one, a quieter one below the pointer.
 struct LightningTableRowBackgroundView
 {
     static void paint(QPainter &painter, const QRect &row, const PanelPalette &palette,

@@ -13,9 +13,9 @@ namespace quillon {
 
 namespace {
 
-/// The gap between one hint and the next, and before the status.
+/// The gap between two hints, and before the status.
 constexpr int HINT_GAP = 20;
-/// Beside the text on a key cap, and between the cap and its meaning.
+/// The space beside the text on a key cap, and between the cap and its meaning.
 constexpr int CAP_INSET = 8;
 constexpr int CAP_GAP = 8;
 constexpr int CAP_CORNER = 4;
@@ -89,7 +89,7 @@ QRect PanelFooter::wordsPlace() const
 
 PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
 {
-    // Texts share one rectangle's height, so that they share one base line.
+    // All texts have a rectangle of the same height, so that they share a base line.
     QRect key = line();
     key.moveLeft(left);
     key.setWidth(fontMetrics().horizontalAdvance(hint.key) + 2 * CAP_INSET);
@@ -114,10 +114,11 @@ std::vector<PanelFooter::Place> PanelFooter::places() const
     return places;
 }
 
-/// Returns the hints for which there is room up to the end. Sets areAll to whether these are all.
+/// Returns the hints for which there is room up to the end. Sets areAll to whether these are all
+/// hints.
 std::vector<PanelFooter::Place> PanelFooter::placesUpTo(int end, bool &areAll) const
 {
-    // The hint for the held keys keeps its room while those before it are laid out.
+    // Room for the hint of the held keys is reserved while the hints before it are laid out.
     const auto held = std::ranges::find_if(hints_, [this](const Hint &h) { return isHeld(h); });
     const int reserved = held == hints_.end() ? 0 : place(*held, HINT_GAP).meaning.right() + 1;
     end -= reserved;

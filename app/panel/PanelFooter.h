@@ -10,8 +10,8 @@
 
 namespace quillon {
 
-/// The bottom line of the panel: keys that work on the selected row at the left; at the right the
-/// state of the index, or what is wrong and needs the user.
+/// The bottom line of the panel. On the left are the keys that work on the selected row, on the
+/// right the state of the index, or a fault that needs the user.
 class PanelFooter : public QWidget
 {
     Q_OBJECT
@@ -19,30 +19,30 @@ class PanelFooter : public QWidget
 public:
     struct Hint
     {
-        /// These keys are held with Return.
+        /// The keys that are held with Return.
         ActionShortcutFlags flags = {};
-        /// The keys as they are called on the keyboard.
+        /// The names of the keys on the keyboard.
         QString key = {};
         QString meaning = {};
-        /// The text in a menu, where it is not the meaning.
+        /// The text in a menu, if it is not the meaning.
         QString menuText = {};
-        /// More about it, shown while the pointer rests on it.
+        /// A longer text, which is shown while the pointer rests on the hint.
         QString toolTip = {};
     };
 
     explicit PanelFooter(QWidget *parent);
 
     void setPalette(const PanelPalette &palette);
-    /// Shows as many hints as there is room for, from the first on, and always the one for the held
-    /// keys. Dots stand for the others.
+    /// Shows as many hints as there is room for, beginning with the first, and always the one for
+    /// the held keys. Dots stand for the others.
     void setHints(std::vector<Hint> hints);
     const std::vector<Hint> &hints() const { return hints_; }
-    /// The hint for exactly these keys stands out; none does for no keys.
+    /// Highlights the hint for exactly these keys. No keys highlight none.
     void setHeldKeys(ActionShortcutFlags flags);
     void setStatus(const QString &status);
     QString status() const { return status_; }
-    /// Says what is wrong in the status's place; empty when nothing is wrong any more. The tool tip
-    /// says more about it.
+    /// Shows a fault in place of the status, or the status again when the notice is empty. The tool
+    /// tip says more about the fault.
     void setNotice(const QString &notice, const QString &toolTip = {});
     QString notice() const { return notice_; }
 
@@ -58,7 +58,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// A hint that is shown, and where.
+    /// A hint that is shown, and its place.
     struct Place
     {
         const Hint &hint;
@@ -71,7 +71,7 @@ private:
     Place place(const Hint &hint, int left) const;
     bool isHeld(const Hint &hint) const { return held_ && hint.flags == *held_; }
     QRect line() const;
-    /// The text at the right, and where it stands.
+    /// Return the text on the right, and its place.
     const QString &words() const { return notice_.isEmpty() ? status_ : notice_; }
     QRect wordsPlace() const;
     void tellScreenReaders();

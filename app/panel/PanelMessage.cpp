@@ -10,7 +10,7 @@ namespace quillon {
 
 namespace {
 
-/// Below the title, and above the buttons.
+/// The space below the title, and above the buttons.
 constexpr int SENTENCE_GAP = 8;
 constexpr int BUTTON_GAP = 20;
 

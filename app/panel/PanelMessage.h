@@ -10,8 +10,8 @@ namespace quillon {
 
 class PanelButton;
 
-/// What stands in place of the rows when there are none: a short line in bold and a quieter one
-/// that says what to do, and where no folder is searched yet two buttons that do it.
+/// The message that takes the place of the rows when there are none: a short line in bold and a
+/// quieter one that says what to do. If no folder is searched yet, two buttons do it.
 class PanelMessage : public QWidget
 {
     Q_OBJECT
@@ -41,7 +41,7 @@ private:
         QRect sentence;
         QRect buttons;
     };
-    /// The places are in the middle, one below the other.
+    /// Returns the places, which are in the middle, one below the other.
     Places places() const;
     QFont titleFont() const;
     void arrange();

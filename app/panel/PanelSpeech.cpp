@@ -13,7 +13,7 @@ namespace quillon {
 
 namespace {
 
-/// A widget that draws its text itself.
+/// Makes the accessible object of a widget that draws its text itself.
 QAccessibleInterface *drawnText(const QString &, QObject *object)
 {
     const bool isText = dynamic_cast<PanelMessage *>(object) || dynamic_cast<PanelFooter *>(object);
@@ -21,14 +21,15 @@ QAccessibleInterface *drawnText(const QString &, QObject *object)
                   : nullptr;
 }
 
-/// A screen reader goes where the focus is said to be; keys are not affected.
+/// Tells a screen reader that the widget has the focus, so that it goes there. Keys are not
+/// affected.
 void goTo(QWidget &widget)
 {
     QAccessibleEvent event(&widget, QAccessible::Focus);
     QAccessible::updateAccessibility(&event);
 }
 
-/// Pressed alone, such a key silences a screen reader.
+/// Returns true for a key that, pressed alone, silences a screen reader.
 bool isModifier(const QKeyEvent &event)
 {
     return (event.key() >= Qt::Key_Shift && event.key() <= Qt::Key_ScrollLock) ||
@@ -41,7 +42,7 @@ PanelSpeech::PanelSpeech(QLineEdit &field, QListView &rows, PanelMessage &messag
     : field_(field), message_(message)
 {
     QAccessible::installFactory(drawnText);
-    // The list tells of its current row as long as it has the focus.
+    // The list reports its current row only while it has the focus.
     rows.setFocusProxy(&field);
     field.installEventFilter(this);
     message.installEventFilter(this);
@@ -55,7 +56,7 @@ bool PanelSpeech::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == &message_ && event->type() == QEvent::Show)
         goTo(message_);
-    // Before the field deals with it, so that the letter is heard as the field's.
+    // This runs before the field handles the key, so that the letter is heard as the field's.
     if (watched == &field_ && event->type() == QEvent::KeyPress &&
         !isModifier(static_cast<QKeyEvent &>(*event)))
         goTo(field_);

@@ -9,13 +9,13 @@ namespace quillon {
 
 class PanelMessage;
 
-/// Takes a screen reader to what matters while the keyboard stays in the field: to the selected row
-/// when that changes, to the message that stands in place of the rows, and back to the field when
-/// its text is edited.
+/// Directs a screen reader to what matters while the keyboard stays in the field: to the selected
+/// row when that changes, to the message in place of the rows, and back to the field when its text
+/// is edited.
 class PanelSpeech : public QObject
 {
 public:
-    /// The widgets outlive this.
+    /// The widgets outlive this object.
     PanelSpeech(QLineEdit &field, QListView &rows, PanelMessage &message);
 
 protected:

@@ -9,7 +9,7 @@ namespace quillon {
 
 struct ActionFailure;
 
-/// What the panel says about the index and about the rows that it could not open.
+/// The texts of the panel about the index and about the rows that it could not open.
 class PanelTexts
 {
     Q_DECLARE_TR_FUNCTIONS(PanelTexts)
@@ -21,13 +21,14 @@ public:
         QString title;
         QString sentence;
     };
-    /// Why there are no rows for the query and what to do about it.
+    /// Says why there are no rows for the query and what to do about it.
     static Message message(const PanelSource::State &state, const QString &query);
-    /// How much is indexed, in a word or two, and what is away.
+    /// Says in a word or two how much is indexed, and which folders are missing.
     static QString status(const PanelSource::State &state);
-    /// What went wrong with a row and what to do about it.
+    /// Says what went wrong with a row and what to do about it.
     static Message failure(const ActionFailure &failure);
-    /// The title of a window that shows a failure, and the button that takes it away.
+    /// Return the title of a window that shows a failure, and the text of the button that closes
+    /// it.
     static QString failureWindow();
     static QString dismissal();
 };

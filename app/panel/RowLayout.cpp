@@ -45,7 +45,7 @@ int wholeCharacterFrom(const QString &text, int at)
 }
 
 /// Returns the first run of characters from the position on that hold no match and belong to the
-/// parents; empty where there is none.
+/// parents. The run is empty when there is none.
 RowText::Span gapAfter(const RowText &row, int position)
 {
     for (const RowText::Span &span : row.matches) {
@@ -86,7 +86,7 @@ RowLayout::RowLayout(const RowText &row, const QFont &font, const PanelPalette &
 
 void RowLayout::fit(RowText row, qreal ellipsis, const PanelPalette &palette, qreal room)
 {
-    // The characters between matches go first, from the left on.
+    // The characters between matches are cut first, beginning on the left.
     for (int from = 0; width() > room;) {
         const RowText::Span gap = gapAfter(row, from);
         if (gap.length <= 0)
@@ -99,20 +99,21 @@ void RowLayout::fit(RowText row, qreal ellipsis, const PanelPalette &palette, qr
         arrange(row, palette);
         from = gap.start + 1;
     }
-    // Where that is not enough the beginning goes, matched or not.
+    // If that is not enough, the beginning is cut, matched or not.
     if (width() > room && !row.text.isEmpty()) {
         const auto length = static_cast<int>(row.text.size());
         arrange(shortened(row, 0, cutPosition(row, 0, length, ellipsis, room)), palette);
     }
 }
 
-/// Returns the end of the piece that has to go for the rest to fit, the whole range where that is
-/// not enough. Returns its beginning where an ellipsis would be as wide as the piece.
+/// Returns the end of the piece that must be cut for the rest to fit, or of the whole range when
+/// that is not enough. Returns the beginning of the range when an ellipsis would be as wide as the
+/// piece.
 int RowLayout::cutPosition(const RowText &row, int from, int to, qreal ellipsis, qreal room) const
 {
     const QTextLine line = layout_.lineAt(0);
     const qreal start = line.cursorToX(from);
-    // One more than that, since letters are set closer beside some others.
+    // The excess is one larger, since letters are set closer beside some others.
     const qreal excess = width() - room + ellipsis + 1;
     int at = from;
     while (at < to && line.cursorToX(at) - start < excess)

@@ -8,18 +8,19 @@
 
 namespace quillon {
 
-/// One line of a row's text: the parents of a path quiet, its last component normal, matches bold.
-/// A text too long for the width loses as much of its beginning as it must and shows an ellipsis
-/// there. Matched characters of the parents stay in view as long as those between them can go.
+/// One line of a row's text, with the parents of a path quiet, its last component normal and
+/// matches bold. If the text is too long for the width, as much of its beginning as necessary is
+/// replaced by an ellipsis. Matched characters of the parents stay in view as long as those between
+/// them can be cut.
 class RowLayout
 {
 public:
     RowLayout(const RowText &row, const QFont &font, const PanelPalette &palette, qreal width);
 
-    /// What is drawn, the ellipsis included.
+    /// Returns the text that is drawn, including the ellipsis.
     QString text() const { return layout_.text(); }
     qreal width() const;
-    /// Draws the line in the middle of the height, starting at the left of the area.
+    /// Draws the line in the middle of the area's height, beginning at its left edge.
     void draw(QPainter &painter, const QRectF &area) const;
 
 private:

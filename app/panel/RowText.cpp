@@ -15,7 +15,8 @@ namespace {
 
 constexpr char32_t REPLACEMENT = 0xfffd;
 
-/// A name may hold anything; these would break the line or let it read other than it is.
+/// Returns true for characters that would break the line or change how the rest of it reads, since
+/// a name may hold anything.
 bool isUnfitToDraw(char32_t c)
 {
     return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x2028 || c == 0x2029 || c == 0x061C ||
@@ -23,7 +24,8 @@ bool isUnfitToDraw(char32_t c)
            (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF;
 }
 
-/// Appends the text; starts gets where each character begins, and the end of the last one.
+/// Appends the text. starts receives the place where each character begins, and the end of the last
+/// one.
 void appendDecoded(std::string_view bytes, QString &text, std::vector<int> *starts)
 {
     text.reserve(static_cast<qsizetype>(bytes.size()));
@@ -39,7 +41,7 @@ void appendDecoded(std::string_view bytes, QString &text, std::vector<int> *star
         starts->push_back(static_cast<int>(text.size()));
 }
 
-/// Where the ranges stand in a text whose characters begin at the given places.
+/// Returns the places of the ranges in a text whose characters begin at the given places.
 std::vector<RowText::Span> spansOf(const std::vector<TextRange> &ranges,
                                    const std::vector<int> &starts)
 {
@@ -64,7 +66,7 @@ std::vector<RowText::Span> spansOf(const std::vector<TextRange> &ranges,
     return joined;
 }
 
-/// Draws "~" for the first characters of the path, which are those of a folder.
+/// Puts "~" in place of the first characters of the path, which are those of a folder.
 void abbreviate(RowText &row, int length)
 {
     const auto moved = [length](int position) { return std::max(position - length, 0) + 1; };
@@ -97,7 +99,7 @@ RowText rowText(const SearchBaseResult &result, std::string_view home)
     std::vector<int> starts;
     appendDecoded(result.text(), row.text, &starts);
 
-    // "/home/alex/" is called "alex/".
+    // The last component of "/home/alex/" is "alex/".
     const auto lastSlash = row.text.lastIndexOf(u'/', row.text.endsWith(u'/') ? -2 : -1);
     row.nameStart = static_cast<int>(lastSlash) + 1;
 

@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-/// The text of a row as it is drawn. Positions count UTF-16 units of text.
+/// The text of a row as it is drawn. Positions count UTF-16 units of the text.
 struct RowText
 {
     struct Span
@@ -19,23 +19,23 @@ struct RowText
         friend bool operator==(const Span &, const Span &) = default;
     };
 
-    /// Every invalid byte, control character and character that would turn the direction of the
-    /// text stands as U+FFFD.
+    /// The characters that are drawn. U+FFFD replaces every invalid byte, control character and
+    /// character that would turn the direction of the text.
     QString text;
-    /// Where the last component of a path begins; 0 for a text without "/".
+    /// The position of the last component of a path; 0 for a text without "/".
     int nameStart = 0;
-    /// Matched characters, in order. Ranges that overlap are joined to one span.
+    /// The matched characters, in order. Overlapping ranges are joined to one span.
     std::vector<Span> matches;
 };
 
-/// The home folder is drawn as "~", which is a match where something in it matched. An empty home
-/// leaves every path as it is.
+/// Returns the text of a row with "~" in place of the home folder. "~" is a match if something in
+/// the home folder's path matched. An empty home leaves every path as it is.
 RowText rowText(const SearchBaseResult &result, std::string_view home = {});
 
-/// The text of a row as it is read out: what the item is called goes first.
+/// Returns the text of a row as it is read out, which begins with the item's name.
 QString spokenText(const SearchBaseResult &result);
 
-/// The bytes as text for a person, marked as in RowText::text.
+/// Returns the bytes as text for a person, with U+FFFD as in RowText::text.
 QString displayText(std::string_view bytes);
 
 } // namespace quillon

@@ -37,7 +37,7 @@ void SearchIndicator::setSpinning(bool isSpinning)
 
 void SearchIndicator::updateTimer()
 {
-    // A desktop that wants no animation gets the open ring, standing still.
+    // On a desktop that wants no animation, the open ring stands still.
     const bool isAnimated = style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
     if (isSpinning_ && isVisible() && isAnimated)
         timer_.start(STEP_MILLISECONDS, this);

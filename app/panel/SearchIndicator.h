@@ -7,7 +7,8 @@
 
 namespace quillon {
 
-/// The place left of the field: a magnifying glass, or a spinner while a search takes its time.
+/// The symbol on the left of the field: a magnifying glass, or a spinner while a search takes its
+/// time.
 class SearchIndicator : public QWidget
 {
 public:

@@ -40,7 +40,7 @@ QVariant SearchResultsModel::data(const QModelIndex &index, int role) const
         return {};
     if (role == Qt::DisplayRole)
         return displayText(row->text());
-    // A paragraph: a path may look like markup.
+    // The text is a paragraph, since a path may look like markup.
     if (role == Qt::ToolTipRole)
         return QStringLiteral("<p style='white-space: pre'>%1</p>")
             .arg(displayText(row->path()).toHtmlEscaped());
@@ -73,7 +73,7 @@ QMimeData *SearchResultsModel::mimeData(const QModelIndexList &indexes) const
         paths += (paths.isEmpty() ? "" : "\n") + path;
     }
     auto data = std::make_unique<QMimeData>();
-    // The paths go out as bytes, since a text of the toolkit would lose what is not UTF-8.
+    // The paths are passed on as bytes, since the toolkit's text would lose what is not UTF-8.
     data->setData(URI_LIST, uris);
     data->setData(PLAIN_TEXT, paths);
     return data.release();

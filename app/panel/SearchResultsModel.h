@@ -20,7 +20,7 @@ public:
     SearchBaseResultRef result(int row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
-    /// The text, for drawing and for assistive technology.
+    /// Returns the text of a row, for drawing and for assistive technology.
     QVariant data(const QModelIndex &index, int role) const override;
 
     /// A row is dragged out as its file or folder and as its path, to be copied or linked.

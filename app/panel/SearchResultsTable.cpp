@@ -49,7 +49,7 @@ void SearchResultsTable::startDrag(Qt::DropActions actions)
     drag->setMimeData(model_.mimeData({currentIndex()}));
     const QSize size(metrics::ICON, metrics::ICON);
     drag->setPixmap(icons_.icon(row->path()).pixmap(size, devicePixelRatioF()));
-    // While it lasts the program goes on, and may end.
+    // The program continues during the drag, and may end.
     const QPointer<SearchResultsTable> self = this;
     Q_EMIT dragBegan();
     const Qt::DropAction done = drag->exec(actions, Qt::CopyAction);

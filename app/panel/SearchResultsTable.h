@@ -7,8 +7,8 @@ namespace quillon {
 class IconSource;
 class SearchResultsModel;
 
-/// The rows of a SearchResultsModel. A row can be dragged out as a file. Below the rows a press of
-/// the mouse is left to what lies behind the table.
+/// The rows of a SearchResultsModel. A row can be dragged out as a file. A press of the mouse below
+/// the rows goes to the widget behind the table.
 class SearchResultsTable : public QListView
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
 
 Q_SIGNALS:
     void dragBegan();
-    /// Dropped where it was taken, or given up.
+    /// The dragged row was dropped where it was accepted, or the drag was given up.
     void dragEnded(bool isTaken);
 
 protected:

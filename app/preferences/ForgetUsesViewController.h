@@ -12,8 +12,8 @@ class FormTable;
 class RecentAccessScore;
 class SegmentedControl;
 
-/// The sheet in which the user has the program forget how often folders were opened: those of one
-/// folder, or all.
+/// The sheet in which the user deletes the counts of how often folders were opened, those of one
+/// folder or all.
 class ForgetUsesViewController : public FormSheet
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
         forgetAll,
     };
 
-    /// The uses outlive this, which deletes itself when it is closed.
+    /// The uses outlive this object, which deletes itself when it is closed.
     ForgetUsesViewController(RecentAccessScore &uses, const PanelPalette &palette, QWidget *over);
 
     FormTable *const usesTableView;

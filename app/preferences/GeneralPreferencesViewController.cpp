@@ -25,7 +25,7 @@ namespace {
 
 constexpr std::string_view DESKTOP_SUFFIX = ".desktop";
 
-/// Ids are written with and without their suffix.
+/// Returns the id with its suffix, since ids are written with and without it.
 std::string wholeId(std::string id)
 {
     if (!id.empty() && !id.ends_with(DESKTOP_SUFFIX))
@@ -154,7 +154,7 @@ void GeneralPreferencesViewController::fillFileManagers()
 void GeneralPreferencesViewController::showFileManager()
 {
     if (fileManagerButton->count() == 0)
-        return; // Not shown yet.
+        return; // The pane is not shown yet.
     const std::string stored =
         wholeId(services_.defaults.string(PreferenceKeys::FILE_MANAGER).value_or(""));
     const QString id = QString::fromStdString(stored);

@@ -18,7 +18,7 @@ class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
 
-/// The pane of what everyone sets once: the shortcut, the file manager, the start at login.
+/// The pane for what everyone sets once: the shortcut, the file manager, the start at login.
 class GeneralPreferencesViewController final : public FormPane
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ public:
         Autostart &autostart;
     };
 
-    /// All of them outlive this.
+    /// All services outlive this object.
     explicit GeneralPreferencesViewController(const Services &services, QWidget *parent = nullptr);
 
     void showStored() override;
@@ -59,9 +59,9 @@ private:
     void fillFileManagers();
     void showFileManager();
     void chooseFileManager();
-    /// Fills the menu with the list's titles and has it write what is chosen.
+    /// Fills the menu with the list's titles and makes it store what is chosen.
     void bindChoice(QComboBox &button, PreferencesSelectList &list, FormNote &note);
-    /// Says beside a control whether what it was set to has been stored, and shows what is.
+    /// Shows the stored value and, beside the control, whether the new value could be stored.
     void written(FormNote &note, bool isStored);
 
     Services services_;

@@ -12,9 +12,10 @@ namespace quillon {
 struct ListedApplication
 {
     Application application;
-    /// The list shows its name, with its program behind it where another one has the same name.
+    /// The application's name in the list, followed by its program if another one has the same
+    /// name.
     QString title;
-    /// "Open Application" finds this one by its name, or by its id where others have that name.
+    /// The name by which "Open Application" finds this one, or its id if others have that name.
     QString target;
 };
 

@@ -10,13 +10,13 @@
 
 namespace quillon {
 
-// The choices and actions are named in the settings for another system. These are their words as
-// the user reads them; what is stored never depends on them.
+// The settings name the choices and actions for another system. These are the words that the user
+// reads. What is stored never depends on them.
 
-/// The text for the title of a choice or the key of a kind of action. An unknown one stays as it
-/// is.
+/// Returns the text for the title of a choice or the key of a kind of action. An unknown one stays
+/// as it is.
 QString drawnTitle(const std::string &title);
-/// ActionModel::description() in these words, keys and kind in bold.
+/// Returns ActionModel::description() in these words, with keys and kind in bold.
 QList<FormTextRun> drawnDescription(const ActionModel &action);
 
 } // namespace quillon

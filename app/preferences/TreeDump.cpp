@@ -17,7 +17,7 @@ namespace {
 /// The pieces of the tree are smaller than what is worth a write.
 constexpr std::size_t WRITE_SIZE = 1U << 20;
 
-/// Collects pieces into writes. After the first that fails nothing more is written.
+/// Collects pieces into writes. After the first failure nothing more is written.
 class DumpWriter
 {
 public:
@@ -45,7 +45,7 @@ private:
 
 bool write(QSaveFile &file, const SearchBase &searchBase, const SearchBaseLogger &logger)
 {
-    // What there is to write is large enough; a buffer in between would only copy it.
+    // The writes are large enough, so another buffer would only copy them.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return false;
     DumpWriter writer(file);

@@ -13,10 +13,11 @@ namespace quillon {
 
 namespace {
 
-/// So much of the window's upper edge must be visible that the user can take hold of it.
+/// This much of the window's upper edge must be visible, so that the user can take hold of it.
 constexpr QSize GRIP{96, 24};
 
-/// The screen on which the window can be moved by its upper edge; null when there is none.
+/// Returns the screen on which the window can be moved by its upper edge, or null when there is
+/// none.
 const QScreen *screenFor(const WindowPlace &place)
 {
     const QRect edge(place.left, place.top, place.width, GRIP.height());
@@ -65,7 +66,7 @@ void WindowPlaceKeeper::restore()
 
 void WindowPlaceKeeper::remember()
 {
-    // What a maximised window goes back to says its size alone.
+    // Only the size says what a maximised window returns to.
     const QSize size = window_.isMaximized() ? window_.normalGeometry().size() : window_.size();
     const WindowPlace place{
         .left = window_.x(), .top = window_.y(), .width = size.width(), .height = size.height()};

@@ -10,21 +10,21 @@ namespace quillon {
 
 class WindowPlaces;
 
-/// Has a window come back where the user left it, as long as a screen shows that place; else where
-/// the desktop puts it. Main thread only.
+/// Shows a window again where the user left it, as long as a screen shows that place. Otherwise the
+/// desktop places the window. Main thread only.
 class WindowPlaceKeeper : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Window and places outlive this.
+    /// The window and the places outlive this object.
     WindowPlaceKeeper(QWidget &window, std::string name, WindowPlaces &places);
     /// Remembers the place of a window that is still shown.
     ~WindowPlaceKeeper() override;
 
-    /// The call has to come before the window is shown, and before anything makes the desktop know
-    /// of it: a frame counts into the place only from the outset. Does nothing after the first
-    /// time.
+    /// Restores the place. It is called before the window is shown and before anything makes the
+    /// desktop know the window, since its frame counts only from the outset. Does nothing after the
+    /// first time.
     void restore();
 
 protected:

@@ -10,7 +10,7 @@ namespace quillon {
 class SetupWindow;
 class WindowSystem;
 
-/// Says what the permission flow asks of the application around it.
+/// What the permission flow asks of the application around it.
 class AppleEventPermissionDelegate
 {
 public:
@@ -19,12 +19,12 @@ public:
     AppleEventPermissionDelegate(const AppleEventPermissionDelegate &) = delete;
     AppleEventPermissionDelegate &operator=(const AppleEventPermissionDelegate &) = delete;
 
-    /// The user has been asked and the window is gone: the start goes on.
+    /// The user has been asked and the window is closed, so the start continues.
     virtual void permissionFinished() = 0;
     virtual void terminate() = 0;
 };
 
-/// Shows the permission window, which nothing but its two buttons takes away. Main thread only.
+/// Shows the permission window, which only its two buttons can close. Main thread only.
 class AppleEventPermissionCoordinator : public AppleEventPermissionViewDelegate
 {
 public:
@@ -36,7 +36,7 @@ public:
     /// Shows the window, or brings it to the front when it is shown already.
     void show(const PanelPalette &palette);
     void setPanelPalette(const PanelPalette &palette);
-    /// Returns null while it is not shown.
+    /// Returns null while the window is not shown.
     QWidget *window() const;
 
     void permissionFinished() override;

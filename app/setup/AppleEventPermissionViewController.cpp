@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The time for the answer of the file manager, and of the user where the system asks.
+/// The time for the answer of the file manager, and of the user if the system asks.
 constexpr auto ANSWER_TIME = 5000ms;
 
 } // namespace
@@ -67,7 +67,7 @@ void AppleEventPermissionViewController::enable()
     isEnabling_ = true;
     enableButton_->setEnabled(false);
 
-    // Whichever comes first; this is gone when the second does.
+    // The first of two calls finishes. This object is deleted by the time of the second.
     const auto finish = [self = QPointer(this)] {
         if (self)
             self->delegate_->permissionFinished();

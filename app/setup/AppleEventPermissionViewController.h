@@ -9,7 +9,7 @@ class AppleScriptRunner;
 class PanelButton;
 class TaskQueue;
 
-/// Says what the permission window asks of who shows it.
+/// What the permission window asks of its owner.
 class AppleEventPermissionViewDelegate
 {
 public:
@@ -18,12 +18,12 @@ public:
     AppleEventPermissionViewDelegate(const AppleEventPermissionViewDelegate &) = delete;
     AppleEventPermissionViewDelegate &operator=(const AppleEventPermissionViewDelegate &) = delete;
 
-    /// The user has allowed it; the view may be deleted.
+    /// The user has allowed it. The view may be deleted now.
     virtual void permissionFinished() = 0;
     virtual void terminate() = 0;
 };
 
-/// Tells the user what the program asks of the file manager, and has the user allow it or quit.
+/// Tells the user what the program asks of the file manager, and lets the user allow it or quit.
 class AppleEventPermissionViewController : public SetupView
 {
     Q_OBJECT
@@ -42,14 +42,15 @@ public:
     AppleEventPermissionViewController(const Services &services,
                                        AppleEventPermissionViewDelegate *delegate);
 
-    /// Nothing but the two buttons takes the question away.
+    /// Only the two buttons can close the question.
     bool mayClose() override { return false; }
 
-    /// Stores that the user was asked. The first time that this fails the view says so and waits
-    /// for the buttons; the second time it goes on, and the question comes again at the next start.
+    /// Stores that the user was asked. The first time that this fails, the view says so and waits
+    /// for the buttons. The second time it continues, and the question comes again at the next
+    /// start.
     ///
     /// Then sends the file manager a harmless event, so that a desktop that asks for consent does
-    /// it now. Whatever comes of it, the permission is finished then, or after a few seconds
+    /// it now. Whatever the outcome, the permission is finished then, or after a few seconds
     /// without an answer.
     void enable();
     /// Ends the program.

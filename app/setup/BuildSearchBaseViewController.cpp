@@ -19,10 +19,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The time between the end of the settings and that of the program.
+/// The time between the end of the settings and the end of the program.
 constexpr auto LAST_WORDS = 500ms;
 constexpr int COUNT_MILLISECONDS = 250;
-/// Seconds until a rate says something.
+/// After this many seconds a rate is meaningful.
 constexpr double SHORTEST_FOR_RATE = 1.0;
 
 } // namespace

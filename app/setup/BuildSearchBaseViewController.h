@@ -16,7 +16,7 @@ class ProgressIndicator;
 class SearchBase;
 class TaskQueue;
 
-/// Says what the rebuild window asks of the application around it.
+/// What the rebuild window asks of the application around it.
 class BuildSearchBaseDelegate
 {
 public:
@@ -26,15 +26,15 @@ public:
     BuildSearchBaseDelegate &operator=(const BuildSearchBaseDelegate &) = delete;
 
     virtual void searchBaseRebuildFinished() = 0;
-    /// The user has had the build cancelled.
+    /// The user has cancelled the build.
     virtual void searchBaseRebuildStopped() = 0;
-    /// The user types although the panel is not there.
+    /// The user types although the panel is not shown.
     virtual void typedDuringBuild(const QString &text) = 0;
     virtual void terminate() = 0;
 };
 
-/// Has the search base built, and shows how that goes whether or not its window is shown. Main
-/// thread only.
+/// Starts builds of the search base and shows their progress, whether or not its window is shown.
+/// Main thread only.
 class BuildSearchBaseViewController : public SetupView, private SearchBaseBuildObserver
 {
     Q_OBJECT
@@ -48,16 +48,16 @@ public:
         TaskQueue &main;
     };
 
-    /// All of them outlive this.
+    /// All services outlive this object.
     BuildSearchBaseViewController(const Services &services, BuildSearchBaseDelegate &delegate);
     ~BuildSearchBaseViewController() override;
 
     void setPanelPalette(const PanelPalette &palette) override;
 
-    /// Empties the index and builds it anew, as SearchBaseBuilder::start().
+    /// Empties the index and builds it anew, as SearchBaseBuilder::start() does.
     void startBuilding();
-    /// Asks whether the build alone is to end or all settings are to be erased as well. Half a
-    /// second after they are erased the program ends.
+    /// Asks whether only the build is to end or all settings are to be erased as well. Half a
+    /// second after they are erased, the program ends.
     void stopSearchButtonClicked();
 
 protected:

@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-/// One line of plain text of any length in a given width: too long, its middle is not drawn. The
-/// tool tip and text() are the whole text.
+/// One line of plain text of any length in a given width. The middle of a text that is too long is
+/// not drawn. The tool tip and text() are the whole text.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT

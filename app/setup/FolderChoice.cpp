@@ -14,7 +14,7 @@ namespace quillon {
 namespace {
 
 constexpr int GAP = 12;
-/// The gap between the box and its text, the focus frame included.
+/// The gap between the box and its text, including the focus frame.
 constexpr int ROOM_BESIDE_TEXT = 12;
 
 } // namespace
@@ -65,7 +65,7 @@ void FolderChoice::updateCount()
 {
     if (!counter_)
         return;
-    // Whether it is done before how many there are: the last ones are counted by then.
+    // The end is checked before the number is read, so that the last folders are counted by then.
     const bool isDone = counter_->isDone();
     const std::size_t count = counter_->count();
     const QString number = countText(count);

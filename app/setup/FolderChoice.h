@@ -11,18 +11,18 @@ class QLabel;
 
 namespace quillon {
 
-/// One folder that can be searched: a box to tick, and how many folders it holds.
+/// One folder that can be searched, with a box to tick and the number of folders in it.
 class FolderChoice : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// The name is what the user reads; it may be the path.
+    /// The user reads the name, which may be the path.
     FolderChoice(std::string path, const QString &name, QWidget *parent);
 
     const std::string &path() const { return path_; }
     bool isChosen() const;
-    /// Says nothing of it to others.
+    /// Ticks the box or removes the tick without a signal.
     void setChosen(bool isChosen);
 
     void startCounting(const FolderCounter::Services &services);
@@ -31,7 +31,7 @@ public:
     void updateCount();
 
 Q_SIGNALS:
-    /// The user ticked the box or took the tick away.
+    /// The user ticked the box or removed the tick.
     void chosen(bool isChosen);
 
 protected:

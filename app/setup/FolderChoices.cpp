@@ -27,7 +27,7 @@ FolderChoices::FolderChoices(QWidget *parent) : QScrollArea(parent)
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // The folders are the stops of the Tab key.
+    // The Tab key stops at the folders themselves.
     setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }

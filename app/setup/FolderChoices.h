@@ -12,8 +12,8 @@ class QVBoxLayout;
 
 namespace quillon {
 
-/// The folders on offer, one below the other: as high as they need, up to a few rows, and scrolled
-/// from there on.
+/// The folders on offer, one below the other. The list is as high as they need, up to a few rows,
+/// and scrolls from there on.
 class FolderChoices : public QScrollArea
 {
     Q_OBJECT
@@ -21,19 +21,20 @@ class FolderChoices : public QScrollArea
 public:
     explicit FolderChoices(QWidget *parent);
 
-    /// Adds the folder as the last one, unless it is on offer already. The name is what the user
-    /// reads; it may be the path.
+    /// Adds the folder at the end, unless it is already on offer. The user reads the name, which
+    /// may be the path.
     FolderChoice &offer(const std::string &path, const QString &name);
-    /// Ticks these folders and no others. Those that are not on offer yet are added.
+    /// Ticks these folders and no others. Folders that are not on offer yet are added.
     void setChosen(const std::vector<std::string> &paths);
-    /// The folders that are ticked, in the order in which they are shown.
+    /// Returns the ticked folders, in the order in which they are shown.
     std::vector<std::string> chosen() const;
     /// Scrolls to the folder, if it is on offer, as soon as it has its place.
     void reveal(const std::string &path);
-    /// The first folder follows this control in the order of the Tab key. Set before there is one.
+    /// Makes the first folder follow this control in the order of the Tab key. It is called before
+    /// there is a folder.
     void setTabStopBefore(QWidget *control) { tabStopBefore_ = control; }
 
-    /// Folders that are offered later are counted as well.
+    /// Counts the folders that are on offer, and those that are offered later.
     void startCounting(const FolderCounter::Services &services);
     void stopCounting();
     void updateCounts();
@@ -42,18 +43,18 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 Q_SIGNALS:
-    /// The user ticked the folder's box or took the tick away.
+    /// The user ticked the folder's box or removed the tick.
     void choiceMade(FolderChoice *choice, bool isChosen);
 
 protected:
-    /// The rows get their height with their texts.
+    /// Adapts the height of the rows to their texts.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QVBoxLayout *column_;
     std::vector<FolderChoice *> choices_;
     QWidget *tabStopBefore_ = nullptr;
-    /// It is set while folders are counted.
+    /// Present while folders are counted.
     std::optional<FolderCounter::Services> counting_;
 };
 

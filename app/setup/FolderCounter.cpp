@@ -20,7 +20,7 @@ struct FolderCounter::Progress
 
 namespace {
 
-/// Keeps nothing but the number.
+/// Keeps only the number.
 class CountingSink final : public CrawlSink
 {
 public:

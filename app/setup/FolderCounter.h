@@ -10,7 +10,7 @@ class FolderLister;
 class SearchBaseFinder;
 class TaskQueue;
 
-/// Counts the folders that the index would hold of one folder, on a queue of its own. Main thread
+/// Counts the folders that the index would hold for one folder, on a queue of its own. Main thread
 /// only.
 class FolderCounter
 {
@@ -19,18 +19,18 @@ public:
     {
         FolderLister &folderLister;
         SearchBaseFinder &searchBaseFinder;
-        /// A queue that nothing a user waits for runs on.
+        /// The queue, which runs nothing that a user waits for.
         TaskQueue &counting;
     };
 
     /// Begins at once. The services outlive the task on the queue.
     FolderCounter(const Services &services, const std::string &path);
-    /// The count ends soon, and nobody waits for that.
+    /// Makes the count end soon, without waiting for its end.
     ~FolderCounter();
     FolderCounter(const FolderCounter &) = delete;
     FolderCounter &operator=(const FolderCounter &) = delete;
 
-    /// The number so far; the folder itself counts.
+    /// Returns the number so far, including the folder itself.
     std::size_t count() const;
     bool isDone() const;
 

@@ -33,14 +33,14 @@ constexpr int REFRESH_MILLISECONDS = 150;
 constexpr int CHECKMARK = 20;
 /// The gap between the rows of a part.
 constexpr int ROW = 8;
-/// Notes come and go in this many lines, so that the window stays as high as it is.
+/// Notes come and go in this many lines, so that the height of the window does not change.
 constexpr int KEY_NOTE_LINES = 1;
 constexpr int FOLDER_NOTE_LINES = 2;
 constexpr const char *COMMAND = "quillon --toggle";
 
 } // namespace
 
-/// Drawn, so that it is crisp at every scale.
+/// The check mark is drawn, so that it is crisp at every scale.
 class OnboardingViewController::Checkmark : public QWidget
 {
 public:
@@ -274,12 +274,12 @@ void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
 {
     ++folderChanges_;
     if (isChosen) {
-        // Ticked again once it is stored.
+        // The choice is ticked again once it is stored.
         choice->setChosen(false);
         addFolders({choice->path()});
         return;
     }
-    // Which entries lead to the folder is asked of the disk.
+    // Only the disk can say which entries lead to the folder.
     services_.background.post([services = services_, folder = choice->path()] {
         services.searchBaseFinder.remove(IncludePathSearchBaseLocation(folder));
     });
@@ -307,7 +307,7 @@ void OnboardingViewController::chooseFolderButtonClicked()
     chooser->open();
 }
 
-// What is missing, and what comes of it
+// What is missing, and what follows
 
 void OnboardingViewController::refresh()
 {
@@ -337,7 +337,7 @@ void OnboardingViewController::doneButtonClicked()
                          : !shortcutView_->storeProposed())
         return missingLabel_->setText(writeFault());
     if (!services_.autostart.setEnabled(startAtLoginButton_->isChecked())) {
-        // A desktop without it is no reason to stay here, so the next "Done" goes on.
+        // A desktop without autostart is no reason to stay here, so the next "Done" finishes.
         startAtLoginButton_->setChecked(false);
         return missingLabel_->setText(tr("Quillon cannot be started at login here."));
     }
@@ -392,7 +392,7 @@ void OnboardingViewController::keyPressEvent(QKeyEvent *event)
 void OnboardingViewController::timerEvent(QTimerEvent *)
 {
     choices_->updateCounts();
-    // A desktop that cannot give a key away says so some time after the start.
+    // A desktop that cannot grant a key says so some time after the start.
     if (shortcutView_->isVisible() != services_.hotKey.isPossible())
         refresh();
 }

@@ -28,7 +28,7 @@ class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
 
-/// Says what the first-run window asks of the application around it.
+/// What the first-run window asks of the application around it.
 class OnboardingDelegate
 {
 public:
@@ -42,7 +42,7 @@ public:
     virtual void terminate() = 0;
 };
 
-/// Sets the program up with a newcomer. Everything is filled in: a key that is free, the home
+/// Sets up the program with a new user. Everything is filled in: a key that is free, the home
 /// folder and the start at login, so that Return alone is enough. What the user chooses is stored
 /// at once, and "Done" stores what is filled in. Closing the window asks whether the program is to
 /// quit, since it cannot search yet. Main thread only.
@@ -68,7 +68,8 @@ public:
         TaskQueue &main;
     };
 
-    /// All of them outlive this. The home folder, by its absolute path, is the first on offer.
+    /// All services outlive this object. The home folder, given by its absolute path, is the first
+    /// one on offer.
     OnboardingViewController(const Services &services, const std::string &home,
                              OnboardingDelegate &delegate);
     ~OnboardingViewController() override;
@@ -97,7 +98,7 @@ private:
     QLayout *buildDone();
     QWidget *part(const QString &title);
 
-    /// Calls back on the main thread, unless this is gone by then.
+    /// Calls back on the main thread, unless this object is destroyed by then.
     void readStoredFolders(std::function<void(const std::vector<std::string> &)> read);
     void showStoredFolders();
     void offerDisks();
@@ -128,10 +129,10 @@ private:
     PanelButton *doneButton_ = nullptr;
     PanelButton *continueButton_ = nullptr;
     QBasicTimer timer_;
-    /// Counts what the user did to the boxes and the readings of what is stored, so that an old
-    /// reading does not undo a newer click.
+    /// Counts the user's changes of the boxes and the readings of the stored folders, so that an
+    /// old reading does not undo a newer click.
     int folderChanges_ = 0;
-    /// "Done" was pressed, and what is ticked is being stored.
+    /// True while the ticked folders are being stored after "Done" was pressed.
     bool isStoring_ = false;
 };
 

@@ -88,7 +88,7 @@ void ProgressIndicator::paintEvent(QPaintEvent *)
     painter.setBrush(palette_.accent);
     QRectF piece = bar;
     if (timer_.isActive()) {
-        // The bar moves to and fro, slower near the ends.
+        // The bar moves to and fro, more slowly near the ends.
         const double turn = 2 * std::numbers::pi * step_ / STEPS;
         piece.setWidth(bar.width() * PIECE);
         piece.moveLeft((bar.width() - piece.width()) * (1 - std::cos(turn)) / 2);

@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-/// A thin bar that says that something goes on, not how far it is.
+/// A thin bar that shows that work is in progress, but not how far it is.
 class ProgressIndicator : public QWidget
 {
     Q_OBJECT

@@ -4,13 +4,13 @@
 
 namespace quillon {
 
-/// What the build was configured with.
+/// The values with which the build was configured.
 struct BuildSettings
 {
     std::string version;
     /// The https address of the feed of releases; empty when this build never looks for updates.
     std::string updateFeed;
-    /// The feed is signed with this Ed25519 key; it is the public one, 32 bytes in base64.
+    /// The public Ed25519 key with which the feed is signed, 32 bytes in base64.
     std::string updateKey;
     /// The address that takes feedback; empty when there is none.
     std::string feedbackAddress;

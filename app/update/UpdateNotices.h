@@ -10,7 +10,7 @@
 
 namespace quillon {
 
-/// What the user is told about updates, in plain words.
+/// The notices to the user about updates.
 class UpdateNotices
 {
     Q_DECLARE_TR_FUNCTIONS(UpdateNotices)
@@ -19,12 +19,13 @@ public:
     /// Opens an address in the web browser.
     using OpenLink = std::function<void(const std::string &address)>;
 
-    /// This one is shown while the answer is awaited.
+    /// Returns the notice that is shown while the answer is awaited.
     static Notice checking(const std::string &runningVersion);
     static Notice update(const UpdateItem &item, const std::string &runningVersion,
                          const OpenLink &openLink);
     static Notice noUpdate(NoUpdate reason, const std::string &runningVersion);
-    /// This one is shown when no program opens web pages. The place is an address or a path.
+    /// Returns the notice that is shown when no program opens web pages. The place is an address or
+    /// a path.
     static Notice noBrowser(const std::string &place);
 
 private:

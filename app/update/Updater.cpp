@@ -44,7 +44,7 @@ std::vector<FeedParameter> Updater::feedParameters()
 {
     const std::string wantsBetas = services_.enableBetaUpdates.value() ? "true" : "false";
     log("Should check for betas? " + wantsBetas);
-    // "Yes" names what the parameter is for, whatever its value.
+    // "Yes" says what the parameter is for, whatever its value.
     return {{.key = "beta",
              .value = wantsBetas,
              .displayKey = "Enable beta updates",

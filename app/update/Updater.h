@@ -15,8 +15,8 @@ class TaskQueue;
 class WindowSystem;
 class Workspace;
 
-/// Looks for newer releases: at the start, once a day, and when the user asks, who is then told
-/// what came of it. Installs none. Main thread only.
+/// Looks for newer releases: at the start, once a day, and when the user asks, in which case the
+/// user is told the outcome. It installs none. Main thread only.
 class Updater : private UpdateControllerDelegate
 {
 public:
@@ -29,21 +29,22 @@ public:
         TaskQueue &main;
     };
     static constexpr std::chrono::hours BETWEEN_CHECKS{24};
-    /// The delay after a background check that reached nobody: the network may be up soon.
+    /// The delay after a background check that reached no server, since the network may be up soon.
     static constexpr std::chrono::hours UNTIL_RETRY{1};
 
-    /// The services outlive this, and the controller is started. The version is the running one.
+    /// The services outlive this object. The controller is started here. The version is the running
+    /// one.
     Updater(const Services &services, std::string version, std::FILE *log = stdout);
 
-    /// Checks now and from here on once a day.
+    /// Checks now, and once a day from now on.
     void startBackgroundPolling();
     void checkInBackground();
-    /// The user asked for this check, so a window says what came of it.
+    /// Checks because the user asked, so a window says what the outcome is.
     void checkInteractively();
 
     /// Returns whether the last check found a newer release.
     bool hasUninstalledUpdate() const { return hasUninstalledUpdate_; }
-    /// Calls back each time that the answer changes. One receiver.
+    /// Calls back each time that the answer changes. There is one receiver.
     void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
 
     bool isWindowVisible() const { return window_.isVisible(); }
@@ -56,7 +57,7 @@ private:
 
     void log(const std::string &line);
     void setHasUninstalledUpdate(bool hasUninstalledUpdate);
-    /// This check replaces the one that was scheduled before.
+    /// Schedules a check in place of the one that was scheduled before.
     void scheduleCheck(std::chrono::hours delay);
     void openLink(const std::string &address);
 

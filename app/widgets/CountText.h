@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-/// The number as people write it in the language of the windows, as "12,345".
+/// Returns the number as people write it in the language of the windows, such as "12,345".
 inline QString countText(std::size_t number)
 {
     return QLocale().toString(static_cast<qulonglong>(number));

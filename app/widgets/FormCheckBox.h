@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-/// A box to tick among the controls of a form. Drawn in the tones of the window's palette, so that
-/// an empty box can be seen on a dark ground, too.
+/// A box to tick among the controls of a form. It is drawn in the tones of the window's palette, so
+/// that an empty box can also be seen on a dark background.
 class FormCheckBox : public QCheckBox
 {
     Q_OBJECT

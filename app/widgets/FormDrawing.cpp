@@ -12,7 +12,7 @@ constexpr double FOCUS_LINE = 1.5;
 constexpr int HOVERED_PERCENT = 108;
 constexpr int PRESSED_PERCENT = 116;
 
-/// Towards the text: darker on a light ground, lighter on a dark one.
+/// Returns the colour nearer to the text's: darker on a light background, lighter on a dark one.
 QColor nearerToText(const QColor &ground, bool isDark, int percent)
 {
     return isDark ? ground.lighter(percent) : ground.darker(percent);

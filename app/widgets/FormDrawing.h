@@ -9,15 +9,16 @@ namespace quillon {
 
 // The strokes that the controls of a form have in common.
 
-/// A ring along the inner edge of the bounds: the control inside has the keyboard.
+/// Draws a ring along the inner edge of the bounds, which shows that the control inside has the
+/// keyboard.
 void paintFocusRing(QPainter &painter, const QRectF &bounds, double corner, const QColor &color);
 
-/// Says that a menu comes down.
+/// The arrow that shows that a control opens a menu.
 constexpr double MENU_ARROW_WIDTH = 8;
-/// Pointing down to the tip, in the painter's pen.
+/// Draws the arrow, which points down to the tip, in the painter's pen.
 void paintMenuArrow(QPainter &painter, const QPointF &tip);
 
-/// Under the pointer, and pressed down.
+/// Return the colour of a control under the pointer, and of one that is pressed down.
 QColor hoveredTone(const QColor &ground, bool isDark);
 QColor pressedTone(const QColor &ground, bool isDark);
 

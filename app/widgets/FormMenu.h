@@ -4,8 +4,8 @@
 
 namespace quillon {
 
-/// A menu of choices among the controls of a form, at least as wide as its neighbours. Drawn in the
-/// tones of the window's palette.
+/// A menu of choices among the controls of a form, at least as wide as its neighbours. It is drawn
+/// in the tones of the window's palette.
 class FormMenu : public QComboBox
 {
     Q_OBJECT

@@ -11,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-/// Letters on a line: larger fonts get longer lines.
+/// The letters on a line. Larger fonts get longer lines.
 constexpr int LETTERS = 56;
 
 } // namespace
@@ -71,11 +71,11 @@ void FormNote::changeEvent(QEvent *event)
 void FormNote::showText()
 {
     setText(hasFault() ? fault_ : sentence_);
-    // Only this tone is its own; the others stay those of the window.
+    // Only this tone belongs to the note; the others stay those of the window.
     QPalette tones;
     tones.setColor(QPalette::WindowText, hasFault() ? palette_.fault : palette_.quiet);
     setPalette(tones);
-    // Without a parent it would become a window.
+    // Without a parent the note would become a window.
     if (text().isEmpty() && fewestLines_ == 0)
         hide();
     else if (parentWidget() != nullptr)
@@ -83,7 +83,7 @@ void FormNote::showText()
     fit();
 }
 
-/// Layouts reckon the height of wrapped text too small, so it is fixed.
+/// Layouts calculate the height of wrapped text too small, so it is fixed.
 void FormNote::fit()
 {
     const int width = std::max(textWidth_, fontMetrics().averageCharWidth() * LETTERS);

@@ -6,24 +6,24 @@
 
 namespace quillon {
 
-/// The line below a control: a quiet sentence about it, and while something is wrong what that is,
-/// in the sentence's place and told to screen readers.
+/// The line below a control. It holds a quiet sentence about the control or, while something is
+/// wrong, a fault, which screen readers are told too.
 class FormNote : public QLabel
 {
     Q_OBJECT
 
 public:
-    /// Takes no room while it has nothing to say, unless room is kept for it.
+    /// The note takes no room while it has nothing to say, unless room is kept for it.
     explicit FormNote(const QString &sentence = {}, QWidget *parent = nullptr);
 
     void setPanelPalette(const PanelPalette &palette);
 
     /// Sets the least width of the text; a larger font takes more.
     void setTextWidth(int width);
-    /// Takes the room of so many lines at least, whatever it says.
+    /// Takes the room of at least this many lines, whatever the note says.
     void keepRoomFor(int lines);
     void setSentence(const QString &sentence);
-    /// The text is empty when nothing is wrong any more.
+    /// Shows the fault, or the sentence again when the text is empty.
     void sayFault(const QString &fault);
     bool hasFault() const { return !fault_.isEmpty(); }
 

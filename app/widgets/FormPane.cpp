@@ -23,7 +23,7 @@ enum Column
     controls,
 };
 
-/// Fields, buttons and menus are of one height.
+/// Gives fields, buttons and menus the same height.
 void giveHeight(QWidget *control)
 {
     QWidgetList parts = control->findChildren<QWidget *>();
@@ -36,7 +36,7 @@ void giveHeight(QWidget *control)
     }
 }
 
-/// The part of the control that can have the keyboard, which is what the label's mnemonic leads to.
+/// Returns the part of the control that can have the keyboard, to which the label's mnemonic leads.
 /// Screen readers find the label of a control only beside it, so a part gets a name of its own.
 QWidget *named(QWidget *control, const QString &label)
 {
@@ -61,7 +61,7 @@ FormPane::FormPane(QWidget *parent) : QWidget(parent), grid_(new QGridLayout(thi
     grid_->setContentsMargins(metrics::FORM_MARGIN, metrics::FORM_MARGIN, metrics::FORM_MARGIN,
                               metrics::FORM_MARGIN);
     grid_->setHorizontalSpacing(metrics::FORM_ROW);
-    // Distances differ, so they are rows of their own.
+    // The distances differ, so each is a row of its own.
     grid_->setVerticalSpacing(0);
     grid_->setColumnMinimumWidth(labels, metrics::FORM_LABEL);
     grid_->setColumnStretch(controls, 1);
@@ -82,7 +82,7 @@ void FormPane::addRow(const QString &label, QWidget *control)
     if (!label.isEmpty()) {
         auto *name = new QLabel(label, this);
         name->setBuddy(named(control, label));
-        // A label beside several lines stands beside the first.
+        // A label beside several lines is level with the first.
         name->setMinimumHeight(control->hasHeightForWidth() ? metrics::FORM_CONTROL_HEIGHT
                                                             : std::max(control->sizeHint().height(),
                                                                        control->minimumHeight()));

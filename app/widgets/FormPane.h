@@ -10,7 +10,7 @@ namespace quillon {
 
 class FormNote;
 
-/// A form: labels end on one line, controls begin on another, quiet sentences and faults stand
+/// A form. Labels end on one line, controls begin on another, and quiet sentences and faults are
 /// below the controls. Rows follow each other from top to bottom, in the order of the Tab key.
 class FormPane : public QWidget
 {
@@ -19,21 +19,21 @@ class FormPane : public QWidget
 public:
     explicit FormPane(QWidget *parent = nullptr);
 
-    /// A control behind its label, whose mnemonic leads to it. Without a label, as for a check box
-    /// that carries its own text, only the control.
+    /// Adds a control after its label, whose mnemonic leads to it. Without a label, as for a check
+    /// box that has its own text, adds only the control.
     void addRow(const QString &label, QWidget *control);
-    /// A table or another control that takes the whole width, and the height that is left.
+    /// Adds a table or another control that takes the whole width, and the height that is left.
     void addWide(QWidget *control);
-    /// Below the last control; speaks for it to screen readers.
+    /// Adds a note below the last control, which describes the control to screen readers.
     FormNote *addNote(const QString &sentence = {});
-    /// Over the whole width, as before or below a table.
+    /// Adds a note over the whole width, for example before or below a table.
     FormNote *addWideNote(const QString &sentence = {});
-    /// The rows that follow belong to something else.
+    /// Adds a gap before rows that belong to something else.
     void addGap();
-    /// The rows above keep to the top of the pane.
+    /// Keeps the rows above at the top of the pane.
     void addStretch();
 
-    /// Shows what the settings hold now. Called whenever they may have changed.
+    /// Shows what the settings hold now. It is called whenever they may have changed.
     virtual void showStored() {}
     /// Hands the tones to every note, button, table and menu below this.
     virtual void setPanelPalette(const PanelPalette &palette);

@@ -61,7 +61,8 @@ private:
     PanelPalette palette_ = PanelPalette::light();
 };
 
-/// Before the first tab. The tabs ask for its hint alone, and a plain widget has none.
+/// The space before the first tab. The tabs ask only for its size hint, and a plain widget has
+/// none.
 class FormTabView::Space : public QWidget
 {
 public:
@@ -76,7 +77,7 @@ FormTabView::FormTabView(QWidget *parent) : QTabWidget(parent), bar_(new Bar)
     bar_->setExpanding(false);
     setTabBar(bar_);
     setDocumentMode(true);
-    // The first word stands where the forms begin.
+    // The first word begins where the forms begin.
     setCornerWidget(new Space(this), Qt::TopLeftCorner);
 }
 

@@ -6,7 +6,7 @@
 
 namespace quillon {
 
-/// Panes behind a line of plain words; the word of the pane in front is underlined.
+/// Panes below a line of plain words. The word of the pane in front is underlined.
 class FormTabView : public QTabWidget
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     void setPanelPalette(const PanelPalette &palette);
 
 protected:
-    /// Neither frame nor line.
+    /// Draws neither a frame nor a line.
     void paintEvent(QPaintEvent *) override {}
 
 private:

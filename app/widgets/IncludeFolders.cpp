@@ -62,7 +62,7 @@ IncludeFolders::Outcome IncludeFolders::added(const std::vector<std::string> &pa
     return outcome;
 }
 
-/// The result is empty when nothing is wrong.
+/// Returns an empty text when nothing is wrong.
 QString IncludeFolders::fault(const std::string &path, const std::vector<std::string> &listed,
                               const SkipRules &rules) const
 {
@@ -82,7 +82,7 @@ QString IncludeFolders::fault(const std::string &path, const std::vector<std::st
     return {};
 }
 
-/// A crawl of the folder comes to the path, too.
+/// Returns true when a crawl of the folder reaches the path too.
 bool IncludeFolders::isSearchedAsPartOf(const std::string &folder, const std::string &path,
                                         const SkipRules &rules) const
 {
@@ -100,7 +100,7 @@ bool IncludeFolders::isSearchedAsPartOf(const std::string &folder, const std::st
             return false;
         begin = end + 1;
     }
-    // A link is not followed.
+    // A crawl does not follow links.
     return services_.folderLister.kind(path) == FolderLister::Kind::folder;
 }
 

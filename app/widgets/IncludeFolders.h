@@ -15,7 +15,7 @@ class SearchBaseFinder;
 class SkipRules;
 class TaskQueue;
 
-/// Adds folders to those that are searched, and says why one cannot be. Main thread only.
+/// Adds folders to those that are searched, and says why one cannot be added. Main thread only.
 class IncludeFolders
 {
     Q_DECLARE_TR_FUNCTIONS(IncludeFolders)
@@ -26,21 +26,22 @@ public:
         SearchBaseFinder &searchBaseFinder;
         const FolderIdentity &folderIdentity;
         FolderLister &folderLister;
-        /// The disk is looked at on this queue.
+        /// This queue asks the disk.
         TaskQueue &background;
         TaskQueue &main;
     };
     struct Outcome
     {
         std::vector<std::string> added;
-        /// The user reads this: a sentence, and a line for each folder that was not added.
+        /// The text for the user: a sentence, and a line for each folder that was not added.
         QString faults;
     };
 
     explicit IncludeFolders(const Services &services) : services_(services) {}
 
-    /// Adds the folders, by their absolute paths, and then says how that went, unless who asked is
-    /// gone by then. The services outlive what is on the queues.
+    /// Adds the folders, which are given by their absolute paths, and then reports the result,
+    /// unless the object that asked is destroyed by then. The services outlive what is on the
+    /// queues.
     void add(std::vector<std::string> paths, QObject *asking,
              std::function<void(const Outcome &)> added) const;
 

@@ -16,7 +16,8 @@ NoticeView::NoticeView()
 void NoticeView::setNotice(const Notice &notice)
 {
     if (contents_) {
-        // The old one is not deleted at once: this may be the doing of one of its buttons.
+        // The old contents are not deleted at once, since one of their buttons may have caused this
+        // call.
         contents_->setParent(nullptr);
         contents_->deleteLater();
     }
@@ -76,7 +77,7 @@ bool NoticeView::mayClose()
 
 void NoticeView::announce()
 {
-    // The window is the same one, so nothing else would have a screen reader read it again.
+    // The window is the same one, so nothing else would make a screen reader read it again.
     QAccessibleEvent event(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
 }

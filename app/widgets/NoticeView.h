@@ -16,7 +16,7 @@ class NoticeView : public SetupView
 public:
     NoticeView();
 
-    /// This notice replaces the one shown; its last button gets the focus.
+    /// Replaces the notice that is shown. Its last button gets the focus.
     void setNotice(const Notice &notice);
     void setPanelPalette(const PanelPalette &palette) override;
     bool mayClose() override;

@@ -14,7 +14,7 @@ class NoticeView;
 class SetupWindow;
 class WindowSystem;
 
-/// Something to tell the user, and what can be done about it.
+/// A message to the user, and what can be done about it.
 struct Notice
 {
     struct Choice
@@ -22,18 +22,18 @@ struct Notice
         /// The text on the button, with the mark of its mnemonic.
         QString text;
         std::function<void()> choose;
-        /// It is true for a choice that leaves the window where it is.
+        /// True for a choice that leaves the window open.
         bool keepsWindow = false;
     };
 
     QString title;
     QString text;
-    /// The text on the button that only takes the window away.
+    /// The text of the button that only closes the window.
     QString dismissal;
-    /// It is called when that button or Escape has the window taken away.
+    /// Runs when that button or Escape has closed the window.
     std::function<void()> dismissed = {};
     std::optional<Choice> primary = {};
-    /// Stands apart from the others.
+    /// A choice that is apart from the others.
     std::optional<Choice> aside = {};
 };
 
@@ -42,7 +42,7 @@ struct Notice
 class NoticeWindow
 {
 public:
-    /// The window system outlives this.
+    /// The window system outlives this object.
     NoticeWindow(const QString &title, WindowSystem &windowSystem);
     ~NoticeWindow();
     NoticeWindow(const NoticeWindow &) = delete;
@@ -50,10 +50,10 @@ public:
 
     /// Brings the window to the front with this notice in place of the one it showed.
     void present(const Notice &notice);
-    /// This notice in place of the one that is shown, where it is; nothing when none is.
+    /// Shows this notice in place of the one that is shown. Does nothing when none is shown.
     void update(const Notice &notice);
     bool isVisible() const;
-    /// Takes the window away without a word to the notice.
+    /// Closes the window without calling the notice.
     void hide();
     void setPanelPalette(const PanelPalette &palette);
 
@@ -61,7 +61,7 @@ private:
     QString title_;
     WindowSystem &windowSystem_;
     PanelPalette palette_ = PanelPalette::light();
-    /// It is made when there is something to tell.
+    /// The window is made when it is first needed.
     std::unique_ptr<SetupWindow> window_;
     NoticeView *view_ = nullptr;
 };

@@ -17,7 +17,7 @@ public:
     {
         primary,
         secondary,
-        /// One of the controls of a form: as high as they are, and from edge to edge.
+        /// One of the controls of a form, as high as the others and drawn from edge to edge.
         control,
     };
 
@@ -30,9 +30,10 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// The coloured area.
+    /// Returns the coloured area.
     QRectF body() const;
-    /// What the button stands out with, pressed or under the pointer included.
+    /// Returns the colour of that area, which depends on whether the button is pressed or under the
+    /// pointer.
     QColor fill() const;
 
     Rank rank_;

@@ -23,14 +23,14 @@ double luminance(const QColor &color)
            0.0722 * linear(color.blue());
 }
 
-/// Returns the colour that lies between a and b by the share of 0 to 1.
+/// Returns the colour between a and b, given b's share from 0 to 1.
 QColor mixed(const QColor &a, const QColor &b, double share)
 {
     const auto channel = [share](int from, int to) { return qRound(from + (to - from) * share); };
     return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
 }
 
-/// The weakest mix of the colour with full text that can be read on both grounds.
+/// Returns the weakest mix of the colour with full text that can be read on both backgrounds.
 QColor readable(const QColor &color, const PanelPalette &palette)
 {
     const auto isReadable = [&palette](const QColor &mix) {
@@ -98,7 +98,7 @@ PanelPalette PanelPalette::forDesktop(const QPalette &desktop, bool prefersDark)
     palette.text = role(QPalette::Text);
     palette.hairline = mixed(palette.background, palette.text, 0.15);
     palette.keyCap = mixed(palette.background, palette.text, 0.08);
-    // A tint is a breath of the accent: selected text keeps its own three tones on it.
+    // A tint has so little of the accent that selected text keeps its own three tones on it.
     const bool isDark = palette.isDark();
     palette.tint = mixed(palette.background, role(QPalette::Highlight), isDark ? 0.3 : 0.14);
     palette.quiet = readable(mixed(palette.text, palette.background, 0.4), palette);
@@ -128,8 +128,8 @@ QPalette PanelPalette::widgetPalette() const
 QPalette PanelPalette::controlsPalette() const
 {
     QPalette palette = widgetPalette();
-    // The styles of the toolkit reckon their edges and shades from these. On dark ground the edges
-    // are not to be seen, so what can be written into or ticked stands out as an area.
+    // The toolkit's styles calculate their edges and shades from these. On a dark background the
+    // edges are invisible, so what can be written into or ticked is an area of another colour.
     if (isDark())
         palette.setColor(QPalette::Base, keyCap);
     palette.setColor(QPalette::Button, keyCap);

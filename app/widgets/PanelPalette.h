@@ -12,29 +12,30 @@ struct PanelPalette
     QColor background;
     QColor text;
     QColor quiet;
-    /// Below the selected row.
+    /// The colour below the selected row.
     QColor tint;
     QColor accent;
     QColor hairline;
-    /// Behind the name of a key.
+    /// The colour behind the name of a key.
     QColor keyCap;
     /// The colour of a text that says what is wrong.
     QColor fault;
 
     static PanelPalette light();
     static PanelPalette dark();
-    /// The desktop's own colours where it sets any; light() or dark() otherwise.
+    /// Returns the desktop's own colours where it sets any, and those of light() or dark()
+    /// otherwise.
     static PanelPalette forDesktop(const QPalette &desktop, bool prefersDark);
 
     bool isDark() const;
-    /// The palette of the toolkit's widgets inside the panel.
+    /// Returns the palette of the toolkit's widgets inside the panel.
     QPalette widgetPalette() const;
-    /// The palette of a whole window of the toolkit's controls: buttons, fields, menus and their
-    /// disabled states.
+    /// Returns the palette of a whole window of the toolkit's controls: buttons, fields, menus and
+    /// their disabled states.
     QPalette controlsPalette() const;
 };
 
-/// How well two colours are told apart: 1 (not) to 21 (black on white), as WCAG counts it.
+/// Returns the contrast of two colours as WCAG defines it, from 1 (none) to 21 (black on white).
 double contrast(const QColor &a, const QColor &b);
 
 } // namespace quillon

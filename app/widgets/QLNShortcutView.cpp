@@ -15,7 +15,7 @@ namespace quillon {
 
 namespace {
 
-/// The keys that are proposed, the first free one of them.
+/// The keys that may be proposed. The first free one is.
 constexpr const char *PROPOSALS[] = {"Ctrl+Alt+Space", "Alt+Super+Space", "Ctrl+Super+Space",
                                      "Ctrl+Alt+F"};
 
@@ -146,7 +146,7 @@ bool QLNShortcutView::eventFilter(QObject *watched, QEvent *event)
         return QWidget::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::ShortcutOverride:
-        // What is a command elsewhere in the window is a key like any other here.
+        // A key that is a command elsewhere in the window is recorded here like any other.
         event->accept();
         return true;
     case QEvent::KeyPress:
@@ -182,7 +182,7 @@ void QLNShortcutView::keyPressed(const QKeyEvent &event)
     if (isAlone && event.key() == Qt::Key_Backspace)
         return store(std::nullopt);
     const std::string key = service_.keyName(event.nativeScanCode(), event.nativeVirtualKey());
-    // A modifier: the key that goes with it is still to come.
+    // This is a modifier. The key that goes with it is still to come.
     if (key.empty() || event.isAutoRepeat())
         return;
     choose({.control = held.testFlag(Qt::ControlModifier),

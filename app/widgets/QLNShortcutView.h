@@ -16,19 +16,19 @@ class QLNShortcutBinder;
 class QLNShortcutMonitor;
 
 /// Shows the global shortcut and records another one. It is a button with a note below it, which
-/// says what is wrong, if anything. What is recorded is stored at once.
+/// says what is wrong, if anything. A recorded shortcut is stored at once.
 class QLNShortcutView : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// All three outlive this.
+    /// All three outlive this object.
     QLNShortcutView(QLNShortcutMonitor &monitor, QLNShortcutBinder &binder, HotKey &service,
                     QWidget *parent = nullptr);
     ~QLNShortcutView() override;
 
-    /// Takes the keyboard until a key is chosen, Escape gives up, Backspace clears the shortcut, or
-    /// the keyboard goes elsewhere. Where no program can have a key it says so instead.
+    /// Takes the keyboard until a key is chosen, Escape cancels, Backspace clears the shortcut, or
+    /// another window or control takes the keyboard. If no program can have a key, says so instead.
     void startRecording();
     bool isRecording() const { return isRecording_; }
     /// Records the key if it is pressed with Ctrl, Alt or Super or is a function key, as if the
@@ -38,7 +38,7 @@ public:
     /// Shows a key that no other program has, as long as none is stored.
     void propose();
     bool isProposing() const;
-    /// Stores the proposed key where none is stored. Returns false when it cannot be written.
+    /// Stores the proposed key if none is stored. Returns false when it cannot be written.
     bool storeProposed();
 
     /// The note, which keeps its sentence while there is nothing else to say.
@@ -56,9 +56,9 @@ private:
     void buildButton();
     void stopRecording();
     void keyPressed(const QKeyEvent &event);
-    /// Stores it if nothing speaks against it; goes on recording otherwise.
+    /// Stores the key if nothing is wrong with it, and otherwise continues to record.
     void choose(const KeyCombination &keys);
-    /// Ends the recording as well; absent removes the shortcut.
+    /// Stores the shortcut, or removes the stored one when there is none. Also ends the recording.
     void store(const std::optional<QLNShortcut> &shortcut);
     void showShortcut();
     void showFault();

@@ -11,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-/// Room for the shadow, and how far it falls below the panel.
+/// The room for the shadow, and how far it falls below the panel.
 constexpr int SHADOW = 44;
 constexpr int SHADOW_DROP = 12;
 constexpr int SHADOW_ALPHA = 72;
@@ -51,7 +51,7 @@ void RoundedWindow::fitToCompositing()
         clearMask();
         return;
     }
-    // Nothing is blended here: what lies outside the round corners is cut off.
+    // Nothing is blended here, so everything outside the round corners is cut off.
     QBitmap shape(size());
     shape.fill(Qt::color0);
     QPainter painter(&shape);
@@ -67,7 +67,7 @@ void RoundedWindow::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRect panel = panelRect();
-    // Without blending the half-covered pixels of the corners would come out black.
+    // Without blending, the half-covered pixels of the corners would be black.
     if (panel == rect())
         painter.fillRect(panel, palette_.hairline);
     else
@@ -80,7 +80,8 @@ void RoundedWindow::paintEvent(QPaintEvent *)
 
 void RoundedWindow::paintShadow(QPainter &painter)
 {
-    // Rings from the outside in, each adding a little more: a soft edge without an image to keep.
+    // Rings from the outside in, each of which adds a little more, give a soft edge without an
+    // image.
     constexpr int REACH = SHADOW - SHADOW_DROP;
     const QRectF panel(panelRect());
     painter.setPen(Qt::NoPen);

@@ -8,8 +8,8 @@ namespace quillon {
 
 class WindowSystem;
 
-/// A frameless window with round corners and a hairline around what it shows, and with a soft
-/// shadow where the desktop blends windows.
+/// A frameless window with round corners and a hairline around its content, and with a soft shadow
+/// if the desktop blends windows.
 class RoundedWindow : public QWidget
 {
     Q_OBJECT
@@ -22,12 +22,13 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 
-    /// The only widget inside; the window takes its size.
+    /// Sets the only widget inside. The window takes its size.
     void setContent(QWidget *content);
-    /// This runs before each showing: the desktop may have begun or ceased to blend.
+    /// It is called before each showing, since the desktop may have begun or stopped to blend
+    /// windows.
     void fitToCompositing();
     WindowSystem &windowSystem() { return windowSystem_; }
-    /// The window without its shadow.
+    /// Returns the area of the window without its shadow.
     QRect panelRect() const { return rect().marginsRemoved(contentsMargins()); }
 
 private:

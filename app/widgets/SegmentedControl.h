@@ -10,7 +10,7 @@ namespace quillon {
 
 class PanelButton;
 
-/// A line of buttons that belong together, as "Add" and "Remove" below a table.
+/// A line of buttons that belong together, such as "Add" and "Remove" below a table.
 class SegmentedControl : public QWidget
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     /// The segments' texts, with their mnemonics, from left to right.
     explicit SegmentedControl(const QStringList &segments, QWidget *parent = nullptr);
 
-    /// The segment opens the menu and is not clicked itself. The control does not own the menu.
+    /// Makes the segment open the menu instead of being clicked. The control does not own the menu.
     void setMenu(int segment, QMenu *menu);
     void setSegmentEnabled(int segment, bool enabled);
     QAbstractButton *segment(int number) const;

@@ -64,7 +64,8 @@ QLabel *SetupView::paragraph(const QString &text, QPalette::ColorRole tone, QWid
 void SetupView::setParagraph(QLabel *paragraph, const QString &text)
 {
     paragraph->setText(text);
-    // Layouts inside a window with margins of its own reckon the height of wrapped text too small.
+    // In a window that has margins of its own, layouts calculate the height of wrapped text too
+    // small.
     paragraph->setFixedSize(TEXT_WIDTH, std::max(paragraph->heightForWidth(TEXT_WIDTH), 0));
 }
 

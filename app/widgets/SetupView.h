@@ -10,8 +10,8 @@ class QVBoxLayout;
 
 namespace quillon {
 
-/// What the set-up windows and the notices show: one column of text and controls with the buttons
-/// at its end.
+/// The content of the set-up windows and the notices: one column of text and controls with the
+/// buttons at its end.
 class SetupView : public QWidget
 {
     Q_OBJECT
@@ -27,21 +27,21 @@ public:
     explicit SetupView(QWidget *parent = nullptr);
 
     virtual void setPanelPalette(const PanelPalette &palette);
-    /// The user wants to close the window. False keeps it open.
+    /// The user wants to close the window. Returns false to keep it open.
     virtual bool mayClose() { return true; }
 
 protected:
-    /// A column with the distances of the house; margins only around a whole window.
+    /// Returns a column with the usual distances. Only a column around a whole window has margins.
     static QVBoxLayout *column(QWidget *of, int spacing, int margin = 0);
     static QHBoxLayout *line(int spacing);
     static QLabel *label(const QString &text, QPalette::ColorRole tone, QWidget *parent);
-    /// Wrapped text of a fixed width that reads well, and so of a fixed height.
+    /// Returns wrapped text of a fixed width that reads well, and so of a fixed height.
     static QLabel *paragraph(const QString &text, QPalette::ColorRole tone, QWidget *parent);
-    /// Other text in a paragraph of that width.
+    /// Changes the text of such a paragraph.
     static void setParagraph(QLabel *paragraph, const QString &text);
-    /// The program's icon and a title.
+    /// Returns a line with the program's icon and a title.
     static QWidget *heading(const QString &title, QWidget *parent);
-    /// Bold, and larger by the factor.
+    /// Makes the text bold, and larger by the factor.
     static void emphasise(QLabel *label, double factor = 1.0);
 };
 

@@ -61,7 +61,7 @@ void SetupWindow::mousePressEvent(QMouseEvent *event)
 void SetupWindow::resizeEvent(QResizeEvent *event)
 {
     RoundedWindow::resizeEvent(event);
-    // The view grows with what it has to say, and the round corners with it.
+    // The view grows with its text, and the round corners move with it.
     fitToCompositing();
 }
 

@@ -5,9 +5,9 @@
 
 namespace quillon {
 
-/// An ordinary window around such a view, without a frame: window managers would put controls on
-/// it. It is moved by its background; Escape closes it if the view agrees, and closed it is merely
-/// hidden.
+/// An ordinary window around such a view. It has no frame, since window managers would put controls
+/// on one. Its background moves it. Escape closes it if the view agrees, and a closed window is
+/// merely hidden.
 class SetupWindow : public RoundedWindow
 {
     Q_OBJECT
@@ -16,7 +16,8 @@ public:
     /// The view becomes the window's own.
     SetupWindow(const QString &title, SetupView *view, WindowSystem &windowSystem);
 
-    /// Shows it in the middle of the screen with the pointer, or brings it to the front.
+    /// Shows the window in the middle of the screen that has the pointer, or brings it to the
+    /// front.
     void present();
     void setPanelPalette(const PanelPalette &palette);
 

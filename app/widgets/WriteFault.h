@@ -4,7 +4,7 @@
 
 namespace quillon {
 
-/// What every window says where a setting could not be written.
+/// Returns the text that every window shows when a setting could not be written.
 QString writeFault();
 
 } // namespace quillon

@@ -23,7 +23,8 @@ QString translated(std::string_view text)
     return QCoreApplication::translate("SearchBaseLocation", std::string(text).c_str());
 }
 
-/// Begins with a blank, as the suffixes do; empty for what is there.
+/// Returns a text that begins with a blank, as the suffixes do, or an empty text for a folder that
+/// is there.
 QString drawn(ListedLocation::Presence presence)
 {
     switch (presence) {

@@ -14,7 +14,7 @@ struct SearchLocations;
 /// A search location as a row of the list.
 struct ListedLocation
 {
-    /// It says whether an include folder is there. Patterns and extensions always are.
+    /// Says whether an include folder is there. Patterns and extensions always are.
     enum class Presence
     {
         there,
@@ -25,14 +25,16 @@ struct ListedLocation
     std::shared_ptr<const SearchBaseLocation> location;
     Presence presence = Presence::there;
 
-    /// What the row says; quiet where nothing is searched at the moment.
+    /// Returns the text of the row, which is quiet for a location where nothing is searched at the
+    /// moment.
     QList<FormTextRun> label() const;
     /// Returns whether both name the same rule, even if they were read at different times.
     bool names(const SearchBaseLocation &other) const;
 };
 
-/// All of them in the order of the list: folders ascending, whether they are there or not, then
-/// extensions, then patterns. The finder only tells the user's patterns; no disk is asked.
+/// Returns all locations in the order of the list: folders ascending, whether or not they are
+/// there, then extensions, then patterns. The finder only provides the user's patterns. No disk is
+/// asked.
 std::vector<ListedLocation> listed(const SearchLocations &locations,
                                    const SearchBaseFinder &finder);
 

@@ -8,7 +8,7 @@ namespace quillon {
 namespace {
 
 constexpr std::size_t EXAMPLES = 3;
-/// Nodes between two looks at whether others want the index.
+/// The number of nodes between two checks whether others want the index.
 constexpr unsigned SLICE = 1024;
 
 struct Step
@@ -19,7 +19,7 @@ struct Step
     bool isAboveSkipped = false;
 };
 
-/// One path of the tree, which is still there.
+/// Visits the paths of the tree that are still there.
 class Visitor
 {
 public:
@@ -40,7 +40,7 @@ public:
             if (isSkipped && !step.isAboveSkipped && result_.examples.size() < EXAMPLES)
                 result_.examples.push_back(tree_.text(step.node));
         }
-        // The child is looked at first, so that memory is read in the order of the crawl.
+        // The child is visited first, so that memory is read in the order of the crawl.
         if (node.nextSibling != PathTree::NONE)
             next.push_back({node.nextSibling, step.above, step.isAboveSkipped});
         if (node.firstChild != PathTree::NONE)

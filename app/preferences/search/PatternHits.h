@@ -9,20 +9,20 @@ namespace quillon {
 
 struct PathIndex;
 
-/// What an exclude pattern would take out of the index.
+/// The paths that an exclude pattern would remove from the index.
 struct PatternHits
 {
-    /// Paths that would go.
+    /// The number of paths that would be removed.
     std::size_t hits = 0;
-    /// Paths indexed.
+    /// The number of indexed paths.
     std::size_t paths = 0;
-    /// The first few paths that would go without one above them going.
+    /// The first few paths that would be removed while the folder above them stays.
     std::vector<std::string> examples;
-    /// Nothing but the folders to search themselves would stay.
+    /// True when only the folders to search themselves would stay.
     bool isEverything = false;
 };
 
-/// Looks at every path indexed, letting writers in meanwhile. The include folders are absolute
+/// Checks every indexed path and lets writers run meanwhile. The include folders are absolute
 /// paths, ascending. Files that are indexed count like folders.
 PatternHits patternHits(const PathIndex &index, const std::string &pattern,
                         const std::vector<std::string> &includeFolders,
