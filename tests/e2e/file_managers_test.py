@@ -342,10 +342,10 @@ def page():
                   "folder of the front window", "names"]
     managers = [manager for manager in MANAGERS if manager in SEEN]
     lines = ["# File managers", "",
-             "What the tests of `./dev check --desktop` saw on a private X11 desktop with openbox: each call was",
-             "followed by a look at the windows and at the folders that the file manager watches. The",
-             "times are how long a call took until its effect was there; programs that were not running",
-             "had to start. \"Not seen\" means that the test of it failed in that run, as on a busy machine.", "",
+             "This is what the tests of `./dev check --desktop` saw on a private X11 desktop with openbox. After each",
+             "call they checked the windows and the folders that the file manager watches. The times are how long",
+             "a call took until its effect was there; programs that were not running had to start. \"Not seen\"",
+             "means that the test failed in that run, for example on a busy machine.", "",
              "| | " + " | ".join(f"{manager} {version(manager)}" for manager in managers) + " |",
              "|---" * (len(managers) + 1) + "|"]
     for operation in operations:
