@@ -34,7 +34,7 @@ void ActionFailures::report(const ActionFailure &failure)
 void ActionFailures::forgetInIndex(const std::string &path)
 {
     const std::string folder(withoutTrailingSlashes(path));
-    // An update would wait for the end of the build, which finds out for itself what is gone.
+    // An update would wait for the end of the build, which itself finds what is gone.
     if (services_.builder.isBuilding())
         services_.searchBase.remove(folder);
     else

@@ -14,9 +14,9 @@ class TaskQueue;
 class WindowSystem;
 struct ActionFailure;
 
-/// Says what could not be opened and what to do about it: in a notification of the desktop, or in a
-/// small window where the desktop shows none. The use that was counted is taken back, and a folder
-/// that is gone leaves the index. Main thread only.
+/// Says what could not be opened and what to do about it, in a notification of the desktop or, if
+/// the desktop shows none, in a small window. The counted use is taken back, and a folder that is
+/// gone is removed from the index. Main thread only.
 class ActionFailures
 {
 public:

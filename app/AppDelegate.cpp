@@ -17,12 +17,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a disk that does not answer may hold up the end of the program.
+/// The time for which a disk that does not answer may delay the end of the program.
 constexpr auto TASK_END_TIME = 50ms;
 /// A build that takes longer shows its own window.
 constexpr auto SHORT_BUILD = 3s;
 
-/// Where the programs stand that serve this one: beside it, built or installed.
+/// Returns the folder of the programs that serve this one, which is this program's own, built or
+/// installed.
 std::string programsFolder()
 {
     return QCoreApplication::applicationDirPath().toStdString();
@@ -187,7 +188,7 @@ void AppDelegate::joinSearchPanel()
     connect(&searchWindow_, &SearchWindow::appeared, &controller,
             &LightningSearchViewController::viewWillAppear);
     connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
-        // Folders may have been named in the settings since, or be there again.
+        // The settings may name folders by now, or missing folders may be back.
         if (!searchBaseBuilder_.hasLocations())
             rebuildSearchBaseViewController_->startBuilding();
     });
@@ -218,11 +219,11 @@ void AppDelegate::showShortcutFault()
     const QString keys = QString::fromStdString(shortcut->text());
     const QString reason = QLNShortcutValidator::words(*fault, *shortcut);
     footer.setNotice(tr("%1 does not work. Preferences…").arg(keys), reason);
-    // The set-up and the preferences say it beside the shortcut.
+    // The set-up and the preferences show the fault beside the shortcut.
     if (windowTracker_.isVisible(WindowTracker::onboardingWindow) ||
         windowTracker_.isVisible(WindowTracker::preferencesWindow))
         return;
-    // Where the desktop shows no notifications, the panel's footer has to do.
+    // If the desktop shows no notifications, only the panel's footer shows the fault.
     services_.notifications.show(
         {.title = tr("%1 does not bring Quillon up").arg(keys).toStdString(),
          .text = reason.toStdString(),
@@ -247,7 +248,7 @@ void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &re
 {
     shortcutBinder_.start();
     isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
-    // Whoever wants the preferences is not to have the panel in front of them a moment later.
+    // The panel must not appear in front of the preferences that the user asked for.
     const bool showsPreferences = request.action == "preferences" && isAccessSettled_ && isSetUp();
     if (request.action == "background" || showsPreferences)
         startHidden();
@@ -282,7 +283,7 @@ void AppDelegate::buildBehindPanel(const std::string &activationToken)
     rebuildSearchBaseViewController_->startBuilding();
     windowTracker_.show(WindowTracker::searchWindow, activationToken);
     services_.mainQueue.postDelayed(SHORT_BUILD, [this] {
-        // Nothing comes between a user and a panel that is in use.
+        // No window comes between a user and a panel that is in use.
         if (searchBaseBuilder_.isBuilding() && !searchBaseBuilder_.isComparing() &&
             windowTracker_.isVisible(WindowTracker::searchWindow) &&
             !lightningSearchViewController_.isInUse())
@@ -292,7 +293,7 @@ void AppDelegate::buildBehindPanel(const std::string &activationToken)
 
 bool AppDelegate::isSetUp()
 {
-    // A folder that is away now was chosen all the same.
+    // A folder that is missing now was chosen all the same.
     return shortcutMonitor_.shortcut() && !searchBaseFinder_.bookmarks.load().empty();
 }
 
@@ -370,7 +371,7 @@ void AppDelegate::closeSearchWindow(Closing closing)
 void AppDelegate::terminate()
 {
     ProgramEnd::begin();
-    // Unlike quit() this asks no window whether it may be closed.
+    // Unlike quit(), this asks no window whether it may be closed.
     QCoreApplication::exit();
 }
 
@@ -411,7 +412,7 @@ void AppDelegate::rebuild(const std::string &activationToken)
 
 void AppDelegate::searchBaseRebuildFinished()
 {
-    // A build that nobody looks at, as one at login, brings nothing up.
+    // A build that nobody watches, such as one at login, brings up no window.
     if (!windowTracker_.isVisible(WindowTracker::buildSearchBaseWindow))
         return;
     windowTracker_.show(WindowTracker::searchWindow);
@@ -464,7 +465,7 @@ void AppDelegate::buildEnded()
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
-    // The end of the session; asking the windows first would let one of them hold it up.
+    // The session ends. Asking the windows first would let one of them delay it.
     if (watched == qApp && event->type() == QEvent::Quit) {
         terminate();
         return true;

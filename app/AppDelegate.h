@@ -41,8 +41,8 @@
 
 namespace quillon {
 
-/// Owns the long-lived objects, in the order in which they need each other, and joins them. Lives
-/// as long as the Qt loop runs.
+/// Owns the long-lived objects, in the order in which they need each other, and connects them. It
+/// lives as long as the Qt loop runs.
 class AppDelegate : public QObject,
                     public SearchPanelDelegate,
                     public AppleEventPermissionDelegate,
@@ -55,17 +55,18 @@ class AppDelegate : public QObject,
     Q_OBJECT
 
 public:
-    /// Takes what is being read of the kept index.
+    /// Takes the future result of reading the kept index.
     explicit AppDelegate(std::future<std::optional<KeptTree>> keptTree);
     ~AppDelegate() override;
 
     /// Binds the stored shortcut and carries out what the program was started for: "background"
-    /// builds the index without a window, everything else first shows what the user has to see.
+    /// builds the index without a window, and every other request first shows what the user has to
+    /// see.
     void applicationDidFinishLaunching(const RemoteControl::Request &request);
-    /// Carries out a request of another process or of the shortcut. What the user has to see first,
-    /// and has not seen or not finished, comes in place of what is asked for.
+    /// Carries out a request of another process or of the shortcut. Windows that the user has to
+    /// see first, and has not finished, are shown instead.
     void perform(const RemoteControl::Request &request);
-    /// What other processes may ask.
+    /// Returns the handlers of what other processes may ask.
     RemoteControl::Handlers remoteHandlers();
     TaskQueue &backgroundQueue() { return services_.backgroundQueue; }
 
@@ -92,15 +93,15 @@ private:
     void buildEnded() override;
 
     void joinSearchPanel();
-    /// Says in the panel and in a notification that the stored shortcut cannot be had, or takes the
-    /// word in the panel back.
+    /// Reports in the panel and in a notification that the stored shortcut cannot be had, or
+    /// removes the report from the panel.
     void showShortcutFault();
     void trackWindows();
     PanelPalette palette() const;
     void applyPalette();
 
     void startHidden();
-    /// The question about the file manager, else the set-up where it is not done, else the panel
+    /// Shows the question about the file manager, else the set-up if it is not done, else the panel
     /// over an index that is being built.
     void showFirst(const std::string &activationToken = {});
     void showPermission(const std::string &activationToken);
@@ -110,7 +111,7 @@ private:
     bool isSetUp();
     void openPreferences(const std::string &activationToken);
     void toggleSearchWindow(const std::string &activationToken);
-    /// The program's icon was clicked, or it was started again.
+    /// The program's icon was clicked, or the program was started again.
     void reopen(const std::string &activationToken);
     /// Any thread may call this.
     RemoteAnswer find(const RemoteQuery &query) const;
@@ -149,7 +150,7 @@ private:
     QLNShortcutMonitor shortcutMonitor_;
     QLNShortcutBinder shortcutBinder_;
 
-    /// Its window owns it.
+    /// The rebuild window owns it.
     BuildSearchBaseViewController *rebuildSearchBaseViewController_;
     SetupWindow buildSearchBaseWindow_;
     SetupWindow onboardingWindow_;
@@ -159,15 +160,15 @@ private:
     Updater updater_;
     Feedback feedback_;
 
-    /// The user has been asked whether the file manager may be talked to.
+    /// True once the user has been asked whether the program may talk to the file manager.
     bool isAccessSettled_ = false;
-    /// The window that the rebuild window stands in for, where there was one.
+    /// The window, if any, that the rebuild window replaced.
     std::optional<WindowTracker::Window> windowBeforeRebuild_;
-    /// Nothing has been shown yet since a start at login.
+    /// True until something is shown after a start at login.
     bool isFirstShowDue_ = false;
-    /// It holds everything that the settings name; read on every thread.
+    /// True when the index holds everything that the settings name. Every thread reads this.
     std::atomic<bool> isIndexComplete_ = false;
-    /// It is made when it is first needed.
+    /// Made when it is first needed.
     std::optional<AppleEventPermissionCoordinator> appleEventPermissionCoordinator_;
 };
 

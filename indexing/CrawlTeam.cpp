@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 /// The time between two checks of the workers, and between two "Processing" messages.
 constexpr auto TICK = 17ms;
-/// How long a stop waits for a call into the file system.
+/// The time that a stop waits for a call into the file system.
 constexpr auto STOP_GRACE = 100ms;
 /// At most this many calls that do not return are waited for at the same time.
 constexpr std::size_t MAX_MEMBERS = 16;

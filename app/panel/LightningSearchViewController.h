@@ -37,11 +37,11 @@ public:
     {
         /// Searches run on this concurrent queue, which must end before the controller does.
         TaskQueue &background;
-        /// The thread of the controller.
+        /// The queue of the controller's thread.
         TaskQueue &main;
     };
 
-    /// What can be done with a row.
+    /// The actions for a row and their services.
     struct Actions
     {
         const ActionModelFinder &list;
@@ -51,18 +51,19 @@ public:
     LightningSearchViewController(Actions actions, PanelSource &source, SearchPanelView &view,
                                   Queues queues, SearchPanelDelegate &delegate);
 
-    /// The panel is about to be seen: brings rows and state up to date.
+    /// Brings the rows and the state up to date before the panel is shown.
     void viewWillAppear();
     /// Gives the field the keyboard and selects its text, so that typing replaces it.
     void windowDidBecomeKey();
     void viewDidDisappear();
     /// Types the text as soon as the panel has the keyboard, in place of the text in the field.
     void typeAhead(const QString &text) { typedAhead_ += text; }
-    /// The user has typed something or chosen a row since the panel came up.
+    /// Returns true when the user has typed something or chosen a row since the panel came up.
     bool isInUse() const;
-    /// A build began or ended, or the folders to index are others.
+    /// A build began or ended, or the folders to index have changed.
     void indexChanged();
-    /// Shows the button when the delegate knows of a newer release. Done at each appearing as well.
+    /// Shows the button if the delegate knows of a newer release. Each showing of the panel does so
+    /// too.
     void updateUpdateButton();
 
 protected:
@@ -95,7 +96,7 @@ private:
 
     void confirm(ActionShortcutFlags flags);
     void addHomeFolder();
-    /// Counts the use, and carries out what is bound to the keys, if anything is.
+    /// Counts the use, and carries out the action for the keys, if there is one.
     void open(const SearchBaseResultRef &result, ActionShortcutFlags flags);
 
     void updateHints();
@@ -113,24 +114,25 @@ private:
     PanelKeyboard keyboard_;
     PanelMenus menus_;
 
-    /// The newest search has not ended yet.
+    /// True until the newest search has ended.
     bool hasPendingSearch_ = false;
-    /// The pending search has been running for long enough to say so.
+    /// True when the pending search has been running long enough to show it.
     bool isSearchSlow_ = false;
     bool isFetchingFrontWindow_ = false;
-    /// It is the number of the newest search. An earlier one may have known less, so its answer is
+    /// The number of the newest search. An earlier one may have known less, so its answer is
     /// dropped.
     std::uint64_t newestSearch_ = 0;
     std::optional<std::string> answeredQuery_;
     QString typedAhead_;
-    /// The rows where nothing was used yet, as they were read when the panel last came up.
+    /// The rows that are shown before anything has been used, as they were read when the panel last
+    /// came up.
     std::vector<SearchBaseResultRef> places_;
     /// The row that is selected until the user selects another one.
     int firstSelectedRow_ = 0;
     /// The keys of a Return that came before the answer to the typed text. They open the row that
     /// the answer selects.
     std::optional<ActionShortcutFlags> pendingOpen_;
-    /// The user is about to choose: the rows stay as they are.
+    /// True when the user is about to choose, so that the rows stay as they are.
     bool isSelectionMoved_ = false;
 };
 

@@ -15,7 +15,7 @@ namespace {
 constexpr Qt::KeyboardModifiers CONSIDERED =
     Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
 
-/// The command of a key whatever is typed, pressed without modifiers.
+/// Returns the command of a key that does not depend on the text, pressed without modifiers.
 std::optional<PanelCommand> plainCommand(int key)
 {
     switch (key) {
@@ -38,7 +38,8 @@ std::optional<PanelCommand> plainCommand(int key)
     }
 }
 
-/// Home and End go through the rows where they would not move the caret.
+/// Returns the command of Home and End, which move through the rows when they would not move the
+/// caret.
 std::optional<PanelCommand> edgeCommand(int key, const QLineEdit &field)
 {
     if (field.hasSelectedText())
@@ -129,7 +130,7 @@ bool PanelKeyboard::eventFilter(QObject *watched, QEvent *event)
         noteModifier(static_cast<const QKeyEvent &>(*event));
         return false;
     case QEvent::InputMethod: {
-        // Before the field takes it in: a commit changes the text within.
+        // This runs before the field handles the event, since a commit changes the text meanwhile.
         const bool wasComposing = isComposing_;
         isComposing_ = !static_cast<QInputMethodEvent &>(*event).preeditString().isEmpty();
         if (wasComposing && !isComposing_)
@@ -180,7 +181,7 @@ void PanelKeyboard::noteModifier(const QKeyEvent &event)
     if (!isModifier(event.key()))
         return;
     const ActionShortcutFlags now = shortcutFlags(QGuiApplication::queryKeyboardModifiers());
-    // The keys of the shortcut that brought the panel up are still held when it has come.
+    // When the panel has come up, the keys of the shortcut are still held.
     if (event.type() == QEvent::KeyPress || heldKeys_ != ActionShortcutFlags{})
         setHeldKeys(now);
 }

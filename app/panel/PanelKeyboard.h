@@ -9,7 +9,7 @@ class QLineEdit;
 
 namespace quillon {
 
-/// Says what keys ask of the panel.
+/// A command that a key gives to the panel.
 enum class PanelCommand
 {
     /// Return, with the modifiers held.
@@ -29,22 +29,22 @@ enum class PanelCommand
     terminate,
 };
 
-/// The Ctrl, Alt and Shift keys among the modifiers.
+/// Returns the Ctrl, Alt and Shift keys among the modifiers.
 ActionShortcutFlags shortcutFlags(Qt::KeyboardModifiers modifiers);
 
-/// Reads the keys that reach the panel's field and its buttons. What is a command does not reach
-/// them; while an input method composes a text, every key is its own.
+/// Reads the keys that reach the panel's field and its buttons. Keys that are commands do not reach
+/// them. While an input method composes a text, it gets every key.
 class PanelKeyboard : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The field outlives this.
+    /// The field outlives this object.
     explicit PanelKeyboard(QLineEdit &field);
 
     /// After this call text typed on the button goes to the field, and Escape leads there.
     void watchButton(QObject &button);
-    /// Returns true while the field shows a text that its user has not settled on.
+    /// Returns true while the field shows a text that an input method is still composing.
     bool isComposing() const { return isComposing_; }
     /// Forgets the keys that were held and the text that was being composed.
     void reset();
@@ -53,7 +53,8 @@ Q_SIGNALS:
     void commanded(PanelCommand command, ActionShortcutFlags flags);
     /// The row of this number, counted from 0, is to be opened.
     void rowWanted(int row);
-    /// Modifiers pressed here and still held; none for those that were held before.
+    /// Reports the modifiers that were pressed here and are still held, without those that were
+    /// held before.
     void heldKeysChanged(ActionShortcutFlags flags);
     void compositionEnded();
 

@@ -30,7 +30,7 @@ QString styleSheet(const PanelPalette &palette)
              palette.tint.name(), palette.quiet.name());
 }
 
-/// A text that shows its ampersands.
+/// Returns a text that shows its ampersands.
 QString literally(QString text)
 {
     return text.replace(u'&', QStringLiteral("&&"));
@@ -75,7 +75,7 @@ void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint 
     for (const PanelFooter::Hint &hint : hints) {
         if (hint.toolTip.isEmpty())
             continue;
-        // Behind a tabulator stands what a menu says about keys, with no gap of its own.
+        // A menu shows the text after a tabulator on the right, without a gap of its own.
         const QString &words = hint.menuText.isEmpty() ? hint.meaning : hint.menuText;
         const QString text = literally(words) + KEYS_COLUMN + keyNames(hint.flags, u'+');
         connect(menu->addAction(text), &QAction::triggered, this,

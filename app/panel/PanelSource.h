@@ -9,24 +9,25 @@
 
 namespace quillon {
 
-/// Says what the search panel asks of the index.
+/// What the search panel asks of the index.
 class PanelSource
 {
 public:
     struct State
     {
-        /// Paths indexed so far.
+        /// The number of paths indexed so far.
         std::size_t count = 0;
         bool isBuilding = false;
-        /// The index is that of the last run, and the build compares it with the disk.
+        /// True when the index is that of the last run, and the build compares it with the disk.
         bool isComparing = false;
-        /// The last build was cancelled, so that folders are missing.
+        /// True when the last build was cancelled, so that folders are missing.
         bool isCancelled = false;
-        /// It is false when the settings name no folder to index.
+        /// False when the settings name no folder to index.
         bool hasLocations = true;
-        /// The home folder was to be searched, which could not be written into the settings.
+        /// True when the home folder should be searched, but could not be written into the
+        /// settings.
         bool isWriteRefused = false;
-        /// The folders that the settings name and that were not there when the index was built.
+        /// The folders that the settings name and that were missing when the index was built.
         std::vector<std::string> away = {};
     };
     struct Answer
@@ -41,25 +42,25 @@ public:
     PanelSource(const PanelSource &) = delete;
     PanelSource &operator=(const PanelSource &) = delete;
 
-    /// It is called on a background thread, several at a time. "~" at the beginning of a path
-    /// stands for the home folder. Where the query is exactly the path of something that exists,
-    /// its row is the selected one, else the first.
+    /// It is called on background threads, several at a time. "~" at the beginning of a path stands
+    /// for the home folder. If the query is exactly the path of something that exists, its row is
+    /// the selected one, else the first.
     virtual Answer search(const std::string &query) const = 0;
-    /// The rows for a query too short to search for.
+    /// Returns the rows for a query that is too short to search for.
     virtual std::vector<SearchBaseResultRef> mostAccessedResults() const = 0;
-    /// The rows where nothing was used yet: folders that the desktop offers and that are there.
-    /// It is called on a background thread, since it asks the disk.
+    /// Returns the rows that are shown before anything has been used: folders that the desktop
+    /// offers and that exist. It is called on a background thread, since it asks the disk.
     virtual std::vector<SearchBaseResultRef> places() const = 0;
-    /// Counts one use of the result's path, saved at once.
+    /// Counts one use of the result's path, which is saved at once.
     virtual void recordUse(const SearchBaseResultRef &result) = 0;
     virtual State state() const = 0;
 
-    /// Returns whether searches are to find the items of the file manager window that is in front.
+    /// Returns whether searches find the items of the file manager window that is in front.
     virtual bool isFrontWindowSearched() const = 0;
-    /// Has later searches find the items that the window shows now, and calls back when they do;
-    /// never when forgetFrontWindow() comes first.
+    /// Makes later searches find the items that the window shows now, and calls back when they do.
+    /// Never calls back if forgetFrontWindow() comes first.
     virtual void refreshFrontWindow(std::function<void()> completion) = 0;
-    /// Has later searches find none of them.
+    /// Makes later searches find none of these items.
     virtual void forgetFrontWindow() = 0;
 
     /// Makes the user's home folder the folder to index.

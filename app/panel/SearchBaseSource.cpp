@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long an answer waits for the disk to say whether a typed path exists.
+/// The time that an answer waits for the disk to say whether a typed path exists.
 constexpr auto DISK_PATIENCE = 300ms;
 
 } // namespace

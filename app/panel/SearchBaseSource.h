@@ -25,7 +25,7 @@ public:
         SearchBaseBuilder &builder;
         FrontFinderSearch &frontFinderSearch;
         const Places &places;
-        /// Asks the disk itself, however long the disk takes. Outlives also the calls that hang.
+        /// Asks the disk itself, however long the disk takes. It also outlives the calls that hang.
         FolderLister &disk;
     };
 

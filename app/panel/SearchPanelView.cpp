@@ -27,15 +27,15 @@ namespace quillon {
 
 namespace {
 
-/// QLineEdit keeps this much to itself left of its text.
+/// QLineEdit reserves this space on the left of its text.
 constexpr int FIELD_OWN_MARGIN = 2;
 constexpr int UPDATE_BUTTON_WIDTH = 108;
 constexpr int UPDATE_BUTTON_HEIGHT = 36;
-/// Right of the menu button, so that its dots end where the texts below them do.
+/// The space on the right of the menu button, whose dots end where the texts below them end.
 constexpr int MENU_BUTTON_EDGE = 12;
 
-/// Where in a list the visible rows are: a slim mark in the inset beside them, which takes no room
-/// from them. The wheel and the keys do the scrolling.
+/// Shows which part of a list is visible: a slim mark in the inset beside the rows, which takes no
+/// room from them. The wheel and the keys scroll the list.
 class ScrollMark : public QWidget
 {
 public:
@@ -188,7 +188,7 @@ void SearchPanelView::setShowsMessage(bool showsMessage)
 {
     if (message_->isHidden() != showsMessage)
         return;
-    // One goes before the other comes, or the layout asks for room for both.
+    // One widget is hidden before the other is shown, or the layout would ask for room for both.
     (showsMessage ? static_cast<QWidget *>(table_) : message_)->hide();
     (showsMessage ? static_cast<QWidget *>(message_) : table_)->show();
 }

@@ -19,7 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Qt tells a loss of the keyboard up to 100 ms late.
+/// Qt reports a loss of the keyboard up to 100 ms late.
 constexpr auto SETTLING = 200ms;
 /// This share of the free height is above the panel.
 constexpr double SHARE_ABOVE = 0.3;
@@ -50,9 +50,10 @@ void SearchWindow::present()
         previousWindow_ = windowSystem().activeWindow();
         fitToCompositing();
         placeOnScreenWithPointer();
-        // Until Qt tells of the loss it believes in the keyboard of the last time.
+        // Until Qt reports the loss, it believes that the panel has the keyboard from the last
+        // time.
         hasHadKeyboard_ = QGuiApplication::focusWindow() == windowHandle();
-        // Window managers forget it each time that the window goes.
+        // Window managers forget this each time that the window is hidden.
         windowSystem().keepOutOfTaskbar(winId());
         show();
     }
@@ -70,7 +71,7 @@ void SearchWindow::present()
 
 void SearchWindow::dismiss()
 {
-    // Whoever took the keyboard away meanwhile keeps it.
+    // A window that took the keyboard away meanwhile keeps it.
     const bool hasKeyboard = isActiveWindow();
     hide();
     if (hasKeyboard)
@@ -93,14 +94,14 @@ void SearchWindow::hideWithoutFocus()
         hasHadKeyboard_ = true;
         return;
     }
-    // What another window of this program loses is on its way to this one.
+    // Another window of this program lost the keyboard, which is on its way to this one.
     if (!hasHadKeyboard_)
         return;
-    // The loss may be one from before the panel was shown that Qt reports late. Then the keyboard
-    // is on its way.
+    // The panel may have lost the keyboard before it was shown, and Qt reports it late. Then the
+    // keyboard is on its way.
     auto wait = SETTLING - std::chrono::milliseconds(presented_.elapsed());
-    // A window manager takes the keyboard from the active window while it moves that window, and no
-    // event tells when it activates another one instead of giving the keyboard back.
+    // A window manager takes the keyboard from the active window while it moves that window. If it
+    // then activates another window instead of giving the keyboard back, no event says so.
     if (windowSystem().activeWindow() == winId())
         wait = SETTLING;
     if (wait > 0ms)

@@ -12,29 +12,29 @@ class IconSource;
 class SearchPanelView;
 class WindowSystem;
 
-/// The window around the panel: above the others, out of the taskbar, gone when another window
-/// becomes active, unless a row is being dragged there. The background moves it until it is shown
-/// the next time. Kept when closed and shown again.
+/// The window around the panel. It is above the others and out of the taskbar. It is hidden when
+/// another window becomes active, unless a row is being dragged there. Its background moves it
+/// until it is shown the next time. A closed window is kept and shown again.
 class SearchWindow : public RoundedWindow
 {
     Q_OBJECT
 
 public:
-    /// The native window is made at once, so that the first showing is as quick as the others.
+    /// The native window is made at once, so that the first showing is as fast as the others.
     SearchWindow(IconSource &icons, WindowSystem &windowSystem);
 
     SearchPanelView &view() { return *view_; }
 
     /// Brings the panel up on the screen with the pointer and gives it the keyboard.
     void present();
-    /// Hides the panel and gives the keyboard back to the window that had it. Where another window
-    /// is about to come up, hide() does not get in its way.
+    /// Hides the panel and gives the keyboard back to the window that had it. To make way for
+    /// another window, hide() is called instead, which gives the keyboard to no window.
     void dismiss();
 
 Q_SIGNALS:
-    /// Nothing of it is seen yet, and the window in front is still another one.
+    /// The panel is not visible yet, and the window in front is still another one.
     void willAppear();
-    /// It was shown and now has the keyboard.
+    /// The panel was shown and now has the keyboard.
     void becameKey();
     void appeared();
     void disappeared();
@@ -51,14 +51,13 @@ private:
     void placeOnScreenWithPointer();
 
     SearchPanelView *view_;
-    /// Had the keyboard before the panel came up.
+    /// The window that had the keyboard before the panel came up.
     std::uintptr_t previousWindow_ = 0;
-    /// This clock runs since the panel was last brought up.
+    /// Runs since the panel was last brought up.
     QElapsedTimer presented_;
-    /// It says whether the panel has had the keyboard since it was shown, so that it can lose the
-    /// keyboard.
+    /// True when the panel has had the keyboard since it was shown, so that it can lose it.
     bool hasHadKeyboard_ = false;
-    /// Something is on its way from here to another window.
+    /// True while something is being dragged from here to another window.
     bool isDraggedFrom_ = false;
 };
 

@@ -29,13 +29,13 @@ QString notSet()
     return QStringLiteral("not set");
 }
 
-/// The name of a value that the program knows nothing of; it may hold anything.
+/// Stands for a value that the program does not know, since such a value may hold anything.
 QString somethingElse()
 {
     return QStringLiteral("something else");
 }
 
-/// The variable of the session when it looks like one.
+/// Returns the variable of the session if it looks like one.
 QString sessionVariable(const char *name)
 {
     static const QRegularExpression WORDS(QStringLiteral("^[A-Za-z0-9:._-]{1,64}$"));
@@ -64,7 +64,7 @@ QString boolean(const DefaultsStore &defaults, std::string_view key)
     return !value ? notSet() : *value ? QStringLiteral("true") : QStringLiteral("false");
 }
 
-/// One of the words that the program itself writes there.
+/// Returns the stored choice, which is one of the words that the program itself writes.
 QString choice(const DefaultsStore &defaults, const PreferencesSelectList &list)
 {
     if (!defaults.contains(list.key()))
@@ -74,7 +74,7 @@ QString choice(const DefaultsStore &defaults, const PreferencesSelectList &list)
     return value == keys.end() ? somethingElse() : QString::fromStdString(*value);
 }
 
-/// How many the list or dictionary has.
+/// Returns the number of elements in the list or dictionary.
 QString count(const DefaultsStore &defaults, std::string_view key)
 {
     if (!defaults.contains(key))
@@ -101,7 +101,7 @@ QString fileManager(const DefaultsStore &defaults)
     return somethingElse();
 }
 
-/// How many actions of each kind.
+/// Returns the number of actions of each kind.
 QStringList actions(DefaultsStore &defaults)
 {
     if (!defaults.contains(PreferenceKeys::ACTIONS_LIST))

@@ -19,8 +19,8 @@ class SearchBaseFinder;
 class TaskQueue;
 struct PathIndex;
 
-/// Asks for a text that keeps folders out of the index, and says beforehand which of those indexed
-/// it would. A text that would leave nothing is added only once that has been said.
+/// Asks for a text that keeps folders out of the index, and shows beforehand which indexed folders
+/// it would remove. A text that would leave nothing is added only after the user has seen that.
 class AddExcludePatternSearchLocation : public FormSheet
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
     struct Services
     {
         SearchBaseFinder &searchBaseFinder;
-        /// Lives as long as tasks run on the background queue.
+        /// It outlives the tasks on the background queue.
         const PathIndex &index;
         TaskQueue &background;
         TaskQueue &main;
@@ -59,11 +59,11 @@ private:
     std::function<void()> added_;
     QLineEdit *patternTextField_;
     FormNote *note_;
-    /// Typing has settled.
+    /// Runs out once typing has settled.
     QTimer settled_;
     std::stop_source search_;
     std::optional<Answer> answer_;
-    /// The user wants it added as soon as its hits are known.
+    /// True when the user wants the pattern added as soon as its hits are known.
     bool isConfirmed_ = false;
 };
 

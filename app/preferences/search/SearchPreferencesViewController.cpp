@@ -186,7 +186,7 @@ void SearchPreferencesViewController::removeSelected()
         return;
     note_->sayFault({});
     removed_ = locations_.at(static_cast<std::size_t>(*row)).location;
-    // Which entries lead to the folder is asked of the disk.
+    // Only the disk can say which entries lead to the folder.
     services_.background.post([services = services_, removed = removed_, self = QPointer(this)] {
         services.searchBaseFinder.remove(*removed);
         services.main.post([self] {
