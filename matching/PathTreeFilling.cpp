@@ -2,8 +2,8 @@
 //
 // A tree that is read from a file needs none of what makes single insertions safe: every child is
 // new, comes after its parent, and nobody searches yet. So a child is linked and nothing more. What
-// ancestors hold of the nodes below them is gathered in one sweep at the end, and the table by which
-// children are found by name is made only when somebody wants it, since searches do without.
+// ancestors hold of the nodes below them is gathered in one sweep at the end, and the table by
+// which children are found by name is made only when somebody wants it, since searches do without.
 
 #include "matching/PathTree.h"
 
