@@ -64,8 +64,8 @@ public:
     /// Returns the folder's present stamp, which is unknown when the file system gives none.
     virtual FolderStamp stamp() const = 0;
     /// Returns the present stamp of a folder in this one without opening it. Unknown where nothing
-    /// of this name is a folder, where the file system gives none, and where another file system may
-    /// be mounted. Called as open().
+    /// of this name is a folder, where the file system gives none, and where another file system
+    /// may be mounted. Called as open().
     virtual FolderStamp childStamp(const std::string &name) const = 0;
 };
 
