@@ -200,8 +200,8 @@ PathTree::NodeId PathTree::allocate()
     return used_++;
 }
 
-/// Returns what an ancestor holds because of a node: what the node holds, its slash, and the pair of
-/// the parent's last byte and that slash.
+/// Returns what an ancestor holds because of a node: what the node holds, its slash, and the pair
+/// of the parent's last byte and that slash.
 PathTree::Held PathTree::broughtBy(NodeId id) const
 {
     const Node &child = node(id);

@@ -78,9 +78,9 @@ public:
     /// Does what insert() does for the parent's text, a slash (none below ROOT) and the name, which
     /// holds no slash.
     NodeId insertChild(NodeId parent, std::string_view name, Flags flags);
-    /// Adds a child that is not there yet to a tree in which no node was ever removed. Only this may
-    /// be called until endAppending(). Looking for a child then takes the longer, the more siblings
-    /// there are, until useTable() is called.
+    /// Adds a child that is not there yet to a tree in which no node was ever removed. Only this
+    /// may be called until endAppending(). Looking for a child then takes the longer, the more
+    /// siblings there are, until useTable() is called.
     NodeId appendNew(NodeId parent, std::string_view name, Flags flags);
     void endAppending();
     /// Returns a table of all children, made several times as quick as one by one. Absent where a

@@ -5,8 +5,9 @@
 #include <sstream>
 #include <string>
 
-#include <malloc.h>
 #include <unistd.h>
+
+#include <malloc.h>
 
 namespace quillon {
 
