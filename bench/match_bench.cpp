@@ -1,5 +1,6 @@
-// Measures the matcher over the corpus: every needle on one and on two threads, laying the tree out
-// anew, insertion of the sorted list, and memory by number of folders.
+// Measures the matcher over the corpus: every needle in both orders (match/... by the whole path,
+// names/... with names first) on one and on two threads, laying the tree out anew, insertion of the
+// sorted list, and memory by number of folders.
 //
 // match_bench [--benchmark_...] [COUNT]: COUNT folders (1,000,000) for the needles and insertion.
 // A needle stands in its measurement's name with % and two digits for every byte that is no letter
@@ -21,6 +22,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <malloc.h>
@@ -53,11 +55,11 @@ std::string escaped(std::string_view query)
 }
 
 void measureNeedle(benchmark::State &state, FuzzyMatch &matcher, const Needle &needle,
-                   std::size_t candidates)
+                   MatchOrder order, std::size_t candidates)
 {
     matcher.setSearchThreads(static_cast<unsigned>(state.range(0)));
     for ([[maybe_unused]] const auto step : state)
-        benchmark::DoNotOptimize(matcher.match(needle.query, ROWS));
+        benchmark::DoNotOptimize(matcher.match(needle.query, ROWS, order));
     state.SetLabel(std::string(needle.kind));
     state.counters["candidates"] = static_cast<double>(candidates);
 }
@@ -117,15 +119,19 @@ void measureNeedles(FuzzyMatch &matcher, const List &list)
     for (const Needle &needle : needles()) {
         const auto candidates = static_cast<std::size_t>(std::ranges::count_if(
             list.views, [&](std::string_view path) { return isSubsequence(needle.query, path); }));
-        benchmark::RegisterBenchmark(("match/" + escaped(needle.query)).c_str(),
-                                     [&matcher, &needle, candidates](benchmark::State &state) {
-                                         measureNeedle(state, matcher, needle, candidates);
-                                     })
-            ->ArgName("threads")
-            ->Arg(1)
-            ->Arg(2)
-            ->UseRealTime()
-            ->Unit(benchmark::kMillisecond);
+        for (const auto &[order, name] :
+             {std::pair(MatchOrder::path, "match/"), std::pair(MatchOrder::names, "names/")}) {
+            benchmark::RegisterBenchmark(
+                (name + escaped(needle.query)).c_str(),
+                [&matcher, &needle, order = order, candidates](benchmark::State &state) {
+                    measureNeedle(state, matcher, needle, order, candidates);
+                })
+                ->ArgName("threads")
+                ->Arg(1)
+                ->Arg(2)
+                ->UseRealTime()
+                ->Unit(benchmark::kMillisecond);
+        }
     }
 }
 

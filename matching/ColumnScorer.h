@@ -26,9 +26,18 @@ public:
 
     /// Returns the state of the empty text.
     State initialState() const;
-    /// Carries the state of a text over the bytes that follow. The text has position bytes, and
-    /// previous is the last of them, or "/" where there is none.
-    void extend(State &state, std::size_t position, char previous, std::string_view bytes) const;
+    /// Carries a state over a name. It is that of the beginning up to the slash before the name,
+    /// which has position bytes.
+    void extendByName(State &state, std::size_t position, std::string_view name) const
+    {
+        extend(state, position, '/', name);
+    }
+    /// Does the same for the name and the slash behind it.
+    void enterName(State &state, std::size_t position, std::string_view name) const
+    {
+        extend(state, position, '/', name);
+        extend(state, position + name.size(), name.empty() ? '/' : name.back(), "/");
+    }
     /// Returns the score of a text that is longer than the query.
     double score(const State &state) const { return state[rows_ - 1]; }
 
@@ -39,6 +48,7 @@ private:
         std::uint16_t end = 0;
     };
 
+    void extend(State &state, std::size_t position, char previous, std::string_view bytes) const;
     void extendByByte(double *best, double *ending, std::size_t position, char previous,
                       char byte) const;
 

@@ -20,17 +20,17 @@ constexpr unsigned MOST_SEARCH_THREADS = 2;
 constexpr int MOST_LOSSES = 2;
 constexpr double MOST_ACCESSED_SCORE = 1.0;
 
-std::vector<TreeSearch::Match> searched(const PathIndex &index, std::string_view pattern,
-                                        const RecentAccessSnapshot *uses, std::size_t top,
-                                        unsigned threads)
+template <typename Rule>
+std::vector<TreeMatch> searched(const PathIndex &index, std::string_view pattern,
+                                const RecentAccessSnapshot *uses, std::size_t top, unsigned threads)
 {
     for (int losses = 0; losses < MOST_LOSSES; ++losses) {
-        TreeSearch search(pattern, index, uses, top);
-        std::vector<TreeSearch::Match> matches = search.run(threads);
+        TreeSearch<Rule> search(pattern, index, uses, top);
+        std::vector<TreeMatch> matches = search.run(threads);
         if (!search.hasLostMatches())
             return matches;
     }
-    return TreeSearch(pattern, index, uses, top).runInOneGo();
+    return TreeSearch<Rule>(pattern, index, uses, top).runInOneGo();
 }
 
 } // namespace
@@ -72,12 +72,15 @@ void FuzzyMatch::arrange()
     index_->arrange();
 }
 
-std::vector<FuzzyMatchResult> FuzzyMatch::match(std::string_view pattern, std::size_t top) const
+std::vector<FuzzyMatchResult> FuzzyMatch::match(std::string_view pattern, std::size_t top,
+                                                MatchOrder order) const
 {
     const auto uses = recentAccessScore_ == nullptr ? nullptr : recentAccessScore_->snapshot();
+    const auto search =
+        order == MatchOrder::names ? searched<NamesFirstRule> : searched<WholePathRule>;
     std::vector<FuzzyMatchResult> results;
-    for (TreeSearch::Match &match : searched(*index_, pattern, uses.get(), top, searchThreads_)) {
-        std::vector<TextRange> ranges = highlights(pattern, match.text);
+    for (TreeMatch &match : search(*index_, pattern, uses.get(), top, searchThreads_)) {
+        std::vector<TextRange> ranges = highlights(pattern, match.text, order);
         results.emplace_back(std::move(match.text), match.score, std::move(ranges));
     }
     return results;
@@ -99,9 +102,11 @@ std::vector<FuzzyMatchResult> FuzzyMatch::mostAccessedResults(std::size_t top) c
     return results;
 }
 
-std::vector<TextRange> FuzzyMatch::highlights(std::string_view pattern, std::string_view text) const
+std::vector<TextRange> FuzzyMatch::highlights(std::string_view pattern, std::string_view text,
+                                              MatchOrder order) const
 {
-    return highlightRanges(pattern, text);
+    return order == MatchOrder::names ? namesFirstRanges(pattern, text)
+                                      : highlightRanges(pattern, text);
 }
 
 void FuzzyMatch::uprankResult(const SearchBaseResult &result)

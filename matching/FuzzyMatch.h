@@ -1,6 +1,7 @@
 #pragma once
 
 #include "matching/FuzzyMatchResult.h"
+#include "matching/MatchOrder.h"
 #include "matching/PathIndex.h"
 #include "results/SearchBaseResult.h"
 
@@ -40,13 +41,16 @@ public:
     void arrange();
 
     /// Returns at most top candidates that hold the pattern as a subsequence, by score descending
-    /// and then by text ascending, in byte order. An upper-case letter of the pattern matches only
-    /// itself, a lower-case letter matches both cases.
-    std::vector<FuzzyMatchResult> match(std::string_view pattern, std::size_t top) const;
+    /// and then by text ascending, in byte order; with names first, the shorter of two texts of
+    /// equal score comes before. An upper-case letter of the pattern matches only itself, a
+    /// lower-case letter matches both cases.
+    std::vector<FuzzyMatchResult> match(std::string_view pattern, std::size_t top,
+                                        MatchOrder order = MatchOrder::path) const;
     /// Returns those of the top most used texts that are candidates, the most used one first.
     std::vector<FuzzyMatchResult> mostAccessedResults(std::size_t top) const;
     /// Returns the runs of the text to mark for the pattern.
-    std::vector<TextRange> highlights(std::string_view pattern, std::string_view text) const;
+    std::vector<TextRange> highlights(std::string_view pattern, std::string_view text,
+                                      MatchOrder order = MatchOrder::path) const;
     /// Records one use of the result's path. Main thread.
     void uprankResult(const SearchBaseResult &result);
 

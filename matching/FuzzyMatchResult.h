@@ -16,7 +16,7 @@ public:
     const std::string &text() const { return text_; }
     /// Returns the match quality plus the share of all recorded uses. Either infinity is possible.
     double score() const { return score_; }
-    /// Longest first, without overlaps, each of two characters or more.
+    /// Returns the ranges of the text to mark, see highlightRanges() and namesFirstRanges().
     const std::vector<TextRange> &highlightRanges() const { return highlightRanges_; }
     /// Returns several lines for the log.
     std::string description() const;

@@ -1,6 +1,7 @@
 #include "matching/Highlights.h"
 
 #include "base/Utf8.h"
+#include "matching/NamesFirstScore.h"
 
 #include <QChar>
 
@@ -84,6 +85,28 @@ std::vector<TextRange> highlightRanges(std::string_view query, std::string_view 
     for (const Run &run : kept)
         ranges.push_back(
             {static_cast<std::int64_t>(run.location), static_cast<std::int64_t>(run.length)});
+    return ranges;
+}
+
+std::vector<TextRange> namesFirstRanges(std::string_view query, std::string_view text)
+{
+    const std::vector<std::size_t> places = namesFirstMatch(query, text);
+    std::vector<TextRange> ranges;
+    auto place = places.begin();
+    std::size_t byte = 0;
+    for (std::int64_t character = 0; place != places.end(); ++character) {
+        const std::size_t end = byte + firstUtf8Character(text.substr(byte)).length;
+        const auto next =
+            std::find_if(place, places.end(), [end](std::size_t at) { return at >= end; });
+        if (next != place) {
+            if (!ranges.empty() && ranges.back().location + ranges.back().length == character)
+                ++ranges.back().length;
+            else
+                ranges.push_back({character, 1});
+        }
+        place = next;
+        byte = end;
+    }
     return ranges;
 }
 

@@ -13,4 +13,8 @@ namespace quillon {
 /// inside a range before it, or has the same text as one. Ranges may overlap.
 std::vector<TextRange> highlightRanges(std::string_view query, std::string_view text);
 
+/// The ranges of the text to mark for a query where names come first: the characters that
+/// namesFirstMatch() matches, in the order of the text, neighbours as one range.
+std::vector<TextRange> namesFirstRanges(std::string_view query, std::string_view text);
+
 } // namespace quillon

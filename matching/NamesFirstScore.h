@@ -55,6 +55,7 @@ public:
         continuesRun = 2,
     };
 
+    State() = default;
     /// Begins the state of the empty text, for a query of so many bytes.
     explicit State(std::size_t queryLength);
 

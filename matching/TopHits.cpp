@@ -10,6 +10,8 @@ bool TopHits::isBetter(const Hit &a, const Hit &b) const
 {
     if (a.score != b.score)
         return a.score > b.score;
+    if (a.length != b.length)
+        return a.length < b.length;
     return std::is_lt(tree_.compareTexts(a.node, b.node));
 }
 

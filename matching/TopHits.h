@@ -3,6 +3,7 @@
 #include "matching/PathTree.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace quillon {
@@ -12,10 +13,12 @@ struct Hit
 {
     double score = 0;
     PathTree::NodeId node = PathTree::NONE;
+    /// Of equal scores the lesser length is better. It is 0 where length plays no part.
+    std::uint32_t length = 0;
 };
 
-/// Collects the best hits, at most a given number of them, by score descending and then by text
-/// ascending. Not synchronised. The tree is read when hits are compared.
+/// Collects the best hits, at most a given number of them, by score descending, then by length and
+/// then by text ascending. Not synchronised. The tree is read when hits are compared.
 class TopHits
 {
 public:

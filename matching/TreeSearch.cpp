@@ -17,19 +17,21 @@ constexpr std::size_t FEWEST_CANDIDATES_FOR_HELPERS = 20'000;
 
 } // namespace
 
-TreeSearch::TreeSearch(std::string_view query, const PathIndex &index,
-                       const RecentAccessSnapshot *uses, std::size_t top)
+template <typename Rule>
+TreeSearch<Rule>::TreeSearch(std::string_view query, const PathIndex &index,
+                             const RecentAccessSnapshot *uses, std::size_t top)
     : query_(query), index_(index), uses_(uses), top_(top), needed_(query.size() + 1)
 {
     for (std::size_t i = query.size(); i-- > 0;)
         needed_[i] = needed_[i + 1] | classesOf(query[i]);
     if (!query.empty() && query.size() <= scoring::MAX_LENGTH)
         scorer_.emplace(query);
-    if (scorer_ && query.size() <= UnitScorer::LONGEST_QUERY)
+    if (scorer_ && query.size() <= Rule::UnitScorer::LONGEST_QUERY)
         unitScorer_.emplace(query);
 }
 
-std::vector<TreeSearch::Match> TreeSearch::run(unsigned threads)
+template <typename Rule>
+std::vector<TreeMatch> TreeSearch<Rule>::run(unsigned threads)
 {
     if (top_ == 0)
         return {};
@@ -46,12 +48,13 @@ std::vector<TreeSearch::Match> TreeSearch::run(unsigned threads)
     return finish();
 }
 
-std::vector<TreeSearch::Match> TreeSearch::runInOneGo()
+template <typename Rule>
+std::vector<TreeMatch> TreeSearch<Rule>::runInOneGo()
 {
     letsWritersIn_ = false;
     const ReadingIndex reading(index_.lock);
     begin();
-    TreeSearchWorker worker(*this);
+    TreeSearchWorker<Rule> worker(*this);
     while (const std::optional<Work> work = take()) {
         worker.walk(*work);
         finishWork();
@@ -61,7 +64,8 @@ std::vector<TreeSearch::Match> TreeSearch::runInOneGo()
 }
 
 /// Starts fewer threads where the system has none to give: the caller's own finds everything alone.
-std::vector<std::jthread> TreeSearch::startHelpers(unsigned threads)
+template <typename Rule>
+std::vector<std::jthread> TreeSearch<Rule>::startHelpers(unsigned threads)
 {
     std::vector<std::jthread> helpers;
     try {
@@ -73,7 +77,8 @@ std::vector<std::jthread> TreeSearch::startHelpers(unsigned threads)
     return helpers;
 }
 
-void TreeSearch::begin()
+template <typename Rule>
+void TreeSearch<Rule>::begin()
 {
     index_.tree.pin();
     generation_ = index_.tree.generation();
@@ -86,7 +91,8 @@ void TreeSearch::begin()
         scoreUsedTexts();
 }
 
-void TreeSearch::scoreUsedTexts()
+template <typename Rule>
+void TreeSearch<Rule>::scoreUsedTexts()
 {
     // These texts are scored apart, so that their shares never loosen the bound for the others.
     const MutexLock guard(mutex_);
@@ -97,15 +103,17 @@ void TreeSearch::scoreUsedTexts()
         if (node == PathTree::NONE || (index_.tree.node(node).flags & PathTree::CANDIDATE) == 0)
             continue;
         used_.insert(node);
-        hits_->add({fuzzyScore(query_, text) + uses_->share(text), node});
+        hits_->add(Rule::hit(Rule::score(query_, text) + uses_->share(text), node,
+                             index_.tree.node(node)));
     }
     if (hits_->isFull())
-        raiseThreshold(hits_->worst().score);
+        raiseThreshold(hits_->worst());
 }
 
-void TreeSearch::runWorker()
+template <typename Rule>
+void TreeSearch<Rule>::runWorker()
 {
-    TreeSearchWorker worker(*this);
+    TreeSearchWorker<Rule> worker(*this);
     bool isWorthKeeping = true;
     while (const std::optional<Work> work = take()) {
         {
@@ -120,13 +128,15 @@ void TreeSearch::runWorker()
         collect(worker.hits());
 }
 
-void TreeSearch::collect(const TopHits &hits)
+template <typename Rule>
+void TreeSearch<Rule>::collect(const TopHits &hits)
 {
     const MutexLock guard(mutex_);
     hits_->merge(hits);
 }
 
-void TreeSearch::give(const Work &work)
+template <typename Rule>
+void TreeSearch<Rule>::give(const Work &work)
 {
     {
         const MutexLock guard(mutex_);
@@ -135,7 +145,8 @@ void TreeSearch::give(const Work &work)
     workOrEnd_.notifyOne();
 }
 
-std::optional<TreeSearch::Work> TreeSearch::take()
+template <typename Rule>
+auto TreeSearch<Rule>::take() -> std::optional<Work>
 {
     const MutexLock guard(mutex_);
     idleWorkers_.fetch_add(1, std::memory_order_relaxed);
@@ -150,7 +161,8 @@ std::optional<TreeSearch::Work> TreeSearch::take()
     return work;
 }
 
-void TreeSearch::finishWork()
+template <typename Rule>
+void TreeSearch<Rule>::finishWork()
 {
     {
         const MutexLock guard(mutex_);
@@ -160,18 +172,20 @@ void TreeSearch::finishWork()
     workOrEnd_.notifyAll();
 }
 
-void TreeSearch::raiseThreshold(double score)
+template <typename Rule>
+void TreeSearch<Rule>::raiseThreshold(const Hit &hit)
 {
-    const int units = UnitScorer::unitsToReach(score);
+    const int rank = Rule::UnitScorer::rankToReach(hit);
     int current = threshold_.load(std::memory_order_relaxed);
-    while (current < units && !threshold_.compare_exchange_weak(current, units)) {
+    while (current < rank && !threshold_.compare_exchange_weak(current, rank)) {
     }
 }
 
-std::vector<TreeSearch::Match> TreeSearch::finish()
+template <typename Rule>
+std::vector<TreeMatch> TreeSearch<Rule>::finish()
 {
     index_.tree.unpin();
-    std::vector<Match> matches;
+    std::vector<TreeMatch> matches;
     hasLostMatches_ = index_.tree.generation() != generation_;
     if (hasLostMatches_)
         return matches;
@@ -184,5 +198,8 @@ std::vector<TreeSearch::Match> TreeSearch::finish()
     }
     return matches;
 }
+
+template class TreeSearch<WholePathRule>;
+template class TreeSearch<NamesFirstRule>;
 
 } // namespace quillon

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "matching/ColumnScorer.h"
 #include "matching/PathIndex.h"
+#include "matching/RankingRules.h"
 #include "matching/RecentAccessScore.h"
 #include "matching/TopHits.h"
-#include "matching/UnitScorer.h"
 
 #include <atomic>
 #include <cstddef>
@@ -19,32 +18,37 @@
 
 namespace quillon {
 
-/// Answers one query over the candidates of a tree. It is used once, by one thread, which may start
-/// helpers.
+/// Is a text that a search has found.
+struct TreeMatch
+{
+    std::string text;
+    double score = 0;
+};
+
+template <typename Rule>
+class TreeSearchWorker;
+
+/// Answers one query over the candidates of a tree, ranked by one of the two rules. It is used
+/// once, by one thread, which may start helpers.
+template <typename Rule>
 class TreeSearch
 {
 public:
-    struct Match
-    {
-        std::string text;
-        double score = 0;
-    };
-
     /// The uses may be null. The query, the index and the uses outlive the search.
     TreeSearch(std::string_view query, const PathIndex &index, const RecentAccessSnapshot *uses,
                std::size_t top);
 
     /// Returns the best matches, best first. Takes the index's lock shared, in slices.
-    std::vector<Match> run(unsigned threads);
+    std::vector<TreeMatch> run(unsigned threads);
     /// Returns true after run() when a writer that was let in between two slices has removed a
     /// match, whose place another text may deserve that was passed over, or has exchanged the tree.
     /// The search is to be made again.
     bool hasLostMatches() const { return hasLostMatches_; }
     /// Runs on this thread alone and lets no writer in until the search has ended.
-    std::vector<Match> runInOneGo();
+    std::vector<TreeMatch> runInOneGo();
 
 private:
-    friend class TreeSearchWorker;
+    friend class TreeSearchWorker<Rule>;
 
     static constexpr int NO_THRESHOLD = std::numeric_limits<int>::min();
 
@@ -61,7 +65,7 @@ private:
     void scoreUsedTexts() REQUIRES_SHARED(index_.lock);
     std::vector<std::jthread> startHelpers(unsigned threads);
     void runWorker() EXCLUDES(index_.lock);
-    std::vector<Match> finish() REQUIRES_SHARED(index_.lock);
+    std::vector<TreeMatch> finish() REQUIRES_SHARED(index_.lock);
 
     // The workers share these.
     bool isWorkWanted() const { return idleWorkers_.load(std::memory_order_relaxed) > 0; }
@@ -70,8 +74,8 @@ private:
     /// any.
     std::optional<Work> take();
     void finishWork();
-    /// Says that no text is wanted any more that scores less.
-    void raiseThreshold(double score);
+    /// Says that no text is wanted any more that is ranked behind the hit.
+    void raiseThreshold(const Hit &hit);
     void collect(const TopHits &hits);
 
     const std::string_view query_;
@@ -81,14 +85,14 @@ private:
     /// Element i holds the classes of byte that a match needs from the query's byte i on.
     std::vector<ByteClassSet> needed_;
     /// The scorer is absent when no text can have a finite score.
-    std::optional<ColumnScorer> scorer_;
+    std::optional<typename Rule::Scorer> scorer_;
     /// This scorer is absent for long queries too, since so few texts hold them that each is
     /// scored.
-    std::optional<UnitScorer> unitScorer_;
+    std::optional<typename Rule::UnitScorer> unitScorer_;
     std::uint64_t generation_ = 0;
     /// Texts with recorded uses are ranked before the walk.
     std::unordered_set<NodeId> used_;
-    /// No text that scores fewer units can be among the best.
+    /// No text of a lower rank can be among the best.
     std::atomic<int> threshold_ = NO_THRESHOLD;
 
     Mutex mutex_;
@@ -100,5 +104,8 @@ private:
     bool letsWritersIn_ = true;
     bool hasLostMatches_ = false;
 };
+
+extern template class TreeSearch<WholePathRule>;
+extern template class TreeSearch<NamesFirstRule>;
 
 } // namespace quillon

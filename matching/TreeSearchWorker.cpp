@@ -28,22 +28,18 @@ namespace {
 /// workers.
 constexpr unsigned VISITS_PER_SLICE = 512;
 
-/// Returns the last byte of a text that ends in the component, behind a slash.
-char lastByte(std::string_view component)
-{
-    return component.empty() ? '/' : component.back();
-}
-
 } // namespace
 
-TreeSearchWorker::TreeSearchWorker(TreeSearch &search)
+template <typename Rule>
+TreeSearchWorker<Rule>::TreeSearchWorker(TreeSearch<Rule> &search)
     : search_(search),
       tree_(search.index_.tree),
       query_(search.query_),
       hits_(search.index_.tree, search.top_)
 {}
 
-bool TreeSearchWorker::walk(const TreeSearch::Work &work)
+template <typename Rule>
+bool TreeSearchWorker<Rule>::walk(const Work &work)
 {
     descendTo(work);
     const std::size_t top = depth_;
@@ -65,7 +61,8 @@ bool TreeSearchWorker::walk(const TreeSearch::Work &work)
     }
 }
 
-void TreeSearchWorker::descendTo(const TreeSearch::Work &work)
+template <typename Rule>
+void TreeSearchWorker<Rule>::descendTo(const Work &work)
 {
     std::vector<NodeId> ancestors;
     for (NodeId id = work.parent; id != PathTree::ROOT; id = tree_.node(id).parent)
@@ -92,7 +89,8 @@ void TreeSearchWorker::descendTo(const TreeSearch::Work &work)
     levels_[depth_].next = work.first;
 }
 
-bool TreeSearchWorker::stepAside()
+template <typename Rule>
+bool TreeSearchWorker<Rule>::stepAside()
 {
     if (search_.isWorkWanted())
         shareWork();
@@ -102,7 +100,8 @@ bool TreeSearchWorker::stepAside()
     return tree_.generation() == search_.generation_;
 }
 
-void TreeSearchWorker::shareWork()
+template <typename Rule>
+void TreeSearchWorker<Rule>::shareWork()
 {
     // The children highest up are likely to have the most below them.
     for (std::size_t depth = 0; depth <= depth_; ++depth) {
@@ -115,14 +114,16 @@ void TreeSearchWorker::shareWork()
     }
 }
 
-bool TreeSearchWorker::isHopeless(NodeId id, const Node &node)
+template <typename Rule>
+bool TreeSearchWorker<Rule>::isHopeless(NodeId id, const Node &node)
 {
     const std::size_t n = query_.size();
     Level &level = levels_[depth_];
     if ((search_.needed_[level.consumed] & ~tree_.below(id)) != 0)
         return true;
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
-    if (threshold == TreeSearch::NO_THRESHOLD || node.textLength <= n)
+    if (threshold == TreeSearch<Rule>::NO_THRESHOLD ||
+        (Rule::IS_EQUAL_LENGTH_BEST && node.textLength <= n))
         return false;
     if (node.textLength > scoring::MAX_LENGTH)
         return true;
@@ -133,7 +134,8 @@ bool TreeSearchWorker::isHopeless(NodeId id, const Node &node)
     return search_.unitScorer_->bound(level.starts, node, tree_.below(id)) < threshold;
 }
 
-void TreeSearchWorker::visit(NodeId id, const Node &node)
+template <typename Rule>
+void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node)
 {
     const std::size_t consumed = consume(levels_[depth_].consumed, tree_.name(node));
     hasUnitsOfText_ = false;
@@ -142,14 +144,19 @@ void TreeSearchWorker::visit(NodeId id, const Node &node)
     if (node.firstChild == PathTree::NONE)
         return;
     push(id, node, consumed);
-    if (hasUnitsOfText_) {
-        Level &level = levels_[depth_];
-        level.units = unitsOfText_;
-        finishUnits(level, lastByte(tree_.name(node)));
+    if constexpr (UnitScorer::ENTERS_TEXTS) {
+        if (hasUnitsOfText_) {
+            Level &level = levels_[depth_];
+            level.units = unitsOfText_;
+            search_.unitScorer_->enterText(level.units, levels_[depth_ - 1].position,
+                                           tree_.name(node));
+            finishUnits(level);
+        }
     }
 }
 
-void TreeSearchWorker::push(NodeId id, const Node &node, std::size_t consumed)
+template <typename Rule>
+void TreeSearchWorker<Rule>::push(NodeId id, const Node &node, std::size_t consumed)
 {
     ++depth_;
     if (levels_.size() == depth_)
@@ -164,13 +171,14 @@ void TreeSearchWorker::push(NodeId id, const Node &node, std::size_t consumed)
     level.hasState = false;
 }
 
-void TreeSearchWorker::addIfGood(NodeId id, const Node &node, std::size_t above)
+template <typename Rule>
+void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, std::size_t above)
 {
     if (!search_.scorer_ || node.textLength > scoring::MAX_LENGTH) {
         add({scoring::SCORE_MIN, id});
         return;
     }
-    if (node.textLength == query_.size()) {
+    if (Rule::IS_EQUAL_LENGTH_BEST && node.textLength == query_.size()) {
         add({scoring::SCORE_MAX, id});
         return;
     }
@@ -179,33 +187,36 @@ void TreeSearchWorker::addIfGood(NodeId id, const Node &node, std::size_t above)
     if (!levels_[above].hasState)
         computeState(above);
     stateOfText_ = levels_[above].state;
-    search_.scorer_->extend(stateOfText_, levels_[above].position, '/', tree_.name(node));
-    add({search_.scorer_->score(stateOfText_), id});
+    search_.scorer_->extendByName(stateOfText_, levels_[above].position, tree_.name(node));
+    add(Rule::hit(search_.scorer_->score(stateOfText_), id, node));
 }
 
-bool TreeSearchWorker::isBelowThreshold(const Node &node, std::size_t above)
+template <typename Rule>
+bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node, std::size_t above)
 {
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
-    if (threshold == TreeSearch::NO_THRESHOLD || !search_.unitScorer_)
+    if (threshold == TreeSearch<Rule>::NO_THRESHOLD || !search_.unitScorer_)
         return false;
     if (!levels_[above].hasUnits)
         computeUnits(above);
-    search_.unitScorer_->extend(levels_[above].units, unitsOfText_, levels_[above].position, '/',
-                                tree_.name(node));
+    search_.unitScorer_->extendByName(levels_[above].units, unitsOfText_, levels_[above].position,
+                                      tree_.name(node));
     hasUnitsOfText_ = true;
-    return search_.unitScorer_->score(unitsOfText_) < threshold;
+    return search_.unitScorer_->rank(unitsOfText_, node) < threshold;
 }
 
-void TreeSearchWorker::add(const Hit &hit)
+template <typename Rule>
+void TreeSearchWorker<Rule>::add(const Hit &hit)
 {
     if (!hits_.wants(hit) || search_.used_.contains(hit.node))
         return;
     hits_.add(hit);
     if (hits_.isFull())
-        search_.raiseThreshold(hits_.worst().score);
+        search_.raiseThreshold(hits_.worst());
 }
 
-std::size_t TreeSearchWorker::consume(std::size_t consumed, std::string_view bytes) const
+template <typename Rule>
+std::size_t TreeSearchWorker<Rule>::consume(std::size_t consumed, std::string_view bytes) const
 {
     for (const char byte : bytes) {
         if (consumed == query_.size())
@@ -215,12 +226,14 @@ std::size_t TreeSearchWorker::consume(std::size_t consumed, std::string_view byt
     return consumed;
 }
 
-std::string_view TreeSearchWorker::parentName(const Level &level) const
+template <typename Rule>
+std::string_view TreeSearchWorker<Rule>::parentName(const Level &level) const
 {
     return tree_.name(tree_.node(level.parent));
 }
 
-void TreeSearchWorker::computeUnits(std::size_t depth)
+template <typename Rule>
+void TreeSearchWorker<Rule>::computeUnits(std::size_t depth)
 {
     std::size_t known = depth;
     while (!levels_[known].hasUnits)
@@ -228,20 +241,20 @@ void TreeSearchWorker::computeUnits(std::size_t depth)
     for (; known < depth; ++known) {
         const Level &above = levels_[known];
         Level &level = levels_[known + 1];
-        const std::string_view name = parentName(level);
-        search_.unitScorer_->extend(above.units, level.units, above.position, '/', name);
-        finishUnits(level, lastByte(name));
+        search_.unitScorer_->enterName(above.units, level.units, above.position, parentName(level));
+        finishUnits(level);
     }
 }
 
-void TreeSearchWorker::finishUnits(Level &level, char lastByte)
+template <typename Rule>
+void TreeSearchWorker<Rule>::finishUnits(Level &level)
 {
-    search_.unitScorer_->extend(level.units, level.units, level.position - 1, lastByte, "/");
     search_.unitScorer_->computeStarts(level.units, level.position, level.starts);
     level.hasUnits = true;
 }
 
-void TreeSearchWorker::computeState(std::size_t depth)
+template <typename Rule>
+void TreeSearchWorker<Rule>::computeState(std::size_t depth)
 {
     std::size_t known = depth;
     while (!levels_[known].hasState)
@@ -249,12 +262,13 @@ void TreeSearchWorker::computeState(std::size_t depth)
     for (; known < depth; ++known) {
         const Level &above = levels_[known];
         Level &level = levels_[known + 1];
-        const std::string_view name = parentName(level);
         level.state = above.state;
-        search_.scorer_->extend(level.state, above.position, '/', name);
-        search_.scorer_->extend(level.state, level.position - 1, lastByte(name), "/");
+        search_.scorer_->enterName(level.state, above.position, parentName(level));
         level.hasState = true;
     }
 }
+
+template class TreeSearchWorker<WholePathRule>;
+template class TreeSearchWorker<NamesFirstRule>;
 
 } // namespace quillon

@@ -9,20 +9,26 @@
 namespace quillon {
 
 /// Walks parts of the tree for one search, on one thread.
+template <typename Rule>
 class TreeSearchWorker
 {
 public:
-    explicit TreeSearchWorker(TreeSearch &search);
+    using Work = typename TreeSearch<Rule>::Work;
+
+    explicit TreeSearchWorker(TreeSearch<Rule> &search);
 
     /// Walks the work and everything below it, except the parts that it gives to other workers.
     /// Returns false when the tree was emptied or exchanged meanwhile; the hits are worth nothing
     /// then. The caller holds the index's lock shared.
-    bool walk(const TreeSearch::Work &work);
+    bool walk(const Work &work);
     const TopHits &hits() const { return hits_; }
 
 private:
     using Node = PathTree::Node;
     using NodeId = PathTree::NodeId;
+    using UnitScorer = typename Rule::UnitScorer;
+    using UnitState = typename UnitScorer::State;
+    using State = typename Rule::Scorer::State;
 
     /// Stands for the children of one node that are still to be visited.
     struct Level
@@ -35,14 +41,14 @@ private:
         std::size_t position = 0;
         /// It is true when units and starts belong to this level.
         bool hasUnits = false;
-        UnitScorer::State units;
-        UnitScorer::Starts starts;
+        UnitState units;
+        typename UnitScorer::Starts starts;
         /// It is true when state belongs to this level.
         bool hasState = false;
-        ColumnScorer::State state;
+        State state;
     };
 
-    void descendTo(const TreeSearch::Work &work);
+    void descendTo(const Work &work);
     bool stepAside() NO_THREAD_SAFETY_ANALYSIS;
     void shareWork();
     bool isHopeless(NodeId id, const Node &node);
@@ -53,11 +59,11 @@ private:
     void add(const Hit &hit);
     std::size_t consume(std::size_t consumed, std::string_view bytes) const;
     void computeUnits(std::size_t depth);
-    void finishUnits(Level &level, char lastByte);
+    void finishUnits(Level &level);
     void computeState(std::size_t depth);
     std::string_view parentName(const Level &level) const;
 
-    TreeSearch &search_;
+    TreeSearch<Rule> &search_;
     const PathTree &tree_;
     const std::string_view query_;
     TopHits hits_;
@@ -65,9 +71,12 @@ private:
     std::size_t depth_ = 0;
     unsigned visits_ = 0;
     /// Holds the units of the text that was visited last, when hasUnitsOfText_ is true.
-    UnitScorer::State unitsOfText_;
+    UnitState unitsOfText_;
     bool hasUnitsOfText_ = false;
-    ColumnScorer::State stateOfText_;
+    State stateOfText_;
 };
+
+extern template class TreeSearchWorker<WholePathRule>;
+extern template class TreeSearchWorker<NamesFirstRule>;
 
 } // namespace quillon

@@ -2,6 +2,8 @@
 
 #include "matching/ByteClasses.h"
 #include "matching/PathTree.h"
+#include "matching/ShortQuery.h"
+#include "matching/TopHits.h"
 
 #include <array>
 #include <cstddef>
@@ -18,21 +20,16 @@ namespace quillon {
 class UnitScorer
 {
 public:
-    /// A longer query would need more vectors than this scorer is worth.
-    static constexpr std::size_t LONGEST_QUERY = 32;
+    static constexpr std::size_t LONGEST_QUERY = ShortQuery::LONGEST;
     static constexpr int UNITS_PER_POINT = 200;
-
-    using Vector __attribute__((vector_size(16))) = std::int16_t;
-    static constexpr std::size_t LANES = sizeof(Vector) / sizeof(std::int16_t);
-    static constexpr std::size_t MOST_VECTORS = LONGEST_QUERY / LANES;
 
     /// Says what a text's beginning means for the score. Each lane stands for a query byte: best is
     /// the best score with that byte matched anywhere so far, ending with it matched by the last
     /// byte.
     struct State
     {
-        std::array<Vector, MOST_VECTORS> best;
-        std::array<Vector, MOST_VECTORS> ending;
+        ShortQuery::Vectors best;
+        ShortQuery::Vectors ending;
     };
     /// Element i is for texts that continue a state at the beginning of a component and match
     /// exactly the query's bytes from i on behind it. "apart" is their score before byte i, if that
@@ -50,47 +47,52 @@ public:
 
     /// Returns the state of the empty text.
     State initialState() const;
-    /// Carries the state of a text over the bytes that follow. The text has position bytes, at most
-    /// scoring::MAX_LENGTH, and previous is the last of them. Both states may be the same object.
-    void extend(const State &from, State &to, std::size_t position, char previous,
-                std::string_view bytes) const;
-    /// Returns the score of a text that is longer than the query. It is below every real score
-    /// where the text does not match.
-    int score(const State &state) const;
+    /// Returns the state of a text that ends in the name. The state is that of the text's beginning
+    /// up to the slash before the name, which has position bytes, at most scoring::MAX_LENGTH. Both
+    /// states may be the same object.
+    void extendByName(const State &from, State &to, std::size_t position,
+                      std::string_view name) const
+    {
+        extend(from, to, position, '/', name);
+    }
+    /// Does the same for the name and the slash behind it.
+    void enterName(const State &from, State &to, std::size_t position, std::string_view name) const
+    {
+        extend(from, to, position, '/', name);
+        enterText(to, position, name);
+    }
+    /// Carries on what extendByName() has returned for these to the texts below.
+    static constexpr bool ENTERS_TEXTS = true;
+    void enterText(State &state, std::size_t position, std::string_view name) const
+    {
+        extend(state, state, position + name.size(), name.empty() ? '/' : name.back(), "/");
+    }
+    /// Returns the score in units of a text that is longer than the query. It is below every real
+    /// score where the text does not match.
+    int rank(const State &state, const PathTree::Node &) const
+    {
+        return ShortQuery::at(state.best, query_.rows() - 1);
+    }
     void computeStarts(const State &state, std::size_t position, Starts &starts) const;
-    /// Returns the most that the node's text, or any text below it, can score. The starts are those
-    /// of its parent, and below is PathTree::below() of the node.
+    /// Returns the most units that the node's text, or any text below it, can score. The starts are
+    /// those of its parent, and below is PathTree::below() of the node.
     int bound(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
 
-    /// Returns the least number of units that may reach the score.
-    static int unitsToReach(double score);
+    /// Returns the least number of units that may reach the hit.
+    static int rankToReach(const Hit &hit);
 
 private:
-    struct Row;
+    using Row = ShortQuery::Row;
+    using Vector = lanes::Vector;
+
+    void extend(const State &from, State &to, std::size_t position, char previous,
+                std::string_view bytes) const;
     static int bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet below);
     void matchByte(State &state, std::size_t position, std::int16_t earned,
                    const Vector *matched) const;
 
-    std::size_t rows_;
-    std::size_t vectors_;
-    /// Gives each byte its entry of masks_, which is 0 for a byte that the query does not hold.
-    std::array<std::uint8_t, 256> maskOf_{};
-    /// A mask has all ones in the lanes of the query bytes that a text's byte matches.
-    std::vector<std::array<Vector, MOST_VECTORS>> masks_;
-    std::array<Vector, MOST_VECTORS> gaps_{};
-    struct Row
-    {
-        /// The classes that a text must hold to match the query from this byte on. The scorer takes
-        /// a capital for its small letter.
-        ByteClassSet needed = 0;
-        /// The pairs of this byte with the query byte before it, with a slash, and with the other
-        /// separators.
-        BytePairSet behindPrevious = 0;
-        BytePairSet behindSlash = 0;
-        BytePairSet behindSeparator = 0;
-        bool isLetter = false;
-    };
-    std::array<Row, LONGEST_QUERY> queryRows_{};
+    const ShortQuery query_;
+    ShortQuery::Vectors gaps_{};
 };
 
 } // namespace quillon

@@ -2,6 +2,7 @@
 
 #include "matching/FuzzyScore.h"
 #include "matching/Highlights.h"
+#include "matching/NamesFirstScore.h"
 #include "matching/RecentAccessScore.h"
 #include "tests/matching/RandomTexts.h"
 #include "tests/support/FakeDefaultsStore.h"
@@ -24,14 +25,19 @@ using Scored = std::pair<std::string, double>;
 
 /// Applies the rule itself, to each text on its own.
 std::vector<Scored> rankPlainly(const std::set<std::string> &texts, const std::string &query,
-                                std::size_t top, const RecentAccessSnapshot &uses)
+                                std::size_t top, const RecentAccessSnapshot &uses, MatchOrder order)
 {
+    const auto score = order == MatchOrder::names ? namesFirstScore : fuzzyScore;
     std::vector<Scored> ranked;
     for (const std::string &text : texts) {
         if (isSubsequence(query, text))
-            ranked.emplace_back(text, fuzzyScore(query, text) + uses.share(text));
+            ranked.emplace_back(text, score(query, text) + uses.share(text));
     }
-    std::ranges::stable_sort(ranked, std::ranges::greater(), &Scored::second);
+    std::ranges::stable_sort(ranked, [order](const Scored &a, const Scored &b) {
+        const bool asksLength = order == MatchOrder::names && a.second != scoring::SCORE_MIN;
+        return asksLength && a.second == b.second ? a.first.size() < b.first.size()
+                                                  : a.second > b.second;
+    });
     ranked.resize(std::min(top, ranked.size()));
     return ranked;
 }
@@ -43,18 +49,24 @@ protected:
     {
         match.uprankResult({path, path, {}, SearchBaseResultType::standard});
     }
+    /// Holds both orders against their rules.
     void expectPlainRanking(const std::set<std::string> &texts, const std::string &query,
                             std::size_t top)
     {
-        const auto expected = rankPlainly(texts, query, top, *uses.snapshot());
-        const auto actual = match.match(query, top);
-        ASSERT_EQ(actual.size(), expected.size()) << query;
-        for (std::size_t i = 0; i < actual.size(); ++i) {
-            ASSERT_EQ(actual[i].text(), expected[i].first) << query << " at " << i;
-            ASSERT_EQ(std::bit_cast<std::uint64_t>(actual[i].score()),
-                      std::bit_cast<std::uint64_t>(expected[i].second))
-                << query << " for " << actual[i].text();
-            ASSERT_EQ(actual[i].highlightRanges(), highlightRanges(query, actual[i].text()));
+        for (const MatchOrder order : {MatchOrder::path, MatchOrder::names}) {
+            const auto expected = rankPlainly(texts, query, top, *uses.snapshot(), order);
+            const auto actual = match.match(query, top, order);
+            ASSERT_EQ(actual.size(), expected.size()) << query;
+            for (std::size_t i = 0; i < actual.size(); ++i) {
+                const std::string &text = actual[i].text();
+                ASSERT_EQ(text, expected[i].first) << query << " at " << i;
+                ASSERT_EQ(std::bit_cast<std::uint64_t>(actual[i].score()),
+                          std::bit_cast<std::uint64_t>(expected[i].second))
+                    << query << " for " << text;
+                ASSERT_EQ(actual[i].highlightRanges(), order == MatchOrder::names
+                                                           ? namesFirstRanges(query, text)
+                                                           : highlightRanges(query, text));
+            }
         }
     }
     std::vector<std::string> textsFor(const std::string &query, std::size_t top = 25)
@@ -150,6 +162,21 @@ TEST_F(FuzzyMatchRanking, ordersAsAUserExpects)
     EXPECT_THAT(textsFor("docs", 0), ElementsAre());
     recordUse("/u/docs");
     EXPECT_THAT(textsFor("docs", 2), ElementsAre("docs", "/u/docs"));
+}
+
+TEST_F(FuzzyMatchRanking, putsNamesFirstWhereAsked)
+{
+    for (const char *text : {"/u/docs/a", "/docs/u/b", "/u/x/docs", "/u/docs-old", "/docs/docs"})
+        match.add(text);
+    const auto namesFirst = [this](const std::string &query) {
+        std::vector<std::string> texts;
+        for (const FuzzyMatchResult &result : match.match(query, 3, MatchOrder::names))
+            texts.push_back(result.text());
+        return texts;
+    };
+    EXPECT_THAT(namesFirst("docs"), ElementsAre("/u/x/docs", "/docs/docs", "/u/docs-old"));
+    recordUse("/u/docs-old");
+    EXPECT_THAT(namesFirst("docs"), ElementsAre("/u/docs-old", "/u/x/docs", "/docs/docs"));
 }
 
 TEST_F(FuzzyMatchRanking, listsTheMostUsedAmongTheCandidates)

@@ -104,5 +104,20 @@ TEST(RandomHighlights, areThoseOfThePlainRule)
     }
 }
 
+TEST(NamesFirstRanges, areWhatTheBestWayMatches)
+{
+    const auto ranges = [](const char *query, const char *text) {
+        return namesFirstRanges(query, text);
+    };
+    using Ranges = std::vector<TextRange>;
+    EXPECT_EQ(ranges("srcmai", "/w/src/main"), (Ranges{{3, 3}, {7, 3}}));
+    EXPECT_EQ(ranges("fo", "/f/o/foo"), (Ranges{{5, 2}}));
+    // The first byte of the two that "\u00e4" has marks the character, as both do.
+    EXPECT_EQ(ranges("\xc3\xa4x", "/\xff/\xc3\xa4x"), (Ranges{{3, 2}}));
+    EXPECT_EQ(ranges("\xc3x", "/\xc3\xa4/x"), (Ranges{{1, 1}, {3, 1}}));
+    EXPECT_EQ(ranges("", "/a"), Ranges{});
+    EXPECT_EQ(ranges("b", "/a"), Ranges{});
+}
+
 } // namespace
 } // namespace quillon
