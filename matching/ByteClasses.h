@@ -1,14 +1,16 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 namespace quillon {
 
-/// Bytes sorted into 64 classes, so that a set of them is one word. A letter has one class for
-/// both its cases, and as a capital in addition one that it shares with a few other capitals.
+/// Bytes sorted into 57 classes, so that a set of them is one word. A letter has one class for
+/// both its cases, and as a capital in addition one that it shares with a few other capitals. The
+/// other seven classes say of a set what short names it stands for, see shortNameClass().
 using ByteClassSet = std::uint64_t;
 
 namespace byteclasses {
@@ -19,7 +21,9 @@ inline constexpr std::string_view SEPARATORS = "/ -_.";
 inline constexpr unsigned FIRST_CAPITAL_GROUP = 41;
 inline constexpr unsigned CAPITAL_GROUPS = 8;
 inline constexpr unsigned FIRST_OTHER_GROUP = FIRST_CAPITAL_GROUP + CAPITAL_GROUPS;
-inline constexpr unsigned OTHER_GROUPS = 64 - FIRST_OTHER_GROUP;
+inline constexpr unsigned FIRST_SHORT_NAME = 57;
+inline constexpr unsigned OTHER_GROUPS = FIRST_SHORT_NAME - FIRST_OTHER_GROUP;
+inline constexpr unsigned SHORT_NAMES = 64 - FIRST_SHORT_NAME;
 
 constexpr std::array<ByteClassSet, 256> makeTable()
 {
@@ -63,6 +67,26 @@ constexpr ByteClassSet classesOf(std::string_view bytes)
 /// One of these classes occurs wherever a capital does.
 inline constexpr ByteClassSet CAPITAL_CLASSES =
     ((ByteClassSet{1} << byteclasses::CAPITAL_GROUPS) - 1) << byteclasses::FIRST_CAPITAL_GROUP;
+
+/// Returns the class of a name of up to 7 bytes, one class for each length and one for 0 and 1; the
+/// empty set for longer names.
+constexpr ByteClassSet shortNameClass(std::size_t length)
+{
+    using namespace byteclasses;
+    const std::size_t index = length == 0 ? 0 : length - 1;
+    return index < SHORT_NAMES ? ByteClassSet{1} << (FIRST_SHORT_NAME + index) : 0;
+}
+
+/// Returns a length in bytes that no name is below of which the set has the class of its length.
+constexpr int leastNameLength(ByteClassSet set)
+{
+    using namespace byteclasses;
+    const auto classes = set >> FIRST_SHORT_NAME;
+    if (classes == 0)
+        return static_cast<int>(SHORT_NAMES) + 1;
+    const int index = std::countr_zero(classes);
+    return index == 0 ? 0 : index + 1;
+}
 
 /// Pairs of neighbouring bytes are sorted into 64 classes, whatever the case of letters.
 using BytePairSet = std::uint64_t;

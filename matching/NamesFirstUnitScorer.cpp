@@ -10,20 +10,22 @@ namespace quillon {
 
 namespace {
 
-using namesfirst::GAP_IN_NAME;
-using namesfirst::LOWEST;
+constexpr std::int16_t RUN = namesfirst::RUN;
+constexpr std::int16_t SEPARATOR_IN_RUN = namesfirst::SEPARATOR_IN_RUN;
+constexpr std::int16_t START_AT_SLASH = namesfirst::START_AT_SLASH;
+constexpr std::int16_t GAP_IN_NAME = namesfirst::GAP_IN_NAME;
 
 /// Stands for minus infinity, and for every score that is less: a score that falls so low does not
 /// come up to LOWEST any more, since each query byte adds one point at most.
 constexpr std::int16_t NO_WAY = -12'000;
-static_assert(NO_WAY + int{NamesFirstUnitScorer::LONGEST_QUERY} * namesfirst::RUN < LOWEST);
+static_assert(NO_WAY + int{NamesFirstUnitScorer::LONGEST_QUERY} * RUN < namesfirst::LOWEST);
 /// A way falls below it by what the separators of one run or the bytes of one name cost.
-static_assert(NO_WAY + int{scoring::MAX_LENGTH} * namesfirst::SEPARATOR_IN_RUN - 100 >
+static_assert(NO_WAY + int{scoring::MAX_LENGTH} * SEPARATOR_IN_RUN - 100 >
               std::numeric_limits<std::int16_t>::min());
 
 /// A byte that continues a run past a separator, which the bound has paid for as any byte of a
 /// name.
-constexpr int RUN_PAST_SEPARATOR = namesfirst::RUN + namesfirst::SEPARATOR_IN_RUN - GAP_IN_NAME;
+constexpr int RUN_PAST_SEPARATOR = RUN + SEPARATOR_IN_RUN - GAP_IN_NAME;
 
 /// The least number above every length that is scored, times two, so that ranks leave room for it.
 constexpr int RANKS_PER_HUNDREDTH = 2 * int{scoring::MAX_LENGTH};
@@ -45,74 +47,99 @@ NamesFirstUnitScorer::NamesFirstUnitScorer(std::string_view query) : query_(quer
 NamesFirstUnitScorer::State NamesFirstUnitScorer::initialState() const
 {
     State state;
-    state.best.fill(lanes::all(NO_WAY));
-    state.ending.fill(lanes::all(NO_WAY));
+    state.below.best.fill(lanes::all(NO_WAY));
+    state.below.ending.fill(lanes::all(NO_WAY));
     return state;
 }
 
-void NamesFirstUnitScorer::extendByName(const State &from, State &to, std::size_t,
-                                        std::string_view name) const
+void NamesFirstUnitScorer::copy(const Ways &from, Ways &to) const
 {
     std::copy_n(from.best.begin(), query_.vectors(), to.best.begin());
     std::copy_n(from.ending.begin(), query_.vectors(), to.ending.begin());
-    extend(to, name, GAP_IN_NAME);
 }
 
-void NamesFirstUnitScorer::enterName(const State &from, State &to, std::size_t,
+void NamesFirstUnitScorer::extendByName(const State &from, State &to, std::size_t,
+                                        std::string_view name, bool continues) const
+{
+    copy(from.below, to.text);
+    if (continues)
+        copy(from.below, to.below);
+    extend(to, name, true, continues);
+}
+
+void NamesFirstUnitScorer::enterName(const State &from, State &to, std::size_t position,
                                      std::string_view name) const
 {
-    std::copy_n(from.best.begin(), query_.vectors(), to.best.begin());
-    std::copy_n(from.ending.begin(), query_.vectors(), to.ending.begin());
-    extend(to, name, 0);
-    const auto *matched = query_.matchedBy('/');
+    copy(from.below, to.below);
+    extend(to, name, false, true);
+    enterText(to, position, name);
+}
+
+void NamesFirstUnitScorer::enterText(State &state, std::size_t, std::string_view) const
+{
+    Ways &ways = state.below;
+    const lanes::Vector *matched = query_.matchedBy('/');
     lanes::Vector bestBelow = lanes::all(0);
     lanes::Vector endingBelow = lanes::all(NO_WAY);
     for (std::size_t v = 0; v < query_.vectors(); ++v) {
-        const lanes::Vector best = to.best[v];
-        const lanes::Vector ending = to.ending[v];
-        const lanes::Vector score = lanes::greater(
-            lanes::shiftUp(best, bestBelow) + std::int16_t{namesfirst::START_AT_SLASH},
-            lanes::shiftUp(ending, endingBelow) + std::int16_t{namesfirst::RUN});
-        to.ending[v] = matched[v] != 0 ? score : lanes::all(NO_WAY);
-        to.best[v] =
-            lanes::greater(best + slashGaps_[v], lanes::greater(to.ending[v], lanes::all(NO_WAY)));
+        const lanes::Vector best = ways.best[v];
+        const lanes::Vector ending = ways.ending[v];
+        const lanes::Vector score = lanes::greater(lanes::shiftUp(best, bestBelow) + START_AT_SLASH,
+                                                   lanes::shiftUp(ending, endingBelow) + RUN);
+        ways.ending[v] = matched[v] != 0 ? score : lanes::all(NO_WAY);
+        ways.best[v] = lanes::greater(best + slashGaps_[v],
+                                      lanes::greater(ways.ending[v], lanes::all(NO_WAY)));
         bestBelow = best;
         endingBelow = ending;
     }
 }
 
-/// The gap is what an unmatched byte costs. The bytes hold no slash.
-void NamesFirstUnitScorer::extend(State &state, std::string_view bytes, std::int16_t gap) const
+/// Passes a name for the text itself, for the texts below, or for both.
+void NamesFirstUnitScorer::extend(State &state, std::string_view name, bool isText,
+                                  bool isBelow) const
 {
     char previous = '/';
     std::int16_t lead = 0;
-    const char *const end = bytes.data() + bytes.size();
-    for (const char *at = bytes.data(); at != end;) {
+    const char *const end = name.data() + name.size();
+    for (const char *at = name.data(); at != end;) {
         const char *const begin = at;
         bool areSeparators = true;
         while (at != end && !query_.holds(*at))
             areSeparators &= namesfirst::isWordSeparator(*at++);
         if (const auto passed = static_cast<std::int16_t>(at - begin); passed > 0) {
-            const auto separators =
-                static_cast<std::int16_t>(passed * namesfirst::SEPARATOR_IN_RUN);
-            const auto gaps = static_cast<std::int16_t>(passed * gap);
-            for (std::size_t v = 0; v < query_.vectors(); ++v) {
-                state.best[v] += gaps;
-                state.ending[v] = areSeparators ? state.ending[v] + separators : lanes::all(NO_WAY);
-            }
+            const auto gaps = static_cast<std::int16_t>(passed * GAP_IN_NAME);
+            const auto inRun = static_cast<std::int16_t>(passed * SEPARATOR_IN_RUN);
+            if (isText)
+                passUnmatched(state.text, gaps, areSeparators, inRun);
+            if (isBelow)
+                passUnmatched(state.below, 0, areSeparators, inRun);
             lead = static_cast<std::int16_t>(lead + gaps);
             previous = at[-1];
         }
         if (at == end)
             return;
-        matchByte(state, lead, static_cast<std::int16_t>(namesfirst::start(*at, previous)),
-                  namesfirst::isWordSeparator(*at), gap, query_.matchedBy(*at));
-        lead = static_cast<std::int16_t>(lead + gap);
+        const lanes::Vector *matched = query_.matchedBy(*at);
+        const auto earned = static_cast<std::int16_t>(namesfirst::start(*at, previous));
+        const bool isSeparator = namesfirst::isWordSeparator(*at);
+        if (isText)
+            matchByte(state.text, lead, earned, isSeparator, GAP_IN_NAME, matched);
+        if (isBelow)
+            matchByte(state.below, 0, earned, isSeparator, 0, matched);
+        lead = static_cast<std::int16_t>(lead + GAP_IN_NAME);
         previous = *at++;
     }
 }
 
-void NamesFirstUnitScorer::matchByte(State &state, std::int16_t lead, std::int16_t earned,
+void NamesFirstUnitScorer::passUnmatched(Ways &ways, std::int16_t gaps, bool areSeparators,
+                                         std::int16_t inRun) const
+{
+    for (std::size_t v = 0; v < query_.vectors(); ++v) {
+        ways.best[v] += gaps;
+        ways.ending[v] = areSeparators ? ways.ending[v] + inRun : lanes::all(NO_WAY);
+    }
+}
+
+void NamesFirstUnitScorer::matchByte(Ways &ways, std::int16_t lead, std::int16_t earned,
                                      bool isSeparator, std::int16_t gap,
                                      const lanes::Vector *matched) const
 {
@@ -120,17 +147,15 @@ void NamesFirstUnitScorer::matchByte(State &state, std::int16_t lead, std::int16
     lanes::Vector bestBelow = lanes::all(lead);
     lanes::Vector endingBelow = lanes::all(NO_WAY);
     for (std::size_t v = 0; v < query_.vectors(); ++v) {
-        const lanes::Vector best = state.best[v];
-        const lanes::Vector ending = state.ending[v];
-        const lanes::Vector score =
-            lanes::greater(lanes::shiftUp(best, bestBelow) + earned,
-                           lanes::shiftUp(ending, endingBelow) + std::int16_t{namesfirst::RUN});
+        const lanes::Vector best = ways.best[v];
+        const lanes::Vector ending = ways.ending[v];
+        const lanes::Vector score = lanes::greater(lanes::shiftUp(best, bestBelow) + earned,
+                                                   lanes::shiftUp(ending, endingBelow) + RUN);
         const lanes::Vector reached = matched[v] != 0 ? score : lanes::all(NO_WAY);
-        state.best[v] = lanes::greater(best + gap, reached);
-        state.ending[v] =
-            isSeparator
-                ? (matched[v] != 0 ? score : ending + std::int16_t{namesfirst::SEPARATOR_IN_RUN})
-                : reached;
+        ways.best[v] = lanes::greater(best + gap, reached);
+        ways.ending[v] = reached;
+        if (isSeparator)
+            ways.ending[v] = matched[v] != 0 ? score : ending + SEPARATOR_IN_RUN;
         bestBelow = best;
         endingBelow = ending;
     }
@@ -138,64 +163,68 @@ void NamesFirstUnitScorer::matchByte(State &state, std::int16_t lead, std::int16
 
 int NamesFirstUnitScorer::rank(const State &state, const PathTree::Node &node) const
 {
-    return rankOf(std::max(ShortQuery::at(state.best, query_.rows() - 1), LOWEST), node.textLength);
+    return rankOf(std::max(ShortQuery::at(state.text.best, query_.rows() - 1), namesfirst::LOWEST),
+                  node.textLength);
 }
 
 void NamesFirstUnitScorer::computeStarts(const State &state, std::size_t, Starts &starts) const
 {
     starts[0] = {0, NO_WAY};
     for (std::size_t i = 1; i <= query_.rows(); ++i)
-        starts[i] = {ShortQuery::at(state.best, i - 1), ShortQuery::at(state.ending, i - 1)};
+        starts[i] = {ShortQuery::at(state.below.best, i - 1),
+                     ShortQuery::at(state.below.ending, i - 1)};
 }
 
-int NamesFirstUnitScorer::startInside(const ShortQuery::Row &row, BytePairSet pairsBelow,
-                                      ByteClassSet below)
+RankBounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &node,
+                                        ByteClassSet below) const
 {
-    if (row.isSlash)
-        return namesfirst::START_AT_SLASH;
-    const bool mayFollowSeparator = (row.behindSeparator & pairsBelow) != 0 &&
-                                    (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
-    if (mayFollowSeparator || (row.isLetter && (below & CAPITAL_CLASSES) != 0))
-        return namesfirst::START_OF_WORD;
-    return namesfirst::START_INSIDE;
-}
-
-int NamesFirstUnitScorer::earnedInRun(const ShortQuery::Row &row, BytePairSet pairsBelow,
-                                      ByteClassSet below)
-{
-    if ((row.behindPrevious & pairsBelow) != 0)
-        return namesfirst::RUN;
-    const bool mayPassSeparator = (row.behindAnySeparator & pairsBelow) != 0 &&
-                                  (row.separatorBehindPrevious & pairsBelow) != 0 &&
-                                  (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
-    return mayPassSeparator ? RUN_PAST_SEPARATOR : NO_WAY;
-}
-
-int NamesFirstUnitScorer::bound(const Starts &starts, const PathTree::Node &node,
-                                ByteClassSet below) const
-{
-    // Only the text of a leaf is known to pay for the bytes of the name: for a text below, the name
-    // is one of those above.
-    const bool isLeaf = node.firstChild == PathTree::NONE;
+    using namesfirst::LEVEL_BELOW;
+    using namesfirst::LEVEL_BETWEEN;
+    using namesfirst::START_INSIDE;
+    using namesfirst::START_OF_NAME;
+    using namesfirst::START_OF_WORD;
+    const BytePairSet pairs = node.pairsBelow;
     const bool hasSlashBelow = (below & classesOf('/')) != 0;
-    int gaps = isLeaf ? node.nameLength : 0;
-    int best = starts[query_.rows()].apart -
-               (isLeaf ? gaps : std::min(int{node.nameLength}, -namesfirst::LEVEL_BELOW));
+    const bool hasCapital = (below & CAPITAL_CLASSES) != 0;
+    const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
+    // A text pays for the bytes of its own name that stay unmatched. For a text below, this node's
+    // name is free, and its own is at least as long as the shortest there.
+    const int leastName = leastNameLength(below);
+    int gaps = node.nameLength;
+    int gapsBelow = leastName;
+    const std::size_t rows = query_.rows();
+    int best = starts[rows].apart - gaps;
+    int bestBelow = starts[rows].apart + LEVEL_BELOW - gapsBelow;
     int earnedBehind = 0;
-    for (std::size_t i = query_.rows(); i-- > 0 && (query_.row(i).needed & ~below) == 0;) {
+    for (std::size_t i = rows; i-- > 0 && (query_.row(i).needed & ~below) == 0;) {
         const ShortQuery::Row &row = query_.row(i);
-        const int inside = startInside(row, node.pairsBelow, below);
-        const bool mayFollowSlash = (row.behindSlash & node.pairsBelow) != 0;
-        const int atSlash = mayFollowSlash ? namesfirst::START_OF_NAME : inside;
-        // Only the first byte of the name itself is behind a slash.
-        const int apart = hasSlashBelow ? atSlash : inside;
-        const int inRun = earnedInRun(row, node.pairsBelow, below);
-        const int start = std::max(starts[i].apart + atSlash, starts[i].beforeRun + inRun);
+        const bool mayPassSeparator = hasSeparator && (row.behindAnySeparator & pairs) != 0;
+        const bool mayStartWord =
+            (mayPassSeparator && row.earnsBonus) || (hasCapital && row.isLetter);
+        const int elsewhere = row.isSlash ? START_AT_SLASH : START_INSIDE;
+        const int inside = mayStartWord ? START_OF_WORD : elsewhere;
+        const int atSlash = (row.behindSlash & pairs) != 0 ? START_OF_NAME : inside;
+        int inRun = NO_WAY;
+        if ((row.behindPrevious & pairs) != 0)
+            inRun = RUN;
+        else if (mayPassSeparator && (row.separatorBehindPrevious & pairs) != 0)
+            inRun = RUN_PAST_SEPARATOR;
+        const int earned =
+            std::max(starts[i].apart + atSlash, starts[i].beforeRun + inRun) + earnedBehind;
         gaps -= gaps > 0 ? 1 : 0;
-        best = std::max(best, start + earnedBehind - gaps);
-        earnedBehind += std::max(inRun, apart);
+        gapsBelow -= gapsBelow > 0 ? 1 : 0;
+        best = std::max(best, earned - gaps);
+        // The slash behind this node's name is matched, or it is one between two matched bytes, or
+        // nothing is matched before it.
+        const int level = i > 0 && !row.isSlashBehind ? LEVEL_BETWEEN : 0;
+        bestBelow = std::max(bestBelow, earned + level - gapsBelow);
+        // Only the first byte of the name itself is behind a slash.
+        earnedBehind += std::max(inRun, hasSlashBelow ? atSlash : inside);
     }
-    return rankOf(std::max(best, LOWEST), node.textLength);
+    const std::size_t length = node.textLength;
+    return {.text = rankOf(std::max(best, namesfirst::LOWEST), length),
+            .below = rankOf(std::max(bestBelow, namesfirst::LOWEST),
+                            length + 1 + static_cast<std::size_t>(leastName))};
 }
 
 int NamesFirstUnitScorer::rankToReach(const Hit &hit)

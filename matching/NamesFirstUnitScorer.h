@@ -21,13 +21,19 @@ class NamesFirstUnitScorer
 public:
     static constexpr std::size_t LONGEST_QUERY = ShortQuery::LONGEST;
 
-    /// Says what a text's beginning means for the score. Each lane stands for a query byte: best is
-    /// the best score with that byte matched anywhere so far, ending with it matched by the last
-    /// byte or by one that only separators of words follow.
-    struct State
+    /// Each lane stands for a query byte: best is the best score with that byte matched anywhere so
+    /// far, ending with it matched by the last byte or by one that only separators of words follow.
+    struct Ways
     {
         ShortQuery::Vectors best;
         ShortQuery::Vectors ending;
+    };
+    /// Says what a text means for its own score and, as a beginning, for those of the texts below.
+    /// The two differ in what the last name costs.
+    struct State
+    {
+        Ways below;
+        Ways text;
     };
     /// Element i is for texts that continue a state at the beginning of a name and match exactly
     /// the query's bytes from i on behind it: their score before byte i, if that byte starts a run
@@ -44,29 +50,30 @@ public:
 
     /// Returns the state of the empty text.
     State initialState() const;
-    /// Returns in "to" the state of a text whose own name this is. The state is that of the text's
-    /// beginning up to the slash before the name. The position plays no part.
-    void extendByName(const State &from, State &to, std::size_t position,
-                      std::string_view name) const;
+    /// Returns in "to" the state of a text that ends in the name. The state is that of the text's
+    /// beginning up to the slash before the name, whose position plays no part. Where the text does
+    /// not continue, the state is good for its rank alone.
+    void extendByName(const State &from, State &to, std::size_t position, std::string_view name,
+                      bool continues) const;
     /// Returns in "to" the state behind the name and a slash.
     void enterName(const State &from, State &to, std::size_t position, std::string_view name) const;
-    /// A text's own name counts otherwise than the names above it.
-    static constexpr bool ENTERS_TEXTS = false;
+    /// Carries on what extendByName() has returned for these to the texts below.
+    void enterText(State &state, std::size_t position, std::string_view name) const;
     /// Returns the rank of the node's text, which matches.
     int rank(const State &state, const PathTree::Node &node) const;
     void computeStarts(const State &state, std::size_t position, Starts &starts) const;
-    /// Returns the highest rank that the node's text, or any text below it, can have. The starts
+    /// Returns the highest ranks that the node's text and the texts below it can have. The starts
     /// are those of its parent, and below is PathTree::below() of the node.
-    int bound(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
+    RankBounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
 
     /// Returns the least rank that may reach the hit.
     static int rankToReach(const Hit &hit);
 
 private:
-    static int startInside(const ShortQuery::Row &row, BytePairSet pairsBelow, ByteClassSet below);
-    static int earnedInRun(const ShortQuery::Row &row, BytePairSet pairsBelow, ByteClassSet below);
-    void extend(State &state, std::string_view bytes, std::int16_t gap) const;
-    void matchByte(State &state, std::int16_t lead, std::int16_t earned, bool isSeparator,
+    void copy(const Ways &from, Ways &to) const;
+    void extend(State &state, std::string_view name, bool isText, bool isBelow) const;
+    void passUnmatched(Ways &ways, std::int16_t gaps, bool areSeparators, std::int16_t inRun) const;
+    void matchByte(Ways &ways, std::int16_t lead, std::int16_t earned, bool isSeparator,
                    std::int16_t gap, const lanes::Vector *matched) const;
 
     const ShortQuery query_;

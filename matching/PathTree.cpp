@@ -205,7 +205,8 @@ PathTree::NodeId PathTree::allocate()
 PathTree::Held PathTree::broughtBy(NodeId id) const
 {
     const Node &child = node(id);
-    Held brought{.classes = below(id) | classesOf('/'), .pairs = child.pairsBelow};
+    Held brought{.classes = below(id) | classesOf('/') | shortNameClass(child.nameLength),
+                 .pairs = child.pairsBelow};
     if (child.parent != ROOT) {
         const std::string_view name = this->name(node(child.parent));
         brought.pairs |= pairOf(name.empty() ? '/' : name.back(), '/');

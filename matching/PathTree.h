@@ -98,8 +98,8 @@ public:
     void clear();
 
     const Node &node(NodeId id) const { return chunkOf(id).nodes[id & CHUNK_MASK]; }
-    /// Returns every class of byte that occurs in the node's name or anywhere below, and perhaps
-    /// more.
+    /// Returns every class of byte that occurs in the node's name or anywhere below, and the
+    /// classes of the short names below; perhaps more.
     ByteClassSet below(NodeId id) const { return chunkOf(id).below[id & CHUNK_MASK]; }
     /// The sibling to look at next: the first one, from id on, of which below() has all the
     /// classes. Gives up after LONGEST_SKIP siblings and returns the one reached, which may lack

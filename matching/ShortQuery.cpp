@@ -30,8 +30,9 @@ ShortQuery::ShortQuery(std::string_view query)
             row.separatorBehindPrevious |= i > 0 ? pairOf(query[i - 1], separator) : 0;
         }
         row.isSlash = byte == '/';
-        // Only letters and digits earn a bonus.
-        if (scoring::bonus(byte, '/') > 0) {
+        row.isSlashBehind = row.isSlash || (i + 1 < rows_ && queryRows_[i + 1].isSlashBehind);
+        row.earnsBonus = scoring::bonus(byte, '/') > 0;
+        if (row.earnsBonus) {
             row.behindSlash = pairOf('/', byte);
             row.behindSeparator = row.behindAnySeparator;
             row.isLetter = byte >= 'a' && byte <= 'z';

@@ -34,6 +34,13 @@ inline Vector shiftUp(Vector lanes, Vector below)
 
 } // namespace lanes
 
+/// Holds the highest ranks that a node's own text and the texts below it can have.
+struct RankBounds
+{
+    int text = 0;
+    int below = 0;
+};
+
 /// Knows of a query of 1 to 32 bytes what the scorers in whole numbers ask of it at each byte of a
 /// text. Immutable; safe from
 /// every thread.
@@ -61,8 +68,12 @@ public:
         /// query byte before it.
         BytePairSet behindAnySeparator = 0;
         BytePairSet separatorBehindPrevious = 0;
+        /// A letter or digit earns a bonus at the beginning of a name or word.
+        bool earnsBonus = false;
         bool isLetter = false;
         bool isSlash = false;
+        /// This byte or one behind it is a slash.
+        bool isSlashBehind = false;
     };
 
     /// The separators of words; a slash separates names.

@@ -8,11 +8,18 @@
 //    to decide what is worth a closer look, in doubles for the score itself.
 // A subtree is left out when a byte that the query still needs does not occur in it. Siblings are
 // tested for that in runs, at the speed of memory (PathTree::skipSiblingsWithout). Once enough hits
-// are held, a subtree is also left out when no text in it can reach the worst hit. Its bound
-// (UnitScorer::bound) takes the best that the beginning allows for the query bytes that can still
+// are held, a subtree is also left out when no text in it can reach the worst hit. Its bounds
+// (UnitScorer::bounds) take the best that the beginning allows for the query bytes that can still
 // be matched below, the pairs of bytes that occur there, and the gaps that the name's length
 // forces: most leaves are settled from the 40 bytes of their node, without reading their names.
-// A text as long as the query scores infinity, so nodes of up to that length are never left out.
+// A text as long as the query scores infinity in the order by the whole path, so nodes of up to
+// that length are never left out there.
+//
+// Both orders of rows share this walk. What differs is a type each (RankingRules.h), chosen once a
+// query: how a name extends a state, the bounds, and the rank, the whole number that is compared
+// with that of the worst hit. With names first, a text's own name costs what the names above do not,
+// so a state is carried over a name in two ways at once, for the text itself and for those below it;
+// and since the names above are free, what bounds a subtree is the shortest name in it.
 
 #include "matching/TreeSearchWorker.h"
 
@@ -56,8 +63,9 @@ bool TreeSearchWorker<Rule>::walk(const Work &work)
         }
         const Node &node = tree_.node(id);
         level.next = node.nextSibling;
-        if (!isHopeless(id, node))
-            visit(id, node);
+        const Hope hope = hopeOf(id, node);
+        if (hope.text || hope.below)
+            visit(id, node, hope);
     }
 }
 
@@ -115,43 +123,42 @@ void TreeSearchWorker<Rule>::shareWork()
 }
 
 template <typename Rule>
-bool TreeSearchWorker<Rule>::isHopeless(NodeId id, const Node &node)
+auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
 {
-    const std::size_t n = query_.size();
+    constexpr Hope NONE = {.text = false, .below = false};
     Level &level = levels_[depth_];
     if ((search_.needed_[level.consumed] & ~tree_.below(id)) != 0)
-        return true;
+        return NONE;
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
     if (threshold == TreeSearch<Rule>::NO_THRESHOLD ||
-        (Rule::IS_EQUAL_LENGTH_BEST && node.textLength <= n))
-        return false;
+        (Rule::IS_EQUAL_LENGTH_BEST && node.textLength <= query_.size()))
+        return {};
     if (node.textLength > scoring::MAX_LENGTH)
-        return true;
+        return NONE;
     if (!search_.unitScorer_)
-        return false;
+        return {};
     if (!level.hasUnits)
         computeUnits(depth_);
-    return search_.unitScorer_->bound(level.starts, node, tree_.below(id)) < threshold;
+    const RankBounds bounds = search_.unitScorer_->bounds(level.starts, node, tree_.below(id));
+    return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
 }
 
 template <typename Rule>
-void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node)
+void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, const Hope &hope)
 {
     const std::size_t consumed = consume(levels_[depth_].consumed, tree_.name(node));
     hasUnitsOfText_ = false;
-    if ((node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size())
-        addIfGood(id, node, depth_);
-    if (node.firstChild == PathTree::NONE)
+    const bool continues = hope.below && node.firstChild != PathTree::NONE;
+    if (hope.text && (node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size())
+        addIfGood(id, node, continues);
+    if (!continues)
         return;
     push(id, node, consumed);
-    if constexpr (UnitScorer::ENTERS_TEXTS) {
-        if (hasUnitsOfText_) {
-            Level &level = levels_[depth_];
-            level.units = unitsOfText_;
-            search_.unitScorer_->enterText(level.units, levels_[depth_ - 1].position,
-                                           tree_.name(node));
-            finishUnits(level);
-        }
+    if (hasUnitsOfText_) {
+        Level &level = levels_[depth_];
+        level.units = unitsOfText_;
+        search_.unitScorer_->enterText(level.units, levels_[depth_ - 1].position, tree_.name(node));
+        finishUnits(level);
     }
 }
 
@@ -172,8 +179,9 @@ void TreeSearchWorker<Rule>::push(NodeId id, const Node &node, std::size_t consu
 }
 
 template <typename Rule>
-void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, std::size_t above)
+void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, bool continues)
 {
+    const Level &above = levels_[depth_];
     if (!search_.scorer_ || node.textLength > scoring::MAX_LENGTH) {
         add({scoring::SCORE_MIN, id});
         return;
@@ -182,25 +190,26 @@ void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, std::size_t 
         add({scoring::SCORE_MAX, id});
         return;
     }
-    if (isBelowThreshold(node, above))
+    if (isBelowThreshold(node, continues))
         return;
-    if (!levels_[above].hasState)
-        computeState(above);
-    stateOfText_ = levels_[above].state;
-    search_.scorer_->extendByName(stateOfText_, levels_[above].position, tree_.name(node));
+    if (!above.hasState)
+        computeState(depth_);
+    stateOfText_ = above.state;
+    search_.scorer_->extendByName(stateOfText_, above.position, tree_.name(node));
     add(Rule::hit(search_.scorer_->score(stateOfText_), id, node));
 }
 
 template <typename Rule>
-bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node, std::size_t above)
+bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node, bool continues)
 {
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
     if (threshold == TreeSearch<Rule>::NO_THRESHOLD || !search_.unitScorer_)
         return false;
-    if (!levels_[above].hasUnits)
-        computeUnits(above);
-    search_.unitScorer_->extendByName(levels_[above].units, unitsOfText_, levels_[above].position,
-                                      tree_.name(node));
+    const Level &above = levels_[depth_];
+    if (!above.hasUnits)
+        computeUnits(depth_);
+    search_.unitScorer_->extendByName(above.units, unitsOfText_, above.position, tree_.name(node),
+                                      continues);
     hasUnitsOfText_ = true;
     return search_.unitScorer_->rank(unitsOfText_, node) < threshold;
 }

@@ -48,14 +48,21 @@ private:
         State state;
     };
 
+    /// Says which texts can be among the best as far as is known.
+    struct Hope
+    {
+        bool text = true;
+        bool below = true;
+    };
+
     void descendTo(const Work &work);
     bool stepAside() NO_THREAD_SAFETY_ANALYSIS;
     void shareWork();
-    bool isHopeless(NodeId id, const Node &node);
-    void visit(NodeId id, const Node &node);
+    Hope hopeOf(NodeId id, const Node &node);
+    void visit(NodeId id, const Node &node, const Hope &hope);
     void push(NodeId id, const Node &node, std::size_t consumed);
-    void addIfGood(NodeId id, const Node &node, std::size_t above);
-    bool isBelowThreshold(const Node &node, std::size_t above);
+    void addIfGood(NodeId id, const Node &node, bool continues);
+    bool isBelowThreshold(const Node &node, bool continues);
     void add(const Hit &hit);
     std::size_t consume(std::size_t consumed, std::string_view bytes) const;
     void computeUnits(std::size_t depth);

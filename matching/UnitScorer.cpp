@@ -108,7 +108,8 @@ int UnitScorer::bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet
     return row.isLetter && (below & CAPITAL_CLASSES) != 0 ? CAPITAL : 0;
 }
 
-int UnitScorer::bound(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const
+RankBounds UnitScorer::bounds(const Starts &starts, const PathTree::Node &node,
+                              ByteClassSet below) const
 {
     const bool hasSlashBelow = (below & classesOf('/')) != 0;
     // Each byte of the name that stays unmatched costs at least one unit.
@@ -129,7 +130,7 @@ int UnitScorer::bound(const Starts &starts, const PathTree::Node &node, ByteClas
         const int apart = hasSlashBelow ? atSlash : inside;
         earnedBehind += mayFollow ? CONSECUTIVE : apart;
     }
-    return best;
+    return {.text = best, .below = best};
 }
 
 int UnitScorer::rankToReach(const Hit &hit)

@@ -49,9 +49,9 @@ public:
     State initialState() const;
     /// Returns the state of a text that ends in the name. The state is that of the text's beginning
     /// up to the slash before the name, which has position bytes, at most scoring::MAX_LENGTH. Both
-    /// states may be the same object.
-    void extendByName(const State &from, State &to, std::size_t position,
-                      std::string_view name) const
+    /// states may be the same object. Whether the text continues plays no part.
+    void extendByName(const State &from, State &to, std::size_t position, std::string_view name,
+                      bool /*continues*/) const
     {
         extend(from, to, position, '/', name);
     }
@@ -62,7 +62,6 @@ public:
         enterText(to, position, name);
     }
     /// Carries on what extendByName() has returned for these to the texts below.
-    static constexpr bool ENTERS_TEXTS = true;
     void enterText(State &state, std::size_t position, std::string_view name) const
     {
         extend(state, state, position + name.size(), name.empty() ? '/' : name.back(), "/");
@@ -74,9 +73,10 @@ public:
         return ShortQuery::at(state.best, query_.rows() - 1);
     }
     void computeStarts(const State &state, std::size_t position, Starts &starts) const;
-    /// Returns the most units that the node's text, or any text below it, can score. The starts are
-    /// those of its parent, and below is PathTree::below() of the node.
-    int bound(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
+    /// Returns the most units that the node's text, or any text below it, can score; both bounds
+    /// are the same. The starts are those of its parent, and below is PathTree::below() of the
+    /// node.
+    RankBounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
 
     /// Returns the least number of units that may reach the hit.
     static int rankToReach(const Hit &hit);
