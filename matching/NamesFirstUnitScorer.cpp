@@ -200,7 +200,7 @@ RankBounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::No
         const ShortQuery::Row &row = query_.row(i);
         const bool mayPassSeparator = hasSeparator && (row.behindAnySeparator & pairs) != 0;
         const bool mayStartWord =
-            (mayPassSeparator && row.earnsBonus) || (hasCapital && row.isLetter);
+            (hasSeparator && (row.behindSeparator & pairs) != 0) || (hasCapital && row.isLetter);
         const int elsewhere = row.isSlash ? START_AT_SLASH : START_INSIDE;
         const int inside = mayStartWord ? START_OF_WORD : elsewhere;
         const int atSlash = (row.behindSlash & pairs) != 0 ? START_OF_NAME : inside;

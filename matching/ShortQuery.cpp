@@ -31,8 +31,8 @@ ShortQuery::ShortQuery(std::string_view query)
         }
         row.isSlash = byte == '/';
         row.isSlashBehind = row.isSlash || (i + 1 < rows_ && queryRows_[i + 1].isSlashBehind);
-        row.earnsBonus = scoring::bonus(byte, '/') > 0;
-        if (row.earnsBonus) {
+        // Only letters and digits earn a bonus.
+        if (scoring::bonus(byte, '/') > 0) {
             row.behindSlash = pairOf('/', byte);
             row.behindSeparator = row.behindAnySeparator;
             row.isLetter = byte >= 'a' && byte <= 'z';

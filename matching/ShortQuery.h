@@ -68,8 +68,6 @@ public:
         /// query byte before it.
         BytePairSet behindAnySeparator = 0;
         BytePairSet separatorBehindPrevious = 0;
-        /// A letter or digit earns a bonus at the beginning of a name or word.
-        bool earnsBonus = false;
         bool isLetter = false;
         bool isSlash = false;
         /// This byte or one behind it is a slash.

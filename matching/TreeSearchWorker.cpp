@@ -17,9 +17,9 @@
 //
 // Both orders of rows share this walk. What differs is a type each (RankingRules.h), chosen once a
 // query: how a name extends a state, the bounds, and the rank, the whole number that is compared
-// with that of the worst hit. With names first, a text's own name costs what the names above do not,
-// so a state is carried over a name in two ways at once, for the text itself and for those below it;
-// and since the names above are free, what bounds a subtree is the shortest name in it.
+// with that of the worst hit. With names first, a text's own name costs what the names above do
+// not, so a state is carried over a name in two ways at once, for the text itself and for those
+// below it; and since the names above are free, what bounds a subtree is the shortest name in it.
 
 #include "matching/TreeSearchWorker.h"
 
@@ -144,7 +144,7 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
 }
 
 template <typename Rule>
-void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, const Hope &hope)
+void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, Hope hope)
 {
     const std::size_t consumed = consume(levels_[depth_].consumed, tree_.name(node));
     hasUnitsOfText_ = false;

@@ -59,7 +59,7 @@ private:
     bool stepAside() NO_THREAD_SAFETY_ANALYSIS;
     void shareWork();
     Hope hopeOf(NodeId id, const Node &node);
-    void visit(NodeId id, const Node &node, const Hope &hope);
+    void visit(NodeId id, const Node &node, Hope hope);
     void push(NodeId id, const Node &node, std::size_t consumed);
     void addIfGood(NodeId id, const Node &node, bool continues);
     bool isBelowThreshold(const Node &node, bool continues);
