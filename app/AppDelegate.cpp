@@ -68,6 +68,7 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
                .builder = searchBaseBuilder_,
                .frontFinderSearch = frontFinderSearch_,
                .places = services_.places,
+               .preferences = preferences_,
                .disk = services_.diskLister},
               QDir::homePath().toStdString()),
       actionFailures_({.recentAccessScore = searchBaseRecentAccessScore_,
@@ -351,8 +352,11 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
 {
     if (!isIndexComplete_ || query.settings != standardDefaultsPath())
         return std::nullopt;
+    const std::string &order =
+        query.order.empty() ? preferences_.matchOrder.selected().key : query.order;
     std::vector<RemoteMatch> matches;
-    for (const FuzzyMatchResult &result : searchBaseFuzzyMatch_.match(query.text, query.limit)) {
+    for (const FuzzyMatchResult &result : searchBaseFuzzyMatch_.match(
+             query.text, query.limit, matchOrderNamed(order).value_or(MatchOrder::path))) {
         matches.push_back({result.text(), result.score(), {}});
         for (const TextRange &range : result.highlightRanges())
             matches.back().ranges.emplace_back(range.location, range.length);

@@ -167,19 +167,19 @@ SearchBase::~SearchBase()
 
 // Answers
 
-std::vector<SearchBaseResultRef> SearchBase::search(std::string_view query) const
+std::vector<SearchBaseResultRef> SearchBase::search(std::string_view query, MatchOrder order) const
 {
     std::vector<SearchBaseResultRef> results;
     FrontItems front;
     if (frontFinderSearch_ != nullptr && frontFinderSearch_->isFinderFrontmost())
         front = frontFinderSearch_->frontItems();
     if (front.cachedMatcher != nullptr) {
-        for (const FuzzyMatchResult &match : front.cachedMatcher->match(query, RESULT_LIMIT))
+        for (const FuzzyMatchResult &match : front.cachedMatcher->match(query, RESULT_LIMIT, order))
             results.push_back(std::make_shared<SearchBaseResult>(
                 match.text(), front.path(match.text()), match.highlightRanges(),
                 SearchBaseResultType::inFrontFinder));
     }
-    for (const FuzzyMatchResult &match : searchBaseMatcher_.match(query, RESULT_LIMIT))
+    for (const FuzzyMatchResult &match : searchBaseMatcher_.match(query, RESULT_LIMIT, order))
         results.push_back(standardResult(match));
     if (results.size() <= GO_TO_PATH_LIMIT && trimBlanks(query).starts_with('/'))
         results.push_back(std::make_shared<SearchBaseResult>(std::string(query), std::string(query),

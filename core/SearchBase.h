@@ -7,6 +7,7 @@
 #include "indexing/SearchBaseWatcher.h"
 #include "indexing/SearchLocations.h"
 #include "matching/FuzzyMatch.h"
+#include "matching/MatchOrder.h"
 #include "results/SearchBaseResult.h"
 
 #include <chrono>
@@ -87,7 +88,8 @@ public:
     /// Returns at most 25 matches among the front window's items, then at most 25 of the index,
     /// both best first. If there are fewer than 25 rows and the query begins with "/" after its
     /// blanks are trimmed, the last row offers the query itself as a path to go to.
-    std::vector<SearchBaseResultRef> search(std::string_view query) const;
+    std::vector<SearchBaseResultRef> search(std::string_view query,
+                                            MatchOrder order = MatchOrder::path) const;
     /// Returns at most 10 of the folders that the user opened most, most used first.
     std::vector<SearchBaseResultRef> mostAccessedResults() const;
 

@@ -76,6 +76,18 @@ void addSeconds(CLI::App &command, const std::string &option,
     command.add_option_function<std::string>(option, read, help)->type_name("S");
 }
 
+/// Adds the option that names the order of the answers.
+void addOrder(CLI::App &command, const std::function<void(const std::string &name)> &set,
+              const std::string &help)
+{
+    const auto read = [set](const std::string &text) {
+        if (!matchOrderNamed(text))
+            throw CLI::ValidationError("--order", "not an order, \"path\" or \"names\": " + text);
+        set(text);
+    };
+    command.add_option_function<std::string>("--order", read, help)->type_name("ORDER");
+}
+
 std::chrono::milliseconds wholeMilliseconds(double seconds)
 {
     return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(seconds));
@@ -108,6 +120,9 @@ void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &
     CLI::App *command = app.add_subcommand("match", "Rank the paths on standard input");
     command->add_option("QUERY", match.query, "What to look for")->required()->type_name("");
     addNumber(*command, "--top", match.top, {}, "Print at most N paths (25)");
+    addOrder(
+        *command, [&](const std::string &name) { match.order = *matchOrderNamed(name); },
+        "Rank by the whole \"path\", or \"names\" first (path)");
     command->add_option("--counts", match.countsFile, "JSON object, path to use count")
         ->type_name("FILE");
     addNumber(*command, "--repeat", match.repeat, {.least = 1}, "Run the query N times (1)");
@@ -129,6 +144,9 @@ void addFind(CLI::App &app, int argc, FindCommand &find, std::function<int(Outpu
         ->type_name("DIR")
         ->allow_extra_args(false);
     addNumber(*command, "--top", find.top, {}, "Print at most N paths (25)");
+    addOrder(
+        *command, [&](const std::string &name) { find.order = name; },
+        "Rank by the whole \"path\", or \"names\" first (as the settings say)");
     command->add_flag("-0", find.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--json", find.json, "Print one array of objects");
     command->add_flag("--crawl", find.crawl, "Ask the disk, not an index");

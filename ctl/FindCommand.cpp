@@ -16,6 +16,7 @@
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/settings/UserCacheFile.h"
+#include "prefs/Preferences.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -90,7 +91,8 @@ std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() c
     BusRunningInstance instance;
     const RemoteAnswer answer = instance.find({.settings = standardDefaultsPath(),
                                                .text = query(),
-                                               .limit = static_cast<std::uint32_t>(top)});
+                                               .limit = static_cast<std::uint32_t>(top),
+                                               .order = order});
     if (!answer)
         return std::nullopt;
     std::vector<FuzzyMatchResult> results;
@@ -115,6 +117,11 @@ std::vector<FuzzyMatchResult> FindCommand::searchAlone(bool &failed) const
     // The store prints to standard error what is wrong with the settings. Searching other folders
     // than those that the user chose would be no answer.
     failed = settings.fault().has_value();
+    const std::optional<MatchOrder> ranking = orderInForce(settings);
+    if (!ranking) {
+        failed = true;
+        return {};
+    }
     if (!folders.empty())
         settings.includeOnly(readableFolders(folders, identity, failed));
     else if (failed)
@@ -144,7 +151,19 @@ std::vector<FuzzyMatchResult> FindCommand::searchAlone(bool &failed) const
                 complain(line);
         });
     }
-    return matcher.match(query(), top);
+    return matcher.match(query(), top, *ranking);
+}
+
+std::optional<MatchOrder> FindCommand::orderInForce(DefaultsStore &settings) const
+{
+    if (!order.empty())
+        return matchOrderNamed(order);
+    const Preferences preferences(settings);
+    if (const auto wrong = preferences.matchOrder.wrongChoice()) {
+        complain(wrong->description());
+        return std::nullopt;
+    }
+    return matchOrderNamed(preferences.matchOrder.selected().key);
 }
 
 void FindCommand::tellSource(const std::string &source) const

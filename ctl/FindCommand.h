@@ -1,6 +1,7 @@
 #pragma once
 
 #include "matching/FuzzyMatchResult.h"
+#include "matching/MatchOrder.h"
 
 #include <cstddef>
 #include <optional>
@@ -9,6 +10,7 @@
 
 namespace quillon {
 
+class DefaultsStore;
 class Output;
 
 /// Prints what matches a query, best first, from the index of the running application, from the one
@@ -26,6 +28,9 @@ struct FindCommand
     /// If true, standard error says where the answer comes from.
     bool stats = false;
     std::size_t top = 25;
+    /// Names the order of the matches. Empty, the running application's settings say it, or those
+    /// on the disk.
+    std::string order;
     bool nulSeparated = false;
     bool json = false;
 
@@ -38,6 +43,8 @@ private:
     std::optional<std::vector<FuzzyMatchResult>> askRunningInstance() const;
     /// Answers from the kept index or from the disk. Sets failed when a folder could not be read.
     std::vector<FuzzyMatchResult> searchAlone(bool &failed) const;
+    /// The order is absent, with a line on standard error, when the settings name none that exists.
+    std::optional<MatchOrder> orderInForce(DefaultsStore &settings) const;
     void tellSource(const std::string &source) const;
 };
 

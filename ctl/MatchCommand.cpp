@@ -119,7 +119,7 @@ int MatchCommand::run(Output &output) const
     std::vector<double> milliseconds;
     for (std::size_t i = 0; i < repeat; ++i) {
         const auto start = std::chrono::steady_clock::now();
-        results = matcher.match(query, top);
+        results = matcher.match(query, top, order);
         const std::chrono::duration<double, std::milli> took =
             std::chrono::steady_clock::now() - start;
         milliseconds.push_back(took.count());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "matching/MatchOrder.h"
+
 #include <cstddef>
 #include <string>
 
@@ -12,6 +14,7 @@ struct MatchCommand
 {
     std::string query;
     std::size_t top = 25;
+    MatchOrder order = MatchOrder::path;
     /// A JSON file that maps paths to use counts; empty for none.
     std::string countsFile;
     std::size_t repeat = 1;

@@ -18,6 +18,8 @@ struct RemoteQuery
     std::string settings;
     std::string text;
     std::uint32_t limit = 0;
+    /// Names the order of the matches, as the settings do; empty for the one in the settings.
+    std::string order;
 };
 
 /// One match, as in FuzzyMatchResult.

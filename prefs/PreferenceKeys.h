@@ -15,6 +15,8 @@ struct PreferenceKeys
     /// String, an item key: whether a folder opens in a new or in the existing window. Absent:
     /// "new".
     static constexpr std::string_view OPEN_FINDER_BEHAVIOR = "open-finder-behavior";
+    /// String, an item key: by which rule the rows of an answer are ranked. Absent: "path".
+    static constexpr std::string_view MATCH_ORDER = "match-order";
     /// Boolean: update checks include beta versions. Absent: false.
     static constexpr std::string_view ENABLE_BETA_UPDATES = "enable-beta-updates";
     /// List of strings: the user's exclude patterns. Absent: the built-in suggestions.

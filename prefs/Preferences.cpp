@@ -136,6 +136,8 @@ const PreferencesSelectListItem Preferences::QuickSearchBehavior::select{"select
                                                                          "Show in Finder"};
 const PreferencesSelectListItem Preferences::OpenInFinder::newWindow{"new", "New Window"};
 const PreferencesSelectListItem Preferences::OpenInFinder::existing{"existing", "Existing Window"};
+const PreferencesSelectListItem Preferences::MatchOrder::path{"path", "By the whole path"};
+const PreferencesSelectListItem Preferences::MatchOrder::names{"names", "Names first"};
 
 Preferences::Preferences(DefaultsStore &store)
     : quickSearchBehavior(store, PreferenceKeys::QUICK_SEARCH_BEHAVIOR,
@@ -145,6 +147,8 @@ Preferences::Preferences(DefaultsStore &store)
       openInFinderBehavior(store, PreferenceKeys::OPEN_FINDER_BEHAVIOR,
                            {OpenInFinder::newWindow, OpenInFinder::existing},
                            OpenInFinder::newWindow),
+      matchOrder(store, PreferenceKeys::MATCH_ORDER, {MatchOrder::path, MatchOrder::names},
+                 MatchOrder::path),
       enableBetaUpdates(store, PreferenceKeys::ENABLE_BETA_UPDATES)
 {
     // This reads each choice, which stays in force when a wrong one is stored later.
@@ -155,12 +159,14 @@ void Preferences::readChoices() const
 {
     quickSearchBehavior.selected();
     openInFinderBehavior.selected();
+    matchOrder.selected();
 }
 
 std::vector<WrongChoice> Preferences::wrongChoices() const
 {
     std::vector<WrongChoice> wrong;
-    for (const PreferencesSelectList *list : {&quickSearchBehavior, &openInFinderBehavior})
+    for (const PreferencesSelectList *list :
+         {&quickSearchBehavior, &openInFinderBehavior, &matchOrder})
         if (auto choice = list->wrongChoice())
             wrong.push_back(std::move(*choice));
     return wrong;

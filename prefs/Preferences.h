@@ -150,6 +150,12 @@ public:
         static const PreferencesSelectListItem newWindow;
         static const PreferencesSelectListItem existing;
     };
+    /// How the rows of an answer are ranked.
+    struct MatchOrder
+    {
+        static const PreferencesSelectListItem path;
+        static const PreferencesSelectListItem names;
+    };
     // NOLINTEND(readability-identifier-naming)
 
     /// Reads each choice once, so that it stays in force when a wrong one is stored later.
@@ -158,6 +164,7 @@ public:
     PreferencesSelectList quickSearchBehavior;
     PreferencesBoolean finderQuickSearch;
     PreferencesSelectList openInFinderBehavior;
+    PreferencesSelectList matchOrder;
     PreferencesBoolean enableBetaUpdates;
 
     /// Reads every choice, so that a wrong one is reported now and not when the choice is needed.

@@ -6,6 +6,7 @@
 #include "indexing/SearchBaseFinder.h"
 #include "platform/FolderLister.h"
 #include "platform/Places.h"
+#include "prefs/Preferences.h"
 
 #include <algorithm>
 #include <string_view>
@@ -29,10 +30,16 @@ SearchBaseSource::SearchBaseSource(const Services &services, std::string homeFol
 PanelSource::Answer SearchBaseSource::search(const std::string &query) const
 {
     const std::string wanted = query.starts_with("~/") ? homeFolder_ + query.substr(1) : query;
-    Answer answer{services_.searchBase.search(wanted)};
+    Answer answer{services_.searchBase.search(wanted, order())};
     if (wanted.starts_with('/'))
         answer.selectedRow = rowOfPath(answer.results, wanted);
     return answer;
+}
+
+MatchOrder SearchBaseSource::order() const
+{
+    const std::string &key = services_.preferences.matchOrder.selected().key;
+    return matchOrderNamed(key).value_or(MatchOrder::path);
 }
 
 int SearchBaseSource::rowOfPath(const std::vector<SearchBaseResultRef> &rows,

@@ -2,6 +2,7 @@
 
 #include "app/panel/PanelSource.h"
 #include "base/BoundedCalls.h"
+#include "matching/MatchOrder.h"
 
 #include <string>
 
@@ -10,6 +11,7 @@ namespace quillon {
 class FolderLister;
 class FrontFinderSearch;
 class Places;
+class Preferences;
 class SearchBase;
 class SearchBaseBuilder;
 class SearchBaseFinder;
@@ -25,6 +27,8 @@ public:
         SearchBaseBuilder &builder;
         FrontFinderSearch &frontFinderSearch;
         const Places &places;
+        /// The order of the rows is read at each search.
+        const Preferences &preferences;
         /// Asks the disk itself, however long the disk takes. It also outlives the calls that hang.
         FolderLister &disk;
     };
@@ -43,6 +47,7 @@ public:
     void addHomeFolder() override;
 
 private:
+    MatchOrder order() const;
     bool isThere(const std::string &path) const;
     int rowOfPath(const std::vector<SearchBaseResultRef> &rows, const std::string &path) const;
 

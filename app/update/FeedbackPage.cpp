@@ -124,7 +124,8 @@ QStringList settingsLines(DefaultsStore &defaults)
                                        Keys::INCLUDE_FILE_PATTERNS, Keys::RECENT_ACCESS_SCORE_DATA})
         lines += line(key, {count(defaults, key)});
     for (const PreferencesSelectList *list :
-         {&preferences.quickSearchBehavior, &preferences.openInFinderBehavior})
+         {&preferences.quickSearchBehavior, &preferences.openInFinderBehavior,
+          &preferences.matchOrder})
         lines += line(list->key(), {choice(defaults, *list)});
     for (const std::string_view key :
          {Keys::FINDER_QUICK_SEARCH, Keys::ENABLE_BETA_UPDATES, Keys::PREEMPTIVE_APPLE_EVENT_ACCESS,

@@ -18,13 +18,17 @@ _quillonctl() {
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return
             ;;
+        --order)
+            mapfile -t COMPREPLY < <(compgen -W 'path names' -- "$current")
+            return
+            ;;
         --top | --repeat | --threads | --budget | --latency | --window | --sweep | --exclude | --ext)
             return
             ;;
     esac
     case $command in
-        match) options='--top --counts --repeat -0 --stats --help' ;;
-        find) options='--in --top -0 --json --crawl --stats --help' ;;
+        match) options='--top --order --counts --repeat -0 --stats --help' ;;
+        find) options='--in --top --order -0 --json --crawl --stats --help' ;;
         crawl)
             options='--exclude --no-default-excludes --no-builtin-excludes --ext --threads -0
                 --stats --help'

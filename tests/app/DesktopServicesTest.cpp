@@ -153,6 +153,7 @@ TEST_F(BusRemoteControlTest, answersFromTheBackground)
         EXPECT_NE(QThread::currentThread(), qApp->thread());
         EXPECT_EQ(query.settings, "/settings");
         EXPECT_EQ(query.limit, 7U);
+        EXPECT_EQ(query.order, query.text == "nothing" ? "names" : "");
         if (query.text == "later")
             return std::nullopt;
         return query.text == "\xff" ? std::vector{match, match} : std::vector<RemoteMatch>{};
@@ -162,10 +163,11 @@ TEST_F(BusRemoteControlTest, answersFromTheBackground)
               RemoteControl::Claim::owner);
     ask([&](RunningInstance &instance) {
         EXPECT_EQ(instance.status(), status());
-        EXPECT_EQ(instance.find({"/settings", "\xff", 7}), RemoteAnswer(std::vector{match, match}));
-        EXPECT_EQ(instance.find({"/settings", "nothing", 7}),
+        EXPECT_EQ(instance.find({"/settings", "\xff", 7, ""}),
+                  RemoteAnswer(std::vector{match, match}));
+        EXPECT_EQ(instance.find({"/settings", "nothing", 7, "names"}),
                   RemoteAnswer(std::vector<RemoteMatch>{}));
-        EXPECT_EQ(instance.find({"/settings", "later", 7}), std::nullopt);
+        EXPECT_EQ(instance.find({"/settings", "later", 7, ""}), std::nullopt);
     });
 }
 
@@ -174,7 +176,7 @@ TEST_F(BusRemoteControlTest, reachesNobodyOnceTheOwnerIsGone)
     BusRunningInstance instance;
     EXPECT_EQ(instance.request("show"), RunningInstance::Outcome::notRunning);
     EXPECT_FALSE(instance.isRunning());
-    EXPECT_EQ(instance.find({"/settings", "a", 1}), std::nullopt);
+    EXPECT_EQ(instance.find({"/settings", "a", 1, ""}), std::nullopt);
     EXPECT_EQ(instance.status(), std::nullopt);
 }
 

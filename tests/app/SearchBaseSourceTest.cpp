@@ -78,6 +78,7 @@ protected:
                  .builder = builder_,
                  .frontFinderSearch = front_,
                  .places = places_,
+                 .preferences = preferences_,
                  .disk = disk},
                 home_.path()};
     }
@@ -156,6 +157,22 @@ TEST_F(SearchBaseSourceTest, selectsTheRowOfAPathThatExists)
     EXPECT_EQ(source.search("~/Documents/").results.back()->path(), home_.path("Documents/"))
         << "the path to go to is the last row";
     EXPECT_THAT(source.search("a~/Documents").results, IsEmpty());
+}
+
+TEST_F(SearchBaseSourceTest, ranksByTheOrderInForce)
+{
+    const std::string inside = home_.makeFolder("harbour/x");
+    const std::string deeper = home_.makeFolder("other/harbour");
+    build({home_.path()});
+    const SearchBaseSource source = this->source(disk_);
+    const auto last = [&] { return source.search("harbour").results.back()->path(); };
+    EXPECT_EQ(last(), deeper);
+    preferences_.matchOrder.select(Preferences::MatchOrder::names);
+    EXPECT_EQ(last(), inside);
+    EXPECT_THAT(source.search("hx").results.back()->highlightRanges(),
+                ElementsAre(TextRange{static_cast<std::int64_t>(inside.size()) - 9, 1},
+                            TextRange{static_cast<std::int64_t>(inside.size()) - 1, 1}))
+        << "the marks are those of the order in force";
 }
 
 TEST_F(SearchBaseSourceTest, waitsForADeadDiskAFewTimesAtMost)

@@ -112,6 +112,10 @@ INSTANTIATE_TEST_SUITE_P(
             bytes("/\377\r\t\342\202x\t\n")},
         Row{"nulInALine", "printf '/a\\0b\\n' | ctl match b | cut -f 2", bytes("/a\0b\n")},
         Row{"top", "printf 'ab\\nabc\\nabcd\\n' | ctl match --top 2 ab | cut -f 2", "ab\nabc\n"},
+        Row{"byTheWholePath", "printf '/u/ab\\n/ab/u\\n' | ctl match --order path ab | cut -f 2,3",
+            "/ab/u\t1:2\n/u/ab\t3:2\n"},
+        Row{"namesFirst", "printf '/u/ab\\n/ab/u\\n' | ctl match --order names ab",
+            "1.6\t/u/ab\t3:2\n1.09\t/ab/u\t1:2\n"},
         Row{"topZero", "echo ab | ctl match --top 0 ab", ""},
         Row{"negativeInfinity", "head -c 1100 /dev/zero | tr '\\0' a | ctl match a | cut -f 1",
             "-inf\n"},
@@ -139,6 +143,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"topIsNegative", "ctl match --top -1 a </dev/null", "", 2, "--top"},
         Row{"topIsHuge", "ctl match --top 99999999999999999999 a </dev/null", "", 2, "--top"},
         Row{"topIsNoNumber", "ctl match --top 0x5 a </dev/null", "", 2, "--top"},
+        Row{"orderIsUnknown", "ctl find --order best a", "", 2, "best"},
         Row{"repeatIsZero", "ctl match --repeat 0 a </dev/null", "", 2, "--repeat"},
         Row{"lineFeedInTheWrongPlace", "ctl match a $'b\\nc' </dev/null", "", 2, "b c"},
         Row{"countsAreMissing", "ctl match --counts no.json a </dev/null", "", 2, "no.json"},
@@ -257,6 +262,25 @@ TEST_F(FindTest, searchesNoOtherFoldersWhereTheSettingsHaveAMistake)
     const Ending given = session_.run("ctl find alpha --in " + home_);
     EXPECT_EQ(given.status, 2);
     EXPECT_EQ(given.out, home_ + "/alpha\n");
+}
+
+TEST_F(FindTest, ranksByTheOrderOfTheSettings)
+{
+    session_.disk().makeFolder("work/other/harbour");
+    session_.disk().makeFolder("work/harbour/x");
+    const std::string path =
+        work_ + "/harbour\n" + work_ + "/harbour/x\n" + work_ + "/other/harbour\n";
+    const std::string names =
+        work_ + "/harbour\n" + work_ + "/other/harbour\n" + work_ + "/harbour/x\n";
+    EXPECT_EQ(session_.run("ctl find --in . harbour").out, path);
+    EXPECT_EQ(session_.run("ctl find --in . --order names harbour").out, names);
+    session_.disk().writeFile("config/quillon/quillon.json", R"({"match-order": "names"})");
+    EXPECT_EQ(session_.run("ctl find --in . harbour").out, names);
+    EXPECT_EQ(session_.run("ctl find --in . --order path harbour").out, path);
+    session_.disk().writeFile("config/quillon/quillon.json", R"({"match-order": "best"})");
+    const Ending ending = session_.run("ctl find --in . harbour");
+    EXPECT_EQ(ending.status, 2);
+    EXPECT_THAT(ending.err, testing::HasSubstr("match-order"));
 }
 
 TEST_F(FindTest, joinsSeveralWordsByBlanks)

@@ -132,10 +132,11 @@ RemoteAnswer BusRunningInstance::find(const RemoteQuery &query)
     if (!hasBus())
         return std::nullopt;
     // A service that nobody owns answers with an error at once.
-    const auto reply = bus_.call(
-        object(BusNames::SEARCH), BusNames::FIND,
-        g_variant_new("(@ay@ayu)", bytes(query.settings), bytes(query.text), guint32{query.limit}),
-        Deadline(BUS_TIMEOUT));
+    const auto reply =
+        bus_.call(object(BusNames::SEARCH), BusNames::FIND,
+                  g_variant_new("(@ay@ayus)", bytes(query.settings), bytes(query.text),
+                                guint32{query.limit}, query.order.c_str()),
+                  Deadline(BUS_TIMEOUT));
     if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE(ANSWER)))
         return std::nullopt;
     const VariantRef matches(g_variant_get_child_value(reply.get(), 0));
