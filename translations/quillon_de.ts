@@ -406,6 +406,14 @@
         <extracomment>A sentence about the keys %1: what they do (%2), and to or with what (%3).</extracomment>
         <translation>%1: %2, mit %3</translation>
     </message>
+    <message>
+        <source>By the whole path</source>
+        <translation>Nach dem ganzen Pfad</translation>
+    </message>
+    <message>
+        <source>Names first</source>
+        <translation>Namen zuerst</translation>
+    </message>
 </context>
 <context>
     <name>RowText</name>
@@ -1095,6 +1103,18 @@
     <message>
         <source>%1 (not installed)</source>
         <translation>%1 (nicht installiert)</translation>
+    </message>
+    <message>
+        <source>Or&amp;der of the rows:</source>
+        <translation>Reihen&amp;folge der Zeilen:</translation>
+    </message>
+    <message>
+        <source>Folders whose own names begin with what is typed come first.</source>
+        <translation>Ordner, deren eigener Name mit dem Getippten beginnt, stehen vorn.</translation>
+    </message>
+    <message>
+        <source>The letters count by where they lie in the whole path.</source>
+        <translation>Die Buchstaben zählen danach, wo sie im ganzen Pfad stehen.</translation>
     </message>
 </context>
 <context>

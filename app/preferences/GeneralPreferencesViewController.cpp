@@ -40,6 +40,7 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
     : FormPane(parent),
       shortcutView(new QLNShortcutView(services.shortcutMonitor, services.shortcutBinder,
                                        services.hotKey, this)),
+      matchOrderButton(new FormMenu(this)),
       openInFinderBehaviorButton(new FormMenu(this)),
       enableQuickSearchButton(new FormCheckBox({}, this)),
       quickSearchPopUpButton(new FormMenu(this)),
@@ -48,6 +49,8 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
       services_(services)
 {
     buildShortcut();
+    addGap();
+    buildOrder();
     addGap();
     buildFileManager();
     addGap();
@@ -62,6 +65,13 @@ void GeneralPreferencesViewController::buildShortcut()
 {
     addRow(tr("Sho&rtcut:"), shortcutView);
     addNote(tr("Shows the search panel from anywhere, and hides it again."));
+}
+
+void GeneralPreferencesViewController::buildOrder()
+{
+    addRow(tr("Or&der of the rows:"), matchOrderButton);
+    matchOrderNote_ = addNote();
+    bindChoice(*matchOrderButton, services_.preferences.matchOrder, *matchOrderNote_);
 }
 
 void GeneralPreferencesViewController::buildFileManager()
@@ -118,6 +128,12 @@ void GeneralPreferencesViewController::showStored()
         button.setCurrentIndex(static_cast<int>(selected - values.begin()));
     };
     const bool isQuickSearchOn = services_.preferences.finderQuickSearch.value();
+    showChoice(*matchOrderButton, services_.preferences.matchOrder);
+    const bool areNamesFirst =
+        services_.preferences.matchOrder.selected() == Preferences::MatchOrder::names;
+    matchOrderNote_->setSentence(
+        areNamesFirst ? tr("Folders whose own names begin with what is typed come first.")
+                      : tr("The letters count by where they lie in the whole path."));
     showChoice(*openInFinderBehaviorButton, services_.preferences.openInFinderBehavior);
     showChoice(*quickSearchPopUpButton, services_.preferences.quickSearchBehavior);
     enableQuickSearchButton->setChecked(isQuickSearchOn);

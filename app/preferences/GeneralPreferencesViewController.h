@@ -18,7 +18,8 @@ class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
 
-/// The pane for what everyone sets once: the shortcut, the file manager, the start at login.
+/// The pane for what everyone sets once: the shortcut, the order of the rows, the file manager, the
+/// start at login.
 class GeneralPreferencesViewController final : public FormPane
 {
     Q_OBJECT
@@ -42,6 +43,7 @@ public:
     void showStored() override;
 
     QLNShortcutView *const shortcutView;
+    QComboBox *const matchOrderButton;
     QComboBox *const openInFinderBehaviorButton;
     QCheckBox *const enableQuickSearchButton;
     QComboBox *const quickSearchPopUpButton;
@@ -53,6 +55,7 @@ protected:
 
 private:
     void buildShortcut();
+    void buildOrder();
     void buildFileManager();
     void buildQuickSearch();
     void buildStart();
@@ -65,6 +68,7 @@ private:
     void written(FormNote &note, bool isStored);
 
     Services services_;
+    FormNote *matchOrderNote_ = nullptr;
     FormNote *fileManagerNote_ = nullptr;
     FormNote *openInFinderNote_ = nullptr;
     FormNote *quickSearchNote_ = nullptr;

@@ -20,6 +20,8 @@ struct Words
 constexpr Words WORDS[] = {
     {"New Window", QT_TRANSLATE_NOOP("PreferenceTexts", "New Window")},
     {"Existing Window", QT_TRANSLATE_NOOP("PreferenceTexts", "Existing Window")},
+    {"By the whole path", QT_TRANSLATE_NOOP("PreferenceTexts", "By the whole path")},
+    {"Names first", QT_TRANSLATE_NOOP("PreferenceTexts", "Names first")},
     {"Open in Default App", QT_TRANSLATE_NOOP("PreferenceTexts", "Open in Default App")},
     {"Show in Finder", QT_TRANSLATE_NOOP("PreferenceTexts", "Show in File Manager")},
     {"Show Parent in Finder", QT_TRANSLATE_NOOP("PreferenceTexts", "Show Parent in File Manager")},
