@@ -33,7 +33,7 @@ std::vector<ActionModel> defaultActions()
 
 ActionModelFinder::ActionModelFinder(DefaultsStore &store) : store_(store) {}
 
-std::vector<ActionModel> ActionModelFinder::loadActions() const
+std::optional<std::vector<ActionModel>> ActionModelFinder::storedActions() const
 {
     auto stored = store_.data(PreferenceKeys::ACTIONS_LIST);
     const MutexLock lock(mutex_);
@@ -41,19 +41,24 @@ std::vector<ActionModel> ActionModelFinder::loadActions() const
         stored_ = std::move(stored);
         decoded_ = stored_ ? decodeActions(*stored_) : std::nullopt;
     }
-    if (!decoded_)
+    return decoded_;
+}
+
+std::vector<ActionModel> ActionModelFinder::loadActions() const
+{
+    auto stored = storedActions();
+    if (!stored)
         return defaultActions();
-    if (decoded_->empty())
+    if (stored->empty())
         return {{.flags = {},
                  .actionType = ActionType::showInFinder,
                  .actionTarget = ActionTarget::selectedRow}};
-    return *decoded_;
+    return std::move(*stored);
 }
 
 bool ActionModelFinder::saveActions(const std::vector<ActionModel> &actions)
 {
-    return store_.set(PreferenceKeys::ACTIONS_LIST,
-                      {DefaultsData{.bytes = encodeActions(actions)}});
+    return store_.set(PreferenceKeys::ACTIONS_LIST, DefaultsValue::ofData(encodeActions(actions)));
 }
 
 bool ActionModelFinder::containsAction(const ActionModel &action,
@@ -76,6 +81,40 @@ bool ActionModelFinder::removeAction(const ActionModel &action)
     std::vector<ActionModel> actions = loadActions();
     std::erase(actions, action);
     return saveActions(actions);
+}
+
+bool ActionModelFinder::replaceAction(const ActionModel &before, const ActionModel &after)
+{
+    std::vector<ActionModel> actions = loadActions();
+    std::ranges::replace(actions, before, after);
+    return saveActions(actions);
+}
+
+bool ActionModelFinder::moveAction(const ActionModel &action, int places)
+{
+    std::vector<ActionModel> actions = loadActions();
+    const auto from = std::ranges::find(actions, action);
+    if (from == actions.end())
+        return true;
+    const auto to =
+        std::clamp<std::ptrdiff_t>(places, actions.begin() - from, actions.end() - from - 1);
+    if (to == 0)
+        return true;
+    if (to > 0)
+        std::rotate(from, from + 1, from + to + 1);
+    else
+        std::rotate(from + to, from, from + 1);
+    return saveActions(actions);
+}
+
+bool ActionModelFinder::restoreBuiltInActions()
+{
+    return store_.remove(PreferenceKeys::ACTIONS_LIST);
+}
+
+bool ActionModelFinder::areBuiltIn() const
+{
+    return !storedActions();
 }
 
 std::optional<ActionModel> ActionModelFinder::actionFor(ActionShortcutFlags flags) const

@@ -32,6 +32,14 @@ public:
     bool addAction(const ActionModel &action);
     /// Removes every action equal to this one.
     bool removeAction(const ActionModel &action);
+    /// Puts the new action where the old one is.
+    bool replaceAction(const ActionModel &before, const ActionModel &after);
+    /// Moves the action by so many places, towards the end where positive, as far as the list goes.
+    bool moveAction(const ActionModel &action, int places);
+    /// Makes the built-in actions hold again.
+    bool restoreBuiltInActions();
+    /// Returns whether nothing readable is stored, so that the built-in actions hold.
+    bool areBuiltIn() const;
     /// Returns the first action in the list that is bound to exactly these keys; absent when there
     /// is none.
     std::optional<ActionModel> actionFor(ActionShortcutFlags flags) const;
@@ -40,6 +48,9 @@ public:
     std::vector<std::string> availableShortcutTitles() const;
 
 private:
+    /// The result is absent when nothing readable is stored.
+    std::optional<std::vector<ActionModel>> storedActions() const;
+
     DefaultsStore &store_;
     mutable Mutex mutex_;
     /// What was read last, and the actions in it; absent where they are not readable.

@@ -1,6 +1,7 @@
 #include "base/DefaultsStore.h"
 
 #include "base/JsonValues.h"
+#include "base/Utf8.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace quillon {
 namespace {
@@ -70,6 +72,13 @@ std::optional<std::string> DefaultsValue::asData() const
     if (const auto *text = std::get_if<std::string>(&value))
         return *text;
     return std::nullopt;
+}
+
+DefaultsValue DefaultsValue::ofData(std::string bytes)
+{
+    if (replacingInvalidUtf8(bytes) == bytes)
+        return {std::move(bytes)};
+    return {DefaultsData{std::move(bytes)}};
 }
 
 std::string DefaultsValue::description() const

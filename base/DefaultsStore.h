@@ -35,6 +35,9 @@ struct DefaultsValue
     std::optional<std::int64_t> asInteger() const;
     /// The bytes, when this is data or a string (its UTF-8 bytes).
     std::optional<std::string> asData() const;
+    /// Returns a value that asData() reads as these bytes: a string where they are UTF-8, so that
+    /// the user can read and change it in the settings file, and data otherwise.
+    static DefaultsValue ofData(std::string bytes);
     /// JSON text on one line, for diagnostics.
     std::string description() const;
 

@@ -234,7 +234,7 @@ bool Bookmarks::store(const std::string &path, const std::string &data)
 {
     const MutexLock lock(changing_);
     DefaultsDictionary entries = load();
-    entries.insert_or_assign(path, DefaultsValue{DefaultsData{data}});
+    entries.insert_or_assign(path, DefaultsValue::ofData(data));
     return store_.set(BOOKMARKS_USER_DEFAULT_KEY, {std::move(entries)});
 }
 

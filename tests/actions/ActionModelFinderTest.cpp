@@ -63,12 +63,12 @@ TEST(ActionModelFinder, beginsWithTheBuiltInActionsAndStoresNothing)
     EXPECT_EQ(store.writes(), 0);
 }
 
-TEST(ActionModelFinder, writesTheMembersInTheirOrderAsData)
+TEST(ActionModelFinder, writesTheMembersInTheirOrderAsReadableText)
 {
     FakeDefaultsStore store;
     ActionModelFinder finder(store);
     EXPECT_TRUE(finder.saveActions(finder.loadActions()));
-    EXPECT_EQ(store.value(KEY), DefaultsValue{DefaultsData{DEFAULTS}});
+    EXPECT_EQ(store.value(KEY), DefaultsValue{std::string(DEFAULTS)});
 }
 
 /// A stored value, and the number of actions that are read from it. That number is four when the
@@ -174,13 +174,13 @@ TEST(ActionModelFinder, storesEveryPathOfAProgramExactly)
     }
 }
 
-TEST(ActionModelFinder, readsTheSettingsFileAsDataAndAsText)
+TEST(ActionModelFinder, readsAndWritesTheSettingsFileAsText)
 {
     const TemporaryFolder folder;
     JsonDefaultsStore store(folder.path("quillon.json"));
     ActionModelFinder finder(store);
     EXPECT_TRUE(finder.addAction(openWith({.shift = true}, "a \"b\" ⌘")));
-    EXPECT_NE(folder.readFile("quillon.json").find(R"("$data": ")"), std::string::npos)
+    EXPECT_NE(folder.readFile("quillon.json").find(R"(\"key\":\"a)"), std::string::npos)
         << folder.readFile("quillon.json");
     EXPECT_EQ(finder.loadActions().back(), openWith({.shift = true}, "a \"b\" ⌘"));
 

@@ -53,9 +53,7 @@ class PreferencesTest(ReadDesktop):
 
     def actions(self):
         """The stored actions as (keys, kind, target)."""
-        stored = self.stored().get("qln-actions-list")
-        text = subprocess.run(["base64", "-d"], input=stored["$data"].encode(),
-                              capture_output=True, check=True).stdout if stored else b"[]"
+        text = self.stored().get("qln-actions-list", "[]")
         return [("+".join(key for key, held in action["flags"].items() if held),
                  action["actionType"]["key"], action["actionTarget"]["key"])
                 for action in json.loads(text)]
