@@ -30,6 +30,8 @@ struct ActionFailure
     SearchBaseResultRef result;
     /// The application or the executable as the action names it; empty for the other reasons.
     std::string target = {};
+    /// A use of the row was counted.
+    bool isUse = true;
 };
 
 } // namespace quillon

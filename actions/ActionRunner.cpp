@@ -1,5 +1,6 @@
 #include "actions/ActionRunner.h"
 
+#include "base/PathText.h"
 #include "base/TaskQueue.h"
 #include "platform/Clipboard.h"
 #include "platform/FileManager.h"
@@ -192,7 +193,17 @@ bool ActionRunner::start(const ProcessRunner::Command &command, ProcessRunner::E
     return !failure;
 }
 
-void ActionRunner::failToOpen(const ActionType &type, const SearchBaseResultRef &result) const
+void ActionRunner::showProperties(const SearchBaseResultRef &result)
+{
+    queue_.post([this, result] {
+        const std::string item(withoutTrailingSlashes(result->path()));
+        if (!services_.fileManager.showProperties(item))
+            failToOpen(ActionType::showInFinder, result, false);
+    });
+}
+
+void ActionRunner::failToOpen(const ActionType &type, const SearchBaseResultRef &result,
+                              bool isUse) const
 {
     using enum ActionFailure::Reason;
     const auto reason = [&] {
@@ -205,7 +216,7 @@ void ActionRunner::failToOpen(const ActionType &type, const SearchBaseResultRef 
             return noDefaultApplication;
         return services_.fileManager.application().empty() ? noFileManager : fileManagerFailed;
     };
-    failed_({.reason = reason(), .result = result});
+    failed_({.reason = reason(), .result = result, .isUse = isUse});
 }
 
 } // namespace quillon

@@ -57,6 +57,8 @@ public:
     ActionType typeFor(const ActionModel &action, const SearchBaseResult &result) const;
     /// Queues what typeFor() says, except that a path is copied at once. Main thread only.
     void runAction(const ActionModel &action, const SearchBaseResultRef &result);
+    /// Queues the file manager's window about the row's item.
+    void showProperties(const SearchBaseResultRef &result);
 
 private:
     void perform(const ActionModel &action, const SearchBaseResultRef &result);
@@ -69,7 +71,8 @@ private:
     /// Returns false when the program does not start.
     bool start(const ProcessRunner::Command &command, ProcessRunner::Ended ended);
     bool isForFileManager(const std::string &application) const;
-    void failToOpen(const ActionType &type, const SearchBaseResultRef &result) const;
+    void failToOpen(const ActionType &type, const SearchBaseResultRef &result,
+                    bool isUse = true) const;
 
     Services services_;
     const Preferences &preferences_;

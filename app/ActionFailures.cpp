@@ -17,7 +17,8 @@ ActionFailures::ActionFailures(const Services &services)
 
 void ActionFailures::report(const ActionFailure &failure)
 {
-    services_.recentAccessScore.takeBack(*failure.result);
+    if (failure.isUse)
+        services_.recentAccessScore.takeBack(*failure.result);
     if (failure.reason == ActionFailure::Reason::itemGone)
         forgetInIndex(failure.result->path());
 

@@ -44,6 +44,8 @@ public:
     virtual bool openInFrontWindow(const std::string &folder) = 0;
     /// Shows a folder with one of its items selected.
     virtual bool select(const std::string &item, const std::string &folder) = 0;
+    /// Shows the file manager's own window about an item: its size, its owner, who may read it.
+    virtual bool showProperties(const std::string &item) = 0;
     /// Asks the file manager something harmless, so that a desktop that asks the user for consent
     /// does it now.
     virtual bool probe() = 0;

@@ -47,8 +47,15 @@ public:
     ~FakeManager() override { QDBusConnection::disconnectFromBus(bus_.name()); }
 
     std::vector<std::string> selected;
+    std::vector<std::string> described;
 
 public Q_SLOTS:
+    // NOLINTNEXTLINE(readability-identifier-naming): the name is the interface's
+    void ShowItemProperties(const QStringList &uris, const QString &)
+    {
+        for (const QString &uri : uris)
+            described.push_back(uri.toStdString());
+    }
     // NOLINTNEXTLINE(readability-identifier-naming): the name is the interface's
     void ShowItems(const QStringList &uris, const QString &)
     {
@@ -155,6 +162,21 @@ TEST_F(DesktopFileManagerTest, asksTheOwnerOfTheSharedNameOnlyIfItIsWhatTheUserW
     install("owner", QCoreApplication::applicationFilePath().toStdString() + " %f");
     EXPECT_TRUE(run(select, "owner"));
     EXPECT_THAT(owner.selected, ElementsAre("file://" + item));
+}
+
+TEST_F(DesktopFileManagerTest, asksTheUsersManagerForPropertiesOrElseAnyOther)
+{
+    const std::string item = home_.makeFolder("a b");
+    const auto show = [&](auto &manager) { return manager.showProperties(item); };
+    EXPECT_FALSE(run(show)) << "nobody can";
+    FakeManager other(SHARED_NAME);
+    EXPECT_TRUE(run(show));
+    EXPECT_THAT(other.described, ElementsAre("file://" + home_.path("a%20b")));
+    FakeManager own(OWN_NAME);
+    EXPECT_TRUE(run(show));
+    EXPECT_EQ(other.described.size(), 1U);
+    EXPECT_EQ(own.described.size(), 1U);
+    EXPECT_FALSE(run([&](auto &manager) { return manager.showProperties(home_.path("gone")); }));
 }
 
 TEST_F(DesktopFileManagerTest, probesTheUsersManager)

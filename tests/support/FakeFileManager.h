@@ -42,6 +42,7 @@ public:
     {
         return note("select " + item + " in " + folder);
     }
+    bool showProperties(const std::string &item) override { return note("properties " + item); }
     bool probe() override { return note("probe"); }
 
     /// Returns and forgets what was asked, in order.

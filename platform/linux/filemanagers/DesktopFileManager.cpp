@@ -246,6 +246,17 @@ bool DesktopFileManager::select(const std::string &item, const std::string &fold
         deadline);
 }
 
+bool DesktopFileManager::showProperties(const std::string &item)
+{
+    const Deadline deadline(CALL_LIMIT);
+    const auto itemKind = kind(item, deadline);
+    if (itemKind != FolderLister::Kind::folder && itemKind != FolderLister::Kind::other)
+        return false;
+    ManagerDriver &driver = chosen().driver;
+    return bringUp(
+        driver, [&] { return driver.showProperties(item, deadline); }, deadline);
+}
+
 bool DesktopFileManager::probe()
 {
     const Deadline deadline(CALL_LIMIT);

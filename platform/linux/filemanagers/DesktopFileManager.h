@@ -40,6 +40,7 @@ public:
     bool openNewWindow(const std::string &folder) override;
     bool openInFrontWindow(const std::string &folder) override;
     bool select(const std::string &item, const std::string &folder) override;
+    bool showProperties(const std::string &item) override;
     bool probe() override;
 
     /// Returns the folder that the noted window shows, or nothing when no way to find it has

@@ -111,6 +111,13 @@ bool ManagerDriver::openNewWindow(GDesktopAppInfo *application, const std::strin
                       BusConnection::Activation::allowed);
 }
 
+bool ManagerDriver::showProperties(const std::string &item, Deadline deadline)
+{
+    // Where the user's file manager does not run, any other one that the bus starts will do.
+    return callCommon(commonName(deadline).value_or(COMMON_NAME), "ShowItemProperties", item,
+                      deadline, BusConnection::Activation::allowed);
+}
+
 // Selecting
 
 std::optional<std::string> ManagerDriver::commonName(Deadline deadline)

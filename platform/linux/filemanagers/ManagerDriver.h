@@ -63,6 +63,8 @@ public:
     /// Shows the item selected in its folder.
     bool select(GDesktopAppInfo *application, const std::string &item, const std::string &folder,
                 Deadline deadline);
+    /// Shows the window about the item.
+    bool showProperties(const std::string &item, Deadline deadline);
     /// Makes the first window that accepts it show the folder, and waits until it does. Returns
     /// that window, or nothing when none comes to show the folder.
     std::optional<std::uint32_t> retarget(const std::vector<DesktopWindow> &windows,
@@ -92,7 +94,7 @@ protected:
     /// in common, or nothing when it offers none.
     virtual std::optional<std::string> commonName(Deadline deadline);
 
-    /// Calls ShowItems or ShowFolders of the common interface with one URI.
+    /// Calls ShowItems, ShowFolders or ShowItemProperties of the common interface with one URI.
     bool callCommon(const std::string &service, const std::string &method, const std::string &path,
                     Deadline deadline, BusConnection::Activation activation);
     /// Waits until the file manager answers on the bus, then asks it to select the item.
