@@ -1,7 +1,9 @@
 #include "app/AppDelegate.h"
 
+#include "app/panel/ActionHints.h"
 #include "app/panel/PanelFooter.h"
 #include "app/panel/SearchPanelView.h"
+#include "app/widgets/FormTabView.h"
 #include "platform/linux/session/ProgramEnd.h"
 #include "shortcut/QLNShortcutValidator.h"
 
@@ -97,7 +99,10 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
       buildSearchBaseWindow_(tr("Rebuild Quillon Search"), rebuildSearchBaseViewController_,
                              services_.windowSystem),
       onboardingWindow_(tr("Set Up Quillon"), makeOnboarding(), services_.windowSystem),
-      preferencesViewController_(preferencesServices(), *this, makeSearchPane()),
+      keysView_(new KeysView),
+      keysWindow_(tr("Quillon – Keys"), keysView_, services_.windowSystem),
+      searchPane_(makeSearchPane()),
+      preferencesViewController_(preferencesServices(), *this, searchPane_),
       windowTracker_(services_.mainQueue, services_.windowSystem),
       updater_({.updaterController = services_.updateController,
                 .enableBetaUpdates = preferences_.enableBetaUpdates,
@@ -105,10 +110,8 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
                 .windowSystem = services_.windowSystem,
                 .main = services_.mainQueue},
                build_.version),
-      feedback_({.workspace = services_.workspace,
-                 .defaults = services_.defaults,
-                 .windowSystem = services_.windowSystem},
-                build_.feedbackAddress, build_.version)
+      feedback_({.workspace = services_.workspace, .windowSystem = services_.windowSystem},
+                build_.feedbackAddress)
 {
     joinSearchPanel();
     trackWindows();
@@ -200,6 +203,8 @@ void AppDelegate::joinSearchPanel()
     actionRunner_.onFailure([this](const ActionFailure &failure) {
         services_.mainQueue.post([this, failure] { actionFailures_.report(failure); });
     });
+    connect(keysView_, &KeysView::closed, this,
+            [this] { windowTracker_.show(WindowTracker::searchWindow); });
     updater_.onChange([&controller] { controller.updateUpdateButton(); });
     connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
             [this] { perform({.action = "toggle", .activationToken = {}}); });
@@ -322,6 +327,22 @@ void AppDelegate::perform(const RemoteControl::Request &request)
 void AppDelegate::openPreferences(const std::string &activationToken)
 {
     windowTracker_.show(WindowTracker::preferencesWindow, activationToken);
+    closeSearchWindow(Closing::forAction);
+}
+
+void AppDelegate::leaveOut(const std::string &folder)
+{
+    openPreferences({});
+    preferencesViewController_.tabView().setCurrentWidget(searchPane_);
+    searchPane_->leaveOut(folder);
+}
+
+void AppDelegate::showKeys()
+{
+    const auto &shortcut = shortcutMonitor_.shortcut();
+    keysView_->showKeys(actionHints(actionModelFinder_.loadActions()),
+                        shortcut ? shortcut->keyNames() : QStringList());
+    keysWindow_.present();
     closeSearchWindow(Closing::forAction);
 }
 
@@ -492,6 +513,7 @@ void AppDelegate::applyPalette()
     searchWindow_.view().setPanelPalette(palette());
     buildSearchBaseWindow_.setPanelPalette(palette());
     onboardingWindow_.setPanelPalette(palette());
+    keysWindow_.setPanelPalette(palette());
     preferencesViewController_.setPanelPalette(palette());
     updater_.setPanelPalette(palette());
     actionFailures_.setPanelPalette(palette());

@@ -10,6 +10,7 @@
 #include "app/StatusReport.h"
 #include "app/WindowTracker.h"
 #include "app/panel/IconSource.h"
+#include "app/panel/KeysView.h"
 #include "app/panel/LightningSearchViewController.h"
 #include "app/panel/SearchBaseSource.h"
 #include "app/panel/SearchWindow.h"
@@ -72,7 +73,11 @@ public:
 
     void closeSearchWindow(Closing closing) override;
     void openPreferences() override { openPreferences({}); }
+    void leaveOut(const std::string &folder) override;
+    void showKeys() override;
+    bool takesFeedback() const override { return feedback_.isTaken(); }
     void sendFeedback() override { feedback_.open(); }
+    bool looksForUpdates() const override { return !build_.updateFeed.empty(); }
     void checkForUpdates() override { updater_.checkInteractively(); }
     bool hasUninstalledUpdate() const override { return updater_.hasUninstalledUpdate(); }
     void terminate() override;
@@ -154,6 +159,11 @@ private:
     BuildSearchBaseViewController *rebuildSearchBaseViewController_;
     SetupWindow buildSearchBaseWindow_;
     SetupWindow onboardingWindow_;
+    /// Its window owns it.
+    KeysView *keysView_;
+    SetupWindow keysWindow_;
+    /// The preferences own it.
+    SearchPreferencesViewController *searchPane_;
     PreferencesViewController preferencesViewController_;
     WindowTracker windowTracker_;
 

@@ -66,53 +66,6 @@
         <source>Quillon – Feedback</source>
         <translation>Quillon – Rückmeldung</translation>
     </message>
-    <message>
-        <source>The page could not be written</source>
-        <translation>Die Seite konnte nicht geschrieben werden</translation>
-    </message>
-    <message>
-        <source>There is no room on the disk, or your home folder is read-only.</source>
-        <translation>Auf der Festplatte ist kein Platz, oder Ihr persönlicher Ordner ist schreibgeschützt.</translation>
-    </message>
-    <message>
-        <source>&amp;Close</source>
-        <translation>S&amp;chließen</translation>
-    </message>
-</context>
-<context>
-    <name>FeedbackPage</name>
-    <message>
-        <source>Thank you for taking the time. Whoever you have Quillon from takes your feedback: for a package, the bug tracker of your system&apos;s distribution.</source>
-        <translation>Danke, dass Sie sich die Zeit nehmen. Ihre Rückmeldung geht an die Stelle, von der Sie Quillon haben: bei einem Paket an die Fehlerdatenbank Ihrer Distribution.</translation>
-    </message>
-    <message>
-        <source>What did you do, step by step?</source>
-        <translation>Was haben Sie getan, Schritt für Schritt?</translation>
-    </message>
-    <message>
-        <source>What happened?</source>
-        <translation>Was ist geschehen?</translation>
-    </message>
-    <message>
-        <source>What did you expect instead?</source>
-        <translation>Was haben Sie stattdessen erwartet?</translation>
-    </message>
-    <message>
-        <source>For a wish: what would you like to be able to do?</source>
-        <translation>Bei einem Wunsch: Was möchten Sie tun können?</translation>
-    </message>
-    <message>
-        <source>If something went wrong, add the following lines. They tell the version, the system and the settings, and nothing of your own: no names of folders, no patterns, no commands.</source>
-        <translation>Wenn etwas schiefgegangen ist, fügen Sie die folgenden Zeilen hinzu. Sie nennen die Version, das System und die Einstellungen und nichts Persönliches: keine Ordnernamen, keine Muster, keine Befehle.</translation>
-    </message>
-    <message>
-        <source>Nothing has been sent. This page is a file on your computer.</source>
-        <translation>Es wurde nichts gesendet. Diese Seite ist eine Datei auf Ihrem Rechner.</translation>
-    </message>
-    <message>
-        <source>Feedback on Quillon</source>
-        <translation>Rückmeldung zu Quillon</translation>
-    </message>
 </context>
 <context>
     <name>HotKey</name>
@@ -639,6 +592,34 @@
         <source>What Return does with the selected row, depending on the keys held with it. Where several actions have the same keys the first one is carried out.</source>
         <translation>Was die Eingabetaste mit der ausgewählten Zeile tut, je nachdem, welche Tasten mit ihr gehalten werden. Haben mehrere Aktionen dieselben Tasten, wird die erste ausgeführt.</translation>
     </message>
+    <message>
+        <source>&amp;Change…</source>
+        <translation>Ä&amp;ndern…</translation>
+    </message>
+    <message>
+        <source>Set &amp;Back…</source>
+        <translation>&amp;Zurücksetzen…</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Set Actions Back</source>
+        <translation>Aktionen zurücksetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Set Back</source>
+        <translation>&amp;Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Your list is replaced by the actions that Quillon came with. It cannot be brought back.</source>
+        <translation>Ihre Liste wird durch die Aktionen ersetzt, die Quillon mitbringt. Sie lässt sich nicht wiederherstellen.</translation>
+    </message>
 </context>
 <context>
     <name>quillon::AddActionViewController</name>
@@ -701,6 +682,10 @@
     <message>
         <source>Choose a Program</source>
         <translation>Programm wählen</translation>
+    </message>
+    <message>
+        <source>Change Action</source>
+        <translation>Aktion ändern</translation>
     </message>
 </context>
 <context>
@@ -910,6 +895,10 @@
         <source>Preferences…</source>
         <translation>Einstellungen …</translation>
     </message>
+    <message>
+        <source>Quillon – Keys</source>
+        <translation>Quillon – Tasten</translation>
+    </message>
 </context>
 <context>
     <name>quillon::AppleEventPermissionViewController</name>
@@ -1118,6 +1107,65 @@
     </message>
 </context>
 <context>
+    <name>quillon::KeysView</name>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Show the panel, or hide it</source>
+        <translation>Das Suchfenster zeigen oder schließen</translation>
+    </message>
+    <message>
+        <source>Choose a row</source>
+        <translation>Eine Zeile wählen</translation>
+    </message>
+    <message>
+        <source>Choose the first or the last row</source>
+        <translation>Die erste oder letzte Zeile wählen</translation>
+    </message>
+    <message>
+        <source>Do the same as Return alone</source>
+        <translation>Dasselbe wie die Eingabetaste allein</translation>
+    </message>
+    <message>
+        <source>Open one of the first nine rows</source>
+        <translation>Eine der ersten neun Zeilen öffnen</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>List what can be done with the row</source>
+        <translation>Zeigen, was sich mit der Zeile tun lässt</translation>
+    </message>
+    <message>
+        <source>Go to the buttons</source>
+        <translation>Zu den Schaltflächen gehen</translation>
+    </message>
+    <message>
+        <source>Open the preferences</source>
+        <translation>Die Einstellungen öffnen</translation>
+    </message>
+    <message>
+        <source>Show this page</source>
+        <translation>Diese Seite zeigen</translation>
+    </message>
+    <message>
+        <source>Quit Quillon</source>
+        <translation>Quillon beenden</translation>
+    </message>
+    <message>
+        <source>Close the panel</source>
+        <translation>Das Suchfenster schließen</translation>
+    </message>
+</context>
+<context>
     <name>quillon::LightningSearchTableRowView</name>
     <message>
         <source>front window</source>
@@ -1133,6 +1181,14 @@
     <message>
         <source>Places</source>
         <translation>Orte</translation>
+    </message>
+    <message>
+        <source>Leave this folder out…</source>
+        <translation>Diesen Ordner auslassen…</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>Eigenschaften</translation>
     </message>
 </context>
 <context>
@@ -1262,6 +1318,14 @@
         <source>Quit</source>
         <translation>Beenden</translation>
     </message>
+    <message>
+        <source>Rebuild Now</source>
+        <translation>Jetzt neu aufbauen</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
 </context>
 <context>
     <name>quillon::PanelMessage</name>
@@ -1380,10 +1444,6 @@
         <translation>&amp;Jetzt neu aufbauen</translation>
     </message>
     <message>
-        <source>Changed since the last build</source>
-        <translation>Seit dem letzten Aufbau geändert</translation>
-    </message>
-    <message>
         <source>Search locations</source>
         <translation>Suchorte</translation>
     </message>
@@ -1438,6 +1498,10 @@
     <message>
         <source>built at %1 in %2 s</source>
         <translation>um %1 in %2 s aufgebaut</translation>
+    </message>
+    <message>
+        <source>Takes effect after a rebuild</source>
+        <translation>Gilt nach dem Neuaufbau</translation>
     </message>
 </context>
 <context>

@@ -12,6 +12,7 @@
 #include "app/panel/SearchResultsTable.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "base/PathText.h"
 #include "base/TaskQueue.h"
 
 #include <QContextMenuEvent>
@@ -30,6 +31,8 @@ using namespace std::chrono_literals;
 constexpr auto SEARCH_DELAY = 50ms;
 constexpr auto SPINNER_DELAY = 200ms;
 constexpr auto STATE_INTERVAL = 250ms;
+/// The query has settled when nothing was typed for so long.
+constexpr auto TYPING_PAUSE = 250ms;
 /// Shorter texts show the most used folders.
 constexpr qsizetype SHORTEST_QUERY = 2;
 
@@ -65,6 +68,10 @@ LightningSearchViewController::LightningSearchViewController(Actions actions, Pa
     });
     stateTimer_.setInterval(STATE_INTERVAL);
     connect(&stateTimer_, &QTimer::timeout, this, [this] { updateState(); });
+
+    typingTimer_.setSingleShot(true);
+    typingTimer_.setInterval(TYPING_PAUSE);
+    connect(&typingTimer_, &QTimer::timeout, this, &LightningSearchViewController::fitToRows);
 
     joinField();
     joinRows();
@@ -195,6 +202,7 @@ std::string LightningSearchViewController::query() const
 void LightningSearchViewController::textChanged()
 {
     pendingOpen_.reset();
+    typingTimer_.start();
     // A text that is being composed is not what the user looks for yet.
     if (!keyboard_.isComposing())
         debouncedSearch_.call();
@@ -335,6 +343,8 @@ void LightningSearchViewController::perform(PanelCommand command, ActionShortcut
         return view_.focusButtons();
     case PanelCommand::openPreferences:
         return delegate_.openPreferences();
+    case PanelCommand::showKeys:
+        return delegate_.showKeys();
     case PanelCommand::terminate:
         return delegate_.terminate();
     }
@@ -386,8 +396,24 @@ void LightningSearchViewController::showRowMenu(QPoint globalPosition)
         return;
     pendingOpen_.reset();
     isSelectionMoved_ = true;
-    menus_.showForRow(view_.footer().hints(), globalPosition,
+    menus_.showForRow(view_.footer().hints(), otherEntries(result), globalPosition,
                       [this, result](ActionShortcutFlags flags) { open(result, flags); });
+}
+
+std::vector<PanelMenus::Entry>
+LightningSearchViewController::otherEntries(const SearchBaseResultRef &result)
+{
+    std::vector<PanelMenus::Entry> entries;
+    if (source_.canLeaveOut(*result))
+        entries.push_back({.text = tr("Leave this folder out…"), .choose = [this, result] {
+                               delegate_.leaveOut(
+                                   std::string(withoutTrailingSlashes(result->path())));
+                           }});
+    entries.push_back({.text = tr("Properties"), .choose = [this, result] {
+                           delegate_.closeSearchWindow(SearchPanelDelegate::Closing::forAction);
+                           actions_.runner.showProperties(result);
+                       }});
+    return entries;
 }
 
 void LightningSearchViewController::confirm(ActionShortcutFlags flags)
@@ -438,10 +464,17 @@ void LightningSearchViewController::updateState()
     const PanelTexts::Message message = PanelTexts::message(state, view_.searchTextField().text());
     view_.message().setMessage(message.title, message.sentence);
     view_.message().setOffersFolders(!state.hasLocations);
+    fitToRows();
     if (!state.isBuilding || !view_.isVisible())
         stateTimer_.stop();
     else if (!stateTimer_.isActive())
         stateTimer_.start();
+}
+
+void LightningSearchViewController::fitToRows()
+{
+    if (isAnswered() && !typingTimer_.isActive())
+        view_.fitToRows();
 }
 
 } // namespace quillon

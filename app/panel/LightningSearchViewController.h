@@ -80,6 +80,8 @@ private:
     int selectedRow() const;
     SearchBaseResultRef selectedResult() const;
     void showRowMenu(QPoint globalPosition);
+    /// What can be done with a row besides the actions.
+    std::vector<PanelMenus::Entry> otherEntries(const SearchBaseResultRef &result);
 
     void textChanged();
     void searchNow();
@@ -101,6 +103,8 @@ private:
 
     void updateHints();
     void updateState();
+    /// Fits the panel to its rows, unless the user is typing and the rows are about to change.
+    void fitToRows();
 
     Actions actions_;
     PanelSource &source_;
@@ -111,6 +115,8 @@ private:
     Debouncer debouncedSearch_;
     QTimer spinnerDelay_;
     QTimer stateTimer_;
+    /// It runs while the user may be typing on.
+    QTimer typingTimer_;
     PanelKeyboard keyboard_;
     PanelMenus menus_;
 

@@ -29,6 +29,8 @@ std::optional<PanelCommand> plainCommand(int key)
         return PanelCommand::nextPage;
     case Qt::Key_PageUp:
         return PanelCommand::previousPage;
+    case Qt::Key_F1:
+        return PanelCommand::showKeys;
     case Qt::Key_F10:
         return PanelCommand::goToButtons;
     case Qt::Key_Menu:
@@ -164,7 +166,8 @@ bool PanelKeyboard::handleButtonKey(QKeyEvent &event)
         field_.setFocus();
         return true;
     }
-    if (meant == PanelCommand::openPreferences || meant == PanelCommand::terminate) {
+    if (meant == PanelCommand::openPreferences || meant == PanelCommand::showKeys ||
+        meant == PanelCommand::terminate) {
         Q_EMIT commanded(*meant, {});
         return true;
     }

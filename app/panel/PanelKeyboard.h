@@ -26,6 +26,7 @@ enum class PanelCommand
     showRowMenu,
     goToButtons,
     openPreferences,
+    showKeys,
     terminate,
 };
 

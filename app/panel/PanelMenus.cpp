@@ -44,21 +44,21 @@ PanelMenus::PanelMenus(SearchPanelView &view, SearchPanelDelegate &delegate)
 
 void PanelMenus::showMain()
 {
-    struct Entry
-    {
-        QString text;
-        void (SearchPanelDelegate::*choose)();
-    };
-    const Entry entries[] = {
-        {tr("Preferences…"), &SearchPanelDelegate::openPreferences},
-        {tr("Send Feedback…"), &SearchPanelDelegate::sendFeedback},
-        {tr("Check for Updates…"), &SearchPanelDelegate::checkForUpdates},
-        {tr("Quit"), &SearchPanelDelegate::terminate},
-    };
+    using Choice = void (SearchPanelDelegate::*)();
     auto menu = std::make_unique<QMenu>(&view_);
-    for (const Entry &entry : entries)
-        connect(menu->addAction(entry.text), &QAction::triggered, this,
-                [this, choose = entry.choose] { (delegate_.*choose)(); });
+    const auto add = [&](const QString &text, Choice choose, const QStringList &keys = {}) {
+        const QString entry = keys.isEmpty() ? text : text + KEYS_COLUMN + keys.join(u'+');
+        connect(menu->addAction(entry), &QAction::triggered, this,
+                [this, choose] { (delegate_.*choose)(); });
+    };
+    add(tr("Preferences…"), &SearchPanelDelegate::openPreferences, keyNames("Ctrl+,"));
+    add(tr("Rebuild Now"), &SearchPanelDelegate::rebuildSearchBase);
+    add(tr("Keys"), &SearchPanelDelegate::showKeys, keyNames("F1"));
+    if (delegate_.takesFeedback())
+        add(tr("Send Feedback…"), &SearchPanelDelegate::sendFeedback);
+    if (delegate_.looksForUpdates())
+        add(tr("Check for Updates…"), &SearchPanelDelegate::checkForUpdates);
+    add(tr("Quit"), &SearchPanelDelegate::terminate, keyNames("Ctrl+Q"));
     const MenuButton &button = view_.menuButton();
     menu->setStyleSheet(styleSheet(view_.panelPalette()));
     const QPoint below = button.mapToGlobal(QPoint(button.width(), button.height() + MENU_GAP));
@@ -68,7 +68,8 @@ void PanelMenus::showMain()
         open_->setActiveAction(open_->actions().constFirst());
 }
 
-void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint globalPosition,
+void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints,
+                            const std::vector<Entry> &others, QPoint globalPosition,
                             const std::function<void(ActionShortcutFlags)> &chosen)
 {
     auto menu = std::make_unique<QMenu>(&view_);
@@ -81,6 +82,10 @@ void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint 
         connect(menu->addAction(text), &QAction::triggered, this,
                 [chosen, flags = hint.flags] { chosen(flags); });
     }
+    if (!menu->isEmpty() && !others.empty())
+        menu->addSeparator();
+    for (const Entry &entry : others)
+        connect(menu->addAction(entry.text), &QAction::triggered, this, entry.choose);
     if (!menu->isEmpty())
         show(std::move(menu), globalPosition);
 }

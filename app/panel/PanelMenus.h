@@ -24,11 +24,18 @@ class PanelMenus : public QObject
 public:
     PanelMenus(SearchPanelView &view, SearchPanelDelegate &delegate);
 
-    /// The menu at the menu button: preferences, feedback, updates, quit.
+    struct Entry
+    {
+        QString text;
+        std::function<void()> choose;
+    };
+
+    /// The menu at the menu button: preferences, rebuild, keys, feedback, updates, quit.
     void showMain();
-    /// What can be done with a row, by its hints; chosen gets the keys of the action.
-    void showForRow(const std::vector<PanelFooter::Hint> &hints, QPoint globalPosition,
-                    const std::function<void(ActionShortcutFlags)> &chosen);
+    /// What can be done with a row: the actions by their hints, and below them what has no keys.
+    /// Chosen gets the keys of the action.
+    void showForRow(const std::vector<PanelFooter::Hint> &hints, const std::vector<Entry> &others,
+                    QPoint globalPosition, const std::function<void(ActionShortcutFlags)> &chosen);
     /// The field's own: cut, copy, paste.
     void showForField(QPoint globalPosition);
     void close();

@@ -54,6 +54,9 @@ public:
     /// Counts one use of the result's path, which is saved at once.
     virtual void recordUse(const SearchBaseResultRef &result) = 0;
     virtual State state() const = 0;
+    /// Returns whether the row is a folder that can be left out of the index: neither a folder to
+    /// search itself nor a file that counts as a folder.
+    virtual bool canLeaveOut(const SearchBaseResult &result) const = 0;
 
     /// Returns whether searches find the items of the file manager window that is in front.
     virtual bool isFrontWindowSearched() const = 0;

@@ -92,6 +92,17 @@ PanelSource::State SearchBaseSource::state() const
             .away = services_.searchBase.awayFolders()};
 }
 
+bool SearchBaseSource::canLeaveOut(const SearchBaseResult &result) const
+{
+    const std::vector<std::string> extensions =
+        services_.finder.includeFilePatternPreferences.values();
+    return result.type() == SearchBaseResultType::standard &&
+           !services_.finder.bookmarks.load().contains(result.path()) &&
+           std::ranges::none_of(extensions, [&](const std::string &extension) {
+               return result.path().ends_with("." + extension);
+           });
+}
+
 bool SearchBaseSource::isFrontWindowSearched() const
 {
     return services_.frontFinderSearch.isFinderFrontmost();

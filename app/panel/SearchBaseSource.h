@@ -41,6 +41,7 @@ public:
     std::vector<SearchBaseResultRef> places() const override;
     void recordUse(const SearchBaseResultRef &result) override;
     State state() const override;
+    bool canLeaveOut(const SearchBaseResult &result) const override;
     bool isFrontWindowSearched() const override;
     void refreshFrontWindow(std::function<void()> completion) override;
     void forgetFrontWindow() override;

@@ -33,6 +33,8 @@ constexpr int UPDATE_BUTTON_WIDTH = 108;
 constexpr int UPDATE_BUTTON_HEIGHT = 36;
 /// The space on the right of the menu button, whose dots end where the texts below them end.
 constexpr int MENU_BUTTON_EDGE = 12;
+/// The message takes the room of so many rows.
+constexpr int MESSAGE_ROWS = 5;
 
 /// Shows which part of a list is visible: a slim mark in the inset beside the rows, which takes no
 /// room from them. The wheel and the keys scroll the list.
@@ -128,11 +130,11 @@ QWidget *SearchPanelView::buildHeader()
 
 QWidget *SearchPanelView::buildBody(IconSource &icons)
 {
-    auto *body = new QWidget(this);
-    auto *stack = new QVBoxLayout(body);
+    body_ = new QWidget(this);
+    auto *stack = new QVBoxLayout(body_);
     stack->setContentsMargins(0, metrics::INSET, 0, metrics::INSET);
     stack->setSpacing(0);
-    heading_ = new QLabel(body);
+    heading_ = new QLabel(body_);
     heading_->setForegroundRole(QPalette::PlaceholderText);
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
@@ -142,12 +144,16 @@ QWidget *SearchPanelView::buildBody(IconSource &icons)
     stack->addWidget(heading_);
     buildTable(icons);
     stack->addWidget(table_);
-    message_ = new PanelMessage(body);
+    message_ = new PanelMessage(body_);
     message_->hide();
     stack->addWidget(message_);
-    body->setFixedHeight(metrics::VISIBLE_ROWS * metrics::rowHeight(fontMetrics()) +
-                         2 * metrics::INSET);
-    return body;
+    body_->setFixedHeight(bodyHeight(metrics::VISIBLE_ROWS));
+    return body_;
+}
+
+int SearchPanelView::bodyHeight(int rows) const
+{
+    return rows * metrics::rowHeight(fontMetrics()) + 2 * metrics::INSET;
 }
 
 void SearchPanelView::buildTable(IconSource &icons)
@@ -191,6 +197,18 @@ void SearchPanelView::setShowsMessage(bool showsMessage)
     // One widget is hidden before the other is shown, or the layout would ask for room for both.
     (showsMessage ? static_cast<QWidget *>(table_) : message_)->hide();
     (showsMessage ? static_cast<QWidget *>(message_) : table_)->show();
+}
+
+void SearchPanelView::fitToRows()
+{
+    const int rows = table_->isHidden() ? MESSAGE_ROWS : searchResults_.rowCount();
+    const int heading = heading_->isHidden() ? 0 : heading_->sizeHint().height();
+    body_->setFixedHeight(std::min(bodyHeight(rows) + heading, bodyHeight(metrics::VISIBLE_ROWS)));
+}
+
+int SearchPanelView::greatestHeight() const
+{
+    return header_->minimumHeight() + bodyHeight(metrics::VISIBLE_ROWS) + footer_->minimumHeight();
 }
 
 void SearchPanelView::focusButtons()

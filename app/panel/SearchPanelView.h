@@ -23,8 +23,8 @@ class SearchIndicator;
 class SearchResultsTable;
 
 /// The widgets of the panel and nothing of its behaviour: the field between its indicator and
-/// the buttons above, the rows or a message below, the footer at the bottom. Its size does not
-/// depend on what it shows.
+/// the buttons above, the rows or a message below, the footer at the bottom. Its height is that of
+/// the rows, up to eight, when fitToRows() was called last.
 class SearchPanelView : public QWidget
 {
     Q_OBJECT
@@ -51,6 +51,10 @@ public:
     QString heading() const;
     /// Shows the message in place of the rows, or the rows again.
     void setShowsMessage(bool showsMessage);
+    /// Takes the height that the rows or the message want.
+    void fitToRows();
+    /// The height with as many rows as are ever seen at once.
+    int greatestHeight() const;
     /// Gives the first of the buttons shown the keyboard.
     void focusButtons();
 
@@ -62,6 +66,7 @@ protected:
 private:
     QWidget *buildHeader();
     QWidget *buildBody(IconSource &icons);
+    int bodyHeight(int rows) const;
     void buildTable(IconSource &icons);
 
     SearchResultsModel searchResults_;
@@ -71,6 +76,7 @@ private:
     QLineEdit *field_ = nullptr;
     PanelButton *updateButton_ = nullptr;
     MenuButton *menuButton_ = nullptr;
+    QWidget *body_ = nullptr;
     QLabel *heading_ = nullptr;
     SearchResultsTable *table_ = nullptr;
     LightningSearchTableRowView *rows_ = nullptr;

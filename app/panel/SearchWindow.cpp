@@ -116,7 +116,9 @@ void SearchWindow::placeOnScreenWithPointer()
     const QRect free = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
     const QRect panel = panelRect();
     const int left = free.left() + (free.width() - panel.width()) / 2;
-    const int top = free.top() + static_cast<int>((free.height() - panel.height()) * SHARE_ABOVE);
+    // The upper edge is at the same height however many rows there are.
+    const int spare = free.height() - view_->greatestHeight();
+    const int top = free.top() + static_cast<int>(spare * SHARE_ABOVE);
     move(left - panel.left(), std::max(top, free.top()) - panel.top());
 }
 
@@ -125,6 +127,13 @@ void SearchWindow::changeEvent(QEvent *event)
     RoundedWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         Q_EMIT becameKey();
+}
+
+void SearchWindow::resizeEvent(QResizeEvent *event)
+{
+    RoundedWindow::resizeEvent(event);
+    // The round corners go with the lower edge.
+    fitToCompositing();
 }
 
 void SearchWindow::showEvent(QShowEvent *)

@@ -4,8 +4,14 @@
 #include "app/preferences/AddActionViewController.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
+#include "app/widgets/PanelButton.h"
+#include "app/widgets/PanelMetrics.h"
 #include "app/widgets/SegmentedControl.h"
 #include "app/widgets/WriteFault.h"
+
+#include <QHBoxLayout>
+#include <QKeySequence>
+#include <QShortcut>
 
 namespace quillon {
 
@@ -14,31 +20,59 @@ ActionPreferencesViewController::ActionPreferencesViewController(const Services 
     : FormPane(parent),
       actionsTableView(new FormTable(ActionTable::actionRowIdentifier, this)),
       actionTable(new ActionTable(*actionsTableView, services.defaults, this)),
-      actionAddRemoveSegmentedControl(new SegmentedControl({tr("A&dd…"), tr("&Remove")}, this)),
+      actionAddRemoveSegmentedControl(new SegmentedControl(
+          {tr("A&dd…"), tr("&Remove"), tr("&Change…"), QStringLiteral("↑"), QStringLiteral("↓")},
+          this)),
+      restoreButton(new PanelButton(tr("Set &Back…"), PanelButton::Rank::control, this)),
       services_(services)
 {
     actionsTableView->setAccessibleName(tr("Actions"));
     addWideNote(tr("What Return does with the selected row, depending on the keys held with it. "
                    "Where several actions have the same keys the first one is carried out."));
     addWide(actionsTableView);
-    addWide(actionAddRemoveSegmentedControl);
+    buildControls();
     note_ = addWideNote();
 
-    const auto enableRemoval = [this] {
-        actionAddRemoveSegmentedControl->setSegmentEnabled(
-            Segment::remove, actionsTableView->selectedRow().has_value());
-    };
-    connect(actionsTableView, &FormTable::selectedRowChanged, this, enableRemoval);
+    connect(actionsTableView, &FormTable::selectedRowChanged, this,
+            &ActionPreferencesViewController::enableControls);
     connect(actionsTableView, &FormTable::removalRequested, this,
             [this] { segmentClicked(Segment::remove); });
+    connect(actionsTableView, &QTableView::activated, this,
+            [this] { segmentClicked(Segment::change); });
+    enableControls();
+}
+
+void ActionPreferencesViewController::buildControls()
+{
+    auto *controls = new QWidget(this);
+    auto *line = new QHBoxLayout(controls);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(metrics::INSET);
+    line->addWidget(actionAddRemoveSegmentedControl, 1);
+    line->addWidget(restoreButton);
+    addWide(controls);
+
+    const auto joinMove = [this](Segment segment, const QString &name, Qt::Key key) {
+        QAbstractButton *button = actionAddRemoveSegmentedControl->segment(segment);
+        const QKeySequence keys(Qt::ALT | key);
+        button->setAccessibleName(name);
+        button->setToolTip(
+            QStringLiteral("%1 (%2)").arg(name, keys.toString(QKeySequence::NativeText)));
+        connect(new QShortcut(keys, actionsTableView, nullptr, nullptr, Qt::WidgetShortcut),
+                &QShortcut::activated, this, [this, segment] { segmentClicked(segment); });
+    };
+    joinMove(Segment::moveUp, tr("Move up"), Qt::Key_Up);
+    joinMove(Segment::moveDown, tr("Move down"), Qt::Key_Down);
     connect(actionAddRemoveSegmentedControl, &SegmentedControl::segmentClicked, this,
             &ActionPreferencesViewController::segmentClicked);
-    enableRemoval();
+    connect(restoreButton, &QPushButton::clicked, this,
+            &ActionPreferencesViewController::askForRestoring);
 }
 
 void ActionPreferencesViewController::showStored()
 {
     actionTable->reload();
+    enableControls();
 }
 
 void ActionPreferencesViewController::setPanelPalette(const PanelPalette &palette)
@@ -53,22 +87,60 @@ AddActionViewController *ActionPreferencesViewController::addActionViewControlle
     return window()->findChild<AddActionViewController *>();
 }
 
-void ActionPreferencesViewController::segmentClicked(int segment)
+void ActionPreferencesViewController::enableControls()
 {
-    if (segment == Segment::add)
-        return openSheet();
-    note_->sayFault(actionTable->removeSelected() ? QString() : writeFault());
+    const auto row = actionsTableView->selectedRow();
+    SegmentedControl &segments = *actionAddRemoveSegmentedControl;
+    segments.setSegmentEnabled(Segment::remove, row.has_value());
+    segments.setSegmentEnabled(Segment::change, row.has_value());
+    segments.setSegmentEnabled(Segment::moveUp, row && *row > 0);
+    segments.setSegmentEnabled(Segment::moveDown, row && *row + 1 < actionsTableView->rowCount());
+    restoreButton->setEnabled(!actionTable->areBuiltIn());
 }
 
-void ActionPreferencesViewController::openSheet()
+void ActionPreferencesViewController::segmentClicked(int segment)
+{
+    switch (segment) {
+    case Segment::add:
+        return openSheet({});
+    case Segment::remove:
+        return written(actionTable->removeSelected());
+    case Segment::change:
+        if (const auto action = actionTable->selectedAction())
+            openSheet(action);
+        return;
+    case Segment::moveUp:
+        return written(actionTable->moveSelected(-1));
+    default:
+        return written(actionTable->moveSelected(1));
+    }
+}
+
+void ActionPreferencesViewController::openSheet(const std::optional<ActionModel> &changed)
 {
     note_->sayFault({});
     if (addActionViewController() != nullptr)
         return;
     auto *sheet = new AddActionViewController(
         {.defaults = services_.defaults, .applications = services_.applications}, *actionTable,
-        panelPalette(), window());
+        changed, panelPalette(), window());
+    connect(sheet, &QDialog::accepted, this, &ActionPreferencesViewController::enableControls);
     sheet->open();
+}
+
+void ActionPreferencesViewController::askForRestoring()
+{
+    FormSheet::confirm(tr("Set Actions Back"), tr("&Set Back"),
+                       tr("Your list is replaced by the actions that Quillon came with. It cannot "
+                          "be brought back."),
+                       panelPalette(), window(),
+                       [this] { written(actionTable->restoreBuiltIn()); });
+}
+
+void ActionPreferencesViewController::written(bool isStored)
+{
+    note_->sayFault(isStored ? QString() : writeFault());
+    enableControls();
 }
 
 } // namespace quillon

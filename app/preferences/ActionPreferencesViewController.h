@@ -1,6 +1,11 @@
 #pragma once
 
+#include "actions/ActionModel.h"
 #include "app/widgets/FormPane.h"
+
+#include <optional>
+
+class QPushButton;
 
 namespace quillon {
 
@@ -27,6 +32,9 @@ public:
     {
         add,
         remove,
+        change,
+        moveUp,
+        moveDown,
     };
 
     /// All of them outlive this.
@@ -38,12 +46,19 @@ public:
     FormTable *const actionsTableView;
     ActionTable *const actionTable;
     SegmentedControl *const actionAddRemoveSegmentedControl;
+    /// Makes the built-in actions hold again, after a question.
+    QPushButton *const restoreButton;
     /// The sheet; null while none is open.
     AddActionViewController *addActionViewController() const;
 
 private:
+    void buildControls();
     void segmentClicked(int segment);
-    void openSheet();
+    void openSheet(const std::optional<ActionModel> &changed);
+    void askForRestoring();
+    void enableControls();
+    /// Says whether what was asked for could be stored.
+    void written(bool isStored);
 
     Services services_;
     FormNote *note_ = nullptr;

@@ -3,6 +3,7 @@
 #include "app/preferences/PreferenceTexts.h"
 #include "app/widgets/FormTable.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -28,14 +29,49 @@ void ActionTable::reload()
     tableView_.setRows(rows);
 }
 
-bool ActionTable::removeSelected()
+std::optional<ActionModel> ActionTable::selectedAction() const
 {
     const auto row = tableView_.selectedRow();
-    if (!row)
-        return true;
-    const bool isStored = finder_.removeAction(actions_.at(static_cast<std::size_t>(*row)));
+    return row ? std::optional(actions_.at(static_cast<std::size_t>(*row))) : std::nullopt;
+}
+
+bool ActionTable::removeSelected()
+{
+    const auto action = selectedAction();
+    const bool isStored = !action || finder_.removeAction(*action);
     reload();
     return isStored;
+}
+
+bool ActionTable::moveSelected(int places)
+{
+    const auto action = selectedAction();
+    if (!action)
+        return true;
+    const bool isStored = finder_.moveAction(*action, places);
+    reload();
+    show(*action);
+    return isStored;
+}
+
+bool ActionTable::restoreBuiltIn()
+{
+    const bool isStored = finder_.restoreBuiltInActions();
+    reload();
+    return isStored;
+}
+
+void ActionTable::actionStored(const ActionModel &action)
+{
+    reload();
+    show(action);
+}
+
+void ActionTable::show(const ActionModel &action)
+{
+    const auto found = std::ranges::find(actions_, action);
+    if (found != actions_.end())
+        tableView_.showRow(static_cast<int>(found - actions_.begin()));
 }
 
 } // namespace quillon

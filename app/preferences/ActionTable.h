@@ -24,16 +24,26 @@ public:
 
     /// Shows what is stored now.
     void reload();
-    /// Removes every stored action equal to the one of the selected row. Nothing happens without a
-    /// selected row. False when it could not be stored.
-    bool removeSelected();
+    // Without a selected row these do nothing. False when it could not be stored.
 
-    void actionAdded() override { reload(); }
+    /// Removes every stored action equal to the one of the selected row.
+    bool removeSelected();
+    /// Moves the selected row by so many places.
+    bool moveSelected(int places);
+    /// Makes the built-in actions hold again.
+    bool restoreBuiltIn();
+    /// The action of the selected row.
+    std::optional<ActionModel> selectedAction() const;
+    bool areBuiltIn() const { return finder_.areBuiltIn(); }
+
+    void actionStored(const ActionModel &action) override;
 
     FormTable &tableView() { return tableView_; }
     const std::vector<ActionModel> &actions() const { return actions_; }
 
 private:
+    void show(const ActionModel &action);
+
     FormTable &tableView_;
     ActionModelFinder finder_;
     std::vector<ActionModel> actions_;

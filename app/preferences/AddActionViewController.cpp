@@ -41,19 +41,23 @@ bool isNamed(const Application &application, const QString &name)
 
 AddActionViewController::AddActionViewController(const Services &services,
                                                  AddActionDelegate &delegate,
+                                                 const std::optional<ActionModel> &changed,
                                                  const PanelPalette &palette, QWidget *over)
-    : FormSheet(tr("Add Action"), tr("&Done"), palette, over),
+    : FormSheet(changed ? tr("Change Action") : tr("Add Action"), tr("&Done"), palette, over),
       shortcutButton(new FormMenu(&form())),
       actionButton(new FormMenu(&form())),
       parametersTextField(new QLineEdit(&form())),
       chooseButton(new PanelButton(tr("C&hoose…"), PanelButton::Rank::control, &form())),
       services_(services),
       delegate_(delegate),
-      finder_(services.defaults)
+      finder_(services.defaults),
+      changed_(changed)
 {
     buildForm();
     fillMenus();
     kindChanged();
+    if (changed_)
+        showChanged();
     shortcutButton->setFocus();
     connect(actionButton, &QComboBox::currentIndexChanged, this,
             &AddActionViewController::kindChanged);
@@ -87,7 +91,10 @@ void AddActionViewController::buildForm()
 
 void AddActionViewController::fillMenus()
 {
-    for (const std::string &title : finder_.availableShortcutTitles())
+    std::vector<std::string> titles = finder_.availableShortcutTitles();
+    if (changed_)
+        titles.insert(titles.begin(), changed_->flags.title());
+    for (const std::string &title : titles)
         shortcutButton->addItem(keyNames(flagsFromShortcutTitle(title), u'+'),
                                 QString::fromStdString(title));
     if (shortcutButton->count() == 0) {
@@ -97,6 +104,15 @@ void AddActionViewController::fillMenus()
     }
     for (const ActionType &kind : ActionType::all)
         actionButton->addItem(drawnTitle(kind.key()), QString::fromStdString(kind.key()));
+}
+
+void AddActionViewController::showChanged()
+{
+    const int kind = actionButton->findData(QString::fromStdString(changed_->actionType.key()));
+    actionButton->setCurrentIndex(std::max(kind, 0));
+    kindChanged();
+    if (changed_->actionType.requiresTarget())
+        parametersTextField->setText(QString::fromStdString(changed_->actionTarget.key()));
 }
 
 std::optional<ActionType> AddActionViewController::selectedKind() const
@@ -132,7 +148,7 @@ void AddActionViewController::doneClicked()
     // What the field says in place of a target may be in any language.
     const auto target = kind && !kind->requiresTarget()
                             ? ActionTarget::selectedRow
-                            : ActionTarget::fromText(parametersTextField->text().toStdString());
+                            : ActionTarget::fromText(targetText().toStdString());
     if (!target)
         return targetNote_->sayFault(kind == ActionType::executeShellCommand
                                          ? tr("Which program is to be run?")
@@ -140,11 +156,23 @@ void AddActionViewController::doneClicked()
     if (!kind || shortcutButton->currentIndex() < 0)
         return;
     const std::string title = shortcutButton->currentData().toString().toStdString();
-    if (!finder_.addAction(
-            {.flags = flagsFromShortcutTitle(title), .actionType = *kind, .actionTarget = *target}))
+    const ActionModel action{
+        .flags = flagsFromShortcutTitle(title), .actionType = *kind, .actionTarget = *target};
+    const bool isStored =
+        changed_ ? finder_.replaceAction(*changed_, action) : finder_.addAction(action);
+    if (!isStored)
         return targetNote_->sayFault(writeFault());
-    delegate_.actionAdded();
+    delegate_.actionStored(action);
     accept();
+}
+
+/// A program may be written with "~" for the home folder; what is stored is its whole path.
+QString AddActionViewController::targetText() const
+{
+    const QString text = parametersTextField->text();
+    const bool isInHome =
+        selectedKind() == ActionType::executeShellCommand && text.startsWith(u"~/");
+    return isInHome ? QDir::homePath() + text.mid(1) : text;
 }
 
 void AddActionViewController::checkTarget()
@@ -154,7 +182,7 @@ void AddActionViewController::checkTarget()
 
 QString AddActionViewController::warning() const
 {
-    const QString text = parametersTextField->text();
+    const QString text = targetText();
     const auto kind = selectedKind();
     if (text.isEmpty() || !kind || !kind->requiresTarget())
         return {};
@@ -196,9 +224,9 @@ void AddActionViewController::chooseExecutable()
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setPalette(palette());
     chooser->setFileMode(QFileDialog::ExistingFile);
-    const QFileInfo current(parametersTextField->text());
-    if (current.isAbsolute() && current.dir().exists())
-        chooser->setDirectory(current.dir());
+    const QFileInfo current(targetText());
+    const bool isPath = current.isAbsolute() && current.dir().exists();
+    chooser->setDirectory(isPath ? current.dir() : QDir::home());
     connect(chooser, &QFileDialog::fileSelected, parametersTextField, &QLineEdit::setText);
     chooser->open();
 }

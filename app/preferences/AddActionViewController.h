@@ -16,7 +16,7 @@ namespace quillon {
 
 class FormNote;
 
-/// This is called when an action was added.
+/// This is told when an action was added or changed.
 class AddActionDelegate
 {
 public:
@@ -25,10 +25,10 @@ public:
     AddActionDelegate(const AddActionDelegate &) = delete;
     AddActionDelegate &operator=(const AddActionDelegate &) = delete;
 
-    virtual void actionAdded() = 0;
+    virtual void actionStored(const ActionModel &action) = 0;
 };
 
-/// The sheet that adds an action: its keys, its kind, and what it works with.
+/// The sheet that adds an action or changes one: its keys, its kind, and what it works with.
 class AddActionViewController : public FormSheet
 {
     Q_OBJECT
@@ -40,9 +40,11 @@ public:
         const ApplicationLauncher &applications;
     };
 
-    /// Services and delegate outlive this, which deletes itself when it is closed.
+    /// Changes the action that is given, or adds one. Services and delegate outlive this, which
+    /// deletes itself when it is closed.
     AddActionViewController(const Services &services, AddActionDelegate &delegate,
-                            const PanelPalette &palette, QWidget *over);
+                            const std::optional<ActionModel> &changed, const PanelPalette &palette,
+                            QWidget *over);
 
     /// Stores the action and closes the sheet. As long as a part of it is missing nothing happens,
     /// but for a word about it.
@@ -57,6 +59,7 @@ public:
 private:
     void buildForm();
     void fillMenus();
+    void showChanged();
     void kindChanged();
     void offerApplications();
     void chooseExecutable();
@@ -66,10 +69,12 @@ private:
     /// may be there when the action is carried out.
     void checkTarget();
     QString warning() const;
+    QString targetText() const;
 
     Services services_;
     AddActionDelegate &delegate_;
     ActionModelFinder finder_;
+    const std::optional<ActionModel> changed_;
     FormNote *shortcutNote_ = nullptr;
     FormNote *targetNote_ = nullptr;
     /// It is empty until they are asked for.

@@ -200,20 +200,12 @@ void AdvancedPreferencesViewController::dumpEnded(const QString &path, const QSt
 
 void AdvancedPreferencesViewController::askForReset()
 {
-    auto *sheet =
-        new FormSheet(tr("Set Up Again"), tr("&Forget and Set Up Again"), panelPalette(), window());
-    sheet->form().addWideNote(
+    FormSheet::confirm(
+        tr("Set Up Again"), tr("&Forget and Set Up Again"),
         tr("The shortcut, the search locations with their patterns, and the count of every use are "
            "removed from the settings and cannot be brought back. Then Quillon asks for a shortcut "
-           "and folders as it did at its first start. Your folders and files are not touched."));
-    connect(sheet, &FormSheet::confirmed, this, [this, sheet] {
-        sheet->accept();
-        resetOnboardingStateClicked();
-    });
-    // What cannot be taken back is not done by a Return too many.
-    sheet->cancelButton().setDefault(true);
-    sheet->cancelButton().setFocus();
-    sheet->open();
+           "and folders as it did at its first start. Your folders and files are not touched."),
+        panelPalette(), window(), [this] { resetOnboardingStateClicked(); });
 }
 
 void AdvancedPreferencesViewController::resetOnboardingStateClicked()

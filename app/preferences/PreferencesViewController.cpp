@@ -11,7 +11,7 @@ namespace quillon {
 PreferencesViewController::PreferencesViewController(const Services &services,
                                                      AdvancedPreferencesDelegate &delegate,
                                                      FormPane *searchPane)
-    : QWidget(nullptr, Qt::Window),
+    : QWidget(nullptr, Qt::Dialog),
       generalPreferencesViewController(new GeneralPreferencesViewController(services.general)),
       searchPreferencesViewController(searchPane),
       actionPreferencesViewController(new ActionPreferencesViewController(services.actions)),

@@ -15,8 +15,8 @@ namespace quillon {
 
 class FormTabView;
 
-/// The preferences window: an ordinary one, with a tab for each pane. What is set holds at once,
-/// and what another hand sets shows at once.
+/// The preferences window, with a tab for each pane: of the kind that tiling window managers leave
+/// its size. What is set holds at once, and what another hand sets shows at once.
 class PreferencesViewController : public QWidget
 {
     Q_OBJECT

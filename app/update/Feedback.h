@@ -2,44 +2,37 @@
 
 #include "app/widgets/NoticeWindow.h"
 
-#include <optional>
 #include <string>
 
 namespace quillon {
 
-class DefaultsStore;
 class WindowSystem;
 class Workspace;
 
-/// Takes the user to where feedback goes: the address that the build was given or, without one, a
-/// page made on the spot. Sends nothing. Main thread only.
+/// Takes the user to the address that takes feedback, where the build was given one. Sends nothing.
+/// Main thread only.
 class Feedback
 {
 public:
     struct Services
     {
         Workspace &workspace;
-        DefaultsStore &defaults;
         WindowSystem &windowSystem;
     };
 
-    /// The services outlive this. An empty address has the page made.
-    Feedback(const Services &services, std::string address, std::string version);
+    /// The services outlive this. The address is empty where nobody takes feedback.
+    Feedback(const Services &services, std::string address);
 
-    /// Opens the place in the web browser; a window names it when there is none.
+    bool isTaken() const { return !address_.empty(); }
+    /// Opens the address in the web browser; a window names it when there is none.
     void open();
 
     bool isWindowVisible() const { return window_.isVisible(); }
     void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
 
 private:
-    void openPage();
-    /// The path of the written page; absent when it could not be written.
-    std::optional<std::string> writePage(const QString &folder, const QString &name) const;
-
     Services services_;
     std::string address_;
-    std::string version_;
     NoticeWindow window_;
 };
 

@@ -3,8 +3,11 @@
 #include "base/PathText.h"
 
 #include <QAbstractItemView>
+#include <QDir>
 #include <QFile>
 #include <QMimeData>
+#include <QStandardPaths>
+#include <QUrl>
 
 #include <algorithm>
 #include <string_view>
@@ -25,6 +28,22 @@ std::string localPath(const QByteArray &address)
                      : QByteArray::fromPercentEncoding(address.mid(slash)).toStdString();
 }
 
+/// The folders that the user is likely to begin at.
+QList<QUrl> places()
+{
+    QStringList folders{QDir::homePath()};
+    for (const auto kind : {QStandardPaths::DesktopLocation, QStandardPaths::DocumentsLocation,
+                            QStandardPaths::DownloadLocation, QStandardPaths::MusicLocation,
+                            QStandardPaths::PicturesLocation, QStandardPaths::MoviesLocation})
+        folders << QStandardPaths::writableLocation(kind);
+    folders << QDir::rootPath();
+    folders.removeDuplicates();
+    QList<QUrl> urls;
+    for (const QString &folder : folders)
+        urls << QUrl::fromLocalFile(folder);
+    return urls;
+}
+
 } // namespace
 
 FolderChooser::FolderChooser(const QString &title, const PanelPalette &palette, QWidget *over)
@@ -33,6 +52,8 @@ FolderChooser::FolderChooser(const QString &title, const PanelPalette &palette, 
     setPalette(palette.controlsPalette());
     setAttribute(Qt::WA_DeleteOnClose);
     setFileMode(Directory);
+    setDirectory(QDir::homePath());
+    setSidebarUrls(places());
     // The desktop's own dialogs choose one folder at a time.
     setOptions(ShowDirsOnly | DontUseNativeDialog | ReadOnly);
     for (auto *view : findChildren<QAbstractItemView *>()) {

@@ -11,7 +11,8 @@ class QMimeData;
 
 namespace quillon {
 
-/// Asks for folders, several at once. The window below waits; the program does not.
+/// Asks for folders, several at once, from the home folder on. The window below waits; the program
+/// does not.
 class FolderChooser : public QFileDialog
 {
     Q_OBJECT

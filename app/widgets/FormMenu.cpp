@@ -15,6 +15,9 @@ namespace {
 
 constexpr int MENU_SIDE = 12;
 constexpr int ARROW_ROOM = 24;
+/// Letters are placed on whole pixels when they are drawn, which makes a long text wider by some
+/// pixels than the font's measures say.
+constexpr int ROUNDING = 8;
 
 } // namespace
 
@@ -29,7 +32,7 @@ QSize FormMenu::sizeHint() const
     QSize size = QComboBox::sizeHint();
     for (int index = 0; index < count(); ++index)
         size.setWidth(std::max(size.width(), fontMetrics().horizontalAdvance(itemText(index)) +
-                                                 2 * MENU_SIDE + ARROW_ROOM));
+                                                 2 * MENU_SIDE + ARROW_ROOM + ROUNDING));
     return size;
 }
 

@@ -7,6 +7,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace quillon {
 
 FormSheet::FormSheet(const QString &title, const QString &confirmation, const PanelPalette &palette,
@@ -34,6 +36,20 @@ FormSheet::FormSheet(const QString &title, const QString &confirmation, const Pa
     connect(confirmationButton_, &QPushButton::clicked, this, &FormSheet::confirmed);
     line->addWidget(confirmationButton_);
     column->addLayout(line);
+}
+
+void FormSheet::confirm(const QString &title, const QString &confirmation, const QString &text,
+                        const PanelPalette &palette, QWidget *over, std::function<void()> carryOut)
+{
+    auto *sheet = new FormSheet(title, confirmation, palette, over);
+    sheet->form().addWideNote(text);
+    connect(sheet, &FormSheet::confirmed, over, [sheet, carryOut = std::move(carryOut)] {
+        sheet->accept();
+        carryOut();
+    });
+    sheet->cancelButton().setDefault(true);
+    sheet->cancelButton().setFocus();
+    sheet->open();
 }
 
 void FormSheet::setPanelPalette(const PanelPalette &palette)

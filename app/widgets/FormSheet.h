@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <functional>
+
 namespace quillon {
 
 class FormPane;
@@ -19,6 +21,10 @@ public:
     /// Deletes itself when it is closed. The texts of the button are such as "&Add".
     FormSheet(const QString &title, const QString &confirmation, const PanelPalette &palette,
               QWidget *over);
+
+    /// Asks whether something is to be done that cannot be taken back; "Cancel" is the default.
+    static void confirm(const QString &title, const QString &confirmation, const QString &text,
+                        const PanelPalette &palette, QWidget *over, std::function<void()> carryOut);
 
     /// The owner fills it before the sheet is opened.
     FormPane &form() { return *form_; }

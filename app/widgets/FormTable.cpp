@@ -150,6 +150,12 @@ std::optional<int> FormTable::selectedRow() const
     return selected.isEmpty() ? std::nullopt : std::optional(selected.first().row());
 }
 
+void FormTable::showRow(int row)
+{
+    selectRow(row);
+    scrollTo(model_->index(row, 0));
+}
+
 void FormTable::setPanelPalette(const PanelPalette &palette)
 {
     rowView_->setPanelPalette(palette);

@@ -37,6 +37,8 @@ public:
     int rowCount() const;
     QString rowText(int row) const;
     std::optional<int> selectedRow() const;
+    /// Selects the row and brings it into view.
+    void showRow(int row);
     const QString &rowIdentifier() const { return rowIdentifier_; }
     /// It is shown in the middle while there are no rows.
     void setPlaceholder(const QString &sentence) { placeholder_ = sentence; }

@@ -12,4 +12,10 @@ QString keyNames(ActionShortcutFlags flags, QChar separator)
     return shortcut.keyNames().join(separator);
 }
 
+QStringList keyNames(std::string_view keys)
+{
+    const auto shortcut = QLNShortcut::fromText(keys);
+    return shortcut ? shortcut->keyNames() : QStringList();
+}
+
 } // namespace quillon

@@ -68,7 +68,9 @@ QSize PanelButton::sizeHint() const
     const int width = fontMetrics().horizontalAdvance(words) + 2 * rank.side +
                       (menu() == nullptr ? 0 : BUTTON_ARROW_ROOM);
     const int height = (fontMetrics().height() + rank.around + 3) / 4 * 4;
-    return {std::max(width, rank.narrowest) + 2 * rank.ring,
+    // A sign alone needs no more than itself.
+    const int narrowest = words.size() == 1 ? 0 : rank.narrowest;
+    return {std::max(width, narrowest) + 2 * rank.ring,
             std::max(height, rank.height) + 2 * rank.ring};
 }
 

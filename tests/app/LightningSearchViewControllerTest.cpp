@@ -1,5 +1,6 @@
 #include "app/panel/PanelMessage.h"
 #include "app/panel/SearchIndicator.h"
+#include "app/widgets/PanelMetrics.h"
 #include "app/widgets/WriteFault.h"
 #include "tests/app/SearchPanelFixture.h"
 
@@ -234,6 +235,24 @@ TEST_F(SearchPanel, offersTheDesktopsPlacesWhereNothingWasUsedYet)
     type("ab");
     answer();
     EXPECT_EQ(view_.heading(), QString());
+}
+
+TEST_F(SearchPanel, takesTheHeightOfItsRowsOnceTypingHasSettled)
+{
+    appear();
+    const int row = metrics::rowHeight(view_.fontMetrics());
+    const auto height = [this] { return view_.minimumSizeHint().height(); };
+    const int most = view_.greatestHeight();
+    type("many");
+    answer();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return height() == most; })) << "eight rows of 25";
+    type("abc");
+    answer();
+    EXPECT_EQ(height(), most) << "the user may be typing on";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return height() == most - 7 * row; }));
+    type("no such");
+    answer();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return height() == most - 3 * row; })) << "a message";
 }
 
 TEST_F(SearchPanel, typesOnWhatWasTypedBeforeItCameUp)

@@ -54,16 +54,17 @@ TEST_F(SearchPanelMouse, opensTheRowThatIsClicked)
     EXPECT_THAT(delegate_.asked, ElementsAre("close", "close"));
 }
 
-TEST_F(SearchPanelMouse, offersTheFourEntriesOfItsMenu)
+TEST_F(SearchPanelMouse, offersTheEntriesOfItsMenu)
 {
     appear();
-    const Texts asked{"preferences", "feedback", "updates", "terminate"};
-    for (int i = 0; i < 4; ++i) {
+    const Texts asked{"preferences", "rebuild", "keys", "feedback", "updates", "terminate"};
+    for (int i = 0; i < 6; ++i) {
         press(Qt::Key_F10);
         QTest::keyClick(&view_.menuButton(), Qt::Key_Down);
         ASSERT_TRUE(menu());
-        EXPECT_EQ(entries(), QStringList({u"Preferences…"_s, u"Send Feedback…"_s,
-                                          u"Check for Updates…"_s, u"Quit"_s}));
+        EXPECT_EQ(entries(), QStringList({u"Preferences…      \tCtrl+,"_s, u"Rebuild Now"_s,
+                                          u"Keys      \tF1"_s, u"Send Feedback…"_s,
+                                          u"Check for Updates…"_s, u"Quit      \tCtrl+Q"_s}));
         for (const QAction *action : menu()->actions())
             EXPECT_TRUE(action->shortcut().isEmpty());
         choose(i);
@@ -75,6 +76,15 @@ TEST_F(SearchPanelMouse, offersTheFourEntriesOfItsMenu)
     panel().viewDidDisappear();
     EXPECT_FALSE(menu());
     EXPECT_THAT(delegate_.asked, IsEmpty());
+
+    delegate_.isWholeBuild = false;
+    press(Qt::Key_F10);
+    QTest::keyClick(&view_.menuButton(), Qt::Key_Down);
+    ASSERT_TRUE(menu());
+    EXPECT_EQ(entries().size(), 4) << "neither feedback nor updates";
+    menu()->close();
+    press(Qt::Key_F1);
+    EXPECT_THAT(delegate_.asked, ElementsAre("keys"));
 }
 
 TEST_F(SearchPanelMouse, offersTheActionsOfARowWithTheirKeys)
@@ -95,7 +105,8 @@ TEST_F(SearchPanelMouse, offersTheActionsOfARowWithTheirKeys)
     QApplication::sendEvent(rows, &request);
     ASSERT_TRUE(menu());
     EXPECT_EQ(entries(), QStringList({u"Show      \tCtrl+Shift+Return"_s,
-                                      u"Open in Cut && Paste      \tAlt+Return"_s}));
+                                      u"Open in Cut && Paste      \tAlt+Return"_s, QString(),
+                                      u"Leave this folder out…"_s, u"Properties"_s}));
     // Rows that come meanwhile do not change what was chosen.
     source_.answers["ab"] = {"/other"};
     panel().indexChanged();
@@ -105,13 +116,21 @@ TEST_F(SearchPanelMouse, offersTheActionsOfARowWithTheirKeys)
     EXPECT_THAT(source_.used, ElementsAre("/ab/2"));
     EXPECT_THAT(done(), ElementsAre("new /ab/2"));
 
+    EXPECT_THAT(delegate_.takeAsked(), ElementsAre("close"));
     press(Qt::Key_F10, Qt::ShiftModifier);
     ASSERT_TRUE(menu());
     QTest::keyClick(menu(), Qt::Key_Escape);
     press(Qt::Key_Menu);
     ASSERT_TRUE(menu());
-    menu()->close();
+    choose(3);
+    EXPECT_THAT(delegate_.takeAsked(), ElementsAre("leave out /ab/2"));
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menu());
+    choose(4);
+    actions_.runAll();
     EXPECT_THAT(delegate_.asked, ElementsAre("close"));
+    EXPECT_THAT(done(), ElementsAre("properties /ab/2"));
+    EXPECT_THAT(source_.used, ElementsAre("/ab/2")) << "looking at it is no use";
 }
 
 TEST_F(SearchPanelMouse, hasNoMenuWhereThereIsNoRow)

@@ -1,7 +1,9 @@
 #include "app/preferences/ActionTable.h"
 #include "app/preferences/AddActionViewController.h"
 #include "app/preferences/PreferenceTexts.h"
+#include "app/widgets/FormSheet.h"
 #include "app/widgets/FormTable.h"
+#include "app/widgets/PanelButton.h"
 #include "app/widgets/QLNShortcutView.h"
 #include "app/widgets/SegmentedControl.h"
 #include "app/widgets/WriteFault.h"
@@ -10,6 +12,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QCheckBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -17,6 +20,7 @@
 #include <QTabBar>
 #include <QWindow>
 
+#include <algorithm>
 #include <ostream>
 
 namespace quillon {
@@ -271,6 +275,48 @@ TEST_F(ActionPaneTest, removesEveryActionEqualToTheSelectedOne)
     EXPECT_EQ(rows(), QStringList(u"Return will Show in File Manager with the selected row"_s))
         << "what an emptied list means";
     EXPECT_EQ(store.data("qln-actions-list"), "[]");
+}
+
+TEST_F(ActionPaneTest, movesAndChangesTheSelectedActionAndSetsTheListBack)
+{
+    const QStringList builtIn = rows();
+    EXPECT_FALSE(segment(2).isEnabled()) << "nothing is selected";
+    EXPECT_FALSE(actions().restoreButton->isEnabled()) << "as Quillon came";
+    table().selectRow(0);
+    EXPECT_FALSE(segment(3).isEnabled()) << "it is the first";
+    segment(4).click();
+    EXPECT_EQ(rows(), QStringList({builtIn[1], builtIn[0], builtIn[2], builtIn[3]}));
+    EXPECT_EQ(table().selectedRow(), 1);
+    QTest::keyClick(&table(), Qt::Key_Down, Qt::AltModifier);
+    QTest::keyClick(&table(), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(table().selectedRow(), 3);
+    EXPECT_FALSE(segment(4).isEnabled()) << "it is the last";
+    QTest::keyClick(&table(), Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(rows(), QStringList({builtIn[1], builtIn[2], builtIn[0], builtIn[3]}));
+
+    table().selectRow(3);
+    segment(2).click();
+    AddActionViewController *change = actions().addActionViewController();
+    ASSERT_NE(change, nullptr);
+    EXPECT_EQ(change->shortcutButton->currentText(), u"Alt+Shift+Return"_s);
+    EXPECT_EQ(change->actionButton->currentText(), u"Open Application"_s);
+    EXPECT_EQ(change->parametersTextField->text(), u"Terminal"_s);
+    choose(*change->shortcutButton, 1);
+    choose(*change->actionButton, 5);
+    change->parametersTextField->setText(u"~/bin/tool"_s);
+    press(*change, u"Done"_s);
+    EXPECT_EQ(rows()[3], u"Shift+Return will Execute Shell Command with "_s + QDir::homePath() +
+                             u"/bin/tool"_s);
+    EXPECT_EQ(table().selectedRow(), 3);
+
+    actions().restoreButton->click();
+    const auto sheets = window().findChildren<FormSheet *>();
+    const auto ask = std::ranges::find_if(sheets, &QWidget::isVisible);
+    ASSERT_NE(ask, sheets.end());
+    (*ask)->confirmationButton().click();
+    EXPECT_EQ(rows(), builtIn);
+    EXPECT_FALSE(store.contains("qln-actions-list"));
+    EXPECT_FALSE(actions().restoreButton->isEnabled());
 }
 
 TEST_F(ActionPaneTest, addsWhatTheSheetSays)

@@ -60,6 +60,10 @@ public:
     }
     void recordUse(const SearchBaseResultRef &result) override { used.push_back(result->path()); }
     State state() const override { return current; }
+    bool canLeaveOut(const SearchBaseResult &result) const override
+    {
+        return result.type() == SearchBaseResultType::standard;
+    }
     std::vector<SearchBaseResultRef> places() const override { return results(offered); }
     bool isFrontWindowSearched() const override { return isFileManagerInFront; }
     void refreshFrontWindow(std::function<void()> completion) override
@@ -89,11 +93,18 @@ class FakeDelegate : public SearchPanelDelegate
 public:
     Texts asked;
     bool hasUpdate = false;
+    /// The build has an address for feedback and a feed of releases.
+    bool isWholeBuild = true;
 
     Texts takeAsked() { return std::exchange(asked, {}); }
 
     void closeSearchWindow(Closing) override { asked.push_back("close"); }
     void openPreferences() override { asked.push_back("preferences"); }
+    void leaveOut(const std::string &folder) override { asked.push_back("leave out " + folder); }
+    void rebuildSearchBase() override { asked.push_back("rebuild"); }
+    void showKeys() override { asked.push_back("keys"); }
+    bool takesFeedback() const override { return isWholeBuild; }
+    bool looksForUpdates() const override { return isWholeBuild; }
     void sendFeedback() override { asked.push_back("feedback"); }
     void checkForUpdates() override { asked.push_back("updates"); }
     bool hasUninstalledUpdate() const override { return hasUpdate; }

@@ -299,6 +299,20 @@ TEST_F(SearchPaneTest, saysWhatAPatternHitsBeforeItIsAdded)
     EXPECT_EQ(sheet<AddExcludePatternSearchLocation>(), nullptr);
     EXPECT_THAT(patterns(), ElementsAre("_extras", "beta"));
     EXPECT_EQ(rows().back(), "beta – Exclude Pattern");
+    EXPECT_EQ(pane->searchLocationsTableView->selectedRow(), 3) << "what was added";
+}
+
+TEST_F(SearchPaneTest, leavesAFolderOutAtOnce)
+{
+    pane->leaveOut(disk.path("tree/alpha"));
+    auto *add = sheet<AddExcludePatternSearchLocation>();
+    ASSERT_NE(add, nullptr);
+    EXPECT_EQ(add->findChild<QLineEdit *>()->text().toStdString(), disk.path("tree/alpha"));
+    EXPECT_THAT(noteOf(*add), HasSubstr("Leaves out 2 of 4 indexed folders"));
+    confirm(*add);
+    EXPECT_EQ(pane->searchLocationsTableView->selectedRow(), 3);
+    EXPECT_EQ(searchBase.count(), 2U);
+    EXPECT_EQ(rebuilds, 0) << "without the window";
 }
 
 TEST_F(SearchPaneTest, addsAPatternThatLeavesNothingOnlyOnceThatWasSaid)

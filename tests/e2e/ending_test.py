@@ -176,13 +176,13 @@ class EndingTest(Desktop):
             [self.program, "--show"], env=self.environment(), check=True) and self.panel())
         self.wait_for_rows("tree")
 
-    def test_while_a_window_waits_for_an_answer(self):
+    def test_while_another_window_is_shown(self):
         self.make_folders("Documents")
         self.write_settings()
         child = self.start()
         self.choose(3)
-        eventually("the notice", lambda: windows("quillon", "Quillon – Updates"))
-        self.ends(child, "with the notice of the updates shown")
+        eventually("the keys", lambda: windows("quillon", "Quillon – Keys"))
+        self.ends(child, "with the page of keys shown")
 
     def test_while_the_file_manager_does_not_answer(self):
         self.make_folders("Documents/harbour")

@@ -12,6 +12,7 @@ import time
 from desktop import PATIENCE, Desktop, eventually, is_soon, main, output, windows
 
 ROW_HEIGHT = 40
+HEADING = 78  # pixels from the top of the panel to the middle of the heading
 FIRST_ROW = 112  # pixels from the top of the panel to the middle of the first row, below a heading
 
 
@@ -52,7 +53,7 @@ class PanelMouseTest(Desktop):
         self.write_settings()
         self.start()
         left, top, width, height = self.place()
-        for x, y in ((width - 250, height - 20), (width // 2, height - 120)):
+        for x, y in ((width - 250, height - 20), (width // 2, HEADING)):
             self.point_at(left + x, top + y)
             subprocess.run(["xdotool", "mousedown", "1"], check=True)
             # The window manager takes the pointer over a moment after the press.

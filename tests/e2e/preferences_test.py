@@ -179,7 +179,7 @@ class PreferencesTest(ReadDesktop):
         self.press("Return")
         self.wait_for_sheets_end(exclude)
         self.assertEqual(self.stored()["exclude-folder-patterns"][-1], "within")
-        self.reads("Changed since the last build")
+        self.reads("Takes effect after a rebuild")
 
         extension = "Include Files with Extension"
         self.add(extension, "Up")

@@ -26,7 +26,8 @@ constexpr auto SETTLING = 200ms;
 } // namespace
 
 AddExcludePatternSearchLocation::AddExcludePatternSearchLocation(const Services &services,
-                                                                 std::function<void()> added,
+                                                                 const std::string &proposed,
+                                                                 Added added,
                                                                  const PanelPalette &palette,
                                                                  QWidget *over)
     : FormSheet(tr("Exclude Folders Matching Pattern"), tr("&Add"), palette, over),
@@ -45,7 +46,10 @@ AddExcludePatternSearchLocation::AddExcludePatternSearchLocation(const Services 
             &AddExcludePatternSearchLocation::textChanged);
     connect(this, &FormSheet::confirmed, this, &AddExcludePatternSearchLocation::confirm);
     patternTextField_->setFocus();
+    patternTextField_->setText(QString::fromStdString(proposed));
     textChanged();
+    if (!proposed.empty())
+        findHits();
 }
 
 AddExcludePatternSearchLocation::~AddExcludePatternSearchLocation()
@@ -141,7 +145,7 @@ void AddExcludePatternSearchLocation::add()
 {
     if (!services_.searchBaseFinder.excludePatternsPreferences.add(pattern()))
         return note_->sayFault(writeFault());
-    added_();
+    added_(pattern());
     accept();
 }
 

@@ -35,8 +35,11 @@ public:
         TaskQueue &main;
     };
 
-    AddExcludePatternSearchLocation(const Services &services, std::function<void()> added,
-                                    const PanelPalette &palette, QWidget *over);
+    using Added = std::function<void(const std::string &pattern)>;
+
+    /// Proposes the pattern, where it is not empty.
+    AddExcludePatternSearchLocation(const Services &services, const std::string &proposed,
+                                    Added added, const PanelPalette &palette, QWidget *over);
     ~AddExcludePatternSearchLocation() override;
 
 private:
@@ -56,7 +59,7 @@ private:
     void add();
 
     Services services_;
-    std::function<void()> added_;
+    Added added_;
     QLineEdit *patternTextField_;
     FormNote *note_;
     /// Runs out once typing has settled.

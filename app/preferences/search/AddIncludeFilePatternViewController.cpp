@@ -15,15 +15,14 @@
 namespace quillon {
 
 AddIncludeFilePatternViewController::AddIncludeFilePatternViewController(
-    SearchBaseFinder &finder, std::function<void()> added, const PanelPalette &palette,
-    QWidget *over)
+    SearchBaseFinder &finder, Added added, const PanelPalette &palette, QWidget *over)
     : FormSheet(tr("Include Files with Extension"), tr("&Add"), palette, over),
       finder_(finder),
       added_(std::move(added)),
       extensionTextField_(new QLineEdit(&form()))
 {
     extensionTextField_->setMinimumWidth(metrics::FORM_CONTROL);
-    extensionTextField_->setPlaceholderText(QStringLiteral("blend"));
+    extensionTextField_->setPlaceholderText(QStringLiteral("code-workspace"));
     form().addRow(tr("&Extension:"), extensionTextField_);
     note_ = form().addNote();
     connect(extensionTextField_, &QLineEdit::textChanged, this,
@@ -74,9 +73,10 @@ void AddIncludeFilePatternViewController::confirm()
     note_->sayFault(fault());
     if (note_->hasFault())
         return;
-    if (!finder_.includeFilePatternPreferences.add(extensionTextField_->text().toStdString()))
+    const std::string extension = extensionTextField_->text().toStdString();
+    if (!finder_.includeFilePatternPreferences.add(extension))
         return note_->sayFault(writeFault());
-    added_();
+    added_(extension);
     accept();
 }
 

@@ -17,7 +17,9 @@ class AddIncludeFilePatternViewController : public FormSheet
     Q_OBJECT
 
 public:
-    AddIncludeFilePatternViewController(SearchBaseFinder &finder, std::function<void()> added,
+    using Added = std::function<void(const std::string &extension)>;
+
+    AddIncludeFilePatternViewController(SearchBaseFinder &finder, Added added,
                                         const PanelPalette &palette, QWidget *over);
 
 private:
@@ -27,7 +29,7 @@ private:
     void confirm();
 
     SearchBaseFinder &finder_;
-    std::function<void()> added_;
+    Added added_;
     QLineEdit *extensionTextField_;
     FormNote *note_;
 };

@@ -27,6 +27,7 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -78,7 +79,7 @@ SearchPreferencesViewController::SearchPreferencesViewController(
       rebuildButton(new PanelButton(tr("Re&build Now"), PanelButton::Rank::control, this)),
       services_(services),
       delegate_(delegate),
-      flagLabel_(new QLabel(tr("Changed since the last build"), this))
+      flagLabel_(new QLabel(tr("Takes effect after a rebuild"), this))
 {
     setAcceptDrops(true);
     searchLocationsTableView->setAccessibleName(tr("Search locations"));
@@ -104,7 +105,7 @@ void SearchPreferencesViewController::buildMenu()
     menu->addAction(tr("Add Search Folder (recursive search)"), this,
                     &SearchPreferencesViewController::chooseFolders);
     menu->addAction(tr("Exclude Folders Matching Pattern"), this,
-                    &SearchPreferencesViewController::excludePattern);
+                    [this] { excludePattern({}, false); });
     menu->addAction(tr("Include Files with Extension"), this,
                     &SearchPreferencesViewController::includeExtension);
     searchLocationsSegmentedControl->setMenu(ADD, menu);
@@ -176,6 +177,12 @@ void SearchPreferencesViewController::showLocations(std::vector<ListedLocation> 
     if (isStillThere)
         note_->sayFault(writeFault());
     removed_.reset();
+    const auto added = std::ranges::find_if(locations_, [this](const ListedLocation &listed) {
+        return added_ && listed.names(*added_);
+    });
+    if (added != locations_.end())
+        searchLocationsTableView->showRow(static_cast<int>(added - locations_.begin()));
+    added_.reset();
     updateFlag();
 }
 
@@ -213,25 +220,48 @@ void SearchPreferencesViewController::addFolders(const std::vector<std::string> 
                                   .main = services_.main});
     include.add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
         note_->sayFault(outcome.faults);
-        showStored();
+        showAdded(outcome.added.empty()
+                      ? nullptr
+                      : std::make_shared<IncludePathSearchBaseLocation>(outcome.added.back()));
     });
 }
 
-void SearchPreferencesViewController::excludePattern()
+void SearchPreferencesViewController::showAdded(std::shared_ptr<const SearchBaseLocation> location)
+{
+    added_ = std::move(location);
+    showStored();
+}
+
+void SearchPreferencesViewController::leaveOut(const std::string &folder)
+{
+    excludePattern(folder, true);
+}
+
+void SearchPreferencesViewController::excludePattern(const std::string &proposed, bool isRebuilt)
 {
     auto *sheet = new AddExcludePatternSearchLocation(
         {.searchBaseFinder = services_.searchBaseFinder,
          .index = services_.searchBase.searchBaseMatcher().index(),
          .background = services_.background,
          .main = services_.main},
-        [this] { showStored(); }, panelPalette(), window());
+        proposed,
+        [this, isRebuilt](const std::string &pattern) {
+            showAdded(std::make_shared<ExcludePatternSearchBaseLocation>(pattern));
+            if (isRebuilt)
+                services_.builder.start();
+        },
+        panelPalette(), window());
     sheet->open();
 }
 
 void SearchPreferencesViewController::includeExtension()
 {
     auto *sheet = new AddIncludeFilePatternViewController(
-        services_.searchBaseFinder, [this] { showStored(); }, panelPalette(), window());
+        services_.searchBaseFinder,
+        [this](const std::string &extension) {
+            showAdded(std::make_shared<IncludeFilePatternSearchBaseLocation>(extension));
+        },
+        panelPalette(), window());
     sheet->open();
 }
 

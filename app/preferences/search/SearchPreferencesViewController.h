@@ -65,6 +65,8 @@ public:
 
     /// Searches these folders too, as if the user had chosen them.
     void addFolders(const std::vector<std::string> &paths);
+    /// Asks for a pattern, proposes the folder's path, and rebuilds the index once it is added.
+    void leaveOut(const std::string &folder);
 
     FormTable *const searchLocationsTableView;
     /// Segment 0 opens the menu of what can be added, segment 1 removes the selected location.
@@ -92,8 +94,10 @@ private:
     void buildMenu();
     void buildControls();
     void chooseFolders();
-    void excludePattern();
+    void excludePattern(const std::string &proposed, bool isRebuilt);
     void includeExtension();
+    /// Shows the list, and in it what was added.
+    void showAdded(std::shared_ptr<const SearchBaseLocation> location);
     void removeSelected();
     void showLocations(std::vector<ListedLocation> locations, SearchLocations stored);
     void updateFlag();
@@ -111,6 +115,8 @@ private:
     std::optional<SearchLocations> stored_;
     /// What was to be removed, until the list shows whether it was.
     std::shared_ptr<const SearchBaseLocation> removed_;
+    /// What was added last, until the list shows it.
+    std::shared_ptr<const SearchBaseLocation> added_;
     /// Counts the times that the list was asked for: only the last answer is shown.
     unsigned asked_ = 0;
     QBasicTimer statusTimer_;
