@@ -287,6 +287,7 @@ TEST_F(ActionPaneTest, movesAndChangesTheSelectedActionAndSetsTheListBack)
     segment(4).click();
     EXPECT_EQ(rows(), QStringList({builtIn[1], builtIn[0], builtIn[2], builtIn[3]}));
     EXPECT_EQ(table().selectedRow(), 1);
+    table().setFocus();
     QTest::keyClick(&table(), Qt::Key_Down, Qt::AltModifier);
     QTest::keyClick(&table(), Qt::Key_Down, Qt::AltModifier);
     EXPECT_EQ(table().selectedRow(), 3);

@@ -52,6 +52,8 @@ class PanelMouseTest(Desktop):
     def test_is_moved_by_its_background_until_it_comes_up_again(self):
         self.write_settings()
         self.start()
+        # The places come a moment after the panel, which is then as high as the home folder's row.
+        eventually("the panel with one row", lambda: self.place()[3] < 6 * ROW_HEIGHT)
         left, top, width, height = self.place()
         for x, y in ((width - 250, height - 20), (width // 2, HEADING)):
             self.point_at(left + x, top + y)
