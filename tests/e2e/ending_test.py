@@ -153,7 +153,7 @@ class EndingTest(Desktop):
         find = ["dbus-send", "--session", "--dest=org.quillon.Quillon", "/org/quillon/Quillon",
                 "org.quillon.Quillon.Search.Find",
                 "array:byte:" + ",".join(map(str, os.fsencode(self.settings))),
-                "array:byte:" + ",".join(map(str, b"o/e/9")), "uint32:25"]
+                "array:byte:" + ",".join(map(str, b"o/e/9")), "uint32:25", "string:path"]
         for _ in range(60):
             subprocess.run(find, env=self.environment(), check=True)
         self.ends(child, "searching")
