@@ -424,6 +424,11 @@ class LifecycleTest(Desktop):
         self.launch("--background")
         self.wait_for_index("harbour", 2)
         self.assertEqual((found(), found("--json")), (crawled, crawled_json))
+        self.assertNotEqual(found("--json", "--order", "names"), crawled_json)
+        self.settings.write_text(self.settings.read_text()[:-1] + ', "match-order": "names"}')
+        eventually("the order of the settings",
+                   lambda: found("--json") == found("--json", "--order", "names"))
+        self.assertEqual(found("--json", "--order", "path"), crawled_json)
 
         # A folder made at this moment is not in the index yet, but a crawl finds it.
         self.make_folders("brand new harbour")
