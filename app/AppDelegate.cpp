@@ -373,11 +373,15 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
 {
     if (!isIndexComplete_ || query.settings != standardDefaultsPath())
         return std::nullopt;
-    const std::string &order =
+    const std::string &orderName =
         query.order.empty() ? preferences_.matchOrder.selected().key : query.order;
+    const MatchOrder order = matchOrderNamed(orderName).value_or(MatchOrder::path);
+    std::vector<FuzzyMatchResult> results =
+        searchBaseFuzzyMatch_.match(query.text, query.limit, order);
+    if (query.words)
+        searchBaseFuzzyMatch_.addWordMatches(query.text, query.limit, order, results);
     std::vector<RemoteMatch> matches;
-    for (const FuzzyMatchResult &result : searchBaseFuzzyMatch_.match(
-             query.text, query.limit, matchOrderNamed(order).value_or(MatchOrder::path))) {
+    for (const FuzzyMatchResult &result : results) {
         matches.push_back({result.text(), result.score(), {}});
         for (const TextRange &range : result.highlightRanges())
             matches.back().ranges.emplace_back(range.location, range.length);

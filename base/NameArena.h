@@ -31,8 +31,8 @@ public:
 private:
     static constexpr unsigned CHUNK_BITS = 18;
     static constexpr std::size_t CHUNK_SIZE = std::size_t{1} << CHUNK_BITS;
-    /// Most file systems allow names of 255 bytes.
-    static constexpr std::size_t LONGEST_REUSED = 255;
+    /// Most file systems allow names of 255 bytes, and some names are kept in two forms.
+    static constexpr std::size_t LONGEST_REUSED = 2 * std::size_t{255};
     /// A released room holds the offset of the next released room of its length.
     static constexpr std::size_t SHORTEST_ROOM = sizeof(Offset);
     static constexpr Offset NO_ROOM = ~Offset{0};

@@ -1,5 +1,7 @@
 #include "base/Utf8.h"
 
+#include <QChar>
+
 namespace quillon {
 
 Utf8Character firstUtf8Character(std::string_view bytes)
@@ -22,6 +24,12 @@ Utf8Character firstUtf8Character(std::string_view bytes)
     if (codePoint < SMALLEST[length] || isSurrogate || codePoint > 0x10ffff)
         return {};
     return {.codePoint = codePoint, .length = length, .isValid = true};
+}
+
+bool isBlank(const Utf8Character &character)
+{
+    return character.isValid && (character.codePoint == U'\t' ||
+                                 QChar::category(character.codePoint) == QChar::Separator_Space);
 }
 
 std::string replacingInvalidUtf8(std::string_view bytes)

@@ -58,4 +58,22 @@ const std::vector<Needle> &needles()
     return NEEDLES;
 }
 
+const std::vector<Needle> &wordNeedles()
+{
+    static const std::vector<Needle> NEEDLES = {
+        {"plans harbour", "two words"},
+        {"main src", "two words"},
+        {"api core lib", "three words"},
+        {"java src harbour plans", "four words"},
+        {"2019 taxes", "word and year"},
+        {"e a", "letters"},
+        {"s r e", "letters"},
+        {"a b c d e f g h", "letters"},
+        {"\xc3\x9c\x62\x65rgr\xc3\xb6\xc3\x9f", "accents"},
+        {"engine", "one word"},
+        {"qwzx zoo", "never"},
+    };
+    return NEEDLES;
+}
+
 } // namespace quillon::bench

@@ -15,4 +15,7 @@ struct Needle
 /// Returns the queries that every measurement of the matcher uses, each one once.
 const std::vector<Needle> &needles();
 
+/// Returns the queries for which words in any order are measured, each one once.
+const std::vector<Needle> &wordNeedles();
+
 } // namespace quillon::bench

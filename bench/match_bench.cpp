@@ -1,6 +1,6 @@
 // Measures the matcher over the corpus: every needle in both orders (match/... by the whole path,
-// names/... with names first) on one and on two threads, laying the tree out anew, insertion of the
-// sorted list, and memory by number of folders.
+// names/... with names first) on one and on two threads, words in any order (words/..., both
+// orders), laying the tree out anew, insertion of the sorted list, and memory by number of folders.
 //
 // match_bench [--benchmark_...] [COUNT]: COUNT folders (1,000,000) for the needles and insertion.
 // A needle stands in its measurement's name with % and two digits for every byte that is no letter
@@ -62,6 +62,19 @@ void measureNeedle(benchmark::State &state, FuzzyMatch &matcher, const Needle &n
         benchmark::DoNotOptimize(matcher.match(needle.query, ROWS, order));
     state.SetLabel(std::string(needle.kind));
     state.counters["candidates"] = static_cast<double>(candidates);
+}
+
+/// Measures what words in any order take behind an answer without a row.
+void measureWords(benchmark::State &state, FuzzyMatch &matcher, const Needle &needle,
+                  MatchOrder order)
+{
+    matcher.setSearchThreads(2);
+    for ([[maybe_unused]] const auto step : state) {
+        std::vector<FuzzyMatchResult> results;
+        matcher.addWordMatches(needle.query, ROWS, order, results);
+        benchmark::DoNotOptimize(results);
+    }
+    state.SetLabel(std::string(needle.query));
 }
 
 void measureInsertion(benchmark::State &state, const List &list)
@@ -135,6 +148,20 @@ void measureNeedles(FuzzyMatch &matcher, const List &list)
     }
 }
 
+void measureWordNeedles(FuzzyMatch &matcher)
+{
+    for (const Needle &needle : wordNeedles())
+        for (const auto &[order, name] :
+             {std::pair(MatchOrder::path, "path/"), std::pair(MatchOrder::names, "names/")})
+            benchmark::RegisterBenchmark(
+                ("words/" + std::string(name) + escaped(needle.query)).c_str(),
+                [&matcher, &needle, order = order](benchmark::State &state) {
+                    measureWords(state, matcher, needle, order);
+                })
+                ->UseRealTime()
+                ->Unit(benchmark::kMillisecond);
+}
+
 int run(std::size_t count)
 {
     const List list(count);
@@ -142,6 +169,7 @@ int run(std::size_t count)
     matcher.add(list.views);
     matcher.arrange();
     measureNeedles(matcher, list);
+    measureWordNeedles(matcher);
     benchmark::RegisterBenchmark(
         "insertion", [&list](benchmark::State &state) { measureInsertion(state, list); })
         ->UseRealTime()

@@ -3,6 +3,7 @@
 #include "base/EitherStop.h"
 #include "base/PathText.h"
 #include "base/TaskQueue.h"
+#include "base/Utf8.h"
 #include "core/HeldNodes.h"
 #include "core/IndexKeeper.h"
 #include "core/IndexUpdate.h"
@@ -12,7 +13,6 @@
 #include "matching/FrontItems.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <iterator>
 #include <map>
@@ -43,23 +43,11 @@ constexpr std::chrono::seconds UPDATE_PATIENCE{2};
 /// The bytes of a dump that are made before writers get a chance to run.
 constexpr std::size_t DUMP_PIECE = std::size_t{64} * 1024;
 
-/// Tab and the Unicode space separators, in UTF-8.
-constexpr std::array<std::string_view, 18> BLANKS = {
-    " ",      "\t",     "\u00a0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004",
-    "\u2005", "\u2006", "\u2007", "\u2008", "\u2009", "\u200a", "\u202f", "\u205f", "\u3000"};
-
-std::string_view trimBlanks(std::string_view text)
+bool beginsLikePath(std::string_view query)
 {
-    const auto isBlank = [](std::string_view at, bool fromEnd) {
-        return std::ranges::find_if(BLANKS, [&](std::string_view blank) {
-            return fromEnd ? at.ends_with(blank) : at.starts_with(blank);
-        });
-    };
-    for (auto blank = isBlank(text, false); blank != BLANKS.end(); blank = isBlank(text, false))
-        text.remove_prefix(blank->size());
-    for (auto blank = isBlank(text, true); blank != BLANKS.end(); blank = isBlank(text, true))
-        text.remove_suffix(blank->size());
-    return text;
+    while (!query.empty() && isBlank(firstUtf8Character(query)))
+        query.remove_prefix(firstUtf8Character(query).length);
+    return query.starts_with('/');
 }
 
 SearchBaseResultRef standardResult(const FuzzyMatchResult &match)
@@ -169,6 +157,18 @@ SearchBase::~SearchBase()
 
 std::vector<SearchBaseResultRef> SearchBase::search(std::string_view query, MatchOrder order) const
 {
+    return answer(query, order, false);
+}
+
+std::vector<SearchBaseResultRef> SearchBase::searchWithWords(std::string_view query,
+                                                             MatchOrder order) const
+{
+    return answer(query, order, true);
+}
+
+std::vector<SearchBaseResultRef> SearchBase::answer(std::string_view query, MatchOrder order,
+                                                    bool withWords) const
+{
     std::vector<SearchBaseResultRef> results;
     FrontItems front;
     if (frontFinderSearch_ != nullptr && frontFinderSearch_->isFinderFrontmost())
@@ -179,9 +179,14 @@ std::vector<SearchBaseResultRef> SearchBase::search(std::string_view query, Matc
                 match.text(), front.path(match.text()), match.highlightRanges(),
                 SearchBaseResultType::inFrontFinder));
     }
-    for (const FuzzyMatchResult &match : searchBaseMatcher_.match(query, RESULT_LIMIT, order))
+    std::vector<FuzzyMatchResult> matches = searchBaseMatcher_.match(query, RESULT_LIMIT, order);
+    const bool offersPath =
+        results.size() + matches.size() <= GO_TO_PATH_LIMIT && beginsLikePath(query);
+    if (withWords)
+        searchBaseMatcher_.addWordMatches(query, RESULT_LIMIT - results.size(), order, matches);
+    for (const FuzzyMatchResult &match : matches)
         results.push_back(standardResult(match));
-    if (results.size() <= GO_TO_PATH_LIMIT && trimBlanks(query).starts_with('/'))
+    if (offersPath)
         results.push_back(std::make_shared<SearchBaseResult>(std::string(query), std::string(query),
                                                              std::vector<TextRange>(),
                                                              SearchBaseResultType::goToPath));

@@ -90,6 +90,11 @@ public:
     /// blanks are trimmed, the last row offers the query itself as a path to go to.
     std::vector<SearchBaseResultRef> search(std::string_view query,
                                             MatchOrder order = MatchOrder::path) const;
+    /// Returns those rows and, while there are fewer than 25, further ones in which each word of
+    /// the query occurs in some name, see FuzzyMatch::addWordMatches(). They come before the row
+    /// that offers a path to go to.
+    std::vector<SearchBaseResultRef> searchWithWords(std::string_view query,
+                                                     MatchOrder order = MatchOrder::path) const;
     /// Returns at most 10 of the folders that the user opened most, most used first.
     std::vector<SearchBaseResultRef> mostAccessedResults() const;
 
@@ -162,6 +167,8 @@ private:
         std::shared_ptr<CrawlRecord> record;
     };
 
+    std::vector<SearchBaseResultRef> answer(std::string_view query, MatchOrder order,
+                                            bool withWords) const;
     /// Ends what is under way. Returns a stop that the next call requests.
     std::stop_token beginAnew() REQUIRES(searchBasePaths_.lock());
     std::stop_token beginBuild() EXCLUDES(watching_);

@@ -123,6 +123,8 @@ void addMatch(CLI::App &app, MatchCommand &match, std::function<int(Output &)> &
     addOrder(
         *command, [&](const std::string &name) { match.order = *matchOrderNamed(name); },
         "Rank by the whole \"path\", or \"names\" first (path)");
+    command->add_flag("--words,!--no-words", match.inAnyOrder,
+                      "Then print what has the words in any order, accents aside");
     command->add_option("--counts", match.countsFile, "JSON object, path to use count")
         ->type_name("FILE");
     addNumber(*command, "--repeat", match.repeat, {.least = 1}, "Run the query N times (1)");
@@ -147,6 +149,8 @@ void addFind(CLI::App &app, int argc, FindCommand &find, std::function<int(Outpu
     addOrder(
         *command, [&](const std::string &name) { find.order = name; },
         "Rank by the whole \"path\", or \"names\" first (as the settings say)");
+    command->add_flag("--words,!--no-words", find.inAnyOrder,
+                      "Then print what has the words in any order, accents aside (yes)");
     command->add_flag("-0", find.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--json", find.json, "Print one array of objects");
     command->add_flag("--crawl", find.crawl, "Ask the disk, not an index");

@@ -92,7 +92,8 @@ std::optional<std::vector<FuzzyMatchResult>> FindCommand::askRunningInstance() c
     const RemoteAnswer answer = instance.find({.settings = standardDefaultsPath(),
                                                .text = query(),
                                                .limit = static_cast<std::uint32_t>(top),
-                                               .order = order});
+                                               .order = order,
+                                               .words = inAnyOrder});
     if (!answer)
         return std::nullopt;
     std::vector<FuzzyMatchResult> results;
@@ -151,7 +152,10 @@ std::vector<FuzzyMatchResult> FindCommand::searchAlone(bool &failed) const
                 complain(line);
         });
     }
-    return matcher.match(query(), top, *ranking);
+    std::vector<FuzzyMatchResult> results = matcher.match(query(), top, *ranking);
+    if (inAnyOrder)
+        matcher.addWordMatches(query(), top, *ranking, results);
+    return results;
 }
 
 std::optional<MatchOrder> FindCommand::orderInForce(DefaultsStore &settings) const

@@ -31,6 +31,8 @@ struct FindCommand
     /// Names the order of the matches. Empty, the running application's settings say it, or those
     /// on the disk.
     std::string order;
+    /// If true, further matches have the words in any order.
+    bool inAnyOrder = true;
     bool nulSeparated = false;
     bool json = false;
 

@@ -15,6 +15,8 @@ struct MatchCommand
     std::string query;
     std::size_t top = 25;
     MatchOrder order = MatchOrder::path;
+    /// If true, further matches have the words in any order.
+    bool inAnyOrder = false;
     /// A JSON file that maps paths to use counts; empty for none.
     std::string countsFile;
     std::size_t repeat = 1;

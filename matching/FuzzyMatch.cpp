@@ -1,5 +1,6 @@
 #include "matching/FuzzyMatch.h"
 
+#include "base/TextFolding.h"
 #include "matching/Highlights.h"
 #include "matching/RecentAccessScore.h"
 #include "matching/TreeSearch.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <thread>
+#include <unordered_set>
 
 namespace quillon {
 
@@ -75,15 +77,41 @@ void FuzzyMatch::arrange()
 std::vector<FuzzyMatchResult> FuzzyMatch::match(std::string_view pattern, std::size_t top,
                                                 MatchOrder order) const
 {
-    const auto uses = recentAccessScore_ == nullptr ? nullptr : recentAccessScore_->snapshot();
     const auto search =
         order == MatchOrder::names ? searched<NamesFirstRule> : searched<WholePathRule>;
     std::vector<FuzzyMatchResult> results;
-    for (TreeMatch &match : search(*index_, pattern, uses.get(), top, searchThreads_)) {
+    for (TreeMatch &match : search(*index_, pattern, uses().get(), top, searchThreads_)) {
         std::vector<TextRange> ranges = highlights(pattern, match.text, order);
         results.emplace_back(std::move(match.text), match.score, std::move(ranges));
     }
     return results;
+}
+
+void FuzzyMatch::addWordMatches(std::string_view pattern, std::size_t top, MatchOrder order,
+                                std::vector<FuzzyMatchResult> &results) const
+{
+    const std::vector<std::string> words = foldedWords(pattern);
+    if (results.size() >= top || words.empty() || words.size() > WordsInAnyOrder::MOST_WORDS)
+        return;
+    std::string query;
+    for (const std::string &word : words)
+        query.append(query.empty() ? "" : " ").append(word);
+    std::unordered_set<std::string> found;
+    for (const FuzzyMatchResult &result : results)
+        found.insert(result.text());
+    const auto search = order == MatchOrder::names ? searched<WordsRule<NamesFirstRule>>
+                                                   : searched<WordsRule<WholePathRule>>;
+    for (TreeMatch &match : search(*index_, query, uses().get(), top, searchThreads_)) {
+        if (results.size() == top || found.contains(match.text))
+            continue;
+        std::vector<TextRange> ranges = wordRanges(words, match.text);
+        results.emplace_back(std::move(match.text), match.score, std::move(ranges));
+    }
+}
+
+std::shared_ptr<const RecentAccessSnapshot> FuzzyMatch::uses() const
+{
+    return recentAccessScore_ == nullptr ? nullptr : recentAccessScore_->snapshot();
 }
 
 std::vector<FuzzyMatchResult> FuzzyMatch::mostAccessedResults(std::size_t top) const

@@ -14,6 +14,7 @@
 namespace quillon {
 
 class RecentAccessScore;
+struct RecentAccessSnapshot;
 
 /// Holds the set of candidate texts and answers queries over it, best match first.
 ///
@@ -46,6 +47,12 @@ public:
     /// lower-case letter matches both cases.
     std::vector<FuzzyMatchResult> match(std::string_view pattern, std::size_t top,
                                         MatchOrder order = MatchOrder::path) const;
+    /// Appends further candidates until there are top results: those in which each word of the
+    /// pattern occurs in some component as a subsequence, the words in any order and all folded as
+    /// in TextFolding.h. They are ranked by the sum of their scores for each word. Appends nothing
+    /// for a pattern of more than WordsInAnyOrder::MOST_WORDS words.
+    void addWordMatches(std::string_view pattern, std::size_t top, MatchOrder order,
+                        std::vector<FuzzyMatchResult> &results) const;
     /// Returns those of the top most used texts that are candidates, the most used one first.
     std::vector<FuzzyMatchResult> mostAccessedResults(std::size_t top) const;
     /// Returns the runs of the text to mark for the pattern.
@@ -66,6 +73,8 @@ public:
     PathIndex &index() const { return *index_; }
 
 private:
+    std::shared_ptr<const RecentAccessSnapshot> uses() const;
+
     RecentAccessScore *recentAccessScore_;
     std::unique_ptr<PathIndex> index_;
     unsigned searchThreads_;

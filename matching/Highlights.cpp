@@ -1,5 +1,6 @@
 #include "matching/Highlights.h"
 
+#include "base/TextFolding.h"
 #include "base/Utf8.h"
 #include "matching/NamesFirstScore.h"
 
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <set>
 #include <string>
 
 namespace quillon {
@@ -44,6 +46,28 @@ std::vector<std::size_t> longestRuns(std::u32string_view query, std::u32string_v
         }
     }
     return longest;
+}
+
+/// Returns the ranges of the characters that the bytes at these places, ascending, belong to.
+std::vector<TextRange> charactersAt(const std::vector<std::size_t> &places, std::string_view text)
+{
+    std::vector<TextRange> ranges;
+    auto place = places.begin();
+    std::size_t byte = 0;
+    for (std::int64_t character = 0; place != places.end(); ++character) {
+        const std::size_t end = byte + firstUtf8Character(text.substr(byte)).length;
+        const auto next =
+            std::find_if(place, places.end(), [end](std::size_t at) { return at >= end; });
+        if (next != place) {
+            if (!ranges.empty() && ranges.back().location + ranges.back().length == character)
+                ++ranges.back().length;
+            else
+                ranges.push_back({character, 1});
+        }
+        place = next;
+        byte = end;
+    }
+    return ranges;
 }
 
 } // namespace
@@ -90,24 +114,18 @@ std::vector<TextRange> highlightRanges(std::string_view query, std::string_view 
 
 std::vector<TextRange> namesFirstRanges(std::string_view query, std::string_view text)
 {
-    const std::vector<std::size_t> places = namesFirstMatch(query, text);
-    std::vector<TextRange> ranges;
-    auto place = places.begin();
-    std::size_t byte = 0;
-    for (std::int64_t character = 0; place != places.end(); ++character) {
-        const std::size_t end = byte + firstUtf8Character(text.substr(byte)).length;
-        const auto next =
-            std::find_if(place, places.end(), [end](std::size_t at) { return at >= end; });
-        if (next != place) {
-            if (!ranges.empty() && ranges.back().location + ranges.back().length == character)
-                ++ranges.back().length;
-            else
-                ranges.push_back({character, 1});
-        }
-        place = next;
-        byte = end;
-    }
-    return ranges;
+    return charactersAt(namesFirstMatch(query, text), text);
+}
+
+std::vector<TextRange> wordRanges(const std::vector<std::string> &words, std::string_view text)
+{
+    // A letter of the folded text stands inside the bytes of its character.
+    const std::string folded = foldedText(text).value_or(std::string(text));
+    std::set<std::size_t> places;
+    for (const std::string &word : words)
+        for (const std::size_t place : namesFirstMatch(word, folded))
+            places.insert(place);
+    return charactersAt({places.begin(), places.end()}, text);
 }
 
 } // namespace quillon

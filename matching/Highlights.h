@@ -2,6 +2,7 @@
 
 #include "results/SearchBaseResult.h"
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,5 +17,9 @@ std::vector<TextRange> highlightRanges(std::string_view query, std::string_view 
 /// The ranges of the text to mark for a query where names come first: the characters that
 /// namesFirstMatch() matches, in the order of the text, neighbours as one range.
 std::vector<TextRange> namesFirstRanges(std::string_view query, std::string_view text);
+
+/// The ranges of the text to mark for words in any order, which are folded, as namesFirstRanges()
+/// marks the folded text for each of them.
+std::vector<TextRange> wordRanges(const std::vector<std::string> &words, std::string_view text);
 
 } // namespace quillon

@@ -1,6 +1,7 @@
 #include "matching/PathTree.h"
 
 #include "base/Require.h"
+#include "base/TextFolding.h"
 
 #include <algorithm>
 #include <bit>
@@ -132,26 +133,35 @@ PathTree::NodeId PathTree::place(NodeId parent, std::string_view name)
     const Node &above = node(parent);
     Node &fresh = mutableNode(id);
     fresh = {};
+    const std::optional<std::string> folded = foldedText(name);
     mutableChunkOf(id).below[id & CHUNK_MASK] = classesOf(name);
     fresh.pairsBelow = pairsOf(name);
+    if (folded) {
+        mutableChunkOf(id).below[id & CHUNK_MASK] |= classesOf(*folded);
+        fresh.pairsBelow |= pairsOf(*folded);
+        fresh.flags = HAS_FOLDED_NAME;
+    }
     fresh.parent = parent;
     const std::size_t before = parent == ROOT ? 0 : std::size_t{above.textLength} + 1;
     fresh.textLength =
         static_cast<std::uint16_t>(std::min<std::size_t>(before + name.size(), LONG_TEXT));
     fresh.nameLength = static_cast<std::uint8_t>(std::min<std::size_t>(name.size(), LONG_NAME));
-    fresh.name = storeName(name);
+    fresh.name = storeName(name, folded ? *folded : std::string_view());
     append(parent, id);
     return id;
 }
 
-NameArena::Offset PathTree::storeName(std::string_view name)
+NameArena::Offset PathTree::storeName(std::string_view name, std::string_view folded)
 {
-    if (name.size() < LONG_NAME)
+    if (name.size() < LONG_NAME && folded.empty())
         return names_.store(name);
-    const auto length = static_cast<std::uint32_t>(name.size());
-    std::string withLength(sizeof(length), '\0');
-    std::memcpy(withLength.data(), &length, sizeof(length));
-    return names_.store(withLength.append(name));
+    std::string stored;
+    if (name.size() >= LONG_NAME) {
+        const auto length = static_cast<std::uint32_t>(name.size());
+        stored.resize(sizeof(length));
+        std::memcpy(stored.data(), &length, sizeof(length));
+    }
+    return names_.store(stored.append(name).append(folded));
 }
 
 void PathTree::append(NodeId parent, NodeId id)
@@ -376,7 +386,8 @@ void PathTree::recycle()
     std::ranges::reverse(givenUp_);
     for (const NodeId id : givenUp_) {
         const Node &node = this->node(id);
-        names_.release(node.name, node.nameLength);
+        const std::size_t forms = (node.flags & HAS_FOLDED_NAME) == 0 ? 1 : 2;
+        names_.release(node.name, node.nameLength * forms);
         mutableNode(id) = {};
         setNextSibling(id, NONE);
         free_.push_back(id);

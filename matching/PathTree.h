@@ -107,6 +107,14 @@ public:
     NodeId skipSiblingsWithout(ByteClassSet classes, NodeId id) const;
     static constexpr unsigned LONGEST_SKIP = 256;
     std::string_view name(const Node &node) const;
+    /// Returns the name as foldedText() folds it, of the same length.
+    std::string_view foldedName(const Node &node) const
+    {
+        const std::string_view name = this->name(node);
+        return (node.flags & HAS_FOLDED_NAME) == 0
+                   ? name
+                   : std::string_view(name.data() + name.size(), name.size());
+    }
     std::string text(NodeId id) const;
     /// Appends the text to a buffer, which the caller may use again.
     void appendText(NodeId id, std::string &text) const;
@@ -164,6 +172,8 @@ private:
         std::array<std::uint64_t, CHUNK_SIZE / WORD_BITS> isNextBeside{};
         std::array<Node, CHUNK_SIZE> nodes{};
     };
+    /// The folded name stands behind the name.
+    static constexpr Flags HAS_FOLDED_NAME = 32;
     static constexpr Flags COUNTED_FLAGS = STORED | CANDIDATE | LISTED | HAS_CHILD_SET;
     /// The node is dead, is counted as such, and is still in the hash and in its parent's list.
     static constexpr Flags DEAD = 64;
@@ -212,7 +222,7 @@ private:
     void keep(NodeId id, Flags flags);
     void append(NodeId parent, NodeId id);
     NodeId copyNode(const PathTree &source, NodeId id, NodeId parent);
-    NameArena::Offset storeName(std::string_view name);
+    NameArena::Offset storeName(std::string_view name, std::string_view folded);
     NodeId allocate();
     Held broughtBy(NodeId id) const;
     void widenAncestors(NodeId id);

@@ -68,14 +68,16 @@ PathTree::NodeId PathTree::copyNode(const PathTree &source, NodeId id, NodeId pa
 {
     const Node &original = source.node(id);
     const std::string_view name = source.name(original);
+    const bool isFolded = (original.flags & HAS_FOLDED_NAME) != 0;
     const NodeId copy = allocate();
     mutableChunkOf(copy).below[copy & CHUNK_MASK] = source.below(id);
-    mutableNode(copy) = {.pairsBelow = original.pairsBelow,
-                         .parent = parent,
-                         .name = storeName(name),
-                         .textLength = original.textLength,
-                         .nameLength = original.nameLength,
-                         .flags = static_cast<Flags>(original.flags & COUNTED_FLAGS)};
+    mutableNode(copy) = {
+        .pairsBelow = original.pairsBelow,
+        .parent = parent,
+        .name = storeName(name, isFolded ? source.foldedName(original) : std::string_view()),
+        .textLength = original.textLength,
+        .nameLength = original.nameLength,
+        .flags = static_cast<Flags>(original.flags & (COUNTED_FLAGS | HAS_FOLDED_NAME))};
     children_.insert(hashOf(parent, name), copy);
     append(parent, copy);
     return copy;

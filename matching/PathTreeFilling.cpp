@@ -18,7 +18,7 @@ PathTree::NodeId PathTree::appendNew(NodeId parent, std::string_view name, Flags
     hasTable_ = false;
     const NodeId id = place(parent, name);
     flags &= COUNTED_FLAGS;
-    mutableNode(id).flags = flags;
+    mutableNode(id).flags |= flags;
     for (unsigned bits = flags; bits != 0; bits &= bits - 1)
         ++counts_[static_cast<std::size_t>(std::countr_zero(bits))];
     return id;

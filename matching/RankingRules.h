@@ -1,11 +1,15 @@
 #pragma once
 
+#include "base/TextFolding.h"
 #include "matching/ColumnScorer.h"
 #include "matching/FuzzyScore.h"
 #include "matching/NamesFirstScore.h"
 #include "matching/NamesFirstUnitScorer.h"
+#include "matching/QueryProgress.h"
 #include "matching/UnitScorer.h"
+#include "matching/WordScorers.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -13,17 +17,37 @@
 
 namespace quillon {
 
-// Each of these types is all that a search over the tree has to know of an order of rows: the plain
-// rule, the scorer that carries it from a beginning to what continues it, the scorer in whole
-// numbers that finds the few texts that are worth an exact score, and the bound.
+// Each of these types is all that a search over the tree has to know of an order of rows: which
+// texts match, the plain rule, the scorer that carries it from a beginning to what continues it,
+// the scorer in whole numbers that finds the few texts that are worth an exact score, and the
+// bound.
+
+/// Matches the query's bytes in order. Names are compared as they are.
+struct InOrderMatching
+{
+    using Progress = BytesInOrder;
+
+    static bool matches(std::string_view query, std::string_view text)
+    {
+        return isSubsequence(query, text);
+    }
+    static std::string_view name(const PathTree &tree, const PathTree::Node &node)
+    {
+        return tree.name(node);
+    }
+};
 
 /// Ranks as fuzzyScore() does, texts of equal score by their bytes alone.
-struct WholePathRule
+struct WholePathRule : InOrderMatching
 {
     using Scorer = ColumnScorer;
     using UnitScorer = quillon::UnitScorer;
     /// A text as long as the query that matches it is the best.
     static constexpr bool IS_EQUAL_LENGTH_BEST = true;
+    static bool isBest(std::string_view query, std::size_t length)
+    {
+        return length == query.size();
+    }
 
     static double score(std::string_view query, std::string_view text)
     {
@@ -36,7 +60,7 @@ struct WholePathRule
 };
 
 /// Ranks as namesFirstScore() does, texts of equal score by their length and then by their bytes.
-struct NamesFirstRule
+struct NamesFirstRule : InOrderMatching
 {
     /// Carries the plain rule from name to name. Immutable; safe from every thread.
     class Scorer
@@ -65,6 +89,7 @@ struct NamesFirstRule
     };
     using UnitScorer = NamesFirstUnitScorer;
     static constexpr bool IS_EQUAL_LENGTH_BEST = false;
+    static bool isBest(std::string_view, std::size_t) { return false; }
 
     static double score(std::string_view query, std::string_view text)
     {
@@ -74,6 +99,54 @@ struct NamesFirstRule
     {
         const bool isScored = score != scoring::SCORE_MIN;
         return {.score = score, .node = id, .length = isScored ? node.textLength : 0U};
+    }
+};
+
+/// Matches each word of the query in some name, in any order, as foldedWords() and foldedText()
+/// give both. Ranks as another rule does, by the sum of a text's scores for each word. The query is
+/// the words with single blanks between them.
+template <typename Rule>
+struct WordsRule
+{
+    using Progress = WordsInAnyOrder;
+    using Scorer = WordScorers<typename Rule::Scorer>;
+    using UnitScorer = WordUnitScorers<typename Rule::UnitScorer>;
+    static constexpr bool IS_EQUAL_LENGTH_BEST = Rule::IS_EQUAL_LENGTH_BEST;
+    static bool isBest(std::string_view query, std::size_t length)
+    {
+        const auto isBestFor = [length](std::string_view word) {
+            return Rule::isBest(word, length);
+        };
+        return std::ranges::any_of(Progress::wordsOf(query), isBestFor);
+    }
+
+    static bool matches(std::string_view query, std::string_view text)
+    {
+        const Progress progress(query);
+        const std::string folded = foldedText(text).value_or(std::string(text));
+        std::size_t held = 0;
+        for (std::size_t begin = 0; begin <= folded.size();) {
+            const std::size_t end = std::min(folded.find('/', begin), folded.size());
+            held = progress.behindName(held, std::string_view(folded).substr(begin, end - begin));
+            begin = end + 1;
+        }
+        return progress.isWhole(held);
+    }
+    static std::string_view name(const PathTree &tree, const PathTree::Node &node)
+    {
+        return tree.foldedName(node);
+    }
+    static double score(std::string_view query, std::string_view text)
+    {
+        const std::string folded = foldedText(text).value_or(std::string(text));
+        double sum = 0;
+        for (const std::string_view word : Progress::wordsOf(query))
+            sum += Rule::score(word, folded);
+        return sum;
+    }
+    static Hit hit(double score, PathTree::NodeId id, const PathTree::Node &node)
+    {
+        return Rule::hit(score, id, node);
     }
 };
 

@@ -20,10 +20,8 @@ constexpr std::size_t FEWEST_CANDIDATES_FOR_HELPERS = 20'000;
 template <typename Rule>
 TreeSearch<Rule>::TreeSearch(std::string_view query, const PathIndex &index,
                              const RecentAccessSnapshot *uses, std::size_t top)
-    : query_(query), index_(index), uses_(uses), top_(top), needed_(query.size() + 1)
+    : query_(query), index_(index), uses_(uses), top_(top), progress_(query)
 {
-    for (std::size_t i = query.size(); i-- > 0;)
-        needed_[i] = needed_[i + 1] | classesOf(query[i]);
     if (!query.empty() && query.size() <= scoring::MAX_LENGTH)
         scorer_.emplace(query);
     if (scorer_ && query.size() <= Rule::UnitScorer::LONGEST_QUERY)
@@ -97,7 +95,7 @@ void TreeSearch<Rule>::scoreUsedTexts()
     // These texts are scored apart, so that their shares never loosen the bound for the others.
     const MutexLock guard(mutex_);
     for (const auto &[text, count] : uses_->counts) {
-        if (!isSubsequence(query_, text))
+        if (!Rule::matches(query_, text))
             continue;
         const NodeId node = index_.tree.find(text);
         if (node == PathTree::NONE || (index_.tree.node(node).flags & PathTree::CANDIDATE) == 0)
@@ -201,5 +199,7 @@ std::vector<TreeMatch> TreeSearch<Rule>::finish()
 
 template class TreeSearch<WholePathRule>;
 template class TreeSearch<NamesFirstRule>;
+template class TreeSearch<WordsRule<WholePathRule>>;
+template class TreeSearch<WordsRule<NamesFirstRule>>;
 
 } // namespace quillon

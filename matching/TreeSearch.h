@@ -28,8 +28,8 @@ struct TreeMatch
 template <typename Rule>
 class TreeSearchWorker;
 
-/// Answers one query over the candidates of a tree, ranked by one of the two rules. It is used
-/// once, by one thread, which may start helpers.
+/// Answers one query over the candidates of a tree by one of the rules of RankingRules.h. It is
+/// used once, by one thread, which may start helpers.
 template <typename Rule>
 class TreeSearch
 {
@@ -82,8 +82,7 @@ private:
     const PathIndex &index_;
     const RecentAccessSnapshot *uses_;
     const std::size_t top_;
-    /// Element i holds the classes of byte that a match needs from the query's byte i on.
-    std::vector<ByteClassSet> needed_;
+    const typename Rule::Progress progress_;
     /// The scorer is absent when no text can have a finite score.
     std::optional<typename Rule::Scorer> scorer_;
     /// This scorer is absent for long queries too, since so few texts hold them that each is
@@ -107,5 +106,7 @@ private:
 
 extern template class TreeSearch<WholePathRule>;
 extern template class TreeSearch<NamesFirstRule>;
+extern template class TreeSearch<WordsRule<WholePathRule>>;
+extern template class TreeSearch<WordsRule<NamesFirstRule>>;
 
 } // namespace quillon

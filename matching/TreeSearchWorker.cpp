@@ -2,8 +2,8 @@
 //
 // The walk goes through the tree depth first and carries down what a node's text means for
 // everything below it:
-//  - how much of the query it uses up: the subsequence test is greedy, so a text continues where
-//    its beginning stopped;
+//  - how much of the query it holds (QueryProgress.h), so that a text continues where its beginning
+//    stopped;
 //  - the scorer's state behind it, which is computed only when something below needs it: in units
 //    to decide what is worth a closer look, in doubles for the score itself.
 // A subtree is left out when a byte that the query still needs does not occur in it. Siblings are
@@ -15,11 +15,13 @@
 // A text as long as the query scores infinity in the order by the whole path, so nodes of up to
 // that length are never left out there.
 //
-// Both orders of rows share this walk. What differs is a type each (RankingRules.h), chosen once a
+// All orders of rows share this walk. What differs is a type each (RankingRules.h), chosen once a
 // query: how a name extends a state, the bounds, and the rank, the whole number that is compared
 // with that of the worst hit. With names first, a text's own name costs what the names above do
 // not, so a state is carried over a name in two ways at once, for the text itself and for those
 // below it; and since the names above are free, what bounds a subtree is the shortest name in it.
+// Words in any order are a third kind of type, which wraps that of an order: it looks for each word
+// in the folded names, and adds up what the words score.
 
 #include "matching/TreeSearchWorker.h"
 
@@ -54,7 +56,8 @@ bool TreeSearchWorker<Rule>::walk(const Work &work)
         if (++visits_ % VISITS_PER_SLICE == 0 && !stepAside())
             return false;
         Level &level = levels_[depth_];
-        const NodeId id = tree_.skipSiblingsWithout(search_.needed_[level.consumed], level.next);
+        const NodeId id =
+            tree_.skipSiblingsWithout(search_.progress_.needed(level.held), level.next);
         if (id == PathTree::NONE) {
             if (depth_ == top)
                 return true;
@@ -91,7 +94,8 @@ void TreeSearchWorker<Rule>::descendTo(const Work &work)
     }
     for (auto id = ancestors.rbegin(); id != ancestors.rend(); ++id) {
         const Node &node = tree_.node(*id);
-        push(*id, node, consume(levels_[depth_].consumed, tree_.name(node)));
+        push(*id, node,
+             search_.progress_.behindName(levels_[depth_].held, Rule::name(tree_, node)));
         levels_[depth_].next = PathTree::NONE;
     }
     levels_[depth_].next = work.first;
@@ -127,7 +131,7 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
 {
     constexpr Hope NONE = {.text = false, .below = false};
     Level &level = levels_[depth_];
-    if ((search_.needed_[level.consumed] & ~tree_.below(id)) != 0)
+    if ((search_.progress_.needed(level.held) & ~tree_.below(id)) != 0)
         return NONE;
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
     if (threshold == TreeSearch<Rule>::NO_THRESHOLD ||
@@ -146,24 +150,25 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
 template <typename Rule>
 void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, Hope hope)
 {
-    const std::size_t consumed = consume(levels_[depth_].consumed, tree_.name(node));
+    const std::string_view name = Rule::name(tree_, node);
+    const std::size_t held = search_.progress_.behindName(levels_[depth_].held, name);
     hasUnitsOfText_ = false;
     const bool continues = hope.below && node.firstChild != PathTree::NONE;
-    if (hope.text && (node.flags & PathTree::CANDIDATE) != 0 && consumed == query_.size())
+    if (hope.text && (node.flags & PathTree::CANDIDATE) != 0 && search_.progress_.isWhole(held))
         addIfGood(id, node, continues);
     if (!continues)
         return;
-    push(id, node, consumed);
+    push(id, node, held);
     if (hasUnitsOfText_) {
         Level &level = levels_[depth_];
         level.units = unitsOfText_;
-        search_.unitScorer_->enterText(level.units, levels_[depth_ - 1].position, tree_.name(node));
+        search_.unitScorer_->enterText(level.units, levels_[depth_ - 1].position, name);
         finishUnits(level);
     }
 }
 
 template <typename Rule>
-void TreeSearchWorker<Rule>::push(NodeId id, const Node &node, std::size_t consumed)
+void TreeSearchWorker<Rule>::push(NodeId id, const Node &node, std::size_t held)
 {
     ++depth_;
     if (levels_.size() == depth_)
@@ -171,8 +176,7 @@ void TreeSearchWorker<Rule>::push(NodeId id, const Node &node, std::size_t consu
     Level &level = levels_[depth_];
     level.parent = id;
     level.next = node.firstChild;
-    const bool usesSlash = consumed < query_.size() && query_[consumed] == '/';
-    level.consumed = usesSlash ? consumed + 1 : consumed;
+    level.held = search_.progress_.behindSlash(held);
     level.position = std::size_t{node.textLength} + 1;
     level.hasUnits = false;
     level.hasState = false;
@@ -186,7 +190,8 @@ void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, bool continu
         add({scoring::SCORE_MIN, id});
         return;
     }
-    if (Rule::IS_EQUAL_LENGTH_BEST && node.textLength == query_.size()) {
+    if (Rule::IS_EQUAL_LENGTH_BEST && node.textLength <= query_.size() &&
+        Rule::isBest(query_, node.textLength)) {
         add({scoring::SCORE_MAX, id});
         return;
     }
@@ -195,7 +200,7 @@ void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, bool continu
     if (!above.hasState)
         computeState(depth_);
     stateOfText_ = above.state;
-    search_.scorer_->extendByName(stateOfText_, above.position, tree_.name(node));
+    search_.scorer_->extendByName(stateOfText_, above.position, Rule::name(tree_, node));
     add(Rule::hit(search_.scorer_->score(stateOfText_), id, node));
 }
 
@@ -208,8 +213,8 @@ bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node, bool continues)
     const Level &above = levels_[depth_];
     if (!above.hasUnits)
         computeUnits(depth_);
-    search_.unitScorer_->extendByName(above.units, unitsOfText_, above.position, tree_.name(node),
-                                      continues);
+    search_.unitScorer_->extendByName(above.units, unitsOfText_, above.position,
+                                      Rule::name(tree_, node), continues);
     hasUnitsOfText_ = true;
     return search_.unitScorer_->rank(unitsOfText_, node) < threshold;
 }
@@ -225,20 +230,9 @@ void TreeSearchWorker<Rule>::add(const Hit &hit)
 }
 
 template <typename Rule>
-std::size_t TreeSearchWorker<Rule>::consume(std::size_t consumed, std::string_view bytes) const
-{
-    for (const char byte : bytes) {
-        if (consumed == query_.size())
-            break;
-        consumed += scoring::matchesByte(query_[consumed], byte) ? 1U : 0U;
-    }
-    return consumed;
-}
-
-template <typename Rule>
 std::string_view TreeSearchWorker<Rule>::parentName(const Level &level) const
 {
-    return tree_.name(tree_.node(level.parent));
+    return Rule::name(tree_, tree_.node(level.parent));
 }
 
 template <typename Rule>
@@ -279,5 +273,7 @@ void TreeSearchWorker<Rule>::computeState(std::size_t depth)
 
 template class TreeSearchWorker<WholePathRule>;
 template class TreeSearchWorker<NamesFirstRule>;
+template class TreeSearchWorker<WordsRule<WholePathRule>>;
+template class TreeSearchWorker<WordsRule<NamesFirstRule>>;
 
 } // namespace quillon

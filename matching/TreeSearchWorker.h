@@ -35,8 +35,9 @@ private:
     {
         NodeId parent = PathTree::NONE;
         NodeId next = PathTree::NONE;
-        /// The parent's text and the slash behind it use up so many query bytes.
-        std::size_t consumed = 0;
+        /// The parent's text and the slash behind it hold so much of the query, see
+        /// QueryProgress.h.
+        std::size_t held = 0;
         /// The parent's text with the slash has this length, which is exact where texts are scored.
         std::size_t position = 0;
         /// It is true when units and starts belong to this level.
@@ -60,11 +61,10 @@ private:
     void shareWork();
     Hope hopeOf(NodeId id, const Node &node);
     void visit(NodeId id, const Node &node, Hope hope);
-    void push(NodeId id, const Node &node, std::size_t consumed);
+    void push(NodeId id, const Node &node, std::size_t held);
     void addIfGood(NodeId id, const Node &node, bool continues);
     bool isBelowThreshold(const Node &node, bool continues);
     void add(const Hit &hit);
-    std::size_t consume(std::size_t consumed, std::string_view bytes) const;
     void computeUnits(std::size_t depth);
     void finishUnits(Level &level);
     void computeState(std::size_t depth);
@@ -85,5 +85,7 @@ private:
 
 extern template class TreeSearchWorker<WholePathRule>;
 extern template class TreeSearchWorker<NamesFirstRule>;
+extern template class TreeSearchWorker<WordsRule<WholePathRule>>;
+extern template class TreeSearchWorker<WordsRule<NamesFirstRule>>;
 
 } // namespace quillon

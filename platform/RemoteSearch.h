@@ -20,6 +20,8 @@ struct RemoteQuery
     std::uint32_t limit = 0;
     /// Names the order of the matches, as the settings do; empty for the one in the settings.
     std::string order;
+    /// Asks for further matches with the words in any order.
+    bool words = false;
 };
 
 /// One match, as in FuzzyMatchResult.

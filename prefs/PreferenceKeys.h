@@ -17,6 +17,8 @@ struct PreferenceKeys
     static constexpr std::string_view OPEN_FINDER_BEHAVIOR = "open-finder-behavior";
     /// String, an item key: by which rule the rows of an answer are ranked. Absent: "path".
     static constexpr std::string_view MATCH_ORDER = "match-order";
+    /// Boolean: an answer has no further rows with the words in any order. Absent: false.
+    static constexpr std::string_view MATCH_WORDS_IN_ORDER = "match-words-in-order";
     /// Boolean: update checks include beta versions. Absent: false.
     static constexpr std::string_view ENABLE_BETA_UPDATES = "enable-beta-updates";
     /// List of strings: the user's exclude patterns. Absent: the built-in suggestions.

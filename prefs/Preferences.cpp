@@ -149,6 +149,7 @@ Preferences::Preferences(DefaultsStore &store)
                            OpenInFinder::newWindow),
       matchOrder(store, PreferenceKeys::MATCH_ORDER, {MatchOrder::path, MatchOrder::names},
                  MatchOrder::path),
+      matchWordsInOrder(store, PreferenceKeys::MATCH_WORDS_IN_ORDER),
       enableBetaUpdates(store, PreferenceKeys::ENABLE_BETA_UPDATES)
 {
     // This reads each choice, which stays in force when a wrong one is stored later.

@@ -165,6 +165,8 @@ public:
     PreferencesBoolean finderQuickSearch;
     PreferencesSelectList openInFinderBehavior;
     PreferencesSelectList matchOrder;
+    /// True when an answer has only what matches in the order that was typed.
+    PreferencesBoolean matchWordsInOrder;
     PreferencesBoolean enableBetaUpdates;
 
     /// Reads every choice, so that a wrong one is reported now and not when the choice is needed.

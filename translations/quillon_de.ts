@@ -1105,6 +1105,18 @@
         <source>The letters count by where they lie in the whole path.</source>
         <translation>Die Buchstaben zählen danach, wo sie im ganzen Pfad stehen.</translation>
     </message>
+    <message>
+        <source>Find &amp;words in any order, and without their accents</source>
+        <translation>&amp;Wörter in beliebiger Reihenfolge und ohne Akzente finden</translation>
+    </message>
+    <message>
+        <source>Further rows:</source>
+        <translation>Weitere Zeilen:</translation>
+    </message>
+    <message>
+        <source>They follow when few folders match as typed.</source>
+        <translation>Sie folgen, wenn auf das Getippte nur wenige Ordner passen.</translation>
+    </message>
 </context>
 <context>
     <name>quillon::KeysView</name>

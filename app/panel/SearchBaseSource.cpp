@@ -30,7 +30,10 @@ SearchBaseSource::SearchBaseSource(const Services &services, std::string homeFol
 PanelSource::Answer SearchBaseSource::search(const std::string &query) const
 {
     const std::string wanted = query.starts_with("~/") ? homeFolder_ + query.substr(1) : query;
-    Answer answer{services_.searchBase.search(wanted, order())};
+    const SearchBase &searchBase = services_.searchBase;
+    Answer answer{services_.preferences.matchWordsInOrder.value()
+                      ? searchBase.search(wanted, order())
+                      : searchBase.searchWithWords(wanted, order())};
     if (wanted.starts_with('/'))
         answer.selectedRow = rowOfPath(answer.results, wanted);
     return answer;

@@ -41,6 +41,7 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
       shortcutView(new QLNShortcutView(services.shortcutMonitor, services.shortcutBinder,
                                        services.hotKey, this)),
       matchOrderButton(new FormMenu(this)),
+      matchWordsButton(new FormCheckBox({}, this)),
       openInFinderBehaviorButton(new FormMenu(this)),
       enableQuickSearchButton(new FormCheckBox({}, this)),
       quickSearchPopUpButton(new FormMenu(this)),
@@ -72,6 +73,12 @@ void GeneralPreferencesViewController::buildOrder()
     addRow(tr("Or&der of the rows:"), matchOrderButton);
     matchOrderNote_ = addNote();
     bindChoice(*matchOrderButton, services_.preferences.matchOrder, *matchOrderNote_);
+    matchWordsButton->setText(tr("Find &words in any order, and without their accents"));
+    addRow(tr("Further rows:"), matchWordsButton);
+    matchWordsNote_ = addNote(tr("They follow when few folders match as typed."));
+    connect(matchWordsButton, &QCheckBox::clicked, this, [this](bool isOn) {
+        written(*matchWordsNote_, services_.preferences.matchWordsInOrder.set(!isOn));
+    });
 }
 
 void GeneralPreferencesViewController::buildFileManager()
@@ -134,6 +141,7 @@ void GeneralPreferencesViewController::showStored()
     matchOrderNote_->setSentence(
         areNamesFirst ? tr("Folders whose own names begin with what is typed come first.")
                       : tr("The letters count by where they lie in the whole path."));
+    matchWordsButton->setChecked(!services_.preferences.matchWordsInOrder.value());
     showChoice(*openInFinderBehaviorButton, services_.preferences.openInFinderBehavior);
     showChoice(*quickSearchPopUpButton, services_.preferences.quickSearchBehavior);
     enableQuickSearchButton->setChecked(isQuickSearchOn);

@@ -44,6 +44,7 @@ public:
 
     QLNShortcutView *const shortcutView;
     QComboBox *const matchOrderButton;
+    QCheckBox *const matchWordsButton;
     QComboBox *const openInFinderBehaviorButton;
     QCheckBox *const enableQuickSearchButton;
     QComboBox *const quickSearchPopUpButton;
@@ -69,6 +70,7 @@ private:
 
     Services services_;
     FormNote *matchOrderNote_ = nullptr;
+    FormNote *matchWordsNote_ = nullptr;
     FormNote *fileManagerNote_ = nullptr;
     FormNote *openInFinderNote_ = nullptr;
     FormNote *quickSearchNote_ = nullptr;

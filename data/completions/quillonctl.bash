@@ -27,8 +27,8 @@ _quillonctl() {
             ;;
     esac
     case $command in
-        match) options='--top --order --counts --repeat -0 --stats --help' ;;
-        find) options='--in --top --order -0 --json --crawl --stats --help' ;;
+        match) options='--top --order --words --counts --repeat -0 --stats --help' ;;
+        find) options='--in --top --order --no-words -0 --json --crawl --stats --help' ;;
         crawl)
             options='--exclude --no-default-excludes --no-builtin-excludes --ext --threads -0
                 --stats --help'

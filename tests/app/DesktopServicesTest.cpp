@@ -154,6 +154,7 @@ TEST_F(BusRemoteControlTest, answersFromTheBackground)
         EXPECT_EQ(query.settings, "/settings");
         EXPECT_EQ(query.limit, 7U);
         EXPECT_EQ(query.order, query.text == "nothing" ? "names" : "");
+        EXPECT_EQ(query.words, query.text == "nothing");
         if (query.text == "later")
             return std::nullopt;
         return query.text == "\xff" ? std::vector{match, match} : std::vector<RemoteMatch>{};
@@ -165,7 +166,7 @@ TEST_F(BusRemoteControlTest, answersFromTheBackground)
         EXPECT_EQ(instance.status(), status());
         EXPECT_EQ(instance.find({"/settings", "\xff", 7, ""}),
                   RemoteAnswer(std::vector{match, match}));
-        EXPECT_EQ(instance.find({"/settings", "nothing", 7, "names"}),
+        EXPECT_EQ(instance.find({"/settings", "nothing", 7, "names", true}),
                   RemoteAnswer(std::vector<RemoteMatch>{}));
         EXPECT_EQ(instance.find({"/settings", "later", 7, ""}), std::nullopt);
     });

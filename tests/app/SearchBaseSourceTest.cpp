@@ -175,6 +175,24 @@ TEST_F(SearchBaseSourceTest, ranksByTheOrderInForce)
         << "the marks are those of the order in force";
 }
 
+TEST_F(SearchBaseSourceTest, addsWordsInAnyOrderUnlessTheyAreOff)
+{
+    const std::string plans = home_.makeFolder("harbour/plans");
+    build({home_.path()});
+    const SearchBaseSource source = this->source(disk_);
+    const auto paths = [&](const std::string &query) {
+        std::vector<std::string> paths;
+        for (const SearchBaseResultRef &row : source.search(query).results)
+            paths.push_back(row->path());
+        return paths;
+    };
+    EXPECT_THAT(paths("plans hårbour"), ElementsAre(plans));
+    EXPECT_THAT(paths("/plans harbour"), ElementsAre(plans, "/plans harbour"))
+        << "the path to go to stays last";
+    preferences_.matchWordsInOrder.set(true);
+    EXPECT_THAT(paths("plans hårbour"), IsEmpty());
+}
+
 TEST_F(SearchBaseSourceTest, waitsForADeadDiskAFewTimesAtMost)
 {
     build({home_.makeFolder("x")});

@@ -116,6 +116,10 @@ INSTANTIATE_TEST_SUITE_P(
             "/ab/u\t1:2\n/u/ab\t3:2\n"},
         Row{"namesFirst", "printf '/u/ab\\n/ab/u\\n' | ctl match --order names ab",
             "1.6\t/u/ab\t3:2\n1.09\t/ab/u\t1:2\n"},
+        Row{"wordsInAnyOrder",
+            "printf '/Übe/äh\n/ähübe\n/übe\n' | ctl match --words 'ah ube' | cut -f 2,3",
+            "/Übe/äh\t1:3,5:2\n/ähübe\t1:5\n"},
+        Row{"wordsAsTyped", "printf '/a b\n/b a\n' | ctl match 'a b' | cut -f 2", "/a b\n"},
         Row{"topZero", "echo ab | ctl match --top 0 ab", ""},
         Row{"negativeInfinity", "head -c 1100 /dev/zero | tr '\\0' a | ctl match a | cut -f 1",
             "-inf\n"},
@@ -281,6 +285,13 @@ TEST_F(FindTest, ranksByTheOrderOfTheSettings)
     const Ending ending = session_.run("ctl find --in . harbour");
     EXPECT_EQ(ending.status, 2);
     EXPECT_THAT(ending.err, testing::HasSubstr("match-order"));
+}
+
+TEST_F(FindTest, addsWordsInAnyOrder)
+{
+    session_.disk().makeFolder("work/harbour plans");
+    EXPECT_EQ(session_.run("ctl find --in . plans HARBOUR").out, work_ + "/harbour plans\n");
+    EXPECT_EQ(session_.run("ctl find --in . --no-words plans harbour").status, 1);
 }
 
 TEST_F(FindTest, joinsSeveralWordsByBlanks)

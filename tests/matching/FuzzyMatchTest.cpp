@@ -1,5 +1,6 @@
 #include "matching/FuzzyMatch.h"
 
+#include "base/TextFolding.h"
 #include "matching/FuzzyScore.h"
 #include "matching/Highlights.h"
 #include "matching/NamesFirstScore.h"
@@ -15,6 +16,7 @@
 #include <atomic>
 #include <bit>
 #include <set>
+#include <sstream>
 #include <thread>
 
 namespace quillon {
@@ -23,15 +25,37 @@ namespace {
 using testing::ElementsAre;
 using Scored = std::pair<std::string, double>;
 
-/// Applies the rule itself, to each text on its own.
+bool holdsInSomeName(const std::string &word, const std::string &text)
+{
+    std::istringstream names(text);
+    for (std::string name; std::getline(names, name, '/');)
+        if (isSubsequence(word, name))
+            return true;
+    return false;
+}
+
+/// Applies the rule itself, to each text on its own. In any order, the rule is that of the folded
+/// text for each word.
 std::vector<Scored> rankPlainly(const std::set<std::string> &texts, const std::string &query,
-                                std::size_t top, const RecentAccessSnapshot &uses, MatchOrder order)
+                                std::size_t top, const RecentAccessSnapshot &uses, MatchOrder order,
+                                bool inAnyOrder = false)
 {
     const auto score = order == MatchOrder::names ? namesFirstScore : fuzzyScore;
+    const std::vector<std::string> words = foldedWords(query);
     std::vector<Scored> ranked;
     for (const std::string &text : texts) {
-        if (isSubsequence(query, text))
-            ranked.emplace_back(text, score(query, text) + uses.share(text));
+        if (!inAnyOrder) {
+            if (isSubsequence(query, text))
+                ranked.emplace_back(text, score(query, text) + uses.share(text));
+            continue;
+        }
+        const std::string folded = foldedText(text).value_or(text);
+        if (!std::ranges::all_of(words, [&](auto &word) { return holdsInSomeName(word, folded); }))
+            continue;
+        double sum = 0;
+        for (const std::string &word : words)
+            sum += score(word, folded);
+        ranked.emplace_back(text, sum + uses.share(text));
     }
     std::ranges::stable_sort(ranked, [order](const Scored &a, const Scored &b) {
         const bool asksLength = order == MatchOrder::names && a.second != scoring::SCORE_MIN;
@@ -69,6 +93,21 @@ protected:
             }
         }
     }
+    /// Holds the further matches of words in any order against the rule of each order.
+    void expectPlainWords(const std::set<std::string> &texts, const std::string &query,
+                          std::size_t top)
+    {
+        for (const MatchOrder order : {MatchOrder::path, MatchOrder::names}) {
+            std::vector<FuzzyMatchResult> actual;
+            match.addWordMatches(query, top, order, actual);
+            const auto expected = rankPlainly(texts, query, top, *uses.snapshot(), order, true);
+            ASSERT_EQ(actual.size(), expected.size()) << query;
+            for (std::size_t i = 0; i < actual.size(); ++i) {
+                ASSERT_EQ(actual[i].text(), expected[i].first) << query << " at " << i;
+                ASSERT_EQ(actual[i].score(), expected[i].second) << query;
+            }
+        }
+    }
     std::vector<std::string> textsFor(const std::string &query, std::size_t top = 25)
     {
         std::vector<std::string> texts;
@@ -103,6 +142,11 @@ TEST_F(FuzzyMatchRanking, equalsThePlainRuleUnderRandomEdits)
         recordUse(random.below(3) == 0 ? "/not/indexed" : *texts.begin());
         for (int i = 0; i < 12; ++i)
             expectPlainRanking(texts, random.query(), i % 3 == 0 ? 10'000 : 1 + random.below(30));
+        for (int i = 0; i < 12; ++i) {
+            const std::string words = random.query() + " " + random.query();
+            if (!foldedWords(words).empty())
+                expectPlainWords(texts, words, i % 3 == 0 ? 10'000 : 1 + random.below(30));
+        }
         expectPlainRanking(texts, *texts.begin(), 25);
         expectPlainRanking(texts, "", 5);
     }
@@ -177,6 +221,36 @@ TEST_F(FuzzyMatchRanking, putsNamesFirstWhereAsked)
     EXPECT_THAT(namesFirst("docs"), ElementsAre("/u/x/docs", "/docs/docs", "/u/docs-old"));
     recordUse("/u/docs-old");
     EXPECT_THAT(namesFirst("docs"), ElementsAre("/u/docs-old", "/u/x/docs", "/docs/docs"));
+}
+
+TEST_F(FuzzyMatchRanking, addsWordsInAnyOrderAndWithoutAccents)
+{
+    for (const char *text :
+         {"/harbour/plans", "/plans of the harbour", "/plans/harbour/x", "/Übergrößen/Ålesund",
+          "/ubergrossen", "/\u00c5lesund/u\u0308bergro\u0308\u00dfen", "/harbour", "/plans"})
+        match.add(text);
+    const auto found = [this](const std::string &query, std::size_t top = 25) {
+        std::vector<FuzzyMatchResult> results = match.match(query, top);
+        match.addWordMatches(query, top, MatchOrder::path, results);
+        std::vector<std::string> texts;
+        for (const FuzzyMatchResult &result : results)
+            texts.push_back(result.text());
+        return texts;
+    };
+    EXPECT_THAT(found("harbour plans"),
+                ElementsAre("/harbour/plans", "/plans/harbour/x", "/plans of the harbour"));
+    EXPECT_THAT(found("plans harbour"),
+                ElementsAre("/plans of the harbour", "/harbour/plans", "/plans/harbour/x"))
+        << "what matches as typed comes first, and once";
+    EXPECT_THAT(found("plans harbour", 2), ElementsAre("/plans of the harbour", "/harbour/plans"));
+    EXPECT_THAT(found("ÜBERGRÖSS"), testing::SizeIs(3));
+    EXPECT_THAT(found("alesund/übergröße"), testing::SizeIs(2)) << "a slash separates words too";
+    for (const char *none : {" / ", "\u0301", "a b c d e f g h i", "plans missing"})
+        EXPECT_THAT(found(none), testing::IsEmpty()) << none;
+
+    std::vector<FuzzyMatchResult> marked;
+    match.addWordMatches("lesu großen", 2, MatchOrder::path, marked);
+    EXPECT_THAT(marked.front().highlightRanges(), ElementsAre(TextRange{5, 6}, TextRange{13, 4}));
 }
 
 TEST_F(FuzzyMatchRanking, listsTheMostUsedAmongTheCandidates)

@@ -134,8 +134,8 @@ RemoteAnswer BusRunningInstance::find(const RemoteQuery &query)
     // A service that nobody owns answers with an error at once.
     const auto reply =
         bus_.call(object(BusNames::SEARCH), BusNames::FIND,
-                  g_variant_new("(@ay@ayus)", bytes(query.settings), bytes(query.text),
-                                guint32{query.limit}, query.order.c_str()),
+                  g_variant_new("(@ay@ayusb)", bytes(query.settings), bytes(query.text),
+                                guint32{query.limit}, query.order.c_str(), gboolean{query.words}),
                   Deadline(BUS_TIMEOUT));
     if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE(ANSWER)))
         return std::nullopt;

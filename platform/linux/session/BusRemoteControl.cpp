@@ -148,11 +148,11 @@ public:
     // The interface prescribes these names. NOLINTBEGIN(readability-identifier-naming)
 public Q_SLOTS:
     QList<quillon::BusMatch> Find(const QByteArray &settings, const QByteArray &query, uint limit,
-                                  const QString &order, const QDBusMessage &message)
+                                  const QString &order, bool words, const QDBusMessage &message)
     {
         message.setDelayedReply(true);
         RemoteQuery asked{settings.toStdString(), query.toStdString(),
-                          std::min(limit, RemoteQuery::MOST), order.toStdString()};
+                          std::min(limit, RemoteQuery::MOST), order.toStdString(), words};
         background_.post([find = find_, asked = std::move(asked), message] {
             const RemoteAnswer answer = find(asked);
             QDBusConnection::sessionBus().send(

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "matching/PathTree.h"
+#include "matching/QueryProgress.h"
+#include "matching/ShortQuery.h"
+#include "matching/TopHits.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace quillon {
+
+// A text's score for several words is the sum of its scores for each of them. These types give the
+// scorers of an order, one for each word, the form of a single one. Immutable; safe from every
+// thread.
+
+template <typename Scorer>
+class WordScorers
+{
+public:
+    using State = std::vector<typename Scorer::State>;
+
+    explicit WordScorers(std::string_view query)
+    {
+        for (const std::string_view word : WordsInAnyOrder::wordsOf(query))
+            scorers_.emplace_back(word);
+    }
+
+    State initialState() const
+    {
+        State state;
+        for (const Scorer &scorer : scorers_)
+            state.push_back(scorer.initialState());
+        return state;
+    }
+    void extendByName(State &state, std::size_t position, std::string_view name) const
+    {
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            scorers_[i].extendByName(state[i], position, name);
+    }
+    void enterName(State &state, std::size_t position, std::string_view name) const
+    {
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            scorers_[i].enterName(state[i], position, name);
+    }
+    double score(const State &state) const
+    {
+        double sum = 0;
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            sum += scorers_[i].score(state[i]);
+        return sum;
+    }
+
+private:
+    std::vector<Scorer> scorers_;
+};
+
+template <typename UnitScorer>
+class WordUnitScorers
+{
+public:
+    static constexpr std::size_t LONGEST_QUERY = UnitScorer::LONGEST_QUERY;
+
+    using State = std::vector<typename UnitScorer::State>;
+    using Starts = std::vector<typename UnitScorer::Starts>;
+
+    explicit WordUnitScorers(std::string_view query)
+    {
+        for (const std::string_view word : WordsInAnyOrder::wordsOf(query))
+            scorers_.emplace_back(word);
+    }
+
+    State initialState() const
+    {
+        State state;
+        for (const UnitScorer &scorer : scorers_)
+            state.push_back(scorer.initialState());
+        return state;
+    }
+    void extendByName(const State &from, State &to, std::size_t position, std::string_view name,
+                      bool continues) const
+    {
+        to.resize(scorers_.size());
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            scorers_[i].extendByName(from[i], to[i], position, name, continues);
+    }
+    void enterName(const State &from, State &to, std::size_t position, std::string_view name) const
+    {
+        to.resize(scorers_.size());
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            scorers_[i].enterName(from[i], to[i], position, name);
+    }
+    void enterText(State &state, std::size_t position, std::string_view name) const
+    {
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            scorers_[i].enterText(state[i], position, name);
+    }
+    int rank(const State &state, const PathTree::Node &node) const
+    {
+        int sum = 0;
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            sum += scorers_[i].rank(state[i], node);
+        return sum;
+    }
+    void computeStarts(const State &state, std::size_t position, Starts &starts) const
+    {
+        starts.resize(scorers_.size());
+        for (std::size_t i = 0; i < scorers_.size(); ++i)
+            scorers_[i].computeStarts(state[i], position, starts[i]);
+    }
+    RankBounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const
+    {
+        RankBounds sum;
+        for (std::size_t i = 0; i < scorers_.size(); ++i) {
+            const RankBounds word = scorers_[i].bounds(starts[i], node, below);
+            sum.text += word.text;
+            sum.below += word.below;
+        }
+        return sum;
+    }
+
+    /// Each word's rank may count the length of the text, so the rank to reach leaves it out.
+    static int rankToReach(const Hit &hit)
+    {
+        return UnitScorer::rankToReach(
+            {.score = hit.score, .node = hit.node, .length = scoring::MAX_LENGTH});
+    }
+
+private:
+    std::vector<UnitScorer> scorers_;
+};
+
+} // namespace quillon
