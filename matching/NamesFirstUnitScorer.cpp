@@ -161,10 +161,22 @@ void NamesFirstUnitScorer::matchByte(Ways &ways, std::int16_t lead, std::int16_t
     }
 }
 
-int NamesFirstUnitScorer::rank(const State &state, const PathTree::Node &node) const
+int NamesFirstUnitScorer::score(const State &state) const
 {
-    return rankOf(std::max(ShortQuery::at(state.text.best, query_.rows() - 1), namesfirst::LOWEST),
-                  node.textLength);
+    return std::max(ShortQuery::at(state.text.best, query_.rows() - 1), namesfirst::LOWEST);
+}
+
+int NamesFirstUnitScorer::rank(int score, const PathTree::Node &node)
+{
+    return rankOf(score, node.textLength);
+}
+
+Bounds NamesFirstUnitScorer::ranks(Bounds scores, const PathTree::Node &node, ByteClassSet below)
+{
+    const std::size_t length = node.textLength;
+    const auto leastName = static_cast<std::size_t>(leastNameLength(below));
+    return {.text = rankOf(scores.text, length),
+            .below = rankOf(scores.below, length + 1 + leastName)};
 }
 
 void NamesFirstUnitScorer::computeStarts(const State &state, std::size_t, Starts &starts) const
@@ -175,8 +187,8 @@ void NamesFirstUnitScorer::computeStarts(const State &state, std::size_t, Starts
                      ShortQuery::at(state.below.ending, i - 1)};
 }
 
-RankBounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &node,
-                                        ByteClassSet below) const
+Bounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &node,
+                                    ByteClassSet below) const
 {
     using namesfirst::LEVEL_BELOW;
     using namesfirst::LEVEL_BETWEEN;
@@ -189,9 +201,8 @@ RankBounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::No
     const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
     // A text pays for the bytes of its own name that stay unmatched. For a text below, this node's
     // name is free, and its own is at least as long as the shortest there.
-    const int leastName = leastNameLength(below);
     int gaps = node.nameLength;
-    int gapsBelow = leastName;
+    int gapsBelow = leastNameLength(below);
     const std::size_t rows = query_.rows();
     int best = starts[rows].apart - gaps;
     int bestBelow = starts[rows].apart + LEVEL_BELOW - gapsBelow;
@@ -221,10 +232,8 @@ RankBounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::No
         // Only the first byte of the name itself is behind a slash.
         earnedBehind += std::max(inRun, hasSlashBelow ? atSlash : inside);
     }
-    const std::size_t length = node.textLength;
-    return {.text = rankOf(std::max(best, namesfirst::LOWEST), length),
-            .below = rankOf(std::max(bestBelow, namesfirst::LOWEST),
-                            length + 1 + static_cast<std::size_t>(leastName))};
+    return {.text = std::max(best, namesfirst::LOWEST),
+            .below = std::max(bestBelow, namesfirst::LOWEST)};
 }
 
 int NamesFirstUnitScorer::rankToReach(const Hit &hit)

@@ -59,12 +59,18 @@ public:
     void enterName(const State &from, State &to, std::size_t position, std::string_view name) const;
     /// Carries on what extendByName() has returned for these to the texts below.
     void enterText(State &state, std::size_t position, std::string_view name) const;
-    /// Returns the rank of the node's text, which matches.
-    int rank(const State &state, const PathTree::Node &node) const;
+    /// Returns the score in hundredths of a text that matches.
+    int score(const State &state) const;
     void computeStarts(const State &state, std::size_t position, Starts &starts) const;
-    /// Returns the highest ranks that the node's text and the texts below it can have. The starts
+    /// Returns the highest scores that the node's text and the texts below it can have. The starts
     /// are those of its parent, and below is PathTree::below() of the node.
-    RankBounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
+    Bounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
+
+    /// Returns the rank of the node's text with this score.
+    static int rank(int score, const PathTree::Node &node);
+    /// Returns the highest ranks that the node's text and the texts below it can have with these
+    /// scores.
+    static Bounds ranks(Bounds scores, const PathTree::Node &node, ByteClassSet below);
 
     /// Returns the least rank that may reach the hit.
     static int rankToReach(const Hit &hit);

@@ -10,6 +10,7 @@
 #include "matching/WordScorers.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -53,6 +54,7 @@ struct WholePathRule : InOrderMatching
     {
         return fuzzyScore(query, text);
     }
+    static double sum(double scores) { return scores; }
     static Hit hit(double score, PathTree::NodeId id, const PathTree::Node &)
     {
         return {.score = score, .node = id};
@@ -95,6 +97,11 @@ struct NamesFirstRule : InOrderMatching
     {
         return namesFirstScore(query, text);
     }
+    /// Sums are whole hundredths as well, so that equal ones are equal as doubles.
+    static double sum(double scores)
+    {
+        return std::round(scores * namesfirst::HUNDREDTHS) / namesfirst::HUNDREDTHS;
+    }
     static Hit hit(double score, PathTree::NodeId id, const PathTree::Node &node)
     {
         const bool isScored = score != scoring::SCORE_MIN;
@@ -109,7 +116,7 @@ template <typename Rule>
 struct WordsRule
 {
     using Progress = WordsInAnyOrder;
-    using Scorer = WordScorers<typename Rule::Scorer>;
+    using Scorer = WordScorers<Rule>;
     using UnitScorer = WordUnitScorers<typename Rule::UnitScorer>;
     static constexpr bool IS_EQUAL_LENGTH_BEST = Rule::IS_EQUAL_LENGTH_BEST;
     static bool isBest(std::string_view query, std::size_t length)
@@ -142,7 +149,7 @@ struct WordsRule
         double sum = 0;
         for (const std::string_view word : Progress::wordsOf(query))
             sum += Rule::score(word, folded);
-        return sum;
+        return Rule::sum(sum);
     }
     static Hit hit(double score, PathTree::NodeId id, const PathTree::Node &node)
     {

@@ -34,16 +34,15 @@ inline Vector shiftUp(Vector lanes, Vector below)
 
 } // namespace lanes
 
-/// Holds the highest ranks that a node's own text and the texts below it can have.
-struct RankBounds
+/// The highest scores, or ranks, that a node's own text and the texts below it can have.
+struct Bounds
 {
     int text = 0;
     int below = 0;
 };
 
 /// Knows of a query of 1 to 32 bytes what the scorers in whole numbers ask of it at each byte of a
-/// text. Immutable; safe from
-/// every thread.
+/// text. Immutable; safe from every thread.
 class ShortQuery
 {
 public:

@@ -143,7 +143,9 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
         return {};
     if (!level.hasUnits)
         computeUnits(depth_);
-    const RankBounds bounds = search_.unitScorer_->bounds(level.starts, node, tree_.below(id));
+    const ByteClassSet below = tree_.below(id);
+    const Bounds bounds = UnitScorer::ranks(
+        search_.unitScorer_->bounds(level.starts, node, below), node, below);
     return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
 }
 
@@ -216,7 +218,7 @@ bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node, bool continues)
     search_.unitScorer_->extendByName(above.units, unitsOfText_, above.position,
                                       Rule::name(tree_, node), continues);
     hasUnitsOfText_ = true;
-    return search_.unitScorer_->rank(unitsOfText_, node) < threshold;
+    return UnitScorer::rank(search_.unitScorer_->score(unitsOfText_), node) < threshold;
 }
 
 template <typename Rule>

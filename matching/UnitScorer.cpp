@@ -108,8 +108,8 @@ int UnitScorer::bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet
     return row.isLetter && (below & CAPITAL_CLASSES) != 0 ? CAPITAL : 0;
 }
 
-RankBounds UnitScorer::bounds(const Starts &starts, const PathTree::Node &node,
-                              ByteClassSet below) const
+Bounds UnitScorer::bounds(const Starts &starts, const PathTree::Node &node,
+                          ByteClassSet below) const
 {
     const bool hasSlashBelow = (below & classesOf('/')) != 0;
     // Each byte of the name that stays unmatched costs at least one unit.

@@ -68,7 +68,7 @@ public:
     }
     /// Returns the score in units of a text that is longer than the query. It is below every real
     /// score where the text does not match.
-    int rank(const State &state, const PathTree::Node &) const
+    int score(const State &state) const
     {
         return ShortQuery::at(state.best, query_.rows() - 1);
     }
@@ -76,8 +76,11 @@ public:
     /// Returns the most units that the node's text, or any text below it, can score; both bounds
     /// are the same. The starts are those of its parent, and below is PathTree::below() of the
     /// node.
-    RankBounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
+    Bounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
 
+    /// Returns the number that orders texts, here the score itself, and the same of bounds.
+    static int rank(int score, const PathTree::Node &) { return score; }
+    static Bounds ranks(Bounds scores, const PathTree::Node &, ByteClassSet) { return scores; }
     /// Returns the least number of units that may reach the hit.
     static int rankToReach(const Hit &hit);
 

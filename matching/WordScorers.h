@@ -15,10 +15,11 @@ namespace quillon {
 // scorers of an order, one for each word, the form of a single one. Immutable; safe from every
 // thread.
 
-template <typename Scorer>
+template <typename Rule>
 class WordScorers
 {
 public:
+    using Scorer = typename Rule::Scorer;
     using State = std::vector<typename Scorer::State>;
 
     explicit WordScorers(std::string_view query)
@@ -49,7 +50,7 @@ public:
         double sum = 0;
         for (std::size_t i = 0; i < scorers_.size(); ++i)
             sum += scorers_[i].score(state[i]);
-        return sum;
+        return Rule::sum(sum);
     }
 
 private:
@@ -96,11 +97,11 @@ public:
         for (std::size_t i = 0; i < scorers_.size(); ++i)
             scorers_[i].enterText(state[i], position, name);
     }
-    int rank(const State &state, const PathTree::Node &node) const
+    int score(const State &state) const
     {
         int sum = 0;
         for (std::size_t i = 0; i < scorers_.size(); ++i)
-            sum += scorers_[i].rank(state[i], node);
+            sum += scorers_[i].score(state[i]);
         return sum;
     }
     void computeStarts(const State &state, std::size_t position, Starts &starts) const
@@ -109,23 +110,23 @@ public:
         for (std::size_t i = 0; i < scorers_.size(); ++i)
             scorers_[i].computeStarts(state[i], position, starts[i]);
     }
-    RankBounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const
+    Bounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const
     {
-        RankBounds sum;
+        Bounds sum;
         for (std::size_t i = 0; i < scorers_.size(); ++i) {
-            const RankBounds word = scorers_[i].bounds(starts[i], node, below);
+            const Bounds word = scorers_[i].bounds(starts[i], node, below);
             sum.text += word.text;
             sum.below += word.below;
         }
         return sum;
     }
 
-    /// Each word's rank may count the length of the text, so the rank to reach leaves it out.
-    static int rankToReach(const Hit &hit)
+    static int rank(int score, const PathTree::Node &node) { return UnitScorer::rank(score, node); }
+    static Bounds ranks(Bounds scores, const PathTree::Node &node, ByteClassSet below)
     {
-        return UnitScorer::rankToReach(
-            {.score = hit.score, .node = hit.node, .length = scoring::MAX_LENGTH});
+        return UnitScorer::ranks(scores, node, below);
     }
+    static int rankToReach(const Hit &hit) { return UnitScorer::rankToReach(hit); }
 
 private:
     std::vector<UnitScorer> scorers_;

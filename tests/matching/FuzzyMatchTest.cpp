@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <atomic>
 #include <bit>
+#include <cmath>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -55,6 +56,8 @@ std::vector<Scored> rankPlainly(const std::set<std::string> &texts, const std::s
         double sum = 0;
         for (const std::string &word : words)
             sum += score(word, folded);
+        if (order == MatchOrder::names)
+            sum = std::round(sum * namesfirst::HUNDREDTHS) / namesfirst::HUNDREDTHS;
         ranked.emplace_back(text, sum + uses.share(text));
     }
     std::ranges::stable_sort(ranked, [order](const Scored &a, const Scored &b) {
