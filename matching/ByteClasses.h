@@ -64,10 +64,6 @@ constexpr ByteClassSet classesOf(std::string_view bytes)
     return set;
 }
 
-/// One of these classes occurs wherever a capital does.
-inline constexpr ByteClassSet CAPITAL_CLASSES =
-    ((ByteClassSet{1} << byteclasses::CAPITAL_GROUPS) - 1) << byteclasses::FIRST_CAPITAL_GROUP;
-
 /// Returns the class of a name of up to 7 bytes, one class for each length and one for 0 and 1; the
 /// empty set for longer names.
 constexpr ByteClassSet shortNameClass(std::size_t length)
@@ -125,13 +121,26 @@ constexpr BytePairSet pairOf(char first, char second)
     return BytePairSet{1} << (sum >> 26);
 }
 
-/// Returns the pairs of a path component with the slash before it.
+/// Returns the pair that stands for a word inside a component which begins with the byte.
+constexpr BytePairSet wordStart(char byte)
+{
+    constexpr char MARK = '\x7f'; // Hardly any name holds it.
+    return pairOf(MARK, byte);
+}
+
+/// Returns the pairs of a path component with the slash before it, and the starts of its words. A
+/// word begins behind " ", "-", "_" or ".", and with a capital behind a small letter.
 constexpr BytePairSet pairsOf(std::string_view name)
 {
     BytePairSet set = 0;
     char before = '/';
     for (const char byte : name) {
         set |= pairOf(before, byte);
+        const bool isBehindSmall = before >= 'a' && before <= 'z';
+        const bool isBehindSeparator =
+            before == ' ' || before == '-' || before == '_' || before == '.';
+        if (isBehindSeparator || (isBehindSmall && byte >= 'A' && byte <= 'Z'))
+            set |= wordStart(byte);
         before = byte;
     }
     return set;

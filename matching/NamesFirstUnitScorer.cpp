@@ -197,7 +197,6 @@ Bounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &
     using namesfirst::START_OF_WORD;
     const BytePairSet pairs = node.pairsBelow;
     const bool hasSlashBelow = (below & classesOf('/')) != 0;
-    const bool hasCapital = (below & CAPITAL_CLASSES) != 0;
     const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
     // A text pays for the bytes of its own name that stay unmatched. For a text below, this node's
     // name is free, and its own is at least as long as the shortest there.
@@ -210,8 +209,7 @@ Bounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &
     for (std::size_t i = rows; i-- > 0 && (query_.row(i).needed & ~below) == 0;) {
         const ShortQuery::Row &row = query_.row(i);
         const bool mayPassSeparator = hasSeparator && (row.behindAnySeparator & pairs) != 0;
-        const bool mayStartWord =
-            (hasSeparator && (row.behindSeparator & pairs) != 0) || (hasCapital && row.isLetter);
+        const bool mayStartWord = (row.startsWord & pairs) != 0;
         const int elsewhere = row.isSlash ? START_AT_SLASH : START_INSIDE;
         const int inside = mayStartWord ? START_OF_WORD : elsewhere;
         const int atSlash = (row.behindSlash & pairs) != 0 ? START_OF_NAME : inside;

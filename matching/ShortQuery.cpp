@@ -34,8 +34,7 @@ ShortQuery::ShortQuery(std::string_view query)
         // Only letters and digits earn a bonus.
         if (scoring::bonus(byte, '/') > 0) {
             row.behindSlash = pairOf('/', byte);
-            row.behindSeparator = row.behindAnySeparator;
-            row.isLetter = byte >= 'a' && byte <= 'z';
+            row.startsWord = wordStart(byte);
         }
     }
 }

@@ -58,16 +58,15 @@ public:
     {
         /// The classes that a text must hold to match the query from this byte on.
         ByteClassSet needed = 0;
-        /// The pairs of this byte with the query byte before it, with a slash, and with the other
-        /// separators. The last two are empty for bytes that earn no bonus.
+        /// The pairs of this byte with the query byte before it and with a slash, and its
+        /// wordStart(). The last two are empty for bytes that earn no bonus.
         BytePairSet behindPrevious = 0;
         BytePairSet behindSlash = 0;
-        BytePairSet behindSeparator = 0;
+        BytePairSet startsWord = 0;
         /// The pairs of any byte with the other separators, and those of such a separator with the
         /// query byte before it.
         BytePairSet behindAnySeparator = 0;
         BytePairSet separatorBehindPrevious = 0;
-        bool isLetter = false;
         bool isSlash = false;
         /// This byte or one behind it is a slash.
         bool isSlashBehind = false;

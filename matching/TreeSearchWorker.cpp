@@ -144,8 +144,8 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
     if (!level.hasUnits)
         computeUnits(depth_);
     const ByteClassSet below = tree_.below(id);
-    const Bounds bounds = UnitScorer::ranks(
-        search_.unitScorer_->bounds(level.starts, node, below), node, below);
+    const Bounds bounds =
+        UnitScorer::ranks(search_.unitScorer_->bounds(level.starts, node, below), node, below);
     return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
 }
 

@@ -102,10 +102,9 @@ void UnitScorer::computeStarts(const State &state, std::size_t position, Starts 
 
 int UnitScorer::bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet below)
 {
-    if ((row.behindSeparator & pairsBelow) != 0 &&
-        (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0)
-        return WORD;
-    return row.isLetter && (below & CAPITAL_CLASSES) != 0 ? CAPITAL : 0;
+    if ((row.startsWord & pairsBelow) == 0)
+        return 0;
+    return (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0 ? WORD : CAPITAL;
 }
 
 Bounds UnitScorer::bounds(const Starts &starts, const PathTree::Node &node,

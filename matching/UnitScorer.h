@@ -68,10 +68,7 @@ public:
     }
     /// Returns the score in units of a text that is longer than the query. It is below every real
     /// score where the text does not match.
-    int score(const State &state) const
-    {
-        return ShortQuery::at(state.best, query_.rows() - 1);
-    }
+    int score(const State &state) const { return ShortQuery::at(state.best, query_.rows() - 1); }
     void computeStarts(const State &state, std::size_t position, Starts &starts) const;
     /// Returns the most units that the node's text, or any text below it, can score; both bounds
     /// are the same. The starts are those of its parent, and below is PathTree::below() of the
