@@ -150,7 +150,8 @@ bool PosixOpenFolder::read(FolderBatch &batch, std::error_code &error)
         if (size < 0 && errno == EINTR)
             continue;
         if (size <= 0) {
-            if (size < 0)
+            // A removed folder that is still open, or still mounted elsewhere, is empty.
+            if (size < 0 && errno != ENOENT)
                 error = lastError();
             return false;
         }
