@@ -48,7 +48,8 @@ void appendPlain(std::string &text, gunichar letter)
     text += alone;
 }
 
-/// Returns the folded character, in at most as many bytes as it has. Empty for an accent alone.
+/// Returns the folded character, in at most as many bytes as it has. Empty for an accent alone. No
+/// character becomes one that separates names or words.
 std::string folded(const Utf8Character &character, std::string_view bytes)
 {
     std::array<gunichar, G_UNICHAR_MAX_DECOMPOSITION_LENGTH> parts{};
@@ -58,7 +59,8 @@ std::string folded(const Utf8Character &character, std::string_view bytes)
     for (gsize i = 0; i < count; ++i)
         if (g_unichar_combining_class(parts[i]) == 0)
             appendPlain(letters, parts[i]);
-    return letters.size() <= bytes.size() ? letters : std::string(bytes);
+    const bool fits = letters.size() <= bytes.size() && letters.find_first_of("/ ") == letters.npos;
+    return fits ? letters : std::string(bytes);
 }
 
 /// Calls the receiver with each character's bytes and with what they become.

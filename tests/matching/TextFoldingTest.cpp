@@ -41,7 +41,7 @@ TEST(TextFolding, takesAccentsOffAndKeepsTheLength)
 TEST(TextFolding, leavesAloneWhatItCannotFold)
 {
     for (const char *text : {"", "plain ASCII", "Capitals STAY", "北京", "\xff\xfe", "a\xc3",
-                             "\xed\xa0\x80", "한국", "Ⅷ", "\U0001f4c1"})
+                             "\xed\xa0\x80", "한국", "Ⅷ", "／", "℀", "´", "\U0001f4c1"})
         EXPECT_EQ(foldedText(text), std::nullopt) << text;
     EXPECT_EQ(lettersOf("\xffÄ\xc3"), "\xff"
                                       "A"
@@ -55,6 +55,7 @@ TEST(TextFolding, cutsAQueryIntoWords)
                 ElementsAre("plans", "harbour", "ubergrosse", "x"));
     EXPECT_THAT(foldedWords(" /\u3000/\u0301"), IsEmpty());
     EXPECT_THAT(foldedWords("\xff \xc3"), ElementsAre("\xff", "\xc3"));
+    EXPECT_THAT(foldedWords("a´b／c"), ElementsAre("a´b／c"));
 }
 
 } // namespace
