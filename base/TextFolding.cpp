@@ -50,17 +50,33 @@ void appendPlain(std::string &text, gunichar letter)
 
 /// Returns the folded character, in at most as many bytes as it has. Empty for an accent alone. No
 /// character becomes one that separates names or words.
-std::string folded(const Utf8Character &character, std::string_view bytes)
+std::string fold(char32_t codePoint, std::string_view bytes)
 {
     std::array<gunichar, G_UNICHAR_MAX_DECOMPOSITION_LENGTH> parts{};
-    const gsize count =
-        g_unichar_fully_decompose(character.codePoint, TRUE, parts.data(), parts.size());
+    const gsize count = g_unichar_fully_decompose(codePoint, TRUE, parts.data(), parts.size());
     std::string letters;
     for (gsize i = 0; i < count; ++i)
         if (g_unichar_combining_class(parts[i]) == 0)
             appendPlain(letters, parts[i]);
     const bool fits = letters.size() <= bytes.size() && letters.find_first_of("/ ") == letters.npos;
     return fits ? letters : std::string(bytes);
+}
+
+/// Does the same. The names of a disk share few characters, and folding one takes as long as
+/// inserting a name, so each thread remembers those it has folded.
+std::string_view folded(char32_t codePoint, std::string_view bytes)
+{
+    constexpr std::size_t ROOM = 1024;
+    struct Known
+    {
+        char32_t codePoint = 0;
+        std::string letters;
+    };
+    thread_local std::vector<Known> known(ROOM);
+    Known &place = known[codePoint % ROOM];
+    if (place.codePoint != codePoint)
+        place = {codePoint, fold(codePoint, bytes)};
+    return place.letters;
 }
 
 /// Calls the receiver with each character's bytes and with what they become.
@@ -72,7 +88,7 @@ void forEachFolded(std::string_view text, const Receive &receive)
         const std::string_view bytes = text.substr(0, character.length);
         text.remove_prefix(character.length);
         if (character.isValid && character.codePoint >= FIRST_BEYOND_ASCII)
-            receive(bytes, folded(character, bytes));
+            receive(bytes, folded(character.codePoint, bytes));
         else
             receive(bytes, bytes);
     }
