@@ -69,6 +69,19 @@ class FilesTest(Installed):
         for program in ("quillon", "open"):
             self.assertTrue(os.access(self.prefix / "libexec/quillon" / program, os.X_OK))
 
+    def test_programs_are_hardened(self):
+        programs = [*(self.prefix / "bin").iterdir(), *(self.prefix / "libexec/quillon").iterdir()]
+        self.assertGreaterEqual(len(programs), 4)
+        for program in programs:
+            with self.subTest(program.name):
+                said = run("readelf", "--wide", "--file-header", "--program-headers", "--dynamic",
+                           "--dyn-syms", str(program))
+                self.assertRegex(said, r"Type: +DYN .*Position-Independent")
+                self.assertRegex(said, r"GNU_RELRO")
+                self.assertRegex(said, r"FLAGS.* (BIND_)?NOW")
+                self.assertRegex(said, r"GNU_STACK .* RW +0x")
+                self.assertIn("__stack_chk_fail", said)
+
     def test_the_desktop_entry_names_programs_and_options_that_are_there(self):
         file = self.share / "applications" / f"{NAME}.desktop"
         self.assertEqual(run("desktop-file-validate", str(file)), "")
