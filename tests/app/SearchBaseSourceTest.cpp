@@ -181,10 +181,10 @@ TEST_F(SearchBaseSourceTest, addsWordsInAnyOrderUnlessTheyAreOff)
     build({home_.path()});
     const SearchBaseSource source = this->source(disk_);
     const auto paths = [&](const std::string &query) {
-        std::vector<std::string> paths;
+        std::vector<std::string> found;
         for (const SearchBaseResultRef &row : source.search(query).results)
-            paths.push_back(row->path());
-        return paths;
+            found.push_back(row->path());
+        return found;
     };
     EXPECT_THAT(paths("plans hårbour"), ElementsAre(plans));
     EXPECT_THAT(paths("/plans harbour"), ElementsAre(plans, "/plans harbour"))
