@@ -83,6 +83,14 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
       actionRunner_({services_.workspace, services_.fileManager, services_.clipboard,
                      services_.processRunner, services_.folderLister},
                     preferences_, appleScriptRunner_, services_.actionQueue, programsFolder()),
+      desktopSearch_({.source = source_,
+                      .builder = searchBaseBuilder_,
+                      .preferences = preferences_,
+                      .actions = actionModelFinder_,
+                      .runner = actionRunner_,
+                      .background = services_.backgroundQueue,
+                      .main = services_.mainQueue},
+                     QDir::homePath().toStdString()),
       icons_(services_.workspace, services_.iconQueue, services_.mainQueue),
       searchWindow_(icons_, services_.windowSystem),
       lightningSearchViewController_(
@@ -308,6 +316,8 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     const std::string &token = request.activationToken;
     if (request.action == "quit")
         terminate();
+    else if (isAccessSettled_ && !request.path.empty())
+        desktopSearch_.run(request.action, request.path);
     else if (!isAccessSettled_ || isFirstShowDue_)
         showFirst(token);
     else if (windowTracker_.isVisible(WindowTracker::onboardingWindow))
@@ -315,7 +325,7 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     else if (request.action == "toggle")
         toggleSearchWindow(token);
     else if (request.action == "show")
-        windowTracker_.show(WindowTracker::searchWindow, token);
+        showSearchWindow(request.text, token);
     else if (request.action == "preferences")
         openPreferences(token);
     else if (request.action == "rebuild")
@@ -346,6 +356,15 @@ void AppDelegate::showKeys()
     closeSearchWindow(Closing::forAction);
 }
 
+void AppDelegate::showSearchWindow(const std::string &text, const std::string &activationToken)
+{
+    lightningSearchViewController_.typeAhead(QString::fromStdString(text));
+    windowTracker_.show(WindowTracker::searchWindow, activationToken);
+    // A panel that has the keyboard does not hear that it gets it.
+    if (!text.empty() && searchWindow_.isActiveWindow())
+        lightningSearchViewController_.windowDidBecomeKey();
+}
+
 void AppDelegate::toggleSearchWindow(const std::string &activationToken)
 {
     if (windowTracker_.isVisible(WindowTracker::searchWindow))
@@ -366,7 +385,11 @@ RemoteControl::Handlers AppDelegate::remoteHandlers()
 {
     return {.perform = [this](const RemoteControl::Request &request) { perform(request); },
             .find = [this](const RemoteQuery &query) { return find(query); },
-            .status = [this] { return statusReport_.json(); }};
+            .status = [this] { return statusReport_.json(); },
+            .search = [this](const std::string &text,
+                             auto receive) { desktopSearch_.search(text, std::move(receive)); },
+            .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },
+            .rowActions = DesktopSearch::rowActions()};
 }
 
 RemoteAnswer AppDelegate::find(const RemoteQuery &query) const

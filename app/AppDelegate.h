@@ -6,6 +6,7 @@
 #include "actions/AppleScriptRunner.h"
 #include "actions/FrontFinderSearch.h"
 #include "app/ActionFailures.h"
+#include "app/DesktopSearch.h"
 #include "app/DesktopServices.h"
 #include "app/StatusReport.h"
 #include "app/WindowTracker.h"
@@ -115,6 +116,8 @@ private:
     void rebuild(const std::string &activationToken = {});
     bool isSetUp();
     void openPreferences(const std::string &activationToken);
+    /// Types the text, if there is one, in place of the text in the field.
+    void showSearchWindow(const std::string &text, const std::string &activationToken);
     void toggleSearchWindow(const std::string &activationToken);
     /// The program's icon was clicked, or the program was started again.
     void reopen(const std::string &activationToken);
@@ -148,6 +151,7 @@ private:
     ActionFailures actionFailures_;
     ActionModelFinder actionModelFinder_;
     ActionRunner actionRunner_;
+    DesktopSearch desktopSearch_;
     IconSource icons_;
     SearchWindow searchWindow_;
     LightningSearchViewController lightningSearchViewController_;

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace quillon {
 
@@ -25,10 +26,35 @@ public:
     struct Request
     {
         /// "activate" (the program was started a second time), "toggle", "show", "preferences",
-        /// "rebuild" or "quit".
+        /// "rebuild" or "quit". With a path: "open", or the id of a row action.
         std::string action;
         /// The caller's right to the keyboard. It is empty when there is none.
         std::string activationToken;
+        /// The absolute path of the item that the action is for. It is empty when there is none.
+        std::string path = {};
+        /// The text that "show" types into the panel. Without one, the panel keeps its text.
+        std::string text = {};
+    };
+
+    /// An item as the desktop's own search shows it. Its path is bytes, the other texts are UTF-8.
+    struct Row
+    {
+        std::string path;
+        std::string name;
+        /// The path of the folder that the item is in, with "~" for the home folder.
+        std::string place;
+        /// True when the words that were searched for are the item's own name.
+        bool isNamed = false;
+    };
+
+    /// Something else that the desktop's own search offers to do with a row.
+    struct RowAction
+    {
+        /// The action of the request.
+        std::string id;
+        std::string words;
+        /// The name of an icon of the icon theme.
+        std::string icon;
     };
 
     struct Handlers
@@ -40,6 +66,15 @@ public:
         std::function<RemoteAnswer(const RemoteQuery &query)> find;
         /// Returns the state of the program as a JSON object. Runs on background threads.
         std::function<std::string()> status;
+        /// Finds what the panel finds for the text, the best row first. Runs on the main thread and
+        /// hands the rows over once, on any thread. It may wait for the index first.
+        std::function<void(const std::string &text,
+                           std::function<void(const std::vector<Row> &rows)> receive)>
+            search = nullptr;
+        /// Describes the item at an absolute path without asking the disk. Runs on background
+        /// threads.
+        std::function<Row(const std::string &path)> describe = nullptr;
+        std::vector<RowAction> rowActions = {};
     };
 
     RemoteControl() = default;

@@ -19,6 +19,8 @@ struct PreferenceKeys
     static constexpr std::string_view MATCH_ORDER = "match-order";
     /// Boolean: an answer has no further rows with the words in any order. Absent: false.
     static constexpr std::string_view MATCH_WORDS_IN_ORDER = "match-words-in-order";
+    /// Boolean: the desktop's own search gets no rows from this program. Absent: false.
+    static constexpr std::string_view HIDE_FROM_DESKTOP_SEARCH = "hide-from-desktop-search";
     /// Boolean: update checks include beta versions. Absent: false.
     static constexpr std::string_view ENABLE_BETA_UPDATES = "enable-beta-updates";
     /// List of strings: the user's exclude patterns. Absent: the built-in suggestions.

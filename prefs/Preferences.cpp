@@ -150,6 +150,7 @@ Preferences::Preferences(DefaultsStore &store)
       matchOrder(store, PreferenceKeys::MATCH_ORDER, {MatchOrder::path, MatchOrder::names},
                  MatchOrder::path),
       matchWordsInOrder(store, PreferenceKeys::MATCH_WORDS_IN_ORDER),
+      hideFromDesktopSearch(store, PreferenceKeys::HIDE_FROM_DESKTOP_SEARCH),
       enableBetaUpdates(store, PreferenceKeys::ENABLE_BETA_UPDATES)
 {
     // This reads each choice, which stays in force when a wrong one is stored later.

@@ -167,6 +167,8 @@ public:
     PreferencesSelectList matchOrder;
     /// True when an answer has only what matches in the order that was typed.
     PreferencesBoolean matchWordsInOrder;
+    /// True when the desktop's own search is answered with nothing.
+    PreferencesBoolean hideFromDesktopSearch;
     PreferencesBoolean enableBetaUpdates;
 
     /// Reads every choice, so that a wrong one is reported now and not when the choice is needed.

@@ -1117,6 +1117,14 @@
         <source>They follow when few folders match as typed.</source>
         <translation>Sie folgen, wenn auf das Getippte nur wenige Ordner passen.</translation>
     </message>
+    <message>
+        <source>Answer in GNOME&apos;s overview and in &amp;KRunner</source>
+        <translation>In der Übersicht von &amp;GNOME und in KRunner antworten</translation>
+    </message>
+    <message>
+        <source>Desktop search:</source>
+        <translation>Suche des Desktops:</translation>
+    </message>
 </context>
 <context>
     <name>quillon::KeysView</name>

@@ -33,8 +33,6 @@ constexpr auto SPINNER_DELAY = 200ms;
 constexpr auto STATE_INTERVAL = 250ms;
 /// The query has settled when nothing was typed for so long.
 constexpr auto TYPING_PAUSE = 250ms;
-/// Shorter texts show the most used folders.
-constexpr qsizetype SHORTEST_QUERY = 2;
 
 bool areSameRows(const std::vector<SearchBaseResultRef> &one,
                  const std::vector<SearchBaseResultRef> &other)
@@ -212,7 +210,7 @@ void LightningSearchViewController::searchNow()
 {
     debouncedSearch_.cancel();
     // The user counts characters: a letter beyond the basic plane is one.
-    if (view_.searchTextField().text().toUcs4().size() >= SHORTEST_QUERY) {
+    if (view_.searchTextField().text().toUcs4().size() >= PanelSource::SHORTEST_QUERY) {
         startSearch(query());
         return;
     }

@@ -42,6 +42,9 @@ public:
     PanelSource(const PanelSource &) = delete;
     PanelSource &operator=(const PanelSource &) = delete;
 
+    /// The fewest characters, counted as code points, of a text that is searched for.
+    static constexpr int SHORTEST_QUERY = 2;
+
     /// It is called on background threads, several at a time. "~" at the beginning of a path stands
     /// for the home folder. If the query is exactly the path of something that exists, its row is
     /// the selected one, else the first.

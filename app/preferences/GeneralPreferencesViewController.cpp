@@ -46,6 +46,7 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
       enableQuickSearchButton(new FormCheckBox({}, this)),
       quickSearchPopUpButton(new FormMenu(this)),
       fileManagerButton(new FormMenu(this)),
+      desktopSearchButton(new FormCheckBox({}, this)),
       startAtLoginButton(new FormCheckBox({}, this)),
       services_(services)
 {
@@ -57,7 +58,7 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
     addGap();
     buildQuickSearch();
     addGap();
-    buildStart();
+    buildDesktop();
     addStretch();
     showStored();
 }
@@ -108,8 +109,14 @@ void GeneralPreferencesViewController::buildQuickSearch()
                *quickSearchBehaviorNote_);
 }
 
-void GeneralPreferencesViewController::buildStart()
+void GeneralPreferencesViewController::buildDesktop()
 {
+    desktopSearchButton->setText(tr("Answer in GNOME's overview and in &KRunner"));
+    addRow(tr("Desktop search:"), desktopSearchButton);
+    desktopSearchNote_ = addNote();
+    connect(desktopSearchButton, &QCheckBox::clicked, this, [this](bool isOn) {
+        written(*desktopSearchNote_, services_.preferences.hideFromDesktopSearch.set(!isOn));
+    });
     startAtLoginButton->setText(tr("Start at &login"));
     addRow(tr("Start:"), startAtLoginButton);
     startNote_ = addNote(tr("Quillon then waits in the background for its shortcut."));
@@ -146,6 +153,7 @@ void GeneralPreferencesViewController::showStored()
     showChoice(*quickSearchPopUpButton, services_.preferences.quickSearchBehavior);
     enableQuickSearchButton->setChecked(isQuickSearchOn);
     quickSearchPopUpButton->setEnabled(isQuickSearchOn);
+    desktopSearchButton->setChecked(!services_.preferences.hideFromDesktopSearch.value());
     startAtLoginButton->setChecked(services_.autostart.isEnabled());
     showFileManager();
 }

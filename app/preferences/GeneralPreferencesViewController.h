@@ -49,6 +49,7 @@ public:
     QCheckBox *const enableQuickSearchButton;
     QComboBox *const quickSearchPopUpButton;
     QComboBox *const fileManagerButton;
+    QCheckBox *const desktopSearchButton;
     QCheckBox *const startAtLoginButton;
 
 protected:
@@ -59,7 +60,7 @@ private:
     void buildOrder();
     void buildFileManager();
     void buildQuickSearch();
-    void buildStart();
+    void buildDesktop();
     void fillFileManagers();
     void showFileManager();
     void chooseFileManager();
@@ -75,6 +76,7 @@ private:
     FormNote *openInFinderNote_ = nullptr;
     FormNote *quickSearchNote_ = nullptr;
     FormNote *quickSearchBehaviorNote_ = nullptr;
+    FormNote *desktopSearchNote_ = nullptr;
     FormNote *startNote_ = nullptr;
 };
 

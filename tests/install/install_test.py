@@ -6,9 +6,11 @@ import os
 import pathlib
 import re
 import shlex
+import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import xml.etree.ElementTree
 
@@ -16,6 +18,7 @@ from desktop import PATIENCE, eventually, finish, needs, windows
 
 CMAKE, BUILD, VERSION = "", "", ""
 NAME = "org.quillon.Quillon"
+OBJECT = "/org/quillon/Quillon"
 COMMANDS = ("match", "find", "crawl", "watch")
 OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*|-0)(?![\w-])")
 
@@ -121,6 +124,25 @@ class FilesTest(Installed):
         self.assertEqual(program, self.program("quillon"))
         self.assertLessEqual(set(options), self.options("quillon"))
 
+    def test_the_desktops_searches_are_told_whom_to_ask(self):
+        ini = configparser.ConfigParser()
+        ini.read(self.share / f"gnome-shell/search-providers/{NAME}.search-provider.ini")
+        provider = ini["Shell Search Provider"]
+        self.assertEqual((provider["BusName"], provider["ObjectPath"], provider["Version"]),
+                         (NAME, OBJECT, "2"))
+        self.assertTrue((self.share / "applications" / provider["DesktopId"]).exists())
+
+        file = self.share / "krunner/dbusplugins/plasma-runner-quillon.desktop"
+        self.assertEqual(run("desktop-file-validate", str(file)), "")
+        ini = configparser.ConfigParser(interpolation=None)
+        ini.optionxform = str
+        ini.read(file, encoding="utf-8")
+        runner = ini["Desktop Entry"]
+        self.assertEqual((runner["X-Plasma-API"], runner["X-Plasma-DBusRunner-Service"],
+                          runner["X-Plasma-DBusRunner-Path"]), ("DBus", NAME, OBJECT))
+        self.assertTrue((self.share / f"icons/hicolor/scalable/apps/{runner['Icon']}.svg").exists())
+        self.assertIn("Comment[de]", runner)
+
     def test_manual_pages_are_clean_and_know_every_option(self):
         pages = list((self.share / "man").rglob("*.1"))
         names = {folder: {page.stem for page in pages if page.parent.parent.name == folder}
@@ -190,8 +212,10 @@ class BusTest(Installed):
 
     def setUp(self):
         home = self.place / "home"
+        self.addCleanup(shutil.rmtree, home, ignore_errors=True)
+        self.kept = home / ".cache/quillon/index"
         tree = home / "tree"
-        tree.mkdir(parents=True)
+        (tree / "harbour").mkdir(parents=True)
         settings = home / ".config/quillon/quillon.json"
         settings.parent.mkdir(parents=True)
         settings.write_text(json.dumps({
@@ -223,6 +247,23 @@ class BusTest(Installed):
         self.assertTrue(self.is_running())
         run("gapplication", "action", NAME, "quit", env=self.environment)
         eventually("the program's end", lambda: not self.is_running())
+
+    def search(self):
+        """Asks once, as the overview does, which also starts the program."""
+        return run("gdbus", "call", "--session", "--dest", NAME, "--object-path", OBJECT, "--method",
+                   "org.gnome.Shell.SearchProvider2.GetInitialResultSet", "['harb']",
+                   env=self.environment)
+
+    def test_a_search_starts_the_program_unseen_and_waits_for_its_index(self):
+        for is_kept in (False, True):
+            self.assertEqual((self.is_running(), self.kept.exists()), (False, is_kept))
+            began = time.monotonic()
+            self.assertRegex(self.search(), r"^\(\['file:///[^']*/tree/harbour'\],\)")
+            print(f"{time.monotonic() - began:.2f} s with the start of the program")
+            eventually("the kept index", self.kept.exists)
+            self.assertEqual(windows("quillon"), [])
+            run("gapplication", "action", NAME, "quit", env=self.environment)
+            eventually("the program's end", lambda: not self.is_running())
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 
 #include "base/TaskQueue.h"
 #include "platform/linux/bus/BusNames.h"
+#include "platform/linux/session/SearchProviders.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusArgument>
@@ -194,6 +195,7 @@ RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
     if (!bus.isConnected())
         return Claim::unavailable;
     // The object is registered before the name, so that a process that sees the name gets answers.
+    addSearchProviders(object_, background_, handlers);
     new ApplicationAdaptor(&object_, std::move(handlers.perform));
     if (handlers.find && handlers.status)
         new SearchAdaptor(&object_, background_, std::move(handlers.find),

@@ -10,8 +10,8 @@ class TaskQueue;
 
 /// Answers on the session bus under the name org.quillon.Quillon. The object /org/quillon/Quillon
 /// has the interface org.freedesktop.Application, so that the desktop's own tools (a desktop
-/// entry's actions, gapplication, gdbus) reach the program as a second start does, and the
-/// interface org.quillon.Quillon.Search.
+/// entry's actions, gapplication, gdbus) reach the program as a second start does, the interface
+/// org.quillon.Quillon.Search, and those of SearchProviders.h.
 class BusRemoteControl : public RemoteControl
 {
 public:
