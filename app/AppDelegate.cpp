@@ -366,7 +366,17 @@ RemoteControl::Handlers AppDelegate::remoteHandlers()
 {
     return {.perform = [this](const RemoteControl::Request &request) { perform(request); },
             .find = [this](const RemoteQuery &query) { return find(query); },
-            .status = [this] { return statusReport_.json(); }};
+            .status = [this] { return statusReport_.json(); },
+            .use =
+                [this](const std::string &settings, const std::string &path) {
+                    return settings == standardDefaultsPath() && recordUse(path);
+                }};
+}
+
+bool AppDelegate::recordUse(const std::string &path)
+{
+    return searchBaseRecentAccessScore_.addRecentAccess(
+        {path, path, {}, SearchBaseResultType::standard});
 }
 
 RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
@@ -376,9 +386,11 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
     const std::string &orderName =
         query.order.empty() ? preferences_.matchOrder.selected().key : query.order;
     const MatchOrder order = matchOrderNamed(orderName).value_or(MatchOrder::path);
+    const bool wantsMostUsed = query.order == RemoteQuery::MOST_USED;
     std::vector<FuzzyMatchResult> results =
-        searchBaseFuzzyMatch_.match(query.text, query.limit, order);
-    if (query.words)
+        wantsMostUsed ? searchBaseFuzzyMatch_.mostAccessedResults(query.limit)
+                      : searchBaseFuzzyMatch_.match(query.text, query.limit, order);
+    if (query.words && !wantsMostUsed)
         searchBaseFuzzyMatch_.addWordMatches(query.text, query.limit, order, results);
     std::vector<RemoteMatch> matches;
     for (const FuzzyMatchResult &result : results) {
