@@ -32,6 +32,12 @@ std::string homeFolder()
     return home == nullptr ? "" : home;
 }
 
+/// Returns the words of a query or of a name, with a blank between two, however they are written.
+std::string folded(std::string_view text)
+{
+    return joinedWords(foldedWords(text));
+}
+
 SearchBaseResultRef row(const std::string &path, std::vector<TextRange> ranges,
                         SearchBaseResultType type = SearchBaseResultType::standard)
 {
@@ -139,13 +145,18 @@ std::optional<std::string> PickSource::clearPath(const std::string &query, const
     const auto isUsed = [&](const SearchBaseResultRef &each) {
         return uses.score(each->path()) > 0;
     };
-    const auto hasName = [typed = foldedWords(query)](const SearchBaseResultRef &each) {
-        return foldedWords(lastComponent(each->path())) == typed;
+    const std::string typed = folded(query);
+    const auto hasName = [&](const SearchBaseResultRef &each) {
+        return folded(lastComponent(each->path())) == typed;
+    };
+    const auto nameBegins = [&](const SearchBaseResultRef &each) {
+        return folded(lastComponent(each->path())).starts_with(typed);
     };
     const auto isFirstAlone = [&](const auto &holds) {
         return holds(answer.rows.front()) && std::ranges::count_if(answer.rows, holds) == 1;
     };
-    if (answer.rows.size() == 1 || isFirstAlone(hasName) || isFirstAlone(isUsed))
+    if (answer.rows.size() == 1 || isFirstAlone(hasName) || isFirstAlone(nameBegins) ||
+        isFirstAlone(isUsed))
         return answer.rows.front()->path();
     return std::nullopt;
 }

@@ -46,9 +46,10 @@ public:
     {
         return !reading_.valid() || reading_.wait_for(patience) == std::future_status::ready;
     }
-    /// Returns the path that is clearly meant, if there is one: the only row; the path that was
-    /// typed; the first row when its name was typed and no other row has it, or when it was opened
-    /// before and no other row was. Nothing is clear while folders are being read.
+    /// Returns the path that is clearly meant, if there is one: the path that was typed; the only
+    /// row; the first row, when no other row shares with it that its name is what was typed, or
+    /// begins with that, or that it was opened before. Nothing is clear while folders are being
+    /// read.
     std::optional<std::string> clearPath(const std::string &query, const Answer &answer);
 
 private:
