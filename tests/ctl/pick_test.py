@@ -183,6 +183,19 @@ class PickTest(TerminalTest):
                               "quillonctl pick")
         self.await_selected(terminal, "~/docker")
 
+    def test_printed_matches_are_marked_for_people(self):
+        self.make_folders("harb\x1b[2Jour")
+        for command in ("quillonctl find --relative harb", "printf 'harb\\33[2Jour\\n' | "
+                        "quillonctl match harb"):
+            terminal = self.shell(command)
+            self.assertEqual(terminal.end(), 0)
+            self.assertEqual(terminal.lines()[0], "harb\ufffd[2Jour")
+            self.assertEqual([terminal.screen.buffer[0][x].fg for x in (0, 3, 4)],
+                             ["red", "red", "default"])
+            terminal = self.shell(f"NO_COLOR=1; export NO_COLOR; {command}")
+            self.assertEqual(terminal.end(), 0)
+            self.assertEqual(terminal.output, "harb\ufffd[2Jour\r\n".encode())
+
     def test_a_signal_leaves_the_terminal_as_it_was(self):
         self.make_folders("docs")
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
