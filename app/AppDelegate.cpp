@@ -389,7 +389,17 @@ RemoteControl::Handlers AppDelegate::remoteHandlers()
             .search = [this](const std::string &text,
                              auto receive) { desktopSearch_.search(text, std::move(receive)); },
             .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },
-            .rowActions = DesktopSearch::rowActions()};
+            .rowActions = DesktopSearch::rowActions(),
+            .use =
+                [this](const std::string &settings, const std::string &path) {
+                    return settings == standardDefaultsPath() && recordUse(path);
+                }};
+}
+
+bool AppDelegate::recordUse(const std::string &path)
+{
+    return searchBaseRecentAccessScore_.addRecentAccess(
+        {path, path, {}, SearchBaseResultType::standard});
 }
 
 RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
@@ -399,9 +409,11 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
     const std::string &orderName =
         query.order.empty() ? preferences_.matchOrder.selected().key : query.order;
     const MatchOrder order = matchOrderNamed(orderName).value_or(MatchOrder::path);
+    const bool wantsMostUsed = query.order == RemoteQuery::MOST_USED;
     std::vector<FuzzyMatchResult> results =
-        searchBaseFuzzyMatch_.match(query.text, query.limit, order);
-    if (query.words)
+        wantsMostUsed ? searchBaseFuzzyMatch_.mostAccessedResults(query.limit)
+                      : searchBaseFuzzyMatch_.match(query.text, query.limit, order);
+    if (query.words && !wantsMostUsed)
         searchBaseFuzzyMatch_.addWordMatches(query.text, query.limit, order, results);
     std::vector<RemoteMatch> matches;
     for (const FuzzyMatchResult &result : results) {

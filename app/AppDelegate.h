@@ -123,6 +123,8 @@ private:
     void reopen(const std::string &activationToken);
     /// Any thread may call this.
     RemoteAnswer find(const RemoteQuery &query) const;
+    /// Counts a use from outside the panel. Returns false when it could not be stored.
+    bool recordUse(const std::string &path);
 
     PreferencesViewController::Services preferencesServices();
     SearchPreferencesViewController *makeSearchPane();

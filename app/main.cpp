@@ -134,7 +134,7 @@ std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
     const auto perform = [&gate](const quillon::RemoteControl::Request &asked) {
         asked.action == "quit" ? gate.quit() : gate.present();
     };
-    if (remote.claim({.perform = perform, .find = {}, .status = {}}) ==
+    if (remote.claim({.perform = perform, .find = {}, .status = {}, .use = {}}) ==
         quillon::RemoteControl::Claim::taken)
         return handOver(request);
     return gate.wait() ? std::nullopt : std::optional(EXIT_FAILURE);

@@ -26,6 +26,14 @@ Utf8Character firstUtf8Character(std::string_view bytes)
     return {.codePoint = codePoint, .length = length, .isValid = true};
 }
 
+std::size_t utf8CharacterCount(std::string_view bytes)
+{
+    std::size_t count = 0;
+    for (; !bytes.empty(); ++count)
+        bytes.remove_prefix(firstUtf8Character(bytes).length);
+    return count;
+}
+
 bool isBlank(const Utf8Character &character)
 {
     return character.isValid && (character.codePoint == U'\t' ||

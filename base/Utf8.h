@@ -20,6 +20,8 @@ struct Utf8Character
 /// Returns the first character of some bytes, which are not empty. Overlong forms, surrogates and
 /// numbers beyond the last code point are not valid.
 Utf8Character firstUtf8Character(std::string_view bytes);
+/// Returns the number of characters, which counts each byte that is not valid.
+std::size_t utf8CharacterCount(std::string_view bytes);
 /// Returns true for a tab and for the characters that Unicode calls space separators.
 bool isBlank(const Utf8Character &character);
 /// Returns the bytes as text, with U+FFFD in place of each byte that is not valid.

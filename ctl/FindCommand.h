@@ -1,7 +1,8 @@
 #pragma once
 
+#include "ctl/MatchPrinter.h"
 #include "matching/FuzzyMatchResult.h"
-#include "matching/MatchOrder.h"
+#include "platform/RemoteSearch.h"
 
 #include <cstddef>
 #include <optional>
@@ -10,7 +11,6 @@
 
 namespace quillon {
 
-class DefaultsStore;
 class Output;
 
 /// Prints what matches a query, best first, from the index of the running application, from the one
@@ -33,21 +33,22 @@ struct FindCommand
     std::string order;
     /// If true, further matches have the words in any order.
     bool inAnyOrder = true;
-    bool nulSeparated = false;
-    bool json = false;
+    MatchFormat format;
 
     /// Returns the exit status.
     int run(Output &output) const;
 
 private:
-    std::string query() const;
     /// Returns nothing when no running application can answer.
     std::optional<std::vector<FuzzyMatchResult>> askRunningInstance() const;
     /// Answers from the kept index or from the disk. Sets failed when a folder could not be read.
     std::vector<FuzzyMatchResult> searchAlone(bool &failed) const;
-    /// The order is absent, with a line on standard error, when the settings name none that exists.
-    std::optional<MatchOrder> orderInForce(DefaultsStore &settings) const;
     void tellSource(const std::string &source) const;
 };
+
+/// Returns the words as one query, joined by blanks.
+std::string joinedWords(const std::vector<std::string> &words);
+/// Returns the answer of the running application as it is here.
+std::vector<FuzzyMatchResult> resultsOf(const std::vector<RemoteMatch> &matches);
 
 } // namespace quillon

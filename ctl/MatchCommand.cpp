@@ -2,6 +2,7 @@
 
 #include "base/JsonValues.h"
 #include "ctl/CommandLine.h"
+#include "ctl/HeldUseCounts.h"
 #include "ctl/Output.h"
 #include "ctl/RecordReader.h"
 #include "matching/FuzzyMatch.h"
@@ -22,19 +23,6 @@
 namespace quillon {
 
 namespace {
-
-/// Use counts that are read from a file and never written.
-class GivenCounts final : public RecentAccessScoreDataStore
-{
-public:
-    explicit GivenCounts(DefaultsDictionary counts) : counts_(std::move(counts)) {}
-
-    std::optional<DefaultsDictionary> dictionary(std::string_view) override { return counts_; }
-    bool set(const DefaultsValue &, std::string_view) override { return false; }
-
-private:
-    DefaultsDictionary counts_;
-};
 
 /// Reads the file. Returns nothing, and prints a line to standard error, when it holds no JSON
 /// object.
@@ -57,20 +45,6 @@ std::optional<DefaultsDictionary> readCounts(const std::string &path)
         if (auto value = fromJson(entry.value()))
             counts.emplace(textToBytes(entry.key()), std::move(*value));
     return counts;
-}
-
-void print(const std::vector<FuzzyMatchResult> &results, char end, Output &output)
-{
-    for (const FuzzyMatchResult &result : results) {
-        std::string line = shortestDecimal(result.score()) + "\t" + result.text() + "\t";
-        const char *separator = "";
-        for (const TextRange &range : result.highlightRanges()) {
-            line.append(separator).append(std::to_string(range.location));
-            line.append(":").append(std::to_string(range.length));
-            separator = ",";
-        }
-        output.write(line += end);
-    }
 }
 
 void printStats(const FuzzyMatch &matcher, const std::vector<double> &milliseconds)
@@ -101,13 +75,12 @@ int MatchCommand::run(Output &output) const
         counts = readCounts(countsFile);
     if (!counts)
         return USAGE_ERROR;
-    GivenCounts given(std::move(*counts));
+    HeldUseCounts given(std::move(*counts));
     RecentAccessScore score(given);
     FuzzyMatch matcher(&score);
 
-    const char separator = nulSeparated ? '\0' : '\n';
     const auto add = [&](std::span<const std::string_view> paths) { matcher.add(paths); };
-    if (const std::error_code error = readRecords(stdin, separator, add)) {
+    if (const std::error_code error = readRecords(stdin, format.ending(), add)) {
         complain("standard input: " + error.message());
         return FAILURE;
     }
@@ -126,7 +99,7 @@ int MatchCommand::run(Output &output) const
             std::chrono::steady_clock::now() - start;
         milliseconds.push_back(took.count());
     }
-    print(results, separator, output);
+    print(results, format, output);
     const bool written = output.finish();
     if (stats)
         printStats(matcher, milliseconds);

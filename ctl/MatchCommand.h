@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ctl/MatchPrinter.h"
 #include "matching/MatchOrder.h"
 
 #include <cstddef>
@@ -20,7 +21,7 @@ struct MatchCommand
     /// A JSON file that maps paths to use counts; empty for none.
     std::string countsFile;
     std::size_t repeat = 1;
-    bool nulSeparated = false;
+    MatchFormat format;
     bool stats = false;
 
     /// Returns the exit status.

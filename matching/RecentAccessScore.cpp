@@ -78,14 +78,15 @@ RecentAccessScoreData::RecentAccessScoreData(UseCounts dataset,
     replace(std::move(dataset));
 }
 
-void RecentAccessScoreData::recordUse(const std::string &path)
+bool RecentAccessScoreData::recordUse(const std::string &path)
 {
     // Running searches keep the map that they have, so a copy is changed.
     UseCounts counts = snapshot()->counts;
     std::int64_t &count = counts[path];
     require(!__builtin_add_overflow(count, 1, &count), "a use count fits");
-    dataStore_.set(storedForm(counts), KEY);
+    const bool isKept = dataStore_.set(storedForm(counts), KEY);
     replace(std::move(counts));
+    return isKept;
 }
 
 void RecentAccessScoreData::takeBack(const std::string &path)
@@ -158,9 +159,9 @@ RecentAccessScore::RecentAccessScore(RecentAccessScoreDataStore &store)
     : data_(loadCounts(store), store)
 {}
 
-void RecentAccessScore::addRecentAccess(const SearchBaseResult &result)
+bool RecentAccessScore::addRecentAccess(const SearchBaseResult &result)
 {
-    data_.recordUse(std::string(withoutTrailingSlashes(result.path())));
+    return data_.recordUse(std::string(withoutTrailingSlashes(result.path())));
 }
 
 void RecentAccessScore::takeBack(const SearchBaseResult &result)

@@ -79,8 +79,8 @@ public:
     RecentAccessScoreData(UseCounts dataset, RecentAccessScoreDataStore &dataStore);
 
     /// Counts one use and writes all counts at once. A count or a sum that no longer fits stops
-    /// the program.
-    void recordUse(const std::string &path);
+    /// the program. Returns false when the store still has the former counts.
+    bool recordUse(const std::string &path);
     /// Takes one use of the path back and writes all counts at once. Does nothing when the path has
     /// no uses.
     void takeBack(const std::string &path);
@@ -112,8 +112,9 @@ public:
     explicit RecentAccessScore(RecentAccessScoreDataStore &store);
 
     /// Records one use of the result's path without its closing slash, so that a folder counts as
-    /// the same one however it was reached. The use is saved when this returns.
-    void addRecentAccess(const SearchBaseResult &result);
+    /// the same one however it was reached. Returns true when the use is saved, and false when it
+    /// counts only until the end of the program.
+    bool addRecentAccess(const SearchBaseResult &result);
     /// Takes a recorded use of the result's path back, for example because the path could not be
     /// opened.
     void takeBack(const SearchBaseResult &result);

@@ -66,6 +66,9 @@ public:
         std::function<RemoteAnswer(const RemoteQuery &query)> find;
         /// Returns the state of the program as a JSON object. Runs on background threads.
         std::function<std::string()> status;
+        /// Counts one opening of the path. Returns false when this instance has other settings than
+        /// those at the first path. Runs on the main thread.
+        std::function<bool(const std::string &settings, const std::string &path)> use = nullptr;
         /// Finds what the panel finds for the text, the best row first. Runs on the main thread and
         /// hands the rows over once, on any thread. It may wait for the index first.
         std::function<void(const std::string &text,

@@ -18,6 +18,9 @@ struct RemoteQuery
     std::string settings;
     std::string text;
     std::uint32_t limit = 0;
+    /// As an order, asks for the paths with the most uses instead, whatever the text.
+    static constexpr const char *MOST_USED = "uses";
+
     /// Names the order of the matches, as the settings do; empty for the one in the settings.
     std::string order;
     /// Asks for further matches with the words in any order.

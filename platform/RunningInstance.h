@@ -35,6 +35,9 @@ public:
     /// Returns the state of the instance as a JSON object, or nothing when there is no instance or
     /// it does not answer.
     virtual std::optional<std::string> status() = 0;
+    /// Has the instance count one opening of a path, for the settings of which this is the absolute
+    /// path. Returns notRunning also for an instance with other settings.
+    virtual Outcome use(const std::string &settings, const std::string &path) = 0;
 };
 
 } // namespace quillon

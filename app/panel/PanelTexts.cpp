@@ -1,9 +1,9 @@
 #include "app/panel/PanelTexts.h"
 
 #include "actions/ActionFailure.h"
-#include "app/panel/RowText.h"
 #include "app/widgets/WriteFault.h"
 #include "base/PathText.h"
+#include "results/RowText.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/panel/RowText.h"
 #include "app/widgets/PanelPalette.h"
+#include "results/RowText.h"
 
 #include <QFont>
 #include <QTextLayout>

@@ -1,6 +1,6 @@
 #include "app/panel/SearchResultsModel.h"
 
-#include "app/panel/RowText.h"
+#include "results/RowText.h"
 
 #include <QMimeData>
 

@@ -4,7 +4,7 @@ _quillonctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local command=${COMP_WORDS[1]} options folders=
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W 'match find crawl watch status --version --help' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'match find pick use init crawl watch status --version --help' -- "$current")
         return
     fi
     case $previous in
@@ -22,13 +22,25 @@ _quillonctl() {
             mapfile -t COMPREPLY < <(compgen -W 'path names' -- "$current")
             return
             ;;
-        --top | --repeat | --threads | --budget | --latency | --window | --sweep | --exclude | --ext)
+        -n | --top | --height | --repeat | --threads | --budget | --latency | --window | --sweep | --exclude | --ext)
             return
             ;;
     esac
     case $command in
-        match) options='--top --order --words --counts --repeat -0 --stats --help' ;;
-        find) options='--in --top --order --no-words -0 --json --crawl --stats --help' ;;
+        match) options='-n --top --order --words --counts --repeat -0 --scores --json --stats --help' ;;
+        find) options='--in -n --top --order --no-words -0 --json --relative --crawl --stats --help' ;;
+        pick) options='--height --best -0 --help' ;;
+        use)
+            options='--help'
+            folders=yes
+            ;;
+        init)
+            if [[ $current != -* ]]; then
+                mapfile -t COMPREPLY < <(compgen -W 'bash zsh fish' -- "$current")
+                return
+            fi
+            options='--help'
+            ;;
         crawl)
             options='--exclude --no-default-excludes --no-builtin-excludes --ext --threads -0
                 --stats --help'

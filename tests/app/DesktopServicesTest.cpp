@@ -116,7 +116,7 @@ TEST_F(BusRemoteControlTest, handsOverTheActionsItKnowsWithTheRightToTheKeyboard
     const auto note = [&](const RemoteControl::Request &request) {
         requests.push_back(request.action + " " + request.activationToken);
     };
-    ASSERT_EQ(remote.claim({.perform = note, .find = nullptr, .status = nullptr}),
+    ASSERT_EQ(remote.claim({.perform = note, .find = nullptr, .status = nullptr, .use = nullptr}),
               RemoteControl::Claim::owner);
     ask(
         [](RunningInstance &instance) {
@@ -160,16 +160,26 @@ TEST_F(BusRemoteControlTest, answersFromTheBackground)
         return query.text == "\xff" ? std::vector{match, match} : std::vector<RemoteMatch>{};
     };
     const auto status = [] { return std::string(R"({"state":"Bücher"})"); };
-    ASSERT_EQ(remote.claim({.perform = [](const auto &) {}, .find = find, .status = status}),
-              RemoteControl::Claim::owner);
+    std::vector<std::string> used;
+    const auto use = [&used](const std::string &settings, const std::string &path) {
+        EXPECT_EQ(QThread::currentThread(), qApp->thread());
+        used.push_back(path);
+        return settings == "/settings";
+    };
+    ASSERT_EQ(
+        remote.claim({.perform = [](const auto &) {}, .find = find, .status = status, .use = use}),
+        RemoteControl::Claim::owner);
     ask([&](RunningInstance &instance) {
         EXPECT_EQ(instance.status(), status());
+        EXPECT_EQ(instance.use("/settings", "/caf\xe9"), RunningInstance::Outcome::done);
+        EXPECT_EQ(instance.use("/others", "/docs"), RunningInstance::Outcome::notRunning);
         EXPECT_EQ(instance.find({"/settings", "\xff", 7, ""}),
                   RemoteAnswer(std::vector{match, match}));
         EXPECT_EQ(instance.find({"/settings", "nothing", 7, "names", true}),
                   RemoteAnswer(std::vector<RemoteMatch>{}));
         EXPECT_EQ(instance.find({"/settings", "later", 7, ""}), std::nullopt);
     });
+    EXPECT_THAT(used, ElementsAre("/caf\xe9", "/docs"));
 }
 
 TEST_F(BusRemoteControlTest, reachesNobodyOnceTheOwnerIsGone)
@@ -179,6 +189,7 @@ TEST_F(BusRemoteControlTest, reachesNobodyOnceTheOwnerIsGone)
     EXPECT_FALSE(instance.isRunning());
     EXPECT_EQ(instance.find({"/settings", "a", 1, ""}), std::nullopt);
     EXPECT_EQ(instance.status(), std::nullopt);
+    EXPECT_EQ(instance.use("/settings", "/docs"), RunningInstance::Outcome::notRunning);
 }
 
 TEST(PoolTaskQueue, withOneThreadKeepsTheOrder)

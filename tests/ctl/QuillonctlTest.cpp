@@ -100,35 +100,55 @@ TEST_P(CommandRows, endAsExpected)
 INSTANTIATE_TEST_SUITE_P(
     Answers, CommandRows,
     testing::Values(
-        Row{"ranksAndMarks", "printf '/u/d/o/c/s\\n/u/docs\\n/v\\n' | ctl match docs | cut -f 2,3",
+        Row{"ranksAndMarks",
+            "printf '/u/d/o/c/s\\n/u/docs\\n/v\\n' | ctl match --scores docs | cut -f 2,3",
             "/u/docs\t3:4\n/u/d/o/c/s\t\n"},
-        Row{"lastLineNeedsNoEnd", "printf /u/docs | ctl match docs | cut -f 2", "/u/docs\n"},
+        Row{"lastLineNeedsNoEnd", "printf /u/docs | ctl match --scores docs | cut -f 2",
+            "/u/docs\n"},
         Row{"emptyLinesAreNoCandidates", "printf '\\n\\nab\\n\\n' | ctl match '' | wc -l", "1\n"},
         Row{"noInput", "ctl match x </dev/null", ""},
         Row{"nulSeparated",
-            "printf 'a\\nb\\0\\0abc\\0' | ctl match -0 ab | tr '\\0\\n' '\\n_' | cut -f 2",
+            "printf 'a\\nb\\0\\0abc\\0' | ctl match --scores -0 ab | tr '\\0\\n' '\\n_' | cut -f 2",
             "abc\na_b\n"},
-        Row{"oddBytes", "printf '/\\377\\r\\t\\342\\202x\\n' | ctl match x | cut -f 2-",
+        Row{"oddBytes", "printf '/\\377\\r\\t\\342\\202x\\n' | ctl match --scores x | cut -f 2-",
             bytes("/\377\r\t\342\202x\t\n")},
-        Row{"nulInALine", "printf '/a\\0b\\n' | ctl match b | cut -f 2", bytes("/a\0b\n")},
-        Row{"top", "printf 'ab\\nabc\\nabcd\\n' | ctl match --top 2 ab | cut -f 2", "ab\nabc\n"},
-        Row{"byTheWholePath", "printf '/u/ab\\n/ab/u\\n' | ctl match --order path ab | cut -f 2,3",
+        Row{"nulInALine", "printf '/a\\0b\\n' | ctl match --scores b | cut -f 2", bytes("/a\0b\n")},
+        Row{"top", "printf 'ab\\nabc\\nabcd\\n' | ctl match --scores --top 2 ab | cut -f 2",
+            "ab\nabc\n"},
+        Row{"byTheWholePath",
+            "printf '/u/ab\\n/ab/u\\n' | ctl match --scores --order path ab | cut -f 2,3",
             "/ab/u\t1:2\n/u/ab\t3:2\n"},
-        Row{"namesFirst", "printf '/u/ab\\n/ab/u\\n' | ctl match --order names ab",
+        Row{"namesFirst", "printf '/u/ab\\n/ab/u\\n' | ctl match --scores --order names ab",
             "1.6\t/u/ab\t3:2\n1.09\t/ab/u\t1:2\n"},
         Row{"wordsInAnyOrder",
-            "printf '/Übe/äh\n/ähübe\n/übe\n' | ctl match --words 'ah ube' | cut -f 2,3",
+            "printf '/Übe/äh\n/ähübe\n/übe\n' | ctl match --scores --words 'ah ube' | cut -f 2,3",
             "/Übe/äh\t1:3,5:2\n/ähübe\t1:5\n"},
-        Row{"wordsAsTyped", "printf '/a b\n/b a\n' | ctl match 'a b' | cut -f 2", "/a b\n"},
+        Row{"wordsAsTyped", "printf '/a b\n/b a\n' | ctl match --scores 'a b' | cut -f 2",
+            "/a b\n"},
+        Row{"topByItsLetter", "printf 'ab\\nabc\\n' | ctl match -n 1 ab", "ab\n"},
+        Row{"plainPaths", "printf '/u/x/d\\n/d/\\377\\n' | ctl match d",
+            bytes("/d/\377\n/u/x/d\n")},
+        Row{"asJson", "printf '/u/d\\n/d/\\377\\n' | ctl match --json d | tr -d '0-9.'",
+            "[{\"path\":\"/d/\\udcff\",\"ranges\":[[,]],\"score\":},"
+            "{\"path\":\"/u/d\",\"ranges\":[[,]],\"score\":}]\n"},
+        Row{"usesAreCounted",
+            "mkdir d; ctl use d/ ./d/../d && ctl use d && tr -d ' ' "
+            "<../config/quillon/quillon.json "
+            "| grep -c '/work/d\":3$'",
+            "1\n"},
+        Row{"usesAtOnceAllCount",
+            "mkdir d; for i in $(seq 12); do ctl use d & done; wait; "
+            "grep -c '/work/d\": 12$' ../config/quillon/quillon.json",
+            "1\n"},
         Row{"topZero", "echo ab | ctl match --top 0 ab", ""},
-        Row{"negativeInfinity", "head -c 1100 /dev/zero | tr '\\0' a | ctl match a | cut -f 1",
-            "-inf\n"},
-        Row{"queryLikeAnOption", "echo /-0 | ctl match -- -0 | cut -f 2", "/-0\n"},
-        Row{"queryLikeACommand", "echo /find | ctl match find | cut -f 2", "/find\n"},
-        Row{"queryLikeAList", "echo '/[a,b]' | ctl match '[a,b]' | cut -f 2", "/[a,b]\n"},
+        Row{"negativeInfinity",
+            "head -c 1100 /dev/zero | tr '\\0' a | ctl match --scores a | cut -f 1", "-inf\n"},
+        Row{"queryLikeAnOption", "echo /-0 | ctl match --scores -- -0 | cut -f 2", "/-0\n"},
+        Row{"queryLikeACommand", "echo /find | ctl match --scores find | cut -f 2", "/find\n"},
+        Row{"queryLikeAList", "echo '/[a,b]' | ctl match --scores '[a,b]' | cut -f 2", "/[a,b]\n"},
         Row{"counts",
             "echo '{\"/b\\udcff\": 3, \"/c\": \"no\", \"/d\": -1}' >c.json;"
-            "printf '/a\\n/b\\377\\n' | ctl match --counts c.json / | cut -f 2",
+            "printf '/a\\n/b\\377\\n' | ctl match --scores --counts c.json / | cut -f 2",
             "/b\377\n/a\n"},
         Row{"readerThatLeaves",
             "seq 20000 | sed 's/^/dir/' | ctl match --top 20000 d | head -n 1 | wc -l", "1\n"}),
@@ -148,6 +168,13 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"topIsHuge", "ctl match --top 99999999999999999999 a </dev/null", "", 2, "--top"},
         Row{"topIsNoNumber", "ctl match --top 0x5 a </dev/null", "", 2, "--top"},
         Row{"orderIsUnknown", "ctl find --order best a", "", 2, "best"},
+        Row{"shellIsUnknown", "ctl init csh", "", 2, "csh"},
+        Row{"useOfNothing", "ctl use nowhere", "", 1, "nowhere"},
+        Row{"heightIsTooSmall", "ctl pick --height 1", "", 2, "--height"},
+        Row{"settingsHaveAMistake",
+            "mkdir -p ../config/quillon; echo '{,}' >../config/quillon/quillon.json; mkdir d; "
+            "ctl use d; cat ../config/quillon/quillon.json",
+            "{,}\n", 0, "could not be stored"},
         Row{"repeatIsZero", "ctl match --repeat 0 a </dev/null", "", 2, "--repeat"},
         Row{"lineFeedInTheWrongPlace", "ctl match a $'b\\nc' </dev/null", "", 2, "b c"},
         Row{"countsAreMissing", "ctl match --counts no.json a </dev/null", "", 2, "no.json"},
@@ -285,6 +312,16 @@ TEST_F(FindTest, ranksByTheOrderOfTheSettings)
     const Ending ending = session_.run("ctl find --in . harbour");
     EXPECT_EQ(ending.status, 2);
     EXPECT_THAT(ending.err, testing::HasSubstr("match-order"));
+}
+
+TEST_F(FindTest, leadsFromTheWorkingFolder)
+{
+    const std::string relative = "cd '[a,b]'; ctl find --relative --in .. ";
+    EXPECT_EQ(session_.run(relative + "alpha | head -n 1").out, "alpha\n");
+    EXPECT_EQ(session_.run(relative + "odd | tr -d '\\n'").out, "../odd \xff../odd \xff/alpha");
+    EXPECT_THAT(session_.run(relative + "--json --top 1 odd").out,
+                HasSubstr(R"("ranges":[[3,3]])"));
+    EXPECT_EQ(session_.run("cd '[a,b]/alpha'; ctl find --relative --in .. ,b").out, "..\n.\n");
 }
 
 TEST_F(FindTest, addsWordsInAnyOrder)

@@ -146,6 +146,30 @@ class LifecycleTest(Desktop):
         self.assertEqual(find().stderr, "quillonctl: answered from the running program\n")
         self.end(quillon)
 
+    def test_answers_and_counts_for_the_terminal(self):
+        self.make_folders("Documents/harbour", "Music/harbour")
+        self.write_settings()
+        quillon = self.launch("--background")
+        self.wait_for_index("harbour", 2)
+
+        def best():
+            done = self.run_ctl("pick", "--best", "harbour")
+            return done.returncode, done.stdout
+        # Nothing says which one is meant, and there is no terminal to ask on.
+        self.assertEqual(best(), (2, ""))
+        used = f"{self.tree}/Music/harbour"
+        self.assertEqual(self.run_ctl("use", used, f"{used}/").returncode, 0)
+        self.assertEqual(json.loads(self.settings.read_text())["recent-access-score-data"],
+                         {used: 2})
+        self.assertEqual(best(), (0, f"{used}\n"))
+        self.assertEqual(self.run_ctl("pick", "--best", "harbou").stdout, f"{used}\n")
+        os.kill(quillon.pid, signal.SIGSTOP)
+        silent = self.run_ctl("use", used)
+        os.kill(quillon.pid, signal.SIGCONT)
+        self.assertEqual((silent.returncode, silent.stderr),
+                         (1, "quillonctl: Quillon runs and does not answer\n"))
+        self.end(quillon)
+
     def test_tells_its_state(self):
         self.make_folders("Documents/harbour")
         self.write_settings()

@@ -19,8 +19,8 @@ from desktop import PATIENCE, eventually, finish, needs, windows
 CMAKE, BUILD, VERSION = "", "", ""
 NAME = "org.quillon.Quillon"
 OBJECT = "/org/quillon/Quillon"
-COMMANDS = ("match", "find", "crawl", "watch")
-OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*|-0)(?![\w-])")
+COMMANDS = ("match", "find", "pick", "use", "init", "crawl", "watch", "status")
+OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*|-[0n])(?![\w-])")
 
 
 def run(*command, **more):

@@ -32,6 +32,7 @@ public:
         return outcome_;
     }
     RemoteAnswer find(const RemoteQuery &) override { return std::nullopt; }
+    Outcome use(const std::string &, const std::string &) override { return Outcome::notRunning; }
     std::optional<std::string> status() override { return std::nullopt; }
 
     std::string requested;

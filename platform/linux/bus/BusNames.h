@@ -19,6 +19,8 @@ struct BusNames
     static constexpr const char *FIND = "Find";
     /// Status() -> s: the state of the instance, as a JSON object.
     static constexpr const char *STATUS = "Status";
+    /// Use(ay settings, ay path) -> b: counts one opening of the path; false for other settings.
+    static constexpr const char *USE = "Use";
     /// A search that the instance leaves to the caller fails with this error.
     static constexpr const char *NOT_ANSWERED = "org.quillon.Quillon.Error.NotAnswered";
 };

@@ -160,4 +160,19 @@ std::optional<std::string> BusRunningInstance::status()
     return g_variant_get_string(text.get(), nullptr);
 }
 
+RunningInstance::Outcome BusRunningInstance::use(const std::string &settings,
+                                                 const std::string &path)
+{
+    if (!hasBus())
+        return Outcome::noBus;
+    const auto reply =
+        bus_.call(object(BusNames::SEARCH), BusNames::USE,
+                  g_variant_new("(@ay@ay)", bytes(settings), bytes(path)), Deadline(BUS_TIMEOUT));
+    if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(b)")))
+        return isRunning() ? Outcome::notAnswering : Outcome::notRunning;
+    gboolean isCounted = FALSE;
+    g_variant_get(reply.get(), "(b)", &isCounted);
+    return isCounted != FALSE ? Outcome::done : Outcome::notRunning;
+}
+
 } // namespace quillon

@@ -20,6 +20,7 @@ public:
     Outcome request(const std::string &action) override;
     RemoteAnswer find(const RemoteQuery &query) override;
     std::optional<std::string> status() override;
+    Outcome use(const std::string &settings, const std::string &path) override;
 
 private:
     std::string activationToken_;

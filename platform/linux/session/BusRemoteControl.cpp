@@ -134,11 +134,13 @@ class SearchAdaptor : public QDBusAbstractAdaptor
 public:
     SearchAdaptor(QObject *parent, TaskQueue &background,
                   std::function<RemoteAnswer(const RemoteQuery &)> find,
-                  std::function<std::string()> status)
+                  std::function<std::string()> status,
+                  std::function<bool(const std::string &, const std::string &)> use)
         : QDBusAbstractAdaptor(parent),
           background_(background),
           find_(std::move(find)),
-          status_(std::move(status))
+          status_(std::move(status)),
+          use_(std::move(use))
     {
         qDBusRegisterMetaType<BusMatch::Range>();
         qDBusRegisterMetaType<QList<BusMatch::Range>>();
@@ -172,12 +174,17 @@ public Q_SLOTS:
         });
         return {};
     }
+    bool Use(const QByteArray &settings, const QByteArray &path)
+    {
+        return use_ && use_(settings.toStdString(), path.toStdString());
+    }
     // NOLINTEND(readability-identifier-naming)
 
 private:
     TaskQueue &background_;
     std::function<RemoteAnswer(const RemoteQuery &)> find_;
     std::function<std::string()> status_;
+    std::function<bool(const std::string &, const std::string &)> use_;
 };
 
 BusRemoteControl::~BusRemoteControl()
@@ -199,7 +206,7 @@ RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
     new ApplicationAdaptor(&object_, std::move(handlers.perform));
     if (handlers.find && handlers.status)
         new SearchAdaptor(&object_, background_, std::move(handlers.find),
-                          std::move(handlers.status));
+                          std::move(handlers.status), std::move(handlers.use));
     bus.registerObject(name(BusNames::OBJECT), &object_, QDBusConnection::ExportAdaptors);
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(name(BusNames::SERVICE),

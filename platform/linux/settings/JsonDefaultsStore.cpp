@@ -122,6 +122,16 @@ bool JsonDefaultsStore::set(std::string_view key, const DefaultsValue &value)
     });
 }
 
+bool JsonDefaultsStore::edit(
+    std::string_view key,
+    const std::function<DefaultsValue(const std::optional<DefaultsValue> &)> &made)
+{
+    return change([name = bytesToText(key), key, &made](QJsonObject &contents) {
+        contents.insert(name, toJson(made(fromJson(lookUp(contents, key)))));
+        return true;
+    });
+}
+
 bool JsonDefaultsStore::remove(std::string_view key)
 {
     if (!contains(key))

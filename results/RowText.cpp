@@ -1,4 +1,4 @@
-#include "app/panel/RowText.h"
+#include "results/RowText.h"
 
 #include "base/PathText.h"
 #include "base/Utf8.h"

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace quillon {
+
+/// Returns the code that makes a shell know the function "q" and the key Ctrl+G, or nothing for a
+/// shell other than "bash", "zsh" and "fish".
+std::optional<std::string_view> shellInit(std::string_view shell);
+
+} // namespace quillon
