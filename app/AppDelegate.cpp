@@ -386,14 +386,14 @@ RemoteControl::Handlers AppDelegate::remoteHandlers()
     return {.perform = [this](const RemoteControl::Request &request) { perform(request); },
             .find = [this](const RemoteQuery &query) { return find(query); },
             .status = [this] { return statusReport_.json(); },
-            .search = [this](const std::string &text,
-                             auto receive) { desktopSearch_.search(text, std::move(receive)); },
-            .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },
-            .rowActions = DesktopSearch::rowActions(),
             .use =
                 [this](const std::string &settings, const std::string &path) {
                     return settings == standardDefaultsPath() && recordUse(path);
-                }};
+                },
+            .search = [this](const std::string &text,
+                             auto receive) { desktopSearch_.search(text, std::move(receive)); },
+            .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },
+            .rowActions = DesktopSearch::rowActions()};
 }
 
 bool AppDelegate::recordUse(const std::string &path)

@@ -4,10 +4,10 @@
 #include "actions/ActionRunner.h"
 #include "app/panel/ActionHints.h"
 #include "app/panel/PanelSource.h"
-#include "app/panel/RowText.h"
 #include "base/TaskQueue.h"
 #include "base/TextFolding.h"
 #include "prefs/Preferences.h"
+#include "results/RowText.h"
 
 #include <algorithm>
 #include <chrono>
