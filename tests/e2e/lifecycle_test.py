@@ -85,7 +85,7 @@ class LifecycleTest(Desktop):
     def wait_for_index(self, query, paths):
         def count():
             answer = bus_call("org.quillon.Quillon.Search.Find", as_bytes(str(self.settings)),
-                              as_bytes(query), "10", "path")
+                              as_bytes(query), "10", "path", "false")
             return answer.count("([")
         eventually("the answer of the index", lambda: count() == 1 + paths)
 
