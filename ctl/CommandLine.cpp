@@ -41,7 +41,7 @@ void addMatch(CLI::App &app, MatchCommand &match, Chosen &chosen)
     addOrder(
         *command, [&](const std::string &name) { match.order = *matchOrderNamed(name); },
         "Rank by the whole \"path\", or \"names\" first (path)");
-    command->add_flag("--words,!--no-words", match.inAnyOrder,
+    command->add_flag("--words", match.inAnyOrder,
                       "Then print what has the words in any order, accents aside");
     command->add_option("--counts", match.countsFile, "JSON object, path to use count")
         ->type_name("FILE");
@@ -72,8 +72,8 @@ void addFind(CLI::App &app, int argc, FindCommand &find, Chosen &chosen)
     addOrder(
         *command, [&](const std::string &name) { find.order = name; },
         "Rank by the whole \"path\", or \"names\" first (as the settings say)");
-    command->add_flag("--words,!--no-words", find.inAnyOrder,
-                      "Then print what has the words in any order, accents aside (yes)");
+    command->add_flag_callback(
+        "--no-words", [&] { find.inAnyOrder = false; }, "Print only what matches as typed");
     command->add_flag("-0", find.format.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--json", find.format.json, "Print one array of objects");
     command->add_flag("--relative", find.format.relative,

@@ -94,7 +94,7 @@ private:
     {
         std::string_view note;
         if (isReading)
-            note = "reading the folders…";
+            note = "reading the folders";
         else if (answer_.rows.empty())
             note = "nothing found";
         terminal_.show(screen_.frame({line_, answer_.rows, selected_, note}, size()));

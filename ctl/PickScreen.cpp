@@ -58,6 +58,29 @@ std::vector<Cell>::const_iterator firstThatFits(const std::vector<Cell> &cells, 
     return first;
 }
 
+/// Returns the prompt and the part of the query around the cursor that fits into the columns. Sets
+/// the column of the cursor.
+std::string queryLine(const PickLine &line, int columns, int &cursorColumn)
+{
+    const std::string_view text = line.text();
+    const std::vector<Cell> before = cellsOf(displayText(text.substr(0, line.cursor())));
+    std::string shown(PROMPT);
+    cursorColumn = PROMPT_COLUMNS;
+    // One column stays free for the cursor.
+    for (auto cell = firstThatFits(before, columns - 1); cell != before.end(); ++cell) {
+        shown += cell->bytes;
+        cursorColumn += cell->columns;
+    }
+    int column = cursorColumn;
+    for (const Cell &cell : cellsOf(displayText(text.substr(line.cursor())))) {
+        column += cell.columns;
+        if (column > columns + PROMPT_COLUMNS)
+            break;
+        shown += cell.bytes;
+    }
+    return shown;
+}
+
 } // namespace
 
 std::size_t PickScreen::rowsOf(Terminal::Size size)
@@ -69,27 +92,8 @@ TerminalFrame PickScreen::frame(const Contents &contents, Terminal::Size size)
 {
     // The last column stays empty, since terminals differ in what a character there does.
     const int columns = std::max(size.columns - 1 - PROMPT_COLUMNS, 1);
-    const PickLine &line = contents.line;
-    const std::vector<Cell> before =
-        cellsOf(displayText(std::string_view(line.text()).substr(0, line.cursor())));
-    // One column stays free for the cursor.
-    const auto first = firstThatFits(before, columns - 1);
     TerminalFrame frame;
-    frame.cursorColumn = PROMPT_COLUMNS;
-    std::string query(PROMPT);
-    for (auto cell = first; cell != before.end(); ++cell) {
-        query += cell->bytes;
-        frame.cursorColumn += cell->columns;
-    }
-    int column = frame.cursorColumn;
-    for (const Cell &cell :
-         cellsOf(displayText(std::string_view(line.text()).substr(line.cursor())))) {
-        column += cell.columns;
-        if (column > columns + PROMPT_COLUMNS)
-            break;
-        query += cell.bytes;
-    }
-    frame.lines.push_back(std::move(query));
+    frame.lines.push_back(queryLine(contents.line, columns, frame.cursorColumn));
 
     const std::size_t visible = rowsOf(size);
     const std::size_t count = contents.rows.size();
@@ -100,9 +104,9 @@ TerminalFrame PickScreen::frame(const Contents &contents, Terminal::Size size)
     for (std::size_t i = firstRow_; i < std::min(count, firstRow_ + visible); ++i)
         frame.lines.push_back(rowLine(*contents.rows[i], i == contents.selected, columns));
     if (!contents.note.empty() && frame.lines.size() <= visible) {
-        std::string note = "  ";
-        note += contents.note.substr(0, static_cast<std::size_t>(columns));
-        frame.lines.push_back(std::string(FAINT) + note + std::string(PLAIN));
+        std::string note(FAINT);
+        note.append("  ").append(contents.note.substr(0, static_cast<std::size_t>(columns)));
+        frame.lines.push_back(note.append(PLAIN));
     }
     frame.lines.resize(static_cast<std::size_t>(std::max(size.rows, 1)));
     return frame;

@@ -22,7 +22,7 @@ public:
         const std::vector<SearchBaseResultRef> &rows;
         /// The selected row, counted from 0.
         std::size_t selected = 0;
-        /// A line below the rows; empty for none.
+        /// A line of ASCII below the rows; empty for none.
         std::string_view note;
     };
 

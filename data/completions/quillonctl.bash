@@ -27,8 +27,8 @@ _quillonctl() {
             ;;
     esac
     case $command in
-        match) options='-n --top --order --words --counts --repeat -0 --scores --json --stats --help' ;;
-        find) options='--in -n --top --order --no-words -0 --json --relative --crawl --stats --help' ;;
+        match) options='--top -n --order --words --counts --repeat -0 --scores --json --stats --help' ;;
+        find) options='--in --top -n --order --no-words -0 --json --relative --crawl --stats --help' ;;
         pick) options='--height --best -0 --help' ;;
         use)
             options='--help'

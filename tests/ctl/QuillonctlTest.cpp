@@ -128,9 +128,9 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"topByItsLetter", "printf 'ab\\nabc\\n' | ctl match -n 1 ab", "ab\n"},
         Row{"plainPaths", "printf '/u/x/d\\n/d/\\377\\n' | ctl match d",
             bytes("/d/\377\n/u/x/d\n")},
-        Row{"asJson", "printf '/u/d\\n/d/\\377\\n' | ctl match --json d | tr -d '0-9.'",
-            "[{\"path\":\"/d/\\udcff\",\"ranges\":[[,]],\"score\":},"
-            "{\"path\":\"/u/d\",\"ranges\":[[,]],\"score\":}]\n"},
+        Row{"asJson", "printf '/u/dc\\n/dc/\\377\\n' | ctl match --json dc | tr -d '0-9.'",
+            "[{\"path\":\"/dc/\\udcff\",\"ranges\":[[,]],\"score\":},"
+            "{\"path\":\"/u/dc\",\"ranges\":[[,]],\"score\":}]\n"},
         Row{"usesAreCounted",
             "mkdir d; ctl use d/ ./d/../d && ctl use d && tr -d ' ' "
             "<../config/quillon/quillon.json "

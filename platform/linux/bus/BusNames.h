@@ -14,7 +14,8 @@ struct BusNames
     static constexpr const char *ACTIVATION_TOKEN = "activation-token";
     static constexpr const char *STARTUP_ID = "desktop-startup-id";
 
-    /// Find(ay settings, ay query, u limit) -> a(ayda(xx)): path, score, ranges to mark.
+    /// Find(ay settings, ay query, u limit, s order, b words) -> a(ayda(xx)): path, score, ranges
+    /// to mark.
     static constexpr const char *SEARCH = "org.quillon.Quillon.Search";
     static constexpr const char *FIND = "Find";
     /// Status() -> s: the state of the instance, as a JSON object.
