@@ -104,8 +104,9 @@ RowText rowText(const SearchBaseResult &result, std::string_view home)
     row.nameStart = static_cast<int>(lastSlash) + 1;
 
     row.matches = spansOf(result.highlightRanges(), starts);
-    // The home folder itself keeps its name.
-    if (!home.empty() && result.text().size() > home.size() + 1 && isAtOrBelow(result.text(), home))
+    // The home folder itself keeps its name, and so does everything when it is "/".
+    if (home.size() > 1 && result.text().size() > home.size() + 1 &&
+        isAtOrBelow(result.text(), home))
         abbreviate(row, static_cast<int>(displayText(home).size()));
     return row;
 }

@@ -161,6 +161,7 @@ TEST(RowText, drawsTheHomeFolderAsATilde)
         << "the tilde stands for what matched in it";
     EXPECT_EQ(drawn("/home/alex", {}), u"/home/|alex"_s);
     EXPECT_EQ(drawn("/home/alexa/Work", {}), u"/home/alexa/|Work"_s);
+    EXPECT_EQ(rowText(result("/usr/Work", {}), "/").text, u"/usr/Work"_s);
 }
 
 } // namespace quillon
