@@ -66,7 +66,8 @@ class Terminal:
         """Reads until the screen is as the function wants it."""
         deadline = time.monotonic() + PATIENCE
         while not shown():
-            if not self.read() or time.monotonic() > deadline:
+            has_ended = not self.read()
+            if (has_ended and not shown()) or time.monotonic() > deadline:
                 raise AssertionError(f"never shown: {what}\n{self.text()}")
 
     def await_text(self, text):
