@@ -150,7 +150,7 @@ void addUse(CLI::App &app, int argc, UseCommand &use, Chosen &chosen)
     command->final_callback([&] { chosen = [&](Output &) { return use.run(); }; });
 }
 
-void addInit(CLI::App &app, std::string_view &code, Chosen &chosen)
+void addInit(CLI::App &app, std::string &code, Chosen &chosen)
 {
     CLI::App *command = app.add_subcommand("init", "Print what a shell reads at its start");
     const auto read = [&code](const std::string &shell) {
@@ -211,7 +211,7 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
     addStatus(app, status, chosen);
     PickCommand pick;
     UseCommand use;
-    std::string_view code;
+    std::string code;
     addPick(app, argc, pick, chosen);
     addUse(app, argc, use, chosen);
     addInit(app, code, chosen);

@@ -9,10 +9,9 @@ namespace quillon {
 
 namespace {
 
-constexpr std::string_view BASH =
-    R"sh(# Quillon in bash. In ~/.bashrc: eval "$(quillonctl init bash)"
-
-# q [TERMS]: changes to the best folder, or shows the panel when it is in doubt.
+/// The function is the same in bash and in zsh.
+constexpr std::string_view CHANGE_FOLDER =
+    R"sh(# q [TERMS]: changes to the best folder, or shows the panel when it is in doubt.
 q() {
     local picked
     picked=$(command quillonctl pick --best --height 15 -- "$@" && printf x) || return
@@ -25,7 +24,14 @@ q() {
     command quillonctl use -- "$picked"
 }
 
-# Ctrl+G: inserts a path at the cursor.
+)sh";
+
+constexpr std::string_view BASH_HINT =
+    R"sh(# Quillon in bash. In ~/.bashrc: eval "$(quillonctl init bash)"
+
+)sh";
+
+constexpr std::string_view BASH = R"sh(# Ctrl+G: inserts a path at the cursor.
 __quillon_insert() {
     local picked
     picked=$(command quillonctl pick --height 15 && printf x) || return
@@ -41,22 +47,12 @@ if [[ $- == *i* ]]; then
 fi
 )sh";
 
-constexpr std::string_view ZSH = R"sh(# Quillon in zsh. In ~/.zshrc: eval "$(quillonctl init zsh)"
+constexpr std::string_view ZSH_HINT =
+    R"sh(# Quillon in zsh. In ~/.zshrc: eval "$(quillonctl init zsh)"
 
-# q [TERMS]: changes to the best folder, or shows the panel when it is in doubt.
-q() {
-    local picked
-    picked=$(command quillonctl pick --best --height 15 -- "$@" && printf x) || return
-    picked=${picked%$'\n'x}
-    if [ -d "$picked" ]; then
-        builtin cd -- "$picked" || return
-    else
-        builtin cd -- "${picked%/*}/" || return
-    fi
-    command quillonctl use -- "$picked"
-}
+)sh";
 
-# Ctrl+G: inserts a path at the cursor.
+constexpr std::string_view ZSH = R"sh(# Ctrl+G: inserts a path at the cursor.
 __quillon_insert() {
     local picked
     if picked=$(command quillonctl pick --height 15 && printf x); then
@@ -107,14 +103,15 @@ end
 
 } // namespace
 
-std::optional<std::string_view> shellInit(std::string_view shell)
+std::optional<std::string> shellInit(std::string_view shell)
 {
+    std::string code;
     if (shell == "bash")
-        return BASH;
+        return code.append(BASH_HINT).append(CHANGE_FOLDER).append(BASH);
     if (shell == "zsh")
-        return ZSH;
+        return code.append(ZSH_HINT).append(CHANGE_FOLDER).append(ZSH);
     if (shell == "fish")
-        return FISH;
+        return code.append(FISH);
     return std::nullopt;
 }
 
