@@ -35,7 +35,6 @@ endif()
 # A mistake that writes out of bounds ends the program rather than serving an attacker: frames are
 # guarded, calls of the C library check sizes, and the tables of functions are read-only before any
 # code of ours runs.
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 add_compile_options(-fstack-protector-strong -fstack-clash-protection
                     "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
 add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)
