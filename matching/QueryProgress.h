@@ -1,9 +1,13 @@
 #pragma once
 
+#include "base/TextFolding.h"
 #include "matching/ByteClasses.h"
 #include "matching/FuzzyScore.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -23,6 +27,8 @@ public:
             needed_[i] = needed_[i + 1] | classesOf(query[i]);
     }
 
+    /// Returns whether the path holds the whole query.
+    bool isHeldBy(std::string_view path) const { return isSubsequence(query_, path); }
     bool isWhole(std::size_t held) const { return held == query_.size(); }
     /// Returns the classes of byte that the rest of the query needs.
     ByteClassSet needed(std::size_t held) const { return needed_[held]; }
@@ -45,8 +51,8 @@ private:
     std::vector<ByteClassSet> needed_;
 };
 
-/// Each word of the query occurs in some name, its bytes in order. The number has a bit for each
-/// word.
+/// Each word of the query occurs in some name, its bytes in order. The words are folded, and so are
+/// the names. The number has a bit for each word.
 class WordsInAnyOrder
 {
 public:
@@ -74,6 +80,17 @@ public:
                 needed_[held] |= (held >> i & 1) != 0 ? 0 : classesOf(words_[i]);
     }
 
+    bool isHeldBy(std::string_view path) const
+    {
+        const std::optional<std::string> folded = foldedText(path);
+        std::string_view rest = folded ? *folded : path;
+        std::size_t held = 0;
+        for (std::size_t slash = rest.find('/'); slash != rest.npos; slash = rest.find('/')) {
+            held = behindName(held, rest.substr(0, slash));
+            rest.remove_prefix(slash + 1);
+        }
+        return isWhole(behindName(held, rest));
+    }
     bool isWhole(std::size_t held) const { return held + 1 == needed_.size(); }
     ByteClassSet needed(std::size_t held) const { return needed_[held]; }
     std::size_t behindName(std::size_t held, std::string_view name) const

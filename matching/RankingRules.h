@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,10 +29,6 @@ struct InOrderMatching
 {
     using Progress = BytesInOrder;
 
-    static bool matches(std::string_view query, std::string_view text)
-    {
-        return isSubsequence(query, text);
-    }
     static std::string_view name(const PathTree &tree, const PathTree::Node &node)
     {
         return tree.name(node);
@@ -127,28 +124,16 @@ struct WordsRule
         return std::ranges::any_of(Progress::wordsOf(query), isBestFor);
     }
 
-    static bool matches(std::string_view query, std::string_view text)
-    {
-        const Progress progress(query);
-        const std::string folded = foldedText(text).value_or(std::string(text));
-        std::size_t held = 0;
-        for (std::size_t begin = 0; begin <= folded.size();) {
-            const std::size_t end = std::min(folded.find('/', begin), folded.size());
-            held = progress.behindName(held, std::string_view(folded).substr(begin, end - begin));
-            begin = end + 1;
-        }
-        return progress.isWhole(held);
-    }
     static std::string_view name(const PathTree &tree, const PathTree::Node &node)
     {
         return tree.foldedName(node);
     }
     static double score(std::string_view query, std::string_view text)
     {
-        const std::string folded = foldedText(text).value_or(std::string(text));
+        const std::optional<std::string> folded = foldedText(text);
         double sum = 0;
         for (const std::string_view word : Progress::wordsOf(query))
-            sum += Rule::score(word, folded);
+            sum += Rule::score(word, folded ? *folded : text);
         return Rule::sum(sum);
     }
     static Hit hit(double score, PathTree::NodeId id, const PathTree::Node &node)

@@ -95,7 +95,7 @@ void TreeSearch<Rule>::scoreUsedTexts()
     // These texts are scored apart, so that their shares never loosen the bound for the others.
     const MutexLock guard(mutex_);
     for (const auto &[text, count] : uses_->counts) {
-        if (!Rule::matches(query_, text))
+        if (!progress_.isHeldBy(text))
             continue;
         const NodeId node = index_.tree.find(text);
         if (node == PathTree::NONE || (index_.tree.node(node).flags & PathTree::CANDIDATE) == 0)

@@ -15,14 +15,13 @@ namespace quillon {
 // scorers of an order, one for each word, the form of a single one. Immutable; safe from every
 // thread.
 
-template <typename Rule>
-class WordScorers
+template <typename Scorer>
+class ScorerForEachWord
 {
 public:
-    using Scorer = typename Rule::Scorer;
     using State = std::vector<typename Scorer::State>;
 
-    explicit WordScorers(std::string_view query)
+    explicit ScorerForEachWord(std::string_view query)
     {
         for (const std::string_view word : WordsInAnyOrder::wordsOf(query))
             scorers_.emplace_back(word);
@@ -35,6 +34,21 @@ public:
             state.push_back(scorer.initialState());
         return state;
     }
+
+protected:
+    std::vector<Scorer> scorers_;
+};
+
+template <typename Rule>
+class WordScorers : public ScorerForEachWord<typename Rule::Scorer>
+{
+    using Each = ScorerForEachWord<typename Rule::Scorer>;
+    using Each::scorers_;
+
+public:
+    using Each::Each;
+    using typename Each::State;
+
     void extendByName(State &state, std::size_t position, std::string_view name) const
     {
         for (std::size_t i = 0; i < scorers_.size(); ++i)
@@ -52,33 +66,21 @@ public:
             sum += scorers_[i].score(state[i]);
         return Rule::sum(sum);
     }
-
-private:
-    std::vector<Scorer> scorers_;
 };
 
 template <typename UnitScorer>
-class WordUnitScorers
+class WordUnitScorers : public ScorerForEachWord<UnitScorer>
 {
+    using Each = ScorerForEachWord<UnitScorer>;
+    using Each::scorers_;
+
 public:
     static constexpr std::size_t LONGEST_QUERY = UnitScorer::LONGEST_QUERY;
 
-    using State = std::vector<typename UnitScorer::State>;
+    using typename Each::State;
     using Starts = std::vector<typename UnitScorer::Starts>;
+    using Each::Each;
 
-    explicit WordUnitScorers(std::string_view query)
-    {
-        for (const std::string_view word : WordsInAnyOrder::wordsOf(query))
-            scorers_.emplace_back(word);
-    }
-
-    State initialState() const
-    {
-        State state;
-        for (const UnitScorer &scorer : scorers_)
-            state.push_back(scorer.initialState());
-        return state;
-    }
     void extendByName(const State &from, State &to, std::size_t position, std::string_view name,
                       bool continues) const
     {
@@ -127,9 +129,6 @@ public:
         return UnitScorer::ranks(scores, node, below);
     }
     static int rankToReach(const Hit &hit) { return UnitScorer::rankToReach(hit); }
-
-private:
-    std::vector<UnitScorer> scorers_;
 };
 
 } // namespace quillon

@@ -134,11 +134,11 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"usesAreCounted",
             "mkdir d; ctl use d/ ./d/../d && ctl use d && tr -d ' ' "
             "<../config/quillon/quillon.json "
-            "| grep -c '/work/d\":3$'",
+            "| grep -c \"^\\\"$PWD/d\\\":3$\"",
             "1\n"},
         Row{"usesAtOnceAllCount",
             "mkdir d; for i in $(seq 12); do ctl use d & done; wait; "
-            "grep -c '/work/d\": 12$' ../config/quillon/quillon.json",
+            "grep -c \"^ *\\\"$PWD/d\\\": 12$\" ../config/quillon/quillon.json",
             "1\n"},
         Row{"topZero", "echo ab | ctl match --top 0 ab", ""},
         Row{"negativeInfinity",
