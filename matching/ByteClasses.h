@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 namespace quillon {
@@ -21,8 +23,10 @@ inline constexpr std::string_view SEPARATORS = "/ -_.";
 inline constexpr unsigned FIRST_CAPITAL_GROUP = 41;
 inline constexpr unsigned CAPITAL_GROUPS = 8;
 inline constexpr unsigned FIRST_OTHER_GROUP = FIRST_CAPITAL_GROUP + CAPITAL_GROUPS;
+inline constexpr unsigned FIRST_LEVEL = 54;
+inline constexpr unsigned OTHER_GROUPS = FIRST_LEVEL - FIRST_OTHER_GROUP;
 inline constexpr unsigned FIRST_SHORT_NAME = 57;
-inline constexpr unsigned OTHER_GROUPS = FIRST_SHORT_NAME - FIRST_OTHER_GROUP;
+inline constexpr unsigned LEVELS = FIRST_SHORT_NAME - FIRST_LEVEL;
 inline constexpr unsigned SHORT_NAMES = 64 - FIRST_SHORT_NAME;
 
 constexpr std::array<ByteClassSet, 256> makeTable()
@@ -48,6 +52,9 @@ constexpr std::array<ByteClassSet, 256> makeTable()
 inline constexpr std::array<ByteClassSet, 256> TABLE = makeTable();
 
 } // namespace byteclasses
+
+/// Stands for more levels of folders than are counted.
+inline constexpr unsigned UNCOUNTED_LEVELS = std::numeric_limits<unsigned>::max();
 
 /// Returns, for a byte of a query, the classes that a text must hold to match it; for a byte of a
 /// text, the classes that it provides.
@@ -82,6 +89,28 @@ constexpr int leastNameLength(ByteClassSet set)
         return static_cast<int>(SHORT_NAMES) + 1;
     const int index = std::countr_zero(classes);
     return index == 0 ? 0 : index + 1;
+}
+
+/// Returns the classes of as many levels, one of which is the slash: a text with so many slashes
+/// behind a node needs them.
+constexpr ByteClassSet levelClasses(unsigned levels)
+{
+    using namespace byteclasses;
+    if (levels == 0)
+        return 0;
+    const unsigned counted = std::min(levels - 1, LEVELS);
+    return classesOf('/') | ((ByteClassSet{1} << counted) - 1) << FIRST_LEVEL;
+}
+
+/// Returns the most levels that are below a node of which the set is known.
+constexpr unsigned mostLevels(ByteClassSet set)
+{
+    using namespace byteclasses;
+    if ((set & classesOf('/')) == 0)
+        return 0;
+    const auto counted =
+        static_cast<unsigned>(std::countr_one(set >> FIRST_LEVEL & ((1U << LEVELS) - 1)));
+    return counted == LEVELS ? UNCOUNTED_LEVELS : counted + 1;
 }
 
 /// Pairs of neighbouring bytes are sorted into 64 classes, whatever the case of letters.

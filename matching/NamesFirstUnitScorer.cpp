@@ -47,123 +47,150 @@ NamesFirstUnitScorer::NamesFirstUnitScorer(std::string_view query) : query_(quer
 NamesFirstUnitScorer::State NamesFirstUnitScorer::initialState() const
 {
     State state;
-    state.below.best.fill(lanes::all(NO_WAY));
-    state.below.ending.fill(lanes::all(NO_WAY));
+    state.best.fill(lanes::all(NO_WAY));
+    state.ending.fill(lanes::all(NO_WAY));
     return state;
 }
 
-void NamesFirstUnitScorer::copy(const Ways &from, Ways &to) const
-{
-    std::copy_n(from.best.begin(), query_.vectors(), to.best.begin());
-    std::copy_n(from.ending.begin(), query_.vectors(), to.ending.begin());
-}
-
-void NamesFirstUnitScorer::extendByName(const State &from, State &to, std::size_t,
-                                        std::string_view name, bool continues) const
-{
-    copy(from.below, to.text);
-    if (continues)
-        copy(from.below, to.below);
-    extend(to, name, true, continues);
-}
-
-void NamesFirstUnitScorer::enterName(const State &from, State &to, std::size_t position,
+void NamesFirstUnitScorer::enterName(const State &from, State &to, std::size_t,
                                      std::string_view name) const
 {
-    copy(from.below, to.below);
-    extend(to, name, false, true);
-    enterText(to, position, name);
+    query_.withVectors([&]<std::size_t COUNT>() { enterVectors<COUNT>(from, to, name); });
 }
 
-void NamesFirstUnitScorer::enterText(State &state, std::size_t, std::string_view) const
+template <std::size_t COUNT>
+void NamesFirstUnitScorer::enterVectors(const State &from, State &to, std::string_view name) const
 {
-    Ways &ways = state.below;
-    const lanes::Vector *matched = query_.matchedBy('/');
-    lanes::Vector bestBelow = lanes::all(0);
-    lanes::Vector endingBelow = lanes::all(NO_WAY);
-    for (std::size_t v = 0; v < query_.vectors(); ++v) {
-        const lanes::Vector best = ways.best[v];
-        const lanes::Vector ending = ways.ending[v];
-        const lanes::Vector score = lanes::greater(lanes::shiftUp(best, bestBelow) + START_AT_SLASH,
-                                                   lanes::shiftUp(ending, endingBelow) + RUN);
-        ways.ending[v] = matched[v] != 0 ? score : lanes::all(NO_WAY);
-        ways.best[v] = lanes::greater(best + slashGaps_[v],
-                                      lanes::greater(ways.ending[v], lanes::all(NO_WAY)));
-        bestBelow = best;
-        endingBelow = ending;
-    }
-}
-
-/// Passes a name for the text itself, for the texts below, or for both.
-void NamesFirstUnitScorer::extend(State &state, std::string_view name, bool isText,
-                                  bool isBelow) const
-{
-    char previous = '/';
-    std::int16_t lead = 0;
-    const char *const end = name.data() + name.size();
-    for (const char *at = name.data(); at != end;) {
-        const char *const begin = at;
-        bool areSeparators = true;
-        while (at != end && !query_.holds(*at))
-            areSeparators &= namesfirst::isWordSeparator(*at++);
-        if (const auto passed = static_cast<std::int16_t>(at - begin); passed > 0) {
-            const auto gaps = static_cast<std::int16_t>(passed * GAP_IN_NAME);
-            const auto inRun = static_cast<std::int16_t>(passed * SEPARATOR_IN_RUN);
-            if (isText)
-                passUnmatched(state.text, gaps, areSeparators, inRun);
-            if (isBelow)
-                passUnmatched(state.below, 0, areSeparators, inRun);
-            lead = static_cast<std::int16_t>(lead + gaps);
-            previous = at[-1];
+    std::array<lanes::Vector, COUNT> bests;
+    std::array<lanes::Vector, COUNT> endings;
+    std::copy_n(from.best.begin(), COUNT, bests.begin());
+    std::copy_n(from.ending.begin(), COUNT, endings.begin());
+    const auto matchByte = [&](char byte, std::int16_t earned, auto gapOf, auto endingOf) {
+        const lanes::Vector *matched = query_.matchedBy(byte);
+        // The first query byte has no row above it.
+        lanes::Vector bestBelow = lanes::all(0);
+        lanes::Vector endingBelow = lanes::all(NO_WAY);
+        for (std::size_t v = 0; v < COUNT; ++v) {
+            const lanes::Vector best = bests[v];
+            const lanes::Vector ending = endings[v];
+            const lanes::Vector score = lanes::greater(lanes::shiftUp(best, bestBelow) + earned,
+                                                       lanes::shiftUp(ending, endingBelow) + RUN);
+            const lanes::Vector reached = matched[v] != 0 ? score : lanes::all(NO_WAY);
+            bests[v] = lanes::greater(gapOf(v, best), reached);
+            endings[v] = matched[v] != 0 ? score : endingOf(ending);
+            bestBelow = best;
+            endingBelow = ending;
         }
-        if (at == end)
-            return;
-        const lanes::Vector *matched = query_.matchedBy(*at);
-        const auto earned = static_cast<std::int16_t>(namesfirst::start(*at, previous));
-        const bool isSeparator = namesfirst::isWordSeparator(*at);
-        if (isText)
-            matchByte(state.text, lead, earned, isSeparator, GAP_IN_NAME, matched);
-        if (isBelow)
-            matchByte(state.below, 0, earned, isSeparator, 0, matched);
-        lead = static_cast<std::int16_t>(lead + GAP_IN_NAME);
-        previous = *at++;
+    };
+    const auto noGap = [](std::size_t, lanes::Vector best) { return best; };
+    const auto endRun = [](lanes::Vector) { return lanes::all(NO_WAY); };
+    const auto passSeparator = [](lanes::Vector ending) { return ending + SEPARATOR_IN_RUN; };
+    char previous = '/';
+    for (std::size_t at = 0; at < name.size();) {
+        const std::size_t begin = at;
+        bool areSeparators = true;
+        while (at < name.size() && !query_.holds(name[at]))
+            areSeparators &= namesfirst::isWordSeparator(name[at++]);
+        if (at > begin) {
+            const auto inRun =
+                static_cast<std::int16_t>(static_cast<int>(at - begin) * SEPARATOR_IN_RUN);
+            for (lanes::Vector &ending : endings)
+                ending = areSeparators ? ending + inRun : lanes::all(NO_WAY);
+            previous = name[at - 1];
+        }
+        if (at < name.size()) {
+            const auto earned = static_cast<std::int16_t>(namesfirst::start(name[at], previous));
+            if (namesfirst::isWordSeparator(name[at]))
+                matchByte(name[at], earned, noGap, passSeparator);
+            else
+                matchByte(name[at], earned, noGap, endRun);
+            previous = name[at++];
+        }
     }
+    const auto passSlash = [this](std::size_t v, lanes::Vector best) {
+        return lanes::greater(best + slashGaps_[v], lanes::all(NO_WAY));
+    };
+    matchByte('/', START_AT_SLASH, passSlash, endRun);
+    std::copy_n(bests.begin(), COUNT, to.best.begin());
+    std::copy_n(endings.begin(), COUNT, to.ending.begin());
 }
 
-void NamesFirstUnitScorer::passUnmatched(Ways &ways, std::int16_t gaps, bool areSeparators,
-                                         std::int16_t inRun) const
+void NamesFirstUnitScorer::computeGains(std::string_view name, lanes::Vector *gains) const
 {
-    for (std::size_t v = 0; v < query_.vectors(); ++v) {
-        ways.best[v] += gaps;
-        ways.ending[v] = areSeparators ? ways.ending[v] + inRun : lanes::all(NO_WAY);
-    }
+    query_.withVectors([&]<std::size_t COUNT>() { computeGainVectors<COUNT>(name, gains); });
 }
 
-void NamesFirstUnitScorer::matchByte(Ways &ways, std::int16_t lead, std::int16_t earned,
-                                     bool isSeparator, std::int16_t gap,
-                                     const lanes::Vector *matched) const
+/// Goes through the name from its end to its beginning. Lane i stands for the bytes of the query
+/// behind byte i: apart is the most that they earn in the rest of the name, and inRun the most if
+/// the rest continues a run.
+template <std::size_t COUNT>
+void NamesFirstUnitScorer::computeGainVectors(std::string_view name, lanes::Vector *gains) const
 {
-    // The first query byte has no row above it.
-    lanes::Vector bestBelow = lanes::all(lead);
-    lanes::Vector endingBelow = lanes::all(NO_WAY);
-    for (std::size_t v = 0; v < query_.vectors(); ++v) {
-        const lanes::Vector best = ways.best[v];
-        const lanes::Vector ending = ways.ending[v];
-        const lanes::Vector score = lanes::greater(lanes::shiftUp(best, bestBelow) + earned,
-                                                   lanes::shiftUp(ending, endingBelow) + RUN);
-        const lanes::Vector reached = matched[v] != 0 ? score : lanes::all(NO_WAY);
-        ways.best[v] = lanes::greater(best + gap, reached);
-        ways.ending[v] = reached;
-        if (isSeparator)
-            ways.ending[v] = matched[v] != 0 ? score : ending + SEPARATOR_IN_RUN;
-        bestBelow = best;
-        endingBelow = ending;
+    std::array<lanes::Vector, COUNT> apart;
+    std::array<lanes::Vector, COUNT> inRun;
+    apart.fill(lanes::all(NO_WAY));
+    inRun.fill(lanes::all(NO_WAY));
+    const std::size_t last = query_.rows() - 1;
+    apart[last / lanes::COUNT][last % lanes::COUNT] = 0;
+    int whole = NO_WAY;
+    for (std::size_t at = name.size(); at > 0;) {
+        const std::size_t end = at;
+        bool areSeparators = true;
+        while (at > 0 && !query_.holds(name[at - 1]))
+            areSeparators &= namesfirst::isWordSeparator(name[--at]);
+        if (at < end) {
+            const auto count = static_cast<int>(end - at);
+            const auto gaps = static_cast<std::int16_t>(count * GAP_IN_NAME);
+            const auto passed = static_cast<std::int16_t>(count * SEPARATOR_IN_RUN);
+            for (std::size_t v = 0; v < COUNT; ++v) {
+                apart[v] += gaps;
+                inRun[v] = areSeparators ? lanes::greater(inRun[v] + passed, lanes::all(NO_WAY))
+                                         : lanes::all(NO_WAY);
+            }
+            whole += gaps;
+        }
+        if (at == 0)
+            break;
+        const char byte = name[--at];
+        const bool isSeparator = namesfirst::isWordSeparator(byte);
+        const auto earned =
+            static_cast<std::int16_t>(namesfirst::start(byte, at > 0 ? name[at - 1] : '/'));
+        const lanes::Vector *matched = query_.matchedBy(byte);
+        whole += GAP_IN_NAME;
+        if (matched[0][0] != 0)
+            whole = std::max(whole, std::max(apart[0][0], inRun[0][0]) + earned);
+        for (std::size_t v = 0; v < COUNT; ++v) {
+            const bool isLast = v + 1 == COUNT;
+            const lanes::Vector above = isLast ? lanes::all(NO_WAY)
+                                               : lanes::greater(apart[v + 1], inRun[v + 1]);
+            const lanes::Vector rest =
+                lanes::shiftDown(lanes::greater(apart[v], inRun[v]), above);
+            const lanes::Vector isMatched =
+                lanes::shiftDown(matched[v], isLast ? lanes::Vector{} : matched[v + 1]);
+            // A separator that matches the query byte before is not passed but matched.
+            const lanes::Vector passed =
+                isSeparator ? (matched[v] != 0 ? lanes::all(NO_WAY) : inRun[v] + SEPARATOR_IN_RUN)
+                            : lanes::all(NO_WAY);
+            apart[v] = lanes::greater(apart[v] + GAP_IN_NAME,
+                                      isMatched != 0 ? rest + earned : lanes::all(NO_WAY));
+            inRun[v] = lanes::greater(isMatched != 0 ? rest + RUN : lanes::all(NO_WAY),
+                                      lanes::greater(passed, lanes::all(NO_WAY)));
+        }
     }
+    std::copy_n(apart.begin(), COUNT, gains);
+    std::copy_n(inRun.begin(), COUNT, gains + COUNT);
+    gains[2 * COUNT] = lanes::all(static_cast<std::int16_t>(std::max<int>(whole, NO_WAY)));
 }
 
-int NamesFirstUnitScorer::score(const State &state) const
+int NamesFirstUnitScorer::score(const State &state, std::size_t, const lanes::Vector *gains) const
 {
-    return std::max(ShortQuery::at(state.text.best, query_.rows() - 1), namesfirst::LOWEST);
+    return query_.withVectors([&]<std::size_t COUNT>() {
+        lanes::Vector best = gains[2 * COUNT];
+        for (std::size_t v = 0; v < COUNT; ++v)
+            best = lanes::greater(best, lanes::greater(state.best[v] + gains[v],
+                                                       state.ending[v] + gains[COUNT + v]));
+        return std::max(lanes::highest(best), namesfirst::LOWEST);
+    });
 }
 
 int NamesFirstUnitScorer::rank(int score, const PathTree::Node &node)
@@ -179,15 +206,7 @@ Bounds NamesFirstUnitScorer::ranks(Bounds scores, const PathTree::Node &node, By
             .below = rankOf(scores.below, length + 1 + leastName)};
 }
 
-void NamesFirstUnitScorer::computeStarts(const State &state, std::size_t, Starts &starts) const
-{
-    starts[0] = {0, NO_WAY};
-    for (std::size_t i = 1; i <= query_.rows(); ++i)
-        starts[i] = {ShortQuery::at(state.below.best, i - 1),
-                     ShortQuery::at(state.below.ending, i - 1)};
-}
-
-Bounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &node,
+Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathTree::Node &node,
                                     ByteClassSet below) const
 {
     using namesfirst::LEVEL_BELOW;
@@ -203,8 +222,9 @@ Bounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &
     int gaps = node.nameLength;
     int gapsBelow = leastNameLength(below);
     const std::size_t rows = query_.rows();
-    int best = starts[rows].apart - gaps;
-    int bestBelow = starts[rows].apart + LEVEL_BELOW - gapsBelow;
+    const int matched = ShortQuery::at(state.best, rows - 1);
+    int best = matched - gaps;
+    int bestBelow = matched + LEVEL_BELOW - gapsBelow;
     int earnedBehind = 0;
     for (std::size_t i = rows; i-- > 0 && (query_.row(i).needed & ~below) == 0;) {
         const ShortQuery::Row &row = query_.row(i);
@@ -218,8 +238,11 @@ Bounds NamesFirstUnitScorer::bounds(const Starts &starts, const PathTree::Node &
             inRun = RUN;
         else if (mayPassSeparator && (row.separatorBehindPrevious & pairs) != 0)
             inRun = RUN_PAST_SEPARATOR;
-        const int earned =
-            std::max(starts[i].apart + atSlash, starts[i].beforeRun + inRun) + earnedBehind;
+        int start = atSlash;
+        if (i > 0)
+            start = std::max(ShortQuery::at(state.best, i - 1) + atSlash,
+                             ShortQuery::at(state.ending, i - 1) + inRun);
+        const int earned = start + earnedBehind;
         gaps -= gaps > 0 ? 1 : 0;
         gapsBelow -= gapsBelow > 0 ? 1 : 0;
         best = std::max(best, earned - gaps);

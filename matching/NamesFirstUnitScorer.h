@@ -6,9 +6,7 @@
 #include "matching/ShortQuery.h"
 #include "matching/TopHits.h"
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace quillon {
@@ -21,50 +19,33 @@ class NamesFirstUnitScorer
 public:
     static constexpr std::size_t LONGEST_QUERY = ShortQuery::LONGEST;
 
-    /// Each lane stands for a query byte: best is the best score with that byte matched anywhere so
-    /// far, ending with it matched by the last byte or by one that only separators of words follow.
-    struct Ways
+    /// Says what a text's beginning means for the score. Each lane stands for a query byte: best is
+    /// the best score with that byte matched anywhere so far, ending with it matched by the last
+    /// byte or by one that only separators of words follow.
+    struct State
     {
         ShortQuery::Vectors best;
         ShortQuery::Vectors ending;
     };
-    /// Says what a text means for its own score and, as a beginning, for those of the texts below.
-    /// The two differ in what the last name costs.
-    struct State
-    {
-        Ways below;
-        Ways text;
-    };
-    /// Element i is for texts that continue a state at the beginning of a name and match exactly
-    /// the query's bytes from i on behind it: their score before byte i, if that byte starts a run
-    /// or continues one. The last element is for texts that match nothing behind.
-    struct Start
-    {
-        int apart = 0;
-        int beforeRun = 0;
-    };
-    using Starts = std::array<Start, LONGEST_QUERY + 1>;
 
     /// The query has 1 to LONGEST_QUERY bytes.
     explicit NamesFirstUnitScorer(std::string_view query);
 
     /// Returns the state of the empty text.
     State initialState() const;
-    /// Returns in "to" the state of a text that ends in the name. The state is that of the text's
-    /// beginning up to the slash before the name, whose position plays no part. Where the text does
-    /// not continue, the state is good for its rank alone.
-    void extendByName(const State &from, State &to, std::size_t position, std::string_view name,
-                      bool continues) const;
-    /// Returns in "to" the state behind the name and a slash.
+    /// Returns the state behind the name and a slash. The position plays no part.
     void enterName(const State &from, State &to, std::size_t position, std::string_view name) const;
-    /// Carries on what extendByName() has returned for these to the texts below.
-    void enterText(State &state, std::size_t position, std::string_view name) const;
-    /// Returns the score in hundredths of a text that matches.
-    int score(const State &state) const;
-    void computeStarts(const State &state, std::size_t position, Starts &starts) const;
-    /// Returns the highest scores that the node's text and the texts below it can have. The starts
-    /// are those of its parent, and below is PathTree::below() of the node.
-    Bounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
+    /// The gains of a name are as for UnitScorer.
+    std::size_t gainVectors() const { return 2 * query_.vectors() + 1; }
+    /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes.
+    void computeGains(std::string_view name, lanes::Vector *gains) const;
+    /// Returns the score in hundredths of a text that matches, from the state of its beginning and
+    /// the gains of its last name.
+    int score(const State &state, std::size_t position, const lanes::Vector *gains) const;
+    /// Returns the highest scores that the node's text and the texts below it can have. The state
+    /// is the one before the node's name, and below is PathTree::below() of the node.
+    Bounds bounds(const State &state, std::size_t position, const PathTree::Node &node,
+                  ByteClassSet below) const;
 
     /// Returns the rank of the node's text with this score.
     static int rank(int score, const PathTree::Node &node);
@@ -76,11 +57,10 @@ public:
     static int rankToReach(const Hit &hit);
 
 private:
-    void copy(const Ways &from, Ways &to) const;
-    void extend(State &state, std::string_view name, bool isText, bool isBelow) const;
-    void passUnmatched(Ways &ways, std::int16_t gaps, bool areSeparators, std::int16_t inRun) const;
-    void matchByte(Ways &ways, std::int16_t lead, std::int16_t earned, bool isSeparator,
-                   std::int16_t gap, const lanes::Vector *matched) const;
+    template <std::size_t COUNT>
+    void enterVectors(const State &from, State &to, std::string_view name) const;
+    template <std::size_t COUNT>
+    void computeGainVectors(std::string_view name, lanes::Vector *gains) const;
 
     const ShortQuery query_;
     /// What a slash costs each row that does not match it.

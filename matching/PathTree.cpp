@@ -1,7 +1,7 @@
 #include "matching/PathTree.h"
 
+#include "base/Hashing.h"
 #include "base/Require.h"
-#include "base/TextFolding.h"
 
 #include <algorithm>
 #include <bit>
@@ -12,27 +12,12 @@ namespace quillon {
 
 namespace {
 
-/// Multiplies and folds, so that every bit of the result depends on every bit of the operands.
-std::uint64_t mix(std::uint64_t a, std::uint64_t b)
-{
-    __extension__ using Wide = unsigned __int128;
-    const Wide product = static_cast<Wide>(a) * b;
-    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-}
-
-std::uint64_t loadWord(const char *bytes, std::size_t count)
-{
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, count);
-    return word;
-}
-
 std::size_t commonPrefix(std::string_view a, std::string_view b)
 {
     const std::size_t shorter = std::min(a.size(), b.size());
     constexpr std::size_t WORD = sizeof(std::uint64_t);
     std::size_t same = 0;
-    while (same + WORD <= shorter && loadWord(&a[same], WORD) == loadWord(&b[same], WORD))
+    while (same + WORD <= shorter && wordAt(&a[same], WORD) == wordAt(&b[same], WORD))
         same += WORD;
     while (same < shorter && a[same] == b[same])
         ++same;
@@ -107,7 +92,7 @@ void PathTree::keep(NodeId id, Flags flags)
 
 PathTree::NodeId PathTree::child(NodeId parent, std::string_view name)
 {
-    const std::uint64_t hash = hashOf(parent, name);
+    const std::uint64_t hash = hashOf(name, parent);
     const NodeId present = findChild(hash, parent, name);
     if (present != NONE)
         return present;
@@ -133,35 +118,21 @@ PathTree::NodeId PathTree::place(NodeId parent, std::string_view name)
     const Node &above = node(parent);
     Node &fresh = mutableNode(id);
     fresh = {};
-    const std::optional<std::string> folded = foldedText(name);
-    mutableChunkOf(id).below[id & CHUNK_MASK] = classesOf(name);
+    fresh.name = names_.take(name);
+    ByteClassSet &below = mutableChunkOf(id).below[id & CHUNK_MASK];
+    below = classesOf(name);
     fresh.pairsBelow = pairsOf(name);
-    if (folded) {
-        mutableChunkOf(id).below[id & CHUNK_MASK] |= classesOf(*folded);
-        fresh.pairsBelow |= pairsOf(*folded);
-        fresh.flags = HAS_FOLDED_NAME;
+    if (names_.isFolded(fresh.name)) {
+        below |= classesOf(names_.folded(fresh.name));
+        fresh.pairsBelow |= pairsOf(names_.folded(fresh.name));
     }
     fresh.parent = parent;
     const std::size_t before = parent == ROOT ? 0 : std::size_t{above.textLength} + 1;
     fresh.textLength =
         static_cast<std::uint16_t>(std::min<std::size_t>(before + name.size(), LONG_TEXT));
     fresh.nameLength = static_cast<std::uint8_t>(std::min<std::size_t>(name.size(), LONG_NAME));
-    fresh.name = storeName(name, folded ? *folded : std::string_view());
     append(parent, id);
     return id;
-}
-
-NameArena::Offset PathTree::storeName(std::string_view name, std::string_view folded)
-{
-    if (name.size() < LONG_NAME && folded.empty())
-        return names_.store(name);
-    std::string stored;
-    if (name.size() >= LONG_NAME) {
-        const auto length = static_cast<std::uint32_t>(name.size());
-        stored.resize(sizeof(length));
-        std::memcpy(stored.data(), &length, sizeof(length));
-    }
-    return names_.store(stored.append(name).append(folded));
 }
 
 void PathTree::append(NodeId parent, NodeId id)
@@ -215,7 +186,9 @@ PathTree::NodeId PathTree::allocate()
 PathTree::Held PathTree::broughtBy(NodeId id) const
 {
     const Node &child = node(id);
-    Held brought{.classes = below(id) | classesOf('/') | shortNameClass(child.nameLength),
+    const unsigned levels = mostLevels(below(id));
+    const ByteClassSet more = levels == UNCOUNTED_LEVELS ? 0 : levelClasses(levels + 1);
+    Held brought{.classes = below(id) | more | shortNameClass(child.nameLength),
                  .pairs = child.pairsBelow};
     if (child.parent != ROOT) {
         const std::string_view name = this->name(node(child.parent));
@@ -226,8 +199,9 @@ PathTree::Held PathTree::broughtBy(NodeId id) const
 
 void PathTree::widenAncestors(NodeId id)
 {
-    const auto [below, pairs] = broughtBy(id);
-    for (NodeId above = node(id).parent; above != ROOT; above = node(above).parent) {
+    for (; node(id).parent != ROOT; id = node(id).parent) {
+        const NodeId above = node(id).parent;
+        const auto [below, pairs] = broughtBy(id);
         ByteClassSet &belowAncestor = mutableChunkOf(above).below[above & CHUNK_MASK];
         BytePairSet &pairsBelowAncestor = mutableNode(above).pairsBelow;
         if ((belowAncestor & below) == below && (pairsBelowAncestor & pairs) == pairs)
@@ -253,7 +227,7 @@ PathTree::NodeId PathTree::find(std::string_view text) const
 
 PathTree::NodeId PathTree::findChild(NodeId parent, std::string_view name) const
 {
-    return findChild(hashOf(parent, name), parent, name);
+    return findChild(hashOf(name, parent), parent, name);
 }
 
 PathTree::NodeId PathTree::findChild(std::uint64_t hash, NodeId parent, std::string_view name) const
@@ -369,7 +343,7 @@ void PathTree::removeDeadChildren(NodeId parent)
             else
                 setNextSibling(kept, next);
             if (hasTable_)
-                children_.erase(hashOf(id), id);
+                children_.erase(hashOfChild(id), id);
             givenUp_.push_back(id);
             --dead_;
         }
@@ -385,9 +359,7 @@ void PathTree::recycle()
     // The order is reversed, so that the siblings that come next get ascending ids.
     std::ranges::reverse(givenUp_);
     for (const NodeId id : givenUp_) {
-        const Node &node = this->node(id);
-        const std::size_t forms = (node.flags & HAS_FOLDED_NAME) == 0 ? 1 : 2;
-        names_.release(node.name, node.nameLength * forms);
+        names_.release(node(id).name);
         mutableNode(id) = {};
         setNextSibling(id, NONE);
         free_.push_back(id);
@@ -395,35 +367,10 @@ void PathTree::recycle()
     givenUp_.clear();
 }
 
-std::uint64_t PathTree::hashOf(NodeId parent, std::string_view name) const
+std::uint64_t PathTree::hashOfChild(NodeId id) const
 {
-    // The constants are fractional digits of pi, and odd.
-    constexpr std::uint64_t SEED = 0x243f6a8885a308d3;
-    constexpr std::uint64_t FACTOR = 0x13198a2e03707345;
-    std::uint64_t hash = mix(SEED ^ parent, FACTOR ^ name.size());
-    const char *bytes = name.data();
-    std::size_t left = name.size();
-    for (; left >= sizeof(std::uint64_t); left -= sizeof(std::uint64_t)) {
-        hash = mix(hash ^ loadWord(bytes, sizeof(std::uint64_t)), FACTOR);
-        bytes += sizeof(std::uint64_t);
-    }
-    return left == 0 ? mix(hash, FACTOR) : mix(hash ^ loadWord(bytes, left), FACTOR);
-}
-
-std::uint64_t PathTree::hashOf(NodeId id) const
-{
-    const Node &node = this->node(id);
-    return hashOf(node.parent, name(node));
-}
-
-std::string_view PathTree::name(const Node &node) const
-{
-    const char *bytes = names_.at(node.name);
-    if (node.nameLength != LONG_NAME)
-        return {bytes, node.nameLength};
-    std::uint32_t length = 0;
-    std::memcpy(&length, bytes, sizeof(length));
-    return {bytes + sizeof(length), length};
+    const Node &child = node(id);
+    return hashOf(name(child), child.parent);
 }
 
 void PathTree::path(NodeId id, std::vector<NodeId> &nodes) const

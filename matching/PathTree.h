@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/ChildTable.h"
-#include "base/NameArena.h"
 #include "matching/ByteClasses.h"
+#include "matching/NameTable.h"
 
 #include <array>
 #include <atomic>
@@ -58,10 +58,10 @@ public:
         NodeId firstChild = NONE;
         NodeId lastChild = NONE;
         NodeId nextSibling = NONE;
-        NameArena::Offset name = 0;
+        NameTable::Id name = NameTable::NONE;
         /// The length of the whole text is in bytes and saturates at LONG_TEXT.
         std::uint16_t textLength = 0;
-        /// The length of the name saturates at LONG_NAME; the true length is then before the name.
+        /// The length of the name saturates at LONG_NAME.
         std::uint8_t nameLength = 0;
         Flags flags = 0;
     };
@@ -106,15 +106,8 @@ public:
     /// some. NONE behind the last sibling.
     NodeId skipSiblingsWithout(ByteClassSet classes, NodeId id) const;
     static constexpr unsigned LONGEST_SKIP = 256;
-    std::string_view name(const Node &node) const;
-    /// Returns the name as foldedText() folds it, of the same length.
-    std::string_view foldedName(const Node &node) const
-    {
-        const std::string_view name = this->name(node);
-        return (node.flags & HAS_FOLDED_NAME) == 0
-                   ? name
-                   : std::string_view(name.data() + name.size(), name.size());
-    }
+    std::string_view name(const Node &node) const { return names_.name(node.name); }
+    const NameTable &names() const { return names_; }
     std::string text(NodeId id) const;
     /// Appends the text to a buffer, which the caller may use again.
     void appendText(NodeId id, std::string &text) const;
@@ -172,8 +165,6 @@ private:
         std::array<std::uint64_t, CHUNK_SIZE / WORD_BITS> isNextBeside{};
         std::array<Node, CHUNK_SIZE> nodes{};
     };
-    /// The folded name stands behind the name.
-    static constexpr Flags HAS_FOLDED_NAME = 32;
     static constexpr Flags COUNTED_FLAGS = STORED | CANDIDATE | LISTED | HAS_CHILD_SET;
     /// The node is dead, is counted as such, and is still in the hash and in its parent's list.
     static constexpr Flags DEAD = 64;
@@ -213,8 +204,7 @@ private:
     }
     /// Links a node to the sibling behind it, which may be NONE.
     void setNextSibling(NodeId id, NodeId next);
-    std::uint64_t hashOf(NodeId parent, std::string_view name) const;
-    std::uint64_t hashOf(NodeId id) const;
+    std::uint64_t hashOfChild(NodeId id) const;
     NodeId child(NodeId parent, std::string_view name);
     NodeId makeChild(NodeId parent, std::string_view name);
     NodeId place(NodeId parent, std::string_view name);
@@ -222,7 +212,6 @@ private:
     void keep(NodeId id, Flags flags);
     void append(NodeId parent, NodeId id);
     NodeId copyNode(const PathTree &source, NodeId id, NodeId parent);
-    NameArena::Offset storeName(std::string_view name, std::string_view folded);
     NodeId allocate();
     Held broughtBy(NodeId id) const;
     void widenAncestors(NodeId id);
@@ -235,7 +224,7 @@ private:
 
     std::vector<std::unique_ptr<Chunk>> chunks_;
     NodeId used_ = 0;
-    NameArena names_;
+    NameTable names_;
     ChildTable children_;
     /// The table above has every child.
     bool hasTable_ = true;

@@ -8,6 +8,7 @@
 // the ids follow the order of reading, the names too. It is made while others go on reading, and
 // only exchanging it takes the lock exclusively.
 
+#include "base/Hashing.h"
 #include "base/Require.h"
 #include "matching/PathTree.h"
 
@@ -68,17 +69,16 @@ PathTree::NodeId PathTree::copyNode(const PathTree &source, NodeId id, NodeId pa
 {
     const Node &original = source.node(id);
     const std::string_view name = source.name(original);
-    const bool isFolded = (original.flags & HAS_FOLDED_NAME) != 0;
     const NodeId copy = allocate();
     mutableChunkOf(copy).below[copy & CHUNK_MASK] = source.below(id);
     mutableNode(copy) = {
         .pairsBelow = original.pairsBelow,
         .parent = parent,
-        .name = storeName(name, isFolded ? source.foldedName(original) : std::string_view()),
+        .name = names_.take(name),
         .textLength = original.textLength,
         .nameLength = original.nameLength,
-        .flags = static_cast<Flags>(original.flags & (COUNTED_FLAGS | HAS_FOLDED_NAME))};
-    children_.insert(hashOf(parent, name), copy);
+        .flags = static_cast<Flags>(original.flags & COUNTED_FLAGS)};
+    children_.insert(hashOf(name, parent), copy);
     append(parent, copy);
     return copy;
 }

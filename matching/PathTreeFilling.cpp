@@ -52,7 +52,7 @@ std::optional<ChildTable> PathTree::childTable() const
     std::vector<std::uint64_t> hashes(used_);
     std::array<std::size_t, (1U << PART_BITS) + 1> ends{};
     for (NodeId id = 1; id < used_; ++id) {
-        hashes[id] = hashOf(id);
+        hashes[id] = hashOfChild(id);
         ++ends[partOf(hashes[id]) + 1];
     }
     for (std::size_t part = 1; part < ends.size(); ++part)

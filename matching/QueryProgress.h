@@ -23,8 +23,11 @@ class BytesInOrder
 public:
     explicit BytesInOrder(std::string_view query) : query_(query), needed_(query.size() + 1)
     {
-        for (std::size_t i = query.size(); i-- > 0;)
-            needed_[i] = needed_[i + 1] | classesOf(query[i]);
+        unsigned slashes = 0;
+        for (std::size_t i = query.size(); i-- > 0;) {
+            slashes += query[i] == '/' ? 1U : 0U;
+            needed_[i] = needed_[i + 1] | classesOf(query[i]) | levelClasses(slashes);
+        }
     }
 
     /// Returns whether the path holds the whole query.

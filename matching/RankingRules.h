@@ -126,7 +126,7 @@ struct WordsRule
 
     static std::string_view name(const PathTree &tree, const PathTree::Node &node)
     {
-        return tree.foldedName(node);
+        return tree.names().folded(node.name);
     }
     static double score(std::string_view query, std::string_view text)
     {

@@ -3,10 +3,12 @@
 #include "base/Require.h"
 #include "matching/FuzzyScore.h"
 
+#include <bit>
+
 namespace quillon {
 
 ShortQuery::ShortQuery(std::string_view query)
-    : rows_(query.size()), vectors_((query.size() + lanes::COUNT - 1) / lanes::COUNT), masks_(1)
+    : rows_(query.size()), vectors_(std::bit_ceil((query.size() + lanes::COUNT - 1) / lanes::COUNT)), masks_(1)
 {
     require(rows_ >= 1 && rows_ <= LONGEST, "a query reckoned in units has 1 to 32 bytes");
     for (std::size_t i = 0; i < rows_; ++i) {
@@ -20,10 +22,12 @@ ShortQuery::ShortQuery(std::string_view query)
     }
     for (unsigned char capital = 'A'; capital <= 'Z'; ++capital)
         maskOf_[capital] = maskOf_[static_cast<unsigned char>(capital - 'A' + 'a')];
+    unsigned slashes = 0;
     for (std::size_t i = rows_; i-- > 0;) {
         const char byte = scoring::lower(query[i]);
         Row &row = queryRows_[i];
-        row.needed = classesOf(byte) | (i + 1 < rows_ ? queryRows_[i + 1].needed : 0);
+        slashes += byte == '/' ? 1U : 0U;
+        row.needed = classesOf(byte) | levelClasses(slashes) | (i + 1 < rows_ ? queryRows_[i + 1].needed : 0);
         row.behindPrevious = i > 0 ? pairOf(query[i - 1], byte) : 0;
         for (const char separator : WORD_SEPARATORS) {
             row.behindAnySeparator |= pairOf(separator, byte);

@@ -2,6 +2,7 @@
 
 #include "matching/ByteClasses.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -30,6 +31,19 @@ inline Vector greater(Vector a, Vector b)
 inline Vector shiftUp(Vector lanes, Vector below)
 {
     return __builtin_shufflevector(below, lanes, 7, 8, 9, 10, 11, 12, 13, 14);
+}
+
+/// Gives every lane the value of the lane above it, and the last lane the first one of above.
+inline Vector shiftDown(Vector lanes, Vector above)
+{
+    return __builtin_shufflevector(lanes, above, 1, 2, 3, 4, 5, 6, 7, 8);
+}
+
+inline int highest(Vector lanes)
+{
+    lanes = greater(lanes, __builtin_shufflevector(lanes, lanes, 4, 5, 6, 7, 0, 1, 2, 3));
+    lanes = greater(lanes, __builtin_shufflevector(lanes, lanes, 2, 3, 0, 1, 6, 7, 4, 5));
+    return std::max(lanes[0], lanes[1]);
 }
 
 } // namespace lanes
@@ -78,8 +92,18 @@ public:
     explicit ShortQuery(std::string_view query);
 
     std::size_t rows() const { return rows_; }
-    /// Returns the number of vectors that the rows take.
+    /// Returns the number of vectors that the rows take, a power of two.
     std::size_t vectors() const { return vectors_; }
+    /// Calls the function with the number of vectors as a constant, which keeps them in registers.
+    template <typename Function>
+    auto withVectors(const Function &function) const
+    {
+        if (vectors_ == 1)
+            return function.template operator()<1>();
+        if (vectors_ == 2)
+            return function.template operator()<2>();
+        return function.template operator()<MOST_VECTORS>();
+    }
     const Row &row(std::size_t i) const { return queryRows_[i]; }
     bool holds(char byte) const { return maskOf_[static_cast<unsigned char>(byte)] != 0; }
     /// Returns vectors with all ones in the lanes of the query bytes that a text's byte matches.

@@ -36,6 +36,8 @@ namespace {
 /// After so many visits, some 10 to 100 microseconds, a worker checks for waiting writers and idle
 /// workers.
 constexpr unsigned VISITS_PER_SLICE = 512;
+/// Where so many folders have a name, computing its gains costs less than bounding each of them.
+constexpr std::uint32_t WORTH_GAINS = 4;
 
 } // namespace
 
@@ -44,7 +46,8 @@ TreeSearchWorker<Rule>::TreeSearchWorker(TreeSearch<Rule> &search)
     : search_(search),
       tree_(search.index_.tree),
       query_(search.query_),
-      hits_(search.index_.tree, search.top_)
+      hits_(search.index_.tree, search.top_),
+      gains_(search.unitScorer_ ? search.unitScorer_->gainVectors() : 0)
 {}
 
 template <typename Rule>
@@ -85,7 +88,6 @@ void TreeSearchWorker<Rule>::descendTo(const Work &work)
     root.next = PathTree::NONE;
     if (search_.unitScorer_ && !root.hasUnits) {
         root.units = search_.unitScorer_->initialState();
-        search_.unitScorer_->computeStarts(root.units, 0, root.starts);
         root.hasUnits = true;
     }
     if (search_.scorer_ && !root.hasState) {
@@ -143,10 +145,14 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
         return {};
     if (!level.hasUnits)
         computeUnits(depth_);
+    const lanes::Vector *gains = gainsIfShared(node);
+    const bool isGood = gains == nullptr || rankOf(node, gains) >= threshold;
+    if (gains != nullptr && node.firstChild == PathTree::NONE)
+        return {.text = isGood, .below = false};
     const ByteClassSet below = tree_.below(id);
-    const Bounds bounds =
-        UnitScorer::ranks(search_.unitScorer_->bounds(level.starts, node, below), node, below);
-    return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
+    const Bounds bounds = UnitScorer::ranks(
+        search_.unitScorer_->bounds(level.units, level.position, node, below), node, below);
+    return {.text = isGood && bounds.text >= threshold, .below = bounds.below >= threshold};
 }
 
 template <typename Rule>
@@ -154,19 +160,10 @@ void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, Hope hope)
 {
     const std::string_view name = Rule::name(tree_, node);
     const std::size_t held = search_.progress_.behindName(levels_[depth_].held, name);
-    hasUnitsOfText_ = false;
-    const bool continues = hope.below && node.firstChild != PathTree::NONE;
     if (hope.text && (node.flags & PathTree::CANDIDATE) != 0 && search_.progress_.isWhole(held))
-        addIfGood(id, node, continues);
-    if (!continues)
-        return;
-    push(id, node, held);
-    if (hasUnitsOfText_) {
-        Level &level = levels_[depth_];
-        level.units = unitsOfText_;
-        search_.unitScorer_->enterText(level.units, levels_[depth_ - 1].position, name);
-        finishUnits(level);
-    }
+        addIfGood(id, node);
+    if (hope.below && node.firstChild != PathTree::NONE)
+        push(id, node, held);
 }
 
 template <typename Rule>
@@ -185,7 +182,7 @@ void TreeSearchWorker<Rule>::push(NodeId id, const Node &node, std::size_t held)
 }
 
 template <typename Rule>
-void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, bool continues)
+void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node)
 {
     const Level &above = levels_[depth_];
     if (!search_.scorer_ || node.textLength > scoring::MAX_LENGTH) {
@@ -197,7 +194,7 @@ void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, bool continu
         add({scoring::SCORE_MAX, id});
         return;
     }
-    if (isBelowThreshold(node, continues))
+    if (isBelowThreshold(node))
         return;
     if (!above.hasState)
         computeState(depth_);
@@ -207,18 +204,40 @@ void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node, bool continu
 }
 
 template <typename Rule>
-bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node, bool continues)
+bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node)
 {
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
     if (threshold == TreeSearch<Rule>::NO_THRESHOLD || !search_.unitScorer_)
         return false;
-    const Level &above = levels_[depth_];
-    if (!above.hasUnits)
+    if (!levels_[depth_].hasUnits)
         computeUnits(depth_);
-    search_.unitScorer_->extendByName(above.units, unitsOfText_, above.position,
-                                      Rule::name(tree_, node), continues);
-    hasUnitsOfText_ = true;
-    return UnitScorer::rank(search_.unitScorer_->score(unitsOfText_), node) < threshold;
+    return rankOf(node, gains(node)) < threshold;
+}
+
+/// Returns a null pointer where the bounds are cheaper than the gains.
+template <typename Rule>
+const lanes::Vector *TreeSearchWorker<Rule>::gainsIfShared(const Node &node)
+{
+    const lanes::Vector *known = gains_.find(node.name);
+    return known == nullptr && tree_.names().uses(node.name) >= WORTH_GAINS ? gains(node) : known;
+}
+
+template <typename Rule>
+const lanes::Vector *TreeSearchWorker<Rule>::gains(const Node &node)
+{
+    const lanes::Vector *known = gains_.find(node.name);
+    if (known != nullptr)
+        return known;
+    lanes::Vector *fresh = gains_.add(node.name);
+    search_.unitScorer_->computeGains(Rule::name(tree_, node), fresh);
+    return fresh;
+}
+
+template <typename Rule>
+int TreeSearchWorker<Rule>::rankOf(const Node &node, const lanes::Vector *gains) const
+{
+    const Level &above = levels_[depth_];
+    return UnitScorer::rank(search_.unitScorer_->score(above.units, above.position, gains), node);
 }
 
 template <typename Rule>
@@ -247,15 +266,8 @@ void TreeSearchWorker<Rule>::computeUnits(std::size_t depth)
         const Level &above = levels_[known];
         Level &level = levels_[known + 1];
         search_.unitScorer_->enterName(above.units, level.units, above.position, parentName(level));
-        finishUnits(level);
+        level.hasUnits = true;
     }
-}
-
-template <typename Rule>
-void TreeSearchWorker<Rule>::finishUnits(Level &level)
-{
-    search_.unitScorer_->computeStarts(level.units, level.position, level.starts);
-    level.hasUnits = true;
 }
 
 template <typename Rule>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "matching/NameGains.h"
 #include "matching/TreeSearch.h"
 
 #include <cstddef>
@@ -40,10 +41,9 @@ private:
         std::size_t held = 0;
         /// The parent's text with the slash has this length, which is exact where texts are scored.
         std::size_t position = 0;
-        /// It is true when units and starts belong to this level.
+        /// It is true when units belong to this level.
         bool hasUnits = false;
         UnitState units;
-        typename UnitScorer::Starts starts;
         /// It is true when state belongs to this level.
         bool hasState = false;
         State state;
@@ -62,11 +62,13 @@ private:
     Hope hopeOf(NodeId id, const Node &node);
     void visit(NodeId id, const Node &node, Hope hope);
     void push(NodeId id, const Node &node, std::size_t held);
-    void addIfGood(NodeId id, const Node &node, bool continues);
-    bool isBelowThreshold(const Node &node, bool continues);
+    void addIfGood(NodeId id, const Node &node);
+    bool isBelowThreshold(const Node &node);
+    const lanes::Vector *gainsIfShared(const Node &node);
+    const lanes::Vector *gains(const Node &node);
+    int rankOf(const Node &node, const lanes::Vector *gains) const;
     void add(const Hit &hit);
     void computeUnits(std::size_t depth);
-    void finishUnits(Level &level);
     void computeState(std::size_t depth);
     std::string_view parentName(const Level &level) const;
 
@@ -77,9 +79,7 @@ private:
     std::vector<Level> levels_;
     std::size_t depth_ = 0;
     unsigned visits_ = 0;
-    /// Holds the units of the text that was visited last, when hasUnitsOfText_ is true.
-    UnitState unitsOfText_;
-    bool hasUnitsOfText_ = false;
+    NameGains gains_;
     State stateOfText_;
 };
 

@@ -5,7 +5,6 @@
 #include "matching/ShortQuery.h"
 #include "matching/TopHits.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -31,49 +30,30 @@ public:
         ShortQuery::Vectors best;
         ShortQuery::Vectors ending;
     };
-    /// Element i is for texts that continue a state at the beginning of a component and match
-    /// exactly the query's bytes from i on behind it. "apart" is their score before byte i, if that
-    /// byte earns a bonus or nothing; "consecutive" is their score with byte i, if it follows a
-    /// match of the slash. The last element is for texts that match nothing behind.
-    struct Start
-    {
-        int apart = 0;
-        int consecutive = 0;
-    };
-    using Starts = std::array<Start, LONGEST_QUERY + 1>;
-
     /// The query has 1 to LONGEST_QUERY bytes.
     explicit UnitScorer(std::string_view query);
 
     /// Returns the state of the empty text.
     State initialState() const;
-    /// Returns the state of a text that ends in the name. The state is that of the text's beginning
-    /// up to the slash before the name, which has position bytes, at most scoring::MAX_LENGTH. Both
-    /// states may be the same object. Whether the text continues plays no part.
-    void extendByName(const State &from, State &to, std::size_t position, std::string_view name,
-                      bool /*continues*/) const
-    {
-        extend(from, to, position, '/', name);
-    }
-    /// Does the same for the name and the slash behind it.
-    void enterName(const State &from, State &to, std::size_t position, std::string_view name) const
-    {
-        extend(from, to, position, '/', name);
-        enterText(to, position, name);
-    }
-    /// Carries on what extendByName() has returned for these to the texts below.
-    void enterText(State &state, std::size_t position, std::string_view name) const
-    {
-        extend(state, state, position + name.size(), name.empty() ? '/' : name.back(), "/");
-    }
-    /// Returns the score in units of a text that is longer than the query. It is below every real
-    /// score where the text does not match.
-    int score(const State &state) const { return ShortQuery::at(state.best, query_.rows() - 1); }
-    void computeStarts(const State &state, std::size_t position, Starts &starts) const;
+    /// Returns the state behind the name and a slash. The state before is that of the text's
+    /// beginning up to the slash before the name, which has position bytes, at most
+    /// scoring::MAX_LENGTH.
+    void enterName(const State &from, State &to, std::size_t position, std::string_view name) const;
+    /// The gains of a name are what it adds as the last one of a text to each number of a state, in
+    /// so many vectors: to those of best, to those of ending, and the first lane of the last vector
+    /// where the beginning matches nothing.
+    std::size_t gainVectors() const { return 2 * query_.vectors() + 1; }
+    /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes.
+    void computeGains(std::string_view name, lanes::Vector *gains) const;
+    /// Returns the score in units of a text that is longer than the query, from the state of its
+    /// beginning, of so many bytes, and the gains of its last name. It is below every real score
+    /// where the text does not match.
+    int score(const State &state, std::size_t position, const lanes::Vector *gains) const;
     /// Returns the most units that the node's text, or any text below it, can score; both bounds
-    /// are the same. The starts are those of its parent, and below is PathTree::below() of the
-    /// node.
-    Bounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const;
+    /// are the same. The state and the position are those before the node's name, and below is
+    /// PathTree::below() of the node.
+    Bounds bounds(const State &state, std::size_t position, const PathTree::Node &node,
+                  ByteClassSet below) const;
 
     /// Returns the number that orders texts, here the score itself, and the same of bounds.
     static int rank(int score, const PathTree::Node &) { return score; }
@@ -85,11 +65,12 @@ private:
     using Row = ShortQuery::Row;
     using Vector = lanes::Vector;
 
-    void extend(const State &from, State &to, std::size_t position, char previous,
-                std::string_view bytes) const;
+    template <std::size_t COUNT>
+    void enterVectors(const State &from, State &to, std::size_t position,
+                      std::string_view name) const;
+    template <std::size_t COUNT>
+    void computeGainVectors(std::string_view name, lanes::Vector *gains) const;
     static int bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet below);
-    void matchByte(State &state, std::size_t position, std::int16_t earned,
-                   const Vector *matched) const;
 
     const ShortQuery query_;
     ShortQuery::Vectors gaps_{};

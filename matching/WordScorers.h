@@ -78,45 +78,44 @@ public:
     static constexpr std::size_t LONGEST_QUERY = UnitScorer::LONGEST_QUERY;
 
     using typename Each::State;
-    using Starts = std::vector<typename UnitScorer::Starts>;
     using Each::Each;
 
-    void extendByName(const State &from, State &to, std::size_t position, std::string_view name,
-                      bool continues) const
-    {
-        to.resize(scorers_.size());
-        for (std::size_t i = 0; i < scorers_.size(); ++i)
-            scorers_[i].extendByName(from[i], to[i], position, name, continues);
-    }
     void enterName(const State &from, State &to, std::size_t position, std::string_view name) const
     {
         to.resize(scorers_.size());
         for (std::size_t i = 0; i < scorers_.size(); ++i)
             scorers_[i].enterName(from[i], to[i], position, name);
     }
-    void enterText(State &state, std::size_t position, std::string_view name) const
+    /// The gains for each word follow each other.
+    std::size_t gainVectors() const
     {
-        for (std::size_t i = 0; i < scorers_.size(); ++i)
-            scorers_[i].enterText(state[i], position, name);
+        std::size_t vectors = 0;
+        for (const UnitScorer &scorer : scorers_)
+            vectors += scorer.gainVectors();
+        return vectors;
     }
-    int score(const State &state) const
+    void computeGains(std::string_view name, lanes::Vector *gains) const
+    {
+        for (const UnitScorer &scorer : scorers_) {
+            scorer.computeGains(name, gains);
+            gains += scorer.gainVectors();
+        }
+    }
+    int score(const State &state, std::size_t position, const lanes::Vector *gains) const
     {
         int sum = 0;
-        for (std::size_t i = 0; i < scorers_.size(); ++i)
-            sum += scorers_[i].score(state[i]);
+        for (std::size_t i = 0; i < scorers_.size(); ++i) {
+            sum += scorers_[i].score(state[i], position, gains);
+            gains += scorers_[i].gainVectors();
+        }
         return sum;
     }
-    void computeStarts(const State &state, std::size_t position, Starts &starts) const
-    {
-        starts.resize(scorers_.size());
-        for (std::size_t i = 0; i < scorers_.size(); ++i)
-            scorers_[i].computeStarts(state[i], position, starts[i]);
-    }
-    Bounds bounds(const Starts &starts, const PathTree::Node &node, ByteClassSet below) const
+    Bounds bounds(const State &state, std::size_t position, const PathTree::Node &node,
+                  ByteClassSet below) const
     {
         Bounds sum;
         for (std::size_t i = 0; i < scorers_.size(); ++i) {
-            const Bounds word = scorers_[i].bounds(starts[i], node, below);
+            const Bounds word = scorers_[i].bounds(state[i], position, node, below);
             sum.text += word.text;
             sum.below += word.below;
         }
