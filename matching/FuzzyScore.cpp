@@ -9,46 +9,53 @@ namespace {
 
 using namespace scoring;
 
-enum ByteKind : std::size_t
+enum ByteKind : std::uint8_t
 {
     otherByte,
     lowerOrDigit,
     capital,
 };
 
-constexpr ByteKind kindOf(unsigned char byte)
+constexpr std::array<ByteKind, 256> makeKinds()
 {
-    if ((byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9'))
-        return lowerOrDigit;
-    return byte >= 'A' && byte <= 'Z' ? capital : otherByte;
+    std::array<ByteKind, 256> kinds{};
+    for (unsigned char c = '0'; c <= '9'; ++c)
+        kinds[c] = lowerOrDigit;
+    for (unsigned char c = 'a'; c <= 'z'; ++c)
+        kinds[c] = lowerOrDigit;
+    for (unsigned char c = 'A'; c <= 'Z'; ++c)
+        kinds[c] = capital;
+    return kinds;
 }
 
-/// Bonuses are looked up by the kind of the matched byte, then by the byte before it.
-using BonusTable = std::array<std::array<double, 256>, 3>;
+constexpr std::array<ByteKind, 256> KINDS = makeKinds();
 
-constexpr BonusTable makeBonusTable()
+/// Places are looked up by the kind of the byte, then by the byte before it.
+using PlaceTable = std::array<std::array<Place, 256>, 3>;
+
+constexpr PlaceTable makePlaces()
 {
-    BonusTable table{};
+    PlaceTable table{};
     for (const ByteKind kind : {lowerOrDigit, capital}) {
         auto &row = table[kind];
-        row[static_cast<unsigned char>('/')] = BONUS_SLASH;
+        row[static_cast<unsigned char>('/')] = Place::startOfName;
         for (const char separator : {' ', '-', '_', '.'})
-            row[static_cast<unsigned char>(separator)] = BONUS_WORD;
+            row[static_cast<unsigned char>(separator)] = Place::startOfWord;
     }
     for (unsigned char c = 'a'; c <= 'z'; ++c)
-        table[capital][c] = BONUS_CAPITAL;
+        table[capital][c] = Place::capitalInWord;
     return table;
 }
 
-constexpr BonusTable BONUS_TABLE = makeBonusTable();
+constexpr PlaceTable PLACE_TABLE = makePlaces();
 
 using Row = std::array<double, MAX_LENGTH>;
 
 } // namespace
 
-double scoring::bonus(char byte, char previous)
+Place scoring::placeOf(char byte, char previous)
 {
-    return BONUS_TABLE[kindOf(static_cast<unsigned char>(byte))]
+    return PLACE_TABLE[KINDS[static_cast<unsigned char>(byte)]]
                       [static_cast<unsigned char>(previous)];
 }
 

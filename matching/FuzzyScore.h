@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <string_view>
 
@@ -37,9 +38,30 @@ constexpr char lower(char byte)
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
-/// Returns what a match of a byte earns because of the byte before it. The first byte of a text
-/// counts as following "/".
-double bonus(char byte, char previous);
+/// Says where in a text a letter or a digit stands. Every other byte is inside a word.
+enum class Place : std::uint8_t
+{
+    insideWord,
+    startOfName,
+    startOfWord,
+    capitalInWord,
+};
+inline constexpr std::size_t PLACES = 4;
+
+/// Returns the place of a byte because of the byte before it. The first byte of a text counts as
+/// following "/".
+Place placeOf(char byte, char previous);
+
+/// Returns what a match of a byte at the place earns.
+constexpr double bonus(Place place)
+{
+    constexpr std::array<double, PLACES> BONUSES{0, BONUS_SLASH, BONUS_WORD, BONUS_CAPITAL};
+    return BONUSES[static_cast<std::size_t>(place)];
+}
+inline double bonus(char byte, char previous)
+{
+    return bonus(placeOf(byte, previous));
+}
 
 /// Returns true when a byte of a text is the query's byte, or its capital.
 constexpr bool matchesByte(char query, char text)

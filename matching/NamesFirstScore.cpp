@@ -3,6 +3,7 @@
 #include "matching/FuzzyScore.h"
 
 #include <algorithm>
+#include <array>
 
 namespace quillon {
 
@@ -22,10 +23,9 @@ int start(char byte, char previous)
     if (byte == '/')
         return START_AT_SLASH;
     // The same bytes begin a name or a word as in the required order.
-    const double bonus = scoring::bonus(byte, previous);
-    if (bonus == scoring::BONUS_SLASH)
-        return START_OF_NAME;
-    return bonus > 0 ? START_OF_WORD : START_INSIDE;
+    constexpr std::array<int, scoring::PLACES> STARTS{START_INSIDE, START_OF_NAME, START_OF_WORD,
+                                                      START_OF_WORD};
+    return STARTS[static_cast<std::size_t>(scoring::placeOf(byte, previous))];
 }
 
 State::State(std::size_t queryLength) : best_(queryLength, NO_SCORE), ending_(queryLength, NO_SCORE)

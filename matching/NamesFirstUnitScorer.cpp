@@ -37,11 +37,13 @@ constexpr int rankOf(int hundredths, std::size_t length)
 
 } // namespace
 
-NamesFirstUnitScorer::NamesFirstUnitScorer(std::string_view query) : query_(query)
+NamesFirstUnitScorer::NamesFirstUnitScorer(const std::vector<std::string_view> &words)
+    : query_(words)
 {
-    slashGaps_.fill(lanes::all(namesfirst::LEVEL_BETWEEN));
-    const std::size_t last = query_.rows() - 1;
-    slashGaps_[last / lanes::COUNT][last % lanes::COUNT] = namesfirst::LEVEL_BELOW;
+    for (std::size_t v = 0; v < query_.vectors(); ++v)
+        slashGaps_[v] =
+            lanes::select(query_.lastRows()[v], lanes::all(namesfirst::LEVEL_BELOW),
+                          lanes::all(namesfirst::LEVEL_BETWEEN));
 }
 
 NamesFirstUnitScorer::State NamesFirstUnitScorer::initialState() const
@@ -65,25 +67,29 @@ void NamesFirstUnitScorer::enterVectors(const State &from, State &to, std::strin
     std::array<lanes::Vector, COUNT> endings;
     std::copy_n(from.best.begin(), COUNT, bests.begin());
     std::copy_n(from.ending.begin(), COUNT, endings.begin());
+    const lanes::Vector none = lanes::all(NO_WAY);
     const auto matchByte = [&](char byte, std::int16_t earned, auto gapOf, auto endingOf) {
         const lanes::Vector *matched = query_.matchedBy(byte);
-        // The first query byte has no row above it.
-        lanes::Vector bestBelow = lanes::all(0);
-        lanes::Vector endingBelow = lanes::all(NO_WAY);
+        lanes::Vector bestBelow{};
+        lanes::Vector endingBelow{};
         for (std::size_t v = 0; v < COUNT; ++v) {
             const lanes::Vector best = bests[v];
             const lanes::Vector ending = endings[v];
-            const lanes::Vector score = lanes::greater(lanes::shiftUp(best, bestBelow) + earned,
-                                                       lanes::shiftUp(ending, endingBelow) + RUN);
-            const lanes::Vector reached = matched[v] != 0 ? score : lanes::all(NO_WAY);
-            bests[v] = lanes::greater(gapOf(v, best), reached);
-            endings[v] = matched[v] != 0 ? score : endingOf(ending);
+            // The first byte of a word has no row above it.
+            const lanes::Vector isFirst = query_.firstRows()[v];
+            const lanes::Vector apart =
+                lanes::select(isFirst, lanes::Vector{}, lanes::shiftUp(best, bestBelow));
+            const lanes::Vector inRun =
+                lanes::select(isFirst, none, lanes::shiftUp(ending, endingBelow));
+            const lanes::Vector score = lanes::greater(apart + earned, inRun + RUN);
+            bests[v] = lanes::greater(gapOf(v, best), lanes::select(matched[v], score, none));
+            endings[v] = lanes::select(matched[v], score, endingOf(ending));
             bestBelow = best;
             endingBelow = ending;
         }
     };
     const auto noGap = [](std::size_t, lanes::Vector best) { return best; };
-    const auto endRun = [](lanes::Vector) { return lanes::all(NO_WAY); };
+    const auto endRun = [none](lanes::Vector) { return none; };
     const auto passSeparator = [](lanes::Vector ending) { return ending + SEPARATOR_IN_RUN; };
     char previous = '/';
     for (std::size_t at = 0; at < name.size();) {
@@ -95,7 +101,7 @@ void NamesFirstUnitScorer::enterVectors(const State &from, State &to, std::strin
             const auto inRun =
                 static_cast<std::int16_t>(static_cast<int>(at - begin) * SEPARATOR_IN_RUN);
             for (lanes::Vector &ending : endings)
-                ending = areSeparators ? ending + inRun : lanes::all(NO_WAY);
+                ending = areSeparators ? ending + inRun : none;
             previous = name[at - 1];
         }
         if (at < name.size()) {
@@ -120,34 +126,33 @@ void NamesFirstUnitScorer::computeGains(std::string_view name, lanes::Vector *ga
     query_.withVectors([&]<std::size_t COUNT>() { computeGainVectors<COUNT>(name, gains); });
 }
 
-/// Goes through the name from its end to its beginning. Lane i stands for the bytes of the query
+/// Goes through the name from its end to its beginning. Lane i stands for the bytes of the word
 /// behind byte i: apart is the most that they earn in the rest of the name, and inRun the most if
-/// the rest continues a run.
+/// the rest continues a run. In whole, the lane of a word's first byte stands for all of the word.
 template <std::size_t COUNT>
 void NamesFirstUnitScorer::computeGainVectors(std::string_view name, lanes::Vector *gains) const
 {
     std::array<lanes::Vector, COUNT> apart;
     std::array<lanes::Vector, COUNT> inRun;
-    apart.fill(lanes::all(NO_WAY));
-    inRun.fill(lanes::all(NO_WAY));
-    const std::size_t last = query_.rows() - 1;
-    apart[last / lanes::COUNT][last % lanes::COUNT] = 0;
-    int whole = NO_WAY;
+    std::array<lanes::Vector, COUNT> whole;
+    const lanes::Vector none = lanes::all(NO_WAY);
+    for (std::size_t v = 0; v < COUNT; ++v) {
+        apart[v] = lanes::select(query_.lastRows()[v], lanes::Vector{}, none);
+        inRun[v] = whole[v] = none;
+    }
     for (std::size_t at = name.size(); at > 0;) {
         const std::size_t end = at;
         bool areSeparators = true;
         while (at > 0 && !query_.holds(name[at - 1]))
             areSeparators &= namesfirst::isWordSeparator(name[--at]);
-        if (at < end) {
-            const auto count = static_cast<int>(end - at);
-            const auto gaps = static_cast<std::int16_t>(count * GAP_IN_NAME);
-            const auto passed = static_cast<std::int16_t>(count * SEPARATOR_IN_RUN);
+        if (const auto passed = static_cast<std::int16_t>(end - at); passed > 0) {
             for (std::size_t v = 0; v < COUNT; ++v) {
-                apart[v] += gaps;
-                inRun[v] = areSeparators ? lanes::greater(inRun[v] + passed, lanes::all(NO_WAY))
-                                         : lanes::all(NO_WAY);
+                apart[v] += static_cast<std::int16_t>(passed * GAP_IN_NAME);
+                whole[v] += static_cast<std::int16_t>(passed * GAP_IN_NAME);
+                const lanes::Vector run =
+                    inRun[v] + static_cast<std::int16_t>(passed * SEPARATOR_IN_RUN);
+                inRun[v] = areSeparators ? lanes::greater(run, none) : none;
             }
-            whole += gaps;
         }
         if (at == 0)
             break;
@@ -156,40 +161,40 @@ void NamesFirstUnitScorer::computeGainVectors(std::string_view name, lanes::Vect
         const auto earned =
             static_cast<std::int16_t>(namesfirst::start(byte, at > 0 ? name[at - 1] : '/'));
         const lanes::Vector *matched = query_.matchedBy(byte);
-        whole += GAP_IN_NAME;
-        if (matched[0][0] != 0)
-            whole = std::max(whole, std::max(apart[0][0], inRun[0][0]) + earned);
         for (std::size_t v = 0; v < COUNT; ++v) {
-            const bool isLast = v + 1 == COUNT;
-            const lanes::Vector above = isLast ? lanes::all(NO_WAY)
-                                               : lanes::greater(apart[v + 1], inRun[v + 1]);
-            const lanes::Vector rest =
-                lanes::shiftDown(lanes::greater(apart[v], inRun[v]), above);
-            const lanes::Vector isMatched =
-                lanes::shiftDown(matched[v], isLast ? lanes::Vector{} : matched[v + 1]);
-            // A separator that matches the query byte before is not passed but matched.
+            const bool isHighest = v + 1 == COUNT;
+            const lanes::Vector most = lanes::greater(apart[v], inRun[v]);
+            const lanes::Vector rest = lanes::shiftDown(
+                most, isHighest ? none : lanes::greater(apart[v + 1], inRun[v + 1]));
+            const lanes::Vector isNextMatched =
+                lanes::shiftDown(matched[v], isHighest ? lanes::Vector{} : matched[v + 1]) &
+                ~query_.lastRows()[v];
+            // A separator that matches the query byte before it is not passed but matched.
             const lanes::Vector passed =
-                isSeparator ? (matched[v] != 0 ? lanes::all(NO_WAY) : inRun[v] + SEPARATOR_IN_RUN)
-                            : lanes::all(NO_WAY);
+                isSeparator ? lanes::select(matched[v], none, inRun[v] + SEPARATOR_IN_RUN) : none;
             apart[v] = lanes::greater(apart[v] + GAP_IN_NAME,
-                                      isMatched != 0 ? rest + earned : lanes::all(NO_WAY));
-            inRun[v] = lanes::greater(isMatched != 0 ? rest + RUN : lanes::all(NO_WAY),
-                                      lanes::greater(passed, lanes::all(NO_WAY)));
+                                      lanes::select(isNextMatched, rest + earned, none));
+            inRun[v] = lanes::greater(lanes::select(isNextMatched, rest + RUN, none),
+                                      lanes::greater(passed, none));
+            whole[v] = lanes::greater(
+                whole[v] + GAP_IN_NAME,
+                lanes::select(matched[v] & query_.firstRows()[v], most + earned, none));
         }
     }
     std::copy_n(apart.begin(), COUNT, gains);
     std::copy_n(inRun.begin(), COUNT, gains + COUNT);
-    gains[2 * COUNT] = lanes::all(static_cast<std::int16_t>(std::max<int>(whole, NO_WAY)));
+    std::copy_n(whole.begin(), COUNT, gains + 2 * COUNT);
 }
 
 int NamesFirstUnitScorer::score(const State &state, std::size_t, const lanes::Vector *gains) const
 {
     return query_.withVectors([&]<std::size_t COUNT>() {
-        lanes::Vector best = gains[2 * COUNT];
+        ShortQuery::Vectors scores;
         for (std::size_t v = 0; v < COUNT; ++v)
-            best = lanes::greater(best, lanes::greater(state.best[v] + gains[v],
-                                                       state.ending[v] + gains[COUNT + v]));
-        return std::max(lanes::highest(best), namesfirst::LOWEST);
+            scores[v] = lanes::greater(
+                lanes::greater(gains[2 * COUNT + v], lanes::all(namesfirst::LOWEST)),
+                lanes::greater(state.best[v] + gains[v], state.ending[v] + gains[COUNT + v]));
+        return query_.sumOfHighest<COUNT>(scores);
     });
 }
 
@@ -209,52 +214,65 @@ Bounds NamesFirstUnitScorer::ranks(Bounds scores, const PathTree::Node &node, By
 Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathTree::Node &node,
                                     ByteClassSet below) const
 {
+    Bounds sum;
+    for (std::size_t end = query_.rows(); end > 0;) {
+        const Bounds word = boundsOfWord(state, node, below, end);
+        sum.text += std::max(word.text, namesfirst::LOWEST);
+        sum.below += std::max(word.below, namesfirst::LOWEST);
+    }
+    return sum;
+}
+
+/// Bounds what the word before the row earns, and moves on to its first row.
+Bounds NamesFirstUnitScorer::boundsOfWord(const State &state, const PathTree::Node &node,
+                                          ByteClassSet below, std::size_t &end) const
+{
     using namesfirst::LEVEL_BELOW;
     using namesfirst::LEVEL_BETWEEN;
     using namesfirst::START_INSIDE;
     using namesfirst::START_OF_NAME;
     using namesfirst::START_OF_WORD;
     const BytePairSet pairs = node.pairsBelow;
-    const bool hasSlashBelow = (below & classesOf('/')) != 0;
     const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
     // A text pays for the bytes of its own name that stay unmatched. For a text below, this node's
     // name is free, and its own is at least as long as the shortest there.
     int gaps = node.nameLength;
     int gapsBelow = leastNameLength(below);
-    const std::size_t rows = query_.rows();
-    const int matched = ShortQuery::at(state.best, rows - 1);
-    int best = matched - gaps;
-    int bestBelow = matched + LEVEL_BELOW - gapsBelow;
-    int earnedBehind = 0;
-    for (std::size_t i = rows; i-- > 0 && (query_.row(i).needed & ~below) == 0;) {
-        const ShortQuery::Row &row = query_.row(i);
+    const int held = ShortQuery::at(state.best, end - 1);
+    Bounds most{.text = held - gaps, .below = held + LEVEL_BELOW - gapsBelow};
+    ShortQuery::Earnings behind(mostLevels(below), START_OF_NAME, START_OF_WORD);
+    bool isHeld = true;
+    for (bool isFirst = false; !isFirst;) {
+        const ShortQuery::Row &row = query_.row(--end);
+        isFirst = row.isFirst;
+        isHeld = isHeld && (row.needed & ~below) == 0;
+        if (!isHeld)
+            continue;
         const bool mayPassSeparator = hasSeparator && (row.behindAnySeparator & pairs) != 0;
         const bool mayStartWord = (row.startsWord & pairs) != 0;
+        const bool mayStartName = (row.behindSlash & pairs) != 0;
         const int elsewhere = row.isSlash ? START_AT_SLASH : START_INSIDE;
         const int inside = mayStartWord ? START_OF_WORD : elsewhere;
-        const int atSlash = (row.behindSlash & pairs) != 0 ? START_OF_NAME : inside;
         int inRun = NO_WAY;
         if ((row.behindPrevious & pairs) != 0)
             inRun = RUN;
         else if (mayPassSeparator && (row.separatorBehindPrevious & pairs) != 0)
             inRun = RUN_PAST_SEPARATOR;
-        int start = atSlash;
-        if (i > 0)
-            start = std::max(ShortQuery::at(state.best, i - 1) + atSlash,
-                             ShortQuery::at(state.ending, i - 1) + inRun);
-        const int earned = start + earnedBehind;
+        int start = mayStartName ? START_OF_NAME : inside;
+        if (!isFirst)
+            start = std::max(start + ShortQuery::at(state.best, end - 1),
+                             inRun + ShortQuery::at(state.ending, end - 1));
+        const int earned = start + behind.sum();
         gaps -= gaps > 0 ? 1 : 0;
         gapsBelow -= gapsBelow > 0 ? 1 : 0;
-        best = std::max(best, earned - gaps);
+        most.text = std::max(most.text, earned - gaps);
         // The slash behind this node's name is matched, or it is one between two matched bytes, or
         // nothing is matched before it.
-        const int level = i > 0 && !row.isSlashBehind ? LEVEL_BETWEEN : 0;
-        bestBelow = std::max(bestBelow, earned + level - gapsBelow);
-        // Only the first byte of the name itself is behind a slash.
-        earnedBehind += std::max(inRun, hasSlashBelow ? atSlash : inside);
+        const int level = !isFirst && !row.isSlashBehind ? LEVEL_BETWEEN : 0;
+        most.below = std::max(most.below, earned + level - gapsBelow);
+        behind.add(std::max(inRun, inside), mayStartName);
     }
-    return {.text = std::max(best, namesfirst::LOWEST),
-            .below = std::max(bestBelow, namesfirst::LOWEST)};
+    return most;
 }
 
 int NamesFirstUnitScorer::rankToReach(const Hit &hit)

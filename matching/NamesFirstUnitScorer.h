@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 namespace quillon {
 
@@ -28,15 +29,15 @@ public:
         ShortQuery::Vectors ending;
     };
 
-    /// The query has 1 to LONGEST_QUERY bytes.
-    explicit NamesFirstUnitScorer(std::string_view query);
+    /// The words have 1 to LONGEST_QUERY bytes in all. A text's score is the sum of those for each.
+    explicit NamesFirstUnitScorer(const std::vector<std::string_view> &words);
 
     /// Returns the state of the empty text.
     State initialState() const;
     /// Returns the state behind the name and a slash. The position plays no part.
     void enterName(const State &from, State &to, std::size_t position, std::string_view name) const;
     /// The gains of a name are as for UnitScorer.
-    std::size_t gainVectors() const { return 2 * query_.vectors() + 1; }
+    std::size_t gainVectors() const { return 3 * query_.vectors(); }
     /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes.
     void computeGains(std::string_view name, lanes::Vector *gains) const;
     /// Returns the score in hundredths of a text that matches, from the state of its beginning and
@@ -61,6 +62,8 @@ private:
     void enterVectors(const State &from, State &to, std::string_view name) const;
     template <std::size_t COUNT>
     void computeGainVectors(std::string_view name, lanes::Vector *gains) const;
+    Bounds boundsOfWord(const State &state, const PathTree::Node &node, ByteClassSet below,
+                        std::size_t &end) const;
 
     const ShortQuery query_;
     /// What a slash costs each row that does not match it.

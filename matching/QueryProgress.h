@@ -21,6 +21,9 @@ namespace quillon {
 class BytesInOrder
 {
 public:
+    /// Returns the whole query as the only word.
+    static std::vector<std::string_view> wordsOf(std::string_view query) { return {query}; }
+
     explicit BytesInOrder(std::string_view query) : query_(query), needed_(query.size() + 1)
     {
         unsigned slashes = 0;

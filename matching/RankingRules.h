@@ -114,7 +114,7 @@ struct WordsRule
 {
     using Progress = WordsInAnyOrder;
     using Scorer = WordScorers<Rule>;
-    using UnitScorer = WordUnitScorers<typename Rule::UnitScorer>;
+    using UnitScorer = typename Rule::UnitScorer;
     static constexpr bool IS_EQUAL_LENGTH_BEST = Rule::IS_EQUAL_LENGTH_BEST;
     static bool isBest(std::string_view query, std::size_t length)
     {

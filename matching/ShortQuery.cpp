@@ -7,40 +7,64 @@
 
 namespace quillon {
 
-ShortQuery::ShortQuery(std::string_view query)
-    : rows_(query.size()), vectors_(std::bit_ceil((query.size() + lanes::COUNT - 1) / lanes::COUNT)), masks_(1)
+ShortQuery::ShortQuery(const std::vector<std::string_view> &words)
+    : words_(words.size()), masks_(1)
 {
-    require(rows_ >= 1 && rows_ <= LONGEST, "a query reckoned in units has 1 to 32 bytes");
-    for (std::size_t i = 0; i < rows_; ++i) {
-        const char wanted = scoring::lower(query[i]);
-        std::uint8_t &mask = maskOf_[static_cast<unsigned char>(wanted)];
+    for (const std::string_view word : words)
+        addWord(word);
+    require(rows_ >= 1, "a query reckoned in units has a byte");
+    vectors_ = std::bit_ceil((rows_ + lanes::COUNT - 1) / lanes::COUNT);
+    for (unsigned char capital = 'A'; capital <= 'Z'; ++capital)
+        maskOf_[capital] = maskOf_[static_cast<unsigned char>(capital - 'A' + 'a')];
+}
+
+void ShortQuery::addWord(std::string_view word)
+{
+    require(rows_ + word.size() <= LONGEST, "a query reckoned in units has up to 32 bytes");
+    unsigned slashes = 0;
+    for (std::size_t i = word.size(); i-- > 0;) {
+        const char byte = scoring::lower(word[i]);
+        const std::size_t at = rows_ + i;
+        Row &row = queryRows_[at];
+        row.isFirst = i == 0;
+        row.isLast = i + 1 == word.size();
+        firstRows_[at / lanes::COUNT][at % lanes::COUNT] = row.isFirst ? -1 : 0;
+        lastRows_[at / lanes::COUNT][at % lanes::COUNT] = row.isLast ? -1 : 0;
+        std::uint8_t &mask = maskOf_[static_cast<unsigned char>(byte)];
         if (mask == 0) {
             mask = static_cast<std::uint8_t>(masks_.size());
             masks_.emplace_back();
         }
-        masks_[mask][i / lanes::COUNT][i % lanes::COUNT] = -1;
-    }
-    for (unsigned char capital = 'A'; capital <= 'Z'; ++capital)
-        maskOf_[capital] = maskOf_[static_cast<unsigned char>(capital - 'A' + 'a')];
-    unsigned slashes = 0;
-    for (std::size_t i = rows_; i-- > 0;) {
-        const char byte = scoring::lower(query[i]);
-        Row &row = queryRows_[i];
+        masks_[mask][at / lanes::COUNT][at % lanes::COUNT] = -1;
+
         slashes += byte == '/' ? 1U : 0U;
-        row.needed = classesOf(byte) | levelClasses(slashes) | (i + 1 < rows_ ? queryRows_[i + 1].needed : 0);
-        row.behindPrevious = i > 0 ? pairOf(query[i - 1], byte) : 0;
+        row.needed = classesOf(byte) | levelClasses(slashes) |
+                     (row.isLast ? 0 : queryRows_[at + 1].needed);
+        row.behindPrevious = row.isFirst ? 0 : pairOf(word[i - 1], byte);
         for (const char separator : WORD_SEPARATORS) {
             row.behindAnySeparator |= pairOf(separator, byte);
-            row.separatorBehindPrevious |= i > 0 ? pairOf(query[i - 1], separator) : 0;
+            row.separatorBehindPrevious |= row.isFirst ? 0 : pairOf(word[i - 1], separator);
         }
         row.isSlash = byte == '/';
-        row.isSlashBehind = row.isSlash || (i + 1 < rows_ && queryRows_[i + 1].isSlashBehind);
+        row.isSlashBehind = slashes > 0;
         // Only letters and digits earn a bonus.
         if (scoring::bonus(byte, '/') > 0) {
             row.behindSlash = pairOf('/', byte);
             row.startsWord = wordStart(byte);
         }
     }
+    rows_ += word.size();
+}
+
+int ShortQuery::sumOfHighest(const Vectors &vectors) const
+{
+    int sum = 0;
+    int highest = 0;
+    for (std::size_t i = 0; i < rows_; ++i) {
+        highest = queryRows_[i].isFirst ? at(vectors, i) : std::max(highest, at(vectors, i));
+        sum += queryRows_[i].isLast ? highest : 0;
+    }
+    return sum;
 }
 
 } // namespace quillon

@@ -39,6 +39,11 @@ inline Vector shiftDown(Vector lanes, Vector above)
     return __builtin_shufflevector(lanes, above, 1, 2, 3, 4, 5, 6, 7, 8);
 }
 
+inline Vector select(Vector mask, Vector a, Vector b)
+{
+    return mask != 0 ? a : b;
+}
+
 inline int highest(Vector lanes)
 {
     lanes = greater(lanes, __builtin_shufflevector(lanes, lanes, 4, 5, 6, 7, 0, 1, 2, 3));
@@ -55,8 +60,9 @@ struct Bounds
     int below = 0;
 };
 
-/// Knows of a query of 1 to 32 bytes what the scorers in whole numbers ask of it at each byte of a
-/// text. Immutable; safe from every thread.
+/// Knows what the scorers in whole numbers ask of a query at each byte of a text. The query is one
+/// word, or several that are looked for at the same time, each for itself; a word holds any bytes.
+/// Each byte of the words, of which there are 1 to 32, is a row. Immutable; safe from every thread.
 class ShortQuery
 {
 public:
@@ -67,12 +73,14 @@ public:
     /// Holds one number for each query byte.
     using Vectors = std::array<lanes::Vector, MOST_VECTORS>;
 
-    /// Describes one query byte. A capital is taken for its small letter.
+    /// Describes one byte of a word. A capital is taken for its small letter.
     struct Row
     {
-        /// The classes that a text must hold to match the query from this byte on.
+        bool isFirst = false;
+        bool isLast = false;
+        /// The classes that a text must hold to match the word from this byte on.
         ByteClassSet needed = 0;
-        /// The pairs of this byte with the query byte before it and with a slash, and its
+        /// The pairs of this byte with the byte of the word before it and with a slash, and its
         /// wordStart(). The last two are empty for bytes that earn no bonus.
         BytePairSet behindPrevious = 0;
         BytePairSet behindSlash = 0;
@@ -86,10 +94,45 @@ public:
         bool isSlashBehind = false;
     };
 
+    /// Adds up the most that the bytes of a word earn behind another, from the last one on.
+    class Earnings
+    {
+    public:
+        /// No more of the bytes than there are levels are first in a name, and those earn startOfName.
+        /// The first byte of a word within a name earns startOfWord, which is less.
+        Earnings(unsigned levels, int startOfName, int startOfWord)
+            : levels_(levels), startOfName_(startOfName), startOfWord_(startOfWord)
+        {}
+
+        /// Adds a byte that earns so much where it is not first in a name.
+        void add(int otherwise, bool mayStartName)
+        {
+            if (mayStartName && otherwise < startOfName_ && levels_ > 0) {
+                --levels_;
+                words_ += otherwise == startOfWord_ ? 1U : 0U;
+                sum_ += startOfName_;
+            } else if (mayStartName && otherwise < startOfWord_ && words_ > 0) {
+                // A byte that is first in a word gives its level to this one, which gains more.
+                --words_;
+                sum_ += startOfWord_;
+            } else {
+                sum_ += otherwise;
+            }
+        }
+        int sum() const { return sum_; }
+
+    private:
+        unsigned levels_;
+        int startOfName_;
+        int startOfWord_;
+        unsigned words_ = 0;
+        int sum_ = 0;
+    };
+
     /// The separators of words; a slash separates names.
     static constexpr std::string_view WORD_SEPARATORS = " -_.";
 
-    explicit ShortQuery(std::string_view query);
+    explicit ShortQuery(const std::vector<std::string_view> &words);
 
     std::size_t rows() const { return rows_; }
     /// Returns the number of vectors that the rows take, a power of two.
@@ -105,11 +148,26 @@ public:
         return function.template operator()<MOST_VECTORS>();
     }
     const Row &row(std::size_t i) const { return queryRows_[i]; }
+    /// Returns vectors with all ones in the lanes of the first bytes of words, and of the last.
+    const Vectors &firstRows() const { return firstRows_; }
+    const Vectors &lastRows() const { return lastRows_; }
     bool holds(char byte) const { return maskOf_[static_cast<unsigned char>(byte)] != 0; }
     /// Returns vectors with all ones in the lanes of the query bytes that a text's byte matches.
     const lanes::Vector *matchedBy(char byte) const
     {
         return masks_[maskOf_[static_cast<unsigned char>(byte)]].data();
+    }
+
+    /// Returns the sum of the highest number of each word, of so many vectors.
+    template <std::size_t COUNT>
+    int sumOfHighest(const Vectors &vectors) const
+    {
+        if (words_ > 1)
+            return sumOfHighest(vectors);
+        lanes::Vector highest = vectors[0];
+        for (std::size_t v = 1; v < COUNT; ++v)
+            highest = lanes::greater(highest, vectors[v]);
+        return lanes::highest(highest);
     }
 
     /// Returns the number of row i.
@@ -119,12 +177,18 @@ public:
     }
 
 private:
-    std::size_t rows_;
-    std::size_t vectors_;
+    void addWord(std::string_view word);
+    int sumOfHighest(const Vectors &vectors) const;
+
+    std::size_t rows_ = 0;
+    std::size_t vectors_ = 0;
+    std::size_t words_ = 0;
     /// Gives each byte its entry of masks_, which is 0 for a byte that the query does not hold.
     std::array<std::uint8_t, 256> maskOf_{};
     std::vector<Vectors> masks_;
     std::array<Row, LONGEST> queryRows_{};
+    Vectors firstRows_{};
+    Vectors lastRows_{};
 };
 
 } // namespace quillon

@@ -25,7 +25,7 @@ TreeSearch<Rule>::TreeSearch(std::string_view query, const PathIndex &index,
     if (!query.empty() && query.size() <= scoring::MAX_LENGTH)
         scorer_.emplace(query);
     if (scorer_ && query.size() <= Rule::UnitScorer::LONGEST_QUERY)
-        unitScorer_.emplace(query);
+        unitScorer_.emplace(Rule::Progress::wordsOf(query));
 }
 
 template <typename Rule>

@@ -145,14 +145,14 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
         return {};
     if (!level.hasUnits)
         computeUnits(depth_);
-    const lanes::Vector *gains = gainsIfShared(node);
-    const bool isGood = gains == nullptr || rankOf(node, gains) >= threshold;
-    if (gains != nullptr && node.firstChild == PathTree::NONE)
-        return {.text = isGood, .below = false};
+    if (node.firstChild == PathTree::NONE) {
+        if (const lanes::Vector *gains = gainsIfShared(node))
+            return {.text = rankOf(node, gains) >= threshold, .below = false};
+    }
     const ByteClassSet below = tree_.below(id);
     const Bounds bounds = UnitScorer::ranks(
         search_.unitScorer_->bounds(level.units, level.position, node, below), node, below);
-    return {.text = isGood && bounds.text >= threshold, .below = bounds.below >= threshold};
+    return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
 }
 
 template <typename Rule>

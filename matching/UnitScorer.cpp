@@ -3,6 +3,7 @@
 #include "matching/FuzzyScore.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -21,6 +22,16 @@ constexpr std::int16_t CONSECUTIVE = units(scoring::MATCH_CONSECUTIVE);
 constexpr std::int16_t SLASH = units(scoring::BONUS_SLASH);
 constexpr std::int16_t WORD = units(scoring::BONUS_WORD);
 constexpr std::int16_t CAPITAL = units(scoring::BONUS_CAPITAL);
+/// Returns what a match at the place earns.
+std::int16_t unitsAt(scoring::Place place)
+{
+    using enum scoring::Place;
+    constexpr std::array<std::int16_t, scoring::PLACES> UNITS{
+        units(scoring::bonus(insideWord)), units(scoring::bonus(startOfName)),
+        units(scoring::bonus(startOfWord)), units(scoring::bonus(capitalInWord))};
+    return UNITS[static_cast<std::size_t>(place)];
+}
+
 /// Stands for minus infinity. Real scores stay above -3 * MAX_LENGTH. A value that is computed from
 /// this one stays below them, since at most LONGEST_QUERY consecutive matches are added, and above
 /// the least 16-bit number, since at most two units are taken off for each of MAX_LENGTH bytes.
@@ -31,12 +42,11 @@ static_assert(NO_SCORE - 2 * int{scoring::MAX_LENGTH} > std::numeric_limits<std:
 
 } // namespace
 
-UnitScorer::UnitScorer(std::string_view query) : query_(query)
+UnitScorer::UnitScorer(const std::vector<std::string_view> &words) : query_(words)
 {
-    for (lanes::Vector &gaps : gaps_)
-        gaps = lanes::all(units(scoring::GAP_INNER));
-    const std::size_t last = query_.rows() - 1;
-    gaps_[last / lanes::COUNT][last % lanes::COUNT] = units(scoring::GAP_TRAILING);
+    for (std::size_t v = 0; v < query_.vectors(); ++v)
+        gaps_[v] = lanes::select(query_.lastRows()[v], lanes::all(units(scoring::GAP_TRAILING)),
+                                 lanes::all(units(scoring::GAP_INNER)));
 }
 
 UnitScorer::State UnitScorer::initialState() const
@@ -62,18 +72,23 @@ void UnitScorer::enterVectors(const State &from, State &to, std::size_t position
     std::copy_n(from.best.begin(), COUNT, bests.begin());
     std::copy_n(from.ending.begin(), COUNT, endings.begin());
     const auto matchByte = [&](char byte, char previous) {
-        const std::int16_t earned = units(scoring::bonus(byte, previous));
+        const std::int16_t earned = unitsAt(scoring::placeOf(byte, previous));
         const Vector *matched = query_.matchedBy(byte);
-        // The first query byte has no row above it, so its score is the leading gap and the bonus.
-        Vector bestBelow =
-            lanes::all(static_cast<std::int16_t>(static_cast<int>(position) * LEADING));
-        Vector endingBelow = lanes::all(NO_SCORE);
+        const auto leading = static_cast<std::int16_t>(static_cast<int>(position) * LEADING);
+        Vector bestBelow{};
+        Vector endingBelow{};
         for (std::size_t v = 0; v < COUNT; ++v) {
             const Vector best = bests[v];
             const Vector ending = endings[v];
-            const Vector score = lanes::greater(lanes::shiftUp(best, bestBelow) + earned,
-                                                lanes::shiftUp(ending, endingBelow) + CONSECUTIVE);
-            endings[v] = matched[v] != 0 ? score : lanes::all(NO_SCORE);
+            // The first byte of a word has no row above it, so its score is the leading gap and the
+            // bonus.
+            const Vector isFirst = query_.firstRows()[v];
+            const Vector apart =
+                lanes::select(isFirst, lanes::all(leading), lanes::shiftUp(best, bestBelow));
+            const Vector inRun =
+                lanes::select(isFirst, lanes::all(NO_SCORE), lanes::shiftUp(ending, endingBelow));
+            const Vector score = lanes::greater(apart + earned, inRun + CONSECUTIVE);
+            endings[v] = lanes::select(matched[v], score, lanes::all(NO_SCORE));
             bests[v] = lanes::greater(best + gaps_[v], endings[v]);
             bestBelow = best;
             endingBelow = ending;
@@ -108,113 +123,112 @@ void UnitScorer::computeGains(std::string_view name, Vector *gains) const
     query_.withVectors([&]<std::size_t COUNT>() { computeGainVectors<COUNT>(name, gains); });
 }
 
-/// Goes through the name from its end to its beginning. Lane i stands for the bytes of the query
+/// Goes through the name from its end to its beginning. Lane i stands for the bytes of the word
 /// behind byte i: apart is the most that they earn in the rest of the name, and inRun the most if
-/// the first of them is matched by the first byte of the rest, right behind a match.
+/// the first of them is matched by the first byte of the rest, right behind a match. In whole, the
+/// lane of a word's first byte stands for all of the word.
 template <std::size_t COUNT>
 void UnitScorer::computeGainVectors(std::string_view name, Vector *gains) const
 {
     std::array<Vector, COUNT> apart;
     std::array<Vector, COUNT> inRun;
-    apart.fill(lanes::all(NO_SCORE));
-    inRun.fill(lanes::all(NO_SCORE));
-    const std::size_t last = query_.rows() - 1;
-    apart[last / lanes::COUNT][last % lanes::COUNT] = 0;
-    int whole = NO_SCORE;
+    std::array<Vector, COUNT> whole;
+    const Vector none = lanes::all(NO_SCORE);
+    for (std::size_t v = 0; v < COUNT; ++v) {
+        apart[v] = lanes::select(query_.lastRows()[v], Vector{}, none);
+        inRun[v] = whole[v] = none;
+    }
     for (std::size_t at = name.size(); at > 0;) {
         const std::size_t end = at;
         while (at > 0 && !query_.holds(name[at - 1]))
             --at;
-        if (at < end) {
+        const auto passed = static_cast<std::int16_t>(end - at);
+        if (passed > 0) {
             for (std::size_t v = 0; v < COUNT; ++v) {
-                apart[v] += gaps_[v] * static_cast<std::int16_t>(end - at);
-                inRun[v] = lanes::all(NO_SCORE);
+                apart[v] += gaps_[v] * passed;
+                inRun[v] = none;
+                whole[v] += static_cast<std::int16_t>(passed * LEADING);
             }
-            whole += static_cast<int>(end - at) * LEADING;
         }
         if (at == 0)
             break;
         const char byte = name[--at];
-        const std::int16_t earned = units(scoring::bonus(byte, at > 0 ? name[at - 1] : '/'));
+        const std::int16_t earned = unitsAt(scoring::placeOf(byte, at > 0 ? name[at - 1] : '/'));
         const Vector *matched = query_.matchedBy(byte);
-        whole += LEADING;
-        if (matched[0][0] != 0)
-            whole = std::max(whole, std::max(apart[0][0], inRun[0][0]) + earned);
         for (std::size_t v = 0; v < COUNT; ++v) {
-            const bool isLast = v + 1 == COUNT;
-            const Vector above = isLast ? lanes::all(NO_SCORE)
-                                        : lanes::greater(apart[v + 1], inRun[v + 1]);
-            const Vector rest = lanes::shiftDown(lanes::greater(apart[v], inRun[v]), above);
-            const Vector isMatched =
-                lanes::shiftDown(matched[v], isLast ? Vector{} : matched[v + 1]);
+            const bool isHighest = v + 1 == COUNT;
+            const Vector most = lanes::greater(apart[v], inRun[v]);
+            const Vector rest = lanes::shiftDown(
+                most, isHighest ? none : lanes::greater(apart[v + 1], inRun[v + 1]));
+            const Vector isNextMatched =
+                lanes::shiftDown(matched[v], isHighest ? Vector{} : matched[v + 1]) &
+                ~query_.lastRows()[v];
             apart[v] = lanes::greater(apart[v] + gaps_[v],
-                                      isMatched != 0 ? rest + earned : lanes::all(NO_SCORE));
-            inRun[v] = isMatched != 0 ? rest + CONSECUTIVE : lanes::all(NO_SCORE);
+                                      lanes::select(isNextMatched, rest + earned, none));
+            inRun[v] = lanes::select(isNextMatched, rest + CONSECUTIVE, none);
+            whole[v] = lanes::greater(
+                whole[v] + LEADING,
+                lanes::select(matched[v] & query_.firstRows()[v], most + earned, none));
         }
     }
     std::copy_n(apart.begin(), COUNT, gains);
     std::copy_n(inRun.begin(), COUNT, gains + COUNT);
-    gains[2 * COUNT] = lanes::all(static_cast<std::int16_t>(std::max<int>(whole, NO_SCORE)));
+    std::copy_n(whole.begin(), COUNT, gains + 2 * COUNT);
 }
 
 int UnitScorer::score(const State &state, std::size_t position, const Vector *gains) const
 {
+    const auto leading = static_cast<std::int16_t>(static_cast<int>(position) * LEADING);
     return query_.withVectors([&]<std::size_t COUNT>() {
-        Vector best = lanes::all(NO_SCORE);
+        ShortQuery::Vectors scores;
         for (std::size_t v = 0; v < COUNT; ++v)
-            best = lanes::greater(best, lanes::greater(state.best[v] + gains[v],
-                                                       state.ending[v] + gains[COUNT + v]));
-        const int whole = gains[2 * COUNT][0] + static_cast<int>(position) * LEADING;
-        return std::max(lanes::highest(best), whole);
+            scores[v] = lanes::greater(gains[2 * COUNT + v] + leading,
+                                       lanes::greater(state.best[v] + gains[v],
+                                                      state.ending[v] + gains[COUNT + v]));
+        return query_.sumOfHighest<COUNT>(scores);
     });
-}
-
-int UnitScorer::bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet below)
-{
-    if ((row.startsWord & pairsBelow) == 0)
-        return 0;
-    return (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0 ? WORD : CAPITAL;
 }
 
 Bounds UnitScorer::bounds(const State &state, std::size_t position, const PathTree::Node &node,
                           ByteClassSet below) const
 {
-    const unsigned levels = mostLevels(below);
-    unsigned slashes = 0;
-    unsigned words = 0;
+    int sum = 0;
+    for (std::size_t end = query_.rows(); end > 0;)
+        sum += boundOfWord(state, position, node, below, end);
+    return {.text = sum, .below = sum};
+}
+
+/// Bounds what the word before the row earns, and moves on to its first row.
+int UnitScorer::boundOfWord(const State &state, std::size_t position, const PathTree::Node &node,
+                            ByteClassSet below, std::size_t &end) const
+{
+    const BytePairSet pairs = node.pairsBelow;
+    const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
+    const int startOfWord = hasSeparator ? WORD : CAPITAL;
     // Each byte of the name that stays unmatched costs at least one unit.
     int gaps = node.nameLength;
-    int best = ShortQuery::at(state.best, query_.rows() - 1) - gaps;
-    int earnedBehind = 0;
-    for (std::size_t i = query_.rows(); i-- > 0 && (query_.row(i).needed & ~below) == 0;) {
-        const Row &row = query_.row(i);
-        const bool mayFollow = (row.behindPrevious & node.pairsBelow) != 0;
-        const int inside = bonusInside(row, node.pairsBelow, below);
-        const int atSlash = (row.behindSlash & node.pairsBelow) != 0 ? SLASH : inside;
-        const int before =
-            i > 0 ? ShortQuery::at(state.best, i - 1) : static_cast<int>(position) * LEADING;
-        int start = before + atSlash;
-        if (mayFollow && i > 0)
-            start = std::max(start, ShortQuery::at(state.ending, i - 1) + CONSECUTIVE);
+    int most = ShortQuery::at(state.best, end - 1) - gaps;
+    ShortQuery::Earnings behind(mostLevels(below), SLASH, startOfWord);
+    bool isHeld = true;
+    for (bool isFirst = false; !isFirst;) {
+        const Row &row = query_.row(--end);
+        isFirst = row.isFirst;
+        isHeld = isHeld && (row.needed & ~below) == 0;
+        if (!isHeld)
+            continue;
+        const bool mayFollow = (row.behindPrevious & pairs) != 0;
+        const bool mayStartName = (row.behindSlash & pairs) != 0;
+        const int inside = (row.startsWord & pairs) != 0 ? startOfWord : 0;
+        int start = (mayStartName ? SLASH : inside) +
+                    (isFirst ? static_cast<int>(position) * LEADING
+                             : ShortQuery::at(state.best, end - 1));
+        if (mayFollow)
+            start = std::max(start, ShortQuery::at(state.ending, end - 1) + CONSECUTIVE);
         gaps -= gaps > 0 ? 1 : 0;
-        best = std::max(best, start + earnedBehind - gaps);
-        // Only the first byte of the name itself is behind a slash.
-        if (mayFollow) {
-            earnedBehind += CONSECUTIVE;
-        } else if (atSlash == inside) {
-            earnedBehind += inside;
-        } else if (slashes < levels) {
-            ++slashes;
-            words += inside > 0 ? 1U : 0U;
-            earnedBehind += atSlash;
-        } else if (inside == 0 && words > 0) {
-            --words;
-            earnedBehind += std::max<int>(WORD, CAPITAL);
-        } else {
-            earnedBehind += inside;
-        }
+        most = std::max(most, start + behind.sum() - gaps);
+        behind.add(mayFollow ? CONSECUTIVE : inside, mayStartName);
     }
-    return {.text = best, .below = best};
+    return most;
 }
 
 int UnitScorer::rankToReach(const Hit &hit)

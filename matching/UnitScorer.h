@@ -30,8 +30,8 @@ public:
         ShortQuery::Vectors best;
         ShortQuery::Vectors ending;
     };
-    /// The query has 1 to LONGEST_QUERY bytes.
-    explicit UnitScorer(std::string_view query);
+    /// The words have 1 to LONGEST_QUERY bytes in all. A text's score is the sum of those for each.
+    explicit UnitScorer(const std::vector<std::string_view> &words);
 
     /// Returns the state of the empty text.
     State initialState() const;
@@ -40,9 +40,9 @@ public:
     /// scoring::MAX_LENGTH.
     void enterName(const State &from, State &to, std::size_t position, std::string_view name) const;
     /// The gains of a name are what it adds as the last one of a text to each number of a state, in
-    /// so many vectors: to those of best, to those of ending, and the first lane of the last vector
-    /// where the beginning matches nothing.
-    std::size_t gainVectors() const { return 2 * query_.vectors() + 1; }
+    /// so many vectors: to those of best, to those of ending, and to the leading gap of a text
+    /// whose beginning matches nothing.
+    std::size_t gainVectors() const { return 3 * query_.vectors(); }
     /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes.
     void computeGains(std::string_view name, lanes::Vector *gains) const;
     /// Returns the score in units of a text that is longer than the query, from the state of its
@@ -70,7 +70,8 @@ private:
                       std::string_view name) const;
     template <std::size_t COUNT>
     void computeGainVectors(std::string_view name, lanes::Vector *gains) const;
-    static int bonusInside(const Row &row, BytePairSet pairsBelow, ByteClassSet below);
+    int boundOfWord(const State &state, std::size_t position, const PathTree::Node &node,
+                    ByteClassSet below, std::size_t &end) const;
 
     const ShortQuery query_;
     ShortQuery::Vectors gaps_{};
