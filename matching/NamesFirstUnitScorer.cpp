@@ -44,6 +44,14 @@ NamesFirstUnitScorer::NamesFirstUnitScorer(const std::vector<std::string_view> &
         slashGaps_[v] =
             lanes::select(query_.lastRows()[v], lanes::all(namesfirst::LEVEL_BELOW),
                           lanes::all(namesfirst::LEVEL_BETWEEN));
+    int most = 0;
+    for (std::size_t i = 0; i < query_.rows(); ++i) {
+        const ShortQuery::Row &row = query_.row(i);
+        most = row.isFirst ? namesfirst::START_OF_NAME : most + RUN;
+        const int passed = ShortQuery::at(slashGaps_, i);
+        most_[i / lanes::COUNT][i % lanes::COUNT] =
+            static_cast<std::int16_t>(most + (row.isSlash ? 0 : passed));
+    }
 }
 
 NamesFirstUnitScorer::State NamesFirstUnitScorer::initialState() const
@@ -121,16 +129,17 @@ void NamesFirstUnitScorer::enterVectors(const State &from, State &to, std::strin
     std::copy_n(endings.begin(), COUNT, to.ending.begin());
 }
 
-void NamesFirstUnitScorer::computeGains(std::string_view name, lanes::Vector *gains) const
+int NamesFirstUnitScorer::computeGains(std::string_view name, lanes::Vector *gains) const
 {
-    query_.withVectors([&]<std::size_t COUNT>() { computeGainVectors<COUNT>(name, gains); });
+    return query_.withVectors(
+        [&]<std::size_t COUNT>() { return computeGainVectors<COUNT>(name, gains); });
 }
 
 /// Goes through the name from its end to its beginning. Lane i stands for the bytes of the word
 /// behind byte i: apart is the most that they earn in the rest of the name, and inRun the most if
 /// the rest continues a run. In whole, the lane of a word's first byte stands for all of the word.
 template <std::size_t COUNT>
-void NamesFirstUnitScorer::computeGainVectors(std::string_view name, lanes::Vector *gains) const
+int NamesFirstUnitScorer::computeGainVectors(std::string_view name, lanes::Vector *gains) const
 {
     std::array<lanes::Vector, COUNT> apart;
     std::array<lanes::Vector, COUNT> inRun;
@@ -184,6 +193,11 @@ void NamesFirstUnitScorer::computeGainVectors(std::string_view name, lanes::Vect
     std::copy_n(apart.begin(), COUNT, gains);
     std::copy_n(inRun.begin(), COUNT, gains + COUNT);
     std::copy_n(whole.begin(), COUNT, gains + 2 * COUNT);
+    ShortQuery::Vectors most;
+    for (std::size_t v = 0; v < COUNT; ++v)
+        most[v] = lanes::greater(lanes::greater(whole[v], lanes::all(namesfirst::LOWEST)),
+                                 most_[v] + lanes::greater(apart[v], inRun[v]));
+    return query_.sumOfHighest<COUNT>(most);
 }
 
 int NamesFirstUnitScorer::score(const State &state, std::size_t, const lanes::Vector *gains) const
@@ -203,6 +217,11 @@ int NamesFirstUnitScorer::rank(int score, const PathTree::Node &node)
     return rankOf(score, node.textLength);
 }
 
+int NamesFirstUnitScorer::scoreToReach(int rank)
+{
+    return rank / RANKS_PER_HUNDREDTH + 1;
+}
+
 Bounds NamesFirstUnitScorer::ranks(Bounds scores, const PathTree::Node &node, ByteClassSet below)
 {
     const std::size_t length = node.textLength;
@@ -212,11 +231,17 @@ Bounds NamesFirstUnitScorer::ranks(Bounds scores, const PathTree::Node &node, By
 }
 
 Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathTree::Node &node,
-                                    ByteClassSet below) const
+                                    ByteClassSet below, int enough) const
 {
+    const Facts facts{.pairs = node.pairsBelow,
+                      .below = below,
+                      .levels = mostLevels(below),
+                      .hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0,
+                      .nameLength = node.nameLength,
+                      .leastNameLength = leastNameLength(below)};
     Bounds sum;
     for (std::size_t end = query_.rows(); end > 0;) {
-        const Bounds word = boundsOfWord(state, node, below, end);
+        const Bounds word = boundsOfWord(state, facts, enough, end);
         sum.text += std::max(word.text, namesfirst::LOWEST);
         sum.below += std::max(word.below, namesfirst::LOWEST);
     }
@@ -224,31 +249,29 @@ Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathT
 }
 
 /// Bounds what the word before the row earns, and moves on to its first row.
-Bounds NamesFirstUnitScorer::boundsOfWord(const State &state, const PathTree::Node &node,
-                                          ByteClassSet below, std::size_t &end) const
+Bounds NamesFirstUnitScorer::boundsOfWord(const State &state, const Facts &facts, int enough,
+                                          std::size_t &end) const
 {
     using namesfirst::LEVEL_BELOW;
     using namesfirst::LEVEL_BETWEEN;
     using namesfirst::START_INSIDE;
     using namesfirst::START_OF_NAME;
     using namesfirst::START_OF_WORD;
-    const BytePairSet pairs = node.pairsBelow;
-    const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
+    const BytePairSet pairs = facts.pairs;
     // A text pays for the bytes of its own name that stay unmatched. For a text below, this node's
     // name is free, and its own is at least as long as the shortest there.
-    int gaps = node.nameLength;
-    int gapsBelow = leastNameLength(below);
+    int gaps = facts.nameLength;
+    int gapsBelow = facts.leastNameLength;
     const int held = ShortQuery::at(state.best, end - 1);
     Bounds most{.text = held - gaps, .below = held + LEVEL_BELOW - gapsBelow};
-    ShortQuery::Earnings behind(mostLevels(below), START_OF_NAME, START_OF_WORD);
+    ShortQuery::Earnings behind(facts.levels, START_OF_NAME, START_OF_WORD);
     bool isHeld = true;
     for (bool isFirst = false; !isFirst;) {
         const ShortQuery::Row &row = query_.row(--end);
         isFirst = row.isFirst;
-        isHeld = isHeld && (row.needed & ~below) == 0;
+        isHeld = isHeld && (row.needed & ~facts.below) == 0;
         if (!isHeld)
             continue;
-        const bool mayPassSeparator = hasSeparator && (row.behindAnySeparator & pairs) != 0;
         const bool mayStartWord = (row.startsWord & pairs) != 0;
         const bool mayStartName = (row.behindSlash & pairs) != 0;
         const int elsewhere = row.isSlash ? START_AT_SLASH : START_INSIDE;
@@ -256,7 +279,8 @@ Bounds NamesFirstUnitScorer::boundsOfWord(const State &state, const PathTree::No
         int inRun = NO_WAY;
         if ((row.behindPrevious & pairs) != 0)
             inRun = RUN;
-        else if (mayPassSeparator && (row.separatorBehindPrevious & pairs) != 0)
+        else if (facts.hasSeparator && (row.behindAnySeparator & pairs) != 0 &&
+                 (row.separatorBehindPrevious & pairs) != 0)
             inRun = RUN_PAST_SEPARATOR;
         int start = mayStartName ? START_OF_NAME : inside;
         if (!isFirst)
@@ -270,6 +294,10 @@ Bounds NamesFirstUnitScorer::boundsOfWord(const State &state, const PathTree::No
         // nothing is matched before it.
         const int level = !isFirst && !row.isSlashBehind ? LEVEL_BETWEEN : 0;
         most.below = std::max(most.below, earned + level - gapsBelow);
+        if (std::min(most.text, most.below) >= enough && query_.isOneWord()) {
+            end = 0;
+            return most;
+        }
         behind.add(std::max(inRun, inside), mayStartName);
     }
     return most;

@@ -38,18 +38,22 @@ public:
     void enterName(const State &from, State &to, std::size_t position, std::string_view name) const;
     /// The gains of a name are as for UnitScorer.
     std::size_t gainVectors() const { return 3 * query_.vectors(); }
-    /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes.
-    void computeGains(std::string_view name, lanes::Vector *gains) const;
+    /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes. Returns the highest score
+    /// that they give with any beginning.
+    int computeGains(std::string_view name, lanes::Vector *gains) const;
     /// Returns the score in hundredths of a text that matches, from the state of its beginning and
     /// the gains of its last name.
     int score(const State &state, std::size_t position, const lanes::Vector *gains) const;
-    /// Returns the highest scores that the node's text and the texts below it can have. The state
-    /// is the one before the node's name, and below is PathTree::below() of the node.
+    /// Returns the highest scores that the node's text and the texts below it can have, or that
+    /// both are enough. The state is the one before the node's name, and below is PathTree::below()
+    /// of the node.
     Bounds bounds(const State &state, std::size_t position, const PathTree::Node &node,
-                  ByteClassSet below) const;
+                  ByteClassSet below, int enough) const;
 
     /// Returns the rank of the node's text with this score.
     static int rank(int score, const PathTree::Node &node);
+    /// Returns a score that makes this rank whatever the text.
+    static int scoreToReach(int rank);
     /// Returns the highest ranks that the node's text and the texts below it can have with these
     /// scores.
     static Bounds ranks(Bounds scores, const PathTree::Node &node, ByteClassSet below);
@@ -61,13 +65,24 @@ private:
     template <std::size_t COUNT>
     void enterVectors(const State &from, State &to, std::string_view name) const;
     template <std::size_t COUNT>
-    void computeGainVectors(std::string_view name, lanes::Vector *gains) const;
-    Bounds boundsOfWord(const State &state, const PathTree::Node &node, ByteClassSet below,
-                        std::size_t &end) const;
+    int computeGainVectors(std::string_view name, lanes::Vector *gains) const;
+    /// What the bounds take from a node.
+    struct Facts
+    {
+        BytePairSet pairs = 0;
+        ByteClassSet below = 0;
+        unsigned levels = 0;
+        bool hasSeparator = false;
+        int nameLength = 0;
+        int leastNameLength = 0;
+    };
+    Bounds boundsOfWord(const State &state, const Facts &facts, int enough, std::size_t &end) const;
 
     const ShortQuery query_;
     /// What a slash costs each row that does not match it.
     ShortQuery::Vectors slashGaps_{};
+    /// What any beginning gives each row at most.
+    ShortQuery::Vectors most_{};
 };
 
 } // namespace quillon

@@ -135,6 +135,7 @@ public:
     explicit ShortQuery(const std::vector<std::string_view> &words);
 
     std::size_t rows() const { return rows_; }
+    bool isOneWord() const { return words_ == 1; }
     /// Returns the number of vectors that the rows take, a power of two.
     std::size_t vectors() const { return vectors_; }
     /// Calls the function with the number of vectors as a constant, which keeps them in registers.

@@ -143,21 +143,24 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
         return NONE;
     if (!search_.unitScorer_)
         return {};
+    if (node.firstChild == PathTree::NONE && hasSharedGains(node))
+        return {.text = UnitScorer::rank(gains_.most(node.name), node) >= threshold &&
+                        rankByGains(node) >= threshold,
+                .below = false};
     if (!level.hasUnits)
         computeUnits(depth_);
-    if (node.firstChild == PathTree::NONE) {
-        if (const lanes::Vector *gains = gainsIfShared(node))
-            return {.text = rankOf(node, gains) >= threshold, .below = false};
-    }
     const ByteClassSet below = tree_.below(id);
-    const Bounds bounds = UnitScorer::ranks(
-        search_.unitScorer_->bounds(level.units, level.position, node, below), node, below);
+    const Bounds scores = search_.unitScorer_->bounds(level.units, level.position, node, below,
+                                                      UnitScorer::scoreToReach(threshold));
+    const Bounds bounds = UnitScorer::ranks(scores, node, below);
     return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
 }
 
 template <typename Rule>
 void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, Hope hope)
 {
+    if (hope.below && node.firstChild != PathTree::NONE)
+        tree_.prefetch(node.firstChild);
     const std::string_view name = Rule::name(tree_, node);
     const std::size_t held = search_.progress_.behindName(levels_[depth_].held, name);
     if (hope.text && (node.flags & PathTree::CANDIDATE) != 0 && search_.progress_.isWhole(held))
@@ -209,34 +212,38 @@ bool TreeSearchWorker<Rule>::isBelowThreshold(const Node &node)
     const int threshold = search_.threshold_.load(std::memory_order_relaxed);
     if (threshold == TreeSearch<Rule>::NO_THRESHOLD || !search_.unitScorer_)
         return false;
-    if (!levels_[depth_].hasUnits)
-        computeUnits(depth_);
-    return rankOf(node, gains(node)) < threshold;
+    if (!gains_.has(node.name))
+        computeGains(node);
+    return rankByGains(node) < threshold;
 }
 
-/// Returns a null pointer where the bounds are cheaper than the gains.
+/// Returns true where the gains of the name are there, or now, since that pays.
 template <typename Rule>
-const lanes::Vector *TreeSearchWorker<Rule>::gainsIfShared(const Node &node)
+bool TreeSearchWorker<Rule>::hasSharedGains(const Node &node)
 {
-    const lanes::Vector *known = gains_.find(node.name);
-    return known == nullptr && tree_.names().uses(node.name) >= WORTH_GAINS ? gains(node) : known;
+    if (gains_.has(node.name))
+        return true;
+    if (tree_.names().uses(node.name) < WORTH_GAINS)
+        return false;
+    computeGains(node);
+    return true;
 }
 
 template <typename Rule>
-const lanes::Vector *TreeSearchWorker<Rule>::gains(const Node &node)
+void TreeSearchWorker<Rule>::computeGains(const Node &node)
 {
-    const lanes::Vector *known = gains_.find(node.name);
-    if (known != nullptr)
-        return known;
-    lanes::Vector *fresh = gains_.add(node.name);
-    search_.unitScorer_->computeGains(Rule::name(tree_, node), fresh);
-    return fresh;
+    gains_.add(node.name, [&](lanes::Vector *gains) {
+        return search_.unitScorer_->computeGains(Rule::name(tree_, node), gains);
+    });
 }
 
 template <typename Rule>
-int TreeSearchWorker<Rule>::rankOf(const Node &node, const lanes::Vector *gains) const
+int TreeSearchWorker<Rule>::rankByGains(const Node &node)
 {
     const Level &above = levels_[depth_];
+    if (!above.hasUnits)
+        computeUnits(depth_);
+    const lanes::Vector *gains = gains_.gains(node.name);
     return UnitScorer::rank(search_.unitScorer_->score(above.units, above.position, gains), node);
 }
 

@@ -64,9 +64,9 @@ private:
     void push(NodeId id, const Node &node, std::size_t held);
     void addIfGood(NodeId id, const Node &node);
     bool isBelowThreshold(const Node &node);
-    const lanes::Vector *gainsIfShared(const Node &node);
-    const lanes::Vector *gains(const Node &node);
-    int rankOf(const Node &node, const lanes::Vector *gains) const;
+    bool hasSharedGains(const Node &node);
+    void computeGains(const Node &node);
+    int rankByGains(const Node &node);
     void add(const Hit &hit);
     void computeUnits(std::size_t depth);
     void computeState(std::size_t depth);

@@ -47,6 +47,11 @@ UnitScorer::UnitScorer(const std::vector<std::string_view> &words) : query_(word
     for (std::size_t v = 0; v < query_.vectors(); ++v)
         gaps_[v] = lanes::select(query_.lastRows()[v], lanes::all(units(scoring::GAP_TRAILING)),
                                  lanes::all(units(scoring::GAP_INNER)));
+    std::int16_t most = 0;
+    for (std::size_t i = 0; i < query_.rows(); ++i) {
+        most = query_.row(i).isFirst ? SLASH : static_cast<std::int16_t>(most + CONSECUTIVE);
+        most_[i / lanes::COUNT][i % lanes::COUNT] = most;
+    }
 }
 
 UnitScorer::State UnitScorer::initialState() const
@@ -118,9 +123,10 @@ void UnitScorer::enterVectors(const State &from, State &to, std::size_t position
     std::copy_n(endings.begin(), COUNT, to.ending.begin());
 }
 
-void UnitScorer::computeGains(std::string_view name, Vector *gains) const
+int UnitScorer::computeGains(std::string_view name, Vector *gains) const
 {
-    query_.withVectors([&]<std::size_t COUNT>() { computeGainVectors<COUNT>(name, gains); });
+    return query_.withVectors(
+        [&]<std::size_t COUNT>() { return computeGainVectors<COUNT>(name, gains); });
 }
 
 /// Goes through the name from its end to its beginning. Lane i stands for the bytes of the word
@@ -128,7 +134,7 @@ void UnitScorer::computeGains(std::string_view name, Vector *gains) const
 /// the first of them is matched by the first byte of the rest, right behind a match. In whole, the
 /// lane of a word's first byte stands for all of the word.
 template <std::size_t COUNT>
-void UnitScorer::computeGainVectors(std::string_view name, Vector *gains) const
+int UnitScorer::computeGainVectors(std::string_view name, Vector *gains) const
 {
     std::array<Vector, COUNT> apart;
     std::array<Vector, COUNT> inRun;
@@ -174,6 +180,10 @@ void UnitScorer::computeGainVectors(std::string_view name, Vector *gains) const
     std::copy_n(apart.begin(), COUNT, gains);
     std::copy_n(inRun.begin(), COUNT, gains + COUNT);
     std::copy_n(whole.begin(), COUNT, gains + 2 * COUNT);
+    ShortQuery::Vectors most;
+    for (std::size_t v = 0; v < COUNT; ++v)
+        most[v] = lanes::greater(whole[v], most_[v] + lanes::greater(apart[v], inRun[v]));
+    return query_.sumOfHighest<COUNT>(most);
 }
 
 int UnitScorer::score(const State &state, std::size_t position, const Vector *gains) const
@@ -190,17 +200,17 @@ int UnitScorer::score(const State &state, std::size_t position, const Vector *ga
 }
 
 Bounds UnitScorer::bounds(const State &state, std::size_t position, const PathTree::Node &node,
-                          ByteClassSet below) const
+                          ByteClassSet below, int enough) const
 {
     int sum = 0;
     for (std::size_t end = query_.rows(); end > 0;)
-        sum += boundOfWord(state, position, node, below, end);
+        sum += boundOfWord(state, position, node, below, enough, end);
     return {.text = sum, .below = sum};
 }
 
 /// Bounds what the word before the row earns, and moves on to its first row.
 int UnitScorer::boundOfWord(const State &state, std::size_t position, const PathTree::Node &node,
-                            ByteClassSet below, std::size_t &end) const
+                            ByteClassSet below, int enough, std::size_t &end) const
 {
     const BytePairSet pairs = node.pairsBelow;
     const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
@@ -226,6 +236,10 @@ int UnitScorer::boundOfWord(const State &state, std::size_t position, const Path
             start = std::max(start, ShortQuery::at(state.ending, end - 1) + CONSECUTIVE);
         gaps -= gaps > 0 ? 1 : 0;
         most = std::max(most, start + behind.sum() - gaps);
+        if (most >= enough && query_.isOneWord()) {
+            end = 0;
+            return most;
+        }
         behind.add(mayFollow ? CONSECUTIVE : inside, mayStartName);
     }
     return most;

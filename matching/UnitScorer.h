@@ -43,20 +43,23 @@ public:
     /// so many vectors: to those of best, to those of ending, and to the leading gap of a text
     /// whose beginning matches nothing.
     std::size_t gainVectors() const { return 3 * query_.vectors(); }
-    /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes.
-    void computeGains(std::string_view name, lanes::Vector *gains) const;
+    /// Computes the gains of a name of at most scoring::MAX_LENGTH bytes. Returns the highest score
+    /// that they give with any beginning.
+    int computeGains(std::string_view name, lanes::Vector *gains) const;
     /// Returns the score in units of a text that is longer than the query, from the state of its
     /// beginning, of so many bytes, and the gains of its last name. It is below every real score
     /// where the text does not match.
     int score(const State &state, std::size_t position, const lanes::Vector *gains) const;
-    /// Returns the most units that the node's text, or any text below it, can score; both bounds
-    /// are the same. The state and the position are those before the node's name, and below is
-    /// PathTree::below() of the node.
+    /// Returns the most units that the node's text, or any text below it, can score, or that it is
+    /// enough; both bounds are the same. The state and the position are those before the node's
+    /// name, and below is PathTree::below() of the node.
     Bounds bounds(const State &state, std::size_t position, const PathTree::Node &node,
-                  ByteClassSet below) const;
+                  ByteClassSet below, int enough) const;
 
     /// Returns the number that orders texts, here the score itself, and the same of bounds.
     static int rank(int score, const PathTree::Node &) { return score; }
+    /// Returns a score that makes this rank whatever the text.
+    static int scoreToReach(int rank) { return rank; }
     static Bounds ranks(Bounds scores, const PathTree::Node &, ByteClassSet) { return scores; }
     /// Returns the least number of units that may reach the hit.
     static int rankToReach(const Hit &hit);
@@ -69,12 +72,14 @@ private:
     void enterVectors(const State &from, State &to, std::size_t position,
                       std::string_view name) const;
     template <std::size_t COUNT>
-    void computeGainVectors(std::string_view name, lanes::Vector *gains) const;
+    int computeGainVectors(std::string_view name, lanes::Vector *gains) const;
     int boundOfWord(const State &state, std::size_t position, const PathTree::Node &node,
-                    ByteClassSet below, std::size_t &end) const;
+                    ByteClassSet below, int enough, std::size_t &end) const;
 
     const ShortQuery query_;
     ShortQuery::Vectors gaps_{};
+    /// What any beginning gives each row at most.
+    ShortQuery::Vectors most_{};
 };
 
 } // namespace quillon
