@@ -41,9 +41,8 @@ NamesFirstUnitScorer::NamesFirstUnitScorer(const std::vector<std::string_view> &
     : query_(words)
 {
     for (std::size_t v = 0; v < query_.vectors(); ++v)
-        slashGaps_[v] =
-            lanes::select(query_.lastRows()[v], lanes::all(namesfirst::LEVEL_BELOW),
-                          lanes::all(namesfirst::LEVEL_BETWEEN));
+        slashGaps_[v] = lanes::select(query_.lastRows()[v], lanes::all(namesfirst::LEVEL_BELOW),
+                                      lanes::all(namesfirst::LEVEL_BETWEEN));
     int most = 0;
     for (std::size_t i = 0; i < query_.rows(); ++i) {
         const ShortQuery::Row &row = query_.row(i);

@@ -44,6 +44,11 @@ public:
     /// Returns the score in hundredths of a text that matches, from the state of its beginning and
     /// the gains of its last name.
     int score(const State &state, std::size_t position, const lanes::Vector *gains) const;
+    /// Returns a bit for each word that a name with these gains holds.
+    std::size_t wordsHeld(const lanes::Vector *gains) const
+    {
+        return query_.wordsAbove(namesfirst::LOWEST, gains + 2 * query_.vectors());
+    }
     /// Returns the highest scores that the node's text and the texts below it can have, or that
     /// both are enough. The state is the one before the node's name, and below is PathTree::below()
     /// of the node.

@@ -71,13 +71,12 @@ PathTree::NodeId PathTree::copyNode(const PathTree &source, NodeId id, NodeId pa
     const std::string_view name = source.name(original);
     const NodeId copy = allocate();
     mutableChunkOf(copy).below[copy & CHUNK_MASK] = source.below(id);
-    mutableNode(copy) = {
-        .pairsBelow = original.pairsBelow,
-        .parent = parent,
-        .name = names_.take(name),
-        .textLength = original.textLength,
-        .nameLength = original.nameLength,
-        .flags = static_cast<Flags>(original.flags & COUNTED_FLAGS)};
+    mutableNode(copy) = {.pairsBelow = original.pairsBelow,
+                         .parent = parent,
+                         .name = names_.take(name),
+                         .textLength = original.textLength,
+                         .nameLength = original.nameLength,
+                         .flags = static_cast<Flags>(original.flags & COUNTED_FLAGS)};
     children_.insert(hashOf(name, parent), copy);
     append(parent, copy);
     return copy;

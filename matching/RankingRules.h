@@ -28,6 +28,7 @@ namespace quillon {
 struct InOrderMatching
 {
     using Progress = BytesInOrder;
+    static constexpr bool ARE_WORDS_APART = false;
 
     static std::string_view name(const PathTree &tree, const PathTree::Node &node)
     {
@@ -113,6 +114,7 @@ template <typename Rule>
 struct WordsRule
 {
     using Progress = WordsInAnyOrder;
+    static constexpr bool ARE_WORDS_APART = true;
     using Scorer = WordScorers<Rule>;
     using UnitScorer = typename Rule::UnitScorer;
     static constexpr bool IS_EQUAL_LENGTH_BEST = Rule::IS_EQUAL_LENGTH_BEST;

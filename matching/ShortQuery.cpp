@@ -7,11 +7,12 @@
 
 namespace quillon {
 
-ShortQuery::ShortQuery(const std::vector<std::string_view> &words)
-    : words_(words.size()), masks_(1)
+ShortQuery::ShortQuery(const std::vector<std::string_view> &words) : masks_(1)
 {
-    for (const std::string_view word : words)
+    for (const std::string_view word : words) {
+        firstRowOf_[words_++] = static_cast<std::uint8_t>(rows_);
         addWord(word);
+    }
     require(rows_ >= 1, "a query reckoned in units has a byte");
     vectors_ = std::bit_ceil((rows_ + lanes::COUNT - 1) / lanes::COUNT);
     for (unsigned char capital = 'A'; capital <= 'Z'; ++capital)
@@ -38,8 +39,8 @@ void ShortQuery::addWord(std::string_view word)
         masks_[mask][at / lanes::COUNT][at % lanes::COUNT] = -1;
 
         slashes += byte == '/' ? 1U : 0U;
-        row.needed = classesOf(byte) | levelClasses(slashes) |
-                     (row.isLast ? 0 : queryRows_[at + 1].needed);
+        row.needed =
+            classesOf(byte) | levelClasses(slashes) | (row.isLast ? 0 : queryRows_[at + 1].needed);
         row.behindPrevious = row.isFirst ? 0 : pairOf(word[i - 1], byte);
         for (const char separator : WORD_SEPARATORS) {
             row.behindAnySeparator |= pairOf(separator, byte);

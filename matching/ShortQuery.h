@@ -98,8 +98,8 @@ public:
     class Earnings
     {
     public:
-        /// No more of the bytes than there are levels are first in a name, and those earn startOfName.
-        /// The first byte of a word within a name earns startOfWord, which is less.
+        /// No more of the bytes than there are levels are first in a name, and those earn
+        /// startOfName. The first byte of a word within a name earns startOfWord, which is less.
         Earnings(unsigned levels, int startOfName, int startOfWord)
             : levels_(levels), startOfName_(startOfName), startOfWord_(startOfWord)
         {}
@@ -171,6 +171,18 @@ public:
         return lanes::highest(highest);
     }
 
+    /// Returns a bit for each word whose first row has a higher number than the limit.
+    std::size_t wordsAbove(int limit, const lanes::Vector *vectors) const
+    {
+        std::size_t words = 0;
+        for (std::size_t word = 0; word < words_; ++word) {
+            const std::size_t row = firstRowOf_[word];
+            const bool isAbove = vectors[row / lanes::COUNT][row % lanes::COUNT] > limit;
+            words |= (isAbove ? std::size_t{1} : 0) << word;
+        }
+        return words;
+    }
+
     /// Returns the number of row i.
     static int at(const Vectors &vectors, std::size_t i)
     {
@@ -188,6 +200,7 @@ private:
     std::array<std::uint8_t, 256> maskOf_{};
     std::vector<Vectors> masks_;
     std::array<Row, LONGEST> queryRows_{};
+    std::array<std::uint8_t, LONGEST> firstRowOf_{};
     Vectors firstRows_{};
     Vectors lastRows_{};
 };

@@ -161,12 +161,23 @@ void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, Hope hope)
 {
     if (hope.below && node.firstChild != PathTree::NONE)
         tree_.prefetch(node.firstChild);
-    const std::string_view name = Rule::name(tree_, node);
-    const std::size_t held = search_.progress_.behindName(levels_[depth_].held, name);
+    const std::size_t held = heldBehind(node);
     if (hope.text && (node.flags & PathTree::CANDIDATE) != 0 && search_.progress_.isWhole(held))
         addIfGood(id, node);
     if (hope.below && node.firstChild != PathTree::NONE)
         push(id, node, held);
+}
+
+/// Returns how much of the query the node's text holds.
+template <typename Rule>
+std::size_t TreeSearchWorker<Rule>::heldBehind(const Node &node)
+{
+    const std::size_t before = levels_[depth_].held;
+    if constexpr (Rule::ARE_WORDS_APART) {
+        if (search_.unitScorer_ && node.textLength <= scoring::MAX_LENGTH && hasSharedGains(node))
+            return before | search_.unitScorer_->wordsHeld(gains_.gains(node.name));
+    }
+    return search_.progress_.behindName(before, Rule::name(tree_, node));
 }
 
 template <typename Rule>

@@ -61,6 +61,7 @@ private:
     void shareWork();
     Hope hopeOf(NodeId id, const Node &node);
     void visit(NodeId id, const Node &node, Hope hope);
+    std::size_t heldBehind(const Node &node);
     void push(NodeId id, const Node &node, std::size_t held);
     void addIfGood(NodeId id, const Node &node);
     bool isBelowThreshold(const Node &node);

@@ -32,12 +32,11 @@ std::int16_t unitsAt(scoring::Place place)
     return UNITS[static_cast<std::size_t>(place)];
 }
 
-/// Stands for minus infinity. Real scores stay above -3 * MAX_LENGTH. A value that is computed from
+/// Stands for minus infinity. Real scores stay above LOWEST. A value that is computed from
 /// this one stays below them, since at most LONGEST_QUERY consecutive matches are added, and above
 /// the least 16-bit number, since at most two units are taken off for each of MAX_LENGTH bytes.
 constexpr std::int16_t NO_SCORE = -12'000;
-static_assert(NO_SCORE + int{UnitScorer::LONGEST_QUERY} * CONSECUTIVE <
-              -3 * int{scoring::MAX_LENGTH});
+static_assert(NO_SCORE + int{UnitScorer::LONGEST_QUERY} * CONSECUTIVE < UnitScorer::LOWEST);
 static_assert(NO_SCORE - 2 * int{scoring::MAX_LENGTH} > std::numeric_limits<std::int16_t>::min());
 
 } // namespace
@@ -172,9 +171,9 @@ int UnitScorer::computeGainVectors(std::string_view name, Vector *gains) const
             apart[v] = lanes::greater(apart[v] + gaps_[v],
                                       lanes::select(isNextMatched, rest + earned, none));
             inRun[v] = lanes::select(isNextMatched, rest + CONSECUTIVE, none);
-            whole[v] = lanes::greater(
-                whole[v] + LEADING,
-                lanes::select(matched[v] & query_.firstRows()[v], most + earned, none));
+            whole[v] =
+                lanes::greater(whole[v] + LEADING, lanes::select(matched[v] & query_.firstRows()[v],
+                                                                 most + earned, none));
         }
     }
     std::copy_n(apart.begin(), COUNT, gains);
@@ -192,9 +191,9 @@ int UnitScorer::score(const State &state, std::size_t position, const Vector *ga
     return query_.withVectors([&]<std::size_t COUNT>() {
         ShortQuery::Vectors scores;
         for (std::size_t v = 0; v < COUNT; ++v)
-            scores[v] = lanes::greater(gains[2 * COUNT + v] + leading,
-                                       lanes::greater(state.best[v] + gains[v],
-                                                      state.ending[v] + gains[COUNT + v]));
+            scores[v] = lanes::greater(
+                gains[2 * COUNT + v] + leading,
+                lanes::greater(state.best[v] + gains[v], state.ending[v] + gains[COUNT + v]));
         return query_.sumOfHighest<COUNT>(scores);
     });
 }
@@ -229,9 +228,9 @@ int UnitScorer::boundOfWord(const State &state, std::size_t position, const Path
         const bool mayFollow = (row.behindPrevious & pairs) != 0;
         const bool mayStartName = (row.behindSlash & pairs) != 0;
         const int inside = (row.startsWord & pairs) != 0 ? startOfWord : 0;
-        int start = (mayStartName ? SLASH : inside) +
-                    (isFirst ? static_cast<int>(position) * LEADING
-                             : ShortQuery::at(state.best, end - 1));
+        int start =
+            (mayStartName ? SLASH : inside) +
+            (isFirst ? static_cast<int>(position) * LEADING : ShortQuery::at(state.best, end - 1));
         if (mayFollow)
             start = std::max(start, ShortQuery::at(state.ending, end - 1) + CONSECUTIVE);
         gaps -= gaps > 0 ? 1 : 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "matching/ByteClasses.h"
+#include "matching/FuzzyScore.h"
 #include "matching/PathTree.h"
 #include "matching/ShortQuery.h"
 #include "matching/TopHits.h"
@@ -21,6 +22,8 @@ class UnitScorer
 public:
     static constexpr std::size_t LONGEST_QUERY = ShortQuery::LONGEST;
     static constexpr int UNITS_PER_POINT = 200;
+    /// Every real score is above it.
+    static constexpr int LOWEST = -3 * int{scoring::MAX_LENGTH};
 
     /// Says what a text's beginning means for the score. Each lane stands for a query byte: best is
     /// the best score with that byte matched anywhere so far, ending with it matched by the last
@@ -50,6 +53,11 @@ public:
     /// beginning, of so many bytes, and the gains of its last name. It is below every real score
     /// where the text does not match.
     int score(const State &state, std::size_t position, const lanes::Vector *gains) const;
+    /// Returns a bit for each word that a name with these gains holds.
+    std::size_t wordsHeld(const lanes::Vector *gains) const
+    {
+        return query_.wordsAbove(LOWEST, gains + 2 * query_.vectors());
+    }
     /// Returns the most units that the node's text, or any text below it, can score, or that it is
     /// enough; both bounds are the same. The state and the position are those before the node's
     /// name, and below is PathTree::below() of the node.

@@ -154,8 +154,8 @@ TEST_F(DesktopFileManagerTest, asksTheOwnerOfTheSharedNameOnlyIfItIsWhatTheUserW
     FakeManager owner(SHARED_NAME);
     const std::string item = home_.makeFolder("folder/item");
     const auto select = [&](auto &manager) { return manager.select(item, home_.path("folder")); };
-    // Both are there before the first question, since GLib learns only some time later of those that
-    // come afterwards.
+    // Both are there before the first question, since GLib learns only some time later of those
+    // that come afterwards.
     install("other", "other %f", "FileManager;");
     install("owner", QCoreApplication::applicationFilePath().toStdString() + " %f");
     EXPECT_TRUE(run(select, "other"));
