@@ -107,7 +107,7 @@ void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, Chosen &chosen)
 
 void addWatch(CLI::App &app, int argc, WatchCommand &watch, Chosen &chosen)
 {
-    CLI::App *command = app.add_subcommand("watch", "Keep an index current and print it on demand");
+    CLI::App *command = app.add_subcommand("watch", "Print what comes and goes in folders");
     addSeconds(
         *command, "--latency", [&](double seconds) { watch.latency = seconds; },
         "From a change to its report (10)");
@@ -118,7 +118,9 @@ void addWatch(CLI::App &app, int argc, WatchCommand &watch, Chosen &chosen)
         *command, "--sweep", [&](double seconds) { watch.sweep = wholeMilliseconds(seconds); },
         "Between looks at folders that are not watched (60)");
     addNumber(*command, "--budget", watch.budget, {}, "Watch at most N folders (half the limit)");
-    command->add_flag("-0", watch.nulSeparated, "End each path with NUL, not a line feed");
+    command->add_flag("--dump", watch.dumps,
+                      "Print the index when standard input asks, not the changes");
+    command->add_flag("-0", watch.nulSeparated, "As --dump, and each path ends with NUL");
     addTexts(*command, argc, "DIR", watch.folders, "Folder to watch; may be repeated")->required();
     command->final_callback([&] { chosen = [&](Output &output) { return watch.run(output); }; });
 }

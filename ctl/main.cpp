@@ -7,7 +7,7 @@
 //   ShellInit      holds what shells read at their start
 //   UseCommand     counts that a path was opened
 //   CrawlCommand   crawls folders and prints what would be indexed
-//   WatchCommand   keeps an index of folders current and prints it
+//   WatchCommand   keeps an index of folders current, prints it or its changes
 //   StatusCommand  prints the state of the running application
 //   MatchPrinter   prints what find and match have found
 //   Output         standard output, which scripts read; everything else goes to standard error

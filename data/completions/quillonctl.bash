@@ -47,7 +47,7 @@ _quillonctl() {
             folders=yes
             ;;
         watch)
-            options='--latency --window --sweep --budget -0 --help'
+            options='--latency --window --sweep --budget --dump -0 --help'
             folders=yes
             ;;
         status) options='--json --help' ;;
