@@ -5,6 +5,7 @@
 #include "ctl/CrawlCommand.h"
 #include "ctl/FindCommand.h"
 #include "ctl/MatchCommand.h"
+#include "ctl/OpenPathsCommand.h"
 #include "ctl/Output.h"
 #include "ctl/PickCommand.h"
 #include "ctl/ShellInit.h"
@@ -144,6 +145,13 @@ void addPick(CLI::App &app, int argc, PickCommand &pick, Chosen &chosen)
     command->final_callback([&] { chosen = [&](Output &output) { return pick.run(output); }; });
 }
 
+void addOpen(CLI::App &app, int argc, OpenPathsCommand &open, Chosen &chosen)
+{
+    CLI::App *command = app.add_subcommand("open", "Open folders as Return in the panel does");
+    addTexts(*command, argc, "PATH", open.paths, "Folder to open; may be repeated")->required();
+    command->final_callback([&] { chosen = [&](Output &) { return open.run(); }; });
+}
+
 void addUse(CLI::App &app, int argc, UseCommand &use, Chosen &chosen)
 {
     CLI::App *command = app.add_subcommand("use", "Count that paths were opened");
@@ -212,9 +220,11 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
     addWatch(app, argc, watch, chosen);
     addStatus(app, status, chosen);
     PickCommand pick;
+    OpenPathsCommand open;
     UseCommand use;
     std::string code;
     addPick(app, argc, pick, chosen);
+    addOpen(app, argc, open, chosen);
     addUse(app, argc, use, chosen);
     addInit(app, code, chosen);
     if (argc > 1 && argv[1][0] != '-' && !isCommand(app, argv[1])) {

@@ -1,12 +1,13 @@
 # fish completion for quillonctl
 
-set -l commands match find pick use init crawl watch status
+set -l commands match find pick open use init crawl watch status
 set -l none "not __fish_seen_subcommand_from $commands"
 
 complete -c quillonctl -f
 complete -c quillonctl -n $none -a match -d 'Rank the paths on standard input'
 complete -c quillonctl -n $none -a find -d 'Search folders'
 complete -c quillonctl -n $none -a pick -d 'Choose a folder in the terminal'
+complete -c quillonctl -n $none -a open -d 'Open folders as Return in the panel does'
 complete -c quillonctl -n $none -a use -d 'Count that paths were opened'
 complete -c quillonctl -n $none -a init -d 'Print what a shell reads at its start'
 complete -c quillonctl -n $none -a crawl -d 'Print what would be indexed'
@@ -42,7 +43,7 @@ complete -c quillonctl -n $pick -l height -x -d 'Use this many lines below the c
 complete -c quillonctl -n $pick -l best -d 'Do not ask when it is clear which one is meant'
 complete -c quillonctl -n $pick -s 0 -d 'End the path with a NUL byte'
 
-complete -c quillonctl -n '__fish_seen_subcommand_from use' -F
+complete -c quillonctl -n '__fish_seen_subcommand_from open use' -F
 complete -c quillonctl -n '__fish_seen_subcommand_from init' -a 'bash zsh fish'
 
 set -l crawl '__fish_seen_subcommand_from crawl'

@@ -170,6 +170,12 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"orderIsUnknown", "ctl find --order best a", "", 2, "best"},
         Row{"shellIsUnknown", "ctl init csh", "", 2, "csh"},
         Row{"useOfNothing", "ctl use nowhere", "", 1, "nowhere"},
+        Row{"nothingIsToBeOpened", "ctl open nowhere", "", 1, "nowhere: is not there"},
+        Row{"aFileIsToBeOpened", "touch a.txt; ctl open a.txt", "", 1, "a.txt: is no folder"},
+        Row{"nothingIsNamedToBeOpened", "ctl open", "", 2, "PATH"},
+        Row{"noBusToOpenThrough",
+            "touch e.xcodeproj; unset DBUS_SESSION_BUS_ADDRESS; ctl open e.xcodeproj", "", 1,
+            "no session bus"},
         Row{"heightIsTooSmall", "ctl pick --height 1", "", 2, "--height"},
         Row{"settingsHaveAMistake",
             "mkdir -p ../config/quillon; echo '{,}' >../config/quillon/quillon.json; mkdir d; "
