@@ -69,6 +69,7 @@ void addFind(CLI::App &app, int argc, FindCommand &find, Chosen &chosen)
             "Crawl this folder; may be repeated (the configured ones, else the home folder)")
         ->type_name("DIR")
         ->allow_extra_args(false);
+    command->add_flag("--hidden", find.withHidden, "Crawl hidden folders, too")->needs("--in");
     addNumber(*command, "-n,--top", find.top, {}, "Print at most N paths (25)");
     addOrder(
         *command, [&](const std::string &name) { find.order = name; },
@@ -100,6 +101,7 @@ void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, Chosen &chosen)
               "Print files with this extension, without its dot, too");
     addNumber(*command, "--threads", crawl.threads, {.least = 1, .most = MOST_THREADS},
               "Share the work between N threads (2)");
+    command->add_flag("--hidden", crawl.withHidden, "Hidden folders, too");
     command->add_flag("-0", crawl.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--stats", crawl.stats, "Print numbers to standard error");
     addTexts(*command, argc, "DIR", crawl.folders, "Folder to crawl; may be repeated")->required();
@@ -119,6 +121,7 @@ void addWatch(CLI::App &app, int argc, WatchCommand &watch, Chosen &chosen)
         *command, "--sweep", [&](double seconds) { watch.sweep = wholeMilliseconds(seconds); },
         "Between looks at folders that are not watched (60)");
     addNumber(*command, "--budget", watch.budget, {}, "Watch at most N folders (half the limit)");
+    command->add_flag("--hidden", watch.withHidden, "Hidden folders, too");
     command->add_flag("--dump", watch.dumps,
                       "Print the index when standard input asks, not the changes");
     command->add_flag("-0", watch.nulSeparated, "As --dump, and each path ends with NUL");

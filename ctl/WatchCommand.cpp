@@ -123,7 +123,7 @@ int WatchCommand::run(Output &output) const
     const bool dumpsIndex = dumps || nulSeparated;
     if (readable.empty() && !dumpsIndex)
         return FAILURE;
-    settings.includeOnly(readable);
+    settings.includeOnly(readable, withHidden);
 
     FuzzyMatch matcher(nullptr);
     PosixFolderLister folderLister;

@@ -24,6 +24,8 @@ struct WatchCommand
     std::chrono::milliseconds sweep{60000};
     /// The most watches. If absent, half of what the system grants the user.
     std::optional<std::size_t> budget;
+    /// If true, hidden folders are indexed too, whatever the settings say.
+    bool withHidden = false;
     /// If true, the index is printed, and not the changes.
     bool dumps = false;
     /// If true, what is printed ends with NUL. Only the index is printed so.

@@ -28,7 +28,7 @@ _quillonctl() {
     esac
     case $command in
         match) options='--top -n --order --words --counts --repeat -0 --scores --json --stats --help' ;;
-        find) options='--in --top -n --order --no-words -0 --json --relative --crawl --stats --help' ;;
+        find) options='--in --hidden --top -n --order --no-words -0 --json --relative --crawl --stats --help' ;;
         pick) options='--height --best -0 --help' ;;
         open | use)
             options='--help'
@@ -42,12 +42,12 @@ _quillonctl() {
             options='--help'
             ;;
         crawl)
-            options='--exclude --no-default-excludes --no-builtin-excludes --ext --threads -0
+            options='--exclude --no-default-excludes --no-builtin-excludes --ext --hidden --threads -0
                 --stats --help'
             folders=yes
             ;;
         watch)
-            options='--latency --window --sweep --budget --dump -0 --help'
+            options='--latency --window --sweep --budget --hidden --dump -0 --help'
             folders=yes
             ;;
         status) options='--json --help' ;;

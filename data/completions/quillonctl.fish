@@ -29,6 +29,7 @@ complete -c quillonctl -n $match -l stats -d 'Print size and times to standard e
 
 set -l find '__fish_seen_subcommand_from find'
 complete -c quillonctl -n $find -l in -x -a '(__fish_complete_directories)' -d 'Search this folder'
+complete -c quillonctl -n $find -l hidden -d 'Search hidden folders too'
 complete -c quillonctl -n $find -s n -l top -x -d 'Print at most this many paths'
 complete -c quillonctl -n $find -l order -x -a 'path names' -d 'Rank by the whole path or names first'
 complete -c quillonctl -n $find -l no-words -d 'Print only what matches as typed'
@@ -52,6 +53,7 @@ complete -c quillonctl -n $crawl -l exclude -x -d 'Skip folders with this in the
 complete -c quillonctl -n $crawl -l no-default-excludes -d 'Without the patterns that a user begins with'
 complete -c quillonctl -n $crawl -l no-builtin-excludes -d 'Without the patterns that always hold'
 complete -c quillonctl -n $crawl -l ext -x -d 'Print files with this extension too'
+complete -c quillonctl -n $crawl -l hidden -d 'Print hidden folders too'
 complete -c quillonctl -n $crawl -l threads -x -d 'Share the work between this many threads'
 complete -c quillonctl -n $crawl -s 0 -d 'End each path with a NUL byte'
 complete -c quillonctl -n $crawl -l stats -d 'Print numbers to standard error'
@@ -62,6 +64,7 @@ complete -c quillonctl -n $watch -l latency -x -d 'Seconds from a change to its 
 complete -c quillonctl -n $watch -l window -x -d 'Seconds from a report to the update'
 complete -c quillonctl -n $watch -l sweep -x -d 'Seconds between looks at folders that are not watched'
 complete -c quillonctl -n $watch -l budget -x -d 'Watch at most this many folders'
+complete -c quillonctl -n $watch -l hidden -d 'Hidden folders too'
 complete -c quillonctl -n $watch -l dump -d 'Print the index when standard input asks'
 complete -c quillonctl -n $watch -s 0 -d 'As --dump, and each path ends with a NUL byte'
 

@@ -259,17 +259,39 @@ Lines without(const Lines &all, const Lines &some)
 class WatchedTree
 {
 public:
-    WatchedTree()
+    /// Which hidden folders are searched.
+    enum class Hidden
     {
-        session_.writeFile("config/quillon/quillon.json", R"({"include-file-patterns": ["txt"]})");
+        none,
+        all,
+        /// Those below the folder "b", which is an include folder too.
+        inB,
+    };
+
+    explicit WatchedTree(Hidden hidden = Hidden::none) : hidden_(hidden)
+    {
         disk_.makeFolder("root");
         disk_.makeFolder("outside");
+        session_.writeFile("config/quillon/quillon.json",
+                           R"({"include-file-patterns": ["txt"], "search-hidden-folders": {")" +
+                               inner() + R"(": true}})");
     }
 
+    /// Makes the include folder "b" anew, since only folders that are there can be named.
+    void makeB() const
+    {
+        if (hidden_ != Hidden::inB)
+            return;
+        fs::remove_all(inner());
+        fs::create_directory(inner());
+    }
     Lines crawled() const
     {
-        Lines lines = Program(session_, {"crawl", "-0", "--ext", "txt", disk_.path("root")}).read();
+        Lines lines = crawled(disk_.path("root"), hidden_ == Hidden::all);
+        if (hidden_ == Hidden::inB)
+            std::ranges::copy(crawled(inner(), true), std::back_inserter(lines));
         std::ranges::sort(lines);
+        lines.erase(std::ranges::unique(lines).begin(), lines.end());
         return lines;
     }
     Lines watchArguments(const Lines &options) const
@@ -282,28 +304,52 @@ public:
     {
         Lines arguments = {"watch", "--latency", "0.02", "--window", "0.02"};
         arguments.insert(arguments.end(), options.begin(), options.end());
+        if (hidden_ == Hidden::all)
+            arguments.push_back("--hidden");
         arguments.push_back(disk_.path("root"));
+        if (hidden_ == Hidden::inB)
+            arguments.push_back(inner());
         return arguments;
     }
     const TemporaryFolder &session() const { return session_; }
     const TemporaryFolder &disk() const { return disk_; }
 
 private:
+    std::string inner() const { return disk_.path("root/b"); }
+    Lines crawled(const std::string &folder, bool withHidden) const
+    {
+        Lines arguments = {"crawl", "-0", "--ext", "txt", folder};
+        if (withHidden)
+            arguments.push_back("--hidden");
+        return Program(session_, arguments).read();
+    }
+
+    const Hidden hidden_;
     const TemporaryFolder session_;
     const TemporaryFolder disk_;
 };
+
+WatchedTree::Hidden hiddenFor(int seed)
+{
+    using enum WatchedTree::Hidden;
+    return std::array{inB, none, all}.at(static_cast<std::size_t>(seed) % 3);
+}
 
 TEST(Watch, holdsWhatACrawlFindsAfterRandomChanges)
 {
     const std::vector<Lines> options = {{}, {"--budget", "10", "--sweep", "0.05"}};
 
     for (int seed = 1; seed <= runs(); ++seed) {
-        const WatchedTree tree;
+        const WatchedTree tree(hiddenFor(seed));
         Changes changes(tree.disk().path("root"), tree.disk().path("outside"),
                         static_cast<unsigned>(seed));
         changes.make(200);
+        tree.makeB();
         Program watch(tree.session(),
                       tree.watchArguments(options.at(static_cast<std::size_t>(seed) % 2)));
+        // The folder "b" has to be there when the program begins.
+        if (hiddenFor(seed) == WatchedTree::Hidden::inB)
+            watch.ask("");
         // The tree also changes while the build runs.
         changes.make(100);
         for (int round = 0; round < 4; ++round) {
@@ -387,10 +433,11 @@ TEST(Watch, printsWhatComesAndGoesOnce)
 TEST(Watch, printsChangesThatLeadFromOneCrawlToAnother)
 {
     for (int seed = 1; seed <= runs(); ++seed) {
-        const WatchedTree tree;
+        const WatchedTree tree(hiddenFor(seed));
         Changes changes(tree.disk().path("root"), tree.disk().path("outside"),
                         static_cast<unsigned>(seed));
         changes.make(200);
+        tree.makeB();
         const Lines begun = tree.crawled();
         std::set<std::string> held(begun.begin(), begun.end());
         Program watch(tree.session(), tree.changeArguments({}));

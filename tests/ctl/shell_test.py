@@ -59,6 +59,9 @@ class ShellTest(TerminalTest):
             with self.subTest(shell=shell):
                 self.assertEqual(self.run_shell(shell, "q file.xcodeproj\npwd"),
                                  (0, os.fsencode(self.home / "project") + b"\n", b""))
+                # A completed path may end with a slash.
+                self.assertEqual(self.run_shell(shell, f"q {shlex.quote(str(self.home))}/\npwd"),
+                                 (0, os.fsencode(self.home) + b"\n", b""))
                 status, out, err = self.run_shell(shell, "q never-there")
                 self.assertEqual((status, out, err), (1, b"", b""))
 
@@ -125,8 +128,6 @@ class ShellTest(TerminalTest):
                     path = os.path.join(os.fsencode(self.home), name)
                     slash = b"/" if shell == "bash" else b""
                     self.assertEqual(self.completed(terminal, f"q {WORD}{place}\t"), [path + slash])
-                    self.assertEqual(self.run_shell(shell, f"q {shlex.quote(str(self.home))}/\npwd"),
-                                     (0, os.fsencode(self.home) + b"\n", b""))
 
     def test_tab_offers_several_paths(self):
         self.make_folders("harbour", "other/the harbour's \"end\"")
