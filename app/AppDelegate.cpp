@@ -390,10 +390,8 @@ RemoteControl::Handlers AppDelegate::remoteHandlers()
                 [this](const std::string &settings, const std::string &path) {
                     return settings == standardDefaultsPath() && recordUse(path);
                 },
-            .open =
-                [this](const std::string &settings, const std::string &path, const auto &receive) {
-                    open(settings, path, receive);
-                },
+            .open = [this](const std::string &settings, const std::string &path,
+                           const auto &receive) { open(settings, path, receive); },
             .search = [this](const std::string &text,
                              auto receive) { desktopSearch_.search(text, std::move(receive)); },
             .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },

@@ -52,7 +52,8 @@ public:
     void run(const std::string &action, const std::string &path);
     /// Counts a use of the item and does what plain Return in the panel does. Hands over once, on
     /// any thread, why that failed, in English, or an empty text.
-    void open(const std::string &path, const std::function<void(const std::string &fault)> &receive);
+    void open(const std::string &path,
+              const std::function<void(const std::string &fault)> &receive);
 
 private:
     void indexRestored() override { answerWaiting(); }

@@ -403,7 +403,7 @@ std::vector<PathTree::NodeId> IndexUpdate::reached()
     for (const std::string &root : innerRoots_)
         nodes.push_back(tree.insert(normalizePath(root), 0));
     std::ranges::sort(nodes);
-    nodes.erase(std::ranges::unique(nodes).begin(), nodes.end());
+    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
     return nodes;
 }
 

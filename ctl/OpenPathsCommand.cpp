@@ -38,8 +38,7 @@ std::optional<std::string> obstacle(const std::string &path, const ExtensionSet 
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::exists(status))
         return "is not there";
-    if (!std::filesystem::is_directory(status) &&
-        !extensions.holdsExtensionOf(lastComponent(path)))
+    if (!std::filesystem::is_directory(status) && !extensions.holdsExtensionOf(lastComponent(path)))
         return "is no folder";
     return std::nullopt;
 }

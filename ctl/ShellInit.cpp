@@ -36,7 +36,8 @@ constexpr std::string_view BASH_HINT =
 
 // Readline would put what all paths begin with in place of what was typed, unless that is empty. It
 // quotes names of files itself, but shows only their last components where there are several.
-constexpr std::string_view BASH = R"sh(# q TERM<Tab>: completes the term to the paths that are found.
+constexpr std::string_view BASH =
+    R"sh(# q TERM<Tab>: completes the term to the paths that are found.
 __quillon_complete() {
     local path query=${2//[\\\"\']/}
     COMPREPLY=()

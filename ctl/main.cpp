@@ -3,7 +3,7 @@
 //   CommandLine       reads the arguments and chooses the command
 //   MatchCommand      ranks paths from standard input (RecordReader reads them)
 //   FindCommand       searches the running application's index, else its own (OwnIndex)
-//   PickCommand       lets the user choose in the terminal (PickSource answers, PickScreen lays out)
+//   PickCommand       lets the user choose in the terminal (PickSource, PickScreen)
 //   ShellInit         holds what shells read at their start
 //   OpenPathsCommand  has the running application open paths
 //   UseCommand        counts that a path was opened

@@ -65,8 +65,8 @@ struct SearchLocations
     /// Returns whether both lead to the same index at this time.
     friend bool operator==(const SearchLocations &a, const SearchLocations &b)
     {
-        return a.folders == b.folders && a.withHidden == b.withHidden &&
-               a.patterns == b.patterns && a.filePatterns == b.filePatterns;
+        return a.folders == b.folders && a.withHidden == b.withHidden && a.patterns == b.patterns &&
+               a.filePatterns == b.filePatterns;
     }
 };
 

@@ -291,7 +291,7 @@ public:
         if (hidden_ == Hidden::inB)
             std::ranges::copy(crawled(inner(), true), std::back_inserter(lines));
         std::ranges::sort(lines);
-        lines.erase(std::ranges::unique(lines).begin(), lines.end());
+        lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
         return lines;
     }
     Lines watchArguments(const Lines &options) const
