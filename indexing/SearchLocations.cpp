@@ -40,6 +40,8 @@ SearchLocations SearchLocations::of(SearchBaseFinder &finder)
     }
     sortOnce(locations.folders);
     sortOnce(locations.withHidden);
+    // A folder that was found under a new name has got another entry.
+    locations.namesWithHidden = finder.bookmarks.namesWithHidden();
     return locations;
 }
 
