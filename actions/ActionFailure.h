@@ -34,4 +34,7 @@ struct ActionFailure
     bool isUse = true;
 };
 
+/// Returns the reason in English, for standard error, as a sentence whose subject is the item.
+std::string description(const ActionFailure &failure);
+
 } // namespace quillon

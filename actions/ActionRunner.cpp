@@ -83,31 +83,40 @@ ActionType ActionRunner::typeFor(const ActionModel &action, const SearchBaseResu
                                                                 : ActionType::openInDefaultApp;
 }
 
-void ActionRunner::runAction(const ActionModel &action, const SearchBaseResultRef &result)
+void ActionRunner::runAction(const ActionModel &action, const SearchBaseResultRef &result,
+                             const Ended &ended)
 {
-    if (typeFor(action, *result) == ActionType::copyPathToClipboard)
+    const Ended end = [this, ended](const std::optional<ActionFailure> &failure) {
+        if (failure)
+            failed_(*failure);
+        if (ended)
+            ended(failure);
+    };
+    if (typeFor(action, *result) == ActionType::copyPathToClipboard) {
         services_.clipboard.setString(result->path());
-    else
-        queue_.post([this, action, result] { perform(action, result); });
+        end(std::nullopt);
+    } else {
+        queue_.post([this, action, result, end] { perform(action, result, end); });
+    }
 }
 
-void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef &result)
+void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef &result,
+                           const Ended &ended)
 {
     const std::string &path = result->path();
     const ActionType type = typeFor(action, *result);
+    if (type == ActionType::openApplication)
+        return openApplication(action.actionTarget.key(), result, ended);
+    if (type == ActionType::executeShellCommand)
+        return executeShellCommand(action.actionTarget.key(), result, ended);
     bool isDone = true;
     if (type == ActionType::openInDefaultApp)
         isDone = openInDefaultApp(path);
-    else if (type == ActionType::openApplication)
-        openApplication(action.actionTarget.key(), result);
     else if (type == ActionType::showInFinder)
         isDone = showInFinder(path);
     else if (type == ActionType::showParentInFinder)
         isDone = showParentInFinder(path);
-    else if (type == ActionType::executeShellCommand)
-        executeShellCommand(action.actionTarget.key(), result);
-    if (!isDone)
-        failToOpen(type, result);
+    ended(isDone ? std::nullopt : std::optional(failureToOpen(type, result)));
 }
 
 bool ActionRunner::isForFileManager(const std::string &application) const
@@ -147,31 +156,30 @@ bool ActionRunner::showParentInFinder(const std::string &path)
 }
 
 void ActionRunner::openApplication(const std::string &application,
-                                   const SearchBaseResultRef &result)
+                                   const SearchBaseResultRef &result, const Ended &ended)
 {
     // Only quotes are escaped, on purpose: the shell expands dollar signs and backquotes.
     const std::string command =
         "open -a \"" + application + "\" \"" + escaped(result->path(), {{'"', '"'}}) + "\"";
-    const auto report = [this, application, result] {
+    const auto end = [this, application, result, ended](const ProcessRunner::Output &output) {
+        if (output.isSuccess)
+            return ended(std::nullopt);
         const bool isGone =
             services_.folderLister.kind(result->path()) == FolderLister::Kind::nothing;
         using enum ActionFailure::Reason;
-        failed_({.reason = isGone ? itemGone : applicationFailed,
-                 .result = result,
-                 .target = isGone ? "" : application});
+        ended(ActionFailure{.reason = isGone ? itemGone : applicationFailed,
+                            .result = result,
+                            .target = isGone ? "" : application});
     };
     const bool isStarted = start(
         {.executable = "/bin/bash", .arguments = {"-c", command}, .firstOnPath = programsFolder_},
-        [report](const ProcessRunner::Output &output) {
-            if (!output.isSuccess)
-                report();
-        });
+        end);
     if (!isStarted)
-        report();
+        end({.standardOutput = "", .standardError = "", .isSuccess = false});
 }
 
 void ActionRunner::executeShellCommand(const std::string &executable,
-                                       const SearchBaseResultRef &result)
+                                       const SearchBaseResultRef &result, const Ended &ended)
 {
     const bool isStarted =
         start({.executable = executable, .arguments = {result->path()}},
@@ -179,10 +187,12 @@ void ActionRunner::executeShellCommand(const std::string &executable,
                   writeLine(stream, "Shell script result: (\"" + onOneLine(output.standardOutput) +
                                         "\", \"" + onOneLine(output.standardError) + "\")");
               });
-    if (!isStarted)
-        failed_({.reason = ActionFailure::Reason::executableFailed,
-                 .result = result,
-                 .target = executable});
+    if (isStarted)
+        ended(std::nullopt);
+    else
+        ended(ActionFailure{.reason = ActionFailure::Reason::executableFailed,
+                            .result = result,
+                            .target = executable});
 }
 
 bool ActionRunner::start(const ProcessRunner::Command &command, ProcessRunner::Ended ended)
@@ -197,13 +207,16 @@ void ActionRunner::showProperties(const SearchBaseResultRef &result)
 {
     queue_.post([this, result] {
         const std::string item(withoutTrailingSlashes(result->path()));
-        if (!services_.fileManager.showProperties(item))
-            failToOpen(ActionType::showInFinder, result, false);
+        if (services_.fileManager.showProperties(item))
+            return;
+        ActionFailure failure = failureToOpen(ActionType::showInFinder, result);
+        failure.isUse = false;
+        failed_(failure);
     });
 }
 
-void ActionRunner::failToOpen(const ActionType &type, const SearchBaseResultRef &result,
-                              bool isUse) const
+ActionFailure ActionRunner::failureToOpen(const ActionType &type,
+                                          const SearchBaseResultRef &result) const
 {
     using enum ActionFailure::Reason;
     const auto reason = [&] {
@@ -216,7 +229,7 @@ void ActionRunner::failToOpen(const ActionType &type, const SearchBaseResultRef 
             return noDefaultApplication;
         return services_.fileManager.application().empty() ? noFileManager : fileManagerFailed;
     };
-    failed_({.reason = reason(), .result = result, .isUse = isUse});
+    return {.reason = reason(), .result = result};
 }
 
 } // namespace quillon

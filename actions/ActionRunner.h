@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -36,6 +37,9 @@ public:
     };
     /// It is called on any thread when an action has failed.
     using Failed = std::function<void(const ActionFailure &failure)>;
+    /// It is called once an action has been carried out or has failed, on any thread. The output of
+    /// a program of the user's is not waited for.
+    using Ended = std::function<void(const std::optional<ActionFailure> &failure)>;
     struct Streams
     {
         std::FILE *output;
@@ -56,23 +60,26 @@ public:
     /// or selected as the settings say, whatever the action.
     ActionType typeFor(const ActionModel &action, const SearchBaseResult &result) const;
     /// Queues what typeFor() says, except that a path is copied at once. Main thread only.
-    void runAction(const ActionModel &action, const SearchBaseResultRef &result);
+    void runAction(const ActionModel &action, const SearchBaseResultRef &result,
+                   const Ended &ended = nullptr);
     /// Queues the file manager's window about the row's item.
     void showProperties(const SearchBaseResultRef &result);
 
 private:
-    void perform(const ActionModel &action, const SearchBaseResultRef &result);
+    void perform(const ActionModel &action, const SearchBaseResultRef &result, const Ended &ended);
     // Each returns false when the item was not opened or shown.
     bool openInDefaultApp(const std::string &path);
     bool showInFinder(const std::string &path);
     bool showParentInFinder(const std::string &path);
-    void openApplication(const std::string &application, const SearchBaseResultRef &result);
-    void executeShellCommand(const std::string &executable, const SearchBaseResultRef &result);
+    void openApplication(const std::string &application, const SearchBaseResultRef &result,
+                         const Ended &ended);
+    void executeShellCommand(const std::string &executable, const SearchBaseResultRef &result,
+                             const Ended &ended);
     /// Returns false when the program does not start.
     bool start(const ProcessRunner::Command &command, ProcessRunner::Ended ended);
     bool isForFileManager(const std::string &application) const;
-    void failToOpen(const ActionType &type, const SearchBaseResultRef &result,
-                    bool isUse = true) const;
+    /// Returns why an item was not opened or shown.
+    ActionFailure failureToOpen(const ActionType &type, const SearchBaseResultRef &result) const;
 
     Services services_;
     const Preferences &preferences_;

@@ -390,10 +390,23 @@ RemoteControl::Handlers AppDelegate::remoteHandlers()
                 [this](const std::string &settings, const std::string &path) {
                     return settings == standardDefaultsPath() && recordUse(path);
                 },
+            .open = [this](const std::string &settings, const std::string &path,
+                           const auto &receive) { open(settings, path, receive); },
             .search = [this](const std::string &text,
                              auto receive) { desktopSearch_.search(text, std::move(receive)); },
             .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },
             .rowActions = DesktopSearch::rowActions()};
+}
+
+void AppDelegate::open(const std::string &settings, const std::string &path,
+                       const std::function<void(const std::string &fault)> &receive)
+{
+    if (settings != standardDefaultsPath())
+        return receive("the running Quillon has other settings");
+    if (isAccessSettled_)
+        return desktopSearch_.open(path, receive);
+    showFirst();
+    receive("Quillon has to be set up first");
 }
 
 bool AppDelegate::recordUse(const std::string &path)

@@ -125,6 +125,8 @@ private:
     RemoteAnswer find(const RemoteQuery &query) const;
     /// Counts a use from outside the panel. Returns false when it could not be stored.
     bool recordUse(const std::string &path);
+    void open(const std::string &settings, const std::string &path,
+              const std::function<void(const std::string &fault)> &receive);
 
     PreferencesViewController::Services preferencesServices();
     SearchPreferencesViewController *makeSearchPane();

@@ -124,18 +124,29 @@ std::vector<RemoteControl::RowAction> DesktopSearch::rowActions()
 
 void DesktopSearch::run(const std::string &action, const std::string &path)
 {
-    std::optional<ActionModel> model;
-    for (const OfferedAction &offered : offeredActions())
-        if (action == offered.id)
-            model = offered.model();
     if (action == "open")
-        model = services_.actions.actionFor({});
-    else if (!model)
-        return;
+        return open(path, [](const std::string &) {});
+    for (const OfferedAction &offered : offeredActions()) {
+        if (action != offered.id)
+            continue;
+        const SearchBaseResultRef result = resultFor(path);
+        services_.source.recordUse(result);
+        services_.runner.runAction(offered.model(), result);
+    }
+}
+
+void DesktopSearch::open(const std::string &path,
+                         const std::function<void(const std::string &fault)> &receive)
+{
     const SearchBaseResultRef result = resultFor(path);
     services_.source.recordUse(result);
-    if (model)
-        services_.runner.runAction(*model, result);
+    const auto model = services_.actions.actionFor({});
+    if (!model)
+        return receive("no action is bound to Return");
+    services_.runner.runAction(*model, result,
+                               [receive](const std::optional<ActionFailure> &failure) {
+                                   receive(failure ? description(*failure) : "");
+                               });
 }
 
 } // namespace quillon

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <system_error>
 #include <unordered_map>
@@ -56,6 +57,11 @@ std::string description(const std::vector<std::string> &set)
     for (const std::string &member : set)
         text.append(text.size() == 1 ? "\"" : ", \"").append(member).append("\"");
     return text + "]";
+}
+
+bool isStored(const PathTree &tree, PathTree::NodeId node)
+{
+    return (tree.node(node).flags & PathTree::STORED) != 0;
 }
 
 } // namespace
@@ -367,6 +373,43 @@ bool IndexUpdate::apply()
     const WritingIndex writing(paths_.lock());
     if (terms_.isReset.stop_requested())
         return false;
+    if (!terms_.wantsDifferences) {
+        change();
+        return true;
+    }
+    const std::vector<NodeId> nodes = reached();
+    std::vector<bool> wasStored;
+    for (const NodeId node : nodes)
+        wasStored.push_back(isStored(paths_.tree(), node));
+    change();
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        if (isStored(paths_.tree(), nodes[i]) != wasStored[i])
+            (wasStored[i] ? removed_ : added_).push_back(nodes[i]);
+    return true;
+}
+
+/// Returns every node that change() may store or forget, once each.
+std::vector<PathTree::NodeId> IndexUpdate::reached()
+{
+    PathTree &tree = paths_.mutableTree();
+    std::vector<NodeId> nodes = missing_;
+    nodes.insert(nodes.end(), gone_.begin(), gone_.end());
+    for (const Changed &changed : changed_) {
+        if (changed.node == PathTree::NONE)
+            continue;
+        nodes.push_back(changed.node);
+        std::ranges::copy(paths_.listedChildren(changed.node), std::back_inserter(nodes));
+    }
+    for (const std::string &root : innerRoots_)
+        nodes.push_back(tree.insert(normalizePath(root), 0));
+    std::ranges::sort(nodes);
+    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+    return nodes;
+}
+
+/// Applies the differences.
+void IndexUpdate::change()
+{
     PathTree &tree = paths_.mutableTree();
     for (Changed &changed : changed_) {
         if (!removesFirst() || changed.kind == Kind::unknown || changed.node == PathTree::NONE)
@@ -386,12 +429,11 @@ bool IndexUpdate::apply()
         paths_.listStoredChildren(root);
     }
     for (const NodeId node : gone_) {
-        if ((tree.node(node).flags & PathTree::STORED) != 0)
+        if (isStored(tree, node))
             forgotten_.push_back(node);
         paths_.forget(node);
         tree.removeFlags(node, PathTree::CANDIDATE);
     }
-    return true;
 }
 
 void IndexUpdate::remove(NodeId node)
@@ -442,6 +484,17 @@ void IndexUpdate::log(const std::function<void(std::span<const std::string>)> &r
             return;
         receive(lines);
     }
+}
+
+std::optional<IndexDifferences> IndexUpdate::differences() const
+{
+    IndexDifferences differences;
+    if (!appendTexts(removed_, "", differences.removed) ||
+        !appendTexts(added_, "", differences.added))
+        return std::nullopt;
+    std::ranges::sort(differences.removed);
+    std::ranges::sort(differences.added);
+    return differences;
 }
 
 /// Returns false when the index was reset.

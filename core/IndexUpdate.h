@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <span>
 #include <stop_token>
@@ -38,6 +39,13 @@ struct ChangedPaths
                                               const std::vector<std::string> &roots);
 };
 
+/// The paths by which an update has changed the index, ascending by bytes.
+struct IndexDifferences
+{
+    std::vector<std::string> removed;
+    std::vector<std::string> added;
+};
+
 /// Brings what the index holds of some changed paths, and of everything below them, up to date in
 /// three steps: a crawl finds what is there, the index is compared with it, and the differences are
 /// applied. Only the last step changes what a search can see, all at once.
@@ -63,6 +71,8 @@ public:
         /// The marks say which folders need not be read. They are null when all folders are read,
         /// and outlive the update.
         CrawlMarks *marks = nullptr;
+        /// True when differences() is called.
+        bool wantsDifferences = false;
     };
 
     IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths changed);
@@ -87,6 +97,9 @@ public:
     /// Returns two kinds of paths: the changed paths for which, or for something below which, a
     /// file system did not answer, and the folders below them that could not be listed.
     std::vector<std::string> unanswered() const;
+    /// Returns what came into the index and what left it, for which the terms have to ask. Returns
+    /// nothing when the index was reset.
+    std::optional<IndexDifferences> differences() const EXCLUDES(paths_.lock());
     /// Return how long the insertion took, and the number of its operations.
     std::chrono::duration<double> insertionTime() const { return insertionTime_; }
     std::size_t operations() const { return operations_.size() + missing_.size(); }
@@ -142,6 +155,8 @@ private:
     bool judge() EXCLUDES(paths_.lock());
     Kind kindIn(Kind folder, const Unfound &unfound) EXCLUDES(paths_.lock());
 
+    void change() REQUIRES(paths_.lock());
+    std::vector<NodeId> reached() REQUIRES(paths_.lock());
     void remove(NodeId node) REQUIRES(paths_.lock());
     void insert() REQUIRES(paths_.lock());
     bool appendTexts(std::span<const NodeId> nodes, std::string_view prefix,
@@ -176,6 +191,8 @@ private:
 
     // These record what was done.
     std::vector<NodeId> forgotten_;
+    std::vector<NodeId> removed_;
+    std::vector<NodeId> added_;
     std::chrono::duration<double> insertionTime_{};
 };
 

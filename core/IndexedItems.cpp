@@ -20,7 +20,7 @@ WatchFilter::Folder IndexedItems::folder(std::string_view path) const
     const std::string_view name = lastComponent(path);
     if (!std::ranges::binary_search(roots_, path, std::less<>())) {
         SkipRules::State state = rules_->stateOf(path);
-        if (isHiddenName(name) || rules_->skips(state, name, [&] { return path; }))
+        if (SkipRules::hides(state, name, true) || rules_->skips(state, name, [&] { return path; }))
             return Folder::skipped;
     }
     return isPackageName(name) ? Folder::listed : Folder::entered;

@@ -339,7 +339,8 @@ IndexUpdate::Terms SearchBase::updateTerms(const SearchLocations &locations,
             .rules = searchBaseIgnorePaths_.rules(),
             .isReset = isReset,
             .now = services_.now,
-            .marks = marks};
+            .marks = marks,
+            .wantsDifferences = services_.onDifferences != nullptr};
 }
 
 /// Logs the reports and returns the paths that are to be updated.
@@ -381,6 +382,9 @@ void SearchBase::applyInMainQueue(IndexUpdate &update)
         return;
     // Only this thread waits for the logger to take these lines.
     update.log([&](std::span<const std::string> lines) { services_.logger.log(lines); });
+    if (services_.onDifferences)
+        if (const auto differences = update.differences())
+            services_.onDifferences(*differences);
     if (update.insertionTime() > LONG_UPDATE_THRESHOLD)
         services_.logger.print("*>*>*>*> SB: Long delta " +
                                shortestDecimal(update.insertionTime().count()) + " " +

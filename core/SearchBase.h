@@ -66,6 +66,8 @@ public:
         std::optional<SearchBaseWatcher::Services> watching = std::nullopt;
         /// Receives each path that the watcher reports, on the event queue, before the update.
         std::function<void(const std::string &path)> onReport = nullptr;
+        /// Receives what each update has changed, on the event queue. Null when nobody wants that.
+        std::function<void(const IndexDifferences &differences)> onDifferences = nullptr;
         /// The file that keeps the index between two runs of the program; null when it is not kept.
         CacheFile *keptIndex = nullptr;
         /// Returns what has been read of that file ahead of time. If this is null, the file is read

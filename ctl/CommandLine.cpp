@@ -5,6 +5,7 @@
 #include "ctl/CrawlCommand.h"
 #include "ctl/FindCommand.h"
 #include "ctl/MatchCommand.h"
+#include "ctl/OpenPathsCommand.h"
 #include "ctl/Output.h"
 #include "ctl/PickCommand.h"
 #include "ctl/ShellInit.h"
@@ -68,6 +69,7 @@ void addFind(CLI::App &app, int argc, FindCommand &find, Chosen &chosen)
             "Crawl this folder; may be repeated (the configured ones, else the home folder)")
         ->type_name("DIR")
         ->allow_extra_args(false);
+    command->add_flag("--hidden", find.withHidden, "Crawl hidden folders, too")->needs("--in");
     addNumber(*command, "-n,--top", find.top, {}, "Print at most N paths (25)");
     addOrder(
         *command, [&](const std::string &name) { find.order = name; },
@@ -99,6 +101,7 @@ void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, Chosen &chosen)
               "Print files with this extension, without its dot, too");
     addNumber(*command, "--threads", crawl.threads, {.least = 1, .most = MOST_THREADS},
               "Share the work between N threads (2)");
+    command->add_flag("--hidden", crawl.withHidden, "Hidden folders, too");
     command->add_flag("-0", crawl.nulSeparated, "End each path with NUL, not a line feed");
     command->add_flag("--stats", crawl.stats, "Print numbers to standard error");
     addTexts(*command, argc, "DIR", crawl.folders, "Folder to crawl; may be repeated")->required();
@@ -107,7 +110,7 @@ void addCrawl(CLI::App &app, int argc, CrawlCommand &crawl, Chosen &chosen)
 
 void addWatch(CLI::App &app, int argc, WatchCommand &watch, Chosen &chosen)
 {
-    CLI::App *command = app.add_subcommand("watch", "Keep an index current and print it on demand");
+    CLI::App *command = app.add_subcommand("watch", "Print what comes and goes in folders");
     addSeconds(
         *command, "--latency", [&](double seconds) { watch.latency = seconds; },
         "From a change to its report (10)");
@@ -118,7 +121,10 @@ void addWatch(CLI::App &app, int argc, WatchCommand &watch, Chosen &chosen)
         *command, "--sweep", [&](double seconds) { watch.sweep = wholeMilliseconds(seconds); },
         "Between looks at folders that are not watched (60)");
     addNumber(*command, "--budget", watch.budget, {}, "Watch at most N folders (half the limit)");
-    command->add_flag("-0", watch.nulSeparated, "End each path with NUL, not a line feed");
+    command->add_flag("--hidden", watch.withHidden, "Hidden folders, too");
+    command->add_flag("--dump", watch.dumps,
+                      "Print the index when standard input asks, not the changes");
+    command->add_flag("-0", watch.nulSeparated, "As --dump, and each path ends with NUL");
     addTexts(*command, argc, "DIR", watch.folders, "Folder to watch; may be repeated")->required();
     command->final_callback([&] { chosen = [&](Output &output) { return watch.run(output); }; });
 }
@@ -140,6 +146,13 @@ void addPick(CLI::App &app, int argc, PickCommand &pick, Chosen &chosen)
     command->add_flag("--best", pick.best, "Do not ask when it is clear which one is meant");
     command->add_flag("-0", pick.nulSeparated, "End the path with NUL, not a line feed");
     command->final_callback([&] { chosen = [&](Output &output) { return pick.run(output); }; });
+}
+
+void addOpen(CLI::App &app, int argc, OpenPathsCommand &open, Chosen &chosen)
+{
+    CLI::App *command = app.add_subcommand("open", "Open folders as Return in the panel does");
+    addTexts(*command, argc, "PATH", open.paths, "Folder to open; may be repeated")->required();
+    command->final_callback([&] { chosen = [&](Output &) { return open.run(); }; });
 }
 
 void addUse(CLI::App &app, int argc, UseCommand &use, Chosen &chosen)
@@ -210,9 +223,11 @@ int runCommandLine(int argc, const char *const *argv, Output &output)
     addWatch(app, argc, watch, chosen);
     addStatus(app, status, chosen);
     PickCommand pick;
+    OpenPathsCommand open;
     UseCommand use;
     std::string code;
     addPick(app, argc, pick, chosen);
+    addOpen(app, argc, open, chosen);
     addUse(app, argc, use, chosen);
     addInit(app, code, chosen);
     if (argc > 1 && argv[1][0] != '-' && !isCommand(app, argv[1])) {

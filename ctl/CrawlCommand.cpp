@@ -113,7 +113,8 @@ std::shared_ptr<const SkipRules> makeRules(const CrawlCommand &command,
         for (const auto &location : SearchBaseFinder::builtInExcludeLocations())
             patterns.push_back(location.pattern());
     std::ranges::sort(folders);
-    return std::make_shared<const SkipRules>(patterns, std::move(folders));
+    return std::make_shared<const SkipRules>(
+        patterns, folders, command.withHidden ? folders : std::vector<std::string>());
 }
 
 void printStats(PrintingSink &sink, std::uint64_t errors, std::chrono::duration<double> time)

@@ -17,6 +17,8 @@ struct CrawlCommand
     bool noDefaultExcludes = false;
     bool noBuiltInExcludes = false;
     std::vector<std::string> extensions;
+    /// If true, hidden folders are crawled too.
+    bool withHidden = false;
     std::size_t threads = 2;
     bool nulSeparated = false;
     bool stats = false;

@@ -43,7 +43,7 @@ std::vector<FuzzyMatchResult> FindCommand::searchAlone(bool &failed) const
     const auto ranking = order.empty() ? orderOfSettings(user) : matchOrderNamed(order);
     OwnIndex index(user, crawl || !folders.empty() ? OwnIndex::Source::disk
                                                    : OwnIndex::Source::keptOrDisk);
-    failed = !ranking || !index.choose(folders);
+    failed = !ranking || !index.choose(folders, withHidden);
     if (!ranking || (failed && folders.empty()))
         return {};
     if (const auto keptAt = index.restore()) {

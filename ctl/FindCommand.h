@@ -23,6 +23,8 @@ struct FindCommand
     /// running application, else from the index that it kept, else from a crawl of the folders in
     /// the settings or of the home folder.
     std::vector<std::string> folders;
+    /// If true, hidden folders below them are crawled too.
+    bool withHidden = false;
     /// If true, neither the application nor the kept index is asked.
     bool crawl = false;
     /// If true, standard error says where the answer comes from.

@@ -27,12 +27,12 @@ OwnIndex::OwnIndex(const DefaultsStore &user, Source source)
                    .keptIndex = keptAt_ ? &file_ : nullptr})
 {}
 
-bool OwnIndex::choose(const std::vector<std::string> &folders)
+bool OwnIndex::choose(const std::vector<std::string> &folders, bool withHidden)
 {
     // The store has printed to standard error what is wrong with the settings.
     bool failed = settings_.fault().has_value();
     if (!folders.empty())
-        settings_.includeOnly(readableFolders(folders, identity_, failed));
+        settings_.includeOnly(readableFolders(folders, identity_, failed), withHidden);
     else if (const char *home = std::getenv("HOME");
              !failed && finder_.bookmarks.load().empty() && home != nullptr)
         settings_.includeOnly(readableFolders({home}, identity_, failed));

@@ -42,8 +42,9 @@ public:
     /// Chooses what is searched: these folders, as the user typed them, or without any those of the
     /// settings, else the home folder. Returns false, with a line on standard error, when a folder
     /// cannot be read, or when the settings have a mistake. Other folders than those that the user
-    /// chose are not searched then.
-    bool choose(const std::vector<std::string> &folders);
+    /// chose are not searched then. Hidden folders below those that the user typed are searched if
+    /// that is wanted here, else where the settings say so.
+    bool choose(const std::vector<std::string> &folders, bool withHidden = false);
 
     /// Takes the index that the application kept. Returns the time at which it was equal to the
     /// disk, or nothing when none is kept for these settings or none is wanted.

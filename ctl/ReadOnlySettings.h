@@ -16,8 +16,9 @@ public:
     /// The user's settings outlive this object.
     explicit ReadOnlySettings(const DefaultsStore &user) : user_(user) {}
 
-    /// Makes these folders, given by absolute paths, the only include folders.
-    void includeOnly(const std::vector<std::string> &folders);
+    /// Makes these folders, given by absolute paths, the only include folders. Hidden folders below
+    /// them are searched if that is wanted here, else where the user's settings say so.
+    void includeOnly(const std::vector<std::string> &folders, bool withHidden = false);
 
     std::optional<DefaultsValue> value(std::string_view key) const override;
     bool set(std::string_view, const DefaultsValue &) override { return false; }
@@ -29,6 +30,7 @@ public:
 private:
     const DefaultsStore &user_;
     std::optional<DefaultsDictionary> bookmarks_;
+    std::optional<DefaultsDictionary> withHidden_;
 };
 
 } // namespace quillon

@@ -4,6 +4,9 @@
 // zsh have a letter printed after the path, and fish splits at NUL. Paths are always absolute, so
 // none is taken for an option of "cd" or for a name in CDPATH. A file that was chosen stands for
 // its folder.
+//
+// The Tab key completes the first term of "q" to paths. They need not begin with what was typed,
+// which each shell has to be told in its own way.
 
 namespace quillon {
 
@@ -31,7 +34,26 @@ constexpr std::string_view BASH_HINT =
 
 )sh";
 
-constexpr std::string_view BASH = R"sh(# Ctrl+G: inserts a path at the cursor.
+// Readline would put what all paths begin with in place of what was typed, unless that is empty. It
+// quotes names of files itself, but shows only their last components where there are several.
+constexpr std::string_view BASH =
+    R"sh(# q TERM<Tab>: completes the term to the paths that are found.
+__quillon_complete() {
+    local path query=${2//[\\\"\']/}
+    COMPREPLY=()
+    [ "$COMP_CWORD" -eq 1 ] && [ -n "$query" ] || return
+    while IFS= read -r -d '' path; do
+        COMPREPLY+=("$path")
+    done < <(command quillonctl find -0 -- "$query" 2>/dev/null)
+    if [ "${#COMPREPLY[@]}" -eq 1 ]; then
+        compopt -o filenames
+    elif [ "${#COMPREPLY[@]}" -gt 1 ]; then
+        COMPREPLY=("" "${COMPREPLY[@]@Q}")
+    fi
+}
+complete -o nosort -F __quillon_complete q
+
+# Ctrl+G: inserts a path at the cursor.
 __quillon_insert() {
     local picked
     picked=$(command quillonctl pick --height 15 && printf x) || return
@@ -52,7 +74,21 @@ constexpr std::string_view ZSH_HINT =
 
 )sh";
 
-constexpr std::string_view ZSH = R"sh(# Ctrl+G: inserts a path at the cursor.
+constexpr std::string_view ZSH =
+    R"sh(# q TERM<Tab>: completes the term to the paths that are found, the best one first.
+__quillon_complete() {
+    local query=${(Q)PREFIX}${(Q)SUFFIX}
+    [[ $CURRENT -eq 2 && -n $query ]] || return
+    local -a paths
+    paths=(${(0)"$(command quillonctl find -0 -- "$query" 2>/dev/null)"})
+    compadd -U -V quillon -a paths
+    compstate[insert]=menu
+}
+if (( $+functions[compdef] )); then
+    compdef __quillon_complete q
+fi
+
+# Ctrl+G: inserts a path at the cursor.
 __quillon_insert() {
     local picked
     if picked=$(command quillonctl pick --height 15 && printf x); then
@@ -88,6 +124,13 @@ function q --description 'Change to the best folder, or show the panel when it i
         builtin cd (string replace --regex '[^/]*\z' '' -- $__quillon_picked | string collect)
     end
 end
+
+# q TERM<Tab>: completes the term to the paths that are found, the best one first.
+function __quillon_complete
+    test (count (commandline --cut-at-cursor --tokenize)) -eq 1
+    and command quillonctl find -0 -- (commandline --current-token --tokenize) 2>/dev/null | string split0
+end
+complete --command q --no-files --keep-order --arguments '(__quillon_complete)'
 
 function __quillon_insert --description 'Insert a path at the cursor'
     __quillon_pick --height 15

@@ -13,10 +13,15 @@
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
+#include "platform/linux/terminal/ReaderWait.h"
+#include "platform/linux/terminal/TerminalText.h"
 #include "platform/linux/watching/InotifyEventService.h"
+#include "results/RowText.h"
 
 #include <cstdio>
 #include <iostream>
+#include <latch>
+#include <utility>
 
 namespace quillon {
 
@@ -44,6 +49,65 @@ bool print(const SearchBase &searchBase, char end, Output &output)
     return output.finish();
 }
 
+/// Prints the index whenever standard input asks for it. Returns false when output was lost.
+bool answerInput(SearchBase &searchBase, char end, Output &output)
+{
+    bool written = true;
+    for (std::string line; written && !output.isClosed() && std::getline(std::cin, line);) {
+        if (line == "settle")
+            searchBase.settle();
+        else if (!line.empty())
+            complain("watch: not understood: " + line);
+        if (line == "settle" || line.empty())
+            written = print(searchBase, end, output);
+    }
+    return written;
+}
+
+/// Prints what comes and goes, once the index is ready.
+class ChangePrinter
+{
+public:
+    /// No other thread uses the output until await() has returned and the event queue has ended.
+    explicit ChangePrinter(Output &output) : output_(output) {}
+
+    /// Is called on the event queue.
+    void print(const IndexDifferences &differences)
+    {
+        ready_.wait();
+        for (const std::string &path : differences.removed)
+            printLine("- ", path);
+        for (const std::string &path : differences.added)
+            printLine("+ ", path);
+        isWritten_ = output_.finish() && isWritten_;
+        if (!isWritten_ || output_.isClosed())
+            reader_.end();
+    }
+
+    /// Lets the changes be printed. Returns when there is nobody to read them.
+    void await()
+    {
+        ready_.count_down();
+        reader_.await();
+    }
+    /// Returns false when output was lost. Is called when the event queue has ended.
+    bool isWritten() const { return isWritten_; }
+
+private:
+    void printLine(std::string_view sign, const std::string &path)
+    {
+        output_.write(sign);
+        output_.write(isForPeople_ ? displayText(path).toStdString() : path);
+        output_.write("\n");
+    }
+
+    Output &output_;
+    const bool isForPeople_ = isTerminal(stdout);
+    const ReaderWait reader_{stdout};
+    std::latch ready_{1};
+    bool isWritten_ = true;
+};
+
 } // namespace
 
 int WatchCommand::run(Output &output) const
@@ -55,7 +119,11 @@ int WatchCommand::run(Output &output) const
     const BoundedFolderIdentity identity(disk, diskCalls);
     SearchBaseFinder finder(settings, identity, stderr);
     bool failed = false;
-    settings.includeOnly(readableFolders(folders, identity, failed));
+    const std::vector<std::string> readable = readableFolders(folders, identity, failed);
+    const bool dumpsIndex = dumps || nulSeparated;
+    if (readable.empty() && !dumpsIndex)
+        return FAILURE;
+    settings.includeOnly(readable, withHidden);
 
     FuzzyMatch matcher(nullptr);
     PosixFolderLister folderLister;
@@ -67,31 +135,34 @@ int WatchCommand::run(Output &output) const
     options.watchBudget = budget;
     options.sweepInterval = sweep;
     InotifyEventService events(std::move(options));
-    SearchBase searchBase(nullptr, finder, matcher,
-                          {.folderLister = lister,
-                           .logger = logger,
-                           .mainQueue = mainQueue,
-                           .watching = {{.events = events,
-                                         .eventQueue = eventQueue,
-                                         .latency = latency,
-                                         .coalesceDelay = window}},
-                           .onReport = tell});
+    SearchBase::Services services{.folderLister = lister,
+                                  .logger = logger,
+                                  .mainQueue = mainQueue,
+                                  .watching = {{.events = events,
+                                                .eventQueue = eventQueue,
+                                                .latency = latency,
+                                                .coalesceDelay = window}}};
+    ChangePrinter changes(output);
+    if (dumpsIndex)
+        services.onReport = tell;
+    else
+        services.onDifferences = [&changes](const auto &each) { changes.print(each); };
+    SearchBase searchBase(nullptr, finder, matcher, std::move(services));
     searchBase.build([](const std::string &line) {
         if (line.starts_with("Enumerator error "))
             complain(line);
     });
     bool written = true;
-    for (std::string line; written && !output.isClosed() && std::getline(std::cin, line);) {
-        if (line == "settle")
-            searchBase.settle();
-        else if (!line.empty())
-            complain("watch: not understood: " + line);
-        if (line == "settle" || line.empty())
-            written = print(searchBase, nulSeparated ? '\0' : '\n', output);
+    if (dumpsIndex) {
+        written = answerInput(searchBase, nulSeparated ? '\0' : '\n', output);
+    } else {
+        complain("the index is ready: " + std::to_string(searchBase.count()) +
+                 " folders and files");
+        changes.await();
     }
     searchBase.reset();
     eventQueue.finish(TASK_END_TIME);
-    return written && !failed ? SUCCESS : FAILURE;
+    return written && changes.isWritten() && !failed ? SUCCESS : FAILURE;
 }
 
 } // namespace quillon

@@ -10,8 +10,8 @@ namespace quillon {
 
 class Output;
 
-/// Keeps an index of some folders current, and prints it whenever standard input asks, until
-/// standard input ends.
+/// Keeps an index of some folders current. Prints what comes and goes until nobody reads it any
+/// more, or the index whenever standard input asks for it, until standard input ends.
 struct WatchCommand
 {
     /// The folders to watch, as the user typed them.
@@ -24,6 +24,11 @@ struct WatchCommand
     std::chrono::milliseconds sweep{60000};
     /// The most watches. If absent, half of what the system grants the user.
     std::optional<std::size_t> budget;
+    /// If true, hidden folders are indexed too, whatever the settings say.
+    bool withHidden = false;
+    /// If true, the index is printed, and not the changes.
+    bool dumps = false;
+    /// If true, what is printed ends with NUL. Only the index is printed so.
     bool nulSeparated = false;
 
     /// Returns the exit status.

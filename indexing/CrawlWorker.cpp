@@ -317,7 +317,7 @@ bool CrawlWorker::lookAtNames(const OpenFolder &folder, const CrawlItem &item)
 
 void CrawlWorker::keep(const CrawlSink::Entry &entry, const CrawlItem &item)
 {
-    if (isHiddenName(entry.name))
+    if (SkipRules::hides(item.state, entry.name, entry.isFolder))
         return;
     const CrawlTeam::Task &task = team_.task();
     SkipRules::State state;

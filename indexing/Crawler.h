@@ -62,10 +62,11 @@ struct CrawlOptions
 
 /// Walks everything below a folder and hands over what belongs in the index.
 ///
-/// Hidden names are left out, links are not followed (but the root may be one), packages are listed
-/// and not entered. Paths may be of any length and names hold any bytes. A folder that cannot be
-/// read is reported and the crawl goes on. A file system that does not answer holds up neither the
-/// rest of the crawl, nor its end for long, nor a stop.
+/// Hidden names are left out, except for folders where the rules want them; links are not followed
+/// (but the root may be one), packages are listed and not entered. Paths may be of any length and
+/// names hold any bytes. A folder that cannot be read is reported and the crawl goes on. A file
+/// system that does not answer holds up neither the rest of the crawl, nor its end for long, nor a
+/// stop.
 class Crawler
 {
 public:

@@ -22,6 +22,7 @@ SearchLocations SearchLocations::withoutFolders(const SearchBaseFinder &finder)
     SearchLocations locations;
     locations.patterns = finder.patternsInForce();
     locations.filePatterns = finder.includeFilePatternPreferences.values();
+    locations.namesWithHidden = finder.bookmarks.namesWithHidden();
     return locations;
 }
 
@@ -29,6 +30,8 @@ SearchLocations SearchLocations::of(SearchBaseFinder &finder)
 {
     SearchLocations locations = withoutFolders(finder);
     for (Bookmarks::Resolved &entry : finder.bookmarks.resolveAll()) {
+        if (entry.searchesHidden && !entry.path.empty())
+            locations.withHidden.push_back(entry.path);
         if (entry.presence == FolderPresence::there)
             locations.folders.push_back(std::move(entry.path));
         else
@@ -36,6 +39,9 @@ SearchLocations SearchLocations::of(SearchBaseFinder &finder)
                 {std::move(entry.name), std::move(entry.path), entry.presence});
     }
     sortOnce(locations.folders);
+    sortOnce(locations.withHidden);
+    // A folder that was found under a new name has got another entry.
+    locations.namesWithHidden = finder.bookmarks.namesWithHidden();
     return locations;
 }
 
@@ -46,6 +52,8 @@ std::vector<std::string> SearchLocations::settings(const DefaultsDictionary &boo
     texts.push_back(std::to_string(texts.size()));
     texts.insert(texts.end(), filePatterns.begin(), filePatterns.end());
     texts.push_back(std::to_string(filePatterns.size()));
+    texts.insert(texts.end(), namesWithHidden.begin(), namesWithHidden.end());
+    texts.push_back(std::to_string(namesWithHidden.size()));
     for (const auto &[name, value] : bookmarks) {
         texts.push_back(name);
         texts.push_back(value.asData().value_or(""));
@@ -71,7 +79,7 @@ std::shared_ptr<const SkipRules> SearchLocations::rules() const
     for (const Missing &folder : missing)
         if (!folder.path.empty())
             overriding.push_back(folder.path);
-    return std::make_shared<const SkipRules>(patterns, std::move(overriding));
+    return std::make_shared<const SkipRules>(patterns, std::move(overriding), withHidden);
 }
 
 } // namespace quillon

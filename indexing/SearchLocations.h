@@ -32,6 +32,11 @@ struct SearchLocations
     std::vector<std::string> folders;
     /// The missing folders, ascending by name.
     std::vector<Missing> missing;
+    /// The paths of those of all these folders below which hidden folders are indexed too,
+    /// ascending, each once.
+    std::vector<std::string> withHidden;
+    /// The names of such folders in the settings, ascending.
+    std::vector<std::string> namesWithHidden;
     /// The exclude patterns in force: the user's in their order, then the built-in ones.
     std::vector<std::string> patterns;
     /// The extensions of the files that are indexed, in the user's order.
@@ -44,8 +49,8 @@ struct SearchLocations
     /// Reads what the settings say without asking any disk, so the folders are left out.
     static SearchLocations withoutFolders(const SearchBaseFinder &finder);
 
-    /// Returns the patterns and extensions of this value and the bookmarks of the include folders.
-    /// The form serves only for comparing.
+    /// Returns the patterns and extensions of this value, the bookmarks of the include folders and
+    /// what is chosen for these. The form serves only for comparing.
     std::vector<std::string> settings(const DefaultsDictionary &bookmarks) const;
 
     /// Returns whether the settings name any folder, even a missing one.
@@ -60,7 +65,7 @@ struct SearchLocations
     /// Returns whether both lead to the same index at this time.
     friend bool operator==(const SearchLocations &a, const SearchLocations &b)
     {
-        return a.folders == b.folders && a.patterns == b.patterns &&
+        return a.folders == b.folders && a.withHidden == b.withHidden && a.patterns == b.patterns &&
                a.filePatterns == b.filePatterns;
     }
 };

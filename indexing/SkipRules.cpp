@@ -1,5 +1,7 @@
 #include "indexing/SkipRules.h"
 
+#include "base/PathText.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -11,11 +13,14 @@
 namespace quillon {
 
 SkipRules::SkipRules(const std::vector<std::string> &patterns,
-                     std::vector<std::string> includeFolders)
+                     std::vector<std::string> includeFolders, std::vector<std::string> withHidden)
     : nodes_(1),
       includeFolders_(std::move(includeFolders)),
-      patterns_(patterns.begin(), patterns.end())
+      patterns_(patterns.begin(), patterns.end()),
+      withHidden_(std::move(withHidden))
 {
+    for (const std::string &folder : withHidden_)
+        namesWithHidden_.emplace(lastComponent(folder));
     for (std::uint32_t number = 0; number < patterns.size(); ++number) {
         const std::string &pattern = patterns[number];
         insert(pattern, number);
@@ -104,6 +109,13 @@ const std::string *SkipRules::overridingFolder(std::uint32_t pattern) const
 {
     const std::uint32_t folder = overriding_[pattern];
     return folder == NONE ? nullptr : &includeFolders_[folder];
+}
+
+bool SkipRules::isWithHidden(std::string_view path) const
+{
+    return std::ranges::any_of(withHidden_, [path](const std::string &folder) {
+        return isAtOrBelow(path.empty() ? "/" : path, folder);
+    });
 }
 
 } // namespace quillon

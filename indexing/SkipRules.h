@@ -1,5 +1,7 @@
 #pragma once
 
+#include "indexing/NameKinds.h"
+
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -11,8 +13,10 @@
 
 namespace quillon {
 
-/// The rule that keeps folders out of the index, prepared for fast tests. It never changes. Safe
+/// The rules that keep folders out of the index, prepared for fast tests. They never change. Safe
 /// from every thread.
+///
+/// A hidden folder is left out unless it is below a folder for which the user wants hidden folders.
 ///
 /// A folder is skipped when its name equals a pattern or when a pattern occurs in its path. Only
 /// the first such pattern decides. If the path of an include folder contains that pattern too, the
@@ -24,8 +28,10 @@ class SkipRules
 public:
     /// Skips nothing.
     SkipRules() : SkipRules({}, {}) {}
-    /// Both lists are in the order in which they are tried. Paths are compared as they are written.
-    SkipRules(const std::vector<std::string> &patterns, std::vector<std::string> includeFolders);
+    /// The first two lists are in the order in which they are tried. Paths are compared as they are
+    /// written. Hidden folders below those of the last list are not left out.
+    SkipRules(const std::vector<std::string> &patterns, std::vector<std::string> includeFolders,
+              std::vector<std::string> withHidden = {});
 
     /// What the path of a folder says about the folder.
     struct State
@@ -35,11 +41,14 @@ public:
         std::uint32_t pattern = NONE;
         /// True when the include folder that overrides this pattern is known to occur in the path.
         bool overridden = false;
+        /// True when hidden folders in the folder are wanted.
+        bool showsHidden = false;
     };
 
+    /// Returns the state of a folder by its absolute path; "/" may be empty.
     State stateOf(std::string_view path) const
     {
-        return advance({ROOT, nodes_[ROOT].best, false}, path);
+        return advance({ROOT, nodes_[ROOT].best, false, isWithHidden(path)}, path);
     }
     /// Returns the state of path + "/" + name, given the state of the path.
     State below(State folder, std::string_view name) const
@@ -47,12 +56,20 @@ public:
         return advance(advance(folder, "/"), name);
     }
 
+    /// Returns whether an item is left out since it is hidden, given the state of the folder that
+    /// it is in.
+    static bool hides(State folder, std::string_view name, bool isFolder)
+    {
+        return isHiddenName(name) && !(isFolder && folder.showsHidden);
+    }
     /// Returns whether the folder is skipped by its name or path. path() returns its whole path and
     /// is called only when that is needed. state is the folder's state and is updated with the
     /// answer.
     template <typename PathOf>
     bool skips(State &state, std::string_view name, const PathOf &path) const
     {
+        if (!state.showsHidden && namesWithHidden_.contains(name))
+            state.showsHidden = isWithHidden(path());
         return isPattern(name) || (anyWithSlash_ && skipsPath(state, path));
     }
     /// Returns whether a folder is skipped because of its path, whatever its name.
@@ -91,6 +108,7 @@ private:
     void link();
     bool isPattern(std::string_view name) const { return patterns_.contains(name); }
     const std::string *overridingFolder(std::uint32_t pattern) const;
+    bool isWithHidden(std::string_view path) const;
 
     std::vector<Node> nodes_;
     /// The node that follows the empty text, for each byte.
@@ -100,6 +118,9 @@ private:
     std::vector<std::uint32_t> overriding_;
     std::set<std::string, std::less<>> patterns_;
     bool anyWithSlash_ = false;
+    std::vector<std::string> withHidden_;
+    /// The last components of these paths.
+    std::set<std::string, std::less<>> namesWithHidden_;
 };
 
 } // namespace quillon

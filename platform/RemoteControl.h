@@ -69,6 +69,12 @@ public:
         /// Counts one opening of the path. Returns false when this instance has other settings than
         /// those at the first path. Runs on the main thread.
         std::function<bool(const std::string &settings, const std::string &path)> use = nullptr;
+        /// Opens the path as plain Return in the panel does, for the same settings. Runs on the
+        /// main thread and hands over once, on any thread, why the path could not be opened, in
+        /// English, or an empty text.
+        std::function<void(const std::string &settings, const std::string &path,
+                           std::function<void(const std::string &fault)> receive)>
+            open = nullptr;
         /// Finds what the panel finds for the text, the best row first. Runs on the main thread and
         /// hands the rows over once, on any thread. It may wait for the index first.
         std::function<void(const std::string &text,

@@ -38,6 +38,16 @@ public:
     /// Has the instance count one opening of a path, for the settings of which this is the absolute
     /// path. Returns notRunning also for an instance with other settings.
     virtual Outcome use(const std::string &settings, const std::string &path) = 0;
+
+    struct Opened
+    {
+        Outcome outcome = Outcome::notRunning;
+        /// Says why the path was not opened, in English; empty when it was.
+        std::string fault = {};
+    };
+    /// Has the instance open a path as plain Return does, for the same settings. Starts an instance
+    /// where none is running, and waits until the path is opened, for half a minute at most.
+    virtual Opened open(const std::string &settings, const std::string &path) = 0;
 };
 
 } // namespace quillon

@@ -1,12 +1,12 @@
 #include "prefs/Bookmarks.h"
 
 #include "base/PathText.h"
+#include "prefs/PreferenceKeys.h"
 
 #include <algorithm>
 #include <atomic>
 #include <charconv>
 #include <cstddef>
-#include <set>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -118,20 +118,61 @@ bool Bookmarks::add(const std::string &path)
 
 bool Bookmarks::remove(const std::string &path)
 {
-    const std::string folder(withoutTrailingSlashes(path));
-    std::set<std::string> doomed = {folder, path};
+    std::set<std::string> doomed = namesOf(std::string(withoutTrailingSlashes(path)));
+    doomed.insert(path);
+    const MutexLock lock(changing_);
+    DefaultsDictionary current = load();
+    std::erase_if(current, [&](const auto &entry) { return doomed.contains(entry.first); });
+    return store_.set(BOOKMARKS_USER_DEFAULT_KEY, {std::move(current)}) &&
+           storeHidden(doomed, false);
+}
+
+bool Bookmarks::searchHidden(const std::string &path, bool isWanted)
+{
+    const std::set<std::string> names = namesOf(std::string(withoutTrailingSlashes(path)));
+    const MutexLock lock(changing_);
+    return storeHidden(names, isWanted);
+}
+
+std::vector<std::string> Bookmarks::namesWithHidden() const
+{
+    std::vector<std::string> names;
+    for (const auto &[name, value] :
+         store_.dictionary(PreferenceKeys::SEARCH_HIDDEN_FOLDERS).value_or(DefaultsDictionary()))
+        if (value == DefaultsValue{true})
+            names.push_back(name);
+    return names;
+}
+
+/// Writes nothing when nothing changes.
+bool Bookmarks::storeHidden(const std::set<std::string> &names, bool isWanted)
+{
+    const DefaultsDictionary before =
+        store_.dictionary(PreferenceKeys::SEARCH_HIDDEN_FOLDERS).value_or(DefaultsDictionary());
+    DefaultsDictionary chosen = before;
+    for (const std::string &name : names) {
+        if (isWanted)
+            chosen.insert_or_assign(name, DefaultsValue{true});
+        else
+            chosen.erase(name);
+    }
+    return chosen == before ||
+           store_.set(PreferenceKeys::SEARCH_HIDDEN_FOLDERS, {std::move(chosen)});
+}
+
+/// Returns the folder itself and the name of every entry that leads to it.
+std::set<std::string> Bookmarks::namesOf(const std::string &folder) const
+{
+    std::set<std::string> names = {folder};
     const DefaultsDictionary entries = load();
     const std::vector<Location> locations = locateAll(entries);
     auto location = locations.begin();
     for (const auto &[name, value] : entries) {
         if (location->isFolder() && location->path == folder)
-            doomed.insert(name);
+            names.insert(name);
         ++location;
     }
-    const MutexLock lock(changing_);
-    DefaultsDictionary current = load();
-    std::erase_if(current, [&](const auto &entry) { return doomed.contains(entry.first); });
-    return store_.set(BOOKMARKS_USER_DEFAULT_KEY, {std::move(current)});
+    return names;
 }
 
 std::optional<std::string> Bookmarks::resolve(const std::string &data)
@@ -154,12 +195,22 @@ std::vector<std::string> Bookmarks::allURLs()
 std::vector<Bookmarks::Resolved> Bookmarks::resolveAll()
 {
     const DefaultsDictionary entries = load();
+    const std::vector<std::string> withHidden = namesWithHidden();
     std::vector<Location> locations = locateAll(entries);
     std::vector<Resolved> all;
     auto location = locations.begin();
     for (const auto &[name, value] : entries) {
+        const bool searchesHidden = std::ranges::binary_search(withHidden, name);
+        const bool isStale = location->isStale;
         Location found = refreshed(std::move(*location++));
-        all.push_back({.name = name, .path = std::move(found.path), .presence = found.presence});
+        if (isStale && searchesHidden) {
+            const MutexLock lock(changing_);
+            storeHidden({found.path}, true);
+        }
+        all.push_back({.name = name,
+                       .path = std::move(found.path),
+                       .presence = found.presence,
+                       .searchesHidden = searchesHidden});
     }
     return all;
 }

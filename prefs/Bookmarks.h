@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,9 +32,15 @@ public:
     /// Adds the folder, or replaces its entry. A symbolic link to a folder is kept as the link.
     /// Returns false when no folder is at the absolute path or when the store cannot be written.
     bool add(const std::string &path);
-    /// Removes the folder's entry and every other one that leads to it. Returns false when the
-    /// store cannot be written.
+    /// Removes the folder's entry and every other one that leads to it, with the choices that
+    /// belong to them. Returns false when the store cannot be written.
     bool remove(const std::string &path);
+    /// Chooses whether hidden folders below the folder are searched, for its entry and every other
+    /// one that leads to it. Returns false when the store cannot be written.
+    bool searchHidden(const std::string &path, bool isWanted);
+    /// Returns the names of the entries for which that was chosen, and perhaps of former entries,
+    /// ascending.
+    std::vector<std::string> namesWithHidden() const;
     /// Returns the absolute path to which the bytes lead now, without a trailing slash. Returns
     /// nothing when the folder is gone or may not be read. A folder that is found under a new name
     /// gets an entry under that name.
@@ -51,6 +58,8 @@ public:
         /// bytes hold, or an empty text if they hold none.
         std::string path;
         FolderPresence presence = FolderPresence::away;
+        /// True when hidden folders below the folder are searched.
+        bool searchesHidden = false;
     };
     /// Resolves every entry as resolve() does, and returns the results in the order of the names.
     /// All folders are located at the same time, so one that does not answer delays no other.
@@ -62,17 +71,19 @@ public:
 
 private:
     struct Location;
+    std::set<std::string> namesOf(const std::string &folder) const;
     std::vector<Location> locateAll(const DefaultsDictionary &entries) const;
     Location locate(const std::string &data) const;
     Location refreshed(Location location);
     std::optional<std::string> makeData(const std::string &path) const;
     bool store(const std::string &path, const std::string &data);
+    bool storeHidden(const std::set<std::string> &names, bool isWanted) REQUIRES(changing_);
     void print(std::string_view text) const;
 
     DefaultsStore &store_;
     const FolderIdentity &folders_;
     std::FILE *diagnostics_;
-    /// Held from reading the dictionary to writing it back.
+    /// Held from reading a dictionary to writing it back.
     Mutex changing_;
 };
 

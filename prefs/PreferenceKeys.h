@@ -29,6 +29,9 @@ struct PreferenceKeys
     static constexpr std::string_view INCLUDE_FILE_PATTERNS = "include-file-patterns";
     /// Dictionary, folder path to bookmark data: the folders to index. Absent: none.
     static constexpr std::string_view BOOKMARKS = "qln-bookmarks";
+    /// Dictionary, a key of the bookmarks to boolean: whether hidden folders below the folder are
+    /// indexed too. Absent: false.
+    static constexpr std::string_view SEARCH_HIDDEN_FOLDERS = "search-hidden-folders";
     /// Data: the user's actions. Absent: the built-in ones.
     static constexpr std::string_view ACTIONS_LIST = "qln-actions-list";
     /// Dictionary, path to whole number: use counts. Absent: no history.

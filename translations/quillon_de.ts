@@ -1523,6 +1523,10 @@
         <source>Takes effect after a rebuild</source>
         <translation>Gilt nach dem Neuaufbau</translation>
     </message>
+    <message>
+        <source>Search hidden folders too</source>
+        <translation>Auch versteckte Ordner durchsuchen</translation>
+    </message>
 </context>
 <context>
     <name>quillon::SearchResultsTable</name>

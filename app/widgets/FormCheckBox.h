@@ -17,7 +17,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void paintBox(QPainter &painter, const QRectF &box) const;
     QColor tone(QPalette::ColorRole role) const { return palette().color(QPalette::Active, role); }
 };
 

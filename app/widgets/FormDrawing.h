@@ -2,6 +2,7 @@
 
 class QColor;
 class QPainter;
+class QPalette;
 class QPointF;
 class QRectF;
 
@@ -12,6 +13,9 @@ namespace quillon {
 /// Draws a ring along the inner edge of the bounds, which shows that the control inside has the
 /// keyboard.
 void paintFocusRing(QPainter &painter, const QRectF &bounds, double corner, const QColor &color);
+
+/// Draws a box to tick in the tones of a window's palette.
+void paintTickBox(QPainter &painter, const QRectF &box, bool isTicked, const QPalette &palette);
 
 /// The arrow that shows that a control opens a menu.
 constexpr double MENU_ARROW_WIDTH = 8;

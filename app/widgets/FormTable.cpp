@@ -1,10 +1,12 @@
 #include "app/widgets/FormTable.h"
 
+#include "app/widgets/FormDrawing.h"
 #include "app/widgets/PanelMetrics.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
@@ -21,9 +23,14 @@ namespace {
 constexpr int INSET = 4;
 constexpr int TEXT_SIDE = 12;
 constexpr int TEXT_ABOVE = 8;
+constexpr int BOX = 16;
+constexpr int BOX_ABOVE = 6;
+constexpr int WORDS_BESIDE = 8;
 
 /// The runs of a row.
 constexpr int RUNS = Qt::UserRole + 1;
+/// The words beside the box of a row, which has a check state then.
+constexpr int BOX_WORDS = Qt::UserRole + 2;
 
 using Runs = QList<FormTextRun>;
 
@@ -54,6 +61,8 @@ public:
             painter->drawRoundedRect(row.adjusted(0.75, 0.75, -0.75, -0.75), metrics::ROW_CORNER,
                                      metrics::ROW_CORNER);
         }
+        if (hasBox(index))
+            paintBox(*painter, option, index);
         QTextDocument text;
         fill(text, index.data(RUNS).value<Runs>(), option.font, option.rect.width());
         painter->translate(option.rect.left() + TEXT_SIDE, option.rect.top() + TEXT_ABOVE);
@@ -67,11 +76,63 @@ public:
         const int width = table->viewport()->width();
         QTextDocument text;
         fill(text, index.data(RUNS).value<Runs>(), option.font, width);
-        const int height = static_cast<int>(std::ceil(text.size().height())) + 2 * TEXT_ABOVE;
+        const int height = static_cast<int>(std::ceil(text.size().height())) + 2 * TEXT_ABOVE +
+                           (hasBox(index) ? BOX_ABOVE + BOX : 0);
         return {width, std::max((height + 3) / 4 * 4, 36)};
     }
 
+    bool editorEvent(QEvent *event, QAbstractItemModel *, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override
+    {
+        if (!hasBox(index) || !isToggling(*event, option, index))
+            return false;
+        Q_EMIT static_cast<FormTable *>(parent())->tickBoxToggled(index.row(), !isTicked(index));
+        return true;
+    }
+
+    static bool hasBox(const QModelIndex &index) { return index.data(BOX_WORDS).isValid(); }
+    static bool isTicked(const QModelIndex &index)
+    {
+        return index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    }
+
 private:
+    static QRect boxOf(const QRect &row)
+    {
+        return {row.left() + TEXT_SIDE, row.top() + row.height() - TEXT_ABOVE - BOX, BOX, BOX};
+    }
+    static QRect wordsOf(const QRect &row)
+    {
+        const QRect box = boxOf(row);
+        return {box.left() + BOX + WORDS_BESIDE, box.top(),
+                row.width() - 2 * TEXT_SIDE - BOX - WORDS_BESIDE, BOX};
+    }
+    static bool isToggling(const QEvent &event, const QStyleOptionViewItem &option,
+                           const QModelIndex &index)
+    {
+        if (event.type() == QEvent::KeyPress)
+            return static_cast<const QKeyEvent &>(event).key() == Qt::Key_Space;
+        if (event.type() != QEvent::MouseButtonRelease)
+            return false;
+        const auto &click = static_cast<const QMouseEvent &>(event);
+        QRect words = wordsOf(option.rect);
+        words.setWidth(option.fontMetrics.horizontalAdvance(index.data(BOX_WORDS).toString()));
+        return click.button() == Qt::LeftButton &&
+               words.united(boxOf(option.rect)).contains(click.position().toPoint());
+    }
+
+    void paintBox(QPainter &painter, const QStyleOptionViewItem &option,
+                  const QModelIndex &index) const
+    {
+        paintTickBox(painter, boxOf(option.rect), isTicked(index),
+                     static_cast<const FormTable *>(parent())->palette());
+        const auto runs = index.data(RUNS).value<Runs>();
+        const bool isQuiet = std::ranges::all_of(runs, &FormTextRun::isQuiet);
+        painter.setPen(isQuiet ? palette_.quiet : palette_.text);
+        painter.drawText(wordsOf(option.rect), Qt::AlignLeft | Qt::AlignVCenter,
+                         index.data(BOX_WORDS).toString());
+    }
+
     void fill(QTextDocument &text, const Runs &runs, const QFont &font, int width) const
     {
         text.setDefaultFont(font);
@@ -132,6 +193,22 @@ void FormTable::setRows(const QList<QList<FormTextRun>> &rows)
     if (selected && !rows.isEmpty())
         selectRow(std::min(*selected, static_cast<int>(rows.size()) - 1));
     viewport()->update();
+}
+
+void FormTable::setTickBox(int row, const QString &words, bool isTicked)
+{
+    QStandardItem *item = model_->item(row);
+    item->setCheckable(true);
+    item->setCheckState(isTicked ? Qt::Checked : Qt::Unchecked);
+    item->setData(words, BOX_WORDS);
+    item->setData(QString(item->text() + QStringLiteral(". ") + words), Qt::AccessibleTextRole);
+    resizeRowToContents(row);
+}
+
+std::optional<bool> FormTable::isTicked(int row) const
+{
+    const QModelIndex index = model_->index(row, 0);
+    return RowView::hasBox(index) ? std::optional(RowView::isTicked(index)) : std::nullopt;
 }
 
 int FormTable::rowCount() const

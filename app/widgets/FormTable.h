@@ -34,6 +34,10 @@ public:
 
     /// Replaces all rows. The selection stays on its row number as long as there is one.
     void setRows(const QList<QList<FormTextRun>> &rows);
+    /// Puts a box to tick below the text of a row, with words beside it.
+    void setTickBox(int row, const QString &words, bool isTicked);
+    /// Returns nothing for a row without a box.
+    std::optional<bool> isTicked(int row) const;
     int rowCount() const;
     QString rowText(int row) const;
     std::optional<int> selectedRow() const;
@@ -49,6 +53,8 @@ Q_SIGNALS:
     void selectedRowChanged();
     /// Delete was pressed on the selected row.
     void removalRequested();
+    /// The user has clicked the box of a row, or pressed Space on the row.
+    void tickBoxToggled(int row, bool isTicked);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -93,9 +93,10 @@ bool IncludeFolders::isSearchedAsPartOf(const std::string &folder, const std::st
     for (std::size_t begin = prefix.size(); begin < path.size();) {
         const std::size_t end = std::min(path.find('/', begin), path.size());
         const auto name = std::string_view(path).substr(begin, end - begin);
+        const bool isHidden = SkipRules::hides(state, name, true);
         state = rules.below(state, name);
         const bool isEntered = end == path.size() || !isPackageName(name);
-        if (isHiddenName(name) || !isEntered ||
+        if (isHidden || !isEntered ||
             rules.skips(state, name, [&] { return std::string_view(path).substr(0, end); }))
             return false;
         begin = end + 1;

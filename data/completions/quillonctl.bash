@@ -4,7 +4,7 @@ _quillonctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local command=${COMP_WORDS[1]} options folders=
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W 'match find pick use init crawl watch status --version --help' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'match find pick open use init crawl watch status --version --help' -- "$current")
         return
     fi
     case $previous in
@@ -28,9 +28,9 @@ _quillonctl() {
     esac
     case $command in
         match) options='--top -n --order --words --counts --repeat -0 --scores --json --stats --help' ;;
-        find) options='--in --top -n --order --no-words -0 --json --relative --crawl --stats --help' ;;
+        find) options='--in --hidden --top -n --order --no-words -0 --json --relative --crawl --stats --help' ;;
         pick) options='--height --best -0 --help' ;;
-        use)
+        open | use)
             options='--help'
             folders=yes
             ;;
@@ -42,12 +42,12 @@ _quillonctl() {
             options='--help'
             ;;
         crawl)
-            options='--exclude --no-default-excludes --no-builtin-excludes --ext --threads -0
+            options='--exclude --no-default-excludes --no-builtin-excludes --ext --hidden --threads -0
                 --stats --help'
             folders=yes
             ;;
         watch)
-            options='--latency --window --sweep --budget -0 --help'
+            options='--latency --window --sweep --budget --hidden --dump -0 --help'
             folders=yes
             ;;
         status) options='--json --help' ;;

@@ -37,10 +37,15 @@ protected:
              const std::string &target = "the selected row")
     {
         runner_.runAction({.flags = {}, .actionType = type, .actionTarget = ActionTarget(target)},
-                          result);
+                          result, [this](const auto &failure) {
+                              ended_.push_back(failure ? std::optional(failure->reason)
+                                                       : std::nullopt);
+                          });
         queue_.runAll();
     }
 
+    /// The reasons why actions failed, or nothing for each action that was carried out.
+    std::vector<std::optional<ActionFailure::Reason>> ended_;
     FakeActionServices fakes_;
     FakeDefaultsStore store_;
     Preferences preferences_{store_};
@@ -89,6 +94,7 @@ TEST_P(OpenActions, reachTheFileManagerOrTheDefaultApplication)
     EXPECT_EQ(fakes_.workspace.opened, expected.opened);
     EXPECT_THAT(fakes_.clipboard.text, IsEmpty());
     EXPECT_THAT(fakes_.processRunner.commands, IsEmpty());
+    EXPECT_THAT(ended_, ElementsAre(std::nullopt));
 }
 
 constexpr const char *OPEN = "Open in Default App";
@@ -208,6 +214,7 @@ TEST_P(FailingActions, sayWhy)
     EXPECT_EQ(failures.front().reason, expected.reason);
     EXPECT_EQ(failures.front().result, result);
     EXPECT_EQ(failures.front().target, expected.target);
+    EXPECT_THAT(ended_, ElementsAre(expected.reason));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -268,8 +275,10 @@ TEST_P(OpenApplicationCommands, escapeQuotesOfThePathAlone)
     EXPECT_EQ(command.executable, "/bin/bash");
     EXPECT_THAT(command.arguments, ElementsAre("-c", GetParam().command));
     EXPECT_EQ(command.firstOnPath, "/libexec/quillon");
+    EXPECT_THAT(ended_, IsEmpty()) << "it may not find the application";
     fakes_.processRunner.running.front()({.standardOutput = "some", .standardError = "text"});
     EXPECT_EQ(output_.take() + diagnostics_.take(), "");
+    EXPECT_THAT(ended_, ElementsAre(std::nullopt));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -291,6 +300,7 @@ TEST_F(Actions, runTheUsersExecutableAndTellWhatItSaid)
     EXPECT_THAT(command.arguments, ElementsAre(path));
     EXPECT_EQ(command.firstOnPath, "");
     EXPECT_EQ(output_.take(), "") << "it still runs";
+    EXPECT_THAT(ended_, ElementsAre(std::nullopt)) << "nobody waits for its end";
 
     fakes_.processRunner.running.front()(
         {.standardOutput = "it's \"b\" \\ c\n\r\té", .standardError = ""});

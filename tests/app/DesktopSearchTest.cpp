@@ -269,4 +269,24 @@ TEST_F(DesktopSearchTest, doesWhatThePanelDoesAndCountsIt)
     EXPECT_THAT(run.services.fileManager.takeCalls(), IsEmpty());
 }
 
+TEST_F(DesktopSearchTest, tellsWhetherAnItemWasOpened)
+{
+    const std::string folder = home_.makeFolder("folder");
+    ProgramRun run(home_.path(), file_);
+    std::vector<std::string> faults;
+    const auto open = [&] {
+        run.search.open(folder, [&](const std::string &fault) { faults.push_back(fault); });
+    };
+    open();
+    run.services.folders.add(folder);
+    run.services.fileManager.isWorking = false;
+    open();
+    run.actions.saveActions({{.flags = {.shift = true},
+                              .actionType = ActionType::copyPathToClipboard,
+                              .actionTarget = ActionTarget::selectedRow}});
+    open();
+    EXPECT_THAT(faults, ElementsAre("", "the file manager did not open it",
+                                    "no action is bound to Return"));
+}
+
 } // namespace quillon

@@ -166,13 +166,23 @@ TEST_F(BusRemoteControlTest, answersFromTheBackground)
         used.push_back(path);
         return settings == "/settings";
     };
-    ASSERT_EQ(
-        remote.claim({.perform = [](const auto &) {}, .find = find, .status = status, .use = use}),
-        RemoteControl::Claim::owner);
+    const auto open = [this](const std::string &, const std::string &path, const auto &receive) {
+        EXPECT_EQ(QThread::currentThread(), qApp->thread());
+        background_.post([=] { receive(path == "/caf\xe9" ? "" : "kein „Ordner“"); });
+    };
+    ASSERT_EQ(remote.claim({.perform = [](const auto &) {},
+                            .find = find,
+                            .status = status,
+                            .use = use,
+                            .open = open}),
+              RemoteControl::Claim::owner);
     ask([&](RunningInstance &instance) {
         EXPECT_EQ(instance.status(), status());
         EXPECT_EQ(instance.use("/settings", "/caf\xe9"), RunningInstance::Outcome::done);
         EXPECT_EQ(instance.use("/others", "/docs"), RunningInstance::Outcome::notRunning);
+        EXPECT_EQ(instance.open("/settings", "/caf\xe9").outcome, RunningInstance::Outcome::done);
+        EXPECT_EQ(instance.open("/settings", "/caf\xe9").fault, "");
+        EXPECT_EQ(instance.open("/settings", "/docs").fault, "kein „Ordner“");
         EXPECT_EQ(instance.find({"/settings", "\xff", 7, ""}),
                   RemoteAnswer(std::vector{match, match}));
         EXPECT_EQ(instance.find({"/settings", "nothing", 7, "names", true}),
@@ -190,6 +200,7 @@ TEST_F(BusRemoteControlTest, reachesNobodyOnceTheOwnerIsGone)
     EXPECT_EQ(instance.find({"/settings", "a", 1, ""}), std::nullopt);
     EXPECT_EQ(instance.status(), std::nullopt);
     EXPECT_EQ(instance.use("/settings", "/docs"), RunningInstance::Outcome::notRunning);
+    EXPECT_EQ(instance.open("/settings", "/docs").outcome, RunningInstance::Outcome::notRunning);
 }
 
 TEST(PoolTaskQueue, withOneThreadKeepsTheOrder)

@@ -256,6 +256,41 @@ TEST_F(SearchPaneTest, flagsTheIndexUntilItIsRebuilt)
     EXPECT_FALSE(pane->rebuildFlagImage->isVisible()) << "as it was";
 }
 
+TEST_F(SearchPaneTest, searchesHiddenFoldersWhereThatIsTicked)
+{
+    disk.makeFolder("tree/.config/in");
+    pane->addFolders({disk.makeFolder("stick")});
+    std::filesystem::remove(disk.path("stick"));
+    pane->showStored();
+    pane->rebuildButton->click();
+    EXPECT_TRUE(says(QStringLiteral("4 folders indexed")));
+    FormTable &table = *pane->searchLocationsTableView;
+    EXPECT_EQ(table.isTicked(0), false);
+    EXPECT_EQ(table.isTicked(1), false);
+    EXPECT_EQ(table.isTicked(2), std::nullopt) << "an extension";
+
+    table.setFocus();
+    table.selectRow(0);
+    QTest::keyClick(&table, Qt::Key_Space);
+    EXPECT_EQ(table.isTicked(0), true) << "also for a folder that is away";
+    QTest::keyClick(&table, Qt::Key_Space);
+    EXPECT_EQ(table.isTicked(0), false);
+    EXPECT_FALSE(pane->rebuildFlagImage->isVisible());
+
+    const QRect row = table.visualRect(table.model()->index(1, 0));
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, row.topLeft() + QPoint(20, 14));
+    EXPECT_EQ(table.isTicked(1), false) << "the text only selects the row";
+    EXPECT_EQ(table.selectedRow(), 1);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, row.bottomLeft() + QPoint(20, -14));
+    EXPECT_EQ(table.isTicked(1), true);
+    EXPECT_EQ(finder.bookmarks.namesWithHidden(), std::vector{tree});
+    EXPECT_TRUE(pane->rebuildFlagImage->isVisible());
+    pane->rebuildButton->click();
+    EXPECT_TRUE(says(QStringLiteral("6 folders indexed")));
+    pane->addFolders({disk.path("tree/.config")});
+    EXPECT_TRUE(says(QStringLiteral("is searched already, as a part of")));
+}
+
 TEST_F(SearchPaneTest, takesDroppedFoldersByteForByte)
 {
     const std::string strange = disk.makeFolder("caf\xe9 #1");

@@ -122,7 +122,11 @@ TEST(KeptIndexRandom, leavesWhatAFreshBuildWouldFind)
                 kept.now = LONG_AGO; // the clock was set back
             SearchBaseOver<PosixFolderLister> fresh;
             for (auto *base : {&kept, &fresh}) {
-                base->includeFolders({root});
+                // The folder whose hidden folders are searched may be missing.
+                const std::string inner = root + (seed % 2 == 0 ? "/a" : "/.hidden");
+                base->includeFolders(seed % 3 == 2 ? std::vector{root, inner} : std::vector{root});
+                if (seed % 3 != 0)
+                    base->finder.bookmarks.searchHidden(seed % 3 == 2 ? inner : root, true);
                 base->finder.excludePatternsPreferences.add("skipped");
                 base->finder.includeFilePatternPreferences.add("txt");
             }

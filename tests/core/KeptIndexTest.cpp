@@ -248,6 +248,13 @@ TEST_F(KeptSearchBaseTest, takesNothingThatOtherSettingsMade)
     EXPECT_THAT(paths(), ElementsAre("/usr", "/usr/bin", "/usr/share"));
     EXPECT_FALSE(isTaken([](Base &base) { base.finder.includeFilePatternPreferences.add("c"); }));
     EXPECT_EQ(base_->searchBase.paths(), folders_);
+    folders_.insert(folders_.begin() + 1, "/usr/.config");
+    const auto searchHidden = [](Base &base) { base.finder.bookmarks.searchHidden("/usr", true); };
+    EXPECT_FALSE(isTaken(searchHidden));
+    EXPECT_EQ(base_->searchBase.paths(), folders_);
+    base_->searchBase.keep();
+    EXPECT_TRUE(isTaken(searchHidden));
+    EXPECT_EQ(base_->searchBase.paths(), folders_);
 }
 
 TEST_F(KeptSearchBaseTest, beginsAnewWhereFoldersAreAway)

@@ -185,30 +185,31 @@ TEST_P(ItemRows, areJudgedAsTheCrawlJudges)
 {
     const TemporaryFolder disk;
     std::vector<std::string> roots;
-    for (const char *root : {"home", "home/.git/kept", "home/Box.app"})
+    for (const char *root : {"home", "home/.git/kept", "home/Box.app", "home/all"})
         roots.push_back(disk.makeFolder(root));
     FakeFSEventService service;
     TimedTaskQueue events;
     SearchBaseOver<PosixFolderLister> base{{.events = service, .eventQueue = events}};
     base.includeFolders(roots);
+    base.finder.bookmarks.searchHidden(roots.back(), true);
     base.store.set("exclude-folder-patterns", {DefaultsArray{{"node_modules"}, {"a/deep"}}});
     base.build();
     EXPECT_EQ(service.streams.at(0)->request.items->folder(disk.path(GetParam().path)),
               GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Folders, ItemRows,
-                         testing::Values(ItemRow{"home"}, ItemRow{"home/docs"},
-                                         ItemRow{"home/App.xcodeproj", Folder::listed},
-                                         ItemRow{"home/.hidden", Folder::skipped},
-                                         ItemRow{"home/node_modules", Folder::skipped},
-                                         ItemRow{"home/a/deep", Folder::skipped},
-                                         ItemRow{"home/deep"},
-                                         ItemRow{"home/node_modules.app", Folder::skipped},
-                                         ItemRow{"home/.git/kept"}, ItemRow{"home/.git/kept/x"},
-                                         ItemRow{"home/.git/kept/.x", Folder::skipped},
-                                         ItemRow{"home/x/.git/y", Folder::skipped},
-                                         ItemRow{"home/Box.app", Folder::listed}));
+INSTANTIATE_TEST_SUITE_P(
+    Folders, ItemRows,
+    testing::Values(
+        ItemRow{"home"}, ItemRow{"home/docs"}, ItemRow{"home/App.xcodeproj", Folder::listed},
+        ItemRow{"home/.hidden", Folder::skipped}, ItemRow{"home/node_modules", Folder::skipped},
+        ItemRow{"home/a/deep", Folder::skipped}, ItemRow{"home/deep"},
+        ItemRow{"home/node_modules.app", Folder::skipped}, ItemRow{"home/.git/kept"},
+        ItemRow{"home/.git/kept/x"}, ItemRow{"home/.git/kept/.x", Folder::skipped},
+        ItemRow{"home/x/.git/y", Folder::skipped}, ItemRow{"home/all/.config"},
+        ItemRow{"home/all/.config/.x"}, ItemRow{"home/all/.x.app", Folder::listed},
+        ItemRow{"home/all/.git/y", Folder::skipped},
+        ItemRow{"home/allied/.config", Folder::skipped}, ItemRow{"home/Box.app", Folder::listed}));
 
 TEST_F(SearchBaseWatchTest, judgesFilesByTheExtensionsOfTheBuild)
 {

@@ -10,17 +10,21 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <set>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -70,6 +74,36 @@ public:
     Program &operator=(const Program &) = delete;
     ~Program() { finish(); }
 
+    /// Returns the records of changes that have come since, at least one of them. A line that
+    /// begins otherwise is the rest of the path before it.
+    Lines changes()
+    {
+        Lines records;
+        while (records.empty()) {
+            pollfd waited{.fd = ::fileno(from_), .events = POLLIN, .revents = 0};
+            require(::poll(&waited, 1, 60'000) == 1, "the program tells a change");
+            std::array<char, 65536> bytes{};
+            const ssize_t size = ::read(::fileno(from_), bytes.data(), bytes.size());
+            require(size > 0, "the program runs");
+            begun_.append(bytes.data(), static_cast<std::size_t>(size));
+            std::size_t start = 0;
+            for (std::size_t end = begun_.find('\n'); end != std::string::npos;
+                 end = begun_.find('\n', end + 1)) {
+                if (end + 1 < begun_.size() && begun_[end + 1] == ' ')
+                    continue;
+                records.push_back(begun_.substr(start, end - start));
+                start = end + 1;
+            }
+            begun_.erase(0, start);
+        }
+        return records;
+    }
+    /// Stops reading, which ends a program that prints changes. Returns the exit status.
+    int hangUp()
+    {
+        std::fclose(std::exchange(from_, nullptr));
+        return finish();
+    }
     /// Returns the records up to a dot, or to the end.
     Lines ask(const std::string &line)
     {
@@ -101,7 +135,8 @@ public:
         std::fclose(std::exchange(to_, nullptr));
         int status = 0;
         ::waitpid(process_, &status, 0);
-        std::fclose(from_);
+        if (from_ != nullptr)
+            std::fclose(from_);
         return status_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
@@ -118,6 +153,8 @@ private:
     pid_t process_ = -1;
     std::FILE *to_ = nullptr;
     std::FILE *from_ = nullptr;
+    /// The beginning of a change whose end has not been read yet.
+    std::string begun_;
     int status_ = -1;
 };
 
@@ -222,45 +259,97 @@ Lines without(const Lines &all, const Lines &some)
 class WatchedTree
 {
 public:
-    WatchedTree()
+    /// Which hidden folders are searched.
+    enum class Hidden
     {
-        session_.writeFile("config/quillon/quillon.json", R"({"include-file-patterns": ["txt"]})");
+        none,
+        all,
+        /// Those below the folder "b", which is an include folder too.
+        inB,
+    };
+
+    explicit WatchedTree(Hidden hidden = Hidden::none) : hidden_(hidden)
+    {
         disk_.makeFolder("root");
         disk_.makeFolder("outside");
+        session_.writeFile("config/quillon/quillon.json",
+                           R"({"include-file-patterns": ["txt"], "search-hidden-folders": {")" +
+                               inner() + R"(": true}})");
     }
 
+    /// Makes the include folder "b" anew, since only folders that are there can be named.
+    void makeB() const
+    {
+        if (hidden_ != Hidden::inB)
+            return;
+        fs::remove_all(inner());
+        fs::create_directory(inner());
+    }
     Lines crawled() const
     {
-        Lines lines = Program(session_, {"crawl", "-0", "--ext", "txt", disk_.path("root")}).read();
+        Lines lines = crawled(disk_.path("root"), hidden_ == Hidden::all);
+        if (hidden_ == Hidden::inB)
+            std::ranges::copy(crawled(inner(), true), std::back_inserter(lines));
         std::ranges::sort(lines);
+        lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
         return lines;
     }
     Lines watchArguments(const Lines &options) const
     {
-        Lines arguments = {"watch", "-0", "--latency", "0.02", "--window", "0.02"};
+        Lines arguments = changeArguments(options);
+        arguments.insert(arguments.begin() + 1, "-0");
+        return arguments;
+    }
+    Lines changeArguments(const Lines &options) const
+    {
+        Lines arguments = {"watch", "--latency", "0.02", "--window", "0.02"};
         arguments.insert(arguments.end(), options.begin(), options.end());
+        if (hidden_ == Hidden::all)
+            arguments.push_back("--hidden");
         arguments.push_back(disk_.path("root"));
+        if (hidden_ == Hidden::inB)
+            arguments.push_back(inner());
         return arguments;
     }
     const TemporaryFolder &session() const { return session_; }
     const TemporaryFolder &disk() const { return disk_; }
 
 private:
+    std::string inner() const { return disk_.path("root/b"); }
+    Lines crawled(const std::string &folder, bool withHidden) const
+    {
+        Lines arguments = {"crawl", "-0", "--ext", "txt", folder};
+        if (withHidden)
+            arguments.push_back("--hidden");
+        return Program(session_, arguments).read();
+    }
+
+    const Hidden hidden_;
     const TemporaryFolder session_;
     const TemporaryFolder disk_;
 };
+
+WatchedTree::Hidden hiddenFor(int seed)
+{
+    using enum WatchedTree::Hidden;
+    return std::array{inB, none, all}.at(static_cast<std::size_t>(seed) % 3);
+}
 
 TEST(Watch, holdsWhatACrawlFindsAfterRandomChanges)
 {
     const std::vector<Lines> options = {{}, {"--budget", "10", "--sweep", "0.05"}};
 
     for (int seed = 1; seed <= runs(); ++seed) {
-        const WatchedTree tree;
+        const WatchedTree tree(hiddenFor(seed));
         Changes changes(tree.disk().path("root"), tree.disk().path("outside"),
                         static_cast<unsigned>(seed));
         changes.make(200);
+        tree.makeB();
         Program watch(tree.session(),
                       tree.watchArguments(options.at(static_cast<std::size_t>(seed) % 2)));
+        // The folder "b" has to be there when the program begins.
+        if (hiddenFor(seed) == WatchedTree::Hidden::inB)
+            watch.ask("");
         // The tree also changes while the build runs.
         changes.make(100);
         for (int round = 0; round < 4; ++round) {
@@ -294,6 +383,74 @@ TEST(Watch, tellsEachChangeOnceAndAnswersEveryLine)
     EXPECT_EQ(watch.ask(""), expected);
     EXPECT_EQ(watch.finish(), 0);
     EXPECT_EQ(tree.session().readFile("watch"), file + "\n" + fresh + "\n");
+}
+
+/// Waits until the program says that its index is ready.
+void awaitIndex(const WatchedTree &tree)
+{
+    using namespace std::chrono_literals;
+    const auto end = std::chrono::steady_clock::now() + 60s;
+    while (tree.session().readFile("watch").find("the index is ready") == std::string::npos) {
+        require(std::chrono::steady_clock::now() < end, "the index is ready in time");
+        std::this_thread::sleep_for(10ms);
+    }
+}
+
+/// Carries the changes out. Returns those that are none: what came was there, what went was not.
+Lines carryOut(const Lines &changes, std::set<std::string> &held)
+{
+    Lines wrong;
+    for (const std::string &change : changes) {
+        const std::string path = change.substr(2);
+        const bool isChange = change.starts_with("+ ")   ? held.insert(path).second
+                              : change.starts_with("- ") ? held.erase(path) == 1
+                                                         : false;
+        if (!isChange)
+            wrong.push_back(change);
+    }
+    return wrong;
+}
+
+TEST(Watch, printsWhatComesAndGoesOnce)
+{
+    const WatchedTree tree;
+    const std::string root = tree.disk().path("root");
+    Program watch(tree.session(), tree.changeArguments({}));
+    awaitIndex(tree);
+    EXPECT_EQ(tree.session().readFile("watch"),
+              "quillonctl: the index is ready: 1 folders and files\n");
+    const std::string file = tree.disk().writeFile("root/a.txt");
+    EXPECT_EQ(watch.changes(), Lines{"+ " + file});
+    // What has changed and is found again is no change.
+    tree.disk().makeFolder("elsewhere/below");
+    fs::rename(tree.disk().path("elsewhere"), root + "/new");
+    EXPECT_EQ(watch.changes(), Lines({"+ " + root + "/new", "+ " + root + "/new/below"}));
+    fs::rename(root + "/new", tree.disk().path("elsewhere"));
+    EXPECT_EQ(watch.changes(), Lines({"- " + root + "/new", "- " + root + "/new/below"}));
+    EXPECT_EQ(watch.hangUp(), 0);
+}
+
+TEST(Watch, printsChangesThatLeadFromOneCrawlToAnother)
+{
+    for (int seed = 1; seed <= runs(); ++seed) {
+        const WatchedTree tree(hiddenFor(seed));
+        Changes changes(tree.disk().path("root"), tree.disk().path("outside"),
+                        static_cast<unsigned>(seed));
+        changes.make(200);
+        tree.makeB();
+        const Lines begun = tree.crawled();
+        std::set<std::string> held(begun.begin(), begun.end());
+        Program watch(tree.session(), tree.changeArguments({}));
+        awaitIndex(tree);
+        for (int round = 0; round < 4; ++round) {
+            changes.make(300);
+            const Lines crawled = tree.crawled();
+            const std::set<std::string> found(crawled.begin(), crawled.end());
+            while (held != found)
+                ASSERT_EQ(carryOut(watch.changes(), held), Lines()) << "seed " << seed;
+        }
+        ASSERT_EQ(watch.hangUp(), 0) << tree.session().readFile("watch");
+    }
 }
 
 // Too few watches. A user namespace has limits of its own, for all programs in it together.

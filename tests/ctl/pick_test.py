@@ -196,6 +196,15 @@ class PickTest(TerminalTest):
             self.assertEqual(terminal.end(), 0)
             self.assertEqual(terminal.output, "harb\ufffd[2Jour\r\n".encode())
 
+    def test_changes_are_printed_for_people(self):
+        self.make_folders("watched")
+        terminal = self.shell("quillonctl watch --latency 0 --window 0 watched", columns=200)
+        terminal.await_text("the index is ready")
+        self.make_folders(b"watched/harb\x1b[2Jour\xff\n end")
+        terminal.await_text(f"\n+ {self.home}/watched/harb\ufffd[2Jour\ufffd\ufffd end")
+        terminal.send("\x03")
+        self.assertEqual(terminal.end(), -signal.SIGINT)
+
     def test_a_signal_leaves_the_terminal_as_it_was(self):
         self.make_folders("docs")
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):

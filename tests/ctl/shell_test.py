@@ -5,6 +5,7 @@ Usage: shell_test.py QUILLONCTL
 
 import json
 import os
+import shlex
 import shutil
 import subprocess
 
@@ -58,6 +59,9 @@ class ShellTest(TerminalTest):
             with self.subTest(shell=shell):
                 self.assertEqual(self.run_shell(shell, "q file.xcodeproj\npwd"),
                                  (0, os.fsencode(self.home / "project") + b"\n", b""))
+                # A completed path may end with a slash.
+                self.assertEqual(self.run_shell(shell, f"q {shlex.quote(str(self.home))}/\npwd"),
+                                 (0, os.fsencode(self.home) + b"\n", b""))
                 status, out, err = self.run_shell(shell, "q never-there")
                 self.assertEqual((status, out, err), (1, b"", b""))
 
@@ -94,6 +98,55 @@ class ShellTest(TerminalTest):
                 self.assertIn("<b>\r\n", output)
                 terminal.send("exit\r")
                 terminal.end()
+
+    def completing(self, shell):
+        """Starts a shell whose "q" prints its arguments in place of what it does."""
+        command, init = SHELLS[shell]
+        terminal = self.start(*command, "-i", rows=40, columns=200)
+        shown = "function q; printf 'q'; printf '<%s>' $argv; echo; end" if shell == "fish" else \
+            "q() { printf q; printf '<%s>' \"$@\"; echo; }"
+        completion = "autoload -Uz compinit; compinit -D; " if shell == "zsh" else ""
+        terminal.send(f"cd; {completion}{init}; {shown}; echo rea''dy\r")
+        terminal.await_text("ready")
+        return terminal
+
+    def completed(self, terminal, keys):
+        """Returns the arguments of "q" after the keys, to which a Tab belongs."""
+        before = len(terminal.output)
+        terminal.send(keys)
+        terminal.send("\r")
+        terminal.await_screen("the arguments", lambda: b">\r\n" in terminal.output[before:])
+        output = terminal.output[before:].replace(b"\r\n", b"\n")
+        return output.rpartition(b">\n")[0].rpartition(b"q<")[2].split(b"><")
+
+    def test_tab_completes_to_a_path(self):
+        self.make_folders(*ODD)
+        for shell in SHELLS:
+            terminal = self.completing(shell)
+            for place, name in enumerate(ODD):
+                with self.subTest(shell=shell, name=name):
+                    path = os.path.join(os.fsencode(self.home), name)
+                    slash = b"/" if shell == "bash" else b""
+                    self.assertEqual(self.completed(terminal, f"q {WORD}{place}\t"), [path + slash])
+
+    def test_tab_offers_several_paths(self):
+        self.make_folders("harbour", "other/the harbour's \"end\"")
+        best, next_one = (os.fsencode(self.home) + name
+                          for name in (b"/harbour", b"/other/the harbour's \"end\""))
+        for shell in SHELLS:
+            with self.subTest(shell=shell):
+                terminal = self.completing(shell)
+                # Readline replaces nothing while it is not clear what is meant. In fish, the first
+                # Return takes the selected path.
+                keys = "q harbour\t\t\r" if shell == "fish" else "q harbour\t\t"
+                self.assertEqual(self.completed(terminal, keys),
+                                 [{"bash": b"harbour", "zsh": next_one, "fish": best}[shell]])
+                self.assertEqual(self.completed(terminal, "q 'harbours e\t"),
+                                 [next_one + (b"/" if shell == "bash" else b"")])
+                for line, words in (("other harbour", 2), ("nothing-of-this", 1)):
+                    self.assertEqual(self.completed(terminal, f"q {line}\t"),
+                                     [word.encode() for word in line.split()])
+                self.assertNotIn(b"quillonctl:", terminal.output)
 
     def test_another_shell_is_refused(self):
         done = subprocess.run([self.ctl, "init", "csh"], capture_output=True, text=True,

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Tests the answers to the desktops' own searches, with the calls as GNOME's overview and KRunner
-make them.
+make them, and what the terminal has the running program open.
 
 Runs on a private desktop:
 tools/private-desktop /usr/bin/python3 tests/e2e/desktop_search_test.py QUILLON QUILLONCTL
 """
 
+import json
 import os
 import statistics
 import subprocess
@@ -150,6 +151,41 @@ class DesktopSearchTest(Desktop):
         self.call(RUNNER, "Teardown")
         self.assertEqual(sorted(self.uses().values()), [1, 2])
         self.assertEqual(windows("quillon"), [])
+
+    def test_the_terminal_opens_what_the_panel_would(self):
+        self.make_folders(b"caf\xe9\n \"harbour\"", "gone", "tree.xcodeproj")
+        self.write_settings()
+        record = self.open_folders_with_recorder()
+        self.start_hidden()
+
+        def opened(*paths, status=0):
+            done = subprocess.run([self.ctl, "open", *paths], env=self.environment(), check=False,
+                                  capture_output=True, cwd=self.tree)
+            self.assertEqual((done.returncode, done.stdout), (status, b""), done.stderr)
+            return done.stderr.decode(errors="replace")
+
+        self.assertEqual(opened(b"caf\xe9\n \"harbour\"/."), "")
+        path = os.fsencode(self.tree) + b"/caf\xe9\n \"harbour\""
+        self.assertEqual(self.recorded(record), [path])
+        self.assertEqual(list(self.uses().values()), [1])
+        self.assertEqual(opened("nowhere", "gone", status=1), "quillonctl: nowhere: is not there\n")
+        self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "gone")])
+        self.assertEqual(len(self.uses()), 2)
+        # What fails counts no use, and says why.
+        settings = json.loads(self.settings.read_text())
+        settings["qln-actions-list"] = json.dumps([{
+            "actionTarget": {"key": "/no/program"},
+            "actionType": {"requiresTarget": True, "key": "Execute Shell Command"},
+            "flags": {"option": False, "shift": False, "command": False}}])
+        self.settings.write_text(json.dumps(settings))
+        self.assertEqual(opened("tree.xcodeproj", status=1), "quillonctl: tree.xcodeproj: the program "
+                         '"/no/program" does not exist or may not be run\n')
+        eventually("the use that was taken back", lambda: len(self.uses()) == 2)
+        other = dict(self.environment(), XDG_CONFIG_HOME=str(self.home / "other"))
+        done = subprocess.run([self.ctl, "open", self.tree], env=other, check=False,
+                              capture_output=True, text=True)
+        self.assertEqual((done.returncode, done.stderr), (1, f"quillonctl: {self.tree}: the running "
+                                                          "Quillon has other settings\n"))
 
     def test_can_be_switched_off(self):
         self.make_folders("harbour")

@@ -52,7 +52,15 @@ struct PlainSkipRule
 {
     std::vector<std::string> patterns;
     std::vector<std::string> includeFolders;
+    /// Hidden folders below these are wanted.
+    std::vector<std::string> withHidden = {};
 
+    bool showsHidden(const std::string &folder) const
+    {
+        return std::ranges::any_of(withHidden, [&](const std::string &each) {
+            return each == "/" || (folder + "/").starts_with(each + "/");
+        });
+    }
     bool skipsPath(const std::string &path) const
     {
         const auto pattern = std::ranges::find_if(patterns, [&](const std::string &part) {

@@ -49,8 +49,10 @@ struct Crawl
                    const PlainSkipRule &rule = {}, CrawlOptions options = {},
                    const std::stop_token &stop = {})
     {
-        Crawler crawler(lister, std::make_shared<SkipRules>(rule.patterns, rule.includeFolders),
-                        options);
+        Crawler crawler(
+            lister,
+            std::make_shared<SkipRules>(rule.patterns, rule.includeFolders, rule.withHidden),
+            options);
         const auto progress = [&](const std::string &line) {
             (line.starts_with("Enumerator error ") ? errors : others).insert(line);
         };
@@ -238,9 +240,10 @@ private:
             const std::string path = entry.path().string();
             const std::string name = path.substr(path.rfind('/') + 1);
             const std::size_t dot = name.rfind('.');
-            if (name.starts_with('.'))
+            const bool isFolder = !entry.is_symlink() && entry.is_directory();
+            if (name.starts_with('.') && !(isFolder && rule_.showsHidden(folder)))
                 continue;
-            if (entry.is_symlink() || !entry.is_directory()) {
+            if (!isFolder) {
                 if (dot != std::string::npos && extensions_.contains(name.substr(dot + 1)))
                     kept.insert("file:" + path);
             } else if (!rule_.skips(path, name)) {
@@ -303,6 +306,10 @@ TEST(Crawler, findsWhatAPlainRecursionFindsInRandomTrees)
         std::set<std::string> extensions;
         if (seed % 2 == 0)
             extensions = {"txt"};
+        if (seed % 4 == 1)
+            rule.withHidden = {seed % 8 == 1 ? tree.path() : "/"};
+        else if (seed % 4 == 2)
+            rule.withHidden = {tree.path() + "/a", tree.path() + "/b c/a", tree.path() + "/.git"};
         const Reference expected(tree.path(), extensions, rule);
         const Crawl crawl(tree.path(), extensions, rule, {.threads = seed % 4 + 1});
         ASSERT_EQ(crawl.sink.kept, expected.kept) << seed;

@@ -19,7 +19,7 @@ from desktop import PATIENCE, eventually, finish, needs, windows
 CMAKE, BUILD, VERSION = "", "", ""
 NAME = "org.quillon.Quillon"
 OBJECT = "/org/quillon/Quillon"
-COMMANDS = ("match", "find", "pick", "use", "init", "crawl", "watch", "status")
+COMMANDS = ("match", "find", "pick", "open", "use", "init", "crawl", "watch", "status")
 OPTION = re.compile(r"(?<![\w-])(--[a-z][a-z-]*|-[0n])(?![\w-])")
 
 
@@ -245,6 +245,27 @@ class BusTest(Installed):
         run("gapplication", "action", NAME, "toggle", env=self.environment)
         eventually("the panel's end", lambda: not windows("quillon", "Quillon"))
         self.assertTrue(self.is_running())
+        run("gapplication", "action", NAME, "quit", env=self.environment)
+        eventually("the program's end", lambda: not self.is_running())
+
+    def test_the_terminal_has_the_bus_start_the_program_to_open_a_folder(self):
+        home = self.place / "home"
+        settings = home / ".config/quillon/quillon.json"
+        program, record = home / "program", home / "record"
+        program.write_text(f'#!/bin/sh\nprintf %s "$1" >{record}.new\nmv {record}.new {record}\n')
+        program.chmod(0o755)
+        stored = json.loads(settings.read_text())
+        stored["qln-actions-list"] = json.dumps([{
+            "actionTarget": {"key": str(program)},
+            "actionType": {"requiresTarget": True, "key": "Execute Shell Command"},
+            "flags": {"option": False, "shift": False, "command": False}}])
+        settings.write_text(json.dumps(stored))
+        run(self.program("quillonctl"), "open", str(home / "tree/harbour"), env=self.environment)
+        eventually("the opened folder", record.exists)
+        self.assertEqual(record.read_text(), str(home / "tree/harbour"))
+        self.assertEqual(windows("quillon"), [])
+        self.assertEqual(json.loads(settings.read_text())["recent-access-score-data"],
+                         {str(home / "tree/harbour"): 1})
         run("gapplication", "action", NAME, "quit", env=self.environment)
         eventually("the program's end", lambda: not self.is_running())
 

@@ -33,6 +33,7 @@ public:
     }
     RemoteAnswer find(const RemoteQuery &) override { return std::nullopt; }
     Outcome use(const std::string &, const std::string &) override { return Outcome::notRunning; }
+    Opened open(const std::string &, const std::string &) override { return {}; }
     std::optional<std::string> status() override { return std::nullopt; }
 
     std::string requested;

@@ -33,14 +33,16 @@ class ModelIndex final : public WatchFilter
 public:
     using Paths = std::set<std::string, std::less<>>;
 
-    explicit ModelIndex(std::string root) : root_(std::move(root)) {}
+    explicit ModelIndex(std::string root, bool withHidden = false)
+        : root_(std::move(root)), withHidden_(withHidden)
+    {}
 
     Folder folder(std::string_view path) const override
     {
         const std::string_view name = path.substr(path.rfind('/') + 1);
         if (path == root_)
             return Folder::entered;
-        if (name.starts_with('.') || name == "skipped")
+        if ((name.starts_with('.') && !withHidden_) || name == "skipped")
             return Folder::skipped;
         return name.ends_with(".app") ? Folder::listed : Folder::entered;
     }
@@ -117,6 +119,8 @@ private:
     }
 
     const std::string root_;
+    /// Hidden folders are indexed too.
+    const bool withHidden_;
     mutable Mutex mutex_;
     Paths paths_ GUARDED_BY(mutex_);
 };

@@ -205,7 +205,7 @@ void WatchingRandomTest::runWithCrawl(unsigned seed)
         for (int i = 0; i < 300 && !stop.stop_requested(); ++i)
             user.act();
     });
-    WatchRig rig(std::make_shared<ModelIndex>(root), options, WatchRig::LATENCY,
+    WatchRig rig(std::make_shared<ModelIndex>(root, seed % 2 == 0), options, WatchRig::LATENCY,
                  [](InotifyEventService &service, const std::shared_ptr<ModelIndex> &index) {
                      auto record = service.beginRecord();
                      const Descriptor folder(

@@ -91,6 +91,40 @@ TEST_F(BookmarksTest, keepEachFolderOnceUntilItIsRemoved)
     EXPECT_EQ(resolved(), Strings{other});
 }
 
+TEST_F(BookmarksTest, keepWhetherHiddenFoldersAreSearched)
+{
+    constexpr std::string_view HIDDEN = "search-hidden-folders";
+    const std::string folder = root.makeFolder("a \xFF\n b");
+    const std::string other = root.makeFolder("other");
+    bookmarks.add(folder);
+    bookmarks.add(other);
+    const auto withHidden = [this] {
+        Strings paths;
+        for (const Bookmarks::Resolved &entry : bookmarks.resolveAll())
+            if (entry.searchesHidden)
+                paths.push_back(entry.path);
+        return paths;
+    };
+    EXPECT_EQ(withHidden(), Strings());
+    const auto entries = store.value(KEY);
+    EXPECT_TRUE(bookmarks.searchHidden(folder + "/", true));
+    EXPECT_EQ(withHidden(), Strings{folder});
+    EXPECT_EQ(store.value(KEY), entries) << "a version without the choice reads what it wrote";
+    const int writes = store.writes();
+    EXPECT_TRUE(bookmarks.searchHidden(folder, true));
+    EXPECT_EQ(store.writes(), writes);
+
+    EXPECT_TRUE(bookmarks.remove(folder));
+    EXPECT_EQ(store.dictionary(HIDDEN), DefaultsDictionary());
+    store.set(HIDDEN, {DefaultsDictionary{{other, {false}}, {folder, {true}}}});
+    EXPECT_EQ(withHidden(), Strings()) << "written by hand";
+    store.set(HIDDEN, {std::string("yes")});
+    EXPECT_EQ(withHidden(), Strings());
+    EXPECT_TRUE(bookmarks.searchHidden(other, true));
+    EXPECT_TRUE(bookmarks.searchHidden(other, false));
+    EXPECT_EQ(withHidden(), Strings());
+}
+
 TEST_F(BookmarksTest, refuseWhatIsNoFolder)
 {
     EXPECT_FALSE(bookmarks.add(root.writeFile("file")));
@@ -108,6 +142,7 @@ TEST_F(BookmarksTest, followAFolderToItsNewName)
     const std::string renamed = root.path("a/New");
     QUILLON_NEEDS(folders.identify(old), "a file system that keeps birth times");
     EXPECT_TRUE(bookmarks.add(old));
+    EXPECT_TRUE(bookmarks.searchHidden(old, true));
     fs::rename(old, renamed);
     EXPECT_EQ(resolved(), Strings{renamed}); // The entry was found after the listing began.
     EXPECT_EQ(printed, "TODO: Handle stale bookmark\n");
@@ -119,9 +154,11 @@ TEST_F(BookmarksTest, followAFolderToItsNewName)
     root.makeFolder("a/Old");
     EXPECT_EQ(resolved(), (Strings{renamed, old}));
     EXPECT_EQ(printed, "");
+    EXPECT_EQ(bookmarks.namesWithHidden(), (Strings{renamed, old}));
     fs::remove(old);
     EXPECT_TRUE(bookmarks.remove(renamed));
     EXPECT_EQ(storedPaths(), Strings());
+    EXPECT_EQ(bookmarks.namesWithHidden(), Strings());
 }
 
 /// Answers once it has been asked about all of the folders.

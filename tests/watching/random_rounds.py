@@ -187,7 +187,8 @@ def run_session(program, seed, rounds):
     mode = choice.choice(list(MODES))
     disk = choice.choice([None, "/dev/shm" if os.path.isdir("/dev/shm") else None])
     latency = choice.choice([0.001, 0.005, 0.02, 0.05])
-    session = Session(program, mode, latency, disk)
+    hidden = choice.random() < 0.5
+    session = Session(program, mode, latency, disk, hidden=hidden)
     user = User(session, seed)
     try:
         session.ask()
@@ -204,8 +205,9 @@ def run_session(program, seed, rounds):
             if wrong:
                 later = session.differences(session.ask(b"settle"))
                 return number + 1, "\n".join(
-                    ["seed %d, round %d, %s, latency %s, %s, %s" %
-                     (seed, number, mode, latency, disk or tempfile.gettempdir(), how),
+                    ["seed %d, round %d, %s, latency %s, %s, %s, %s" %
+                     (seed, number, mode, latency, disk or tempfile.gettempdir(),
+                      "hidden folders too" if hidden else "no hidden folders", how),
                      "  differs:     %s" % wrong[:12], "  after settle: %s" % later[:12]] +
                     ["    %s" % (what,) for what in user.done])
         return rounds, ""

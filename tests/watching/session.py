@@ -20,8 +20,10 @@ EXTENSIONS = ["xcodeproj", "xcworkspace", "sublime-project", "sublime-workspace"
 class Session:
     """The program, running on DISK/above/mid/root. close() ends it and removes the tree."""
 
-    def __init__(self, program, mode, latency, disk=None, environment=None, make=None):
+    def __init__(self, program, mode, latency, disk=None, environment=None, make=None,
+                 hidden=False):
         self.program = program
+        self.hidden = ["--hidden"] if hidden else []
         self.disk = tempfile.mkdtemp(prefix="quillon-watch-", dir=disk).encode()
         self.home = tempfile.mkdtemp(prefix="quillon-home-")
         self.root = self.disk + b"/above/mid/root"
@@ -35,7 +37,7 @@ class Session:
         self.complaints = open(self.home + "/complaints", "w+b")
         self.process = subprocess.Popen(
             [program, "watch", "-0", "--latency", str(latency), "--window", "0.003",
-             "--sweep", "0.2", *MODES[mode], self.root],
+             "--sweep", "0.2", *self.hidden, *MODES[mode], self.root],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=self.complaints,
             env=dict(self.environment, **(environment or {})))
 
@@ -66,7 +68,7 @@ class Session:
 
     def crawled(self):
         files = [part for extension in EXTENSIONS for part in ("--ext", extension)]
-        found = subprocess.run([self.program, "crawl", "-0", *files, self.root],
+        found = subprocess.run([self.program, "crawl", "-0", *self.hidden, *files, self.root],
                                env=self.environment,
                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
         return set(found.stdout.split(b"\0")) - {b""}

@@ -58,10 +58,12 @@ std::vector<ListedLocation> listed(const SearchLocations &locations, const Searc
     using enum ListedLocation::Presence;
     std::vector<ListedLocation> all;
     for (const std::string &folder : locations.folders)
-        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(folder)});
+        all.push_back({std::make_shared<IncludePathSearchBaseLocation>(folder), there,
+                       std::ranges::binary_search(locations.withHidden, folder)});
     for (const SearchLocations::Missing &folder : locations.missing)
         all.push_back({std::make_shared<IncludePathSearchBaseLocation>(folder.name),
-                       folder.presence == FolderPresence::unreadable ? unreadable : away});
+                       folder.presence == FolderPresence::unreadable ? unreadable : away,
+                       std::ranges::binary_search(locations.namesWithHidden, folder.name)});
     std::ranges::sort(all, {},
                       [](const ListedLocation &each) { return each.location->mainText(); });
     for (const std::string &pattern : locations.filePatterns)

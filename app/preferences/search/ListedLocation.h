@@ -4,6 +4,7 @@
 #include "indexing/SearchBaseLocation.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quillon {
@@ -24,6 +25,8 @@ struct ListedLocation
 
     std::shared_ptr<const SearchBaseLocation> location;
     Presence presence = Presence::there;
+    /// Says of an include folder whether hidden folders below it are searched.
+    std::optional<bool> searchesHidden = std::nullopt;
 
     /// Returns the text of the row, which is quiet for a location where nothing is searched at the
     /// moment.

@@ -130,6 +130,8 @@ void SearchPreferencesViewController::buildControls()
     connect(searchLocationsTableView, &FormTable::selectedRowChanged, this, enableRemoval);
     connect(searchLocationsTableView, &FormTable::removalRequested, this,
             &SearchPreferencesViewController::removeSelected);
+    connect(searchLocationsTableView, &FormTable::tickBoxToggled, this,
+            &SearchPreferencesViewController::searchHidden);
     connect(searchLocationsSegmentedControl, &SegmentedControl::segmentClicked, this,
             [this](int segment) {
                 if (segment == REMOVE)
@@ -174,6 +176,9 @@ void SearchPreferencesViewController::showLocations(std::vector<ListedLocation> 
         isStillThere = isStillThere || (removed_ && listed.names(*removed_));
     }
     searchLocationsTableView->setRows(rows);
+    for (int row = 0; row < rows.size(); ++row)
+        if (const auto isTicked = locations_.at(static_cast<std::size_t>(row)).searchesHidden)
+            searchLocationsTableView->setTickBox(row, tr("Search hidden folders too"), *isTicked);
     if (isStillThere)
         note_->sayFault(writeFault());
     removed_.reset();
@@ -197,6 +202,22 @@ void SearchPreferencesViewController::removeSelected()
     services_.background.post([services = services_, removed = removed_, self = QPointer(this)] {
         services.searchBaseFinder.remove(*removed);
         services.main.post([self] {
+            if (self)
+                self->showStored();
+        });
+    });
+}
+
+void SearchPreferencesViewController::searchHidden(int row, bool isWanted)
+{
+    note_->sayFault({});
+    const std::string folder = locations_.at(static_cast<std::size_t>(row)).location->mainText();
+    // Only the disk can say which entries lead to the folder.
+    services_.background.post([services = services_, folder, isWanted, self = QPointer(this)] {
+        const bool isStored = services.searchBaseFinder.bookmarks.searchHidden(folder, isWanted);
+        services.main.post([isStored, self] {
+            if (self && !isStored)
+                self->note_->sayFault(writeFault());
             if (self)
                 self->showStored();
         });

@@ -99,6 +99,7 @@ private:
     /// Shows the list, and in it what was added.
     void showAdded(std::shared_ptr<const SearchBaseLocation> location);
     void removeSelected();
+    void searchHidden(int row, bool isWanted);
     void showLocations(std::vector<ListedLocation> locations, SearchLocations stored);
     void updateFlag();
     void updateStatus();

@@ -22,6 +22,9 @@ struct BusNames
     static constexpr const char *STATUS = "Status";
     /// Use(ay settings, ay path) -> b: counts one opening of the path; false for other settings.
     static constexpr const char *USE = "Use";
+    /// Open(ay settings, ay path) -> s: opens the path as plain Return does, and says in English
+    /// why it could not, or nothing.
+    static constexpr const char *OPEN = "Open";
     /// A search that the instance leaves to the caller fails with this error.
     static constexpr const char *NOT_ANSWERED = "org.quillon.Quillon.Error.NotAnswered";
 };

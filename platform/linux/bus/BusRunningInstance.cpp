@@ -19,6 +19,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto BUS_TIMEOUT = 3000ms;
+/// The instance may have to be started, and a file manager after it.
+constexpr auto OPEN_TIMEOUT = 30s;
 constexpr const char *ANSWER = "(a(ayda(xx)))";
 
 BusObject object(const char *interface)
@@ -173,6 +175,23 @@ RunningInstance::Outcome BusRunningInstance::use(const std::string &settings,
     gboolean isCounted = FALSE;
     g_variant_get(reply.get(), "(b)", &isCounted);
     return isCounted != FALSE ? Outcome::done : Outcome::notRunning;
+}
+
+RunningInstance::Opened BusRunningInstance::open(const std::string &settings,
+                                                 const std::string &path)
+{
+    if (!hasBus())
+        return {Outcome::noBus};
+    const auto reply = bus_.call(object(BusNames::SEARCH), BusNames::OPEN,
+                                 g_variant_new("(@ay@ay)", bytes(settings), bytes(path)),
+                                 Deadline(OPEN_TIMEOUT), BusConnection::Activation::allowed);
+    if (!reply || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(s)"))) {
+        if (isRunning())
+            return {Outcome::notAnswering};
+        return {bus_.isReachable(Deadline(BUS_TIMEOUT)) ? Outcome::notRunning : Outcome::noBus};
+    }
+    const VariantRef fault(g_variant_get_child_value(reply.get(), 0));
+    return {Outcome::done, g_variant_get_string(fault.get(), nullptr)};
 }
 
 } // namespace quillon

@@ -21,6 +21,7 @@ public:
     RemoteAnswer find(const RemoteQuery &query) override;
     std::optional<std::string> status() override;
     Outcome use(const std::string &settings, const std::string &path) override;
+    Opened open(const std::string &settings, const std::string &path) override;
 
 private:
     std::string activationToken_;

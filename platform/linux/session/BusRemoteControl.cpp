@@ -132,15 +132,8 @@ class SearchAdaptor : public QDBusAbstractAdaptor
     Q_CLASSINFO("D-Bus Interface", "org.quillon.Quillon.Search")
 
 public:
-    SearchAdaptor(QObject *parent, TaskQueue &background,
-                  std::function<RemoteAnswer(const RemoteQuery &)> find,
-                  std::function<std::string()> status,
-                  std::function<bool(const std::string &, const std::string &)> use)
-        : QDBusAbstractAdaptor(parent),
-          background_(background),
-          find_(std::move(find)),
-          status_(std::move(status)),
-          use_(std::move(use))
+    SearchAdaptor(QObject *parent, TaskQueue &background, RemoteControl::Handlers handlers)
+        : QDBusAbstractAdaptor(parent), background_(background), handlers_(std::move(handlers))
     {
         qDBusRegisterMetaType<BusMatch::Range>();
         qDBusRegisterMetaType<QList<BusMatch::Range>>();
@@ -156,7 +149,7 @@ public Q_SLOTS:
         message.setDelayedReply(true);
         RemoteQuery asked{settings.toStdString(), query.toStdString(),
                           std::min(limit, RemoteQuery::MOST), order.toStdString(), words};
-        background_.post([find = find_, asked = std::move(asked), message] {
+        background_.post([find = handlers_.find, asked = std::move(asked), message] {
             const RemoteAnswer answer = find(asked);
             QDBusConnection::sessionBus().send(
                 answer ? message.createReply(QVariant::fromValue(toBus(*answer)))
@@ -168,7 +161,7 @@ public Q_SLOTS:
     QString Status(const QDBusMessage &message)
     {
         message.setDelayedReply(true);
-        background_.post([status = status_, message] {
+        background_.post([status = handlers_.status, message] {
             QDBusConnection::sessionBus().send(
                 message.createReply(QString::fromStdString(status())));
         });
@@ -176,15 +169,22 @@ public Q_SLOTS:
     }
     bool Use(const QByteArray &settings, const QByteArray &path)
     {
-        return use_ && use_(settings.toStdString(), path.toStdString());
+        return handlers_.use && handlers_.use(settings.toStdString(), path.toStdString());
+    }
+    QString Open(const QByteArray &settings, const QByteArray &path, const QDBusMessage &message)
+    {
+        message.setDelayedReply(true);
+        const auto reply = [message](const std::string &fault) {
+            QDBusConnection::sessionBus().send(message.createReply(QString::fromStdString(fault)));
+        };
+        handlers_.open(settings.toStdString(), path.toStdString(), reply);
+        return {};
     }
     // NOLINTEND(readability-identifier-naming)
 
 private:
     TaskQueue &background_;
-    std::function<RemoteAnswer(const RemoteQuery &)> find_;
-    std::function<std::string()> status_;
-    std::function<bool(const std::string &, const std::string &)> use_;
+    const RemoteControl::Handlers handlers_;
 };
 
 BusRemoteControl::~BusRemoteControl()
@@ -203,10 +203,9 @@ RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
         return Claim::unavailable;
     // The object is registered before the name, so that a process that sees the name gets answers.
     addSearchProviders(object_, background_, handlers);
-    new ApplicationAdaptor(&object_, std::move(handlers.perform));
+    new ApplicationAdaptor(&object_, handlers.perform);
     if (handlers.find && handlers.status)
-        new SearchAdaptor(&object_, background_, std::move(handlers.find),
-                          std::move(handlers.status), std::move(handlers.use));
+        new SearchAdaptor(&object_, background_, std::move(handlers));
     bus.registerObject(name(BusNames::OBJECT), &object_, QDBusConnection::ExportAdaptors);
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(name(BusNames::SERVICE),
