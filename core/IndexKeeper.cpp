@@ -120,7 +120,7 @@ std::error_code IndexKeeper::keep()
 /// one.
 bool IndexKeeper::completeRestored()
 {
-    std::optional<ChildTable> table;
+    std::optional<IdTable> table;
     std::uint64_t changes = 0;
     {
         const ReadingIndex reading(index_.lock);

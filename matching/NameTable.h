@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/ChildTable.h"
+#include "base/IdTable.h"
 #include "base/NameArena.h"
 
 #include <array>
@@ -67,7 +67,7 @@ private:
     /// Every id in use is below this number.
     Id end_ = NONE + 1;
     std::vector<Id> free_;
-    ChildTable ids_;
+    IdTable ids_;
 };
 
 } // namespace quillon

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/ChildTable.h"
+#include "base/IdTable.h"
 #include "matching/ByteClasses.h"
 #include "matching/NameTable.h"
 
@@ -85,9 +85,9 @@ public:
     void endAppending();
     /// Returns a table of all children, made several times as quick as one by one. Absent where a
     /// parent has two children of one name: the tree is good for nothing then.
-    std::optional<ChildTable> childTable() const;
+    std::optional<IdTable> childTable() const;
     /// Takes the table of the tree as it is now.
-    void useTable(ChildTable &&table);
+    void useTable(IdTable &&table);
     /// Returns NONE where the tree has no such node. A node may be there without any flag.
     NodeId find(std::string_view text) const;
     NodeId findChild(NodeId parent, std::string_view name) const;
@@ -232,7 +232,7 @@ private:
     std::vector<std::unique_ptr<Chunk>> chunks_;
     NodeId used_ = 0;
     NameTable names_;
-    ChildTable children_;
+    IdTable children_;
     /// The table above has every child.
     bool hasTable_ = true;
     Trail trail_;

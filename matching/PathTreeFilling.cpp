@@ -38,7 +38,7 @@ void PathTree::endAppending()
     }
 }
 
-std::optional<ChildTable> PathTree::childTable() const
+std::optional<IdTable> PathTree::childTable() const
 {
     // The table is filled from one end to the other, so that each part of it is in the caches of
     // the processor while it is filled.
@@ -61,7 +61,7 @@ std::optional<ChildTable> PathTree::childTable() const
     for (NodeId id = 1; id < used_; ++id)
         entries[ends[partOf(hashes[id])]++] = {hashes[id], id};
 
-    ChildTable table;
+    IdTable table;
     for (const Entry &entry : entries) {
         const auto isSame = [&](NodeId other) {
             const Node &child = node(entry.id);
@@ -74,7 +74,7 @@ std::optional<ChildTable> PathTree::childTable() const
     return table;
 }
 
-void PathTree::useTable(ChildTable &&table)
+void PathTree::useTable(IdTable &&table)
 {
     children_ = std::move(table);
     hasTable_ = true;

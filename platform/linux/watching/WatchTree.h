@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/ChildTable.h"
+#include "base/IdTable.h"
 #include "base/NameArena.h"
 #include "platform/linux/watching/WatchOwners.h"
 
@@ -100,7 +100,7 @@ private:
     NameArena names_;
     /// The paths of the roots; "" stands for "/".
     std::vector<std::string> rootPaths_;
-    ChildTable children_;
+    IdTable children_;
     WatchOwners owners_;
     std::size_t folders_ = 0;
     std::size_t watches_ = 0;

@@ -1,4 +1,4 @@
-#include "base/ChildTable.h"
+#include "base/IdTable.h"
 
 #include "base/Require.h"
 
@@ -13,7 +13,7 @@ constexpr std::size_t SMALLEST_CAPACITY = 8;
 
 } // namespace
 
-void ChildTable::Segment::put(Slot entry)
+void IdTable::Segment::put(Slot entry)
 {
     std::size_t at = home(entry.hash);
     while (slots[at].id != FREE && slots[at].id != ERASED)
@@ -23,7 +23,7 @@ void ChildTable::Segment::put(Slot entry)
     ++live;
 }
 
-void ChildTable::Segment::grow()
+void IdTable::Segment::grow()
 {
     // The new size is 15/8 of what is used, so the load lies between 53 % and 80 %.
     Segment larger;
@@ -35,7 +35,7 @@ void ChildTable::Segment::grow()
     *this = std::move(larger);
 }
 
-void ChildTable::insert(std::uint64_t hash, Id id)
+void IdTable::insert(std::uint64_t hash, Id id)
 {
     Segment &segment = segments_[segmentOf(hash)];
     if ((std::size_t{segment.notFree} + 1) * 5 > segment.slots.size() * 4)
@@ -43,7 +43,7 @@ void ChildTable::insert(std::uint64_t hash, Id id)
     segment.put({id, static_cast<std::uint32_t>(hash)});
 }
 
-void ChildTable::erase(std::uint64_t hash, Id id)
+void IdTable::erase(std::uint64_t hash, Id id)
 {
     Segment &segment = segments_[segmentOf(hash)];
     require(segment.live > 0, "an erased id is in the table");
@@ -59,12 +59,12 @@ void ChildTable::erase(std::uint64_t hash, Id id)
     --segment.live;
 }
 
-void ChildTable::clear()
+void IdTable::clear()
 {
     segments_ = {};
 }
 
-std::size_t ChildTable::bytes() const
+std::size_t IdTable::bytes() const
 {
     std::size_t bytes = sizeof(*this);
     for (const Segment &segment : segments_)

@@ -11,7 +11,7 @@ namespace quillon {
 ///
 /// The table is cut into segments that grow one by one, so that no single insertion moves a million
 /// entries while a search waits.
-class ChildTable
+class IdTable
 {
 public:
     /// An id is neither 0 nor the highest number.
@@ -64,7 +64,7 @@ private:
 };
 
 template <typename IsMatch>
-ChildTable::Id ChildTable::find(std::uint64_t hash, const IsMatch &isMatch) const
+IdTable::Id IdTable::find(std::uint64_t hash, const IsMatch &isMatch) const
 {
     const Segment &segment = segments_[segmentOf(hash)];
     if (segment.slots.empty())
