@@ -10,18 +10,21 @@
 // tested for that in runs, at the speed of memory (PathTree::skipSiblingsWithout). Once enough hits
 // are held, a subtree is also left out when no text in it can reach the worst hit. Its bounds
 // (UnitScorer::bounds) take the best that the beginning allows for the query bytes that can still
-// be matched below, the pairs of bytes that occur there, and the gaps that the name's length
-// forces: most leaves are settled from the 40 bytes of their node, without reading their names.
+// be matched below, the pairs of bytes that occur there, how many levels there are, and the gaps
+// that the name's length forces.
+//
+// Most folders share their names with others. What a name adds to any beginning as the last name of
+// a text is computed once for all of them (NameGains.h), and with the state of the beginning it is
+// the score. So a folder without children is settled in a few steps, and often by its name alone.
 // A text as long as the query scores infinity in the order by the whole path, so nodes of up to
 // that length are never left out there.
 //
 // All orders of rows share this walk. What differs is a type each (RankingRules.h), chosen once a
 // query: how a name extends a state, the bounds, and the rank, the whole number that is compared
 // with that of the worst hit. With names first, a text's own name costs what the names above do
-// not, so a state is carried over a name in two ways at once, for the text itself and for those
-// below it; and since the names above are free, what bounds a subtree is the shortest name in it.
-// Words in any order are a third kind of type, which wraps that of an order: it looks for each word
-// in the folded names, and adds up what the words score.
+// not, so what bounds a subtree is the shortest name in it. Words in any order are a third kind of
+// type, which wraps that of an order: it looks for each word in the folded names, and adds up what
+// the words score. The scorers in whole numbers take all words at once, one number for each byte.
 
 #include "matching/TreeSearchWorker.h"
 

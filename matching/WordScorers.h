@@ -1,9 +1,6 @@
 #pragma once
 
-#include "matching/PathTree.h"
 #include "matching/QueryProgress.h"
-#include "matching/ShortQuery.h"
-#include "matching/TopHits.h"
 
 #include <cstddef>
 #include <string_view>
@@ -11,17 +8,16 @@
 
 namespace quillon {
 
-// A text's score for several words is the sum of its scores for each of them. These types give the
-// scorers of an order, one for each word, the form of a single one. Immutable; safe from every
-// thread.
-
-template <typename Scorer>
-class ScorerForEachWord
+/// Gives the scorers of an order, one for each word of a query, the form of a single one: a text's
+/// score for several words is the sum of its scores for each of them. Immutable; safe from every
+/// thread.
+template <typename Rule>
+class WordScorers
 {
 public:
-    using State = std::vector<typename Scorer::State>;
+    using State = std::vector<typename Rule::Scorer::State>;
 
-    explicit ScorerForEachWord(std::string_view query)
+    explicit WordScorers(std::string_view query)
     {
         for (const std::string_view word : WordsInAnyOrder::wordsOf(query))
             scorers_.emplace_back(word);
@@ -30,25 +26,10 @@ public:
     State initialState() const
     {
         State state;
-        for (const Scorer &scorer : scorers_)
+        for (const typename Rule::Scorer &scorer : scorers_)
             state.push_back(scorer.initialState());
         return state;
     }
-
-protected:
-    std::vector<Scorer> scorers_;
-};
-
-template <typename Rule>
-class WordScorers : public ScorerForEachWord<typename Rule::Scorer>
-{
-    using Each = ScorerForEachWord<typename Rule::Scorer>;
-    using Each::scorers_;
-
-public:
-    using Each::Each;
-    using typename Each::State;
-
     void extendByName(State &state, std::size_t position, std::string_view name) const
     {
         for (std::size_t i = 0; i < scorers_.size(); ++i)
@@ -66,6 +47,9 @@ public:
             sum += scorers_[i].score(state[i]);
         return Rule::sum(sum);
     }
+
+private:
+    std::vector<typename Rule::Scorer> scorers_;
 };
 
 } // namespace quillon

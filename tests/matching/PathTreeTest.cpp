@@ -185,6 +185,25 @@ TEST(PathTree, usesTheRoomOfRemovedTextsAgain)
     EXPECT_EQ(tree.count(PathTree::CANDIDATE), 0U);
 }
 
+TEST(PathTree, keepsANameOnceForAllFoldersThatHaveIt)
+{
+    PathTree tree;
+    const auto nameOf = [&tree](const char *text) { return tree.node(tree.find(text)).name; };
+    for (const char *text : {"/a/\xc3\xbc", "/b/\xc3\xbc", "/\xc3\xbc/a"})
+        tree.insert(text, PathTree::CANDIDATE);
+    const NameTable::Id name = nameOf("/a/\xc3\xbc");
+    EXPECT_EQ(nameOf("/\xc3\xbc"), name);
+    EXPECT_EQ(tree.names().uses(name), 3U);
+    EXPECT_EQ(tree.names().folded(name), std::string_view("u\0", 2));
+    tree.removeFlags(tree.find("/a/\xc3\xbc"), PathTree::CANDIDATE);
+    tree.collectSomeDead(10);
+    EXPECT_EQ(tree.names().uses(name), 2U);
+    EXPECT_EQ(tree.text(tree.find("/b/\xc3\xbc")), "/b/\xc3\xbc");
+    arrange(tree);
+    EXPECT_EQ(tree.names().uses(nameOf("/\xc3\xbc")), 2U);
+    EXPECT_EQ(tree.names().folded(nameOf("/b/\xc3\xbc")), std::string_view("u\0", 2));
+}
+
 TEST(PathTree, keepsTheLinksOfRemovedNodesWhilePinned)
 {
     PathTree tree;
