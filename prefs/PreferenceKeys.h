@@ -33,6 +33,9 @@ struct PreferenceKeys
     static constexpr std::string_view ACTIONS_LIST = "qln-actions-list";
     /// Dictionary, path to whole number: use counts. Absent: no history.
     static constexpr std::string_view RECENT_ACCESS_SCORE_DATA = "recent-access-score-data";
+    /// List of strings, absolute paths: what stands above the most used rows, in this order. Absent:
+    /// nothing.
+    static constexpr std::string_view KEPT_ON_TOP = "kept-on-top";
     /// Boolean: access to the file manager was granted ahead of first use. Absent: false.
     static constexpr std::string_view PREEMPTIVE_APPLE_EVENT_ACCESS =
         "preemptive-apple-event-access";

@@ -52,4 +52,8 @@ private:
 
 using SearchBaseResultRef = std::shared_ptr<const SearchBaseResult>;
 
+/// Returns a row for each kept path, and after them those of the rows whose paths are not kept.
+std::vector<SearchBaseResultRef> withKeptFirst(const std::vector<std::string> &kept,
+                                               const std::vector<SearchBaseResultRef> &rows);
+
 } // namespace quillon

@@ -48,8 +48,8 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
     paintIcon(*painter, icon, result->path());
 
     QRect text = row.adjusted(metrics::TEXT_LEFT, 0, -metrics::EDGE, 0);
-    if (result->type() == SearchBaseResultType::inFrontFinder)
-        text.setWidth(text.width() - paintFrontWindowMark(*painter, text, option.font));
+    if (const QString words = mark(*result); !words.isEmpty())
+        text.setWidth(text.width() - paintMark(*painter, text, option.font, words));
     RowLayout(rowText(*result, home_), option.font, palette_, text.width()).draw(*painter, text);
 }
 
@@ -68,12 +68,18 @@ void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area
     painter.restore();
 }
 
-int LightningSearchTableRowView::paintFrontWindowMark(QPainter &painter, const QRect &area,
-                                                      const QFont &font) const
+QString LightningSearchTableRowView::mark(const SearchBaseResult &result) const
+{
+    if (result.type() == SearchBaseResultType::inFrontFinder)
+        return tr("front window");
+    return model_.isKept(result) ? tr("kept on top") : QString();
+}
+
+int LightningSearchTableRowView::paintMark(QPainter &painter, const QRect &area, const QFont &font,
+                                           const QString &mark) const
 {
     QFont small = font;
     small.setPointSizeF(font.pointSizeF() * 0.85);
-    const QString mark = tr("front window");
     painter.setFont(small);
     painter.setPen(palette_.quiet);
     painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, mark);

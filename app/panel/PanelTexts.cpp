@@ -52,6 +52,8 @@ QString PanelTexts::status(const PanelSource::State &state)
 {
     if (!state.hasLocations)
         return {};
+    if (state.isWriteRefused)
+        return writeFault();
     const QString folders = tr("%Ln folder(s)", nullptr, static_cast<int>(state.count));
     if (state.isComparing)
         return tr("Checking for changes: %1").arg(folders);

@@ -23,7 +23,8 @@ public:
     };
     /// Says why there are no rows for the query and what to do about it.
     static Message message(const PanelSource::State &state, const QString &query);
-    /// Says in a word or two how much is indexed, and which folders are missing.
+    /// Says in a word or two how much is indexed and which folders are missing, or that the
+    /// settings could not be written.
     static QString status(const PanelSource::State &state);
     /// Says what went wrong with a row and what to do about it.
     static Message failure(const ActionFailure &failure);

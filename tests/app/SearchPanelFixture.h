@@ -17,6 +17,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <optional>
@@ -38,6 +39,7 @@ public:
     /// The rows that are selected at first, by query; the first row otherwise.
     std::map<std::string, int> selectedRows;
     Texts mostUsed;
+    Texts kept;
     Texts offered;
     State current;
     Texts used;
@@ -59,6 +61,24 @@ public:
         return results(mostUsed);
     }
     void recordUse(const SearchBaseResultRef &result) override { used.push_back(result->path()); }
+    Texts keptOnTop() const override { return kept; }
+    void keepOnTop(const SearchBaseResult &result, bool isKept) override
+    {
+        std::erase(kept, result.path());
+        if (isKept)
+            kept.push_back(result.path());
+    }
+    bool canForget(const SearchBaseResult &result) const override
+    {
+        return std::ranges::count(mostUsed, result.path()) +
+                   std::ranges::count(kept, result.path()) >
+               0;
+    }
+    void forget(const SearchBaseResult &result) override
+    {
+        std::erase(mostUsed, result.path());
+        std::erase(kept, result.path());
+    }
     State state() const override { return current; }
     bool canLeaveOut(const SearchBaseResult &result) const override
     {
