@@ -5,6 +5,7 @@
 #include "platform/Clipboard.h"
 #include "platform/FileManager.h"
 #include "platform/FolderLister.h"
+#include "platform/RecentItems.h"
 #include "platform/Workspace.h"
 #include "prefs/Preferences.h"
 
@@ -108,6 +109,15 @@ void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef 
         executeShellCommand(action.actionTarget.key(), result);
     if (!isDone)
         failToOpen(type, result);
+    else if (type == ActionType::openInDefaultApp ||
+             (type == ActionType::showInFinder && services_.workspace.isFolder(path)))
+        enterAsRecent(path);
+}
+
+void ActionRunner::enterAsRecent(const std::string &path)
+{
+    if (!preferences_.hideFromRecentFiles.value())
+        services_.recentItems.add(path);
 }
 
 bool ActionRunner::isForFileManager(const std::string &application) const
@@ -162,8 +172,10 @@ void ActionRunner::openApplication(const std::string &application,
     };
     const bool isStarted = start(
         {.executable = "/bin/bash", .arguments = {"-c", command}, .firstOnPath = programsFolder_},
-        [report](const ProcessRunner::Output &output) {
-            if (!output.isSuccess)
+        [this, report, result](const ProcessRunner::Output &output) {
+            if (output.isSuccess)
+                enterAsRecent(result->path());
+            else
                 report();
         });
     if (!isStarted)

@@ -84,7 +84,7 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
                        .background = services_.backgroundQueue}),
       actionModelFinder_(services_.defaults),
       actionRunner_({services_.workspace, services_.fileManager, services_.clipboard,
-                     services_.processRunner, services_.folderLister},
+                     services_.processRunner, services_.folderLister, services_.recentItems},
                     preferences_, appleScriptRunner_, services_.actionQueue, programsFolder()),
       desktopSearch_({.source = source_,
                       .builder = searchBaseBuilder_,

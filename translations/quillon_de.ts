@@ -1137,6 +1137,18 @@
         <source>Desktop search:</source>
         <translation>Suche des Desktops:</translation>
     </message>
+    <message>
+        <source>&amp;Enter what is opened in the desktop&apos;s list</source>
+        <translation>In die Liste der Arbeitsumgebung &amp;eintragen, was geöffnet wird</translation>
+    </message>
+    <message>
+        <source>Recent files:</source>
+        <translation>Zuletzt benutzt:</translation>
+    </message>
+    <message>
+        <source>File choosers show it. If the desktop is set to remember nothing, nothing is entered.</source>
+        <translation>Dateiauswahlfenster zeigen sie. Soll sich die Arbeitsumgebung nichts merken, wird nichts eingetragen.</translation>
+    </message>
 </context>
 <context>
     <name>quillon::KeysView</name>

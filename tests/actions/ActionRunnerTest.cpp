@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <ostream>
 
 namespace quillon {
@@ -89,6 +90,12 @@ TEST_P(OpenActions, reachTheFileManagerOrTheDefaultApplication)
     EXPECT_EQ(fakes_.workspace.opened, expected.opened);
     EXPECT_THAT(fakes_.clipboard.text, IsEmpty());
     EXPECT_THAT(fakes_.processRunner.commands, IsEmpty());
+    // What is selected in its folder is shown and not opened.
+    const bool isOpened = !expected.opened.empty() ||
+                          std::ranges::any_of(expected.calls, [](const std::string &call) {
+                              return !call.starts_with("select");
+                          });
+    EXPECT_EQ(fakes_.recentItems.added, Texts(isOpened ? 1 : 0, expected.path));
 }
 
 constexpr const char *OPEN = "Open in Default App";
@@ -149,6 +156,24 @@ INSTANTIATE_TEST_SUITE_P(
                 FRONT},
         OpenRow{"unknownKind", "Sing", "/link", {}, {}}),
     [](const auto &test) { return std::string(test.param.name); });
+
+TEST_F(Actions, enterAsRecentWhatAnApplicationHasOpenedUnlessTheUserWantsNone)
+{
+    run(ActionType::openApplication, row("/a"), "paint");
+    EXPECT_THAT(fakes_.recentItems.added, IsEmpty()) << "it may still fail";
+    fakes_.processRunner.running.front()({"", "", true});
+    EXPECT_THAT(fakes_.recentItems.added, ElementsAre("/a"));
+    run(ActionType::openApplication, row("/a"), "paint");
+    fakes_.processRunner.running.back()({"", "", false});
+    run(ActionType::executeShellCommand, row("/a"), "/bin/true");
+    fakes_.processRunner.running.back()({"", "", true});
+    fakes_.fileManager.isWorking = false;
+    run(ActionType::openInDefaultApp, row("/a"));
+    fakes_.fileManager.isWorking = true;
+    preferences_.hideFromRecentFiles.set(true);
+    run(ActionType::openInDefaultApp, row("/a"));
+    EXPECT_THAT(fakes_.recentItems.added, ElementsAre("/a"));
+}
 
 TEST_F(Actions, openFilesEvenWithTheFileManagerAndFoldersEvenWithoutOne)
 {
