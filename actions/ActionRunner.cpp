@@ -96,6 +96,10 @@ void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef 
 {
     const std::string &path = result->path();
     const ActionType type = typeFor(action, *result);
+    // The folder may have come back since the row was shown.
+    if (!result->awayFolder().empty() &&
+        services_.folderLister.kind(path) == FolderLister::Kind::nothing)
+        return failed_({.reason = ActionFailure::Reason::itemAway, .result = result});
     bool isDone = true;
     if (type == ActionType::openInDefaultApp)
         isDone = openInDefaultApp(path);

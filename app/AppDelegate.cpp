@@ -414,11 +414,9 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
         query.order.empty() ? preferences_.matchOrder.selected().key : query.order;
     const MatchOrder order = matchOrderNamed(orderName).value_or(MatchOrder::path);
     const bool wantsMostUsed = query.order == RemoteQuery::MOST_USED;
-    std::vector<FuzzyMatchResult> results =
-        wantsMostUsed ? searchBaseFuzzyMatch_.mostAccessedResults(query.limit)
-                      : searchBaseFuzzyMatch_.match(query.text, query.limit, order);
-    if (query.words && !wantsMostUsed)
-        searchBaseFuzzyMatch_.addWordMatches(query.text, query.limit, order, results);
+    const std::vector<FuzzyMatchResult> results =
+        wantsMostUsed ? searchBase_.mostUsedThere(query.limit)
+                      : searchBase_.matchesThere(query.text, query.limit, order, query.words);
     std::vector<RemoteMatch> matches;
     for (const FuzzyMatchResult &result : results) {
         matches.push_back({result.text(), result.score(), {}});

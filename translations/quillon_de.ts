@@ -315,6 +315,14 @@
         <source>Checking for changes: %1</source>
         <translation>Sucht nach Änderungen: %1</translation>
     </message>
+    <message>
+        <source>“%1” is not there now</source>
+        <translation>„%1“ ist gerade nicht da</translation>
+    </message>
+    <message>
+        <source>Connect “%1”, which holds %2, then try again.</source>
+        <translation>Schließen Sie „%1“ an, dort liegt %2, und versuchen Sie es noch einmal.</translation>
+    </message>
 </context>
 <context>
     <name>PreferenceTexts</name>
@@ -381,6 +389,10 @@
     <message>
         <source>%1, kept on top</source>
         <translation>%1, oben gehalten</translation>
+    </message>
+    <message>
+        <source>%1, not there now</source>
+        <translation>%1, gerade nicht da</translation>
     </message>
 </context>
 <context>
@@ -1226,6 +1238,10 @@
     <message>
         <source>kept on top</source>
         <translation>oben gehalten</translation>
+    </message>
+    <message>
+        <source>not there now · %1</source>
+        <translation>gerade nicht da · %1</translation>
     </message>
 </context>
 <context>

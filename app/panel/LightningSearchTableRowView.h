@@ -13,8 +13,8 @@ class SearchBaseResult;
 class SearchResultsModel;
 
 /// Draws the rows of a SearchResultsModel: the item's icon, its text with the matches in bold and,
-/// for an item of the front file manager window or one that is kept on top, a small mark on the
-/// right.
+/// for an item of the front file manager window, one that is not there now or one that is kept on
+/// top, a small mark on the right. What is not there now is drawn quietly.
 class LightningSearchTableRowView : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -39,7 +39,7 @@ bool areSameRows(const std::vector<SearchBaseResultRef> &one,
 {
     return std::ranges::equal(one, other, [](const auto &a, const auto &b) {
         return a->type() == b->type() && a->path() == b->path() &&
-               a->highlightRanges() == b->highlightRanges();
+               a->awayFolder() == b->awayFolder() && a->highlightRanges() == b->highlightRanges();
     });
 }
 

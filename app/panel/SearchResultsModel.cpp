@@ -61,6 +61,8 @@ QVariant SearchResultsModel::data(const QModelIndex &index, int role) const
     if (role == Qt::ToolTipRole)
         return QStringLiteral("<p style='white-space: pre'>%1</p>")
             .arg(displayText(row->path()).toHtmlEscaped());
+    if (role == Qt::AccessibleTextRole && !row->awayFolder().empty())
+        return QCoreApplication::translate("RowText", "%1, not there now").arg(spokenText(*row));
     if (role == Qt::AccessibleTextRole)
         return isKept(*row)
                    ? QCoreApplication::translate("RowText", "%1, kept on top").arg(spokenText(*row))

@@ -157,6 +157,30 @@ INSTANTIATE_TEST_SUITE_P(
         OpenRow{"unknownKind", "Sing", "/link", {}, {}}),
     [](const auto &test) { return std::string(test.param.name); });
 
+TEST_F(Actions, doNothingWithWhatIsNotThereNow)
+{
+    std::vector<ActionFailure> failures;
+    runner_.onFailure([&](const ActionFailure &failure) { failures.push_back(failure); });
+    const auto away = std::make_shared<SearchBaseResult>(
+        "/disk/a", "/disk/a", std::vector<TextRange>{}, SearchBaseResultType::standard, "/disk");
+    for (const ActionType &type : {ActionType::openInDefaultApp, ActionType::openApplication,
+                                   ActionType::showParentInFinder, ActionType::executeShellCommand})
+        run(type, away, "paint");
+    EXPECT_THAT(fakes_.fileManager.takeCalls(), IsEmpty());
+    EXPECT_THAT(fakes_.processRunner.commands, IsEmpty());
+    EXPECT_THAT(failures, SizeIs(4));
+    EXPECT_TRUE(std::ranges::all_of(failures, [](const ActionFailure &failure) {
+        return failure.reason == ActionFailure::Reason::itemAway;
+    }));
+    run(ActionType::copyPathToClipboard, away);
+    EXPECT_EQ(fakes_.clipboard.text, "/disk/a");
+
+    fakes_.folders.add("/disk/a");
+    run(ActionType::openInDefaultApp, away);
+    EXPECT_THAT(fakes_.fileManager.takeCalls(), ElementsAre("new /disk/a")) << "it is back";
+    EXPECT_THAT(failures, SizeIs(4));
+}
+
 TEST_F(Actions, enterAsRecentWhatAnApplicationHasOpenedUnlessTheUserWantsNone)
 {
     run(ActionType::openApplication, row("/a"), "paint");

@@ -178,6 +178,22 @@ TEST_F(SearchPanelMouse, keepsARowOnTopAndForgetsIt)
     EXPECT_THAT(source_.kept, IsEmpty());
 }
 
+TEST_F(SearchPanelMouse, showsThatADiskIsAwayAsSoonAsItIs)
+{
+    type("ab");
+    answer();
+    appear();
+    answer();
+    const SearchResultsModel &model = view_.searchResults();
+    const auto spoken = [&] { return model.data(model.index(0), Qt::AccessibleTextRole); };
+    EXPECT_EQ(spoken(), u"1, in /ab"_s);
+    source_.away = "/ab";
+    panel().indexChanged();
+    answer();
+    EXPECT_EQ(spoken(), u"1, in /ab, not there now"_s);
+    EXPECT_FALSE(view_.grab().isNull());
+}
+
 TEST_F(SearchPanelMouse, leavesTheRowsOfAQueryWhereOneIsKept)
 {
     source_.kept = {"/ab/2"};

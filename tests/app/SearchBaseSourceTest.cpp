@@ -246,6 +246,21 @@ TEST_F(SearchBaseSourceTest, forgetsAFolderThatCouldNotBeOpenedBecauseItIsGone)
     EXPECT_TRUE(hasWindow_) << "a window says it where the desktop cannot";
 }
 
+TEST_F(SearchBaseSourceTest, saysOfAFolderWhoseDiskIsAwayThatItIsNotThereNow)
+{
+    const std::string photos = home_.makeFolder("stick/photos");
+    build({home_.path("stick"), home_.makeFolder("there")});
+    std::filesystem::rename(home_.path("stick"), home_.path("unplugged"));
+    base_.searchBase.update(home_.path("stick"));
+    FakeNotifications notifications;
+    report(photos, notifications);
+    EXPECT_THAT(notifications.shown, ElementsAre("“photos” is not there now"));
+    EXPECT_EQ(base_.score.score(photos), 0.0) << "the use does not count";
+    const auto rows = source(disk_).search("photos").results;
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows.front()->awayFolder(), home_.path("stick"));
+}
+
 TEST_F(SearchBaseSourceTest, keepsAndForgetsAFolderHoweverItIsWritten)
 {
     SearchBaseSource source = this->source(disk_);

@@ -7,6 +7,7 @@
 #include "app/panel/PanelFooter.h"
 #include "app/panel/SearchPanelView.h"
 #include "app/panel/SearchResultsTable.h"
+#include "base/PathText.h"
 #include "prefs/Preferences.h"
 #include "tests/support/FakeActionServices.h"
 #include "tests/support/FakeDefaultsStore.h"
@@ -40,6 +41,8 @@ public:
     std::map<std::string, int> selectedRows;
     Texts mostUsed;
     Texts kept;
+    /// Rows below this folder are not there now.
+    std::string away = "/no such folder";
     Texts offered;
     State current;
     Texts used;
@@ -95,14 +98,15 @@ public:
     void addHomeFolder() override { ++homeFolderAdded; }
 
 private:
-    static std::vector<SearchBaseResultRef> results(const Texts &texts)
+    std::vector<SearchBaseResultRef> results(const Texts &texts) const
     {
         std::vector<SearchBaseResultRef> rows;
         for (const std::string &text : texts)
             rows.push_back(std::make_shared<SearchBaseResult>(
                 text, text, std::vector<TextRange>{},
                 text.starts_with('/') ? SearchBaseResultType::standard
-                                      : SearchBaseResultType::inFrontFinder));
+                                      : SearchBaseResultType::inFrontFinder,
+                isBelow(text, away) ? away : std::string()));
         return rows;
     }
 };
