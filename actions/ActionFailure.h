@@ -13,6 +13,8 @@ struct ActionFailure
     {
         /// Nothing is at the row's path any more.
         itemGone,
+        /// The folder of the search that holds the row's item is away.
+        itemAway,
         /// The disk or the share that holds the row's item does not answer.
         itemUnreachable,
         noFileManager,

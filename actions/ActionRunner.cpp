@@ -5,6 +5,7 @@
 #include "platform/Clipboard.h"
 #include "platform/FileManager.h"
 #include "platform/FolderLister.h"
+#include "platform/RecentItems.h"
 #include "platform/Workspace.h"
 #include "prefs/Preferences.h"
 
@@ -105,6 +106,10 @@ void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef 
 {
     const std::string &path = result->path();
     const ActionType type = typeFor(action, *result);
+    // The folder may have come back since the row was shown.
+    if (!result->awayFolder().empty() &&
+        services_.folderLister.kind(path) == FolderLister::Kind::nothing)
+        return ended(ActionFailure{.reason = ActionFailure::Reason::itemAway, .result = result});
     if (type == ActionType::openApplication)
         return openApplication(action.actionTarget.key(), result, ended);
     if (type == ActionType::executeShellCommand)
@@ -116,7 +121,18 @@ void ActionRunner::perform(const ActionModel &action, const SearchBaseResultRef 
         isDone = showInFinder(path);
     else if (type == ActionType::showParentInFinder)
         isDone = showParentInFinder(path);
-    ended(isDone ? std::nullopt : std::optional(failureToOpen(type, result)));
+    if (!isDone)
+        return ended(failureToOpen(type, result));
+    if (type == ActionType::openInDefaultApp ||
+        (type == ActionType::showInFinder && services_.workspace.isFolder(path)))
+        enterAsRecent(path);
+    ended(std::nullopt);
+}
+
+void ActionRunner::enterAsRecent(const std::string &path)
+{
+    if (!preferences_.hideFromRecentFiles.value())
+        services_.recentItems.add(path);
 }
 
 bool ActionRunner::isForFileManager(const std::string &application) const
@@ -162,8 +178,10 @@ void ActionRunner::openApplication(const std::string &application,
     const std::string command =
         "open -a \"" + application + "\" \"" + escaped(result->path(), {{'"', '"'}}) + "\"";
     const auto end = [this, application, result, ended](const ProcessRunner::Output &output) {
-        if (output.isSuccess)
+        if (output.isSuccess) {
+            enterAsRecent(result->path());
             return ended(std::nullopt);
+        }
         const bool isGone =
             services_.folderLister.kind(result->path()) == FolderLister::Kind::nothing;
         using enum ActionFailure::Reason;

@@ -18,6 +18,7 @@ class Clipboard;
 class FileManager;
 class FolderLister;
 class Preferences;
+class RecentItems;
 class TaskQueue;
 class Workspace;
 
@@ -34,6 +35,8 @@ public:
         ProcessRunner &processRunner;
         /// It is asked why an item could not be opened.
         FolderLister &folderLister;
+        /// What is opened is entered here, unless the settings say otherwise.
+        RecentItems &recentItems;
     };
     /// It is called on any thread when an action has failed.
     using Failed = std::function<void(const ActionFailure &failure)>;
@@ -75,6 +78,7 @@ private:
                          const Ended &ended);
     void executeShellCommand(const std::string &executable, const SearchBaseResultRef &result,
                              const Ended &ended);
+    void enterAsRecent(const std::string &path);
     /// Returns false when the program does not start.
     bool start(const ProcessRunner::Command &command, ProcessRunner::Ended ended);
     bool isForFileManager(const std::string &application) const;

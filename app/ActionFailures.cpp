@@ -17,12 +17,16 @@ ActionFailures::ActionFailures(const Services &services)
 
 void ActionFailures::report(const ActionFailure &failure)
 {
+    using enum ActionFailure::Reason;
     if (failure.isUse)
         services_.recentAccessScore.takeBack(*failure.result);
-    if (failure.reason == ActionFailure::Reason::itemGone)
+    const std::string away = services_.searchBase.awayFolderOf(failure.result->path());
+    const bool isAway = !away.empty() && (failure.reason == itemGone || failure.reason == itemAway);
+    if (failure.reason == itemGone && !isAway)
         forgetInIndex(failure.result->path());
 
-    const PanelTexts::Message message = PanelTexts::failure(failure);
+    const PanelTexts::Message message =
+        isAway ? PanelTexts::away(failure.result->path(), away) : PanelTexts::failure(failure);
     services_.notifications.show(
         {.title = message.title.toStdString(), .text = message.sentence.toStdString()},
         [this, message] {

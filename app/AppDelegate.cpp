@@ -48,6 +48,7 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
                           .main = services_.mainQueue}),
       recentAccessScoreDataStore_(services_.defaults),
       searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
+      keptFolders_(services_.defaults),
       searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
       searchBaseFinder_(services_.defaults, services_.folderIdentity),
       searchBaseLogger_(services_.defaults),
@@ -70,6 +71,8 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
                .builder = searchBaseBuilder_,
                .frontFinderSearch = frontFinderSearch_,
                .places = services_.places,
+               .recentAccessScore = searchBaseRecentAccessScore_,
+               .keptFolders = keptFolders_,
                .preferences = preferences_,
                .disk = services_.diskLister},
               QDir::homePath().toStdString()),
@@ -81,7 +84,7 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
                        .background = services_.backgroundQueue}),
       actionModelFinder_(services_.defaults),
       actionRunner_({services_.workspace, services_.fileManager, services_.clipboard,
-                     services_.processRunner, services_.folderLister},
+                     services_.processRunner, services_.folderLister, services_.recentItems},
                     preferences_, appleScriptRunner_, services_.actionQueue, programsFolder()),
       desktopSearch_({.source = source_,
                       .builder = searchBaseBuilder_,
@@ -144,6 +147,7 @@ PreferencesViewController::Services AppDelegate::preferencesServices()
                          .preferences = preferences_,
                          .shortcutMonitor = shortcutMonitor_,
                          .recentAccessScore = searchBaseRecentAccessScore_,
+                         .keptFolders = keptFolders_,
                          .searchBase = searchBase_,
                          .searchBaseLogger = searchBaseLogger_,
                          .background = services_.backgroundQueue,
@@ -423,11 +427,9 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
         query.order.empty() ? preferences_.matchOrder.selected().key : query.order;
     const MatchOrder order = matchOrderNamed(orderName).value_or(MatchOrder::path);
     const bool wantsMostUsed = query.order == RemoteQuery::MOST_USED;
-    std::vector<FuzzyMatchResult> results =
-        wantsMostUsed ? searchBaseFuzzyMatch_.mostAccessedResults(query.limit)
-                      : searchBaseFuzzyMatch_.match(query.text, query.limit, order);
-    if (query.words && !wantsMostUsed)
-        searchBaseFuzzyMatch_.addWordMatches(query.text, query.limit, order, results);
+    const std::vector<FuzzyMatchResult> results =
+        wantsMostUsed ? searchBase_.mostUsedThere(query.limit)
+                      : searchBase_.matchesThere(query.text, query.limit, order, query.words);
     std::vector<RemoteMatch> matches;
     for (const FuzzyMatchResult &result : results) {
         matches.push_back({result.text(), result.score(), {}});

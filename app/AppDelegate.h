@@ -32,6 +32,7 @@
 #include "matching/FuzzyMatch.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/RemoteControl.h"
+#include "prefs/KeptFolders.h"
 #include "prefs/Preferences.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
@@ -144,6 +145,7 @@ private:
 
     DefaultsRecentAccessScoreDataStore recentAccessScoreDataStore_;
     RecentAccessScore searchBaseRecentAccessScore_;
+    KeptFolders keptFolders_;
     FuzzyMatch searchBaseFuzzyMatch_;
     SearchBaseFinder searchBaseFinder_;
     SearchBaseLogger searchBaseLogger_;

@@ -92,7 +92,7 @@ std::vector<RemoteControl::Row> DesktopSearch::rows(const std::string &text) con
     const std::vector<std::string> words = foldedWords(text);
     std::vector<RemoteControl::Row> rows;
     for (const SearchBaseResultRef &result : answer.results) {
-        if (result->type() != SearchBaseResultType::standard)
+        if (result->type() != SearchBaseResultType::standard || !result->awayFolder().empty())
             continue;
         rows.push_back(describe(result->path()));
         rows.back().isNamed = foldedWords(rows.back().name) == words;

@@ -39,9 +39,10 @@ public:
     DesktopSearch(const Services &services, std::string homeFolder);
     ~DesktopSearch() override;
 
-    /// Hands over the rows that the panel shows for the text, on any thread. Hands over nothing at
-    /// once when the user wants no rows there, or for a text that the panel would not search for. A
-    /// build that has just begun is waited for, as the index of the last run may be on its way.
+    /// Hands over the rows that the panel shows for the text, without those that are away, on any
+    /// thread. Hands over nothing at once when the user wants no rows there, or for a text that the
+    /// panel would not search for. A build that has just begun is waited for, as the index of the
+    /// last run may be on its way.
     void search(const std::string &text, Receive receive);
     /// Returns the row of an item. Any thread may call this.
     RemoteControl::Row describe(const std::string &path) const;

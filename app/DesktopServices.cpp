@@ -30,6 +30,7 @@ DesktopServices::DesktopServices(const BuildSettings &build, const std::string &
       defaultsChanges(standardDefaultsPath()),
       diskCalls({.diskOf = remoteDiskOf}),
       workspace(diskWorkspace, diskCalls, WORKSPACE_PATIENCE),
+      recentItems(standardRecentItemsPath()),
       fileManager([this] { return defaults.string(PreferenceKeys::FILE_MANAGER); }),
       folderLister(diskLister, diskCalls),
       folderIdentity(diskIdentity, diskCalls),

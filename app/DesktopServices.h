@@ -6,6 +6,7 @@
 #include "platform/linux/applications/GioApplicationLauncher.h"
 #include "platform/linux/applications/GioProcessRunner.h"
 #include "platform/linux/applications/GioWorkspace.h"
+#include "platform/linux/applications/XbelRecentItems.h"
 #include "platform/linux/applications/XdgAutostart.h"
 #include "platform/linux/disk/BoundedFolders.h"
 #include "platform/linux/disk/PosixFolderLister.h"
@@ -64,6 +65,7 @@ struct DesktopServices
     BoundedWorkspace workspace;
     GioApplicationLauncher applications;
     GioProcessRunner processRunner;
+    XbelRecentItems recentItems;
     QtClipboard clipboard;
     DesktopFileManager fileManager;
     DesktopPlaces places;

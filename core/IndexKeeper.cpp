@@ -1,9 +1,12 @@
 #include "core/IndexKeeper.h"
 
+#include "base/PathText.h"
 #include "core/HeldNodes.h"
 #include "platform/CacheFile.h"
 
+#include <algorithm>
 #include <memory>
+#include <unordered_map>
 #include <utility>
 
 // How the index outlives the program
@@ -87,6 +90,46 @@ bool IndexKeeper::begin(IndexBasis basis, std::int64_t now, const ExtensionSet &
     isWhole_ = false;
     marks_.emplace(now, files, isSame ? std::move(restored.marks) : FolderMarks());
     return isSame;
+}
+
+void IndexKeeper::addAway(const std::vector<std::string> &folders,
+                          const std::vector<std::string> &patterns, const std::stop_token &isReset)
+{
+    const auto bytes = file_.read();
+    const auto basis = bytes ? KeptIndex::basis(*bytes) : std::nullopt;
+    if (!basis || basis->settings.size() < patterns.size() ||
+        !std::equal(patterns.begin(), patterns.end(), basis->settings.begin()))
+        return;
+    const HeldNodes held(index_);
+    // The nodes above the folders, each with its text.
+    std::unordered_map<PathTree::NodeId, std::string> above{{PathTree::ROOT, ""}};
+    const auto enter = [&](PathTree::NodeId parent,
+                           const KeptIndex::Component &component) -> PathTree::NodeId {
+        const auto parentText = above.find(parent);
+        bool isAbove = false;
+        std::string text;
+        if (parentText != above.end()) {
+            text = parent == PathTree::ROOT
+                       ? std::string(component.name)
+                       : parentText->second + "/" + std::string(component.name);
+            isAbove = std::ranges::none_of(
+                folders, [&](const std::string &folder) { return isAtOrBelow(text, folder); });
+            if (isAbove && std::ranges::none_of(folders, [&](const std::string &folder) {
+                    return isBelow(folder, text);
+                }))
+                return PathTree::NONE;
+        }
+        const WritingIndex writing(index_.lock);
+        if (isReset.stop_requested())
+            return PathTree::NONE;
+        const PathTree::Flags kept = isAbove ? PathTree::Flags{0} : PathTree::CANDIDATE;
+        const auto node = index_.tree.insertChild(
+            parent, component.name, static_cast<PathTree::Flags>(component.flags & kept));
+        if (isAbove)
+            above.emplace(node, std::move(text));
+        return node;
+    };
+    KeptIndex::read(*bytes, enter);
 }
 
 void IndexKeeper::end(std::stop_token isReset)

@@ -53,6 +53,11 @@ public:
     /// the same basis; the build then compares it with the disk. Otherwise removes what restore()
     /// put there.
     bool begin(IndexBasis basis, std::int64_t now, const ExtensionSet &files);
+    /// Lets searches find in these folders, which are away, what they found there when the file was
+    /// written. Takes nothing from a file that other patterns made; `patterns` is what the settings
+    /// of a basis begin with. The tree is held meanwhile.
+    void addAway(const std::vector<std::string> &folders, const std::vector<std::string> &patterns,
+                 const std::stop_token &isReset);
     /// Returns the marks for the crawls of the running build, or null when no build runs.
     CrawlMarks *marks() { return marks_ ? &*marks_ : nullptr; }
     /// Ends the build. The index is worth keeping until isReset is requested.

@@ -18,7 +18,10 @@
 // Hence the update asks the disk about every path that is indexed below the changed one and that
 // the crawl did not find, and forgets those that are gone. A path for which a file system does not
 // answer stays, and the caller is told to ask again. Include folders are indexed even where a rule
-// would skip them, so the update puts those below the changed path back.
+// would skip them, so the update puts those below the changed path back. An include folder that is
+// gone itself is taken to be away, on a disk that is not connected. It leaves the path store with
+// everything in it, but searches go on finding what they found in it: those texts remain candidates
+// without being stored.
 //
 // The rule is applied to many paths at a time. Changed names of one folder share one crawl, which
 // opens the folder once and then looks at these names alone (Crawler::crawlNames), and one task of
@@ -140,6 +143,16 @@ bool IndexUpdate::isRoot(const std::string &path) const
     return std::ranges::binary_search(terms_.roots, path);
 }
 
+/// Returns true when the nearest include folder at or above the path is away.
+bool IndexUpdate::isInAwayFolder(const std::string &path)
+{
+    const std::string *nearest = nullptr;
+    for (const std::string &root : terms_.roots)
+        if (isAtOrBelow(path, root) && (!nearest || root.size() > nearest->size()))
+            nearest = &root;
+    return nearest && kindOf(*nearest) == Kind::nothing;
+}
+
 bool IndexUpdate::isBelowChanged(const std::string &path) const
 {
     return std::ranges::any_of(changed_, [&path](const Changed &changed) {
@@ -194,15 +207,20 @@ bool IndexUpdate::compare()
     if (std::ranges::all_of(changed_,
                             [](const Changed &changed) { return changed.kind == Kind::unknown; }))
         return false;
+    isAway_ = kind_ == Kind::nothing && isInAwayFolder(path_);
     found_.sort();
     if (!findNodes() || !compareWithIndex() || !judge())
         return false;
     for (const std::string &root : terms_.roots)
         if (isBelowChanged(root) && kindOf(root) == Kind::folder)
             innerRoots_.push_back(root);
-    for (const Changed &changed : changed_)
-        if (changed.kind == Kind::nothing && changed.node != PathTree::NONE)
-            gone_.push_back(changed.node);
+    for (const Changed &changed : changed_) {
+        if (changed.kind != Kind::nothing || changed.node == PathTree::NONE)
+            continue;
+        gone_.push_back(changed.node);
+        if (isAway_ && changed.isCandidate)
+            away_.push_back(changed.node);
+    }
     if (isAlone() && kind_ != Kind::nothing)
         operations_ = makeInsertionOperations(path_, {});
     forgotten_.reserve(gone_.size());
@@ -246,9 +264,10 @@ bool IndexUpdate::compareWithIndex()
     for (const std::string &path : notListed_)
         notListedNodes_.push_back(paths_.tree().find(path));
     std::ranges::sort(notListedNodes_);
-    for (const Changed &changed : changed_) {
+    for (Changed &changed : changed_) {
         if (changed.node == PathTree::NONE)
             continue;
+        changed.isCandidate = (paths_.tree().node(changed.node).flags & PathTree::CANDIDATE) != 0;
         if (!isAlone() && found_.kind(changed.node) != FoundNodes::Kind::notFound)
             missing_.push_back(changed.node);
         if (!compareBelow(changed))
@@ -334,6 +353,7 @@ bool IndexUpdate::judge()
 {
     std::vector<Kind> kinds;
     kinds.reserve(unfound_.size());
+    std::vector<bool> areAway;
     for (const Unfound &path : unfound_) {
         if (terms_.isReset.stop_requested())
             return false;
@@ -343,15 +363,26 @@ bool IndexUpdate::judge()
             kinds.push_back(
                 kindIn(path.parent == IN_NO_FOLDER ? Kind::other : kinds[path.parent], path));
         isAnyUnanswered_ = isAnyUnanswered_ || kinds.back() == Kind::unknown;
+        const bool isInAway = path.parent < areAway.size() ? areAway[path.parent] : isAway_;
+        areAway.push_back(kinds.back() == Kind::nothing &&
+                          (isInAway || isIncludeFolder(path.node)));
         if ((path.flags & WHOLE) == 0)
             continue;
-        if (kinds.back() == Kind::nothing)
+        if (kinds.back() == Kind::nothing) {
             gone_.push_back(path.node);
-        else if (kinds.back() == Kind::unknown && path.isTouched)
+            if (areAway.back() && (path.flags & PathTree::CANDIDATE) != 0)
+                away_.push_back(path.node);
+        } else if (kinds.back() == Kind::unknown && path.isTouched) {
             unanswered_.push_back(path);
+        }
     }
     std::ranges::reverse(gone_);
     return true;
+}
+
+bool IndexUpdate::isIncludeFolder(NodeId node) const
+{
+    return std::ranges::find(rootNodes_, node) != rootNodes_.end();
 }
 
 /// Returns the kind of what is on the disk at an unfound node. A path below something that is gone,
@@ -359,8 +390,7 @@ bool IndexUpdate::judge()
 /// name.
 FolderLister::Kind IndexUpdate::kindIn(Kind folder, const Unfound &unfound)
 {
-    const bool isIncludeFolder = std::ranges::find(rootNodes_, unfound.node) != rootNodes_.end();
-    if (folder != Kind::folder && !isIncludeFolder)
+    if (folder != Kind::folder && !isIncludeFolder(unfound.node))
         return folder == Kind::unknown ? Kind::unknown : Kind::nothing;
     std::vector<std::string> text;
     return appendTexts({&unfound.node, 1}, "", text) ? kindOf(text.front()) : Kind::unknown;
@@ -434,6 +464,8 @@ void IndexUpdate::change()
         paths_.forget(node);
         tree.removeFlags(node, PathTree::CANDIDATE);
     }
+    for (const NodeId node : away_)
+        tree.addFlags(node, PathTree::CANDIDATE);
 }
 
 void IndexUpdate::remove(NodeId node)

@@ -116,6 +116,8 @@ private:
         Kind kind = Kind::unknown;
         bool isPackage = false;
         NodeId node = PathTree::NONE;
+        /// True when searches find the path.
+        bool isCandidate = false;
         /// These children were listed under the path before.
         std::vector<NodeId> stored = {};
     };
@@ -141,6 +143,7 @@ private:
     Kind kindOf(const std::string &path);
     Kind kindWithoutLinks(const std::string &path);
     bool isRoot(const std::string &path) const;
+    bool isInAwayFolder(const std::string &path);
     bool isSkipped(const std::string &folder) const;
     bool isBelowChanged(const std::string &path) const;
     bool stepAside() const REQUIRES_SHARED(paths_.lock());
@@ -153,6 +156,7 @@ private:
     std::size_t placeOf(NodeId node, std::size_t parent, bool isTouched)
         REQUIRES_SHARED(paths_.lock());
     bool judge() EXCLUDES(paths_.lock());
+    bool isIncludeFolder(NodeId node) const;
     Kind kindIn(Kind folder, const Unfound &unfound) EXCLUDES(paths_.lock());
 
     void change() REQUIRES(paths_.lock());
@@ -170,6 +174,8 @@ private:
     const std::vector<std::string> names_;
     std::vector<Changed> changed_;
     Kind kind_;
+    /// True when the include folder that holds the changed paths, or is the changed path, is away.
+    bool isAway_ = false;
     /// True when something below a changed path did not answer.
     bool isAnyUnanswered_ = false;
     std::vector<std::string> notListed_;
@@ -185,6 +191,8 @@ private:
     std::vector<SearchBasePathsInsertionOperation> operations_;
     /// These nodes are gone from the disk; children come before their parents.
     std::vector<NodeId> gone_;
+    /// Those of them that searches go on finding, since an include folder that is away holds them.
+    std::vector<NodeId> away_;
     /// Removals reach these nodes, and nobody knows whether they are gone.
     std::vector<Unfound> unanswered_;
     std::vector<std::string> innerRoots_;

@@ -50,12 +50,6 @@ bool beginsLikePath(std::string_view query)
     return query.starts_with('/');
 }
 
-SearchBaseResultRef standardResult(const FuzzyMatchResult &match)
-{
-    return std::make_shared<SearchBaseResult>(match.text(), match.text(), match.highlightRanges(),
-                                              SearchBaseResultType::standard);
-}
-
 bool isInsideApplication(std::string_view path)
 {
     return path.find(".app/") != std::string_view::npos && !path.ends_with(".app/");
@@ -184,8 +178,7 @@ std::vector<SearchBaseResultRef> SearchBase::answer(std::string_view query, Matc
         results.size() + matches.size() <= GO_TO_PATH_LIMIT && beginsLikePath(query);
     if (withWords)
         searchBaseMatcher_.addWordMatches(query, RESULT_LIMIT - results.size(), order, matches);
-    for (const FuzzyMatchResult &match : matches)
-        results.push_back(standardResult(match));
+    std::ranges::move(standardResults(matches), std::back_inserter(results));
     if (offersPath)
         results.push_back(std::make_shared<SearchBaseResult>(std::string(query), std::string(query),
                                                              std::vector<TextRange>(),
@@ -195,11 +188,81 @@ std::vector<SearchBaseResultRef> SearchBase::answer(std::string_view query, Matc
 
 std::vector<SearchBaseResultRef> SearchBase::mostAccessedResults() const
 {
-    std::vector<SearchBaseResultRef> results;
-    for (const FuzzyMatchResult &match :
-         searchBaseMatcher_.mostAccessedResults(MOST_ACCESSED_COUNT))
-        results.push_back(standardResult(match));
+    return standardResults(searchBaseMatcher_.mostAccessedResults(MOST_ACCESSED_COUNT));
+}
+
+std::vector<FuzzyMatchResult> SearchBase::matchesThere(std::string_view query, std::size_t top,
+                                                       MatchOrder order, bool withWords) const
+{
+    for (std::size_t asked = top;; asked *= 2) {
+        std::vector<FuzzyMatchResult> matches = searchBaseMatcher_.match(query, asked, order);
+        if (withWords)
+            searchBaseMatcher_.addWordMatches(query, asked, order, matches);
+        const bool areAll = matches.size() < asked;
+        eraseAway(matches);
+        if (!areAll && matches.size() < top)
+            continue;
+        if (matches.size() > top)
+            matches.erase(matches.begin() + static_cast<std::ptrdiff_t>(top), matches.end());
+        return matches;
+    }
+}
+
+std::vector<FuzzyMatchResult> SearchBase::mostUsedThere(std::size_t top) const
+{
+    std::vector<FuzzyMatchResult> results = searchBaseMatcher_.mostAccessedResults(top);
+    eraseAway(results);
     return results;
+}
+
+void SearchBase::eraseAway(std::vector<FuzzyMatchResult> &matches) const
+{
+    const ReadingIndex reading(searchBasePaths_.lock());
+    std::erase_if(matches, [this](const FuzzyMatchResult &match)
+                               NO_THREAD_SAFETY_ANALYSIS { return isAway(match.text()); });
+}
+
+std::vector<SearchBaseResultRef>
+SearchBase::standardResults(const std::vector<FuzzyMatchResult> &matches) const
+{
+    std::vector<bool> areAway;
+    {
+        const ReadingIndex reading(searchBasePaths_.lock());
+        for (const FuzzyMatchResult &match : matches)
+            areAway.push_back(isAway(match.text()));
+    }
+    std::vector<SearchBaseResultRef> results;
+    for (std::size_t i = 0; i < matches.size(); ++i) {
+        const std::string &path = matches[i].text();
+        std::string away = areAway[i] ? awayFolderOf(path) : std::string();
+        // Before a build has looked for the folders, nobody knows which of them is away.
+        if (areAway[i] && away.empty())
+            away = path;
+        results.push_back(
+            std::make_shared<SearchBaseResult>(path, path, matches[i].highlightRanges(),
+                                               SearchBaseResultType::standard, std::move(away)));
+    }
+    return results;
+}
+
+bool SearchBase::isAway(const std::string &path) const
+{
+    const PathTree &tree = searchBasePaths_.tree();
+    // Usually nothing is away. An index that was just restored has no quick way to find a path.
+    if (tree.count(PathTree::CANDIDATE) <= tree.count(PathTree::STORED))
+        return false;
+    const PathTree::NodeId node = tree.find(path);
+    constexpr PathTree::Flags BOTH = PathTree::STORED | PathTree::CANDIDATE;
+    return node != PathTree::NONE && (tree.node(node).flags & BOTH) == PathTree::CANDIDATE;
+}
+
+std::string SearchBase::awayFolderOf(std::string_view path) const
+{
+    std::string nearest;
+    for (const std::string &folder : awayFolders())
+        if (isAtOrBelow(path, folder) && folder.size() > nearest.size())
+            nearest = folder;
+    return nearest;
 }
 
 std::set<std::string> SearchBase::includeFilePatterns() const

@@ -97,6 +97,15 @@ public:
     /// that offers a path to go to.
     std::vector<SearchBaseResultRef> searchWithWords(std::string_view query,
                                                      MatchOrder order = MatchOrder::path) const;
+    /// Returns at most top matches of the index, best first, with the further ones after them if
+    /// they are wanted, and without those in folders that are away.
+    std::vector<FuzzyMatchResult> matchesThere(std::string_view query, std::size_t top,
+                                               MatchOrder order, bool withWords) const;
+    /// Returns at most top of the most used paths, most used first, without those in folders that
+    /// are away.
+    std::vector<FuzzyMatchResult> mostUsedThere(std::size_t top) const;
+    /// Returns the include folder at or above the path that is away, or an empty text.
+    std::string awayFolderOf(std::string_view path) const EXCLUDES(watching_);
     /// Returns at most 10 of the folders that the user opened most, most used first.
     std::vector<SearchBaseResultRef> mostAccessedResults() const;
 
@@ -171,6 +180,12 @@ private:
 
     std::vector<SearchBaseResultRef> answer(std::string_view query, MatchOrder order,
                                             bool withWords) const;
+    /// Returns the rows of matches. What is found in a folder that is away is marked so.
+    std::vector<SearchBaseResultRef>
+    standardResults(const std::vector<FuzzyMatchResult> &matches) const;
+    void eraseAway(std::vector<FuzzyMatchResult> &matches) const;
+    /// Returns whether searches find the path although it is not stored, see IndexUpdate.
+    bool isAway(const std::string &path) const REQUIRES_SHARED(searchBasePaths_.lock());
     /// Ends what is under way. Returns a stop that the next call requests.
     std::stop_token beginAnew() REQUIRES(searchBasePaths_.lock());
     std::stop_token beginBuild() EXCLUDES(watching_);

@@ -43,6 +43,9 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
     const MutexLock changing(changing_);
     const std::shared_ptr<const SearchLocations> locations = takeLocations();
     const bool isCompared = beginKeeping(*locations);
+    // An index that is compared has the folders that are away already.
+    if (indexKeeper_ && !isCompared && !locations->missing.empty())
+        indexKeeper_->addAway(pathsOf(locations->missing), locations->settings({}), isReset);
     std::string starting = "Starting search with ";
     for (const std::string &folder : locations->folders)
         starting += folder;

@@ -58,15 +58,12 @@ void OwnIndex::build(const std::function<void(const std::string &line)> &complai
 std::vector<FuzzyMatchResult> OwnIndex::find(std::string_view query, std::size_t top,
                                              MatchOrder order, bool inAnyOrder) const
 {
-    std::vector<FuzzyMatchResult> results = matcher_.match(query, top, order);
-    if (inAnyOrder)
-        matcher_.addWordMatches(query, top, order, results);
-    return results;
+    return searchBase_.matchesThere(query, top, order, inAnyOrder);
 }
 
 std::vector<FuzzyMatchResult> OwnIndex::mostUsed(std::size_t top) const
 {
-    return matcher_.mostAccessedResults(top);
+    return searchBase_.mostUsedThere(top);
 }
 
 std::optional<MatchOrder> orderOfSettings(DefaultsStore &settings)

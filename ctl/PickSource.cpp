@@ -4,6 +4,7 @@
 #include "base/TextFolding.h"
 #include "base/Utf8.h"
 #include "ctl/FindCommand.h"
+#include "prefs/KeptFolders.h"
 #include "prefs/Preferences.h"
 
 #include <algorithm>
@@ -67,6 +68,7 @@ PickSource::Answer PickSource::answer(const std::string &query)
     for (const FuzzyMatchResult &result : results(wanted))
         answer.rows.push_back(row(result.text(), result.highlightRanges()));
     if (utf8CharacterCount(wanted) < SHORTEST_QUERY) {
+        answer.rows = withKeptFirst(KeptFolders(settings_).paths(), answer.rows);
         if (answer.rows.empty() && !home_.empty())
             answer.rows.push_back(row(home_, {}));
         return answer;

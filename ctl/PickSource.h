@@ -37,7 +37,8 @@ public:
     /// Finds out who answers. Returns false, with a line on standard error, when nobody can.
     bool prepare();
     /// Returns the rows for a query, which is taken as it was typed. With fewer than two characters
-    /// they are the most used folders, or the home folder before there are any.
+    /// they are what is kept on top and the most used folders, or the home folder before there are
+    /// any.
     Answer answer(const std::string &query);
     /// Returns true while folders are still being read, so that rows are missing.
     bool isReading() const { return !haveFoldersBeenRead({}); }

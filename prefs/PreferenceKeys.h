@@ -21,6 +21,8 @@ struct PreferenceKeys
     static constexpr std::string_view MATCH_WORDS_IN_ORDER = "match-words-in-order";
     /// Boolean: the desktop's own search gets no rows from this program. Absent: false.
     static constexpr std::string_view HIDE_FROM_DESKTOP_SEARCH = "hide-from-desktop-search";
+    /// Boolean: what is opened is not entered in the desktop's list of recent files. Absent: false.
+    static constexpr std::string_view HIDE_FROM_RECENT_FILES = "hide-from-recent-files";
     /// Boolean: update checks include beta versions. Absent: false.
     static constexpr std::string_view ENABLE_BETA_UPDATES = "enable-beta-updates";
     /// List of strings: the user's exclude patterns. Absent: the built-in suggestions.
@@ -36,6 +38,9 @@ struct PreferenceKeys
     static constexpr std::string_view ACTIONS_LIST = "qln-actions-list";
     /// Dictionary, path to whole number: use counts. Absent: no history.
     static constexpr std::string_view RECENT_ACCESS_SCORE_DATA = "recent-access-score-data";
+    /// List of strings, absolute paths: what stands above the most used rows, in this order.
+    /// Absent: nothing.
+    static constexpr std::string_view KEPT_ON_TOP = "kept-on-top";
     /// Boolean: access to the file manager was granted ahead of first use. Absent: false.
     static constexpr std::string_view PREEMPTIVE_APPLE_EVENT_ACCESS =
         "preemptive-apple-event-access";

@@ -151,6 +151,7 @@ Preferences::Preferences(DefaultsStore &store)
                  MatchOrder::path),
       matchWordsInOrder(store, PreferenceKeys::MATCH_WORDS_IN_ORDER),
       hideFromDesktopSearch(store, PreferenceKeys::HIDE_FROM_DESKTOP_SEARCH),
+      hideFromRecentFiles(store, PreferenceKeys::HIDE_FROM_RECENT_FILES),
       enableBetaUpdates(store, PreferenceKeys::ENABLE_BETA_UPDATES)
 {
     // This reads each choice, which stays in force when a wrong one is stored later.

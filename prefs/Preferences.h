@@ -169,6 +169,8 @@ public:
     PreferencesBoolean matchWordsInOrder;
     /// True when the desktop's own search is answered with nothing.
     PreferencesBoolean hideFromDesktopSearch;
+    /// True when what is opened is not entered in the desktop's list of recent files.
+    PreferencesBoolean hideFromRecentFiles;
     PreferencesBoolean enableBetaUpdates;
 
     /// Reads every choice, so that a wrong one is reported now and not when the choice is needed.

@@ -31,7 +31,7 @@ class SearchBaseResult
 {
 public:
     SearchBaseResult(std::string text, std::string path, std::vector<TextRange> highlightRanges,
-                     SearchBaseResultType type);
+                     SearchBaseResultType type, std::string awayFolder = {});
     SearchBaseResult(const SearchBaseResult &) = delete;
     SearchBaseResult &operator=(const SearchBaseResult &) = delete;
 
@@ -42,14 +42,24 @@ public:
     /// Returns the file or folder that an action works on.
     const std::string &path() const { return path_; }
     SearchBaseResultType type() const { return type_; }
+    /// Returns the include folder, at or above the path, that is away, so that the path is not
+    /// there now. While it is not known which folder is away, this is the path. The text is empty
+    /// for every other row.
+    const std::string &awayFolder() const { return awayFolder_; }
 
 private:
     std::string text_;
     std::vector<TextRange> highlightRanges_;
     std::string path_;
     SearchBaseResultType type_;
+    std::string awayFolder_;
 };
 
 using SearchBaseResultRef = std::shared_ptr<const SearchBaseResult>;
+
+/// Returns the rows with those of the kept paths first, in the order of the paths. A kept path that
+/// has no row gets one.
+std::vector<SearchBaseResultRef> withKeptFirst(const std::vector<std::string> &kept,
+                                               const std::vector<SearchBaseResultRef> &rows);
 
 } // namespace quillon

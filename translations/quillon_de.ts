@@ -315,6 +315,14 @@
         <source>Checking for changes: %1</source>
         <translation>Sucht nach Änderungen: %1</translation>
     </message>
+    <message>
+        <source>“%1” is not there now</source>
+        <translation>„%1“ ist gerade nicht da</translation>
+    </message>
+    <message>
+        <source>Connect “%1”, which holds %2, then try again.</source>
+        <translation>Schließen Sie „%1“ an, dort liegt %2, und versuchen Sie es noch einmal.</translation>
+    </message>
 </context>
 <context>
     <name>PreferenceTexts</name>
@@ -377,6 +385,14 @@
     <message>
         <source>%1, in %2</source>
         <translation>%1 in %2</translation>
+    </message>
+    <message>
+        <source>%1, kept on top</source>
+        <translation>%1, oben gehalten</translation>
+    </message>
+    <message>
+        <source>%1, not there now</source>
+        <translation>%1, gerade nicht da</translation>
     </message>
 </context>
 <context>
@@ -785,10 +801,6 @@
         <translation>Suchindex als &amp;Text speichern…</translation>
     </message>
     <message>
-        <source>&amp;Forget Uses…</source>
-        <translation>&amp;Zählungen vergessen…</translation>
-    </message>
-    <message>
         <source>Set &amp;Up Again…</source>
         <translation>Neu &amp;einrichten…</translation>
     </message>
@@ -801,20 +813,8 @@
         <translation>Sie kommen früher und sind weniger erprobt.</translation>
     </message>
     <message>
-        <source>Use counts:</source>
-        <translation>Zählungen:</translation>
-    </message>
-    <message>
-        <source>How often you opened a folder lifts it in the list of matches.</source>
-        <translation>Je öfter Sie einen Ordner geöffnet haben, desto weiter oben steht er unter den Treffern.</translation>
-    </message>
-    <message>
         <source>Set-up:</source>
         <translation>Einrichtung:</translation>
-    </message>
-    <message>
-        <source>Forgets the shortcut, the search locations and the use counts, and asks as at the first start.</source>
-        <translation>Vergisst das Tastenkürzel, die Suchorte und die Zählungen und fragt wie beim ersten Start.</translation>
     </message>
     <message>
         <source>Index:</source>
@@ -869,8 +869,24 @@
         <translation>&amp;Vergessen und neu einrichten</translation>
     </message>
     <message>
-        <source>The shortcut, the search locations with their patterns, and the count of every use are removed from the settings and cannot be brought back. Then Quillon asks for a shortcut and folders as it did at its first start. Your folders and files are not touched.</source>
-        <translation>Das Tastenkürzel, die Suchorte mit ihren Mustern und alle Zählungen werden aus den Einstellungen entfernt und können nicht wiederhergestellt werden. Dann fragt Quillon wie beim ersten Start nach einem Tastenkürzel und nach Ordnern. Ihre Ordner und Dateien werden nicht angetastet.</translation>
+        <source>&amp;Forget Folders…</source>
+        <translation>Ordner &amp;vergessen…</translation>
+    </message>
+    <message>
+        <source>Opened and kept:</source>
+        <translation>Geöffnet, gehalten:</translation>
+    </message>
+    <message>
+        <source>How often you opened a folder lifts it in the list of matches. What you keep on top stands first when nothing is typed.</source>
+        <translation>Je öfter Sie einen Ordner geöffnet haben, desto weiter oben steht er unter den Treffern. Was Sie oben halten, steht vorn, wenn nichts getippt ist.</translation>
+    </message>
+    <message>
+        <source>Forgets the shortcut, the search locations, the use counts and what you keep on top, and asks as at the first start.</source>
+        <translation>Vergisst das Tastenkürzel, die Suchorte, die Zählungen und was Sie oben halten, und fragt wie beim ersten Start.</translation>
+    </message>
+    <message>
+        <source>The shortcut, the search locations with their patterns, the count of every use and the list of what you keep on top are removed from the settings and cannot be brought back. Then Quillon asks for a shortcut and folders as it did at its first start. Your folders and files are not touched.</source>
+        <translation>Das Tastenkürzel, die Suchorte mit ihren Mustern, alle Zählungen und die Liste dessen, was Sie oben halten, werden aus den Einstellungen entfernt und können nicht wiederhergestellt werden. Dann fragt Quillon wie beim ersten Start nach einem Tastenkürzel und nach Ordnern. Ihre Ordner und Dateien werden nicht angetastet.</translation>
     </message>
 </context>
 <context>
@@ -998,10 +1014,10 @@
     </message>
 </context>
 <context>
-    <name>quillon::ForgetUsesViewController</name>
+    <name>quillon::ForgetFoldersViewController</name>
     <message>
-        <source>Forget Uses</source>
-        <translation>Zählungen vergessen</translation>
+        <source>Forget Folders</source>
+        <translation>Ordner vergessen</translation>
     </message>
     <message>
         <source>&amp;Done</source>
@@ -1012,20 +1028,28 @@
         <translation>&amp;Vergessen</translation>
     </message>
     <message>
+        <source>Do &amp;Not Keep on Top</source>
+        <translation>&amp;Nicht oben halten</translation>
+    </message>
+    <message>
         <source>Forget &amp;All</source>
         <translation>&amp;Alle vergessen</translation>
     </message>
     <message>
-        <source>The folders and files that you opened, and how often. Forgotten ones stand in the list of matches where their names put them.</source>
-        <translation>Die Ordner und Dateien, die Sie geöffnet haben, und wie oft. Vergessene stehen unter den Treffern dort, wo ihr Name sie hinstellt.</translation>
+        <source>The folders and files that you keep on top, and those that you opened, and how often. Forgotten ones stand in the list of matches where their names put them.</source>
+        <translation>Die Ordner und Dateien, die Sie oben halten, und die, die Sie geöffnet haben, und wie oft. Vergessene stehen unter den Treffern dort, wo ihr Name sie hinstellt.</translation>
     </message>
     <message>
-        <source>Uses</source>
-        <translation>Zählungen</translation>
+        <source>Kept and opened folders</source>
+        <translation>Gehaltene und geöffnete Ordner</translation>
     </message>
     <message>
         <source>Nothing has been opened yet.</source>
         <translation>Noch wurde nichts geöffnet.</translation>
+    </message>
+    <message>
+        <source>kept on top</source>
+        <translation>oben gehalten</translation>
     </message>
 </context>
 <context>
@@ -1125,6 +1149,18 @@
         <source>Desktop search:</source>
         <translation>Suche des Desktops:</translation>
     </message>
+    <message>
+        <source>&amp;Enter what is opened in the desktop&apos;s list</source>
+        <translation>In die Liste der Arbeitsumgebung &amp;eintragen, was geöffnet wird</translation>
+    </message>
+    <message>
+        <source>Recent files:</source>
+        <translation>Zuletzt benutzt:</translation>
+    </message>
+    <message>
+        <source>File choosers show it. If the desktop is set to remember nothing, nothing is entered.</source>
+        <translation>Dateiauswahlfenster zeigen sie. Soll sich die Arbeitsumgebung nichts merken, wird nichts eingetragen.</translation>
+    </message>
 </context>
 <context>
     <name>quillon::KeysView</name>
@@ -1184,12 +1220,28 @@
         <source>Close the panel</source>
         <translation>Das Suchfenster schließen</translation>
     </message>
+    <message>
+        <source>Keep the row on top, or no longer</source>
+        <translation>Die Zeile oben halten oder nicht länger</translation>
+    </message>
+    <message>
+        <source>Forget the row’s uses and keep it on top no longer</source>
+        <translation>Vergessen, wie oft die Zeile geöffnet wurde, und sie nicht länger oben halten</translation>
+    </message>
 </context>
 <context>
     <name>quillon::LightningSearchTableRowView</name>
     <message>
         <source>front window</source>
         <translation>vorderstes Fenster</translation>
+    </message>
+    <message>
+        <source>kept on top</source>
+        <translation>oben gehalten</translation>
+    </message>
+    <message>
+        <source>not there now · %1</source>
+        <translation>gerade nicht da · %1</translation>
     </message>
 </context>
 <context>
@@ -1209,6 +1261,18 @@
     <message>
         <source>Properties</source>
         <translation>Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Kept on top</source>
+        <translation>Oben gehalten</translation>
+    </message>
+    <message>
+        <source>Keep on top</source>
+        <translation>Oben halten</translation>
+    </message>
+    <message>
+        <source>Forget this folder</source>
+        <translation>Diesen Ordner vergessen</translation>
     </message>
 </context>
 <context>

@@ -59,6 +59,8 @@ void KeysView::showKeys(const std::vector<PanelFooter::Hint> &actions, const QSt
            tr("Open one of the first nine rows"));
     addRow(QStringLiteral("%1, %2").arg(tr("Menu"), joined("Shift+F10")),
            tr("List what can be done with the row"));
+    addRow(joined("Ctrl+D"), tr("Keep the row on top, or no longer"));
+    addRow(joined("Shift+Delete"), tr("Forget the row’s uses and keep it on top no longer"));
     addGap();
     addRow(joined("F10"), tr("Go to the buttons"));
     addRow(joined("Ctrl+,"), tr("Open the preferences"));

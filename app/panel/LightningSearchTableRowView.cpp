@@ -2,6 +2,7 @@
 
 #include "app/panel/IconSource.h"
 #include "app/panel/LightningTableRowBackgroundView.h"
+#include "app/panel/PanelTexts.h"
 #include "app/panel/RowLayout.h"
 #include "app/panel/SearchResultsModel.h"
 #include "app/widgets/PanelMetrics.h"
@@ -45,12 +46,18 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
 
     const QRect icon(row.left() + metrics::ICON_LEFT,
                      row.top() + (row.height() - metrics::ICON) / 2, metrics::ICON, metrics::ICON);
+    const bool isAway = !result->awayFolder().empty();
+    painter->setOpacity(isAway ? metrics::DISABLED_OPACITY : 1.0);
     paintIcon(*painter, icon, result->path());
+    painter->setOpacity(1.0);
 
     QRect text = row.adjusted(metrics::TEXT_LEFT, 0, -metrics::EDGE, 0);
-    if (result->type() == SearchBaseResultType::inFrontFinder)
-        text.setWidth(text.width() - paintFrontWindowMark(*painter, text, option.font));
-    RowLayout(rowText(*result, home_), option.font, palette_, text.width()).draw(*painter, text);
+    if (const QString words = mark(*result); !words.isEmpty())
+        text.setWidth(text.width() - paintMark(*painter, text, option.font, words));
+    PanelPalette palette = palette_;
+    if (isAway)
+        palette.text = palette.quiet;
+    RowLayout(rowText(*result, home_), option.font, palette, text.width()).draw(*painter, text);
 }
 
 void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area,
@@ -68,12 +75,20 @@ void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area
     painter.restore();
 }
 
-int LightningSearchTableRowView::paintFrontWindowMark(QPainter &painter, const QRect &area,
-                                                      const QFont &font) const
+QString LightningSearchTableRowView::mark(const SearchBaseResult &result) const
+{
+    if (result.type() == SearchBaseResultType::inFrontFinder)
+        return tr("front window");
+    if (!result.awayFolder().empty())
+        return tr("not there now · %1").arg(PanelTexts::diskName(result.awayFolder()));
+    return model_.isKept(result) ? tr("kept on top") : QString();
+}
+
+int LightningSearchTableRowView::paintMark(QPainter &painter, const QRect &area, const QFont &font,
+                                           const QString &mark) const
 {
     QFont small = font;
     small.setPointSizeF(font.pointSizeF() * 0.85);
-    const QString mark = tr("front window");
     painter.setFont(small);
     painter.setPen(palette_.quiet);
     painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, mark);

@@ -9,10 +9,12 @@
 namespace quillon {
 
 class IconSource;
+class SearchBaseResult;
 class SearchResultsModel;
 
 /// Draws the rows of a SearchResultsModel: the item's icon, its text with the matches in bold and,
-/// for an item of the front file manager window, a small mark on the right.
+/// for an item of the front file manager window, one that is not there now or one that is kept on
+/// top, a small mark on the right. What is not there now is drawn quietly.
 class LightningSearchTableRowView : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -30,8 +32,11 @@ public:
 
 private:
     void paintIcon(QPainter &painter, const QRect &area, const std::string &path) const;
+    /// Returns the words of the row's mark, which are empty for most rows.
+    QString mark(const SearchBaseResult &result) const;
     /// Returns the width that the mark takes from the text.
-    int paintFrontWindowMark(QPainter &painter, const QRect &area, const QFont &font) const;
+    int paintMark(QPainter &painter, const QRect &area, const QFont &font,
+                  const QString &mark) const;
 
     const SearchResultsModel &model_;
     IconSource &icons_;

@@ -39,7 +39,7 @@ bool areSameRows(const std::vector<SearchBaseResultRef> &one,
 {
     return std::ranges::equal(one, other, [](const auto &a, const auto &b) {
         return a->type() == b->type() && a->path() == b->path() &&
-               a->highlightRanges() == b->highlightRanges();
+               a->awayFolder() == b->awayFolder() && a->highlightRanges() == b->highlightRanges();
     });
 }
 
@@ -209,13 +209,18 @@ void LightningSearchViewController::textChanged()
 void LightningSearchViewController::searchNow()
 {
     debouncedSearch_.cancel();
-    // The user counts characters: a letter beyond the basic plane is one.
-    if (view_.searchTextField().text().toUcs4().size() >= PanelSource::SHORTEST_QUERY) {
+    if (isSearchWanted()) {
         startSearch(query());
         return;
     }
     searchEnded();
     showDefaults();
+}
+
+bool LightningSearchViewController::isSearchWanted() const
+{
+    // The user counts characters: a letter beyond the basic plane is one.
+    return view_.searchTextField().text().toUcs4().size() >= PanelSource::SHORTEST_QUERY;
 }
 
 void LightningSearchViewController::showDefaults()
@@ -224,7 +229,14 @@ void LightningSearchViewController::showDefaults()
     const bool isMostUsed = !rows.empty();
     if (!isMostUsed)
         rows = places_;
-    view_.setHeading(rows.empty() ? QString() : isMostUsed ? tr("Most used") : tr("Places"));
+    const std::vector<std::string> kept = source_.keptOnTop();
+    rows = withKeptFirst(kept, rows);
+    QStringList heading;
+    if (!kept.empty())
+        heading << tr("Kept on top");
+    if (rows.size() > kept.size())
+        heading << (isMostUsed ? tr("Most used") : tr("Places"));
+    view_.setHeading(heading.join(QStringLiteral(" · ")));
     show({.results = std::move(rows)});
 }
 
@@ -272,6 +284,7 @@ void LightningSearchViewController::show(PanelSource::Answer answer)
     // The answer of a newer index to the same question leaves the rows to a user who is choosing.
     const bool isRefresh = isAnswered();
     answeredQuery_ = query();
+    searchResults_.setKept(source_.keptOnTop());
     if (!isRefresh || !isSelectionMoved_) {
         isSelectionMoved_ = false;
         firstSelectedRow_ = answer.selectedRow;
@@ -337,6 +350,14 @@ void LightningSearchViewController::perform(PanelCommand command, ActionShortcut
         return showRowMenu(
             table.viewport()->mapToGlobal(row.bottomLeft() + QPoint(metrics::TEXT_LEFT, 0)));
     }
+    case PanelCommand::keepOnTop:
+        if (const auto result = selectedResult())
+            keepOnTop(*result);
+        return;
+    case PanelCommand::forget:
+        if (const auto result = selectedResult())
+            forget(*result);
+        return;
     case PanelCommand::goToButtons:
         return view_.focusButtons();
     case PanelCommand::openPreferences:
@@ -402,6 +423,14 @@ std::vector<PanelMenus::Entry>
 LightningSearchViewController::otherEntries(const SearchBaseResultRef &result)
 {
     std::vector<PanelMenus::Entry> entries;
+    entries.push_back({.text = tr("Keep on top"),
+                       .choose = [this, result] { keepOnTop(*result); },
+                       .keys = "Ctrl+D",
+                       .isChecked = searchResults_.isKept(*result)});
+    if (source_.canForget(*result))
+        entries.push_back({.text = tr("Forget this folder"),
+                           .choose = [this, result] { forget(*result); },
+                           .keys = "Shift+Delete"});
     if (source_.canLeaveOut(*result))
         entries.push_back({.text = tr("Leave this folder out…"), .choose = [this, result] {
                                delegate_.leaveOut(
@@ -412,6 +441,44 @@ LightningSearchViewController::otherEntries(const SearchBaseResultRef &result)
                            actions_.runner.showProperties(result);
                        }});
     return entries;
+}
+
+void LightningSearchViewController::keepOnTop(const SearchBaseResult &result)
+{
+    source_.keepOnTop(result, !searchResults_.isKept(result));
+    // What was searched for stands where it stood.
+    if (isSearchWanted()) {
+        searchResults_.setKept(source_.keptOnTop());
+        updateState();
+    } else {
+        refreshDefaults(result.path());
+    }
+}
+
+void LightningSearchViewController::forget(const SearchBaseResult &result)
+{
+    if (!source_.canForget(result))
+        return;
+    source_.forget(result);
+    if (!isSearchWanted())
+        return refreshDefaults(result.path());
+    isSelectionMoved_ = false;
+    searchNow();
+}
+
+void LightningSearchViewController::refreshDefaults(const std::string &path)
+{
+    const int row = selectedRow();
+    // The user asked for the rows to change.
+    isSelectionMoved_ = false;
+    searchNow();
+    const auto &rows = searchResults_.results();
+    const auto found = std::ranges::find(rows, withoutTrailingSlashes(path), [](const auto &each) {
+        return withoutTrailingSlashes(each->path());
+    });
+    const auto last = static_cast<int>(rows.size()) - 1;
+    select(found == rows.end() ? std::min(row, last) : static_cast<int>(found - rows.begin()));
+    isSelectionMoved_ = true;
 }
 
 void LightningSearchViewController::confirm(ActionShortcutFlags flags)

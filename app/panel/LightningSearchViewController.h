@@ -82,6 +82,13 @@ private:
     void showRowMenu(QPoint globalPosition);
     /// What can be done with a row besides the actions.
     std::vector<PanelMenus::Entry> otherEntries(const SearchBaseResultRef &result);
+    /// Keeps the row on top, or no longer.
+    void keepOnTop(const SearchBaseResult &result);
+    /// Forgets the uses of the row and keeps it on top no longer.
+    void forget(const SearchBaseResult &result);
+    /// Shows the rows for no query anew and selects the one with this path, or else the one in its
+    /// place.
+    void refreshDefaults(const std::string &path);
 
     void textChanged();
     void searchNow();
@@ -93,6 +100,8 @@ private:
     void fetchFrontWindow();
     void updateSpinner();
     std::string query() const;
+    /// Returns true when the text in the field is long enough to search for.
+    bool isSearchWanted() const;
     /// Returns true when the rows are the answer to the text in the field.
     bool isAnswered() const { return answeredQuery_ == query(); }
 

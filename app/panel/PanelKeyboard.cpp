@@ -68,6 +68,11 @@ std::optional<PanelCommand> command(const QKeyEvent &event, const QLineEdit &fie
         return PanelCommand::terminate;
     if (held == Qt::ShiftModifier && key == Qt::Key_F10)
         return PanelCommand::showRowMenu;
+    if (held == Qt::ControlModifier && key == Qt::Key_D)
+        return PanelCommand::keepOnTop;
+    // With a selected text the keys cut it out, as in every field.
+    if (held == Qt::ShiftModifier && key == Qt::Key_Delete && !field.hasSelectedText())
+        return PanelCommand::forget;
     if (held != Qt::NoModifier)
         return std::nullopt;
     const auto plain = plainCommand(key);

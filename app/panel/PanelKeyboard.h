@@ -24,6 +24,9 @@ enum class PanelCommand
     firstRow,
     lastRow,
     showRowMenu,
+    /// Keeps the row on top, or no longer.
+    keepOnTop,
+    forget,
     goToButtons,
     openPreferences,
     showKeys,

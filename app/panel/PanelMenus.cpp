@@ -30,6 +30,12 @@ QString styleSheet(const PanelPalette &palette)
              palette.tint.name(), palette.quiet.name());
 }
 
+/// Returns the text of an entry with its keys, if it has any, on the right.
+QString withKeys(const QString &text, std::string_view keys)
+{
+    return keys.empty() ? text : text + KEYS_COLUMN + keyNames(keys).join(u'+');
+}
+
 /// Returns a text that shows its ampersands.
 QString literally(QString text)
 {
@@ -46,19 +52,18 @@ void PanelMenus::showMain()
 {
     using Choice = void (SearchPanelDelegate::*)();
     auto menu = std::make_unique<QMenu>(&view_);
-    const auto add = [&](const QString &text, Choice choose, const QStringList &keys = {}) {
-        const QString entry = keys.isEmpty() ? text : text + KEYS_COLUMN + keys.join(u'+');
-        connect(menu->addAction(entry), &QAction::triggered, this,
+    const auto add = [&](const QString &text, Choice choose, std::string_view keys = {}) {
+        connect(menu->addAction(withKeys(text, keys)), &QAction::triggered, this,
                 [this, choose] { (delegate_.*choose)(); });
     };
-    add(tr("Preferences…"), &SearchPanelDelegate::openPreferences, keyNames("Ctrl+,"));
+    add(tr("Preferences…"), &SearchPanelDelegate::openPreferences, "Ctrl+,");
     add(tr("Rebuild Now"), &SearchPanelDelegate::rebuildSearchBase);
-    add(tr("Keys"), &SearchPanelDelegate::showKeys, keyNames("F1"));
+    add(tr("Keys"), &SearchPanelDelegate::showKeys, "F1");
     if (delegate_.takesFeedback())
         add(tr("Send Feedback…"), &SearchPanelDelegate::sendFeedback);
     if (delegate_.looksForUpdates())
         add(tr("Check for Updates…"), &SearchPanelDelegate::checkForUpdates);
-    add(tr("Quit"), &SearchPanelDelegate::terminate, keyNames("Ctrl+Q"));
+    add(tr("Quit"), &SearchPanelDelegate::terminate, "Ctrl+Q");
     const MenuButton &button = view_.menuButton();
     menu->setStyleSheet(styleSheet(view_.panelPalette()));
     const QPoint below = button.mapToGlobal(QPoint(button.width(), button.height() + MENU_GAP));
@@ -84,8 +89,12 @@ void PanelMenus::showForRow(const std::vector<PanelFooter::Hint> &hints,
     }
     if (!menu->isEmpty() && !others.empty())
         menu->addSeparator();
-    for (const Entry &entry : others)
-        connect(menu->addAction(entry.text), &QAction::triggered, this, entry.choose);
+    for (const Entry &entry : others) {
+        QAction *action = menu->addAction(withKeys(entry.text, entry.keys));
+        action->setCheckable(entry.isChecked.has_value());
+        action->setChecked(entry.isChecked.value_or(false));
+        connect(action, &QAction::triggered, this, entry.choose);
+    }
     if (!menu->isEmpty())
         show(std::move(menu), globalPosition);
 }

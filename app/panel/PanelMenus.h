@@ -7,6 +7,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 class QMenu;
 
@@ -28,11 +30,15 @@ public:
     {
         QString text;
         std::function<void()> choose;
+        /// The keys that do the same, as QLNShortcut writes them, if there are any.
+        std::string_view keys = {};
+        /// Whether the entry has a check mark, for one that can have one.
+        std::optional<bool> isChecked = {};
     };
 
     /// The menu at the menu button: preferences, rebuild, keys, feedback, updates, quit.
     void showMain();
-    /// What can be done with a row: the actions by their hints, and below them what has no keys.
+    /// What can be done with a row: the actions by their hints, and below them the rest.
     /// Chosen gets the keys of the action.
     void showForRow(const std::vector<PanelFooter::Hint> &hints, const std::vector<Entry> &others,
                     QPoint globalPosition, const std::function<void(ActionShortcutFlags)> &chosen);

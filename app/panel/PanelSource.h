@@ -24,7 +24,7 @@ public:
         bool isCancelled = false;
         /// False when the settings name no folder to index.
         bool hasLocations = true;
-        /// True when the home folder should be searched, but could not be written into the
+        /// True when what the user last changed in the panel could not be written into the
         /// settings.
         bool isWriteRefused = false;
         /// The folders that the settings name and that were missing when the index was built.
@@ -56,6 +56,15 @@ public:
     virtual std::vector<SearchBaseResultRef> places() const = 0;
     /// Counts one use of the result's path, which is saved at once.
     virtual void recordUse(const SearchBaseResultRef &result) = 0;
+    /// Returns the paths that the user keeps on top, without a slash at their end, in order. They
+    /// stand first when nothing is typed.
+    virtual std::vector<std::string> keptOnTop() const = 0;
+    /// Keeps the result's path on top, or no longer.
+    virtual void keepOnTop(const SearchBaseResult &result, bool isKept) = 0;
+    /// Returns whether the result's path has been used or is kept on top.
+    virtual bool canForget(const SearchBaseResult &result) const = 0;
+    /// Forgets every use of the result's path and keeps it on top no longer.
+    virtual void forget(const SearchBaseResult &result) = 0;
     virtual State state() const = 0;
     /// Returns whether the row is a folder that can be left out of the index: neither a folder to
     /// search itself nor a file that counts as a folder.

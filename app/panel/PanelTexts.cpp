@@ -5,7 +5,10 @@
 #include "base/PathText.h"
 #include "results/RowText.h"
 
+#include <QStringList>
+
 #include <string_view>
+#include <utility>
 
 namespace quillon {
 
@@ -52,6 +55,8 @@ QString PanelTexts::status(const PanelSource::State &state)
 {
     if (!state.hasLocations)
         return {};
+    if (state.isWriteRefused)
+        return writeFault();
     const QString folders = tr("%Ln folder(s)", nullptr, static_cast<int>(state.count));
     if (state.isComparing)
         return tr("Checking for changes: %1").arg(folders);
@@ -81,6 +86,8 @@ PanelTexts::Message PanelTexts::failure(const ActionFailure &failure)
                 .sentence = tr("%1 was moved, renamed or deleted. Search for its new name, or look "
                                "in the trash.")
                                 .arg(path)};
+    case ActionFailure::Reason::itemAway:
+        return away(failure.result->path(), failure.result->awayFolder());
     case ActionFailure::Reason::itemUnreachable:
         return {.title = tr("“%1” does not answer").arg(name),
                 .sentence = tr("Check that the disk or the network share of %1 is connected, then "
@@ -108,6 +115,25 @@ PanelTexts::Message PanelTexts::failure(const ActionFailure &failure)
             .sentence = tr("Check that %1 is there and may be run, or choose another program in "
                            "the preferences under “Actions”.")
                             .arg(target)};
+}
+
+PanelTexts::Message PanelTexts::away(const std::string &path, const std::string &folder)
+{
+    return {.title = tr("“%1” is not there now").arg(nameOf(path)),
+            .sentence = tr("Connect “%1”, which holds %2, then try again.")
+                            .arg(diskName(folder), displayText(path))};
+}
+
+QString PanelTexts::diskName(std::string_view folder)
+{
+    // The number of components before the name of the disk.
+    constexpr std::pair<std::string_view, int> PLACES[] = {
+        {"/run/media", 3}, {"/media", 2}, {"/mnt", 1}};
+    const QStringList names = displayText(folder).split(u'/', Qt::SkipEmptyParts);
+    for (const auto &[place, before] : PLACES)
+        if (isBelow(folder, place) && names.size() > before)
+            return names.at(before);
+    return nameOf(folder);
 }
 
 QString PanelTexts::failureWindow()

@@ -1,11 +1,14 @@
 #include "app/panel/SearchBaseSource.h"
 
 #include "actions/FrontFinderSearch.h"
+#include "base/PathText.h"
 #include "core/SearchBase.h"
 #include "core/SearchBaseBuilder.h"
 #include "indexing/SearchBaseFinder.h"
+#include "matching/RecentAccessScore.h"
 #include "platform/FolderLister.h"
 #include "platform/Places.h"
+#include "prefs/KeptFolders.h"
 #include "prefs/Preferences.h"
 
 #include <algorithm>
@@ -82,6 +85,31 @@ std::vector<SearchBaseResultRef> SearchBaseSource::places() const
 void SearchBaseSource::recordUse(const SearchBaseResultRef &result)
 {
     services_.searchBase.searchBaseMatcher().uprankResult(*result);
+}
+
+std::vector<std::string> SearchBaseSource::keptOnTop() const
+{
+    return services_.keptFolders.paths();
+}
+
+void SearchBaseSource::keepOnTop(const SearchBaseResult &result, bool isKept)
+{
+    KeptFolders &kept = services_.keptFolders;
+    isWriteRefused_ = !(isKept ? kept.keep(result.path()) : kept.release(result.path()));
+}
+
+bool SearchBaseSource::canForget(const SearchBaseResult &result) const
+{
+    return services_.recentAccessScore.score(withoutTrailingSlashes(result.path())) > 0 ||
+           services_.keptFolders.contains(result.path());
+}
+
+void SearchBaseSource::forget(const SearchBaseResult &result)
+{
+    const bool isReleased = services_.keptFolders.release(result.path());
+    const bool isForgotten =
+        services_.recentAccessScore.forgetUses(withoutTrailingSlashes(result.path()));
+    isWriteRefused_ = !isReleased || !isForgotten;
 }
 
 PanelSource::State SearchBaseSource::state() const

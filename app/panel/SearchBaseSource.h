@@ -10,8 +10,10 @@ namespace quillon {
 
 class FolderLister;
 class FrontFinderSearch;
+class KeptFolders;
 class Places;
 class Preferences;
+class RecentAccessScore;
 class SearchBase;
 class SearchBaseBuilder;
 class SearchBaseFinder;
@@ -27,6 +29,8 @@ public:
         SearchBaseBuilder &builder;
         FrontFinderSearch &frontFinderSearch;
         const Places &places;
+        RecentAccessScore &recentAccessScore;
+        KeptFolders &keptFolders;
         /// The order of the rows is read at each search.
         const Preferences &preferences;
         /// Asks the disk itself, however long the disk takes. It also outlives the calls that hang.
@@ -40,6 +44,10 @@ public:
     std::vector<SearchBaseResultRef> mostAccessedResults() const override;
     std::vector<SearchBaseResultRef> places() const override;
     void recordUse(const SearchBaseResultRef &result) override;
+    std::vector<std::string> keptOnTop() const override;
+    void keepOnTop(const SearchBaseResult &result, bool isKept) override;
+    bool canForget(const SearchBaseResult &result) const override;
+    void forget(const SearchBaseResult &result) override;
     State state() const override;
     bool canLeaveOut(const SearchBaseResult &result) const override;
     bool isFrontWindowSearched() const override;

@@ -1,9 +1,12 @@
 #include "app/panel/SearchResultsModel.h"
 
+#include "base/PathText.h"
 #include "results/RowText.h"
 
+#include <QCoreApplication>
 #include <QMimeData>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -28,6 +31,20 @@ SearchBaseResultRef SearchResultsModel::result(int row) const
     return row >= 0 && row < rowCount() ? results_[static_cast<std::size_t>(row)] : nullptr;
 }
 
+void SearchResultsModel::setKept(std::vector<std::string> paths)
+{
+    if (paths == kept_)
+        return;
+    kept_ = std::move(paths);
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
+bool SearchResultsModel::isKept(const SearchBaseResult &result) const
+{
+    return std::ranges::find(kept_, withoutTrailingSlashes(result.path())) != kept_.end();
+}
+
 int SearchResultsModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(results_.size());
@@ -44,8 +61,12 @@ QVariant SearchResultsModel::data(const QModelIndex &index, int role) const
     if (role == Qt::ToolTipRole)
         return QStringLiteral("<p style='white-space: pre'>%1</p>")
             .arg(displayText(row->path()).toHtmlEscaped());
+    if (role == Qt::AccessibleTextRole && !row->awayFolder().empty())
+        return QCoreApplication::translate("RowText", "%1, not there now").arg(spokenText(*row));
     if (role == Qt::AccessibleTextRole)
-        return spokenText(*row);
+        return isKept(*row)
+                   ? QCoreApplication::translate("RowText", "%1, kept on top").arg(spokenText(*row))
+                   : spokenText(*row);
     return {};
 }
 

@@ -4,6 +4,7 @@
 
 #include <QAbstractListModel>
 
+#include <string>
 #include <vector>
 
 namespace quillon {
@@ -19,6 +20,10 @@ public:
     /// Returns null when there is no such row.
     SearchBaseResultRef result(int row) const;
 
+    /// Marks the rows with these paths, which have no slash at their end, as kept on top.
+    void setKept(std::vector<std::string> paths);
+    bool isKept(const SearchBaseResult &result) const;
+
     int rowCount(const QModelIndex &parent = {}) const override;
     /// Returns the text of a row, for drawing and for assistive technology.
     QVariant data(const QModelIndex &index, int role) const override;
@@ -31,6 +36,7 @@ public:
 
 private:
     std::vector<SearchBaseResultRef> results_;
+    std::vector<std::string> kept_;
 };
 
 } // namespace quillon

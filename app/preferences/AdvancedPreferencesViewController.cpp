@@ -1,6 +1,6 @@
 #include "app/preferences/AdvancedPreferencesViewController.h"
 
-#include "app/preferences/ForgetUsesViewController.h"
+#include "app/preferences/ForgetFoldersViewController.h"
 #include "app/preferences/TreeDump.h"
 #include "app/widgets/FormCheckBox.h"
 #include "app/widgets/FormNote.h"
@@ -48,7 +48,8 @@ AdvancedPreferencesViewController::AdvancedPreferencesViewController(
     : FormPane(parent),
       includeBetasButton(new FormCheckBox(tr("Include &beta versions"), this)),
       dumpButton(new PanelButton(tr("Save Index as &Text…"), PanelButton::Rank::control, this)),
-      forgetUsesButton(new PanelButton(tr("&Forget Uses…"), PanelButton::Rank::control, this)),
+      forgetFoldersButton(
+          new PanelButton(tr("&Forget Folders…"), PanelButton::Rank::control, this)),
       resetButton(new PanelButton(tr("Set &Up Again…"), PanelButton::Rank::control, this)),
       logView(new QPlainTextEdit(this)),
       services_(services),
@@ -75,13 +76,14 @@ void AdvancedPreferencesViewController::buildUpdates()
 
 void AdvancedPreferencesViewController::buildForgetting()
 {
-    addRow(tr("Use counts:"), forgetUsesButton);
-    addNote(tr("How often you opened a folder lifts it in the list of matches."));
-    connect(forgetUsesButton, &QPushButton::clicked, this,
-            &AdvancedPreferencesViewController::askForUsesToForget);
+    addRow(tr("Opened and kept:"), forgetFoldersButton);
+    addNote(tr("How often you opened a folder lifts it in the list of matches. What you keep on "
+               "top stands first when nothing is typed."));
+    connect(forgetFoldersButton, &QPushButton::clicked, this,
+            &AdvancedPreferencesViewController::askForFoldersToForget);
     addRow(tr("Set-up:"), resetButton);
-    resetNote_ = addNote(tr("Forgets the shortcut, the search locations and the use counts, and "
-                            "asks as at the first start."));
+    resetNote_ = addNote(tr("Forgets the shortcut, the search locations, the use counts and what "
+                            "you keep on top, and asks as at the first start."));
     connect(resetButton, &QPushButton::clicked, this,
             &AdvancedPreferencesViewController::askForReset);
 }
@@ -202,9 +204,10 @@ void AdvancedPreferencesViewController::askForReset()
 {
     FormSheet::confirm(
         tr("Set Up Again"), tr("&Forget and Set Up Again"),
-        tr("The shortcut, the search locations with their patterns, and the count of every use are "
-           "removed from the settings and cannot be brought back. Then Quillon asks for a shortcut "
-           "and folders as it did at its first start. Your folders and files are not touched."),
+        tr("The shortcut, the search locations with their patterns, the count of every use and "
+           "the list of what you keep on top are removed from the settings and cannot be brought "
+           "back. Then Quillon asks for a shortcut and folders as it did at its first start. Your "
+           "folders and files are not touched."),
         panelPalette(), window(), [this] { resetOnboardingStateClicked(); });
 }
 
@@ -213,8 +216,9 @@ void AdvancedPreferencesViewController::resetOnboardingStateClicked()
     bool isStored = services_.shortcutMonitor.store(std::nullopt);
     isStored = services_.recentAccessScore.resetScores() && isStored;
     for (const std::string_view key :
-         {PreferenceKeys::RECENT_ACCESS_SCORE_DATA, PreferenceKeys::BOOKMARKS,
-          PreferenceKeys::EXCLUDE_FOLDER_PATTERNS, PreferenceKeys::INCLUDE_FILE_PATTERNS})
+         {PreferenceKeys::RECENT_ACCESS_SCORE_DATA, PreferenceKeys::KEPT_ON_TOP,
+          PreferenceKeys::BOOKMARKS, PreferenceKeys::EXCLUDE_FOLDER_PATTERNS,
+          PreferenceKeys::INCLUDE_FILE_PATTERNS})
         isStored = services_.defaults.remove(key) && isStored;
     resetNote_->sayFault(isStored ? QString() : writeFault());
     if (!isStored)
@@ -228,10 +232,10 @@ void AdvancedPreferencesViewController::resetOnboardingStateClicked()
     });
 }
 
-void AdvancedPreferencesViewController::askForUsesToForget()
+void AdvancedPreferencesViewController::askForFoldersToForget()
 {
-    auto *sheet =
-        new ForgetUsesViewController(services_.recentAccessScore, panelPalette(), window());
+    auto *sheet = new ForgetFoldersViewController(services_.recentAccessScore,
+                                                  services_.keptFolders, panelPalette(), window());
     sheet->open();
 }
 

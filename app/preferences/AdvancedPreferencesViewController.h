@@ -11,6 +11,7 @@ class QPushButton;
 namespace quillon {
 
 class DefaultsStore;
+class KeptFolders;
 class Preferences;
 class QLNShortcutMonitor;
 class RecentAccessScore;
@@ -43,6 +44,7 @@ public:
         Preferences &preferences;
         QLNShortcutMonitor &shortcutMonitor;
         RecentAccessScore &recentAccessScore;
+        KeptFolders &keptFolders;
         SearchBase &searchBase;
         SearchBaseLogger &searchBaseLogger;
         /// The index is written to a file on this queue.
@@ -61,14 +63,14 @@ public:
     void dumpClicked();
     /// Writes them in the background; what goes wrong is said in a dialog.
     void dumpTo(const QString &path);
-    /// Removes the shortcut, the search locations and the use counts, from the store and from
-    /// memory, and a second later hands over to the delegate; not when a write failed, which is
-    /// said beside the button.
+    /// Removes the shortcut, the search locations, the use counts and what is kept on top, from the
+    /// store and from memory, and a second later hands over to the delegate; not when a write
+    /// failed, which is said beside the button.
     void resetOnboardingStateClicked();
 
     QCheckBox *const includeBetasButton;
     QPushButton *const dumpButton;
-    QPushButton *const forgetUsesButton;
+    QPushButton *const forgetFoldersButton;
     QPushButton *const resetButton;
     QPlainTextEdit *const logView;
 
@@ -84,7 +86,7 @@ private:
     void showLog();
     void dumpEnded(const QString &path, const QString &fault);
     void askForReset();
-    void askForUsesToForget();
+    void askForFoldersToForget();
 
     Services services_;
     AdvancedPreferencesDelegate &delegate_;

@@ -47,6 +47,7 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
       quickSearchPopUpButton(new FormMenu(this)),
       fileManagerButton(new FormMenu(this)),
       desktopSearchButton(new FormCheckBox({}, this)),
+      recentFilesButton(new FormCheckBox({}, this)),
       startAtLoginButton(new FormCheckBox({}, this)),
       services_(services)
 {
@@ -117,6 +118,13 @@ void GeneralPreferencesViewController::buildDesktop()
     connect(desktopSearchButton, &QCheckBox::clicked, this, [this](bool isOn) {
         written(*desktopSearchNote_, services_.preferences.hideFromDesktopSearch.set(!isOn));
     });
+    recentFilesButton->setText(tr("&Enter what is opened in the desktop's list"));
+    addRow(tr("Recent files:"), recentFilesButton);
+    recentFilesNote_ = addNote(tr("File choosers show it. If the desktop is set to remember "
+                                  "nothing, nothing is entered."));
+    connect(recentFilesButton, &QCheckBox::clicked, this, [this](bool isOn) {
+        written(*recentFilesNote_, services_.preferences.hideFromRecentFiles.set(!isOn));
+    });
     startAtLoginButton->setText(tr("Start at &login"));
     addRow(tr("Start:"), startAtLoginButton);
     startNote_ = addNote(tr("Quillon then waits in the background for its shortcut."));
@@ -154,6 +162,7 @@ void GeneralPreferencesViewController::showStored()
     enableQuickSearchButton->setChecked(isQuickSearchOn);
     quickSearchPopUpButton->setEnabled(isQuickSearchOn);
     desktopSearchButton->setChecked(!services_.preferences.hideFromDesktopSearch.value());
+    recentFilesButton->setChecked(!services_.preferences.hideFromRecentFiles.value());
     startAtLoginButton->setChecked(services_.autostart.isEnabled());
     showFileManager();
 }

@@ -50,6 +50,7 @@ public:
     QComboBox *const quickSearchPopUpButton;
     QComboBox *const fileManagerButton;
     QCheckBox *const desktopSearchButton;
+    QCheckBox *const recentFilesButton;
     QCheckBox *const startAtLoginButton;
 
 protected:
@@ -77,6 +78,7 @@ private:
     FormNote *quickSearchNote_ = nullptr;
     FormNote *quickSearchBehaviorNote_ = nullptr;
     FormNote *desktopSearchNote_ = nullptr;
+    FormNote *recentFilesNote_ = nullptr;
     FormNote *startNote_ = nullptr;
 };
 

@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <ostream>
 
 namespace quillon {
@@ -95,6 +96,12 @@ TEST_P(OpenActions, reachTheFileManagerOrTheDefaultApplication)
     EXPECT_THAT(fakes_.clipboard.text, IsEmpty());
     EXPECT_THAT(fakes_.processRunner.commands, IsEmpty());
     EXPECT_THAT(ended_, ElementsAre(std::nullopt));
+    // What is selected in its folder is shown and not opened.
+    const bool isOpened = !expected.opened.empty() ||
+                          std::ranges::any_of(expected.calls, [](const std::string &call) {
+                              return !call.starts_with("select");
+                          });
+    EXPECT_EQ(fakes_.recentItems.added, Texts(isOpened ? 1 : 0, expected.path));
 }
 
 constexpr const char *OPEN = "Open in Default App";
@@ -155,6 +162,48 @@ INSTANTIATE_TEST_SUITE_P(
                 FRONT},
         OpenRow{"unknownKind", "Sing", "/link", {}, {}}),
     [](const auto &test) { return std::string(test.param.name); });
+
+TEST_F(Actions, doNothingWithWhatIsNotThereNow)
+{
+    std::vector<ActionFailure> failures;
+    runner_.onFailure([&](const ActionFailure &failure) { failures.push_back(failure); });
+    const auto away = std::make_shared<SearchBaseResult>(
+        "/disk/a", "/disk/a", std::vector<TextRange>{}, SearchBaseResultType::standard, "/disk");
+    for (const ActionType &type : {ActionType::openInDefaultApp, ActionType::openApplication,
+                                   ActionType::showParentInFinder, ActionType::executeShellCommand})
+        run(type, away, "paint");
+    EXPECT_THAT(fakes_.fileManager.takeCalls(), IsEmpty());
+    EXPECT_THAT(fakes_.processRunner.commands, IsEmpty());
+    EXPECT_THAT(failures, SizeIs(4));
+    EXPECT_TRUE(std::ranges::all_of(failures, [](const ActionFailure &failure) {
+        return failure.reason == ActionFailure::Reason::itemAway;
+    }));
+    run(ActionType::copyPathToClipboard, away);
+    EXPECT_EQ(fakes_.clipboard.text, "/disk/a");
+
+    fakes_.folders.add("/disk/a");
+    run(ActionType::openInDefaultApp, away);
+    EXPECT_THAT(fakes_.fileManager.takeCalls(), ElementsAre("new /disk/a")) << "it is back";
+    EXPECT_THAT(failures, SizeIs(4));
+}
+
+TEST_F(Actions, enterAsRecentWhatAnApplicationHasOpenedUnlessTheUserWantsNone)
+{
+    run(ActionType::openApplication, row("/a"), "paint");
+    EXPECT_THAT(fakes_.recentItems.added, IsEmpty()) << "it may still fail";
+    fakes_.processRunner.running.front()({"", "", true});
+    EXPECT_THAT(fakes_.recentItems.added, ElementsAre("/a"));
+    run(ActionType::openApplication, row("/a"), "paint");
+    fakes_.processRunner.running.back()({"", "", false});
+    run(ActionType::executeShellCommand, row("/a"), "/bin/true");
+    fakes_.processRunner.running.back()({"", "", true});
+    fakes_.fileManager.isWorking = false;
+    run(ActionType::openInDefaultApp, row("/a"));
+    fakes_.fileManager.isWorking = true;
+    preferences_.hideFromRecentFiles.set(true);
+    run(ActionType::openInDefaultApp, row("/a"));
+    EXPECT_THAT(fakes_.recentItems.added, ElementsAre("/a"));
+}
 
 TEST_F(Actions, openFilesEvenWithTheFileManagerAndFoldersEvenWithoutOne)
 {

@@ -1,4 +1,4 @@
-#include "app/preferences/ForgetUsesViewController.h"
+#include "app/preferences/ForgetFoldersViewController.h"
 #include "app/preferences/TreeDump.h"
 #include "app/widgets/FormSheet.h"
 #include "app/widgets/FormTable.h"
@@ -160,7 +160,7 @@ TEST_F(AdvancedPaneTest, forgetsTheSetUpOnceTheUserHasAgreed)
 {
     writeByHand(R"({"ShowQLNShortcut": "Ctrl+Z", "qln-bookmarks": {"/a": "/a"},
                     "exclude-folder-patterns": [], "include-file-patterns": [],
-                    "recent-access-score-data": {"/a": 3}, "open-finder-behavior": "existing"})");
+                    "recent-access-score-data": {"/a": 3}, "kept-on-top": ["/a"], "open-finder-behavior": "existing"})");
     shortcutChanges.tell();
     use("/tmp/used", 2);
     advanced().resetButton->click();
@@ -186,24 +186,45 @@ TEST_F(AdvancedPaneTest, doesNotBeginAnewWhenTheSetUpCouldNotBeForgotten)
     EXPECT_TRUE(main.isEmpty());
 }
 
-TEST_F(AdvancedPaneTest, forgetsTheUsesOfOneFolderOrAll)
+TEST_F(AdvancedPaneTest, forgetsOneFolderOrAll)
 {
     use("/one", 3);
     use("/two", 2);
     use("/three", 1);
-    advanced().forgetUsesButton->click();
-    auto *sheet = child<ForgetUsesViewController>();
+    kept.keep("/kept");
+    kept.keep("/two");
+    advanced().forgetFoldersButton->click();
+    auto *sheet = child<ForgetFoldersViewController>();
     ASSERT_NE(sheet, nullptr);
-    EXPECT_EQ(sheet->usesTableView->rowText(0), u"/one – 3"_s);
-    QAbstractButton *forget = sheet->forgetSegmentedControl->segment(0);
-    EXPECT_FALSE(forget->isEnabled());
+    const auto listed = [sheet] {
+        QStringList texts;
+        for (int row = 0; row < sheet->usesTableView->rowCount(); ++row)
+            texts << sheet->usesTableView->rowText(row);
+        return texts;
+    };
+    EXPECT_EQ(listed(), QStringList({u"/kept – kept on top"_s, u"/two – kept on top, 2"_s,
+                                     u"/one – 3"_s, u"/three – 1"_s}));
+    using Segment = ForgetFoldersViewController::Segment;
+    QAbstractButton *forget = sheet->forgetSegmentedControl->segment(Segment::forgetOne);
+    QAbstractButton *release = sheet->forgetSegmentedControl->segment(Segment::releaseOne);
+    EXPECT_FALSE(forget->isEnabled() || release->isEnabled());
+    sheet->usesTableView->selectRow(0);
+    EXPECT_TRUE(release->isEnabled());
+    forget->click();
+    EXPECT_EQ(sheet->usesTableView->selectedRow(), 0) << "the next one can be forgotten at once";
+    release->click();
+    EXPECT_EQ(listed(), QStringList({u"/one – 3"_s, u"/two – 2"_s, u"/three – 1"_s}));
+    EXPECT_FALSE(release->isEnabled());
+    kept.keep("/two");
     sheet->usesTableView->selectRow(1);
     forget->click();
     EXPECT_THAT(score.topScores(10), ElementsAre("/one", "/three"));
+    EXPECT_THAT(kept.paths(), IsEmpty());
     EXPECT_EQ(store.dictionary("recent-access-score-data")->size(), 2U);
-    EXPECT_EQ(sheet->usesTableView->selectedRow(), 1) << "the next one can be forgotten at once";
-    sheet->forgetSegmentedControl->segment(1)->click();
+    kept.keep("/kept");
+    sheet->forgetSegmentedControl->segment(Segment::forgetAll)->click();
     EXPECT_THAT(score.topScores(10), IsEmpty());
+    EXPECT_THAT(kept.paths(), IsEmpty());
     EXPECT_EQ(sheet->usesTableView->rowCount(), 0);
 }
 

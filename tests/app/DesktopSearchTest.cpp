@@ -6,6 +6,7 @@
 #include "app/panel/SearchBaseSource.h"
 #include "base/InlineTaskQueue.h"
 #include "platform/Places.h"
+#include "prefs/KeptFolders.h"
 #include "prefs/Preferences.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/FakeActionServices.h"
@@ -78,6 +79,7 @@ public:
                              .background = background,
                              .main = main}};
     NoPlaces places;
+    KeptFolders kept{base.store};
     ActionModelFinder actions{base.store};
     InlineTaskQueue actionQueue;
     ActionRunner runner{services.services(), preferences, scripts, actionQueue, "/programs"};
@@ -93,6 +95,8 @@ public:
                              .builder = builder,
                              .frontFinderSearch = front,
                              .places = places,
+                             .recentAccessScore = base.score,
+                             .keptFolders = kept,
                              .preferences = preferences,
                              .disk = base.lister},
                             home_};

@@ -106,7 +106,8 @@ TEST_F(SearchPanelMouse, offersTheActionsOfARowWithTheirKeys)
     ASSERT_TRUE(menu());
     EXPECT_EQ(entries(), QStringList({u"Show      \tCtrl+Shift+Return"_s,
                                       u"Open in Cut && Paste      \tAlt+Return"_s, QString(),
-                                      u"Leave this folder out…"_s, u"Properties"_s}));
+                                      u"Keep on top      \tCtrl+D"_s, u"Leave this folder out…"_s,
+                                      u"Properties"_s}));
     // Rows that come meanwhile do not change what was chosen.
     source_.answers["ab"] = {"/other"};
     panel().indexChanged();
@@ -122,15 +123,104 @@ TEST_F(SearchPanelMouse, offersTheActionsOfARowWithTheirKeys)
     QTest::keyClick(menu(), Qt::Key_Escape);
     press(Qt::Key_Menu);
     ASSERT_TRUE(menu());
-    choose(3);
+    choose(4);
     EXPECT_THAT(delegate_.takeAsked(), ElementsAre("leave out /ab/2"));
     press(Qt::Key_Menu);
     ASSERT_TRUE(menu());
-    choose(4);
+    choose(5);
     actions_.runAll();
     EXPECT_THAT(delegate_.asked, ElementsAre("close"));
     EXPECT_THAT(done(), ElementsAre("properties /ab/2"));
     EXPECT_THAT(source_.used, ElementsAre("/ab/2")) << "looking at it is no use";
+}
+
+TEST_F(SearchPanelMouse, keepsARowOnTopAndForgetsIt)
+{
+    source_.mostUsed = {"/a", "/b", "/c"};
+    appear();
+    press(Qt::Key_Down);
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menu());
+    const QStringList ofUsed = entries();
+    const auto keep = ofUsed.indexOf(u"Keep on top      \tCtrl+D"_s);
+    ASSERT_EQ(ofUsed.at(keep + 1), u"Forget this folder      \tShift+Delete"_s);
+    EXPECT_TRUE(menu()->actions().at(keep)->isCheckable());
+    EXPECT_FALSE(menu()->actions().at(keep)->isChecked());
+    choose(static_cast<int>(keep));
+    EXPECT_THAT(rows(), ElementsAre("/b", "/a", "/c"));
+    EXPECT_EQ(selected(), 0) << "the row itself stays selected";
+    EXPECT_EQ(view_.heading(), u"Kept on top · Most used"_s);
+
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_THAT(rows(), ElementsAre("/b", "/c", "/a"));
+    const SearchResultsModel &model = view_.searchResults();
+    EXPECT_EQ(model.data(model.index(1), Qt::AccessibleTextRole), u"c, in /, kept on top"_s);
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menu());
+    EXPECT_TRUE(menu()->actions().at(keep)->isChecked());
+    choose(static_cast<int>(keep));
+    EXPECT_THAT(rows(), ElementsAre("/b", "/a", "/c"));
+    EXPECT_EQ(selected(), 2);
+
+    press(Qt::Key_Home);
+    press(Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_THAT(rows(), ElementsAre("/a", "/c"));
+    EXPECT_EQ(selected(), 0) << "the next one can be forgotten at once";
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menu());
+    choose(static_cast<int>(keep) + 1);
+    press(Qt::Key_Delete, Qt::ShiftModifier);
+    press(Qt::Key_Delete, Qt::ShiftModifier);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_THAT(rows(), IsEmpty());
+    EXPECT_THAT(source_.kept, IsEmpty());
+}
+
+TEST_F(SearchPanelMouse, showsThatADiskIsAwayAsSoonAsItIs)
+{
+    type("ab");
+    answer();
+    appear();
+    answer();
+    const SearchResultsModel &model = view_.searchResults();
+    const auto spoken = [&] { return model.data(model.index(0), Qt::AccessibleTextRole); };
+    EXPECT_EQ(spoken(), u"1, in /ab"_s);
+    source_.away = "/ab";
+    panel().indexChanged();
+    answer();
+    EXPECT_EQ(spoken(), u"1, in /ab, not there now"_s);
+    EXPECT_FALSE(view_.grab().isNull());
+}
+
+TEST_F(SearchPanelMouse, leavesTheRowsOfAQueryWhereOneIsKept)
+{
+    source_.kept = {"/ab/2"};
+    type("ab");
+    answer();
+    appear();
+    answer();
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_THAT(source_.kept, ElementsAre("/ab/2", "/ab/3"));
+    answer();
+    EXPECT_THAT(rows(), ElementsAre("/ab/1", "/ab/2", "/ab/3"));
+    EXPECT_EQ(selected(), 2);
+
+    // A row that was never used is not forgotten, and a selected text is cut out.
+    field().end(false);
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    press(Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_EQ(background_.size(), 0U);
+    EXPECT_EQ(field().text(), u"ab"_s);
+    press(Qt::Key_Down);
+    field().selectAll();
+    press(Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_TRUE(field().text().isEmpty());
+    EXPECT_THAT(source_.kept, ElementsAre("/ab/2", "/ab/3"));
 }
 
 TEST_F(SearchPanelMouse, hasNoMenuWhereThereIsNoRow)

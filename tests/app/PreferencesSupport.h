@@ -8,6 +8,7 @@
 #include "platform/linux/settings/JsonDefaultsStore.h"
 #include "platform/linux/settings/SettingsFileChanges.h"
 #include "platform/linux/settings/StateWindowPlaces.h"
+#include "prefs/KeptFolders.h"
 #include "prefs/Preferences.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
@@ -116,6 +117,7 @@ protected:
                              .preferences = preferences,
                              .shortcutMonitor = monitor,
                              .recentAccessScore = score,
+                             .keptFolders = kept,
                              .searchBase = base.searchBase,
                              .searchBaseLogger = base.logger,
                              .background = background,
@@ -160,6 +162,7 @@ protected:
     FakeAutostart autostart;
     DefaultsRecentAccessScoreDataStore counts{store};
     RecentAccessScore score{counts};
+    KeptFolders kept{store};
     SearchBaseOver<PosixFolderLister> base;
     ManualTaskQueue background;
     ManualTaskQueue main;

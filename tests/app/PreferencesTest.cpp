@@ -128,6 +128,8 @@ TEST_F(PreferencesTest, writesWhatIsSetAtOnce)
     EXPECT_THAT(file(), HasSubstr(R"("match-words-in-order": true)"));
     general().desktopSearchButton->click();
     EXPECT_THAT(file(), HasSubstr(R"("hide-from-desktop-search": true)"));
+    general().recentFilesButton->click();
+    EXPECT_THAT(file(), HasSubstr(R"("hide-from-recent-files": true)"));
     general().enableQuickSearchButton->click();
     EXPECT_THAT(file(), HasSubstr(R"("finder-quick-search": false)"));
     EXPECT_FALSE(general().quickSearchPopUpButton->isEnabled()) << "it has no effect now";
@@ -169,13 +171,14 @@ TEST_F(PreferencesTest, followsTheFileThatAnotherHandEdits)
     writeByHand(R"({"finder-quick-search": true, "open-finder-behavior": "existing",
                     "file-manager": "alpha", "enable-beta-updates": true, "match-order": "names",
                     "match-words-in-order": true, "hide-from-desktop-search": true,
-                    "qln-actions-list": "[]"})");
+                    "hide-from-recent-files": true, "qln-actions-list": "[]"})");
     EXPECT_TRUE(QTest::qWaitFor([this] { return general().enableQuickSearchButton->isChecked(); },
                                 PATIENCE));
     EXPECT_EQ(general().openInFinderBehaviorButton->currentIndex(), 1);
     EXPECT_EQ(general().matchOrderButton->currentIndex(), 1);
     EXPECT_FALSE(general().matchWordsButton->isChecked());
     EXPECT_FALSE(general().desktopSearchButton->isChecked());
+    EXPECT_FALSE(general().recentFilesButton->isChecked());
     EXPECT_EQ(general().fileManagerButton->currentText(), u"Alpha Files"_s);
     EXPECT_TRUE(advanced().includeBetasButton->isChecked());
     EXPECT_EQ(actions().actionsTableView->rowText(0),

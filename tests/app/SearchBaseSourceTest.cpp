@@ -7,6 +7,7 @@
 #include "core/SearchBaseBuilder.h"
 #include "platform/Notifications.h"
 #include "platform/Places.h"
+#include "prefs/KeptFolders.h"
 #include "prefs/Preferences.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/FakeFileManager.h"
@@ -78,6 +79,8 @@ protected:
                  .builder = builder_,
                  .frontFinderSearch = front_,
                  .places = places_,
+                 .recentAccessScore = base_.score,
+                 .keptFolders = kept_,
                  .preferences = preferences_,
                  .disk = disk},
                 home_.path()};
@@ -113,6 +116,7 @@ protected:
     TemporaryFolder home_;
     FakePlaces places_;
     SearchBaseOver<PosixFolderLister> base_;
+    KeptFolders kept_{base_.store};
     ManualTaskQueue queue_;
     SearchBaseBuilder builder_{{.searchBase = base_.searchBase,
                                 .searchBaseFinder = base_.finder,
@@ -240,6 +244,44 @@ TEST_F(SearchBaseSourceTest, forgetsAFolderThatCouldNotBeOpenedBecauseItIsGone)
     notifications.isAvailable = false;
     report(gone, notifications);
     EXPECT_TRUE(hasWindow_) << "a window says it where the desktop cannot";
+}
+
+TEST_F(SearchBaseSourceTest, saysOfAFolderWhoseDiskIsAwayThatItIsNotThereNow)
+{
+    const std::string photos = home_.makeFolder("stick/photos");
+    build({home_.path("stick"), home_.makeFolder("there")});
+    std::filesystem::rename(home_.path("stick"), home_.path("unplugged"));
+    base_.searchBase.update(home_.path("stick"));
+    FakeNotifications notifications;
+    report(photos, notifications);
+    EXPECT_THAT(notifications.shown, ElementsAre("“photos” is not there now"));
+    EXPECT_EQ(base_.score.score(photos), 0.0) << "the use does not count";
+    const auto rows = source(disk_).search("photos").results;
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows.front()->awayFolder(), home_.path("stick"));
+}
+
+TEST_F(SearchBaseSourceTest, keepsAndForgetsAFolderHoweverItIsWritten)
+{
+    SearchBaseSource source = this->source(disk_);
+    const SearchBaseResult used("/used/", "/used/", {}, SearchBaseResultType::inFrontFinder);
+    const SearchBaseResult same("/used", "/used", {}, SearchBaseResultType::standard);
+    EXPECT_FALSE(source.canForget(used));
+    base_.score.addRecentAccess(same);
+    EXPECT_TRUE(source.canForget(used));
+    source.keepOnTop(used, true);
+    EXPECT_THAT(source.keptOnTop(), ElementsAre("/used"));
+
+    base_.store.failWrites();
+    source.keepOnTop(same, false);
+    EXPECT_TRUE(source.state().isWriteRefused);
+    EXPECT_THAT(source.keptOnTop(), ElementsAre("/used"));
+    base_.store.failWrites(false);
+    source.forget(used);
+    EXPECT_FALSE(source.state().isWriteRefused);
+    EXPECT_THAT(source.keptOnTop(), IsEmpty());
+    EXPECT_EQ(base_.score.score("/used"), 0.0);
+    EXPECT_FALSE(source.canForget(same));
 }
 
 TEST_F(SearchBaseSourceTest, offersThePlacesThatAreThere)

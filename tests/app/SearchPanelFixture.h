@@ -7,6 +7,7 @@
 #include "app/panel/PanelFooter.h"
 #include "app/panel/SearchPanelView.h"
 #include "app/panel/SearchResultsTable.h"
+#include "base/PathText.h"
 #include "prefs/Preferences.h"
 #include "tests/support/FakeActionServices.h"
 #include "tests/support/FakeDefaultsStore.h"
@@ -17,6 +18,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <optional>
@@ -38,6 +40,9 @@ public:
     /// The rows that are selected at first, by query; the first row otherwise.
     std::map<std::string, int> selectedRows;
     Texts mostUsed;
+    Texts kept;
+    /// Rows below this folder are not there now.
+    std::string away = "/no such folder";
     Texts offered;
     State current;
     Texts used;
@@ -59,6 +64,24 @@ public:
         return results(mostUsed);
     }
     void recordUse(const SearchBaseResultRef &result) override { used.push_back(result->path()); }
+    Texts keptOnTop() const override { return kept; }
+    void keepOnTop(const SearchBaseResult &result, bool isKept) override
+    {
+        std::erase(kept, result.path());
+        if (isKept)
+            kept.push_back(result.path());
+    }
+    bool canForget(const SearchBaseResult &result) const override
+    {
+        return std::ranges::count(mostUsed, result.path()) +
+                   std::ranges::count(kept, result.path()) >
+               0;
+    }
+    void forget(const SearchBaseResult &result) override
+    {
+        std::erase(mostUsed, result.path());
+        std::erase(kept, result.path());
+    }
     State state() const override { return current; }
     bool canLeaveOut(const SearchBaseResult &result) const override
     {
@@ -75,14 +98,15 @@ public:
     void addHomeFolder() override { ++homeFolderAdded; }
 
 private:
-    static std::vector<SearchBaseResultRef> results(const Texts &texts)
+    std::vector<SearchBaseResultRef> results(const Texts &texts) const
     {
         std::vector<SearchBaseResultRef> rows;
         for (const std::string &text : texts)
             rows.push_back(std::make_shared<SearchBaseResult>(
                 text, text, std::vector<TextRange>{},
                 text.starts_with('/') ? SearchBaseResultType::standard
-                                      : SearchBaseResultType::inFrontFinder));
+                                      : SearchBaseResultType::inFrontFinder,
+                isBelow(text, away) ? away : std::string()));
         return rows;
     }
 };

@@ -3,6 +3,7 @@
 Usage: pick_test.py QUILLONCTL
 """
 
+import json
 import os
 import signal
 import termios
@@ -56,6 +57,22 @@ class PickTest(TerminalTest):
         self.assertEqual(terminal.text(), "status=0")
         # The terminal in memory has one screen only, so it cannot show that the former one is back.
         self.assertRegex(terminal.output, rb"(?s)^above\r\n\x1b\[\?1049h.*\x1b\[\?1049l[^\x1b]*$")
+
+    def test_what_is_kept_on_top_comes_first(self):
+        self.make_folders("often", "kept")
+        often, kept = str(self.home / "often"), str(self.home / "kept")
+        settings = self.top / "config/quillon/quillon.json"
+        settings.parent.mkdir(parents=True)
+        settings.write_text(json.dumps({"qln-bookmarks": {str(self.home): str(self.home)},
+                                        "recent-access-score-data": {often: 2, kept: 1},
+                                        "kept-on-top": [kept + "/", "no path"]}))
+        terminal = self.pick()
+        terminal.await_text("~/often")
+        self.assertEqual(self.selected(terminal), "~/kept")
+        self.assertEqual(terminal.text().count("kept"), 1)
+        terminal.send("\r")
+        self.ended(terminal, 0)
+        self.assertEqual(self.out(), os.fsencode(kept) + b"\n")
 
     def test_words_in_any_order_and_typed_paths(self):
         self.make_folders("harbour/plans", ".hidden/place")

@@ -139,6 +139,29 @@ class ActionsTest(Desktop):
         self.assertIn(str(self.tree / "harbour plans"), said["text"])
         self.assertEqual(self.uses(), before, "no use is counted")
 
+    def test_keeps_the_rows_of_a_disk_that_is_away(self):
+        notifications = self.start_notification_server()
+        stick = self.home / "stick"
+        (stick / "photos").mkdir(parents=True)
+        self.write_settings({"qln-bookmarks": {str(self.tree): str(self.tree),
+                                               str(stick): str(stick)}})
+        first = self.start()
+        self.type("stickphotos")
+        self.wait_for_row()
+        eventually("the kept index", (self.home / ".cache/quillon/index").exists)
+        self.request("--quit")
+        first.wait()
+        stick.rename(self.home / "drawer")
+        self.start()
+        self.type("stickphotos")
+        self.wait_for_row()
+        before = self.uses()
+        self.choose_now("Return")
+        eventually("a word about the disk", notifications)
+        self.assertEqual(notifications()[0]["title"], "“photos” is not there now")
+        self.assertIn("Connect “stick”", notifications()[0]["text"])
+        self.assertEqual(self.uses(), before, "no use is counted")
+
     def test_runs_an_executable_and_tells_what_it_said(self):
         program, record = self.recorder("arguments")
         script = self.script("my script", "blocked=$(grep SigBlk /proc/$$/status)\n"
@@ -227,6 +250,9 @@ class ActionsTest(Desktop):
         self.start()
         self.choose("toannatxt", "Return")
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "letters/to anna.txt")])
+        recent = self.home / ".local/share/recently-used.xbel"
+        eventually("the desktop's list of recent files", recent.exists)
+        self.assertIn("/tree/letters/to%20anna.txt", recent.read_text())
 
     def test_shows_folders_in_the_file_manager(self):
         self.make_folders("Documents/harbour plans", "Music")

@@ -225,12 +225,12 @@ class PreferencesTest(ReadDesktop):
         self.assertIn("harbour plans", dump.read_text())
         self.window(PREFERENCES)
 
-        self.open_sheet("Forget Uses", "alt+f")
+        self.open_sheet("Forget Folders", "alt+f")
         self.reads("harbour plans – 3")
         self.press("alt+a")
         eventually("the end of the uses", lambda: not self.uses())
         self.press("Escape")
-        self.wait_for_sheets_end("Forget Uses")
+        self.wait_for_sheets_end("Forget Folders")
 
         # What cannot be taken back is not done by a Return too many.
         self.open_sheet("Set Up Again", "alt+u")

@@ -3,6 +3,7 @@
 #include "actions/ActionRunner.h"
 #include "platform/Clipboard.h"
 #include "platform/ProcessRunner.h"
+#include "platform/RecentItems.h"
 #include "tests/support/FakeFileManager.h"
 #include "tests/support/FakeFolderLister.h"
 #include "tests/support/FakeWorkspace.h"
@@ -40,6 +41,14 @@ public:
     }
 };
 
+class FakeRecentItems final : public RecentItems
+{
+public:
+    std::vector<std::string> added;
+
+    void add(const std::string &path) override { added.push_back(path); }
+};
+
 /// All the services that actions use.
 struct FakeActionServices
 {
@@ -49,10 +58,11 @@ struct FakeActionServices
     FakeProcessRunner processRunner;
     /// This lister is asked about items that could not be opened.
     FakeFolderLister folders;
+    FakeRecentItems recentItems;
 
     ActionRunner::Services services()
     {
-        return {workspace, fileManager, clipboard, processRunner, folders};
+        return {workspace, fileManager, clipboard, processRunner, folders, recentItems};
     }
 };
 
