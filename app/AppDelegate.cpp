@@ -316,9 +316,10 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     const std::string &token = request.activationToken;
     if (request.action == "quit")
         terminate();
-    else if (isAccessSettled_ && !request.path.empty())
+    else if (isAccessSettled_ && !request.path.empty()) {
+        services_.launchToken.set(token);
         desktopSearch_.run(request.action, request.path);
-    else if (!isAccessSettled_ || isFirstShowDue_)
+    } else if (!isAccessSettled_ || isFirstShowDue_)
         showFirst(token);
     else if (windowTracker_.isVisible(WindowTracker::onboardingWindow))
         windowTracker_.show(WindowTracker::onboardingWindow, token);
@@ -426,10 +427,14 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
 
 void AppDelegate::closeSearchWindow(Closing closing)
 {
-    if (closing == Closing::dismissed)
+    if (closing == Closing::dismissed) {
         searchWindow_.dismiss();
-    else
-        searchWindow_.hide();
+        return;
+    }
+    // The window of the action may take the keyboard from the panel, while the panel has it.
+    if (searchWindow_.isVisible())
+        services_.launchToken.set(services_.windowSystem.requestActivationToken());
+    searchWindow_.hide();
 }
 
 void AppDelegate::terminate()

@@ -49,7 +49,7 @@ protected:
 private:
     bool hasFocusWithin() const;
     void hideWithoutFocus();
-    void placeOnScreenWithPointer();
+    void place();
 
     SearchPanelView *view_;
     /// The window that had the keyboard before the panel came up.
@@ -58,6 +58,8 @@ private:
     QElapsedTimer presented_;
     /// True when the panel has had the keyboard since it was shown, so that it can lose it.
     bool hasHadKeyboard_ = false;
+    /// True when the desktop shows the window as a panel and chooses its screen.
+    bool isPanel_ = false;
     /// True while something is being dragged from here to another window.
     bool isDraggedFrom_ = false;
 };
