@@ -338,7 +338,7 @@ void AppDelegate::perform(const RemoteControl::Request &request)
 void AppDelegate::openPreferences(const std::string &activationToken)
 {
     windowTracker_.show(WindowTracker::preferencesWindow, activationToken);
-    closeSearchWindow(Closing::forAction);
+    searchWindow_.hide();
 }
 
 void AppDelegate::leaveOut(const std::string &folder)
@@ -354,7 +354,7 @@ void AppDelegate::showKeys()
     keysView_->showKeys(actionHints(actionModelFinder_.loadActions()),
                         shortcut ? shortcut->keyNames() : QStringList());
     keysWindow_.present();
-    closeSearchWindow(Closing::forAction);
+    searchWindow_.hide();
 }
 
 void AppDelegate::showSearchWindow(const std::string &text, const std::string &activationToken)
@@ -470,7 +470,7 @@ void AppDelegate::showRebuild(const std::string &activationToken)
     if (!windowTracker_.isVisible(WindowTracker::buildSearchBaseWindow))
         windowBeforeRebuild_ = windowTracker_.frontWindow();
     windowTracker_.show(WindowTracker::buildSearchBaseWindow, activationToken);
-    closeSearchWindow(Closing::forAction);
+    searchWindow_.hide();
 }
 
 void AppDelegate::rebuild(const std::string &activationToken)

@@ -17,8 +17,6 @@ namespace quillon::wayland {
 namespace {
 
 constexpr const char *LAYER_SHELL = "zwlr_layer_shell_v1";
-/// From this version on, a panel may have the keyboard without keeping it from other windows.
-constexpr std::uint32_t LAYER_SHELL_VERSION = 4;
 
 struct Delete
 {
@@ -52,20 +50,19 @@ Wrapper<T> inQueue(T *object, wl_event_queue *queue)
     return Wrapper<T>(wrapper);
 }
 
-/// What the compositor offers; zeros stand for what it lacks.
+/// What the compositor offers. A name of zero stands for something that it lacks.
 struct Globals
 {
-    std::uint32_t layerShellVersion = 0;
+    bool hasLayerShell = false;
     std::uint32_t activationName = 0;
 };
 
 constexpr wl_registry_listener REGISTRY_LISTENER{
     .global =
-        [](void *data, wl_registry *, std::uint32_t name, const char *interface,
-           std::uint32_t version) {
+        [](void *data, wl_registry *, std::uint32_t name, const char *interface, std::uint32_t) {
             auto *globals = static_cast<Globals *>(data);
             if (std::strcmp(interface, LAYER_SHELL) == 0)
-                globals->layerShellVersion = version;
+                globals->hasLayerShell = true;
             else if (std::strcmp(interface, xdg_activation_v1_interface.name) == 0)
                 globals->activationName = name;
         },
@@ -103,7 +100,7 @@ bool hasPanels()
     const Ref<wl_registry> registry(wl_display_get_registry(display.get()));
     wl_registry_add_listener(registry.get(), &REGISTRY_LISTENER, &globals);
     wl_display_roundtrip(display.get());
-    return globals.layerShellVersion >= LAYER_SHELL_VERSION;
+    return globals.hasLayerShell;
 }
 
 bool makePanel(QWindow &window)
@@ -115,6 +112,7 @@ bool makePanel(QWindow &window)
     panel->setScope(QStringLiteral("quillon"));
     panel->setLayer(Window::LayerOverlay);
     panel->setAnchors(Window::AnchorTop);
+    // With "on demand" some compositors take the keyboard away at the next change of the panel.
     panel->setKeyboardInteractivity(Window::KeyboardInteractivityExclusive);
     panel->setScreenConfiguration(Window::ScreenFromCompositor);
     return true;
