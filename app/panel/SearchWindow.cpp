@@ -122,10 +122,12 @@ void SearchWindow::place()
     // The upper edge is at the same height however many rows there are.
     const int spare = free.height() - view_->greatestHeight();
     const int top = std::max(static_cast<int>(spare * SHARE_ABOVE), 0) - panel.top();
-    if (isPanel_)
-        windowSystem().setPanelTop(winId(), top);
-    else
+    if (!isPanel_) {
         move(free.left() + (free.width() - panel.width()) / 2 - panel.left(), free.top() + top);
+        return;
+    }
+    windowSystem().setPanelTop(winId(), top);
+    update(); // the desktop moves the panel with its next picture
 }
 
 void SearchWindow::changeEvent(QEvent *event)
@@ -140,6 +142,9 @@ void SearchWindow::resizeEvent(QResizeEvent *event)
     RoundedWindow::resizeEvent(event);
     // The round corners go with the lower edge.
     fitToCompositing();
+    // The desktop may set the size that a panel had asked for before its rows changed.
+    if (isPanel_ && size() != sizeHint())
+        QTimer::singleShot(0, this, [this] { resize(sizeHint()); });
 }
 
 void SearchWindow::showEvent(QShowEvent *)
