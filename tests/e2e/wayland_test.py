@@ -15,6 +15,7 @@ from desktop import Desktop, eventually, main, needs, output, windows
 
 OUTPUTS = ["HEADLESS-1", "HEADLESS-2"]
 PANEL_PIXELS = 20000  # the panel has more light pixels than this, even without rows
+ONE_ROW_PIXELS = 100000  # with one row it has fewer
 
 
 class WaylandTest(Desktop):
@@ -63,13 +64,15 @@ class WaylandTest(Desktop):
             return next(filter(None, map(find, node["nodes"] + node["floating_nodes"])), None)
         return find(json.loads(output("swaymsg", "--type", "get_tree", "--raw")))
 
+    @staticmethod
+    def light_pixels(name):
+        picture = subprocess.run(["grim", "-o", name, "-t", "ppm", "-"], capture_output=True,
+                                 check=True).stdout
+        return picture.count(b"\xfc\xfc\xfd")
+
     def panel(self):
         """Returns the outputs that show a panel."""
-        def is_shown(name):
-            picture = subprocess.run(["grim", "-o", name, "-t", "ppm", "-"], capture_output=True,
-                                     check=True).stdout
-            return picture.count(b"\xfc\xfc\xfd") > PANEL_PIXELS
-        return [name for name in OUTPUTS if is_shown(name)]
+        return [name for name in OUTPUTS if self.light_pixels(name) > PANEL_PIXELS]
 
     def wait_for_panel(self):
         eventually("the panel", self.panel)
@@ -101,6 +104,19 @@ class WaylandTest(Desktop):
         folder, _, token = record.read_text().rpartition(" ")
         self.assertEqual(folder, str(self.tree / "alpha/documents"))
         self.assertNotEqual(token, "")
+
+    def test_is_as_high_as_its_rows(self):
+        output("swaymsg", "focus", "output", OUTPUTS[0])
+        self.start()
+        self.type("docum")
+        def has_one_row():
+            return PANEL_PIXELS < self.light_pixels(OUTPUTS[0]) < ONE_ROW_PIXELS
+        eventually("the row", has_one_row)
+        # The panel is hidden meanwhile, and has a text instead of rows for a moment.
+        for _ in range(5):
+            self.assertEqual(self.request("--rebuild"), 0)
+            self.wait_for_panel()
+            eventually("the row alone", has_one_row)
 
     def test_comes_where_the_user_is_and_gives_the_keyboard_back(self):
         self.addCleanup(os.environ.__setitem__, "DISPLAY", os.environ.pop("DISPLAY"))

@@ -3,14 +3,14 @@
 #include <QGuiApplication>
 #include <QWindow>
 
+#include <LayerShellQt/Window>
+#include <wayland-client.h>
+#include <xdg-activation-v1-client-protocol.h>
+
 #include <cstring>
 #include <memory>
 
 #include <unistd.h>
-
-#include <LayerShellQt/Window>
-#include <wayland-client.h>
-#include <xdg-activation-v1-client-protocol.h>
 
 namespace quillon::wayland {
 
