@@ -23,8 +23,13 @@ struct Delete
     void operator()(wl_display *display) const { wl_display_disconnect(display); }
     void operator()(wl_event_queue *queue) const { wl_event_queue_destroy(queue); }
     void operator()(wl_registry *registry) const { wl_registry_destroy(registry); }
-    void operator()(wl_keyboard *keyboard) const { wl_keyboard_destroy(keyboard); }
-    void operator()(xdg_activation_v1 *activation) const { xdg_activation_v1_destroy(activation); }
+    void operator()(wl_keyboard *keyboard) const
+    {
+        if (wl_keyboard_get_version(keyboard) >= WL_KEYBOARD_RELEASE_SINCE_VERSION)
+            wl_keyboard_release(keyboard);
+        else
+            wl_keyboard_destroy(keyboard);
+    }
     void operator()(xdg_activation_token_v1 *token) const
     {
         xdg_activation_token_v1_destroy(token);
@@ -85,6 +90,23 @@ constexpr xdg_activation_token_v1_listener TOKEN_LISTENER{
         *static_cast<std::string *>(data) = token;
     }};
 
+/// Returns the compositor's service for activation tokens, or null when it has none. The service
+/// lives as long as the connection.
+xdg_activation_v1 *activation(wl_display *display)
+{
+    const Ref<wl_event_queue> queue(wl_display_create_queue(display));
+    const Ref<wl_registry> registry(wl_display_get_registry(inQueue(display, queue.get()).get()));
+    Globals globals;
+    wl_registry_add_listener(registry.get(), &REGISTRY_LISTENER, &globals);
+    wl_display_roundtrip_queue(display, queue.get());
+    if (globals.activationName == 0)
+        return nullptr;
+    auto *activation = static_cast<xdg_activation_v1 *>(
+        wl_registry_bind(registry.get(), globals.activationName, &xdg_activation_v1_interface, 1));
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(activation), nullptr);
+    return activation;
+}
+
 } // namespace
 
 bool hasPanels()
@@ -129,24 +151,22 @@ std::string requestActivationToken()
     // It is an error to ask a seat without a keyboard for one.
     if (!application || !application->keyboard())
         return {};
-    // The toolkit's own events must not be handled here, so everything has a queue of its own.
     wl_display *display = application->display();
+    static xdg_activation_v1 *const ACTIVATION = activation(display);
+    if (!ACTIVATION)
+        return {};
+    // The toolkit's own events must not be handled here, so everything has a queue of its own.
     const Ref<wl_event_queue> queue(wl_display_create_queue(display));
-    const Ref<wl_registry> registry(wl_display_get_registry(inQueue(display, queue.get()).get()));
-    Globals globals;
-    wl_registry_add_listener(registry.get(), &REGISTRY_LISTENER, &globals);
     const Ref<wl_keyboard> keyboard(
         wl_seat_get_keyboard(inQueue(application->seat(), queue.get()).get()));
     wl_surface *surface = nullptr;
     wl_keyboard_add_listener(keyboard.get(), &KEYBOARD_LISTENER, &surface);
     wl_display_roundtrip_queue(display, queue.get());
-    if (globals.activationName == 0 || !surface)
+    if (!surface)
         return {};
 
-    const Ref<xdg_activation_v1> activation(static_cast<xdg_activation_v1 *>(
-        wl_registry_bind(registry.get(), globals.activationName, &xdg_activation_v1_interface, 1)));
     const Ref<xdg_activation_token_v1> request(
-        xdg_activation_v1_get_activation_token(activation.get()));
+        xdg_activation_v1_get_activation_token(inQueue(ACTIVATION, queue.get()).get()));
     std::string token;
     xdg_activation_token_v1_add_listener(request.get(), &TOKEN_LISTENER, &token);
     xdg_activation_token_v1_set_serial(request.get(), application->lastInputSerial(),
