@@ -431,7 +431,7 @@ void AppDelegate::closeSearchWindow(Closing closing)
         searchWindow_.dismiss();
         return;
     }
-    // The window of the action may take the keyboard from the panel, while the panel has it.
+    // Only while the panel has the keyboard can it pass the right to it on.
     if (searchWindow_.isVisible())
         services_.launchToken.set(services_.windowSystem.requestActivationToken());
     searchWindow_.hide();

@@ -7,7 +7,8 @@
 
 namespace quillon {
 
-/// The variables in which a program finds that token when it starts: Wayland's, and X11's.
+/// The variables in which a program finds its activation token when it starts: Wayland's, and
+/// X11's.
 inline constexpr std::array ACTIVATION_VARIABLES{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
 
 /// Returns the token by which the program that started this one passes on the right to the

@@ -24,7 +24,7 @@ struct Surroundings
     const X11Windows &windows;
     /// Bounds questions to file systems, whose servers may be gone.
     BoundedCalls &disk;
-    /// Goes to whatever is started or asked to show a window.
+    /// Whatever is started or asked to show a window gets this right to the keyboard.
     const LaunchToken &token;
 };
 
