@@ -320,9 +320,10 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     const std::string &token = request.activationToken;
     if (request.action == "quit")
         terminate();
-    else if (isAccessSettled_ && !request.path.empty())
+    else if (isAccessSettled_ && !request.path.empty()) {
+        services_.launchToken.set(token);
         desktopSearch_.run(request.action, request.path);
-    else if (!isAccessSettled_ || isFirstShowDue_)
+    } else if (!isAccessSettled_ || isFirstShowDue_)
         showFirst(token);
     else if (windowTracker_.isVisible(WindowTracker::onboardingWindow))
         windowTracker_.show(WindowTracker::onboardingWindow, token);
@@ -341,7 +342,7 @@ void AppDelegate::perform(const RemoteControl::Request &request)
 void AppDelegate::openPreferences(const std::string &activationToken)
 {
     windowTracker_.show(WindowTracker::preferencesWindow, activationToken);
-    closeSearchWindow(Closing::forAction);
+    searchWindow_.hide();
 }
 
 void AppDelegate::leaveOut(const std::string &folder)
@@ -357,7 +358,7 @@ void AppDelegate::showKeys()
     keysView_->showKeys(actionHints(actionModelFinder_.loadActions()),
                         shortcut ? shortcut->keyNames() : QStringList());
     keysWindow_.present();
-    closeSearchWindow(Closing::forAction);
+    searchWindow_.hide();
 }
 
 void AppDelegate::showSearchWindow(const std::string &text, const std::string &activationToken)
@@ -441,10 +442,14 @@ RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
 
 void AppDelegate::closeSearchWindow(Closing closing)
 {
-    if (closing == Closing::dismissed)
+    if (closing == Closing::dismissed) {
         searchWindow_.dismiss();
-    else
-        searchWindow_.hide();
+        return;
+    }
+    // Only while the panel has the keyboard can it pass the right to it on.
+    if (searchWindow_.isVisible())
+        services_.launchToken.set(services_.windowSystem.requestActivationToken());
+    searchWindow_.hide();
 }
 
 void AppDelegate::terminate()
@@ -480,7 +485,7 @@ void AppDelegate::showRebuild(const std::string &activationToken)
     if (!windowTracker_.isVisible(WindowTracker::buildSearchBaseWindow))
         windowBeforeRebuild_ = windowTracker_.frontWindow();
     windowTracker_.show(WindowTracker::buildSearchBaseWindow, activationToken);
-    closeSearchWindow(Closing::forAction);
+    searchWindow_.hide();
 }
 
 void AppDelegate::rebuild(const std::string &activationToken)

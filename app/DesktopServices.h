@@ -8,6 +8,7 @@
 #include "platform/linux/applications/GioWorkspace.h"
 #include "platform/linux/applications/XbelRecentItems.h"
 #include "platform/linux/applications/XdgAutostart.h"
+#include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/disk/BoundedFolders.h"
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
@@ -61,6 +62,7 @@ struct DesktopServices
     /// Every question to the disk goes through this object, so that a disk that one caller finds
     /// silent is silent for all.
     BoundedCalls diskCalls;
+    LaunchToken launchToken;
     GioWorkspace diskWorkspace;
     BoundedWorkspace workspace;
     GioApplicationLauncher applications;

@@ -88,13 +88,9 @@ std::optional<std::vector<std::string>> displayArguments()
 {
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return std::vector<std::string>{};
-    // A native Wayland window may not choose its place, so X11 is preferred where there is a
-    // choice.
-    if (quillon::DesktopWindowSystem::isReachable())
-        return std::vector<std::string>{"-platform", "xcb"};
-    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
-        return std::vector<std::string>{};
-    return std::nullopt;
+    const auto platforms = quillon::DesktopWindowSystem::platforms();
+    return platforms ? std::optional(std::vector<std::string>{"-platform", *platforms})
+                     : std::nullopt;
 }
 
 /// Hands the request over when another start was faster, although no instance was running when this
@@ -117,7 +113,8 @@ std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
     if (quillon::SettingsGate::isOpen(settings, file))
         return std::nullopt;
     quillon::SettingsFileChanges changes(file);
-    quillon::GioWorkspace workspace;
+    const quillon::LaunchToken none;
+    quillon::GioWorkspace workspace(none);
     quillon::DesktopWindowSystem windowSystem;
     quillon::SettingsGate gate({settings, changes, workspace, windowSystem}, file);
 

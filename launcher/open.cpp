@@ -5,6 +5,7 @@
 #include "launcher/OpenCommand.h"
 #include "platform/linux/applications/GioApplicationLauncher.h"
 #include "platform/linux/applications/GioWorkspace.h"
+#include "platform/linux/bus/ActivationToken.h"
 
 #include <cstdio>
 #include <string>
@@ -12,8 +13,10 @@
 
 int main(int argc, char **argv)
 {
-    quillon::GioApplicationLauncher launcher;
-    quillon::GioWorkspace workspace;
+    quillon::LaunchToken token;
+    token.set(quillon::takeActivationToken());
+    quillon::GioApplicationLauncher launcher(token);
+    quillon::GioWorkspace workspace(token);
     return quillon::OpenCommand(launcher, workspace, stderr)
         .run(std::vector<std::string>(argv + 1, argv + argc));
 }

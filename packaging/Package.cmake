@@ -14,6 +14,12 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_
 names_in_group(depends CPACK_DEBIAN_PACKAGE_DEPENDS)
 names_in_group(recommends CPACK_DEBIAN_PACKAGE_RECOMMENDS)
 names_in_group(suggests CPACK_DEBIAN_PACKAGE_SUGGESTS)
+# The toolkit starts on Wayland by a plug-in that is not a library of the program.
+get_property(has_wayland GLOBAL PROPERTY QUILLON_WAYLAND)
+if(has_wayland)
+    string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS ", qt6-wayland")
+    string(REPLACE "qt6-wayland, " "" CPACK_DEBIAN_PACKAGE_SUGGESTS "${CPACK_DEBIAN_PACKAGE_SUGGESTS}")
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR})

@@ -40,7 +40,10 @@ SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
         isDraggedFrom_ = false;
         hideWithoutFocus();
     });
-    winId();
+    isPanel_ = this->windowSystem().makePanel(winId());
+    // Only a window that is shown learns which screen the desktop has chosen.
+    if (isPanel_)
+        connect(windowHandle(), &QWindow::screenChanged, this, &SearchWindow::place);
 }
 
 void SearchWindow::present()
@@ -49,7 +52,7 @@ void SearchWindow::present()
         Q_EMIT willAppear();
         previousWindow_ = windowSystem().activeWindow();
         fitToCompositing();
-        placeOnScreenWithPointer();
+        place();
         // Until Qt reports the loss, it believes that the panel has the keyboard from the last
         // time.
         hasHadKeyboard_ = QGuiApplication::focusWindow() == windowHandle();
@@ -110,16 +113,21 @@ void SearchWindow::hideWithoutFocus()
         hide();
 }
 
-void SearchWindow::placeOnScreenWithPointer()
+void SearchWindow::place()
 {
-    const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
-    const QRect free = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const QScreen *pointed = QGuiApplication::screenAt(QCursor::pos());
+    const QScreen *other = pointed ? pointed : QGuiApplication::primaryScreen();
+    const QRect free = (isPanel_ ? screen() : other)->availableGeometry();
     const QRect panel = panelRect();
-    const int left = free.left() + (free.width() - panel.width()) / 2;
     // The upper edge is at the same height however many rows there are.
     const int spare = free.height() - view_->greatestHeight();
-    const int top = free.top() + static_cast<int>(spare * SHARE_ABOVE);
-    move(left - panel.left(), std::max(top, free.top()) - panel.top());
+    const int top = std::max(static_cast<int>(spare * SHARE_ABOVE), 0) - panel.top();
+    if (!isPanel_) {
+        move(free.left() + (free.width() - panel.width()) / 2 - panel.left(), free.top() + top);
+        return;
+    }
+    windowSystem().setPanelTop(winId(), top);
+    update(); // the desktop moves the panel with its next picture
 }
 
 void SearchWindow::changeEvent(QEvent *event)
@@ -134,6 +142,9 @@ void SearchWindow::resizeEvent(QResizeEvent *event)
     RoundedWindow::resizeEvent(event);
     // The round corners go with the lower edge.
     fitToCompositing();
+    // The desktop may set the size that a panel had asked for before its rows changed.
+    if (isPanel_ && size() != sizeHint())
+        QTimer::singleShot(0, this, [this] { resize(sizeHint()); });
 }
 
 void SearchWindow::showEvent(QShowEvent *)

@@ -14,7 +14,8 @@ class WindowSystem;
 
 /// The window around the panel. It is above the others and out of the taskbar. It is hidden when
 /// another window becomes active, unless a row is being dragged there. Its background moves it
-/// until it is shown the next time. A closed window is kept and shown again.
+/// until it is shown the next time, unless the desktop shows it as a panel. A closed window is kept
+/// and shown again.
 class SearchWindow : public RoundedWindow
 {
     Q_OBJECT
@@ -25,7 +26,8 @@ public:
 
     SearchPanelView &view() { return *view_; }
 
-    /// Brings the panel up on the screen with the pointer and gives it the keyboard.
+    /// Brings the panel up on the screen with the pointer, or on the one that the desktop chooses,
+    /// and gives it the keyboard.
     void present();
     /// Hides the panel and gives the keyboard back to the window that had it. To make way for
     /// another window, hide() is called instead, which gives the keyboard to no window.
@@ -49,7 +51,7 @@ protected:
 private:
     bool hasFocusWithin() const;
     void hideWithoutFocus();
-    void placeOnScreenWithPointer();
+    void place();
 
     SearchPanelView *view_;
     /// The window that had the keyboard before the panel came up.
@@ -58,6 +60,8 @@ private:
     QElapsedTimer presented_;
     /// True when the panel has had the keyboard since it was shown, so that it can lose it.
     bool hasHadKeyboard_ = false;
+    /// True when the desktop shows the window as a panel and chooses its screen.
+    bool isPanel_ = false;
     /// True while something is being dragged from here to another window.
     bool isDraggedFrom_ = false;
 };

@@ -15,6 +15,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -48,17 +49,20 @@ public:
 
     std::vector<std::string> selected;
     std::vector<std::string> described;
+    QString lastToken;
 
 public Q_SLOTS:
     // NOLINTNEXTLINE(readability-identifier-naming): the name is the interface's
-    void ShowItemProperties(const QStringList &uris, const QString &)
+    void ShowItemProperties(const QStringList &uris, const QString &token)
     {
+        lastToken = token;
         for (const QString &uri : uris)
             described.push_back(uri.toStdString());
     }
     // NOLINTNEXTLINE(readability-identifier-naming): the name is the interface's
-    void ShowItems(const QStringList &uris, const QString &)
+    void ShowItems(const QStringList &uris, const QString &token)
     {
+        lastToken = token;
         for (const QString &uri : uris)
             selected.push_back(uri.toStdString());
         setDelayedReply(manner_ == Manner::hangs);
@@ -67,6 +71,37 @@ public Q_SLOTS:
 private:
     QDBusConnection bus_;
     Manner manner_;
+};
+
+/// An application that is opened by a call on the bus.
+class FakeApplication : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit FakeApplication(const QString &name)
+        : bus_(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name))
+    {
+        bus_.registerObject(QChar(u'/') + QString(name).replace(u'.', u'/'), this,
+                            QDBusConnection::ExportAllSlots);
+        bus_.registerService(name);
+    }
+    ~FakeApplication() override { QDBusConnection::disconnectFromBus(bus_.name()); }
+
+    QStringList opened;
+    QVariantMap sender;
+
+public Q_SLOTS:
+    // NOLINTNEXTLINE(readability-identifier-naming): the name is the interface's
+    void Open(const QStringList &uris, const QVariantMap &platformData)
+    {
+        opened = uris;
+        sender = platformData;
+    }
+
+private:
+    QDBusConnection bus_;
 };
 
 namespace {
@@ -117,7 +152,7 @@ protected:
     {
         bool answer = false;
         const std::unique_ptr<QThread> thread(QThread::create([&] {
-            DesktopFileManager manager([choice] { return std::optional(choice); });
+            DesktopFileManager manager([choice] { return std::optional(choice); }, token_);
             answer = call(manager);
         }));
         thread->start();
@@ -136,6 +171,7 @@ protected:
     }
 
     TemporaryFolder home_;
+    LaunchToken token_;
 };
 
 TEST_F(DesktopFileManagerTest, asksTheUsersManagerThoughAnotherOneOwnsTheSharedName)
@@ -180,6 +216,44 @@ TEST_F(DesktopFileManagerTest, asksTheUsersManagerForPropertiesOrElseAnyOther)
     EXPECT_FALSE(run([&](auto &manager) { return manager.showProperties(home_.path("gone")); }));
 }
 
+TEST_F(DesktopFileManagerTest, passesTheRightToTheKeyboardOn)
+{
+    token_.set("token");
+    const std::string item = home_.makeFolder("folder/item");
+    std::filesystem::remove(home_.path("bin/thunar"));
+    const std::string script = home_.writeFile(
+        "bin/thunar",
+        "#!/bin/sh\necho \"$XDG_ACTIVATION_TOKEN,$DESKTOP_STARTUP_ID\" >>\"$HOME/started\"\n");
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    EXPECT_TRUE(run([&](auto &manager) { return manager.openNewWindow(item); }));
+    EXPECT_EQ(startedWith("\n"), "token,token\n");
+
+    FakeManager own(OWN_NAME);
+    const std::string folder = home_.path("folder");
+    EXPECT_TRUE(run([&](auto &manager) { return manager.select(item, folder); }));
+    EXPECT_EQ(std::exchange(own.lastToken, {}), QStringLiteral("token"));
+    EXPECT_TRUE(run([&](auto &manager) { return manager.showProperties(item); }));
+    EXPECT_EQ(own.lastToken, QStringLiteral("token"));
+}
+
+TEST_F(DesktopFileManagerTest, passesTheRightToTheKeyboardOnThroughTheBus)
+{
+    token_.set("token");
+    home_.writeFile("data/applications/org.example.Manager.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Manager\nExec=true %u\n"
+                    "DBusActivatable=true\nStartupNotify=true\nMimeType=inode/directory;\n"
+                    "Categories=FileManager;\n");
+    FakeApplication application(QStringLiteral("org.example.Manager"));
+    const std::string folder = home_.makeFolder("folder");
+    EXPECT_TRUE(
+        run([&](auto &manager) { return manager.openNewWindow(folder); }, "org.example.Manager"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !application.opened.isEmpty(); }, 60000));
+    EXPECT_EQ(application.opened,
+              QStringList(QStringLiteral("file://") + QString::fromStdString(folder)));
+    EXPECT_EQ(application.sender.value(QStringLiteral("desktop-startup-id")).toString(),
+              QStringLiteral("token"));
+}
+
 TEST_F(DesktopFileManagerTest, probesTheUsersManager)
 {
     const auto probe = [](auto &manager) { return manager.probe(); };
@@ -213,7 +287,7 @@ TEST_F(DesktopFileManagerTest, opensFoldersWithoutABus)
 {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     const std::string folder = home_.makeFolder("two\nlines \xff");
-    DesktopFileManager manager([] { return std::optional<std::string>("thunar.desktop"); });
+    DesktopFileManager manager([] { return std::optional<std::string>("thunar.desktop"); }, token_);
     EXPECT_TRUE(manager.openInFrontWindow(folder)) << "in a new window: there are none";
     EXPECT_EQ(startedWith(folder), folder + "\n");
     EXPECT_FALSE(manager.openNewWindow(home_.path("gone")));
@@ -253,7 +327,7 @@ TEST_F(DesktopFileManagerTest, findsNothingInWindowsWithoutAnAccessibilityBus)
 TEST_F(DesktopFileManagerTest, takesNoEditorForAFileManager)
 {
     std::optional<std::string> choice;
-    const DesktopFileManager manager([&choice] { return choice; });
+    const DesktopFileManager manager([&choice] { return choice; }, token_);
     EXPECT_EQ(manager.application(), "thunar.desktop") << "though the editor is the default";
     EXPECT_TRUE(manager.isFileManager("thunar.desktop"));
     EXPECT_FALSE(manager.isFileManager("editor.desktop"));

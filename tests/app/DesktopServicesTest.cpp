@@ -251,7 +251,8 @@ TEST(GioWorkspace, knowsFoldersIconsAndLinks)
     tree.makeFolder("real");
     const std::string file = tree.writeFile("notes.txt", "text");
     std::filesystem::create_directory_symlink("real", tree.path("link"));
-    const GioWorkspace workspace;
+    const LaunchToken none;
+    const GioWorkspace workspace(none);
 
     EXPECT_THAT(workspace.iconNames(tree.path("real")), Contains("folder"));
     EXPECT_THAT(workspace.iconNames(file), Contains("text-x-generic"));
@@ -266,9 +267,9 @@ TEST(GioWorkspace, knowsFoldersIconsAndLinks)
 TEST(GioWorkspace, opensLinksWithTheApplicationForTheirKind)
 {
     const TemporaryFolder home;
-    const std::string script =
-        home.writeFile("browser", "#!/bin/sh\nprintf '%s' \"$*\" >\"$0.new\"\n"
-                                  "mv \"$0.new\" \"$0.opened\"\n");
+    const std::string script = home.writeFile(
+        "browser", "#!/bin/sh\nprintf '%s' \"$* $XDG_ACTIVATION_TOKEN\" >\"$0.new\"\n"
+                   "mv \"$0.new\" \"$0.opened\"\n");
     std::filesystem::permissions(script, std::filesystem::perms::owner_all);
     home.writeFile("data/applications/browser.desktop",
                    "[Desktop Entry]\nType=Application\nName=Browser\nExec=" + script +
@@ -279,12 +280,14 @@ TEST(GioWorkspace, opensLinksWithTheApplicationForTheirKind)
     qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(home.path("config")));
     qputenv("XDG_DATA_DIRS", "/nonexistent");
 
-    GioWorkspace workspace;
+    LaunchToken token;
+    token.set("token");
+    GioWorkspace workspace(token);
     const std::string address = "https://example.org/a%20b?c=d&e=f#g";
     EXPECT_TRUE(workspace.openLink(address));
     ASSERT_TRUE(QTest::qWaitFor(
         [&] { return std::filesystem::exists(home.path("browser.opened")); }, 60000));
-    EXPECT_EQ(home.readFile("browser.opened"), address);
+    EXPECT_EQ(home.readFile("browser.opened"), address + " token");
     for (const char *other : {"gopher://example.org/", "example.org", ""})
         EXPECT_FALSE(workspace.openLink(other)) << other;
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/applications/GioProcessRunner.h"
 
+#include "platform/linux/bus/ActivationToken.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QByteArray>
@@ -27,6 +28,8 @@ using Output = ProcessRunner::Output;
 
 constexpr auto PATIENCE = 60s;
 
+const LaunchToken NO_TOKEN;
+
 /// Returns the outputs of a program that ends.
 Output outputOf(ProcessRunner &runner, const ProcessRunner::Command &command)
 {
@@ -51,7 +54,7 @@ ProcessRunner::Command shell(const std::string &script, std::vector<std::string>
 
 TEST(GioProcessRunner, handsOverArgumentsAndCollectsBothOutputs)
 {
-    GioProcessRunner runner;
+    GioProcessRunner runner(NO_TOKEN);
     const Output output =
         outputOf(runner, shell(R"(printf '%s|' "$@"; printf 'oops\n' >&2; exit 3)",
                                {"a  \"b\"", "", "$c\n"}));
@@ -65,7 +68,7 @@ TEST(GioProcessRunner, handsOverArgumentsAndCollectsBothOutputs)
 
 TEST(GioProcessRunner, replacesWhatIsNoText)
 {
-    GioProcessRunner runner;
+    GioProcessRunner runner(NO_TOKEN);
     const Output output = outputOf(runner, shell(R"(printf 'caf\351 \303\251 \000.\342\202')"));
     EXPECT_EQ(output.standardOutput, "caf\uFFFD é \0.\uFFFD\uFFFD"s);
     EXPECT_EQ(output.standardError, "");
@@ -74,7 +77,7 @@ TEST(GioProcessRunner, replacesWhatIsNoText)
 
 TEST(GioProcessRunner, drainsMoreThanPipesHold)
 {
-    GioProcessRunner runner;
+    GioProcessRunner runner(NO_TOKEN);
     const Output output =
         outputOf(runner, shell("for i in 1 2 3 4; do head -c 200000 /dev/zero | tr '\\0' x;"
                                " head -c 200000 /dev/zero | tr '\\0' y >&2; done"));
@@ -85,18 +88,28 @@ TEST(GioProcessRunner, drainsMoreThanPipesHold)
 TEST(GioProcessRunner, putsAFolderFirstOnThePathOfThatProgramAlone)
 {
     const std::string path = qgetenv("PATH").toStdString();
-    GioProcessRunner runner;
+    GioProcessRunner runner(NO_TOKEN);
     auto command = shell("printf '%s' \"$PATH\"");
     command.firstOnPath = "/first one";
     EXPECT_EQ(outputOf(runner, command).standardOutput, "/first one:" + path);
     EXPECT_EQ(outputOf(runner, shell("printf '%s' \"$PATH\"")).standardOutput, path);
 }
 
+TEST(GioProcessRunner, passesTheRightToTheKeyboardOn)
+{
+    LaunchToken token;
+    GioProcessRunner runner(token);
+    const auto command = shell("printf '%s' \"$XDG_ACTIVATION_TOKEN,$DESKTOP_STARTUP_ID\"");
+    EXPECT_EQ(outputOf(runner, command).standardOutput, ",");
+    token.set("a token");
+    EXPECT_EQ(outputOf(runner, command).standardOutput, "a token,a token");
+}
+
 TEST(GioProcessRunner, tellsWhyAProgramDoesNotStart)
 {
     const TemporaryFolder tree;
     const std::string plain = tree.writeFile("plain");
-    GioProcessRunner runner;
+    GioProcessRunner runner(NO_TOKEN);
     for (const std::string &executable : {plain, tree.path("none"), tree.path()}) {
         const auto failure =
             runner.run({.executable = executable, .arguments = {}}, [](const Output &) { FAIL(); });
@@ -112,7 +125,7 @@ TEST(GioProcessRunner, letsNothingWaitForAProgramThatNeverEnds)
     const std::string answer = tree.path("answer");
     ASSERT_EQ(mkfifo(question.c_str(), 0600), 0);
     ASSERT_EQ(mkfifo(answer.c_str(), 0600), 0);
-    auto runner = std::make_unique<GioProcessRunner>();
+    auto runner = std::make_unique<GioProcessRunner>(NO_TOKEN);
     ASSERT_EQ(
         runner->run(shell("read line <\"$1\"; echo \"still $line\" >\"$2\"", {question, answer}),
                     [](const Output &) { FAIL(); }),

@@ -1,7 +1,7 @@
 #include "app/WindowTracker.h"
 
-#include "platform/WindowSystem.h"
 #include "tests/support/ManualTaskQueue.h"
+#include "tests/support/PlainWindowSystem.h"
 
 #include <QWidget>
 
@@ -19,12 +19,9 @@ using testing::IsEmpty;
 using enum WindowTracker::Window;
 using Policy = WindowTracker::ActivationPolicy;
 
-class FakeWindowSystem : public WindowSystem
+class FakeWindowSystem : public PlainWindowSystem
 {
 public:
-    void keepOutOfTaskbar(std::uintptr_t) override {}
-    bool isComposited() const override { return false; }
-    void setShadowMargin(std::uintptr_t, int) override {}
     std::uintptr_t activeWindow() const override { return active; }
     void activate(std::uintptr_t window) override { activated.push_back(window); }
     void activate(std::uintptr_t, const std::string &token) override { tokens.push_back(token); }

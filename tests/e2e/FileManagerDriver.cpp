@@ -88,7 +88,8 @@ int main(int argc, char **argv)
     }
     if (arguments.empty())
         return 2;
-    quillon::DesktopFileManager manager([choice] { return choice; });
+    const quillon::LaunchToken none;
+    quillon::DesktopFileManager manager([choice] { return choice; }, none);
     const QJsonObject answer = quillon::answer(manager, arguments);
     std::puts(QJsonDocument(answer).toJson(QJsonDocument::Compact).constData());
     return 0;

@@ -5,15 +5,18 @@
 namespace quillon {
 
 /// A window system that blends nothing and reports nothing.
-class PlainWindowSystem final : public WindowSystem
+class PlainWindowSystem : public WindowSystem
 {
 public:
     void keepOutOfTaskbar(std::uintptr_t) override {}
+    bool makePanel(std::uintptr_t) override { return false; }
+    void setPanelTop(std::uintptr_t, int) override {}
     bool isComposited() const override { return false; }
     void setShadowMargin(std::uintptr_t, int) override {}
     std::uintptr_t activeWindow() const override { return 0; }
     void activate(std::uintptr_t) override {}
     void activate(std::uintptr_t, const std::string &) override {}
+    std::string requestActivationToken() override { return {}; }
 };
 
 } // namespace quillon

@@ -1,6 +1,7 @@
 #include "platform/linux/applications/Applications.h"
 
 #include "platform/linux/applications/StartedProgram.h"
+#include "platform/linux/bus/ActivationToken.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -37,9 +38,36 @@ void detachIn(gpointer folder)
         _exit(EXIT_FAILURE);
 }
 
-bool start(GDesktopAppInfo *application, GList *uris, GSpawnChildSetupFunc setUp, gpointer argument)
+/// Returns the token that goes to an application which the bus starts.
+char *tokenOf(GAppLaunchContext *context, GAppInfo *, GList *)
 {
-    return g_desktop_app_info_launch_uris_as_manager(application, uris, nullptr, FLAGS, setUp,
+    const StringList environment(g_app_launch_context_get_environment(context));
+    return g_strdup(g_environ_getenv(environment.get(), ACTIVATION_VARIABLES.front()));
+}
+
+/// Returns what passes the token on, or null when there is none.
+ObjectRef<GAppLaunchContext> contextWith(const std::string &token)
+{
+    if (token.empty())
+        return nullptr;
+    static const GType TYPE = g_type_register_static_simple(
+        G_TYPE_APP_LAUNCH_CONTEXT, "QuillonLaunchContext", sizeof(GAppLaunchContextClass),
+        [](gpointer kind, gpointer) {
+            static_cast<GAppLaunchContextClass *>(kind)->get_startup_notify_id = tokenOf;
+        },
+        sizeof(GAppLaunchContext), nullptr, GTypeFlags(0));
+    ObjectRef<GAppLaunchContext> context(
+        static_cast<GAppLaunchContext *>(g_object_new(TYPE, nullptr)));
+    // An application that asks for no sign of its start gets the token by these alone.
+    for (const char *variable : ACTIVATION_VARIABLES)
+        g_app_launch_context_setenv(context.get(), variable, token.c_str());
+    return context;
+}
+
+bool start(GDesktopAppInfo *application, GList *uris, GAppLaunchContext *context,
+           GSpawnChildSetupFunc setUp, gpointer argument)
+{
+    return g_desktop_app_info_launch_uris_as_manager(application, uris, context, FLAGS, setUp,
                                                      argument, nullptr, nullptr, nullptr);
 }
 
@@ -90,31 +118,35 @@ bool isFileManager(GDesktopAppInfo *application)
     return categories && std::string_view(categories).find("FileManager") != std::string_view::npos;
 }
 
-bool launch(GAppInfo *application, const std::string &uri)
+bool launch(GAppInfo *application, const std::string &uri, const std::string &activationToken)
 {
     std::string argument = uri;
     GList uris{argument.data(), nullptr, nullptr};
+    const ObjectRef<GAppLaunchContext> context = contextWith(activationToken);
     if (!G_IS_DESKTOP_APP_INFO(application))
-        return g_app_info_launch_uris(application, &uris, nullptr, nullptr);
+        return g_app_info_launch_uris(application, &uris, context.get(), nullptr);
     GDesktopAppInfo *const desktop = G_DESKTOP_APP_INFO(application);
     // A request over the bus must be sent before this process may end.
     const ObjectRef<GDBusConnection> bus(g_desktop_app_info_get_boolean(desktop, "DBusActivatable")
                                              ? g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)
                                              : nullptr);
-    const bool isStarted = start(desktop, &uris, detach, nullptr);
+    const bool isStarted = start(desktop, &uris, context.get(), detach, nullptr);
     if (bus)
         g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr);
     return isStarted;
 }
 
-bool launchIn(GDesktopAppInfo *application, const std::string &folder)
+bool launchIn(GDesktopAppInfo *application, const std::string &folder,
+              const std::string &activationToken)
 {
     std::string argument = folder;
     const auto program = asProgram(application);
-    return program && start(program.get(), nullptr, detachIn, argument.data());
+    return program && start(program.get(), nullptr, contextWith(activationToken).get(), detachIn,
+                            argument.data());
 }
 
-bool startProgram(const std::vector<std::string> &arguments, const std::string &folder)
+bool startProgram(const std::vector<std::string> &arguments, const std::string &activationToken,
+                  const std::string &folder)
 {
     std::vector<std::string> texts = arguments;
     std::vector<char *> argv;
@@ -122,8 +154,11 @@ bool startProgram(const std::vector<std::string> &arguments, const std::string &
     for (std::string &text : texts)
         argv.push_back(text.data());
     argv.push_back(nullptr);
-    return g_spawn_async(folder.empty() ? nullptr : folder.c_str(), argv.data(), nullptr, FLAGS,
-                         detach, nullptr, nullptr, nullptr);
+    const ObjectRef<GAppLaunchContext> context = contextWith(activationToken);
+    const StringList environment(context ? g_app_launch_context_get_environment(context.get())
+                                         : nullptr);
+    return g_spawn_async(folder.empty() ? nullptr : folder.c_str(), argv.data(), environment.get(),
+                         FLAGS, detach, nullptr, nullptr, nullptr);
 }
 
 } // namespace quillon

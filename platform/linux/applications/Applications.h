@@ -19,16 +19,19 @@ std::vector<std::string> folderApplications();
 /// Returns whether an application calls itself a file manager.
 bool isFileManager(GDesktopAppInfo *application);
 
-// A program that is started here outlives this process, and its output is discarded.
+// A program that is started here outlives this process, and its output is discarded. It gets the
+// token, unless that is empty, so that its window may take the keyboard.
 
 /// Opens the URI with the application. Returns false when it could not be started.
-bool launch(GAppInfo *application, const std::string &uri);
+bool launch(GAppInfo *application, const std::string &uri, const std::string &activationToken);
 /// Starts an application that takes no files, with the folder as its working folder. Returns false
 /// when it could not be started.
-bool launchIn(GDesktopAppInfo *application, const std::string &folder);
+bool launchIn(GDesktopAppInfo *application, const std::string &folder,
+              const std::string &activationToken);
 
 /// Starts a program in the folder or, if none is given, in this process's working folder. The first
 /// argument is the program's name. Returns false when there is no such program or folder.
-bool startProgram(const std::vector<std::string> &arguments, const std::string &folder = {});
+bool startProgram(const std::vector<std::string> &arguments, const std::string &activationToken,
+                  const std::string &folder = {});
 
 } // namespace quillon

@@ -2,6 +2,7 @@
 
 #include "platform/linux/applications/Applications.h"
 #include "platform/linux/applications/FileUri.h"
+#include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/GioPointers.h"
 
 #include <gio/gdesktopappinfo.h>
@@ -55,7 +56,7 @@ void takeOwnFolderOffPath()
 
 } // namespace
 
-GioApplicationLauncher::GioApplicationLauncher()
+GioApplicationLauncher::GioApplicationLauncher(const LaunchToken &token) : token_(token)
 {
     takeOwnFolderOffPath();
 }
@@ -79,10 +80,11 @@ bool GioApplicationLauncher::launch(const std::string &id, const std::string &pa
         return false;
     GAppInfo *const info = G_APP_INFO(application.get());
     if (g_app_info_supports_files(info) || g_app_info_supports_uris(info))
-        return quillon::launch(info, fileUri(path));
+        return quillon::launch(info, fileUri(path), token_.text());
     const bool isFolder = g_file_test(path.c_str(), G_FILE_TEST_IS_DIR);
     return launchIn(application.get(),
-                    isFolder ? path : orEmpty(GString8(g_path_get_dirname(path.c_str()))));
+                    isFolder ? path : orEmpty(GString8(g_path_get_dirname(path.c_str()))),
+                    token_.text());
 }
 
 bool GioApplicationLauncher::run(const std::string &commandLine, const std::string &folder)
@@ -92,7 +94,7 @@ bool GioApplicationLauncher::run(const std::string &commandLine, const std::stri
     if (!g_shell_parse_argv(commandLine.c_str(), &count, &parsed, nullptr))
         return false;
     const StringList words(parsed);
-    return startProgram({parsed, parsed + count}, folder);
+    return startProgram({parsed, parsed + count}, token_.text(), folder);
 }
 
 } // namespace quillon

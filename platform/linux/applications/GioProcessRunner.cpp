@@ -2,6 +2,7 @@
 
 #include "base/Utf8.h"
 #include "platform/linux/applications/StartedProgram.h"
+#include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/GioPointers.h"
 
 #include <atomic>
@@ -23,7 +24,8 @@ std::string pathBeginningWith(const std::string &folder)
     return folder + ":" + (path ? path : std::string(USUAL_PATH));
 }
 
-ObjectRef<GSubprocess> start(const ProcessRunner::Command &command, ErrorRef &error)
+ObjectRef<GSubprocess> start(const ProcessRunner::Command &command, const std::string &token,
+                             ErrorRef &error)
 {
     const ObjectRef<GSubprocessLauncher> launcher(g_subprocess_launcher_new(
         GSubprocessFlags(G_SUBPROCESS_FLAGS_STDIN_INHERIT | G_SUBPROCESS_FLAGS_STDOUT_PIPE |
@@ -33,6 +35,10 @@ ObjectRef<GSubprocess> start(const ProcessRunner::Command &command, ErrorRef &er
     if (!command.firstOnPath.empty())
         g_subprocess_launcher_setenv(launcher.get(), "PATH",
                                      pathBeginningWith(command.firstOnPath).c_str(), true);
+    for (const char *variable : ACTIVATION_VARIABLES) {
+        if (!token.empty())
+            g_subprocess_launcher_setenv(launcher.get(), variable, token.c_str(), true);
+    }
     std::vector<const char *> words{command.executable.c_str()};
     for (const std::string &argument : command.arguments)
         words.push_back(argument.c_str());
@@ -104,13 +110,13 @@ private:
     std::thread thread_;
 };
 
-GioProcessRunner::GioProcessRunner() = default;
+GioProcessRunner::GioProcessRunner(const LaunchToken &token) : token_(token) {}
 GioProcessRunner::~GioProcessRunner() = default;
 
 std::optional<std::string> GioProcessRunner::run(const Command &command, Ended ended)
 {
     ErrorRef error;
-    ObjectRef<GSubprocess> process = start(command, error);
+    ObjectRef<GSubprocess> process = start(command, token_.text(), error);
     if (!process)
         return error->message;
     const MutexLock lock(mutex_);

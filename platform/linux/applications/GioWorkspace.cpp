@@ -2,6 +2,7 @@
 
 #include "platform/linux/applications/Applications.h"
 #include "platform/linux/applications/FileUri.h"
+#include "platform/linux/bus/ActivationToken.h"
 
 #include <gio/gio.h>
 
@@ -26,7 +27,7 @@ bool GioWorkspace::open(const std::string &path)
 {
     const ObjectRef<GFile> file(g_file_new_for_path(path.c_str()));
     const ObjectRef<GAppInfo> application = defaultApplication(file.get());
-    return application && launch(application.get(), fileUri(path));
+    return application && launch(application.get(), fileUri(path), token_.text());
 }
 
 bool GioWorkspace::openLink(const std::string &address)
@@ -35,7 +36,7 @@ bool GioWorkspace::openLink(const std::string &address)
                                                           &g_free);
     const ObjectRef<GAppInfo> application(
         scheme ? g_app_info_get_default_for_uri_scheme(scheme.get()) : nullptr);
-    return application && launch(application.get(), address);
+    return application && launch(application.get(), address, token_.text());
 }
 
 std::string GioWorkspace::applicationToOpen(const std::string &path) const

@@ -2,19 +2,13 @@
 
 #include <glib.h>
 
-#include <array>
+#include <utility>
 
 namespace quillon {
 
-namespace {
-
-constexpr std::array VARIABLES{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
-
-} // namespace
-
 std::string activationToken()
 {
-    for (const char *variable : VARIABLES) {
+    for (const char *variable : ACTIVATION_VARIABLES) {
         const char *text = g_getenv(variable);
         if (text && *text != '\0' && g_utf8_validate(text, -1, nullptr))
             return text;
@@ -25,9 +19,21 @@ std::string activationToken()
 std::string takeActivationToken()
 {
     std::string token = activationToken();
-    for (const char *variable : VARIABLES)
+    for (const char *variable : ACTIVATION_VARIABLES)
         g_unsetenv(variable);
     return token;
+}
+
+void LaunchToken::set(std::string token)
+{
+    const MutexLock lock(mutex_);
+    text_ = std::move(token);
+}
+
+std::string LaunchToken::text() const
+{
+    const MutexLock lock(mutex_);
+    return text_;
 }
 
 } // namespace quillon

@@ -40,13 +40,13 @@ bool hasDesktopId(const ManagerDriver &driver, const std::string &desktopId)
 
 } // namespace
 
-DesktopFileManager::DesktopFileManager(Choice choice)
+DesktopFileManager::DesktopFileManager(Choice choice, const LaunchToken &token)
     : choice_(std::move(choice)),
       session_(BusConnection::session()),
       accessibility_(session_),
       disk_({.diskOf = remoteDiskOf})
 {
-    const Surroundings surroundings{session_, accessibility_, windows_, disk_};
+    const Surroundings surroundings{session_, accessibility_, windows_, disk_, token};
     for (const auto make : {makeNautilusDriver, makeNemoDriver, makeCajaDriver, makeThunarDriver,
                             makeDolphinDriver, makePcmanfmQtDriver})
         drivers_.push_back(make(surroundings));

@@ -28,7 +28,9 @@ public:
     /// from any thread.
     using Choice = std::function<std::optional<std::string>()>;
 
-    explicit DesktopFileManager(Choice choice);
+    /// The token goes to the file manager whenever it is asked to show something. It outlives this
+    /// object.
+    DesktopFileManager(Choice choice, const LaunchToken &token);
 
     void noteFrontWindow() override;
     bool isFrontmost() const override;

@@ -71,7 +71,8 @@ protected:
         if (!session.call(*object, "openDirectories", g_variant_new("(^asb)", uris.data(), FALSE),
                           deadline))
             return false;
-        session.call(*object, "activateWindow", g_variant_new("(s)", ""), deadline);
+        session.call(*object, "activateWindow",
+                     g_variant_new("(s)", surroundings().token.text().c_str()), deadline);
         return true;
     }
 

@@ -73,9 +73,10 @@ bool ManagerDriver::callCommon(const std::string &service, const std::string &me
 {
     const std::string uri = fileUri(path);
     const std::array<const char *, 2> uris{uri.c_str(), nullptr};
-    return surroundings_.session.call(commonObject(service), method,
-                                      g_variant_new("(^ass)", uris.data(), ""),
-                                      deadline.atMost(ANSWER_LIMIT), activation) != nullptr;
+    return surroundings_.session.call(
+               commonObject(service), method,
+               g_variant_new("(^ass)", uris.data(), surroundings_.token.text().c_str()),
+               deadline.atMost(ANSWER_LIMIT), activation) != nullptr;
 }
 
 bool ManagerDriver::start(const std::vector<std::string> &options, const std::string &path)
@@ -90,7 +91,7 @@ bool ManagerDriver::start(const std::string &program, const std::vector<std::str
     std::vector<std::string> command{program};
     command.insert(command.end(), options.begin(), options.end());
     command.push_back(identity_.takesPath ? path : fileUri(path));
-    return startProgram(command);
+    return startProgram(command, surroundings_.token.text());
 }
 
 // Opening
@@ -105,7 +106,7 @@ bool ManagerDriver::openNewWindow(GDesktopAppInfo *application, const std::strin
     if (!command.empty() && program && lastName(program) == command.front() &&
         start(program, {command.begin() + 1, command.end()}, folder))
         return true;
-    if (application && launch(G_APP_INFO(application), fileUri(folder)))
+    if (application && launch(G_APP_INFO(application), fileUri(folder), surroundings_.token.text()))
         return true;
     return callCommon(COMMON_NAME, "ShowFolders", folder, deadline,
                       BusConnection::Activation::allowed);
@@ -150,7 +151,7 @@ bool ManagerDriver::selectOnceStarted(const std::vector<std::string> &options,
 {
     std::vector<std::string> command{identity_.newWindowCommand.front()};
     command.insert(command.end(), options.begin(), options.end());
-    return startProgram(command) && selectOnceReady(item, deadline);
+    return startProgram(command, surroundings_.token.text()) && selectOnceReady(item, deadline);
 }
 
 bool ManagerDriver::select(GDesktopAppInfo *application, const std::string &item,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/BoundedCalls.h"
+#include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/BusConnection.h"
 #include "platform/linux/filemanagers/Accessibility.h"
 #include "platform/linux/windows/X11Windows.h"
@@ -23,6 +24,8 @@ struct Surroundings
     const X11Windows &windows;
     /// Bounds questions to file systems, whose servers may be gone.
     BoundedCalls &disk;
+    /// Whatever is started or asked to show a window gets this right to the keyboard.
+    const LaunchToken &token;
 };
 
 /// Drives one file manager. The base class does so by what all file managers have in common, and

@@ -43,8 +43,14 @@ protected:
         GVariantBuilder parameter;
         g_variant_builder_init(&parameter, G_VARIANT_TYPE("av"));
         g_variant_builder_add(&parameter, "v", g_variant_new_string(fileUri(folder).c_str()));
+        GVariantBuilder sender;
+        g_variant_builder_init(&sender, G_VARIANT_TYPE("a{sv}"));
+        const std::string token = surroundings().token.text();
+        if (!token.empty())
+            g_variant_builder_add(&sender, "{sv}", "activation-token",
+                                  g_variant_new_string(token.c_str()));
         return session.call(actions, "Activate",
-                            g_variant_new("(sava{sv})", OPEN_LOCATION, &parameter, nullptr),
+                            g_variant_new("(sava{sv})", OPEN_LOCATION, &parameter, &sender),
                             deadline) != nullptr;
     }
 

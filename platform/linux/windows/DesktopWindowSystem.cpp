@@ -1,5 +1,6 @@
 #include "platform/linux/windows/DesktopWindowSystem.h"
 
+#include "platform/linux/windows/Wayland.h"
 #include "platform/linux/windows/XcbCalls.h"
 
 #include <QByteArray>
@@ -70,25 +71,57 @@ void completeStartup(xcb_connection_t *x, xcb_window_t window, std::string_view 
     }
 }
 
+/// Returns this program's window with that number, or null.
+QWindow *ownWindow(std::uintptr_t window)
+{
+    const auto windows = QGuiApplication::topLevelWindows();
+    const auto found = std::ranges::find_if(
+        windows, [&](QWindow *each) { return each->handle() && each->winId() == window; });
+    return found == windows.end() ? nullptr : *found;
+}
+
 /// On Wayland the toolkit uses the token that it finds in the environment.
 void activateOnWayland(std::uintptr_t window, const std::string &token)
 {
     qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
-    for (QWindow *each : QGuiApplication::topLevelWindows()) {
-        if (each->handle() && each->winId() == window)
-            each->requestActivate();
-    }
+    if (QWindow *own = ownWindow(window))
+        own->requestActivate();
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
-} // namespace
-
-bool DesktopWindowSystem::isReachable()
+/// Returns whether there is an X display that accepts this process.
+bool isX11Reachable()
 {
     xcb_connection_t *x = xcb_connect(nullptr, nullptr);
     const bool isReached = xcb_connection_has_error(x) == 0;
     xcb_disconnect(x);
     return isReached;
+}
+
+} // namespace
+
+std::optional<std::string> DesktopWindowSystem::platforms()
+{
+    // A Wayland window that is not a panel can neither choose its place nor stay above the others.
+    if (wayland::hasPanels())
+        return "wayland;xcb";
+    if (isX11Reachable())
+        return "xcb";
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return "wayland";
+    return std::nullopt;
+}
+
+bool DesktopWindowSystem::makePanel(std::uintptr_t window)
+{
+    QWindow *own = ownWindow(window);
+    return own && wayland::makePanel(*own);
+}
+
+void DesktopWindowSystem::setPanelTop(std::uintptr_t window, int top)
+{
+    if (QWindow *own = ownWindow(window))
+        wayland::setPanelTop(*own, top);
 }
 
 void DesktopWindowSystem::keepOutOfTaskbar(std::uintptr_t window)
@@ -132,7 +165,8 @@ void DesktopWindowSystem::setShadowMargin(std::uintptr_t window, int margin)
 
 std::uintptr_t DesktopWindowSystem::activeWindow() const
 {
-    return windows_.activeId();
+    // Without X11, what the X server says concerns the few programs that still use it.
+    return connection() ? windows_.activeId() : 0;
 }
 
 void DesktopWindowSystem::activate(std::uintptr_t window)
@@ -155,6 +189,11 @@ void DesktopWindowSystem::activate(std::uintptr_t window, const std::string &act
                       time == XCB_CURRENT_TIME ? SOURCE_USER : SOURCE_APPLICATION, time);
     completeStartup(x, id, activationToken);
     xcb_flush(x);
+}
+
+std::string DesktopWindowSystem::requestActivationToken()
+{
+    return wayland::requestActivationToken();
 }
 
 } // namespace quillon
