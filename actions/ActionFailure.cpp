@@ -8,6 +8,8 @@ std::string description(const ActionFailure &failure)
     switch (failure.reason) {
     case itemGone:
         return "is not there";
+    case itemAway:
+        return "is not there now";
     case itemUnreachable:
         return "its disk does not answer";
     case noFileManager:
