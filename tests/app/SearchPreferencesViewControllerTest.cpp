@@ -260,10 +260,10 @@ TEST_F(SearchPaneTest, searchesHiddenFoldersWhereThatIsTicked)
 {
     disk.makeFolder("tree/.config/in");
     pane->addFolders({disk.makeFolder("stick")});
+    pane->rebuildButton->click();
+    EXPECT_TRUE(says(QStringLiteral("5 folders indexed")));
     std::filesystem::remove(disk.path("stick"));
     pane->showStored();
-    pane->rebuildButton->click();
-    EXPECT_TRUE(says(QStringLiteral("4 folders indexed")));
     FormTable &table = *pane->searchLocationsTableView;
     EXPECT_EQ(table.isTicked(0), false);
     EXPECT_EQ(table.isTicked(1), false);
@@ -275,6 +275,8 @@ TEST_F(SearchPaneTest, searchesHiddenFoldersWhereThatIsTicked)
     EXPECT_EQ(table.isTicked(0), true) << "also for a folder that is away";
     QTest::keyClick(&table, Qt::Key_Space);
     EXPECT_EQ(table.isTicked(0), false);
+    disk.makeFolder("stick");
+    pane->showStored();
     EXPECT_FALSE(pane->rebuildFlagImage->isVisible());
 
     const QRect row = table.visualRect(table.model()->index(1, 0));
@@ -286,7 +288,7 @@ TEST_F(SearchPaneTest, searchesHiddenFoldersWhereThatIsTicked)
     EXPECT_EQ(finder.bookmarks.namesWithHidden(), std::vector{tree});
     EXPECT_TRUE(pane->rebuildFlagImage->isVisible());
     pane->rebuildButton->click();
-    EXPECT_TRUE(says(QStringLiteral("6 folders indexed")));
+    EXPECT_TRUE(says(QStringLiteral("7 folders indexed")));
     pane->addFolders({disk.path("tree/.config")});
     EXPECT_TRUE(says(QStringLiteral("is searched already, as a part of")));
 }

@@ -1,3 +1,4 @@
+#include "base/PathText.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/MemoryCacheFile.h"
 #include "tests/support/RandomUser.h"
@@ -121,9 +122,9 @@ TEST(KeptIndexRandom, leavesWhatAFreshBuildWouldFind)
             if (seed % 5 == 4 && run % 2 == 1)
                 kept.now = LONG_AGO; // the clock was set back
             SearchBaseOver<PosixFolderLister> fresh;
+            const std::string inner = root + (seed % 2 == 0 ? "/a" : "/.hidden");
             for (auto *base : {&kept, &fresh}) {
                 // The folder whose hidden folders are searched may be missing.
-                const std::string inner = root + (seed % 2 == 0 ? "/a" : "/.hidden");
                 base->includeFolders(seed % 3 == 2 ? std::vector{root, inner} : std::vector{root});
                 if (seed % 3 != 0)
                     base->finder.bookmarks.searchHidden(seed % 3 == 2 ? inner : root, true);
@@ -136,7 +137,13 @@ TEST(KeptIndexRandom, leavesWhatAFreshBuildWouldFind)
             ASSERT_EQ(kept.searchBase.paths(), fresh.searchBase.paths()) << run;
             auto indexed = kept.indexed();
             std::ranges::sort(indexed);
-            ASSERT_EQ(indexed, fresh.searchBase.paths()) << run;
+            const std::vector<std::string> stored = fresh.searchBase.paths();
+            // What an include folder that is away held is found, though it is not stored.
+            if (seed % 3 == 2 && !std::filesystem::is_directory(inner))
+                std::erase_if(indexed, [&](const std::string &path) {
+                    return isAtOrBelow(path, inner) && !std::ranges::binary_search(stored, path);
+                });
+            ASSERT_EQ(indexed, stored) << run;
             kept.searchBase.keep();
             awaitTick(disk);
         }
