@@ -17,6 +17,7 @@ import xml.etree.ElementTree
 from desktop import PATIENCE, eventually, finish, needs, windows
 
 CMAKE, BUILD, VERSION = "", "", ""
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
 NAME = "org.quillon.Quillon"
 OBJECT = "/org/quillon/Quillon"
 COMMANDS = ("match", "find", "pick", "open", "use", "init", "crawl", "watch", "status")
@@ -104,18 +105,34 @@ class FilesTest(Installed):
         icon = self.share / f"icons/hicolor/scalable/apps/{entry['Desktop Entry']['Icon']}.svg"
         self.assertTrue(icon.exists())
 
-    def test_the_metainfo_describes_this_version(self):
-        checked = subprocess.run(["appstreamcli", "validate-tree", "--no-net", str(self.prefix)],
+    def check_metainfo(self, command, path):
+        checked = subprocess.run(["appstreamcli", command, "--no-net", str(path)],
                                  capture_output=True, text=True, check=False)
         if checked.returncode != 0:
             faults = [line.split()[-1] for line in checked.stdout.splitlines()
                       if line.strip().startswith(("W:", "E:"))]
             # Newer versions ask for a home page. There is none yet.
             self.assertEqual(faults, ["url-homepage-missing"], checked.stdout)
+
+    def test_the_metainfo_describes_this_version(self):
+        self.check_metainfo("validate-tree", self.prefix)
         component = xml.etree.ElementTree.parse(self.share / f"metainfo/{NAME}.metainfo.xml")
         self.assertEqual(component.find("releases/release").get("version"), VERSION)
         for binary in component.findall("provides/binary"):
             self.assertTrue(os.access(self.program(binary.text), os.X_OK))
+
+    def test_the_metainfo_shows_pictures_once_they_have_an_address(self):
+        address = "https://example.org/images"
+        with tempfile.TemporaryDirectory() as folder:
+            run("cmake", f"-DQUILLON_PICTURES={address}", "-P", str(SOURCES / "data/Metainfo.cmake"),
+                cwd=folder)
+            file = pathlib.Path(folder) / f"{NAME}.metainfo.xml"
+            self.check_metainfo("validate", file)
+            images = xml.etree.ElementTree.parse(file).findall("screenshots/screenshot/image")
+        self.assertGreaterEqual(len(images), 3)
+        for image in images:
+            self.assertTrue(image.text.startswith(address))
+            self.assertTrue((SOURCES / "docs/images" / image.text[len(address) + 1:]).exists())
 
     def test_the_bus_is_told_the_whole_path_of_the_program(self):
         service = configparser.ConfigParser()
