@@ -32,11 +32,6 @@ struct Children
     std::uint32_t stillThere = 0;
 };
 
-bool isStored(const PathTree &tree, PathTree::NodeId node)
-{
-    return node != PathTree::NONE && (tree.node(node).flags & PathTree::STORED) != 0;
-}
-
 } // namespace
 
 std::optional<KeptTree> IndexKeeper::read(const CacheFile &file)
@@ -198,7 +193,7 @@ FolderMarks IndexKeeper::keptMarks()
         const auto node = index_.tree.findChild(parent, component.name);
         if (parent < children.size() && (component.flags & PathTree::STORED) != 0) {
             ++children[parent].kept;
-            children[parent].stillThere += isStored(index_.tree, node) ? 1U : 0U;
+            children[parent].stillThere += index_.tree.isStored(node) ? 1U : 0U;
         }
         if (node != PathTree::NONE)
             marks.set(node, component.mark);
@@ -216,7 +211,7 @@ FolderMarks IndexKeeper::keptMarks()
         std::uint32_t now = 0;
         for (auto child = index_.tree.node(node).firstChild; child != PathTree::NONE;
              child = index_.tree.node(child).nextSibling)
-            now += isStored(index_.tree, child) ? 1U : 0U;
+            now += index_.tree.isStored(child) ? 1U : 0U;
         if (children[node].kept != now || children[node].stillThere != now)
             marks.set(node, FolderMarks::UNKNOWN);
     }

@@ -62,11 +62,6 @@ std::string description(const std::vector<std::string> &set)
     return text + "]";
 }
 
-bool isStored(const PathTree &tree, PathTree::NodeId node)
-{
-    return (tree.node(node).flags & PathTree::STORED) != 0;
-}
-
 } // namespace
 
 std::vector<ChangedPaths> ChangedPaths::together(std::span<const std::string> paths,
@@ -410,10 +405,10 @@ bool IndexUpdate::apply()
     const std::vector<NodeId> nodes = reached();
     std::vector<bool> wasStored;
     for (const NodeId node : nodes)
-        wasStored.push_back(isStored(paths_.tree(), node));
+        wasStored.push_back(paths_.tree().isStored(node));
     change();
     for (std::size_t i = 0; i < nodes.size(); ++i)
-        if (isStored(paths_.tree(), nodes[i]) != wasStored[i])
+        if (paths_.tree().isStored(nodes[i]) != wasStored[i])
             (wasStored[i] ? removed_ : added_).push_back(nodes[i]);
     return true;
 }
@@ -459,7 +454,7 @@ void IndexUpdate::change()
         paths_.listStoredChildren(root);
     }
     for (const NodeId node : gone_) {
-        if (isStored(tree, node))
+        if (tree.isStored(node))
             forgotten_.push_back(node);
         paths_.forget(node);
         tree.removeFlags(node, PathTree::CANDIDATE);

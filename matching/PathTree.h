@@ -97,6 +97,8 @@ public:
     void removeFlagsEverywhere(Flags flags);
     void clear();
 
+    /// Returns false for NONE.
+    bool isStored(NodeId id) const { return id != NONE && (node(id).flags & STORED) != 0; }
     const Node &node(NodeId id) const { return chunkOf(id).nodes[id & CHUNK_MASK]; }
     /// Returns every class of byte that occurs in the node's name or anywhere below, and the
     /// classes of the short names below; perhaps more.

@@ -13,7 +13,6 @@ namespace quillon {
 
 namespace {
 
-constexpr const char *FOLDER_TYPE = "inode/directory";
 constexpr std::string_view SUFFIX = ".desktop";
 
 // Without G_SPAWN_DO_NOT_REAP_CHILD this process need not wait for the started program. The

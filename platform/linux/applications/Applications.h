@@ -9,6 +9,9 @@
 
 namespace quillon {
 
+/// The media type of folders.
+inline constexpr const char *FOLDER_TYPE = "inode/directory";
+
 /// Returns the installed application with this desktop id, which may lack its ".desktop". Returns
 /// null when there is none.
 ObjectRef<GDesktopAppInfo> installedApplication(const std::string &id);

@@ -1,6 +1,7 @@
 #include "platform/linux/applications/XbelRecentItems.h"
 
 #include "base/PathText.h"
+#include "platform/linux/applications/Applications.h"
 #include "platform/linux/applications/FileUri.h"
 #include "platform/linux/bus/GioPointers.h"
 
@@ -33,7 +34,6 @@ constexpr int MOST_ATTEMPTS = 5;
 /// The list names the program that opened an item and a command that opens the item again.
 constexpr const char *PROGRAM = "Quillon";
 constexpr const char *COMMAND = "xdg-open %u";
-constexpr const char *FOLDER_TYPE = "inode/directory";
 
 struct BookmarksFree
 {
