@@ -247,9 +247,12 @@ Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathT
     return sum;
 }
 
-/// Bounds what the word before the row earns, and moves on to its first row.
-Bounds NamesFirstUnitScorer::boundsOfWord(const State &state, const Facts &facts, int enough,
-                                          std::size_t &end) const
+/// Bounds what the word before the row earns, and moves on to its first row. It is inlined, since a
+/// word may be a single letter.
+[[gnu::always_inline]] inline Bounds NamesFirstUnitScorer::boundsOfWord(const State &state,
+                                                                        const Facts &facts,
+                                                                        int enough,
+                                                                        std::size_t &end) const
 {
     using namesfirst::LEVEL_BELOW;
     using namesfirst::LEVEL_BETWEEN;

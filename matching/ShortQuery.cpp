@@ -60,10 +60,12 @@ void ShortQuery::addWord(std::string_view word)
 int ShortQuery::sumOfHighest(const Vectors &vectors) const
 {
     int sum = 0;
-    int highest = 0;
-    for (std::size_t i = 0; i < rows_; ++i) {
-        highest = queryRows_[i].isFirst ? at(vectors, i) : std::max(highest, at(vectors, i));
-        sum += queryRows_[i].isLast ? highest : 0;
+    for (std::size_t word = 0; word < words_; ++word) {
+        const std::size_t end = word + 1 < words_ ? firstRowOf_[word + 1] : rows_;
+        int highest = at(vectors, firstRowOf_[word]);
+        for (std::size_t i = firstRowOf_[word] + std::size_t{1}; i < end; ++i)
+            highest = std::max(highest, at(vectors, i));
+        sum += highest;
     }
     return sum;
 }
