@@ -1,5 +1,7 @@
 #include "platform/linux/session/BusNotifications.h"
 
+#include "tests/support/Patience.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
@@ -17,7 +19,6 @@ namespace {
 
 const QString NAME = QStringLiteral("org.freedesktop.Notifications");
 const QString SERVER_PATH = QStringLiteral("/org/freedesktop/Notifications");
-constexpr int PATIENCE = 20000; // milliseconds
 
 /// A server for notifications on a bus of the test's own.
 class FakeServer : public QDBusVirtualObject

@@ -15,6 +15,7 @@
 #include "shortcut/QLNShortcutMonitor.h"
 #include "tests/support/FakeDefaultsChanges.h"
 #include "tests/support/FakeHotKey.h"
+#include "tests/support/Patience.h"
 #include "tests/support/PlainWindowSystem.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -34,8 +35,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr int PATIENCE = 20000; // milliseconds
 
 class TextClipboard : public Clipboard
 {

@@ -1,5 +1,7 @@
 #include "platform/linux/hotkey/PortalHotKey.h"
 
+#include "tests/support/Patience.h"
+
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -22,7 +24,6 @@ namespace {
 
 const QString SERVICE = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString PORTAL_PATH = QStringLiteral("/org/freedesktop/portal/desktop");
-constexpr int PATIENCE = 20000; // milliseconds
 
 const KeyCombination CTRL_ALT_SPACE{.control = true, .alt = true, .key = "space"};
 const KeyCombination SUPER_COMMA{.super = true, .key = ","};

@@ -18,6 +18,7 @@
 #include "tests/support/FakeFileManager.h"
 #include "tests/support/FakeHotKey.h"
 #include "tests/support/ManualTaskQueue.h"
+#include "tests/support/Patience.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QApplication>
@@ -55,7 +56,6 @@ public:
 
 protected:
     static constexpr std::string_view FILE = "config/quillon/quillon.json";
-    static constexpr int PATIENCE = 20000; // milliseconds
 
     PreferencesTest()
     {

@@ -14,6 +14,7 @@
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
+#include "tests/support/Patience.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAbstractButton>
@@ -36,8 +37,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-constexpr int PATIENCE = 20000; // milliseconds
 
 /// The disk, except for a folder that may not be read, whoever runs the tests.
 class LockedFolder : public FolderIdentity

@@ -1,5 +1,6 @@
 #include "platform/linux/settings/SettingsFileChanges.h"
 
+#include "tests/support/Patience.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QTest>
@@ -19,7 +20,6 @@ namespace quillon {
 namespace {
 
 namespace fs = std::filesystem;
-constexpr int PATIENCE = 20000; // milliseconds
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "platform/linux/settings/JsonDefaultsStore.h"
 #include "tests/support/FakeDefaultsChanges.h"
 #include "tests/support/FakeWorkspace.h"
+#include "tests/support/Patience.h"
 #include "tests/support/PlainWindowSystem.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -21,7 +22,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr int PATIENCE = 20000; // milliseconds
 constexpr const char *GOOD = R"({"ShowQLNShortcut": "Ctrl+Alt+Space"})";
 constexpr const char *TRAILING_COMMA = "{\n  \"ShowQLNShortcut\": \"Ctrl+Alt+Space\",\n}\n";
 

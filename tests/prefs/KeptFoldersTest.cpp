@@ -1,6 +1,7 @@
 #include "prefs/KeptFolders.h"
 
 #include "tests/support/FakeDefaultsStore.h"
+#include "tests/support/StoredTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -12,14 +13,6 @@ namespace {
 using Strings = std::vector<std::string>;
 
 constexpr std::string_view KEY = "kept-on-top";
-
-DefaultsValue listOf(const Strings &strings)
-{
-    DefaultsArray array;
-    for (const std::string &string : strings)
-        array.push_back({string});
-    return {array};
-}
 
 /// What is stored, what is then kept or released, and what is kept in the end.
 struct KeptRow

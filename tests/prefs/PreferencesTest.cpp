@@ -2,6 +2,7 @@
 
 #include "prefs/PreferenceKeys.h"
 #include "tests/support/FakeDefaultsStore.h"
+#include "tests/support/StoredTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -11,14 +12,6 @@ namespace quillon {
 namespace {
 
 using Strings = std::vector<std::string>;
-
-DefaultsValue listOf(const Strings &strings)
-{
-    DefaultsArray array;
-    for (const std::string &string : strings)
-        array.push_back({string});
-    return {array};
-}
 
 TEST(PreferencesBoolean, readsAnythingStoredAsABooleanAndNothingAsFalse)
 {
