@@ -75,6 +75,8 @@ LightningSearchViewController::LightningSearchViewController(Actions actions, Pa
     joinRows();
     joinButtons();
     searchNow();
+    // The panel comes up with them and does not change its height a moment later.
+    readPlaces();
 }
 
 void LightningSearchViewController::joinField()
@@ -149,8 +151,7 @@ void LightningSearchViewController::viewWillAppear()
     searchNow();
     updateState();
     fetchFrontWindow();
-    if (source_.mostAccessedResults().empty())
-        readPlaces();
+    readPlaces();
     updateUpdateButton();
 }
 
@@ -242,6 +243,8 @@ void LightningSearchViewController::showDefaults()
 
 void LightningSearchViewController::readPlaces()
 {
+    if (!source_.mostAccessedResults().empty())
+        return;
     queues_.background.post([this] {
         queues_.main.post([this, places = source_.places()] {
             if (areSameRows(places, places_))

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QLayout>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QTimer>
@@ -123,7 +124,7 @@ void SearchWindow::place()
     const int spare = free.height() - view_->greatestHeight();
     const int top = std::max(static_cast<int>(spare * SHARE_ABOVE), 0) - panel.top();
     if (!isPanel_) {
-        move(free.left() + (free.width() - panel.width()) / 2 - panel.left(), free.top() + top);
+        placeAt({free.left() + (free.width() - panel.width()) / 2 - panel.left(), free.top() + top});
         return;
     }
     windowSystem().setPanelTop(winId(), top);
@@ -140,8 +141,6 @@ void SearchWindow::changeEvent(QEvent *event)
 void SearchWindow::resizeEvent(QResizeEvent *event)
 {
     RoundedWindow::resizeEvent(event);
-    // The round corners go with the lower edge.
-    fitToCompositing();
     // The desktop may set the size that a panel had asked for before its rows changed.
     if (isPanel_ && size() != sizeHint())
         QTimer::singleShot(0, this, [this] { resize(sizeHint()); });
@@ -150,6 +149,8 @@ void SearchWindow::resizeEvent(QResizeEvent *event)
 void SearchWindow::showEvent(QShowEvent *)
 {
     Q_EMIT appeared();
+    // The panel comes up at the height of its rows.
+    layout()->activate();
 }
 void SearchWindow::hideEvent(QHideEvent *)
 {

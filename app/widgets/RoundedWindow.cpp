@@ -6,6 +6,7 @@
 #include <QBitmap>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace quillon {
 
@@ -60,6 +61,23 @@ void RoundedWindow::fitToCompositing()
     painter.drawRoundedRect(rect(), metrics::CORNER, metrics::CORNER);
     painter.end();
     setMask(shape);
+}
+
+void RoundedWindow::placeAt(QPoint topLeft)
+{
+    place_ = topLeft;
+    move(topLeft);
+}
+
+void RoundedWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // The round corners go with the lower edge.
+    fitToCompositing();
+    // While an X11 window manager makes the frame, Qt reads the position of a frame in the corner
+    // of the screen, and would ask for that position together with the new size.
+    if (isVisible() && !windowHandle()->isExposed())
+        windowHandle()->setPosition(place_);
 }
 
 void RoundedWindow::paintEvent(QPaintEvent *)

@@ -21,6 +21,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
     /// Sets the only widget inside. The window takes its size.
     void setContent(QWidget *content);
@@ -28,6 +29,8 @@ protected:
     /// windows.
     void fitToCompositing();
     WindowSystem &windowSystem() { return windowSystem_; }
+    /// Moves the window there. It is called before each showing.
+    void placeAt(QPoint topLeft);
     /// Returns the area of the window without its shadow.
     QRect panelRect() const { return rect().marginsRemoved(contentsMargins()); }
 
@@ -35,6 +38,7 @@ private:
     void paintShadow(QPainter &painter);
 
     WindowSystem &windowSystem_;
+    QPoint place_;
     PanelPalette palette_ = PanelPalette::light();
 };
 

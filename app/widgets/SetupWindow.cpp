@@ -25,7 +25,7 @@ void SetupWindow::present()
         QRect frame = rect();
         frame.moveCenter(
             (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry().center());
-        move(frame.topLeft());
+        placeAt(frame.topLeft());
         show();
         view_->setFocus();
     }
@@ -56,13 +56,6 @@ void SetupWindow::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
         windowHandle()->startSystemMove();
-}
-
-void SetupWindow::resizeEvent(QResizeEvent *event)
-{
-    RoundedWindow::resizeEvent(event);
-    // The view grows with its text, and the round corners move with it.
-    fitToCompositing();
 }
 
 void SetupWindow::showEvent(QShowEvent *)

@@ -143,6 +143,12 @@ class Desktop(unittest.TestCase):
     def panel(self):
         return windows("quillon", "Quillon")
 
+    def place(self):
+        """Returns left, top, width and height of the panel."""
+        lines = output("xdotool", "getwindowgeometry", "--shell", self.panel()[0]).splitlines()
+        values = dict(line.split("=") for line in lines)
+        return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
     def menus(self):
         return [window for window in windows("quillon") if window not in self.panel()]
 

@@ -123,6 +123,20 @@ class LifecycleTest(Desktop):
         self.end(quillon)
         self.assertEqual(bus_call("org.freedesktop.DBus.Peer.Ping"), "")
 
+    def test_first_comes_up_in_the_middle_although_its_rows_come_late(self):
+        self.make_folders("harbour")
+        self.write_settings()
+        screen_width = int(output("xdotool", "getdisplaygeometry").split()[0])
+        for _ in range(4):
+            quillon = self.launch("--background")
+            self.wait_for_index("harbour", 1)
+            self.request("--show")
+            self.wait_for_panel()
+            eventually("the panel with one row", lambda: self.place()[3] < 200)
+            left, _, width, _ = self.place()
+            self.assertEqual(left, (screen_width - width) // 2)
+            self.end(quillon)
+
     def test_keeps_its_index_for_the_next_start(self):
         self.make_folders("Documents/harbour")
         self.write_settings()
