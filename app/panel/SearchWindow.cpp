@@ -124,7 +124,8 @@ void SearchWindow::place()
     const int spare = free.height() - view_->greatestHeight();
     const int top = std::max(static_cast<int>(spare * SHARE_ABOVE), 0) - panel.top();
     if (!isPanel_) {
-        placeAt({free.left() + (free.width() - panel.width()) / 2 - panel.left(), free.top() + top});
+        placeAt(
+            {free.left() + (free.width() - panel.width()) / 2 - panel.left(), free.top() + top});
         return;
     }
     windowSystem().setPanelTop(winId(), top);
