@@ -25,6 +25,9 @@ NAMES = [b"a", b"b", b"c", b"-rf", b"tab\there", b"line\nfeed", "\u202eback".enc
 FILES = [b"w.sublime-project", b"node_modules.sublime-project", b"-.sublime-project",
          b"\n.sublime-project", b"plain.txt"]
 ROUNDS_OF_A_SESSION = 12
+# Copies of a folder into itself are thousands of folders deep, and each look at one of those takes
+# long on a busy machine.
+PATIENCE = 120
 
 
 class User:
@@ -199,7 +202,7 @@ def run_session(program, seed, rounds):
                 if choice.random() < 0.25:
                     user.pause(choice.random() * 0.015)
             if choice.random() < 0.4:
-                wrong, how = session.differences_within(20), "without settle"
+                wrong, how = session.differences_within(PATIENCE), "without settle"
             else:
                 wrong, how = session.differences(session.ask(b"settle")), "after settle"
             if wrong:
