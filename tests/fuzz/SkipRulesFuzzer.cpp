@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         line.clear();
     }
     const SkipRules rules(plain.patterns, plain.includeFolders, plain.withHidden);
-    SkipRules::State folder = rules.stateOf("/");
+    SkipRules::State folder = rules.stateOf("");
     std::string path;
     for (std::size_t at = 0; at < line.size();) {
         const std::size_t end = std::min(line.find('/', at), line.size());
