@@ -58,7 +58,7 @@ bool FoundNodes::knows(Token folder, const FolderStamp &stamp, const ReceiveEntr
     if (isReset_.stop_requested())
         return false;
     const PathTree &tree = paths_.tree();
-    for (PathTree::NodeId id = tree.node(folder).firstChild; id != PathTree::NONE;
+    for (PathTree::NodeId id = tree.firstChild(folder); id != PathTree::NONE;
          id = tree.node(id).nextSibling) {
         const PathTree::Node &node = tree.node(id);
         if ((node.flags & PathTree::STORED) == 0)

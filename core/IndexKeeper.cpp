@@ -209,7 +209,7 @@ FolderMarks IndexKeeper::keptMarks()
         if (marks.at(node) <= FolderMarks::FOLDER)
             continue;
         std::uint32_t now = 0;
-        for (auto child = index_.tree.node(node).firstChild; child != PathTree::NONE;
+        for (auto child = index_.tree.firstChild(node); child != PathTree::NONE;
              child = index_.tree.node(child).nextSibling)
             now += index_.tree.isStored(child) ? 1U : 0U;
         if (children[node].kept != now || children[node].stillThere != now)

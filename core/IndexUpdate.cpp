@@ -280,7 +280,7 @@ bool IndexUpdate::compareBelow(const Changed &changed)
         std::size_t place = IN_FOLDER;
     };
     const NodeId top = isAlone() ? paths_.nodeAbove(path_) : changed.node;
-    std::vector<Level> levels{{paths_.tree().node(top).firstChild, placeBelow(changed)}};
+    std::vector<Level> levels{{paths_.tree().firstChild(top), placeBelow(changed)}};
     for (std::size_t count = 1; !levels.empty(); ++count) {
         if (count % PathIndex::SLICE == 0 && !stepAside())
             return false;
@@ -295,7 +295,7 @@ bool IndexUpdate::compareBelow(const Changed &changed)
         const bool isTouched =
             removesFirst() && levels.size() <= 2 && changed.kind != Kind::unknown;
         const std::size_t below = placeOf(node, levels.back().place, isTouched);
-        levels.push_back({paths_.tree().node(node).firstChild, below});
+        levels.push_back({paths_.tree().firstChild(node), below});
     }
     return true;
 }
@@ -333,7 +333,7 @@ std::size_t IndexUpdate::placeOf(NodeId node, std::size_t parent, bool isTouched
             unanswered_.push_back({.node = node, .flags = indexed.flags});
         return IN_UNKNOWN;
     }
-    if ((indexed.flags & WHOLE) == 0 && indexed.firstChild == PathTree::NONE)
+    if ((indexed.flags & WHOLE) == 0 && !indexed.hasChildren())
         return IN_FOLDER;
     // The node of "/" itself is a sibling of the nodes of what is below "/".
     if (isAlone() && node == changed_.front().node)

@@ -154,7 +154,7 @@ bool writeNode(const PathTree &tree, NodeId id, FolderMarks::Mark mark, Writer &
 {
     const PathTree::Node &node = tree.node(id);
     unsigned flags = node.flags & KEPT_FLAGS;
-    flags |= node.firstChild != PathTree::NONE ? HAS_CHILDREN : 0;
+    flags |= node.hasChildren() ? HAS_CHILDREN : 0;
     if (mark == FolderMarks::NO_FOLDER)
         flags |= IS_NO_FOLDER;
     else if (mark != FolderMarks::UNKNOWN)
@@ -234,7 +234,7 @@ std::optional<std::string> KeptIndex::write(PathIndex &index, const IndexBasis &
         children.clear();
         group.bytes.clear();
         std::size_t count = 0;
-        for (NodeId id = index.tree.node(parent).firstChild; id != PathTree::NONE;
+        for (NodeId id = index.tree.firstChild(parent); id != PathTree::NONE;
              id = index.tree.node(id).nextSibling) {
             if (++written % PathIndex::SLICE == 0 && index.lock.isWriterWaiting())
                 index.lock.yieldShared();

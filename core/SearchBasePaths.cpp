@@ -62,8 +62,7 @@ std::vector<NodeId> childrenWith(const PathTree &tree, NodeId parent, PathTree::
     std::vector<NodeId> children;
     if (parent == PathTree::NONE)
         return children;
-    for (NodeId id = tree.node(parent).firstChild; id != PathTree::NONE;
-         id = tree.node(id).nextSibling)
+    for (NodeId id = tree.firstChild(parent); id != PathTree::NONE; id = tree.node(id).nextSibling)
         if (has(tree, id, flag))
             children.push_back(id);
     return children;
@@ -72,8 +71,8 @@ std::vector<NodeId> childrenWith(const PathTree &tree, NodeId parent, PathTree::
 /// Returns the next node in the order in which everything below a node comes after it.
 NodeId nextInTree(const PathTree &tree, NodeId id)
 {
-    if (tree.node(id).firstChild != PathTree::NONE)
-        return tree.node(id).firstChild;
+    if (tree.node(id).hasChildren())
+        return tree.firstChild(id);
     while (id != PathTree::ROOT && tree.node(id).nextSibling == PathTree::NONE)
         id = tree.node(id).parent;
     return id == PathTree::ROOT ? PathTree::NONE : tree.node(id).nextSibling;

@@ -45,11 +45,11 @@ bool SortedPathWalk::isTop(PathTree::NodeId node) const
 void SortedPathWalk::pushChildren(PathTree::NodeId parent)
 {
     const std::size_t begin = items_.size();
-    for (PathTree::NodeId id = tree_.node(parent).firstChild; id != PathTree::NONE;
+    for (PathTree::NodeId id = tree_.firstChild(parent); id != PathTree::NONE;
          id = tree_.node(id).nextSibling) {
         if (isMet(id))
             items_.push_back({id, false});
-        if (tree_.node(id).firstChild != PathTree::NONE || (isMet(id) && isTop(id)))
+        if (tree_.node(id).hasChildren() || (isMet(id) && isTop(id)))
             items_.push_back({id, true});
     }
     std::sort(items_.begin() + static_cast<std::ptrdiff_t>(begin), items_.end(),

@@ -113,13 +113,53 @@ constexpr unsigned mostLevels(ByteClassSet set)
     return counted == LEVELS ? UNCOUNTED_LEVELS : counted + 1;
 }
 
-/// Pairs of neighbouring bytes are sorted into 64 classes, whatever the case of letters.
-using BytePairSet = std::uint64_t;
+/// Is a set of pairs of neighbouring bytes, which are sorted into classes, whatever the case of
+/// letters.
+class BytePairSet
+{
+public:
+    static constexpr unsigned CLASSES = 192;
+
+    constexpr void add(unsigned pairClass)
+    {
+        words_[pairClass / WORD_BITS] |= std::uint64_t{1} << (pairClass % WORD_BITS);
+    }
+    constexpr bool has(unsigned pairClass) const
+    {
+        return (words_[pairClass / WORD_BITS] >> (pairClass % WORD_BITS) & 1) != 0;
+    }
+    constexpr bool hasAll(const BytePairSet &other) const
+    {
+        std::uint64_t missing = 0;
+        for (std::size_t i = 0; i < words_.size(); ++i)
+            missing |= other.words_[i] & ~words_[i];
+        return missing == 0;
+    }
+    constexpr bool hasAny(const BytePairSet &other) const
+    {
+        std::uint64_t common = 0;
+        for (std::size_t i = 0; i < words_.size(); ++i)
+            common |= other.words_[i] & words_[i];
+        return common != 0;
+    }
+    constexpr BytePairSet &operator|=(const BytePairSet &other)
+    {
+        for (std::size_t i = 0; i < words_.size(); ++i)
+            words_[i] |= other.words_[i];
+        return *this;
+    }
+    constexpr bool operator==(const BytePairSet &) const = default;
+
+private:
+    static constexpr unsigned WORD_BITS = 64;
+
+    std::array<std::uint64_t, CLASSES / WORD_BITS> words_{};
+};
 
 namespace bytepairs {
 
-/// The class of a pair is the top bits of the product of a factor and the number whose digits are
-/// the two bytes. The product is a sum, and these are its parts for each first and second byte.
+/// The class of a pair is taken from the top of the product of a factor and the number whose digits
+/// are the two bytes. The product is a sum, and these are its parts for each first and second byte.
 struct Parts
 {
     std::array<std::uint32_t, 256> first{};
@@ -143,15 +183,16 @@ inline constexpr Parts PARTS = makeParts();
 
 } // namespace bytepairs
 
-constexpr BytePairSet pairOf(char first, char second)
+/// Returns the class of a pair of bytes.
+constexpr unsigned pairOf(char first, char second)
 {
     const std::uint32_t sum = bytepairs::PARTS.first[static_cast<unsigned char>(first)] +
                               bytepairs::PARTS.second[static_cast<unsigned char>(second)];
-    return BytePairSet{1} << (sum >> 26);
+    return static_cast<unsigned>(std::uint64_t{sum} * BytePairSet::CLASSES >> 32);
 }
 
-/// Returns the pair that stands for a word inside a component which begins with the byte.
-constexpr BytePairSet wordStart(char byte)
+/// Returns the class that stands for a word inside a component which begins with the byte.
+constexpr unsigned wordStart(char byte)
 {
     constexpr char MARK = '\x7f'; // Hardly any name holds it.
     return pairOf(MARK, byte);
@@ -161,15 +202,15 @@ constexpr BytePairSet wordStart(char byte)
 /// word begins behind " ", "-", "_" or ".", and with a capital behind a small letter.
 constexpr BytePairSet pairsOf(std::string_view name)
 {
-    BytePairSet set = 0;
+    BytePairSet set;
     char before = '/';
     for (const char byte : name) {
-        set |= pairOf(before, byte);
+        set.add(pairOf(before, byte));
         const bool isBehindSmall = before >= 'a' && before <= 'z';
         const bool isBehindSeparator =
             before == ' ' || before == '-' || before == '_' || before == '.';
         if (isBehindSeparator || (isBehindSmall && byte >= 'A' && byte <= 'Z'))
-            set |= wordStart(byte);
+            set.add(wordStart(byte));
         before = byte;
     }
     return set;

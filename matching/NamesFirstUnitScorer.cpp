@@ -230,9 +230,9 @@ Bounds NamesFirstUnitScorer::ranks(Bounds scores, const PathTree::Node &node, By
 }
 
 Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathTree::Node &node,
-                                    ByteClassSet below, int enough) const
+                                    ByteClassSet below, const BytePairSet &pairs, int enough) const
 {
-    const Facts facts{.pairs = node.pairsBelow,
+    const Facts facts{.pairs = pairs,
                       .below = below,
                       .levels = mostLevels(below),
                       .hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0,
@@ -259,7 +259,7 @@ Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathT
     using namesfirst::START_INSIDE;
     using namesfirst::START_OF_NAME;
     using namesfirst::START_OF_WORD;
-    const BytePairSet pairs = facts.pairs;
+    const BytePairSet &pairs = facts.pairs;
     // A text pays for the bytes of its own name that stay unmatched. For a text below, this node's
     // name is free, and its own is at least as long as the shortest there.
     int gaps = facts.nameLength;
@@ -274,15 +274,15 @@ Bounds NamesFirstUnitScorer::bounds(const State &state, std::size_t, const PathT
         isHeld = isHeld && (row.needed & ~facts.below) == 0;
         if (!isHeld)
             continue;
-        const bool mayStartWord = (row.startsWord & pairs) != 0;
-        const bool mayStartName = (row.behindSlash & pairs) != 0;
+        const bool mayStartWord = row.mayStartWord(pairs);
+        const bool mayStartName = row.mayStartName(pairs);
         const int elsewhere = row.isSlash ? START_AT_SLASH : START_INSIDE;
         const int inside = mayStartWord ? START_OF_WORD : elsewhere;
         int inRun = NO_WAY;
-        if ((row.behindPrevious & pairs) != 0)
+        if (row.mayFollow(pairs))
             inRun = RUN;
-        else if (facts.hasSeparator && (row.behindAnySeparator & pairs) != 0 &&
-                 (row.separatorBehindPrevious & pairs) != 0)
+        else if (facts.hasSeparator && pairs.hasAny(row.behindAnySeparator) &&
+                 pairs.hasAny(row.separatorBehindPrevious))
             inRun = RUN_PAST_SEPARATOR;
         int start = mayStartName ? START_OF_NAME : inside;
         if (!isFirst)

@@ -50,10 +50,10 @@ public:
         return query_.wordsAbove(namesfirst::LOWEST, gains + 2 * query_.vectors());
     }
     /// Returns the highest scores that the node's text and the texts below it can have, or that
-    /// both are enough. The state is the one before the node's name, and below is PathTree::below()
-    /// of the node.
+    /// both are enough. The state is the one before the node's name, and below and pairs are
+    /// PathTree::below() and pairsBelow() of the node.
     Bounds bounds(const State &state, std::size_t position, const PathTree::Node &node,
-                  ByteClassSet below, int enough) const;
+                  ByteClassSet below, const BytePairSet &pairs, int enough) const;
 
     /// Returns the rank of the node's text with this score.
     static int rank(int score, const PathTree::Node &node);
@@ -74,7 +74,7 @@ private:
     /// What the bounds take from a node.
     struct Facts
     {
-        BytePairSet pairs = 0;
+        const BytePairSet &pairs;
         ByteClassSet below = 0;
         unsigned levels = 0;
         bool hasSeparator = false;

@@ -45,6 +45,9 @@ void PathTree::clear()
     givenUp_.clear();
     free_.clear();
     used_ = 0;
+    families_.clear();
+    usedFamilies_ = NO_FAMILY + 1;
+    freeFamilies_.clear();
     ++generation_;
     ++changes_;
     const NodeId root = allocate();
@@ -121,11 +124,8 @@ PathTree::NodeId PathTree::place(NodeId parent, std::string_view name)
     fresh.name = names_.take(name);
     ByteClassSet &below = mutableChunkOf(id).below[id & CHUNK_MASK];
     below = classesOf(name);
-    fresh.pairsBelow = pairsOf(name);
-    if (names_.isFolded(fresh.name)) {
+    if (names_.isFolded(fresh.name))
         below |= classesOf(names_.folded(fresh.name));
-        fresh.pairsBelow |= pairsOf(names_.folded(fresh.name));
-    }
     fresh.parent = parent;
     const std::size_t before = parent == ROOT ? 0 : std::size_t{above.textLength} + 1;
     fresh.textLength =
@@ -138,13 +138,44 @@ PathTree::NodeId PathTree::place(NodeId parent, std::string_view name)
 void PathTree::append(NodeId parent, NodeId id)
 {
     Node &above = mutableNode(parent);
-    if (above.lastChild == NONE) {
-        above.firstChild = id;
+    if (!above.hasChildren())
+        beginFamily(above);
+    Family &family = mutableFamily(above);
+    if (family.lastChild == NONE) {
+        family.firstChild = id;
     } else {
-        scattered_ += id == above.lastChild + 1 ? 0U : 1U;
-        setNextSibling(above.lastChild, id);
+        scattered_ += id == family.lastChild + 1 ? 0U : 1U;
+        setNextSibling(family.lastChild, id);
     }
-    above.lastChild = id;
+    family.lastChild = id;
+}
+
+BytePairSet PathTree::pairsOfName(const Node &node) const
+{
+    BytePairSet pairs = pairsOf(names_.name(node.name));
+    if (names_.isFolded(node.name))
+        pairs |= pairsOf(names_.folded(node.name));
+    return pairs;
+}
+
+void PathTree::beginFamily(Node &node)
+{
+    if (!freeFamilies_.empty()) {
+        node.family = freeFamilies_.back();
+        freeFamilies_.pop_back();
+    } else {
+        if (usedFamilies_ >> CHUNK_BITS == families_.size())
+            families_.push_back(std::make_unique<FamilyChunk>());
+        node.family = usedFamilies_++;
+    }
+    const bool isRoot = node.name == NameTable::NONE;
+    mutableFamily(node) = {.pairs = isRoot ? BytePairSet() : pairsOfName(node)};
+}
+
+void PathTree::endFamily(Node &node)
+{
+    freeFamilies_.push_back(node.family);
+    node.family = NO_FAMILY;
 }
 
 void PathTree::setNextSibling(NodeId id, NodeId next)
@@ -189,10 +220,10 @@ PathTree::Held PathTree::broughtBy(NodeId id) const
     const unsigned levels = mostLevels(below(id));
     const ByteClassSet more = levels == UNCOUNTED_LEVELS ? 0 : levelClasses(levels + 1);
     Held brought{.classes = below(id) | more | shortNameClass(child.nameLength),
-                 .pairs = child.pairsBelow};
+                 .pairs = pairsBelow(child)};
     if (child.parent != ROOT) {
         const std::string_view name = this->name(node(child.parent));
-        brought.pairs |= pairOf(name.empty() ? '/' : name.back(), '/');
+        brought.pairs.add(pairOf(name.empty() ? '/' : name.back(), '/'));
     }
     return brought;
 }
@@ -203,8 +234,8 @@ void PathTree::widenAncestors(NodeId id)
         const NodeId above = node(id).parent;
         const auto [below, pairs] = broughtBy(id);
         ByteClassSet &belowAncestor = mutableChunkOf(above).below[above & CHUNK_MASK];
-        BytePairSet &pairsBelowAncestor = mutableNode(above).pairsBelow;
-        if ((belowAncestor & below) == below && (pairsBelowAncestor & pairs) == pairs)
+        BytePairSet &pairsBelowAncestor = mutableFamily(node(above)).pairs;
+        if ((belowAncestor & below) == below && pairsBelowAncestor.hasAll(pairs))
             return;
         belowAncestor |= below;
         pairsBelowAncestor |= pairs;
@@ -237,7 +268,7 @@ PathTree::NodeId PathTree::findChild(std::uint64_t hash, NodeId parent, std::str
             const Node &candidate = node(id);
             return candidate.parent == parent && this->name(candidate) == name;
         });
-    NodeId id = node(parent).firstChild;
+    NodeId id = firstChild(parent);
     while (id != NONE && this->name(node(id)) != name)
         id = node(id).nextSibling;
     return id;
@@ -295,7 +326,7 @@ void PathTree::revive(Node &node)
 void PathTree::buryIfDead(NodeId id)
 {
     Node &node = mutableNode(id);
-    if (id == ROOT || node.firstChild != NONE || (node.flags & (COUNTED_FLAGS | DEAD)) != 0)
+    if (id == ROOT || node.hasChildren() || (node.flags & (COUNTED_FLAGS | DEAD)) != 0)
         return;
     node.flags |= DEAD;
     ++dead_;
@@ -330,8 +361,12 @@ bool PathTree::collectSomeDead(std::size_t parents)
 
 void PathTree::removeDeadChildren(NodeId parent)
 {
+    Node &above = mutableNode(parent);
+    if (!above.hasChildren())
+        return;
+    Family &family = mutableFamily(above);
     NodeId kept = NONE;
-    for (NodeId id = node(parent).firstChild; id != NONE;) {
+    for (NodeId id = family.firstChild; id != NONE;) {
         const Node &child = node(id);
         const NodeId next = child.nextSibling;
         if ((child.flags & DEAD) == 0) {
@@ -339,7 +374,7 @@ void PathTree::removeDeadChildren(NodeId parent)
         } else {
             // The dead node keeps its own link, so a search that stands on it finds its way back.
             if (kept == NONE)
-                mutableNode(parent).firstChild = next;
+                family.firstChild = next;
             else
                 setNextSibling(kept, next);
             if (hasTable_)
@@ -349,7 +384,9 @@ void PathTree::removeDeadChildren(NodeId parent)
         }
         id = next;
     }
-    mutableNode(parent).lastChild = kept;
+    family.lastChild = kept;
+    if (kept == NONE)
+        endFamily(above);
 }
 
 void PathTree::recycle()
@@ -444,7 +481,9 @@ std::size_t PathTree::bytes() const
 {
     return sizeof(*this) + chunks_.size() * sizeof(Chunk) +
            chunks_.capacity() * sizeof(chunks_[0]) + (names_.bytes() - sizeof(names_)) +
-           (children_.bytes() - sizeof(children_)) +
+           (children_.bytes() - sizeof(children_)) + families_.size() * sizeof(FamilyChunk) +
+           families_.capacity() * sizeof(families_[0]) +
+           freeFamilies_.capacity() * sizeof(FamilyId) +
            (parentsOfDead_.capacity() + givenUp_.capacity() + free_.capacity()) * sizeof(NodeId);
 }
 

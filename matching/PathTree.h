@@ -37,6 +37,9 @@ public:
     static constexpr NodeId ROOT = 0;
     static constexpr NodeId NONE = 0;
 
+    using FamilyId = std::uint32_t;
+    static constexpr FamilyId NO_FAMILY = 0;
+
     /// The flags say what a node is kept for.
     using Flags = std::uint8_t;
     /// The path store holds the text.
@@ -50,22 +53,20 @@ public:
 
     struct Node
     {
-        /// Holds the pairs of neighbouring bytes in the name, with the slash before it, and in
-        /// everything below, and perhaps more.
-        BytePairSet pairsBelow = 0;
         NodeId parent = NONE;
-        /// The children are linked in the order of insertion.
-        NodeId firstChild = NONE;
-        NodeId lastChild = NONE;
         NodeId nextSibling = NONE;
+        /// What only nodes with children have, see hasChildren().
+        FamilyId family = NO_FAMILY;
         NameTable::Id name = NameTable::NONE;
         /// The length of the whole text is in bytes and saturates at LONG_TEXT.
         std::uint16_t textLength = 0;
         /// The length of the name saturates at LONG_NAME.
         std::uint8_t nameLength = 0;
         Flags flags = 0;
+
+        bool hasChildren() const { return family != NO_FAMILY; }
     };
-    static_assert(sizeof(Node) == 32);
+    static_assert(sizeof(Node) == 20);
     static constexpr std::uint16_t LONG_TEXT = 0xffff;
     static constexpr std::uint8_t LONG_NAME = 0xff;
 
@@ -103,6 +104,22 @@ public:
     /// Returns every class of byte that occurs in the node's name or anywhere below, and the
     /// classes of the short names below; perhaps more.
     ByteClassSet below(NodeId id) const { return chunkOf(id).below[id & CHUNK_MASK]; }
+    /// Returns the pairs of neighbouring bytes in the node's name, with the slash before it, and in
+    /// everything below, and perhaps more.
+    BytePairSet pairsBelow(const Node &node) const
+    {
+        return node.hasChildren() ? pairsOfFamily(node) : pairsOfName(node);
+    }
+    /// Returns the same without a copy for a node that has children.
+    const BytePairSet &pairsOfFamily(const Node &node) const { return family(node).pairs; }
+    /// Returns the same for a node that has none.
+    BytePairSet pairsOfName(const Node &node) const;
+    /// Returns the first child, which the others are linked to in the order of insertion.
+    NodeId firstChild(const Node &node) const
+    {
+        return node.hasChildren() ? family(node).firstChild : NONE;
+    }
+    NodeId firstChild(NodeId id) const { return firstChild(node(id)); }
     /// The sibling to look at next: the first one, from id on, of which below() has all the
     /// classes. Gives up after LONGEST_SKIP siblings and returns the one reached, which may lack
     /// some. NONE behind the last sibling.
@@ -196,16 +213,33 @@ private:
         std::vector<Step> steps;
     };
 
+    /// What a node has that has children. Most have none.
+    struct Family
+    {
+        NodeId firstChild = NONE;
+        NodeId lastChild = NONE;
+        BytePairSet pairs;
+    };
+    using FamilyChunk = std::array<Family, CHUNK_SIZE>;
+
     /// The bytes and pairs of bytes that a node stands for.
     struct Held
     {
         ByteClassSet classes = 0;
-        BytePairSet pairs = 0;
+        BytePairSet pairs;
     };
 
     const Chunk &chunkOf(NodeId id) const { return *chunks_[id >> CHUNK_BITS]; }
     Chunk &mutableChunkOf(NodeId id) { return *chunks_[id >> CHUNK_BITS]; }
     Node &mutableNode(NodeId id) { return mutableChunkOf(id).nodes[id & CHUNK_MASK]; }
+    const Family &family(const Node &node) const
+    {
+        return (*families_[node.family >> CHUNK_BITS])[node.family & CHUNK_MASK];
+    }
+    Family &mutableFamily(const Node &node) { return const_cast<Family &>(family(node)); } // ours
+    /// Gives a family without a child to a node that has none.
+    void beginFamily(Node &node);
+    void endFamily(Node &node);
     bool isNextBeside(NodeId id) const
     {
         const NodeId place = id & CHUNK_MASK;
@@ -233,6 +267,10 @@ private:
 
     std::vector<std::unique_ptr<Chunk>> chunks_;
     NodeId used_ = 0;
+    std::vector<std::unique_ptr<FamilyChunk>> families_;
+    /// Every family in use has an id below this number.
+    FamilyId usedFamilies_ = NO_FAMILY + 1;
+    std::vector<FamilyId> freeFamilies_;
     NameTable names_;
     IdTable children_;
     /// The table above has every child.

@@ -47,16 +47,18 @@ bool PathTree::arrange(const PathTree &source, const std::function<bool()> &isWa
         const Pair parent = parents.back();
         parents.pop_back();
         children.clear();
-        for (NodeId id = source.node(parent.from).firstChild; id != NONE;
+        for (NodeId id = source.firstChild(parent.from); id != NONE;
              id = source.node(id).nextSibling) {
             if (++copied % NODES_BETWEEN_QUESTIONS == 0 && !isWanted())
                 return false;
             if ((source.node(id).flags & DEAD) != 0)
                 continue;
             const NodeId copy = copyNode(source, id, parent.to);
-            if (source.node(id).firstChild != NONE)
+            if (source.node(id).hasChildren())
                 children.push_back({id, copy});
         }
+        if (parent.to != ROOT && node(parent.to).hasChildren())
+            mutableFamily(node(parent.to)).pairs |= source.pairsOfFamily(source.node(parent.from));
         // A node whose children were all dead may carry nothing but a name now.
         buryIfDead(parent.to);
         parents.insert(parents.end(), children.rbegin(), children.rend());
@@ -71,8 +73,7 @@ PathTree::NodeId PathTree::copyNode(const PathTree &source, NodeId id, NodeId pa
     const std::string_view name = source.name(original);
     const NodeId copy = allocate();
     mutableChunkOf(copy).below[copy & CHUNK_MASK] = source.below(id);
-    mutableNode(copy) = {.pairsBelow = original.pairsBelow,
-                         .parent = parent,
+    mutableNode(copy) = {.parent = parent,
                          .name = names_.take(name),
                          .textLength = original.textLength,
                          .nameLength = original.nameLength,
@@ -87,6 +88,9 @@ void PathTree::replaceBy(PathTree &other)
     require(holds_ == 0 && other.holds_ == 0, "a tree that is replaced is not held");
     std::swap(chunks_, other.chunks_);
     std::swap(used_, other.used_);
+    std::swap(families_, other.families_);
+    std::swap(usedFamilies_, other.usedFamilies_);
+    std::swap(freeFamilies_, other.freeFamilies_);
     std::swap(names_, other.names_);
     std::swap(children_, other.children_);
     std::swap(hasTable_, other.hasTable_);

@@ -34,7 +34,7 @@ void PathTree::endAppending()
             continue;
         const auto [classes, pairs] = broughtBy(id);
         mutableChunkOf(parent).below[parent & CHUNK_MASK] |= classes;
-        mutableNode(parent).pairsBelow |= pairs;
+        mutableFamily(node(parent)).pairs |= pairs;
     }
 }
 

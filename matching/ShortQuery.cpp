@@ -41,18 +41,18 @@ void ShortQuery::addWord(std::string_view word)
         slashes += byte == '/' ? 1U : 0U;
         row.needed =
             classesOf(byte) | levelClasses(slashes) | (row.isLast ? 0 : queryRows_[at + 1].needed);
-        row.behindPrevious = row.isFirst ? 0 : pairOf(word[i - 1], byte);
         for (const char separator : WORD_SEPARATORS) {
-            row.behindAnySeparator |= pairOf(separator, byte);
-            row.separatorBehindPrevious |= row.isFirst ? 0 : pairOf(word[i - 1], separator);
+            row.behindAnySeparator.add(pairOf(separator, byte));
+            if (!row.isFirst)
+                row.separatorBehindPrevious.add(pairOf(word[i - 1], separator));
         }
+        if (!row.isFirst)
+            row.behindPrevious = pairOf(word[i - 1], byte);
+        row.behindSlash = pairOf('/', byte);
+        row.startsWord = wordStart(byte);
+        row.earnsBonus = scoring::bonus(byte, '/') > 0;
         row.isSlash = byte == '/';
         row.isSlashBehind = slashes > 0;
-        // Only letters and digits earn a bonus.
-        if (scoring::bonus(byte, '/') > 0) {
-            row.behindSlash = pairOf('/', byte);
-            row.startsWord = wordStart(byte);
-        }
     }
     rows_ += word.size();
 }

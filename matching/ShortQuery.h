@@ -80,18 +80,35 @@ public:
         bool isLast = false;
         /// The classes that a text must hold to match the word from this byte on.
         ByteClassSet needed = 0;
-        /// The pairs of this byte with the byte of the word before it and with a slash, and its
-        /// wordStart(). The last two are empty for bytes that earn no bonus.
-        BytePairSet behindPrevious = 0;
-        BytePairSet behindSlash = 0;
-        BytePairSet startsWord = 0;
+        /// The classes of the pairs of this byte with the byte of the word before it, if there is
+        /// one, and with a slash, and its wordStart().
+        unsigned behindPrevious = 0;
+        unsigned behindSlash = 0;
+        unsigned startsWord = 0;
         /// The pairs of any byte with the other separators, and those of such a separator with the
         /// query byte before it.
-        BytePairSet behindAnySeparator = 0;
-        BytePairSet separatorBehindPrevious = 0;
+        BytePairSet behindAnySeparator;
+        BytePairSet separatorBehindPrevious;
+        /// Only letters and digits earn a bonus at the start of a name or word.
+        bool earnsBonus = false;
         bool isSlash = false;
         /// This byte or one behind it is a slash.
         bool isSlashBehind = false;
+
+        /// Return whether the pairs have this byte behind the one before it, at the start of a
+        /// name, and at the start of a word.
+        bool mayFollow(const BytePairSet &pairs) const
+        {
+            return !isFirst && pairs.has(behindPrevious);
+        }
+        bool mayStartName(const BytePairSet &pairs) const
+        {
+            return earnsBonus && pairs.has(behindSlash);
+        }
+        bool mayStartWord(const BytePairSet &pairs) const
+        {
+            return earnsBonus && pairs.has(startsWord);
+        }
     };
 
     /// Adds up the most that the bytes of a word earn behind another, from the last one on.

@@ -83,7 +83,7 @@ void TreeSearch<Rule>::begin()
     {
         const MutexLock guard(mutex_);
         hits_ = std::make_unique<TopHits>(index_.tree, top_);
-        work_.push_back({PathTree::ROOT, index_.tree.node(PathTree::ROOT).firstChild});
+        work_.push_back({PathTree::ROOT, index_.tree.firstChild(PathTree::ROOT)});
     }
     if (uses_ != nullptr && uses_->totalUsages > 0)
         scoreUsedTexts();

@@ -146,15 +146,19 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
         return NONE;
     if (!search_.unitScorer_)
         return {};
-    if (node.firstChild == PathTree::NONE && hasSharedGains(node))
+    if (!node.hasChildren() && hasSharedGains(node))
         return {.text = UnitScorer::rank(gains_.most(node.name), node) >= threshold &&
                         rankByGains(node) >= threshold,
                 .below = false};
     if (!level.hasUnits)
         computeUnits(depth_);
     const ByteClassSet below = tree_.below(id);
-    const Bounds scores = search_.unitScorer_->bounds(level.units, level.position, node, below,
-                                                      UnitScorer::scoreToReach(threshold));
+    const auto boundsWith = [&](const BytePairSet &pairs) {
+        return search_.unitScorer_->bounds(level.units, level.position, node, below, pairs,
+                                           UnitScorer::scoreToReach(threshold));
+    };
+    const Bounds scores = node.hasChildren() ? boundsWith(tree_.pairsOfFamily(node))
+                                             : boundsWith(tree_.pairsOfName(node));
     const Bounds bounds = UnitScorer::ranks(scores, node, below);
     return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
 }
@@ -162,12 +166,12 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
 template <typename Rule>
 void TreeSearchWorker<Rule>::visit(NodeId id, const Node &node, Hope hope)
 {
-    if (hope.below && node.firstChild != PathTree::NONE)
-        tree_.prefetch(node.firstChild);
+    if (hope.below && node.hasChildren())
+        tree_.prefetch(tree_.firstChild(node));
     const std::size_t held = heldBehind(node);
     if (hope.text && (node.flags & PathTree::CANDIDATE) != 0 && search_.progress_.isWhole(held))
         addIfGood(id, node);
-    if (hope.below && node.firstChild != PathTree::NONE)
+    if (hope.below && node.hasChildren())
         push(id, node, held);
 }
 
@@ -191,7 +195,7 @@ void TreeSearchWorker<Rule>::push(NodeId id, const Node &node, std::size_t held)
         levels_.emplace_back();
     Level &level = levels_[depth_];
     level.parent = id;
-    level.next = node.firstChild;
+    level.next = tree_.firstChild(node);
     level.held = search_.progress_.behindSlash(held);
     level.position = std::size_t{node.textLength} + 1;
     level.hasUnits = false;

@@ -198,20 +198,14 @@ int UnitScorer::score(const State &state, std::size_t position, const Vector *ga
     });
 }
 
-Bounds UnitScorer::bounds(const State &state, std::size_t position, const PathTree::Node &node,
-                          ByteClassSet below, int enough) const
+/// Bounds what the word before the row earns, and moves on to its first row. It is inlined, since a
+/// word may be a single letter.
+[[gnu::always_inline]] inline int UnitScorer::boundOfWord(const State &state, std::size_t position,
+                                                          const PathTree::Node &node,
+                                                          ByteClassSet below,
+                                                          const BytePairSet &pairs, int enough,
+                                                          std::size_t &end) const
 {
-    int sum = 0;
-    for (std::size_t end = query_.rows(); end > 0;)
-        sum += boundOfWord(state, position, node, below, enough, end);
-    return {.text = sum, .below = sum};
-}
-
-/// Bounds what the word before the row earns, and moves on to its first row.
-int UnitScorer::boundOfWord(const State &state, std::size_t position, const PathTree::Node &node,
-                            ByteClassSet below, int enough, std::size_t &end) const
-{
-    const BytePairSet pairs = node.pairsBelow;
     const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
     const int startOfWord = hasSeparator ? WORD : CAPITAL;
     // Each byte of the name that stays unmatched costs at least one unit.
@@ -225,9 +219,9 @@ int UnitScorer::boundOfWord(const State &state, std::size_t position, const Path
         isHeld = isHeld && (row.needed & ~below) == 0;
         if (!isHeld)
             continue;
-        const bool mayFollow = (row.behindPrevious & pairs) != 0;
-        const bool mayStartName = (row.behindSlash & pairs) != 0;
-        const int inside = (row.startsWord & pairs) != 0 ? startOfWord : 0;
+        const bool mayFollow = row.mayFollow(pairs);
+        const bool mayStartName = row.mayStartName(pairs);
+        const int inside = row.mayStartWord(pairs) ? startOfWord : 0;
         int start =
             (mayStartName ? SLASH : inside) +
             (isFirst ? static_cast<int>(position) * LEADING : ShortQuery::at(state.best, end - 1));
@@ -242,6 +236,15 @@ int UnitScorer::boundOfWord(const State &state, std::size_t position, const Path
         behind.add(mayFollow ? CONSECUTIVE : inside, mayStartName);
     }
     return most;
+}
+
+Bounds UnitScorer::bounds(const State &state, std::size_t position, const PathTree::Node &node,
+                          ByteClassSet below, const BytePairSet &pairs, int enough) const
+{
+    int sum = 0;
+    for (std::size_t end = query_.rows(); end > 0;)
+        sum += boundOfWord(state, position, node, below, pairs, enough, end);
+    return {.text = sum, .below = sum};
 }
 
 int UnitScorer::rankToReach(const Hit &hit)

@@ -60,9 +60,9 @@ public:
     }
     /// Returns the most units that the node's text, or any text below it, can score, or that it is
     /// enough; both bounds are the same. The state and the position are those before the node's
-    /// name, and below is PathTree::below() of the node.
+    /// name, and below and pairs are PathTree::below() and pairsBelow() of the node.
     Bounds bounds(const State &state, std::size_t position, const PathTree::Node &node,
-                  ByteClassSet below, int enough) const;
+                  ByteClassSet below, const BytePairSet &pairs, int enough) const;
 
     /// Returns the number that orders texts, here the score itself, and the same of bounds.
     static int rank(int score, const PathTree::Node &) { return score; }
@@ -82,7 +82,8 @@ private:
     template <std::size_t COUNT>
     int computeGainVectors(std::string_view name, lanes::Vector *gains) const;
     int boundOfWord(const State &state, std::size_t position, const PathTree::Node &node,
-                    ByteClassSet below, int enough, std::size_t &end) const;
+                    ByteClassSet below, const BytePairSet &pairs, int enough,
+                    std::size_t &end) const;
 
     const ShortQuery query_;
     ShortQuery::Vectors gaps_{};

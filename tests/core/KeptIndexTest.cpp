@@ -50,7 +50,7 @@ std::vector<std::string> textsWith(const PathTree &tree, PathTree::Flags flag)
         nodes.pop_back();
         if ((tree.node(node).flags & flag) != 0)
             texts.push_back(tree.text(node));
-        for (PathTree::NodeId child = tree.node(node).firstChild; child != PathTree::NONE;
+        for (PathTree::NodeId child = tree.firstChild(node); child != PathTree::NONE;
              child = tree.node(child).nextSibling)
             nodes.push_back(child);
     }

@@ -30,7 +30,7 @@ void arrange(PathTree &tree)
     EXPECT_NE(tree.generation(), generation);
     std::vector<PathTree::NodeId> parents{PathTree::ROOT};
     while (!parents.empty()) {
-        PathTree::NodeId expected = tree.node(parents.back()).firstChild;
+        PathTree::NodeId expected = tree.firstChild(parents.back());
         parents.pop_back();
         for (PathTree::NodeId id = expected; id != PathTree::NONE; id = tree.node(id).nextSibling) {
             ASSERT_EQ(id, expected++);
@@ -59,7 +59,8 @@ TEST(PathTree, canBeFilledAtOneGo)
     for (const PathTree::NodeId node : nodes) {
         const auto same = node == PathTree::ROOT ? node : inserted.find(tree.text(node));
         ASSERT_EQ(tree.below(node), inserted.below(same)) << tree.text(node);
-        ASSERT_EQ(tree.node(node).pairsBelow, inserted.node(same).pairsBelow) << tree.text(node);
+        ASSERT_EQ(tree.pairsBelow(tree.node(node)), inserted.pairsBelow(inserted.node(same)))
+            << tree.text(node);
     }
     expectAllFound();
     auto table = tree.childTable();

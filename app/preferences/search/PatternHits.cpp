@@ -43,8 +43,8 @@ public:
         // The child is visited first, so that memory is read in the order of the crawl.
         if (node.nextSibling != PathTree::NONE)
             next.push_back({node.nextSibling, step.above, step.isAboveSkipped});
-        if (node.firstChild != PathTree::NONE)
-            next.push_back({node.firstChild, state, isSkipped});
+        if (node.hasChildren())
+            next.push_back({tree_.firstChild(node), state, isSkipped});
     }
 
 private:
@@ -66,7 +66,7 @@ PatternHits patternHits(const PathIndex &index, const std::string &pattern,
     tree.pin();
     Visitor visitor(tree, rules, result);
     std::vector<Step> next;
-    if (const PathTree::NodeId first = tree.node(PathTree::ROOT).firstChild)
+    if (const PathTree::NodeId first = tree.firstChild(PathTree::ROOT))
         next.push_back({first, {}, false});
     for (unsigned visited = 0; !next.empty() && !stop.stop_requested(); ++visited) {
         if (visited % SLICE == 0 && index.lock.isWriterWaiting()) {
