@@ -7,11 +7,8 @@ failing_calls.py QUILLONCTL LIBRARY [--some N] [--seed N] [--jobs N]
 """
 
 import argparse
-import errno
-import mmap
 import os
 import random
-import struct
 import sys
 import tempfile
 import time
@@ -20,6 +17,7 @@ from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from itertools import product
 
+from faults import Faults
 from random_rounds import User
 from session import MODES, Session
 
@@ -31,21 +29,6 @@ WHEN = ["changes", "quiet", "start"]
 FAULT_SECONDS = 1.0
 # The program asks again after 1, 2 and 4 seconds.
 RECOVERY_SECONDS = 15
-
-
-class Faults:
-    def __init__(self, path):
-        self.path = path
-        with open(path, "wb") as file:
-            file.write(bytes(8 * len(CALLS)))
-        with open(path, "r+b") as file:
-            self.errors = mmap.mmap(file.fileno(), 0)
-
-    def set(self, call, number):
-        struct.pack_into("=i", self.errors, 8 * CALLS.index(call), number)
-
-    def hits(self, call):
-        return struct.unpack_from("=i", self.errors, 8 * CALLS.index(call) + 4)[0]
 
 
 def make_tree(session):
@@ -67,24 +50,22 @@ def run_one(program, library, seed, call, error, mode, when):
     """Returns how often the call has failed, and a text for what went wrong, if anything."""
     seed = zlib.crc32(" ".join([str(seed), call, error, mode, when]).encode())
     with tempfile.TemporaryDirectory(prefix="quillon-faults-") as place:
-        faults = Faults(place + "/errors")
-        number = getattr(errno, error)
+        faults = Faults(library, place + "/errors")
         if when == "start":
-            faults.set(call, number)
-        session = Session(program, mode, 0.02, None,
-                          {"LD_PRELOAD": library, "QUILLON_FAILING_CALLS": faults.path}, make_tree)
+            faults.start(call, error)
+        session = Session(program, mode, 0.02, None, faults.environment(), make_tree)
         try:
             session.ask()
             if when == "changes":
                 change(session, seed, 20)
-            faults.set(call, number)
+            faults.start(call, error)
             end = time.monotonic() + FAULT_SECONDS
             if when != "quiet":
                 change(session, seed + 1, 40)
             elif seed % 2:
                 session.ask(b"settle")
             time.sleep(max(0, end - time.monotonic()))
-            faults.set(call, 0)
+            faults.stop(call)
             wrong = session.differences_within(RECOVERY_SECONDS)
             later = session.differences(session.ask(b"settle"))
         except RuntimeError as failure:
