@@ -1,6 +1,7 @@
 """Runs `quillonctl watch` on a tree of its own, and compares the index with a crawl."""
 
 import os
+import select
 import shutil
 import subprocess
 import tempfile
@@ -12,6 +13,7 @@ MODES = {
     "none": ["--budget", "0"],
 }
 
+PATIENCE = 60  # seconds
 
 # The program indexes these besides folders unless its settings say otherwise.
 EXTENSIONS = ["xcodeproj", "xcworkspace", "sublime-project", "sublime-workspace"]
@@ -66,6 +68,9 @@ class Session:
         self.process.stdin.flush()
         output = b""
         while not (output == b".\0" or output.endswith(b"\0.\0")):
+            if not select.select([self.process.stdout], [], [], PATIENCE)[0]:
+                self.process.kill()
+                raise RuntimeError("the program does not answer: %s" % line)
             piece = self.process.stdout.read1(1 << 20)
             if not piece:
                 raise RuntimeError("the program has ended: %s" % self.process.wait())
