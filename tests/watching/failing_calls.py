@@ -17,14 +17,13 @@ from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from itertools import product
 
-from faults import Faults
+from faults import ERRORS, Faults
 from random_rounds import User
 from session import MODES, Session
 
-CALLS = ["statx", "openat", "getdents64", "fstatfs", "inotify_add_watch", "inotify_init1", "read",
-         "realpath", "fopen"]
-ERRORS = ["EACCES", "EIO", "EMFILE", "ENFILE", "ENOMEM", "ESTALE", "ELOOP", "EPERM", "ETIMEDOUT",
-          "ENOTCONN"]
+CALLS = ["close", "fopen", "fstatat", "fstatfs", "getdents64", "inotify_add_watch",
+         "inotify_init1", "inotify_rm_watch", "openat", "poll", "pthread_create", "read", "realpath",
+         "statx"]
 WHEN = ["changes", "quiet", "start"]
 FAULT_SECONDS = 1.0
 # The program asks again after 1, 2 and 4 seconds.
@@ -87,7 +86,7 @@ def main():
                         help="for the choice of rows and the changes; another one each time")
     parser.add_argument("--jobs", type=int, default=8 * (os.cpu_count() or 1))
     arguments = parser.parse_args()
-    table = list(product(CALLS, ERRORS, MODES, WHEN))
+    table = [(call, *row) for call in CALLS for row in product(ERRORS[call], MODES, WHEN)]
     if arguments.call:
         table = [row for row in table if row[0] == arguments.call]
     if arguments.some:
@@ -108,8 +107,8 @@ def main():
         if run[call]:
             print("%-18s %4d sessions, the fault was met in %d, %d wrong" %
                   (call, run[call], hits[call], wrong[call]))
-    print("failing calls: %d sessions, %d wrong, seed %d" %
-          (len(table), sum(wrong.values()), arguments.seed))
+    print("failing calls from seed %d: %d passed, %d failed" %
+          (arguments.seed, len(table) - sum(wrong.values()), sum(wrong.values())))
     return 1 if wrong else 0
 
 

@@ -34,13 +34,51 @@ namespace {
 using namespace quillon;
 using namespace std::chrono_literals;
 
-constexpr auto PATIENCE = 60s;
+constexpr auto PATIENCE = 30s;
+
+/// A queue of the process that drops what a program has posted once that program has ended.
+class QueueOfProgram final : public TaskQueue
+{
+public:
+    explicit QueueOfProgram(SerialTaskQueue &queue) : queue_(queue) {}
+    void post(Task task) override { postDelayed(0ms, std::move(task)); }
+    void postDelayed(std::chrono::milliseconds delay, Task task) override
+    {
+        queue_.postDelayed(delay, [hasEnded = hasEnded_, task = std::move(task)] {
+            if (!*hasEnded)
+                task();
+        });
+    }
+    /// Waits for the running task.
+    void end()
+    {
+        queue_.postAndWait([this] { *hasEnded_ = true; });
+    }
+
+private:
+    SerialTaskQueue &queue_;
+    /// Only the queue uses the value.
+    const std::shared_ptr<bool> hasEnded_ = std::make_shared<bool>(false);
+};
+
+/// The two threads that the application has before any other object.
+struct Threads
+{
+    Threads()
+    {
+        main.postAndWait([] {});
+        background.postAndWait([] {});
+    }
+    SerialTaskQueue main{"main"};
+    SerialTaskQueue background{"background"};
+};
 
 /// The objects that the application joins, with the same services as there.
 class WindowlessProgram final : SearchBaseBuildObserver
 {
 public:
-    WindowlessProgram()
+    explicit WindowlessProgram(Threads &threads)
+        : mainQueue_(threads.main), background_(threads.background)
     {
         builder_.addObserver(*this);
         build();
@@ -49,9 +87,9 @@ public:
     {
         mainQueue_.postAndWait([this] { builder_.stop(); });
         searchBase_.reset();
-        // The program leaves with the process what does not end.
-        if (!mainQueue_.finish(PATIENCE) || !background_.finish(PATIENCE) ||
-            !eventQueue_.finish(PATIENCE))
+        background_.end();
+        mainQueue_.end();
+        if (!eventQueue_.finish(PATIENCE))
             std::abort();
     }
     WindowlessProgram(const WindowlessProgram &) = delete;
@@ -124,8 +162,8 @@ private:
             ended->set_value();
     }
 
-    SerialTaskQueue mainQueue_{"main"};
-    SerialTaskQueue background_{"background"};
+    QueueOfProgram mainQueue_;
+    QueueOfProgram background_;
     SerialTaskQueue eventQueue_{"events"};
     JsonDefaultsStore defaults_{standardDefaultsPath()};
     BoundedCalls diskCalls_{{.diskOf = remoteDiskOf}};
@@ -169,7 +207,8 @@ void answer(const std::vector<std::string> &texts)
     std::fflush(stdout);
 }
 
-std::vector<std::string> obey(std::optional<WindowlessProgram> &program, const std::string &line)
+std::vector<std::string> obey(std::optional<WindowlessProgram> &program, Threads &threads,
+                              const std::string &line)
 {
     const std::string word = line.substr(0, line.find(' '));
     const std::string rest = line.substr(std::min(line.size(), word.size() + 1));
@@ -180,7 +219,7 @@ std::vector<std::string> obey(std::optional<WindowlessProgram> &program, const s
     if (word == "start" && JsonDefaultsStore(standardDefaultsPath()).fault())
         return {"waits"};
     if (word == "start")
-        program.emplace();
+        program.emplace(threads);
     else if (!program)
         return {"not started"};
     else if (word == "stop")
@@ -212,8 +251,9 @@ int main()
 {
     // The programs that are started have no failing calls.
     ::unsetenv("LD_PRELOAD");
+    Threads threads;
     std::optional<WindowlessProgram> program;
     for (std::string line; std::getline(std::cin, line);)
-        answer(obey(program, line));
+        answer(obey(program, threads, line));
     return EXIT_SUCCESS;
 }
