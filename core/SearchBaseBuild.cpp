@@ -131,7 +131,8 @@ void SearchBase::crawlIntoIndex(const std::string &root, const Building &buildin
 }
 
 /// Returns the paths for which the disk did not answer. They stay as they were.
-std::vector<std::string> SearchBase::compareWithDisk(const std::string &root, const Building &building)
+std::vector<std::string> SearchBase::compareWithDisk(const std::string &root,
+                                                     const Building &building)
 {
     const HeldNodes held(searchBaseMatcher_.index());
     IndexUpdate update(searchBasePaths_, updateTerms(building.locations, building.isReset, marks()),

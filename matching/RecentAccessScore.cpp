@@ -65,8 +65,7 @@ DefaultsRecentAccessScoreDataStore::dictionary(std::string_view key)
     return store_.dictionary(key);
 }
 
-bool DefaultsRecentAccessScoreDataStore::edit(std::string_view key,
-                                              const DefaultsStore::Made &made)
+bool DefaultsRecentAccessScoreDataStore::edit(std::string_view key, const DefaultsStore::Made &made)
 {
     return store_.edit(key, made);
 }
@@ -139,8 +138,7 @@ bool RecentAccessScoreData::change(const std::function<void(UseCounts &counts)> 
 {
     UseCounts counts;
     const bool isStored = dataStore_.edit(KEY, [&](const std::optional<DefaultsValue> &stored) {
-        const auto *dictionary =
-            stored ? std::get_if<DefaultsDictionary>(&stored->value) : nullptr;
+        const auto *dictionary = stored ? std::get_if<DefaultsDictionary>(&stored->value) : nullptr;
         counts = usableCounts(dictionary != nullptr ? *dictionary : DefaultsDictionary());
         edit(counts);
         return storedForm(counts);
@@ -163,9 +161,9 @@ void RecentAccessScoreData::replace(UseCounts dataset)
 }
 
 RecentAccessScore::RecentAccessScore(RecentAccessScoreDataStore &store)
-    : data_(usableCounts(
-                store.dictionary(RecentAccessScoreData::KEY).value_or(DefaultsDictionary())),
-            store)
+    : data_(
+          usableCounts(store.dictionary(RecentAccessScoreData::KEY).value_or(DefaultsDictionary())),
+          store)
 {}
 
 bool RecentAccessScore::addRecentAccess(const SearchBaseResult &result)

@@ -51,8 +51,8 @@ public:
 
     /// Returns nothing when nothing, or no dictionary, is stored under the key.
     virtual std::optional<DefaultsDictionary> dictionary(std::string_view key) = 0;
-    /// Stores what `made` returns for the value that is stored. `made` may be called more than once.
-    /// Returns false when the value could not be stored.
+    /// Stores what `made` returns for the value that is stored. `made` may be called more than
+    /// once. Returns false when the value could not be stored.
     virtual bool edit(std::string_view key, const DefaultsStore::Made &made) = 0;
 };
 
@@ -70,8 +70,8 @@ private:
 };
 
 /// The use counts and their stored form. The main thread changes them, and any thread may read
-/// them. Each change is made to the counts that are stored, so that it loses none of them, even when
-/// they could not be read before. What could not be stored holds until the next change.
+/// them. Each change is made to the counts that are stored, so that it loses none of them, even
+/// when they could not be read before. What could not be stored holds until the next change.
 class RecentAccessScoreData
 {
 public:
@@ -80,8 +80,8 @@ public:
 
     RecentAccessScoreData(UseCounts dataset, RecentAccessScoreDataStore &dataStore);
 
-    /// Counts one use and stores it at once. A count or a sum that no longer fits stops the program.
-    /// Returns false when the store still has the former counts.
+    /// Counts one use and stores it at once. A count or a sum that no longer fits stops the
+    /// program. Returns false when the store still has the former counts.
     bool recordUse(const std::string &path);
     /// Takes one use of the path back and stores that at once. Does nothing when the path has no
     /// uses.
