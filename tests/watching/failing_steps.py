@@ -16,7 +16,7 @@ import sys
 import tempfile
 import time
 from collections import Counter
-from concurrent.futures import ThreadPoolExecutor
+from concurrent.futures import ThreadPoolExecutor, as_completed
 
 from faults import ERRORS, Faults
 from session import Session
@@ -330,20 +330,20 @@ def main():
     sessions = {}
     for step, call, fault in table:
         sessions.setdefault((step, call), []).append((call, fault))
-    run, met, wrong = Counter(), Counter(), Counter()
+    bad = 0
     with ThreadPoolExecutor(arguments.jobs) as pool:
         jobs = [pool.submit(run_rows, arguments.programs, step, rows)
                 for (step, _), rows in sessions.items()]
-        for job in jobs:
-            for step, call, fault, is_met, texts in job.result():
-                run[step, call] += 1
-                met[step, call] += is_met
-                wrong[step, call] += bool(texts)
+        for job in as_completed(jobs):
+            outcomes = job.result()
+            wrong = [outcome for outcome in outcomes if outcome[4]]
+            bad += len(wrong)
+            for step, call, fault, _, texts in wrong:
                 for text in texts[:MOST_TEXTS]:
-                    print("%s, %s %s: %s" % (step, call, fault, text), flush=True)
-    for key, number in run.items():
-        print("%-16s %-18s %4d faults, %4d met, %d wrong" % (*key, number, met[key], wrong[key]))
-    bad = sum(wrong.values())
+                    print("%s, %s %s: %s" % (step, call, fault, text))
+            print("%-16s %-18s %4d faults, %4d met, %d wrong" % (
+                *outcomes[0][:2], len(outcomes), sum(outcome[3] for outcome in outcomes),
+                len(wrong)), flush=True)
     print("failing steps from seed %d: %d passed, %d failed" %
           (arguments.seed, len(table) - bad, bad))
     return 1 if bad or not table else 0
