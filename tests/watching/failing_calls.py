@@ -21,7 +21,7 @@ from faults import ERRORS, Faults
 from random_rounds import User
 from session import MODES, Session
 
-CALLS = ["close", "fopen", "fstatat", "fstatfs", "getdents64", "inotify_add_watch",
+CALLS = ["close", "fopen", "fstatfs", "getdents64", "inotify_add_watch",
          "inotify_init1", "inotify_rm_watch", "openat", "poll", "pthread_create", "read", "realpath",
          "statx"]
 WHEN = ["changes", "quiet", "start"]
