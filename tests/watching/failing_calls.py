@@ -86,7 +86,9 @@ def main():
                         help="for the choice of rows and the changes; another one each time")
     parser.add_argument("--jobs", type=int, default=8 * (os.cpu_count() or 1))
     arguments = parser.parse_args()
-    table = [(call, *row) for call in CALLS for row in product(ERRORS[call], MODES, WHEN)]
+    # A name that is too long stays so, and the program does not ask again.
+    table = [(call, *row) for call in CALLS for row in product(ERRORS[call], MODES, WHEN)
+             if row[0] != "ENAMETOOLONG"]
     if arguments.call:
         table = [row for row in table if row[0] == arguments.call]
     if arguments.some:
