@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -87,6 +88,10 @@ public:
     /// Returns false when the value could not be brought to the disk; what stood there still
     /// stands.
     virtual bool set(std::string_view key, const DefaultsValue &value) = 0;
+    /// Replaces the value under the key by what `made` returns for it. `made` may be called more
+    /// than once and uses no store. Returns false as set() does.
+    using Made = std::function<DefaultsValue(const std::optional<DefaultsValue> &)>;
+    virtual bool edit(std::string_view key, const Made &made) { return set(key, made(value(key))); }
     /// Removing an absent key succeeds and writes nothing. False as for set().
     virtual bool remove(std::string_view key) = 0;
     /// Removes every key at once. False as for set().

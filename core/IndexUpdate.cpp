@@ -133,6 +133,15 @@ std::vector<std::string> IndexUpdate::unanswered() const
     return paths;
 }
 
+std::vector<std::string> IndexUpdate::silentPaths() const
+{
+    std::vector<std::string> paths = silent_;
+    for (const Changed &changed : changed_)
+        if (changed.kind == Kind::unknown)
+            paths.push_back(changed.path);
+    return paths;
+}
+
 bool IndexUpdate::isRoot(const std::string &path) const
 {
     return std::ranges::binary_search(terms_.roots, path);
@@ -388,7 +397,12 @@ FolderLister::Kind IndexUpdate::kindIn(Kind folder, const Unfound &unfound)
     if (folder != Kind::folder && !isIncludeFolder(unfound.node))
         return folder == Kind::unknown ? Kind::unknown : Kind::nothing;
     std::vector<std::string> text;
-    return appendTexts({&unfound.node, 1}, "", text) ? kindOf(text.front()) : Kind::unknown;
+    if (!appendTexts({&unfound.node, 1}, "", text))
+        return Kind::unknown;
+    const Kind kind = kindOf(text.front());
+    if (kind == Kind::unknown)
+        silent_.push_back(std::move(text.front()));
+    return kind;
 }
 
 // Applying

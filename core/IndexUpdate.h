@@ -97,6 +97,8 @@ public:
     /// Returns two kinds of paths: the changed paths for which, or for something below which, a
     /// file system did not answer, and the folders below them that could not be listed.
     std::vector<std::string> unanswered() const;
+    /// Returns the topmost paths for which a file system did not answer.
+    std::vector<std::string> silentPaths() const;
     /// Returns what came into the index and what left it, for which the terms have to ask. Returns
     /// nothing when the index was reset.
     std::optional<IndexDifferences> differences() const EXCLUDES(paths_.lock());
@@ -178,6 +180,8 @@ private:
     bool isAway_ = false;
     /// True when something below a changed path did not answer.
     bool isAnyUnanswered_ = false;
+    /// The topmost indexed paths below the changed ones that did not answer.
+    std::vector<std::string> silent_;
     std::vector<std::string> notListed_;
     FoundNodes found_;
     std::vector<Unfound> unfound_;

@@ -199,7 +199,8 @@ private:
         EXCLUDES(watching_);
     void stopWatching() REQUIRES(watching_);
     void crawlIntoIndex(const std::string &root, const Building &building) REQUIRES(changing_);
-    void compareWithDisk(const std::string &root, const Building &building) REQUIRES(changing_);
+    std::vector<std::string> compareWithDisk(const std::string &root, const Building &building)
+        REQUIRES(changing_);
     bool beginKeeping(const SearchLocations &locations) REQUIRES(changing_);
     CrawlMarks *marks() REQUIRES(changing_);
     void keepLater() REQUIRES(changing_);

@@ -9,6 +9,8 @@
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 // How the index is built, kept in a file and restored. A build either crawls the include folders
@@ -34,6 +36,8 @@ struct SearchBase::Watched
 {
     std::shared_ptr<const WatchFilter> items;
     std::shared_ptr<CrawlRecord> record;
+    /// The disk did not answer for these paths when they were compared with it.
+    std::vector<std::string> silent = {};
 };
 
 void SearchBase::build(const Progress &progress, const std::stop_token &stop)
@@ -56,7 +60,7 @@ void SearchBase::build(const Progress &progress, const std::stop_token &stop)
     for (const std::string &root : locations->folders) {
         progress("Scanning " + root);
         if (isCompared)
-            compareWithDisk(root, building);
+            std::ranges::move(compareWithDisk(root, building), std::back_inserter(watched.silent));
         else
             crawlIntoIndex(root, building);
         if (end.token().stop_requested())
@@ -126,7 +130,9 @@ void SearchBase::crawlIntoIndex(const std::string &root, const Building &buildin
         services_.logger.log(PACKAGE_TAG + root);
 }
 
-void SearchBase::compareWithDisk(const std::string &root, const Building &building)
+/// Returns the paths for which the disk did not answer. They stay as they were.
+std::vector<std::string> SearchBase::compareWithDisk(const std::string &root,
+                                                     const Building &building)
 {
     const HeldNodes held(searchBaseMatcher_.index());
     IndexUpdate update(searchBasePaths_, updateTerms(building.locations, building.isReset, marks()),
@@ -137,6 +143,7 @@ void SearchBase::compareWithDisk(const std::string &root, const Building &buildi
                                      building.progress, building.stop));
     if (!building.stop.stop_requested() && update.compare())
         services_.mainQueue.postAndWait([&update] { update.apply(); });
+    return update.silentPaths();
 }
 
 void SearchBase::endBuild(Watched watched, const SearchLocations &locations,
@@ -146,10 +153,12 @@ void SearchBase::endBuild(Watched watched, const SearchLocations &locations,
     if (stop.stop_requested())
         return;
     areCrawled_ = true;
+    if (!searchBaseWatcher_)
+        return;
     // Missing folders are watched too, so that the watch reports when they appear.
-    if (searchBaseWatcher_)
-        searchBaseWatcher_->startWatching(locations.roots(), std::move(watched.items),
-                                          std::move(watched.record));
+    searchBaseWatcher_->startWatching(locations.roots(), std::move(watched.items),
+                                      std::move(watched.record));
+    searchBaseWatcher_->report(std::move(watched.silent));
 }
 
 void SearchBase::stopWatching()

@@ -5,29 +5,20 @@
 #include <optional>
 #include <string_view>
 #include <utility>
-#include <variant>
 
 namespace quillon {
 
-/// Use counts that are held in memory and stored nowhere.
+/// Use counts that were given and that nobody changes.
 class HeldUseCounts final : public RecentAccessScoreDataStore
 {
 public:
     explicit HeldUseCounts(DefaultsDictionary counts) : counts_(std::move(counts)) {}
 
     std::optional<DefaultsDictionary> dictionary(std::string_view) override { return counts_; }
-    bool set(const DefaultsValue &value, std::string_view) override
-    {
-        if (const auto *counts = std::get_if<DefaultsDictionary>(&value.value))
-            counts_ = *counts;
-        return true;
-    }
-
-    /// Returns the counts as the settings hold them.
-    const DefaultsDictionary &counts() const { return counts_; }
+    bool edit(std::string_view, const DefaultsStore::Made &) override { return false; }
 
 private:
-    DefaultsDictionary counts_;
+    const DefaultsDictionary counts_;
 };
 
 } // namespace quillon

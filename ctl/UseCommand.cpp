@@ -1,14 +1,13 @@
 #include "ctl/UseCommand.h"
 
 #include "ctl/CommandLine.h"
-#include "ctl/HeldUseCounts.h"
 #include "ctl/Output.h"
+#include "matching/RecentAccessScore.h"
 #include "platform/linux/bus/BusRunningInstance.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
 
 #include <filesystem>
 #include <optional>
-#include <variant>
 
 namespace quillon {
 
@@ -19,12 +18,9 @@ using Outcome = RunningInstance::Outcome;
 /// Counts the use in the settings file, for which no application is running.
 bool countInFile(JsonDefaultsStore &settings, const std::string &path)
 {
-    return settings.edit(RecentAccessScoreData::KEY, [&path](const auto &stored) {
-        const auto *counts = stored ? std::get_if<DefaultsDictionary>(&stored->value) : nullptr;
-        HeldUseCounts held(counts != nullptr ? *counts : DefaultsDictionary());
-        RecentAccessScore(held).addRecentAccess({path, path, {}, SearchBaseResultType::standard});
-        return DefaultsValue{held.counts()};
-    });
+    DefaultsRecentAccessScoreDataStore store(settings);
+    return RecentAccessScore(store).addRecentAccess(
+        {path, path, {}, SearchBaseResultType::standard});
 }
 
 } // namespace

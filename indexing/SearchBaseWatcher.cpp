@@ -131,6 +131,15 @@ void SearchBaseWatcher::tellWhatIsDue()
         delegate->watchedFoldersChanged(due, std::stop_token(dueStop_));
 }
 
+void SearchBaseWatcher::report(std::vector<std::string> paths)
+{
+    const MutexLock lock(mutex_);
+    services_.eventQueue.post([this, paths = std::move(paths), stop = stop_.get_token()] {
+        for (const std::string &path : paths)
+            becameDue(path, stop);
+    });
+}
+
 void SearchBaseWatcher::settle()
 {
     std::shared_ptr<RillFSEventStream> stream;

@@ -67,6 +67,8 @@ public:
     void startWatching(std::vector<std::string> paths, std::shared_ptr<const WatchFilter> items,
                        std::shared_ptr<CrawlRecord> recorded) EXCLUDES(mutex_);
     void stopWatching() EXCLUDES(mutex_);
+    /// Passes the paths on as if the disk had reported a change of each.
+    void report(std::vector<std::string> paths) EXCLUDES(mutex_);
 
     /// Reports everything that has happened so far. It is not called on the event queue.
     void settle() EXCLUDES(mutex_);

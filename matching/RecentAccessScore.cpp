@@ -14,11 +14,10 @@ constexpr std::int64_t MOST_STORED = std::int64_t{1} << 62;
 
 /// Returns the stored counts that can be used. The settings can be written by hand, so the largest
 /// counts are left out if the sum would be too high.
-UseCounts loadCounts(RecentAccessScoreDataStore &store)
+UseCounts usableCounts(const DefaultsDictionary &dictionary)
 {
     std::vector<std::pair<std::int64_t, std::string>> stored;
-    for (auto &[path, value] :
-         store.dictionary(RecentAccessScoreData::KEY).value_or(DefaultsDictionary()))
+    for (const auto &[path, value] : dictionary)
         if (const auto count = value.asInteger(); count && *count > 0)
             stored.emplace_back(*count, path);
     std::ranges::sort(stored);
@@ -66,9 +65,9 @@ DefaultsRecentAccessScoreDataStore::dictionary(std::string_view key)
     return store_.dictionary(key);
 }
 
-bool DefaultsRecentAccessScoreDataStore::set(const DefaultsValue &value, std::string_view key)
+bool DefaultsRecentAccessScoreDataStore::edit(std::string_view key, const DefaultsStore::Made &made)
 {
-    return store_.set(key, value);
+    return store_.edit(key, made);
 }
 
 RecentAccessScoreData::RecentAccessScoreData(UseCounts dataset,
@@ -80,25 +79,21 @@ RecentAccessScoreData::RecentAccessScoreData(UseCounts dataset,
 
 bool RecentAccessScoreData::recordUse(const std::string &path)
 {
-    // Running searches keep the map that they have, so a copy is changed.
-    UseCounts counts = snapshot()->counts;
-    std::int64_t &count = counts[path];
-    require(!__builtin_add_overflow(count, 1, &count), "a use count fits");
-    const bool isKept = dataStore_.set(storedForm(counts), KEY);
-    replace(std::move(counts));
-    return isKept;
+    return change([&path](UseCounts &counts) {
+        std::int64_t &count = counts[path];
+        require(!__builtin_add_overflow(count, 1, &count), "a use count fits");
+    });
 }
 
 void RecentAccessScoreData::takeBack(const std::string &path)
 {
-    UseCounts counts = snapshot()->counts;
-    const auto found = counts.find(path);
-    if (found == counts.end())
+    if (!snapshot()->counts.contains(path))
         return;
-    if (--found->second == 0)
-        counts.erase(found);
-    dataStore_.set(storedForm(counts), KEY);
-    replace(std::move(counts));
+    change([&path](UseCounts &counts) {
+        const auto found = counts.find(path);
+        if (found != counts.end() && --found->second == 0)
+            counts.erase(found);
+    });
 }
 
 std::vector<std::string> RecentAccessScoreData::topPaths(int n) const
@@ -121,29 +116,39 @@ std::vector<std::string> RecentAccessScoreData::topPaths(int n) const
     return paths;
 }
 
-bool RecentAccessScoreData::forget(std::string_view path)
+bool RecentAccessScoreData::forget(const std::string &path)
 {
-    UseCounts counts = snapshot()->counts;
-    const auto found = counts.find(path);
-    if (found == counts.end())
+    if (!snapshot()->counts.contains(path))
         return true;
-    counts.erase(found);
-    const bool isKept = dataStore_.set(storedForm(counts), KEY);
-    replace(std::move(counts));
-    return isKept;
+    return change([&path](UseCounts &counts) { counts.erase(path); });
 }
 
 bool RecentAccessScoreData::reset()
 {
-    const bool isKept = dataStore_.set({DefaultsDictionary()}, KEY);
-    replace({});
-    return isKept;
+    return change([](UseCounts &counts) { counts.clear(); });
 }
 
 std::shared_ptr<const RecentAccessSnapshot> RecentAccessScoreData::snapshot() const
 {
     const MutexLock lock(mutex_);
     return current_;
+}
+
+bool RecentAccessScoreData::change(const std::function<void(UseCounts &counts)> &edit)
+{
+    UseCounts counts;
+    const bool isStored = dataStore_.edit(KEY, [&](const std::optional<DefaultsValue> &stored) {
+        const auto *dictionary = stored ? std::get_if<DefaultsDictionary>(&stored->value) : nullptr;
+        counts = usableCounts(dictionary != nullptr ? *dictionary : DefaultsDictionary());
+        edit(counts);
+        return storedForm(counts);
+    });
+    if (!isStored) {
+        counts = snapshot()->counts;
+        edit(counts);
+    }
+    replace(std::move(counts));
+    return isStored;
 }
 
 void RecentAccessScoreData::replace(UseCounts dataset)
@@ -156,7 +161,9 @@ void RecentAccessScoreData::replace(UseCounts dataset)
 }
 
 RecentAccessScore::RecentAccessScore(RecentAccessScoreDataStore &store)
-    : data_(loadCounts(store), store)
+    : data_(
+          usableCounts(store.dictionary(RecentAccessScoreData::KEY).value_or(DefaultsDictionary())),
+          store)
 {}
 
 bool RecentAccessScore::addRecentAccess(const SearchBaseResult &result)
@@ -179,7 +186,7 @@ std::vector<std::string> RecentAccessScore::topScores(int n) const
     return data_.topPaths(n);
 }
 
-bool RecentAccessScore::forgetUses(std::string_view path)
+bool RecentAccessScore::forgetUses(const std::string &path)
 {
     return data_.forget(path);
 }

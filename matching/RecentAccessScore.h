@@ -51,8 +51,9 @@ public:
 
     /// Returns nothing when nothing, or no dictionary, is stored under the key.
     virtual std::optional<DefaultsDictionary> dictionary(std::string_view key) = 0;
-    /// Returns false when the value could not be stored.
-    virtual bool set(const DefaultsValue &value, std::string_view key) = 0;
+    /// Stores what `made` returns for the value that is stored. `made` may be called more than
+    /// once. Returns false when the value could not be stored.
+    virtual bool edit(std::string_view key, const DefaultsStore::Made &made) = 0;
 };
 
 /// Stores use counts among the user's settings.
@@ -62,14 +63,15 @@ public:
     explicit DefaultsRecentAccessScoreDataStore(DefaultsStore &store) : store_(store) {}
 
     std::optional<DefaultsDictionary> dictionary(std::string_view key) override;
-    bool set(const DefaultsValue &value, std::string_view key) override;
+    bool edit(std::string_view key, const DefaultsStore::Made &made) override;
 
 private:
     DefaultsStore &store_;
 };
 
 /// The use counts and their stored form. The main thread changes them, and any thread may read
-/// them.
+/// them. Each change is made to the counts that are stored, so that it loses none of them, even
+/// when they could not be read before. What could not be stored holds until the next change.
 class RecentAccessScoreData
 {
 public:
@@ -78,22 +80,23 @@ public:
 
     RecentAccessScoreData(UseCounts dataset, RecentAccessScoreDataStore &dataStore);
 
-    /// Counts one use and writes all counts at once. A count or a sum that no longer fits stops
-    /// the program. Returns false when the store still has the former counts.
+    /// Counts one use and stores it at once. A count or a sum that no longer fits stops the
+    /// program. Returns false when the store still has the former counts.
     bool recordUse(const std::string &path);
-    /// Takes one use of the path back and writes all counts at once. Does nothing when the path has
-    /// no uses.
+    /// Takes one use of the path back and stores that at once. Does nothing when the path has no
+    /// uses.
     void takeBack(const std::string &path);
     /// Returns the n most used paths, most used first, equal counts by path. n is not negative.
     std::vector<std::string> topPaths(int n) const;
     /// Forgets the counts of one path, also in the store. Returns false when the store still has
     /// them.
-    bool forget(std::string_view path);
+    bool forget(const std::string &path);
     /// Forgets every count, as forget() does for one path.
     bool reset();
     std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
 
 private:
+    bool change(const std::function<void(UseCounts &counts)> &edit);
     void replace(UseCounts dataset);
 
     RecentAccessScoreDataStore &dataStore_;
@@ -124,7 +127,7 @@ public:
     std::vector<std::string> topScores(int n) const;
     /// Forgets the uses of one path. Returns false when the store still has them. Searches stop
     /// counting them in either case.
-    bool forgetUses(std::string_view path);
+    bool forgetUses(const std::string &path);
     /// Forgets all uses, as forgetUses() does for one path.
     bool resetScores();
     /// Returns the uses as they are now, for a search. Later uses do not show in it.

@@ -286,6 +286,23 @@ TEST_F(KeptSearchBaseTest, beginsAnewFromATreeThatNoDiskHas)
     EXPECT_EQ(paths(), folders_);
 }
 
+TEST_F(KeptSearchBaseTest, asksAgainAboutWhatDidNotAnswerWhenItWasCompared)
+{
+    isWatched_ = true;
+    readByNextRun();
+    folders_.pop_back();
+    changed_["/usr/share"] = 1;
+    Base &base = start();
+    base.lister.unanswered.insert("/usr/share/doc");
+    ASSERT_TRUE(base.searchBase.restore());
+    base.build();
+    events_.advance(1s);
+    EXPECT_THAT(paths(), testing::Contains("/usr/share/doc"));
+    base.lister.unanswered.clear();
+    events_.advance(1min);
+    EXPECT_EQ(paths(), folders_);
+}
+
 TEST_F(KeptSearchBaseTest, isWrittenAgainSomeTimeAfterAChange)
 {
     isWatched_ = true;

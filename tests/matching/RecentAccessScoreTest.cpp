@@ -148,8 +148,20 @@ TEST_F(RecentAccessScoreTest, forgetsOnePath)
     EXPECT_EQ(score.topScores(10), Strings()) << "no search counts them any more";
 }
 
+TEST_F(RecentAccessScoreTest, losesNoStoredUseThatItCouldNotReadAtItsStart)
+{
+    RecentAccessScore score(store);
+    settings.set("recent-access-score-data", {DefaultsDictionary{{"/a", {std::int64_t{3}}}}});
+    open(score, "/b");
+    EXPECT_EQ(score.score("/a"), 0.75);
+    EXPECT_EQ(
+        settings.value("recent-access-score-data"),
+        (DefaultsValue{DefaultsDictionary{{"/a", {std::int64_t{3}}}, {"/b", {std::int64_t{1}}}}}));
+}
+
 TEST_F(RecentAccessScoreTest, stopsWhereACountNoLongerFits)
 {
+    settings.failWrites();
     RecentAccessScoreData data({{"/a", MOST}}, store);
     EXPECT_DEATH(data.recordUse("/a"), "a use count fits");
     EXPECT_DEATH(data.recordUse("/b"), "sum of all use counts");

@@ -159,7 +159,7 @@ def main():
             if fault:
                 wrong += 1
                 print(f"{injected}{'' if supported else ', without exchange'}: {fault}")
-    print(f"{writes} injected writes, {wrong} wrong")
+    print(f"injected writes: {writes - wrong} passed, {wrong} failed")
     sys.exit(1 if wrong or not writes else 0)
 
 

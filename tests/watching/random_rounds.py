@@ -242,7 +242,7 @@ def main():
             if text:
                 wrong += 1
                 print(text, flush=True)
-    print("random rounds from seed %d: %d run, %d wrong" % (seed, run, wrong))
+    print("random rounds from seed %d: %d passed, %d failed" % (seed, run - wrong, wrong))
     return 1 if wrong else 0
 
 

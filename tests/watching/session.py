@@ -1,6 +1,7 @@
 """Runs `quillonctl watch` on a tree of its own, and compares the index with a crawl."""
 
 import os
+import select
 import shutil
 import subprocess
 import tempfile
@@ -12,16 +13,18 @@ MODES = {
     "none": ["--budget", "0"],
 }
 
+PATIENCE = 60  # seconds
 
 # The program indexes these besides folders unless its settings say otherwise.
 EXTENSIONS = ["xcodeproj", "xcworkspace", "sublime-project", "sublime-workspace"]
 
 
 class Session:
-    """The program, running on DISK/above/mid/root. close() ends it and removes the tree."""
+    """The program, running on DISK/above/mid/root. close() ends it and removes the tree. The
+    program is QUILLONCTL or, if that is given, the command of the one without windows."""
 
     def __init__(self, program, mode, latency, disk=None, environment=None, make=None,
-                 hidden=False):
+                 hidden=False, windowless=None):
         self.program = program
         self.hidden = ["--hidden"] if hidden else []
         self.disk = tempfile.mkdtemp(prefix="quillon-watch-", dir=disk).encode()
@@ -33,13 +36,18 @@ class Session:
         if make:
             make(self)
         self.environment = dict(os.environ, HOME=self.home, XDG_CONFIG_HOME=self.home + "/config",
-                                XDG_RUNTIME_DIR=self.home, LC_ALL="C.UTF-8")
+                                XDG_CACHE_HOME=self.home + "/cache", XDG_RUNTIME_DIR=self.home,
+                                DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent",
+                                LC_ALL="C.UTF-8")
         self.complaints = open(self.home + "/complaints", "w+b")
-        self.process = subprocess.Popen(
-            [program, "watch", "-0", "--latency", str(latency), "--window", "0.003",
-             "--sweep", "0.2", *self.hidden, *MODES[mode], self.root],
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=self.complaints,
-            env=dict(self.environment, **(environment or {})))
+        self.start(windowless or
+                   [program, "watch", "-0", "--latency", str(latency), "--window", "0.003",
+                    "--sweep", "0.2", *self.hidden, *MODES[mode], self.root], environment or {})
+
+    def start(self, command, environment):
+        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=self.complaints,
+                                        env=dict(self.environment, **environment))
 
     def close(self):
         self.process.stdin.close()
@@ -60,9 +68,12 @@ class Session:
         self.process.stdin.flush()
         output = b""
         while not (output == b".\0" or output.endswith(b"\0.\0")):
+            if not select.select([self.process.stdout], [], [], PATIENCE)[0]:
+                self.process.kill()
+                raise RuntimeError("the program does not answer: %s" % line)
             piece = self.process.stdout.read1(1 << 20)
             if not piece:
-                raise RuntimeError("quillonctl watch has ended: %s" % self.process.wait())
+                raise RuntimeError("the program has ended: %s" % self.process.wait())
             output += piece
         return set(output[:-2].split(b"\0")) - {b""}
 

@@ -5,11 +5,18 @@
 #include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/GioPointers.h"
 
+#include <gio/gunixinputstream.h>
+
+#include <array>
 #include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
+
+#include <unistd.h>
 
 namespace quillon {
 
@@ -50,12 +57,60 @@ ObjectRef<GSubprocess> start(const ProcessRunner::Command &command, const std::s
     return process;
 }
 
-std::string text(GBytes *bytes)
+/// Reads what a program writes into its two outputs.
+class Outputs
 {
-    gsize size = 0;
-    const auto *data = static_cast<const char *>(g_bytes_get_data(bytes, &size));
-    return size == 0 ? std::string() : replacingInvalidUtf8({data, size});
-}
+public:
+    explicit Outputs(GSubprocess *process)
+        : files_{{{fileOf(g_subprocess_get_stdout_pipe(process)), G_IO_IN, 0},
+                  {fileOf(g_subprocess_get_stderr_pipe(process)), G_IO_IN, 0},
+                  {-1, 0, 0}}}
+    {}
+
+    /// Returns when no process holds the outputs open any more, or when that is cancelled.
+    void read(GCancellable *cancellable)
+    {
+        const bool canBeCancelled = g_cancellable_make_pollfd(cancellable, &files_.back()) != FALSE;
+        while ((files_[0].fd >= 0 || files_[1].fd >= 0) &&
+               !g_cancellable_is_cancelled(cancellable)) {
+            // The kernel lacks memory where this fails for another reason than a signal.
+            if (g_poll(files_.data(), static_cast<guint>(files_.size()), -1) < 0)
+                std::this_thread::sleep_for(PAUSE);
+            for (std::size_t i = 0; i < texts_.size(); ++i)
+                readOne(files_[i], texts_[i]);
+        }
+        if (canBeCancelled)
+            g_cancellable_release_fd(cancellable);
+    }
+    std::string text(std::size_t number) const { return replacingInvalidUtf8(texts_[number]); }
+
+private:
+    static constexpr std::chrono::milliseconds PAUSE{10};
+
+    static int fileOf(GInputStream *pipe)
+    {
+        return g_unix_input_stream_get_fd(G_UNIX_INPUT_STREAM(pipe));
+    }
+    /// Reads what is there. The pipe does not block.
+    static void readOne(GPollFD &file, std::string &text)
+    {
+        constexpr std::size_t PIECE = 4096;
+        std::array<char, PIECE> piece{};
+        while (file.fd >= 0) {
+            const ssize_t count = ::read(file.fd, piece.data(), piece.size());
+            if (count > 0)
+                text.append(piece.data(), static_cast<std::size_t>(count));
+            else if (count < 0 && errno == EAGAIN)
+                return;
+            else if (count == 0 || errno != EINTR)
+                file.fd = -1;
+        }
+    }
+
+    /// The two outputs, and what reports that reading is cancelled.
+    std::array<GPollFD, 3> files_;
+    std::array<std::string, 2> texts_;
+};
 
 } // namespace
 
@@ -91,16 +146,13 @@ public:
 private:
     void collect(const Ended &ended)
     {
-        GBytes *output = nullptr;
-        GBytes *error = nullptr;
-        if (!g_subprocess_communicate(process_.get(), nullptr, cancellable_.get(), &output, &error,
-                                      nullptr))
+        Outputs outputs(process_.get());
+        outputs.read(cancellable_.get());
+        if (!g_subprocess_wait(process_.get(), cancellable_.get(), nullptr))
             return;
-        ended({.standardOutput = text(output),
-               .standardError = text(error),
+        ended({.standardOutput = outputs.text(0),
+               .standardError = outputs.text(1),
                .isSuccess = g_subprocess_get_successful(process_.get()) != FALSE});
-        g_bytes_unref(output);
-        g_bytes_unref(error);
     }
 
     ObjectRef<GSubprocess> process_;

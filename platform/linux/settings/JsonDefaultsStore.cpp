@@ -122,9 +122,7 @@ bool JsonDefaultsStore::set(std::string_view key, const DefaultsValue &value)
     });
 }
 
-bool JsonDefaultsStore::edit(
-    std::string_view key,
-    const std::function<DefaultsValue(const std::optional<DefaultsValue> &)> &made)
+bool JsonDefaultsStore::edit(std::string_view key, const Made &made)
 {
     return change([name = bytesToText(key), key, &made](QJsonObject &contents) {
         contents.insert(name, toJson(made(fromJson(lookUp(contents, key)))));

@@ -30,11 +30,9 @@ public:
 
     std::optional<DefaultsValue> value(std::string_view key) const override EXCLUDES(mutex_);
     bool set(std::string_view key, const DefaultsValue &value) override;
-    /// Replaces a value by one that is made of the value on the disk, absent for none. No other
-    /// process that takes the lock of the file writes it in between. The function may be called
-    /// several times, and the last call counts. Returns false as set() does.
-    bool edit(std::string_view key,
-              const std::function<DefaultsValue(const std::optional<DefaultsValue> &)> &made);
+    /// The value is made of the one on the disk, absent for none. No other process that takes the
+    /// lock of the file writes it in between. The last call of `made` counts.
+    bool edit(std::string_view key, const Made &made) override;
     bool remove(std::string_view key) override;
     bool removeAll() override;
     bool synchronize() override;

@@ -69,7 +69,7 @@ std::error_code UserCacheFile::write(std::string_view bytes)
         path_, QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
     if (!fresh)
         return lastError();
-    if (::rename(fresh->c_str(), path_.c_str()) == 0)
+    if (uninterrupted([&] { return ::rename(fresh->c_str(), path_.c_str()); }) == 0)
         return {};
     const std::error_code error = lastError();
     ::unlink(fresh->c_str());
