@@ -118,7 +118,7 @@ constexpr unsigned mostLevels(ByteClassSet set)
 class BytePairSet
 {
 public:
-    static constexpr unsigned CLASSES = 192;
+    static constexpr unsigned CLASSES = 128;
 
     constexpr void add(unsigned pairClass)
     {
