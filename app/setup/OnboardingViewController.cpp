@@ -261,13 +261,18 @@ void OnboardingViewController::offerDisks()
     });
 }
 
-IncludeFolders OnboardingViewController::includeFolders() const
+void OnboardingViewController::includeFolders(
+    std::vector<std::string> paths, std::function<void(const IncludeFolders::Outcome &)> added)
 {
-    return IncludeFolders({.searchBaseFinder = services_.searchBaseFinder,
-                           .folderIdentity = services_.folderIdentity,
-                           .folderLister = services_.folderLister,
-                           .background = services_.background,
-                           .main = services_.main});
+    services_.background.post([services = services_, self = QPointer(this),
+                               paths = std::move(paths), added = std::move(added)] {
+        const IncludeFolders include(services.searchBaseFinder, services.folderIdentity,
+                                     services.folderLister);
+        services.main.post([outcome = include.add(paths), self, added] {
+            if (self)
+                added(outcome);
+        });
+    });
 }
 
 void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
@@ -289,9 +294,9 @@ void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
 
 void OnboardingViewController::addFolders(const std::vector<std::string> &paths)
 {
-    includeFolders().add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
+    includeFolders(paths, [this](const IncludeFolders::Outcome &outcome) {
         ++folderChanges_;
-        folderNote_->sayFault(outcome.faults);
+        folderNote_->sayFault(refusalText(outcome.refused));
         for (const std::string &path : outcome.added)
             choices_->offer(path, QString::fromStdString(path)).setChosen(true);
         refresh();
@@ -353,10 +358,10 @@ void OnboardingViewController::storeTickedFolders(const std::vector<std::string>
     std::erase_if(missing, [&stored](const std::string &path) {
         return std::ranges::find(stored, path) != stored.end();
     });
-    includeFolders().add(std::move(missing), this, [this](const IncludeFolders::Outcome &outcome) {
+    includeFolders(std::move(missing), [this](const IncludeFolders::Outcome &outcome) {
         isStoring_ = false;
-        folderNote_->sayFault(outcome.faults);
-        if (outcome.faults.isEmpty())
+        folderNote_->sayFault(refusalText(outcome.refused));
+        if (outcome.refused.empty())
             delegate_.onboardingFinished();
         else
             showStoredFolders();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/setup/FolderCounter.h"
-#include "app/widgets/IncludeFolders.h"
 #include "app/widgets/SetupView.h"
+#include "indexing/IncludeFolders.h"
 
 #include <QBasicTimer>
 #include <QPointer>
@@ -103,7 +103,9 @@ private:
     void showStoredFolders();
     void offerDisks();
     void storeTickedFolders(const std::vector<std::string> &stored);
-    IncludeFolders includeFolders() const;
+    /// Calls back on the main thread, unless this object is destroyed by then.
+    void includeFolders(std::vector<std::string> paths,
+                        std::function<void(const IncludeFolders::Outcome &)> added);
     void setChosen(FolderChoice *choice, bool isChosen);
     void chooseFolderButtonClicked();
     void doneButtonClicked();

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/preferences/search/PatternHits.h"
 #include "app/widgets/FormSheet.h"
+#include "core/PatternHits.h"
 
 #include <QTimer>
 

@@ -6,7 +6,6 @@
 #include "app/widgets/FolderChooser.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
-#include "app/widgets/IncludeFolders.h"
 #include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 #include "app/widgets/SegmentedControl.h"
@@ -234,17 +233,22 @@ void SearchPreferencesViewController::chooseFolders()
 
 void SearchPreferencesViewController::addFolders(const std::vector<std::string> &paths)
 {
-    const IncludeFolders include({.searchBaseFinder = services_.searchBaseFinder,
-                                  .folderIdentity = services_.folderIdentity,
-                                  .folderLister = services_.folderLister,
-                                  .background = services_.background,
-                                  .main = services_.main});
-    include.add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
-        note_->sayFault(outcome.faults);
-        showAdded(outcome.added.empty()
-                      ? nullptr
-                      : std::make_shared<IncludePathSearchBaseLocation>(outcome.added.back()));
+    services_.background.post([services = services_, paths, self = QPointer(this)] {
+        const IncludeFolders include(services.searchBaseFinder, services.folderIdentity,
+                                     services.folderLister);
+        services.main.post([outcome = include.add(paths), self] {
+            if (self)
+                self->foldersAdded(outcome);
+        });
     });
+}
+
+void SearchPreferencesViewController::foldersAdded(const IncludeFolders::Outcome &outcome)
+{
+    note_->sayFault(refusalText(outcome.refused));
+    showAdded(outcome.added.empty()
+                  ? nullptr
+                  : std::make_shared<IncludePathSearchBaseLocation>(outcome.added.back()));
 }
 
 void SearchPreferencesViewController::showAdded(std::shared_ptr<const SearchBaseLocation> location)

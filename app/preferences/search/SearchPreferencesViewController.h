@@ -3,6 +3,7 @@
 #include "app/preferences/search/ListedLocation.h"
 #include "app/widgets/FormPane.h"
 #include "core/SearchBaseBuilder.h"
+#include "indexing/IncludeFolders.h"
 
 #include <QBasicTimer>
 
@@ -94,6 +95,7 @@ private:
     void buildMenu();
     void buildControls();
     void chooseFolders();
+    void foldersAdded(const IncludeFolders::Outcome &outcome);
     void excludePattern(const std::string &proposed, bool isRebuilt);
     void includeExtension();
     /// Shows the list, and in it what was added.
