@@ -78,10 +78,8 @@ QString refusalText(const RefusedFolder &refused)
 
 } // namespace
 
-FolderChooser::FolderChooser(const QString &title, const PanelPalette &palette, QWidget *over)
-    : QFileDialog(over, title)
+FolderChooser::FolderChooser(const QString &title, QWidget *over) : QFileDialog(over, title)
 {
-    setPalette(palette.controlsPalette());
     setAttribute(Qt::WA_DeleteOnClose);
     setFileMode(Directory);
     setDirectory(QDir::homePath());

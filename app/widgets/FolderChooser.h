@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QFileDialog>
 
 #include <string>
@@ -21,7 +19,7 @@ class FolderChooser : public QFileDialog
 
 public:
     /// Deletes itself when it is closed.
-    FolderChooser(const QString &title, const PanelPalette &palette, QWidget *over);
+    FolderChooser(const QString &title, QWidget *over);
 
 Q_SIGNALS:
     /// Absolute paths, without a slash at the end.

@@ -62,7 +62,6 @@ public:
     ~SearchPreferencesViewController() override;
 
     void showStored() override;
-    void setPanelPalette(const PanelPalette &palette) override;
 
     /// Searches these folders too, as if the user had chosen them.
     void addFolders(const std::vector<std::string> &paths);
