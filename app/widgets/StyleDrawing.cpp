@@ -255,7 +255,7 @@ void lineEdit(QPainter &painter, const QStyleOption &option)
     const PanelPalette tones = PanelPalette::of(option.palette);
     const QRectF area = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
     begin(painter, option);
-    painter.setPen(tones.hairline);
+    painter.setPen(option.palette.color(QPalette::Active, QPalette::Dark));
     painter.setBrush(option.palette.color(QPalette::Active, QPalette::Base));
     painter.drawRoundedRect(area, metrics::FORM_CONTROL_CORNER, metrics::FORM_CONTROL_CORNER);
     if (is(option, QStyle::State_HasFocus))
