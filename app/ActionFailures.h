@@ -34,7 +34,6 @@ public:
     explicit ActionFailures(const Services &services);
 
     void report(const ActionFailure &failure);
-    void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
 
 private:
     void forgetInIndex(const std::string &path);

@@ -3,13 +3,14 @@
 #include "app/panel/ActionHints.h"
 #include "app/panel/PanelFooter.h"
 #include "app/panel/SearchPanelView.h"
-#include "app/widgets/FormTabView.h"
+#include "app/widgets/QuillonStyle.h"
 #include "platform/linux/session/ProgramEnd.h"
 #include "shortcut/QLNShortcutValidator.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QEvent>
+#include <QTabWidget>
 
 #include <cstdlib>
 
@@ -127,9 +128,9 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
     joinSearchPanel();
     trackWindows();
     searchBaseBuilder_.addObserver(*this);
-    services_.appearance.onChange([this] { applyPalette(); });
+    services_.appearance.onChange(
+        [this] { QuillonStyle::preferDark(services_.appearance.prefersDark()); });
     qApp->installEventFilter(this);
-    applyPalette();
 }
 
 PreferencesViewController::Services AppDelegate::preferencesServices()
@@ -468,7 +469,7 @@ void AppDelegate::showPermission(const std::string &activationToken)
                                                          .background = services_.backgroundQueue,
                                                          .main = services_.mainQueue},
             services_.windowSystem, *this);
-    appleEventPermissionCoordinator_->show(palette());
+    appleEventPermissionCoordinator_->show();
     if (!activationToken.empty())
         services_.windowSystem.activate(appleEventPermissionCoordinator_->window()->winId(),
                                         activationToken);
@@ -554,31 +555,9 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
         terminate();
         return true;
     }
-    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) {
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
         icons_.clear();
-        applyPalette();
-    }
     return QObject::eventFilter(watched, event);
-}
-
-PanelPalette AppDelegate::palette() const
-{
-    return PanelPalette::forDesktop(QApplication::palette(), services_.appearance.prefersDark());
-}
-
-void AppDelegate::applyPalette()
-{
-    searchWindow_.setFramePalette(palette());
-    searchWindow_.view().setPanelPalette(palette());
-    buildSearchBaseWindow_.setPanelPalette(palette());
-    onboardingWindow_.setPanelPalette(palette());
-    keysWindow_.setPanelPalette(palette());
-    preferencesViewController_.setPanelPalette(palette());
-    updater_.setPanelPalette(palette());
-    actionFailures_.setPanelPalette(palette());
-    feedback_.setPanelPalette(palette());
-    if (appleEventPermissionCoordinator_)
-        appleEventPermissionCoordinator_->setPanelPalette(palette());
 }
 
 } // namespace quillon

@@ -104,8 +104,6 @@ private:
     /// removes the report from the panel.
     void showShortcutFault();
     void trackWindows();
-    PanelPalette palette() const;
-    void applyPalette();
 
     void startHidden();
     /// Shows the question about the file manager, else the set-up if it is not done, else the panel

@@ -44,7 +44,6 @@ public:
     /// Brings the window to the front.
     void present() { window_.present(notice_); }
     void quit() { loop_.quit(); }
-    void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
 
 private:
     /// Shows what is wrong now, or ends the wait when nothing is wrong.

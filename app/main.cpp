@@ -45,6 +45,7 @@
 #include "app/AppDelegate.h"
 #include "app/SettingsGate.h"
 #include "app/Translations.h"
+#include "app/widgets/QuillonStyle.h"
 #include "platform/linux/applications/GioWorkspace.h"
 #include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/BusRunningInstance.h"
@@ -119,12 +120,8 @@ std::optional<int> awaitSettings(const quillon::RemoteControl::Request &request)
     quillon::SettingsGate gate({settings, changes, workspace, windowSystem}, file);
 
     quillon::PortalAppearance appearance;
-    const auto applyPalette = [&] {
-        gate.setPanelPalette(
-            quillon::PanelPalette::forDesktop(QApplication::palette(), appearance.prefersDark()));
-    };
-    appearance.onChange(applyPalette);
-    applyPalette();
+    appearance.onChange(
+        [&appearance] { quillon::QuillonStyle::preferDark(appearance.prefersDark()); });
 
     quillon::PoolTaskQueue unused(1);
     quillon::BusRemoteControl remote(unused);
@@ -163,6 +160,7 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
     const quillon::UserCacheFile keptIndex(quillon::standardIndexPath());
     auto keptTree = std::async(quillon::IndexKeeper::read, std::cref(keptIndex));
     QApplication application(argc, argv.data());
+    QApplication::setStyle(new quillon::QuillonStyle); // the application's, which deletes it
     quillon::translateApplication(application);
     QApplication::setApplicationName(QStringLiteral("quillon"));
     QApplication::setDesktopFileName(QStringLiteral("org.quillon.Quillon"));

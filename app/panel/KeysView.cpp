@@ -1,10 +1,11 @@
 #include "app/panel/KeysView.h"
 
 #include "app/widgets/KeyNames.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace quillon {
@@ -27,7 +28,7 @@ KeysView::KeysView()
     parts->addWidget(heading(tr("Keys"), this));
     QHBoxLayout *buttons = line(NEAR);
     buttons->addStretch();
-    auto *close = new PanelButton(tr("&Close"), PanelButton::Rank::primary, this);
+    auto *close = pushButton(tr("&Close"), ButtonRank::primary, this);
     connect(close, &QPushButton::clicked, this, [this] { window()->close(); });
     buttons->addWidget(close);
     parts->addLayout(buttons);

@@ -42,7 +42,8 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
     if (!result)
         return;
     const QRect &row = option.rect;
-    LightningTableRowBackgroundView::paint(*painter, row, palette_, option.state);
+    PanelPalette tones = PanelPalette::of(option.palette);
+    LightningTableRowBackgroundView::paint(*painter, row, tones, option.state);
 
     const QRect icon(row.left() + metrics::ICON_LEFT,
                      row.top() + (row.height() - metrics::ICON) / 2, metrics::ICON, metrics::ICON);
@@ -53,11 +54,10 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
 
     QRect text = row.adjusted(metrics::TEXT_LEFT, 0, -metrics::EDGE, 0);
     if (const QString words = mark(*result); !words.isEmpty())
-        text.setWidth(text.width() - paintMark(*painter, text, option.font, words));
-    PanelPalette palette = palette_;
+        text.setWidth(text.width() - paintMark(*painter, text, option, words));
     if (isAway)
-        palette.text = palette.quiet;
-    RowLayout(rowText(*result, home_), option.font, palette, text.width()).draw(*painter, text);
+        tones.text = tones.quiet;
+    RowLayout(rowText(*result, home_), option.font, tones, text.width()).draw(*painter, text);
 }
 
 void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area,
@@ -84,13 +84,13 @@ QString LightningSearchTableRowView::mark(const SearchBaseResult &result) const
     return model_.isKept(result) ? tr("kept on top") : QString();
 }
 
-int LightningSearchTableRowView::paintMark(QPainter &painter, const QRect &area, const QFont &font,
-                                           const QString &mark) const
+int LightningSearchTableRowView::paintMark(QPainter &painter, const QRect &area,
+                                           const QStyleOptionViewItem &option, const QString &mark)
 {
-    QFont small = font;
-    small.setPointSizeF(font.pointSizeF() * 0.85);
+    QFont small = option.font;
+    small.setPointSizeF(option.font.pointSizeF() * 0.85);
     painter.setFont(small);
-    painter.setPen(palette_.quiet);
+    painter.setPen(PanelPalette::of(option.palette).quiet);
     painter.drawText(area, Qt::AlignRight | Qt::AlignVCenter, mark);
     return QFontMetrics(small).horizontalAdvance(mark) + 16;
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QStyledItemDelegate>
 
 #include <string>
@@ -24,8 +22,6 @@ public:
     LightningSearchTableRowView(const SearchResultsModel &model, IconSource &icons,
                                 std::string home, QObject *parent);
 
-    void setPalette(const PanelPalette &palette) { palette_ = palette; }
-
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
@@ -35,13 +31,12 @@ private:
     /// Returns the words of the row's mark, which are empty for most rows.
     QString mark(const SearchBaseResult &result) const;
     /// Returns the width that the mark takes from the text.
-    int paintMark(QPainter &painter, const QRect &area, const QFont &font,
-                  const QString &mark) const;
+    static int paintMark(QPainter &painter, const QRect &area, const QStyleOptionViewItem &option,
+                         const QString &mark);
 
     const SearchResultsModel &model_;
     IconSource &icons_;
     const std::string home_;
-    PanelPalette palette_ = PanelPalette::light();
 };
 
 } // namespace quillon

@@ -10,14 +10,15 @@
 #include "app/panel/SearchPanelView.h"
 #include "app/panel/SearchResultsModel.h"
 #include "app/panel/SearchResultsTable.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 #include "base/PathText.h"
 #include "base/TaskQueue.h"
 
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <QPushButton>
 
 #include <algorithm>
 #include <utility>

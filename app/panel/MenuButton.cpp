@@ -1,6 +1,7 @@
 #include "app/panel/MenuButton.h"
 
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/PanelPalette.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -25,12 +26,6 @@ MenuButton::MenuButton(QWidget *parent) : QAbstractButton(parent)
     setToolTip(tr("Menu (F10)"));
 }
 
-void MenuButton::setPanelPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    update();
-}
-
 QSize MenuButton::sizeHint() const
 {
     return {SIZE, SIZE};
@@ -51,16 +46,17 @@ void MenuButton::keyPressEvent(QKeyEvent *event)
 
 void MenuButton::paintEvent(QPaintEvent *)
 {
+    const PanelPalette tones = PanelPalette::of(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF ground = QRectF(rect()).adjusted(RING, RING, -RING, -RING);
     if (underMouse() || isDown() || hasFocus()) {
-        painter.setBrush(palette_.keyCap);
-        painter.setPen(hasFocus() ? QPen(palette_.accent, RING) : QPen(Qt::NoPen));
+        painter.setBrush(tones.keyCap);
+        painter.setPen(hasFocus() ? QPen(tones.accent, RING) : QPen(Qt::NoPen));
         painter.drawRoundedRect(ground, metrics::ROW_CORNER, metrics::ROW_CORNER);
     }
     painter.setPen(Qt::NoPen);
-    painter.setBrush(palette_.quiet);
+    painter.setBrush(tones.quiet);
     for (const double offset : {-DOT_DISTANCE, 0.0, DOT_DISTANCE}) {
         const QPointF centre = QRectF(rect()).center() + QPointF(offset, 0);
         painter.drawEllipse(centre, DOT / 2, DOT / 2);

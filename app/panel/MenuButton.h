@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QAbstractButton>
 
 namespace quillon {
@@ -14,15 +12,11 @@ class MenuButton : public QAbstractButton
 public:
     explicit MenuButton(QWidget *parent);
 
-    void setPanelPalette(const PanelPalette &palette);
     QSize sizeHint() const override;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
-
-private:
-    PanelPalette palette_ = PanelPalette::light();
 };
 
 } // namespace quillon

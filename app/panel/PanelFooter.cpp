@@ -1,6 +1,7 @@
 #include "app/panel/PanelFooter.h"
 
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/PanelPalette.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -29,12 +30,6 @@ PanelFooter::PanelFooter(QWidget *parent) : QWidget(parent)
     setFont(small);
     setMouseTracking(true);
     setFixedHeight(std::max(metrics::FOOTER_HEIGHT, (fontMetrics().height() + 19) / 4 * 4));
-}
-
-void PanelFooter::setPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    update();
 }
 
 void PanelFooter::setHints(std::vector<Hint> hints)
@@ -185,9 +180,10 @@ void PanelFooter::mousePressEvent(QMouseEvent *event)
 
 void PanelFooter::paintEvent(QPaintEvent *)
 {
+    const PanelPalette tones = PanelPalette::of(palette());
     QPainter painter(this);
-    painter.fillRect(0, 0, width(), 1, palette_.hairline);
-    painter.setPen(notice_.isEmpty() ? palette_.quiet : palette_.fault);
+    painter.fillRect(0, 0, width(), 1, tones.hairline);
+    painter.setPen(notice_.isEmpty() ? tones.quiet : tones.fault);
     painter.drawText(line(), Qt::AlignRight | Qt::AlignVCenter, words());
 
     const int capHeight = fontMetrics().height() + 4;
@@ -196,11 +192,11 @@ void PanelFooter::paintEvent(QPaintEvent *)
         const QRectF cap(place.key.left(), line().top() + (line().height() - capHeight) / 2.0,
                          place.key.width(), capHeight);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(isHeld(place.hint) ? palette_.tint : palette_.keyCap);
+        painter.setBrush(isHeld(place.hint) ? tones.tint : tones.keyCap);
         painter.drawRoundedRect(cap, CAP_CORNER, CAP_CORNER);
-        painter.setPen(palette_.text);
+        painter.setPen(tones.text);
         painter.drawText(place.key, Qt::AlignCenter, place.hint.key);
-        painter.setPen(isHeld(place.hint) ? palette_.text : palette_.quiet);
+        painter.setPen(isHeld(place.hint) ? tones.text : tones.quiet);
         painter.drawText(place.meaning, Qt::AlignLeft | Qt::AlignVCenter, place.hint.meaning);
     }
 }

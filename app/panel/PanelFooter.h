@@ -1,7 +1,6 @@
 #pragma once
 
 #include "actions/ActionShortcutFlags.h"
-#include "app/widgets/PanelPalette.h"
 
 #include <QWidget>
 
@@ -32,7 +31,6 @@ public:
 
     explicit PanelFooter(QWidget *parent);
 
-    void setPalette(const PanelPalette &palette);
     /// Shows as many hints as there is room for, beginning with the first, and always the one for
     /// the held keys. Dots stand for the others.
     void setHints(std::vector<Hint> hints);
@@ -76,7 +74,6 @@ private:
     QRect wordsPlace() const;
     void tellScreenReaders();
 
-    PanelPalette palette_ = PanelPalette::light();
     std::vector<Hint> hints_;
     const Hint more_{.flags = {.option = true, .shift = true, .command = true},
                      .key = QStringLiteral("…"),

@@ -19,17 +19,6 @@ namespace {
 constexpr int MENU_GAP = 4;
 constexpr QLatin1String KEYS_COLUMN("      \t");
 
-QString styleSheet(const PanelPalette &palette)
-{
-    return QStringLiteral("QMenu { background: %1; color: %2; border: 1px solid %3; padding: 4px; }"
-                          "QMenu::item { padding: 6px 16px; border-radius: 4px; }"
-                          "QMenu::item:selected { background: %4; }"
-                          "QMenu::item:disabled { color: %5; }"
-                          "QMenu::separator { height: 1px; background: %3; margin: 4px 12px; }")
-        .arg(palette.background.name(), palette.text.name(), palette.hairline.name(),
-             palette.tint.name(), palette.quiet.name());
-}
-
 /// Returns the text of an entry with its keys, if it has any, on the right.
 QString withKeys(const QString &text, std::string_view keys)
 {
@@ -65,7 +54,6 @@ void PanelMenus::showMain()
         add(tr("Check for Updates…"), &SearchPanelDelegate::checkForUpdates);
     add(tr("Quit"), &SearchPanelDelegate::terminate, "Ctrl+Q");
     const MenuButton &button = view_.menuButton();
-    menu->setStyleSheet(styleSheet(view_.panelPalette()));
     const QPoint below = button.mapToGlobal(QPoint(button.width(), button.height() + MENU_GAP));
     const QPoint leftwards(menu->sizeHint().width(), 0);
     show(std::move(menu), below - leftwards);
@@ -110,7 +98,6 @@ void PanelMenus::show(std::unique_ptr<QMenu> menu, QPoint globalPosition)
     close();
     open_ = menu.release();
     open_->setAttribute(Qt::WA_DeleteOnClose);
-    open_->setStyleSheet(styleSheet(view_.panelPalette()));
     open_->popup(globalPosition);
 }
 

@@ -1,10 +1,12 @@
 #include "app/panel/PanelMessage.h"
 
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/PanelPalette.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QPushButton>
 
 namespace quillon {
 
@@ -19,25 +21,16 @@ constexpr int BUTTON_GAP = 20;
 PanelMessage::PanelMessage(QWidget *parent)
     : QWidget(parent),
       buttons_(new QWidget(this)),
-      homeFolder_(
-          new PanelButton(tr("Search the Home Folder"), PanelButton::Rank::primary, buttons_)),
-      preferences_(new PanelButton(tr("Preferences…"), PanelButton::Rank::secondary, buttons_))
+      homeFolder_(pushButton(tr("Search the Home Folder"), ButtonRank::primary, buttons_)),
+      preferences_(pushButton(tr("Preferences…"), ButtonRank::secondary, buttons_))
 {
     auto *line = new QHBoxLayout(buttons_);
     line->setContentsMargins(0, 0, 0, 0);
-    for (PanelButton *button : {homeFolder_, preferences_}) {
+    for (QPushButton *button : {homeFolder_, preferences_}) {
         button->setFocusPolicy(Qt::TabFocus);
         line->addWidget(button);
     }
     buttons_->hide();
-}
-
-void PanelMessage::setPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    homeFolder_->setPanelPalette(palette);
-    preferences_->setPanelPalette(palette);
-    update();
 }
 
 void PanelMessage::setMessage(const QString &title, const QString &sentence)
@@ -113,14 +106,15 @@ void PanelMessage::resizeEvent(QResizeEvent *)
 void PanelMessage::paintEvent(QPaintEvent *)
 {
     const Places places = this->places();
+    const PanelPalette tones = PanelPalette::of(palette());
     QPainter painter(this);
     painter.setFont(titleFont());
-    painter.setPen(palette_.text);
+    painter.setPen(tones.text);
     painter.drawText(
         places.title, Qt::AlignCenter,
         painter.fontMetrics().elidedText(title_, Qt::ElideMiddle, places.title.width()));
     painter.setFont(font());
-    painter.setPen(palette_.quiet);
+    painter.setPen(tones.quiet);
     painter.drawText(places.sentence, Qt::AlignHCenter | Qt::TextWordWrap, sentence_);
 }
 

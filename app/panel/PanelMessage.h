@@ -1,14 +1,11 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QWidget>
 
 class QAbstractButton;
+class QPushButton;
 
 namespace quillon {
-
-class PanelButton;
 
 /// The message that takes the place of the rows when there are none: a short line in bold and a
 /// quieter one that says what to do. If no folder is searched yet, two buttons do it.
@@ -19,7 +16,6 @@ class PanelMessage : public QWidget
 public:
     explicit PanelMessage(QWidget *parent);
 
-    void setPalette(const PanelPalette &palette);
     void setMessage(const QString &title, const QString &sentence);
     QString title() const { return title_; }
     QString sentence() const { return sentence_; }
@@ -46,12 +42,11 @@ private:
     QFont titleFont() const;
     void arrange();
 
-    PanelPalette palette_ = PanelPalette::light();
     QString title_;
     QString sentence_;
     QWidget *buttons_;
-    PanelButton *homeFolder_;
-    PanelButton *preferences_;
+    QPushButton *homeFolder_;
+    QPushButton *preferences_;
 };
 
 } // namespace quillon

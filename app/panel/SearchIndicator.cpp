@@ -19,12 +19,6 @@ SearchIndicator::SearchIndicator(QWidget *parent) : QWidget(parent)
     setFixedSize(INDICATOR_SIZE, INDICATOR_SIZE);
 }
 
-void SearchIndicator::setPalette(const PanelPalette &palette)
-{
-    color_ = palette.quiet;
-    update();
-}
-
 void SearchIndicator::setSpinning(bool isSpinning)
 {
     if (isSpinning == isSpinning_)
@@ -64,7 +58,8 @@ void SearchIndicator::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color_, 2, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(
+        QPen(palette().color(QPalette::PlaceholderText), 2, Qt::SolidLine, Qt::RoundCap));
     if (isSpinning_) {
         const int start = -step_ * SIXTEENTHS_OF_A_TURN / STEPS;
         painter.drawArc(QRectF(4, 4, 16, 16), start, SIXTEENTHS_OF_A_TURN * 3 / 4);

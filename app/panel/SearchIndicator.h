@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QBasicTimer>
 #include <QWidget>
 
@@ -14,7 +12,6 @@ class SearchIndicator : public QWidget
 public:
     explicit SearchIndicator(QWidget *parent);
 
-    void setPalette(const PanelPalette &palette);
     void setSpinning(bool isSpinning);
     bool isSpinning() const { return isSpinning_; }
 
@@ -27,7 +24,6 @@ protected:
 private:
     void updateTimer();
 
-    QColor color_;
     QBasicTimer timer_;
     bool isSpinning_ = false;
     int step_ = 0;

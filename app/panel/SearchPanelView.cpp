@@ -8,8 +8,9 @@
 #include "app/panel/PanelSpeech.h"
 #include "app/panel/SearchIndicator.h"
 #include "app/panel/SearchResultsTable.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/PanelPalette.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -41,8 +43,7 @@ constexpr int MESSAGE_ROWS = 5;
 class ScrollMark : public QWidget
 {
 public:
-    ScrollMark(QAbstractScrollArea *area, const PanelPalette &palette)
-        : QWidget(area), bar_(area->verticalScrollBar()), palette_(palette)
+    explicit ScrollMark(QAbstractScrollArea *area) : QWidget(area), bar_(area->verticalScrollBar())
     {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         connect(bar_, &QScrollBar::valueChanged, this, qOverload<>(&QWidget::update));
@@ -67,14 +68,13 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(palette_.hairline);
+        painter.setBrush(PanelPalette::of(palette()).hairline);
         painter.drawRoundedRect(
             QRectF(2, bar_->value() / all * height(), 4, bar_->pageStep() / all * height()), 2, 2);
     }
 
 private:
     QScrollBar *bar_;
-    const PanelPalette &palette_;
 };
 
 } // namespace
@@ -90,7 +90,6 @@ SearchPanelView::SearchPanelView(IconSource &icons, QWidget *parent) : QWidget(p
     footer_ = new PanelFooter(this);
     column->addWidget(footer_);
     setFixedWidth(metrics::WIDTH);
-    setPanelPalette(PanelPalette::light());
 }
 
 SearchPanelView::~SearchPanelView() = default;
@@ -114,7 +113,7 @@ QWidget *SearchPanelView::buildHeader()
     field_->setFont(large);
     line->addWidget(field_);
 
-    updateButton_ = new PanelButton(tr("Update…"), PanelButton::Rank::primary, header_);
+    updateButton_ = pushButton(tr("Update…"), ButtonRank::primary, header_);
     updateButton_->setFocusPolicy(Qt::TabFocus);
     updateButton_->setFixedSize(UPDATE_BUTTON_WIDTH,
                                 std::max(UPDATE_BUTTON_HEIGHT, fontMetrics().height() + 16));
@@ -159,24 +158,10 @@ int SearchPanelView::bodyHeight(int rows) const
 void SearchPanelView::buildTable(IconSource &icons)
 {
     table_ = new SearchResultsTable(searchResults_, icons, this);
-    rows_ = new LightningSearchTableRowView(searchResults_, icons, QDir::homePath().toStdString(),
-                                            table_);
-    table_->setItemDelegate(rows_);
-    new ScrollMark(table_, palette_);
+    table_->setItemDelegate(new LightningSearchTableRowView(
+        searchResults_, icons, QDir::homePath().toStdString(), table_));
+    new ScrollMark(table_);
     connect(&icons, &IconSource::iconsChanged, table_->viewport(), qOverload<>(&QWidget::update));
-}
-
-void SearchPanelView::setPanelPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    setPalette(palette.widgetPalette());
-    rows_->setPalette(palette);
-    indicator_->setPalette(palette);
-    updateButton_->setPanelPalette(palette);
-    menuButton_->setPanelPalette(palette);
-    message_->setPalette(palette);
-    footer_->setPalette(palette);
-    update();
 }
 
 void SearchPanelView::setHeading(const QString &heading)
@@ -228,7 +213,8 @@ void SearchPanelView::wheelEvent(QWheelEvent *event)
 void SearchPanelView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(0, header_->geometry().bottom(), width(), 1, palette_.hairline);
+    painter.fillRect(0, header_->geometry().bottom(), width(), 1,
+                     PanelPalette::of(palette()).hairline);
 }
 
 } // namespace quillon

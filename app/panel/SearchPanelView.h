@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/panel/SearchResultsModel.h"
-#include "app/widgets/PanelPalette.h"
 
 #include <QWidget>
 
@@ -9,13 +8,12 @@
 
 class QLabel;
 class QLineEdit;
+class QPushButton;
 
 namespace quillon {
 
 class IconSource;
-class LightningSearchTableRowView;
 class MenuButton;
-class PanelButton;
 class PanelFooter;
 class PanelMessage;
 class PanelSpeech;
@@ -33,15 +31,12 @@ public:
     explicit SearchPanelView(IconSource &icons, QWidget *parent = nullptr);
     ~SearchPanelView() override;
 
-    void setPanelPalette(const PanelPalette &palette);
-    const PanelPalette &panelPalette() const { return palette_; }
-
     /// The rows, in the order shown.
     SearchResultsModel &searchResults() { return searchResults_; }
     QLineEdit &searchTextField() { return *field_; }
     SearchResultsTable &tableView() { return *table_; }
     SearchIndicator &activityIndicator() { return *indicator_; }
-    PanelButton &updateButton() { return *updateButton_; }
+    QPushButton &updateButton() { return *updateButton_; }
     MenuButton &menuButton() { return *menuButton_; }
     PanelFooter &footer() { return *footer_; }
     PanelMessage &message() { return *message_; }
@@ -70,16 +65,14 @@ private:
     void buildTable(IconSource &icons);
 
     SearchResultsModel searchResults_;
-    PanelPalette palette_;
     QWidget *header_ = nullptr;
     SearchIndicator *indicator_ = nullptr;
     QLineEdit *field_ = nullptr;
-    PanelButton *updateButton_ = nullptr;
+    QPushButton *updateButton_ = nullptr;
     MenuButton *menuButton_ = nullptr;
     QWidget *body_ = nullptr;
     QLabel *heading_ = nullptr;
     SearchResultsTable *table_ = nullptr;
-    LightningSearchTableRowView *rows_ = nullptr;
     PanelMessage *message_ = nullptr;
     PanelFooter *footer_ = nullptr;
     std::unique_ptr<PanelSpeech> speech_;

@@ -19,6 +19,7 @@ SearchResultsTable::SearchResultsTable(SearchResultsModel &model, IconSource &ic
     setModel(&model_);
     setAccessibleName(tr("Folders"));
     setFrameShape(QFrame::NoFrame);
+    viewport()->setBackgroundRole(QPalette::Window);
     setFocusPolicy(Qt::NoFocus);
     setUniformItemSizes(true);
     setSelectionMode(QAbstractItemView::SingleSelection);

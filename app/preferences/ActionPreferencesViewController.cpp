@@ -4,13 +4,14 @@
 #include "app/preferences/AddActionViewController.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/SegmentedControl.h"
 #include "app/widgets/WriteFault.h"
 
 #include <QHBoxLayout>
 #include <QKeySequence>
+#include <QPushButton>
 #include <QShortcut>
 
 namespace quillon {
@@ -23,7 +24,7 @@ ActionPreferencesViewController::ActionPreferencesViewController(const Services 
       actionAddRemoveSegmentedControl(new SegmentedControl(
           {tr("A&dd…"), tr("&Remove"), tr("&Change…"), QStringLiteral("↑"), QStringLiteral("↓")},
           this)),
-      restoreButton(new PanelButton(tr("Set &Back…"), PanelButton::Rank::control, this)),
+      restoreButton(pushButton(tr("Set &Back…"), ButtonRank::control, this)),
       services_(services)
 {
     actionsTableView->setAccessibleName(tr("Actions"));
@@ -75,13 +76,6 @@ void ActionPreferencesViewController::showStored()
     enableControls();
 }
 
-void ActionPreferencesViewController::setPanelPalette(const PanelPalette &palette)
-{
-    FormPane::setPanelPalette(palette);
-    if (auto *sheet = addActionViewController())
-        sheet->setPanelPalette(palette);
-}
-
 AddActionViewController *ActionPreferencesViewController::addActionViewController() const
 {
     return window()->findChild<AddActionViewController *>();
@@ -123,7 +117,7 @@ void ActionPreferencesViewController::openSheet(const std::optional<ActionModel>
         return;
     auto *sheet = new AddActionViewController(
         {.defaults = services_.defaults, .applications = services_.applications}, *actionTable,
-        changed, panelPalette(), window());
+        changed, window());
     connect(sheet, &QDialog::accepted, this, &ActionPreferencesViewController::enableControls);
     sheet->open();
 }
@@ -133,8 +127,7 @@ void ActionPreferencesViewController::askForRestoring()
     FormSheet::confirm(tr("Set Actions Back"), tr("&Set Back"),
                        tr("Your list is replaced by the actions that Quillon came with. It cannot "
                           "be brought back."),
-                       panelPalette(), window(),
-                       [this] { written(actionTable->restoreBuiltIn()); });
+                       window(), [this] { written(actionTable->restoreBuiltIn()); });
 }
 
 void ActionPreferencesViewController::written(bool isStored)

@@ -41,7 +41,6 @@ public:
     explicit ActionPreferencesViewController(const Services &services, QWidget *parent = nullptr);
 
     void showStored() override;
-    void setPanelPalette(const PanelPalette &palette) override;
 
     FormTable *const actionsTableView;
     ActionTable *const actionTable;

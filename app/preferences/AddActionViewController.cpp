@@ -2,15 +2,15 @@
 
 #include "app/preferences/ListedApplication.h"
 #include "app/preferences/PreferenceTexts.h"
-#include "app/widgets/FormMenu.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/KeyNames.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/WriteFault.h"
 #include "platform/ApplicationLauncher.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -42,12 +42,12 @@ bool isNamed(const Application &application, const QString &name)
 AddActionViewController::AddActionViewController(const Services &services,
                                                  AddActionDelegate &delegate,
                                                  const std::optional<ActionModel> &changed,
-                                                 const PanelPalette &palette, QWidget *over)
-    : FormSheet(changed ? tr("Change Action") : tr("Add Action"), tr("&Done"), palette, over),
-      shortcutButton(new FormMenu(&form())),
-      actionButton(new FormMenu(&form())),
+                                                 QWidget *over)
+    : FormSheet(changed ? tr("Change Action") : tr("Add Action"), tr("&Done"), over),
+      shortcutButton(new QComboBox(&form())),
+      actionButton(new QComboBox(&form())),
       parametersTextField(new QLineEdit(&form())),
-      chooseButton(new PanelButton(tr("C&hoose…"), PanelButton::Rank::control, &form())),
+      chooseButton(pushButton(tr("C&hoose…"), ButtonRank::control, &form())),
       services_(services),
       delegate_(delegate),
       finder_(services.defaults),
@@ -207,7 +207,6 @@ void AddActionViewController::offerApplications()
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setPalette(palette());
     for (const ListedApplication &each : listedApplications(applications_)) {
         // An ampersand would be taken for a mnemonic.
         QAction *action =
@@ -222,7 +221,6 @@ void AddActionViewController::chooseExecutable()
 {
     auto *chooser = new QFileDialog(this, tr("Choose a Program"));
     chooser->setAttribute(Qt::WA_DeleteOnClose);
-    chooser->setPalette(palette());
     chooser->setFileMode(QFileDialog::ExistingFile);
     const QFileInfo current(targetText());
     const bool isPath = current.isAbsolute() && current.dir().exists();

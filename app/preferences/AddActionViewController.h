@@ -43,8 +43,7 @@ public:
     /// Changes the action that is given, or adds one. Services and delegate outlive this, which
     /// deletes itself when it is closed.
     AddActionViewController(const Services &services, AddActionDelegate &delegate,
-                            const std::optional<ActionModel> &changed, const PanelPalette &palette,
-                            QWidget *over);
+                            const std::optional<ActionModel> &changed, QWidget *over);
 
     /// Stores the action and closes the sheet. As long as a part of it is missing nothing happens,
     /// but for a word about it.

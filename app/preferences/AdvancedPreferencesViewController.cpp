@@ -2,10 +2,9 @@
 
 #include "app/preferences/ForgetFoldersViewController.h"
 #include "app/preferences/TreeDump.h"
-#include "app/widgets/FormCheckBox.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormSheet.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/WriteFault.h"
 #include "base/DefaultsStore.h"
 #include "base/TaskQueue.h"
@@ -15,6 +14,7 @@
 #include "prefs/Preferences.h"
 #include "shortcut/QLNShortcutMonitor.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFontDatabase>
@@ -46,11 +46,10 @@ constexpr int LOG_LINES = 8;
 AdvancedPreferencesViewController::AdvancedPreferencesViewController(
     const Services &services, AdvancedPreferencesDelegate &delegate, QWidget *parent)
     : FormPane(parent),
-      includeBetasButton(new FormCheckBox(tr("Include &beta versions"), this)),
-      dumpButton(new PanelButton(tr("Save Index as &Text…"), PanelButton::Rank::control, this)),
-      forgetFoldersButton(
-          new PanelButton(tr("&Forget Folders…"), PanelButton::Rank::control, this)),
-      resetButton(new PanelButton(tr("Set &Up Again…"), PanelButton::Rank::control, this)),
+      includeBetasButton(new QCheckBox(tr("Include &beta versions"), this)),
+      dumpButton(pushButton(tr("Save Index as &Text…"), ButtonRank::control, this)),
+      forgetFoldersButton(pushButton(tr("&Forget Folders…"), ButtonRank::control, this)),
+      resetButton(pushButton(tr("Set &Up Again…"), ButtonRank::control, this)),
       logView(new QPlainTextEdit(this)),
       services_(services),
       delegate_(delegate)
@@ -155,7 +154,6 @@ void AdvancedPreferencesViewController::dumpClicked()
     // The desktop's own panel has no place for the message.
     auto *panel = new QFileDialog(window(), tr("Dump File Location"), QDir::homePath());
     panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setPalette(window()->palette());
     panel->setOption(QFileDialog::DontUseNativeDialog);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setLabelText(QFileDialog::Accept, tr("Save"));
@@ -194,7 +192,6 @@ void AdvancedPreferencesViewController::dumpEnded(const QString &path, const QSt
                                    tr("The index could not be written to “%1”.").arg(path),
                                    QMessageBox::Ok, window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setPalette(window()->palette());
     dialog->setTextFormat(Qt::PlainText);
     dialog->setInformativeText(fault);
     dialog->open();
@@ -208,7 +205,7 @@ void AdvancedPreferencesViewController::askForReset()
            "the list of what you keep on top are removed from the settings and cannot be brought "
            "back. Then Quillon asks for a shortcut and folders as it did at its first start. Your "
            "folders and files are not touched."),
-        panelPalette(), window(), [this] { resetOnboardingStateClicked(); });
+        window(), [this] { resetOnboardingStateClicked(); });
 }
 
 void AdvancedPreferencesViewController::resetOnboardingStateClicked()
@@ -235,7 +232,7 @@ void AdvancedPreferencesViewController::resetOnboardingStateClicked()
 void AdvancedPreferencesViewController::askForFoldersToForget()
 {
     auto *sheet = new ForgetFoldersViewController(services_.recentAccessScore,
-                                                  services_.keptFolders, panelPalette(), window());
+                                                  services_.keptFolders, window());
     sheet->open();
 }
 

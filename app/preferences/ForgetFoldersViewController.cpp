@@ -3,12 +3,14 @@
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/FormTable.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/SegmentedControl.h"
 #include "app/widgets/WriteFault.h"
 #include "matching/RecentAccessScore.h"
 #include "prefs/KeptFolders.h"
 #include "results/RowText.h"
+
+#include <QPushButton>
 
 #include <limits>
 #include <utility>
@@ -22,8 +24,8 @@ constexpr int TABLE_HEIGHT = 280;
 } // namespace
 
 ForgetFoldersViewController::ForgetFoldersViewController(RecentAccessScore &uses, KeptFolders &kept,
-                                                         const PanelPalette &palette, QWidget *over)
-    : FormSheet(tr("Forget Folders"), tr("&Done"), palette, over),
+                                                         QWidget *over)
+    : FormSheet(tr("Forget Folders"), tr("&Done"), over),
       usesTableView(new FormTable(QStringLiteral("UsesTableViewRowIdentifier"), &form())),
       forgetSegmentedControl(new SegmentedControl(
           {tr("&Forget"), tr("Do &Not Keep on Top"), tr("Forget &All")}, &form())),

@@ -29,8 +29,7 @@ public:
     };
 
     /// The uses and the kept folders outlive this object, which deletes itself when it is closed.
-    ForgetFoldersViewController(RecentAccessScore &uses, KeptFolders &kept,
-                                const PanelPalette &palette, QWidget *over);
+    ForgetFoldersViewController(RecentAccessScore &uses, KeptFolders &kept, QWidget *over);
 
     FormTable *const usesTableView;
     SegmentedControl *const forgetSegmentedControl;

@@ -2,8 +2,6 @@
 
 #include "app/preferences/ListedApplication.h"
 #include "app/preferences/PreferenceTexts.h"
-#include "app/widgets/FormCheckBox.h"
-#include "app/widgets/FormMenu.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/QLNShortcutView.h"
 #include "app/widgets/WriteFault.h"
@@ -13,6 +11,9 @@
 #include "platform/FileManager.h"
 #include "prefs/PreferenceKeys.h"
 #include "prefs/Preferences.h"
+
+#include <QCheckBox>
+#include <QComboBox>
 
 #include <algorithm>
 #include <string>
@@ -40,15 +41,15 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
     : FormPane(parent),
       shortcutView(new QLNShortcutView(services.shortcutMonitor, services.shortcutBinder,
                                        services.hotKey, this)),
-      matchOrderButton(new FormMenu(this)),
-      matchWordsButton(new FormCheckBox({}, this)),
-      openInFinderBehaviorButton(new FormMenu(this)),
-      enableQuickSearchButton(new FormCheckBox({}, this)),
-      quickSearchPopUpButton(new FormMenu(this)),
-      fileManagerButton(new FormMenu(this)),
-      desktopSearchButton(new FormCheckBox({}, this)),
-      recentFilesButton(new FormCheckBox({}, this)),
-      startAtLoginButton(new FormCheckBox({}, this)),
+      matchOrderButton(new QComboBox(this)),
+      matchWordsButton(new QCheckBox({}, this)),
+      openInFinderBehaviorButton(new QComboBox(this)),
+      enableQuickSearchButton(new QCheckBox({}, this)),
+      quickSearchPopUpButton(new QComboBox(this)),
+      fileManagerButton(new QComboBox(this)),
+      desktopSearchButton(new QCheckBox({}, this)),
+      recentFilesButton(new QCheckBox({}, this)),
+      startAtLoginButton(new QCheckBox({}, this)),
       services_(services)
 {
     buildShortcut();

@@ -1,9 +1,9 @@
 #include "app/preferences/PreferencesViewController.h"
 
-#include "app/widgets/FormTabView.h"
 #include "app/widgets/PanelMetrics.h"
 
 #include <QShortcut>
+#include <QTabWidget>
 #include <QVBoxLayout>
 
 namespace quillon {
@@ -17,7 +17,7 @@ PreferencesViewController::PreferencesViewController(const Services &services,
       actionPreferencesViewController(new ActionPreferencesViewController(services.actions)),
       advancedPreferencesViewController(
           new AdvancedPreferencesViewController(services.advanced, delegate)),
-      tabView_(new FormTabView(this)),
+      tabView_(new QTabWidget(this)),
       placeKeeper_(*this, "preferences", services.places),
       receiver_(services.changes.onChange([this] {
           for (FormPane *pane : panes())
@@ -27,7 +27,6 @@ PreferencesViewController::PreferencesViewController(const Services &services,
     setWindowTitle(tr("Preferences"));
     buildTabs();
     buildShortcuts();
-    setPanelPalette(PanelPalette::light());
 }
 
 void PreferencesViewController::buildTabs()
@@ -67,14 +66,6 @@ void PreferencesViewController::setVisible(bool visible)
     if (visible)
         placeKeeper_.restore();
     QWidget::setVisible(visible);
-}
-
-void PreferencesViewController::setPanelPalette(const PanelPalette &palette)
-{
-    setPalette(palette.controlsPalette());
-    tabView_->setPanelPalette(palette);
-    for (FormPane *pane : panes())
-        pane->setPanelPalette(palette);
 }
 
 } // namespace quillon

@@ -4,16 +4,15 @@
 #include "app/preferences/AdvancedPreferencesViewController.h"
 #include "app/preferences/GeneralPreferencesViewController.h"
 #include "app/preferences/WindowPlaceKeeper.h"
-#include "app/widgets/PanelPalette.h"
 #include "platform/DefaultsChanges.h"
 
 #include <QWidget>
 
 #include <array>
 
-namespace quillon {
+class QTabWidget;
 
-class FormTabView;
+namespace quillon {
 
 /// The preferences window, with a tab for each pane: of the kind that tiling window managers leave
 /// its size. What is set holds at once, and what another hand sets shows at once.
@@ -37,7 +36,6 @@ public:
 
     /// Shows the window, or brings it to the front when it is shown already.
     void present();
-    void setPanelPalette(const PanelPalette &palette);
     void setVisible(bool visible) override;
 
     // The panes, in the order of their tabs.
@@ -46,14 +44,14 @@ public:
     ActionPreferencesViewController *const actionPreferencesViewController;
     AdvancedPreferencesViewController *const advancedPreferencesViewController;
 
-    FormTabView &tabView() { return *tabView_; }
+    QTabWidget &tabView() { return *tabView_; }
 
 private:
     void buildTabs();
     void buildShortcuts();
     std::array<FormPane *, 4> panes() const;
 
-    FormTabView *tabView_;
+    QTabWidget *tabView_;
     WindowPlaceKeeper placeKeeper_;
     const DefaultsReceiver receiver_;
 };

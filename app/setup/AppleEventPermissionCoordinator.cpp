@@ -12,21 +12,14 @@ AppleEventPermissionCoordinator::AppleEventPermissionCoordinator(
 
 AppleEventPermissionCoordinator::~AppleEventPermissionCoordinator() = default;
 
-void AppleEventPermissionCoordinator::show(const PanelPalette &palette)
+void AppleEventPermissionCoordinator::show()
 {
     if (window_ == nullptr) {
         window_ = std::make_unique<SetupWindow>(
             QStringLiteral("Quillon – Permissions"),
             new AppleEventPermissionViewController(services_, this), windowSystem_);
-        window_->setPanelPalette(palette);
     }
     window_->present();
-}
-
-void AppleEventPermissionCoordinator::setPanelPalette(const PanelPalette &palette)
-{
-    if (window_ != nullptr)
-        window_->setPanelPalette(palette);
 }
 
 QWidget *AppleEventPermissionCoordinator::window() const

@@ -34,8 +34,7 @@ public:
     ~AppleEventPermissionCoordinator() override;
 
     /// Shows the window, or brings it to the front when it is shown already.
-    void show(const PanelPalette &palette);
-    void setPanelPalette(const PanelPalette &palette);
+    void show();
     /// Returns null while the window is not shown.
     QWidget *window() const;
 

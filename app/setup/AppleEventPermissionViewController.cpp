@@ -2,13 +2,14 @@
 
 #include "actions/AppleEventAccess.h"
 #include "actions/AppleScriptRunner.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace quillon {
@@ -43,11 +44,11 @@ QLayout *AppleEventPermissionViewController::buildButtons()
 {
     QHBoxLayout *buttons = line(NEAR);
     buttons->addStretch();
-    disableButton_ = new PanelButton(tr("Quit"), PanelButton::Rank::secondary, this);
+    disableButton_ = pushButton(tr("Quit"), ButtonRank::secondary, this);
     connect(disableButton_, &QPushButton::clicked, this,
             &AppleEventPermissionViewController::disable);
     buttons->addWidget(disableButton_);
-    enableButton_ = new PanelButton(tr("Allow"), PanelButton::Rank::primary, this);
+    enableButton_ = pushButton(tr("Allow"), ButtonRank::primary, this);
     connect(enableButton_, &QPushButton::clicked, this,
             &AppleEventPermissionViewController::enable);
     buttons->addWidget(enableButton_);

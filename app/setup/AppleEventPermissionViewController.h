@@ -2,11 +2,12 @@
 
 #include "app/widgets/SetupView.h"
 
+class QPushButton;
+
 namespace quillon {
 
 class AppleEventAccess;
 class AppleScriptRunner;
-class PanelButton;
 class TaskQueue;
 
 /// What the permission window asks of its owner.
@@ -61,8 +62,8 @@ private:
 
     Services services_;
     AppleEventPermissionViewDelegate *delegate_;
-    PanelButton *disableButton_ = nullptr;
-    PanelButton *enableButton_ = nullptr;
+    QPushButton *disableButton_ = nullptr;
+    QPushButton *enableButton_ = nullptr;
     QLabel *faultLabel_ = nullptr;
     bool isEnabling_ = false;
 };

@@ -3,13 +3,14 @@
 #include "app/setup/ElidedLabel.h"
 #include "app/setup/ProgressIndicator.h"
 #include "app/widgets/CountText.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 #include "base/DefaultsStore.h"
 #include "base/TaskQueue.h"
 #include "core/SearchBase.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -64,10 +65,10 @@ QWidget *BuildSearchBaseViewController::buildProgressPage()
     parts->addWidget(progress);
     parts->addStretch();
 
-    auto *stopSearchButton = new PanelButton(tr("&Stop…"), PanelButton::Rank::secondary, page);
+    auto *stopSearchButton = pushButton(tr("&Stop…"), ButtonRank::secondary, page);
     connect(stopSearchButton, &QPushButton::clicked, this,
             &BuildSearchBaseViewController::stopSearchButtonClicked);
-    hideButton_ = new PanelButton(tr("Continue in &Background"), PanelButton::Rank::primary, page);
+    hideButton_ = pushButton(tr("Continue in &Background"), ButtonRank::primary, page);
     connect(hideButton_, &QPushButton::clicked, this, [this] { window()->close(); });
     QHBoxLayout *buttons = line(NEAR);
     buttons->addWidget(stopSearchButton);
@@ -95,12 +96,12 @@ QWidget *BuildSearchBaseViewController::buildQuestionPage()
     parts->addWidget(failureLabel_);
     parts->addStretch();
 
-    eraseButton_ = new PanelButton(tr("&Erase All and Quit"), PanelButton::Rank::secondary, page);
+    eraseButton_ = pushButton(tr("&Erase All and Quit"), ButtonRank::secondary, page);
     connect(eraseButton_, &QPushButton::clicked, this,
             &BuildSearchBaseViewController::eraseSettings);
-    auto *stopButton = new PanelButton(tr("&Stop"), PanelButton::Rank::secondary, page);
+    auto *stopButton = pushButton(tr("&Stop"), ButtonRank::secondary, page);
     connect(stopButton, &QPushButton::clicked, this, &BuildSearchBaseViewController::stopBuilding);
-    continueButton_ = new PanelButton(tr("&Continue"), PanelButton::Rank::primary, page);
+    continueButton_ = pushButton(tr("&Continue"), ButtonRank::primary, page);
     connect(continueButton_, &QPushButton::clicked, this,
             &BuildSearchBaseViewController::continueBuilding);
     QHBoxLayout *buttons = line(NEAR);
@@ -110,12 +111,6 @@ QWidget *BuildSearchBaseViewController::buildQuestionPage()
     buttons->addWidget(continueButton_);
     parts->addLayout(buttons);
     return page;
-}
-
-void BuildSearchBaseViewController::setPanelPalette(const PanelPalette &palette)
-{
-    SetupView::setPanelPalette(palette);
-    progressIndicator_->setPanelPalette(palette);
 }
 
 // The build

@@ -6,12 +6,12 @@
 #include <QBasicTimer>
 
 class QStackedWidget;
+class QPushButton;
 
 namespace quillon {
 
 class DefaultsStore;
 class ElidedLabel;
-class PanelButton;
 class ProgressIndicator;
 class SearchBase;
 class TaskQueue;
@@ -52,8 +52,6 @@ public:
     BuildSearchBaseViewController(const Services &services, BuildSearchBaseDelegate &delegate);
     ~BuildSearchBaseViewController() override;
 
-    void setPanelPalette(const PanelPalette &palette) override;
-
     /// Empties the index and builds it anew, as SearchBaseBuilder::start() does.
     void startBuilding();
     /// Asks whether only the build is to end or all settings are to be erased as well. Half a
@@ -86,10 +84,10 @@ private:
     ProgressIndicator *progressIndicator_ = nullptr;
     ElidedLabel *statusLabel_ = nullptr;
     QLabel *countLabel_ = nullptr;
-    PanelButton *hideButton_ = nullptr;
+    QPushButton *hideButton_ = nullptr;
     QLabel *failureLabel_ = nullptr;
-    PanelButton *continueButton_ = nullptr;
-    PanelButton *eraseButton_ = nullptr;
+    QPushButton *continueButton_ = nullptr;
+    QPushButton *eraseButton_ = nullptr;
     QBasicTimer countTimer_;
 };
 

@@ -1,8 +1,8 @@
 #include "app/setup/FolderChoice.h"
 
 #include "app/widgets/CountText.h"
-#include "app/widgets/FormCheckBox.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QStyle>
@@ -23,7 +23,7 @@ FolderChoice::FolderChoice(std::string path, const QString &name, QWidget *paren
     : QWidget(parent),
       path_(std::move(path)),
       name_(name),
-      box_(new FormCheckBox({}, this)),
+      box_(new QCheckBox({}, this)),
       count_(new QLabel(this))
 {
     auto *line = new QHBoxLayout(this);

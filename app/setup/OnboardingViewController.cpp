@@ -2,10 +2,9 @@
 
 #include "app/setup/FolderChoices.h"
 #include "app/widgets/FolderChooser.h"
-#include "app/widgets/FormCheckBox.h"
 #include "app/widgets/FormNote.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/QLNShortcutView.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
@@ -16,10 +15,12 @@
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 
+#include <QCheckBox>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -46,23 +47,15 @@ class OnboardingViewController::Checkmark : public QWidget
 public:
     explicit Checkmark(QWidget *parent) : QWidget(parent) { setFixedSize(CHECKMARK, CHECKMARK); }
 
-    void setColor(const QColor &color)
-    {
-        color_ = color;
-        update();
-    }
-
 protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(color_, 2.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setPen(
+            QPen(palette().color(QPalette::Link), 2.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter.drawPolyline(QPolygonF{{4.0, 10.5}, {8.5, 15.0}, {16.0, 5.5}});
     }
-
-private:
-    QColor color_;
 };
 
 OnboardingViewController::OnboardingViewController(const Services &services,
@@ -95,7 +88,7 @@ QWidget *OnboardingViewController::buildSetUpPage()
     parts->addWidget(heading(tr("Set up Quillon"), page));
     parts->addWidget(buildShortcutPart());
     parts->addWidget(buildFoldersPart());
-    startAtLoginButton_ = new FormCheckBox(tr("Start at &login"), page);
+    startAtLoginButton_ = new QCheckBox(tr("Start at &login"), page);
     startAtLoginButton_->setChecked(true);
     parts->addWidget(startAtLoginButton_);
     parts->addLayout(buildDone());
@@ -112,9 +105,9 @@ QWidget *OnboardingViewController::buildQuestionPage()
                                   "what you have chosen so far is kept."),
                                QPalette::WindowText, page));
     parts->addStretch();
-    auto *quitButton = new PanelButton(tr("&Quit"), PanelButton::Rank::secondary, page);
+    auto *quitButton = pushButton(tr("&Quit"), ButtonRank::secondary, page);
     connect(quitButton, &QPushButton::clicked, this, [this] { delegate_.terminate(); });
-    continueButton_ = new PanelButton(tr("&Continue Set-Up"), PanelButton::Rank::primary, page);
+    continueButton_ = pushButton(tr("&Continue Set-Up"), ButtonRank::primary, page);
     connect(continueButton_, &QPushButton::clicked, this, [this] { showQuestion(false); });
     QHBoxLayout *buttons = line(NEAR);
     buttons->addStretch();
@@ -158,7 +151,7 @@ QWidget *OnboardingViewController::buildCommand()
     QLabel *command = label(QString::fromLatin1(COMMAND), QPalette::WindowText, part);
     command->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     command->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    copyButton_ = new PanelButton(tr("&Copy"), PanelButton::Rank::control, part);
+    copyButton_ = pushButton(tr("&Copy"), ButtonRank::control, part);
     connect(copyButton_, &QPushButton::clicked, this,
             [this] { services_.clipboard.setString(COMMAND); });
     QHBoxLayout *across = line(APART);
@@ -178,8 +171,7 @@ QWidget *OnboardingViewController::buildFoldersPart()
     connect(choices_, &FolderChoices::choiceMade, this, &OnboardingViewController::setChosen);
     lines->addWidget(choices_);
 
-    chooseFolderButton_ =
-        new PanelButton(tr("Choose &Folder…"), PanelButton::Rank::control, folders);
+    chooseFolderButton_ = pushButton(tr("Choose &Folder…"), ButtonRank::control, folders);
     connect(chooseFolderButton_, &QPushButton::clicked, this,
             &OnboardingViewController::chooseFolderButtonClicked);
     checkmarkImageView_ = new Checkmark(folders);
@@ -204,22 +196,15 @@ QLayout *OnboardingViewController::buildDone()
     // A long sentence takes a second line beside the button instead of a wider window.
     missingLabel_->setWordWrap(true);
     missingLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    auto *quitButton = new PanelButton(tr("&Quit"), PanelButton::Rank::secondary, this);
+    auto *quitButton = pushButton(tr("&Quit"), ButtonRank::secondary, this);
     connect(quitButton, &QPushButton::clicked, this, [this] { window()->close(); });
-    doneButton_ = new PanelButton(tr("&Done"), PanelButton::Rank::primary, this);
+    doneButton_ = pushButton(tr("&Done"), ButtonRank::primary, this);
     connect(doneButton_, &QPushButton::clicked, this, &OnboardingViewController::doneButtonClicked);
     QHBoxLayout *across = line(NEAR);
     across->addWidget(missingLabel_, 1);
     across->addWidget(quitButton);
     across->addWidget(doneButton_);
     return across;
-}
-
-void OnboardingViewController::setPanelPalette(const PanelPalette &palette)
-{
-    SetupView::setPanelPalette(palette);
-    palette_ = palette;
-    checkmarkImageView_->setColor(palette.accent);
 }
 
 // The folders
@@ -261,13 +246,18 @@ void OnboardingViewController::offerDisks()
     });
 }
 
-IncludeFolders OnboardingViewController::includeFolders() const
+void OnboardingViewController::includeFolders(
+    std::vector<std::string> paths, std::function<void(const IncludeFolders::Outcome &)> added)
 {
-    return IncludeFolders({.searchBaseFinder = services_.searchBaseFinder,
-                           .folderIdentity = services_.folderIdentity,
-                           .folderLister = services_.folderLister,
-                           .background = services_.background,
-                           .main = services_.main});
+    services_.background.post([services = services_, self = QPointer(this),
+                               paths = std::move(paths), added = std::move(added)] {
+        const IncludeFolders include(services.searchBaseFinder, services.folderIdentity,
+                                     services.folderLister);
+        services.main.post([outcome = include.add(paths), self, added] {
+            if (self)
+                added(outcome);
+        });
+    });
 }
 
 void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
@@ -289,9 +279,9 @@ void OnboardingViewController::setChosen(FolderChoice *choice, bool isChosen)
 
 void OnboardingViewController::addFolders(const std::vector<std::string> &paths)
 {
-    includeFolders().add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
+    includeFolders(paths, [this](const IncludeFolders::Outcome &outcome) {
         ++folderChanges_;
-        folderNote_->sayFault(outcome.faults);
+        folderNote_->sayFault(refusalText(outcome.refused));
         for (const std::string &path : outcome.added)
             choices_->offer(path, QString::fromStdString(path)).setChosen(true);
         refresh();
@@ -302,7 +292,7 @@ void OnboardingViewController::addFolders(const std::vector<std::string> &paths)
 
 void OnboardingViewController::chooseFolderButtonClicked()
 {
-    auto *chooser = new FolderChooser(tr("Choose the folders to search"), palette_, this);
+    auto *chooser = new FolderChooser(tr("Choose the folders to search"), this);
     connect(chooser, &FolderChooser::foldersChosen, this, &OnboardingViewController::addFolders);
     chooser->open();
 }
@@ -353,10 +343,10 @@ void OnboardingViewController::storeTickedFolders(const std::vector<std::string>
     std::erase_if(missing, [&stored](const std::string &path) {
         return std::ranges::find(stored, path) != stored.end();
     });
-    includeFolders().add(std::move(missing), this, [this](const IncludeFolders::Outcome &outcome) {
+    includeFolders(std::move(missing), [this](const IncludeFolders::Outcome &outcome) {
         isStoring_ = false;
-        folderNote_->sayFault(outcome.faults);
-        if (outcome.faults.isEmpty())
+        folderNote_->sayFault(refusalText(outcome.refused));
+        if (outcome.refused.empty())
             delegate_.onboardingFinished();
         else
             showStoredFolders();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/setup/FolderCounter.h"
-#include "app/widgets/IncludeFolders.h"
 #include "app/widgets/SetupView.h"
+#include "indexing/IncludeFolders.h"
 
 #include <QBasicTimer>
 #include <QPointer>
@@ -13,6 +13,7 @@
 
 class QCheckBox;
 class QStackedWidget;
+class QPushButton;
 
 namespace quillon {
 
@@ -22,7 +23,6 @@ class FolderChoice;
 class FolderChoices;
 class FormNote;
 class HotKey;
-class PanelButton;
 class Places;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
@@ -74,7 +74,6 @@ public:
                              OnboardingDelegate &delegate);
     ~OnboardingViewController() override;
 
-    void setPanelPalette(const PanelPalette &palette) override;
     bool mayClose() override;
 
     /// Searches these folders too, as if the user had chosen them.
@@ -103,7 +102,9 @@ private:
     void showStoredFolders();
     void offerDisks();
     void storeTickedFolders(const std::vector<std::string> &stored);
-    IncludeFolders includeFolders() const;
+    /// Calls back on the main thread, unless this object is destroyed by then.
+    void includeFolders(std::vector<std::string> paths,
+                        std::function<void(const IncludeFolders::Outcome &)> added);
     void setChosen(FolderChoice *choice, bool isChosen);
     void chooseFolderButtonClicked();
     void doneButtonClicked();
@@ -113,21 +114,20 @@ private:
     Services services_;
     const std::string home_;
     OnboardingDelegate &delegate_;
-    PanelPalette palette_ = PanelPalette::light();
 
     QStackedWidget *pages_;
     QLNShortcutView *shortcutView_ = nullptr;
     QWidget *command_ = nullptr;
-    PanelButton *copyButton_ = nullptr;
+    QPushButton *copyButton_ = nullptr;
     FolderChoices *choices_ = nullptr;
-    PanelButton *chooseFolderButton_ = nullptr;
+    QPushButton *chooseFolderButton_ = nullptr;
     Checkmark *checkmarkImageView_ = nullptr;
     QLabel *chooseFolderDoneLabel_ = nullptr;
     FormNote *folderNote_ = nullptr;
     QCheckBox *startAtLoginButton_ = nullptr;
     QLabel *missingLabel_ = nullptr;
-    PanelButton *doneButton_ = nullptr;
-    PanelButton *continueButton_ = nullptr;
+    QPushButton *doneButton_ = nullptr;
+    QPushButton *continueButton_ = nullptr;
     QBasicTimer timer_;
     /// Counts the user's changes of the boxes and the readings of the stored folders, so that an
     /// old reading does not undo a newer click.

@@ -1,5 +1,7 @@
 #include "app/setup/ProgressIndicator.h"
 
+#include "app/widgets/PanelPalette.h"
+
 #include <QPainter>
 #include <QStyle>
 
@@ -22,12 +24,6 @@ ProgressIndicator::ProgressIndicator(QWidget *parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAccessibleName(tr("Progress"));
-}
-
-void ProgressIndicator::setPanelPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    update();
 }
 
 void ProgressIndicator::startAnimation()
@@ -77,15 +73,16 @@ void ProgressIndicator::hideEvent(QHideEvent *)
 
 void ProgressIndicator::paintEvent(QPaintEvent *)
 {
+    const PanelPalette tones = PanelPalette::of(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(palette_.keyCap);
+    painter.setBrush(tones.keyCap);
     const QRectF bar(rect());
     painter.drawRoundedRect(bar, HEIGHT / 2.0, HEIGHT / 2.0);
     if (!isAnimating_)
         return;
-    painter.setBrush(palette_.accent);
+    painter.setBrush(tones.accent);
     QRectF piece = bar;
     if (timer_.isActive()) {
         // The bar moves to and fro, more slowly near the ends.

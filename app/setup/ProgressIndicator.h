@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QBasicTimer>
 #include <QWidget>
 
@@ -15,7 +13,6 @@ class ProgressIndicator : public QWidget
 public:
     explicit ProgressIndicator(QWidget *parent);
 
-    void setPanelPalette(const PanelPalette &palette);
     void startAnimation();
     void stopAnimation();
     bool isAnimating() const { return isAnimating_; }
@@ -31,7 +28,6 @@ protected:
 private:
     void updateTimer();
 
-    PanelPalette palette_ = PanelPalette::light();
     QBasicTimer timer_;
     bool isAnimating_ = false;
     int step_ = 0;

@@ -28,7 +28,6 @@ public:
     void open();
 
     bool isWindowVisible() const { return window_.isVisible(); }
-    void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
 
 private:
     Services services_;

@@ -48,7 +48,6 @@ public:
     void onChange(std::function<void()> changed) { changed_ = std::move(changed); }
 
     bool isWindowVisible() const { return window_.isVisible(); }
-    void setPanelPalette(const PanelPalette &palette) { window_.setPanelPalette(palette); }
 
 private:
     std::vector<FeedParameter> feedParameters() override;

@@ -1,12 +1,16 @@
 #include "app/widgets/FolderChooser.h"
 
+#include "app/widgets/WriteFault.h"
 #include "base/PathText.h"
+#include "indexing/IncludeFolders.h"
 
 #include <QAbstractItemView>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QMimeData>
 #include <QStandardPaths>
+#include <QStringList>
 #include <QUrl>
 
 #include <algorithm>
@@ -44,12 +48,38 @@ QList<QUrl> places()
     return urls;
 }
 
+QString refusalText(const RefusedFolder &refused)
+{
+    const auto text = [&refused](const char *source) {
+        return QCoreApplication::translate("IncludeFolders", source)
+            .arg(QString::fromStdString(refused.path));
+    };
+    using enum RefusedFolder::Reason;
+    switch (refused.reason) {
+    case isListed:
+        return text(QT_TRANSLATE_NOOP("IncludeFolders", "“%1” is searched already."));
+    case isNoFolder:
+        return text(QT_TRANSLATE_NOOP("IncludeFolders", "“%1” is no folder."));
+    case cannotBeRead:
+        return text(
+            QT_TRANSLATE_NOOP("IncludeFolders", "“%1” cannot be read, so it cannot be searched."));
+    case isPackage:
+        return text(QT_TRANSLATE_NOOP(
+            "IncludeFolders", "“%1” counts as a single item: nothing in it would be found."));
+    case isSearchedAsPart:
+        return QCoreApplication::translate("IncludeFolders",
+                                           "“%1” is searched already, as a part of “%2”.")
+            .arg(QString::fromStdString(refused.path), QString::fromStdString(refused.around));
+    case cannotBeStored:
+        break;
+    }
+    return writeFault();
+}
+
 } // namespace
 
-FolderChooser::FolderChooser(const QString &title, const PanelPalette &palette, QWidget *over)
-    : QFileDialog(over, title)
+FolderChooser::FolderChooser(const QString &title, QWidget *over) : QFileDialog(over, title)
 {
-    setPalette(palette.controlsPalette());
     setAttribute(Qt::WA_DeleteOnClose);
     setFileMode(Directory);
     setDirectory(QDir::homePath());
@@ -77,6 +107,14 @@ std::vector<std::string> draggedPaths(const QMimeData &data)
             paths.emplace_back(withoutTrailingSlashes(path));
     }
     return paths;
+}
+
+QString refusalText(const std::vector<RefusedFolder> &refused)
+{
+    QStringList lines;
+    for (const RefusedFolder &folder : refused)
+        lines << refusalText(folder);
+    return lines.join(u'\n');
 }
 
 } // namespace quillon

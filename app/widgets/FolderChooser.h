@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QFileDialog>
 
 #include <string>
@@ -11,6 +9,8 @@ class QMimeData;
 
 namespace quillon {
 
+struct RefusedFolder;
+
 /// Asks for folders, several at once, from the home folder on. The window below waits; the program
 /// does not.
 class FolderChooser : public QFileDialog
@@ -19,7 +19,7 @@ class FolderChooser : public QFileDialog
 
 public:
     /// Deletes itself when it is closed.
-    FolderChooser(const QString &title, const PanelPalette &palette, QWidget *over);
+    FolderChooser(const QString &title, QWidget *over);
 
 Q_SIGNALS:
     /// Absolute paths, without a slash at the end.
@@ -29,5 +29,8 @@ Q_SIGNALS:
 /// The absolute paths of the local files that are dragged, byte for byte, without a slash at the
 /// end; whether they are folders is not looked at.
 std::vector<std::string> draggedPaths(const QMimeData &data);
+
+/// Returns a line for each folder, which says why the folder cannot be searched.
+QString refusalText(const std::vector<RefusedFolder> &refused);
 
 } // namespace quillon

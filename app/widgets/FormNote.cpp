@@ -1,6 +1,7 @@
 #include "app/widgets/FormNote.h"
 
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/PanelPalette.h"
 
 #include <QAccessible>
 #include <QEvent>
@@ -21,12 +22,6 @@ FormNote::FormNote(const QString &sentence, QWidget *parent)
 {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
-    showText();
-}
-
-void FormNote::setPanelPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
     showText();
 }
 
@@ -71,10 +66,7 @@ void FormNote::changeEvent(QEvent *event)
 void FormNote::showText()
 {
     setText(hasFault() ? fault_ : sentence_);
-    // Only this tone belongs to the note; the others stay those of the window.
-    QPalette tones;
-    tones.setColor(QPalette::WindowText, hasFault() ? palette_.fault : palette_.quiet);
-    setPalette(tones);
+    setForegroundRole(hasFault() ? PanelPalette::FAULT : QPalette::PlaceholderText);
     // Without a parent the note would become a window.
     if (text().isEmpty() && fewestLines_ == 0)
         hide();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QLabel>
 
 namespace quillon {
@@ -15,8 +13,6 @@ class FormNote : public QLabel
 public:
     /// The note takes no room while it has nothing to say, unless room is kept for it.
     explicit FormNote(const QString &sentence = {}, QWidget *parent = nullptr);
-
-    void setPanelPalette(const PanelPalette &palette);
 
     /// Sets the least width of the text; a larger font takes more.
     void setTextWidth(int width);
@@ -38,7 +34,6 @@ private:
     QString fault_;
     int textWidth_;
     int fewestLines_ = 0;
-    PanelPalette palette_ = PanelPalette::light();
 };
 
 } // namespace quillon

@@ -1,15 +1,13 @@
 #include "app/widgets/FormPane.h"
 
 #include "app/widgets/FormNote.h"
-#include "app/widgets/FormTable.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
 
 #include <algorithm>
 
@@ -22,19 +20,6 @@ enum Column
     labels,
     controls,
 };
-
-/// Gives fields, buttons and menus the same height.
-void giveHeight(QWidget *control)
-{
-    QWidgetList parts = control->findChildren<QWidget *>();
-    parts << control;
-    for (QWidget *part : parts) {
-        if (qobject_cast<QComboBox *>(part) != nullptr ||
-            qobject_cast<QPushButton *>(part) != nullptr ||
-            qobject_cast<QLineEdit *>(part) != nullptr)
-            part->setMinimumHeight(metrics::FORM_CONTROL_HEIGHT);
-    }
-}
 
 /// Returns the part of the control that can have the keyboard, to which the label's mnemonic leads.
 /// Screen readers find the label of a control only beside it, so a part gets a name of its own.
@@ -102,10 +87,28 @@ void FormPane::addWide(QWidget *control)
 
 void FormPane::follow(QWidget *control)
 {
-    giveHeight(control);
+    // Drop-down lists are at least as wide as their neighbours, and as wide as their texts.
+    if (auto *list = qobject_cast<QComboBox *>(control)) {
+        list->setMinimumWidth(metrics::FORM_CONTROL);
+        list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        list->installEventFilter(this);
+    }
     if (lastControl_ != nullptr)
         setTabOrder(lastControl_, control);
     lastControl_ = control;
+}
+
+bool FormPane::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *list = qobject_cast<QComboBox *>(watched);
+    // A drop-down list has its view once it is opened.
+    if (list != nullptr && event->type() == QEvent::ChildPolished)
+        list->view()->installEventFilter(this);
+    // Unless the view claims the key, it is a command of the window.
+    else if (list == nullptr && event->type() == QEvent::ShortcutOverride &&
+             static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel))
+        event->accept();
+    return QWidget::eventFilter(watched, event);
 }
 
 FormNote *FormPane::addNote(const QString &sentence)
@@ -113,7 +116,6 @@ FormNote *FormPane::addNote(const QString &sentence)
     distance_ = metrics::FORM_NEAR;
     const int row = beginRow();
     auto *note = new FormNote(sentence, this);
-    note->setPanelPalette(panelPalette_);
     grid_->addWidget(note, row, controls, Qt::AlignLeft | Qt::AlignTop);
     if (lastControl_ != nullptr)
         lastControl_->setAccessibleDescription(sentence);
@@ -125,7 +127,6 @@ FormNote *FormPane::addWideNote(const QString &sentence)
     const int row = beginRow();
     auto *note = new FormNote(sentence, this);
     note->setTextWidth(metrics::FORM_LABEL + metrics::FORM_ROW + metrics::FORM_TEXT);
-    note->setPanelPalette(panelPalette_);
     grid_->addWidget(note, row, labels, 1, -1, Qt::AlignLeft | Qt::AlignTop);
     return note;
 }
@@ -138,19 +139,6 @@ void FormPane::addGap()
 void FormPane::addStretch()
 {
     grid_->setRowStretch(nextRow_++, 1);
-}
-
-void FormPane::setPanelPalette(const PanelPalette &palette)
-{
-    panelPalette_ = palette;
-    for (auto *note : findChildren<FormNote *>())
-        note->setPanelPalette(palette);
-    for (auto *button : findChildren<PanelButton *>())
-        button->setPanelPalette(palette);
-    for (auto *table : findChildren<FormTable *>())
-        table->setPanelPalette(palette);
-    for (auto *menu : findChildren<QMenu *>())
-        menu->setPalette(palette.controlsPalette());
 }
 
 } // namespace quillon

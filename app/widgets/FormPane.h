@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QWidget>
 
 class QGridLayout;
@@ -35,9 +33,10 @@ public:
 
     /// Shows what the settings hold now. It is called whenever they may have changed.
     virtual void showStored() {}
-    /// Hands the tones to every note, button, table and menu below this.
-    virtual void setPanelPalette(const PanelPalette &palette);
-    const PanelPalette &panelPalette() const { return panelPalette_; }
+
+protected:
+    /// Lets Escape close an open drop-down list and not the window.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     int beginRow();
@@ -48,7 +47,6 @@ private:
     /// The gap before the next row.
     int distance_ = 0;
     int nextRow_ = 0;
-    PanelPalette panelPalette_ = PanelPalette::light();
 };
 
 } // namespace quillon

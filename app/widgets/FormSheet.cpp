@@ -1,19 +1,19 @@
 #include "app/widgets/FormSheet.h"
 
 #include "app/widgets/FormPane.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QHBoxLayout>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <utility>
 
 namespace quillon {
 
-FormSheet::FormSheet(const QString &title, const QString &confirmation, const PanelPalette &palette,
-                     QWidget *over)
-    : QDialog(over, Qt::Sheet), palette_(palette), form_(new FormPane(this))
+FormSheet::FormSheet(const QString &title, const QString &confirmation, QWidget *over)
+    : QDialog(over, Qt::Sheet), form_(new FormPane(this))
 {
     setWindowTitle(title);
     setWindowModality(Qt::WindowModal);
@@ -28,10 +28,10 @@ FormSheet::FormSheet(const QString &title, const QString &confirmation, const Pa
     line->setContentsMargins(metrics::FORM_MARGIN, 0, metrics::FORM_MARGIN, metrics::FORM_MARGIN);
     line->setSpacing(metrics::FORM_NEAR);
     line->addStretch();
-    cancelButton_ = new PanelButton(tr("&Cancel"), PanelButton::Rank::secondary, this);
+    cancelButton_ = pushButton(tr("&Cancel"), ButtonRank::secondary, this);
     connect(cancelButton_, &QPushButton::clicked, this, &QDialog::reject);
     line->addWidget(cancelButton_);
-    confirmationButton_ = new PanelButton(confirmation, PanelButton::Rank::primary, this);
+    confirmationButton_ = pushButton(confirmation, ButtonRank::primary, this);
     confirmationButton_->setDefault(true);
     connect(confirmationButton_, &QPushButton::clicked, this, &FormSheet::confirmed);
     line->addWidget(confirmationButton_);
@@ -39,9 +39,9 @@ FormSheet::FormSheet(const QString &title, const QString &confirmation, const Pa
 }
 
 void FormSheet::confirm(const QString &title, const QString &confirmation, const QString &text,
-                        const PanelPalette &palette, QWidget *over, std::function<void()> carryOut)
+                        QWidget *over, std::function<void()> carryOut)
 {
-    auto *sheet = new FormSheet(title, confirmation, palette, over);
+    auto *sheet = new FormSheet(title, confirmation, over);
     sheet->form().addWideNote(text);
     connect(sheet, &FormSheet::confirmed, over, [sheet, carryOut = std::move(carryOut)] {
         sheet->accept();
@@ -50,21 +50,6 @@ void FormSheet::confirm(const QString &title, const QString &confirmation, const
     sheet->cancelButton().setDefault(true);
     sheet->cancelButton().setFocus();
     sheet->open();
-}
-
-void FormSheet::setPanelPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    setPalette(palette.controlsPalette());
-    form_->setPanelPalette(palette);
-    cancelButton_->setPanelPalette(palette);
-    confirmationButton_->setPanelPalette(palette);
-}
-
-void FormSheet::open()
-{
-    setPanelPalette(palette_);
-    QDialog::open();
 }
 
 } // namespace quillon

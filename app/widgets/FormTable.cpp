@@ -1,7 +1,8 @@
 #include "app/widgets/FormTable.h"
 
-#include "app/widgets/FormDrawing.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/PanelPalette.h"
+#include "app/widgets/StyleDrawing.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QHeaderView>
@@ -42,29 +43,24 @@ class FormTable::RowView : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    void setPanelPalette(const PanelPalette &palette) { palette_ = palette; }
-
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override
     {
+        const PanelPalette tones = PanelPalette::of(option.palette);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         const QRectF row = QRectF(option.rect).adjusted(INSET, INSET / 2.0, -INSET, -INSET / 2.0);
         if (option.state.testFlag(QStyle::State_Selected)) {
             painter->setPen(Qt::NoPen);
-            painter->setBrush(palette_.tint);
+            painter->setBrush(tones.tint);
             painter->drawRoundedRect(row, metrics::ROW_CORNER, metrics::ROW_CORNER);
         }
-        if (option.state.testFlag(QStyle::State_HasFocus)) {
-            painter->setPen(QPen(palette_.accent, 1.5));
-            painter->setBrush(Qt::NoBrush);
-            painter->drawRoundedRect(row.adjusted(0.75, 0.75, -0.75, -0.75), metrics::ROW_CORNER,
-                                     metrics::ROW_CORNER);
-        }
+        if (option.state.testFlag(QStyle::State_HasFocus))
+            drawing::focusRing(*painter, row, metrics::ROW_CORNER, tones.accent);
         if (hasBox(index))
-            paintBox(*painter, option, index);
+            paintBox(*painter, option, index, tones);
         QTextDocument text;
-        fill(text, index.data(RUNS).value<Runs>(), option.font, option.rect.width());
+        fill(text, index.data(RUNS).value<Runs>(), option, option.rect.width());
         painter->translate(option.rect.left() + TEXT_SIDE, option.rect.top() + TEXT_ABOVE);
         text.documentLayout()->draw(painter, {});
         painter->restore();
@@ -75,7 +71,7 @@ public:
         const auto *table = static_cast<const FormTable *>(parent());
         const int width = table->viewport()->width();
         QTextDocument text;
-        fill(text, index.data(RUNS).value<Runs>(), option.font, width);
+        fill(text, index.data(RUNS).value<Runs>(), option, width);
         const int height = static_cast<int>(std::ceil(text.size().height())) + 2 * TEXT_ABOVE +
                            (hasBox(index) ? BOX_ABOVE + BOX : 0);
         return {width, std::max((height + 3) / 4 * 4, 36)};
@@ -121,21 +117,22 @@ private:
                words.united(boxOf(option.rect)).contains(click.position().toPoint());
     }
 
-    void paintBox(QPainter &painter, const QStyleOptionViewItem &option,
-                  const QModelIndex &index) const
+    static void paintBox(QPainter &painter, const QStyleOptionViewItem &option,
+                         const QModelIndex &index, const PanelPalette &tones)
     {
-        paintTickBox(painter, boxOf(option.rect), isTicked(index),
-                     static_cast<const FormTable *>(parent())->palette());
+        drawing::tickBox(painter, boxOf(option.rect), isTicked(index), option.palette);
         const auto runs = index.data(RUNS).value<Runs>();
         const bool isQuiet = std::ranges::all_of(runs, &FormTextRun::isQuiet);
-        painter.setPen(isQuiet ? palette_.quiet : palette_.text);
+        painter.setPen(isQuiet ? tones.quiet : tones.text);
         painter.drawText(wordsOf(option.rect), Qt::AlignLeft | Qt::AlignVCenter,
                          index.data(BOX_WORDS).toString());
     }
 
-    void fill(QTextDocument &text, const Runs &runs, const QFont &font, int width) const
+    static void fill(QTextDocument &text, const Runs &runs, const QStyleOptionViewItem &option,
+                     int width)
     {
-        text.setDefaultFont(font);
+        const PanelPalette tones = PanelPalette::of(option.palette);
+        text.setDefaultFont(option.font);
         text.setDocumentMargin(0);
         QTextOption wrapping;
         // Paths have no blanks to break at.
@@ -145,24 +142,21 @@ private:
         for (const FormTextRun &run : runs) {
             QTextCharFormat format;
             format.setFontWeight(run.isBold ? QFont::Bold : QFont::Normal);
-            format.setForeground(run.isQuiet ? palette_.quiet : palette_.text);
+            format.setForeground(run.isQuiet ? tones.quiet : tones.text);
             cursor.insertText(run.text, format);
         }
         text.setTextWidth(width - 2 * TEXT_SIDE);
     }
-
-    PanelPalette palette_ = PanelPalette::light();
 };
 
 FormTable::FormTable(const QString &rowIdentifier, QWidget *parent)
-    : QTableView(parent),
-      rowIdentifier_(rowIdentifier),
-      model_(new QStandardItemModel(0, 1, this)),
-      rowView_(new RowView(this))
+    : QTableView(parent), rowIdentifier_(rowIdentifier), model_(new QStandardItemModel(0, 1, this))
 {
-    rowView_->setObjectName(rowIdentifier);
+    auto *rowView = new RowView(this);
+    rowView->setObjectName(rowIdentifier);
     setModel(model_);
-    setItemDelegate(rowView_);
+    setItemDelegate(rowView);
+    viewport()->setBackgroundRole(QPalette::Window);
     setShowGrid(false);
     setTabKeyNavigation(false);
     setSelectionMode(SingleSelection);
@@ -231,17 +225,6 @@ void FormTable::showRow(int row)
 {
     selectRow(row);
     scrollTo(model_->index(row, 0));
-}
-
-void FormTable::setPanelPalette(const PanelPalette &palette)
-{
-    rowView_->setPanelPalette(palette);
-    // The rows draw their selection themselves.
-    QPalette tones;
-    tones.setColor(QPalette::Base, palette.background);
-    tones.setColor(QPalette::Highlight, palette.background);
-    setPalette(tones);
-    viewport()->update();
 }
 
 void FormTable::paintEvent(QPaintEvent *event)

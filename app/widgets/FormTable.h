@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QList>
 #include <QString>
 #include <QTableView>
@@ -47,8 +45,6 @@ public:
     /// It is shown in the middle while there are no rows.
     void setPlaceholder(const QString &sentence) { placeholder_ = sentence; }
 
-    void setPanelPalette(const PanelPalette &palette);
-
 Q_SIGNALS:
     void selectedRowChanged();
     /// Delete was pressed on the selected row.
@@ -68,7 +64,6 @@ private:
     const QString rowIdentifier_;
     QString placeholder_;
     QStandardItemModel *model_;
-    RowView *rowView_;
 };
 
 } // namespace quillon

@@ -1,9 +1,10 @@
 #include "app/widgets/NoticeView.h"
 
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QAccessible>
 #include <QHBoxLayout>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace quillon {
@@ -30,7 +31,6 @@ void NoticeView::setNotice(const Notice &notice)
     parts->addWidget(text);
     parts->addLayout(buildButtons(notice));
     layout()->addWidget(contents_);
-    setPanelPalette(palette_);
     contents_->show();
     setAccessibleName(notice.title + u' ' + notice.text);
     if (isVisible()) {
@@ -42,16 +42,16 @@ void NoticeView::setNotice(const Notice &notice)
 QHBoxLayout *NoticeView::buildButtons(const Notice &notice)
 {
     QHBoxLayout *buttons = line(NEAR);
-    const auto add = [&](const QString &text, PanelButton::Rank rank) {
-        auto *button = new PanelButton(text, rank, contents_);
+    const auto add = [&](const QString &text, ButtonRank rank) {
+        auto *button = pushButton(text, rank, contents_);
         buttons->addWidget(button);
         setFocusProxy(button);
         return button;
     };
     if (notice.aside)
-        join(*add(notice.aside->text, PanelButton::Rank::secondary), *notice.aside);
+        join(*add(notice.aside->text, ButtonRank::secondary), *notice.aside);
     buttons->addStretch();
-    using enum PanelButton::Rank;
+    using enum ButtonRank;
     connect(add(notice.dismissal, notice.primary ? secondary : primary), &QPushButton::clicked,
             this, [this] { window()->close(); });
     if (notice.primary)
@@ -80,12 +80,6 @@ void NoticeView::announce()
     // The window is the same one, so nothing else would make a screen reader read it again.
     QAccessibleEvent event(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
-}
-
-void NoticeView::setPanelPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    SetupView::setPanelPalette(palette);
 }
 
 } // namespace quillon

@@ -18,7 +18,6 @@ public:
 
     /// Replaces the notice that is shown. Its last button gets the focus.
     void setNotice(const Notice &notice);
-    void setPanelPalette(const PanelPalette &palette) override;
     bool mayClose() override;
 
 private:
@@ -26,7 +25,6 @@ private:
     void join(QPushButton &button, const Notice::Choice &choice);
     void announce();
 
-    PanelPalette palette_ = PanelPalette::light();
     QWidget *contents_ = nullptr;
     std::function<void()> dismissed_;
 };

@@ -16,7 +16,6 @@ void NoticeWindow::present(const Notice &notice)
     if (!window_) {
         view_ = new NoticeView;
         window_ = std::make_unique<SetupWindow>(title_, view_, windowSystem_);
-        window_->setPanelPalette(palette_);
     }
     view_->setNotice(notice);
     window_->present();
@@ -37,13 +36,6 @@ void NoticeWindow::hide()
 {
     if (window_)
         window_->hide();
-}
-
-void NoticeWindow::setPanelPalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    if (window_)
-        window_->setPanelPalette(palette);
 }
 
 } // namespace quillon

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QString>
 
 #include <functional>
@@ -55,12 +53,10 @@ public:
     bool isVisible() const;
     /// Closes the window without calling the notice.
     void hide();
-    void setPanelPalette(const PanelPalette &palette);
 
 private:
     QString title_;
     WindowSystem &windowSystem_;
-    PanelPalette palette_ = PanelPalette::light();
     /// The window is made when it is first needed.
     std::unique_ptr<SetupWindow> window_;
     NoticeView *view_ = nullptr;

@@ -39,6 +39,10 @@ constexpr int FORM_CONTROL_HEIGHT = 28;
 constexpr int FORM_CONTROL_CORNER = 6;
 /// The least width of buttons and menus, even if their texts are narrower.
 constexpr int FORM_CONTROL = 220;
+/// The space beside the word of a tab.
+constexpr int TAB_SIDE = 12;
+/// The space beside the words of a drop-down list.
+constexpr int DROP_DOWN_SIDE = 12;
 
 /// The opacity of controls that cannot be used at the moment.
 constexpr double DISABLED_OPACITY = 0.5;

@@ -107,42 +107,49 @@ PanelPalette PanelPalette::forDesktop(const QPalette &desktop, bool prefersDark)
     return palette;
 }
 
+PanelPalette PanelPalette::of(const QPalette &widgets)
+{
+    const auto role = [&widgets](QPalette::ColorRole r) {
+        return widgets.color(QPalette::Active, r);
+    };
+    return {.background = role(QPalette::Window),
+            .text = role(QPalette::WindowText),
+            .quiet = role(QPalette::PlaceholderText),
+            .tint = role(QPalette::Highlight),
+            .accent = role(QPalette::Link),
+            .hairline = role(QPalette::Mid),
+            .keyCap = role(QPalette::Button),
+            .fault = role(FAULT)};
+}
+
 bool PanelPalette::isDark() const
 {
     return luminance(background) < luminance(text);
 }
 
-QPalette PanelPalette::widgetPalette() const
+QPalette PanelPalette::controlsPalette() const
 {
     QPalette palette;
     palette.setColor(QPalette::Window, background);
-    palette.setColor(QPalette::Base, background);
+    // On a dark background edges are invisible, so what can be written into or ticked is an area of
+    // another colour.
+    palette.setColor(QPalette::Base, isDark() ? keyCap : background);
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Text, text);
     palette.setColor(QPalette::PlaceholderText, quiet);
     palette.setColor(QPalette::Highlight, tint);
     palette.setColor(QPalette::HighlightedText, text);
-    return palette;
-}
-
-QPalette PanelPalette::controlsPalette() const
-{
-    QPalette palette = widgetPalette();
-    // The toolkit's styles calculate their edges and shades from these. On a dark background the
-    // edges are invisible, so what can be written into or ticked is an area of another colour.
-    if (isDark())
-        palette.setColor(QPalette::Base, keyCap);
     palette.setColor(QPalette::Button, keyCap);
     palette.setColor(QPalette::ButtonText, text);
     palette.setColor(QPalette::Light, mixed(keyCap, background, 0.5));
     palette.setColor(QPalette::Midlight, mixed(keyCap, background, 0.25));
-    palette.setColor(QPalette::Mid, mixed(keyCap, text, 0.2));
+    palette.setColor(QPalette::Mid, hairline);
     palette.setColor(QPalette::Dark, mixed(keyCap, text, 0.35));
     palette.setColor(QPalette::Shadow, mixed(keyCap, text, 0.5));
     palette.setColor(QPalette::AlternateBase, mixed(background, keyCap, 0.5));
     palette.setColor(QPalette::BrightText, background);
     palette.setColor(QPalette::Link, accent);
-    palette.setColor(QPalette::LinkVisited, accent);
+    palette.setColor(FAULT, fault);
     palette.setColor(QPalette::ToolTipBase, keyCap);
     palette.setColor(QPalette::ToolTipText, text);
     const QColor faint = mixed(text, background, 0.55);

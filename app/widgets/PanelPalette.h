@@ -21,17 +21,21 @@ struct PanelPalette
     /// The colour of a text that says what is wrong.
     QColor fault;
 
+    /// The role of faults in the palette of the widgets. No window has links that were visited, so
+    /// theirs is free.
+    static constexpr QPalette::ColorRole FAULT = QPalette::LinkVisited;
+
     static PanelPalette light();
     static PanelPalette dark();
     /// Returns the desktop's own colours where it sets any, and those of light() or dark()
     /// otherwise.
     static PanelPalette forDesktop(const QPalette &desktop, bool prefersDark);
 
+    /// Returns the tones from which controlsPalette() made the palette of the widgets.
+    static PanelPalette of(const QPalette &widgets);
+
     bool isDark() const;
-    /// Returns the palette of the toolkit's widgets inside the panel.
-    QPalette widgetPalette() const;
-    /// Returns the palette of a whole window of the toolkit's controls: buttons, fields, menus and
-    /// their disabled states.
+    /// Returns the palette of all widgets: texts, buttons, fields, menus and their disabled states.
     QPalette controlsPalette() const;
 };
 

@@ -1,14 +1,15 @@
 #include "app/widgets/QLNShortcutView.h"
 
 #include "app/widgets/FormNote.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/WriteFault.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "shortcut/QLNShortcutValidator.h"
 
 #include <QKeyEvent>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace quillon {
@@ -27,7 +28,7 @@ QLNShortcutView::QLNShortcutView(QLNShortcutMonitor &monitor, QLNShortcutBinder 
       monitor_(monitor),
       binder_(binder),
       service_(service),
-      button_(new PanelButton({}, PanelButton::Rank::control, this)),
+      button_(pushButton({}, ButtonRank::control, this)),
       message_(new FormNote({}, this))
 {
     auto *layout = new QVBoxLayout(this);

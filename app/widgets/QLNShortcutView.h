@@ -7,11 +7,11 @@
 #include <optional>
 
 class QKeyEvent;
+class QPushButton;
 
 namespace quillon {
 
 class FormNote;
-class PanelButton;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 
@@ -67,7 +67,7 @@ private:
     QLNShortcutMonitor &monitor_;
     QLNShortcutBinder &binder_;
     HotKey &service_;
-    PanelButton *button_;
+    QPushButton *button_;
     FormNote *message_;
     QString sentence_;
     std::optional<QLNShortcut> proposed_;

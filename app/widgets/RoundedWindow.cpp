@@ -1,6 +1,7 @@
 #include "app/widgets/RoundedWindow.h"
 
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/PanelPalette.h"
 #include "platform/WindowSystem.h"
 
 #include <QBitmap>
@@ -33,12 +34,6 @@ void RoundedWindow::setContent(QWidget *content)
     layout->setContentsMargins(BORDER, BORDER, BORDER, BORDER);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(content);
-}
-
-void RoundedWindow::setFramePalette(const PanelPalette &palette)
-{
-    palette_ = palette;
-    update();
 }
 
 void RoundedWindow::fitToCompositing()
@@ -82,16 +77,17 @@ void RoundedWindow::resizeEvent(QResizeEvent *event)
 
 void RoundedWindow::paintEvent(QPaintEvent *)
 {
+    const PanelPalette tones = PanelPalette::of(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRect panel = panelRect();
     // Without blending, the half-covered pixels of the corners would be black.
     if (panel == rect())
-        painter.fillRect(panel, palette_.hairline);
+        painter.fillRect(panel, tones.hairline);
     else
         paintShadow(painter);
-    painter.setBrush(palette_.background);
-    painter.setPen(QPen(palette_.hairline, BORDER));
+    painter.setBrush(tones.background);
+    painter.setPen(QPen(tones.hairline, BORDER));
     painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), metrics::CORNER,
                             metrics::CORNER);
 }

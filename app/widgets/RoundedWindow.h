@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QWidget>
 
 namespace quillon {
@@ -16,8 +14,6 @@ class RoundedWindow : public QWidget
 
 public:
     RoundedWindow(WindowSystem &windowSystem, Qt::WindowFlags flags);
-
-    void setFramePalette(const PanelPalette &palette);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -39,7 +35,6 @@ private:
 
     WindowSystem &windowSystem_;
     QPoint place_;
-    PanelPalette palette_ = PanelPalette::light();
 };
 
 } // namespace quillon

@@ -1,9 +1,10 @@
 #include "app/widgets/SegmentedControl.h"
 
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QHBoxLayout>
+#include <QPushButton>
 
 namespace quillon {
 
@@ -13,7 +14,7 @@ SegmentedControl::SegmentedControl(const QStringList &segments, QWidget *parent)
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(metrics::INSET);
     for (const QString &text : segments) {
-        auto *button = new PanelButton(text, PanelButton::Rank::control, this);
+        auto *button = pushButton(text, ButtonRank::control, this);
         const int number = static_cast<int>(buttons_.size());
         connect(button, &QPushButton::clicked, this,
                 [this, number] { Q_EMIT segmentClicked(number); });

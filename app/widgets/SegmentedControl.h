@@ -5,10 +5,9 @@
 
 class QAbstractButton;
 class QMenu;
+class QPushButton;
 
 namespace quillon {
-
-class PanelButton;
 
 /// A line of buttons that belong together, such as "Add" and "Remove" below a table.
 class SegmentedControl : public QWidget
@@ -28,7 +27,7 @@ Q_SIGNALS:
     void segmentClicked(int segment);
 
 private:
-    QList<PanelButton *> buttons_;
+    QList<QPushButton *> buttons_;
 };
 
 } // namespace quillon

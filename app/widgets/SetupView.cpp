@@ -1,10 +1,10 @@
 #include "app/widgets/SetupView.h"
 
-#include "app/widgets/FormNote.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QHBoxLayout>
 #include <QIcon>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -19,15 +19,6 @@ constexpr double TITLE_SIZE = 1.35;
 } // namespace
 
 SetupView::SetupView(QWidget *parent) : QWidget(parent) {}
-
-void SetupView::setPanelPalette(const PanelPalette &palette)
-{
-    setPalette(palette.controlsPalette());
-    for (auto *note : findChildren<FormNote *>())
-        note->setPanelPalette(palette);
-    for (auto *button : findChildren<PanelButton *>())
-        button->setPanelPalette(palette);
-}
 
 QVBoxLayout *SetupView::column(QWidget *of, int spacing, int margin)
 {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/widgets/PanelPalette.h"
-
 #include <QLabel>
 #include <QWidget>
 
@@ -26,7 +24,6 @@ public:
 
     explicit SetupView(QWidget *parent = nullptr);
 
-    virtual void setPanelPalette(const PanelPalette &palette);
     /// The user wants to close the window. Returns false to keep it open.
     virtual bool mayClose() { return true; }
 

@@ -33,12 +33,6 @@ void SetupWindow::present()
     activateWindow();
 }
 
-void SetupWindow::setPanelPalette(const PanelPalette &palette)
-{
-    setFramePalette(palette);
-    view_->setPanelPalette(palette);
-}
-
 void SetupWindow::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(view_->mayClose());

@@ -19,7 +19,6 @@ public:
     /// Shows the window in the middle of the screen that has the pointer, or brings it to the
     /// front.
     void present();
-    void setPanelPalette(const PanelPalette &palette);
 
 Q_SIGNALS:
     void appeared();

@@ -2,7 +2,7 @@
 #include "app/preferences/TreeDump.h"
 #include "app/widgets/FormSheet.h"
 #include "app/widgets/FormTable.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/SegmentedControl.h"
 #include "app/widgets/WriteFault.h"
 #include "tests/app/PreferencesSupport.h"

@@ -53,7 +53,7 @@ protected:
 
     QWidget &shown()
     {
-        coordinator_.show(PanelPalette::light());
+        coordinator_.show();
         return *coordinator_.window();
     }
     static void press(QWidget &window, const char *text)
@@ -137,7 +137,7 @@ TEST_F(Permission, hasNoWayOutButItsButtons)
     window.close();
     QTest::keyClick(&window, Qt::Key_Escape);
     EXPECT_TRUE(window.isVisible());
-    coordinator_.show(PanelPalette::dark());
+    coordinator_.show();
     EXPECT_EQ(coordinator_.window(), &window) << "it is asked once";
 
     press(window, "Quit");

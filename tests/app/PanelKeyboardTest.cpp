@@ -1,12 +1,13 @@
 #include "app/panel/PanelKeyboard.h"
 
 #include "app/panel/MenuButton.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 #include "tests/app/SearchPanelFixture.h"
 
 #include <QApplication>
 #include <QInputMethodEvent>
 #include <QMenu>
+#include <QPushButton>
 
 namespace quillon {
 

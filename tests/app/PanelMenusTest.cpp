@@ -1,12 +1,13 @@
 #include "app/panel/PanelMenus.h"
 
 #include "app/panel/MenuButton.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 #include "tests/app/SearchPanelFixture.h"
 
 #include <QApplication>
 #include <QMenu>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScrollBar>
 
 namespace quillon {

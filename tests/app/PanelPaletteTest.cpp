@@ -1,7 +1,9 @@
 #include "app/widgets/PanelPalette.h"
 
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/QuillonStyle.h"
 
+#include <QApplication>
+#include <QPushButton>
 #include <QStyle>
 #include <QStyleFactory>
 
@@ -37,9 +39,10 @@ void expectReadable(const PanelPalette &palette)
         EXPECT_GE(contrast(palette.fault, ground), 4.5);
     }
     EXPECT_GE(contrast(palette.text, palette.keyCap), 4.5);
-    const QPalette widgets = palette.widgetPalette();
+    const QPalette widgets = palette.controlsPalette();
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::PlaceholderText})
-        EXPECT_GE(contrast(widgets.color(role), widgets.color(QPalette::Base)), 4.5);
+        EXPECT_GE(contrast(widgets.color(role), widgets.color(QPalette::Window)), 4.5);
+    EXPECT_GE(contrast(widgets.color(QPalette::Text), widgets.color(QPalette::Base)), 4.5);
     EXPECT_GE(
         contrast(widgets.color(QPalette::HighlightedText), widgets.color(QPalette::Highlight)),
         4.5);
@@ -56,7 +59,7 @@ std::vector<PanelPalette> palettes()
 }
 
 /// Returns the contrast between the background inside a button and its letters, as they are drawn.
-double drawnContrast(PanelButton &button)
+double drawnContrast(QPushButton &button)
 {
     const QImage image = button.grab(button.rect().adjusted(12, 12, -12, -12)).toImage();
     std::map<QRgb, int> pixels;
@@ -82,17 +85,17 @@ TEST(PanelPalette, isReadableInEveryPalette)
 TEST(PanelPalette, isReadableOnEveryButton)
 {
     for (const PanelPalette &palette : palettes()) {
-        for (const auto rank : {PanelButton::Rank::primary, PanelButton::Rank::secondary}) {
-            PanelButton button(u"HHHH"_s, rank, nullptr);
+        for (const auto rank : {ButtonRank::primary, ButtonRank::secondary}) {
+            const std::unique_ptr<QPushButton> button(pushButton(u"HHHH"_s, rank, nullptr));
             QFont font;
             font.setPixelSize(24);
             font.setBold(true);
-            button.setFont(font);
-            button.resize(button.sizeHint());
-            button.setPanelPalette(palette);
-            EXPECT_GE(drawnContrast(button), 4.5);
-            button.setDown(true);
-            EXPECT_GE(drawnContrast(button), 4.5) << "pressed";
+            button->setFont(font);
+            button->setPalette(palette.controlsPalette());
+            button->resize(button->sizeHint());
+            EXPECT_GE(drawnContrast(*button), 4.5);
+            button->setDown(true);
+            EXPECT_GE(drawnContrast(*button), 4.5) << "pressed";
         }
     }
 }
@@ -106,6 +109,21 @@ TEST(PanelPalette, takesTheDesktopsColoursWhereItHasSome)
     const std::unique_ptr<QStyle> plain(QStyleFactory::create(u"Fusion"_s));
     EXPECT_TRUE(PanelPalette::forDesktop(plain->standardPalette(), true).isDark());
     EXPECT_FALSE(PanelPalette::forDesktop(plain->standardPalette(), false).isDark());
+}
+
+TEST(PanelPalette, turnsDarkInEveryWindowWithTheDesktop)
+{
+    const QWidget window;
+    const auto tones = [&window] { return PanelPalette::of(window.palette()); };
+    EXPECT_EQ(tones().background, PanelPalette::light().background);
+    QuillonStyle::preferDark(true);
+    QApplication::processEvents();
+    EXPECT_EQ(tones().background, PanelPalette::dark().background);
+    EXPECT_EQ(tones().fault, PanelPalette::dark().fault);
+    EXPECT_EQ(tones().hairline, PanelPalette::dark().hairline);
+    QuillonStyle::preferDark(false);
+    QApplication::processEvents();
+    EXPECT_EQ(tones().background, PanelPalette::light().background);
 }
 
 } // namespace quillon

@@ -2,7 +2,6 @@
 
 #include "app/preferences/PreferencesViewController.h"
 #include "app/widgets/FormNote.h"
-#include "app/widgets/FormTabView.h"
 #include "matching/RecentAccessScore.h"
 #include "platform/Autostart.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"

@@ -5,7 +5,8 @@
 #include "app/widgets/FolderChooser.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
-#include "app/widgets/PanelButton.h"
+#include "app/widgets/PanelPalette.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/SegmentedControl.h"
 #include "base/InlineTaskQueue.h"
 #include "core/SearchBase.h"
@@ -188,7 +189,6 @@ TEST_F(SearchPaneTest, listsFoldersThatAreNotSearchedNowAndWhy)
         }
         return true;
     };
-    pane->setPanelPalette(PanelPalette::light());
     pane->addFolders({disk.makeFolder("stick"), disk.makeFolder("theirs")});
     std::filesystem::remove(disk.path("stick"));
     identity.locked = disk.path("theirs");

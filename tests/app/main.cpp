@@ -1,4 +1,5 @@
 #include "app/Translations.h"
+#include "app/widgets/QuillonStyle.h"
 
 #include <QApplication>
 #include <QTranslator>
@@ -47,6 +48,7 @@ int main(int argc, char **argv)
     testing::InitGoogleTest(&argc, argv);
     Q_INIT_RESOURCE(quillon);
     QApplication application(argc, argv);
+    QApplication::setStyle(new quillon::QuillonStyle);
     quillon::translateApplication(application, {u"en"_s});
     CatalogueWatch watch;
     QApplication::installTranslator(&watch);

@@ -3,14 +3,15 @@
 #include "app/widgets/CountText.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
 #include "indexing/SearchBaseFinder.h"
 
 #include <QLineEdit>
 #include <QPointer>
+#include <QPushButton>
 
 #include <algorithm>
 #include <utility>
@@ -27,10 +28,8 @@ constexpr auto SETTLING = 200ms;
 
 AddExcludePatternSearchLocation::AddExcludePatternSearchLocation(const Services &services,
                                                                  const std::string &proposed,
-                                                                 Added added,
-                                                                 const PanelPalette &palette,
-                                                                 QWidget *over)
-    : FormSheet(tr("Exclude Folders Matching Pattern"), tr("&Add"), palette, over),
+                                                                 Added added, QWidget *over)
+    : FormSheet(tr("Exclude Folders Matching Pattern"), tr("&Add"), over),
       services_(services),
       added_(std::move(added)),
       patternTextField_(new QLineEdit(&form()))

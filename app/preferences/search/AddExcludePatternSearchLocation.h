@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/preferences/search/PatternHits.h"
 #include "app/widgets/FormSheet.h"
+#include "core/PatternHits.h"
 
 #include <QTimer>
 
@@ -39,7 +39,7 @@ public:
 
     /// Proposes the pattern, where it is not empty.
     AddExcludePatternSearchLocation(const Services &services, const std::string &proposed,
-                                    Added added, const PanelPalette &palette, QWidget *over);
+                                    Added added, QWidget *over);
     ~AddExcludePatternSearchLocation() override;
 
 private:

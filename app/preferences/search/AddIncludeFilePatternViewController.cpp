@@ -14,9 +14,9 @@
 
 namespace quillon {
 
-AddIncludeFilePatternViewController::AddIncludeFilePatternViewController(
-    SearchBaseFinder &finder, Added added, const PanelPalette &palette, QWidget *over)
-    : FormSheet(tr("Include Files with Extension"), tr("&Add"), palette, over),
+AddIncludeFilePatternViewController::AddIncludeFilePatternViewController(SearchBaseFinder &finder,
+                                                                         Added added, QWidget *over)
+    : FormSheet(tr("Include Files with Extension"), tr("&Add"), over),
       finder_(finder),
       added_(std::move(added)),
       extensionTextField_(new QLineEdit(&form()))

@@ -19,8 +19,7 @@ class AddIncludeFilePatternViewController : public FormSheet
 public:
     using Added = std::function<void(const std::string &extension)>;
 
-    AddIncludeFilePatternViewController(SearchBaseFinder &finder, Added added,
-                                        const PanelPalette &palette, QWidget *over);
+    AddIncludeFilePatternViewController(SearchBaseFinder &finder, Added added, QWidget *over);
 
 private:
     void textChanged();

@@ -6,9 +6,8 @@
 #include "app/widgets/FolderChooser.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
-#include "app/widgets/IncludeFolders.h"
-#include "app/widgets/PanelButton.h"
 #include "app/widgets/PanelMetrics.h"
+#include "app/widgets/QuillonStyle.h"
 #include "app/widgets/SegmentedControl.h"
 #include "app/widgets/WriteFault.h"
 #include "base/TaskQueue.h"
@@ -76,7 +75,7 @@ SearchPreferencesViewController::SearchPreferencesViewController(
           new FormTable(QStringLiteral("SearchLocationsTableViewRowIdentifier"), this)),
       searchLocationsSegmentedControl(new SegmentedControl({tr("A&dd"), tr("&Remove")}, this)),
       rebuildFlagImage(new FlagImage(this)),
-      rebuildButton(new PanelButton(tr("Re&build Now"), PanelButton::Rank::control, this)),
+      rebuildButton(pushButton(tr("Re&build Now"), ButtonRank::control, this)),
       services_(services),
       delegate_(delegate),
       flagLabel_(new QLabel(tr("Takes effect after a rebuild"), this))
@@ -139,13 +138,6 @@ void SearchPreferencesViewController::buildControls()
             });
     connect(rebuildButton, &QPushButton::clicked, this, [this] { delegate_.rebuildSearchBase(); });
     enableRemoval();
-}
-
-void SearchPreferencesViewController::setPanelPalette(const PanelPalette &palette)
-{
-    FormPane::setPanelPalette(palette);
-    for (auto *sheet : window()->findChildren<FormSheet *>())
-        sheet->setPanelPalette(palette);
 }
 
 // The list
@@ -226,7 +218,7 @@ void SearchPreferencesViewController::searchHidden(int row, bool isWanted)
 
 void SearchPreferencesViewController::chooseFolders()
 {
-    auto *chooser = new FolderChooser(tr("Choose the folders to search"), panelPalette(), window());
+    auto *chooser = new FolderChooser(tr("Choose the folders to search"), window());
     connect(chooser, &FolderChooser::foldersChosen, this,
             &SearchPreferencesViewController::addFolders);
     chooser->open();
@@ -234,17 +226,22 @@ void SearchPreferencesViewController::chooseFolders()
 
 void SearchPreferencesViewController::addFolders(const std::vector<std::string> &paths)
 {
-    const IncludeFolders include({.searchBaseFinder = services_.searchBaseFinder,
-                                  .folderIdentity = services_.folderIdentity,
-                                  .folderLister = services_.folderLister,
-                                  .background = services_.background,
-                                  .main = services_.main});
-    include.add(paths, this, [this](const IncludeFolders::Outcome &outcome) {
-        note_->sayFault(outcome.faults);
-        showAdded(outcome.added.empty()
-                      ? nullptr
-                      : std::make_shared<IncludePathSearchBaseLocation>(outcome.added.back()));
+    services_.background.post([services = services_, paths, self = QPointer(this)] {
+        const IncludeFolders include(services.searchBaseFinder, services.folderIdentity,
+                                     services.folderLister);
+        services.main.post([outcome = include.add(paths), self] {
+            if (self)
+                self->foldersAdded(outcome);
+        });
     });
+}
+
+void SearchPreferencesViewController::foldersAdded(const IncludeFolders::Outcome &outcome)
+{
+    note_->sayFault(refusalText(outcome.refused));
+    showAdded(outcome.added.empty()
+                  ? nullptr
+                  : std::make_shared<IncludePathSearchBaseLocation>(outcome.added.back()));
 }
 
 void SearchPreferencesViewController::showAdded(std::shared_ptr<const SearchBaseLocation> location)
@@ -271,7 +268,7 @@ void SearchPreferencesViewController::excludePattern(const std::string &proposed
             if (isRebuilt)
                 services_.builder.start();
         },
-        panelPalette(), window());
+        window());
     sheet->open();
 }
 
@@ -282,7 +279,7 @@ void SearchPreferencesViewController::includeExtension()
         [this](const std::string &extension) {
             showAdded(std::make_shared<IncludeFilePatternSearchBaseLocation>(extension));
         },
-        panelPalette(), window());
+        window());
     sheet->open();
 }
 

@@ -3,6 +3,7 @@
 #include "app/preferences/search/ListedLocation.h"
 #include "app/widgets/FormPane.h"
 #include "core/SearchBaseBuilder.h"
+#include "indexing/IncludeFolders.h"
 
 #include <QBasicTimer>
 
@@ -61,7 +62,6 @@ public:
     ~SearchPreferencesViewController() override;
 
     void showStored() override;
-    void setPanelPalette(const PanelPalette &palette) override;
 
     /// Searches these folders too, as if the user had chosen them.
     void addFolders(const std::vector<std::string> &paths);
@@ -94,6 +94,7 @@ private:
     void buildMenu();
     void buildControls();
     void chooseFolders();
+    void foldersAdded(const IncludeFolders::Outcome &outcome);
     void excludePattern(const std::string &proposed, bool isRebuilt);
     void includeExtension();
     /// Shows the list, and in it what was added.

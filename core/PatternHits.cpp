@@ -1,4 +1,4 @@
-#include "app/preferences/search/PatternHits.h"
+#include "core/PatternHits.h"
 
 #include "indexing/SkipRules.h"
 #include "matching/PathIndex.h"
