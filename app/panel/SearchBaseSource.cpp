@@ -107,8 +107,8 @@ bool SearchBaseSource::canForget(const SearchBaseResult &result) const
 void SearchBaseSource::forget(const SearchBaseResult &result)
 {
     const bool isReleased = services_.keptFolders.release(result.path());
-    const bool isForgotten =
-        services_.recentAccessScore.forgetUses(withoutTrailingSlashes(result.path()));
+    const std::string counted(withoutTrailingSlashes(result.path()));
+    const bool isForgotten = services_.recentAccessScore.forgetUses(counted);
     isWriteRefused_ = !isReleased || !isForgotten;
 }
 
