@@ -74,10 +74,13 @@ public:
         while ((files_[0].fd >= 0 || files_[1].fd >= 0) &&
                !g_cancellable_is_cancelled(cancellable)) {
             // The kernel lacks memory where this fails for another reason than a signal.
-            if (g_poll(files_.data(), static_cast<guint>(files_.size()), -1) < 0)
+            if (g_poll(files_.data(), static_cast<guint>(files_.size()), -1) < 0) {
                 std::this_thread::sleep_for(PAUSE);
+                continue;
+            }
             for (std::size_t i = 0; i < texts_.size(); ++i)
-                readOne(files_[i], texts_[i]);
+                if (files_[i].fd >= 0 && files_[i].revents != 0)
+                    readOne(files_[i], texts_[i]);
         }
         if (canBeCancelled)
             g_cancellable_release_fd(cancellable);
@@ -91,20 +94,16 @@ private:
     {
         return g_unix_input_stream_get_fd(G_UNIX_INPUT_STREAM(pipe));
     }
-    /// Reads what is there. The pipe does not block.
+    /// Reads a piece of what is there. Without anything there, a pipe would block.
     static void readOne(GPollFD &file, std::string &text)
     {
-        constexpr std::size_t PIECE = 4096;
+        constexpr std::size_t PIECE = 65536; // as much as a pipe holds
         std::array<char, PIECE> piece{};
-        while (file.fd >= 0) {
-            const ssize_t count = ::read(file.fd, piece.data(), piece.size());
-            if (count > 0)
-                text.append(piece.data(), static_cast<std::size_t>(count));
-            else if (count < 0 && errno == EAGAIN)
-                return;
-            else if (count == 0 || errno != EINTR)
-                file.fd = -1;
-        }
+        const ssize_t count = ::read(file.fd, piece.data(), piece.size());
+        if (count > 0)
+            text.append(piece.data(), static_cast<std::size_t>(count));
+        else if (count == 0 || (errno != EAGAIN && errno != EINTR))
+            file.fd = -1;
     }
 
     /// The two outputs, and what reports that reading is cancelled.
