@@ -18,9 +18,11 @@ const SearchBase &oddIndex()
 {
     static SearchBaseOver<FakeFolderLister> base;
     static const bool IS_BUILT = [] {
-        for (const char *name :
-             {"a", "A B/c", "Übergröße/straße", "e\xcc\x81t\xc3\xa9", "\xff\xfe/odd\xc3", "tab\there",
-              "\xe2\x80\xae" "turned", "日本語/フォルダ", "~", "-rf/--", "x.y/z_1/Q2024-05"})
+        for (const char *name : {"a", "A B/c", "Übergröße/straße", "e\xcc\x81t\xc3\xa9",
+                                 "\xff\xfe/odd\xc3", "tab\there",
+                                 "\xe2\x80\xae"
+                                 "turned",
+                                 "日本語/フォルダ", "~", "-rf/--", "x.y/z_1/Q2024-05"})
             base.lister.add(std::string("/home/") + name);
         base.lister.add("/home/" + std::string(255, 'n'));
         base.includeFolders({"/home"});
