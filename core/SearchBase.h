@@ -21,6 +21,7 @@
 #include <stop_token>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace quillon {
@@ -232,6 +233,8 @@ private:
     const std::unique_ptr<IndexKeeper> indexKeeper_;
     /// True while a task that keeps the index is waiting for its time.
     bool isKeepingDue_ GUARDED_BY(changing_) = false;
+    /// Why the index could not be kept the last time; no error when it was kept.
+    std::error_code keepingError_ GUARDED_BY(changing_);
     /// Held while watching begins or ends. It is taken after changing_ and before the index's lock.
     mutable Mutex watching_;
     std::shared_ptr<const SearchLocations> locations_ GUARDED_BY(watching_);

@@ -208,8 +208,11 @@ void SearchBase::keep()
         return;
     const MutexLock changing(changing_);
     isKeepingDue_ = false;
-    if (const std::error_code error = indexKeeper_->keep())
+    const std::error_code error = indexKeeper_->keep();
+    // It is tried again after every change, so what goes on failing is said once.
+    if (error && error != keepingError_)
         services_.logger.print("The index is not kept for the next start: " + error.message());
+    keepingError_ = error;
 }
 
 void SearchBase::keepLater()

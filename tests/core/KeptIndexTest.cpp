@@ -346,6 +346,8 @@ TEST_F(KeptSearchBaseTest, isNotWrittenUnlessItIsWhole)
     file_.error = std::make_error_code(std::errc::no_space_on_device);
     base.searchBase.keep();
     EXPECT_THAT(base.output.take(), HasSubstr("The index is not kept for the next start: "));
+    base.searchBase.keep();
+    EXPECT_EQ(base.output.take(), "") << "it was said before";
     file_.error = {};
     base.searchBase.keep();
     EXPECT_EQ(file_.writes, 1);
