@@ -98,6 +98,9 @@ void QuillonStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *o
         if (isFramed(option))
             drawing::lineEdit(*painter, *option);
         break;
+    case PE_Frame:
+        drawing::frame(*painter, *option);
+        break;
     case PE_PanelMenu:
         drawing::menuPanel(*painter, *option);
         break;

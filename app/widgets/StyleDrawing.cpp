@@ -262,6 +262,13 @@ void lineEdit(QPainter &painter, const QStyleOption &option)
         focusRing(painter, option.rect, metrics::FORM_CONTROL_CORNER, tones.accent);
 }
 
+void frame(QPainter &painter, const QStyleOption &option)
+{
+    painter.setPen(option.palette.color(QPalette::Active, QPalette::Dark));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
 } // namespace drawing
 
 } // namespace quillon

@@ -41,6 +41,8 @@ void menuItem(QPainter &painter, const QStyleOptionMenuItem &option, bool isInDr
 QSize menuItemSize(const QStyleOptionMenuItem &option, const QSize &words);
 
 void lineEdit(QPainter &painter, const QStyleOption &option);
+/// Draws the line around a table or a longer text.
+void frame(QPainter &painter, const QStyleOption &option);
 void scrollBar(QPainter &painter, const QStyleOptionSlider &option, const QRect &slider);
 /// Returns where a part of a scroll bar is, which has no arrows.
 QRect scrollBarPart(const QStyleOptionSlider &option, QStyle::SubControl part);
