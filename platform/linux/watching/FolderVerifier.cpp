@@ -78,10 +78,10 @@ void FolderVerifier::verify(Id parent, std::string_view name, std::uint32_t flag
     }
     if (border == MountBoundary::pseudo) {
         close(tree_.add(parent, name), border, path, found.stamp);
-    } else if (const auto fresh = admit(parent, name, path); !fresh) {
+    } else if (const auto fresh = enter(parent, name, path); !fresh) {
         return;
     } else if (*fresh != WatchTree::NONE) {
-        adopt(*fresh);
+        explore(*fresh);
     } else {
         changes_.compare(path, ChangeLog::Found::nothing);
         return;
@@ -161,14 +161,16 @@ bool FolderVerifier::lookAt(Id id)
     return !hasChanged(id, found) || keepIfSame(id, path, found);
 }
 
-WatchTree::Id FolderVerifier::enterRoot(const std::string &path, const CrawledFolder &crawled)
+WatchTree::Id FolderVerifier::enterCrawledRoot(const std::string &path,
+                                               const CrawledFolder &crawled)
 {
     const Id id = tree_.addRoot(path);
     armOne({id, crawled.stamp, crawled.items});
     return id;
 }
 
-WatchTree::Id FolderVerifier::enter(Id parent, std::string_view name, const CrawledFolder &crawled)
+WatchTree::Id FolderVerifier::enterCrawled(Id parent, std::string_view name,
+                                           const CrawledFolder &crawled)
 {
     if (const Id known = tree_.find(parent, name); known != WatchTree::NONE)
         return known;
@@ -292,7 +294,7 @@ void FolderVerifier::close(Id id, MountBoundary border, const std::string &path,
         hooks_.onRemote(path);
 }
 
-std::optional<WatchTree::Id> FolderVerifier::admit(Id parent, std::string_view name,
+std::optional<WatchTree::Id> FolderVerifier::enter(Id parent, std::string_view name,
                                                    const std::string &path)
 {
     const FolderState seen = folders_.sight(path, false, folders_.hasRoom());
@@ -305,7 +307,7 @@ std::optional<WatchTree::Id> FolderVerifier::admit(Id parent, std::string_view n
     return id;
 }
 
-std::optional<WatchTree::Id> FolderVerifier::adoptRoot(const std::string &path)
+std::optional<WatchTree::Id> FolderVerifier::enterRoot(const std::string &path)
 {
     const FolderState seen = folders_.sight(path, true, folders_.hasRoom());
     if (seen.isUnknown() || seen.mayGetWatch())
@@ -326,21 +328,21 @@ void FolderVerifier::askAgain(Id id)
         retries_.add(tree_.parent(id), tree_.name(id));
 }
 
-void FolderVerifier::adopt(Id id, std::optional<std::int64_t> since)
+void FolderVerifier::explore(Id id, std::optional<std::int64_t> since)
 {
     // The order is breadth first, so that a small budget is spent on the folders nearest to the
     // roots.
-    std::deque<Id> adopted{id};
-    while (!adopted.empty() && hooks_.goesOn()) {
-        const Id next = adopted.front();
-        adopted.pop_front();
+    std::deque<Id> unexplored{id};
+    while (!unexplored.empty() && hooks_.goesOn()) {
+        const Id next = unexplored.front();
+        unexplored.pop_front();
         if (tree_.isLive(next))
-            adoptChildren(next, adopted, since);
+            exploreChildren(next, unexplored, since);
     }
 }
 
-void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
-                                   std::optional<std::int64_t> since)
+void FolderVerifier::exploreChildren(Id id, std::deque<Id> &unexplored,
+                                     std::optional<std::int64_t> since)
 {
     const std::string path = tree_.path(id);
     if (hooks_.beforeListing)
@@ -364,8 +366,8 @@ void FolderVerifier::adoptChildren(Id id, std::deque<Id> &adopted,
             close(tree_.add(id, name), border, childPath,
                   border == MountBoundary::remote ? FolderStamp()
                                                   : probeFolder(childPath, false).stamp);
-        else if (const auto child = admit(id, name, childPath); child && *child != WatchTree::NONE)
-            adopted.push_back(*child);
+        else if (const auto child = enter(id, name, childPath); child && *child != WatchTree::NONE)
+            unexplored.push_back(*child);
     }
 }
 

@@ -23,6 +23,10 @@ class WatchFilter;
 
 /// Compares folders with the disk, brings the tree up to date and notes what is to be reported. Not
 /// locked.
+///
+/// A folder is entered when the tree takes it up, with a watch if there is one to be had. It is
+/// explored when it is listed, and all that is found below it is entered. A folder is closed when
+/// the tree has it and nothing below it is to be entered.
 class FolderVerifier
 {
 public:
@@ -54,10 +58,10 @@ public:
     /// folder is gone or another one is in its place.
     bool lookAt(Id id);
     /// Enters a root that a crawl has listed and asks for its watch.
-    Id enterRoot(const std::string &path, const CrawledFolder &crawled);
+    Id enterCrawledRoot(const std::string &path, const CrawledFolder &crawled);
     /// Enters a folder that a crawl has listed; armListed() then asks for its watch. Returns NONE
     /// when nothing below it is entered.
-    Id enter(Id parent, std::string_view name, const CrawledFolder &crawled);
+    Id enterCrawled(Id parent, std::string_view name, const CrawledFolder &crawled);
     /// Arms the folders that a crawl has listed, as far as the budget goes, and lists those again
     /// that have changed since.
     void armListed();
@@ -69,10 +73,10 @@ public:
     /// another folder was found.
     bool keepIfSame(Id id, const std::string &path, const FolderProbe &found);
     /// Enters a root. Returns NONE when it has just gone, and nothing when the disk did not answer.
-    std::optional<Id> adoptRoot(const std::string &path);
+    std::optional<Id> enterRoot(const std::string &path);
     /// Lists a folder and everything below it as if for the first time. If a time is given,
     /// everything in it that has changed since then is reported.
-    void adopt(Id id, std::optional<std::int64_t> since = {});
+    void explore(Id id, std::optional<std::int64_t> since = {});
     /// Returns everything that was checked since the last call. Each check was right only if the
     /// folders above were in their places all the while.
     std::vector<Look> takeLooks() { return std::exchange(looks_, {}); }
@@ -100,9 +104,9 @@ private:
 
     MountBoundary borderAt(Id parent, std::string_view name) const;
     Listing list(Id id, const std::string &path, Content &content) const;
-    void adoptChildren(Id id, std::deque<Id> &adopted, std::optional<std::int64_t> since);
+    void exploreChildren(Id id, std::deque<Id> &unexplored, std::optional<std::int64_t> since);
     /// Returns NONE when there is no folder any more, and nothing when the disk did not answer.
-    std::optional<Id> admit(Id parent, std::string_view name, const std::string &path);
+    std::optional<Id> enter(Id parent, std::string_view name, const std::string &path);
     void askAgain(Id id);
     void close(Id id, MountBoundary border, const std::string &path, const FolderStamp &stamp);
     void verifyElsewhere(Id parent, std::string_view name, const std::string &path,

@@ -251,8 +251,8 @@ void WatchLoop::enterCrawled(const std::vector<std::string> &roots, const Crawle
     folders_.setCrawledSince(crawled.beganAt());
     const auto enter = [this](Id parent, std::string_view name, const CrawledFolder &folder) {
         if (parent != WatchTree::NONE)
-            return verifier_.enter(parent, name, folder);
-        const Id root = verifier_.enterRoot(std::string(name), folder);
+            return verifier_.enterCrawled(parent, name, folder);
+        const Id root = verifier_.enterCrawledRoot(std::string(name), folder);
         roots_.setFolder(name, root);
         return root;
     };
@@ -347,7 +347,7 @@ void WatchLoop::listAnew(Id id)
         return;
     while (tree.firstChild(id) != WatchTree::NONE)
         folders_.drop(tree.firstChild(id));
-    verifier_.adopt(id);
+    verifier_.explore(id);
     changes_.add(tree.path(id), ChangeLog::Found::folder);
 }
 

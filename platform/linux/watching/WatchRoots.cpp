@@ -183,7 +183,7 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     }
     if (wasThere)
         folders_.drop(root.node);
-    const auto entered = isEntered ? verifier.adoptRoot(root.path) : WatchTree::NONE;
+    const auto entered = isEntered ? verifier.enterRoot(root.path) : WatchTree::NONE;
     root.node = entered.value_or(WatchTree::NONE);
     if (root.node == WatchTree::NONE) {
         if (wasThere || !entered)
@@ -193,7 +193,7 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     const bool isQuiet = terms.quietSince && !wasKnown;
     if (!isQuiet)
         changes_.add(root.path, ChangeLog::Found::folder, terms.flags);
-    verifier.adopt(root.node, isQuiet ? terms.quietSince : std::nullopt);
+    verifier.explore(root.node, isQuiet ? terms.quietSince : std::nullopt);
 }
 
 } // namespace quillon
