@@ -70,11 +70,21 @@ void SearchBaseWatcher::startWatching(std::vector<std::string> paths,
         const MutexLock lock(mutex_);
         stop_ = stop;
         std::swap(eventStream_, stream);
-        if (eventStream_)
-            eventStream_->start(); // a stream that does not start has no events
     }
+    startStream(stop.get_token(), FIRST_START_DELAY);
     if (stream)
         services_.eventQueue.post([stream = std::move(stream)] {});
+}
+
+/// A stream does not start while the system has no thread to give, so it is started again later.
+void SearchBaseWatcher::startStream(const std::stop_token &stop, std::chrono::milliseconds delay)
+{
+    const MutexLock lock(mutex_);
+    if (!eventStream_ || stop.stop_requested() || !eventStream_->start())
+        return;
+    services_.eventQueue.postDelayed(delay, [this, stop, delay] {
+        startStream(stop, std::min(2 * delay, LONGEST_START_DELAY));
+    });
 }
 
 void SearchBaseWatcher::stopWatching()

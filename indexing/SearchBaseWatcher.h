@@ -76,6 +76,10 @@ public:
     std::optional<FSEventStatus> status() const EXCLUDES(mutex_);
 
 private:
+    static constexpr std::chrono::milliseconds FIRST_START_DELAY{1'000};
+    static constexpr std::chrono::milliseconds LONGEST_START_DELAY{60'000};
+
+    void startStream(const std::stop_token &stop, std::chrono::milliseconds delay) EXCLUDES(mutex_);
     void received(const RillFSEventsEvent &event, const std::vector<std::string> &roots,
                   const std::stop_token &stop) EXCLUDES(mutex_);
     void becameDue(const std::string &path, const std::stop_token &stop);

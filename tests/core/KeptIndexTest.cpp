@@ -290,6 +290,9 @@ TEST_F(KeptSearchBaseTest, asksAgainAboutWhatDidNotAnswerWhenItWasCompared)
 {
     isWatched_ = true;
     readByNextRun();
+    // The queue must not run the tasks of a run that has ended.
+    base_->searchBase.reset();
+    events_.advance(0s);
     folders_.pop_back();
     changed_["/usr/share"] = 1;
     Base &base = start();

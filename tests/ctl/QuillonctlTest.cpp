@@ -115,8 +115,9 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"nulInALine", "printf '/a\\0b\\n' | ctl match --scores b | cut -f 2", bytes("/a\0b\n")},
         Row{"dumpOnDemand", "mkdir a; echo | ctl watch --dump a | sed 's:.*/::'", "a\n.\n"},
         Row{"hiddenFolders",
-            "mkdir -p a/.b/cc; ctl find --in . cc; ctl find --in . --hidden --relative cc",
-            "a/.b/cc\n"},
+            "mkdir -p a/.b/harbour; ctl find --in . harbour;"
+            " ctl find --in . --hidden --relative harbour",
+            "a/.b/harbour\n"},
         Row{"top", "printf 'ab\\nabc\\nabcd\\n' | ctl match --scores --top 2 ab | cut -f 2",
             "ab\nabc\n"},
         Row{"byTheWholePath",

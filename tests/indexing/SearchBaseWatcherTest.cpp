@@ -180,6 +180,17 @@ TEST_F(SearchBaseWatcherTest, watchesNothingWhereThatIsImpossible)
     EXPECT_TRUE(stream(1).isInvalidated);
 }
 
+TEST_F(SearchBaseWatcherTest, startsAgainWhatTheSystemRefused)
+{
+    service_.isAbleToStart = false;
+    start();
+    queue_.advance(1h);
+    EXPECT_FALSE(stream(0).isStarted);
+    stream(0).isAbleToStart = true;
+    queue_.advance(1min);
+    EXPECT_TRUE(stream(0).isStarted);
+}
+
 TEST_F(SearchBaseWatcherTest, settlesOnceEverythingIsTold)
 {
     SerialTaskQueue queue("org.example.events");

@@ -31,7 +31,8 @@ bool InotifyEventStream::start()
         return false;
     if (watcher_->start())
         return true;
-    state_ = State::stopped;
+    State refused = State::started;
+    state_.compare_exchange_strong(refused, State::made);
     return false;
 }
 
