@@ -129,9 +129,10 @@ SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
       searchBaseIgnorePaths_(searchBaseFinder),
       services_(std::move(services)),
       changes_(std::make_shared<Changes>(*this)),
-      searchBaseWatcher_(services_.watching ? std::make_unique<SearchBaseWatcher>(
-                                                  searchBaseIgnorePaths_, *services_.watching)
-                                            : nullptr),
+      searchBaseWatcher_(services_.watching
+                             ? std::make_unique<SearchBaseWatcher>(
+                                   searchBaseIgnorePaths_, *services_.watching, services_.mainQueue)
+                             : nullptr),
       indexKeeper_(services_.keptIndex ? std::make_unique<IndexKeeper>(searchBaseMatcher_.index(),
                                                                        *services_.keptIndex)
                                        : nullptr),

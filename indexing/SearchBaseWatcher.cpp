@@ -18,9 +18,10 @@
 namespace quillon {
 
 SearchBaseWatcher::SearchBaseWatcher(const SearchBaseIgnorePaths &searchBaseIgnorePaths,
-                                     const Services &services)
+                                     const Services &services, TaskQueue &mainQueue)
     : searchBaseIgnorePaths_(searchBaseIgnorePaths),
       services_(services),
+      mainQueue_(mainQueue),
       coalesce_(WITHIN_PERIOD, services.coalesceDelay)
 {}
 
@@ -77,14 +78,19 @@ void SearchBaseWatcher::startWatching(std::vector<std::string> paths,
 }
 
 /// A stream does not start while the system has no thread to give, so it is started again later.
+/// The event queue cannot do that, since it may be waiting for a thread as well.
 void SearchBaseWatcher::startStream(const std::stop_token &stop, std::chrono::milliseconds delay)
 {
+    if (isStartRefused(stop))
+        mainQueue_.postDelayed(delay, [this, stop, delay] {
+            startStream(stop, std::min(2 * delay, LONGEST_START_DELAY));
+        });
+}
+
+bool SearchBaseWatcher::isStartRefused(const std::stop_token &stop)
+{
     const MutexLock lock(mutex_);
-    if (!eventStream_ || stop.stop_requested() || !eventStream_->start())
-        return;
-    services_.eventQueue.postDelayed(delay, [this, stop, delay] {
-        startStream(stop, std::min(2 * delay, LONGEST_START_DELAY));
-    });
+    return eventStream_ && !stop.stop_requested() && eventStream_->start();
 }
 
 void SearchBaseWatcher::stopWatching()

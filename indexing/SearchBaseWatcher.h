@@ -53,7 +53,10 @@ public:
         std::chrono::milliseconds coalesceDelay = Coalesce::DELAY;
     };
 
-    SearchBaseWatcher(const SearchBaseIgnorePaths &searchBaseIgnorePaths, const Services &services);
+    /// A stream that does not start is started again from the main queue, which drops its tasks
+    /// before this object ends.
+    SearchBaseWatcher(const SearchBaseIgnorePaths &searchBaseIgnorePaths, const Services &services,
+                      TaskQueue &mainQueue);
     ~SearchBaseWatcher();
     SearchBaseWatcher(const SearchBaseWatcher &) = delete;
     SearchBaseWatcher &operator=(const SearchBaseWatcher &) = delete;
@@ -79,7 +82,8 @@ private:
     static constexpr std::chrono::milliseconds FIRST_START_DELAY{1'000};
     static constexpr std::chrono::milliseconds LONGEST_START_DELAY{60'000};
 
-    void startStream(const std::stop_token &stop, std::chrono::milliseconds delay) EXCLUDES(mutex_);
+    void startStream(const std::stop_token &stop, std::chrono::milliseconds delay);
+    bool isStartRefused(const std::stop_token &stop) EXCLUDES(mutex_);
     void received(const RillFSEventsEvent &event, const std::vector<std::string> &roots,
                   const std::stop_token &stop) EXCLUDES(mutex_);
     void becameDue(const std::string &path, const std::stop_token &stop);
@@ -87,6 +91,7 @@ private:
 
     const SearchBaseIgnorePaths &searchBaseIgnorePaths_;
     const Services services_;
+    TaskQueue &mainQueue_;
     // Only the event queue uses the fields below.
     Coalesce coalesce_;
     /// The paths that the next task reports, and the stop of the watch that they belong to.

@@ -68,7 +68,7 @@ protected:
     FakeFSEventService service_;
     TimedTaskQueue queue_;
     std::shared_ptr<Receiver> receiver_ = std::make_shared<Receiver>();
-    SearchBaseWatcher watcher_{ignorePaths_, {.events = service_, .eventQueue = queue_}};
+    SearchBaseWatcher watcher_{ignorePaths_, {.events = service_, .eventQueue = queue_}, queue_};
 };
 
 TEST_F(SearchBaseWatcherTest, watchesTheIncludeFoldersFromNowOn)
@@ -194,8 +194,8 @@ TEST_F(SearchBaseWatcherTest, startsAgainWhatTheSystemRefused)
 TEST_F(SearchBaseWatcherTest, settlesOnceEverythingIsTold)
 {
     SerialTaskQueue queue("org.example.events");
-    SearchBaseWatcher watcher(ignorePaths_,
-                              {.events = service_, .eventQueue = queue, .coalesceDelay = 20ms});
+    SearchBaseWatcher watcher(
+        ignorePaths_, {.events = service_, .eventQueue = queue, .coalesceDelay = 20ms}, queue);
     watcher.setDelegate(receiver_);
     watcher.startWatching({root_, innerRoot_}, nullptr, nullptr);
     std::vector<std::string> paths;

@@ -16,6 +16,7 @@ import zlib
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from itertools import product
+from threading import Timer
 
 from faults import ERRORS, Faults
 from random_rounds import User
@@ -25,6 +26,7 @@ CALLS = ["close", "fopen", "fstatfs", "getdents64", "inotify_add_watch",
          "inotify_init1", "inotify_rm_watch", "openat", "poll", "pthread_create", "read", "realpath",
          "statx"]
 WHEN = ["changes", "quiet", "start"]
+START_SECONDS = 5.0
 FAULT_SECONDS = 1.0
 # The program asks again after 1, 2 and 4 seconds.
 RECOVERY_SECONDS = 15
@@ -53,8 +55,12 @@ def run_one(program, library, seed, call, error, mode, when):
         if when == "start":
             faults.start(call, error)
         session = Session(program, mode, 0.02, None, faults.environment(), make_tree)
+        # A program that got no thread answers once it has one.
+        end_of_start = Timer(START_SECONDS, faults.stop, [call])
+        end_of_start.start()
         try:
             session.ask()
+            end_of_start.cancel()
             if when == "changes":
                 change(session, seed, 20)
             faults.start(call, error)
@@ -70,6 +76,7 @@ def run_one(program, library, seed, call, error, mode, when):
         except RuntimeError as failure:
             return faults.hits(call), str(failure)
         finally:
+            end_of_start.cancel()
             session.close()
     if wrong or later:
         return faults.hits(call), "without settle %s, after settle %s" % (wrong[:6], later[:6])
