@@ -8,7 +8,6 @@
 #include <iterator>
 #include <optional>
 #include <system_error>
-#include <unordered_map>
 
 // How the index follows a change of the disk.
 //
@@ -50,9 +49,6 @@ namespace quillon {
 namespace {
 
 constexpr PathTree::Flags WHOLE = PathTree::STORED | PathTree::CANDIDATE | PathTree::LISTED;
-/// At most this many changed names share a crawl and a task of the main queue, which then takes
-/// about a millisecond.
-constexpr std::size_t MOST_TOGETHER = 500;
 
 std::string description(const std::vector<std::string> &set)
 {
@@ -64,35 +60,13 @@ std::string description(const std::vector<std::string> &set)
 
 } // namespace
 
-std::vector<ChangedPaths> ChangedPaths::together(std::span<const std::string> paths,
-                                                 const std::vector<std::string> &roots)
-{
-    std::vector<ChangedPaths> all;
-    std::unordered_map<std::string_view, std::size_t> ofFolder;
-    for (const std::string &each : paths) {
-        const std::string_view path = withoutTrailingSlashes(each);
-        if (path == "/" || std::ranges::binary_search(roots, path, std::less<>())) {
-            all.push_back({.path = std::string(path)});
-            continue;
-        }
-        const std::string_view folder = parentFolder(path);
-        const auto [place, isNew] = ofFolder.try_emplace(folder, all.size());
-        if (isNew || all[place->second].names.size() == MOST_TOGETHER) {
-            place->second = all.size();
-            all.push_back({.path = std::string(folder)});
-        }
-        all[place->second].names.emplace_back(lastComponent(path));
-    }
-    return all;
-}
-
 IndexUpdate::IndexUpdate(SearchBasePaths &paths, Terms terms, ChangedPaths changed)
     : paths_(paths),
       terms_(std::move(terms)),
-      extensions_(terms_.patterns),
+      disk_(terms_.folderLister, terms_.patterns, terms_.roots, *terms_.rules),
       path_(std::move(changed.path)),
       names_(std::move(changed.names)),
-      kind_(kindWithoutLinks(path_)),
+      kind_(kindOfPath()),
       found_(paths_, terms_.isReset, terms_.marks)
 {
     if (isAlone())
@@ -108,7 +82,7 @@ void IndexUpdate::crawled(const CrawlResult &result)
     if (result.error == std::errc::timed_out)
         kind_ = Kind::unknown;
     else if (result.error || result.outcome == CrawlResult::Outcome::packageOrMissing)
-        kind_ = kindWithoutLinks(path_);
+        kind_ = kindOfPath();
     if (isAlone()) {
         changed_.front().kind = kind_;
         changed_.front().isPackage =
@@ -142,19 +116,11 @@ std::vector<std::string> IndexUpdate::silentPaths() const
     return paths;
 }
 
-bool IndexUpdate::isRoot(const std::string &path) const
+/// What is not a folder has none of the changed names in it.
+FolderLister::Kind IndexUpdate::kindOfPath() const
 {
-    return std::ranges::binary_search(terms_.roots, path);
-}
-
-/// Returns true when the nearest include folder at or above the path is away.
-bool IndexUpdate::isInAwayFolder(const std::string &path)
-{
-    const std::string *nearest = nullptr;
-    for (const std::string &root : terms_.roots)
-        if (isAtOrBelow(path, root) && (!nearest || root.size() > nearest->size()))
-            nearest = &root;
-    return nearest && kindOf(*nearest) == Kind::nothing;
+    const Kind kind = disk_.kindWithoutLinks(path_);
+    return kind == Kind::other && !isAlone() ? Kind::nothing : kind;
 }
 
 bool IndexUpdate::isBelowChanged(const std::string &path) const
@@ -164,46 +130,6 @@ bool IndexUpdate::isBelowChanged(const std::string &path) const
     });
 }
 
-bool IndexUpdate::isSkipped(const std::string &folder) const
-{
-    SkipRules::State state = terms_.rules->stateOf(folder);
-    return terms_.rules->skips(state, lastComponent(folder), [&] { return folder; });
-}
-
-/// Returns the kind under which the path is indexed. A file is indexed only with an included
-/// extension, a folder only where no pattern skips it, and an include folder may be a link.
-FolderLister::Kind IndexUpdate::kindOf(const std::string &path)
-{
-    const Kind kind = terms_.folderLister.kind(isRoot(path) ? path + "/." : path);
-    if (isRoot(path))
-        return kind == Kind::other ? Kind::nothing : kind;
-    const auto isIncluded = [&] { return extensions_.holdsExtensionOf(lastComponent(path)); };
-    const bool counts =
-        kind == Kind::other ? isIncluded() : kind != Kind::folder || !isSkipped(path);
-    return counts ? kind : Kind::nothing;
-}
-
-/// Returns the kind of what is at a path. Where a link is on the way from the include folder,
-/// nothing is there, wherever that link leads.
-FolderLister::Kind IndexUpdate::kindWithoutLinks(const std::string &path)
-{
-    std::optional<std::size_t> nearestRoot;
-    for (const std::string &root : terms_.roots) {
-        if (isBelow(path, root))
-            nearestRoot = std::max(nearestRoot.value_or(0), root == "/" ? 0 : root.size());
-    }
-    if (nearestRoot && !isRoot(path)) {
-        for (std::size_t slash = path.find('/', *nearestRoot + 1); slash != std::string::npos;
-             slash = path.find('/', slash + 1)) {
-            const Kind kind = terms_.folderLister.kind(path.substr(0, slash));
-            if (kind != Kind::folder)
-                return kind == Kind::unknown ? kind : Kind::nothing;
-        }
-    }
-    const Kind kind = kindOf(path);
-    return kind == Kind::other && !isAlone() ? Kind::nothing : kind;
-}
-
 // Comparing
 
 bool IndexUpdate::compare()
@@ -211,12 +137,12 @@ bool IndexUpdate::compare()
     if (std::ranges::all_of(changed_,
                             [](const Changed &changed) { return changed.kind == Kind::unknown; }))
         return false;
-    isAway_ = kind_ == Kind::nothing && isInAwayFolder(path_);
+    isAway_ = kind_ == Kind::nothing && disk_.isInAwayFolder(path_);
     found_.sort();
     if (!findNodes() || !compareWithIndex() || !judge())
         return false;
     for (const std::string &root : terms_.roots)
-        if (isBelowChanged(root) && kindOf(root) == Kind::folder)
+        if (isBelowChanged(root) && disk_.kindOf(root) == Kind::folder)
             innerRoots_.push_back(root);
     for (const Changed &changed : changed_) {
         if (changed.kind != Kind::nothing || changed.node == PathTree::NONE)
@@ -399,7 +325,7 @@ FolderLister::Kind IndexUpdate::kindIn(Kind folder, const Unfound &unfound)
     std::vector<std::string> text;
     if (!appendTexts({&unfound.node, 1}, "", text))
         return Kind::unknown;
-    const Kind kind = kindOf(text.front());
+    const Kind kind = disk_.kindOf(text.front());
     if (kind == Kind::unknown)
         silent_.push_back(std::move(text.front()));
     return kind;

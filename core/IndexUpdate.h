@@ -1,8 +1,9 @@
 #pragma once
 
+#include "core/ChangedPaths.h"
+#include "core/DiskKinds.h"
 #include "core/FoundNodes.h"
 #include "core/SearchBasePaths.h"
-#include "indexing/NameKinds.h"
 #include "indexing/SkipRules.h"
 #include "platform/FolderLister.h"
 
@@ -24,20 +25,6 @@ struct CrawlResult;
 
 /// The log writes this before the path of a folder that was to be crawled and is a package.
 inline constexpr const char *PACKAGE_TAG = "sb_grd is_package ";
-
-/// Changed paths that are brought up to date together.
-struct ChangedPaths
-{
-    /// The folder that holds all the names. Without names, this path has itself changed. It has no
-    /// slash at its end.
-    std::string path;
-    std::vector<std::string> names = {};
-
-    /// Groups the paths that are in one folder, some hundred at most. An include folder and "/" are
-    /// never grouped.
-    static std::vector<ChangedPaths> together(std::span<const std::string> paths,
-                                              const std::vector<std::string> &roots);
-};
 
 /// The paths by which an update has changed the index, ascending by bytes.
 struct IndexDifferences
@@ -142,11 +129,7 @@ private:
     /// False when the index of the last run is compared with the disk. The removals of the plain
     /// rule are left out then, so that an index for which nothing has changed stays as it is.
     bool removesFirst() const { return terms_.marks == nullptr; }
-    Kind kindOf(const std::string &path);
-    Kind kindWithoutLinks(const std::string &path);
-    bool isRoot(const std::string &path) const;
-    bool isInAwayFolder(const std::string &path);
-    bool isSkipped(const std::string &folder) const;
+    Kind kindOfPath() const;
     bool isBelowChanged(const std::string &path) const;
     bool stepAside() const REQUIRES_SHARED(paths_.lock());
 
@@ -170,7 +153,7 @@ private:
 
     SearchBasePaths &paths_;
     const Terms terms_;
-    const ExtensionSet extensions_;
+    const DiskKinds disk_;
     /// The folder that the crawl reads: the changed path, or the folder of the changed names.
     const std::string path_;
     const std::vector<std::string> names_;

@@ -1,25 +1,18 @@
 #include "core/SearchBase.h"
 
-#include "base/EitherStop.h"
 #include "base/PathText.h"
-#include "base/TaskQueue.h"
 #include "base/Utf8.h"
 #include "core/HeldNodes.h"
 #include "core/IndexKeeper.h"
-#include "core/IndexUpdate.h"
-#include "indexing/Crawler.h"
+#include "core/ReportedChanges.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 #include "matching/FrontItems.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
-#include <map>
 #include <memory>
 #include <optional>
-#include <span>
-#include <system_error>
 #include <utility>
 
 namespace quillon {
@@ -29,17 +22,6 @@ namespace {
 constexpr std::size_t RESULT_LIMIT = 25;
 constexpr std::size_t GO_TO_PATH_LIMIT = 24;
 constexpr std::size_t MOST_ACCESSED_COUNT = 10;
-constexpr std::chrono::duration<double> LONG_UPDATE_THRESHOLD(1.0);
-/// A path for which a file system did not answer is asked about again after this time, then after
-/// twice as long each time, up to the longest delay.
-constexpr std::chrono::milliseconds FIRST_ASK_AGAIN_DELAY{1'000};
-constexpr std::chrono::milliseconds LONGEST_ASK_AGAIN_DELAY{3'600'000};
-/// An update that waits for a disk delays the updates of other disks. So the next update of its
-/// paths waits this many times as long as this one took.
-constexpr int REST_AFTER_UPDATE = 3;
-/// An update waits this long for one call to a disk, since the updates of other disks wait behind
-/// it. What did not answer is asked about again.
-constexpr std::chrono::seconds UPDATE_PATIENCE{2};
 /// The bytes of a dump that are made before writers get a chance to run.
 constexpr std::size_t DUMP_PIECE = std::size_t{64} * 1024;
 
@@ -50,74 +32,7 @@ bool beginsLikePath(std::string_view query)
     return query.starts_with('/');
 }
 
-bool isInsideApplication(std::string_view path)
-{
-    return path.find(".app/") != std::string_view::npos && !path.ends_with(".app/");
-}
-
 } // namespace
-
-/// Brings the paths that the watcher reports up to date.
-class SearchBase::Changes final : public SearchBaseWatcherDelegate
-{
-public:
-    explicit Changes(SearchBase &searchBase) : searchBase_(searchBase) {}
-
-    void watchedFoldersChanged(const std::vector<std::string> &paths,
-                               const std::stop_token &stop) override
-    {
-        if (searchBase_.services_.onReport)
-            std::ranges::for_each(paths, searchBase_.services_.onReport);
-        if (stop != stop_) {
-            stop_ = stop;
-            waiting_.clear();
-        }
-        updateAndAskAgain(paths, stop, FIRST_ASK_AGAIN_DELAY);
-    }
-
-private:
-    void updateAndAskAgain(const std::vector<std::string> &paths, const std::stop_token &stop,
-                           std::chrono::milliseconds delay)
-    {
-        const auto begin = std::chrono::steady_clock::now();
-        const std::vector<std::string> unanswered = searchBase_.update(paths, stop);
-        if (unanswered.empty() || stop.stop_requested())
-            return;
-        ++latest_;
-        for (const std::string &path : unanswered)
-            waiting_.insert_or_assign(path, latest_);
-        const auto took =
-            std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
-        searchBase_.services_.watching->eventQueue.postDelayed(
-            std::max(delay, REST_AFTER_UPDATE * took), [this, delay, question = latest_, stop] {
-                if (!stop.stop_requested())
-                    updateAndAskAgain(takeWaiting(question), stop,
-                                      std::min(2 * delay, LONGEST_ASK_AGAIN_DELAY));
-            });
-    }
-
-    /// Returns the paths of a question that no later question has taken over.
-    std::vector<std::string> takeWaiting(std::uint64_t question)
-    {
-        std::vector<std::string> paths;
-        std::erase_if(waiting_, [&](const auto &waiting) {
-            if (waiting.second == question)
-                paths.push_back(waiting.first);
-            return waiting.second == question;
-        });
-        return paths;
-    }
-
-    SearchBase &searchBase_;
-    // Only the event queue uses the fields below. The stop belongs to the watch that reported the
-    // waiting paths.
-    /// The watch that the waiting paths belong to.
-    std::stop_token stop_;
-    /// The paths that will be asked about again, each with the number of the question that will
-    /// ask.
-    std::map<std::string, std::uint64_t> waiting_;
-    std::uint64_t latest_ = 0;
-};
 
 SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
                        SearchBaseFinder &searchBaseFinder, FuzzyMatch &searchBaseMatcher,
@@ -128,7 +43,14 @@ SearchBase::SearchBase(const FrontItemsSource *frontFinderSearch,
       searchBaseFinder_(searchBaseFinder),
       searchBaseIgnorePaths_(searchBaseFinder),
       services_(std::move(services)),
-      changes_(std::make_shared<Changes>(*this)),
+      changes_(services_.watching
+                   ? std::make_shared<ReportedChanges>(
+                         services_.watching->eventQueue,
+                         ReportedChanges::Hooks{
+                             .onReport = services_.onReport,
+                             .update = [this](auto paths,
+                                              const auto &stop) { return update(paths, stop); }})
+                   : nullptr),
       searchBaseWatcher_(services_.watching
                              ? std::make_unique<SearchBaseWatcher>(
                                    searchBaseIgnorePaths_, *services_.watching, services_.mainQueue)
@@ -345,114 +267,6 @@ void SearchBase::add(std::string_view path)
     const WritingIndex writing(searchBasePaths_.lock());
     searchBasePaths_.mutableTree().insert(normalizePath(path), PathTree::CANDIDATE);
     searchBasePaths_.add(path);
-}
-
-CrawlResult SearchBase::enumerateForUpdate(const ChangedPaths &changed,
-                                           const std::set<std::string> &patterns, CrawlSink &sink,
-                                           const std::stop_token &stop)
-{
-    // The watcher notices new folders by itself. Usually there is just one of them.
-    Crawler crawler(services_.folderLister, searchBaseIgnorePaths_.rules(),
-                    {.threads = 1, .patience = UPDATE_PATIENCE});
-    return changed.names.empty()
-               ? crawler.crawl(changed.path, patterns, sink, {}, stop)
-               : crawler.crawlNames(changed.path, changed.names, patterns, sink, stop);
-}
-
-void SearchBase::update(const std::string &path, const std::stop_token &stop)
-{
-    update(std::span(&path, 1), stop);
-}
-
-std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
-                                            const std::stop_token &stop)
-{
-    const std::vector<std::string> changed = logChanges(paths);
-    const std::stop_token isReset = untilAnew();
-    const EitherStop end(stop, isReset);
-    const MutexLock changing(changing_);
-    const std::shared_ptr<const SearchLocations> locations = this->locations();
-    if (changed.empty())
-        return {};
-    const IndexUpdate::Terms terms = updateTerms(*locations, isReset, nullptr);
-    std::vector<std::string> unanswered;
-    {
-        // The tree is held across all updates, so dead nodes are collected only once.
-        const HeldNodes held(searchBaseMatcher_.index());
-        for (ChangedPaths &some : ChangedPaths::together(changed, terms.roots)) {
-            if (end.token().stop_requested())
-                return {};
-            IndexUpdate update(searchBasePaths_, terms, some);
-            if (findOut(update, some, terms.patterns, end.token()))
-                applyInMainQueue(update);
-            std::ranges::move(update.unanswered(), std::back_inserter(unanswered));
-        }
-    }
-    // Folders that came one by one are siblings far apart in memory, which makes searches slow.
-    searchBaseMatcher_.arrange();
-    keepLater();
-    return unanswered;
-}
-
-IndexUpdate::Terms SearchBase::updateTerms(const SearchLocations &locations,
-                                           const std::stop_token &isReset, CrawlMarks *marks) const
-{
-    return {.folderLister = services_.folderLister,
-            .patterns = locations.extensions(),
-            .roots = locations.roots(),
-            .rules = searchBaseIgnorePaths_.rules(),
-            .isReset = isReset,
-            .now = services_.now,
-            .marks = marks,
-            .wantsDifferences = services_.onDifferences != nullptr};
-}
-
-/// Logs the reports and returns the paths that are to be updated.
-std::vector<std::string> SearchBase::logChanges(std::span<const std::string> paths)
-{
-    std::vector<std::string> changed;
-    std::vector<std::string> lines;
-    for (const std::string &path : paths) {
-        lines.push_back("sbl_change: " + path);
-        if (isInsideApplication(path))
-            lines.push_back("sbl_ignore_app " + path);
-        else if (!path.starts_with('/'))
-            lines.push_back("sbl_ignore_relative " + path);
-        else
-            changed.push_back(path);
-    }
-    services_.logger.log(lines);
-    return changed;
-}
-
-/// Crawls and compares. Returns false when nothing is to be applied.
-bool SearchBase::findOut(IndexUpdate &update, const ChangedPaths &changed,
-                         const std::set<std::string> &patterns, const std::stop_token &stop)
-{
-    if (update.isFolder()) {
-        const CrawlResult result = enumerateForUpdate(changed, patterns, update.found(), stop);
-        if (stop.stop_requested())
-            return false;
-        update.crawled(result);
-    }
-    return update.compare();
-}
-
-void SearchBase::applyInMainQueue(IndexUpdate &update)
-{
-    bool isApplied = false;
-    const bool hasRun = services_.mainQueue.postAndWait([&] { isApplied = update.apply(); });
-    if (!hasRun || !isApplied)
-        return;
-    // Only this thread waits for the logger to take these lines.
-    update.log([&](std::span<const std::string> lines) { services_.logger.log(lines); });
-    if (services_.onDifferences)
-        if (const auto differences = update.differences())
-            services_.onDifferences(*differences);
-    if (update.insertionTime() > LONG_UPDATE_THRESHOLD)
-        services_.logger.print("*>*>*>*> SB: Long delta " +
-                               shortestDecimal(update.insertionTime().count()) + " " +
-                               std::to_string(update.operations()));
 }
 
 void SearchBase::remove(std::string_view path)

@@ -32,6 +32,7 @@ class FolderLister;
 class FrontItemsSource;
 class IndexKeeper;
 class IndexedItems;
+class ReportedChanges;
 class SearchBaseFinder;
 class SearchBaseLogger;
 class TaskQueue;
@@ -167,7 +168,6 @@ protected:
     void add(std::string_view path);
 
 private:
-    class Changes;
     struct Watched;
     /// What the crawls of one build have in common.
     struct Building
@@ -223,7 +223,8 @@ private:
     SearchBaseFinder &searchBaseFinder_;
     SearchBaseIgnorePaths searchBaseIgnorePaths_;
     const Services services_;
-    const std::shared_ptr<Changes> changes_;
+    /// Null when nothing is watched.
+    const std::shared_ptr<ReportedChanges> changes_;
     const std::unique_ptr<SearchBaseWatcher> searchBaseWatcher_;
 
     /// A build or an update holds this mutex as long as it runs. It is taken before the index's
