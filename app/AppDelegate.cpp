@@ -164,6 +164,7 @@ SearchPreferencesViewController *AppDelegate::makeSearchPane()
                                                 .searchBaseFinder = searchBaseFinder_,
                                                 .folderIdentity = services_.folderIdentity,
                                                 .folderLister = services_.folderLister,
+                                                .folderPicker = services_.folderPicker,
                                                 .background = services_.backgroundQueue,
                                                 .main = services_.mainQueue},
                                                *this);
@@ -180,6 +181,7 @@ OnboardingViewController *AppDelegate::makeOnboarding()
                                          .clipboard = services_.clipboard,
                                          .autostart = services_.autostart,
                                          .places = services_.places,
+                                         .folderPicker = services_.folderPicker,
                                          .background = services_.backgroundQueue,
                                          .counting = services_.countingQueue,
                                          .main = services_.mainQueue},

@@ -19,6 +19,7 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 
 #include <algorithm>
 #include <utility>
@@ -351,8 +352,8 @@ void LightningSearchViewController::perform(PanelCommand command, ActionShortcut
     case PanelCommand::showRowMenu: {
         const QListView &table = view_.tableView();
         const QRect row = table.visualRect(table.currentIndex());
-        return showRowMenu(
-            table.viewport()->mapToGlobal(row.bottomLeft() + QPoint(metrics::TEXT_LEFT, 0)));
+        return showRowMenu(table.viewport()->mapToGlobal(QStyle::visualPos(
+            table.layoutDirection(), row, row.bottomLeft() + QPoint(metrics::TEXT_LEFT, 0))));
     }
     case PanelCommand::keepOnTop:
         if (const auto result = selectedResult())

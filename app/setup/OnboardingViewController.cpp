@@ -292,9 +292,9 @@ void OnboardingViewController::addFolders(const std::vector<std::string> &paths)
 
 void OnboardingViewController::chooseFolderButtonClicked()
 {
-    auto *chooser = new FolderChooser(tr("Choose the folders to search"), this);
+    auto *chooser =
+        new FolderChooser(services_.folderPicker, tr("Choose the folders to search"), this);
     connect(chooser, &FolderChooser::foldersChosen, this, &OnboardingViewController::addFolders);
-    chooser->open();
 }
 
 // What is missing, and what follows

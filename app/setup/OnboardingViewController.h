@@ -21,6 +21,7 @@ class Autostart;
 class Clipboard;
 class FolderChoice;
 class FolderChoices;
+class FolderPicker;
 class FormNote;
 class HotKey;
 class Places;
@@ -62,6 +63,7 @@ public:
         Clipboard &clipboard;
         Autostart &autostart;
         const Places &places;
+        FolderPicker &folderPicker;
         TaskQueue &background;
         /// Folders are counted on this queue.
         TaskQueue &counting;

@@ -1,6 +1,5 @@
 #include "app/setup/OnboardingViewController.h"
 
-#include "app/widgets/FolderChooser.h"
 #include "app/widgets/SetupWindow.h"
 #include "app/widgets/WriteFault.h"
 #include "indexing/SearchBaseFinder.h"
@@ -14,6 +13,7 @@
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "tests/support/FakeDefaultsChanges.h"
+#include "tests/support/FakeFolderPicker.h"
 #include "tests/support/FakeHotKey.h"
 #include "tests/support/Patience.h"
 #include "tests/support/PlainWindowSystem.h"
@@ -22,6 +22,8 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -98,6 +100,7 @@ protected:
                                                    .clipboard = clipboard,
                                                    .autostart = autostart,
                                                    .places = places,
+                                                   .folderPicker = folderPicker,
                                                    .background = background,
                                                    .counting = counting,
                                                    .main = main},
@@ -159,6 +162,7 @@ protected:
     TextClipboard clipboard;
     FakeAutostart autostart;
     FakePlaces places;
+    FakeFolderPicker folderPicker;
     PlainWindowSystem system;
     MainTaskQueue main;
     PoolTaskQueue background{2};
@@ -280,8 +284,10 @@ TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
     disk.makeFolder("work/two");
     show();
     button(QStringLiteral("Choose Folder…"))->click();
-    auto *chooser = window->findChild<FolderChooser *>();
-    ASSERT_NE(chooser, nullptr);
+    EXPECT_EQ(folderPicker.startFolder, QDir::homePath().toStdString());
+    folderPicker.answer(std::nullopt);
+    auto *chooser = window->findChild<QFileDialog *>();
+    ASSERT_NE(chooser, nullptr) << "the toolkit's own";
     ASSERT_TRUE(QTest::qWaitForWindowExposed(chooser));
     chooser->setDirectory(QString::fromStdString(disk.path("work")));
     auto *list = chooser->findChild<QAbstractItemView *>(QStringLiteral("listView"));
@@ -291,6 +297,19 @@ TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
     QMetaObject::invokeMethod(chooser, "accept");
     ASSERT_TRUE(comesToSay(QStringLiteral("3 folders chosen"))) << "with the home folder";
     EXPECT_THAT(stored(), ElementsAre(disk.path("work/one"), disk.path("work/two")));
+}
+
+TEST_F(OnboardingTest, takesTheFoldersOfTheDesktopsOwnChooser)
+{
+    const std::string folder = disk.makeFolder("work");
+    show();
+    button(QStringLiteral("Choose Folder…"))->click();
+    folderPicker.answer(std::vector{folder});
+    ASSERT_TRUE(comesToSay(QStringLiteral("2 folders chosen"))) << "with the home folder";
+    button(QStringLiteral("Choose Folder…"))->click();
+    folderPicker.answer(std::vector<std::string>());
+    EXPECT_EQ(window->findChild<QFileDialog *>(), nullptr) << "the user has cancelled";
+    EXPECT_THAT(stored(), ElementsAre(folder));
 }
 
 TEST_F(OnboardingTest, refusesWhatCannotBeSearchedAndSaysWhy)
