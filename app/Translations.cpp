@@ -40,6 +40,9 @@ void translateApplication(QCoreApplication &application, const QStringList &lang
         // If the toolkit's translations are not installed, its buttons are in English.
         install(application, QStringLiteral("qtbase_") + language,
                 QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+        // Numbers and times are written as in the texts around them.
+        if (QLocale().language() != QLocale(language).language())
+            QLocale::setDefault(QLocale(language));
         return;
     }
 }

@@ -206,7 +206,7 @@ void PanelFooter::paintEvent(QPaintEvent *)
         painter.setBrush(isHeld(place.hint) ? tones.tint : tones.keyCap);
         painter.drawRoundedRect(cap, CAP_CORNER, CAP_CORNER);
         painter.setPen(tones.text);
-        painter.drawText(place.key, Qt::AlignCenter, place.hint.key);
+        painter.drawText(place.key, Qt::AlignCenter | Qt::TextForceLeftToRight, place.hint.key);
         painter.setPen(isHeld(place.hint) ? tones.text : tones.quiet);
         painter.drawText(place.meaning, Qt::AlignLeft | Qt::AlignVCenter, place.hint.meaning);
     }

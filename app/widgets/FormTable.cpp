@@ -33,6 +33,10 @@ constexpr int RUNS = Qt::UserRole + 1;
 /// The words beside the box of a row, which has a check state then.
 constexpr int BOX_WORDS = Qt::UserRole + 2;
 
+/// The characters around a text whose direction is that of its first letter.
+constexpr QChar FIRST_STRONG(0x2068);
+constexpr QChar POP(0x2069);
+
 using Runs = QList<FormTextRun>;
 
 } // namespace
@@ -149,7 +153,9 @@ private:
             QTextCharFormat format;
             format.setFontWeight(run.isBold ? QFont::Bold : QFont::Normal);
             format.setForeground(run.isQuiet ? tones.quiet : tones.text);
-            cursor.insertText(run.text, format);
+            // A path or a pattern keeps its own direction within the sentence.
+            const bool isIsolated = run.isBold && option.direction == Qt::RightToLeft;
+            cursor.insertText(isIsolated ? FIRST_STRONG + run.text + POP : run.text, format);
         }
         text.setTextWidth(width - 2 * TEXT_SIDE);
     }

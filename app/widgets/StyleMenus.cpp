@@ -76,7 +76,12 @@ void menuItem(QPainter &painter, const QStyleOptionMenuItem &option, bool isInDr
     if (tabulator < 0)
         return;
     words.setLeft(words.right() + 1 - option.reservedShortcutWidth);
-    painter.drawText(mirrored(words), FLAGS | Qt::AlignLeft, option.text.mid(tabulator + 1));
+    // The names of keys read from left to right, whatever the language.
+    const bool isMirrored = option.direction == Qt::RightToLeft;
+    painter.drawText(mirrored(words),
+                     FLAGS | Qt::TextForceLeftToRight |
+                         (isMirrored ? Qt::AlignRight : Qt::AlignLeft),
+                     option.text.mid(tabulator + 1));
 }
 
 QSize menuItemSize(const QStyleOptionMenuItem &option, const QSize &words)

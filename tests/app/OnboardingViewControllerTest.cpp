@@ -1,5 +1,6 @@
 #include "app/setup/OnboardingViewController.h"
 
+#include "app/setup/OnboardingFolders.h"
 #include "app/widgets/SetupWindow.h"
 #include "app/widgets/WriteFault.h"
 #include "indexing/SearchBaseFinder.h"
@@ -132,7 +133,7 @@ protected:
     }
     void showFolder(const char *name)
     {
-        controller->addFolders({disk.makeFolder(name)});
+        window->findChild<OnboardingFolders *>()->addFolders({disk.makeFolder(name)});
         const auto isShown = [&] { return button(QString::fromUtf8(name)) != nullptr; };
         ASSERT_TRUE(QTest::qWaitFor(isShown, PATIENCE));
     }
@@ -318,7 +319,8 @@ TEST_F(OnboardingTest, refusesWhatCannotBeSearchedAndSaysWhy)
     finder.bookmarks.add(home);
     show();
     ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen"))) << "chosen earlier";
-    controller->addFolders({file, disk.path("gone"), home, home + "/docs", home + "/.hidden"});
+    window->findChild<OnboardingFolders *>()->addFolders(
+        {file, disk.path("gone"), home, home + "/docs", home + "/.hidden"});
     ASSERT_TRUE(comesToSay(QStringLiteral("2 folders chosen"))) << "hidden ones are not in it yet";
     for (const std::string &path : {file, disk.path("gone")})
         EXPECT_TRUE(says(QStringLiteral("“%1” is no folder.").arg(QString::fromStdString(path))));
@@ -390,7 +392,7 @@ TEST_F(OnboardingTest, scrollsManyFoldersAndShowsTheOneThatWasAdded)
     std::vector<std::string> paths;
     for (int folder = 0; folder < 20; ++folder)
         paths.push_back(disk.path("many/" + std::to_string(folder)));
-    controller->addFolders(paths);
+    window->findChild<OnboardingFolders *>()->addFolders(paths);
     ASSERT_TRUE(comesToSay(QStringLiteral("21 folders chosen")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return isWhole(QStringLiteral("many/19")); }, PATIENCE));
     EXPECT_TRUE(button(QStringLiteral("Home folder"))->visibleRegion().isEmpty());
