@@ -1247,24 +1247,12 @@
 <context>
     <name>quillon::LightningSearchViewController</name>
     <message>
-        <source>Most used</source>
-        <translation>Am häufigsten geöffnet</translation>
-    </message>
-    <message>
-        <source>Places</source>
-        <translation>Orte</translation>
-    </message>
-    <message>
         <source>Leave this folder out…</source>
         <translation>Diesen Ordner auslassen…</translation>
     </message>
     <message>
         <source>Properties</source>
         <translation>Eigenschaften</translation>
-    </message>
-    <message>
-        <source>Kept on top</source>
-        <translation>Oben gehalten</translation>
     </message>
     <message>
         <source>Keep on top</source>
@@ -1423,6 +1411,21 @@
     <message>
         <source>Preferences…</source>
         <translation>Einstellungen…</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::PanelSearch</name>
+    <message>
+        <source>Kept on top</source>
+        <translation>Oben gehalten</translation>
+    </message>
+    <message>
+        <source>Most used</source>
+        <translation>Am häufigsten geöffnet</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
     </message>
 </context>
 <context>
