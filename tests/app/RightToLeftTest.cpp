@@ -42,7 +42,7 @@ std::pair<int, int> darkColumns(const QImage &picture)
 
 QImage picture(QWidget &widget)
 {
-    widget.resize(240, 60);
+    widget.adjustSize();
     return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
