@@ -57,6 +57,10 @@ OnboardingFolders::OnboardingFolders(const Services &services, const std::string
     connect(choices_, &FolderChoices::choiceMade, this, &OnboardingFolders::setChosen);
     lines->addWidget(choices_);
     buildChooser();
+}
+
+void OnboardingFolders::offerHome()
+{
     choices_->offer(home_, tr("Home folder (%1)").arg(QString::fromStdString(home_)))
         .setChosen(true);
     refresh();

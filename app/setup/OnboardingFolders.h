@@ -38,11 +38,14 @@ public:
         TaskQueue &main;
     };
 
-    /// All services outlive this object. The home folder, given by its absolute path, is the first
-    /// one on offer. The Tab key leads to the folders from the control before them.
+    /// All services outlive this object. The home folder is given by its absolute path. The Tab key
+    /// leads to the folders from the control before them.
     OnboardingFolders(const Services &services, const std::string &home, QWidget *controlBefore,
                       QWidget *parent);
 
+    /// Offers the home folder, ticked. It is called once the controls around this object are made,
+    /// since the Tab key would lead to them first otherwise.
+    void offerHome();
     /// Returns the number of ticked folders.
     std::size_t chosenCount() const;
     /// Searches these folders too, as if the user had chosen them.

@@ -42,6 +42,7 @@ OnboardingViewController::OnboardingViewController(const Services &services,
     pages_->addWidget(buildQuestionPage());
     setFocusProxy(doneButton_);
 
+    folders_->offerHome();
     connect(folders_, &OnboardingFolders::chosenChanged, this, &OnboardingViewController::refresh);
     connect(&services_.shortcutMonitor, &QLNShortcutMonitor::changed, this,
             &OnboardingViewController::refresh);
