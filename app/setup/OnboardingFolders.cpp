@@ -22,7 +22,7 @@ namespace {
 
 constexpr int CHECKMARK = 20;
 /// The gap between the rows.
-constexpr int GAP = 8;
+constexpr int LINE_GAP = 8;
 /// Notes come and go in this many lines, so that the height of the window does not change.
 constexpr int NOTE_LINES = 2;
 
@@ -49,7 +49,7 @@ OnboardingFolders::OnboardingFolders(const Services &services, const std::string
                                      QWidget *controlBefore, QWidget *parent)
     : SetupView(parent), services_(services), home_(home), choices_(new FolderChoices(this))
 {
-    QVBoxLayout *lines = column(this, GAP);
+    QVBoxLayout *lines = column(this, LINE_GAP);
     QLabel *title = label(tr("The folders to search"), QPalette::WindowText, this);
     emphasise(title);
     lines->addWidget(title);
@@ -72,7 +72,7 @@ void OnboardingFolders::buildChooser()
     connect(button, &QPushButton::clicked, this, &OnboardingFolders::chooseFolders);
     checkmarkImageView_ = new Checkmark(this);
     chooseFolderDoneLabel_ = label({}, QPalette::WindowText, this);
-    QHBoxLayout *across = line(GAP);
+    QHBoxLayout *across = line(LINE_GAP);
     across->addWidget(button);
     across->addStretch();
     across->addWidget(checkmarkImageView_);
