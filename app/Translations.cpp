@@ -41,8 +41,7 @@ void translateApplication(QCoreApplication &application, const QStringList &lang
         install(application, QStringLiteral("qtbase_") + language,
                 QLibraryInfo::path(QLibraryInfo::TranslationsPath));
         // Numbers and times are written as in the texts around them.
-        if (QLocale().language() != QLocale(language).language())
-            QLocale::setDefault(QLocale(language));
+        QLocale::setDefault(QLocale(language));
         return;
     }
 }
