@@ -35,60 +35,27 @@ std::string programsFolder()
 } // namespace
 
 AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
-    : keptTree_(std::move(keptTree)),
-      services_(build_, programsFolder()),
+    : services_(build_, programsFolder()),
       preferences_(services_.defaults),
       preferencesReceiver_(
           services_.defaultsChanges.onChange([this] { preferences_.readChoices(); })),
       appleEventAccess_(services_.defaults),
-      appleScriptRunner_(services_.fileManager),
-      frontFinderSearch_({.appleScriptRunner = appleScriptRunner_,
-                          .fileManager = services_.fileManager,
-                          .preferences = preferences_,
-                          .background = services_.backgroundQueue,
-                          .main = services_.mainQueue}),
-      recentAccessScoreDataStore_(services_.defaults),
-      searchBaseRecentAccessScore_(recentAccessScoreDataStore_),
-      keptFolders_(services_.defaults),
-      searchBaseFuzzyMatch_(&searchBaseRecentAccessScore_),
-      searchBaseFinder_(services_.defaults, services_.folderIdentity),
-      searchBaseLogger_(services_.defaults),
-      searchBase_(
-          &frontFinderSearch_, searchBaseFinder_, searchBaseFuzzyMatch_,
-          {.folderLister = services_.folderLister,
-           .logger = searchBaseLogger_,
-           .mainQueue = services_.mainQueue,
-           .watching = {{.events = services_.eventService, .eventQueue = services_.eventQueue}},
-           .keptIndex = &services_.keptIndex,
-           .keptTree =
-               [this] { return keptTree_.valid() ? keptTree_.get() : std::optional<KeptTree>(); }}),
-      searchBaseBuilder_({.searchBase = searchBase_,
-                          .searchBaseFinder = searchBaseFinder_,
-                          .background = services_.backgroundQueue,
-                          .main = services_.mainQueue}),
-      statusReport_(searchBase_, searchBaseBuilder_, build_.version),
-      source_({.searchBase = searchBase_,
-               .finder = searchBaseFinder_,
-               .builder = searchBaseBuilder_,
-               .frontFinderSearch = frontFinderSearch_,
-               .places = services_.places,
-               .recentAccessScore = searchBaseRecentAccessScore_,
-               .keptFolders = keptFolders_,
-               .preferences = preferences_,
-               .disk = services_.diskLister},
-              QDir::homePath().toStdString()),
-      actionFailures_({.recentAccessScore = searchBaseRecentAccessScore_,
-                       .searchBase = searchBase_,
-                       .builder = searchBaseBuilder_,
+      engine_(services_, preferences_, std::move(keptTree)),
+      statusReport_(engine_.searchBase, engine_.builder, build_.version),
+      indexAnswers_(engine_.searchBase, engine_.builder, engine_.recentAccessScore, preferences_),
+      actionFailures_({.recentAccessScore = engine_.recentAccessScore,
+                       .searchBase = engine_.searchBase,
+                       .builder = engine_.builder,
                        .notifications = services_.notifications,
                        .windowSystem = services_.windowSystem,
                        .background = services_.backgroundQueue}),
       actionModelFinder_(services_.defaults),
       actionRunner_({services_.workspace, services_.fileManager, services_.clipboard,
                      services_.processRunner, services_.folderLister, services_.recentItems},
-                    preferences_, appleScriptRunner_, services_.actionQueue, programsFolder()),
-      desktopSearch_({.source = source_,
-                      .builder = searchBaseBuilder_,
+                    preferences_, engine_.appleScriptRunner, services_.actionQueue,
+                    programsFolder()),
+      desktopSearch_({.source = engine_.source,
+                      .builder = engine_.builder,
                       .preferences = preferences_,
                       .actions = actionModelFinder_,
                       .runner = actionRunner_,
@@ -98,13 +65,14 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
       icons_(services_.workspace, services_.iconQueue, services_.mainQueue),
       searchWindow_(icons_, services_.windowSystem),
       lightningSearchViewController_(
-          {.list = actionModelFinder_, .runner = actionRunner_}, source_, searchWindow_.view(),
+          {.list = actionModelFinder_, .runner = actionRunner_}, engine_.source,
+          searchWindow_.view(),
           {.background = services_.backgroundQueue, .main = services_.mainQueue}, *this),
       shortcutMonitor_(services_.defaults, services_.defaultsChanges),
       shortcutBinder_(shortcutMonitor_, *services_.hotKey),
       rebuildSearchBaseViewController_(
-          new BuildSearchBaseViewController({.searchBase = searchBase_,
-                                             .builder = searchBaseBuilder_,
+          new BuildSearchBaseViewController({.searchBase = engine_.searchBase,
+                                             .builder = engine_.builder,
                                              .defaults = services_.defaults,
                                              .main = services_.mainQueue},
                                             *this)),
@@ -127,7 +95,7 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
 {
     joinSearchPanel();
     trackWindows();
-    searchBaseBuilder_.addObserver(*this);
+    engine_.builder.addObserver(*this);
     services_.appearance.onChange(
         [this] { QuillonStyle::preferDark(services_.appearance.prefersDark()); });
     qApp->installEventFilter(this);
@@ -147,10 +115,10 @@ PreferencesViewController::Services AppDelegate::preferencesServices()
             .advanced = {.defaults = services_.defaults,
                          .preferences = preferences_,
                          .shortcutMonitor = shortcutMonitor_,
-                         .recentAccessScore = searchBaseRecentAccessScore_,
-                         .keptFolders = keptFolders_,
-                         .searchBase = searchBase_,
-                         .searchBaseLogger = searchBaseLogger_,
+                         .recentAccessScore = engine_.recentAccessScore,
+                         .keptFolders = engine_.keptFolders,
+                         .searchBase = engine_.searchBase,
+                         .searchBaseLogger = engine_.logger,
                          .background = services_.backgroundQueue,
                          .main = services_.mainQueue},
             .changes = services_.defaultsChanges,
@@ -159,11 +127,12 @@ PreferencesViewController::Services AppDelegate::preferencesServices()
 
 SearchPreferencesViewController *AppDelegate::makeSearchPane()
 {
-    return new SearchPreferencesViewController({.searchBase = searchBase_,
-                                                .builder = searchBaseBuilder_,
-                                                .searchBaseFinder = searchBaseFinder_,
+    return new SearchPreferencesViewController({.searchBase = engine_.searchBase,
+                                                .builder = engine_.builder,
+                                                .searchBaseFinder = engine_.finder,
                                                 .folderIdentity = services_.folderIdentity,
                                                 .folderLister = services_.folderLister,
+                                                .folderPicker = services_.folderPicker,
                                                 .background = services_.backgroundQueue,
                                                 .main = services_.mainQueue},
                                                *this);
@@ -171,7 +140,7 @@ SearchPreferencesViewController *AppDelegate::makeSearchPane()
 
 OnboardingViewController *AppDelegate::makeOnboarding()
 {
-    return new OnboardingViewController({.searchBaseFinder = searchBaseFinder_,
+    return new OnboardingViewController({.searchBaseFinder = engine_.finder,
                                          .folderIdentity = services_.folderIdentity,
                                          .folderLister = services_.folderLister,
                                          .shortcutMonitor = shortcutMonitor_,
@@ -180,6 +149,7 @@ OnboardingViewController *AppDelegate::makeOnboarding()
                                          .clipboard = services_.clipboard,
                                          .autostart = services_.autostart,
                                          .places = services_.places,
+                                         .folderPicker = services_.folderPicker,
                                          .background = services_.backgroundQueue,
                                          .counting = services_.countingQueue,
                                          .main = services_.mainQueue},
@@ -190,9 +160,9 @@ AppDelegate::~AppDelegate()
 {
     // The threads end before what they use does. Everything worth keeping is on the disk already,
     // so a thread that hangs on a dead file system is left behind with the process.
-    searchBaseBuilder_.stop();
+    engine_.builder.stop();
     services_.mainQueue.close();
-    searchBase_.reset(); // ends an update that is under way
+    engine_.searchBase.reset(); // ends an update that is under way
     if (!services_.finish(TASK_END_TIME))
         std::_Exit(EXIT_SUCCESS);
 }
@@ -206,7 +176,7 @@ void AppDelegate::joinSearchPanel()
             &LightningSearchViewController::viewWillAppear);
     connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
         // The settings may name folders by now, or missing folders may be back.
-        if (!searchBaseBuilder_.hasLocations())
+        if (!engine_.builder.hasLocations())
             rebuildSearchBaseViewController_->startBuilding();
     });
     connect(&searchWindow_, &SearchWindow::becameKey, &controller,
@@ -303,7 +273,7 @@ void AppDelegate::buildBehindPanel(const std::string &activationToken)
     windowTracker_.show(WindowTracker::searchWindow, activationToken);
     services_.mainQueue.postDelayed(SHORT_BUILD, [this] {
         // No window comes between a user and a panel that is in use.
-        if (searchBaseBuilder_.isBuilding() && !searchBaseBuilder_.isComparing() &&
+        if (engine_.builder.isBuilding() && !engine_.builder.isComparing() &&
             windowTracker_.isVisible(WindowTracker::searchWindow) &&
             !lightningSearchViewController_.isInUse())
             showRebuild();
@@ -313,7 +283,7 @@ void AppDelegate::buildBehindPanel(const std::string &activationToken)
 bool AppDelegate::isSetUp()
 {
     // A folder that is missing now was chosen all the same.
-    return shortcutMonitor_.shortcut() && !searchBaseFinder_.bookmarks.load().empty();
+    return shortcutMonitor_.shortcut() && !engine_.finder.bookmarks.load().empty();
 }
 
 void AppDelegate::perform(const RemoteControl::Request &request)
@@ -389,19 +359,18 @@ void AppDelegate::reopen(const std::string &activationToken)
 
 RemoteControl::Handlers AppDelegate::remoteHandlers()
 {
-    return {.perform = [this](const RemoteControl::Request &request) { perform(request); },
-            .find = [this](const RemoteQuery &query) { return find(query); },
-            .status = [this] { return statusReport_.json(); },
-            .use =
-                [this](const std::string &settings, const std::string &path) {
-                    return settings == standardDefaultsPath() && recordUse(path);
-                },
-            .open = [this](const std::string &settings, const std::string &path,
-                           const auto &receive) { open(settings, path, receive); },
-            .search = [this](const std::string &text,
-                             auto receive) { desktopSearch_.search(text, std::move(receive)); },
-            .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },
-            .rowActions = DesktopSearch::rowActions()};
+    return {
+        .perform = [this](const RemoteControl::Request &request) { perform(request); },
+        .find = [this](const RemoteQuery &query) { return indexAnswers_.find(query); },
+        .status = [this] { return statusReport_.json(); },
+        .use = [this](const std::string &settings,
+                      const std::string &path) { return indexAnswers_.recordUse(settings, path); },
+        .open = [this](const std::string &settings, const std::string &path,
+                       const auto &receive) { open(settings, path, receive); },
+        .search = [this](const std::string &text,
+                         auto receive) { desktopSearch_.search(text, std::move(receive)); },
+        .describe = [this](const std::string &path) { return desktopSearch_.describe(path); },
+        .rowActions = DesktopSearch::rowActions()};
 }
 
 void AppDelegate::open(const std::string &settings, const std::string &path,
@@ -413,32 +382,6 @@ void AppDelegate::open(const std::string &settings, const std::string &path,
         return desktopSearch_.open(path, receive);
     showFirst();
     receive("Quillon has to be set up first");
-}
-
-bool AppDelegate::recordUse(const std::string &path)
-{
-    return searchBaseRecentAccessScore_.addRecentAccess(
-        {path, path, {}, SearchBaseResultType::standard});
-}
-
-RemoteAnswer AppDelegate::find(const RemoteQuery &query) const
-{
-    if (!isIndexComplete_ || query.settings != standardDefaultsPath())
-        return std::nullopt;
-    const std::string &orderName =
-        query.order.empty() ? preferences_.matchOrder.selected().key : query.order;
-    const MatchOrder order = matchOrderNamed(orderName).value_or(MatchOrder::path);
-    const bool wantsMostUsed = query.order == RemoteQuery::MOST_USED;
-    const std::vector<FuzzyMatchResult> results =
-        wantsMostUsed ? searchBase_.mostUsedThere(query.limit)
-                      : searchBase_.matchesThere(query.text, query.limit, order, query.words);
-    std::vector<RemoteMatch> matches;
-    for (const FuzzyMatchResult &result : results) {
-        matches.push_back({result.text(), result.score(), {}});
-        for (const TextRange &range : result.highlightRanges())
-            matches.back().ranges.emplace_back(range.location, range.length);
-    }
-    return matches;
 }
 
 void AppDelegate::closeSearchWindow(Closing closing)
@@ -465,7 +408,8 @@ void AppDelegate::showPermission(const std::string &activationToken)
     if (!appleEventPermissionCoordinator_)
         appleEventPermissionCoordinator_.emplace(
             AppleEventPermissionViewController::Services{.access = appleEventAccess_,
-                                                         .appleScriptRunner = appleScriptRunner_,
+                                                         .appleScriptRunner =
+                                                             engine_.appleScriptRunner,
                                                          .background = services_.backgroundQueue,
                                                          .main = services_.mainQueue},
             services_.windowSystem, *this);
@@ -528,24 +472,6 @@ void AppDelegate::setUpAgain()
 {
     windowTracker_.close(WindowTracker::preferencesWindow);
     showFirst();
-}
-
-void AppDelegate::buildBegan()
-{
-    isIndexComplete_ = false;
-    lightningSearchViewController_.indexChanged();
-}
-
-void AppDelegate::indexRestored()
-{
-    isIndexComplete_ = true;
-    lightningSearchViewController_.indexChanged();
-}
-
-void AppDelegate::buildEnded()
-{
-    isIndexComplete_ = searchBaseBuilder_.hasLocations() && !searchBaseBuilder_.isCancelled();
-    lightningSearchViewController_.indexChanged();
 }
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)

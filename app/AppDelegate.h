@@ -3,17 +3,16 @@
 #include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
 #include "actions/AppleEventAccess.h"
-#include "actions/AppleScriptRunner.h"
-#include "actions/FrontFinderSearch.h"
 #include "app/ActionFailures.h"
 #include "app/DesktopSearch.h"
 #include "app/DesktopServices.h"
+#include "app/IndexAnswers.h"
+#include "app/SearchEngine.h"
 #include "app/StatusReport.h"
 #include "app/WindowTracker.h"
 #include "app/panel/IconSource.h"
 #include "app/panel/KeysView.h"
 #include "app/panel/LightningSearchViewController.h"
-#include "app/panel/SearchBaseSource.h"
 #include "app/panel/SearchWindow.h"
 #include "app/preferences/PreferencesViewController.h"
 #include "app/preferences/search/SearchPreferencesViewController.h"
@@ -24,20 +23,11 @@
 #include "app/update/Feedback.h"
 #include "app/update/Updater.h"
 #include "app/widgets/SetupWindow.h"
-#include "core/IndexKeeper.h"
-#include "core/SearchBase.h"
-#include "core/SearchBaseBuilder.h"
-#include "indexing/SearchBaseFinder.h"
-#include "indexing/SearchBaseLogger.h"
-#include "matching/FuzzyMatch.h"
-#include "matching/RecentAccessScore.h"
 #include "platform/RemoteControl.h"
-#include "prefs/KeptFolders.h"
 #include "prefs/Preferences.h"
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 
-#include <atomic>
 #include <future>
 #include <optional>
 #include <string>
@@ -95,9 +85,9 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void buildBegan() override;
-    void indexRestored() override;
-    void buildEnded() override;
+    void buildBegan() override { lightningSearchViewController_.indexChanged(); }
+    void indexRestored() override { lightningSearchViewController_.indexChanged(); }
+    void buildEnded() override { lightningSearchViewController_.indexChanged(); }
 
     void joinSearchPanel();
     /// Reports in the panel and in a notification that the stored shortcut cannot be had, or
@@ -120,10 +110,6 @@ private:
     void toggleSearchWindow(const std::string &activationToken);
     /// The program's icon was clicked, or the program was started again.
     void reopen(const std::string &activationToken);
-    /// Any thread may call this.
-    RemoteAnswer find(const RemoteQuery &query) const;
-    /// Counts a use from outside the panel. Returns false when it could not be stored.
-    bool recordUse(const std::string &path);
     void open(const std::string &settings, const std::string &path,
               const std::function<void(const std::string &fault)> &receive);
 
@@ -131,26 +117,15 @@ private:
     SearchPreferencesViewController *makeSearchPane();
     OnboardingViewController *makeOnboarding();
 
-    std::future<std::optional<KeptTree>> keptTree_;
     const BuildSettings build_ = BuildSettings::ofThisBuild();
     DesktopServices services_;
     Preferences preferences_;
     const DefaultsReceiver preferencesReceiver_;
 
     AppleEventAccess appleEventAccess_;
-    AppleScriptRunner appleScriptRunner_;
-    FrontFinderSearch frontFinderSearch_;
-
-    DefaultsRecentAccessScoreDataStore recentAccessScoreDataStore_;
-    RecentAccessScore searchBaseRecentAccessScore_;
-    KeptFolders keptFolders_;
-    FuzzyMatch searchBaseFuzzyMatch_;
-    SearchBaseFinder searchBaseFinder_;
-    SearchBaseLogger searchBaseLogger_;
-    SearchBase searchBase_;
-    SearchBaseBuilder searchBaseBuilder_;
+    SearchEngine engine_;
     StatusReport statusReport_;
-    SearchBaseSource source_;
+    IndexAnswers indexAnswers_;
 
     ActionFailures actionFailures_;
     ActionModelFinder actionModelFinder_;
@@ -184,8 +159,6 @@ private:
     std::optional<WindowTracker::Window> windowBeforeRebuild_;
     /// True until something is shown after a start at login.
     bool isFirstShowDue_ = false;
-    /// True when the index holds everything that the settings name. Every thread reads this.
-    std::atomic<bool> isIndexComplete_ = false;
     /// Made when it is first needed.
     std::optional<AppleEventPermissionCoordinator> appleEventPermissionCoordinator_;
 };

@@ -16,6 +16,7 @@
 #include "platform/linux/filemanagers/DesktopPlaces.h"
 #include "platform/linux/session/BusNotifications.h"
 #include "platform/linux/session/PortalAppearance.h"
+#include "platform/linux/session/PortalFolderPicker.h"
 #include "platform/linux/session/QtClipboard.h"
 #include "platform/linux/session/QtTaskQueues.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
@@ -81,6 +82,7 @@ struct DesktopServices
     UserCacheFile keptIndex;
     XdgAutostart autostart;
     PortalAppearance appearance;
+    PortalFolderPicker folderPicker;
     BusNotifications notifications;
     FeedUpdateController updateController;
     const std::unique_ptr<HotKey> hotKey;

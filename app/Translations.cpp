@@ -40,6 +40,8 @@ void translateApplication(QCoreApplication &application, const QStringList &lang
         // If the toolkit's translations are not installed, its buttons are in English.
         install(application, QStringLiteral("qtbase_") + language,
                 QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+        // Numbers and times are written as in the texts around them.
+        QLocale::setDefault(QLocale(language));
         return;
     }
 }

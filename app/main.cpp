@@ -15,7 +15,8 @@
 //   fetcher/           "fetch-feed", which fetches the list of releases for app/update/
 //   shortcut/          the global shortcut: among the settings, and bound to the panel
 //   app/               this folder: AppDelegate joins the objects to a program, WindowTracker knows
-//                      the windows, DesktopServices holds the platform's services
+//                      the windows, DesktopServices holds the platform's services, SearchEngine
+//                      the index and what searches it
 //   app/panel/         the search panel
 //   app/setup/         the question about the file manager, the first set-up, the rebuild window
 //   app/preferences/   the preferences window
@@ -31,9 +32,9 @@
 // stored shortcut bound -> AppDelegate -> SearchWindow.
 //
 // A keystroke: SearchPanelView's field -> LightningSearchViewController (Debouncer, 50 ms) ->
-// PanelSource on a background queue (SearchBaseSource -> SearchBase -> FuzzyMatch) -> back on the
-// main queue, dropped when the text has changed since -> SearchResultsModel ->
-// LightningSearchTableRowView (RowText, RowLayout, IconSource).
+// PanelSearch, which asks PanelSource on a background queue (SearchBaseSource -> SearchBase ->
+// FuzzyMatch) -> back on the main queue, dropped when the text has changed since ->
+// SearchResultsModel -> LightningSearchTableRowView (RowText, RowLayout, IconSource).
 //
 // Return: LightningSearchViewController counts the use (RecentAccessScore), takes the action that
 // is bound to the keys held (ActionModelFinder), has the window hidden and hands both to

@@ -31,6 +31,9 @@ public:
     /// device pixels on every side, 0 for none. Window managers and compositors then treat the rest
     /// as the window and add no shadow of their own.
     virtual void setShadowMargin(std::uintptr_t window, int margin) = 0;
+    /// Cuts off what is outside the round corners of a window, whose measures are in device pixels.
+    /// With a radius of 0 the whole window is shown.
+    virtual void cutCorners(std::uintptr_t window, int width, int height, int radius) = 0;
 
     /// Returns the window that has the keyboard, whichever program it belongs to. The number is 0
     /// when there is none, or when the system does not say.

@@ -1247,24 +1247,12 @@
 <context>
     <name>quillon::LightningSearchViewController</name>
     <message>
-        <source>Most used</source>
-        <translation>Am häufigsten geöffnet</translation>
-    </message>
-    <message>
-        <source>Places</source>
-        <translation>Orte</translation>
-    </message>
-    <message>
         <source>Leave this folder out…</source>
         <translation>Diesen Ordner auslassen…</translation>
     </message>
     <message>
         <source>Properties</source>
         <translation>Eigenschaften</translation>
-    </message>
-    <message>
-        <source>Kept on top</source>
-        <translation>Oben gehalten</translation>
     </message>
     <message>
         <source>Keep on top</source>
@@ -1287,14 +1275,41 @@
     </message>
 </context>
 <context>
-    <name>quillon::OnboardingViewController</name>
+    <name>quillon::OnboardingFolders</name>
     <message>
-        <source>Set up Quillon</source>
-        <translation>Quillon einrichten</translation>
+        <source>The folders to search</source>
+        <translation>Die Ordner, die durchsucht werden</translation>
     </message>
     <message>
         <source>Home folder (%1)</source>
         <translation>Persönlicher Ordner (%1)</translation>
+    </message>
+    <message>
+        <source>Choose &amp;Folder…</source>
+        <translation>&amp;Ordner wählen…</translation>
+    </message>
+    <message>
+        <source>Everything below them is found, except what is hidden.</source>
+        <translation>Alles darunter wird gefunden, nur Verstecktes nicht.</translation>
+    </message>
+    <message>
+        <source>Choose the folders to search</source>
+        <translation>Ordner zum Durchsuchen wählen</translation>
+    </message>
+    <message>
+        <source>1 folder chosen</source>
+        <translation>1 Ordner gewählt</translation>
+    </message>
+    <message>
+        <source>%1 folders chosen</source>
+        <translation>%1 Ordner gewählt</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::OnboardingViewController</name>
+    <message>
+        <source>Set up Quillon</source>
+        <translation>Quillon einrichten</translation>
     </message>
     <message>
         <source>The key that brings the panel up</source>
@@ -1309,28 +1324,8 @@
         <translation>&amp;Kopieren</translation>
     </message>
     <message>
-        <source>The folders to search</source>
-        <translation>Die Ordner, die durchsucht werden</translation>
-    </message>
-    <message>
-        <source>Choose &amp;Folder…</source>
-        <translation>&amp;Ordner wählen…</translation>
-    </message>
-    <message>
         <source>&amp;Done</source>
         <translation>&amp;Fertig</translation>
-    </message>
-    <message>
-        <source>Choose the folders to search</source>
-        <translation>Ordner zum Durchsuchen wählen</translation>
-    </message>
-    <message>
-        <source>1 folder chosen</source>
-        <translation>1 Ordner gewählt</translation>
-    </message>
-    <message>
-        <source>%1 folders chosen</source>
-        <translation>%1 Ordner gewählt</translation>
     </message>
     <message>
         <source>Choose a folder to go on.</source>
@@ -1367,10 +1362,6 @@
     <message>
         <source>Press another one here to change it.</source>
         <translation>Drücken Sie hier eine andere, um sie zu ändern.</translation>
-    </message>
-    <message>
-        <source>Everything below them is found, except what is hidden.</source>
-        <translation>Alles darunter wird gefunden, nur Verstecktes nicht.</translation>
     </message>
     <message>
         <source>Quillon cannot be started at login here.</source>
@@ -1420,6 +1411,21 @@
     <message>
         <source>Preferences…</source>
         <translation>Einstellungen…</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::PanelSearch</name>
+    <message>
+        <source>Kept on top</source>
+        <translation>Oben gehalten</translation>
+    </message>
+    <message>
+        <source>Most used</source>
+        <translation>Am häufigsten geöffnet</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
     </message>
 </context>
 <context>

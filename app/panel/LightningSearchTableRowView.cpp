@@ -45,19 +45,27 @@ void LightningSearchTableRowView::paint(QPainter *painter, const QStyleOptionVie
     PanelPalette tones = PanelPalette::of(option.palette);
     LightningTableRowBackgroundView::paint(*painter, row, tones, option.state);
 
+    const auto mirrored = [&option](const QRect &place) {
+        return QStyle::visualRect(option.direction, option.rect, place);
+    };
     const QRect icon(row.left() + metrics::ICON_LEFT,
                      row.top() + (row.height() - metrics::ICON) / 2, metrics::ICON, metrics::ICON);
     const bool isAway = !result->awayFolder().empty();
     painter->setOpacity(isAway ? metrics::DISABLED_OPACITY : 1.0);
-    paintIcon(*painter, icon, result->path());
+    paintIcon(*painter, mirrored(icon), result->path());
     painter->setOpacity(1.0);
 
     QRect text = row.adjusted(metrics::TEXT_LEFT, 0, -metrics::EDGE, 0);
     if (const QString words = mark(*result); !words.isEmpty())
-        text.setWidth(text.width() - paintMark(*painter, text, option, words));
+        text.setWidth(text.width() - paintMark(*painter, mirrored(text), option, words));
     if (isAway)
         tones.text = tones.quiet;
-    RowLayout(rowText(*result, home_), option.font, tones, text.width()).draw(*painter, text);
+    const RowLayout line(rowText(*result, home_), option.font, tones, text.width());
+    // A path reads from left to right, and begins beside its icon where there is room.
+    QRectF place = mirrored(text);
+    if (option.direction == Qt::RightToLeft)
+        place.setLeft(place.right() - line.width());
+    line.draw(*painter, place);
 }
 
 void LightningSearchTableRowView::paintIcon(QPainter &painter, const QRect &area,

@@ -13,12 +13,12 @@
 #include "app/widgets/PanelMetrics.h"
 #include "app/widgets/QuillonStyle.h"
 #include "base/PathText.h"
-#include "base/TaskQueue.h"
 
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 
 #include <algorithm>
 #include <utility>
@@ -30,41 +30,26 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto SEARCH_DELAY = 50ms;
-constexpr auto SPINNER_DELAY = 200ms;
 constexpr auto STATE_INTERVAL = 250ms;
 /// The query has settled when nothing was typed for so long.
 constexpr auto TYPING_PAUSE = 250ms;
 
-bool areSameRows(const std::vector<SearchBaseResultRef> &one,
-                 const std::vector<SearchBaseResultRef> &other)
-{
-    return std::ranges::equal(one, other, [](const auto &a, const auto &b) {
-        return a->type() == b->type() && a->path() == b->path() &&
-               a->awayFolder() == b->awayFolder() && a->highlightRanges() == b->highlightRanges();
-    });
-}
-
 } // namespace
 
 LightningSearchViewController::LightningSearchViewController(Actions actions, PanelSource &source,
-                                                             SearchPanelView &view, Queues queues,
+                                                             SearchPanelView &view,
+                                                             PanelSearch::Queues queues,
                                                              SearchPanelDelegate &delegate)
     : actions_(actions),
       source_(source),
-      queues_(queues),
       delegate_(delegate),
       view_(view),
       searchResults_(view.searchResults()),
+      search_(source, queues),
       debouncedSearch_(SEARCH_DELAY, [this] { searchNow(); }),
       keyboard_(view.searchTextField()),
       menus_(view, delegate)
 {
-    spinnerDelay_.setSingleShot(true);
-    spinnerDelay_.setInterval(SPINNER_DELAY);
-    connect(&spinnerDelay_, &QTimer::timeout, this, [this] {
-        isSearchSlow_ = hasPendingSearch_;
-        updateSpinner();
-    });
     stateTimer_.setInterval(STATE_INTERVAL);
     connect(&stateTimer_, &QTimer::timeout, this, [this] { updateState(); });
 
@@ -72,12 +57,28 @@ LightningSearchViewController::LightningSearchViewController(Actions actions, Pa
     typingTimer_.setInterval(TYPING_PAUSE);
     connect(&typingTimer_, &QTimer::timeout, this, &LightningSearchViewController::fitToRows);
 
+    joinSearch();
     joinField();
     joinRows();
     joinButtons();
     searchNow();
     // The panel comes up with them and does not change its height a moment later.
-    readPlaces();
+    search_.readPlaces();
+}
+
+void LightningSearchViewController::joinSearch()
+{
+    connect(&search_, &PanelSearch::busyChanged, this,
+            [this](bool isBusy) { view_.activityIndicator().setSpinning(isBusy); });
+    connect(&search_, &PanelSearch::outdated, this, &LightningSearchViewController::searchNow);
+    connect(&search_, &PanelSearch::answered, this,
+            [this](const std::string &query, const PanelSource::Answer &answer) {
+                // Where the user has typed on, the answer to the newer text is on its way.
+                if (query != this->query())
+                    return;
+                view_.setHeading({});
+                show(answer);
+            });
 }
 
 void LightningSearchViewController::joinField()
@@ -151,8 +152,8 @@ void LightningSearchViewController::viewWillAppear()
     updateHints();
     searchNow();
     updateState();
-    fetchFrontWindow();
-    readPlaces();
+    search_.fetchFrontWindow();
+    search_.readPlaces();
     updateUpdateButton();
 }
 
@@ -176,9 +177,7 @@ void LightningSearchViewController::viewDidDisappear()
     keyboard_.reset();
     pendingOpen_.reset();
     stateTimer_.stop();
-    isFetchingFrontWindow_ = false;
-    updateSpinner();
-    source_.forgetFrontWindow();
+    search_.forgetFrontWindow();
 }
 
 void LightningSearchViewController::indexChanged()
@@ -212,75 +211,19 @@ void LightningSearchViewController::searchNow()
 {
     debouncedSearch_.cancel();
     if (isSearchWanted()) {
-        startSearch(query());
+        search_.start(query());
         return;
     }
-    searchEnded();
-    showDefaults();
+    search_.end();
+    PanelSearch::Defaults defaults = search_.defaults();
+    view_.setHeading(defaults.heading);
+    show({.results = std::move(defaults.rows)});
 }
 
 bool LightningSearchViewController::isSearchWanted() const
 {
     // The user counts characters: a letter beyond the basic plane is one.
     return view_.searchTextField().text().toUcs4().size() >= PanelSource::SHORTEST_QUERY;
-}
-
-void LightningSearchViewController::showDefaults()
-{
-    std::vector<SearchBaseResultRef> rows = source_.mostAccessedResults();
-    const bool isMostUsed = !rows.empty();
-    if (!isMostUsed)
-        rows = places_;
-    const std::vector<std::string> kept = source_.keptOnTop();
-    rows = withKeptFirst(kept, rows);
-    QStringList heading;
-    if (!kept.empty())
-        heading << tr("Kept on top");
-    if (rows.size() > kept.size())
-        heading << (isMostUsed ? tr("Most used") : tr("Places"));
-    view_.setHeading(heading.join(QStringLiteral(" · ")));
-    show({.results = std::move(rows)});
-}
-
-void LightningSearchViewController::readPlaces()
-{
-    if (!source_.mostAccessedResults().empty())
-        return;
-    queues_.background.post([this] {
-        queues_.main.post([this, places = source_.places()] {
-            if (areSameRows(places, places_))
-                return;
-            places_ = places;
-            searchNow();
-        });
-    });
-}
-
-void LightningSearchViewController::startSearch(const std::string &query)
-{
-    if (!hasPendingSearch_)
-        spinnerDelay_.start();
-    hasPendingSearch_ = true;
-    queues_.background.post([this, query, number = ++newestSearch_] {
-        queues_.main.post([this, query, number, answer = source_.search(query)]() mutable {
-            if (number != newestSearch_)
-                return;
-            searchEnded();
-            // Where the user has typed on, the answer to the newer text is on its way.
-            if (query != this->query())
-                return;
-            view_.setHeading({});
-            show(std::move(answer));
-        });
-    });
-}
-
-void LightningSearchViewController::searchEnded()
-{
-    hasPendingSearch_ = false;
-    spinnerDelay_.stop();
-    isSearchSlow_ = false;
-    updateSpinner();
 }
 
 void LightningSearchViewController::show(PanelSource::Answer answer)
@@ -305,24 +248,6 @@ void LightningSearchViewController::show(PanelSource::Answer answer)
         if (const auto result = selectedResult())
             open(result, *flags);
     }
-}
-
-void LightningSearchViewController::fetchFrontWindow()
-{
-    isFetchingFrontWindow_ = source_.isFrontWindowSearched();
-    updateSpinner();
-    if (!isFetchingFrontWindow_)
-        return;
-    source_.refreshFrontWindow([this] {
-        isFetchingFrontWindow_ = false;
-        updateSpinner();
-        searchNow();
-    });
-}
-
-void LightningSearchViewController::updateSpinner()
-{
-    view_.activityIndicator().setSpinning(isSearchSlow_ || isFetchingFrontWindow_);
 }
 
 // Keyboard and mouse
@@ -351,8 +276,8 @@ void LightningSearchViewController::perform(PanelCommand command, ActionShortcut
     case PanelCommand::showRowMenu: {
         const QListView &table = view_.tableView();
         const QRect row = table.visualRect(table.currentIndex());
-        return showRowMenu(
-            table.viewport()->mapToGlobal(row.bottomLeft() + QPoint(metrics::TEXT_LEFT, 0)));
+        return showRowMenu(table.viewport()->mapToGlobal(QStyle::visualPos(
+            table.layoutDirection(), row, row.bottomLeft() + QPoint(metrics::TEXT_LEFT, 0))));
     }
     case PanelCommand::keepOnTop:
         if (const auto result = selectedResult())

@@ -4,13 +4,12 @@
 #include "app/panel/Debouncer.h"
 #include "app/panel/PanelKeyboard.h"
 #include "app/panel/PanelMenus.h"
-#include "app/panel/PanelSource.h"
+#include "app/panel/PanelSearch.h"
 #include "app/panel/SearchPanelDelegate.h"
 
 #include <QObject>
 #include <QTimer>
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,7 +22,6 @@ class ActionModelFinder;
 class ActionRunner;
 class SearchPanelView;
 class SearchResultsModel;
-class TaskQueue;
 
 /// The behaviour of the search panel: searches for what is typed once typing pauses, shows the rows
 /// of the newest answer only, moves the selection with the keyboard and opens the chosen row. Main
@@ -33,14 +31,6 @@ class LightningSearchViewController : public QObject
     Q_OBJECT
 
 public:
-    struct Queues
-    {
-        /// Searches run on this concurrent queue, which must end before the controller does.
-        TaskQueue &background;
-        /// The queue of the controller's thread.
-        TaskQueue &main;
-    };
-
     /// The actions for a row and their services.
     struct Actions
     {
@@ -49,7 +39,7 @@ public:
     };
 
     LightningSearchViewController(Actions actions, PanelSource &source, SearchPanelView &view,
-                                  Queues queues, SearchPanelDelegate &delegate);
+                                  PanelSearch::Queues queues, SearchPanelDelegate &delegate);
 
     /// Brings the rows and the state up to date before the panel is shown.
     void viewWillAppear();
@@ -70,6 +60,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void joinSearch();
     void joinField();
     void joinRows();
     void joinButtons();
@@ -92,13 +83,7 @@ private:
 
     void textChanged();
     void searchNow();
-    void showDefaults();
-    void readPlaces();
-    void startSearch(const std::string &query);
-    void searchEnded();
     void show(PanelSource::Answer answer);
-    void fetchFrontWindow();
-    void updateSpinner();
     std::string query() const;
     /// Returns true when the text in the field is long enough to search for.
     bool isSearchWanted() const;
@@ -117,31 +102,19 @@ private:
 
     Actions actions_;
     PanelSource &source_;
-    Queues queues_;
     SearchPanelDelegate &delegate_;
     SearchPanelView &view_;
     SearchResultsModel &searchResults_;
+    PanelSearch search_;
     Debouncer debouncedSearch_;
-    QTimer spinnerDelay_;
     QTimer stateTimer_;
     /// It runs while the user may be typing on.
     QTimer typingTimer_;
     PanelKeyboard keyboard_;
     PanelMenus menus_;
 
-    /// True until the newest search has ended.
-    bool hasPendingSearch_ = false;
-    /// True when the pending search has been running long enough to show it.
-    bool isSearchSlow_ = false;
-    bool isFetchingFrontWindow_ = false;
-    /// The number of the newest search. An earlier one may have known less, so its answer is
-    /// dropped.
-    std::uint64_t newestSearch_ = 0;
     std::optional<std::string> answeredQuery_;
     QString typedAhead_;
-    /// The rows that are shown before anything has been used, as they were read when the panel last
-    /// came up.
-    std::vector<SearchBaseResultRef> places_;
     /// The row that is selected until the user selects another one.
     int firstSelectedRow_ = 0;
     /// The keys of a Return that came before the answer to the typed text. They open the row that

@@ -5,6 +5,7 @@
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QStyle>
 #include <QToolTip>
 
 #include <algorithm>
@@ -75,11 +76,16 @@ QRect PanelFooter::line() const
     return rect().adjusted(metrics::EDGE, 1, -metrics::EDGE, 0);
 }
 
+int PanelFooter::wordsLeft() const
+{
+    return line().right() - fontMetrics().horizontalAdvance(words());
+}
+
 QRect PanelFooter::wordsPlace() const
 {
     QRect place = line();
-    place.setLeft(place.right() - fontMetrics().horizontalAdvance(words()));
-    return place;
+    place.setLeft(wordsLeft());
+    return QStyle::visualRect(layoutDirection(), rect(), place);
 }
 
 PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
@@ -96,16 +102,21 @@ PanelFooter::Place PanelFooter::place(const Hint &hint, int left) const
 
 std::vector<PanelFooter::Place> PanelFooter::places() const
 {
-    const int end = wordsPlace().left() - HINT_GAP;
+    const int end = wordsLeft() - HINT_GAP;
     bool areAll = true;
     std::vector<Place> places = placesUpTo(end, areAll);
-    if (areAll)
-        return places;
-    const int dots = place(more_, 0).key.width();
-    places = placesUpTo(end - dots - HINT_GAP, areAll);
-    const int left = places.empty() ? line().left() : places.back().meaning.right() + 1 + HINT_GAP;
-    if (left + dots <= end)
-        places.push_back(place(more_, left));
+    if (!areAll) {
+        const int dots = place(more_, 0).key.width();
+        places = placesUpTo(end - dots - HINT_GAP, areAll);
+        const int left =
+            places.empty() ? line().left() : places.back().meaning.right() + 1 + HINT_GAP;
+        if (left + dots <= end)
+            places.push_back(place(more_, left));
+    }
+    for (Place &place : places) {
+        place.key = QStyle::visualRect(layoutDirection(), rect(), place.key);
+        place.meaning = QStyle::visualRect(layoutDirection(), rect(), place.meaning);
+    }
     return places;
 }
 
@@ -195,7 +206,7 @@ void PanelFooter::paintEvent(QPaintEvent *)
         painter.setBrush(isHeld(place.hint) ? tones.tint : tones.keyCap);
         painter.drawRoundedRect(cap, CAP_CORNER, CAP_CORNER);
         painter.setPen(tones.text);
-        painter.drawText(place.key, Qt::AlignCenter, place.hint.key);
+        painter.drawText(place.key, Qt::AlignCenter | Qt::TextForceLeftToRight, place.hint.key);
         painter.setPen(isHeld(place.hint) ? tones.text : tones.quiet);
         painter.drawText(place.meaning, Qt::AlignLeft | Qt::AlignVCenter, place.hint.meaning);
     }

@@ -72,6 +72,8 @@ private:
     /// Return the text on the right, and its place.
     const QString &words() const { return notice_.isEmpty() ? status_ : notice_; }
     QRect wordsPlace() const;
+    /// Returns where the text begins in a layout that goes from left to right.
+    int wordsLeft() const;
     void tellScreenReaders();
 
     std::vector<Hint> hints_;

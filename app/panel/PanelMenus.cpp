@@ -54,9 +54,11 @@ void PanelMenus::showMain()
         add(tr("Check for Updates…"), &SearchPanelDelegate::checkForUpdates);
     add(tr("Quit"), &SearchPanelDelegate::terminate, "Ctrl+Q");
     const MenuButton &button = view_.menuButton();
-    const QPoint below = button.mapToGlobal(QPoint(button.width(), button.height() + MENU_GAP));
-    const QPoint leftwards(menu->sizeHint().width(), 0);
-    show(std::move(menu), below - leftwards);
+    // The menu ends where its button ends.
+    const int width = menu->sizeHint().width();
+    const QPoint below(view_.isRightToLeft() ? width : button.width() - width,
+                       button.height() + MENU_GAP);
+    show(std::move(menu), button.mapToGlobal(below));
     if (button.hasFocus())
         open_->setActiveAction(open_->actions().constFirst());
 }
@@ -98,7 +100,8 @@ void PanelMenus::show(std::unique_ptr<QMenu> menu, QPoint globalPosition)
     close();
     open_ = menu.release();
     open_->setAttribute(Qt::WA_DeleteOnClose);
-    open_->popup(globalPosition);
+    const int leftwards = open_->isRightToLeft() ? open_->sizeHint().width() : 0;
+    open_->popup(globalPosition - QPoint(leftwards, 0));
 }
 
 void PanelMenus::close()

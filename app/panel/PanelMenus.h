@@ -47,6 +47,7 @@ public:
     void close();
 
 private:
+    /// Shows the menu with the corner there where its first line begins.
     void show(std::unique_ptr<QMenu> menu, QPoint globalPosition);
 
     SearchPanelView &view_;

@@ -1,12 +1,12 @@
 #include "app/panel/PanelMessage.h"
 
+#include "app/widgets/ElidedLabel.h"
 #include "app/widgets/PanelMetrics.h"
-#include "app/widgets/PanelPalette.h"
 #include "app/widgets/QuillonStyle.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace quillon {
 
@@ -20,39 +20,63 @@ constexpr int BUTTON_GAP = 20;
 
 PanelMessage::PanelMessage(QWidget *parent)
     : QWidget(parent),
+      title_(new ElidedLabel(this)),
+      sentence_(new QLabel(this)),
       buttons_(new QWidget(this)),
       homeFolder_(pushButton(tr("Search the Home Folder"), ButtonRank::primary, buttons_)),
       preferences_(pushButton(tr("Preferences…"), ButtonRank::secondary, buttons_))
 {
+    QFont bold = font();
+    bold.setWeight(QFont::DemiBold);
+    bold.setPointSizeF(font().pointSizeF() * 1.1);
+    title_->setFont(bold);
+    title_->setAlignment(Qt::AlignCenter);
+    sentence_->setTextFormat(Qt::PlainText);
+    sentence_->setForegroundRole(QPalette::PlaceholderText);
+    sentence_->setAlignment(Qt::AlignCenter);
+    sentence_->setWordWrap(true);
     auto *line = new QHBoxLayout(buttons_);
-    line->setContentsMargins(0, 0, 0, 0);
+    line->setContentsMargins(0, BUTTON_GAP, 0, 0);
     for (QPushButton *button : {homeFolder_, preferences_}) {
         button->setFocusPolicy(Qt::TabFocus);
         line->addWidget(button);
     }
     buttons_->hide();
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(metrics::EDGE, 0, metrics::EDGE, 0);
+    column->setSpacing(0);
+    column->addStretch();
+    column->addWidget(title_);
+    column->addSpacing(SENTENCE_GAP);
+    column->addWidget(sentence_);
+    column->addWidget(buttons_, 0, Qt::AlignHCenter);
+    column->addStretch();
 }
 
 void PanelMessage::setMessage(const QString &title, const QString &sentence)
 {
-    if (title == title_ && sentence == sentence_)
-        return;
-    const bool isTitleNew = title != title_;
-    title_ = title;
-    sentence_ = sentence;
+    const bool isTitleNew = title != title_->text();
+    title_->setText(title);
+    sentence_->setText(sentence);
     setAccessibleName(title);
     setAccessibleDescription(sentence);
-    arrange();
     if (isTitleNew)
         Q_EMIT titleChanged();
 }
 
+QString PanelMessage::title() const
+{
+    return title_->text();
+}
+
+QString PanelMessage::sentence() const
+{
+    return sentence_->text();
+}
+
 void PanelMessage::setOffersFolders(bool offersFolders)
 {
-    if (buttons_->isHidden() != offersFolders)
-        return;
     buttons_->setVisible(offersFolders);
-    arrange();
 }
 
 QAbstractButton &PanelMessage::homeFolderButton()
@@ -63,59 +87,6 @@ QAbstractButton &PanelMessage::homeFolderButton()
 QAbstractButton &PanelMessage::preferencesButton()
 {
     return *preferences_;
-}
-
-QFont PanelMessage::titleFont() const
-{
-    QFont bold = font();
-    bold.setWeight(QFont::DemiBold);
-    bold.setPointSizeF(font().pointSizeF() * 1.1);
-    return bold;
-}
-
-PanelMessage::Places PanelMessage::places() const
-{
-    const QRect area = rect().adjusted(metrics::EDGE, 0, -metrics::EDGE, 0);
-    Places places;
-    places.title = QRect(0, 0, area.width(), QFontMetrics(titleFont()).height());
-    places.sentence = fontMetrics().boundingRect(
-        area, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, sentence_);
-    places.buttons = QRect(QPoint(), buttons_->sizeHint());
-
-    const bool hasButtons = !buttons_->isHidden();
-    const int height = places.title.height() + SENTENCE_GAP + places.sentence.height() +
-                       (hasButtons ? BUTTON_GAP + places.buttons.height() : 0);
-    places.title.moveTopLeft({area.left(), area.top() + (area.height() - height) / 2});
-    places.sentence.moveTop(places.title.bottom() + 1 + SENTENCE_GAP);
-    places.buttons.moveTopLeft({area.left() + (area.width() - places.buttons.width()) / 2,
-                                places.sentence.bottom() + 1 + BUTTON_GAP});
-    return places;
-}
-
-void PanelMessage::arrange()
-{
-    buttons_->setGeometry(places().buttons);
-    update();
-}
-
-void PanelMessage::resizeEvent(QResizeEvent *)
-{
-    arrange();
-}
-
-void PanelMessage::paintEvent(QPaintEvent *)
-{
-    const Places places = this->places();
-    const PanelPalette tones = PanelPalette::of(palette());
-    QPainter painter(this);
-    painter.setFont(titleFont());
-    painter.setPen(tones.text);
-    painter.drawText(
-        places.title, Qt::AlignCenter,
-        painter.fontMetrics().elidedText(title_, Qt::ElideMiddle, places.title.width()));
-    painter.setFont(font());
-    painter.setPen(tones.quiet);
-    painter.drawText(places.sentence, Qt::AlignHCenter | Qt::TextWordWrap, sentence_);
 }
 
 } // namespace quillon

@@ -3,9 +3,12 @@
 #include <QWidget>
 
 class QAbstractButton;
+class QLabel;
 class QPushButton;
 
 namespace quillon {
+
+class ElidedLabel;
 
 /// The message that takes the place of the rows when there are none: a short line in bold and a
 /// quieter one that says what to do. If no folder is searched yet, two buttons do it.
@@ -17,8 +20,8 @@ public:
     explicit PanelMessage(QWidget *parent);
 
     void setMessage(const QString &title, const QString &sentence);
-    QString title() const { return title_; }
-    QString sentence() const { return sentence_; }
+    QString title() const;
+    QString sentence() const;
     void setOffersFolders(bool offersFolders);
     QAbstractButton &homeFolderButton();
     QAbstractButton &preferencesButton();
@@ -26,24 +29,9 @@ public:
 Q_SIGNALS:
     void titleChanged();
 
-protected:
-    void paintEvent(QPaintEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
-
 private:
-    struct Places
-    {
-        QRect title;
-        QRect sentence;
-        QRect buttons;
-    };
-    /// Returns the places, which are in the middle, one below the other.
-    Places places() const;
-    QFont titleFont() const;
-    void arrange();
-
-    QString title_;
-    QString sentence_;
+    ElidedLabel *title_;
+    QLabel *sentence_;
     QWidget *buttons_;
     QPushButton *homeFolder_;
     QPushButton *preferences_;

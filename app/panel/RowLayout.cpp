@@ -56,6 +56,31 @@ RowText::Span gapAfter(const RowText &row, int position)
     return {position, row.nameStart - position};
 }
 
+/// Returns a path whose components follow each other from left to right: a mark after each slash
+/// keeps names of other scripts from joining.
+RowText withMarks(RowText row)
+{
+    constexpr QChar MARK(0x200e);
+    const auto isMirrored = [](QChar letter) {
+        return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
+    };
+    if (std::ranges::none_of(row.text, isMirrored))
+        return row;
+    for (int at = static_cast<int>(row.text.size()) - 1; at >= 0; --at) {
+        if (row.text.at(at) != u'/')
+            continue;
+        row.text.insert(at + 1, MARK);
+        row.nameStart += row.nameStart > at ? 1 : 0;
+        for (RowText::Span &span : row.matches) {
+            if (span.start > at)
+                ++span.start;
+            else if (span.start + span.length > at + 1)
+                ++span.length;
+        }
+    }
+    return row;
+}
+
 QTextLayout::FormatRange formatRange(int start, int length, const QColor &color, bool isBold)
 {
     QTextLayout::FormatRange range;
@@ -80,8 +105,9 @@ RowLayout::RowLayout(const RowText &row, const QFont &font, const PanelPalette &
     option.setTextDirection(Qt::LeftToRight);
     layout_.setTextOption(option);
 
-    arrange(row, palette);
-    fit(row, QFontMetricsF(font).horizontalAdvance(ELLIPSIS), palette, width);
+    const RowText marked = withMarks(row);
+    arrange(marked, palette);
+    fit(marked, QFontMetricsF(font).horizontalAdvance(ELLIPSIS), palette, width);
 }
 
 void RowLayout::fit(RowText row, qreal ellipsis, const PanelPalette &palette, qreal room)

@@ -20,6 +20,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -54,9 +55,11 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
+        const QRect area = parentWidget()->rect();
         if (event->type() == QEvent::Resize)
-            setGeometry(parentWidget()->width() - metrics::INSET, 0, metrics::INSET,
-                        parentWidget()->height());
+            setGeometry(QStyle::visualRect(
+                layoutDirection(), area,
+                {area.width() - metrics::INSET, 0, metrics::INSET, area.height()}));
         return QWidget::eventFilter(watched, event);
     }
 
@@ -98,7 +101,11 @@ QWidget *SearchPanelView::buildHeader()
 {
     header_ = new QWidget(this);
     auto *line = new QHBoxLayout(header_);
-    line->setContentsMargins(metrics::ICON_LEFT, 0, MENU_BUTTON_EDGE, 0);
+    // A layout mirrors its widgets, but not its margins.
+    if (isRightToLeft())
+        line->setContentsMargins(MENU_BUTTON_EDGE, 0, metrics::ICON_LEFT, 0);
+    else
+        line->setContentsMargins(metrics::ICON_LEFT, 0, MENU_BUTTON_EDGE, 0);
     line->setSpacing(metrics::TEXT_LEFT - metrics::ICON_LEFT - metrics::ICON - FIELD_OWN_MARGIN);
 
     indicator_ = new SearchIndicator(header_);
@@ -138,7 +145,7 @@ QWidget *SearchPanelView::buildBody(IconSource &icons)
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.9);
     heading_->setFont(small);
-    heading_->setContentsMargins(metrics::ICON_LEFT, 0, 0, metrics::INSET);
+    heading_->setContentsMargins(metrics::ICON_LEFT, 0, metrics::ICON_LEFT, metrics::INSET);
     heading_->hide();
     stack->addWidget(heading_);
     buildTable(icons);

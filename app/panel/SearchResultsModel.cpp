@@ -1,5 +1,6 @@
 #include "app/panel/SearchResultsModel.h"
 
+#include "base/FileUri.h"
 #include "base/PathText.h"
 #include "results/RowText.h"
 
@@ -89,9 +90,8 @@ QMimeData *SearchResultsModel::mimeData(const QModelIndexList &indexes) const
         const SearchBaseResultRef row = result(index.row());
         if (!row)
             continue;
-        const QByteArray path = QByteArray::fromStdString(row->path());
-        uris += "file://" + path.toPercentEncoding("/") + "\r\n";
-        paths += (paths.isEmpty() ? "" : "\n") + path;
+        uris += QByteArray::fromStdString(fileUri(row->path())) + "\r\n";
+        paths += (paths.isEmpty() ? "" : "\n") + QByteArray::fromStdString(row->path());
     }
     auto data = std::make_unique<QMimeData>();
     // The paths are passed on as bytes, since the toolkit's text would lose what is not UTF-8.

@@ -85,10 +85,10 @@ void ActionPreferencesViewController::enableControls()
 {
     const auto row = actionsTableView->selectedRow();
     SegmentedControl &segments = *actionAddRemoveSegmentedControl;
-    segments.setSegmentEnabled(Segment::remove, row.has_value());
-    segments.setSegmentEnabled(Segment::change, row.has_value());
-    segments.setSegmentEnabled(Segment::moveUp, row && *row > 0);
-    segments.setSegmentEnabled(Segment::moveDown, row && *row + 1 < actionsTableView->rowCount());
+    segments.segment(Segment::remove)->setEnabled(row.has_value());
+    segments.segment(Segment::change)->setEnabled(row.has_value());
+    segments.segment(Segment::moveUp)->setEnabled(row && *row > 0);
+    segments.segment(Segment::moveDown)->setEnabled(row && *row + 1 < actionsTableView->rowCount());
     restoreButton->setEnabled(!actionTable->areBuiltIn());
 }
 

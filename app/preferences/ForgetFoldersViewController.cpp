@@ -76,10 +76,10 @@ void ForgetFoldersViewController::reload()
 void ForgetFoldersViewController::enableSegments()
 {
     const auto row = usesTableView->selectedRow();
-    forgetSegmentedControl->setSegmentEnabled(forgetOne, row.has_value());
-    forgetSegmentedControl->setSegmentEnabled(releaseOne,
-                                              row && static_cast<std::size_t>(*row) < keptCount_);
-    forgetSegmentedControl->setSegmentEnabled(forgetAll, !paths_.empty());
+    forgetSegmentedControl->segment(forgetOne)->setEnabled(row.has_value());
+    forgetSegmentedControl->segment(releaseOne)
+        ->setEnabled(row && static_cast<std::size_t>(*row) < keptCount_);
+    forgetSegmentedControl->segment(forgetAll)->setEnabled(!paths_.empty());
 }
 
 void ForgetFoldersViewController::forget(int segment)

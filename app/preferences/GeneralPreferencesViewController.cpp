@@ -42,14 +42,15 @@ GeneralPreferencesViewController::GeneralPreferencesViewController(const Service
       shortcutView(new QLNShortcutView(services.shortcutMonitor, services.shortcutBinder,
                                        services.hotKey, this)),
       matchOrderButton(new QComboBox(this)),
-      matchWordsButton(new QCheckBox({}, this)),
+      matchWordsButton(
+          new QCheckBox(tr("Find &words in any order, and without their accents"), this)),
       openInFinderBehaviorButton(new QComboBox(this)),
-      enableQuickSearchButton(new QCheckBox({}, this)),
+      enableQuickSearchButton(new QCheckBox(tr("Find &items of the window in front first"), this)),
       quickSearchPopUpButton(new QComboBox(this)),
       fileManagerButton(new QComboBox(this)),
-      desktopSearchButton(new QCheckBox({}, this)),
-      recentFilesButton(new QCheckBox({}, this)),
-      startAtLoginButton(new QCheckBox({}, this)),
+      desktopSearchButton(new QCheckBox(tr("Answer in GNOME's overview and in &KRunner"), this)),
+      recentFilesButton(new QCheckBox(tr("&Enter what is opened in the desktop's list"), this)),
+      startAtLoginButton(new QCheckBox(tr("Start at &login"), this)),
       services_(services)
 {
     buildShortcut();
@@ -73,15 +74,11 @@ void GeneralPreferencesViewController::buildShortcut()
 
 void GeneralPreferencesViewController::buildOrder()
 {
-    addRow(tr("Or&der of the rows:"), matchOrderButton);
-    matchOrderNote_ = addNote();
-    bindChoice(*matchOrderButton, services_.preferences.matchOrder, *matchOrderNote_);
-    matchWordsButton->setText(tr("Find &words in any order, and without their accents"));
-    addRow(tr("Further rows:"), matchWordsButton);
-    matchWordsNote_ = addNote(tr("They follow when few folders match as typed."));
-    connect(matchWordsButton, &QCheckBox::clicked, this, [this](bool isOn) {
-        written(*matchWordsNote_, services_.preferences.matchWordsInOrder.set(!isOn));
-    });
+    matchOrderNote_ =
+        addChoice(tr("Or&der of the rows:"), matchOrderButton, services_.preferences.matchOrder);
+    addTick(tr("Further rows:"), matchWordsButton,
+            tr("They follow when few folders match as typed."),
+            [this](bool isOn) { return services_.preferences.matchWordsInOrder.set(!isOn); });
 }
 
 void GeneralPreferencesViewController::buildFileManager()
@@ -90,57 +87,54 @@ void GeneralPreferencesViewController::buildFileManager()
     fileManagerNote_ = addNote();
     connect(fileManagerButton, &QComboBox::activated, this,
             &GeneralPreferencesViewController::chooseFileManager);
-    addRow(tr("&Open folders in:"), openInFinderBehaviorButton);
-    openInFinderNote_ = addNote();
-    bindChoice(*openInFinderBehaviorButton, services_.preferences.openInFinderBehavior,
-               *openInFinderNote_);
+    addChoice(tr("&Open folders in:"), openInFinderBehaviorButton,
+              services_.preferences.openInFinderBehavior);
 }
 
 void GeneralPreferencesViewController::buildQuickSearch()
 {
-    enableQuickSearchButton->setText(tr("Find &items of the window in front first"));
-    addRow(tr("Quick search:"), enableQuickSearchButton);
-    quickSearchNote_ = addNote(tr("When the panel comes up over a window of the file manager, the "
-                                  "items that it shows stand before all others."));
-    connect(enableQuickSearchButton, &QCheckBox::clicked, this, [this](bool isOn) {
-        written(*quickSearchNote_, services_.preferences.finderQuickSearch.set(isOn));
-    });
-    addRow(tr("Choosin&g one of them:"), quickSearchPopUpButton);
-    quickSearchBehaviorNote_ = addNote();
-    bindChoice(*quickSearchPopUpButton, services_.preferences.quickSearchBehavior,
-               *quickSearchBehaviorNote_);
+    addTick(tr("Quick search:"), enableQuickSearchButton,
+            tr("When the panel comes up over a window of the file manager, the items that it shows "
+               "stand before all others."),
+            [this](bool isOn) { return services_.preferences.finderQuickSearch.set(isOn); });
+    addChoice(tr("Choosin&g one of them:"), quickSearchPopUpButton,
+              services_.preferences.quickSearchBehavior);
 }
 
 void GeneralPreferencesViewController::buildDesktop()
 {
-    desktopSearchButton->setText(tr("Answer in GNOME's overview and in &KRunner"));
-    addRow(tr("Desktop search:"), desktopSearchButton);
-    desktopSearchNote_ = addNote();
-    connect(desktopSearchButton, &QCheckBox::clicked, this, [this](bool isOn) {
-        written(*desktopSearchNote_, services_.preferences.hideFromDesktopSearch.set(!isOn));
-    });
-    recentFilesButton->setText(tr("&Enter what is opened in the desktop's list"));
-    addRow(tr("Recent files:"), recentFilesButton);
-    recentFilesNote_ = addNote(tr("File choosers show it. If the desktop is set to remember "
-                                  "nothing, nothing is entered."));
-    connect(recentFilesButton, &QCheckBox::clicked, this, [this](bool isOn) {
-        written(*recentFilesNote_, services_.preferences.hideFromRecentFiles.set(!isOn));
-    });
-    startAtLoginButton->setText(tr("Start at &login"));
-    addRow(tr("Start:"), startAtLoginButton);
-    startNote_ = addNote(tr("Quillon then waits in the background for its shortcut."));
-    connect(startAtLoginButton, &QCheckBox::clicked, this,
-            [this](bool isOn) { written(*startNote_, services_.autostart.setEnabled(isOn)); });
+    addTick(tr("Desktop search:"), desktopSearchButton, {},
+            [this](bool isOn) { return services_.preferences.hideFromDesktopSearch.set(!isOn); });
+    addTick(tr("Recent files:"), recentFilesButton,
+            tr("File choosers show it. If the desktop is set to remember nothing, nothing is "
+               "entered."),
+            [this](bool isOn) { return services_.preferences.hideFromRecentFiles.set(!isOn); });
+    addTick(tr("Start:"), startAtLoginButton,
+            tr("Quillon then waits in the background for its shortcut."),
+            [this](bool isOn) { return services_.autostart.setEnabled(isOn); });
 }
 
-void GeneralPreferencesViewController::bindChoice(QComboBox &button, PreferencesSelectList &list,
-                                                  FormNote &note)
+FormNote *GeneralPreferencesViewController::addChoice(const QString &label, QComboBox *button,
+                                                      PreferencesSelectList &list)
 {
+    addRow(label, button);
+    FormNote *note = addNote();
     for (const PreferencesSelectListItem &item : list.values())
-        button.addItem(drawnTitle(item.title));
-    connect(&button, &QComboBox::activated, this, [this, &list, &note](int index) {
-        written(note, list.select(list.values().at(static_cast<std::size_t>(index))));
+        button->addItem(drawnTitle(item.title));
+    connect(button, &QComboBox::activated, this, [this, &list, note](int index) {
+        written(*note, list.select(list.values().at(static_cast<std::size_t>(index))));
     });
+    return note;
+}
+
+void GeneralPreferencesViewController::addTick(const QString &label, QCheckBox *box,
+                                               const QString &sentence,
+                                               const std::function<bool(bool isOn)> &store)
+{
+    addRow(label, box);
+    FormNote *note = addNote(sentence);
+    connect(box, &QCheckBox::clicked, this,
+            [this, note, store](bool isOn) { written(*note, store(isOn)); });
 }
 
 void GeneralPreferencesViewController::showStored()

@@ -2,6 +2,8 @@
 
 #include "app/widgets/FormPane.h"
 
+#include <functional>
+
 class QCheckBox;
 class QComboBox;
 
@@ -65,21 +67,17 @@ private:
     void fillFileManagers();
     void showFileManager();
     void chooseFileManager();
-    /// Fills the menu with the list's titles and makes it store what is chosen.
-    void bindChoice(QComboBox &button, PreferencesSelectList &list, FormNote &note);
+    /// Adds a menu of the list's titles, which stores what is chosen. Returns its note.
+    FormNote *addChoice(const QString &label, QComboBox *button, PreferencesSelectList &list);
+    /// Adds a box with a note, and stores by the callback whether it is ticked.
+    void addTick(const QString &label, QCheckBox *box, const QString &sentence,
+                 const std::function<bool(bool isOn)> &store);
     /// Shows the stored value and, beside the control, whether the new value could be stored.
     void written(FormNote &note, bool isStored);
 
     Services services_;
     FormNote *matchOrderNote_ = nullptr;
-    FormNote *matchWordsNote_ = nullptr;
     FormNote *fileManagerNote_ = nullptr;
-    FormNote *openInFinderNote_ = nullptr;
-    FormNote *quickSearchNote_ = nullptr;
-    FormNote *quickSearchBehaviorNote_ = nullptr;
-    FormNote *desktopSearchNote_ = nullptr;
-    FormNote *recentFilesNote_ = nullptr;
-    FormNote *startNote_ = nullptr;
 };
 
 } // namespace quillon

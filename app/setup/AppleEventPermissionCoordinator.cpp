@@ -33,9 +33,4 @@ void AppleEventPermissionCoordinator::permissionFinished()
     delegate_.permissionFinished();
 }
 
-void AppleEventPermissionCoordinator::terminate()
-{
-    delegate_.terminate();
-}
-
 } // namespace quillon

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/setup/AppleEventPermissionViewController.h"
-#include "app/widgets/PanelPalette.h"
 
 #include <memory>
 
@@ -10,22 +9,8 @@ namespace quillon {
 class SetupWindow;
 class WindowSystem;
 
-/// What the permission flow asks of the application around it.
-class AppleEventPermissionDelegate
-{
-public:
-    AppleEventPermissionDelegate() = default;
-    virtual ~AppleEventPermissionDelegate() = default;
-    AppleEventPermissionDelegate(const AppleEventPermissionDelegate &) = delete;
-    AppleEventPermissionDelegate &operator=(const AppleEventPermissionDelegate &) = delete;
-
-    /// The user has been asked and the window is closed, so the start continues.
-    virtual void permissionFinished() = 0;
-    virtual void terminate() = 0;
-};
-
 /// Shows the permission window, which only its two buttons can close. Main thread only.
-class AppleEventPermissionCoordinator : public AppleEventPermissionViewDelegate
+class AppleEventPermissionCoordinator : public AppleEventPermissionDelegate
 {
 public:
     AppleEventPermissionCoordinator(const AppleEventPermissionViewController::Services &services,
@@ -39,7 +24,7 @@ public:
     QWidget *window() const;
 
     void permissionFinished() override;
-    void terminate() override;
+    void terminate() override { delegate_.terminate(); }
 
 private:
     AppleEventPermissionViewController::Services services_;

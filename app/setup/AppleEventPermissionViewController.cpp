@@ -24,7 +24,7 @@ constexpr auto ANSWER_TIME = 5000ms;
 } // namespace
 
 AppleEventPermissionViewController::AppleEventPermissionViewController(
-    const Services &services, AppleEventPermissionViewDelegate *delegate)
+    const Services &services, AppleEventPermissionDelegate *delegate)
     : services_(services), delegate_(delegate)
 {
     QVBoxLayout *parts = column(this, APART, MARGIN);

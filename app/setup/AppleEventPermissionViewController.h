@@ -10,16 +10,16 @@ class AppleEventAccess;
 class AppleScriptRunner;
 class TaskQueue;
 
-/// What the permission window asks of its owner.
-class AppleEventPermissionViewDelegate
+/// What the permission window asks of its owner, and the flow around it of the application.
+class AppleEventPermissionDelegate
 {
 public:
-    AppleEventPermissionViewDelegate() = default;
-    virtual ~AppleEventPermissionViewDelegate() = default;
-    AppleEventPermissionViewDelegate(const AppleEventPermissionViewDelegate &) = delete;
-    AppleEventPermissionViewDelegate &operator=(const AppleEventPermissionViewDelegate &) = delete;
+    AppleEventPermissionDelegate() = default;
+    virtual ~AppleEventPermissionDelegate() = default;
+    AppleEventPermissionDelegate(const AppleEventPermissionDelegate &) = delete;
+    AppleEventPermissionDelegate &operator=(const AppleEventPermissionDelegate &) = delete;
 
-    /// The user has allowed it. The view may be deleted now.
+    /// The user has been asked. The view may be deleted now.
     virtual void permissionFinished() = 0;
     virtual void terminate() = 0;
 };
@@ -41,7 +41,7 @@ public:
 
     /// Without a delegate the buttons do nothing.
     AppleEventPermissionViewController(const Services &services,
-                                       AppleEventPermissionViewDelegate *delegate);
+                                       AppleEventPermissionDelegate *delegate);
 
     /// Only the two buttons can close the question.
     bool mayClose() override { return false; }
@@ -61,7 +61,7 @@ private:
     QLayout *buildButtons();
 
     Services services_;
-    AppleEventPermissionViewDelegate *delegate_;
+    AppleEventPermissionDelegate *delegate_;
     QPushButton *disableButton_ = nullptr;
     QPushButton *enableButton_ = nullptr;
     QLabel *faultLabel_ = nullptr;

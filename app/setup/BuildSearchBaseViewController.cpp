@@ -1,8 +1,8 @@
 #include "app/setup/BuildSearchBaseViewController.h"
 
-#include "app/setup/ElidedLabel.h"
 #include "app/setup/ProgressIndicator.h"
 #include "app/widgets/CountText.h"
+#include "app/widgets/ElidedLabel.h"
 #include "app/widgets/QuillonStyle.h"
 #include "base/DefaultsStore.h"
 #include "base/TaskQueue.h"

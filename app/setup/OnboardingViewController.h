@@ -1,13 +1,9 @@
 #pragma once
 
-#include "app/setup/FolderCounter.h"
 #include "app/widgets/SetupView.h"
-#include "indexing/IncludeFolders.h"
 
 #include <QBasicTimer>
-#include <QPointer>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,14 +15,17 @@ namespace quillon {
 
 class Autostart;
 class Clipboard;
-class FolderChoice;
-class FolderChoices;
-class FormNote;
+class FolderIdentity;
+class FolderLister;
+class FolderPicker;
 class HotKey;
+class OnboardingFolders;
 class Places;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
+class SearchBaseFinder;
+class TaskQueue;
 
 /// What the first-run window asks of the application around it.
 class OnboardingDelegate
@@ -62,6 +61,7 @@ public:
         Clipboard &clipboard;
         Autostart &autostart;
         const Places &places;
+        FolderPicker &folderPicker;
         TaskQueue &background;
         /// Folders are counted on this queue.
         TaskQueue &counting;
@@ -76,9 +76,6 @@ public:
 
     bool mayClose() override;
 
-    /// Searches these folders too, as if the user had chosen them.
-    void addFolders(const std::vector<std::string> &paths);
-
 protected:
     /// Return ends the set-up, and a combination of keys becomes the shortcut.
     void keyPressEvent(QKeyEvent *event) override;
@@ -87,51 +84,30 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    class Checkmark;
-
-    QWidget *buildSetUpPage();
+    QWidget *buildSetUpPage(const std::string &home);
     QWidget *buildQuestionPage();
     QWidget *buildShortcutPart();
     QWidget *buildCommand();
-    QWidget *buildFoldersPart();
     QLayout *buildDone();
     QWidget *part(const QString &title);
 
-    /// Calls back on the main thread, unless this object is destroyed by then.
-    void readStoredFolders(std::function<void(const std::vector<std::string> &)> read);
-    void showStoredFolders();
-    void offerDisks();
-    void storeTickedFolders(const std::vector<std::string> &stored);
-    /// Calls back on the main thread, unless this object is destroyed by then.
-    void includeFolders(std::vector<std::string> paths,
-                        std::function<void(const IncludeFolders::Outcome &)> added);
-    void setChosen(FolderChoice *choice, bool isChosen);
-    void chooseFolderButtonClicked();
     void doneButtonClicked();
     void showQuestion(bool isAsked);
     void refresh();
 
     Services services_;
-    const std::string home_;
     OnboardingDelegate &delegate_;
 
     QStackedWidget *pages_;
     QLNShortcutView *shortcutView_ = nullptr;
     QWidget *command_ = nullptr;
     QPushButton *copyButton_ = nullptr;
-    FolderChoices *choices_ = nullptr;
-    QPushButton *chooseFolderButton_ = nullptr;
-    Checkmark *checkmarkImageView_ = nullptr;
-    QLabel *chooseFolderDoneLabel_ = nullptr;
-    FormNote *folderNote_ = nullptr;
+    OnboardingFolders *folders_ = nullptr;
     QCheckBox *startAtLoginButton_ = nullptr;
     QLabel *missingLabel_ = nullptr;
     QPushButton *doneButton_ = nullptr;
     QPushButton *continueButton_ = nullptr;
     QBasicTimer timer_;
-    /// Counts the user's changes of the boxes and the readings of the stored folders, so that an
-    /// old reading does not undo a newer click.
-    int folderChanges_ = 0;
     /// True while the ticked folders are being stored after "Done" was pressed.
     bool isStoring_ = false;
 };

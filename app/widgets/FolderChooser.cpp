@@ -1,36 +1,28 @@
 #include "app/widgets/FolderChooser.h"
 
 #include "app/widgets/WriteFault.h"
+#include "base/FileUri.h"
 #include "base/PathText.h"
 #include "indexing/IncludeFolders.h"
+#include "platform/FolderPicker.h"
 
 #include <QAbstractItemView>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QMimeData>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QStringList>
 #include <QUrl>
 
 #include <algorithm>
-#include <string_view>
+#include <utility>
 
 namespace quillon {
 
 namespace {
-
-/// Returns the path in a "file:" address as RFC 8089 has it; empty for other addresses. A QUrl
-/// would lose bytes that are not UTF-8.
-std::string localPath(const QByteArray &address)
-{
-    constexpr std::string_view SCHEME = "file://";
-    if (!address.startsWith(SCHEME.data()))
-        return {};
-    const qsizetype slash = address.indexOf('/', static_cast<qsizetype>(SCHEME.size()));
-    return slash < 0 ? std::string()
-                     : QByteArray::fromPercentEncoding(address.mid(slash)).toStdString();
-}
 
 /// The folders that the user is likely to begin at.
 QList<QUrl> places()
@@ -78,33 +70,51 @@ QString refusalText(const RefusedFolder &refused)
 
 } // namespace
 
-FolderChooser::FolderChooser(const QString &title, QWidget *over) : QFileDialog(over, title)
+FolderChooser::FolderChooser(FolderPicker &picker, const QString &title, QWidget *over)
+    : QObject(over)
 {
-    setAttribute(Qt::WA_DeleteOnClose);
-    setFileMode(Directory);
-    setDirectory(QDir::homePath());
-    setSidebarUrls(places());
-    // The desktop's own dialogs choose one folder at a time.
-    setOptions(ShowDirsOnly | DontUseNativeDialog | ReadOnly);
-    for (auto *view : findChildren<QAbstractItemView *>()) {
+    picker.pick(title.toStdString(), QDir::homePath().toStdString(), over->window()->winId(),
+                [self = QPointer(this), title, over](const auto &paths) {
+                    if (!self)
+                        return;
+                    if (!paths)
+                        return self->openToolkitDialog(title, over);
+                    self->deleteLater();
+                    if (!paths->empty())
+                        Q_EMIT self->foldersChosen(*paths);
+                });
+}
+
+void FolderChooser::openToolkitDialog(const QString &title, QWidget *over)
+{
+    auto *dialog = new QFileDialog(over, title);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QObject::destroyed, this, &QObject::deleteLater);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setDirectory(QDir::homePath());
+    dialog->setSidebarUrls(places());
+    // The dialogs of the desktop that the toolkit knows choose one folder at a time.
+    dialog->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog |
+                       QFileDialog::ReadOnly);
+    for (auto *view : dialog->findChildren<QAbstractItemView *>()) {
         if (view->objectName() == u"listView" || view->objectName() == u"treeView")
             view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     }
-    connect(this, &QFileDialog::accepted, this, [this] {
+    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList &files) {
         std::vector<std::string> paths;
-        for (const QString &file : selectedFiles())
+        for (const QString &file : files)
             paths.emplace_back(withoutTrailingSlashes(QFile::encodeName(file).toStdString()));
         Q_EMIT foldersChosen(paths);
     });
+    dialog->open();
 }
 
 std::vector<std::string> draggedPaths(const QMimeData &data)
 {
     std::vector<std::string> paths;
     for (const QByteArray &line : data.data(QStringLiteral("text/uri-list")).split('\n')) {
-        std::string path = localPath(line.trimmed());
-        if (!path.empty())
-            paths.emplace_back(withoutTrailingSlashes(path));
+        if (auto path = localPath(line.trimmed().toStdString()))
+            paths.push_back(std::move(*path));
     }
     return paths;
 }

@@ -1,29 +1,34 @@
 #pragma once
 
-#include <QFileDialog>
+#include <QObject>
 
 #include <string>
 #include <vector>
 
 class QMimeData;
+class QWidget;
 
 namespace quillon {
 
+class FolderPicker;
 struct RefusedFolder;
 
-/// Asks for folders, several at once, from the home folder on. The window below waits; the program
-/// does not.
-class FolderChooser : public QFileDialog
+/// Asks for folders, several at once, from the home folder on: in the desktop's own dialog if that
+/// can choose several, otherwise in the toolkit's. The program does not wait.
+class FolderChooser : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Deletes itself when it is closed.
-    FolderChooser(const QString &title, QWidget *over);
+    /// The picker outlives this object, which deletes itself when the user has answered.
+    FolderChooser(FolderPicker &picker, const QString &title, QWidget *over);
 
 Q_SIGNALS:
     /// Absolute paths, without a slash at the end.
     void foldersChosen(const std::vector<std::string> &paths);
+
+private:
+    void openToolkitDialog(const QString &title, QWidget *over);
 };
 
 /// The absolute paths of the local files that are dragged, byte for byte, without a slash at the

@@ -10,13 +10,6 @@
 
 namespace quillon {
 
-namespace {
-
-/// The letters on a line. Larger fonts get longer lines.
-constexpr int LETTERS = 56;
-
-} // namespace
-
 FormNote::FormNote(const QString &sentence, QWidget *parent)
     : QLabel(parent), sentence_(sentence), textWidth_(metrics::FORM_TEXT)
 {
@@ -25,9 +18,10 @@ FormNote::FormNote(const QString &sentence, QWidget *parent)
     showText();
 }
 
-void FormNote::setTextWidth(int width)
+void FormNote::setTextWidth(int width, int beside)
 {
     textWidth_ = width;
+    beside_ = beside;
     fit();
 }
 
@@ -78,7 +72,7 @@ void FormNote::showText()
 /// Layouts calculate the height of wrapped text too small, so it is fixed.
 void FormNote::fit()
 {
-    const int width = std::max(textWidth_, fontMetrics().averageCharWidth() * LETTERS);
+    const int width = metrics::textWidth(fontMetrics(), textWidth_) + beside_;
     // It has none without a text.
     setFixedSize(width,
                  std::max(heightForWidth(width), fewestLines_ * fontMetrics().lineSpacing()));

@@ -14,8 +14,9 @@ public:
     /// The note takes no room while it has nothing to say, unless room is kept for it.
     explicit FormNote(const QString &sentence = {}, QWidget *parent = nullptr);
 
-    /// Sets the least width of the text; a larger font takes more.
-    void setTextWidth(int width);
+    /// Sets the least width of the text; a larger font takes more. What is beside other notes is
+    /// added, for a note that is there alone.
+    void setTextWidth(int width, int beside = 0);
     /// Takes the room of at least this many lines, whatever the note says.
     void keepRoomFor(int lines);
     void setSentence(const QString &sentence);
@@ -33,6 +34,7 @@ private:
     QString sentence_;
     QString fault_;
     int textWidth_;
+    int beside_ = 0;
     int fewestLines_ = 0;
 };
 

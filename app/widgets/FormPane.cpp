@@ -126,7 +126,7 @@ FormNote *FormPane::addWideNote(const QString &sentence)
 {
     const int row = beginRow();
     auto *note = new FormNote(sentence, this);
-    note->setTextWidth(metrics::FORM_LABEL + metrics::FORM_ROW + metrics::FORM_TEXT);
+    note->setTextWidth(metrics::FORM_TEXT, metrics::FORM_LABEL + metrics::FORM_ROW);
     grid_->addWidget(note, row, labels, 1, -1, Qt::AlignLeft | Qt::AlignTop);
     return note;
 }

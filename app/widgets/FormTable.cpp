@@ -33,6 +33,10 @@ constexpr int RUNS = Qt::UserRole + 1;
 /// The words beside the box of a row, which has a check state then.
 constexpr int BOX_WORDS = Qt::UserRole + 2;
 
+/// The characters around a text whose direction is that of its first letter.
+constexpr QChar FIRST_STRONG(0x2068);
+constexpr QChar POP(0x2069);
+
 using Runs = QList<FormTextRun>;
 
 } // namespace
@@ -93,15 +97,20 @@ public:
     }
 
 private:
-    static QRect boxOf(const QRect &row)
+    static QRect boxOf(const QStyleOptionViewItem &option)
     {
-        return {row.left() + TEXT_SIDE, row.top() + row.height() - TEXT_ABOVE - BOX, BOX, BOX};
+        const QRect &row = option.rect;
+        return QStyle::visualRect(
+            option.direction, row,
+            {row.left() + TEXT_SIDE, row.bottom() + 1 - TEXT_ABOVE - BOX, BOX, BOX});
     }
-    static QRect wordsOf(const QRect &row)
+    static QRect wordsOf(const QStyleOptionViewItem &option, const QString &words)
     {
-        const QRect box = boxOf(row);
-        return {box.left() + BOX + WORDS_BESIDE, box.top(),
-                row.width() - 2 * TEXT_SIDE - BOX - WORDS_BESIDE, BOX};
+        const QRect &row = option.rect;
+        return QStyle::visualRect(option.direction, row,
+                                  {row.left() + TEXT_SIDE + BOX + WORDS_BESIDE,
+                                   row.bottom() + 1 - TEXT_ABOVE - BOX,
+                                   option.fontMetrics.horizontalAdvance(words), BOX});
     }
     static bool isToggling(const QEvent &event, const QStyleOptionViewItem &option,
                            const QModelIndex &index)
@@ -111,21 +120,21 @@ private:
         if (event.type() != QEvent::MouseButtonRelease)
             return false;
         const auto &click = static_cast<const QMouseEvent &>(event);
-        QRect words = wordsOf(option.rect);
-        words.setWidth(option.fontMetrics.horizontalAdvance(index.data(BOX_WORDS).toString()));
+        const QRect words = wordsOf(option, index.data(BOX_WORDS).toString());
         return click.button() == Qt::LeftButton &&
-               words.united(boxOf(option.rect)).contains(click.position().toPoint());
+               words.united(boxOf(option)).contains(click.position().toPoint());
     }
 
     static void paintBox(QPainter &painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index, const PanelPalette &tones)
     {
-        drawing::tickBox(painter, boxOf(option.rect), isTicked(index), option.palette);
+        const QString words = index.data(BOX_WORDS).toString();
+        drawing::tickBox(painter, boxOf(option), isTicked(index), option.palette);
         const auto runs = index.data(RUNS).value<Runs>();
         const bool isQuiet = std::ranges::all_of(runs, &FormTextRun::isQuiet);
         painter.setPen(isQuiet ? tones.quiet : tones.text);
-        painter.drawText(wordsOf(option.rect), Qt::AlignLeft | Qt::AlignVCenter,
-                         index.data(BOX_WORDS).toString());
+        painter.drawText(wordsOf(option, words),
+                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, words);
     }
 
     static void fill(QTextDocument &text, const Runs &runs, const QStyleOptionViewItem &option,
@@ -137,13 +146,16 @@ private:
         QTextOption wrapping;
         // Paths have no blanks to break at.
         wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        wrapping.setTextDirection(option.direction);
         text.setDefaultTextOption(wrapping);
         QTextCursor cursor(&text);
         for (const FormTextRun &run : runs) {
             QTextCharFormat format;
             format.setFontWeight(run.isBold ? QFont::Bold : QFont::Normal);
             format.setForeground(run.isQuiet ? tones.quiet : tones.text);
-            cursor.insertText(run.text, format);
+            // A path or a pattern keeps its own direction within the sentence.
+            const bool isIsolated = run.isBold && option.direction == Qt::RightToLeft;
+            cursor.insertText(isIsolated ? FIRST_STRONG + run.text + POP : run.text, format);
         }
         text.setTextWidth(width - 2 * TEXT_SIDE);
     }

@@ -2,6 +2,8 @@
 
 #include <QFontMetrics>
 
+#include <algorithm>
+
 namespace quillon {
 
 /// The measures of the panel in device-independent pixels, all on a grid of 4.
@@ -53,6 +55,13 @@ inline int rowHeight(const QFontMetrics &font)
 {
     const int wanted = font.height() + 16;
     return wanted <= 40 ? 40 : (wanted + 3) / 4 * 4;
+}
+
+/// Returns the width of a text that reads well: this one, or more in a large font.
+inline int textWidth(const QFontMetrics &font, int least)
+{
+    constexpr int LETTERS = 56;
+    return std::max(least, font.averageCharWidth() * LETTERS);
 }
 
 } // namespace metrics

@@ -4,7 +4,6 @@
 #include "app/widgets/PanelPalette.h"
 #include "platform/WindowSystem.h"
 
-#include <QBitmap>
 #include <QPainter>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -39,23 +38,14 @@ void RoundedWindow::setContent(QWidget *content)
 void RoundedWindow::fitToCompositing()
 {
     const bool isComposited = windowSystem_.isComposited();
+    const double scale = devicePixelRatioF();
     const int margin = isComposited ? SHADOW : 0;
     setContentsMargins(margin, margin, margin, margin);
-    windowSystem_.setShadowMargin(winId(), qRound(margin * devicePixelRatioF()));
+    windowSystem_.setShadowMargin(winId(), qRound(margin * scale));
     layout()->activate();
-    if (isComposited) {
-        clearMask();
-        return;
-    }
-    // Nothing is blended here, so everything outside the round corners is cut off.
-    QBitmap shape(size());
-    shape.fill(Qt::color0);
-    QPainter painter(&shape);
-    painter.setBrush(Qt::color1);
-    painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(rect(), metrics::CORNER, metrics::CORNER);
-    painter.end();
-    setMask(shape);
+    // Where nothing is blended, everything outside the round corners is cut off.
+    windowSystem_.cutCorners(winId(), qRound(width() * scale), qRound(height() * scale),
+                             isComposited ? 0 : qRound(metrics::CORNER * scale));
 }
 
 void RoundedWindow::placeAt(QPoint topLeft)
@@ -98,14 +88,19 @@ void RoundedWindow::paintShadow(QPainter &painter)
     // image.
     constexpr int REACH = SHADOW - SHADOW_DROP;
     const QRectF panel(panelRect());
+    // Inside its corners the panel covers the rings.
+    constexpr int CORNER = metrics::CORNER;
+    painter.setClipRegion(QRegion(rect()) - panelRect().adjusted(CORNER, 0, -CORNER, 0) -
+                          panelRect().adjusted(0, CORNER, 0, -CORNER));
     painter.setPen(Qt::NoPen);
     for (int reach = REACH; reach > 0; --reach) {
         const double nearness = 1.0 - static_cast<double>(reach) / REACH;
         painter.setBrush(QColor(0, 0, 0, qRound(2.0 * SHADOW_ALPHA * nearness / REACH)));
         painter.drawRoundedRect(
-            panel.adjusted(-reach, -reach, reach, reach).translated(0, SHADOW_DROP),
-            metrics::CORNER + reach, metrics::CORNER + reach);
+            panel.adjusted(-reach, -reach, reach, reach).translated(0, SHADOW_DROP), CORNER + reach,
+            CORNER + reach);
     }
+    painter.setClipping(false);
 }
 
 } // namespace quillon

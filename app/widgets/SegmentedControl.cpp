@@ -26,19 +26,4 @@ SegmentedControl::SegmentedControl(const QStringList &segments, QWidget *parent)
         setFocusProxy(buttons_.first());
 }
 
-void SegmentedControl::setMenu(int segment, QMenu *menu)
-{
-    buttons_.at(segment)->setMenu(menu);
-}
-
-void SegmentedControl::setSegmentEnabled(int segment, bool enabled)
-{
-    buttons_.at(segment)->setEnabled(enabled);
-}
-
-QAbstractButton *SegmentedControl::segment(int number) const
-{
-    return buttons_.at(number);
-}
-
 } // namespace quillon

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QStringList>
 #include <QWidget>
 
-class QAbstractButton;
-class QMenu;
 class QPushButton;
 
 namespace quillon {
@@ -18,10 +17,7 @@ public:
     /// The segments' texts, with their mnemonics, from left to right.
     explicit SegmentedControl(const QStringList &segments, QWidget *parent = nullptr);
 
-    /// Makes the segment open the menu instead of being clicked. The control does not own the menu.
-    void setMenu(int segment, QMenu *menu);
-    void setSegmentEnabled(int segment, bool enabled);
-    QAbstractButton *segment(int number) const;
+    QPushButton *segment(int number) const { return buttons_.at(number); }
 
 Q_SIGNALS:
     void segmentClicked(int segment);

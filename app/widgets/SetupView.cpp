@@ -1,5 +1,6 @@
 #include "app/widgets/SetupView.h"
 
+#include "app/widgets/PanelMetrics.h"
 #include "app/widgets/QuillonStyle.h"
 
 #include <QHBoxLayout>
@@ -57,7 +58,8 @@ void SetupView::setParagraph(QLabel *paragraph, const QString &text)
     paragraph->setText(text);
     // In a window that has margins of its own, layouts calculate the height of wrapped text too
     // small.
-    paragraph->setFixedSize(TEXT_WIDTH, std::max(paragraph->heightForWidth(TEXT_WIDTH), 0));
+    const int width = metrics::textWidth(paragraph->fontMetrics(), TEXT_WIDTH);
+    paragraph->setFixedSize(width, std::max(paragraph->heightForWidth(width), 0));
 }
 
 QWidget *SetupView::heading(const QString &title, QWidget *parent)

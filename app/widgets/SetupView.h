@@ -15,7 +15,7 @@ class SetupView : public QWidget
     Q_OBJECT
 
 public:
-    /// The width of the column, in device-independent pixels.
+    /// The least width of the column, in device-independent pixels.
     static constexpr int TEXT_WIDTH = 456;
     static constexpr int MARGIN = 32;
     /// The gaps between parts that belong together, and between those that do not.
@@ -32,7 +32,7 @@ protected:
     static QVBoxLayout *column(QWidget *of, int spacing, int margin = 0);
     static QHBoxLayout *line(int spacing);
     static QLabel *label(const QString &text, QPalette::ColorRole tone, QWidget *parent);
-    /// Returns wrapped text of a fixed width that reads well, and so of a fixed height.
+    /// Returns wrapped text of a fixed width, which a large font makes wider, and a fixed height.
     static QLabel *paragraph(const QString &text, QPalette::ColorRole tone, QWidget *parent);
     /// Changes the text of such a paragraph.
     static void setParagraph(QLabel *paragraph, const QString &text);

@@ -94,10 +94,21 @@ void begin(QPainter &painter, const QStyleOption &option)
     painter.setPen(Qt::NoPen);
 }
 
-/// Draws an arrow, which points down to the tip, in the painter's pen.
-void menuArrow(QPainter &painter, const QPointF &tip)
+/// Returns where a part of a control is that is at this place when the layout goes from left to
+/// right.
+QRectF mirrored(const QStyleOption &option, const QRectF &part)
+{
+    QRectF place = part;
+    if (option.direction == Qt::RightToLeft)
+        place.moveRight(2 * QRectF(option.rect).center().x() - part.left());
+    return place;
+}
+
+/// Draws an arrow, which points down, in the middle of the area, in the painter's pen.
+void menuArrow(QPainter &painter, const QRectF &area)
 {
     constexpr double HALF = MENU_ARROW_WIDTH / 2;
+    const QPointF tip = area.center() + QPointF(0, HALF / 2);
     painter.drawPolyline(QPolygonF{tip + QPointF(-HALF, -HALF), tip, tip + QPointF(HALF, -HALF)});
 }
 
@@ -158,7 +169,9 @@ void button(QPainter &painter, const QStyleOptionButton &option, ButtonRank rank
     QRectF words = body;
     if (option.features.testFlag(QStyleOptionButton::HasMenu)) {
         words.setRight(words.right() - BUTTON_ARROW_ROOM);
-        menuArrow(painter, {body.right() - size.side, body.center().y() + MENU_ARROW_WIDTH / 4});
+        menuArrow(painter, mirrored(option, {body.right() - size.side - MENU_ARROW_WIDTH / 2,
+                                             body.top(), MENU_ARROW_WIDTH, body.height()}));
+        words = mirrored(option, words);
     }
     painter.drawText(words, Qt::AlignCenter | Qt::TextShowMnemonic, option.text);
 }
@@ -203,16 +216,18 @@ void dropDown(QPainter &painter, const QStyleOptionComboBox &option)
     if (is(option, QStyle::State_HasFocus))
         focusRing(painter, area, CORNER, tones.accent);
     painter.setPen(tones.text);
-    menuArrow(painter, {area.right() - metrics::DROP_DOWN_SIDE - MENU_ARROW_WIDTH / 2,
-                        area.center().y() + MENU_ARROW_WIDTH / 4});
+    menuArrow(painter, mirrored(option, {area.right() - metrics::DROP_DOWN_SIDE - MENU_ARROW_WIDTH,
+                                         area.top(), MENU_ARROW_WIDTH, area.height()}));
 }
 
 void dropDownWords(QPainter &painter, const QStyleOptionComboBox &option)
 {
     begin(painter, option);
     painter.setPen(PanelPalette::of(option.palette).text);
-    const QRect words = option.rect.adjusted(metrics::DROP_DOWN_SIDE, 0,
-                                             -metrics::DROP_DOWN_SIDE - DROP_DOWN_ARROW_ROOM, 0);
+    const QRect words = QStyle::visualRect(
+        option.direction, option.rect,
+        option.rect.adjusted(metrics::DROP_DOWN_SIDE, 0,
+                             -metrics::DROP_DOWN_SIDE - DROP_DOWN_ARROW_ROOM, 0));
     painter.drawText(
         words, Qt::AlignLeft | Qt::AlignVCenter,
         option.fontMetrics.elidedText(option.currentText, Qt::ElideRight, words.width()));

@@ -59,22 +59,29 @@ void menuItem(QPainter &painter, const QStyleOptionMenuItem &option, bool isInDr
     const QColor color = option.state.testFlag(QStyle::State_Enabled) ? tones.text : tones.quiet;
     const int side = isInDropDown ? metrics::DROP_DOWN_SIDE : ITEM_SIDE;
     QRect words = area.adjusted(side, 0, -side, 0);
+    const auto visual = [&option](const QRect &place) {
+        return QStyle::visualRect(option.direction, option.rect, place);
+    };
     if (!isInDropDown && option.menuHasCheckableItems) {
+        const QRect box(words.left(), area.center().y() - ITEM_TICK / 2, ITEM_TICK, ITEM_TICK);
         if (option.checked)
-            tick(painter,
-                 QRect(words.left(), area.center().y() - ITEM_TICK / 2, ITEM_TICK, ITEM_TICK),
-                 color);
+            tick(painter, visual(box), color);
         words.setLeft(words.left() + tickRoom(option));
     }
     constexpr int FLAGS = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextShowMnemonic;
     const qsizetype tabulator = option.text.indexOf(u'\t');
     painter.setPen(color);
     painter.setFont(option.font);
-    painter.drawText(words, FLAGS | Qt::AlignLeft, option.text.left(tabulator));
+    painter.drawText(visual(words), FLAGS | Qt::AlignLeft, option.text.left(tabulator));
     if (tabulator < 0)
         return;
     words.setLeft(words.right() + 1 - option.reservedShortcutWidth);
-    painter.drawText(words, FLAGS | Qt::AlignLeft, option.text.mid(tabulator + 1));
+    // The names of keys read from left to right, whatever the language.
+    const bool isMirrored = option.direction == Qt::RightToLeft;
+    painter.drawText(visual(words),
+                     FLAGS | Qt::TextForceLeftToRight |
+                         (isMirrored ? Qt::AlignRight : Qt::AlignLeft),
+                     option.text.mid(tabulator + 1));
 }
 
 QSize menuItemSize(const QStyleOptionMenuItem &option, const QSize &words)

@@ -1,7 +1,7 @@
 #include "app/setup/BuildSearchBaseViewController.h"
 
-#include "app/setup/ElidedLabel.h"
 #include "app/setup/ProgressIndicator.h"
+#include "app/widgets/ElidedLabel.h"
 #include "app/widgets/SetupWindow.h"
 #include "platform/linux/session/QtTaskQueues.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"

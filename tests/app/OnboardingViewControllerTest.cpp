@@ -1,6 +1,6 @@
 #include "app/setup/OnboardingViewController.h"
 
-#include "app/widgets/FolderChooser.h"
+#include "app/setup/OnboardingFolders.h"
 #include "app/widgets/SetupWindow.h"
 #include "app/widgets/WriteFault.h"
 #include "indexing/SearchBaseFinder.h"
@@ -14,6 +14,7 @@
 #include "shortcut/QLNShortcutBinder.h"
 #include "shortcut/QLNShortcutMonitor.h"
 #include "tests/support/FakeDefaultsChanges.h"
+#include "tests/support/FakeFolderPicker.h"
 #include "tests/support/FakeHotKey.h"
 #include "tests/support/Patience.h"
 #include "tests/support/PlainWindowSystem.h"
@@ -22,6 +23,8 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -98,6 +101,7 @@ protected:
                                                    .clipboard = clipboard,
                                                    .autostart = autostart,
                                                    .places = places,
+                                                   .folderPicker = folderPicker,
                                                    .background = background,
                                                    .counting = counting,
                                                    .main = main},
@@ -129,7 +133,7 @@ protected:
     }
     void showFolder(const char *name)
     {
-        controller->addFolders({disk.makeFolder(name)});
+        window->findChild<OnboardingFolders *>()->addFolders({disk.makeFolder(name)});
         const auto isShown = [&] { return button(QString::fromUtf8(name)) != nullptr; };
         ASSERT_TRUE(QTest::qWaitFor(isShown, PATIENCE));
     }
@@ -159,6 +163,7 @@ protected:
     TextClipboard clipboard;
     FakeAutostart autostart;
     FakePlaces places;
+    FakeFolderPicker folderPicker;
     PlainWindowSystem system;
     MainTaskQueue main;
     PoolTaskQueue background{2};
@@ -280,8 +285,10 @@ TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
     disk.makeFolder("work/two");
     show();
     button(QStringLiteral("Choose Folder…"))->click();
-    auto *chooser = window->findChild<FolderChooser *>();
-    ASSERT_NE(chooser, nullptr);
+    EXPECT_EQ(folderPicker.startFolder, QDir::homePath().toStdString());
+    folderPicker.answer(std::nullopt);
+    auto *chooser = window->findChild<QFileDialog *>();
+    ASSERT_NE(chooser, nullptr) << "the toolkit's own";
     ASSERT_TRUE(QTest::qWaitForWindowExposed(chooser));
     chooser->setDirectory(QString::fromStdString(disk.path("work")));
     auto *list = chooser->findChild<QAbstractItemView *>(QStringLiteral("listView"));
@@ -293,13 +300,27 @@ TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
     EXPECT_THAT(stored(), ElementsAre(disk.path("work/one"), disk.path("work/two")));
 }
 
+TEST_F(OnboardingTest, takesTheFoldersOfTheDesktopsOwnChooser)
+{
+    const std::string folder = disk.makeFolder("work");
+    show();
+    button(QStringLiteral("Choose Folder…"))->click();
+    folderPicker.answer(std::vector{folder});
+    ASSERT_TRUE(comesToSay(QStringLiteral("2 folders chosen"))) << "with the home folder";
+    button(QStringLiteral("Choose Folder…"))->click();
+    folderPicker.answer(std::vector<std::string>());
+    EXPECT_EQ(window->findChild<QFileDialog *>(), nullptr) << "the user has cancelled";
+    EXPECT_THAT(stored(), ElementsAre(folder));
+}
+
 TEST_F(OnboardingTest, refusesWhatCannotBeSearchedAndSaysWhy)
 {
     const std::string file = disk.writeFile("file.txt");
     finder.bookmarks.add(home);
     show();
     ASSERT_TRUE(comesToSay(QStringLiteral("1 folder chosen"))) << "chosen earlier";
-    controller->addFolders({file, disk.path("gone"), home, home + "/docs", home + "/.hidden"});
+    window->findChild<OnboardingFolders *>()->addFolders(
+        {file, disk.path("gone"), home, home + "/docs", home + "/.hidden"});
     ASSERT_TRUE(comesToSay(QStringLiteral("2 folders chosen"))) << "hidden ones are not in it yet";
     for (const std::string &path : {file, disk.path("gone")})
         EXPECT_TRUE(says(QStringLiteral("“%1” is no folder.").arg(QString::fromStdString(path))));
@@ -371,7 +392,7 @@ TEST_F(OnboardingTest, scrollsManyFoldersAndShowsTheOneThatWasAdded)
     std::vector<std::string> paths;
     for (int folder = 0; folder < 20; ++folder)
         paths.push_back(disk.path("many/" + std::to_string(folder)));
-    controller->addFolders(paths);
+    window->findChild<OnboardingFolders *>()->addFolders(paths);
     ASSERT_TRUE(comesToSay(QStringLiteral("21 folders chosen")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return isWhole(QStringLiteral("many/19")); }, PATIENCE));
     EXPECT_TRUE(button(QStringLiteral("Home folder"))->visibleRegion().isEmpty());

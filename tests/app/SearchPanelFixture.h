@@ -152,8 +152,7 @@ protected:
     {
         if (!panel_)
             panel_.emplace(LightningSearchViewController::Actions{actionList_, runner_}, source_,
-                           view_, LightningSearchViewController::Queues{background_, main_},
-                           delegate_);
+                           view_, PanelSearch::Queues{background_, main_}, delegate_);
         return *panel_;
     }
 

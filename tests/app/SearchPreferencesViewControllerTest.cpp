@@ -2,7 +2,6 @@
 
 #include "app/preferences/search/AddExcludePatternSearchLocation.h"
 #include "app/preferences/search/AddIncludeFilePatternViewController.h"
-#include "app/widgets/FolderChooser.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
 #include "app/widgets/PanelPalette.h"
@@ -15,6 +14,7 @@
 #include "platform/linux/disk/PosixFolderLister.h"
 #include "platform/linux/disk/StatxFolderIdentity.h"
 #include "platform/linux/settings/JsonDefaultsStore.h"
+#include "tests/support/FakeFolderPicker.h"
 #include "tests/support/Patience.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -86,6 +86,7 @@ protected:
                                                       .searchBaseFinder = finder,
                                                       .folderIdentity = identity,
                                                       .folderLister = lister,
+                                                      .folderPicker = folderPicker,
                                                       .background = queue,
                                                       .main = queue},
             *this);
@@ -147,6 +148,7 @@ protected:
     JsonDefaultsStore store{disk.path("settings/quillon.json")};
     LockedFolder identity;
     PosixFolderLister lister;
+    FakeFolderPicker folderPicker;
     SearchBaseFinder finder{store, identity};
     SearchBaseLogger logger{store};
     FuzzyMatch matcher;
@@ -221,7 +223,9 @@ TEST_F(SearchPaneTest, offersWhatCanBeAdded)
                                   QStringLiteral("Exclude Folders Matching Pattern"),
                                   QStringLiteral("Include Files with Extension")}));
     choose(0);
-    EXPECT_NE(pane->findChild<FolderChooser *>(), nullptr);
+    const std::string folder = disk.makeFolder("other");
+    folderPicker.answer(std::vector{folder});
+    EXPECT_TRUE(store.dictionary("qln-bookmarks")->contains(folder));
 }
 
 TEST_F(SearchPaneTest, removesTheSelectedLocation)

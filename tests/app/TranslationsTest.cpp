@@ -38,6 +38,7 @@ protected:
     void SetUp() override { translateApplication(*qApp, GetParam().languages); }
     void TearDown() override
     {
+        QLocale::setDefault(locale_);
         // Translators of earlier tests may still be installed.
         const auto all = qApp->findChildren<QTranslator *>();
         for (QTranslator *translator : all)
@@ -46,6 +47,7 @@ protected:
     }
 
 private:
+    const QLocale locale_;
     QList<QTranslator *> before_ = qApp->findChildren<QTranslator *>();
 };
 
@@ -58,6 +60,8 @@ TEST_P(Translations, speakTheFirstLanguageThatThereIs)
               spoken.placeholder);
     EXPECT_EQ(QCoreApplication::translate("PanelTexts", "%Ln folder(s)", nullptr, 1),
               spoken.countOfOne);
+    const bool isEnglish = spoken.placeholder == QStringView(u"Find a folder");
+    EXPECT_EQ(QLocale().decimalPoint(), isEnglish ? u"."_s : u","_s);
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), spoken.cancel);
     EXPECT_EQ(QLNShortcut::fromText("Ctrl+Alt+Space")->keyNames().join(u'+'), spoken.shortcut);
 }

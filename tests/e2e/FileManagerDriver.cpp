@@ -4,7 +4,7 @@
 //   file_manager_driver [--application ID] new FOLDER | existing FOLDER | select ITEM FOLDER |
 //                       front | application | close WINDOW
 
-#include "platform/linux/applications/FileUri.h"
+#include "base/FileUri.h"
 #include "platform/linux/filemanagers/DesktopFileManager.h"
 
 #include <QByteArray>

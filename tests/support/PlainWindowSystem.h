@@ -13,6 +13,7 @@ public:
     void setPanelTop(std::uintptr_t, int) override {}
     bool isComposited() const override { return false; }
     void setShadowMargin(std::uintptr_t, int) override {}
+    void cutCorners(std::uintptr_t, int, int, int) override {}
     std::uintptr_t activeWindow() const override { return 0; }
     void activate(std::uintptr_t) override {}
     void activate(std::uintptr_t, const std::string &) override {}

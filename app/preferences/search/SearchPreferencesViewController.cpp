@@ -107,7 +107,7 @@ void SearchPreferencesViewController::buildMenu()
                     [this] { excludePattern({}, false); });
     menu->addAction(tr("Include Files with Extension"), this,
                     &SearchPreferencesViewController::includeExtension);
-    searchLocationsSegmentedControl->setMenu(ADD, menu);
+    searchLocationsSegmentedControl->segment(ADD)->setMenu(menu);
 }
 
 void SearchPreferencesViewController::buildControls()
@@ -123,8 +123,8 @@ void SearchPreferencesViewController::buildControls()
     addWide(controls);
 
     const auto enableRemoval = [this] {
-        searchLocationsSegmentedControl->setSegmentEnabled(
-            REMOVE, searchLocationsTableView->selectedRow().has_value());
+        searchLocationsSegmentedControl->segment(REMOVE)->setEnabled(
+            searchLocationsTableView->selectedRow().has_value());
     };
     connect(searchLocationsTableView, &FormTable::selectedRowChanged, this, enableRemoval);
     connect(searchLocationsTableView, &FormTable::removalRequested, this,
@@ -218,10 +218,10 @@ void SearchPreferencesViewController::searchHidden(int row, bool isWanted)
 
 void SearchPreferencesViewController::chooseFolders()
 {
-    auto *chooser = new FolderChooser(tr("Choose the folders to search"), window());
+    auto *chooser =
+        new FolderChooser(services_.folderPicker, tr("Choose the folders to search"), window());
     connect(chooser, &FolderChooser::foldersChosen, this,
             &SearchPreferencesViewController::addFolders);
-    chooser->open();
 }
 
 void SearchPreferencesViewController::addFolders(const std::vector<std::string> &paths)

@@ -19,6 +19,7 @@ namespace quillon {
 
 class FolderIdentity;
 class FolderLister;
+class FolderPicker;
 class FormNote;
 class FormTable;
 class SearchBase;
@@ -52,6 +53,7 @@ public:
         SearchBaseFinder &searchBaseFinder;
         const FolderIdentity &folderIdentity;
         FolderLister &folderLister;
+        FolderPicker &folderPicker;
         TaskQueue &background;
         TaskQueue &main;
     };

@@ -1,7 +1,7 @@
 #include "platform/linux/applications/GioApplicationLauncher.h"
 
+#include "base/FileUri.h"
 #include "platform/linux/applications/Applications.h"
-#include "platform/linux/applications/FileUri.h"
 #include "platform/linux/bus/ActivationToken.h"
 #include "platform/linux/bus/GioPointers.h"
 

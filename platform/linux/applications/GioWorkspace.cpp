@@ -1,7 +1,7 @@
 #include "platform/linux/applications/GioWorkspace.h"
 
+#include "base/FileUri.h"
 #include "platform/linux/applications/Applications.h"
-#include "platform/linux/applications/FileUri.h"
 #include "platform/linux/bus/ActivationToken.h"
 
 #include <gio/gio.h>

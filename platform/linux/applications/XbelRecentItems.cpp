@@ -1,8 +1,8 @@
 #include "platform/linux/applications/XbelRecentItems.h"
 
+#include "base/FileUri.h"
 #include "base/PathText.h"
 #include "platform/linux/applications/Applications.h"
-#include "platform/linux/applications/FileUri.h"
 #include "platform/linux/bus/GioPointers.h"
 
 #include <gio/gio.h>

@@ -1,6 +1,6 @@
 #include "platform/linux/filemanagers/DesktopPlaces.h"
 
-#include "platform/linux/applications/FileUri.h"
+#include "base/FileUri.h"
 #include "platform/linux/disk/FileSystemKind.h"
 #include "platform/linux/disk/MountPoints.h"
 #include "platform/linux/disk/UserFolders.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/FileUri.h"
+#include "base/FileUri.h"
 #include "platform/linux/bus/GioPointers.h"
 #include "platform/linux/filemanagers/ManagerDriver.h"
 

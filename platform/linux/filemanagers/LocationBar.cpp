@@ -1,7 +1,7 @@
 #include "platform/linux/filemanagers/LocationBar.h"
 
+#include "base/FileUri.h"
 #include "base/PathText.h"
-#include "platform/linux/applications/FileUri.h"
 
 #include <utility>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "platform/linux/filemanagers/LocationBarDriver.h"
 
-#include "platform/linux/applications/FileUri.h"
+#include "base/FileUri.h"
 
 #include <filesystem>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/filemanagers/ManagerDriver.h"
 
+#include "base/FileUri.h"
 #include "platform/linux/applications/Applications.h"
-#include "platform/linux/applications/FileUri.h"
 #include "platform/linux/filemanagers/ProcessWatches.h"
 
 #include <algorithm>

@@ -1,10 +1,9 @@
 #include "platform/linux/hotkey/PortalHotKey.h"
 
-#include "platform/linux/session/DesktopPortal.h"
-
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
@@ -40,8 +39,6 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, PortalShortcut &s
 
 namespace {
 
-constexpr uint SUCCESS = 0;
-
 QString shortcutId()
 {
     return QStringLiteral("toggle");
@@ -49,10 +46,6 @@ QString shortcutId()
 QString interfaceName()
 {
     return portal::interfaceName(QStringLiteral("GlobalShortcuts"));
-}
-QString requestInterface()
-{
-    return portal::interfaceName(QStringLiteral("Request"));
 }
 QString sessionInterface()
 {
@@ -70,15 +63,6 @@ QString trigger(const KeyCombination &keys)
     std::array<char, 64> symbol{};
     xkb_keysym_get_name(symbolNamed(keys.key), symbol.data(), symbol.size());
     return text + QLatin1String(symbol.data());
-}
-
-/// Returns the results of a response that reports success.
-std::optional<QVariantMap> results(const QDBusMessage &response)
-{
-    const QVariantList arguments = response.arguments();
-    if (arguments.size() != 2 || arguments[0].toUInt() != SUCCESS)
-        return std::nullopt;
-    return qdbus_cast<QVariantMap>(arguments[1]);
 }
 
 } // namespace
@@ -125,10 +109,8 @@ void PortalHotKey::registerApplication()
 
 void PortalHotKey::probe()
 {
-    auto call = portal::methodCall(QStringLiteral("org.freedesktop.DBus.Properties"),
-                                   QStringLiteral("Get"));
-    call << interfaceName() << QStringLiteral("version");
-    auto *watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    auto *watcher =
+        new QDBusPendingCallWatcher(bus_.asyncCall(portal::versionCall(interfaceName())), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher *finished) {
                 const QDBusPendingReply<QDBusVariant> reply = *finished;
@@ -151,7 +133,7 @@ void PortalHotKey::grab(const KeyCombination &keys, Receiver receiver)
 void PortalHotKey::portalGone()
 {
     isPortalLost_ = true;
-    forgetRequest();
+    delete request_;
     session_.clear();
 }
 
@@ -166,10 +148,7 @@ void PortalHotKey::portalCame()
 
 void PortalHotKey::release()
 {
-    if (!request_.isEmpty())
-        bus_.send(QDBusMessage::createMethodCall(portal::service(), request_, requestInterface(),
-                                                 QStringLiteral("Close")));
-    forgetRequest();
+    delete request_;
     closeSession();
     wanted_.reset();
     receiver_ = nullptr;
@@ -186,18 +165,15 @@ void PortalHotKey::makeSession()
         return report(Outcome::impossible);
     if (symbolNamed(wanted_->key) == XKB_KEY_NoSymbol)
         return report(Outcome::noSuchKey);
-    const QString token = QStringLiteral("quillon%1").arg(++tokens_);
-    auto call = portal::methodCall(interfaceName(), QStringLiteral("CreateSession"));
-    call << QVariantMap{{QStringLiteral("handle_token"), token},
-                        {QStringLiteral("session_handle_token"), token}};
-    request(call, token, SLOT(sessionMade(QDBusMessage)));
+    request(
+        portal::methodCall(interfaceName(), QStringLiteral("CreateSession")),
+        {{QStringLiteral("session_handle_token"), QStringLiteral("quillon%1").arg(++sessions_)}},
+        &PortalHotKey::sessionMade);
 }
 
-void PortalHotKey::sessionMade(const QDBusMessage &response)
+void PortalHotKey::sessionMade(const QVariantMap &results)
 {
-    forgetRequest();
-    const auto answer = results(response);
-    session_ = answer ? answer->value(QStringLiteral("session_handle")).toString() : QString();
+    session_ = results.value(QStringLiteral("session_handle")).toString();
     if (session_.isEmpty())
         return report(Outcome::refused);
     bus_.connect(portal::service(), session_, sessionInterface(), QStringLiteral("Closed"), this,
@@ -207,24 +183,20 @@ void PortalHotKey::sessionMade(const QDBusMessage &response)
 
 void PortalHotKey::bindKeys()
 {
-    const QString token = QStringLiteral("quillon%1").arg(++tokens_);
     const QList<PortalShortcut> shortcuts{
         {.id = shortcutId(),
          .options = {{QStringLiteral("description"),
                       QCoreApplication::translate("HotKey", "Show or hide the search panel")},
                      {QStringLiteral("preferred_trigger"), trigger(*wanted_)}}}};
     auto call = portal::methodCall(interfaceName(), QStringLiteral("BindShortcuts"));
-    call << QDBusObjectPath(session_) << QVariant::fromValue(shortcuts) << QString()
-         << QVariantMap{{QStringLiteral("handle_token"), token}};
-    request(call, token, SLOT(keysBound(QDBusMessage)));
+    call << QDBusObjectPath(session_) << QVariant::fromValue(shortcuts) << QString();
+    request(call, {}, &PortalHotKey::keysBound);
 }
 
-void PortalHotKey::keysBound(const QDBusMessage &response)
+void PortalHotKey::keysBound(const QVariantMap &results)
 {
-    forgetRequest();
-    const auto answer = results(response);
-    const auto bound = qdbus_cast<QList<PortalShortcut>>(
-        answer ? answer->value(QStringLiteral("shortcuts")) : QVariant());
+    const auto bound =
+        qdbus_cast<QList<PortalShortcut>>(results.value(QStringLiteral("shortcuts")));
     const bool isBound = std::ranges::any_of(
         bound, [](const PortalShortcut &shortcut) { return shortcut.id == shortcutId(); });
     if (!isBound)
@@ -247,38 +219,20 @@ void PortalHotKey::sessionClosed(const QDBusMessage &signal)
     if (signal.path() != session_)
         return;
     session_.clear();
-    forgetRequest();
+    delete request_;
     report(Outcome::refused);
 }
 
-void PortalHotKey::request(const QDBusMessage &call, const QString &token, const char *slot)
+void PortalHotKey::request(const QDBusMessage &call, const QVariantMap &options,
+                           void (PortalHotKey::*answered)(const QVariantMap &results))
 {
-    // The answer may come before the call returns, so we listen for it under its known name first.
-    QString sender = bus_.baseService().mid(1);
-    sender.replace(u'.', u'_');
-    request_ = QStringLiteral("%1/request/%2/%3").arg(portal::path(), sender, token);
-    requestSlot_ = slot;
-    bus_.connect(portal::service(), request_, requestInterface(), QStringLiteral("Response"), this,
-                 slot);
-    auto *watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, path = request_](QDBusPendingCallWatcher *finished) {
-                finished->deleteLater();
-                if (!finished->isError() || request_ != path)
-                    return;
-                forgetRequest();
-                closeSession();
-                report(Outcome::refused);
-            });
-}
-
-void PortalHotKey::forgetRequest()
-{
-    if (request_.isEmpty())
-        return;
-    bus_.disconnect(portal::service(), request_, requestInterface(), QStringLiteral("Response"),
-                    this, requestSlot_);
-    request_.clear();
+    request_ = new PortalRequest(
+        bus_, call, options,
+        [this, answered](PortalRequest::Outcome, const QVariantMap &results) {
+            request_.clear();
+            (this->*answered)(results);
+        },
+        this);
 }
 
 void PortalHotKey::closeSession()

@@ -2,12 +2,9 @@
 
 #include "platform/HotKey.h"
 #include "platform/linux/hotkey/X11Keyboard.h"
+#include "platform/linux/session/DesktopPortal.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QObject>
-#include <QVariantMap>
+#include <QPointer>
 
 #include <optional>
 #include <utility>
@@ -34,8 +31,6 @@ public:
     std::string keyName(std::uint32_t scanCode, std::uint32_t symbol) const override;
 
 private Q_SLOTS:
-    void sessionMade(const QDBusMessage &response);
-    void keysBound(const QDBusMessage &response);
     void activated(const QDBusMessage &signal);
     void sessionClosed(const QDBusMessage &signal);
 
@@ -53,10 +48,11 @@ private:
     void probe();
     void makeSession();
     void bindKeys();
-    /// Sends a call. The answer is a signal of an object of its own, which the token names, and
-    /// runs the slot.
-    void request(const QDBusMessage &call, const QString &token, const char *slot);
-    void forgetRequest();
+    /// Sends a call. The callback gets the results, which are empty for a refusal.
+    void request(const QDBusMessage &call, const QVariantMap &options,
+                 void (PortalHotKey::*answered)(const QVariantMap &results));
+    void sessionMade(const QVariantMap &results);
+    void keysBound(const QVariantMap &results);
     void closeSession();
     void report(Outcome outcome);
 
@@ -67,12 +63,11 @@ private:
     std::optional<KeyCombination> wanted_;
     Receiver receiver_;
     std::function<void()> pressed_;
-    /// Object paths, which are empty when there is none.
-    QString request_;
-    const char *requestSlot_ = nullptr;
+    QPointer<PortalRequest> request_;
+    /// The object path of the session, which is empty when there is none.
     QString session_;
-    /// Makes the names of requests and sessions unique.
-    int tokens_ = 0;
+    /// Makes the names of sessions unique.
+    int sessions_ = 0;
 };
 
 } // namespace quillon

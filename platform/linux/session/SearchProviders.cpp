@@ -1,5 +1,6 @@
 #include "platform/linux/session/SearchProviders.h"
 
+#include "base/FileUri.h"
 #include "base/TaskQueue.h"
 
 #include <QDBusAbstractAdaptor>
@@ -15,8 +16,6 @@ namespace quillon {
 
 namespace {
 
-constexpr QByteArrayView SCHEME = "file://";
-
 /// How well a match fits, as KRunner counts: groups of matches are ranked by the greatest value.
 constexpr int EXACT_MATCH = 100;
 constexpr int POSSIBLE_MATCH = 30;
@@ -28,18 +27,13 @@ constexpr double RELEVANCE_STEP = 0.005;
 
 QString idOf(const std::string &path)
 {
-    return QString::fromLatin1(SCHEME.toByteArray() +
-                               QByteArray::fromStdString(path).toPercentEncoding("/"));
+    return QString::fromStdString(fileUri(path));
 }
 
 /// Returns the path, which is empty for anything else than an id of an absolute path.
 std::string pathOf(const QString &id)
 {
-    const QByteArray uri = id.toUtf8();
-    if (!uri.startsWith(SCHEME))
-        return {};
-    const QByteArray path = QByteArray::fromPercentEncoding(uri.mid(SCHEME.size()));
-    return path.startsWith('/') && !path.contains('\0') ? path.toStdString() : std::string();
+    return localPath(id.toStdString()).value_or("");
 }
 
 void send(const QDBusMessage &reply)

@@ -7,11 +7,15 @@
 #include <QGuiApplication>
 #include <QWindow>
 
+#include <xcb/shape.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillon {
 
@@ -69,6 +73,26 @@ void completeStartup(xcb_connection_t *x, xcb_window_t window, std::string_view 
                        reinterpret_cast<const char *>(&piece));
         piece.type = following;
     }
+}
+
+/// Returns the rows of pixels that a rectangle with round corners covers.
+std::vector<xcb_rectangle_t> roundedShape(int width, int height, int radius)
+{
+    std::vector<xcb_rectangle_t> rows;
+    const auto add = [&](int inset, int top, int count) {
+        rows.push_back({static_cast<std::int16_t>(inset), static_cast<std::int16_t>(top),
+                        static_cast<std::uint16_t>(width - 2 * inset),
+                        static_cast<std::uint16_t>(count)});
+    };
+    for (int row = 0; row < radius; ++row) {
+        const double fromCentre = radius - row - 0.5;
+        const auto inset = static_cast<int>(
+            std::lround(radius - std::sqrt(radius * radius - fromCentre * fromCentre)));
+        add(inset, row, 1);
+        add(inset, height - 1 - row, 1);
+    }
+    add(0, radius, height - 2 * radius);
+    return rows;
 }
 
 /// Returns this program's window with that number, or null.
@@ -160,6 +184,22 @@ void DesktopWindowSystem::setShadowMargin(std::uintptr_t window, int margin)
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window),
                         xcbAtom(x, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(),
                         extents.data());
+    xcb_flush(x);
+}
+
+void DesktopWindowSystem::cutCorners(std::uintptr_t window, int width, int height, int radius)
+{
+    auto *x = connection();
+    if (!x)
+        return;
+    const auto id = static_cast<xcb_window_t>(window);
+    // The toolkit's own mask is made of pixels that a high scale enlarges.
+    const std::vector<xcb_rectangle_t> shape = roundedShape(width, height, radius);
+    if (radius > 0)
+        xcb_shape_rectangles(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED,
+                             id, 0, 0, static_cast<std::uint32_t>(shape.size()), shape.data());
+    else
+        xcb_shape_mask(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id, 0, 0, XCB_PIXMAP_NONE);
     xcb_flush(x);
 }
 

@@ -21,6 +21,7 @@ public:
     void setPanelTop(std::uintptr_t window, int top) override;
     bool isComposited() const override;
     void setShadowMargin(std::uintptr_t window, int margin) override;
+    void cutCorners(std::uintptr_t window, int width, int height, int radius) override;
     std::uintptr_t activeWindow() const override;
     void activate(std::uintptr_t window) override;
     void activate(std::uintptr_t window, const std::string &activationToken) override;

@@ -1,12 +1,21 @@
 #include "platform/linux/windows/XcbCalls.h"
 
+#include <map>
+#include <string>
+
 namespace quillon {
 
 xcb_atom_t xcbAtom(xcb_connection_t *x, std::string_view name)
 {
+    // The question is a round trip, which a busy server delays, and an atom stays what it is.
+    thread_local std::map<std::string, xcb_atom_t, std::less<>> known;
+    if (const auto found = known.find(name); found != known.end())
+        return found->second;
     const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());
     const auto reply = xcbReply(xcb_intern_atom_reply(x, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    if (!reply)
+        return XCB_ATOM_NONE;
+    return known.emplace(name, reply->atom).first->second;
 }
 
 void tellWindowManager(xcb_connection_t *x, xcb_window_t root, xcb_window_t window, xcb_atom_t type,

@@ -22,7 +22,7 @@ XcbReply<T> xcbReply(T *memory)
     return XcbReply<T>(memory);
 }
 
-/// Asks the server for the atom of a name.
+/// Returns the atom of a name. Asks the server, the only one of this process, once for each thread.
 xcb_atom_t xcbAtom(xcb_connection_t *x, std::string_view name);
 
 /// Sends the window manager a message about a window, with two words in it.

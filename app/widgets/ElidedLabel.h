@@ -5,7 +5,7 @@
 namespace quillon {
 
 /// One line of plain text of any length in a given width. The middle of a text that is too long is
-/// not drawn. The tool tip and text() are the whole text.
+/// not drawn. text() is the whole text.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT

@@ -1,4 +1,4 @@
-#include "app/setup/ElidedLabel.h"
+#include "app/widgets/ElidedLabel.h"
 
 #include <QPainter>
 
@@ -26,7 +26,7 @@ void ElidedLabel::paintEvent(QPaintEvent *)
     painter.setPen(palette().color(foregroundRole()));
     // A name may hold line feeds.
     const QString line = QString(text()).replace(u'\n', u' ');
-    painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
                      fontMetrics().elidedText(line, Qt::ElideMiddle, width()));
 }
 
