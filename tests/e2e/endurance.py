@@ -22,7 +22,7 @@ import time
 import types
 import unittest
 
-from desktop import Desktop, eventually, finish, lacks, windows
+from desktop import Desktop, eventually, finish, lacks, output, windows
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "watching"))
 from random_rounds import User
@@ -57,6 +57,7 @@ class EnduranceTest(Desktop):
         super().setUp()
         self.random = random.Random(self.seed)
         self.counts = collections.Counter()
+        self.last = collections.deque(maxlen=6)
         self.is_dark = False
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
@@ -213,6 +214,9 @@ class EnduranceTest(Desktop):
               "".join(f" {value:6} {what}" for what, value in held.items() if what != "memory"),
               flush=True)
 
+    def titles(self):
+        return [output("xdotool", "getwindowname", window).strip() for window in windows("quillon")]
+
     def work(self, seconds):
         """Does everything, in a random order, again and again for this time, once at least."""
         end = time.monotonic() + seconds
@@ -221,7 +225,12 @@ class EnduranceTest(Desktop):
                 self.change_the_disk, self.change_the_settings, self.change_the_colours]
         while True:
             for act in self.random.sample(acts, len(acts)):
-                act()
+                self.last.append(act.__name__)
+                try:
+                    act()
+                except AssertionError as error:
+                    raise AssertionError(f"{error}, in the last of {list(self.last)}; "
+                                         f"there are {self.titles()}, {self.status()}") from None
                 self.counts[act.__name__] += 1
             if time.monotonic() > end:
                 return
