@@ -22,7 +22,7 @@ import time
 import types
 import unittest
 
-from desktop import Desktop, eventually, finish, lacks, output, windows
+from desktop import Desktop, eventually, finish, is_soon, lacks, output, windows
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "watching"))
 from random_rounds import User
@@ -115,6 +115,11 @@ class EnduranceTest(Desktop):
 
     def rebuild(self):
         self.assertEqual(self.request("--rebuild"), 0)
+        # On a very busy machine the panel may take the window that makes way for it for another
+        # program's, and hide. A user presses the key then.
+        if not is_soon(self.panel, 20):
+            self.counts["the panel hid after a rebuild"] += 1
+            self.press("ctrl+alt+space")
         self.wait_for_panel()
         self.close()
 
