@@ -250,8 +250,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         case 1: {
             const QVariantList arguments{source.bytes(), source.bytes(), source.number() << 24U,
                                          source.text(), source.number() % 2 == 0};
-            const QDBusMessage answer =
-                peer.call(QLatin1String(BusNames::SEARCH), QLatin1String(BusNames::FIND), arguments);
+            const QDBusMessage answer = peer.call(QLatin1String(BusNames::SEARCH),
+                                                  QLatin1String(BusNames::FIND), arguments);
             const bool isError = answer.type() == QDBusMessage::ErrorMessage;
             require(isError == arguments[3].toString().isEmpty(), "a search without answer fails");
             break;

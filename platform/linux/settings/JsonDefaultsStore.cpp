@@ -127,7 +127,8 @@ bool JsonDefaultsStore::set(std::string_view key, const DefaultsValue &value)
 
 bool JsonDefaultsStore::edit(std::string_view key, const Made &made)
 {
-    return change([name = bytesToText(key), key, &made](QJsonObject &contents) {
+    const MutexLock writing(writing_);
+    return changeOnDisk([name = bytesToText(key), key, &made](QJsonObject &contents) {
         contents.insert(name, toJson(made(fromJson(lookUp(contents, key)))));
         return true;
     });
@@ -182,10 +183,13 @@ std::optional<std::string> JsonDefaultsStore::beginAnew()
 
 bool JsonDefaultsStore::change(const Edit &edit)
 {
-    constexpr int MOST_ROUNDS = 20;
     const MutexLock writing(writing_);
-    if (isOnDisk(edit))
-        return true;
+    return isOnDisk(edit) || changeOnDisk(edit);
+}
+
+bool JsonDefaultsStore::changeOnDisk(const Edit &edit)
+{
+    constexpr int MOST_ROUNDS = 20;
     const SettingsLock fileLock = file_.lock();
     if (!fileLock.isHeld())
         return false;
@@ -273,7 +277,8 @@ JsonDefaultsStore::Look JsonDefaultsStore::lookWhenWritten(const Former &former)
     for (;;) {
         Look found = look(former);
         const auto waited = Clock::now() - start;
-        const bool isAway = former.wasThere && found.reading.error == ENOENT && waited < WRITING_TIME;
+        const bool isAway =
+            former.wasThere && found.reading.error == ENOENT && waited < WRITING_TIME;
         if (!(isAway || found.isUnfinished()) || waited > MOST_WRITING_TIMES * WRITING_TIME)
             return found;
         pause();

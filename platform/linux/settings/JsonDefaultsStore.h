@@ -53,6 +53,7 @@ private:
     /// Edits the contents and returns whether it changed anything.
     using Edit = std::function<bool(QJsonObject &contents)>;
     bool change(const Edit &edit) EXCLUDES(writing_, mutex_);
+    bool changeOnDisk(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
     SettingsFile::Replacing changeOnce(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
     Former former() const EXCLUDES(mutex_);
     bool isOnDisk(const Edit &edit) const EXCLUDES(mutex_);
