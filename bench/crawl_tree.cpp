@@ -1,5 +1,5 @@
-// Makes the first COUNT folders of the corpus below FOLDER on the disk, each with a few empty
-// files, seven on average.
+// Makes the first COUNT folders of the corpus below FOLDER on the disk, each with at most FILES
+// empty files, half as many on average (14).
 
 #include "bench/Corpus.h"
 
@@ -40,21 +40,26 @@ bool makeFolder(const std::string &path, std::size_t files)
     return made;
 }
 
+bool readNumber(std::string_view text, std::size_t &number)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     std::size_t count = 0;
-    const std::string_view argument = argc == 3 ? argv[2] : "";
-    const auto [end, error] =
-        std::from_chars(argument.data(), argument.data() + argument.size(), count);
-    if (argument.empty() || error != std::errc() || end != argument.data() + argument.size()) {
-        std::fputs("usage: crawl_tree FOLDER COUNT\n", stderr);
+    std::size_t files = 14;
+    if (argc < 3 || argc > 4 || !readNumber(argv[2], count) ||
+        (argc == 4 && !readNumber(argv[3], files))) {
+        std::fputs("usage: crawl_tree FOLDER COUNT [FILES]\n", stderr);
         return 2;
     }
     std::size_t number = 0;
     for (const std::string &path : quillon::bench::makeCorpus(count)) {
-        if (!makeFolder(argv[1] + path, number++ % 15)) {
+        if (!makeFolder(argv[1] + path, number++ % (files + 1))) {
             std::perror(path.c_str());
             return 1;
         }

@@ -13,6 +13,8 @@ namespace quillon {
 namespace {
 
 constexpr QChar ELLIPSIS(0x2026);
+/// No panel is wide enough for so many characters. Of a longer row only the end is laid out.
+constexpr int MOST_CHARACTERS = 1000;
 
 /// Returns the row with an ellipsis in place of the characters from one position to another.
 RowText shortened(const RowText &row, int from, int to)
@@ -34,14 +36,16 @@ RowText shortened(const RowText &row, int from, int to)
     return rest;
 }
 
-/// Returns the first place at or after the given one where a whole character begins.
-int wholeCharacterFrom(const QString &text, int at)
+/// Returns the row without the beginning of a text that is much too long.
+RowText endOf(const RowText &row)
 {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    finder.setPosition(at);
+    if (row.text.size() <= MOST_CHARACTERS)
+        return row;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, row.text);
+    finder.setPosition(row.text.size() - MOST_CHARACTERS);
     if (!finder.isAtBoundary())
         finder.toNextBoundary();
-    return static_cast<int>(finder.position());
+    return shortened(row, 0, static_cast<int>(finder.position()));
 }
 
 /// Returns the first run of characters from the position on that hold no match and belong to the
@@ -105,9 +109,9 @@ RowLayout::RowLayout(const RowText &row, const QFont &font, const PanelPalette &
     option.setTextDirection(Qt::LeftToRight);
     layout_.setTextOption(option);
 
-    const RowText marked = withMarks(row);
-    arrange(marked, palette);
-    fit(marked, QFontMetricsF(font).horizontalAdvance(ELLIPSIS), palette, width);
+    const RowText shown = withMarks(endOf(row));
+    arrange(shown, palette);
+    fit(shown, QFontMetricsF(font).horizontalAdvance(ELLIPSIS), palette, width);
 }
 
 void RowLayout::fit(RowText row, qreal ellipsis, const PanelPalette &palette, qreal room)
@@ -141,10 +145,11 @@ int RowLayout::cutPosition(const RowText &row, int from, int to, qreal ellipsis,
     const qreal start = line.cursorToX(from);
     // The excess is one larger, since letters are set closer beside some others.
     const qreal excess = width() - room + ellipsis + 1;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, row.text);
+    finder.setPosition(from);
     int at = from;
     while (at < to && line.cursorToX(at) - start < excess)
-        at = wholeCharacterFrom(row.text, at + 1);
-    at = std::min(at, to);
+        at = std::min(static_cast<int>(finder.toNextBoundary()), to);
     return line.cursorToX(at) - start > ellipsis ? at : from;
 }
 

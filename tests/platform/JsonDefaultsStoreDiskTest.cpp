@@ -316,6 +316,28 @@ const SaveRow SAVE_ROWS[] = {
      }},
 };
 
+TEST_F(JsonDefaultsStoreDisk, takesAFileThatIsBeingCutShortForNoMistake)
+{
+    // For a moment such a file is empty and has the times of before.
+    writeByHand(document("one"));
+    JsonDefaultsStore store(path);
+    EXPECT_EQ(store.string("word"), "one");
+    std::atomic<bool> done = false;
+    testing::internal::CaptureStderr();
+    std::thread reader([&] {
+        while (!done)
+            (void)store.string("word");
+    });
+    for (int save = 0; save < 5; ++save) {
+        letRest();
+        writeByHand(document("two"));
+    }
+    done = true;
+    reader.join();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(store.string("word"), "two");
+}
+
 class JsonDefaultsStoreEditors : public JsonDefaultsStoreDisk,
                                  public testing::WithParamInterface<SaveRow>
 {};

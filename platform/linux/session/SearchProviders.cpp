@@ -10,6 +10,7 @@
 #include <QDBusMetaType>
 #include <QDBusVariant>
 
+#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -268,10 +269,14 @@ public Q_SLOTS:
         });
         return {};
     }
-    /// Without an action, the match itself was chosen.
+    /// Without an action, the match itself was chosen. An action that no match offers does nothing.
     void Run(const QString &id, const QString &action)
     {
-        perform(action.isEmpty() ? QStringLiteral("open") : action, id, {});
+        if (action.isEmpty())
+            perform(QStringLiteral("open"), id, {});
+        else if (std::ranges::find(handlers_.rowActions, action.toStdString(),
+                                   &RemoteControl::RowAction::id) != handlers_.rowActions.end())
+            perform(action, id, {});
     }
     /// Ends a session of matches, of which nothing is kept.
     void Teardown() const {}

@@ -84,12 +84,15 @@ struct JsonDefaultsStore::Look
     /// Absent when there is a fault.
     std::optional<QJsonObject> contents;
     DefaultsFault fault;
+    /// True when the file has another length and the old times. A file system that cuts a file
+    /// short changes the length first.
+    bool isBeingCut = false;
 
     bool isBlank() const { return reading.error == 0 && quillon::isBlank(reading.bytes); }
     /// Returns true for an empty or incomplete file that somebody may be writing just now.
     bool isUnfinished() const
     {
-        return reading.error == 0 && (!contents || isBlank()) && !reading.rested;
+        return reading.error == 0 && (!contents || isBlank()) && (!reading.rested || isBeingCut);
     }
 };
 
@@ -124,7 +127,8 @@ bool JsonDefaultsStore::set(std::string_view key, const DefaultsValue &value)
 
 bool JsonDefaultsStore::edit(std::string_view key, const Made &made)
 {
-    return change([name = bytesToText(key), key, &made](QJsonObject &contents) {
+    const MutexLock writing(writing_);
+    return changeOnDisk([name = bytesToText(key), key, &made](QJsonObject &contents) {
         contents.insert(name, toJson(made(fromJson(lookUp(contents, key)))));
         return true;
     });
@@ -179,10 +183,13 @@ std::optional<std::string> JsonDefaultsStore::beginAnew()
 
 bool JsonDefaultsStore::change(const Edit &edit)
 {
-    constexpr int MOST_ROUNDS = 20;
     const MutexLock writing(writing_);
-    if (isOnDisk(edit))
-        return true;
+    return isOnDisk(edit) || changeOnDisk(edit);
+}
+
+bool JsonDefaultsStore::changeOnDisk(const Edit &edit)
+{
+    constexpr int MOST_ROUNDS = 20;
     const SettingsLock fileLock = file_.lock();
     if (!fileLock.isHeld())
         return false;
@@ -198,7 +205,7 @@ bool JsonDefaultsStore::change(const Edit &edit)
 /// Reads the file, edits the settings and replaces the file. The caller holds the lock of the file.
 SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
 {
-    Look found = lookWhenWritten(hasFile());
+    Look found = lookWhenWritten(former());
     const SettingsFile::Reading reading = found.reading;
     QJsonObject contents;
     bool isKept = false;
@@ -228,11 +235,10 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
     return outcome;
 }
 
-/// Returns true when the file existed at the last look.
-bool JsonDefaultsStore::hasFile() const
+JsonDefaultsStore::Former JsonDefaultsStore::former() const
 {
     const MutexLock lock(mutex_);
-    return hasRead_ && stamp_.error == 0;
+    return {.wasThere = hasRead_ && stamp_.error == 0, .settled = settled_};
 }
 
 /// Returns true when the edit would leave the file as it is.
@@ -244,9 +250,13 @@ bool JsonDefaultsStore::isOnDisk(const Edit &edit) const
     return !edit(contents) && !fault_;
 }
 
-JsonDefaultsStore::Look JsonDefaultsStore::look() const
+JsonDefaultsStore::Look JsonDefaultsStore::look(const Former &former) const
 {
     Look found{.reading = file_.read(), .contents = std::nullopt, .fault = {}};
+    if (FileStamp stamp = found.reading.stamp; former.settled && stamp != former.settled) {
+        stamp.size = former.settled->size;
+        found.isBeingCut = stamp == former.settled;
+    }
     if (found.reading.error == 0)
         found.contents = parse(found.reading.bytes, found.fault);
     else if (found.reading.error == ENOENT)
@@ -258,16 +268,17 @@ JsonDefaultsStore::Look JsonDefaultsStore::look() const
 
 /// Does what look() does, but waits for somebody who seems to be saving the file. A file that
 /// existed and is gone is waited for too, since some editors rename it before they write a new one.
-JsonDefaultsStore::Look JsonDefaultsStore::lookWhenWritten(bool wasThere) const
+JsonDefaultsStore::Look JsonDefaultsStore::lookWhenWritten(const Former &former) const
 {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds WRITING_TIME{SettingsFile::WRITING_TIME};
     constexpr int MOST_WRITING_TIMES = 20; // for a file that is written again and again
     const auto start = Clock::now();
     for (;;) {
-        Look found = look();
+        Look found = look(former);
         const auto waited = Clock::now() - start;
-        const bool isAway = wasThere && found.reading.error == ENOENT && waited < WRITING_TIME;
+        const bool isAway =
+            former.wasThere && found.reading.error == ENOENT && waited < WRITING_TIME;
         if (!(isAway || found.isUnfinished()) || waited > MOST_WRITING_TIMES * WRITING_TIME)
             return found;
         pause();
@@ -279,13 +290,15 @@ void JsonDefaultsStore::refresh() const
     if (isStampTrusted_ && file_.stamp() == stamp_)
         return;
     // Before anything was read, nothing could stay in force during the wait.
-    adopt(hasRead_ ? look() : lookWhenWritten(false));
+    adopt(hasRead_ ? look({.settled = settled_}) : lookWhenWritten({}));
 }
 
 void JsonDefaultsStore::adopt(Look found) const
 {
     stamp_ = found.reading.stamp;
     isStampTrusted_ = found.reading.isTrusted && !found.isUnfinished();
+    if (isStampTrusted_)
+        settled_ = stamp_;
     if (found.isBlank()) {
         // When there are no settings to lose, an empty file counts as one without keys.
         found.contents = contents_.isEmpty() ? std::optional(QJsonObject()) : std::nullopt;

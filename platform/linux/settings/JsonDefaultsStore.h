@@ -7,6 +7,7 @@
 #include <QJsonObject>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace quillon {
@@ -42,15 +43,23 @@ public:
 private:
     /// The result of one reading of the file.
     struct Look;
+    /// What earlier looks say about the next one.
+    struct Former
+    {
+        bool wasThere = false;
+        /// The last stamp that was trusted.
+        std::optional<FileStamp> settled;
+    };
     /// Edits the contents and returns whether it changed anything.
     using Edit = std::function<bool(QJsonObject &contents)>;
     bool change(const Edit &edit) EXCLUDES(writing_, mutex_);
+    bool changeOnDisk(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
     SettingsFile::Replacing changeOnce(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
-    bool hasFile() const EXCLUDES(mutex_);
+    Former former() const EXCLUDES(mutex_);
     bool isOnDisk(const Edit &edit) const EXCLUDES(mutex_);
 
-    Look look() const;
-    Look lookWhenWritten(bool wasThere) const;
+    Look look(const Former &former) const;
+    Look lookWhenWritten(const Former &former) const;
     void refresh() const REQUIRES(mutex_);
     void adopt(Look found) const REQUIRES(mutex_);
     void complainOnce() const REQUIRES(mutex_);
@@ -64,6 +73,8 @@ private:
     /// The stamp of the file as last read. It proves nothing unless isStampTrusted_.
     mutable FileStamp stamp_ GUARDED_BY(mutex_);
     mutable bool isStampTrusted_ GUARDED_BY(mutex_) = false;
+    /// The last stamp that was trusted.
+    mutable std::optional<FileStamp> settled_ GUARDED_BY(mutex_);
     /// The fault of the file on the disk. While there is one, contents_ is older than that file.
     mutable std::optional<DefaultsFault> fault_ GUARDED_BY(mutex_);
     /// True once a file without a fault, or no file, was found.
