@@ -22,7 +22,8 @@ bool isThisMachine(std::string_view host)
 
 std::string fileUri(const std::string &path)
 {
-    const GlibText uri(g_filename_to_uri(path.c_str(), nullptr, nullptr), &g_free);
+    const std::string trimmed(withoutTrailingSlashes(path));
+    const GlibText uri(g_filename_to_uri(trimmed.c_str(), nullptr, nullptr), &g_free);
     return uri ? uri.get() : std::string();
 }
 
