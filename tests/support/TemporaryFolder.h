@@ -2,13 +2,17 @@
 
 #include "base/Require.h"
 
-#include <cstdlib>
+#include <atomic>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace quillon {
 
@@ -19,9 +23,14 @@ public:
     explicit TemporaryFolder(
         const std::filesystem::path &place = std::filesystem::temp_directory_path())
     {
-        std::string pattern = place / "quillon-test-XXXXXX";
-        require(mkdtemp(pattern.data()) != nullptr, "a temporary folder can be made");
-        path_ = pattern;
+        // Letters of a random name could be those that a test searches for.
+        static std::atomic<unsigned> number = 0;
+        do {
+            path_ = place /
+                    ("quillon-test-" + std::to_string(::getpid()) + "-" + std::to_string(++number));
+            errno = 0;
+        } while (::mkdir(path_.c_str(), S_IRWXU) != 0 && errno == EEXIST);
+        require(errno == 0, "a temporary folder can be made");
     }
     TemporaryFolder(const TemporaryFolder &) = delete;
     TemporaryFolder &operator=(const TemporaryFolder &) = delete;
