@@ -3,6 +3,7 @@
 // the program is what was sent, and a path is absolute. Runs below dbus-run-session.
 
 #include "base/InlineTaskQueue.h"
+#include "base/PathText.h"
 #include "base/Require.h"
 #include "platform/linux/bus/BusNames.h"
 #include "platform/linux/session/BusRemoteControl.h"
@@ -175,10 +176,11 @@ QVariant call(Peer &peer, const char *interface, const char *method, const QVari
     return answer.arguments().value(0);
 }
 
-/// A path of any bytes is found, described and opened as the same path.
+/// A path of any bytes, without a slash at its end as in the index, is found, described and opened
+/// as the same path.
 void checkPath(Peer &peer, Instance &instance, const QByteArray &name)
 {
-    instance.foundPath = "/" + name.toStdString();
+    instance.foundPath = withoutTrailingSlashes("/" + name.toStdString());
     const QStringList words{QStringLiteral("two"), QStringLiteral("words")};
     const QStringList ids = call(peer, SHELL, "GetInitialResultSet", {words}).toStringList();
     require(ids.size() == 1, "a row has an id");
