@@ -13,6 +13,7 @@
 #include <QFileDialog>
 #include <QMimeData>
 #include <QPointer>
+#include <QSplitter>
 #include <QStandardPaths>
 #include <QStringList>
 #include <QUrl>
@@ -24,6 +25,9 @@ namespace quillon {
 
 namespace {
 
+constexpr QSize DIALOG_SIZE(760, 480);
+constexpr int PLACES_WIDTH = 160;
+
 /// The folders that the user is likely to begin at.
 QList<QUrl> places()
 {
@@ -34,6 +38,7 @@ QList<QUrl> places()
         folders << QStandardPaths::writableLocation(kind);
     folders << QDir::rootPath();
     folders.removeDuplicates();
+    folders.removeIf([](const QString &folder) { return !QDir(folder).exists(); });
     QList<QUrl> urls;
     for (const QString &folder : folders)
         urls << QUrl::fromLocalFile(folder);
@@ -96,6 +101,10 @@ void FolderChooser::openToolkitDialog(const QString &title, QWidget *over)
     // The dialogs of the desktop that the toolkit knows choose one folder at a time.
     dialog->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog |
                        QFileDialog::ReadOnly);
+    // The toolkit leaves too little room for the names of the places.
+    dialog->resize(DIALOG_SIZE);
+    if (auto *splitter = dialog->findChild<QSplitter *>())
+        splitter->setSizes({PLACES_WIDTH, DIALOG_SIZE.width() - PLACES_WIDTH});
     for (auto *view : dialog->findChildren<QAbstractItemView *>()) {
         if (view->objectName() == u"listView" || view->objectName() == u"treeView")
             view->setSelectionMode(QAbstractItemView::ExtendedSelection);
