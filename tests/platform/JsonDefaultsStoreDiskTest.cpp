@@ -288,6 +288,16 @@ struct SaveRow
     }
 };
 
+/// Returns true when it was done within the time that an editor may take to save.
+template <typename Save>
+bool isQuick(const Save &save)
+{
+    const auto start = std::chrono::steady_clock::now();
+    save();
+    return std::chrono::steady_clock::now() - start <
+           std::chrono::milliseconds(SettingsFile::WRITING_TIME);
+}
+
 /// Empties the file and fills it some time later, in two pieces.
 void writeInPlace(const std::string &file, const std::string &text)
 {
@@ -318,23 +328,35 @@ const SaveRow SAVE_ROWS[] = {
 
 TEST_F(JsonDefaultsStoreDisk, takesAFileThatIsBeingCutShortForNoMistake)
 {
-    // For a moment such a file is empty and has the times of before.
+    // For a moment such a file is empty and has the times of before. A save that takes longer than
+    // an editor may need is made again.
+    constexpr int rounds = 5;
     writeByHand(document("one"));
     JsonDefaultsStore store(path);
     EXPECT_EQ(store.string("word"), "one");
     std::atomic<bool> done = false;
-    testing::internal::CaptureStderr();
+    std::atomic<int> reads = 0;
     std::thread reader([&] {
-        while (!done)
+        for (; !done; ++reads)
             (void)store.string("word");
     });
-    for (int save = 0; save < 5; ++save) {
+    const auto isReadAgain = [&] {
+        return becomesTrue([&, before = reads.load()] { return reads > before + 1; });
+    };
+    for (int round = 0; round < rounds;) {
         letRest();
-        writeByHand(document("two"));
+        EXPECT_TRUE(isReadAgain());
+        testing::internal::CaptureStderr();
+        const bool counts = isQuick([&] { writeByHand(document("two")); });
+        EXPECT_TRUE(isReadAgain());
+        const std::string said = testing::internal::GetCapturedStderr();
+        if (counts) {
+            EXPECT_EQ(said, "");
+            ++round;
+        }
     }
     done = true;
     reader.join();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(store.string("word"), "two");
 }
 
@@ -363,8 +385,9 @@ TEST_P(JsonDefaultsStoreEditors, loseNoSaveBesideAProgramThatStores)
         }
     });
     int lost = 0;
+    int slow = 0; // Nothing is promised for these.
     for (int save = 1; save <= saves; ++save) {
-        GetParam().save(path, document(save));
+        slow += isQuick([&] { GetParam().save(path, document(save)); }) ? 0 : 1;
         const int before = stored;
         ASSERT_TRUE(becomesTrue([&] { return stored > before + 1; }));
         const JsonDefaultsStore fresh(path);
@@ -375,10 +398,13 @@ TEST_P(JsonDefaultsStoreEditors, loseNoSaveBesideAProgramThatStores)
     }
     done = true;
     program.join();
-    EXPECT_EQ(lost, 0) << "of " << saves;
+    EXPECT_LE(lost, slow) << "of " << saves;
     EXPECT_EQ(failed, 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(keptTexts(), Strings());
+    const std::string said = testing::internal::GetCapturedStderr();
+    if (slow == 0) {
+        EXPECT_EQ(said, "");
+        EXPECT_EQ(keptTexts(), Strings());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, JsonDefaultsStoreEditors, testing::ValuesIn(SAVE_ROWS),

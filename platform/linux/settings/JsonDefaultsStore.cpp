@@ -84,8 +84,8 @@ struct JsonDefaultsStore::Look
     /// Absent when there is a fault.
     std::optional<QJsonObject> contents;
     DefaultsFault fault;
-    /// True when the file has another length and the old times. A file system that cuts a file
-    /// short changes the length first.
+    /// True when the file has another length but did not change since. A file system that cuts a
+    /// file short changes the length first, then the time of modification, then the time of change.
     bool isBeingCut = false;
 
     bool isBlank() const { return reading.error == 0 && quillon::isBlank(reading.bytes); }
@@ -255,6 +255,7 @@ JsonDefaultsStore::Look JsonDefaultsStore::look(const Former &former) const
     Look found{.reading = file_.read(), .contents = std::nullopt, .fault = {}};
     if (FileStamp stamp = found.reading.stamp; former.settled && stamp != former.settled) {
         stamp.size = former.settled->size;
+        stamp.modified = former.settled->modified;
         found.isBeingCut = stamp == former.settled;
     }
     if (found.reading.error == 0)
