@@ -136,6 +136,7 @@ std::shared_ptr<const RecentAccessSnapshot> RecentAccessScoreData::snapshot() co
 
 bool RecentAccessScoreData::change(const std::function<void(UseCounts &counts)> &edit)
 {
+    const MutexLock changing(changing_);
     UseCounts counts;
     const bool isStored = dataStore_.edit(KEY, [&](const std::optional<DefaultsValue> &stored) {
         const auto *dictionary = stored ? std::get_if<DefaultsDictionary>(&stored->value) : nullptr;
