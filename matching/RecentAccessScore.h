@@ -35,6 +35,8 @@ struct RecentAccessSnapshot
     UseCounts counts;
     /// The sum of all counts.
     std::int64_t totalUsages = 0;
+    /// The counts again, highest first, equal ones by path.
+    std::vector<const UseCounts::value_type *> ranked;
 
     /// Returns the path's share of all uses, 0 to 1, which is 0.0 for a path without uses.
     double share(std::string_view path) const;
