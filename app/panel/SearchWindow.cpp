@@ -104,10 +104,16 @@ void SearchWindow::hideWithoutFocus()
     // The panel may have lost the keyboard before it was shown, and Qt reports it late. Then the
     // keyboard is on its way.
     auto wait = SETTLING - std::chrono::milliseconds(presented_.elapsed());
+    const QWidget *active = QWidget::find(windowSystem().activeWindow());
     // A window manager takes the keyboard from the active window while it moves that window. If it
     // then activates another window instead of giving the keyboard back, no event says so.
-    if (windowSystem().activeWindow() == winId())
+    if (active == this)
         wait = SETTLING;
+    // A window of this program made way for the panel, and the window manager has not noticed yet.
+    if (active && !active->isVisible()) {
+        wait = SETTLING;
+        activateWindow();
+    }
     if (wait > 0ms)
         QTimer::singleShot(wait, this, &SearchWindow::hideWithoutFocus);
     else
