@@ -22,7 +22,7 @@ import time
 import types
 import unittest
 
-from desktop import Desktop, eventually, finish, is_soon, lacks, output, windows
+from desktop import Desktop, eventually, finish, lacks, output, windows
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "watching"))
 from random_rounds import User
