@@ -32,12 +32,12 @@ WatchTree::Id WatchArming::enterCrawled(Id parent, std::string_view name,
 void WatchArming::armCrawled(std::int64_t crawledSince)
 {
     std::vector<Listed> listed = std::exchange(listed_, {});
-    const auto depth = [this](const Listed &one) { return tree_.depth(one.id); };
     if (tree_.watches() + listed.size() > folders_.budget())
-        std::ranges::stable_sort(listed, {}, depth);
+        std::ranges::stable_sort(listed, {},
+                                 [this](const Listed &one) { return tree_.depth(one.id); });
     else
-        std::ranges::stable_partition(
-            listed, [](auto above) { return above == 0; }, depth);
+        std::stable_partition(listed.begin(), listed.end(),
+                              [this](const Listed &one) { return tree_.isRoot(one.id); });
     std::vector<Listed> changed;
     std::vector<Id> gone;
     for (const Listed &one : listed) {
