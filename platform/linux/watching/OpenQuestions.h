@@ -47,7 +47,6 @@ public:
     void askAboutRoots() { ask(WatchTree::NONE); }
     /// Returns whether the next flush asks about this name in a folder.
     bool isAsked(Id folder, std::string_view name) const;
-    bool areRootsAsked() const { return areRootsAsked_; }
     /// Returns whether the next flush has nothing to ask.
     bool isEmpty() const { return !areRootsAsked_ && names_.empty(); }
 
