@@ -110,7 +110,7 @@ int main(int argc, char **argv)
         auto watcher = makeWatcher(argv[1], *notes, queue);
         if (!watcher->start())
             return 1;
-        watcher->waitForFlush(watcher->requestFlush(), std::nullopt);
+        watcher->flush(std::nullopt);
         watching.push_back(secondsSince(begin));
         const std::size_t folders = watcher->status().folders;
         if (i + 1 == ROUNDS)

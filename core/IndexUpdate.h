@@ -3,6 +3,7 @@
 #include "core/ChangedPaths.h"
 #include "core/DiskKinds.h"
 #include "core/FoundNodes.h"
+#include "core/IndexComparison.h"
 #include "core/SearchBasePaths.h"
 #include "indexing/SkipRules.h"
 #include "platform/FolderLister.h"
@@ -91,65 +92,27 @@ public:
     std::optional<IndexDifferences> differences() const EXCLUDES(paths_.lock());
     /// Return how long the insertion took, and the number of its operations.
     std::chrono::duration<double> insertionTime() const { return insertionTime_; }
-    std::size_t operations() const { return operations_.size() + missing_.size(); }
+    std::size_t operations() const
+    {
+        return operations_.size() + comparison_.outcome().missing.size();
+    }
 
 private:
     using Kind = FolderLister::Kind;
     using NodeId = PathTree::NodeId;
-
-    /// One of the changed paths.
-    struct Changed
-    {
-        std::string path;
-        /// The kind is unknown while nothing about the path may be changed.
-        Kind kind = Kind::unknown;
-        bool isPackage = false;
-        NodeId node = PathTree::NONE;
-        /// True when searches find the path.
-        bool isCandidate = false;
-        /// These children were listed under the path before.
-        std::vector<NodeId> stored = {};
-    };
-    /// A node below a changed path that was not found.
-    struct Unfound
-    {
-        NodeId node = PathTree::NONE;
-        PathTree::Flags flags = 0;
-        /// True when the removals reach the node.
-        bool isTouched = false;
-        /// The index of the nearest node above in unfound_, or one of the places below.
-        std::size_t parent = 0;
-    };
-    static constexpr std::size_t IN_FOLDER = ~std::size_t{0};
-    static constexpr std::size_t IN_NO_FOLDER = IN_FOLDER - 1;
-    /// The file system did not answer for a path above, or did not list a folder above.
-    static constexpr std::size_t IN_UNKNOWN = IN_FOLDER - 2;
+    using Changed = IndexComparison::Changed;
 
     bool isAlone() const { return names_.empty(); }
     /// False when the index of the last run is compared with the disk. The removals of the plain
     /// rule are left out then, so that an index for which nothing has changed stays as it is.
     bool removesFirst() const { return terms_.marks == nullptr; }
     Kind kindOfPath() const;
-    bool isBelowChanged(const std::string &path) const;
-    bool stepAside() const REQUIRES_SHARED(paths_.lock());
 
     bool findNodes() EXCLUDES(paths_.lock());
-    bool compareWithIndex() EXCLUDES(paths_.lock());
-    std::size_t placeBelow(const Changed &changed) const;
-    bool wasListed(NodeId node) const;
-    bool compareBelow(const Changed &changed) REQUIRES_SHARED(paths_.lock());
-    std::size_t placeOf(NodeId node, std::size_t parent, bool isTouched)
-        REQUIRES_SHARED(paths_.lock());
-    bool judge() EXCLUDES(paths_.lock());
-    bool isIncludeFolder(NodeId node) const;
-    Kind kindIn(Kind folder, const Unfound &unfound) EXCLUDES(paths_.lock());
-
     void change() REQUIRES(paths_.lock());
     std::vector<NodeId> reached() REQUIRES(paths_.lock());
     void remove(NodeId node) REQUIRES(paths_.lock());
     void insert() REQUIRES(paths_.lock());
-    bool appendTexts(std::span<const NodeId> nodes, std::string_view prefix,
-                     std::vector<std::string> &texts) const EXCLUDES(paths_.lock());
 
     SearchBasePaths &paths_;
     const Terms terms_;
@@ -159,30 +122,10 @@ private:
     const std::vector<std::string> names_;
     std::vector<Changed> changed_;
     Kind kind_;
-    /// True when the include folder that holds the changed paths, or is the changed path, is away.
-    bool isAway_ = false;
-    /// True when something below a changed path did not answer.
-    bool isAnyUnanswered_ = false;
-    /// The topmost indexed paths below the changed ones that did not answer.
-    std::vector<std::string> silent_;
     std::vector<std::string> notListed_;
     FoundNodes found_;
-    std::vector<Unfound> unfound_;
-    /// The nodes of the include folders below the changed paths.
-    std::vector<NodeId> rootNodes_;
-    /// The nodes of the folders that the crawl could not list, ascending.
-    std::vector<NodeId> notListedNodes_;
-
-    /// These nodes were found and are put into the index, or put back; parents come first.
-    std::vector<NodeId> missing_;
+    IndexComparison comparison_;
     std::vector<SearchBasePathsInsertionOperation> operations_;
-    /// These nodes are gone from the disk; children come before their parents.
-    std::vector<NodeId> gone_;
-    /// Those of them that searches go on finding, since an include folder that is away holds them.
-    std::vector<NodeId> away_;
-    /// Removals reach these nodes, and nobody knows whether they are gone.
-    std::vector<Unfound> unanswered_;
-    std::vector<std::string> innerRoots_;
 
     // These record what was done.
     std::vector<NodeId> forgotten_;

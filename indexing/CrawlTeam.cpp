@@ -1,7 +1,8 @@
 #include "indexing/CrawlTeam.h"
 
 #include <algorithm>
-#include <string_view>
+#include <string>
+#include <system_error>
 #include <utility>
 
 namespace quillon {
@@ -22,11 +23,10 @@ constexpr std::size_t LEAST_OPEN = 4;
 } // namespace
 
 CrawlTeam::CrawlTeam(Task task, const CrawlOptions &options)
-    : task_(std::move(task)), options_(options), pathWanted_(task_.reportsProgress)
-{
-    if (task_.names)
-        result_.kinds.resize(task_.names->size(), FolderLister::Kind::unknown);
-}
+    : task_(std::move(task)),
+      options_(options),
+      report_(task_.rootPath, task_.names, task_.reportsProgress)
+{}
 
 CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_token &stop)
 {
@@ -36,11 +36,11 @@ CrawlResult CrawlTeam::run(const Crawler::Progress &progress, const std::stop_to
             crawlAlone(progress);
         while (!isOver()) {
             waitAWhile();
-            deliver(progress);
+            report_.deliver(progress);
         }
     }
     endThreads();
-    deliver(progress);
+    report_.deliver(progress);
     return total();
 }
 
@@ -68,7 +68,7 @@ void CrawlTeam::crawlAlone(const Crawler::Progress &progress)
     worker->run(true, [&] {
         if (Clock::now() < next)
             return;
-        deliver(progress);
+        report_.deliver(progress);
         next = Clock::now() + TICK;
     });
 }
@@ -91,14 +91,14 @@ void CrawlTeam::waitAWhile()
 CrawlResult CrawlTeam::total()
 {
     const MutexLock lock(mutex_);
+    CrawlResult result = report_.result();
     if (!finished_)
-        result_.outcome = CrawlResult::Outcome::stopped;
+        result.outcome = CrawlResult::Outcome::stopped;
     for (const Member &member : members_) {
-        result_.folders += member.worker->counts().folders;
-        result_.files += member.worker->counts().files;
-        result_.errors += member.worker->counts().errors;
+        result.folders += member.worker->counts().folders;
+        result.files += member.worker->counts().files;
     }
-    return result_;
+    return result;
 }
 
 bool CrawlTeam::addMember()
@@ -247,110 +247,11 @@ void CrawlTeam::giveUp(Member &member)
         return;
     member.isStalled = false;
     member.worker->giveUpListing();
-    const std::error_code error = std::make_error_code(std::errc::timed_out);
     const std::string path = member.worker->currentPath();
-    if (path.empty()) {
-        fail(error);
-    } else {
-        ++result_.errors;
-        forgetKind(path);
-        result_.notListed.push_back(path);
-        addErrorLine(path, error);
-    }
-}
-
-// Kinds of the crawled names
-
-void CrawlTeam::setKind(std::size_t number, FolderLister::Kind kind)
-{
-    const MutexLock lock(mutex_);
-    result_.kinds[number] = kind;
-}
-
-void CrawlTeam::notOpened(const std::string &path, const std::error_code &error)
-{
-    const MutexLock lock(mutex_);
-    // A folder without permission is a folder all the same.
-    if (error != std::errc::permission_denied)
-        forgetKind(path);
-    if (error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory)
-        result_.notListed.push_back(path);
-}
-
-void CrawlTeam::notRead(const std::string &path)
-{
-    const MutexLock lock(mutex_);
-    forgetKind(path);
-    result_.notListed.push_back(path);
-}
-
-void CrawlTeam::forgetKind(const std::string &path)
-{
-    const std::size_t prefix = task_.rootPath == "/" ? 1 : task_.rootPath.size() + 1;
-    if (!task_.names || path.size() <= prefix)
-        return;
-    const auto name = std::ranges::find(*task_.names, std::string_view(path).substr(prefix));
-    if (name != task_.names->end())
-        result_.kinds[static_cast<std::size_t>(name - task_.names->begin())] =
-            FolderLister::Kind::unknown;
-}
-
-// Messages
-
-void CrawlTeam::rootFailed(const std::error_code &error)
-{
-    if (!task_.names)
-        notOpened(task_.rootPath, error);
-    const MutexLock lock(mutex_);
-    fail(error);
-}
-
-void CrawlTeam::fail(const std::error_code &error)
-{
-    result_.error = error;
-    if (error == std::errc::no_such_file_or_directory) {
-        result_.outcome = CrawlResult::Outcome::packageOrMissing;
-        return;
-    }
-    result_.outcome = CrawlResult::Outcome::unreadable;
-    addErrorLine(task_.rootPath, error);
-}
-
-void CrawlTeam::setProcessing(std::string path)
-{
-    const MutexLock lock(mutex_);
-    processing_ = std::move(path);
-}
-
-void CrawlTeam::addError(const std::string &path, const std::error_code &error)
-{
-    const MutexLock lock(mutex_);
-    addErrorLine(path.empty() ? "/" : path, error);
-}
-
-void CrawlTeam::addErrorLine(const std::string &path, const std::error_code &error)
-{
-    if (task_.reportsProgress)
-        errorLines_.push_back("Enumerator error " + path + " " + error.message());
-}
-
-void CrawlTeam::deliver(const Crawler::Progress &progress)
-{
-    if (!progress)
-        return;
-    std::vector<std::string> errors;
-    std::string processing;
-    {
-        const MutexLock lock(mutex_);
-        errors.swap(errorLines_);
-        processing.swap(processing_);
-    }
-    for (const std::string &line : errors)
-        progress(line);
-    if (processing.empty())
-        return;
-    progress("Processing " + processing);
-    pathWanted_ = true;
+    if (path.empty())
+        report_.rootTimedOut();
+    else
+        report_.notRead(path, std::make_error_code(std::errc::timed_out));
 }
 
 // The end

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Mutex.h"
+#include "indexing/CrawlReport.h"
 #include "indexing/CrawlSink.h"
 #include "indexing/CrawlWorker.h"
 #include "indexing/Crawler.h"
@@ -13,7 +14,6 @@
 #include <optional>
 #include <stop_token>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -21,8 +21,8 @@ namespace quillon {
 
 /// The workers of one crawl and what they share.
 ///
-/// The threads hold it too, since a thread that was given up may outlive the crawl. A worker's lock
-/// is taken after the team's.
+/// The threads hold it too, since a thread that was given up may outlive the crawl. The locks of a
+/// worker and of the report are taken after the team's.
 class CrawlTeam : public std::enable_shared_from_this<CrawlTeam>
 {
 public:
@@ -54,12 +54,6 @@ public:
     /// The first worker sets the root once, before anything can be shared.
     void setRoot(std::shared_ptr<const OpenFolder> handle) { rootHandle_ = std::move(handle); }
     const std::shared_ptr<const OpenFolder> &rootHandle() const { return rootHandle_; }
-    /// Records the kind of what is at the name with this number.
-    void setKind(std::size_t number, FolderLister::Kind kind) EXCLUDES(mutex_);
-    /// Record a folder that could not be opened, or that could not be read to its end.
-    void notOpened(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
-    void notRead(const std::string &path) EXCLUDES(mutex_);
-    void rootFailed(const std::error_code &error) EXCLUDES(mutex_);
     /// Waits until the worker has something to visit and returns true. Returns false when the crawl
     /// is over.
     bool waitForWork(CrawlWorker &worker) EXCLUDES(mutex_);
@@ -68,13 +62,8 @@ public:
     /// Closes folders that workers keep open, to free descriptors, and lets the workers keep fewer
     /// from now on. Returns false when that has been done often enough.
     bool openFewer() EXCLUDES(mutex_);
-    /// Returns true once for each path that a message needs.
-    bool wantsPath()
-    {
-        return pathWanted_.load(std::memory_order_relaxed) && pathWanted_.exchange(false);
-    }
-    void setProcessing(std::string path) EXCLUDES(mutex_);
-    void addError(const std::string &path, const std::error_code &error) EXCLUDES(mutex_);
+    /// Takes what the workers report. A worker that was given up reports nothing more.
+    CrawlReport &report() { return report_; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -103,23 +92,19 @@ private:
     bool isAnythingLeft() REQUIRES(mutex_);
     void lookAfterMembers() REQUIRES(mutex_);
     void giveUp(Member &member) REQUIRES(mutex_);
-    void forgetKind(const std::string &path) REQUIRES(mutex_);
     void finish() REQUIRES(mutex_);
-    void fail(const std::error_code &error) REQUIRES(mutex_);
-    void addErrorLine(const std::string &path, const std::error_code &error) REQUIRES(mutex_);
 
     void requestStop() EXCLUDES(mutex_);
     /// Waits until every thread that can be expected to end has ended.
     void endThreads() EXCLUDES(mutex_);
     bool isEveryoneGone() REQUIRES(mutex_);
-    void deliver(const Crawler::Progress &progress) EXCLUDES(mutex_);
 
     const Task task_;
     const CrawlOptions options_;
+    CrawlReport report_;
     std::shared_ptr<const OpenFolder> rootHandle_;
 
     std::atomic<bool> stopped_ = false;
-    std::atomic<bool> pathWanted_;
     std::atomic<std::size_t> idle_ = 0;
     /// True when an idle worker was woken and has not looked yet.
     std::atomic<bool> told_ = false;
@@ -130,9 +115,6 @@ private:
     std::vector<Member> members_ GUARDED_BY(mutex_);
     std::size_t maxOpen_ GUARDED_BY(mutex_) = CrawlStack::MAX_OPEN;
     bool finished_ GUARDED_BY(mutex_) = false;
-    std::vector<std::string> errorLines_ GUARDED_BY(mutex_);
-    std::string processing_ GUARDED_BY(mutex_);
-    CrawlResult result_ GUARDED_BY(mutex_);
 };
 
 } // namespace quillon

@@ -1,9 +1,7 @@
 #include "indexing/CrawlWorker.h"
 
 #include "indexing/CrawlTeam.h"
-#include "indexing/NameKinds.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -17,6 +15,10 @@ bool isShortage(const std::error_code &error)
 }
 
 } // namespace
+
+CrawlWorker::CrawlWorker(CrawlTeam &team)
+    : team_(team), kept_(*team.task().rules, team.task().extensions)
+{}
 
 void CrawlWorker::run(bool isFirst, const std::function<void()> &betweenFolders)
 {
@@ -105,10 +107,10 @@ bool CrawlWorker::visitRoot()
     if (!folder) {
         if (error) {
             giveUpListing();
-            team_.rootFailed(error);
+            team_.report().rootNotOpened(error);
         } else if (task.names) {
             for (std::size_t i = 0; i < task.names->size(); ++i)
-                team_.setKind(i, FolderLister::Kind::nothing);
+                team_.report().setKind(i, FolderLister::Kind::nothing);
         }
         return true;
     }
@@ -127,14 +129,14 @@ bool CrawlWorker::visitRoot()
 
 bool CrawlWorker::visit(CrawlItem &item)
 {
-    if (team_.wantsPath())
-        team_.setProcessing(item.path());
+    if (team_.report().wantsPath())
+        team_.report().setProcessing(item.path());
     bool isRecalled = false;
     if (!recall(item, isRecalled))
         return false;
     std::error_code error;
     std::unique_ptr<OpenFolder> folder;
-    const bool isOpened = !isRecalled || leadsOn();
+    const bool isOpened = !isRecalled || kept_.leadsOn();
     if (isOpened && !openItem(item, folder, error))
         return false;
     while (isShortage(error) && team_.openFewer()) {
@@ -173,7 +175,7 @@ bool CrawlWorker::recordBy(CrawlItem &item, const Call &call)
     return true;
 }
 
-/// What happens in the folder from now on will be told: it is listed only afterwards.
+/// The folder is listed only after this call, so the record's stream reports what changes in it.
 bool CrawlWorker::recordEntered(CrawlItem &item)
 {
     return recordBy(item, [&](CrawlRecord &record) {
@@ -205,19 +207,9 @@ bool CrawlWorker::recall(const CrawlItem &item, bool &isKnown)
 /// Takes the entries of a folder that has not changed from whoever remembers them.
 bool CrawlWorker::isKnown(const CrawlItem &item)
 {
-    names_.clear();
     kept_.clear();
-    const auto receive = [&](const CrawlSink::Entry &entry) { keep(entry, item); };
+    const auto receive = [&](const CrawlSink::Entry &entry) { kept_.keep(entry, item); };
     return stamp_.isKnown() && team_.task().sink.knows(item.token, stamp_, receive);
-}
-
-/// Returns true where the folder being visited holds folders to go into.
-bool CrawlWorker::leadsOn() const
-{
-    const std::string_view names = names_;
-    return std::ranges::any_of(kept_, [names](const Kept &kept) {
-        return kept.isFolder && !isPackageName(names.substr(kept.nameOffset, kept.nameSize));
-    });
 }
 
 void CrawlWorker::giveUpListing()
@@ -277,7 +269,6 @@ bool CrawlWorker::readEntries(OpenFolder &folder, const CrawlItem &item, std::er
 {
     if (isKnown(item))
         return true;
-    names_.clear();
     kept_.clear();
     for (;;) {
         bool more = false;
@@ -286,14 +277,13 @@ bool CrawlWorker::readEntries(OpenFolder &folder, const CrawlItem &item, std::er
         if (!more)
             return true;
         for (const FolderEntry &entry : batch_.entries)
-            keep({.name = entry.name, .isFolder = entry.isFolder}, item);
+            kept_.keep({.name = entry.name, .isFolder = entry.isFolder}, item);
     }
 }
 
 /// Keeps the names that the crawl is of, as far as they are there.
 bool CrawlWorker::lookAtNames(const OpenFolder &folder, const CrawlItem &item)
 {
-    names_.clear();
     kept_.clear();
     const CrawlTeam::Task &task = team_.task();
     for (std::size_t i = 0; i < task.names->size(); ++i) {
@@ -301,68 +291,27 @@ bool CrawlWorker::lookAtNames(const OpenFolder &folder, const CrawlItem &item)
         auto kind = FolderLister::Kind::unknown;
         if (!inCall([&] { kind = folder.kind(name); }))
             return false;
-        SkipRules::State state = task.rules->below(item.state, name);
-        const auto path = [&] { return item.path() + "/" + name; };
         const bool isFolder = kind == FolderLister::Kind::folder;
-        const bool isFile = kind == FolderLister::Kind::other;
-        const bool counts = isFolder ? !task.rules->skips(state, name, path)
-                                     : isFile && task.extensions.holdsExtensionOf(name);
-        team_.setKind(
-            i, counts || kind == FolderLister::Kind::unknown ? kind : FolderLister::Kind::nothing);
-        if (counts)
-            store({.name = name, .isFolder = isFolder}, state);
+        const bool counts = (isFolder || kind == FolderLister::Kind::other) &&
+                            kept_.keepNamed({.name = name, .isFolder = isFolder}, item);
+        const bool isKept = counts || kind == FolderLister::Kind::unknown;
+        team_.report().setKind(i, isKept ? kind : FolderLister::Kind::nothing);
     }
     return true;
 }
 
-void CrawlWorker::keep(const CrawlSink::Entry &entry, const CrawlItem &item)
-{
-    if (SkipRules::hides(item.state, entry.name, entry.isFolder))
-        return;
-    const CrawlTeam::Task &task = team_.task();
-    SkipRules::State state;
-    if (entry.isFolder) {
-        state = task.rules->below(item.state, entry.name);
-        const auto path = [&] { return item.path() + "/" + std::string(entry.name); };
-        if (task.rules->skips(state, entry.name, path))
-            return;
-    } else if (!task.extensions.holdsExtensionOf(entry.name)) {
-        return;
-    }
-    store(entry, state);
-}
-
-void CrawlWorker::store(const CrawlSink::Entry &entry, SkipRules::State state)
-{
-    kept_.push_back({names_.size(), entry.name.size(), state, entry.isFolder, entry.token});
-    names_ += entry.name;
-}
-
-/// Gives the sink what was kept. False when there is no folder in it to go into.
+/// Gives the sink what was kept. Returns false when there is no folder in it to go into.
 bool CrawlWorker::handOver(const CrawlItem &item)
 {
-    if (kept_.empty())
+    if (kept_.isEmpty())
         return false;
-    entries_.clear();
-    const std::string_view names = names_;
-    for (const Kept &kept : kept_) {
-        ++(kept.isFolder ? counts_.folders : counts_.files);
-        entries_.push_back({.name = names.substr(kept.nameOffset, kept.nameSize),
-                            .isFolder = kept.isFolder,
-                            .token = kept.token});
-    }
-    team_.task().sink.add(item.token, entries_);
-    children_.clear();
-    std::uint64_t items = 0;
-    for (std::size_t i = 0; i < kept_.size(); ++i) {
-        if (kept_[i].isFolder && !isPackageName(entries_[i].name))
-            children_.push_back({entries_[i].name, entries_[i].token, kept_[i].state});
-        else
-            items += itemHash(entries_[i].name);
-    }
-    if (team_.task().record && items != 0)
-        team_.task().record->listed(item.recorded, items);
-    return !children_.empty();
+    const CrawlTeam::Task &task = team_.task();
+    const KeptEntries::Counts counts = kept_.handOver(task.sink, item.token);
+    counts_.folders += counts.folders;
+    counts_.files += counts.files;
+    if (task.record && counts.items != 0)
+        task.record->listed(item.recorded, counts.items);
+    return !kept_.children().empty();
 }
 
 void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder)
@@ -371,7 +320,7 @@ void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder
     bool canShare = false;
     {
         const MutexLock lock(mutex_);
-        stack_.push(std::move(below), std::move(folder), children_);
+        stack_.push(std::move(below), std::move(folder), kept_.children());
         canShare = stack_.pending() > 1;
     }
     if (canShare)
@@ -380,15 +329,12 @@ void CrawlWorker::goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder
 
 void CrawlWorker::report(const CrawlItem &item, const std::error_code &error, bool isOpen)
 {
-    ++counts_.errors;
     giveUpListing();
     const std::string path = item.path();
     if (isOpen)
-        team_.notRead(path.empty() ? "/" : path);
+        team_.report().notRead(path.empty() ? "/" : path, error);
     else
-        team_.notOpened(path, error);
-    if (team_.task().reportsProgress)
-        team_.addError(path, error);
+        team_.report().notOpened(path, error);
 }
 
 } // namespace quillon

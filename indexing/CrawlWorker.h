@@ -2,6 +2,7 @@
 
 #include "base/Mutex.h"
 #include "indexing/CrawlStack.h"
+#include "indexing/KeptEntries.h"
 #include "platform/FolderLister.h"
 
 #include <atomic>
@@ -10,9 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
-#include <vector>
 
 namespace quillon {
 
@@ -30,10 +29,9 @@ public:
     {
         std::uint64_t folders = 0;
         std::uint64_t files = 0;
-        std::uint64_t errors = 0;
     };
 
-    explicit CrawlWorker(CrawlTeam &team) : team_(team) {}
+    explicit CrawlWorker(CrawlTeam &team);
 
     /// Visits folders until the crawl is over. The first worker begins with the root. The function,
     /// if any, is called between two folders.
@@ -69,15 +67,6 @@ private:
     static constexpr std::uint64_t IN_CALL = 1;
     static constexpr std::uint64_t GIVEN_UP = 2;
 
-    struct Kept
-    {
-        std::size_t nameOffset = 0;
-        std::size_t nameSize = 0;
-        SkipRules::State state;
-        bool isFolder = false;
-        CrawlSink::Token token = 0;
-    };
-
     /// Runs a call into the file system. Returns false when the worker was given up meanwhile, or
     /// when the crawl was stopped before.
     template <typename Call>
@@ -95,13 +84,8 @@ private:
     bool takeStamp(const OpenFolder *folder);
     bool recall(const CrawlItem &item, bool &isKnown);
     bool isKnown(const CrawlItem &item);
-    bool leadsOn() const;
     bool readEntries(OpenFolder &folder, const CrawlItem &item, std::error_code &error);
-
     bool lookAtNames(const OpenFolder &folder, const CrawlItem &item);
-
-    void keep(const CrawlSink::Entry &entry, const CrawlItem &item);
-    void store(const CrawlSink::Entry &entry, SkipRules::State state);
     bool handOver(const CrawlItem &item);
     void goInto(const CrawlItem &item, std::shared_ptr<const OpenFolder> folder) EXCLUDES(mutex_);
     void report(const CrawlItem &item, const std::error_code &error, bool isOpen);
@@ -122,13 +106,9 @@ private:
     /// The stamp of the folder being visited, taken before it is read. It is unknown when nobody
     /// wants it.
     FolderStamp stamp_;
-    // The entries that are kept of the folder being visited. The memory is used again for the next
-    // folder.
     FolderBatch batch_;
-    std::string names_;
-    std::vector<Kept> kept_;
-    std::vector<CrawlSink::Entry> entries_;
-    std::vector<CrawlStack::Child> children_;
+    /// The entries that are kept of the folder being visited.
+    KeptEntries kept_;
 };
 
 } // namespace quillon

@@ -17,10 +17,10 @@
 // Whoever watches the folders (CrawlRecord) is told of each by the worker that is about to open
 // it, under the name that it gave the folder above: what changes after the listing is seen.
 //
-// The thread that crawls looks after the workers and passes on their messages (CrawlTeam). Any call
-// into the file system may be one that never returns. A worker that is long in one is stalled: the
-// others take over what it has left, a substitute takes its place, and once nothing else is left to
-// be visited its folder is reported and the worker is left to itself.
+// The thread that crawls looks after the workers and passes on their messages (CrawlTeam,
+// CrawlReport). Any call into the file system may be one that never returns. A worker that is long
+// in one is stalled: the others take over what it has left, a substitute takes its place, and once
+// nothing else is left to be visited its folder is reported and the worker is left to itself.
 
 namespace quillon {
 

@@ -1,6 +1,6 @@
 #include "platform/linux/watching/InotifyEventService.h"
 
-#include "platform/linux/watching/FolderProbe.h"
+#include "platform/linux/disk/FolderProbe.h"
 #include "platform/linux/watching/FolderSweep.h"
 #include "tests/platform/WatchSupport.h"
 #include "tests/support/Needs.h"
@@ -533,16 +533,16 @@ TEST_F(WatchingTest, sleepsWhereNothingIsToBeSwept)
     const InotifyQueue queue(false);
     const ModelIndex items("/home");
     ChangeLog changes(items);
-    RetryList retries;
     WatchedFolders folders(queue, 2, [] { return std::int64_t{0}; });
-    FolderVerifier verifier(folders, items, changes, retries, nullptr, {});
+    OpenQuestions questions(folders);
+    FolderVerifier verifier(folders, items, changes, questions, nullptr, {});
     const FolderSweep sweep(folders, verifier, {1ms, 1h});
     WatchTree &tree = folders.tree();
-    const WatchTree::Id root = tree.addRoot("/home");
+    const WatchTree::Id root = tree.add(WatchTree::NONE, "/home");
     tree.setWatch(root, 1);
-    folders.recordClosed(tree.add(root, "server"), {});
+    folders.setUnwatched(tree.add(root, "server"), {.isClosed = true});
     EXPECT_EQ(sweep.due(), FolderSweep::Clock::time_point::max());
-    folders.recordUnwatched({.id = tree.add(root, "far"), .stamp = {}, .items = 0});
+    folders.setUnwatched(tree.add(root, "far"), {});
     EXPECT_LE(sweep.due(), FolderSweep::Clock::now());
 }
 

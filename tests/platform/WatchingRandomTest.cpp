@@ -1,5 +1,5 @@
 #include "platform/linux/disk/Descriptor.h"
-#include "platform/linux/watching/FolderProbe.h"
+#include "platform/linux/disk/FolderProbe.h"
 #include "tests/platform/WatchSupport.h"
 #include "tests/support/RandomUser.h"
 

@@ -1,7 +1,9 @@
 #include "platform/linux/disk/DirectoryRecords.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <memory>
 #include <string_view>
 
 #include <dirent.h>
@@ -11,6 +13,8 @@
 namespace quillon {
 
 namespace {
+
+constexpr std::size_t ROOM = std::size_t{64} * 1024;
 
 bool isFolderByStatus(int folder, const char *name)
 {
@@ -45,6 +49,24 @@ void readDirectoryRecords(std::span<const std::byte> records, int folder,
             type == DT_DIR || (type == DT_UNKNOWN && isFolderByStatus(folder, name));
         entries.push_back({text, isFolder});
     }
+}
+
+int readFolder(int folder, FolderBatch &batch)
+{
+    batch.entries.clear();
+    if (!batch.room)
+        batch.room = std::make_unique<std::byte[]>(ROOM);
+    while (batch.entries.empty()) {
+        const ssize_t size = ::getdents64(folder, batch.room.get(), ROOM);
+        if (size == 0)
+            return 0;
+        if (size > 0)
+            readDirectoryRecords({batch.room.get(), static_cast<std::size_t>(size)}, folder,
+                                 batch.entries);
+        else if (errno != EINTR)
+            return errno;
+    }
+    return 0;
 }
 
 } // namespace quillon

@@ -14,4 +14,8 @@ namespace quillon {
 void readDirectoryRecords(std::span<const std::byte> records, int folder,
                           std::vector<FolderEntry> &entries);
 
+/// Reads some more entries of an open folder, as OpenFolder::read() does. The batch is empty at the
+/// end and after a failure. Returns 0, or the failure as in errno.
+int readFolder(int folder, FolderBatch &batch);
+
 } // namespace quillon

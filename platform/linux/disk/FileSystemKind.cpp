@@ -4,6 +4,7 @@
 #include <array>
 
 #include <linux/magic.h>
+#include <sys/vfs.h>
 
 namespace quillon {
 
@@ -63,6 +64,14 @@ constexpr std::array KEEPS_CHANGE_TIMES{FileSystemType{EXT4_SUPER_MAGIC},
                                         ZFS};
 
 } // namespace
+
+std::optional<FileSystemType> fileSystemOf(int file)
+{
+    struct statfs status = {};
+    if (::fstatfs(file, &status) != 0)
+        return std::nullopt;
+    return static_cast<FileSystemType>(status.f_type);
+}
 
 bool isPseudoFileSystem(FileSystemType type)
 {

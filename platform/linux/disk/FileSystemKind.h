@@ -1,12 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace quillon {
 
 /// The type number that statfs() gives for a file system.
 using FileSystemType = std::uint64_t;
+
+/// Returns the type of the file system that an open file or folder is on, or nothing when the
+/// system does not say.
+std::optional<FileSystemType> fileSystemOf(int file);
 
 /// Returns whether the file system shows the state of the kernel and holds nobody's files, as proc,
 /// sysfs and cgroup do. This includes autofs, where opening a folder would mount something.

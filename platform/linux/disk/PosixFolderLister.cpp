@@ -3,6 +3,7 @@
 #include "base/PathText.h"
 #include "platform/linux/disk/DirectoryRecords.h"
 #include "platform/linux/disk/FileSystemKind.h"
+#include "platform/linux/disk/FolderProbe.h"
 #include "platform/linux/disk/LongPath.h"
 #include "platform/linux/disk/MountPoints.h"
 #include "platform/linux/disk/StatxStamp.h"
@@ -12,10 +13,8 @@
 #include <unordered_set>
 #include <utility>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace quillon {
@@ -23,7 +22,6 @@ namespace quillon {
 namespace {
 
 constexpr int OPEN_FOLDER = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-constexpr std::size_t ROOM = std::size_t{64} * 1024;
 
 std::error_code lastError()
 {
@@ -34,14 +32,6 @@ Descriptor openLong(const std::string &path)
 {
     const auto place = shorten(path);
     return place ? openAt(place->folder.get(), place->path, OPEN_FOLDER) : Descriptor();
-}
-
-std::optional<FileSystemType> fileSystemOf(const Descriptor &file)
-{
-    struct statfs status = {};
-    if (::fstatfs(file.get(), &status) != 0)
-        return std::nullopt;
-    return static_cast<FileSystemType>(status.f_type);
 }
 
 /// The last names of all mount points. Only a folder of such a name can be the root of another file
@@ -100,7 +90,7 @@ std::optional<struct statx> statusOf(int folder, const char *name, int flags)
 Device deviceOf(const Descriptor &folder)
 {
     const auto status = statusOf(folder.get(), "", AT_EMPTY_PATH);
-    const auto type = fileSystemOf(folder);
+    const auto type = fileSystemOf(folder.get());
     if (!status || !type)
         return {};
     return {status->stx_dev_major, status->stx_dev_minor, countsSubfoldersAsLinks(*type),
@@ -141,31 +131,19 @@ private:
 
 bool PosixOpenFolder::read(FolderBatch &batch, std::error_code &error)
 {
+    const int failure = readFolder(folder_.get(), batch);
     error.clear();
-    if (!batch.room)
-        batch.room = std::make_unique<std::byte[]>(ROOM);
-    do {
-        batch.entries.clear();
-        const ssize_t size = ::getdents64(folder_.get(), batch.room.get(), ROOM);
-        if (size < 0 && errno == EINTR)
-            continue;
-        if (size <= 0) {
-            // A removed folder that is still open, or still mounted elsewhere, is empty.
-            if (size < 0 && errno != ENOENT)
-                error = lastError();
-            return false;
-        }
-        readDirectoryRecords({batch.room.get(), static_cast<std::size_t>(size)}, folder_.get(),
-                             batch.entries);
-    } while (batch.entries.empty());
-    return true;
+    // A removed folder that is still open, or still mounted elsewhere, is empty.
+    if (failure != ENOENT)
+        error.assign(failure, std::generic_category());
+    return !batch.entries.empty();
 }
 
 bool PosixOpenFolder::isOnPseudoFileSystem(const std::string &name) const
 {
     // O_DIRECTORY would make autofs mount something.
     const Descriptor child = openAt(folder_.get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
-    const auto type = child ? fileSystemOf(child) : std::nullopt;
+    const auto type = child ? fileSystemOf(child.get()) : std::nullopt;
     return type && isPseudoFileSystem(*type);
 }
 
@@ -240,7 +218,7 @@ std::unique_ptr<OpenFolder> PosixFolderLister::open(const std::string &path, Wan
         error = lastError();
         return nullptr;
     }
-    const auto type = fileSystemOf(folder);
+    const auto type = fileSystemOf(folder.get());
     if (type && isPseudoFileSystem(*type))
         return nullptr;
     auto terms = std::make_shared<Terms>();
@@ -251,10 +229,7 @@ std::unique_ptr<OpenFolder> PosixFolderLister::open(const std::string &path, Wan
 
 FolderLister::Kind PosixFolderLister::kind(const std::string &path)
 {
-    const auto place = shorten(path);
-    if (!place)
-        return meansAbsence(errno) ? Kind::nothing : Kind::unknown;
-    return kindAt(place->folder.get(), place->path);
+    return probeFolder(path, false).kind;
 }
 
 } // namespace quillon

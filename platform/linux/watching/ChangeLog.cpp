@@ -1,5 +1,6 @@
 #include "platform/linux/watching/ChangeLog.h"
 
+#include "base/PathText.h"
 #include "platform/FSEventStream.h"
 
 #include <utility>
@@ -38,10 +39,9 @@ void ChangeLog::compare(const std::string &path, Found found, std::uint32_t flag
 
 void ChangeLog::tellAgain(std::string_view path)
 {
-    const std::string prefix = std::string(path) + (path == "/" ? "" : "/");
     for (auto told = told_.lower_bound(path); told != told_.end() && told->first.starts_with(path);
          ++told)
-        if (told->first == path || told->first.starts_with(prefix))
+        if (isAtOrBelow(told->first, path))
             add(told->first, Found::item, told->second.flags);
 }
 
@@ -53,7 +53,7 @@ bool ChangeLog::wasToldLately(std::string_view path) const
 
 std::set<std::string> ChangeLog::namesToldLately(std::string_view folder) const
 {
-    const std::string prefix = std::string(folder) + (folder == "/" ? "" : "/");
+    const std::string prefix = pathIn(folder, {});
     std::set<std::string> names;
     for (auto told = told_.lower_bound(prefix);
          told != told_.end() && told->first.starts_with(prefix); ++told)

@@ -1,5 +1,6 @@
 #include "platform/linux/watching/EventDelivery.h"
 
+#include "base/PathText.h"
 #include "base/TaskQueue.h"
 
 #include <algorithm>
@@ -59,16 +60,15 @@ void EventDelivery::stop()
 void EventDelivery::exclude(const std::vector<std::string> &paths)
 {
     const MutexLock lock(mutex_);
-    excluded_ = paths;
+    excluded_.clear();
+    for (const std::string &path : paths)
+        excluded_.emplace_back(withoutTrailingSlashes(path));
 }
 
 bool EventDelivery::isExcluded(const std::string &path) const
 {
-    return std::ranges::any_of(excluded_, [&](const std::string &excluded) {
-        return path.starts_with(excluded) &&
-               (path.size() == excluded.size() || excluded.ends_with('/') ||
-                path[excluded.size()] == '/');
-    });
+    return std::ranges::any_of(
+        excluded_, [&](const std::string &excluded) { return isAtOrBelow(path, excluded); });
 }
 
 } // namespace quillon

@@ -38,11 +38,8 @@ bool FolderSweep::goOn(Clock::time_point now)
         begin();
     const Clock::time_point end = now + SLICE;
     Clock::time_point at = now;
-    for (; !left_.empty() && at < end; at = Clock::now()) {
-        const Id id = left_.back();
-        left_.pop_back();
-        lookAt(id);
-    }
+    for (; !left_.empty() && at < end; at = Clock::now())
+        checkNext();
     spent_ += at - now;
     if (!left_.empty()) {
         next_ = at + PAUSE;
@@ -53,32 +50,33 @@ bool FolderSweep::goOn(Clock::time_point now)
     return true;
 }
 
-void FolderSweep::lookAtAll()
+void FolderSweep::checkAll()
 {
     left_.clear();
     begin();
-    while (!left_.empty()) {
-        const Id id = left_.back();
-        left_.pop_back();
-        lookAt(id);
-    }
+    while (!left_.empty())
+        checkNext();
 }
 
-void FolderSweep::lookAt(Id id)
+void FolderSweep::checkNext()
 {
-    WatchTree &tree = folders_.tree();
+    const Id id = left_.back();
+    left_.pop_back();
+    check(id);
+}
+
+void FolderSweep::check(Id id)
+{
     const auto *known = std::as_const(folders_).unwatched(id);
     // The id may belong to another folder by now.
-    if (known == nullptr || known->isClosed || !tree.isLive(id))
-        return;
-    if (!verifier_.lookAt(id) && tree.isLive(id) && !tree.isRoot(id))
-        verifier_.verify(tree.parent(id), std::string(tree.name(id)));
+    if (known != nullptr && !known->isClosed && folders_.tree().isLive(id))
+        verifier_.checkStamp(id);
 }
 
 void FolderSweep::afterLoss(std::optional<std::int64_t> since, std::uint32_t flags,
                             const std::function<bool()> &goesOn)
 {
-    WatchTree &tree = folders_.tree();
+    const WatchTree &tree = folders_.tree();
     std::vector<Id> all;
     for (Id id = 1; id < tree.idLimit(); ++id)
         if (tree.isLive(id))
@@ -91,14 +89,14 @@ void FolderSweep::afterLoss(std::optional<std::int64_t> since, std::uint32_t fla
         if (!tree.isLive(id))
             continue;
         if (std::as_const(folders_).unwatched(id) != nullptr) {
-            lookAt(id);
+            check(id);
             continue;
         }
         const FolderProbe found = probeFolder(tree.path(id), tree.isRoot(id));
-        if (found.isFolder() && (!since || found.stamp.changed >= *since))
-            verifier_.reconcile(id, flags);
-        else if (!found.isFolder() && !tree.isRoot(id)) // verify() asks again where that is unknown
-            verifier_.verify(tree.parent(id), std::string(tree.name(id)), flags);
+        if (!found.isFolder())
+            verifier_.verifyPlace(id, flags);
+        else if (!since || found.stamp.changed >= *since)
+            verifier_.reconcile(id, {.flags = flags});
     }
 }
 

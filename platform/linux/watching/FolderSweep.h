@@ -33,7 +33,7 @@ public:
     /// come to its end.
     bool goOn(Clock::time_point now);
     /// Checks every unwatched folder at once.
-    void lookAtAll();
+    void checkAll();
     /// Checks every folder. Lists those that have changed since that time, or all of them if no
     /// time is given.
     void afterLoss(std::optional<std::int64_t> since, std::uint32_t flags,
@@ -41,7 +41,8 @@ public:
 
 private:
     void begin();
-    void lookAt(Id id);
+    void checkNext();
+    void check(Id id);
 
     WatchedFolders &folders_;
     FolderVerifier &verifier_;

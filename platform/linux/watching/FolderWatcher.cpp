@@ -7,65 +7,13 @@
 #include <limits>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 
 #include <malloc.h>
-
-// How the changes below some folders are noticed, without losing any.
-//
-// The kernel tells by inotify which names come and go in a folder that has a watch. Its events are
-// not replayed: they may be late, doubled, in an order that names alone do not explain (an exchange
-// of two folders), or lost altogether. An event only marks a name in a folder as worth a look; at
-// the next flush, one latency after the first mark, the disk is read and compared with the tree of
-// folders that stands here (FolderVerifier). Whatever was wrong before is right after that look,
-// and a folder that lives shorter than the latency costs nothing.
-//
-// A look at a name asks for a watch on what stands there. The kernel gives the watch that a folder
-// has already, so the same watch means the same folder; everything in it has been told by events of
-// its own. Any other watch means another folder, which is entered: a watch on it first, its listing
-// after that, and so on below. What changes after the watch raises an event and what changed before
-// it is in the listing, so nothing falls in between. For the same reason a change is told to the
-// receiver only when everything below it has its watches: what changes after the receiver's look is
-// told again.
-//
-// Every look goes by a path, and a path leads elsewhere while a folder on it is moved away and
-// back. So the events are read once more after the looks of a flush: where they tell that a folder
-// was moved, whatever was looked at below it is looked at again by the next flush. Folders without
-// a watch raise no events; there the stamps of the folders above are compared in the same way.
-//
-// A call that fails is no answer, unless it says that nothing stands at the path. What could not be
-// asked stays as it was, and is asked again after a second, then after two, up to a minute
-// (RetryList).
-//
-// A crawl that comes before takes the stamp of each folder, then lists it, and notes both
-// (CrawlNotes). The watches follow when the crawl is over, so that nobody who waits for the crawl
-// waits for them: a watch first, then another look at the stamp. Where the stamp is the same, and
-// older than the crawl, nothing has happened in between; where it is not, the folder is listed
-// again. The folders above the roots get their watches first, then the roots, then everything else.
-//
-// Folders that are no longer in their place leave the tree at once and give up their watches only
-// at the end of the flush, when nobody else has turned up with the same watch. Until then a folder
-// that has been moved within the tree takes its watches along.
-//
-// There are never enough watches. Half of what the user may have is left to other programs, and
-// within that the folders nearest to the roots come first (WatchBudget). The others are known by
-// their stamps: inode and time of the last change of status, which unlike the time of modification
-// no program can set back. A sweep compares the stamps from time to time and lists the folders in
-// which something has changed (FolderSweep); where a stamp is so young that another change might
-// not show in it, the folder is listed the next time as well. The same comparison finds what was
-// missed when the kernel's queue has overflown. Remote file systems, where the kernel knows nothing
-// of what others change, are swept only, by a thread of their own.
-//
-// A root may come and go, as may the folders above it. Those have a watch each, of which only the
-// name that leads to the root counts (WatchRoots). Mounts raise no events in the folders that they
-// cover; the table of mounts tells of them, and the mount points are marked.
-//
-// The thread reads at most every 20 milliseconds while events keep coming: reading each at once
-// takes a third of the time of the program that causes them. It sleeps without a time-out while
-// nothing is marked and nothing has to be swept.
 
 namespace quillon {
 
@@ -74,7 +22,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto RETRY_BUDGET = 1h;
-constexpr std::size_t LARGEST_BUDGET = 524'288;
 /// At most this many flushes follow a requested one when folders never stop changing.
 constexpr int MOST_FLUSHES = 10;
 
@@ -83,13 +30,6 @@ Descriptor openMountInfo(FolderWatcher::Kind kind)
     return kind == FolderWatcher::Kind::local
                ? openAt(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)
                : Descriptor();
-}
-
-std::size_t budgetOf(const InotifyOptions &options, const InotifyQueue &queue)
-{
-    if (!queue.isOpen())
-        return 0;
-    return options.watchBudget.value_or(std::min(maxUserWatches() / 2, LARGEST_BUDGET));
 }
 
 /// Returns the milliseconds for poll(), rounded up, so that the time has come when poll() returns.
@@ -185,18 +125,12 @@ void FolderWatcher::turn()
 void FolderWatcher::begin()
 {
     queue_ = std::make_unique<InotifyQueue>(kind_ == Kind::local);
-    loop_ = std::make_unique<WatchLoop>(
-        *queue_, items_, options_, budgetOf(options_, *queue_), kind_ == Kind::local,
-        stream_.rootFlags,
-        WatchLoop::Hooks{[this] { return goesOn(); },
-                         [this](const std::string &path, bool hasCome) {
-                             using What = RootOrder::What;
-                             remoteOrNew()->order({hasCome ? What::hasCome : What::hasGone, path});
-                         }});
+    loop_ = std::make_unique<WatchLoop>(*queue_, items_, options_, kind_ == Kind::local,
+                                        stream_.rootFlags, [this] { return goesOn(); });
     loop_->begin(stream_.roots, {stream_.crawled.get(), stream_.quietSince});
+    publish();
     if (kind_ == Kind::local)
         endBeginning();
-    publish();
     deliver();
     if (loop_->hasDirt())
         deadline_ = Clock::now() + stream_.latency;
@@ -216,7 +150,7 @@ void FolderWatcher::endBeginning()
 
 void FolderWatcher::flushIfDue()
 {
-    const auto requested = flushes_.pending();
+    const auto requested = requestedFlush();
     if (!requested && Clock::now() < std::min(deadline_, loop_->retryDue()))
         return;
     deadline_ = Clock::time_point::max();
@@ -226,8 +160,17 @@ void FolderWatcher::flushIfDue()
         loop_->flush(WatchLoop::Extent::marked);
     publish();
     deliver();
-    if (requested)
-        flushes_.done(*requested);
+    if (!requested)
+        return;
+    const MutexLock lock(mailMutex_);
+    lastFlushed_ = *requested;
+    flushed_.notifyAll();
+}
+
+std::optional<std::uint64_t> FolderWatcher::requestedFlush() const
+{
+    const MutexLock lock(mailMutex_);
+    return lastFlushed_ < lastRequested_ ? std::optional(lastRequested_) : std::nullopt;
 }
 
 void FolderWatcher::sweepIfDue()
@@ -256,13 +199,12 @@ void FolderWatcher::followOrders()
         if (order.what == RootOrder::What::isBegun) {
             endBeginning();
         } else if (order.what == RootOrder::What::hasGone) {
-            loop_->roots().remove(order.path);
+            loop_->removeRoot(order.path);
         } else if (isBeginning_) {
             loop_->begin({order.path}, {stream_.crawled.get(), stream_.quietSince});
             deliver();
         } else {
-            loop_->roots().add(order.path);
-            loop_->suspectRoots();
+            loop_->addRoot(order.path);
         }
     }
 }
@@ -290,8 +232,16 @@ void FolderWatcher::publish()
 {
     publishCounts();
     bytes_ = loop_->folders().bytes();
+    passRemoteChanges();
     if (kind_ == Kind::local)
         reportShortage();
+}
+
+void FolderWatcher::passRemoteChanges()
+{
+    using What = RootOrder::What;
+    for (const auto &[path, hasCome] : loop_->takeRemoteChanges())
+        remoteOrNew()->order({hasCome ? What::hasCome : What::hasGone, path});
 }
 
 void FolderWatcher::publishCounts()
@@ -306,9 +256,9 @@ void FolderWatcher::reportShortage()
 {
     const WatchTree &tree = loop_->folders().tree();
     const bool isShort =
-        loop_->takeRefused() || (queue_->isOpen() && tree.watches() >= loop_->folders().budget() &&
-                                 !loop_->folders().unwatched().empty());
-    if (isShort && options_.report)
+        loop_->wasRefused() || (queue_->isOpen() && tree.watches() >= loop_->folders().budget() &&
+                                !loop_->folders().unwatched().empty());
+    if (isShort && options_.report && !std::exchange(isShortageReported_, true))
         options_.report("watching " + std::to_string(tree.watches()) + " of " +
                         std::to_string(tree.folders()) +
                         " folders, the others are looked at from time to time; "
@@ -321,7 +271,9 @@ void FolderWatcher::end()
 {
     loop_.reset();
     queue_.reset();
-    flushes_.end();
+    const MutexLock lock(mailMutex_);
+    hasEnded_ = true;
+    flushed_.notifyAll();
 }
 
 // From other threads
@@ -341,11 +293,20 @@ void FolderWatcher::wake() const
         return; // it is about to wake up anyway
 }
 
-FlushRequests::Number FolderWatcher::requestFlush()
+std::uint64_t FolderWatcher::requestFlush()
 {
-    const FlushRequests::Number number = flushes_.add();
+    const MutexLock lock(mailMutex_);
     wake();
-    return number;
+    return ++lastRequested_;
+}
+
+void FolderWatcher::flush(std::optional<std::chrono::milliseconds> patience)
+{
+    const std::uint64_t number = requestFlush();
+    const auto end = patience ? Clock::now() + *patience : Clock::time_point::max();
+    const MutexLock lock(mailMutex_);
+    while (lastFlushed_ < number && !hasEnded_ && Clock::now() < end)
+        flushed_.waitFor(mailMutex_, patience.value_or(1s));
 }
 
 std::shared_ptr<FolderWatcher> FolderWatcher::remote() const

@@ -4,8 +4,7 @@
 #include "platform/FSEventStream.h"
 #include "platform/linux/disk/Descriptor.h"
 #include "platform/linux/watching/EventDelivery.h"
-#include "platform/linux/watching/FlushRequests.h"
-#include "platform/linux/watching/InotifyOptions.h"
+#include "platform/linux/watching/InotifyEventService.h"
 #include "platform/linux/watching/InotifyQueue.h"
 #include "platform/linux/watching/WatchLoop.h"
 
@@ -16,8 +15,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -55,14 +52,11 @@ public:
     bool start();
     /// Tells the thread to end, which then releases all watches.
     void stop() EXCLUDES(mailMutex_);
-    FlushRequests::Number requestFlush();
-    /// Waits until that flush has been delivered, until the thread ends, or until that time has
-    /// passed.
-    void waitForFlush(FlushRequests::Number number,
-                      std::optional<std::chrono::milliseconds> patience)
-    {
-        flushes_.wait(number, patience);
-    }
+    /// Has the thread deliver what has happened so far. Returns the number of this flush.
+    std::uint64_t requestFlush() EXCLUDES(mailMutex_);
+    /// Requests a flush and waits until it has been delivered, until the thread ends, or until that
+    /// time has passed.
+    void flush(std::optional<std::chrono::milliseconds> patience) EXCLUDES(mailMutex_);
     /// Returns the watcher of remote folders; null when there have been none.
     std::shared_ptr<FolderWatcher> remote() const EXCLUDES(mailMutex_);
 
@@ -92,16 +86,18 @@ private:
     Clock::time_point nextWakeUp() const;
     void turn();
     void begin();
-    void flushIfDue();
+    void flushIfDue() EXCLUDES(mailMutex_);
+    std::optional<std::uint64_t> requestedFlush() const EXCLUDES(mailMutex_);
     void sweepIfDue();
     void followOrders() EXCLUDES(mailMutex_);
     void endBeginning();
     void deliver();
     void publish();
+    void passRemoteChanges();
     void publishCounts();
     void reportShortage();
     bool goesOn();
-    void end();
+    void end() EXCLUDES(mailMutex_);
     void wake() const;
 
     std::shared_ptr<FolderWatcher> remoteOrNew() EXCLUDES(mailMutex_);
@@ -113,7 +109,6 @@ private:
     const Descriptor wakeUp_;
     const Descriptor mountInfo_;
     std::atomic<bool> stopping_ = false;
-    FlushRequests flushes_;
 
     std::atomic<std::size_t> watched_ = 0;
     std::atomic<std::size_t> folders_ = 0;
@@ -130,10 +125,16 @@ private:
     Clock::time_point readNext_{};
     Clock::time_point deadline_ = Clock::time_point::max();
     Clock::time_point retryBudget_ = Clock::time_point::max();
+    bool isShortageReported_ = false;
 
     mutable Mutex mailMutex_;
     std::vector<RootOrder> orders_ GUARDED_BY(mailMutex_);
     std::shared_ptr<FolderWatcher> remote_ GUARDED_BY(mailMutex_);
+    Condition flushed_;
+    /// Flushes are numbered from one. Each stands for the earlier ones too.
+    std::uint64_t lastRequested_ GUARDED_BY(mailMutex_) = 0;
+    std::uint64_t lastFlushed_ GUARDED_BY(mailMutex_) = 0;
+    bool hasEnded_ GUARDED_BY(mailMutex_) = false;
 };
 
 } // namespace quillon

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <ranges>
 #include <system_error>
 #include <utility>
 
@@ -25,12 +24,12 @@ std::string realPathOf(const std::string &path)
 } // namespace
 
 WatchRoots::WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const WatchFilter &items,
-                       ChangeLog &changes, RetryList &retries, const MountTable *mounts)
+                       ChangeLog &changes, OpenQuestions &questions, const MountTable *mounts)
     : queue_(queue),
       folders_(folders),
       items_(items),
       changes_(changes),
-      retries_(retries),
+      questions_(questions),
       mounts_(mounts)
 {}
 
@@ -40,52 +39,50 @@ void WatchRoots::add(const std::string &path)
         roots_.push_back({.path = path});
 }
 
-void WatchRoots::setFolder(std::string_view path, Id node)
-{
-    const auto root = std::ranges::find(roots_, path, &Root::path);
-    root->node = node;
-    root->isKnown = true;
-}
-
 void WatchRoots::remove(std::string_view path)
 {
     std::erase_if(roots_, [&](const Root &root) {
         if (root.path != path)
             return false;
-        if (root.node != WatchTree::NONE && folders_.tree().isLive(root.node))
-            folders_.drop(root.node);
+        if (const Id folder = folders_.tree().find(WatchTree::NONE, path);
+            folder != WatchTree::NONE)
+            folders_.drop(folder);
         if (root.isRemote)
-            onRemote(root.path, false);
+            folders_.noteRemote(root.path, false);
         return true;
     });
 }
 
-WatchTree::Id WatchRoots::folder(std::string_view path) const
+void WatchRoots::noteMount(const std::string &point)
 {
-    const auto root = std::ranges::find(roots_, path, &Root::path);
-    const bool isThere =
-        root != roots_.end() && root->node != WatchTree::NONE && folders_.tree().isLive(root->node);
-    return isThere ? root->node : WatchTree::NONE;
-}
-
-std::vector<std::pair<std::string, WatchTree::Id>> WatchRoots::entered() const
-{
-    std::vector<std::pair<std::string, Id>> entered;
-    for (const Root &root : roots_)
-        if (root.node != WatchTree::NONE && folders_.tree().isLive(root.node))
-            entered.emplace_back(root.path, root.node);
-    return entered;
-}
-
-bool WatchRoots::areConcernedByMount(std::string_view point) const
-{
-    return std::ranges::any_of(roots_, [&](const Root &root) {
-        if (isAtOrBelow(root.path, point))
-            return true;
+    for (const Root &root : roots_) {
+        const Id folder = folders_.tree().find(WatchTree::NONE, root.path);
+        const bool isAbove = isAtOrBelow(root.path, point);
+        if (isAbove)
+            questions_.askAboutRoots();
+        // Resolving the path of a root may take for ever when a server is gone.
+        if (root.isRemote || (isAbove && folder == WatchTree::NONE))
+            continue;
+        const std::string real = realPathOf(root.path);
         // A root that is not there may be a link to what the mount provides.
-        return !root.isRemote && (root.realPath.empty() || isAtOrBelow(root.realPath, point) ||
-                                  isAtOrBelow(realPathOf(root.path), point));
-    });
+        if (root.realPath.empty() || isAtOrBelow(root.realPath, point) || isAtOrBelow(real, point))
+            questions_.askAboutRoots();
+        if (folder != WatchTree::NONE && !real.empty() && isBelow(point, real))
+            askBelow(folder, std::string_view(point).substr(real == "/" ? 1 : real.size() + 1));
+    }
+}
+
+/// Asks about the last name of a path below a root if all folders on the way are entered.
+void WatchRoots::askBelow(Id root, std::string_view below)
+{
+    Id folder = root;
+    std::size_t slash = below.find('/');
+    for (; slash != std::string_view::npos && folder != WatchTree::NONE; slash = below.find('/')) {
+        folder = folders_.tree().find(folder, below.substr(0, slash));
+        below.remove_prefix(slash + 1);
+    }
+    if (folder != WatchTree::NONE)
+        questions_.ask(folder, below);
 }
 
 // The folders above
@@ -120,16 +117,15 @@ bool WatchRoots::guardWay(const std::string &path)
     return isComplete;
 }
 
-bool WatchRoots::note(const InotifyQueue::Event &event)
+void WatchRoots::note(const InotifyQueue::Event &event)
 {
     const auto guard = guards_.find(event.watch);
     if (guard == guards_.end())
-        return false;
-    const bool concerns =
-        event.isOwn || std::ranges::find(guard->second, event.name) != guard->second.end();
+        return;
+    if (event.isOwn || std::ranges::find(guard->second, event.name) != guard->second.end())
+        questions_.askAboutRoots();
     if (event.isEnd)
         guards_.erase(guard);
-    return concerns;
 }
 
 // The roots
@@ -159,9 +155,9 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
 {
     const auto isOnServer = root.isRemote ? std::optional(true) : isRemote(root.path);
     if (isOnServer.value_or(false)) {
-        const bool wasKnown = std::exchange(root.isKnown, true);
-        if (!std::exchange(root.isRemote, true) || !wasKnown)
-            onRemote(root.path, true);
+        root.isKnown = true;
+        if (!std::exchange(root.isRemote, true))
+            folders_.noteRemote(root.path, true);
         return;
     }
     const bool isGuarded = guard(root.path);
@@ -169,23 +165,24 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     const FolderProbe found = probeFolder(root.path, true);
     // Unless all guards are in place, only a check shows that a root has come or gone.
     if (!isGuarded)
-        retries_.addRoots();
+        questions_.askAboutRootsLater();
     if (!isOnServer || found.isUnknown())
-        return retries_.addRoot(root.path);
+        return questions_.askLater(WatchTree::NONE, root.path);
     const bool wasKnown = std::exchange(root.isKnown, true);
     const auto verdict = found.isFolder() ? items_.folder(root.path) : WatchFilter::Folder::skipped;
     const bool isEntered = found.isFolder() && verdict != WatchFilter::Folder::listed;
-    const bool wasThere = root.node != WatchTree::NONE && folders_.tree().isLive(root.node);
-    if (wasThere && isEntered && verifier.keepIfSame(root.node, root.path, found)) {
+    const Id before = folders_.tree().find(WatchTree::NONE, root.path);
+    const bool wasThere = before != WatchTree::NONE;
+    if (wasThere && isEntered && verifier.keepIfSame(before, root.path, found)) {
         if (terms.isSuspect)
             changes_.tellAgain(root.path);
         return;
     }
     if (wasThere)
-        folders_.drop(root.node);
-    const auto entered = isEntered ? verifier.enterRoot(root.path) : WatchTree::NONE;
-    root.node = entered.value_or(WatchTree::NONE);
-    if (root.node == WatchTree::NONE) {
+        folders_.drop(before);
+    const auto entered =
+        isEntered ? verifier.enter(WatchTree::NONE, root.path) : std::optional(WatchTree::NONE);
+    if (entered.value_or(WatchTree::NONE) == WatchTree::NONE) {
         if (wasThere || !entered)
             changes_.add(root.path, ChangeLog::Found::nothing, terms.flags);
         return;
@@ -193,7 +190,7 @@ void WatchRoots::checkOne(Root &root, FolderVerifier &verifier, const Check &ter
     const bool isQuiet = terms.quietSince && !wasKnown;
     if (!isQuiet)
         changes_.add(root.path, ChangeLog::Found::folder, terms.flags);
-    verifier.explore(root.node, isQuiet ? terms.quietSince : std::nullopt);
+    verifier.explore(*entered, isQuiet ? terms.quietSince : std::nullopt);
 }
 
 } // namespace quillon

@@ -4,12 +4,10 @@
 #include "platform/linux/watching/InotifyQueue.h"
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace quillon {
@@ -22,32 +20,26 @@ public:
     using Id = WatchTree::Id;
 
     WatchRoots(const InotifyQueue &queue, WatchedFolders &folders, const WatchFilter &items,
-               ChangeLog &changes, RetryList &retries, const MountTable *mounts);
+               ChangeLog &changes, OpenQuestions &questions, const MountTable *mounts);
 
     /// Adds a root of which nothing is known. The next check looks for it.
     void add(const std::string &path);
-    /// Sets the folder of a root that was added to the folder that a crawl has entered.
-    void setFolder(std::string_view path, Id node);
     /// Forgets the root and drops its folders. The watches on the folders above stay, since they
     /// may guard other roots too.
     void remove(std::string_view path);
     /// Returns whether the root is on a remote file system, or nothing when the disk did not
     /// answer.
     std::optional<bool> isRemote(const std::string &path) const;
-    /// Returns the folder of a root, or NONE when the root is not there.
-    Id folder(std::string_view path) const;
-    /// Returns the roots that are there, and their folders.
-    std::vector<std::pair<std::string, Id>> entered() const;
 
-    /// Returns whether a mount that came or went at this point may have made a root appear,
-    /// disappear or become another folder.
-    bool areConcernedByMount(std::string_view point) const;
+    /// Notes that a mount has come or gone at this point, which may have made a root appear,
+    /// disappear or become another folder, or may have changed a folder below a root.
+    void noteMount(const std::string &point);
 
     /// Watches the folders above a path. Returns false when one that exists got no watch.
     bool guard(const std::string &path);
     bool owns(int watch) const { return guards_.contains(watch); }
-    /// Notes an event. Returns true when it may concern a root.
-    bool note(const InotifyQueue::Event &event);
+    /// Notes an event, which may concern a root.
+    void note(const InotifyQueue::Event &event);
 
     struct Check
     {
@@ -61,8 +53,6 @@ public:
     };
     /// Compares the roots with the disk.
     void check(FolderVerifier &verifier, const Check &terms);
-    /// It is called with each root on a remote file system that comes or is forgotten.
-    std::function<void(const std::string &path, bool hasCome)> onRemote;
 
 private:
     struct Root
@@ -70,12 +60,12 @@ private:
         std::string path = {};
         /// The root's path without links at the last check, or empty when the root was not there.
         std::string realPath = {};
-        Id node = WatchTree::NONE;
         bool isRemote = false;
         /// True when the root was looked for before.
         bool isKnown = false;
     };
 
+    void askBelow(Id root, std::string_view below);
     bool guardWay(const std::string &path);
     void checkOne(Root &root, FolderVerifier &verifier, const Check &terms);
 
@@ -83,7 +73,7 @@ private:
     WatchedFolders &folders_;
     const WatchFilter &items_;
     ChangeLog &changes_;
-    RetryList &retries_;
+    OpenQuestions &questions_;
     const MountTable *const mounts_;
     std::vector<Root> roots_;
     /// For each watch, the names in its folder that lead to a root.

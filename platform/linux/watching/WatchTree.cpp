@@ -24,6 +24,77 @@ constexpr std::size_t LONGEST_NAME = std::numeric_limits<std::uint16_t>::max();
 
 } // namespace
 
+// WatchOwners
+
+WatchOwners::Id WatchOwners::first(int watch) const
+{
+    const auto number = static_cast<std::size_t>(watch);
+    const std::size_t page = number / PAGE_SIZE;
+    return page < pages_.size() && pages_[page] ? pages_[page]->owners[number % PAGE_SIZE] : 0;
+}
+
+bool WatchOwners::add(int watch, Id owner)
+{
+    if (first(watch) != 0) {
+        further_.emplace(watch, owner);
+        return false;
+    }
+    const auto number = static_cast<std::size_t>(watch);
+    if (number / PAGE_SIZE >= pages_.size())
+        pages_.resize(number / PAGE_SIZE + 1);
+    std::unique_ptr<Page> &page = pages_[number / PAGE_SIZE];
+    if (!page)
+        page = std::make_unique<Page>();
+    page->owners[number % PAGE_SIZE] = owner;
+    ++page->used;
+    return true;
+}
+
+bool WatchOwners::remove(int watch, Id owner)
+{
+    const auto [begin, end] = further_.equal_range(watch);
+    auto other = std::find_if(begin, end, [&](const auto &entry) { return entry.second == owner; });
+    if (other != end) {
+        further_.erase(other);
+        return false;
+    }
+    require(first(watch) == owner, "a watch is taken from one who has it");
+    const auto number = static_cast<std::size_t>(watch);
+    std::unique_ptr<Page> &page = pages_[number / PAGE_SIZE];
+    Id &place = page->owners[number % PAGE_SIZE];
+    if (begin != end) {
+        place = begin->second;
+        further_.erase(begin);
+        return false;
+    }
+    place = 0;
+    if (--page->used == 0)
+        page.reset();
+    return true;
+}
+
+std::vector<WatchOwners::Id> WatchOwners::of(int watch) const
+{
+    std::vector<Id> owners;
+    if (watch >= 0 && first(watch) != 0)
+        owners.push_back(first(watch));
+    const auto [begin, end] = further_.equal_range(watch);
+    for (auto other = begin; other != end; ++other)
+        owners.push_back(other->second);
+    return owners;
+}
+
+std::size_t WatchOwners::bytes() const
+{
+    const auto pages =
+        std::ranges::count_if(pages_, [](const auto &page) { return page != nullptr; });
+    return pages_.capacity() * sizeof(pages_[0]) + static_cast<std::size_t>(pages) * sizeof(Page) +
+           further_.size() * (sizeof(std::pair<int, Id>) + 2 * sizeof(void *)) +
+           further_.bucket_count() * sizeof(void *);
+}
+
+// WatchTree
+
 WatchTree::WatchTree()
 {
     nodes_.emplace_back();
@@ -45,27 +116,29 @@ WatchTree::Id WatchTree::newNode()
     return id;
 }
 
-WatchTree::Id WatchTree::addRoot(std::string path)
+/// There are only a few roots, and a root that comes again keeps its place.
+NameArena::Offset WatchTree::placeOfRoot(std::string_view path)
 {
-    if (path == "/")
-        path.clear();
-    const Id id = newNode();
-    // There are only a few roots, and a root that comes again keeps its place.
     const auto known = std::ranges::find(rootPaths_, path);
-    nodes_[id].name = static_cast<NameArena::Offset>(known - rootPaths_.begin());
+    const auto place = static_cast<NameArena::Offset>(known - rootPaths_.begin());
     if (known == rootPaths_.end())
-        rootPaths_.push_back(std::move(path));
-    return id;
+        rootPaths_.emplace_back(path);
+    return place;
 }
 
 WatchTree::Id WatchTree::add(Id parent, std::string_view name)
 {
-    require(!name.empty() && name.size() <= LONGEST_NAME,
-            "a name fits in a record of the kernel's");
     const Id id = newNode();
-    Node &above = nodes_[parent];
     Node &node = nodes_[id];
     node.parent = parent;
+    children_.insert(hashOf(parent, name), id);
+    if (parent == NONE) {
+        node.name = placeOfRoot(name);
+        return id;
+    }
+    require(!name.empty() && name.size() <= LONGEST_NAME,
+            "a name fits in a record of the kernel's");
+    Node &above = nodes_[parent];
     node.nextSibling = std::exchange(above.firstChild, id);
     if (node.nextSibling != NONE)
         nodes_[node.nextSibling].previousSibling = id;
@@ -73,7 +146,6 @@ WatchTree::Id WatchTree::add(Id parent, std::string_view name)
     node.nameLength = static_cast<std::uint16_t>(name.size());
     node.depth =
         static_cast<std::uint16_t>(std::min<unsigned>(above.depth + 1U, DEEPEST)) & DEEPEST;
-    children_.insert(hashOf(parent, name), id);
     return id;
 }
 
@@ -88,27 +160,22 @@ std::string_view WatchTree::name(Id id) const
 {
     const Node &node = nodes_[id];
     if (node.parent == NONE)
-        return {};
+        return rootPaths_[node.name];
     return {names_.at(node.name), node.nameLength};
-}
-
-std::string WatchTree::path(Id id) const
-{
-    const std::string_view ownName = name(id);
-    if (!isRoot(id))
-        return path(parent(id), ownName);
-    return rootPath(id).empty() ? "/" : rootPath(id);
 }
 
 std::string WatchTree::path(Id parent, std::string_view name) const
 {
+    if (parent == NONE)
+        return std::string(name);
     std::size_t size = name.size() + 1;
     Id at = parent;
     for (; !isRoot(at); at = this->parent(at))
         size += nodes_[at].nameLength + std::size_t{1};
-    size += rootPath(at).size();
+    const std::string_view root = this->name(at) == "/" ? std::string_view() : this->name(at);
 
-    std::string path(size, '/');
+    std::string path(root.size() + size, '/');
+    size = path.size();
     const auto put = [&](std::string_view piece) {
         size -= piece.size();
         path.replace(size, piece.size(), piece);
@@ -118,8 +185,7 @@ std::string WatchTree::path(Id parent, std::string_view name) const
         --size; // the slash
         put(this->name(at));
     }
-    --size;
-    put(rootPath(at));
+    path.replace(0, root.size(), root);
     return path;
 }
 
@@ -144,8 +210,7 @@ void WatchTree::detach(Id top, std::vector<Id> &detached)
         Node &node = nodes_[id];
         for (Id child = node.firstChild; child != NONE; child = nextSibling(child))
             detached.push_back(child);
-        if (!isRoot(id))
-            children_.erase(hashOf(node.parent, name(id)), id);
+        children_.erase(hashOf(node.parent, name(id)), id);
         node.state = State::detached;
         --folders_;
     }

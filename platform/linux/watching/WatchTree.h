@@ -2,16 +2,50 @@
 
 #include "base/IdTable.h"
 #include "base/NameArena.h"
-#include "platform/linux/watching/WatchOwners.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace quillon {
+
+/// The owners of each watch. The kernel assigns numbers one after the other, so the watches of a
+/// crawl fill whole pages. The few watches with several owners are kept apart. Not locked.
+class WatchOwners
+{
+public:
+    /// Zero means no owner.
+    using Id = std::uint32_t;
+
+    /// Adds an owner. Returns true when nobody had the watch.
+    bool add(int watch, Id owner);
+    /// Removes an owner, who has the watch. Returns true when nobody has it any more.
+    bool remove(int watch, Id owner);
+    std::vector<Id> of(int watch) const;
+    /// Returns the bytes of memory held, including unused capacity.
+    std::size_t bytes() const;
+
+private:
+    static constexpr std::size_t PAGE_SIZE = 1024;
+    struct Page
+    {
+        std::array<Id, PAGE_SIZE> owners = {};
+        std::size_t used = 0;
+    };
+
+    Id first(int watch) const;
+
+    /// The owners by number; null when nobody has any of a page's watches.
+    std::vector<std::unique_ptr<Page>> pages_;
+    /// The owners besides the one in the page.
+    std::unordered_multimap<int, Id> further_;
+};
 
 /// The watched and unwatched folders below the roots, by name and parent, and the watches they
 /// have.
@@ -28,8 +62,8 @@ public:
 
     WatchTree();
 
-    Id addRoot(std::string path);
-    /// Adds a folder whose name is not in use in its parent.
+    /// Adds a folder whose name is not in use in its parent. The parent of a root is NONE, and its
+    /// name is its path.
     Id add(Id parent, std::string_view name);
     Id find(Id parent, std::string_view name) const;
 
@@ -42,9 +76,8 @@ public:
     /// Returns the number of folders between this one and its root. The highest number also stands
     /// for more.
     std::uint16_t depth(Id id) const { return nodes_[id].depth; }
-    /// The result is empty for a root.
     std::string_view name(Id id) const;
-    std::string path(Id id) const;
+    std::string path(Id id) const { return path(parent(id), name(id)); }
     std::string path(Id parent, std::string_view name) const;
 
     /// Takes a folder and everything below it out of the tree, parents first. The folders keep
@@ -92,14 +125,14 @@ private:
     static_assert(sizeof(Node) == 28);
 
     Id newNode();
-    const std::string &rootPath(Id root) const { return rootPaths_[nodes_[root].name]; }
+    NameArena::Offset placeOfRoot(std::string_view path);
     void unlink(Id id);
 
     std::deque<Node> nodes_;
     std::vector<Id> free_;
     NameArena names_;
-    /// The paths of the roots; "" stands for "/".
-    std::vector<std::string> rootPaths_;
+    /// The paths of the roots, which stay when a root goes.
+    std::deque<std::string> rootPaths_;
     IdTable children_;
     WatchOwners owners_;
     std::size_t folders_ = 0;

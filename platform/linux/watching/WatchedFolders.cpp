@@ -12,6 +12,11 @@ constexpr std::int64_t YOUNG = 2'000'000'000;
 
 } // namespace
 
+bool isOlder(const FolderStamp &stamp, std::int64_t time)
+{
+    return stamp.isKnown() && time - stamp.changed > YOUNG;
+}
+
 FolderState WatchedFolders::sight(const std::string &path, bool isRoot, bool mayWatch)
 {
     FolderState seen;
@@ -29,31 +34,18 @@ FolderState WatchedFolders::sight(const std::string &path, bool isRoot, bool may
     }
     const std::int64_t now = wallClock_();
     seen.probe = probeFolder(path, isRoot);
-    seen.isTrusted = now - seen.probe.stamp.changed > YOUNG;
+    seen.isTrusted = isOlder(seen.probe.stamp, now);
     return seen;
 }
 
 void WatchedFolders::record(Id id, const FolderState &seen)
 {
-    if (seen.watch != WatchTree::NO_WATCH)
-        tree_.setWatch(id, seen.watch);
-    else
-        unwatched_[id] = {seen.probe.stamp, seen.isTrusted, false, std::nullopt};
-}
-
-void WatchedFolders::recordUnwatched(const Listed &listed)
-{
-    unwatched_[listed.id] = {listed.stamp, isTrusted(listed.stamp), false, listed.items};
-}
-
-bool WatchedFolders::isTrusted(const FolderStamp &stamp) const
-{
-    return stamp.isKnown() && crawledSince_ - stamp.changed > YOUNG;
-}
-
-void WatchedFolders::recordClosed(Id id, const FolderStamp &stamp)
-{
-    unwatched_[id] = {stamp, true, true, std::nullopt};
+    if (seen.watch == WatchTree::NO_WATCH) {
+        setUnwatched(id, {.stamp = seen.probe.stamp, .isTrusted = seen.isTrusted});
+        return;
+    }
+    unwatched_.erase(id);
+    tree_.setWatch(id, seen.watch);
 }
 
 void WatchedFolders::discard(const FolderState &seen)
@@ -82,17 +74,6 @@ WatchedFolders::Unwatched *WatchedFolders::unwatched(Id id)
     return found == unwatched_.end() ? nullptr : &found->second;
 }
 
-void WatchedFolders::nowWatched(Id id, int watch)
-{
-    unwatched_.erase(id);
-    tree_.setWatch(id, watch);
-}
-
-void WatchedFolders::nowUnwatched(Id id, const FolderState &seen)
-{
-    unwatched_[id] = {seen.probe.stamp, seen.isTrusted, false, std::nullopt};
-}
-
 void WatchedFolders::dropWatch(Id id)
 {
     const int watch = tree_.watch(id);
@@ -115,28 +96,22 @@ void WatchedFolders::drop(Id top)
         if (known == unwatched_.end())
             continue;
         if (known->second.isClosed)
-            onClosedDropped(tree_.path(dropped_[i]));
+            noteRemote(tree_.path(dropped_[i]), false);
         unwatched_.erase(known);
     }
 }
 
 void WatchedFolders::releaseDropped()
 {
-    for (const Id id : dropped_) {
+    for (const Id id : dropped_)
         dropWatch(id);
-    }
     for (const Id id : std::exchange(dropped_, {}))
         tree_.release(id);
 }
 
-bool WatchedFolders::takeRefused()
-{
-    return std::exchange(refused_, false);
-}
-
 std::size_t WatchedFolders::bytes() const
 {
-    return tree_.bytes() + dropped_.capacity() * sizeof(Id) + listed_.capacity() * sizeof(Listed) +
+    return tree_.bytes() + dropped_.capacity() * sizeof(Id) +
            unwatched_.size() * (sizeof(std::pair<Id, Unwatched>) + 2 * sizeof(void *));
 }
 

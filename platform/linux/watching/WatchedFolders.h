@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/linux/disk/FolderProbe.h"
 #include "platform/linux/disk/LongPath.h"
-#include "platform/linux/watching/FolderProbe.h"
 #include "platform/linux/watching/InotifyQueue.h"
 #include "platform/linux/watching/WatchTree.h"
 
@@ -38,6 +38,10 @@ struct FolderState
 /// Returns the nanoseconds since 1970.
 using WallClock = std::function<std::int64_t()>;
 
+/// Returns whether a stamp is so much older than a time, in nanoseconds since 1970, that any change
+/// since then has given the folder another stamp. Returns false for an unknown stamp.
+bool isOlder(const FolderStamp &stamp, std::int64_t time);
+
 /// The tree of folders, what is known about those without a watch, and the budget. Not locked.
 class WatchedFolders
 {
@@ -47,7 +51,7 @@ public:
     /// A folder without a watch.
     struct Unwatched
     {
-        FolderStamp stamp;
+        FolderStamp stamp = {};
         /// If false, the folder must be listed again the next time even if its stamp is the same,
         /// since the stamp was too young to tell two changes apart.
         bool isTrusted = false;
@@ -55,17 +59,7 @@ public:
         /// mounted there.
         bool isClosed = false;
         /// The sum of itemHash() over its items; absent when nobody has listed it yet.
-        std::optional<std::uint64_t> items;
-    };
-
-    /// A folder that a crawl has listed and that has neither a watch nor an entry here yet.
-    struct Listed
-    {
-        Id id = WatchTree::NONE;
-        /// The stamp that was taken before the folder was listed; unknown when it was not listed.
-        FolderStamp stamp;
-        /// The sum of itemHash() over its items.
-        std::uint64_t items = 0;
+        std::optional<std::uint64_t> items = {};
     };
 
     WatchedFolders(const InotifyQueue &queue, std::size_t budget, WallClock wallClock)
@@ -79,22 +73,11 @@ public:
     FolderState sight(const std::string &path, bool isRoot, bool mayWatch);
     /// Returns whether one more watch is within the budget.
     bool hasRoom() const { return tree_.watches() < budget_; }
-    /// Records what was found of a new folder.
+    /// Records what was found of a folder, which has no watch so far. A folder that is about to
+    /// lose its watch to the budget may have one until dropWatch(), so that what was reported up to
+    /// now is still read.
     void record(Id id, const FolderState &seen);
-    /// Records a folder that a crawl has listed, for takeListed().
-    void recordListed(const Listed &listed) { listed_.push_back(listed); }
-    /// Returns the recorded folders in the order of the crawl. Some may have left the tree since.
-    std::vector<Listed> takeListed() { return std::exchange(listed_, {}); }
-    /// Records a folder without a watch, as a crawl found it.
-    void recordUnwatched(const Listed &listed);
-    /// Sets the time at which the crawl began whose folders are recorded, in nanoseconds since
-    /// 1970.
-    void setCrawledSince(std::int64_t time) { crawledSince_ = time; }
-    /// Returns whether the stamp is so much older than the crawl that any change since the crawl
-    /// began has given the folder another stamp. Returns false for an unknown stamp.
-    bool isTrusted(const FolderStamp &stamp) const;
-    /// Records a folder that is not entered.
-    void recordClosed(Id id, const FolderStamp &stamp);
+    void setUnwatched(Id id, const Unwatched &known) { unwatched_[id] = known; }
     /// Releases the watch in the state if no folder owns it.
     void discard(const FolderState &seen);
 
@@ -104,12 +87,6 @@ public:
     /// Returns whether a folder without a watch is entered, so that a sweep has something to check.
     bool hasSwept() const;
 
-    /// Records the watch that an unwatched folder has got.
-    void nowWatched(Id id, int watch);
-    /// Records that a watched folder is about to lose its watch to the budget, and that its stamp
-    /// counts from now on. The watch itself stays until dropWatch(), so that what was reported up
-    /// to now is still read.
-    void nowUnwatched(Id id, const FolderState &seen);
     /// Releases the watch of a folder if no other folder owns it.
     void dropWatch(Id id);
     /// Records that the kernel has ended a watch.
@@ -119,15 +96,23 @@ public:
     /// releaseDropped(), since a folder found elsewhere may take them over.
     void drop(Id top);
     void releaseDropped();
-    /// It is called for each closed folder that is dropped.
-    std::function<void(const std::string &path)> onClosedDropped;
     /// It is asked before a watch is released that no folder owns any more.
     std::function<bool(int watch)> isWantedElsewhere;
+
+    /// A folder on a remote file system, which the watcher of remote folders looks after.
+    struct RemoteChange
+    {
+        std::string path;
+        bool hasCome = false;
+    };
+    void noteRemote(const std::string &path, bool hasCome) { remote_.push_back({path, hasCome}); }
+    /// Returns the changes that were noted since the last call, oldest first.
+    std::vector<RemoteChange> takeRemoteChanges() { return std::exchange(remote_, {}); }
 
     std::size_t budget() const { return budget_; }
     void setBudget(std::size_t budget) { budget_ = budget; }
     /// Returns whether the system has refused a watch for lack of room since the last call.
-    bool takeRefused();
+    bool takeRefused() { return std::exchange(refused_, false); }
 
     std::size_t bytes() const;
 
@@ -136,9 +121,8 @@ private:
     const WallClock wallClock_;
     WatchTree tree_;
     std::unordered_map<Id, Unwatched> unwatched_;
-    std::vector<Listed> listed_;
     std::vector<Id> dropped_;
-    std::int64_t crawledSince_ = 0;
+    std::vector<RemoteChange> remote_;
     std::size_t budget_;
     bool refused_ = false;
 };

@@ -30,6 +30,30 @@ constexpr std::uint32_t SOURCE_PAGER = 2;
 /// properties.
 constexpr auto LONGEST_SILENCE = 100ms;
 
+/// The places of the atoms in the list of atoms.
+enum Atom : std::size_t
+{
+    activeWindow,
+    clientList,
+    clientListStacking,
+    closeWindow,
+    currentDesktop,
+    windowDesktop,
+    windowName,
+    processId,
+    windowState,
+    stateHidden,
+    windowType,
+    typeNormal,
+    gtkObjectPath,
+    gtkBusName,
+};
+constexpr auto ATOM_NAMES = std::to_array<std::string_view>(
+    {"_NET_ACTIVE_WINDOW", "_NET_CLIENT_LIST", "_NET_CLIENT_LIST_STACKING", "_NET_CLOSE_WINDOW",
+     "_NET_CURRENT_DESKTOP", "_NET_WM_DESKTOP", "_NET_WM_NAME", "_NET_WM_PID", "_NET_WM_STATE",
+     "_NET_WM_STATE_HIDDEN", "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_NORMAL",
+     "_GTK_WINDOW_OBJECT_PATH", "_GTK_UNIQUE_BUS_NAME"});
+
 std::span<const std::uint32_t> words(const xcb_get_property_reply_t *property)
 {
     if (!property || property->format != 32)
@@ -71,55 +95,6 @@ std::string classPart(const std::string &property)
 
 } // namespace
 
-struct X11Windows::Atoms
-{
-    xcb_atom_t activeWindow = 0;
-    xcb_atom_t clientList = 0;
-    xcb_atom_t clientListStacking = 0;
-    xcb_atom_t closeWindow = 0;
-    xcb_atom_t currentDesktop = 0;
-    xcb_atom_t desktop = 0;
-    xcb_atom_t name = 0;
-    xcb_atom_t pid = 0;
-    xcb_atom_t state = 0;
-    xcb_atom_t stateHidden = 0;
-    xcb_atom_t type = 0;
-    xcb_atom_t typeNormal = 0;
-    xcb_atom_t gtkObjectPath = 0;
-    xcb_atom_t gtkBusName = 0;
-
-    explicit Atoms(xcb_connection_t *x)
-    {
-        struct Wanted
-        {
-            std::string_view name;
-            xcb_atom_t &atom;
-        };
-        const std::array wanted{Wanted{"_NET_ACTIVE_WINDOW", activeWindow},
-                                Wanted{"_NET_CLIENT_LIST", clientList},
-                                Wanted{"_NET_CLIENT_LIST_STACKING", clientListStacking},
-                                Wanted{"_NET_CLOSE_WINDOW", closeWindow},
-                                Wanted{"_NET_CURRENT_DESKTOP", currentDesktop},
-                                Wanted{"_NET_WM_DESKTOP", desktop},
-                                Wanted{"_NET_WM_NAME", name},
-                                Wanted{"_NET_WM_PID", pid},
-                                Wanted{"_NET_WM_STATE", state},
-                                Wanted{"_NET_WM_STATE_HIDDEN", stateHidden},
-                                Wanted{"_NET_WM_WINDOW_TYPE", type},
-                                Wanted{"_NET_WM_WINDOW_TYPE_NORMAL", typeNormal},
-                                Wanted{"_GTK_WINDOW_OBJECT_PATH", gtkObjectPath},
-                                Wanted{"_GTK_UNIQUE_BUS_NAME", gtkBusName}};
-        std::array<xcb_intern_atom_cookie_t, wanted.size()> cookies{};
-        for (std::size_t i = 0; i < wanted.size(); ++i)
-            cookies[i] = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(wanted[i].name.size()),
-                                         wanted[i].name.data());
-        for (std::size_t i = 0; i < wanted.size(); ++i) {
-            if (const auto answer = xcbReply(xcb_intern_atom_reply(x, cookies[i], nullptr)))
-                wanted[i].atom = answer->atom;
-        }
-    }
-};
-
 /// A window together with what decides whether it is an ordinary one.
 struct X11Windows::Description
 {
@@ -129,7 +104,7 @@ struct X11Windows::Description
     std::uint32_t transientFor = 0;
 };
 
-X11Windows::X11Windows()
+X11Windows::X11Windows() : atoms_(ATOM_NAMES.size())
 {
     int screen = 0;
     x_ = xcb_connect(nullptr, &screen);
@@ -142,7 +117,7 @@ X11Windows::X11Windows()
     for (; screen > 0 && screens.rem > 1; --screen)
         xcb_screen_next(&screens);
     root_ = screens.data->root;
-    atoms_ = std::make_unique<const Atoms>(x_);
+    atoms_ = xcbAtoms(x_, ATOM_NAMES);
 }
 
 X11Windows::~X11Windows()
@@ -170,24 +145,16 @@ std::vector<std::uint32_t> X11Windows::windowList(std::uint32_t property) const
 std::vector<X11Windows::Description>
 X11Windows::describe(const std::vector<std::uint32_t> &windows) const
 {
-    enum Property
-    {
-        wmClass,
-        transientFor,
-        name,
-        pid,
-        state,
-        windowType,
-        desktop,
-        objectPath,
-        busName
-    };
-    constexpr std::size_t COUNT = 9;
-    const std::array<xcb_atom_t, COUNT> properties{XCB_ATOM_WM_CLASS, XCB_ATOM_WM_TRANSIENT_FOR,
-                                                   atoms_->name,      atoms_->pid,
-                                                   atoms_->state,     atoms_->type,
-                                                   atoms_->desktop,   atoms_->gtkObjectPath,
-                                                   atoms_->gtkBusName};
+    const std::array properties{xcb_atom_t{XCB_ATOM_WM_CLASS},
+                                xcb_atom_t{XCB_ATOM_WM_TRANSIENT_FOR},
+                                atoms_[windowName],
+                                atoms_[processId],
+                                atoms_[windowState],
+                                atoms_[windowType],
+                                atoms_[windowDesktop],
+                                atoms_[gtkObjectPath],
+                                atoms_[gtkBusName]};
+    constexpr std::size_t COUNT = properties.size();
     // All requests are sent before we wait for the first answer.
     std::vector<std::array<xcb_get_property_cookie_t, COUNT>> cookies(windows.size());
     for (std::size_t i = 0; i < windows.size(); ++i)
@@ -198,22 +165,22 @@ X11Windows::describe(const std::vector<std::uint32_t> &windows) const
     std::vector<Description> descriptions;
     for (std::size_t i = 0; i < windows.size(); ++i) {
         // A window that is gone has no properties, so its class is empty.
-        const auto get = [&](Property property) {
-            return xcbReply(xcb_get_property_reply(x_, cookies[i][property], nullptr));
-        };
+        std::array<XcbReply<xcb_get_property_reply_t>, COUNT> answers;
+        for (std::size_t p = 0; p < COUNT; ++p)
+            answers[p] = xcbReply(xcb_get_property_reply(x_, cookies[i][p], nullptr));
+        const auto &[wmClass, transientFor, name, pid, state, type, desktop, path, bus] = answers;
         Description found;
         found.window.id = windows[i];
-        found.window.windowClass = classPart(text(get(wmClass).get()));
-        found.transientFor = firstWord(get(transientFor).get(), 0);
-        found.window.title = text(get(name).get());
-        found.window.process = static_cast<pid_t>(firstWord(get(pid).get(), 0));
-        found.window.isMinimised = contains(words(get(state).get()), atoms_->stateHidden);
-        const auto types = get(windowType);
-        found.isNormal = contains(words(types.get()), atoms_->typeNormal) ||
-                         (words(types.get()).empty() && found.transientFor == 0);
-        found.desktop = firstWord(get(desktop).get(), ALL_DESKTOPS);
-        found.window.gtkObjectPath = text(get(objectPath).get());
-        found.window.gtkBusName = text(get(busName).get());
+        found.window.windowClass = classPart(text(wmClass.get()));
+        found.transientFor = firstWord(transientFor.get(), 0);
+        found.window.title = text(name.get());
+        found.window.process = static_cast<pid_t>(firstWord(pid.get(), 0));
+        found.window.isMinimised = contains(words(state.get()), atoms_[stateHidden]);
+        found.isNormal = contains(words(type.get()), atoms_[typeNormal]) ||
+                         (words(type.get()).empty() && found.transientFor == 0);
+        found.desktop = firstWord(desktop.get(), ALL_DESKTOPS);
+        found.window.gtkObjectPath = text(path.get());
+        found.window.gtkBusName = text(bus.get());
         descriptions.push_back(std::move(found));
     }
     return descriptions;
@@ -221,7 +188,7 @@ X11Windows::describe(const std::vector<std::uint32_t> &windows) const
 
 std::uint32_t X11Windows::activeId() const
 {
-    const auto active = windowList(x_ ? atoms_->activeWindow : 0);
+    const auto active = windowList(atoms_[activeWindow]);
     return active.empty() ? 0 : active.front();
 }
 
@@ -242,8 +209,8 @@ std::vector<DesktopWindow> X11Windows::stacked() const
     std::vector<DesktopWindow> windows;
     if (!x_)
         return windows;
-    const auto current = windowList(atoms_->currentDesktop);
-    for (Description &found : describe(windowList(atoms_->clientListStacking))) {
+    const auto current = windowList(atoms_[currentDesktop]);
+    for (Description &found : describe(windowList(atoms_[clientListStacking]))) {
         const bool isHere =
             found.desktop == ALL_DESKTOPS || current.empty() || found.desktop == current.front();
         if (found.isNormal && isHere)
@@ -255,7 +222,7 @@ std::vector<DesktopWindow> X11Windows::stacked() const
 
 std::vector<std::uint32_t> X11Windows::clients() const
 {
-    return windowList(x_ ? atoms_->clientList : 0);
+    return windowList(atoms_[clientList]);
 }
 
 std::string X11Windows::title(std::uint32_t window) const
@@ -295,7 +262,7 @@ void X11Windows::tell(std::uint32_t window, std::uint32_t type, std::uint32_t fi
 
 void X11Windows::activate(std::uint32_t window) const
 {
-    tell(window, x_ ? atoms_->activeWindow : 0, SOURCE_PAGER, XCB_CURRENT_TIME);
+    tell(window, atoms_[activeWindow], SOURCE_PAGER, XCB_CURRENT_TIME);
 }
 
 bool X11Windows::activate(std::uint32_t window, Deadline deadline) const
@@ -307,7 +274,7 @@ bool X11Windows::activate(std::uint32_t window, Deadline deadline) const
 
 void X11Windows::close(std::uint32_t window) const
 {
-    tell(window, x_ ? atoms_->closeWindow : 0, XCB_CURRENT_TIME, SOURCE_PAGER);
+    tell(window, atoms_[closeWindow], XCB_CURRENT_TIME, SOURCE_PAGER);
 }
 
 bool X11Windows::type(std::uint32_t window, const std::vector<Stroke> &strokes) const

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -93,7 +92,6 @@ public:
                    Deadline deadline) const;
 
 private:
-    struct Atoms;
     struct Description;
 
     std::vector<std::uint32_t> windowList(std::uint32_t property) const;
@@ -104,7 +102,7 @@ private:
 
     xcb_connection_t *x_ = nullptr;
     std::uint32_t root_ = 0;
-    std::unique_ptr<const Atoms> atoms_;
+    std::vector<std::uint32_t> atoms_;
 };
 
 } // namespace quillon

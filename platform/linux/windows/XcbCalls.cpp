@@ -18,6 +18,20 @@ xcb_atom_t xcbAtom(xcb_connection_t *x, std::string_view name)
     return known.emplace(name, reply->atom).first->second;
 }
 
+std::vector<xcb_atom_t> xcbAtoms(xcb_connection_t *x, std::span<const std::string_view> names)
+{
+    std::vector<xcb_intern_atom_cookie_t> cookies;
+    for (const std::string_view name : names)
+        cookies.push_back(
+            xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data()));
+    std::vector<xcb_atom_t> atoms;
+    for (const xcb_intern_atom_cookie_t cookie : cookies) {
+        const auto reply = xcbReply(xcb_intern_atom_reply(x, cookie, nullptr));
+        atoms.push_back(reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE});
+    }
+    return atoms;
+}
+
 void tellWindowManager(xcb_connection_t *x, xcb_window_t root, xcb_window_t window, xcb_atom_t type,
                        std::uint32_t first, std::uint32_t second)
 {

@@ -1,4 +1,4 @@
-#include "platform/linux/watching/FolderProbe.h"
+#include "platform/linux/disk/FolderProbe.h"
 
 #include "platform/linux/disk/DirectoryRecords.h"
 #include "platform/linux/disk/FileSystemKind.h"
@@ -6,20 +6,14 @@
 #include "platform/linux/disk/StatxStamp.h"
 
 #include <cerrno>
-#include <memory>
-#include <span>
-#include <vector>
+#include <optional>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 
 namespace quillon {
 
 namespace {
-
-constexpr std::size_t LISTING_ROOM = std::size_t{64} * 1024;
 
 Listing failureOf(int error)
 {
@@ -62,19 +56,12 @@ Listing listFolder(const std::string &path, bool followsLink,
                O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followsLink ? 0 : O_NOFOLLOW));
     if (!folder)
         return failureOf(errno);
-    thread_local auto room = std::make_unique<std::byte[]>(LISTING_ROOM);
-    std::vector<FolderEntry> entries;
+    thread_local FolderBatch batch;
     for (;;) {
-        const ssize_t size = ::getdents64(folder.get(), room.get(), LISTING_ROOM);
-        if (size < 0 && errno == EINTR)
-            continue;
-        if (size < 0)
-            return failureOf(errno);
-        if (size == 0)
-            return Listing::complete;
-        entries.clear();
-        readDirectoryRecords({room.get(), static_cast<std::size_t>(size)}, folder.get(), entries);
-        for (const FolderEntry &entry : entries)
+        const int failure = readFolder(folder.get(), batch);
+        if (batch.entries.empty())
+            return failure == 0 ? Listing::complete : failureOf(failure);
+        for (const FolderEntry &entry : batch.entries)
             receive(entry);
     }
 }
@@ -86,9 +73,8 @@ bool isOnPseudoFileSystem(const std::string &path)
         return false;
     // O_DIRECTORY is left out, since with it the call could mount something.
     const Descriptor folder = openAt(place->folder.get(), place->path, O_PATH | O_CLOEXEC);
-    struct statfs status = {};
-    return folder && ::fstatfs(folder.get(), &status) == 0 &&
-           isPseudoFileSystem(static_cast<FileSystemType>(status.f_type));
+    const auto type = folder ? fileSystemOf(folder.get()) : std::nullopt;
+    return type && isPseudoFileSystem(*type);
 }
 
 } // namespace quillon
