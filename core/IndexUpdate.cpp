@@ -8,6 +8,7 @@
 #include <iterator>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 // How the index follows a change of the disk.
 //
@@ -36,9 +37,10 @@
 // 2. One walk through the tree below the changed paths (IndexComparison) tells the found nodes that
 //    have to change from the nodes that were not found, about which the disk is asked. The
 //    walk lets writers in and ends when the index is reset.
-// 3. The change itself is made in one go, on the main thread, while nobody searches (apply). Only
-//    flags of known nodes change there: those of nodes that differ, and those of nodes that the
-//    removals of the plain rule reach, which are set again at once.
+// 3. The change itself is made on the main thread, while nobody searches (apply), and in one go
+//    unless very many paths are gone. Only flags of known nodes change there: those of nodes that
+//    differ, and those of nodes that the removals of the plain rule reach, which are set again at
+//    once.
 //
 // Nodes that have lost their last flag, or never got one, stay where they are until the update has
 // ended, since the caller holds the tree (HeldNodes). An abandoned update therefore needs no
@@ -47,6 +49,9 @@
 namespace quillon {
 
 namespace {
+
+/// So many paths are forgotten while searches and the main thread wait, in some 4 ms.
+constexpr std::size_t MOST_AT_ONCE = 100'000;
 
 std::string description(const std::vector<std::string> &set)
 {
@@ -168,22 +173,25 @@ bool IndexUpdate::apply()
     const WritingIndex writing(paths_.lock());
     if (terms_.isReset.stop_requested())
         return false;
-    if (!terms_.wantsDifferences) {
+    if (!std::exchange(isBegun_, true)) {
+        if (terms_.wantsDifferences)
+            for (const NodeId node : reached())
+                reached_.emplace_back(node, paths_.tree().isStored(node));
         change();
-        return true;
+        gone_ = comparison_.outcome().gone;
     }
-    const std::vector<NodeId> nodes = reached();
-    std::vector<bool> wasStored;
-    for (const NodeId node : nodes)
-        wasStored.push_back(paths_.tree().isStored(node));
-    change();
-    for (std::size_t i = 0; i < nodes.size(); ++i)
-        if (paths_.tree().isStored(nodes[i]) != wasStored[i])
-            (wasStored[i] ? removed_ : added_).push_back(nodes[i]);
+    forgetSome();
+    if (!isApplied())
+        return true;
+    for (const NodeId node : comparison_.outcome().away)
+        paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
+    for (const auto &[node, wasStored] : reached_)
+        if (paths_.tree().isStored(node) != wasStored)
+            (wasStored ? removed_ : added_).push_back(node);
     return true;
 }
 
-/// Returns every node that change() may store or forget, once each.
+/// Returns every node that apply() may store or forget, once each.
 std::vector<PathTree::NodeId> IndexUpdate::reached()
 {
     PathTree &tree = paths_.mutableTree();
@@ -203,7 +211,7 @@ std::vector<PathTree::NodeId> IndexUpdate::reached()
     return nodes;
 }
 
-/// Applies the differences.
+/// Applies the differences, but for what is gone or away.
 void IndexUpdate::change()
 {
     PathTree &tree = paths_.mutableTree();
@@ -225,14 +233,19 @@ void IndexUpdate::change()
         paths_.add(root);
         paths_.listStoredChildren(root);
     }
-    for (const NodeId node : outcome.gone) {
+}
+
+void IndexUpdate::forgetSome()
+{
+    const std::span<const NodeId> some = gone_.first(std::min(gone_.size(), MOST_AT_ONCE));
+    gone_ = gone_.subspan(some.size());
+    PathTree &tree = paths_.mutableTree();
+    for (const NodeId node : some) {
         if (tree.isStored(node))
             forgotten_.push_back(node);
         paths_.forget(node);
         tree.removeFlags(node, PathTree::CANDIDATE);
     }
-    for (const NodeId node : outcome.away)
-        tree.addFlags(node, PathTree::CANDIDATE);
 }
 
 void IndexUpdate::remove(NodeId node)

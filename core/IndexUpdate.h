@@ -75,8 +75,11 @@ public:
     /// reset, or when no path is known to have changed. A path for which a file system does not
     /// answer is left as it is.
     bool compare() EXCLUDES(paths_.lock());
-    /// Applies the differences with the index locked. Returns false when the index was reset.
+    /// Applies the differences with the index locked. Returns false when the index was reset. It is
+    /// called again until isApplied(), since neither a search nor the calling thread is to wait
+    /// until hundreds of thousands of paths have been forgotten.
     bool apply() EXCLUDES(paths_.lock());
+    bool isApplied() const { return isBegun_ && gone_.empty(); }
 
     /// Hands over the lines for the log in order, some at a time, without holding a lock. No more
     /// lines come once the index is reset.
@@ -109,6 +112,7 @@ private:
     Kind kindOfPath() const;
 
     bool findNodes() EXCLUDES(paths_.lock());
+    void forgetSome() REQUIRES(paths_.lock());
     void change() REQUIRES(paths_.lock());
     std::vector<NodeId> reached() REQUIRES(paths_.lock());
     void remove(NodeId node) REQUIRES(paths_.lock());
@@ -128,7 +132,14 @@ private:
     std::vector<SearchBasePathsInsertionOperation> operations_;
 
     // These record what was done.
+    /// True once the differences are applied, but for the paths that are gone.
+    bool isBegun_ = false;
+    /// The nodes of these paths are still to be forgotten.
+    std::span<const NodeId> gone_;
     std::vector<NodeId> forgotten_;
+    /// Every node that is stored or forgotten, and whether it was stored before. Without the wish
+    /// for differences it stays empty.
+    std::vector<std::pair<NodeId, bool>> reached_;
     std::vector<NodeId> removed_;
     std::vector<NodeId> added_;
     std::chrono::duration<double> insertionTime_{};

@@ -213,7 +213,8 @@ private:
     std::vector<std::string> logChanges(std::span<const std::string> paths);
     bool findOut(IndexUpdate &update, const ChangedPaths &changed,
                  const std::set<std::string> &patterns, const std::stop_token &stop);
-    void applyInMainQueue(IndexUpdate &update);
+    bool applyInMainQueue(IndexUpdate &update);
+    void applyAndLog(IndexUpdate &update);
     void describe(SortedPathWalk::Of of,
                   const std::function<void(std::string_view piece)> &receive) const;
 

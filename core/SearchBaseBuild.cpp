@@ -142,7 +142,7 @@ std::vector<std::string> SearchBase::compareWithDisk(const std::string &root,
         update.crawled(crawler.crawl(root, building.locations.extensions(), update.found(),
                                      building.progress, building.stop));
     if (!building.stop.stop_requested() && update.compare())
-        services_.mainQueue.postAndWait([&update] { update.apply(); });
+        applyInMainQueue(update);
     return update.silentPaths();
 }
 

@@ -67,7 +67,7 @@ std::vector<std::string> SearchBase::update(std::span<const std::string> paths,
                 return {};
             IndexUpdate update(searchBasePaths_, terms, some);
             if (findOut(update, some, terms.patterns, end.token()))
-                applyInMainQueue(update);
+                applyAndLog(update);
             std::ranges::move(update.unanswered(), std::back_inserter(unanswered));
         }
     }
@@ -121,11 +121,21 @@ bool SearchBase::findOut(IndexUpdate &update, const ChangedPaths &changed,
     return update.compare();
 }
 
-void SearchBase::applyInMainQueue(IndexUpdate &update)
+/// Returns false when the index was reset, or the queue closed.
+bool SearchBase::applyInMainQueue(IndexUpdate &update)
 {
-    bool isApplied = false;
-    const bool hasRun = services_.mainQueue.postAndWait([&] { isApplied = update.apply(); });
-    if (!hasRun || !isApplied)
+    while (!update.isApplied()) {
+        bool isApplied = false;
+        const bool hasRun = services_.mainQueue.postAndWait([&] { isApplied = update.apply(); });
+        if (!hasRun || !isApplied)
+            return false;
+    }
+    return true;
+}
+
+void SearchBase::applyAndLog(IndexUpdate &update)
+{
+    if (!applyInMainQueue(update))
         return;
     // Only this thread waits for the logger to take these lines.
     update.log([&](std::span<const std::string> lines) { services_.logger.log(lines); });

@@ -327,13 +327,16 @@ TEST(SearchBaseUpdate, changesNothingOnceTheQueueIsClosedOrAStopRequested)
     EXPECT_EQ(base.matcher.index().tree.find("/a"), PathTree::NONE) << "no node stays behind";
 }
 
+/// Adds folders with these numbers in /w.
+void addTo(FakeFolderLister &lister, int first, int end)
+{
+    for (int i = first; i < end; ++i)
+        lister.add("/w/" + std::to_string(i));
+}
+
 /// More folders come and go than nodes without a flag gather before they are collected.
 TEST(SearchBaseUpdate, bringsAWideFolderUpToDate)
 {
-    const auto addTo = [](FakeFolderLister &lister, int first, int end) {
-        for (int i = first; i < end; ++i)
-            lister.add("/w/" + std::to_string(i));
-    };
     FakeBase base;
     addTo(base.lister, 0, 2000);
     base.searchBase.update("/w");
@@ -361,6 +364,30 @@ struct CountingQueue final : TaskQueue
     void postDelayed(std::chrono::milliseconds, Task task) override { post(std::move(task)); }
     int tasks = 0;
 };
+
+TEST(SearchBaseUpdate, forgetsVeryManyPathsSomeAtATime)
+{
+    constexpr int many = 110'000;
+    FakeBase base;
+    addTo(base.lister, 0, many);
+    base.searchBase.update("/w");
+    FakeFolderLister later;
+    later.add("/w");
+    CountingQueue queue;
+    std::size_t removed = 0;
+    SearchBase changed(nullptr, base.finder, base.matcher,
+                       {.folderLister = later,
+                        .logger = base.logger,
+                        .mainQueue = queue,
+                        .onDifferences = [&](const IndexDifferences &differences) {
+                            removed += differences.removed.size();
+                            EXPECT_THAT(differences.added, IsEmpty());
+                        }});
+    changed.update("/w");
+    EXPECT_EQ(queue.tasks, 2);
+    EXPECT_EQ(removed, std::size_t{many});
+    EXPECT_THAT(base.indexed(), ElementsAre("/w"));
+}
 
 TEST(SearchBaseUpdate, takesTheChangedNamesOfAFolderTogether)
 {
