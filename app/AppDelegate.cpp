@@ -82,7 +82,7 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
       keysView_(new KeysView),
       keysWindow_(tr("Quillon – Keys"), keysView_, services_.windowSystem),
       searchPane_(makeSearchPane()),
-      preferencesViewController_(preferencesServices(), *this, searchPane_),
+      preferencesViewController_(preferencesServices(), searchPane_),
       windowTracker_(services_.mainQueue, services_.windowSystem),
       updater_({.updaterController = services_.updateController,
                 .enableBetaUpdates = preferences_.enableBetaUpdates,
@@ -134,25 +134,24 @@ SearchPreferencesViewController *AppDelegate::makeSearchPane()
                                                 .folderLister = services_.folderLister,
                                                 .folderPicker = services_.folderPicker,
                                                 .background = services_.backgroundQueue,
-                                                .main = services_.mainQueue},
-                                               *this);
+                                                .main = services_.mainQueue});
 }
 
 OnboardingViewController *AppDelegate::makeOnboarding()
 {
-    return new OnboardingViewController({.searchBaseFinder = engine_.finder,
-                                         .folderIdentity = services_.folderIdentity,
-                                         .folderLister = services_.folderLister,
+    return new OnboardingViewController({.folders = {.searchBaseFinder = engine_.finder,
+                                                     .folderIdentity = services_.folderIdentity,
+                                                     .folderLister = services_.folderLister,
+                                                     .places = services_.places,
+                                                     .folderPicker = services_.folderPicker,
+                                                     .background = services_.backgroundQueue,
+                                                     .counting = services_.countingQueue,
+                                                     .main = services_.mainQueue},
                                          .shortcutMonitor = shortcutMonitor_,
                                          .shortcutBinder = shortcutBinder_,
                                          .hotKey = *services_.hotKey,
                                          .clipboard = services_.clipboard,
-                                         .autostart = services_.autostart,
-                                         .places = services_.places,
-                                         .folderPicker = services_.folderPicker,
-                                         .background = services_.backgroundQueue,
-                                         .counting = services_.countingQueue,
-                                         .main = services_.mainQueue},
+                                         .autostart = services_.autostart},
                                         QDir::homePath().toStdString(), *this);
 }
 
@@ -188,6 +187,10 @@ void AppDelegate::joinSearchPanel()
     });
     connect(keysView_, &KeysView::closed, this,
             [this] { windowTracker_.show(WindowTracker::searchWindow); });
+    connect(searchPane_, &SearchPreferencesViewController::rebuildRequested, this,
+            [this] { rebuild(); });
+    connect(preferencesViewController_.advancedPreferencesViewController,
+            &AdvancedPreferencesViewController::setUpForgotten, this, &AppDelegate::setUpAgain);
     updater_.onChange([&controller] { controller.updateUpdateButton(); });
     connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
             [this] { perform({.action = "toggle", .activationToken = {}}); });

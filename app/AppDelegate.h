@@ -41,8 +41,6 @@ class AppDelegate : public QObject,
                     public AppleEventPermissionDelegate,
                     public BuildSearchBaseDelegate,
                     public OnboardingDelegate,
-                    public SearchPreferencesDelegate,
-                    public AdvancedPreferencesDelegate,
                     private SearchBaseBuildObserver
 {
     Q_OBJECT
@@ -79,7 +77,6 @@ public:
     void typedDuringBuild(const QString &text) override;
     void onboardingFinished() override;
     void rebuildSearchBase() override { rebuild(); }
-    void setUpAgain() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -94,6 +91,8 @@ private:
     /// removes the report from the panel.
     void showShortcutFault();
     void trackWindows();
+    /// The stored set-up has been forgotten, so it begins again.
+    void setUpAgain();
 
     void startHidden();
     /// Shows the question about the file manager, else the set-up if it is not done, else the panel

@@ -40,7 +40,6 @@ bool isNamed(const Application &application, const QString &name)
 } // namespace
 
 AddActionViewController::AddActionViewController(const Services &services,
-                                                 AddActionDelegate &delegate,
                                                  const std::optional<ActionModel> &changed,
                                                  QWidget *over)
     : FormSheet(changed ? tr("Change Action") : tr("Add Action"), tr("&Done"), over),
@@ -49,7 +48,6 @@ AddActionViewController::AddActionViewController(const Services &services,
       parametersTextField(new QLineEdit(&form())),
       chooseButton(pushButton(tr("C&hoose…"), ButtonRank::control, &form())),
       services_(services),
-      delegate_(delegate),
       finder_(services.defaults),
       changed_(changed)
 {
@@ -162,7 +160,7 @@ void AddActionViewController::doneClicked()
         changed_ ? finder_.replaceAction(*changed_, action) : finder_.addAction(action);
     if (!isStored)
         return targetNote_->sayFault(writeFault());
-    delegate_.actionStored(action);
+    Q_EMIT actionStored(action);
     accept();
 }
 

@@ -43,16 +43,15 @@ constexpr int LOG_LINES = 8;
 
 } // namespace
 
-AdvancedPreferencesViewController::AdvancedPreferencesViewController(
-    const Services &services, AdvancedPreferencesDelegate &delegate, QWidget *parent)
+AdvancedPreferencesViewController::AdvancedPreferencesViewController(const Services &services,
+                                                                     QWidget *parent)
     : FormPane(parent),
       includeBetasButton(new QCheckBox(tr("Include &beta versions"), this)),
       dumpButton(pushButton(tr("Save Index as &Text…"), ButtonRank::control, this)),
       forgetFoldersButton(pushButton(tr("&Forget Folders…"), ButtonRank::control, this)),
       resetButton(pushButton(tr("Set &Up Again…"), ButtonRank::control, this)),
       logView(new QPlainTextEdit(this)),
-      services_(services),
-      delegate_(delegate)
+      services_(services)
 {
     buildUpdates();
     addGap();
@@ -225,7 +224,7 @@ void AdvancedPreferencesViewController::resetOnboardingStateClicked()
         if (!self)
             return;
         self->resetButton->setEnabled(true);
-        self->delegate_.setUpAgain();
+        Q_EMIT self->setUpForgotten();
     });
 }
 

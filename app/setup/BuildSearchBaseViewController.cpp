@@ -122,7 +122,7 @@ void BuildSearchBaseViewController::startBuilding()
 
 void BuildSearchBaseViewController::buildBegan()
 {
-    progressIndicator_->startAnimation();
+    progressIndicator_->setAnimating(true);
     updateCount();
     if (isVisible())
         countTimer_.start(COUNT_MILLISECONDS, this);
@@ -135,7 +135,7 @@ void BuildSearchBaseViewController::buildProgressed(const std::string &line)
 
 void BuildSearchBaseViewController::buildEnded()
 {
-    progressIndicator_->stopAnimation();
+    progressIndicator_->setAnimating(false);
     countTimer_.stop();
     updateCount();
     // A question on the screen waits for its answer.

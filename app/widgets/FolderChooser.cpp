@@ -73,28 +73,10 @@ QString refusalText(const RefusedFolder &refused)
     return writeFault();
 }
 
-} // namespace
-
-FolderChooser::FolderChooser(FolderPicker &picker, const QString &title, QWidget *over)
-    : QObject(over)
-{
-    picker.pick(title.toStdString(), QDir::homePath().toStdString(), over->window()->winId(),
-                [self = QPointer(this), title, over](const auto &paths) {
-                    if (!self)
-                        return;
-                    if (!paths)
-                        return self->openToolkitDialog(title, over);
-                    self->deleteLater();
-                    if (!paths->empty())
-                        Q_EMIT self->foldersChosen(*paths);
-                });
-}
-
-void FolderChooser::openToolkitDialog(const QString &title, QWidget *over)
+void openToolkitDialog(const QString &title, QWidget *over, const FoldersChosen &chosen)
 {
     auto *dialog = new QFileDialog(over, title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QObject::destroyed, this, &QObject::deleteLater);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setDirectory(QDir::homePath());
     dialog->setSidebarUrls(places());
@@ -109,13 +91,28 @@ void FolderChooser::openToolkitDialog(const QString &title, QWidget *over)
         if (view->objectName() == u"listView" || view->objectName() == u"treeView")
             view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     }
-    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList &files) {
+    QObject::connect(dialog, &QFileDialog::filesSelected, over, [chosen](const QStringList &files) {
         std::vector<std::string> paths;
         for (const QString &file : files)
             paths.emplace_back(withoutTrailingSlashes(QFile::encodeName(file).toStdString()));
-        Q_EMIT foldersChosen(paths);
+        chosen(paths);
     });
     dialog->open();
+}
+
+} // namespace
+
+void askForFolders(FolderPicker &picker, const QString &title, QWidget *over, FoldersChosen chosen)
+{
+    picker.pick(title.toStdString(), QDir::homePath().toStdString(), over->window()->winId(),
+                [title, over = QPointer(over), chosen = std::move(chosen)](const auto &paths) {
+                    if (!over)
+                        return;
+                    if (!paths)
+                        openToolkitDialog(title, over, chosen);
+                    else if (!paths->empty())
+                        chosen(*paths);
+                });
 }
 
 std::vector<std::string> draggedPaths(const QMimeData &data)

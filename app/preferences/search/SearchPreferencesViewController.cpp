@@ -68,8 +68,8 @@ protected:
     }
 };
 
-SearchPreferencesViewController::SearchPreferencesViewController(
-    const Services &services, SearchPreferencesDelegate &delegate, QWidget *parent)
+SearchPreferencesViewController::SearchPreferencesViewController(const Services &services,
+                                                                 QWidget *parent)
     : FormPane(parent),
       searchLocationsTableView(
           new FormTable(QStringLiteral("SearchLocationsTableViewRowIdentifier"), this)),
@@ -77,7 +77,6 @@ SearchPreferencesViewController::SearchPreferencesViewController(
       rebuildFlagImage(new FlagImage(this)),
       rebuildButton(pushButton(tr("Re&build Now"), ButtonRank::control, this)),
       services_(services),
-      delegate_(delegate),
       flagLabel_(new QLabel(tr("Takes effect after a rebuild"), this))
 {
     setAcceptDrops(true);
@@ -136,7 +135,8 @@ void SearchPreferencesViewController::buildControls()
                 if (segment == REMOVE)
                     removeSelected();
             });
-    connect(rebuildButton, &QPushButton::clicked, this, [this] { delegate_.rebuildSearchBase(); });
+    connect(rebuildButton, &QPushButton::clicked, this,
+            &SearchPreferencesViewController::rebuildRequested);
     enableRemoval();
 }
 
@@ -218,10 +218,8 @@ void SearchPreferencesViewController::searchHidden(int row, bool isWanted)
 
 void SearchPreferencesViewController::chooseFolders()
 {
-    auto *chooser =
-        new FolderChooser(services_.folderPicker, tr("Choose the folders to search"), window());
-    connect(chooser, &FolderChooser::foldersChosen, this,
-            &SearchPreferencesViewController::addFolders);
+    askForFolders(services_.folderPicker, tr("Choose the folders to search"), this,
+                  [this](const auto &paths) { addFolders(paths); });
 }
 
 void SearchPreferencesViewController::addFolders(const std::vector<std::string> &paths)

@@ -27,18 +27,6 @@ class SearchBaseFinder;
 class SegmentedControl;
 class TaskQueue;
 
-/// Says what the pane asks of the application around it.
-class SearchPreferencesDelegate
-{
-public:
-    SearchPreferencesDelegate() = default;
-    virtual ~SearchPreferencesDelegate() = default;
-    SearchPreferencesDelegate(const SearchPreferencesDelegate &) = delete;
-    SearchPreferencesDelegate &operator=(const SearchPreferencesDelegate &) = delete;
-
-    virtual void rebuildSearchBase() = 0;
-};
-
 /// What is searched: the list of search locations, what comes into it and goes, and how the index
 /// stands. Main thread only.
 class SearchPreferencesViewController : public FormPane, private SearchBaseBuildObserver
@@ -58,9 +46,8 @@ public:
         TaskQueue &main;
     };
 
-    /// All of them outlive this.
-    SearchPreferencesViewController(const Services &services, SearchPreferencesDelegate &delegate,
-                                    QWidget *parent = nullptr);
+    /// All services outlive this object.
+    explicit SearchPreferencesViewController(const Services &services, QWidget *parent = nullptr);
     ~SearchPreferencesViewController() override;
 
     void showStored() override;
@@ -76,6 +63,10 @@ public:
     /// It is shown while the settings say something else than they did for the index.
     QWidget *const rebuildFlagImage;
     QPushButton *const rebuildButton;
+
+Q_SIGNALS:
+    /// The user wants the index to be built anew.
+    void rebuildRequested();
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -109,7 +100,6 @@ private:
     QString status() const;
 
     Services services_;
-    SearchPreferencesDelegate &delegate_;
     QLabel *flagLabel_;
     FormNote *note_;
     FormNote *statusNote_;
