@@ -610,7 +610,7 @@
     </message>
     <message>
         <source>&amp;Change…</source>
-        <translation>Ä&amp;ndern…</translation>
+        <translation>Än&amp;dern…</translation>
     </message>
     <message>
         <source>Set &amp;Back…</source>
@@ -901,7 +901,7 @@
     </message>
     <message>
         <source>%1 does not work. Preferences…</source>
-        <translation>%1 funktioniert nicht. Einstellungen …</translation>
+        <translation>%1 funktioniert nicht. Einstellungen…</translation>
     </message>
     <message>
         <source>%1 does not bring Quillon up</source>
@@ -909,7 +909,7 @@
     </message>
     <message>
         <source>Preferences…</source>
-        <translation>Einstellungen …</translation>
+        <translation>Einstellungen…</translation>
     </message>
     <message>
         <source>Quillon – Keys</source>
@@ -967,7 +967,7 @@
     </message>
     <message>
         <source>&amp;Stop…</source>
-        <translation>An&amp;halten …</translation>
+        <translation>&amp;Anhalten…</translation>
     </message>
     <message>
         <source>Stop indexing?</source>
@@ -987,11 +987,15 @@
     </message>
     <message>
         <source>&amp;Stop</source>
-        <translation>An&amp;halten</translation>
+        <translation>&amp;Anhalten</translation>
     </message>
     <message>
         <source>&amp;Continue</source>
         <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>Processing %1</source>
+        <translation>Liest %1</translation>
     </message>
 </context>
 <context>
@@ -1090,7 +1094,7 @@
         <translation>Erscheint das Suchfenster über einem Fenster der Dateiverwaltung, stehen die Dinge, die es zeigt, vor allen anderen.</translation>
     </message>
     <message>
-        <source>Choosin&amp;g one of them:</source>
+        <source>Choosing one of &amp;them:</source>
         <translation>Da&amp;von gewählt:</translation>
     </message>
     <message>

@@ -9,6 +9,7 @@
 #include <vector>
 
 class QComboBox;
+class QCompleter;
 class QLineEdit;
 class QPushButton;
 
@@ -40,7 +41,8 @@ public:
     QComboBox *const shortcutButton;
     QComboBox *const actionButton;
     QLineEdit *const parametersTextField;
-    /// Offers the installed applications, or a file chooser, whichever the kind of action wants.
+    /// Lists the installed applications below the field, which typing narrows, or shows a file
+    /// chooser, whichever the kind of action needs.
     QPushButton *const chooseButton;
 
 Q_SIGNALS:
@@ -67,8 +69,9 @@ private:
     const std::optional<ActionModel> changed_;
     FormNote *shortcutNote_ = nullptr;
     FormNote *targetNote_ = nullptr;
-    /// It is empty until they are asked for.
+    /// The installed applications and the list of them, which are read when they are first needed.
     std::vector<Application> applications_;
+    QCompleter *applicationList_ = nullptr;
 };
 
 } // namespace quillon

@@ -2,6 +2,7 @@
 
 #include "app/preferences/ForgetFoldersViewController.h"
 #include "app/preferences/TreeDump.h"
+#include "app/widgets/FileDialog.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormSheet.h"
 #include "app/widgets/QuillonStyle.h"
@@ -93,6 +94,7 @@ void AdvancedPreferencesViewController::buildIndex()
     connect(dumpButton, &QPushButton::clicked, this,
             &AdvancedPreferencesViewController::dumpClicked);
     logView->setReadOnly(true);
+    logView->viewport()->setBackgroundRole(QPalette::Window); // as that of the tables
     logView->setTabChangesFocus(true);
     logView->setLineWrapMode(QPlainTextEdit::NoWrap);
     logView->setPlaceholderText(tr("Nothing has happened yet."));
@@ -156,6 +158,7 @@ void AdvancedPreferencesViewController::dumpClicked()
     panel->setOption(QFileDialog::DontUseNativeDialog);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setLabelText(QFileDialog::Accept, tr("Save"));
+    arrangeFileDialog(*panel);
     panel->selectFile(proposedDumpName());
     if (auto *grid = qobject_cast<QGridLayout *>(panel->layout()))
         grid->addWidget(

@@ -130,7 +130,12 @@ void BuildSearchBaseViewController::buildBegan()
 
 void BuildSearchBaseViewController::buildProgressed(const std::string &line)
 {
-    statusLabel_->setText(QString::fromStdString(line));
+    // Of all lines of the log, the user has time to read this one.
+    constexpr std::string_view PROCESSING = "Processing ";
+    const bool isProcessing = line.starts_with(PROCESSING);
+    const QString text =
+        QString::fromStdString(isProcessing ? line.substr(PROCESSING.size()) : line);
+    statusLabel_->setText(isProcessing ? tr("Processing %1").arg(text) : text);
 }
 
 void BuildSearchBaseViewController::buildEnded()

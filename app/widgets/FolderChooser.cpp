@@ -1,5 +1,6 @@
 #include "app/widgets/FolderChooser.h"
 
+#include "app/widgets/FileDialog.h"
 #include "app/widgets/WriteFault.h"
 #include "base/FileUri.h"
 #include "base/PathText.h"
@@ -13,10 +14,7 @@
 #include <QFileDialog>
 #include <QMimeData>
 #include <QPointer>
-#include <QSplitter>
-#include <QStandardPaths>
 #include <QStringList>
-#include <QUrl>
 
 #include <algorithm>
 #include <utility>
@@ -24,26 +22,6 @@
 namespace quillon {
 
 namespace {
-
-constexpr QSize DIALOG_SIZE(760, 480);
-constexpr int PLACES_WIDTH = 160;
-
-/// The folders that the user is likely to begin at.
-QList<QUrl> places()
-{
-    QStringList folders{QDir::homePath()};
-    for (const auto kind : {QStandardPaths::DesktopLocation, QStandardPaths::DocumentsLocation,
-                            QStandardPaths::DownloadLocation, QStandardPaths::MusicLocation,
-                            QStandardPaths::PicturesLocation, QStandardPaths::MoviesLocation})
-        folders << QStandardPaths::writableLocation(kind);
-    folders << QDir::rootPath();
-    folders.removeDuplicates();
-    folders.removeIf([](const QString &folder) { return !QDir(folder).exists(); });
-    QList<QUrl> urls;
-    for (const QString &folder : folders)
-        urls << QUrl::fromLocalFile(folder);
-    return urls;
-}
 
 QString refusalText(const RefusedFolder &refused)
 {
@@ -79,14 +57,10 @@ void openToolkitDialog(const QString &title, QWidget *over, const FoldersChosen 
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setDirectory(QDir::homePath());
-    dialog->setSidebarUrls(places());
     // The dialogs of the desktop that the toolkit knows choose one folder at a time.
     dialog->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog |
                        QFileDialog::ReadOnly);
-    // The toolkit leaves too little room for the names of the places.
-    dialog->resize(DIALOG_SIZE);
-    if (auto *splitter = dialog->findChild<QSplitter *>())
-        splitter->setSizes({PLACES_WIDTH, DIALOG_SIZE.width() - PLACES_WIDTH});
+    arrangeFileDialog(*dialog);
     for (auto *view : dialog->findChildren<QAbstractItemView *>()) {
         if (view->objectName() == u"listView" || view->objectName() == u"treeView")
             view->setSelectionMode(QAbstractItemView::ExtendedSelection);

@@ -215,6 +215,12 @@ int QuillonStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return MENU_MARGIN;
     case PM_ScrollBarExtent:
         return SCROLL_BAR_WIDTH;
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+        return metrics::tickBox(widget != nullptr ? widget->fontMetrics()
+                                                  : QFontMetrics(QApplication::font()));
+    case PM_CheckBoxLabelSpacing:
+        return metrics::TICK_BOX_WORDS;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }

@@ -8,7 +8,9 @@
 #include "platform/linux/windows/DesktopWindowSystem.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/ManualTaskQueue.h"
+#include "tests/support/Mnemonics.h"
 #include "tests/support/PlainWindowSystem.h"
+#include "tests/support/SpokenLanguage.h"
 
 #include <QAbstractButton>
 #include <QProcess>
@@ -90,6 +92,21 @@ protected:
     QString typed;
     int terminated = 0;
 };
+
+TEST_F(RebuildWindowTest, givesNoLetterToTwoControls)
+{
+    for (const QString &language : {QStringLiteral("en"), QStringLiteral("de")}) {
+        const SpokenLanguage spoken({language});
+        auto *view = new BuildSearchBaseViewController(
+            {.searchBase = base.searchBase, .builder = builder, .defaults = store, .main = main},
+            *this);
+        SetupWindow spokenWindow(QString(), view, windowSystem);
+        spokenWindow.present();
+        EXPECT_EQ(contestedMnemonics(spokenWindow), QStringList()) << language.toStdString();
+        view->stopSearchButtonClicked();
+        EXPECT_EQ(contestedMnemonics(spokenWindow), QStringList()) << language.toStdString();
+    }
+}
 
 TEST_F(RebuildWindowTest, saysWhatTheSearchBaseSaysUntilItIsBuilt)
 {

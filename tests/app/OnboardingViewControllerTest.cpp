@@ -15,8 +15,10 @@
 #include "tests/support/FakeDefaultsChanges.h"
 #include "tests/support/FakeFolderPicker.h"
 #include "tests/support/FakeHotKey.h"
+#include "tests/support/Mnemonics.h"
 #include "tests/support/Patience.h"
 #include "tests/support/PlainWindowSystem.h"
+#include "tests/support/SpokenLanguage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAbstractButton>
@@ -276,6 +278,17 @@ TEST_F(OnboardingTest, asksBeforeItIsClosedWithoutBeingDone)
     EXPECT_TRUE(window->isVisible());
     button(QStringLiteral("Quit"))->click();
     EXPECT_EQ(terminated, 1);
+}
+
+TEST_F(OnboardingTest, givesNoLetterToTwoControls)
+{
+    for (const QString &language : {QStringLiteral("en"), QStringLiteral("de")}) {
+        const SpokenLanguage spoken({language});
+        show();
+        EXPECT_EQ(contestedMnemonics(*window), QStringList()) << language.toStdString();
+        window->close();
+        EXPECT_EQ(contestedMnemonics(*window), QStringList()) << language.toStdString();
+    }
 }
 
 TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
