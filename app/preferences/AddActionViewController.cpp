@@ -49,9 +49,10 @@ public:
     ApplicationList(const std::vector<Application> &installed, QObject *parent) : QCompleter(parent)
     {
         auto *rows = new QStandardItemModel(this);
+        const QIcon any = QIcon::fromTheme(QStringLiteral("application-x-executable"));
         for (const ListedApplication &each : listedApplications(installed)) {
             auto *row = new QStandardItem(
-                QIcon::fromTheme(QString::fromStdString(each.application.icon)), each.title);
+                QIcon::fromTheme(QString::fromStdString(each.application.icon), any), each.title);
             row->setData(each.target, TARGET);
             rows->appendRow(row);
         }
