@@ -892,14 +892,6 @@
 <context>
     <name>quillon::AppDelegate</name>
     <message>
-        <source>Rebuild Quillon Search</source>
-        <translation>Suchindex von Quillon neu aufbauen</translation>
-    </message>
-    <message>
-        <source>Set Up Quillon</source>
-        <translation>Quillon einrichten</translation>
-    </message>
-    <message>
         <source>%1 does not work. Preferences…</source>
         <translation>%1 funktioniert nicht. Einstellungen…</translation>
     </message>
@@ -1164,6 +1156,37 @@
     <message>
         <source>File choosers show it. If the desktop is set to remember nothing, nothing is entered.</source>
         <translation>Dateiauswahlfenster zeigen sie. Soll sich die Arbeitsumgebung nichts merken, wird nichts eingetragen.</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::IndexStatusNote</name>
+    <message>
+        <source>1 folder</source>
+        <translation>1 Ordner</translation>
+    </message>
+    <message>
+        <source>%1 folders</source>
+        <translation>%1 Ordner</translation>
+    </message>
+    <message>
+        <source>Indexing: %1 so far.</source>
+        <translation>Wird erfasst: bis jetzt %1.</translation>
+    </message>
+    <message>
+        <source>%1 indexed</source>
+        <translation>%1 erfasst</translation>
+    </message>
+    <message>
+        <source>%1 of %2 watched</source>
+        <translation>%1 von %2 beobachtet</translation>
+    </message>
+    <message>
+        <source>%1 MB of memory</source>
+        <translation>%1 MB Speicher</translation>
+    </message>
+    <message>
+        <source>built at %1 in %2 s</source>
+        <translation>um %1 in %2 s aufgebaut</translation>
     </message>
 </context>
 <context>
@@ -1566,34 +1589,6 @@
         <translation>Ordner zum Durchsuchen wählen</translation>
     </message>
     <message>
-        <source>1 folder</source>
-        <translation>1 Ordner</translation>
-    </message>
-    <message>
-        <source>%1 folders</source>
-        <translation>%1 Ordner</translation>
-    </message>
-    <message>
-        <source>Indexing: %1 so far.</source>
-        <translation>Wird erfasst: bis jetzt %1.</translation>
-    </message>
-    <message>
-        <source>%1 indexed</source>
-        <translation>%1 erfasst</translation>
-    </message>
-    <message>
-        <source>%1 of %2 watched</source>
-        <translation>%1 von %2 beobachtet</translation>
-    </message>
-    <message>
-        <source>%1 MB of memory</source>
-        <translation>%1 MB Speicher</translation>
-    </message>
-    <message>
-        <source>built at %1 in %2 s</source>
-        <translation>um %1 in %2 s aufgebaut</translation>
-    </message>
-    <message>
         <source>Takes effect after a rebuild</source>
         <translation>Gilt nach dem Neuaufbau</translation>
     </message>
@@ -1607,6 +1602,17 @@
     <message>
         <source>Folders</source>
         <translation>Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::SetUpFlow</name>
+    <message>
+        <source>Rebuild Quillon Search</source>
+        <translation>Suchindex von Quillon neu aufbauen</translation>
+    </message>
+    <message>
+        <source>Set Up Quillon</source>
+        <translation>Quillon einrichten</translation>
     </message>
 </context>
 </TS>

@@ -115,11 +115,6 @@ QWidget *BuildSearchBaseViewController::buildQuestionPage()
 
 // The build
 
-void BuildSearchBaseViewController::startBuilding()
-{
-    services_.builder.start();
-}
-
 void BuildSearchBaseViewController::buildBegan()
 {
     progressIndicator_->setAnimating(true);

@@ -111,7 +111,7 @@ TEST_F(RebuildWindowTest, givesNoLetterToTwoControls)
 TEST_F(RebuildWindowTest, saysWhatTheSearchBaseSaysUntilItIsBuilt)
 {
     const QSize size = window.size();
-    controller->startBuilding();
+    builder.start();
     EXPECT_TRUE(progress->isAnimating());
     background.runAll();
     std::vector<std::string> lines;
@@ -141,7 +141,7 @@ TEST_F(RebuildWindowTest, drawsALongLineWithoutItsMiddle)
 
 TEST_F(RebuildWindowTest, buildsOnWhenItIsHidden)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Continue in Background"));
     EXPECT_FALSE(window.isVisible());
     background.runAll();
@@ -155,7 +155,7 @@ TEST_F(RebuildWindowTest, buildsOnWhenItIsHidden)
 
 TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Stop…"));
     EXPECT_TRUE(says(QStringLiteral("erase every setting for good")));
     press(QStringLiteral("Continue"));
@@ -173,7 +173,7 @@ TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
 
 TEST_F(RebuildWindowTest, stopsTheBuildAloneAndKeepsTheSettings)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Stop…"));
     press(QStringLiteral("Stop"));
     EXPECT_EQ(stopped, 1);
@@ -196,7 +196,7 @@ TEST_F(RebuildWindowTest, handsOnWhatIsTypedInIt)
 
 TEST_F(RebuildWindowTest, keepsAQuestionUntilItIsAnswered)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Stop…"));
     background.runAll();
     main.runAll();

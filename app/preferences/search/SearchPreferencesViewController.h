@@ -5,8 +5,6 @@
 #include "core/SearchBaseBuilder.h"
 #include "indexing/IncludeFolders.h"
 
-#include <QBasicTimer>
-
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +20,7 @@ class FolderLister;
 class FolderPicker;
 class FormNote;
 class FormTable;
+class IndexStatusNote;
 class SearchBase;
 class SearchBaseFinder;
 class SegmentedControl;
@@ -71,7 +70,6 @@ Q_SIGNALS:
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
-    void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
@@ -96,13 +94,11 @@ private:
     void searchHidden(int row, bool isWanted);
     void showLocations(std::vector<ListedLocation> locations, SearchLocations stored);
     void updateFlag();
-    void updateStatus();
-    QString status() const;
 
     Services services_;
     QLabel *flagLabel_;
     FormNote *note_;
-    FormNote *statusNote_;
+    IndexStatusNote *statusNote_;
     /// The locations in the order of the table's rows.
     std::vector<ListedLocation> locations_;
     /// What the settings say; known once the pane was shown.
@@ -113,7 +109,6 @@ private:
     std::shared_ptr<const SearchBaseLocation> added_;
     /// Counts the times that the list was asked for: only the last answer is shown.
     unsigned asked_ = 0;
-    QBasicTimer statusTimer_;
 };
 
 } // namespace quillon
