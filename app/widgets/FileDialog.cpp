@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QHeaderView>
+#include <QScreen>
 #include <QSplitter>
 #include <QStandardPaths>
 #include <QTreeView>
@@ -43,7 +44,8 @@ void arrangeFileDialog(QFileDialog &dialog)
     const double scale =
         static_cast<double>(metrics::textWidth(dialog.fontMetrics(), metrics::FORM_TEXT)) /
         metrics::FORM_TEXT;
-    dialog.resize(DIALOG_SIZE * scale);
+    // A small screen holds all of it.
+    dialog.resize((DIALOG_SIZE * scale).boundedTo(dialog.screen()->availableSize() * 3 / 4));
     if (auto *splitter = dialog.findChild<QSplitter *>()) {
         const int places = static_cast<int>(PLACES_WIDTH * scale);
         splitter->setSizes({places, dialog.width() - places});
