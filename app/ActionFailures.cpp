@@ -19,7 +19,9 @@ void ActionFailures::report(const ActionFailure &failure)
 {
     using enum ActionFailure::Reason;
     if (failure.isUse)
-        services_.recentAccessScore.takeBack(*failure.result);
+        services_.useQueue.post([&uses = services_.recentAccessScore, result = failure.result] {
+            uses.takeBack(*result);
+        });
     const std::string away = services_.searchBase.awayFolderOf(failure.result->path());
     const bool isAway = !away.empty() && (failure.reason == itemGone || failure.reason == itemAway);
     if (failure.reason == itemGone && !isAway)

@@ -23,6 +23,8 @@ public:
     struct Services
     {
         RecentAccessScore &recentAccessScore;
+        /// Has counted the use before.
+        TaskQueue &useQueue;
         SearchBase &searchBase;
         const SearchBaseBuilder &builder;
         Notifications &notifications;

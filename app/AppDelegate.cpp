@@ -40,6 +40,7 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
       statusReport_(engine_.searchBase, engine_.builder, build_.version),
       indexAnswers_(engine_.searchBase, engine_.builder, engine_.recentAccessScore, preferences_),
       actionFailures_({.recentAccessScore = engine_.recentAccessScore,
+                       .useQueue = engine_.useQueue,
                        .searchBase = engine_.searchBase,
                        .builder = engine_.builder,
                        .notifications = services_.notifications,

@@ -43,10 +43,16 @@ SearchEngine::SearchEngine(DesktopServices &services, const Preferences &prefere
               .frontFinderSearch = frontFinderSearch,
               .places = services.places,
               .recentAccessScore = recentAccessScore,
+              .useQueue = useQueue,
               .keptFolders = keptFolders,
               .preferences = preferences,
               .disk = services.diskLister},
              QDir::homePath().toStdString())
 {}
+
+SearchEngine::~SearchEngine()
+{
+    useQueue.postAndWait([] {});
+}
 
 } // namespace quillon

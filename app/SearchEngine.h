@@ -3,6 +3,7 @@
 #include "actions/AppleScriptRunner.h"
 #include "actions/FrontFinderSearch.h"
 #include "app/panel/SearchBaseSource.h"
+#include "base/SerialTaskQueue.h"
 #include "core/IndexKeeper.h"
 #include "core/SearchBase.h"
 #include "core/SearchBaseBuilder.h"
@@ -26,6 +27,8 @@ struct SearchEngine
     /// Takes the future result of reading the kept index. The others outlive this object.
     SearchEngine(DesktopServices &services, const Preferences &preferences,
                  std::future<std::optional<KeptTree>> keptTreeToCome);
+    /// Waits until all uses are stored.
+    ~SearchEngine();
     SearchEngine(const SearchEngine &) = delete;
     SearchEngine &operator=(const SearchEngine &) = delete;
 
@@ -34,6 +37,8 @@ struct SearchEngine
     FrontFinderSearch frontFinderSearch;
     DefaultsRecentAccessScoreDataStore uses;
     RecentAccessScore recentAccessScore;
+    /// Counts uses and stores them, so that a folder opens without waiting for the settings' disk.
+    SerialTaskQueue useQueue{"org.quillon.uses"};
     KeptFolders keptFolders;
     FuzzyMatch fuzzyMatch;
     SearchBaseFinder finder;

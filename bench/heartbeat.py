@@ -11,6 +11,7 @@ import pathlib
 import select
 import subprocess
 import sys
+import tempfile
 import time
 
 try:
@@ -37,18 +38,23 @@ class Heart:
             if subprocess.run(["chrt", "-r", "10", "true"], stderr=subprocess.DEVNULL,
                               check=False).returncode == 0:
                 command = ["chrt", "-r", "10", *command]
-        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        text=True)
+        # Nobody reads meanwhile, and a pipe would soon be full.
+        self.lines = tempfile.TemporaryFile(mode="w+", encoding="ascii")
+        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=self.lines)
         return self
 
     def __exit__(self, *_):
-        for line in self.process.communicate()[0].splitlines():
-            self.beats.append(Beat(*map(float, line.split())))
+        self.process.communicate()
+        with self.lines:
+            self.lines.seek(0)
+            self.beats = [Beat(*map(float, line.split())) for line in self.lines]
 
-    def worst(self, begin=0, end=float("inf")):
-        """Returns the beat that took longest of those that were asked for between these times."""
-        return max((beat for beat in self.beats if begin <= beat.asked < end),
-                   key=lambda beat: beat.took, default=Beat(0, 0, 0))
+    def worst(self, begin, end):
+        """Returns the beat that took longest of those that were under way between these times, or
+        None where there was none."""
+        return max((beat for beat in self.beats
+                    if beat.asked < end and beat.asked + beat.took / 1000 >= begin),
+                   key=lambda beat: beat.took, default=None)
 
 
 class Asker:

@@ -4,6 +4,7 @@
 #include "base/Require.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace quillon {
@@ -39,6 +40,18 @@ std::int64_t sum(const UseCounts &counts)
     for (const auto &[path, count] : counts)
         require(!__builtin_add_overflow(total, count, &total), "the sum of all use counts fits");
     return total;
+}
+
+std::vector<const UseCounts::value_type *> ranked(const UseCounts &counts)
+{
+    std::vector<const UseCounts::value_type *> entries;
+    entries.reserve(counts.size());
+    for (const auto &entry : counts)
+        entries.push_back(&entry);
+    std::ranges::sort(entries, [](const auto *a, const auto *b) {
+        return a->second != b->second ? a->second > b->second : a->first < b->first;
+    });
+    return entries;
 }
 
 DefaultsValue storedForm(const UseCounts &counts)
@@ -100,19 +113,9 @@ std::vector<std::string> RecentAccessScoreData::topPaths(int n) const
 {
     require(n >= 0, "the number of most used paths asked for is not negative");
     const auto current = snapshot();
-    std::vector<const UseCounts::value_type *> entries;
-    entries.reserve(current->counts.size());
-    for (const auto &entry : current->counts)
-        entries.push_back(&entry);
-
-    const auto end = entries.begin() + std::min<std::ptrdiff_t>(n, std::ssize(entries));
-    std::partial_sort(entries.begin(), end, entries.end(), [](const auto *a, const auto *b) {
-        return a->second != b->second ? a->second > b->second : a->first < b->first;
-    });
-
     std::vector<std::string> paths;
-    std::transform(entries.begin(), end, std::back_inserter(paths),
-                   [](const auto *entry) { return entry->first; });
+    for (const auto *entry : current->ranked | std::views::take(n))
+        paths.push_back(entry->first);
     return paths;
 }
 
@@ -136,6 +139,7 @@ std::shared_ptr<const RecentAccessSnapshot> RecentAccessScoreData::snapshot() co
 
 bool RecentAccessScoreData::change(const std::function<void(UseCounts &counts)> &edit)
 {
+    const MutexLock changing(changing_);
     UseCounts counts;
     const bool isStored = dataStore_.edit(KEY, [&](const std::optional<DefaultsValue> &stored) {
         const auto *dictionary = stored ? std::get_if<DefaultsDictionary>(&stored->value) : nullptr;
@@ -154,10 +158,13 @@ bool RecentAccessScoreData::change(const std::function<void(UseCounts &counts)> 
 void RecentAccessScoreData::replace(UseCounts dataset)
 {
     const std::int64_t total = sum(dataset);
-    auto next = std::make_shared<const RecentAccessSnapshot>(
-        RecentAccessSnapshot{.counts = std::move(dataset), .totalUsages = total});
+    const auto next = std::make_shared<RecentAccessSnapshot>();
+    next->counts = std::move(dataset);
+    next->totalUsages = total;
+    next->ranked = ranked(next->counts);
+    std::shared_ptr<const RecentAccessSnapshot> former = next;
     const MutexLock lock(mutex_);
-    current_.swap(next);
+    current_.swap(former);
 }
 
 RecentAccessScore::RecentAccessScore(RecentAccessScoreDataStore &store)

@@ -35,6 +35,8 @@ struct RecentAccessSnapshot
     UseCounts counts;
     /// The sum of all counts.
     std::int64_t totalUsages = 0;
+    /// The counts again, highest first, equal ones by path.
+    std::vector<const UseCounts::value_type *> ranked;
 
     /// Returns the path's share of all uses, 0 to 1, which is 0.0 for a path without uses.
     double share(std::string_view path) const;
@@ -69,9 +71,9 @@ private:
     DefaultsStore &store_;
 };
 
-/// The use counts and their stored form. The main thread changes them, and any thread may read
-/// them. Each change is made to the counts that are stored, so that it loses none of them, even
-/// when they could not be read before. What could not be stored holds until the next change.
+/// The use counts and their stored form. Safe from every thread. Each change is made to the counts
+/// that are stored, so that it loses none of them, even when they could not be read before. What
+/// could not be stored holds until the next change.
 class RecentAccessScoreData
 {
 public:
@@ -96,17 +98,18 @@ public:
     std::shared_ptr<const RecentAccessSnapshot> snapshot() const;
 
 private:
-    bool change(const std::function<void(UseCounts &counts)> &edit);
-    void replace(UseCounts dataset);
+    bool change(const std::function<void(UseCounts &counts)> &edit) EXCLUDES(changing_, mutex_);
+    void replace(UseCounts dataset) EXCLUDES(mutex_);
 
     RecentAccessScoreDataStore &dataStore_;
+    /// Held for the length of a change. Readers take another mutex, so that they wait for no disk.
+    Mutex changing_;
     mutable Mutex mutex_;
     std::shared_ptr<const RecentAccessSnapshot> current_ GUARDED_BY(mutex_);
 };
 
-/// Knows how often the user opened each path, and its share of all uses.
-///
-/// The main thread records and resets uses. Everything else is safe from any thread.
+/// Knows how often the user opened each path, and its share of all uses. Safe from every thread. A
+/// change of the counts waits for the disk.
 class RecentAccessScore
 {
 public:

@@ -67,7 +67,7 @@ public:
         /// Returns the state of the program as a JSON object. Runs on background threads.
         std::function<std::string()> status;
         /// Counts one opening of the path. Returns false when this instance has other settings than
-        /// those at the first path. Runs on the main thread.
+        /// those at the first path. Runs on background threads.
         std::function<bool(const std::string &settings, const std::string &path)> use = nullptr;
         /// Opens the path as plain Return in the panel does, for the same settings. Runs on the
         /// main thread and hands over once, on any thread, why the path could not be opened, in

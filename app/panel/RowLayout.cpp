@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <ranges>
+#include <vector>
 
 namespace quillon {
 
@@ -14,7 +16,11 @@ namespace {
 
 constexpr QChar ELLIPSIS(0x2026);
 /// No panel is wide enough for so many characters. Of a longer row only the end is laid out.
-constexpr int MOST_CHARACTERS = 1000;
+constexpr int MOST_CHARACTERS = 600;
+
+/// An ellipsis may be set so much closer to its neighbours, or further away, than the letters were
+/// whose place it takes.
+constexpr qreal CLOSER = 1;
 
 /// Returns the row with an ellipsis in place of the characters from one position to another.
 RowText shortened(const RowText &row, int from, int to)
@@ -117,40 +123,49 @@ RowLayout::RowLayout(const RowText &row, const QFont &font, const PanelPalette &
 void RowLayout::fit(RowText row, qreal ellipsis, const PanelPalette &palette, qreal room)
 {
     // The characters between matches are cut first, beginning on the left.
-    for (int from = 0; width() > room;) {
+    std::vector<RowText::Span> cuts;
+    qreal excess = width() - room;
+    for (int from = 0; excess > 0;) {
         const RowText::Span gap = gapAfter(row, from);
         if (gap.length <= 0)
             break;
-        const int to = cutPosition(row, gap.start, gap.start + gap.length, ellipsis, room);
         from = gap.start + gap.length;
+        const int to = cutPosition(row, gap.start, from, ellipsis, excess);
         if (to == gap.start)
             continue;
-        row = shortened(row, gap.start, to);
-        arrange(row, palette);
-        from = gap.start + 1;
+        cuts.push_back({gap.start, to - gap.start});
+        excess -= widthOf(gap.start, to) - ellipsis - CLOSER;
     }
+    for (const RowText::Span &cut : std::views::reverse(cuts))
+        row = shortened(row, cut.start, cut.start + cut.length);
+    if (!cuts.empty())
+        arrange(row, palette);
     // If that is not enough, the beginning is cut, matched or not.
     if (width() > room && !row.text.isEmpty()) {
         const auto length = static_cast<int>(row.text.size());
-        arrange(shortened(row, 0, cutPosition(row, 0, length, ellipsis, room)), palette);
+        const int to = cutPosition(row, 0, length, ellipsis, width() - room);
+        arrange(shortened(row, 0, to), palette);
     }
 }
 
 /// Returns the end of the piece that must be cut for the rest to fit, or of the whole range when
 /// that is not enough. Returns the beginning of the range when an ellipsis would be as wide as the
 /// piece.
-int RowLayout::cutPosition(const RowText &row, int from, int to, qreal ellipsis, qreal room) const
+int RowLayout::cutPosition(const RowText &row, int from, int to, qreal ellipsis, qreal excess) const
 {
-    const QTextLine line = layout_.lineAt(0);
-    const qreal start = line.cursorToX(from);
-    // The excess is one larger, since letters are set closer beside some others.
-    const qreal excess = width() - room + ellipsis + 1;
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, row.text);
     finder.setPosition(from);
     int at = from;
-    while (at < to && line.cursorToX(at) - start < excess)
+    while (at < to && widthOf(from, at) < excess + ellipsis + CLOSER)
         at = std::min(static_cast<int>(finder.toNextBoundary()), to);
-    return line.cursorToX(at) - start > ellipsis ? at : from;
+    return widthOf(from, at) > ellipsis ? at : from;
+}
+
+/// Returns the width of the characters from one position to another.
+qreal RowLayout::widthOf(int from, int to) const
+{
+    const QTextLine line = layout_.lineAt(0);
+    return line.cursorToX(to) - line.cursorToX(from);
 }
 
 void RowLayout::arrange(const RowText &row, const PanelPalette &palette)

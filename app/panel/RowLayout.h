@@ -26,7 +26,8 @@ public:
 private:
     void arrange(const RowText &row, const PanelPalette &palette);
     void fit(RowText row, qreal ellipsis, const PanelPalette &palette, qreal room);
-    int cutPosition(const RowText &row, int from, int to, qreal ellipsis, qreal room) const;
+    int cutPosition(const RowText &row, int from, int to, qreal ellipsis, qreal excess) const;
+    qreal widthOf(int from, int to) const;
 
     QTextLayout layout_;
 };

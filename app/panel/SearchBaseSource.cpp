@@ -84,7 +84,9 @@ std::vector<SearchBaseResultRef> SearchBaseSource::places() const
 
 void SearchBaseSource::recordUse(const SearchBaseResultRef &result)
 {
-    services_.searchBase.searchBaseMatcher().uprankResult(*result);
+    services_.useQueue.post([&matcher = services_.searchBase.searchBaseMatcher(), result] {
+        matcher.uprankResult(*result);
+    });
 }
 
 std::vector<std::string> SearchBaseSource::keptOnTop() const

@@ -17,6 +17,7 @@ class RecentAccessScore;
 class SearchBase;
 class SearchBaseBuilder;
 class SearchBaseFinder;
+class TaskQueue;
 
 /// The search base as the panel sees it.
 class SearchBaseSource : public PanelSource
@@ -30,6 +31,8 @@ public:
         FrontFinderSearch &frontFinderSearch;
         const Places &places;
         RecentAccessScore &recentAccessScore;
+        /// Counts the uses, in their order.
+        TaskQueue &useQueue;
         KeptFolders &keptFolders;
         /// The order of the rows is read at each search.
         const Preferences &preferences;

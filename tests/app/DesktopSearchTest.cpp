@@ -90,12 +90,14 @@ private:
     std::string home_;
 
 public:
+    InlineTaskQueue useQueue;
     SearchBaseSource source{{.searchBase = base.searchBase,
                              .finder = base.finder,
                              .builder = builder,
                              .frontFinderSearch = front,
                              .places = places,
                              .recentAccessScore = base.score,
+                             .useQueue = useQueue,
                              .keptFolders = kept,
                              .preferences = preferences,
                              .disk = base.lister},

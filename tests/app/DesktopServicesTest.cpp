@@ -162,7 +162,7 @@ TEST_F(BusRemoteControlTest, answersFromTheBackground)
     const auto status = [] { return std::string(R"({"state":"Bücher"})"); };
     std::vector<std::string> used;
     const auto use = [&used](const std::string &settings, const std::string &path) {
-        EXPECT_EQ(QThread::currentThread(), qApp->thread());
+        EXPECT_NE(QThread::currentThread(), qApp->thread());
         used.push_back(path);
         return settings == "/settings";
     };

@@ -80,6 +80,7 @@ protected:
                  .frontFinderSearch = front_,
                  .places = places_,
                  .recentAccessScore = base_.score,
+                 .useQueue = queue_,
                  .keptFolders = kept_,
                  .preferences = preferences_,
                  .disk = disk},
@@ -103,6 +104,7 @@ protected:
                                                             SearchBaseResultType::standard);
         base_.score.addRecentAccess(*row);
         ActionFailures failures({.recentAccessScore = base_.score,
+                                 .useQueue = queue_,
                                  .searchBase = base_.searchBase,
                                  .builder = builder_,
                                  .notifications = notifications,

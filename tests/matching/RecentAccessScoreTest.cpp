@@ -183,12 +183,18 @@ TEST_F(RecentAccessScoreTest, handsSearchesSharesThatAddUpWhileUsesAreRecorded)
             faults += sum != snapshot->totalUsages || score.score("/0") <= 0.0 ? 1 : 0;
         }
     });
-    for (int i = 0; i < 500; ++i)
-        open(score, "/" + std::to_string(i % 7));
+    const auto openMany = [&] {
+        for (int i = 0; i < 500; ++i)
+            open(score, "/" + std::to_string(i % 7));
+    };
+    std::thread other(openMany);
+    openMany();
+    other.join();
     done = true;
     reader.join();
     EXPECT_EQ(faults, 0);
-    EXPECT_EQ(score.snapshot()->totalUsages, 501);
+    EXPECT_EQ(score.snapshot()->totalUsages, 1001);
+    EXPECT_EQ(RecentAccessScore(store).snapshot()->totalUsages, 1001) << "what is stored";
 }
 
 } // namespace

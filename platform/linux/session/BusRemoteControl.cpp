@@ -167,9 +167,14 @@ public Q_SLOTS:
         });
         return {};
     }
-    bool Use(const QByteArray &settings, const QByteArray &path)
+    bool Use(const QByteArray &settings, const QByteArray &path, const QDBusMessage &message)
     {
-        return handlers_.use && handlers_.use(settings.toStdString(), path.toStdString());
+        message.setDelayedReply(true);
+        background_.post([use = handlers_.use, settings = settings.toStdString(),
+                          path = path.toStdString(), message] {
+            QDBusConnection::sessionBus().send(message.createReply(use && use(settings, path)));
+        });
+        return false;
     }
     QString Open(const QByteArray &settings, const QByteArray &path, const QDBusMessage &message)
     {

@@ -177,6 +177,7 @@ std::optional<std::string> JsonDefaultsStore::beginAnew()
     if (!kept)
         return std::nullopt;
     contents_ = QJsonObject();
+    bytes_.clear();
     refresh();
     return kept;
 }
@@ -205,7 +206,12 @@ bool JsonDefaultsStore::changeOnDisk(const Edit &edit)
 /// Reads the file, edits the settings and replaces the file. The caller holds the lock of the file.
 SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
 {
-    Look found = lookWhenWritten(former());
+    Former known;
+    {
+        const MutexLock lock(mutex_);
+        known = former();
+    }
+    Look found = lookWhenWritten(known);
     const SettingsFile::Reading reading = found.reading;
     QJsonObject contents;
     bool isKept = false;
@@ -220,16 +226,18 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
         }
         contents = contents_;
         isKept = fault_.has_value();
-        if (!edit(contents) && !isKept)
-            return SettingsFile::Replacing::done;
     }
-    const auto outcome = file_.replace(QJsonDocument(contents).toJson(), reading, isKept);
+    if (!edit(contents) && !isKept)
+        return SettingsFile::Replacing::done;
+    const QByteArray bytes = QJsonDocument(contents).toJson();
+    const auto outcome = file_.replace(bytes, reading, isKept);
     if (outcome != SettingsFile::Replacing::done)
         return outcome;
 
     // The next look reads the file again, since someone who takes no lock may have been faster.
     const MutexLock lock(mutex_);
     contents_ = std::move(contents);
+    bytes_ = bytes;
     fault_.reset();
     isStampTrusted_ = false;
     return outcome;
@@ -237,8 +245,10 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
 
 JsonDefaultsStore::Former JsonDefaultsStore::former() const
 {
-    const MutexLock lock(mutex_);
-    return {.wasThere = hasRead_ && stamp_.error == 0, .settled = settled_};
+    return {.wasThere = hasRead_ && stamp_.error == 0,
+            .settled = settled_,
+            .bytes = bytes_,
+            .contents = contents_};
 }
 
 /// Returns true when the edit would leave the file as it is.
@@ -258,8 +268,9 @@ JsonDefaultsStore::Look JsonDefaultsStore::look(const Former &former) const
         stamp.modified = former.settled->modified;
         found.isBeingCut = stamp == former.settled;
     }
-    if (found.reading.error == 0)
-        found.contents = parse(found.reading.bytes, found.fault);
+    if (const QByteArray &bytes = found.reading.bytes; found.reading.error == 0)
+        found.contents = !bytes.isEmpty() && bytes == former.bytes ? std::optional(former.contents)
+                                                                   : parse(bytes, found.fault);
     else if (found.reading.error == ENOENT)
         found.contents = QJsonObject();
     else
@@ -291,7 +302,7 @@ void JsonDefaultsStore::refresh() const
     if (isStampTrusted_ && file_.stamp() == stamp_)
         return;
     // Before anything was read, nothing could stay in force during the wait.
-    adopt(hasRead_ ? look({.settled = settled_}) : lookWhenWritten({}));
+    adopt(hasRead_ ? look(former()) : lookWhenWritten({}));
 }
 
 void JsonDefaultsStore::adopt(Look found) const
@@ -307,6 +318,7 @@ void JsonDefaultsStore::adopt(Look found) const
     }
     if (found.contents) {
         contents_ = std::move(*found.contents);
+        bytes_ = found.reading.bytes;
         hasRead_ = true;
         fault_.reset();
         return;

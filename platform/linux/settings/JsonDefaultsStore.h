@@ -49,13 +49,16 @@ private:
         bool wasThere = false;
         /// The last stamp that was trusted.
         std::optional<FileStamp> settled;
+        /// The bytes that were last parsed, or written, and what they hold. Without bytes, nothing.
+        QByteArray bytes;
+        QJsonObject contents;
     };
     /// Edits the contents and returns whether it changed anything.
     using Edit = std::function<bool(QJsonObject &contents)>;
     bool change(const Edit &edit) EXCLUDES(writing_, mutex_);
     bool changeOnDisk(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
     SettingsFile::Replacing changeOnce(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
-    Former former() const EXCLUDES(mutex_);
+    Former former() const REQUIRES(mutex_);
     bool isOnDisk(const Edit &edit) const EXCLUDES(mutex_);
 
     Look look(const Former &former) const;
@@ -70,6 +73,8 @@ private:
     mutable Mutex mutex_;
     /// The contents that were last read, or written, without a fault.
     mutable QJsonObject contents_ GUARDED_BY(mutex_);
+    /// The bytes of contents_, so that they are not parsed twice.
+    mutable QByteArray bytes_ GUARDED_BY(mutex_);
     /// The stamp of the file as last read. It proves nothing unless isStampTrusted_.
     mutable FileStamp stamp_ GUARDED_BY(mutex_);
     mutable bool isStampTrusted_ GUARDED_BY(mutex_) = false;
