@@ -22,9 +22,6 @@ using namespace std::chrono_literals;
 
 /// The time for which a disk that does not answer may delay the end of the program.
 constexpr auto TASK_END_TIME = 50ms;
-/// A build that takes longer shows its own window.
-constexpr auto SHORT_BUILD = 3s;
-
 /// Returns the folder of the programs that serve this one, which is this program's own, built or
 /// installed.
 std::string programsFolder()
@@ -39,7 +36,6 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
       preferences_(services_.defaults),
       preferencesReceiver_(
           services_.defaultsChanges.onChange([this] { preferences_.readChoices(); })),
-      appleEventAccess_(services_.defaults),
       engine_(services_, preferences_, std::move(keptTree)),
       statusReport_(engine_.searchBase, engine_.builder, build_.version),
       indexAnswers_(engine_.searchBase, engine_.builder, engine_.recentAccessScore, preferences_),
@@ -71,20 +67,19 @@ AppDelegate::AppDelegate(std::future<std::optional<KeptTree>> keptTree)
           {.background = services_.backgroundQueue, .main = services_.mainQueue}, *this),
       shortcutMonitor_(services_.defaults, services_.defaultsChanges),
       shortcutBinder_(shortcutMonitor_, *services_.hotKey),
-      rebuildSearchBaseViewController_(
-          new BuildSearchBaseViewController({.searchBase = engine_.searchBase,
-                                             .builder = engine_.builder,
-                                             .defaults = services_.defaults,
-                                             .main = services_.mainQueue},
-                                            *this)),
-      buildSearchBaseWindow_(tr("Rebuild Quillon Search"), rebuildSearchBaseViewController_,
-                             services_.windowSystem),
-      onboardingWindow_(tr("Set Up Quillon"), makeOnboarding(), services_.windowSystem),
+      windowTracker_(services_.mainQueue, services_.windowSystem),
+      setUpFlow_({.services = services_,
+                  .engine = engine_,
+                  .shortcutMonitor = shortcutMonitor_,
+                  .shortcutBinder = shortcutBinder_,
+                  .windows = windowTracker_,
+                  .searchWindow = searchWindow_,
+                  .panel = lightningSearchViewController_},
+                 [this] { terminate(); }),
       keysView_(new KeysView),
       keysWindow_(tr("Quillon – Keys"), keysView_, services_.windowSystem),
       searchPane_(makeSearchPane()),
-      preferencesViewController_(preferencesServices(), *this, searchPane_),
-      windowTracker_(services_.mainQueue, services_.windowSystem),
+      preferencesViewController_(preferencesServices(), searchPane_),
       updater_({.updaterController = services_.updateController,
                 .enableBetaUpdates = preferences_.enableBetaUpdates,
                 .workspace = services_.workspace,
@@ -135,26 +130,7 @@ SearchPreferencesViewController *AppDelegate::makeSearchPane()
                                                 .folderLister = services_.folderLister,
                                                 .folderPicker = services_.folderPicker,
                                                 .background = services_.backgroundQueue,
-                                                .main = services_.mainQueue},
-                                               *this);
-}
-
-OnboardingViewController *AppDelegate::makeOnboarding()
-{
-    return new OnboardingViewController({.searchBaseFinder = engine_.finder,
-                                         .folderIdentity = services_.folderIdentity,
-                                         .folderLister = services_.folderLister,
-                                         .shortcutMonitor = shortcutMonitor_,
-                                         .shortcutBinder = shortcutBinder_,
-                                         .hotKey = *services_.hotKey,
-                                         .clipboard = services_.clipboard,
-                                         .autostart = services_.autostart,
-                                         .places = services_.places,
-                                         .folderPicker = services_.folderPicker,
-                                         .background = services_.backgroundQueue,
-                                         .counting = services_.countingQueue,
-                                         .main = services_.mainQueue},
-                                        QDir::homePath().toStdString(), *this);
+                                                .main = services_.mainQueue});
 }
 
 AppDelegate::~AppDelegate()
@@ -178,7 +154,7 @@ void AppDelegate::joinSearchPanel()
     connect(&searchWindow_, &SearchWindow::appeared, this, [this] {
         // The settings may name folders by now, or missing folders may be back.
         if (!engine_.builder.hasLocations())
-            rebuildSearchBaseViewController_->startBuilding();
+            engine_.builder.start();
     });
     connect(&searchWindow_, &SearchWindow::becameKey, &controller,
             &LightningSearchViewController::windowDidBecomeKey);
@@ -189,6 +165,10 @@ void AppDelegate::joinSearchPanel()
     });
     connect(keysView_, &KeysView::closed, this,
             [this] { windowTracker_.show(WindowTracker::searchWindow); });
+    connect(searchPane_, &SearchPreferencesViewController::rebuildRequested, this,
+            [this] { setUpFlow_.rebuild(); });
+    connect(preferencesViewController_.advancedPreferencesViewController,
+            &AdvancedPreferencesViewController::setUpForgotten, this, &AppDelegate::setUpAgain);
     updater_.onChange([&controller] { controller.updateUpdateButton(); });
     connect(&shortcutBinder_, &QLNShortcutBinder::pressed, this,
             [this] { perform({.action = "toggle", .activationToken = {}}); });
@@ -226,10 +206,6 @@ void AppDelegate::trackWindows()
 {
     windowTracker_.track(WindowTracker::searchWindow, searchWindow_,
                          [this] { searchWindow_.present(); });
-    windowTracker_.track(WindowTracker::buildSearchBaseWindow, buildSearchBaseWindow_,
-                         [this] { buildSearchBaseWindow_.present(); });
-    windowTracker_.track(WindowTracker::onboardingWindow, onboardingWindow_,
-                         [this] { onboardingWindow_.present(); });
     windowTracker_.track(WindowTracker::preferencesWindow, preferencesViewController_,
                          [this] { preferencesViewController_.present(); });
 }
@@ -237,54 +213,16 @@ void AppDelegate::trackWindows()
 void AppDelegate::applicationDidFinishLaunching(const RemoteControl::Request &request)
 {
     shortcutBinder_.start();
-    isAccessSettled_ = appleEventAccess_.hasAskedForAccess();
     // The panel must not appear in front of the preferences that the user asked for.
-    const bool showsPreferences = request.action == "preferences" && isAccessSettled_ && isSetUp();
+    const bool showsPreferences =
+        request.action == "preferences" && setUpFlow_.isAccessSettled() && setUpFlow_.isSetUp();
     if (request.action == "background" || showsPreferences)
-        startHidden();
+        setUpFlow_.startHidden();
     else
-        showFirst(request.activationToken);
+        setUpFlow_.showFirst(request.activationToken);
     if (showsPreferences)
         openPreferences(request.activationToken);
     updater_.startBackgroundPolling();
-}
-
-void AppDelegate::startHidden()
-{
-    isFirstShowDue_ = !isAccessSettled_ || !isSetUp();
-    if (isAccessSettled_)
-        rebuildSearchBaseViewController_->startBuilding();
-}
-
-void AppDelegate::showFirst(const std::string &activationToken)
-{
-    isFirstShowDue_ = false;
-    if (!isAccessSettled_)
-        showPermission(activationToken);
-    else if (!isSetUp())
-        windowTracker_.show(WindowTracker::onboardingWindow, activationToken);
-    else
-        buildBehindPanel(activationToken);
-}
-
-void AppDelegate::buildBehindPanel(const std::string &activationToken)
-{
-    // The kept index is read while the panel is being shown.
-    rebuildSearchBaseViewController_->startBuilding();
-    windowTracker_.show(WindowTracker::searchWindow, activationToken);
-    services_.mainQueue.postDelayed(SHORT_BUILD, [this] {
-        // No window comes between a user and a panel that is in use.
-        if (engine_.builder.isBuilding() && !engine_.builder.isComparing() &&
-            windowTracker_.isVisible(WindowTracker::searchWindow) &&
-            !lightningSearchViewController_.isInUse())
-            showRebuild();
-    });
-}
-
-bool AppDelegate::isSetUp()
-{
-    // A folder that is missing now was chosen all the same.
-    return shortcutMonitor_.shortcut() && !engine_.finder.bookmarks.load().empty();
 }
 
 void AppDelegate::perform(const RemoteControl::Request &request)
@@ -292,11 +230,11 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     const std::string &token = request.activationToken;
     if (request.action == "quit")
         terminate();
-    else if (isAccessSettled_ && !request.path.empty()) {
+    else if (setUpFlow_.isAccessSettled() && !request.path.empty()) {
         services_.launchToken.set(token);
         desktopSearch_.run(request.action, request.path);
-    } else if (!isAccessSettled_ || isFirstShowDue_)
-        showFirst(token);
+    } else if (setUpFlow_.isDue())
+        setUpFlow_.showFirst(token);
     else if (windowTracker_.isVisible(WindowTracker::onboardingWindow))
         windowTracker_.show(WindowTracker::onboardingWindow, token);
     else if (request.action == "toggle")
@@ -306,7 +244,7 @@ void AppDelegate::perform(const RemoteControl::Request &request)
     else if (request.action == "preferences")
         openPreferences(token);
     else if (request.action == "rebuild")
-        rebuild(token);
+        setUpFlow_.rebuild(token);
     else
         reopen(token);
 }
@@ -379,9 +317,9 @@ void AppDelegate::open(const std::string &settings, const std::string &path,
 {
     if (settings != standardDefaultsPath())
         return receive("the running Quillon has other settings");
-    if (isAccessSettled_)
+    if (setUpFlow_.isAccessSettled())
         return desktopSearch_.open(path, receive);
-    showFirst();
+    setUpFlow_.showFirst();
     receive("Quillon has to be set up first");
 }
 
@@ -404,75 +342,10 @@ void AppDelegate::terminate()
     QCoreApplication::exit();
 }
 
-void AppDelegate::showPermission(const std::string &activationToken)
-{
-    if (!appleEventPermissionCoordinator_)
-        appleEventPermissionCoordinator_.emplace(
-            AppleEventPermissionViewController::Services{.access = appleEventAccess_,
-                                                         .appleScriptRunner =
-                                                             engine_.appleScriptRunner,
-                                                         .background = services_.backgroundQueue,
-                                                         .main = services_.mainQueue},
-            services_.windowSystem, *this);
-    appleEventPermissionCoordinator_->show();
-    if (!activationToken.empty())
-        services_.windowSystem.activate(appleEventPermissionCoordinator_->window()->winId(),
-                                        activationToken);
-}
-
-void AppDelegate::permissionFinished()
-{
-    isAccessSettled_ = true;
-    showFirst();
-}
-
-void AppDelegate::showRebuild(const std::string &activationToken)
-{
-    if (!windowTracker_.isVisible(WindowTracker::buildSearchBaseWindow))
-        windowBeforeRebuild_ = windowTracker_.frontWindow();
-    windowTracker_.show(WindowTracker::buildSearchBaseWindow, activationToken);
-    searchWindow_.hide();
-}
-
-void AppDelegate::rebuild(const std::string &activationToken)
-{
-    showRebuild(activationToken);
-    rebuildSearchBaseViewController_->startBuilding();
-}
-
-void AppDelegate::searchBaseRebuildFinished()
-{
-    // A build that nobody watches, such as one at login, brings up no window.
-    if (!windowTracker_.isVisible(WindowTracker::buildSearchBaseWindow))
-        return;
-    windowTracker_.show(WindowTracker::searchWindow);
-    windowTracker_.close(WindowTracker::buildSearchBaseWindow);
-}
-
-void AppDelegate::searchBaseRebuildStopped()
-{
-    if (windowBeforeRebuild_)
-        windowTracker_.show(*windowBeforeRebuild_);
-    windowTracker_.close(WindowTracker::buildSearchBaseWindow);
-}
-
-void AppDelegate::typedDuringBuild(const QString &text)
-{
-    lightningSearchViewController_.typeAhead(text);
-    windowTracker_.show(WindowTracker::searchWindow);
-    windowTracker_.close(WindowTracker::buildSearchBaseWindow);
-}
-
-void AppDelegate::onboardingFinished()
-{
-    buildBehindPanel();
-    windowTracker_.close(WindowTracker::onboardingWindow);
-}
-
 void AppDelegate::setUpAgain()
 {
     windowTracker_.close(WindowTracker::preferencesWindow);
-    showFirst();
+    setUpFlow_.showFirst();
 }
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)

@@ -2,12 +2,12 @@
 
 #include "actions/ActionModelFinder.h"
 #include "actions/ActionRunner.h"
-#include "actions/AppleEventAccess.h"
 #include "app/ActionFailures.h"
 #include "app/DesktopSearch.h"
 #include "app/DesktopServices.h"
 #include "app/IndexAnswers.h"
 #include "app/SearchEngine.h"
+#include "app/SetUpFlow.h"
 #include "app/StatusReport.h"
 #include "app/WindowTracker.h"
 #include "app/panel/IconSource.h"
@@ -16,9 +16,6 @@
 #include "app/panel/SearchWindow.h"
 #include "app/preferences/PreferencesViewController.h"
 #include "app/preferences/search/SearchPreferencesViewController.h"
-#include "app/setup/AppleEventPermissionCoordinator.h"
-#include "app/setup/BuildSearchBaseViewController.h"
-#include "app/setup/OnboardingViewController.h"
 #include "app/update/BuildSettings.h"
 #include "app/update/Feedback.h"
 #include "app/update/Updater.h"
@@ -36,14 +33,7 @@ namespace quillon {
 
 /// Owns the long-lived objects, in the order in which they need each other, and connects them. It
 /// lives as long as the Qt loop runs.
-class AppDelegate : public QObject,
-                    public SearchPanelDelegate,
-                    public AppleEventPermissionDelegate,
-                    public BuildSearchBaseDelegate,
-                    public OnboardingDelegate,
-                    public SearchPreferencesDelegate,
-                    public AdvancedPreferencesDelegate,
-                    private SearchBaseBuildObserver
+class AppDelegate : public QObject, public SearchPanelDelegate, private SearchBaseBuildObserver
 {
     Q_OBJECT
 
@@ -73,13 +63,7 @@ public:
     void checkForUpdates() override { updater_.checkInteractively(); }
     bool hasUninstalledUpdate() const override { return updater_.hasUninstalledUpdate(); }
     void terminate() override;
-    void permissionFinished() override;
-    void searchBaseRebuildFinished() override;
-    void searchBaseRebuildStopped() override;
-    void typedDuringBuild(const QString &text) override;
-    void onboardingFinished() override;
-    void rebuildSearchBase() override { rebuild(); }
-    void setUpAgain() override;
+    void rebuildSearchBase() override { setUpFlow_.rebuild(); }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -94,16 +78,9 @@ private:
     /// removes the report from the panel.
     void showShortcutFault();
     void trackWindows();
+    /// The stored set-up has been forgotten, so it begins again.
+    void setUpAgain();
 
-    void startHidden();
-    /// Shows the question about the file manager, else the set-up if it is not done, else the panel
-    /// over an index that is being built.
-    void showFirst(const std::string &activationToken = {});
-    void showPermission(const std::string &activationToken);
-    void buildBehindPanel(const std::string &activationToken = {});
-    void showRebuild(const std::string &activationToken = {});
-    void rebuild(const std::string &activationToken = {});
-    bool isSetUp();
     void openPreferences(const std::string &activationToken);
     /// Types the text, if there is one, in place of the text in the field.
     void showSearchWindow(const std::string &text, const std::string &activationToken);
@@ -115,14 +92,12 @@ private:
 
     PreferencesViewController::Services preferencesServices();
     SearchPreferencesViewController *makeSearchPane();
-    OnboardingViewController *makeOnboarding();
 
     const BuildSettings build_ = BuildSettings::ofThisBuild();
     DesktopServices services_;
     Preferences preferences_;
     const DefaultsReceiver preferencesReceiver_;
 
-    AppleEventAccess appleEventAccess_;
     SearchEngine engine_;
     StatusReport statusReport_;
     IndexAnswers indexAnswers_;
@@ -138,29 +113,17 @@ private:
     QLNShortcutMonitor shortcutMonitor_;
     QLNShortcutBinder shortcutBinder_;
 
-    /// The rebuild window owns it.
-    BuildSearchBaseViewController *rebuildSearchBaseViewController_;
-    SetupWindow buildSearchBaseWindow_;
-    SetupWindow onboardingWindow_;
+    WindowTracker windowTracker_;
+    SetUpFlow setUpFlow_;
     /// Its window owns it.
     KeysView *keysView_;
     SetupWindow keysWindow_;
     /// The preferences own it.
     SearchPreferencesViewController *searchPane_;
     PreferencesViewController preferencesViewController_;
-    WindowTracker windowTracker_;
 
     Updater updater_;
     Feedback feedback_;
-
-    /// True once the user has been asked whether the program may talk to the file manager.
-    bool isAccessSettled_ = false;
-    /// The window, if any, that the rebuild window replaced.
-    std::optional<WindowTracker::Window> windowBeforeRebuild_;
-    /// True until something is shown after a start at login.
-    bool isFirstShowDue_ = false;
-    /// Made when it is first needed.
-    std::optional<AppleEventPermissionCoordinator> appleEventPermissionCoordinator_;
 };
 
 } // namespace quillon

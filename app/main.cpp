@@ -14,9 +14,10 @@
 //                      reaches the running one; "open", which finds applications by name
 //   fetcher/           "fetch-feed", which fetches the list of releases for app/update/
 //   shortcut/          the global shortcut: among the settings, and bound to the panel
-//   app/               this folder: AppDelegate joins the objects to a program, WindowTracker knows
-//                      the windows, DesktopServices holds the platform's services, SearchEngine
-//                      the index and what searches it
+//   app/               this folder: AppDelegate joins the objects to a program, SetUpFlow shows
+//                      what comes before the panel and builds the index, WindowTracker knows the
+//                      windows, DesktopServices holds the platform's services, SearchEngine the
+//                      index and what searches it
 //   app/panel/         the search panel
 //   app/setup/         the question about the file manager, the first set-up, the rebuild window
 //   app/preferences/   the preferences window
@@ -25,8 +26,8 @@
 //
 // Start: the command looks for a running instance on the session bus and hands it the request
 // (launcher/StartCommand); without one it turns into this program. main() waits for settings that
-// can be used (SettingsGate). Then it makes an AppDelegate, which builds every object, decides what
-// the user sees first and begins the build on a background queue.
+// can be used (SettingsGate). Then it makes an AppDelegate, which builds every object. SetUpFlow
+// decides what the user sees first and begins the build on a background queue.
 //
 // The hot key: HotKey (a grab, or the desktop's portal) -> QLNShortcutBinder, which keeps the
 // stored shortcut bound -> AppDelegate -> SearchWindow.

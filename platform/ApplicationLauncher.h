@@ -17,6 +17,8 @@ struct Application
     std::string genericName = {};
     /// The file name of its program, without a folder.
     std::string executable = {};
+    /// A name in the icon theme, or the absolute path of a picture.
+    std::string icon = {};
     /// False when the desktop's menus leave the application out.
     bool isShown = true;
     bool isTerminalEmulator = false;

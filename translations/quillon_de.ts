@@ -610,7 +610,7 @@
     </message>
     <message>
         <source>&amp;Change…</source>
-        <translation>Ä&amp;ndern…</translation>
+        <translation>Än&amp;dern…</translation>
     </message>
     <message>
         <source>Set &amp;Back…</source>
@@ -892,16 +892,8 @@
 <context>
     <name>quillon::AppDelegate</name>
     <message>
-        <source>Rebuild Quillon Search</source>
-        <translation>Suchindex von Quillon neu aufbauen</translation>
-    </message>
-    <message>
-        <source>Set Up Quillon</source>
-        <translation>Quillon einrichten</translation>
-    </message>
-    <message>
         <source>%1 does not work. Preferences…</source>
-        <translation>%1 funktioniert nicht. Einstellungen …</translation>
+        <translation>%1 funktioniert nicht. Einstellungen…</translation>
     </message>
     <message>
         <source>%1 does not bring Quillon up</source>
@@ -909,7 +901,7 @@
     </message>
     <message>
         <source>Preferences…</source>
-        <translation>Einstellungen …</translation>
+        <translation>Einstellungen…</translation>
     </message>
     <message>
         <source>Quillon – Keys</source>
@@ -967,7 +959,7 @@
     </message>
     <message>
         <source>&amp;Stop…</source>
-        <translation>An&amp;halten …</translation>
+        <translation>&amp;Anhalten…</translation>
     </message>
     <message>
         <source>Stop indexing?</source>
@@ -987,11 +979,15 @@
     </message>
     <message>
         <source>&amp;Stop</source>
-        <translation>An&amp;halten</translation>
+        <translation>&amp;Anhalten</translation>
     </message>
     <message>
         <source>&amp;Continue</source>
         <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>Processing %1</source>
+        <translation>Liest %1</translation>
     </message>
 </context>
 <context>
@@ -1090,7 +1086,7 @@
         <translation>Erscheint das Suchfenster über einem Fenster der Dateiverwaltung, stehen die Dinge, die es zeigt, vor allen anderen.</translation>
     </message>
     <message>
-        <source>Choosin&amp;g one of them:</source>
+        <source>Choosing one of &amp;them:</source>
         <translation>Da&amp;von gewählt:</translation>
     </message>
     <message>
@@ -1160,6 +1156,37 @@
     <message>
         <source>File choosers show it. If the desktop is set to remember nothing, nothing is entered.</source>
         <translation>Dateiauswahlfenster zeigen sie. Soll sich die Arbeitsumgebung nichts merken, wird nichts eingetragen.</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::IndexStatusNote</name>
+    <message>
+        <source>1 folder</source>
+        <translation>1 Ordner</translation>
+    </message>
+    <message>
+        <source>%1 folders</source>
+        <translation>%1 Ordner</translation>
+    </message>
+    <message>
+        <source>Indexing: %1 so far.</source>
+        <translation>Wird erfasst: bis jetzt %1.</translation>
+    </message>
+    <message>
+        <source>%1 indexed</source>
+        <translation>%1 erfasst</translation>
+    </message>
+    <message>
+        <source>%1 of %2 watched</source>
+        <translation>%1 von %2 beobachtet</translation>
+    </message>
+    <message>
+        <source>%1 MB of memory</source>
+        <translation>%1 MB Speicher</translation>
+    </message>
+    <message>
+        <source>built at %1 in %2 s</source>
+        <translation>um %1 in %2 s aufgebaut</translation>
     </message>
 </context>
 <context>
@@ -1562,34 +1589,6 @@
         <translation>Ordner zum Durchsuchen wählen</translation>
     </message>
     <message>
-        <source>1 folder</source>
-        <translation>1 Ordner</translation>
-    </message>
-    <message>
-        <source>%1 folders</source>
-        <translation>%1 Ordner</translation>
-    </message>
-    <message>
-        <source>Indexing: %1 so far.</source>
-        <translation>Wird erfasst: bis jetzt %1.</translation>
-    </message>
-    <message>
-        <source>%1 indexed</source>
-        <translation>%1 erfasst</translation>
-    </message>
-    <message>
-        <source>%1 of %2 watched</source>
-        <translation>%1 von %2 beobachtet</translation>
-    </message>
-    <message>
-        <source>%1 MB of memory</source>
-        <translation>%1 MB Speicher</translation>
-    </message>
-    <message>
-        <source>built at %1 in %2 s</source>
-        <translation>um %1 in %2 s aufgebaut</translation>
-    </message>
-    <message>
         <source>Takes effect after a rebuild</source>
         <translation>Gilt nach dem Neuaufbau</translation>
     </message>
@@ -1603,6 +1602,17 @@
     <message>
         <source>Folders</source>
         <translation>Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>quillon::SetUpFlow</name>
+    <message>
+        <source>Rebuild Quillon Search</source>
+        <translation>Suchindex von Quillon neu aufbauen</translation>
+    </message>
+    <message>
+        <source>Set Up Quillon</source>
+        <translation>Quillon einrichten</translation>
     </message>
 </context>
 </TS>

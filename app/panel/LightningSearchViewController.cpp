@@ -69,7 +69,7 @@ LightningSearchViewController::LightningSearchViewController(Actions actions, Pa
 void LightningSearchViewController::joinSearch()
 {
     connect(&search_, &PanelSearch::busyChanged, this,
-            [this](bool isBusy) { view_.activityIndicator().setSpinning(isBusy); });
+            [this](bool isBusy) { view_.activityIndicator().setAnimating(isBusy); });
     connect(&search_, &PanelSearch::outdated, this, &LightningSearchViewController::searchNow);
     connect(&search_, &PanelSearch::answered, this,
             [this](const std::string &query, const PanelSource::Answer &answer) {

@@ -32,6 +32,7 @@ namespace {
 
 /// QLineEdit reserves this space on the left of its text.
 constexpr int FIELD_OWN_MARGIN = 2;
+/// The least width and height of the button.
 constexpr int UPDATE_BUTTON_WIDTH = 108;
 constexpr int UPDATE_BUTTON_HEIGHT = 36;
 /// The space on the right of the menu button, whose dots end where the texts below them end.
@@ -122,7 +123,7 @@ QWidget *SearchPanelView::buildHeader()
 
     updateButton_ = pushButton(tr("Update…"), ButtonRank::primary, header_);
     updateButton_->setFocusPolicy(Qt::TabFocus);
-    updateButton_->setFixedSize(UPDATE_BUTTON_WIDTH,
+    updateButton_->setFixedSize(std::max(UPDATE_BUTTON_WIDTH, updateButton_->sizeHint().width()),
                                 std::max(UPDATE_BUTTON_HEIGHT, fontMetrics().height() + 16));
     updateButton_->hide();
     line->addWidget(updateButton_);

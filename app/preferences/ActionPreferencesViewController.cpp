@@ -116,8 +116,9 @@ void ActionPreferencesViewController::openSheet(const std::optional<ActionModel>
     if (addActionViewController() != nullptr)
         return;
     auto *sheet = new AddActionViewController(
-        {.defaults = services_.defaults, .applications = services_.applications}, *actionTable,
-        changed, window());
+        {.defaults = services_.defaults, .applications = services_.applications}, changed,
+        window());
+    connect(sheet, &AddActionViewController::actionStored, actionTable, &ActionTable::actionStored);
     connect(sheet, &QDialog::accepted, this, &ActionPreferencesViewController::enableControls);
     sheet->open();
 }

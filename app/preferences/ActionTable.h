@@ -1,10 +1,10 @@
 #pragma once
 
 #include "actions/ActionModelFinder.h"
-#include "app/preferences/AddActionViewController.h"
 
 #include <QObject>
 
+#include <optional>
 #include <vector>
 
 namespace quillon {
@@ -12,7 +12,7 @@ namespace quillon {
 class FormTable;
 
 /// The user's actions in their stored order, as the rows of a table.
-class ActionTable : public QObject, public AddActionDelegate
+class ActionTable : public QObject
 {
     Q_OBJECT
 
@@ -36,7 +36,8 @@ public:
     std::optional<ActionModel> selectedAction() const;
     bool areBuiltIn() const { return finder_.areBuiltIn(); }
 
-    void actionStored(const ActionModel &action) override;
+    /// Shows what is stored now, and in it this action.
+    void actionStored(const ActionModel &action);
 
     FormTable &tableView() { return tableView_; }
     const std::vector<ActionModel> &actions() const { return actions_; }

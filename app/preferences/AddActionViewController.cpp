@@ -2,6 +2,7 @@
 
 #include "app/preferences/ListedApplication.h"
 #include "app/preferences/PreferenceTexts.h"
+#include "app/widgets/FileDialog.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormPane.h"
 #include "app/widgets/KeyNames.h"
@@ -11,13 +12,14 @@
 #include "platform/ApplicationLauncher.h"
 
 #include <QComboBox>
+#include <QCompleter>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPushButton>
+#include <QStandardItemModel>
 
 #include <algorithm>
 
@@ -27,6 +29,8 @@ namespace {
 
 /// What "Open Application" finds on every desktop, whatever it is called there.
 constexpr const char *ANY_TERMINAL = "Terminal";
+constexpr int LISTED_AT_ONCE = 10;
+constexpr int TARGET = Qt::UserRole;
 
 bool isNamed(const Application &application, const QString &name)
 {
@@ -37,10 +41,36 @@ bool isNamed(const Application &application, const QString &name)
     });
 }
 
+/// Lists the titles of applications that contain what is typed. What is chosen is the text by which
+/// "Open Application" finds the application.
+class ApplicationList : public QCompleter
+{
+public:
+    ApplicationList(const std::vector<Application> &installed, QObject *parent) : QCompleter(parent)
+    {
+        auto *rows = new QStandardItemModel(this);
+        const QIcon any = QIcon::fromTheme(QStringLiteral("application-x-executable"));
+        for (const ListedApplication &each : listedApplications(installed)) {
+            auto *row = new QStandardItem(
+                QIcon::fromTheme(QString::fromStdString(each.application.icon), any), each.title);
+            row->setData(each.target, TARGET);
+            rows->appendRow(row);
+        }
+        setModel(rows);
+        setCaseSensitivity(Qt::CaseInsensitive);
+        setFilterMode(Qt::MatchContains);
+        setMaxVisibleItems(LISTED_AT_ONCE);
+    }
+
+    QString pathFromIndex(const QModelIndex &row) const override
+    {
+        return row.data(TARGET).toString();
+    }
+};
+
 } // namespace
 
 AddActionViewController::AddActionViewController(const Services &services,
-                                                 AddActionDelegate &delegate,
                                                  const std::optional<ActionModel> &changed,
                                                  QWidget *over)
     : FormSheet(changed ? tr("Change Action") : tr("Add Action"), tr("&Done"), over),
@@ -49,7 +79,6 @@ AddActionViewController::AddActionViewController(const Services &services,
       parametersTextField(new QLineEdit(&form())),
       chooseButton(pushButton(tr("C&hoose…"), ButtonRank::control, &form())),
       services_(services),
-      delegate_(delegate),
       finder_(services.defaults),
       changed_(changed)
 {
@@ -81,7 +110,7 @@ void AddActionViewController::buildForm()
     auto *line = new QHBoxLayout(target);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(metrics::INSET);
-    parametersTextField->setMinimumWidth(metrics::FORM_TEXT - metrics::FORM_LABEL / 2);
+    parametersTextField->setMinimumWidth(metrics::fieldWidth(fontMetrics()));
     line->addWidget(parametersTextField, 1);
     line->addWidget(chooseButton);
     target->setFocusProxy(parametersTextField);
@@ -137,8 +166,12 @@ void AddActionViewController::kindChanged()
     else if (*kind == ActionType::executeShellCommand)
         parametersTextField->setPlaceholderText(QStringLiteral("/Users/me/scripts/my-script.sh"));
     chooseButton->setEnabled(requiresTarget);
-    if (*kind == ActionType::openApplication && applications_.empty())
+    if (*kind == ActionType::openApplication && applicationList_ == nullptr) {
         applications_ = services_.applications.applications();
+        applicationList_ = new ApplicationList(applications_, this);
+    }
+    parametersTextField->setCompleter(*kind == ActionType::openApplication ? applicationList_
+                                                                           : nullptr);
     checkTarget();
 }
 
@@ -162,7 +195,7 @@ void AddActionViewController::doneClicked()
         changed_ ? finder_.replaceAction(*changed_, action) : finder_.addAction(action);
     if (!isStored)
         return targetNote_->sayFault(writeFault());
-    delegate_.actionStored(action);
+    Q_EMIT actionStored(action);
     accept();
 }
 
@@ -205,16 +238,11 @@ QString AddActionViewController::warning() const
 
 void AddActionViewController::offerApplications()
 {
-    auto *menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const ListedApplication &each : listedApplications(applications_)) {
-        // An ampersand would be taken for a mnemonic.
-        QAction *action =
-            menu->addAction(QString(each.title).replace(QStringLiteral("&"), QStringLiteral("&&")));
-        connect(action, &QAction::triggered, this,
-                [this, target = each.target] { parametersTextField->setText(target); });
-    }
-    menu->popup(chooseButton->mapToGlobal(QPoint(0, chooseButton->height())));
+    // What is typed next replaces the text.
+    parametersTextField->setFocus();
+    parametersTextField->selectAll();
+    applicationList_->setCompletionPrefix({});
+    applicationList_->complete();
 }
 
 void AddActionViewController::chooseExecutable()
@@ -226,6 +254,7 @@ void AddActionViewController::chooseExecutable()
     const bool isPath = current.isAbsolute() && current.dir().exists();
     chooser->setDirectory(isPath ? current.dir() : QDir::home());
     connect(chooser, &QFileDialog::fileSelected, parametersTextField, &QLineEdit::setText);
+    arrangeFileDialog(*chooser);
     chooser->open();
 }
 

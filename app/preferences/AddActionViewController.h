@@ -9,24 +9,13 @@
 #include <vector>
 
 class QComboBox;
+class QCompleter;
 class QLineEdit;
 class QPushButton;
 
 namespace quillon {
 
 class FormNote;
-
-/// This is told when an action was added or changed.
-class AddActionDelegate
-{
-public:
-    AddActionDelegate() = default;
-    virtual ~AddActionDelegate() = default;
-    AddActionDelegate(const AddActionDelegate &) = delete;
-    AddActionDelegate &operator=(const AddActionDelegate &) = delete;
-
-    virtual void actionStored(const ActionModel &action) = 0;
-};
 
 /// The sheet that adds an action or changes one: its keys, its kind, and what it works with.
 class AddActionViewController : public FormSheet
@@ -40,10 +29,10 @@ public:
         const ApplicationLauncher &applications;
     };
 
-    /// Changes the action that is given, or adds one. Services and delegate outlive this, which
+    /// Changes the action that is given, or adds one. The services outlive this object, which
     /// deletes itself when it is closed.
-    AddActionViewController(const Services &services, AddActionDelegate &delegate,
-                            const std::optional<ActionModel> &changed, QWidget *over);
+    AddActionViewController(const Services &services, const std::optional<ActionModel> &changed,
+                            QWidget *over);
 
     /// Stores the action and closes the sheet. As long as a part of it is missing nothing happens,
     /// but for a word about it.
@@ -52,8 +41,13 @@ public:
     QComboBox *const shortcutButton;
     QComboBox *const actionButton;
     QLineEdit *const parametersTextField;
-    /// Offers the installed applications, or a file chooser, whichever the kind of action wants.
+    /// Lists the installed applications below the field, which typing narrows, or shows a file
+    /// chooser, whichever the kind of action needs.
     QPushButton *const chooseButton;
+
+Q_SIGNALS:
+    /// The action was added, or has replaced the one that was changed.
+    void actionStored(const ActionModel &action);
 
 private:
     void buildForm();
@@ -71,13 +65,13 @@ private:
     QString targetText() const;
 
     Services services_;
-    AddActionDelegate &delegate_;
     ActionModelFinder finder_;
     const std::optional<ActionModel> changed_;
     FormNote *shortcutNote_ = nullptr;
     FormNote *targetNote_ = nullptr;
-    /// It is empty until they are asked for.
+    /// The installed applications and the list of them, which are read when they are first needed.
     std::vector<Application> applications_;
+    QCompleter *applicationList_ = nullptr;
 };
 
 } // namespace quillon

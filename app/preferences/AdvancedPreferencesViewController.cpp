@@ -2,6 +2,7 @@
 
 #include "app/preferences/ForgetFoldersViewController.h"
 #include "app/preferences/TreeDump.h"
+#include "app/widgets/FileDialog.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormSheet.h"
 #include "app/widgets/QuillonStyle.h"
@@ -43,16 +44,15 @@ constexpr int LOG_LINES = 8;
 
 } // namespace
 
-AdvancedPreferencesViewController::AdvancedPreferencesViewController(
-    const Services &services, AdvancedPreferencesDelegate &delegate, QWidget *parent)
+AdvancedPreferencesViewController::AdvancedPreferencesViewController(const Services &services,
+                                                                     QWidget *parent)
     : FormPane(parent),
       includeBetasButton(new QCheckBox(tr("Include &beta versions"), this)),
       dumpButton(pushButton(tr("Save Index as &Text…"), ButtonRank::control, this)),
       forgetFoldersButton(pushButton(tr("&Forget Folders…"), ButtonRank::control, this)),
       resetButton(pushButton(tr("Set &Up Again…"), ButtonRank::control, this)),
       logView(new QPlainTextEdit(this)),
-      services_(services),
-      delegate_(delegate)
+      services_(services)
 {
     buildUpdates();
     addGap();
@@ -94,6 +94,7 @@ void AdvancedPreferencesViewController::buildIndex()
     connect(dumpButton, &QPushButton::clicked, this,
             &AdvancedPreferencesViewController::dumpClicked);
     logView->setReadOnly(true);
+    logView->viewport()->setBackgroundRole(QPalette::Window); // as that of the tables
     logView->setTabChangesFocus(true);
     logView->setLineWrapMode(QPlainTextEdit::NoWrap);
     logView->setPlaceholderText(tr("Nothing has happened yet."));
@@ -157,6 +158,7 @@ void AdvancedPreferencesViewController::dumpClicked()
     panel->setOption(QFileDialog::DontUseNativeDialog);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setLabelText(QFileDialog::Accept, tr("Save"));
+    arrangeFileDialog(*panel);
     panel->selectFile(proposedDumpName());
     if (auto *grid = qobject_cast<QGridLayout *>(panel->layout()))
         grid->addWidget(
@@ -225,7 +227,7 @@ void AdvancedPreferencesViewController::resetOnboardingStateClicked()
         if (!self)
             return;
         self->resetButton->setEnabled(true);
-        self->delegate_.setUpAgain();
+        Q_EMIT self->setUpForgotten();
     });
 }
 

@@ -19,19 +19,6 @@ class SearchBase;
 class SearchBaseLogger;
 class TaskQueue;
 
-/// Says what the pane asks of the application around it.
-class AdvancedPreferencesDelegate
-{
-public:
-    AdvancedPreferencesDelegate() = default;
-    virtual ~AdvancedPreferencesDelegate() = default;
-    AdvancedPreferencesDelegate(const AdvancedPreferencesDelegate &) = delete;
-    AdvancedPreferencesDelegate &operator=(const AdvancedPreferencesDelegate &) = delete;
-
-    /// The set-up has been forgotten: the first-run set-up begins again.
-    virtual void setUpAgain() = 0;
-};
-
 /// The pane of what few need: beta versions, the index's log and dump, forgetting.
 class AdvancedPreferencesViewController final : public FormPane
 {
@@ -52,10 +39,8 @@ public:
         TaskQueue &main;
     };
 
-    /// All of them outlive this.
-    AdvancedPreferencesViewController(const Services &services,
-                                      AdvancedPreferencesDelegate &delegate,
-                                      QWidget *parent = nullptr);
+    /// All services outlive this object.
+    explicit AdvancedPreferencesViewController(const Services &services, QWidget *parent = nullptr);
 
     void showStored() override;
 
@@ -64,8 +49,8 @@ public:
     /// Writes them in the background; what goes wrong is said in a dialog.
     void dumpTo(const QString &path);
     /// Removes the shortcut, the search locations, the use counts and what is kept on top, from the
-    /// store and from memory, and a second later hands over to the delegate; not when a write
-    /// failed, which is said beside the button.
+    /// store and from memory, and reports that a second later. If a write failed, says so beside
+    /// the button instead.
     void resetOnboardingStateClicked();
 
     QCheckBox *const includeBetasButton;
@@ -73,6 +58,10 @@ public:
     QPushButton *const forgetFoldersButton;
     QPushButton *const resetButton;
     QPlainTextEdit *const logView;
+
+Q_SIGNALS:
+    /// Nothing of the first set-up is stored any more, so that it can begin again.
+    void setUpForgotten();
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -89,7 +78,6 @@ private:
     void askForFoldersToForget();
 
     Services services_;
-    AdvancedPreferencesDelegate &delegate_;
     FormNote *betasNote_ = nullptr;
     FormNote *dumpNote_ = nullptr;
     FormNote *resetNote_ = nullptr;

@@ -97,7 +97,7 @@ void GeneralPreferencesViewController::buildQuickSearch()
             tr("When the panel comes up over a window of the file manager, the items that it shows "
                "stand before all others."),
             [this](bool isOn) { return services_.preferences.finderQuickSearch.set(isOn); });
-    addChoice(tr("Choosin&g one of them:"), quickSearchPopUpButton,
+    addChoice(tr("Choosing one of &them:"), quickSearchPopUpButton,
               services_.preferences.quickSearchBehavior);
 }
 

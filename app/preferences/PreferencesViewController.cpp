@@ -8,15 +8,12 @@
 
 namespace quillon {
 
-PreferencesViewController::PreferencesViewController(const Services &services,
-                                                     AdvancedPreferencesDelegate &delegate,
-                                                     FormPane *searchPane)
+PreferencesViewController::PreferencesViewController(const Services &services, FormPane *searchPane)
     : QWidget(nullptr, Qt::Dialog),
       generalPreferencesViewController(new GeneralPreferencesViewController(services.general)),
       searchPreferencesViewController(searchPane),
       actionPreferencesViewController(new ActionPreferencesViewController(services.actions)),
-      advancedPreferencesViewController(
-          new AdvancedPreferencesViewController(services.advanced, delegate)),
+      advancedPreferencesViewController(new AdvancedPreferencesViewController(services.advanced)),
       tabView_(new QTabWidget(this)),
       placeKeeper_(*this, "preferences", services.places),
       receiver_(services.changes.onChange([this] {

@@ -31,8 +31,7 @@ public:
     };
 
     /// Takes the pane of the search locations as its own; everything else outlives this.
-    PreferencesViewController(const Services &services, AdvancedPreferencesDelegate &delegate,
-                              FormPane *searchPane);
+    PreferencesViewController(const Services &services, FormPane *searchPane);
 
     /// Shows the window, or brings it to the front when it is shown already.
     void present();

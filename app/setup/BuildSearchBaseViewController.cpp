@@ -115,14 +115,9 @@ QWidget *BuildSearchBaseViewController::buildQuestionPage()
 
 // The build
 
-void BuildSearchBaseViewController::startBuilding()
-{
-    services_.builder.start();
-}
-
 void BuildSearchBaseViewController::buildBegan()
 {
-    progressIndicator_->startAnimation();
+    progressIndicator_->setAnimating(true);
     updateCount();
     if (isVisible())
         countTimer_.start(COUNT_MILLISECONDS, this);
@@ -130,12 +125,17 @@ void BuildSearchBaseViewController::buildBegan()
 
 void BuildSearchBaseViewController::buildProgressed(const std::string &line)
 {
-    statusLabel_->setText(QString::fromStdString(line));
+    // Of all lines of the log, the user has time to read this one.
+    constexpr std::string_view PROCESSING = "Processing ";
+    const bool isProcessing = line.starts_with(PROCESSING);
+    const QString text =
+        QString::fromStdString(isProcessing ? line.substr(PROCESSING.size()) : line);
+    statusLabel_->setText(isProcessing ? tr("Processing %1").arg(text) : text);
 }
 
 void BuildSearchBaseViewController::buildEnded()
 {
-    progressIndicator_->stopAnimation();
+    progressIndicator_->setAnimating(false);
     countTimer_.stop();
     updateCount();
     // A question on the screen waits for its answer.

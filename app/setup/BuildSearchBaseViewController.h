@@ -33,8 +33,7 @@ public:
     virtual void terminate() = 0;
 };
 
-/// Starts builds of the search base and shows their progress, whether or not its window is shown.
-/// Main thread only.
+/// Shows the progress of the builds of the search base. Main thread only.
 class BuildSearchBaseViewController : public SetupView, private SearchBaseBuildObserver
 {
     Q_OBJECT
@@ -52,8 +51,6 @@ public:
     BuildSearchBaseViewController(const Services &services, BuildSearchBaseDelegate &delegate);
     ~BuildSearchBaseViewController() override;
 
-    /// Empties the index and builds it anew, as SearchBaseBuilder::start() does.
-    void startBuilding();
     /// Asks whether only the build is to end or all settings are to be erased as well. Half a
     /// second after they are erased, the program ends.
     void stopSearchButtonClicked();

@@ -190,9 +190,8 @@ void OnboardingFolders::addFolders(const std::vector<std::string> &paths)
 
 void OnboardingFolders::chooseFolders()
 {
-    auto *chooser =
-        new FolderChooser(services_.folderPicker, tr("Choose the folders to search"), this);
-    connect(chooser, &FolderChooser::foldersChosen, this, &OnboardingFolders::addFolders);
+    askForFolders(services_.folderPicker, tr("Choose the folders to search"), this,
+                  [this](const auto &paths) { addFolders(paths); });
 }
 
 void OnboardingFolders::storeTicked(std::function<void(bool isComplete)> finished)

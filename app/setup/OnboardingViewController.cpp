@@ -1,6 +1,5 @@
 #include "app/setup/OnboardingViewController.h"
 
-#include "app/setup/OnboardingFolders.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/QLNShortcutView.h"
 #include "app/widgets/QuillonStyle.h"
@@ -61,15 +60,7 @@ QWidget *OnboardingViewController::buildSetUpPage(const std::string &home)
     QVBoxLayout *parts = column(page, APART);
     parts->addWidget(heading(tr("Set up Quillon"), page));
     parts->addWidget(buildShortcutPart());
-    folders_ = new OnboardingFolders({.searchBaseFinder = services_.searchBaseFinder,
-                                      .folderIdentity = services_.folderIdentity,
-                                      .folderLister = services_.folderLister,
-                                      .places = services_.places,
-                                      .folderPicker = services_.folderPicker,
-                                      .background = services_.background,
-                                      .counting = services_.counting,
-                                      .main = services_.main},
-                                     home, copyButton_, page);
+    folders_ = new OnboardingFolders(services_.folders, home, copyButton_, page);
     parts->addWidget(folders_);
     startAtLoginButton_ = new QCheckBox(tr("Start at &login"), page);
     startAtLoginButton_->setChecked(true);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/widgets/SetupView.h"
+#include "app/setup/OnboardingFolders.h"
 
 #include <QBasicTimer>
 
@@ -15,17 +15,10 @@ namespace quillon {
 
 class Autostart;
 class Clipboard;
-class FolderIdentity;
-class FolderLister;
-class FolderPicker;
 class HotKey;
-class OnboardingFolders;
-class Places;
 class QLNShortcutBinder;
 class QLNShortcutMonitor;
 class QLNShortcutView;
-class SearchBaseFinder;
-class TaskQueue;
 
 /// What the first-run window asks of the application around it.
 class OnboardingDelegate
@@ -52,20 +45,12 @@ class OnboardingViewController : public SetupView
 public:
     struct Services
     {
-        SearchBaseFinder &searchBaseFinder;
-        const FolderIdentity &folderIdentity;
-        FolderLister &folderLister;
+        OnboardingFolders::Services folders;
         QLNShortcutMonitor &shortcutMonitor;
         QLNShortcutBinder &shortcutBinder;
         HotKey &hotKey;
         Clipboard &clipboard;
         Autostart &autostart;
-        const Places &places;
-        FolderPicker &folderPicker;
-        TaskQueue &background;
-        /// Folders are counted on this queue.
-        TaskQueue &counting;
-        TaskQueue &main;
     };
 
     /// All services outlive this object. The home folder, given by its absolute path, is the first

@@ -3,7 +3,6 @@
 #include "app/widgets/PanelPalette.h"
 
 #include <QPainter>
-#include <QStyle>
 
 #include <cmath>
 #include <numbers>
@@ -12,63 +11,25 @@ namespace quillon {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr int HEIGHT = 4;
-constexpr int STEPS = 60;
-constexpr int STEP_MILLISECONDS = 33;
+constexpr int BAR_STEPS = 60;
+constexpr auto BAR_STEP = 33ms;
 /// The moving piece takes this share of the bar's width.
 constexpr double PIECE = 0.3;
 
 } // namespace
 
-ProgressIndicator::ProgressIndicator(QWidget *parent) : QWidget(parent)
+ProgressIndicator::ProgressIndicator(QWidget *parent) : AnimatedWidget(BAR_STEPS, BAR_STEP, parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAccessibleName(tr("Progress"));
 }
 
-void ProgressIndicator::startAnimation()
-{
-    isAnimating_ = true;
-    updateTimer();
-    update();
-}
-
-void ProgressIndicator::stopAnimation()
-{
-    isAnimating_ = false;
-    updateTimer();
-    update();
-}
-
 QSize ProgressIndicator::sizeHint() const
 {
     return {0, HEIGHT};
-}
-
-void ProgressIndicator::updateTimer()
-{
-    // On a desktop that wants no animation the whole bar is filled.
-    const bool mayMove = style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
-    if (isAnimating_ && isVisible() && mayMove)
-        timer_.start(STEP_MILLISECONDS, this);
-    else
-        timer_.stop();
-}
-
-void ProgressIndicator::timerEvent(QTimerEvent *)
-{
-    step_ = (step_ + 1) % STEPS;
-    update();
-}
-
-void ProgressIndicator::showEvent(QShowEvent *)
-{
-    updateTimer();
-}
-
-void ProgressIndicator::hideEvent(QHideEvent *)
-{
-    timer_.stop();
 }
 
 void ProgressIndicator::paintEvent(QPaintEvent *)
@@ -80,15 +41,16 @@ void ProgressIndicator::paintEvent(QPaintEvent *)
     painter.setBrush(tones.keyCap);
     const QRectF bar(rect());
     painter.drawRoundedRect(bar, HEIGHT / 2.0, HEIGHT / 2.0);
-    if (!isAnimating_)
+    if (!isAnimating())
         return;
     painter.setBrush(tones.accent);
+    // A bar that does not move is filled.
     QRectF piece = bar;
-    if (timer_.isActive()) {
-        // The bar moves to and fro, more slowly near the ends.
-        const double turn = 2 * std::numbers::pi * step_ / STEPS;
+    if (isMoving()) {
+        // The piece moves to and fro, more slowly near the ends.
         piece.setWidth(bar.width() * PIECE);
-        piece.moveLeft((bar.width() - piece.width()) * (1 - std::cos(turn)) / 2);
+        piece.moveLeft((bar.width() - piece.width()) *
+                       (1 - std::cos(2 * std::numbers::pi * turn())) / 2);
     }
     painter.drawRoundedRect(piece, HEIGHT / 2.0, HEIGHT / 2.0);
 }

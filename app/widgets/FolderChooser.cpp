@@ -1,5 +1,6 @@
 #include "app/widgets/FolderChooser.h"
 
+#include "app/widgets/FileDialog.h"
 #include "app/widgets/WriteFault.h"
 #include "base/FileUri.h"
 #include "base/PathText.h"
@@ -13,10 +14,7 @@
 #include <QFileDialog>
 #include <QMimeData>
 #include <QPointer>
-#include <QSplitter>
-#include <QStandardPaths>
 #include <QStringList>
-#include <QUrl>
 
 #include <algorithm>
 #include <utility>
@@ -24,26 +22,6 @@
 namespace quillon {
 
 namespace {
-
-constexpr QSize DIALOG_SIZE(760, 480);
-constexpr int PLACES_WIDTH = 160;
-
-/// The folders that the user is likely to begin at.
-QList<QUrl> places()
-{
-    QStringList folders{QDir::homePath()};
-    for (const auto kind : {QStandardPaths::DesktopLocation, QStandardPaths::DocumentsLocation,
-                            QStandardPaths::DownloadLocation, QStandardPaths::MusicLocation,
-                            QStandardPaths::PicturesLocation, QStandardPaths::MoviesLocation})
-        folders << QStandardPaths::writableLocation(kind);
-    folders << QDir::rootPath();
-    folders.removeDuplicates();
-    folders.removeIf([](const QString &folder) { return !QDir(folder).exists(); });
-    QList<QUrl> urls;
-    for (const QString &folder : folders)
-        urls << QUrl::fromLocalFile(folder);
-    return urls;
-}
 
 QString refusalText(const RefusedFolder &refused)
 {
@@ -73,49 +51,42 @@ QString refusalText(const RefusedFolder &refused)
     return writeFault();
 }
 
-} // namespace
-
-FolderChooser::FolderChooser(FolderPicker &picker, const QString &title, QWidget *over)
-    : QObject(over)
-{
-    picker.pick(title.toStdString(), QDir::homePath().toStdString(), over->window()->winId(),
-                [self = QPointer(this), title, over](const auto &paths) {
-                    if (!self)
-                        return;
-                    if (!paths)
-                        return self->openToolkitDialog(title, over);
-                    self->deleteLater();
-                    if (!paths->empty())
-                        Q_EMIT self->foldersChosen(*paths);
-                });
-}
-
-void FolderChooser::openToolkitDialog(const QString &title, QWidget *over)
+void openToolkitDialog(const QString &title, QWidget *over, const FoldersChosen &chosen)
 {
     auto *dialog = new QFileDialog(over, title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QObject::destroyed, this, &QObject::deleteLater);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setDirectory(QDir::homePath());
-    dialog->setSidebarUrls(places());
     // The dialogs of the desktop that the toolkit knows choose one folder at a time.
     dialog->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog |
                        QFileDialog::ReadOnly);
-    // The toolkit leaves too little room for the names of the places.
-    dialog->resize(DIALOG_SIZE);
-    if (auto *splitter = dialog->findChild<QSplitter *>())
-        splitter->setSizes({PLACES_WIDTH, DIALOG_SIZE.width() - PLACES_WIDTH});
+    arrangeFileDialog(*dialog);
     for (auto *view : dialog->findChildren<QAbstractItemView *>()) {
         if (view->objectName() == u"listView" || view->objectName() == u"treeView")
             view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     }
-    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList &files) {
+    QObject::connect(dialog, &QFileDialog::filesSelected, over, [chosen](const QStringList &files) {
         std::vector<std::string> paths;
         for (const QString &file : files)
             paths.emplace_back(withoutTrailingSlashes(QFile::encodeName(file).toStdString()));
-        Q_EMIT foldersChosen(paths);
+        chosen(paths);
     });
     dialog->open();
+}
+
+} // namespace
+
+void askForFolders(FolderPicker &picker, const QString &title, QWidget *over, FoldersChosen chosen)
+{
+    picker.pick(title.toStdString(), QDir::homePath().toStdString(), over->window()->winId(),
+                [title, over = QPointer(over), chosen = std::move(chosen)](const auto &paths) {
+                    if (!over)
+                        return;
+                    if (!paths)
+                        openToolkitDialog(title, over, chosen);
+                    else if (!paths->empty())
+                        chosen(*paths);
+                });
 }
 
 std::vector<std::string> draggedPaths(const QMimeData &data)

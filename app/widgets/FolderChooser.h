@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QObject>
-
+#include <functional>
 #include <string>
 #include <vector>
 
 class QMimeData;
+class QString;
 class QWidget;
 
 namespace quillon {
@@ -13,26 +13,17 @@ namespace quillon {
 class FolderPicker;
 struct RefusedFolder;
 
+/// Receives the absolute paths of folders, without a slash at the end.
+using FoldersChosen = std::function<void(const std::vector<std::string> &paths)>;
+
 /// Asks for folders, several at once, from the home folder on: in the desktop's own dialog if that
-/// can choose several, otherwise in the toolkit's. The program does not wait.
-class FolderChooser : public QObject
-{
-    Q_OBJECT
+/// can choose several, otherwise in the toolkit's. Returns at once. The receiver is called at most
+/// once: not when the user cancels, nor after the widget is destroyed, nor after the picker was
+/// asked again, which replaces the dialog.
+void askForFolders(FolderPicker &picker, const QString &title, QWidget *over, FoldersChosen chosen);
 
-public:
-    /// The picker outlives this object, which deletes itself when the user has answered.
-    FolderChooser(FolderPicker &picker, const QString &title, QWidget *over);
-
-Q_SIGNALS:
-    /// Absolute paths, without a slash at the end.
-    void foldersChosen(const std::vector<std::string> &paths);
-
-private:
-    void openToolkitDialog(const QString &title, QWidget *over);
-};
-
-/// The absolute paths of the local files that are dragged, byte for byte, without a slash at the
-/// end; whether they are folders is not looked at.
+/// Returns the absolute paths of the local files that are dragged, byte for byte, without a slash
+/// at the end. They may be paths of anything.
 std::vector<std::string> draggedPaths(const QMimeData &data);
 
 /// Returns a line for each folder, which says why the folder cannot be searched.

@@ -124,11 +124,16 @@ FormNote *FormPane::addNote(const QString &sentence)
 
 FormNote *FormPane::addWideNote(const QString &sentence)
 {
-    const int row = beginRow();
     auto *note = new FormNote(sentence, this);
+    addWideNote(note);
+    return note;
+}
+
+void FormPane::addWideNote(FormNote *note)
+{
+    const int row = beginRow();
     note->setTextWidth(metrics::FORM_TEXT, metrics::FORM_LABEL + metrics::FORM_ROW);
     grid_->addWidget(note, row, labels, 1, -1, Qt::AlignLeft | Qt::AlignTop);
-    return note;
 }
 
 void FormPane::addGap()

@@ -26,6 +26,8 @@ public:
     FormNote *addNote(const QString &sentence = {});
     /// Adds a note over the whole width, for example before or below a table.
     FormNote *addWideNote(const QString &sentence = {});
+    /// Adds this note over the whole width. It is a child of the pane.
+    void addWideNote(FormNote *note);
     /// Adds a gap before rows that belong to something else.
     void addGap();
     /// Keeps the rows above at the top of the pane.

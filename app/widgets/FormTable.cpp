@@ -24,9 +24,7 @@ namespace {
 constexpr int INSET = 4;
 constexpr int TEXT_SIDE = 12;
 constexpr int TEXT_ABOVE = 8;
-constexpr int BOX = 16;
 constexpr int BOX_ABOVE = 6;
-constexpr int WORDS_BESIDE = 8;
 
 /// The runs of a row.
 constexpr int RUNS = Qt::UserRole + 1;
@@ -77,7 +75,7 @@ public:
         QTextDocument text;
         fill(text, index.data(RUNS).value<Runs>(), option, width);
         const int height = static_cast<int>(std::ceil(text.size().height())) + 2 * TEXT_ABOVE +
-                           (hasBox(index) ? BOX_ABOVE + BOX : 0);
+                           (hasBox(index) ? BOX_ABOVE + boxLine(option) : 0);
         return {width, std::max((height + 3) / 4 * 4, 36)};
     }
 
@@ -97,20 +95,29 @@ public:
     }
 
 private:
+    /// Returns the height of the line with the box, which is at the bottom of the row.
+    static int boxLine(const QStyleOptionViewItem &option)
+    {
+        return std::max(metrics::tickBox(option.fontMetrics), option.fontMetrics.height());
+    }
     static QRect boxOf(const QStyleOptionViewItem &option)
     {
         const QRect &row = option.rect;
+        const int line = boxLine(option);
+        const int box = metrics::tickBox(option.fontMetrics);
         return QStyle::visualRect(
             option.direction, row,
-            {row.left() + TEXT_SIDE, row.bottom() + 1 - TEXT_ABOVE - BOX, BOX, BOX});
+            {row.left() + TEXT_SIDE, row.bottom() + 1 - TEXT_ABOVE - (line + box) / 2, box, box});
     }
     static QRect wordsOf(const QStyleOptionViewItem &option, const QString &words)
     {
         const QRect &row = option.rect;
+        const int line = boxLine(option);
         return QStyle::visualRect(option.direction, row,
-                                  {row.left() + TEXT_SIDE + BOX + WORDS_BESIDE,
-                                   row.bottom() + 1 - TEXT_ABOVE - BOX,
-                                   option.fontMetrics.horizontalAdvance(words), BOX});
+                                  {row.left() + TEXT_SIDE + metrics::tickBox(option.fontMetrics) +
+                                       metrics::TICK_BOX_WORDS,
+                                   row.bottom() + 1 - TEXT_ABOVE - line,
+                                   option.fontMetrics.horizontalAdvance(words), line});
     }
     static bool isToggling(const QEvent &event, const QStyleOptionViewItem &option,
                            const QModelIndex &index)

@@ -46,6 +46,9 @@ constexpr int TAB_SIDE = 12;
 /// The space beside the words of a drop-down list.
 constexpr int DROP_DOWN_SIDE = 12;
 
+/// The gap between a box to tick and its words.
+constexpr int TICK_BOX_WORDS = 8;
+
 /// The opacity of controls that cannot be used at the moment.
 constexpr double DISABLED_OPACITY = 0.5;
 
@@ -57,11 +60,23 @@ inline int rowHeight(const QFontMetrics &font)
     return wanted <= 40 ? 40 : (wanted + 3) / 4 * 4;
 }
 
+/// Returns the side of a box to tick: 16, or more beside the words of a large font.
+inline int tickBox(const QFontMetrics &font)
+{
+    return std::max(16, font.height() * 3 / 8 * 2);
+}
+
 /// Returns the width of a text that reads well: this one, or more in a large font.
 inline int textWidth(const QFontMetrics &font, int least)
 {
     constexpr int LETTERS = 56;
     return std::max(least, font.averageCharWidth() * LETTERS);
+}
+
+/// Returns the width of a field for a path, which leaves room for a button beside it.
+inline int fieldWidth(const QFontMetrics &font)
+{
+    return textWidth(font, FORM_TEXT) * 4 / 5;
 }
 
 } // namespace metrics

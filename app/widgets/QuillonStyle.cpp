@@ -21,6 +21,8 @@ constexpr const char *RANK = "quillonRank";
 constexpr int MENU_BORDER = 1;
 constexpr int MENU_MARGIN = 4;
 constexpr int SCROLL_BAR_WIDTH = 12;
+/// The gap between the frame of a field and its text, besides what the toolkit leaves.
+constexpr int LINE_EDIT_SIDE = 4;
 
 /// Returns the rank, which is that of a control for a button that has none.
 ButtonRank rankOf(const QWidget *button)
@@ -179,6 +181,9 @@ QSize QuillonStyle::sizeFromContents(ContentsType type, const QStyleOption *opti
 QRect QuillonStyle::subElementRect(SubElement element, const QStyleOption *option,
                                    const QWidget *widget) const
 {
+    if (element == SE_LineEditContents && isFramed(option))
+        return QProxyStyle::subElementRect(element, option, widget)
+            .adjusted(LINE_EDIT_SIDE, 0, -LINE_EDIT_SIDE, 0);
     const auto *tabs = as<QStyleOptionTabWidgetFrame>(option);
     if (tabs == nullptr)
         return QProxyStyle::subElementRect(element, option, widget);
@@ -215,6 +220,12 @@ int QuillonStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return MENU_MARGIN;
     case PM_ScrollBarExtent:
         return SCROLL_BAR_WIDTH;
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+        return metrics::tickBox(widget != nullptr ? widget->fontMetrics()
+                                                  : QFontMetrics(QApplication::font()));
+    case PM_CheckBoxLabelSpacing:
+        return metrics::TICK_BOX_WORDS;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }

@@ -8,7 +8,9 @@
 #include "platform/linux/windows/DesktopWindowSystem.h"
 #include "tests/core/SearchBaseSupport.h"
 #include "tests/support/ManualTaskQueue.h"
+#include "tests/support/Mnemonics.h"
 #include "tests/support/PlainWindowSystem.h"
+#include "tests/support/SpokenLanguage.h"
 
 #include <QAbstractButton>
 #include <QProcess>
@@ -91,10 +93,25 @@ protected:
     int terminated = 0;
 };
 
+TEST_F(RebuildWindowTest, givesNoLetterToTwoControls)
+{
+    for (const QString &language : {QStringLiteral("en"), QStringLiteral("de")}) {
+        const SpokenLanguage spoken({language});
+        auto *view = new BuildSearchBaseViewController(
+            {.searchBase = base.searchBase, .builder = builder, .defaults = store, .main = main},
+            *this);
+        SetupWindow spokenWindow(QString(), view, windowSystem);
+        spokenWindow.present();
+        EXPECT_EQ(contestedMnemonics(spokenWindow), QStringList()) << language.toStdString();
+        view->stopSearchButtonClicked();
+        EXPECT_EQ(contestedMnemonics(spokenWindow), QStringList()) << language.toStdString();
+    }
+}
+
 TEST_F(RebuildWindowTest, saysWhatTheSearchBaseSaysUntilItIsBuilt)
 {
     const QSize size = window.size();
-    controller->startBuilding();
+    builder.start();
     EXPECT_TRUE(progress->isAnimating());
     background.runAll();
     std::vector<std::string> lines;
@@ -124,7 +141,7 @@ TEST_F(RebuildWindowTest, drawsALongLineWithoutItsMiddle)
 
 TEST_F(RebuildWindowTest, buildsOnWhenItIsHidden)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Continue in Background"));
     EXPECT_FALSE(window.isVisible());
     background.runAll();
@@ -138,7 +155,7 @@ TEST_F(RebuildWindowTest, buildsOnWhenItIsHidden)
 
 TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Stop…"));
     EXPECT_TRUE(says(QStringLiteral("erase every setting for good")));
     press(QStringLiteral("Continue"));
@@ -156,7 +173,7 @@ TEST_F(RebuildWindowTest, erasesEverySettingAndQuitsOnceThatIsConfirmed)
 
 TEST_F(RebuildWindowTest, stopsTheBuildAloneAndKeepsTheSettings)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Stop…"));
     press(QStringLiteral("Stop"));
     EXPECT_EQ(stopped, 1);
@@ -179,7 +196,7 @@ TEST_F(RebuildWindowTest, handsOnWhatIsTypedInIt)
 
 TEST_F(RebuildWindowTest, keepsAQuestionUntilItIsAnswered)
 {
-    controller->startBuilding();
+    builder.start();
     press(QStringLiteral("Stop…"));
     background.runAll();
     main.runAll();

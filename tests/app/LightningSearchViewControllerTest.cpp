@@ -79,20 +79,20 @@ TEST_F(SearchPanel, forgetsAnEarlyReturnWhenTypingGoesOn)
 TEST_F(SearchPanel, spinsOnlyForSlowSearches)
 {
     type("ab");
-    EXPECT_FALSE(view_.activityIndicator().isSpinning());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return view_.activityIndicator().isSpinning(); }));
+    EXPECT_FALSE(view_.activityIndicator().isAnimating());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return view_.activityIndicator().isAnimating(); }));
     answer();
-    EXPECT_FALSE(view_.activityIndicator().isSpinning());
+    EXPECT_FALSE(view_.activityIndicator().isAnimating());
 }
 
 TEST_F(SearchPanel, stopsToSpinWithAnAnswerThatIsDropped)
 {
     type("ab");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return view_.activityIndicator().isSpinning(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return view_.activityIndicator().isAnimating(); }));
     QTest::keyClicks(&field(), u"x"_s);
     answer();
     EXPECT_THAT(rows(), ElementsAre("/most", "/used"));
-    EXPECT_FALSE(view_.activityIndicator().isSpinning()) << "nothing is searched now";
+    EXPECT_FALSE(view_.activityIndicator().isAnimating()) << "nothing is searched now";
 }
 
 TEST_F(SearchPanel, searchesAgainOnceTheFrontWindowIsKnown)
@@ -101,19 +101,19 @@ TEST_F(SearchPanel, searchesAgainOnceTheFrontWindowIsKnown)
     answer();
     panel().viewWillAppear();
     EXPECT_EQ(source_.refreshes, 0) << "no file manager is in front";
-    EXPECT_FALSE(view_.activityIndicator().isSpinning());
+    EXPECT_FALSE(view_.activityIndicator().isAnimating());
 
     source_.isFileManagerInFront = true;
     panel().viewDidDisappear();
     panel().viewWillAppear();
-    EXPECT_TRUE(view_.activityIndicator().isSpinning());
+    EXPECT_TRUE(view_.activityIndicator().isAnimating());
     answer();
-    EXPECT_TRUE(view_.activityIndicator().isSpinning()) << "the window is still waited for";
+    EXPECT_TRUE(view_.activityIndicator().isAnimating()) << "the window is still waited for";
     EXPECT_THAT(rows(), ElementsAre("/ab/1", "/ab/2", "/ab/3"));
 
     source_.answers["ab"].insert(source_.answers["ab"].begin(), "able");
     source_.fetched();
-    EXPECT_FALSE(view_.activityIndicator().isSpinning());
+    EXPECT_FALSE(view_.activityIndicator().isAnimating());
     answer();
     EXPECT_THAT(rows(), ElementsAre("able", "/ab/1", "/ab/2", "/ab/3"));
     EXPECT_EQ(selected(), 0);
@@ -121,7 +121,7 @@ TEST_F(SearchPanel, searchesAgainOnceTheFrontWindowIsKnown)
     panel().viewWillAppear();
     panel().viewDidDisappear();
     EXPECT_FALSE(source_.fetched);
-    EXPECT_FALSE(view_.activityIndicator().isSpinning());
+    EXPECT_FALSE(view_.activityIndicator().isAnimating());
 }
 
 TEST_F(SearchPanel, dropsAnAnswerThatANewerSearchForTheSameTextOvertook)

@@ -1,6 +1,5 @@
 #include "app/setup/OnboardingViewController.h"
 
-#include "app/setup/OnboardingFolders.h"
 #include "app/widgets/SetupWindow.h"
 #include "app/widgets/WriteFault.h"
 #include "indexing/SearchBaseFinder.h"
@@ -16,8 +15,10 @@
 #include "tests/support/FakeDefaultsChanges.h"
 #include "tests/support/FakeFolderPicker.h"
 #include "tests/support/FakeHotKey.h"
+#include "tests/support/Mnemonics.h"
 #include "tests/support/Patience.h"
 #include "tests/support/PlainWindowSystem.h"
+#include "tests/support/SpokenLanguage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAbstractButton>
@@ -92,19 +93,19 @@ protected:
 
     void show()
     {
-        controller = new OnboardingViewController({.searchBaseFinder = finder,
-                                                   .folderIdentity = identity,
-                                                   .folderLister = lister,
+        controller = new OnboardingViewController({.folders = {.searchBaseFinder = finder,
+                                                               .folderIdentity = identity,
+                                                               .folderLister = lister,
+                                                               .places = places,
+                                                               .folderPicker = folderPicker,
+                                                               .background = background,
+                                                               .counting = counting,
+                                                               .main = main},
                                                    .shortcutMonitor = monitor,
                                                    .shortcutBinder = binder,
                                                    .hotKey = hotKey,
                                                    .clipboard = clipboard,
-                                                   .autostart = autostart,
-                                                   .places = places,
-                                                   .folderPicker = folderPicker,
-                                                   .background = background,
-                                                   .counting = counting,
-                                                   .main = main},
+                                                   .autostart = autostart},
                                                   home, *this);
         window =
             std::make_unique<SetupWindow>(QStringLiteral("Set Up Quillon"), controller, system);
@@ -279,6 +280,17 @@ TEST_F(OnboardingTest, asksBeforeItIsClosedWithoutBeingDone)
     EXPECT_EQ(terminated, 1);
 }
 
+TEST_F(OnboardingTest, givesNoLetterToTwoControls)
+{
+    for (const QString &language : {QStringLiteral("en"), QStringLiteral("de")}) {
+        const SpokenLanguage spoken({language});
+        show();
+        EXPECT_EQ(contestedMnemonics(*window), QStringList()) << language.toStdString();
+        window->close();
+        EXPECT_EQ(contestedMnemonics(*window), QStringList()) << language.toStdString();
+    }
+}
+
 TEST_F(OnboardingTest, takesSeveralFoldersFromTheChooser)
 {
     disk.makeFolder("work/one");
@@ -311,6 +323,17 @@ TEST_F(OnboardingTest, takesTheFoldersOfTheDesktopsOwnChooser)
     folderPicker.answer(std::vector<std::string>());
     EXPECT_EQ(window->findChild<QFileDialog *>(), nullptr) << "the user has cancelled";
     EXPECT_THAT(stored(), ElementsAre(folder));
+}
+
+TEST_F(OnboardingTest, replacesAChooserThatIsStillOpen)
+{
+    show();
+    const auto objects = window->findChildren<QObject *>().size();
+    for (int press = 0; press < 2; ++press)
+        button(QStringLiteral("Choose Folder…"))->click();
+    EXPECT_EQ(window->findChildren<QObject *>().size(), objects) << "nothing of the first is left";
+    folderPicker.answer(std::nullopt);
+    EXPECT_EQ(window->findChildren<QFileDialog *>().size(), 1);
 }
 
 TEST_F(OnboardingTest, refusesWhatCannotBeSearchedAndSaysWhy)

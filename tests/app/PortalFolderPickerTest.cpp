@@ -132,6 +132,12 @@ TEST_F(PortalFolderPickerTest, tellsACancelledDialogFromOneThatCannotBeShown)
     portal.answer(2, {});
     ASSERT_TRUE(comesToReceive(2));
     EXPECT_EQ(received[1], std::nullopt);
+    pick();
+    ASSERT_TRUE(portal.comesToShow(3));
+    QTest::qWait(500); // The user looks at the dialog and closes it with Escape.
+    portal.answer(2, {});
+    ASSERT_TRUE(comesToReceive(3));
+    EXPECT_THAT(received[2], Optional(IsEmpty()));
 }
 
 TEST_F(PortalFolderPickerTest, closesADialogThatIsOpenWhenAnotherIsAskedFor)

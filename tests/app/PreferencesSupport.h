@@ -48,11 +48,8 @@ public:
 };
 
 /// The preferences window over settings in a file, with everything that it works with.
-class PreferencesTest : public testing::Test, public AdvancedPreferencesDelegate
+class PreferencesTest : public testing::Test
 {
-public:
-    void setUpAgain() override { ++setUps; }
-
 protected:
     static constexpr std::string_view FILE = "config/quillon/quillon.json";
 
@@ -123,7 +120,9 @@ protected:
                              .main = main},
                 .changes = changes,
                 .places = places},
-            *this, new FormPane);
+            new FormPane);
+        QObject::connect(&advanced(), &AdvancedPreferencesViewController::setUpForgotten,
+                         &advanced(), [this] { ++setUps; });
         window_->tabView().setCurrentIndex(tab);
         window_->present();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get(), PATIENCE));

@@ -8,13 +8,15 @@
 #include "app/widgets/SegmentedControl.h"
 #include "app/widgets/WriteFault.h"
 #include "tests/app/PreferencesSupport.h"
+#include "tests/support/Mnemonics.h"
+#include "tests/support/SpokenLanguage.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QCheckBox>
+#include <QCompleter>
 #include <QDir>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 #include <QTabBar>
@@ -149,6 +151,29 @@ TEST_F(PreferencesTest, writesWhatIsSetAtOnce)
     EXPECT_THAT(faults(window()), IsEmpty());
 }
 
+TEST_F(PreferencesTest, givesNoLetterToTwoControls)
+{
+    for (const QString &language : {u"en"_s, u"de"_s}) {
+        const SpokenLanguage spoken({language});
+        open();
+        for (int tab = 0; tab < window().tabView().count(); ++tab) {
+            window().tabView().setCurrentIndex(tab);
+            EXPECT_EQ(contestedMnemonics(window()), QStringList()) << language.toStdString();
+        }
+        const std::initializer_list<QAbstractButton *> buttons{
+            actions().actionAddRemoveSegmentedControl->segment(0), advanced().forgetFoldersButton,
+            advanced().resetButton};
+        for (QAbstractButton *button : buttons) {
+            button->click();
+            const auto sheets = window().findChildren<FormSheet *>();
+            const auto sheet = std::ranges::find_if(sheets, &QWidget::isVisible);
+            ASSERT_NE(sheet, sheets.end());
+            EXPECT_EQ(contestedMnemonics(**sheet), QStringList()) << language.toStdString();
+            (*sheet)->close();
+        }
+    }
+}
+
 TEST_F(PreferencesTest, offersTheInstalledFileManagersAndTheDesktopsOwnFirst)
 {
     writeByHand(R"({"file-manager": "gone"})");
@@ -229,6 +254,15 @@ protected:
         QStringList texts;
         for (int row = 0; row < table().rowCount(); ++row)
             texts << table().rowText(row);
+        return texts;
+    }
+    /// The list of applications below the sheet's field, and its rows.
+    QAbstractItemView *list() { return sheet().parametersTextField->completer()->popup(); }
+    QStringList offered()
+    {
+        QStringList texts;
+        for (int row = 0; row < list()->model()->rowCount(); ++row)
+            texts << list()->model()->index(row, 0).data().toString();
         return texts;
     }
     static void press(AddActionViewController &sheet, const QString &text)
@@ -349,18 +383,25 @@ TEST_F(ActionPaneTest, addsWhatTheSheetSays)
     choose(*sheet().actionButton, 4);
     EXPECT_EQ(field.placeholderText(), u"Sublime Text"_s);
 
-    QTest::keyClicks(&field, u"Nonsense"_s);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return sheet().isActiveWindow(); }, PATIENCE));
+    field.setText(u"Nonsense"_s);
     EXPECT_EQ(faults(sheet()), QStringList(u"No application of this name is installed."_s));
     field.clear();
     press(sheet(), u"Choose…"_s);
-    auto *menu = sheet().findChild<QMenu *>();
-    ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(menu->actions()[2]->text(), u"Files (fm)"_s);
-    menu->actions()[2]->trigger();
+    EXPECT_EQ(offered(), QStringList({u"Alpha Files"_s, u"Beta Files"_s, u"Files (fm)"_s,
+                                      u"Files (gamma.desktop)"_s, u"Paint & Draw"_s}));
+    for (int row = 0; row < 3; ++row)
+        QTest::keyClick(list(), Qt::Key_Down);
+    QTest::keyClick(list(), Qt::Key_Return);
     EXPECT_EQ(field.text(), u"files.desktop"_s) << "which no other one is called";
     EXPECT_THAT(faults(sheet()), IsEmpty());
-    menu->actions().last()->trigger();
-    menu->close();
+    press(sheet(), u"Choose…"_s);
+    QTest::keyClicks(list(), u"dRaw"_s);
+    EXPECT_EQ(offered(), QStringList(u"Paint & Draw"_s)) << "what is typed replaces the text";
+    QTest::keyClick(list(), Qt::Key_Down);
+    QTest::keyClick(list(), Qt::Key_Return);
+    EXPECT_FALSE(list()->isVisible());
+    EXPECT_TRUE(sheet().isVisible()) << "Return was for the list";
     EXPECT_EQ(field.text(), u"Paint & Draw"_s);
     EXPECT_THAT(faults(sheet()), IsEmpty());
     press(sheet(), u"Done"_s);

@@ -66,7 +66,7 @@ private:
 
 /// The pane in a window of its own over a real index, with the settings in a real file. The queues
 /// run their tasks at once.
-class SearchPaneTest : public testing::Test, public SearchPreferencesDelegate
+class SearchPaneTest : public testing::Test
 {
 protected:
     SearchPaneTest()
@@ -88,16 +88,14 @@ protected:
                                                       .folderLister = lister,
                                                       .folderPicker = folderPicker,
                                                       .background = queue,
-                                                      .main = queue},
-            *this);
+                                                      .main = queue});
+        QObject::connect(pane.get(), &SearchPreferencesViewController::rebuildRequested, pane.get(),
+                         [this] {
+                             ++rebuilds;
+                             builder.start();
+                         });
         pane->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(pane.get()));
-    }
-
-    void rebuildSearchBase() override
-    {
-        ++rebuilds;
-        builder.start();
     }
 
     std::vector<std::string> rows() const

@@ -1,14 +1,9 @@
-#include "app/Translations.h"
-
 #include "shortcut/QLNShortcut.h"
-
-#include <QTranslator>
+#include "tests/support/SpokenLanguage.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <ostream>
-#include <vector>
 
 namespace quillon {
 
@@ -34,21 +29,8 @@ std::ostream &operator<<(std::ostream &stream, const Spoken &spoken)
 
 class Translations : public testing::TestWithParam<Spoken>
 {
-protected:
-    void SetUp() override { translateApplication(*qApp, GetParam().languages); }
-    void TearDown() override
-    {
-        QLocale::setDefault(locale_);
-        // Translators of earlier tests may still be installed.
-        const auto all = qApp->findChildren<QTranslator *>();
-        for (QTranslator *translator : all)
-            if (!before_.contains(translator))
-                delete translator;
-    }
-
 private:
-    const QLocale locale_;
-    QList<QTranslator *> before_ = qApp->findChildren<QTranslator *>();
+    const SpokenLanguage language_{GetParam().languages};
 };
 
 } // namespace

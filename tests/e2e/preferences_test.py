@@ -102,7 +102,7 @@ class PreferencesTest(ReadDesktop):
         self.comes_to_store("open-finder-behavior", "existing")
         self.press("alt+i")
         self.comes_to_store("finder-quick-search", True)
-        self.focus("alt+g", "Choosing one of them:")
+        self.focus("alt+t", "Choosing one of them:")
         self.press("Down")
         self.comes_to_store("quick-search-behavior", "select")
         self.press("alt+l")

@@ -34,7 +34,7 @@ AddExcludePatternSearchLocation::AddExcludePatternSearchLocation(const Services 
       added_(std::move(added)),
       patternTextField_(new QLineEdit(&form()))
 {
-    patternTextField_->setMinimumWidth(metrics::FORM_TEXT - metrics::FORM_LABEL / 2);
+    patternTextField_->setMinimumWidth(metrics::fieldWidth(fontMetrics()));
     patternTextField_->setPlaceholderText(QStringLiteral("Archive/old"));
     form().addRow(tr("&Pattern:"), patternTextField_);
     note_ = form().addNote();
@@ -117,7 +117,7 @@ void AddExcludePatternSearchLocation::showHits(const PatternHits &hits)
     QStringList examples;
     for (const std::string &path : hits.examples)
         examples << fontMetrics().elidedText(QString::fromStdString(path), Qt::ElideMiddle,
-                                             metrics::FORM_TEXT - metrics::FORM_MARGIN);
+                                             note_->width() - metrics::FORM_ROW);
     const QString places = examples.join(u'\n');
     if (!hits.isEverything)
         return note_->setSentence(tr("Leaves out %1 of %2 indexed folders, among them:\n%3")

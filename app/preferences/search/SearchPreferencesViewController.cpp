@@ -2,7 +2,7 @@
 
 #include "app/preferences/search/AddExcludePatternSearchLocation.h"
 #include "app/preferences/search/AddIncludeFilePatternViewController.h"
-#include "app/widgets/CountText.h"
+#include "app/preferences/search/IndexStatusNote.h"
 #include "app/widgets/FolderChooser.h"
 #include "app/widgets/FormNote.h"
 #include "app/widgets/FormTable.h"
@@ -14,11 +14,9 @@
 #include "core/SearchBase.h"
 #include "indexing/SearchBaseFinder.h"
 
-#include <QDateTime>
 #include <QDropEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
@@ -33,17 +31,7 @@ namespace quillon {
 
 namespace {
 
-constexpr int STATUS_MILLISECONDS = 1000;
 constexpr int FLAG = 20;
-
-QString drawnTime(std::chrono::system_clock::time_point time)
-{
-    const QDateTime local =
-        QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(time));
-    const bool isToday = local.date() == QDate::currentDate();
-    return isToday ? QLocale().toString(local.time(), QLocale::ShortFormat)
-                   : QLocale().toString(local, QLocale::ShortFormat);
-}
 
 } // namespace
 
@@ -68,8 +56,8 @@ protected:
     }
 };
 
-SearchPreferencesViewController::SearchPreferencesViewController(
-    const Services &services, SearchPreferencesDelegate &delegate, QWidget *parent)
+SearchPreferencesViewController::SearchPreferencesViewController(const Services &services,
+                                                                 QWidget *parent)
     : FormPane(parent),
       searchLocationsTableView(
           new FormTable(QStringLiteral("SearchLocationsTableViewRowIdentifier"), this)),
@@ -77,7 +65,6 @@ SearchPreferencesViewController::SearchPreferencesViewController(
       rebuildFlagImage(new FlagImage(this)),
       rebuildButton(pushButton(tr("Re&build Now"), ButtonRank::control, this)),
       services_(services),
-      delegate_(delegate),
       flagLabel_(new QLabel(tr("Takes effect after a rebuild"), this))
 {
     setAcceptDrops(true);
@@ -88,7 +75,8 @@ SearchPreferencesViewController::SearchPreferencesViewController(
     buildMenu();
     buildControls();
     note_ = addWideNote();
-    statusNote_ = addWideNote();
+    statusNote_ = new IndexStatusNote(services_.searchBase, services_.builder, this);
+    addWideNote(statusNote_);
     services_.builder.addObserver(*this);
     updateFlag();
 }
@@ -136,7 +124,8 @@ void SearchPreferencesViewController::buildControls()
                 if (segment == REMOVE)
                     removeSelected();
             });
-    connect(rebuildButton, &QPushButton::clicked, this, [this] { delegate_.rebuildSearchBase(); });
+    connect(rebuildButton, &QPushButton::clicked, this,
+            &SearchPreferencesViewController::rebuildRequested);
     enableRemoval();
 }
 
@@ -218,10 +207,8 @@ void SearchPreferencesViewController::searchHidden(int row, bool isWanted)
 
 void SearchPreferencesViewController::chooseFolders()
 {
-    auto *chooser =
-        new FolderChooser(services_.folderPicker, tr("Choose the folders to search"), window());
-    connect(chooser, &FolderChooser::foldersChosen, this,
-            &SearchPreferencesViewController::addFolders);
+    askForFolders(services_.folderPicker, tr("Choose the folders to search"), this,
+                  [this](const auto &paths) { addFolders(paths); });
 }
 
 void SearchPreferencesViewController::addFolders(const std::vector<std::string> &paths)
@@ -300,13 +287,13 @@ void SearchPreferencesViewController::dropEvent(QDropEvent *event)
 void SearchPreferencesViewController::buildBegan()
 {
     updateFlag();
-    updateStatus();
+    statusNote_->refresh();
 }
 
 void SearchPreferencesViewController::buildEnded()
 {
     updateFlag();
-    updateStatus();
+    statusNote_->refresh();
 }
 
 void SearchPreferencesViewController::updateFlag()
@@ -319,49 +306,15 @@ void SearchPreferencesViewController::updateFlag()
     rebuildButton->setEnabled(!services_.builder.isBuilding());
 }
 
-void SearchPreferencesViewController::updateStatus()
-{
-    const QString text = status();
-    if (isVisible() && text != statusNote_->text())
-        statusNote_->setSentence(text);
-}
-
-QString SearchPreferencesViewController::status() const
-{
-    constexpr double MEGA = 1e6;
-    const std::size_t count = services_.searchBase.count();
-    const QString folders = count == 1 ? tr("1 folder") : tr("%1 folders").arg(countText(count));
-    if (services_.builder.isBuilding())
-        return tr("Indexing: %1 so far.").arg(folders);
-    QStringList parts{tr("%1 indexed").arg(folders)};
-    if (const auto watched = services_.searchBase.watchStatus())
-        parts
-            << tr("%1 of %2 watched").arg(countText(watched->watched), countText(watched->folders));
-    const auto bytes = static_cast<double>(services_.searchBase.searchBaseMatcher().bytes());
-    parts << tr("%1 MB of memory").arg(QLocale().toString(bytes / MEGA, 'f', 1));
-    if (const auto &build = services_.builder.lastBuild())
-        parts << tr("built at %1 in %2 s")
-                     .arg(drawnTime(build->ended), QLocale().toString(build->took.count(), 'f', 1));
-    return parts.join(QStringLiteral(" · "));
-}
-
-void SearchPreferencesViewController::timerEvent(QTimerEvent *)
-{
-    updateStatus();
-}
-
 void SearchPreferencesViewController::showEvent(QShowEvent *event)
 {
     FormPane::showEvent(event);
     showStored();
     updateFlag();
-    updateStatus();
-    statusTimer_.start(STATUS_MILLISECONDS, this);
 }
 
 void SearchPreferencesViewController::hideEvent(QHideEvent *event)
 {
-    statusTimer_.stop();
     note_->sayFault({});
     FormPane::hideEvent(event);
 }

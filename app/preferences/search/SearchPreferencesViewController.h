@@ -5,8 +5,6 @@
 #include "core/SearchBaseBuilder.h"
 #include "indexing/IncludeFolders.h"
 
-#include <QBasicTimer>
-
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,22 +20,11 @@ class FolderLister;
 class FolderPicker;
 class FormNote;
 class FormTable;
+class IndexStatusNote;
 class SearchBase;
 class SearchBaseFinder;
 class SegmentedControl;
 class TaskQueue;
-
-/// Says what the pane asks of the application around it.
-class SearchPreferencesDelegate
-{
-public:
-    SearchPreferencesDelegate() = default;
-    virtual ~SearchPreferencesDelegate() = default;
-    SearchPreferencesDelegate(const SearchPreferencesDelegate &) = delete;
-    SearchPreferencesDelegate &operator=(const SearchPreferencesDelegate &) = delete;
-
-    virtual void rebuildSearchBase() = 0;
-};
 
 /// What is searched: the list of search locations, what comes into it and goes, and how the index
 /// stands. Main thread only.
@@ -58,9 +45,8 @@ public:
         TaskQueue &main;
     };
 
-    /// All of them outlive this.
-    SearchPreferencesViewController(const Services &services, SearchPreferencesDelegate &delegate,
-                                    QWidget *parent = nullptr);
+    /// All services outlive this object.
+    explicit SearchPreferencesViewController(const Services &services, QWidget *parent = nullptr);
     ~SearchPreferencesViewController() override;
 
     void showStored() override;
@@ -77,10 +63,13 @@ public:
     QWidget *const rebuildFlagImage;
     QPushButton *const rebuildButton;
 
+Q_SIGNALS:
+    /// The user wants the index to be built anew.
+    void rebuildRequested();
+
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
-    void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
@@ -105,14 +94,11 @@ private:
     void searchHidden(int row, bool isWanted);
     void showLocations(std::vector<ListedLocation> locations, SearchLocations stored);
     void updateFlag();
-    void updateStatus();
-    QString status() const;
 
     Services services_;
-    SearchPreferencesDelegate &delegate_;
     QLabel *flagLabel_;
     FormNote *note_;
-    FormNote *statusNote_;
+    IndexStatusNote *statusNote_;
     /// The locations in the order of the table's rows.
     std::vector<ListedLocation> locations_;
     /// What the settings say; known once the pane was shown.
@@ -123,7 +109,6 @@ private:
     std::shared_ptr<const SearchBaseLocation> added_;
     /// Counts the times that the list was asked for: only the last answer is shown.
     unsigned asked_ = 0;
-    QBasicTimer statusTimer_;
 };
 
 } // namespace quillon

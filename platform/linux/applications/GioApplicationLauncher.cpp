@@ -36,6 +36,7 @@ Application describe(GDesktopAppInfo *application)
         .untranslatedName = orEmpty(GString8(g_desktop_app_info_get_string(application, "Name"))),
         .genericName = orEmpty(g_desktop_app_info_get_generic_name(application)),
         .executable = orEmpty(program),
+        .icon = orEmpty(GString8(g_desktop_app_info_get_string(application, "Icon"))),
         .isShown = g_app_info_should_show(info) != 0,
         .isTerminalEmulator = categories.find(";TerminalEmulator;") != std::string::npos,
         .isFileManager = isFileManager(application),

@@ -90,13 +90,13 @@ PortalRequest::~PortalRequest()
 void PortalRequest::responded(const QDBusMessage &response)
 {
     const QVariantList arguments = response.arguments();
-    const bool isComplete = arguments.size() == 2;
-    if (isComplete && arguments[0].toUInt() == SUCCESS)
+    if (arguments.size() != 2)
+        return finish(Outcome::failed, {});
+    const uint code = arguments[0].toUInt();
+    if (code == SUCCESS)
         finish(Outcome::done, qdbus_cast<QVariantMap>(arguments[1]));
     else
-        finish(isComplete && arguments[0].toUInt() == CANCELLED ? Outcome::cancelled
-                                                                : Outcome::failed,
-               {});
+        finish(code == CANCELLED ? Outcome::cancelled : Outcome::ended, {});
 }
 
 void PortalRequest::finish(Outcome outcome, const QVariantMap &results)

@@ -38,6 +38,9 @@ public:
         done,
         /// The user cancelled the request.
         cancelled,
+        /// The request ended in another way. Some portals report so when the user closes a dialog,
+        /// and all when they could not show one.
+        ended,
         /// The portal could not carry the request out, or there is no portal.
         failed,
     };

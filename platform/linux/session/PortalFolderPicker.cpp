@@ -5,6 +5,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 
 #include <utility>
@@ -23,6 +24,10 @@ QString chooserInterface()
 {
     return portal::interfaceName(QStringLiteral("FileChooser"));
 }
+
+/// GTK's portal reports a dialog that the user closes with Escape as one that could not be shown.
+/// Nobody closes a dialog that soon after it was asked for.
+constexpr qint64 SHORTEST_DIALOG_MILLISECONDS = 400;
 
 /// Returns the name of the window for the portal, which is empty for a window that has none.
 QString parentName(std::uintptr_t window)
@@ -63,8 +68,13 @@ void PortalFolderPicker::showDialog(const QString &title, const QByteArray &fold
     const QVariantMap options{{QStringLiteral("directory"), true},
                               {QStringLiteral("multiple"), true},
                               {QStringLiteral("current_folder"), folder + '\0'}};
-    const auto finished = [this](PortalRequest::Outcome outcome, const QVariantMap &results) {
-        if (outcome == PortalRequest::Outcome::failed)
+    QElapsedTimer asked;
+    asked.start();
+    const auto finished = [this, asked](PortalRequest::Outcome outcome,
+                                        const QVariantMap &results) {
+        using enum PortalRequest::Outcome;
+        const bool isNotShown = outcome == ended && asked.elapsed() < SHORTEST_DIALOG_MILLISECONDS;
+        if (outcome == failed || isNotShown)
             return receive(std::nullopt);
         std::vector<std::string> paths;
         for (const QString &uri : results.value(QStringLiteral("uris")).toStringList())
