@@ -17,7 +17,7 @@ using DefaultsArray = std::vector<DefaultsValue>;
 /// Keys are bytes: a path that is not UTF-8 is a key like any other.
 using DefaultsDictionary = std::map<std::string, DefaultsValue, std::less<>>;
 
-/// Raw bytes, told apart from text.
+/// Raw bytes. They are a type of their own, so that they are never taken for text.
 struct DefaultsData
 {
     std::string bytes;

@@ -17,11 +17,11 @@
 // so they alone would leave behind what was below a folder that vanished with all its contents.
 // Hence the update asks the disk about every path that is indexed below the changed one and that
 // the crawl did not find, and forgets those that are gone. A path for which a file system does not
-// answer stays, and the caller is told to ask again. Include folders are indexed even where a rule
-// would skip them, so the update puts those below the changed path back. An include folder that is
-// gone itself is taken to be away, on a disk that is not connected. It leaves the path store with
-// everything in it, but searches go on finding what they found in it: those texts remain candidates
-// without being stored.
+// answer stays, and the update reports it, so that the caller asks again. Include folders are
+// indexed even where a rule would skip them, so the update puts those below the changed path back.
+// An include folder that is gone itself is taken to be away, on a disk that is not connected. It
+// leaves the path store with everything in it, but searches continue to find what they found in it:
+// those texts remain candidates without being stored.
 //
 // The rule is applied to many paths at a time. Changed names of one folder share one crawl, which
 // opens the folder once and then looks at these names alone (Crawler::crawlNames), and one task of
@@ -34,8 +34,8 @@
 //    The marks of the found nodes are kept beside the tree: a flag in the node would have to be
 //    set and cleared with the index locked exclusively, at every folder of the crawl, and would
 //    stay behind when an update is abandoned.
-// 2. One walk through the tree below the changed paths (IndexComparison) tells the found nodes that
-//    have to change from the nodes that were not found, about which the disk is asked. The
+// 2. One walk through the tree below the changed paths (IndexComparison) collects the found nodes
+//    that have to change, and the nodes that were not found, about which the disk is asked. The
 //    walk lets writers in and ends when the index is reset.
 // 3. The change itself is made on the main thread, while nobody searches (apply), and in one go
 //    unless very many paths are gone. Only flags of known nodes change there: those of nodes that

@@ -106,8 +106,8 @@ private:
     using Changed = IndexComparison::Changed;
 
     bool isAlone() const { return names_.empty(); }
-    /// False when the index of the last run is compared with the disk. The removals of the plain
-    /// rule are left out then, so that an index for which nothing has changed stays as it is.
+    /// Returns false when the index of the last run is compared with the disk. The removals of the
+    /// plain rule are left out then, so that an index for which nothing has changed stays as it is.
     bool removesFirst() const { return terms_.marks == nullptr; }
     Kind kindOfPath() const;
 

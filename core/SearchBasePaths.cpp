@@ -1,5 +1,7 @@
 #include "core/SearchBasePaths.h"
 
+#include "base/PathText.h"
+
 #include <utility>
 
 namespace quillon {
@@ -81,6 +83,22 @@ NodeId nextInTree(const PathTree &tree, NodeId id)
 constexpr std::string_view CHILD = "\n\t";
 
 } // namespace
+
+std::string_view StringPathParent::getParentFolderPath(std::string_view path)
+{
+    path = withoutTrailingSlashes(path);
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string_view::npos)
+        return ".";
+    return withoutTrailingSlashes(path.substr(0, slash + 1));
+}
+
+std::string_view normalizePath(std::string_view path)
+{
+    if (path.size() >= 2 && path.back() == '/')
+        path.remove_suffix(1);
+    return path;
+}
 
 std::vector<SearchBasePathsInsertionOperation>
 makeInsertionOperations(std::string_view url, std::span<const std::string> children)

@@ -2,7 +2,6 @@
 
 #include "base/JsonValues.h"
 #include "ctl/CommandLine.h"
-#include "ctl/HeldUseCounts.h"
 #include "ctl/Output.h"
 #include "ctl/RecordReader.h"
 #include "matching/FuzzyMatch.h"
@@ -23,6 +22,19 @@
 namespace quillon {
 
 namespace {
+
+/// Use counts that were given and that nobody changes.
+class HeldUseCounts final : public RecentAccessScoreDataStore
+{
+public:
+    explicit HeldUseCounts(DefaultsDictionary counts) : counts_(std::move(counts)) {}
+
+    std::optional<DefaultsDictionary> dictionary(std::string_view) override { return counts_; }
+    bool edit(std::string_view, const DefaultsStore::Made &) override { return false; }
+
+private:
+    const DefaultsDictionary counts_;
+};
 
 /// Reads the file. Returns nothing, and prints a line to standard error, when it holds no JSON
 /// object.

@@ -1,7 +1,6 @@
 #include "ctl/OwnIndex.h"
 
 #include "ctl/Output.h"
-#include "ctl/ReadableFolders.h"
 #include "prefs/Preferences.h"
 
 #include <cstdio>

@@ -8,6 +8,8 @@
 
 namespace quillon {
 
+class FolderIdentity;
+
 /// The user's settings, which this program never writes. Include folders from the command line
 /// replace the user's.
 class ReadOnlySettings final : public DefaultsStore
@@ -32,5 +34,10 @@ private:
     std::optional<DefaultsDictionary> bookmarks_;
     std::optional<DefaultsDictionary> withHidden_;
 };
+
+/// Returns the absolute paths of folders named on the command line. A folder that cannot be read is
+/// left out with a complaint, and failed is set.
+std::vector<std::string> readableFolders(const std::vector<std::string> &typed,
+                                         const FolderIdentity &identity, bool &failed);
 
 } // namespace quillon

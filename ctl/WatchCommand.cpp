@@ -6,7 +6,6 @@
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"
 #include "ctl/ReadOnlySettings.h"
-#include "ctl/ReadableFolders.h"
 #include "indexing/SearchBaseFinder.h"
 #include "indexing/SearchBaseLogger.h"
 #include "platform/linux/disk/BoundedFolders.h"

@@ -13,8 +13,7 @@
 //   MatchPrinter      prints what find and match have found
 //   Output            standard output, which scripts read; everything else goes to standard error
 //
-// ReadableFolders and ReadOnlySettings say what is searched: folders named by the user, else those
-// of the settings.
+// ReadOnlySettings says what is searched: folders named by the user, else those of the settings.
 
 #include "ctl/CommandLine.h"
 #include "ctl/Output.h"

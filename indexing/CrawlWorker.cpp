@@ -192,7 +192,7 @@ bool CrawlWorker::takeStamp(const OpenFolder *folder)
     return inCall([&] { stamp_ = folder->stamp(); });
 }
 
-/// Spares the folder from being opened where the sink knows it by the stamp of its name.
+/// Sets isKnown when the sink knows the folder by its stamp, so that it need not be opened.
 bool CrawlWorker::recall(const CrawlItem &item, bool &isKnown)
 {
     isKnown = false;
@@ -204,7 +204,7 @@ bool CrawlWorker::recall(const CrawlItem &item, bool &isKnown)
     return true;
 }
 
-/// Takes the entries of a folder that has not changed from whoever remembers them.
+/// Takes the entries of a folder that has not changed from the sink, which remembers them.
 bool CrawlWorker::isKnown(const CrawlItem &item)
 {
     kept_.clear();
@@ -239,7 +239,7 @@ bool CrawlWorker::openItem(CrawlItem &item, std::unique_ptr<OpenFolder> &folder,
            inCall([&] { folder = item.parentHandle->open(item.name, error); });
 }
 
-/// Goes down from the root once more to the folder above the item.
+/// Opens the folder above the item again, on the way down from the root.
 bool CrawlWorker::reopenParent(CrawlItem &item, std::error_code &error)
 {
     std::vector<const CrawlFolder *> way;

@@ -55,7 +55,7 @@ public:
     bool hasEnded() const { return ended_.load(); }
     /// Returns the path of what the worker is busy with; empty for the root.
     std::string currentPath() EXCLUDES(mutex_);
-    /// Tells the record that what the worker is busy with will not be listed.
+    /// Records that what the worker is busy with will not be listed.
     void giveUpListing() EXCLUDES(mutex_);
     /// The counts are read only once the worker has ended or was given up.
     const Counts &counts() const { return counts_; }

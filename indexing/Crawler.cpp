@@ -14,8 +14,8 @@
 // again when they are needed. A path exists as text only where a message or a rule asks for it: a
 // folder is its name and the folder above (CrawlFolder).
 //
-// Whoever watches the folders (CrawlRecord) is told of each by the worker that is about to open
-// it, under the name that it gave the folder above: what changes after the listing is seen.
+// A worker records each folder (CrawlRecord), with its stamp, before it lists the folder. So the
+// watch that takes the record over finds what changes after that.
 //
 // The thread that crawls looks after the workers and passes on their messages (CrawlTeam,
 // CrawlReport). Any call into the file system may be one that never returns. A worker that is long

@@ -64,7 +64,7 @@ struct CrawlOptions
 ///
 /// Hidden names are left out, except for folders where the rules want them; links are not followed
 /// (but the root may be one), packages are listed and not entered. Paths may be of any length and
-/// names hold any bytes. A folder that cannot be read is reported and the crawl goes on. A file
+/// names hold any bytes. A folder that cannot be read is reported and the crawl continues. A file
 /// system that does not answer holds up neither the rest of the crawl, nor its end for long, nor a
 /// stop.
 class Crawler

@@ -55,8 +55,6 @@ FolderWatcher::FolderWatcher(std::shared_ptr<const WatchFilter> items, InotifyOp
       stream_(std::move(stream))
 {}
 
-FolderWatcher::~FolderWatcher() = default;
-
 bool FolderWatcher::start()
 {
     // Without the descriptor, no other thread could wake or end this one.

@@ -46,11 +46,10 @@ public:
 
     FolderWatcher(std::shared_ptr<const WatchFilter> items, InotifyOptions options, Kind kind,
                   Stream stream);
-    ~FolderWatcher();
 
     /// Begins to watch and to deliver changes. Returns false when the system has no thread to give.
     bool start();
-    /// Tells the thread to end, which then releases all watches.
+    /// Asks the thread to end. The thread then releases all watches.
     void stop() EXCLUDES(mailMutex_);
     /// Has the thread deliver what has happened so far. Returns the number of this flush.
     std::uint64_t requestFlush() EXCLUDES(mailMutex_);

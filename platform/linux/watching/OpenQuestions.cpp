@@ -130,7 +130,7 @@ void OpenQuestions::reviewAsked(bool wereEventsLost)
     StampCheck stamps(folders_);
     for (const auto &[folder, name] : asked) {
         if (!tree_.isLive(folder))
-            continue; // the question about the folder above stands for it
+            continue; // the question about the folder above covers this one
         if (distrustsAll || isBelowAny(folder, moved))
             ask(folder, name);
         else if (isBelowAny(folder, unknown) || stamps.hasMovedAbove(folder))

@@ -73,8 +73,8 @@ public:
     Id parent(Id id) const { return nodes_[id].parent; }
     Id firstChild(Id id) const { return nodes_[id].firstChild; }
     Id nextSibling(Id id) const { return nodes_[id].nextSibling; }
-    /// Returns the number of folders between this one and its root. The highest number also stands
-    /// for more.
+    /// Returns the number of folders between this one and its root. The highest number also
+    /// means more.
     std::uint16_t depth(Id id) const { return nodes_[id].depth; }
     std::string_view name(Id id) const;
     std::string path(Id id) const { return path(parent(id), name(id)); }
