@@ -22,6 +22,8 @@ using namespace std::chrono_literals;
 
 /// Qt reports a loss of the keyboard up to 100 ms late.
 constexpr auto SETTLING = 200ms;
+/// On a busy machine it takes this long until the keyboard has come to a panel that is shown.
+constexpr std::chrono::milliseconds ARRIVING = 2s;
 /// This share of the free height is above the panel.
 constexpr double SHARE_ABOVE = 0.3;
 
@@ -34,7 +36,10 @@ SearchWindow::SearchWindow(IconSource &icons, WindowSystem &windowSystem)
     setWindowTitle(QStringLiteral("Quillon"));
     setContent(view_);
     fitToCompositing();
-    connect(qApp, &QGuiApplication::focusWindowChanged, this, &SearchWindow::hideWithoutFocus);
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, [this] {
+        focusChanged_.start();
+        hideWithoutFocus();
+    });
     connect(&view_->tableView(), &SearchResultsTable::dragBegan, this,
             [this] { isDraggedFrom_ = true; });
     connect(&view_->tableView(), &SearchResultsTable::dragEnded, this, [this] {
@@ -104,7 +109,11 @@ void SearchWindow::hideWithoutFocus()
     // The panel may have lost the keyboard before it was shown, and Qt reports it late. Then the
     // keyboard is on its way.
     auto wait = SETTLING - std::chrono::milliseconds(presented_.elapsed());
-    const QWidget *active = QWidget::find(windowSystem().activeWindow());
+    const std::uintptr_t activeId = windowSystem().activeWindow();
+    // On its way from a window that made way, the keyboard may be with none for a moment.
+    if (activeId == 0 && presented_.elapsed() < ARRIVING.count())
+        wait = SETTLING - std::chrono::milliseconds(focusChanged_.elapsed());
+    const QWidget *active = QWidget::find(activeId);
     // A window manager takes the keyboard from the active window while it moves that window. If it
     // then activates another window instead of giving the keyboard back, no event says so.
     if (active == this)

@@ -58,6 +58,8 @@ private:
     std::uintptr_t previousWindow_ = 0;
     /// Runs since the panel was last brought up.
     QElapsedTimer presented_;
+    /// Runs since Qt last reported that the keyboard is with another window, or with none.
+    QElapsedTimer focusChanged_;
     /// True when the panel has had the keyboard since it was shown, so that it can lose it.
     bool hasHadKeyboard_ = false;
     /// True when the desktop shows the window as a panel and chooses its screen.
