@@ -129,7 +129,7 @@ class CircumstancesTest(Desktop):
         self.type("harbour")
         self.press_return_until_opened()
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "harbour")])
-        self.assertEqual(self.uses(), {str(self.tree / "harbour"): 1})
+        eventually("the use", lambda: self.uses() == {str(self.tree / "harbour"): 1})
         self.end(child)
 
 

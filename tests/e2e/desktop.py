@@ -233,6 +233,10 @@ class Desktop(unittest.TestCase):
     def uses(self):
         return self.stored().get("recent-access-score-data", {})
 
+    def wait_for_uses(self, counts):
+        """Waits until the stored counts are these. The program stores them while it goes on."""
+        eventually(f"the uses {counts}", lambda: sorted(self.uses().values()) == sorted(counts))
+
 
 def main():
     """Runs the tests of the calling script; its first argument is the program."""

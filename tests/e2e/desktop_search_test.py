@@ -93,7 +93,7 @@ class DesktopSearchTest(Desktop):
 
         self.call(SHELL, "ActivateResult", found[2], ["harb"], 0)
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree) + b"/" + paths[2]])
-        self.assertEqual(list(self.uses().values()), [1])
+        self.wait_for_uses([1])
         self.assertEqual(windows("quillon"), [])
 
         # The whole search goes on in the panel.
@@ -149,7 +149,7 @@ class DesktopSearchTest(Desktop):
         self.assertIn(os.fsencode(self.tree / "Documents"), self.recorded(record)[0])
         self.call(RUNNER, "Run", "file:relative", "")
         self.call(RUNNER, "Teardown")
-        self.assertEqual(sorted(self.uses().values()), [1, 2])
+        self.wait_for_uses([1, 2])
         self.assertEqual(windows("quillon"), [])
 
     def test_the_terminal_opens_what_the_panel_would(self):
@@ -167,10 +167,10 @@ class DesktopSearchTest(Desktop):
         self.assertEqual(opened(b"caf\xe9\n \"harbour\"/."), "")
         path = os.fsencode(self.tree) + b"/caf\xe9\n \"harbour\""
         self.assertEqual(self.recorded(record), [path])
-        self.assertEqual(list(self.uses().values()), [1])
+        self.wait_for_uses([1])
         self.assertEqual(opened("nowhere", "gone", status=1), "quillonctl: nowhere: is not there\n")
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "gone")])
-        self.assertEqual(len(self.uses()), 2)
+        self.wait_for_uses([1, 1])
         # What fails counts no use, and says why.
         settings = json.loads(self.settings.read_text())
         settings["qln-actions-list"] = json.dumps([{
@@ -180,7 +180,7 @@ class DesktopSearchTest(Desktop):
         self.settings.write_text(json.dumps(settings))
         self.assertEqual(opened("tree.xcodeproj", status=1), "quillonctl: tree.xcodeproj: the program "
                          '"/no/program" does not exist or may not be run\n')
-        eventually("the use that was taken back", lambda: len(self.uses()) == 2)
+        self.wait_for_uses([1, 1])
         other = dict(self.environment(), XDG_CONFIG_HOME=str(self.home / "other"))
         done = subprocess.run([self.ctl, "open", self.tree], env=other, check=False,
                               capture_output=True, text=True)

@@ -130,7 +130,7 @@ class PanelMouseTest(Desktop):
         self.assertEqual(path.decode(), str(self.tree / "first wish"))
         self.assertEqual(uri.decode(), f"file://{self.tree}/first%20wish\r\n")
         self.wait_for_no_panel()
-        self.assertEqual(list(self.uses().values()), [1], "a row given away was not opened")
+        self.wait_for_uses([1])  # a row given away was not opened
 
     def test_stays_below_its_menu_and_goes_with_it(self):
         self.start_with_a_row()

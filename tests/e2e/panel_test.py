@@ -24,7 +24,7 @@ class PanelTest(Desktop):
         self.press_return_until_opened()
         eventually("the file manager's window", lambda: windows("Thunar", "harbour plans - Thunar"))
         chosen = str(self.tree / "Documents/harbour plans")
-        self.assertEqual(self.uses(), {chosen: 1})
+        eventually("the use", lambda: self.uses() == {chosen: 1})
 
         # Key settings of desktops use the bus too. The former text is replaced.
         subprocess.run(["gdbus", "call", "--session", "--dest", "org.quillon.Quillon",
@@ -34,7 +34,8 @@ class PanelTest(Desktop):
         self.wait_for_panel()
         self.type("vinyl", "Tab")
         eventually("the second window", lambda: windows("Thunar", "Vinyl - Thunar"))
-        self.assertEqual(self.uses(), {chosen: 1, str(self.tree / "Music/Vinyl"): 1})
+        vinyl = str(self.tree / "Music/Vinyl")
+        eventually("the second use", lambda: self.uses() == {chosen: 1, vinyl: 1})
 
         file_manager = int(output("xdotool", "getwindowpid", windows("Thunar")[0]))
         os.kill(file_manager, signal.SIGKILL)

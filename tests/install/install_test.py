@@ -281,8 +281,8 @@ class BusTest(Installed):
         eventually("the opened folder", record.exists)
         self.assertEqual(record.read_text(), str(home / "tree/harbour"))
         self.assertEqual(windows("quillon"), [])
-        self.assertEqual(json.loads(settings.read_text())["recent-access-score-data"],
-                         {str(home / "tree/harbour"): 1})
+        eventually("the use", lambda: json.loads(settings.read_text()).get(
+            "recent-access-score-data") == {str(home / "tree/harbour"): 1})
         run("gapplication", "action", NAME, "quit", env=self.environment)
         eventually("the program's end", lambda: not self.is_running())
 
