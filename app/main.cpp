@@ -158,6 +158,8 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
     argv.push_back(nullptr);
 
     const quillon::ProgramEnd end(LONGEST_END);
+    // Its claim ends when the display has given the shortcut back.
+    quillon::SoleInstance sole;
     // The index of the last run is read while the toolkit starts.
     const quillon::UserCacheFile keptIndex(quillon::standardIndexPath());
     auto keptTree = std::async(quillon::IndexKeeper::read, std::cref(keptIndex));
@@ -178,10 +180,14 @@ int run(std::vector<std::string> arguments, const quillon::RemoteControl::Reques
     const quillon::BoundedOutput output(fileno(stdout));
     quillon::AppDelegate delegate(std::move(keptTree));
     quillon::BusRemoteControl remote(delegate.backgroundQueue());
-    const auto claim = remote.claim(delegate.remoteHandlers());
+    auto handlers = delegate.remoteHandlers();
+    handlers.lost = [&sole] { sole.claim(); };
+    const auto claim = remote.claim(std::move(handlers));
     if (claim == quillon::RemoteControl::Claim::taken)
         return handOver(request);
-    quillon::SoleInstance sole;
+    // An instance that was started without this bus, or that lost it, would keep the shortcut.
+    if (claim == quillon::RemoteControl::Claim::owner)
+        quillon::SoleInstance::endOther();
     if (claim == quillon::RemoteControl::Claim::unavailable &&
         !isFirstWithoutBus(sole, request.action))
         return request.action == "background" ? EXIT_SUCCESS : EXIT_FAILURE;

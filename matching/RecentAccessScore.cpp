@@ -4,7 +4,7 @@
 #include "base/Require.h"
 
 #include <algorithm>
-#include <ranges>
+#include <span>
 #include <utility>
 
 namespace quillon {
@@ -114,7 +114,8 @@ std::vector<std::string> RecentAccessScoreData::topPaths(int n) const
     require(n >= 0, "the number of most used paths asked for is not negative");
     const auto current = snapshot();
     std::vector<std::string> paths;
-    for (const auto *entry : current->ranked | std::views::take(n))
+    const std::span ranked(current->ranked);
+    for (const auto *entry : ranked.first(std::min(static_cast<std::size_t>(n), ranked.size())))
         paths.push_back(entry->first);
     return paths;
 }

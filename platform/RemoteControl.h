@@ -84,6 +84,9 @@ public:
         /// threads.
         std::function<Row(const std::string &path)> describe = nullptr;
         std::vector<RowAction> rowActions = {};
+        /// The bus has ended, and no process will be reached by it any more. Runs on the main
+        /// thread.
+        std::function<void()> lost = nullptr;
     };
 
     RemoteControl() = default;

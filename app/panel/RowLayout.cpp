@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <ranges>
 #include <vector>
 
 namespace quillon {
@@ -136,7 +135,8 @@ void RowLayout::fit(RowText row, qreal ellipsis, const PanelPalette &palette, qr
         cuts.push_back({gap.start, to - gap.start});
         excess -= widthOf(gap.start, to) - ellipsis - CLOSER;
     }
-    for (const RowText::Span &cut : std::views::reverse(cuts))
+    std::ranges::reverse(cuts);
+    for (const RowText::Span &cut : cuts)
         row = shortened(row, cut.start, cut.start + cut.length);
     if (!cuts.empty())
         arrange(row, palette);

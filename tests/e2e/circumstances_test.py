@@ -130,7 +130,13 @@ class CircumstancesTest(Desktop):
         self.press_return_until_opened()
         self.assertEqual(self.recorded(record), [os.fsencode(self.tree / "harbour")])
         eventually("the use", lambda: self.uses() == {str(self.tree / "harbour"): 1})
-        self.end(child)
+
+        # A start on another bus does not reach the first program, and takes its place.
+        other = self.background()
+        self.assertEqual(child.wait(PATIENCE), 0)
+        self.press("ctrl+alt+space")
+        self.wait_for_panel()
+        self.assertEqual(self.end(other), [])
 
 
 if __name__ == "__main__":

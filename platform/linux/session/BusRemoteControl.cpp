@@ -83,6 +83,27 @@ private:
     std::function<void(const RemoteControl::Request &)> perform_;
 };
 
+/// Hears from the bus library when the bus has ended.
+class BusEnd : public QObject
+{
+    Q_OBJECT
+
+public:
+    BusEnd(QObject *parent, std::function<void()> lost) : QObject(parent), lost_(std::move(lost))
+    {
+        QDBusConnection::sessionBus().connect(QString(),
+                                              QStringLiteral("/org/freedesktop/DBus/Local"),
+                                              QStringLiteral("org.freedesktop.DBus.Local"),
+                                              QStringLiteral("Disconnected"), this, SLOT(report()));
+    }
+
+public Q_SLOTS:
+    void report() { lost_(); }
+
+private:
+    std::function<void()> lost_;
+};
+
 /// A RemoteMatch in the types that the bus carries.
 struct BusMatch
 {
@@ -209,6 +230,8 @@ RemoteControl::Claim BusRemoteControl::claim(Handlers handlers)
     // The object is registered before the name, so that a process that sees the name gets answers.
     addSearchProviders(object_, background_, handlers);
     new ApplicationAdaptor(&object_, handlers.perform);
+    if (handlers.lost)
+        new BusEnd(&object_, handlers.lost);
     if (handlers.find && handlers.status)
         new SearchAdaptor(&object_, background_, std::move(handlers));
     bus.registerObject(name(BusNames::OBJECT), &object_, QDBusConnection::ExportAdaptors);
