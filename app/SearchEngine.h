@@ -27,7 +27,7 @@ struct SearchEngine
     /// Takes the future result of reading the kept index. The others outlive this object.
     SearchEngine(DesktopServices &services, const Preferences &preferences,
                  std::future<std::optional<KeptTree>> keptTreeToCome);
-    /// Waits until all uses are stored.
+    /// Waits until all uses are stored, for as long as the end of the program may take.
     ~SearchEngine();
     SearchEngine(const SearchEngine &) = delete;
     SearchEngine &operator=(const SearchEngine &) = delete;

@@ -61,8 +61,8 @@ public:
         std::vector<NodeId> missing;
         /// These nodes are gone from the disk; children come before their parents.
         std::vector<NodeId> gone;
-        /// Those of them that searches go on finding, since an include folder that is away holds
-        /// them.
+        /// Searches go on finding these of the gone nodes, since an include folder that is away
+        /// holds them.
         std::vector<NodeId> away;
         /// Removals reach these nodes, and nobody knows whether they are gone.
         std::vector<Unanswered> unanswered;

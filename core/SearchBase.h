@@ -224,14 +224,14 @@ private:
     SearchBaseFinder &searchBaseFinder_;
     SearchBaseIgnorePaths searchBaseIgnorePaths_;
     const Services services_;
-    /// Null when nothing is watched.
+    /// It is null when nothing is watched.
     const std::shared_ptr<ReportedChanges> changes_;
     const std::unique_ptr<SearchBaseWatcher> searchBaseWatcher_;
 
     /// A build or an update holds this mutex as long as it runs. It is taken before the index's
     /// lock.
     Mutex changing_;
-    /// Null when the index is not kept.
+    /// It is null when the index is not kept.
     const std::unique_ptr<IndexKeeper> indexKeeper_;
     /// True while a task that keeps the index is waiting for its time.
     bool isKeepingDue_ GUARDED_BY(changing_) = false;

@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// As many rows as the panel has.
+// The panel has as many rows.
 constexpr std::uint32_t MOST_ROWS = 25;
 constexpr std::uint32_t MOST_USED_ROWS = 10;
 /// A shorter query lists the most used folders.

@@ -18,7 +18,7 @@ class OpenFolder;
 /// A folder to be visited.
 struct CrawlItem
 {
-    /// Null for the root, whose name is then the name of a CrawlFolder's root.
+    /// This is null for the root, whose name is then the name of a CrawlFolder's root.
     CrawlFolder::Ref parent;
     /// The folder above, opened; null when it was closed again to save descriptors.
     std::shared_ptr<const OpenFolder> parentHandle;

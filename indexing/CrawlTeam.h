@@ -36,7 +36,7 @@ public:
         CrawlItem root;
         /// The names in the root that are crawled; absent when all of them are.
         std::optional<std::vector<std::string>> names;
-        /// Null when the crawl is not recorded.
+        /// It is null when the crawl is not recorded.
         std::shared_ptr<CrawlRecord> record;
         bool reportsProgress = false;
     };

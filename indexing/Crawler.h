@@ -41,8 +41,8 @@ struct CrawlResult
     std::uint64_t files = 0;
     /// The number of read errors below the root.
     std::uint64_t errors = 0;
-    /// After crawlNames(), the kind of what is at each name. A folder that could not be listed,
-    /// unless it may not be read, is unknown.
+    /// It holds the kind of what is at each name after crawlNames(). A folder that could not be
+    /// listed, unless it may not be read, is unknown.
     std::vector<FolderLister::Kind> kinds = {};
     /// The folders, including the root, that could not be listed to their end and perhaps can be
     /// the next time. A folder that is gone is not among them.

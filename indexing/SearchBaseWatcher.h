@@ -100,7 +100,7 @@ private:
 
     mutable Mutex mutex_;
     std::weak_ptr<SearchBaseWatcherDelegate> delegate_ GUARDED_BY(mutex_);
-    /// Null at first and when no stream could be made. A stopped stream is kept.
+    /// It is null at first and when no stream could be made. A stopped stream is kept.
     std::shared_ptr<RillFSEventStream> eventStream_ GUARDED_BY(mutex_);
     /// The stop is requested when the stream has been stopped.
     std::stop_source stop_ GUARDED_BY(mutex_);

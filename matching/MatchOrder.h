@@ -9,7 +9,7 @@ namespace quillon {
 /// Says by which rule matches are ranked. Both rules have the same matches.
 enum class MatchOrder : std::uint8_t
 {
-    /// By where the letters lie in the whole path, see fuzzyScore().
+    /// Rows are ranked by where the letters lie in the whole path, see fuzzyScore().
     path,
     /// By the names that the letters begin, the own name above all, see namesFirstScore().
     names,

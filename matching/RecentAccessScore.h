@@ -102,7 +102,8 @@ private:
     void replace(UseCounts dataset) EXCLUDES(mutex_);
 
     RecentAccessScoreDataStore &dataStore_;
-    /// Held for the length of a change. Readers take another mutex, so that they wait for no disk.
+    /// It is held for the length of a change. Readers take another mutex, so that they wait for no
+    /// disk.
     Mutex changing_;
     mutable Mutex mutex_;
     std::shared_ptr<const RecentAccessSnapshot> current_ GUARDED_BY(mutex_);

@@ -23,7 +23,7 @@ struct FeedParameter
 {
     std::string key;
     std::string value;
-    /// The same in words, for a user who wants to know what is sent.
+    /// This says the same in words, for a user who wants to know what is sent.
     std::string displayKey;
     std::string displayValue;
 };

@@ -83,7 +83,7 @@ private:
     DefaultsStore &store_;
     const FolderIdentity &folders_;
     std::FILE *diagnostics_;
-    /// Held from reading a dictionary to writing it back.
+    /// It is held from reading a dictionary to writing it back.
     Mutex changing_;
 };
 

@@ -110,7 +110,7 @@ void SearchWindow::hideWithoutFocus()
     // keyboard is on its way.
     auto wait = SETTLING - std::chrono::milliseconds(presented_.elapsed());
     const std::uintptr_t activeId = windowSystem().activeWindow();
-    // On its way from a window that made way, the keyboard may be with none for a moment.
+    // The keyboard may be with no window for a moment, on its way from one that made way.
     if (activeId == 0 && presented_.elapsed() < ARRIVING.count())
         wait = SETTLING - std::chrono::milliseconds(focusChanged_.elapsed());
     const QWidget *active = QWidget::find(activeId);

@@ -40,9 +40,9 @@ constexpr int TAB_UNDERLINE = 2;
 struct Measures
 {
     int height;
-    /// Above and below a text that needs more height than that.
+    /// This much is free above and below a text that needs more height than that.
     int around;
-    /// Beside the text.
+    /// This much is free beside the text.
     int side;
     int narrowest;
     double corner;

@@ -264,7 +264,7 @@ public:
     {
         none,
         all,
-        /// Those below the folder "b", which is an include folder too.
+        /// Hidden folders are searched below the folder "b" alone, which is an include folder too.
         inB,
     };
 

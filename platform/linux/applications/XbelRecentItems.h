@@ -30,7 +30,7 @@ private:
     Outcome tryToAdd(const std::string &path) const REQUIRES(mutex_);
 
     const std::string file_;
-    /// Held from reading the file to writing it.
+    /// It is held from reading the file to writing it.
     mutable Mutex mutex_;
 };
 

@@ -81,7 +81,7 @@ void pause()
 struct JsonDefaultsStore::Look
 {
     SettingsFile::Reading reading;
-    /// Absent when there is a fault.
+    /// They are absent when there is a fault.
     std::optional<QJsonObject> contents;
     DefaultsFault fault;
     /// True when the file has another length but did not change since. A file system that cuts a

@@ -68,7 +68,8 @@ private:
     void complainOnce() const REQUIRES(mutex_);
 
     const SettingsFile file_;
-    /// Held for the length of a write. Readers take another mutex, so that they wait for no disk.
+    /// It is held for the length of a write. Readers take another mutex, so that they wait for no
+    /// disk.
     Mutex writing_;
     mutable Mutex mutex_;
     /// The contents that were last read, or written, without a fault.

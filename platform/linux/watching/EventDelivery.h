@@ -49,7 +49,7 @@ private:
     std::atomic<std::uint64_t> latestID_ = 0;
     std::atomic<bool> stopped_ = false;
 
-    /// Held while a batch is numbered and posted, so that IDs rise in the queue.
+    /// It is held while a batch is numbered and posted, so that IDs rise in the queue.
     mutable Mutex mutex_;
     TaskQueue *queue_ GUARDED_BY(mutex_) = nullptr;
     std::vector<std::string> excluded_ GUARDED_BY(mutex_);

@@ -110,7 +110,7 @@ private:
     const WatchFilter &items_;
     ChangeLog &changes_;
     OpenQuestions &questions_;
-    /// Null when mounts do not matter.
+    /// It is null when mounts do not matter.
     const MountTable *const mounts_;
     const Hooks hooks_;
     /// These folders are still to be listed.

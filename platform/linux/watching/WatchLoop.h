@@ -67,7 +67,7 @@ public:
     {
         /// What was marked, and the questions that are due to be asked again.
         marked,
-        /// Also every folder without a watch, and every question that was not answered.
+        /// This includes every folder without a watch, and every question that was not answered.
         everything,
     };
     /// Compares with the disk. Marks again what was checked while a folder above it was being
