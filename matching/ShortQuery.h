@@ -9,6 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace quillon {
 
 /// Eight numbers of 16 bits that are worked on at once, one for each of eight query bytes.
@@ -30,18 +34,31 @@ inline Vector greater(Vector a, Vector b)
 /// Gives every lane the value of the lane below it, and the first lane the last one of below.
 inline Vector shiftUp(Vector lanes, Vector below)
 {
+#ifdef __SSE2__
+    // From the shuffle below GCC 12 would make eight moves of single lanes, which takes a long
+    // query a seventh more time.
+    return reinterpret_cast<Vector>(_mm_slli_si128(reinterpret_cast<__m128i>(lanes), 2)) |
+           reinterpret_cast<Vector>(_mm_srli_si128(reinterpret_cast<__m128i>(below), 14));
+#else
     return __builtin_shufflevector(below, lanes, 7, 8, 9, 10, 11, 12, 13, 14);
+#endif
 }
 
 /// Gives every lane the value of the lane above it, and the last lane the first one of above.
 inline Vector shiftDown(Vector lanes, Vector above)
 {
+#ifdef __SSE2__
+    return reinterpret_cast<Vector>(_mm_srli_si128(reinterpret_cast<__m128i>(lanes), 2)) |
+           reinterpret_cast<Vector>(_mm_slli_si128(reinterpret_cast<__m128i>(above), 14));
+#else
     return __builtin_shufflevector(lanes, above, 1, 2, 3, 4, 5, 6, 7, 8);
+#endif
 }
 
+/// Takes the lane of a where the mask has all ones, and that of b where it has none.
 inline Vector select(Vector mask, Vector a, Vector b)
 {
-    return mask != 0 ? a : b;
+    return (mask & a) | (~mask & b);
 }
 
 inline int highest(Vector lanes)
