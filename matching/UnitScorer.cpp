@@ -201,27 +201,23 @@ int UnitScorer::score(const State &state, std::size_t position, const Vector *ga
 /// Bounds what the word before the row earns, and moves on to its first row. It is inlined, since a
 /// word may be a single letter.
 [[gnu::always_inline]] inline int UnitScorer::boundOfWord(const State &state, std::size_t position,
-                                                          const PathTree::Node &node,
-                                                          ByteClassSet below,
-                                                          const BytePairSet &pairs, int enough,
+                                                          const Facts &facts, int enough,
                                                           std::size_t &end) const
 {
-    const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
-    const int startOfWord = hasSeparator ? WORD : CAPITAL;
     // Each byte of the name that stays unmatched costs at least one unit.
-    int gaps = node.nameLength;
+    int gaps = facts.nameLength;
     int most = ShortQuery::at(state.best, end - 1) - gaps;
-    ShortQuery::Earnings behind(mostLevels(below), SLASH, startOfWord);
+    ShortQuery::Earnings behind(facts.levels, SLASH, facts.startOfWord);
     bool isHeld = true;
     for (bool isFirst = false; !isFirst;) {
         const Row &row = query_.row(--end);
         isFirst = row.isFirst;
-        isHeld = isHeld && (row.needed & ~below) == 0;
+        isHeld = isHeld && (row.needed & ~facts.below) == 0;
         if (!isHeld)
             continue;
-        const bool mayFollow = row.mayFollow(pairs);
-        const bool mayStartName = row.mayStartName(pairs);
-        const int inside = row.mayStartWord(pairs) ? startOfWord : 0;
+        const bool mayFollow = row.mayFollow(facts.pairs);
+        const bool mayStartName = row.mayStartName(facts.pairs);
+        const int inside = row.mayStartWord(facts.pairs) ? facts.startOfWord : 0;
         int start =
             (mayStartName ? SLASH : inside) +
             (isFirst ? static_cast<int>(position) * LEADING : ShortQuery::at(state.best, end - 1));
@@ -241,9 +237,15 @@ int UnitScorer::score(const State &state, std::size_t position, const Vector *ga
 Bounds UnitScorer::bounds(const State &state, std::size_t position, const PathTree::Node &node,
                           ByteClassSet below, const BytePairSet &pairs, int enough) const
 {
+    const bool hasSeparator = (below & classesOf(ShortQuery::WORD_SEPARATORS)) != 0;
+    const Facts facts{.pairs = pairs,
+                      .below = below,
+                      .levels = mostLevels(below),
+                      .startOfWord = hasSeparator ? WORD : CAPITAL,
+                      .nameLength = node.nameLength};
     int sum = 0;
     for (std::size_t end = query_.rows(); end > 0;)
-        sum += boundOfWord(state, position, node, below, pairs, enough, end);
+        sum += boundOfWord(state, position, facts, enough, end);
     return {.text = sum, .below = sum};
 }
 

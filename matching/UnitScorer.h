@@ -81,13 +81,21 @@ private:
                       std::string_view name) const;
     template <std::size_t COUNT>
     int computeGainVectors(std::string_view name, lanes::Vector *gains) const;
-    int boundOfWord(const State &state, std::size_t position, const PathTree::Node &node,
-                    ByteClassSet below, const BytePairSet &pairs, int enough,
+    /// Holds what the bounds take from a node.
+    struct Facts
+    {
+        const BytePairSet &pairs;
+        ByteClassSet below = 0;
+        unsigned levels = 0;
+        int startOfWord = 0;
+        int nameLength = 0;
+    };
+    int boundOfWord(const State &state, std::size_t position, const Facts &facts, int enough,
                     std::size_t &end) const;
 
     const ShortQuery query_;
     ShortQuery::Vectors gaps_{};
-    /// What any beginning gives each row at most.
+    /// No beginning of a text gives a row more.
     ShortQuery::Vectors most_{};
 };
 
