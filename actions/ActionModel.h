@@ -69,7 +69,7 @@ struct TextRun
     friend bool operator==(const TextRun &, const TextRun &) = default;
 };
 
-/// What happens to the selected row when Return is pressed together with some modifier keys.
+/// Says what happens to the selected row when Return is pressed together with some modifier keys.
 struct ActionModel
 {
     ActionShortcutFlags flags;

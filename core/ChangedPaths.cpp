@@ -12,7 +12,7 @@ namespace quillon {
 
 namespace {
 
-/// At most this many changed names share a crawl and a task of the main queue, which then takes
+/// So many changed names at most share a crawl and a task of the main queue, so that the task takes
 /// about a millisecond.
 constexpr std::size_t MOST_TOGETHER = 500;
 

@@ -37,7 +37,7 @@ public:
         /// found is put in.
         bool removesFirst = true;
     };
-    /// One of the changed paths.
+    /// Is one of the changed paths.
     struct Changed
     {
         std::string path;

@@ -13,7 +13,7 @@
 
 namespace quillon {
 
-/// What an index was built from. Two equal values lead to the same index of the same disk.
+/// Says what an index was built from. Two equal values lead to the same index of the same disk.
 struct IndexBasis
 {
     /// The settings that say what is indexed, as SearchLocations::settings() gives them.

@@ -169,7 +169,7 @@ protected:
 
 private:
     struct Watched;
-    /// What the crawls of one build have in common.
+    /// Holds what the crawls of one build have in common.
     struct Building
     {
         const SearchLocations &locations;

@@ -13,7 +13,7 @@ namespace quillon {
 
 class SearchBaseFinder;
 
-/// Everything that the settings say about what is indexed, as it was at one time. A build takes it
+/// Holds all that the settings said about what is indexed at one time. A build takes the value
 /// once, and the skip rules, the crawl, the index, the updates and the watch use it until the next
 /// build.
 struct SearchLocations

@@ -33,7 +33,7 @@ public:
     SkipRules(const std::vector<std::string> &patterns, std::vector<std::string> includeFolders,
               std::vector<std::string> withHidden = {});
 
-    /// What the path of a folder says about the folder.
+    /// Holds what the path of a folder says about the folder.
     struct State
     {
         std::uint32_t node = 0;

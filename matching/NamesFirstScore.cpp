@@ -22,7 +22,7 @@ int start(char byte, char previous)
 {
     if (byte == '/')
         return START_AT_SLASH;
-    // The same bytes begin a name or a word as in the required order.
+    // The same bytes begin a name or a word as in the order by the whole path.
     constexpr std::array<int, scoring::PLACES> STARTS{START_INSIDE, START_OF_NAME, START_OF_WORD,
                                                       START_OF_WORD};
     return STARTS[static_cast<std::size_t>(scoring::placeOf(byte, previous))];

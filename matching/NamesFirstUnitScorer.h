@@ -71,7 +71,7 @@ private:
     void enterVectors(const State &from, State &to, std::string_view name) const;
     template <std::size_t COUNT>
     int computeGainVectors(std::string_view name, lanes::Vector *gains) const;
-    /// What the bounds take from a node.
+    /// Holds what the bounds take from a node.
     struct Facts
     {
         const BytePairSet &pairs;
@@ -84,9 +84,9 @@ private:
     Bounds boundsOfWord(const State &state, const Facts &facts, int enough, std::size_t &end) const;
 
     const ShortQuery query_;
-    /// What a slash costs each row that does not match it.
+    /// A slash costs each row so much that does not match it.
     ShortQuery::Vectors slashGaps_{};
-    /// What any beginning gives each row at most.
+    /// No beginning of a text gives a row more.
     ShortQuery::Vectors most_{};
 };
 

@@ -213,7 +213,7 @@ private:
         std::vector<Step> steps;
     };
 
-    /// What a node has that has children. Most have none.
+    /// Is a part of each node that has children. Most nodes have none.
     struct Family
     {
         NodeId firstChild = NONE;

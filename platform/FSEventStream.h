@@ -15,7 +15,7 @@ namespace quillon {
 
 class TaskQueue;
 
-/// What the service asks about the items below the folders that it watches. Safe from every thread.
+/// Answers what the service asks about the items below the watched folders. Safe from every thread.
 /// The answers stay the same as long as the watch lasts, except for isIndexed().
 class WatchFilter
 {

@@ -375,7 +375,7 @@ LightningSearchViewController::otherEntries(const SearchBaseResultRef &result)
 void LightningSearchViewController::keepOnTop(const SearchBaseResult &result)
 {
     source_.keepOnTop(result, !searchResults_.isKept(result));
-    // What was searched for stands where it stood.
+    // The query in the field is left as it is.
     if (isSearchWanted()) {
         searchResults_.setKept(source_.keptOnTop());
         updateState();

@@ -71,7 +71,7 @@ private:
     int selectedRow() const;
     SearchBaseResultRef selectedResult() const;
     void showRowMenu(QPoint globalPosition);
-    /// What can be done with a row besides the actions.
+    /// Returns what can be done with a row besides the actions.
     std::vector<PanelMenus::Entry> otherEntries(const SearchBaseResultRef &result);
     /// Keeps the row on top, or no longer.
     void keepOnTop(const SearchBaseResult &result);

@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-/// What the search panel asks of the index.
+/// Answers what the search panel asks of the index.
 class PanelSource
 {
 public:

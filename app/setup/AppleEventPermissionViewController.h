@@ -10,7 +10,7 @@ class AppleEventAccess;
 class AppleScriptRunner;
 class TaskQueue;
 
-/// What the permission window asks of its owner, and the flow around it of the application.
+/// Carries out what the permission window and the flow around it ask for.
 class AppleEventPermissionDelegate
 {
 public:

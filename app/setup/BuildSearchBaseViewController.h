@@ -16,7 +16,7 @@ class ProgressIndicator;
 class SearchBase;
 class TaskQueue;
 
-/// What the rebuild window asks of the application around it.
+/// Carries out what the rebuild window asks of the application around it.
 class BuildSearchBaseDelegate
 {
 public:

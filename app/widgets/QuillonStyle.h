@@ -9,7 +9,7 @@ namespace quillon {
 /// How much a push button stands out.
 enum class ButtonRank
 {
-    /// One of the controls of a form, as high as the others and drawn from edge to edge.
+    /// It is one of the controls of a form, as high as the others and drawn from edge to edge.
     control,
     secondary,
     /// The primary button of a window is filled with the accent.

@@ -259,7 +259,7 @@ Lines without(const Lines &all, const Lines &some)
 class WatchedTree
 {
 public:
-    /// Which hidden folders are searched.
+    /// Says which hidden folders are searched.
     enum class Hidden
     {
         none,

@@ -78,7 +78,7 @@ class EnduranceTest(Desktop):
         self.press("Escape")
         self.wait_for_no_panel()
 
-    # What a user and the other programs do.
+    # The following is what a user and the other programs do.
 
     def show(self):
         self.press("ctrl+alt+space")
@@ -160,7 +160,7 @@ class EnduranceTest(Desktop):
                                         GLib.Variant("u", 1 if self.is_dark else 2)))
         self.bus.emit_signal(None, *PORTAL[1:], "SettingChanged", scheme)
 
-    # What is measured.
+    # The following is measured.
 
     def status(self):
         told = subprocess.run([self.ctl, "status", "--json"], env=self.environment(), check=False,

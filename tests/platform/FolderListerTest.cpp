@@ -112,7 +112,7 @@ TEST_F(PosixFolderListerTest, givesTheStampOfAFolderWithoutOpeningIt)
     const auto top = open("/");
     EXPECT_FALSE(top->childStamp("dev").isKnown()) << "another file system";
 
-    // What the change time says holds for the rights as well.
+    // A change of the rights changes the time as well.
     fs::permissions(disk_.path("folder"), fs::perms::none);
     EXPECT_NE(root->childStamp("folder"), stamp);
 }

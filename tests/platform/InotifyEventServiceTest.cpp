@@ -105,7 +105,7 @@ protected:
         GetParam().act(disk_);
         EXPECT_EQ(rig.told(), GetParam().told);
         EXPECT_EQ(rig.index->paths(), rig.index->onDisk());
-        // What came is watched too.
+        // The new folders are watched too.
         for (const std::string &path : rig.index->onDisk())
             if (fs::is_directory(fs::symlink_status(path)) && !path.ends_with(".app"))
                 fs::create_directory(path + "/later");

@@ -17,7 +17,7 @@ namespace quillon {
 class FakeFSEventService final : public FSEventStreamService
 {
 public:
-    /// What a stream was made with and what was asked of it since, even after it is gone.
+    /// Remembers what a stream was made with and what was asked of it, even after it is gone.
     struct Stream
     {
         Request request;

@@ -105,7 +105,7 @@ private:
     std::optional<SearchLocations> stored_;
     /// What was to be removed, until the list shows whether it was.
     std::shared_ptr<const SearchBaseLocation> removed_;
-    /// What was added last, until the list shows it.
+    /// Holds the folder that was added last until the list shows it.
     std::shared_ptr<const SearchBaseLocation> added_;
     /// Counts the times that the list was asked for: only the last answer is shown.
     unsigned asked_ = 0;

@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-/// What was found at a path.
+/// Says what was found at a path.
 struct FolderProbe
 {
     FolderLister::Kind kind = FolderLister::Kind::nothing;

@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-/// What the kernel and the C library do for this process as a whole. Safe from every thread.
+/// Offers what the kernel and the C library do for this process as a whole. Safe from every thread.
 struct OwnProcess
 {
     /// The time since the process was started, to a hundredth of a second. The time that a computer

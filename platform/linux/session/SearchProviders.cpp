@@ -96,7 +96,7 @@ static const QDBusArgument &operator>>(const QDBusArgument &argument, RunnerMatc
     return argument;
 }
 
-/// What can be done with a row besides opening it, as KRunner takes it.
+/// Describes an action on a row besides opening it, in KRunner's form.
 struct RunnerAction
 {
     QString id;

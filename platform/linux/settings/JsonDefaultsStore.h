@@ -43,7 +43,7 @@ public:
 private:
     /// The result of one reading of the file.
     struct Look;
-    /// What earlier looks say about the next one.
+    /// Holds what earlier looks at the file say about the next one.
     struct Former
     {
         bool wasThere = false;

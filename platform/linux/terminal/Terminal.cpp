@@ -140,7 +140,7 @@ void Terminal::show(const TerminalFrame &frame)
         bytes += frame.lines[i];
         bytes += ERASE_LINE;
     }
-    // What a larger frame has left there goes as well.
+    // This also erases what a larger frame has left below.
     bytes += "\x1b[J\r";
     bytes += moved(static_cast<int>(frame.lines.size()) - 1, 'A');
     bytes += moved(frame.cursorColumn, 'C');

@@ -34,7 +34,7 @@ struct CrawledFolder
     std::uint64_t items = 0;
 };
 
-/// Everything that a crawl has noted. It no longer changes, so every thread may read it.
+/// Holds everything that a crawl has noted. It no longer changes, so every thread may read it.
 class CrawledTree
 {
 public:

@@ -22,7 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto RETRY_BUDGET = 1h;
-/// At most this many flushes follow a requested one when folders never stop changing.
+/// No more flushes than these follow a requested one when folders never stop changing.
 constexpr int MOST_FLUSHES = 10;
 
 Descriptor openMountInfo(FolderWatcher::Kind kind)

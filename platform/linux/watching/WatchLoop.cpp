@@ -93,7 +93,7 @@ void WatchLoop::drain()
         else
             note(event);
     });
-    // What was lost came after the last reading that was complete.
+    // The lost events came after the last reading that was complete.
     if (!overflow_)
         readAt_ = begin;
 }

@@ -25,7 +25,7 @@ namespace quillon {
 /// system's.
 WallClock wallClockOf(const InotifyOptions &options);
 
-/// What a watching thread knows, and the steps by which it finds changes. Not locked.
+/// Holds what a watching thread knows, and takes the steps by which it finds changes. Not locked.
 class WatchLoop
 {
 public:
@@ -65,7 +65,7 @@ public:
     void begin(const std::vector<std::string> &roots, const Beginning &beginning);
     enum class Extent
     {
-        /// What was marked, and the questions that are due to be asked again.
+        /// This includes the marked folders, and the questions that are due to be asked again.
         marked,
         /// This includes every folder without a watch, and every question that was not answered.
         everything,

@@ -55,7 +55,7 @@ Wrapper<T> inQueue(T *object, wl_event_queue *queue)
     return Wrapper<T>(wrapper);
 }
 
-/// What the compositor offers. A name of zero stands for something that it lacks.
+/// Holds what the compositor offers. A name of zero means that the compositor lacks it.
 struct Globals
 {
     bool hasLayerShell = false;

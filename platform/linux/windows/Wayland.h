@@ -4,8 +4,8 @@
 
 class QWindow;
 
-/// What programs get from Wayland compositors by protocols that the toolkit does not speak. Nothing
-/// is offered on X11, nor in a build without the libraries for it. Main thread only.
+/// Speaks the protocols of Wayland compositors that the toolkit does not speak. Nothing is offered
+/// on X11, nor in a build without the libraries for it. Main thread only.
 namespace quillon::wayland {
 
 /// Returns whether the compositor of this session shows panels, which are surfaces above all
