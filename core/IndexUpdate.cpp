@@ -38,9 +38,9 @@
 //    that have to change, and the nodes that were not found, about which the disk is asked. The
 //    walk lets writers in and ends when the index is reset.
 // 3. The change itself is made on the main thread, while nobody searches (apply), and in one go
-//    unless very many paths are gone. Only flags of known nodes change there: those of nodes that
-//    differ, and those of nodes that the removals of the plain rule reach, which are set again at
-//    once.
+//    unless very many paths are new or gone. Only flags of known nodes change there: those of nodes
+//    that differ, and those of nodes that the removals of the plain rule reach, which are set again
+//    at once.
 //
 // Nodes that have lost their last flag, or never got one, stay where they are until the update has
 // ended, since the caller holds the tree (HeldNodes). An abandoned update therefore needs no
@@ -50,7 +50,7 @@ namespace quillon {
 
 namespace {
 
-/// So many paths are forgotten while searches and the main thread wait, in some 4 ms.
+/// So many paths are added or forgotten while searches and the main thread wait, in some 4 ms.
 constexpr std::size_t MOST_AT_ONCE = 100'000;
 
 std::string description(const std::vector<std::string> &set)
@@ -173,21 +173,12 @@ bool IndexUpdate::apply()
     const WritingIndex writing(paths_.lock());
     if (terms_.isReset.stop_requested())
         return false;
-    if (!std::exchange(isBegun_, true)) {
-        if (terms_.wantsDifferences)
-            for (const NodeId node : reached())
-                reached_.emplace_back(node, paths_.tree().isStored(node));
-        change();
-        gone_ = comparison_.outcome().gone;
-    }
-    forgetSome();
-    if (!isApplied())
-        return true;
-    for (const NodeId node : comparison_.outcome().away)
-        paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
-    for (const auto &[node, wasStored] : reached_)
-        if (paths_.tree().isStored(node) != wasStored)
-            (wasStored ? removed_ : added_).push_back(node);
+    if (step_ == Step::begin)
+        begin();
+    if (step_ == Step::add)
+        addSome();
+    if (step_ == Step::forget)
+        forgetSome();
     return true;
 }
 
@@ -211,11 +202,12 @@ std::vector<PathTree::NodeId> IndexUpdate::reached()
     return nodes;
 }
 
-/// Applies the differences, but for what is gone or away.
-void IndexUpdate::change()
+/// Makes the removals of the plain rule, and puts the changed paths in.
+void IndexUpdate::begin()
 {
-    PathTree &tree = paths_.mutableTree();
-    const IndexComparison::Outcome &outcome = comparison_.outcome();
+    if (terms_.wantsDifferences)
+        for (const NodeId node : reached())
+            reached_.emplace_back(node, paths_.tree().isStored(node));
     for (Changed &changed : changed_) {
         if (!removesFirst() || changed.kind == Kind::unknown || changed.node == PathTree::NONE)
             continue;
@@ -224,11 +216,37 @@ void IndexUpdate::change()
             remove(child);
         remove(changed.node);
     }
-    if (kind_ != Kind::nothing)
-        insert();
-    for (const auto &[node, flags] : outcome.unanswered)
+    if (kind_ != Kind::nothing) {
+        paths_.insert(operations_);
+        if (isAlone())
+            paths_.mutableTree().addFlags(changed_.front().node, PathTree::CANDIDATE);
+        rest_ = comparison_.outcome().missing;
+    }
+    step_ = Step::add;
+}
+
+void IndexUpdate::addSome()
+{
+    const auto start = terms_.now();
+    for (const NodeId node : takeSome()) {
+        paths_.add(node);
+        paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
+    }
+    insertionTime_ += terms_.now() - start;
+    if (!rest_.empty())
+        return;
+    addWhatStays();
+    rest_ = comparison_.outcome().gone;
+    step_ = Step::forget;
+}
+
+/// Puts back what the removals have taken and what the crawl could not find.
+void IndexUpdate::addWhatStays()
+{
+    PathTree &tree = paths_.mutableTree();
+    for (const auto &[node, flags] : comparison_.outcome().unanswered)
         tree.addFlags(node, flags);
-    for (const std::string &root : outcome.innerRoots) {
+    for (const std::string &root : comparison_.outcome().innerRoots) {
         tree.insert(normalizePath(root), PathTree::CANDIDATE);
         paths_.add(root);
         paths_.listStoredChildren(root);
@@ -237,35 +255,38 @@ void IndexUpdate::change()
 
 void IndexUpdate::forgetSome()
 {
-    const std::span<const NodeId> some = gone_.first(std::min(gone_.size(), MOST_AT_ONCE));
-    gone_ = gone_.subspan(some.size());
     PathTree &tree = paths_.mutableTree();
-    for (const NodeId node : some) {
+    for (const NodeId node : takeSome()) {
         if (tree.isStored(node))
             forgotten_.push_back(node);
         paths_.forget(node);
         tree.removeFlags(node, PathTree::CANDIDATE);
     }
+    if (rest_.empty())
+        end();
+}
+
+void IndexUpdate::end()
+{
+    for (const NodeId node : comparison_.outcome().away)
+        paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
+    for (const auto &[node, wasStored] : reached_)
+        if (paths_.tree().isStored(node) != wasStored)
+            (wasStored ? removed_ : added_).push_back(node);
+    step_ = Step::ended;
+}
+
+std::span<const PathTree::NodeId> IndexUpdate::takeSome()
+{
+    const auto some = rest_.first(std::min(rest_.size(), MOST_AT_ONCE));
+    rest_ = rest_.subspan(some.size());
+    return some;
 }
 
 void IndexUpdate::remove(NodeId node)
 {
     paths_.remove(node);
     paths_.mutableTree().removeFlags(node, PathTree::CANDIDATE);
-}
-
-void IndexUpdate::insert()
-{
-    const std::vector<NodeId> &missing = comparison_.outcome().missing;
-    const auto start = terms_.now();
-    paths_.insert(operations_);
-    for (const NodeId node : missing)
-        paths_.add(node);
-    insertionTime_ = terms_.now() - start;
-    if (isAlone())
-        paths_.mutableTree().addFlags(changed_.front().node, PathTree::CANDIDATE);
-    for (const NodeId node : missing)
-        paths_.mutableTree().addFlags(node, PathTree::CANDIDATE);
 }
 
 // The log

@@ -77,9 +77,9 @@ public:
     bool compare() EXCLUDES(paths_.lock());
     /// Applies the differences with the index locked. Returns false when the index was reset. It is
     /// called again until isApplied(), since neither a search nor the calling thread is to wait
-    /// until hundreds of thousands of paths have been forgotten.
+    /// until hundreds of thousands of paths have been added or forgotten.
     bool apply() EXCLUDES(paths_.lock());
-    bool isApplied() const { return isBegun_ && gone_.empty(); }
+    bool isApplied() const { return step_ == Step::ended; }
 
     /// Hands over the lines for the log in order, some at a time, without holding a lock. No more
     /// lines come once the index is reset.
@@ -112,11 +112,14 @@ private:
     Kind kindOfPath() const;
 
     bool findNodes() EXCLUDES(paths_.lock());
+    void begin() REQUIRES(paths_.lock());
+    void addSome() REQUIRES(paths_.lock());
+    void addWhatStays() REQUIRES(paths_.lock());
     void forgetSome() REQUIRES(paths_.lock());
-    void change() REQUIRES(paths_.lock());
+    void end() REQUIRES(paths_.lock());
+    std::span<const NodeId> takeSome();
     std::vector<NodeId> reached() REQUIRES(paths_.lock());
     void remove(NodeId node) REQUIRES(paths_.lock());
-    void insert() REQUIRES(paths_.lock());
 
     SearchBasePaths &paths_;
     const Terms terms_;
@@ -131,11 +134,19 @@ private:
     IndexComparison comparison_;
     std::vector<SearchBasePathsInsertionOperation> operations_;
 
+    /// The steps of apply() in their order.
+    enum class Step
+    {
+        begin,
+        add,
+        forget,
+        ended,
+    };
+    Step step_ = Step::begin;
+    /// The nodes that the present step has still to add or to forget.
+    std::span<const NodeId> rest_;
+
     // These record what was done.
-    /// True once the differences are applied, but for the paths that are gone.
-    bool isBegun_ = false;
-    /// The nodes of these paths are still to be forgotten.
-    std::span<const NodeId> gone_;
     std::vector<NodeId> forgotten_;
     /// Every node that is stored or forgotten, and whether it was stored before. Without the wish
     /// for differences it stays empty.

@@ -29,6 +29,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::SizeIs;
 using testing::StartsWith;
 using testing::UnorderedElementsAreArray;
 using RealBase = SearchBaseOver<PosixFolderLister>;
@@ -365,28 +366,32 @@ struct CountingQueue final : TaskQueue
     int tasks = 0;
 };
 
-TEST(SearchBaseUpdate, forgetsVeryManyPathsSomeAtATime)
+TEST(SearchBaseUpdate, addsAndForgetsVeryManyPathsSomeAtATime)
 {
-    constexpr int many = 110'000;
+    constexpr int number = 110'000;
+    constexpr std::size_t many = number;
     FakeBase base;
-    addTo(base.lister, 0, many);
+    addTo(base.lister, 0, number);
+    FakeFolderLister emptied;
+    emptied.add("/w");
+    const auto update = [&base](FakeFolderLister &lister) {
+        CountingQueue queue;
+        IndexDifferences found;
+        SearchBase changed(
+            nullptr, base.finder, base.matcher,
+            {.folderLister = lister,
+             .logger = base.logger,
+             .mainQueue = queue,
+             .onDifferences = [&](const IndexDifferences &differences) { found = differences; }});
+        changed.update("/w");
+        EXPECT_EQ(queue.tasks, 2);
+        return std::pair(found.added.size(), found.removed.size());
+    };
     base.searchBase.update("/w");
-    FakeFolderLister later;
-    later.add("/w");
-    CountingQueue queue;
-    std::size_t removed = 0;
-    SearchBase changed(nullptr, base.finder, base.matcher,
-                       {.folderLister = later,
-                        .logger = base.logger,
-                        .mainQueue = queue,
-                        .onDifferences = [&](const IndexDifferences &differences) {
-                            removed += differences.removed.size();
-                            EXPECT_THAT(differences.added, IsEmpty());
-                        }});
-    changed.update("/w");
-    EXPECT_EQ(queue.tasks, 2);
-    EXPECT_EQ(removed, std::size_t{many});
+    EXPECT_EQ(update(emptied), std::pair(std::size_t{0}, many));
     EXPECT_THAT(base.indexed(), ElementsAre("/w"));
+    EXPECT_EQ(update(base.lister), std::pair(many, std::size_t{0}));
+    EXPECT_THAT(base.indexed(), SizeIs(many + 1));
 }
 
 TEST(SearchBaseUpdate, takesTheChangedNamesOfAFolderTogether)
