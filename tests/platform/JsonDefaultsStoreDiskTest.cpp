@@ -324,6 +324,13 @@ const SaveRow SAVE_ROWS[] = {
          fs::rename(file, file + "-old");
          writeInPlace(file, text);
      }},
+    {"openedEarly",
+     [](const std::string &file, const std::string &text) {
+         const Descriptor opened(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+         std::this_thread::sleep_for(std::chrono::milliseconds(20));
+         ASSERT_EQ(::ftruncate(opened.get(), 0), 0);
+         ASSERT_EQ(::write(opened.get(), text.data(), text.size()), std::ssize(text));
+     }},
 };
 
 TEST_F(JsonDefaultsStoreDisk, takesAFileThatIsBeingCutShortForNoMistake)
@@ -409,6 +416,15 @@ TEST_P(JsonDefaultsStoreEditors, loseNoSaveBesideAProgramThatStores)
 
 INSTANTIATE_TEST_SUITE_P(Rows, JsonDefaultsStoreEditors, testing::ValuesIn(SAVE_ROWS),
                          [](const auto &row) { return row.param.name; });
+
+TEST_F(JsonDefaultsStoreDisk, storesInAFileThatSomebodyKeepsOpen)
+{
+    writeByHand(document("one"));
+    const Descriptor opened(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+    JsonDefaultsStore store(path);
+    EXPECT_TRUE(store.set("key", {true}));
+    EXPECT_TRUE(JsonDefaultsStore(path).contains("key"));
+}
 
 TEST_F(JsonDefaultsStoreDisk, reportsAFolderThatCannotBeMade)
 {

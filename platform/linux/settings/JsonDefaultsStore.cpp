@@ -195,16 +195,21 @@ bool JsonDefaultsStore::changeOnDisk(const Edit &edit)
     if (!fileLock.isHeld())
         return false;
     auto outcome = SettingsFile::Replacing::overtaken;
-    for (int i = 0; outcome == SettingsFile::Replacing::overtaken && i < MOST_ROUNDS; ++i)
-        outcome = changeOnce(edit);
+    for (int i = 1; outcome == SettingsFile::Replacing::overtaken && i <= MOST_ROUNDS; ++i) {
+        if (i > 1)
+            pause();
+        // Somebody who has had the file open for all that time may keep it open.
+        outcome = changeOnce(edit, i < MOST_ROUNDS);
+    }
     if (outcome == SettingsFile::Replacing::overtaken)
         std::fprintf(stderr, "quillon: %s: cannot write the settings: somebody else writes them\n",
                      file_.path().c_str());
     return outcome == SettingsFile::Replacing::done;
 }
 
-/// Reads the file, edits the settings and replaces the file. The caller holds the lock of the file.
-SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
+/// Reads the file, edits the settings and replaces the file as SettingsFile::replace() does. The
+/// caller holds the lock of the file.
+SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit, bool heedsOpenFile)
 {
     Former known;
     {
@@ -230,7 +235,7 @@ SettingsFile::Replacing JsonDefaultsStore::changeOnce(const Edit &edit)
     if (!edit(contents) && !isKept)
         return SettingsFile::Replacing::done;
     const QByteArray bytes = QJsonDocument(contents).toJson();
-    const auto outcome = file_.replace(bytes, reading, isKept);
+    const auto outcome = file_.replace(bytes, reading, isKept, heedsOpenFile);
     if (outcome != SettingsFile::Replacing::done)
         return outcome;
 

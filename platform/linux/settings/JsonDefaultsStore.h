@@ -57,7 +57,8 @@ private:
     using Edit = std::function<bool(QJsonObject &contents)>;
     bool change(const Edit &edit) EXCLUDES(writing_, mutex_);
     bool changeOnDisk(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
-    SettingsFile::Replacing changeOnce(const Edit &edit) REQUIRES(writing_) EXCLUDES(mutex_);
+    SettingsFile::Replacing changeOnce(const Edit &edit, bool heedsOpenFile) REQUIRES(writing_)
+        EXCLUDES(mutex_);
     Former former() const REQUIRES(mutex_);
     bool isOnDisk(const Edit &edit) const EXCLUDES(mutex_);
 

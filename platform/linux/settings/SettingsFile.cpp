@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,8 +21,10 @@
 // the two exchange their names in one step. The file that then has the name of the new one is
 // compared with what was read before. If it differs, somebody saved in between, and the names are
 // exchanged back as though nothing had been written. An editor that saves in place and has emptied
-// the old file is noticed in the same way. Where the file system cannot exchange names, the new
-// file takes the old one's place, and a save within those microseconds is overwritten.
+// the old file is noticed in the same way. One that has opened the old file and not emptied it yet
+// is noticed since the kernel gives no lease on a file that is open for writing. Where the file
+// system cannot exchange names, the new file takes the old one's place, and a save within those
+// microseconds is overwritten.
 
 namespace quillon {
 namespace {
@@ -69,6 +72,18 @@ bool flushToDisk(const fs::path &path, int flags)
         return errno == ENOENT;
     // Some file systems report that they cannot do it for a folder.
     return uninterrupted([&] { return ::fsync(descriptor.get()); }) == 0 || errno == EINVAL;
+}
+
+/// Returns true when somebody has the file open for writing, or when the file system gives no
+/// leases on files that nobody has open.
+bool isOpenForWriting(const fs::path &path)
+{
+    const Descriptor file(
+        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+    // Who opens the file for writing meanwhile waits until it is closed here, and the kernel sends
+    // a signal. SIGIO would end the program, SIGURG is ignored.
+    return file && ::fcntl(file.get(), F_SETSIG, SIGURG) == 0 &&
+           ::fcntl(file.get(), F_SETLEASE, F_RDLCK) != 0 && errno == EAGAIN;
 }
 
 /// Waits for the lock. On file systems without locks, files are written without one.
@@ -187,7 +202,7 @@ std::optional<std::string> SettingsFile::setAside() const
 }
 
 SettingsFile::Replacing SettingsFile::replace(const QByteArray &bytes, const Reading &found,
-                                              bool keepCopy) const
+                                              bool keepCopy, bool heedsOpenFile) const
 {
     const auto target = followLinks(path_);
     NewFile fresh(target ? writeBeside(*target, bytes) : std::nullopt);
@@ -196,7 +211,9 @@ SettingsFile::Replacing SettingsFile::replace(const QByteArray &bytes, const Rea
     NewFile copy(keepCopy ? writeCopyBeside(*target, found.bytes) : std::nullopt);
     if (keepCopy && !copy)
         return fail("cannot keep a copy of the file with the mistake");
-    const Replacing outcome = putInPlace(fresh, *target, found);
+    // Some file systems refuse a lease on every file.
+    const bool heeds = heedsOpenFile && !isOpenForWriting(fresh.name());
+    const Replacing outcome = putInPlace(fresh, *target, found, heeds);
     if (outcome == Replacing::done && copy) {
         complain(path_, "the file with the mistake is kept as", copy.name());
         copy.stay();
@@ -205,7 +222,7 @@ SettingsFile::Replacing SettingsFile::replace(const QByteArray &bytes, const Rea
 }
 
 SettingsFile::Replacing SettingsFile::putInPlace(NewFile &fresh, const fs::path &target,
-                                                 const Reading &found) const
+                                                 const Reading &found, bool heedsOpenFile) const
 {
     const auto exchanged =
         found.error == ENOENT ? Exchange::unsupported : exchange(fresh.name(), target);
@@ -226,7 +243,8 @@ SettingsFile::Replacing SettingsFile::putInPlace(NewFile &fresh, const fs::path 
 
     // The old file now has the name of the new one.
     const Reading old = SettingsFile(fresh.name()).read();
-    if (old.error == 0 && old.bytes == found.bytes)
+    if (old.error == 0 && old.bytes == found.bytes &&
+        !(heedsOpenFile && isOpenForWriting(fresh.name())))
         return Replacing::done;
     if (exchange(fresh.name(), target) == Exchange::done) {
         errno = old.error;

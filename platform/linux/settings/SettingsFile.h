@@ -91,7 +91,9 @@ public:
     /// Writes the bytes and puts them, in one step, in the place of the file as read() found it
     /// with an error of 0 or ENOENT. With keepCopy, keeps a copy of the bytes found under a name as
     /// setAside() chooses, and prints that name to standard error. The caller holds lock().
-    Replacing replace(const QByteArray &bytes, const Reading &found, bool keepCopy) const;
+    /// With heedsOpenFile, somebody who has the file open for writing counts as having written it.
+    Replacing replace(const QByteArray &bytes, const Reading &found, bool keepCopy,
+                      bool heedsOpenFile) const;
     /// Returns true when the file would survive a loss of power, and false when that cannot be
     /// ensured.
     bool synchronize() const;
@@ -100,8 +102,8 @@ public:
 
 private:
     class NewFile;
-    Replacing putInPlace(NewFile &fresh, const std::filesystem::path &target,
-                         const Reading &found) const;
+    Replacing putInPlace(NewFile &fresh, const std::filesystem::path &target, const Reading &found,
+                         bool heedsOpenFile) const;
     Replacing fail(const char *what) const;
 
     std::string path_;
