@@ -102,12 +102,8 @@ class CircumstancesTest(Desktop):
         self.assertEqual(self.end(child), [])
 
     def test_it_is_started_on_another_display_of_the_session(self):
-        screen = subprocess.Popen(["Xvfb", "-displayfd", "1", "-nolisten", "tcp"],
-                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        self.children.append(screen)
-        self.addCleanup(screen.stdout.close)
         child = self.background()
-        other = dict(self.environment(), DISPLAY=":" + screen.stdout.readline().strip())
+        other = dict(self.environment(), DISPLAY=self.screen()[1])
         done = subprocess.run([self.program], env=other, timeout=PATIENCE, check=False)
         self.assertEqual(done.returncode, 0)
         self.wait_for_panel()

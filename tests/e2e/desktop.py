@@ -136,6 +136,16 @@ class Desktop(unittest.TestCase):
         self.wait_for_panel()
         return child
 
+    def screen(self):
+        """Starts another screen and returns its process and its name."""
+        # Without -noreset the screen would refuse whom it meets while it resets itself, which it
+        # does whenever its last client leaves.
+        screen = subprocess.Popen(["Xvfb", "-displayfd", "1", "-nolisten", "tcp", "-noreset"],
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.children.append(screen)
+        self.addCleanup(screen.stdout.close)
+        return screen, ":" + screen.stdout.readline().strip()
+
     def request(self, *options):
         return subprocess.run([self.program, *options], env=self.environment(), timeout=PATIENCE,
                               check=False).returncode

@@ -34,19 +34,16 @@ class EndingTest(Desktop):
     def background(self, **streams):
         """Starts the program as a login does, and waits until it is reachable."""
         child = self.launch("--background", **streams)
-        self.wait_until_reachable()
+        self.wait_until_reachable(child)
         return child
 
     def background_on_a_screen_of_its_own(self):
-        screen = subprocess.Popen(["Xvfb", "-displayfd", "1", "-nolisten", "tcp"],
-                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        self.children.append(screen)
-        self.addCleanup(screen.stdout.close)
-        display = ":" + screen.stdout.readline().strip()
+        screen, display = self.screen()
         return screen, self.background(environment=dict(self.environment(), DISPLAY=display))
 
-    def wait_until_reachable(self):
+    def wait_until_reachable(self, child):
         def answers():
+            self.assertIsNone(child.poll(), "it ended at its start")
             return output("gdbus", "call", "--session", "--dest", "org.quillon.Quillon",
                           "--object-path", "/org/quillon/Quillon", "--method",
                           "org.freedesktop.DBus.Peer.Ping") != ""
