@@ -33,12 +33,6 @@ void TopHits::add(const Hit &hit)
     std::ranges::push_heap(hits_, better);
 }
 
-void TopHits::merge(const TopHits &other)
-{
-    for (const Hit &hit : other.hits_)
-        add(hit);
-}
-
 std::vector<Hit> TopHits::takeSorted()
 {
     std::ranges::sort_heap(hits_, [this](const Hit &a, const Hit &b) { return isBetter(a, b); });

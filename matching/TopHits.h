@@ -31,8 +31,6 @@ public:
     /// Returns true when add() would keep this hit.
     bool wants(const Hit &hit) const;
     void add(const Hit &hit);
-    /// Adds the hits of another collection.
-    void merge(const TopHits &other);
     /// Returns the hits, the best one first, and leaves the collection empty.
     std::vector<Hit> takeSorted();
 

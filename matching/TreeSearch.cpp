@@ -57,7 +57,6 @@ std::vector<TreeMatch> TreeSearch<Rule>::runInOneGo()
         worker.walk(*work);
         finishWork();
     }
-    collect(worker.hits());
     return finish();
 }
 
@@ -104,33 +103,21 @@ void TreeSearch<Rule>::scoreUsedTexts()
         hits_->add(Rule::hit(Rule::score(query_, text) + uses_->share(text), node,
                              index_.tree.node(node)));
     }
-    if (hits_->isFull())
-        raiseThreshold(hits_->worst());
+    raiseThreshold();
 }
 
 template <typename Rule>
 void TreeSearch<Rule>::runWorker()
 {
     TreeSearchWorker<Rule> worker(*this);
-    bool isWorthKeeping = true;
     while (const std::optional<Work> work = take()) {
         {
             const ReadingIndex reading(index_.lock);
-            isWorthKeeping =
-                isWorthKeeping && index_.tree.generation() == generation_ && worker.walk(*work);
+            if (index_.tree.generation() == generation_)
+                worker.walk(*work);
         }
         finishWork();
     }
-    const ReadingIndex reading(index_.lock);
-    if (isWorthKeeping && index_.tree.generation() == generation_)
-        collect(worker.hits());
-}
-
-template <typename Rule>
-void TreeSearch<Rule>::collect(const TopHits &hits)
-{
-    const MutexLock guard(mutex_);
-    hits_->merge(hits);
 }
 
 template <typename Rule>
@@ -171,12 +158,20 @@ void TreeSearch<Rule>::finishWork()
 }
 
 template <typename Rule>
-void TreeSearch<Rule>::raiseThreshold(const Hit &hit)
+void TreeSearch<Rule>::add(const Hit &hit)
 {
-    const int rank = Rule::UnitScorer::rankToReach(hit);
-    int current = threshold_.load(std::memory_order_relaxed);
-    while (current < rank && !threshold_.compare_exchange_weak(current, rank)) {
-    }
+    if (used_.contains(hit.node))
+        return;
+    const MutexLock guard(mutex_);
+    hits_->add(hit);
+    raiseThreshold();
+}
+
+template <typename Rule>
+void TreeSearch<Rule>::raiseThreshold()
+{
+    if (hits_->isFull())
+        threshold_.store(Rule::UnitScorer::rankToReach(hits_->worst()), std::memory_order_relaxed);
 }
 
 template <typename Rule>

@@ -74,9 +74,11 @@ private:
     /// any.
     std::optional<Work> take();
     void finishWork();
-    /// Says that no text is wanted any more that is ranked behind the hit.
-    void raiseThreshold(const Hit &hit);
-    void collect(const TopHits &hits);
+    /// Keeps the hit if it is one of the best, unless its text has recorded uses. The caller holds
+    /// the index's lock shared.
+    void add(const Hit &hit) EXCLUDES(mutex_);
+    /// Once there are enough hits, no text is wanted any more that is ranked behind the worst.
+    void raiseThreshold() REQUIRES(mutex_);
 
     const std::string_view query_;
     const PathIndex &index_;

@@ -49,24 +49,23 @@ TreeSearchWorker<Rule>::TreeSearchWorker(TreeSearch<Rule> &search)
     : search_(search),
       tree_(search.index_.tree),
       query_(search.query_),
-      hits_(search.index_.tree, search.top_),
       gains_(search.unitScorer_ ? search.unitScorer_->gainVectors() : 0)
 {}
 
 template <typename Rule>
-bool TreeSearchWorker<Rule>::walk(const Work &work)
+void TreeSearchWorker<Rule>::walk(const Work &work)
 {
     descendTo(work);
     const std::size_t top = depth_;
     while (true) {
         if (++visits_ % VISITS_PER_SLICE == 0 && !stepAside())
-            return false;
+            return;
         Level &level = levels_[depth_];
         const NodeId id =
             tree_.skipSiblingsWithout(search_.progress_.needed(level.held), level.next);
         if (id == PathTree::NONE) {
             if (depth_ == top)
-                return true;
+                return;
             --depth_;
             continue;
         }
@@ -207,12 +206,12 @@ void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node)
 {
     const Level &above = levels_[depth_];
     if (!search_.scorer_ || node.textLength > scoring::MAX_LENGTH) {
-        add({scoring::SCORE_MIN, id});
+        search_.add({scoring::SCORE_MIN, id});
         return;
     }
     if (Rule::IS_EQUAL_LENGTH_BEST && node.textLength <= query_.size() &&
         Rule::isBest(query_, node.textLength)) {
-        add({scoring::SCORE_MAX, id});
+        search_.add({scoring::SCORE_MAX, id});
         return;
     }
     if (isBelowThreshold(node))
@@ -221,7 +220,7 @@ void TreeSearchWorker<Rule>::addIfGood(NodeId id, const Node &node)
         computeState(depth_);
     stateOfText_ = above.state;
     search_.scorer_->extendByName(stateOfText_, above.position, Rule::name(tree_, node));
-    add(Rule::hit(search_.scorer_->score(stateOfText_), id, node));
+    search_.add(Rule::hit(search_.scorer_->score(stateOfText_), id, node));
 }
 
 template <typename Rule>
@@ -263,16 +262,6 @@ int TreeSearchWorker<Rule>::rankByGains(const Node &node)
         computeUnits(depth_);
     const lanes::Vector *gains = gains_.gains(node.name);
     return UnitScorer::rank(search_.unitScorer_->score(above.units, above.position, gains), node);
-}
-
-template <typename Rule>
-void TreeSearchWorker<Rule>::add(const Hit &hit)
-{
-    if (!hits_.wants(hit) || search_.used_.contains(hit.node))
-        return;
-    hits_.add(hit);
-    if (hits_.isFull())
-        search_.raiseThreshold(hits_.worst());
 }
 
 template <typename Rule>

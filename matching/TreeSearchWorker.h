@@ -19,10 +19,9 @@ public:
     explicit TreeSearchWorker(TreeSearch<Rule> &search);
 
     /// Walks the work and everything below it, except the parts that it gives to other workers.
-    /// Returns false when the tree was emptied or exchanged meanwhile; the hits are worth nothing
-    /// then. The caller holds the index's lock shared.
-    bool walk(const Work &work);
-    const TopHits &hits() const { return hits_; }
+    /// Ends early when the tree was emptied or exchanged meanwhile. The caller holds the index's
+    /// lock shared.
+    void walk(const Work &work);
 
 private:
     using Node = PathTree::Node;
@@ -68,7 +67,6 @@ private:
     bool hasSharedGains(const Node &node);
     void computeGains(const Node &node);
     int rankByGains(const Node &node);
-    void add(const Hit &hit);
     void computeUnits(std::size_t depth);
     void computeState(std::size_t depth);
     std::string_view parentName(const Level &level) const;
@@ -76,7 +74,6 @@ private:
     TreeSearch<Rule> &search_;
     const PathTree &tree_;
     const std::string_view query_;
-    TopHits hits_;
     std::vector<Level> levels_;
     std::size_t depth_ = 0;
     unsigned visits_ = 0;
