@@ -24,9 +24,7 @@ FolderSweep::Clock::time_point FolderSweep::due() const
 void FolderSweep::begin()
 {
     spent_ = {};
-    for (const auto &[id, known] : folders_.unwatched())
-        if (!known.isClosed)
-            left_.push_back(id);
+    left_ = folders_.swept();
     // The folders nearest to the root come first, and so at the end.
     std::ranges::sort(left_, std::ranges::greater(),
                       [this](Id id) { return folders_.tree().depth(id); });

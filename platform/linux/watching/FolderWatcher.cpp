@@ -182,7 +182,7 @@ void FolderWatcher::sweepIfDue()
     if (now >= loop_->sweepDue() && loop_->sweep())
         deliver();
     if (retryBudget_ == Clock::time_point::max() && kind_ == Kind::local &&
-        !loop_->folders().unwatched().empty())
+        loop_->folders().hasUnwatched())
         retryBudget_ = now + RETRY_BUDGET;
 }
 
@@ -255,7 +255,7 @@ void FolderWatcher::reportShortage()
     const WatchTree &tree = loop_->folders().tree();
     const bool isShort =
         loop_->wasRefused() || (queue_->isOpen() && tree.watches() >= loop_->folders().budget() &&
-                                !loop_->folders().unwatched().empty());
+                                loop_->folders().hasUnwatched());
     if (isShort && options_.report && !std::exchange(isShortageReported_, true))
         options_.report("watching " + std::to_string(tree.watches()) + " of " +
                         std::to_string(tree.folders()) +

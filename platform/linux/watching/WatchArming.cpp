@@ -93,10 +93,7 @@ WatchArming::Outcome WatchArming::armOne(const Listed &listed, std::int64_t craw
 WatchArming::Exchange WatchArming::planned() const
 {
     const auto depth = [&](Id id) { return tree_.depth(id); };
-    Exchange plan;
-    for (const auto &[id, known] : folders_.unwatched())
-        if (!known.isClosed)
-            plan.arm.push_back(id);
+    Exchange plan{.arm = folders_.swept(), .give = {}};
     std::ranges::sort(plan.arm, {}, depth);
     for (Id id = 1; id < tree_.idLimit(); ++id)
         if (tree_.isLive(id) && tree_.watch(id) != WatchTree::NO_WATCH)

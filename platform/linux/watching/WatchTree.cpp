@@ -26,27 +26,14 @@ constexpr std::size_t LONGEST_NAME = std::numeric_limits<std::uint16_t>::max();
 
 // WatchOwners
 
-WatchOwners::Id WatchOwners::first(int watch) const
-{
-    const auto number = static_cast<std::size_t>(watch);
-    const std::size_t page = number / PAGE_SIZE;
-    return page < pages_.size() && pages_[page] ? pages_[page]->owners[number % PAGE_SIZE] : 0;
-}
-
 bool WatchOwners::add(int watch, Id owner)
 {
-    if (first(watch) != 0) {
+    const auto number = static_cast<std::uint32_t>(watch);
+    if (first_.find(number) != nullptr) {
         further_.emplace(watch, owner);
         return false;
     }
-    const auto number = static_cast<std::size_t>(watch);
-    if (number / PAGE_SIZE >= pages_.size())
-        pages_.resize(number / PAGE_SIZE + 1);
-    std::unique_ptr<Page> &page = pages_[number / PAGE_SIZE];
-    if (!page)
-        page = std::make_unique<Page>();
-    page->owners[number % PAGE_SIZE] = owner;
-    ++page->used;
+    first_.set(number, owner);
     return true;
 }
 
@@ -58,26 +45,24 @@ bool WatchOwners::remove(int watch, Id owner)
         further_.erase(other);
         return false;
     }
-    require(first(watch) == owner, "a watch is taken from one who has it");
-    const auto number = static_cast<std::size_t>(watch);
-    std::unique_ptr<Page> &page = pages_[number / PAGE_SIZE];
-    Id &place = page->owners[number % PAGE_SIZE];
-    if (begin != end) {
-        place = begin->second;
-        further_.erase(begin);
-        return false;
+    const auto number = static_cast<std::uint32_t>(watch);
+    const Id *first = first_.find(number);
+    require(first != nullptr && *first == owner, "a watch is taken from one who has it");
+    if (begin == end) {
+        first_.erase(number);
+        return true;
     }
-    place = 0;
-    if (--page->used == 0)
-        page.reset();
-    return true;
+    first_.set(number, begin->second);
+    further_.erase(begin);
+    return false;
 }
 
 std::vector<WatchOwners::Id> WatchOwners::of(int watch) const
 {
     std::vector<Id> owners;
-    if (watch >= 0 && first(watch) != 0)
-        owners.push_back(first(watch));
+    if (watch >= 0)
+        if (const Id *first = first_.find(static_cast<std::uint32_t>(watch)))
+            owners.push_back(*first);
     const auto [begin, end] = further_.equal_range(watch);
     for (auto other = begin; other != end; ++other)
         owners.push_back(other->second);
@@ -86,10 +71,7 @@ std::vector<WatchOwners::Id> WatchOwners::of(int watch) const
 
 std::size_t WatchOwners::bytes() const
 {
-    const auto pages =
-        std::ranges::count_if(pages_, [](const auto &page) { return page != nullptr; });
-    return pages_.capacity() * sizeof(pages_[0]) + static_cast<std::size_t>(pages) * sizeof(Page) +
-           further_.size() * (sizeof(std::pair<int, Id>) + 2 * sizeof(void *)) +
+    return first_.bytes() + further_.size() * (sizeof(std::pair<int, Id>) + 2 * sizeof(void *)) +
            further_.bucket_count() * sizeof(void *);
 }
 

@@ -2,12 +2,11 @@
 
 #include "base/IdTable.h"
 #include "base/NameArena.h"
+#include "base/PagedMap.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -15,12 +14,10 @@
 
 namespace quillon {
 
-/// The owners of each watch. The kernel assigns numbers one after the other, so the watches of a
-/// crawl fill whole pages. The few watches with several owners are kept apart. Not locked.
+/// The owners of each watch. The few watches with several owners are kept apart. Not locked.
 class WatchOwners
 {
 public:
-    /// Zero means no owner.
     using Id = std::uint32_t;
 
     /// Adds an owner. Returns true when nobody had the watch.
@@ -32,18 +29,9 @@ public:
     std::size_t bytes() const;
 
 private:
-    static constexpr std::size_t PAGE_SIZE = 1024;
-    struct Page
-    {
-        std::array<Id, PAGE_SIZE> owners = {};
-        std::size_t used = 0;
-    };
-
-    Id first(int watch) const;
-
-    /// The owners by number; null when nobody has any of a page's watches.
-    std::vector<std::unique_ptr<Page>> pages_;
-    /// The owners besides the one in the page.
+    /// One owner of each watch. The kernel gives out the numbers of watches one after the other.
+    PagedMap<Id> first_;
+    /// The other owners.
     std::unordered_multimap<int, Id> further_;
 };
 

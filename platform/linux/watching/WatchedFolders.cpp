@@ -1,6 +1,5 @@
 #include "platform/linux/watching/WatchedFolders.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace quillon {
@@ -55,23 +54,26 @@ void WatchedFolders::discard(const FolderState &seen)
         queue_.remove(seen.watch);
 }
 
-/// Few folders are closed, so the first entry usually decides.
+bool WatchedFolders::hasUnwatched() const
+{
+    return unwatched_.any([](Id, const Unwatched &) { return true; });
+}
+
+std::vector<WatchedFolders::Id> WatchedFolders::swept() const
+{
+    std::vector<Id> swept;
+    unwatched_.any([&](Id id, const Unwatched &known) {
+        if (!known.isClosed)
+            swept.push_back(id);
+        return false;
+    });
+    return swept;
+}
+
+/// Few folders are closed, so the first one usually decides.
 bool WatchedFolders::hasSwept() const
 {
-    return std::ranges::any_of(unwatched_,
-                               [](const auto &known) { return !known.second.isClosed; });
-}
-
-const WatchedFolders::Unwatched *WatchedFolders::unwatched(Id id) const
-{
-    const auto found = unwatched_.find(id);
-    return found == unwatched_.end() ? nullptr : &found->second;
-}
-
-WatchedFolders::Unwatched *WatchedFolders::unwatched(Id id)
-{
-    const auto found = unwatched_.find(id);
-    return found == unwatched_.end() ? nullptr : &found->second;
+    return unwatched_.any([](Id, const Unwatched &known) { return !known.isClosed; });
 }
 
 void WatchedFolders::dropWatch(Id id)
@@ -92,12 +94,10 @@ void WatchedFolders::drop(Id top)
     const std::size_t first = dropped_.size();
     tree_.detach(top, dropped_);
     for (std::size_t i = first; i < dropped_.size(); ++i) {
-        const auto known = unwatched_.find(dropped_[i]);
-        if (known == unwatched_.end())
-            continue;
-        if (known->second.isClosed)
+        const Unwatched *known = unwatched_.find(dropped_[i]);
+        if (known != nullptr && known->isClosed)
             noteRemote(tree_.path(dropped_[i]), false);
-        unwatched_.erase(known);
+        unwatched_.erase(dropped_[i]);
     }
 }
 
@@ -111,8 +111,7 @@ void WatchedFolders::releaseDropped()
 
 std::size_t WatchedFolders::bytes() const
 {
-    return tree_.bytes() + dropped_.capacity() * sizeof(Id) +
-           unwatched_.size() * (sizeof(std::pair<Id, Unwatched>) + 2 * sizeof(void *));
+    return tree_.bytes() + dropped_.capacity() * sizeof(Id) + unwatched_.bytes();
 }
 
 } // namespace quillon

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/PagedMap.h"
 #include "platform/linux/disk/FolderProbe.h"
 #include "platform/linux/disk/LongPath.h"
 #include "platform/linux/watching/InotifyQueue.h"
@@ -11,7 +12,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -77,14 +77,16 @@ public:
     /// lose its watch to the budget may have one until dropWatch(), so that what was reported up to
     /// now is still read.
     void record(Id id, const FolderState &seen);
-    void setUnwatched(Id id, const Unwatched &known) { unwatched_[id] = known; }
+    void setUnwatched(Id id, const Unwatched &known) { unwatched_.set(id, known); }
     /// Releases the watch in the state if no folder owns it.
     void discard(const FolderState &seen);
 
-    const Unwatched *unwatched(Id id) const;
-    Unwatched *unwatched(Id id);
-    const std::unordered_map<Id, Unwatched> &unwatched() const { return unwatched_; }
-    /// Returns whether a folder without a watch is entered, so that a sweep has something to check.
+    const Unwatched *unwatched(Id id) const { return unwatched_.find(id); }
+    Unwatched *unwatched(Id id) { return unwatched_.find(id); }
+    bool hasUnwatched() const;
+    /// Return the folders without a watch that are entered, which a sweep checks, and whether there
+    /// are any.
+    std::vector<Id> swept() const;
     bool hasSwept() const;
 
     /// Releases the watch of a folder if no other folder owns it.
@@ -120,7 +122,7 @@ private:
     const InotifyQueue &queue_;
     const WallClock wallClock_;
     WatchTree tree_;
-    std::unordered_map<Id, Unwatched> unwatched_;
+    PagedMap<Unwatched> unwatched_;
     std::vector<Id> dropped_;
     std::vector<RemoteChange> remote_;
     std::size_t budget_;
