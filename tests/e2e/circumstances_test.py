@@ -94,6 +94,9 @@ class CircumstancesTest(Desktop):
         subprocess.Popen(["openbox", "--sm-disable", "--replace"], stderr=subprocess.DEVNULL)
         eventually("the new window manager", lambda: "window id" in
                    output("xprop", "-root", supporting) != former)
+        # It loses windows that ask to be shown before it is done starting.
+        eventually("its first answer", lambda: not output("xdotool", "set_desktop", "1") and
+                   output("xdotool", "get_desktop") == "1\n")
         for _ in range(2):
             self.press("ctrl+alt+space")
             self.wait_for_panel()
