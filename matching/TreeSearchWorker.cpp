@@ -11,7 +11,8 @@
 // are held, a subtree is also left out when no text in it can reach the worst hit. Its bounds
 // (UnitScorer::bounds) take the best that the beginning allows for the query bytes that can still
 // be matched below, the pairs of bytes that occur there, how many levels there are, and the gaps
-// that the name's length forces.
+// that the name's length forces. Where bounds seldom leave anything out, the walk does without them
+// (PruningRates.h).
 //
 // Most folders share their names with others. What a name adds to any beginning as the last name of
 // a text is computed once for all of them (NameGains.h), and with the state of the beginning it is
@@ -149,9 +150,12 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
         return {.text = UnitScorer::rank(gains_.most(node.name), node) >= threshold &&
                         rankByGains(node) >= threshold,
                 .below = false};
+    const ByteClassSet below = tree_.below(id);
+    const unsigned levels = node.hasChildren() ? mostLevels(below) : 0;
+    if (levels > 0 && !rates_.isWorthBound(levels))
+        return {};
     if (!level.hasUnits)
         computeUnits(depth_);
-    const ByteClassSet below = tree_.below(id);
     const auto boundsWith = [&](const BytePairSet &pairs) {
         return search_.unitScorer_->bounds(level.units, level.position, node, below, pairs,
                                            UnitScorer::scoreToReach(threshold));
@@ -159,7 +163,10 @@ auto TreeSearchWorker<Rule>::hopeOf(NodeId id, const Node &node) -> Hope
     const Bounds scores = node.hasChildren() ? boundsWith(tree_.pairsOfFamily(node))
                                              : boundsWith(tree_.pairsOfName(node));
     const Bounds bounds = UnitScorer::ranks(scores, node, below);
-    return {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
+    const Hope hope = {.text = bounds.text >= threshold, .below = bounds.below >= threshold};
+    if (levels > 0)
+        rates_.learn(levels, !hope.below);
+    return hope;
 }
 
 template <typename Rule>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "matching/NameGains.h"
+#include "matching/PruningRates.h"
 #include "matching/TreeSearch.h"
 
 #include <cstddef>
@@ -78,6 +79,7 @@ private:
     std::size_t depth_ = 0;
     unsigned visits_ = 0;
     NameGains gains_;
+    PruningRates rates_;
     State stateOfText_;
 };
 

@@ -514,7 +514,7 @@ TEST_F(ShortOfWatchesTest, leavesOthersTheirWatchesAtItsBudget)
 {
     Program watch(large_.session(), large_.watchArguments({"--budget", "100"}),
                   withLimit("max_inotify_watches", 130));
-    EXPECT_EQ(watch.ask("").size(), 301U);
+    EXPECT_EQ(watch.ask("settle").size(), 301U);
     expectRoomBeside(watch);
     expectToFollowChanges(watch);
     EXPECT_THAT(large_.session().readFile("watch"), HasSubstr("watching 100 of 301 folders"));
